@@ -1,0 +1,78 @@
+# Settings that every target of this project shares, and the two functions that make targets.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_AUTOUIC OFF)
+
+# Everything that runs, and the libraries it loads, stand side by side.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_INSTALL_RPATH "$ORIGIN")
+
+if(WIN32)
+  set(FFC_PLATFORM_SUFFIX win32)
+else()
+  set(FFC_PLATFORM_SUFFIX posix)
+endif()
+
+add_library(ffc_options INTERFACE)
+target_compile_definitions(ffc_options INTERFACE QT_DEPRECATED_WARNINGS QT_NO_CAST_TO_ASCII)
+if(MSVC)
+  target_compile_options(ffc_options INTERFACE /W4 /WX /utf-8 /permissive-)
+else()
+  target_compile_options(ffc_options INTERFACE -Wall -Wextra -Wconversion -Werror)
+endif()
+if(FFC_SANITIZE)
+  target_compile_options(ffc_options INTERFACE
+    -fsanitize=${FFC_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(ffc_options INTERFACE -fsanitize=${FFC_SANITIZE})
+endif()
+
+# ffc_add_library(NAME [STATIC|SHARED|OBJECT|MODULE] SOURCES ... [LINK ...])
+#
+# A library with the project's warnings. Its folder's headers are reached from the
+# project's root ("platform/event.h"), so an include line shows which room it enters.
+function(ffc_add_library name kind)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} ${kind} ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ffc_options PUBLIC ${ARG_LINK})
+endfunction()
+
+# ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [ENVIRONMENT VAR=VALUE ...] [TIMEOUT seconds])
+#
+# A GoogleTest program; each of its tests is one ctest entry. With QT it gets a
+# QApplication (on the display there is, else off screen).
+function(ffc_add_test name)
+  cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ffc_options GTest::gtest GTest::gmock ${ARG_LINK})
+  if(ARG_QT)
+    target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/qtmain.cpp")
+    target_link_libraries(${name} PRIVATE Qt5::Widgets Qt5::Test)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  else()
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  # The module would break the list of an ENVIRONMENT property apart; the emulator gets the listing of the
+  # tests into the environment too.
+  set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
+    "${CMAKE_COMMAND};-E;env;${FFC_TEST_ENVIRONMENT};${ARG_ENVIRONMENT};${CMAKE_CROSSCOMPILING_EMULATOR}")
+  # Discovery splits a list given as a property, so the variables are set by what starts the program.
+  set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
+    "${CMAKE_COMMAND};-E;env;${FFC_TEST_ENVIRONMENT};${ARG_ENVIRONMENT}")
+  include(GoogleTest)
+  gtest_discover_tests(${name}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+endfunction()

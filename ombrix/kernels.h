@@ -1,0 +1,28 @@
+/// \file
+/// The loops over pixels of the image library. Arguments are checked by the caller.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The largest value of a bit depth.
+constexpr uint32_t GetMaxPixelValue(uint32_t nBitDepth)
+{
+  return (uint32_t{1} << nBitDepth) - 1;
+}
+
+/// Writes the coefficient table, laid out as ombrix.h describes.
+/// \param pBright nPixels pixels
+/// \param pDark nPixels pixels, or null: the table then has no dark levels
+/// \param nBitDepth 8 to 16
+/// \param nPixels at least 1
+/// \param nTarget at most the bit depth's maximum
+/// \param pTable nPixels x 2 bytes, or x 4 with a dark frame
+void ComputeTable(const void *pBright, const void *pDark, uint32_t nBitDepth, std::size_t nPixels, uint32_t nTarget,
+                  void *pTable);
+
+/// Corrects a frame.
+/// \param pDestination may be pSource
+/// \param bDark whether the table has dark levels
+void ApplyTable(const void *pSource, void *pDestination, uint32_t nBitDepth, std::size_t nPixels, const void *pTable,
+                bool bDark);

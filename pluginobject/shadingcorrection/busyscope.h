@@ -1,0 +1,26 @@
+/// \file
+/// What a long operation shows while it runs.
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+/// A wait cursor and, if asked, a disabled button, until the end of a scope. User-interface thread only.
+class CBusyScope {
+public:
+  /// \param pButton disabled meanwhile; null for none. May go away before the scope ends.
+  explicit CBusyScope(QWidget *pButton = nullptr);
+  ~CBusyScope();
+  CBusyScope(const CBusyScope &) = delete;
+  CBusyScope &operator=(const CBusyScope &) = delete;
+
+  /// Lets what is pending run once, so that the change is painted. What the user does stays queued: it
+  /// must not start a second operation within the first.
+  static void Paint();
+  /// Takes the cursor back before the scope ends, for a message.
+  void PopCursor();
+
+private:
+  QPointer<QWidget> m_pButton;
+  bool m_bCursor = true;
+};

@@ -1,0 +1,12 @@
+/// \file
+/// Whether the host delivers the image as the camera makes it.
+#pragma once
+
+#include <cstdint>
+
+#include "pluginobject/featureaccess.h"
+
+/// Compares pixel format, payload size, width and height of the delivered image with the camera's own. A
+/// pair of which either feature is missing counts as equal.
+/// \return 0; -1019 at the first pair that differs; or the code of a failing read
+int32_t CheckDeliveredImage(const CFeatureAccess &outputFeatures, const CFeatureAccess &deviceFeatures);

@@ -1,0 +1,46 @@
+#include "pluginobject/shadingcorrection/process/entrytables.h"
+
+namespace {
+
+template <typename TValue>
+struct SEntry {
+  const char *pName;
+  TValue nValue;
+};
+
+constexpr SEntry<uint32_t> FRAME_COUNTS[] = {
+  {"FFCFrameCount_1", 1}, {"FFCFrameCount_2", 2}, {"FFCFrameCount_4", 4}, {"FFCFrameCount_8", 8}, {"FFCFrameCount_16", 16},
+};
+
+constexpr SEntry<int32_t> BAYER_TYPES[] = {
+  {"BayerRG", 1},
+  {"BayerGB", 2},
+  {"BayerGR", 3},
+  {"BayerBG", 4},
+};
+
+// First match wins; anything else leaves the value.
+template <typename TValue, std::size_t N>
+void ApplyEntry(const SEntry<TValue> (&listEntries)[N], const std::string &strName, TValue &nValue)
+{
+  for (const SEntry<TValue> &stEntry : listEntries) {
+    if (strName == stEntry.pName) {
+      nValue = stEntry.nValue;
+      return;
+    }
+  }
+}
+
+} // namespace
+
+void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount)
+{
+  ApplyEntry(FRAME_COUNTS, strEntry, nFrameCount);
+}
+
+int32_t GetBayerType(const std::string &strPixelColorFilter)
+{
+  int32_t nBayerType = 0;
+  ApplyEntry(BAYER_TYPES, strPixelColorFilter, nBayerType);
+  return nBayerType;
+}

@@ -1,0 +1,22 @@
+/// \file
+/// Reading and writing coefficient files (.ffc): one image of coefficients, without header or version.
+#pragma once
+
+#include <cstdint>
+
+#include <QFile>
+#include <QString>
+
+#include "pluginobject/shadingcorrection/process/framebuffer.h"
+
+/// Opens a file for reading. \return 0, or -1004 when it cannot be opened (also: a folder)
+int32_t OpenCoefficientFile(QFile &file);
+
+/// Reads a whole open file of nSize bytes.
+/// \return 0; -1007 when it is empty or shorter; -2 when there is no memory
+int32_t ReadCoefficientFile(QFile &file, uint64_t nSize, CFrameBuffer &data);
+
+/// Writes a file whole or not at all: an existing file stays as it was until the new one is complete. Only
+/// where the folder takes no new files is an existing one written in place.
+/// \return 0; -1004 when it cannot be opened; -1006 when writing fails
+int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, uint64_t nSize);

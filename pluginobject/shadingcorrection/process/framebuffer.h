@@ -1,0 +1,28 @@
+/// \file
+/// An owned run of bytes whose allocation may fail.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+/// Bytes of a frame or of a coefficient table. Allocation failure is an answer, not an exception.
+class CFrameBuffer {
+public:
+  /// Takes nSize bytes, all zero, in place of what was held.
+  /// \return false, holding nothing, when there is no such memory
+  bool Allocate(uint64_t nSize);
+  void Release();
+  void Zero();
+  /// Copies as many bytes of another buffer as both hold.
+  void CopyFrom(const CFrameBuffer &other);
+
+  bool IsAllocated() const { return m_pData != nullptr; }
+  uint64_t GetSize() const { return m_nSize; }
+  uint8_t *GetData() { return m_pData.get(); }
+  const uint8_t *GetData() const { return m_pData.get(); }
+
+private:
+  std::unique_ptr<uint8_t[]> m_pData;
+  uint64_t m_nSize = 0;
+};

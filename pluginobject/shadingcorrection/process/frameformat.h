@@ -1,0 +1,37 @@
+/// \file
+/// Geometry, pixel format and size of the camera's frames.
+#pragma once
+
+#include <cstdint>
+
+#include "pluginobject/featureaccess.h"
+
+/// What a frame of the camera looks like. Values come from the camera and may be anything.
+struct SFrameFormat {
+  uint32_t nPixelFormat = 0; ///< PFNC code
+  int64_t nWidth = 0;        ///< pixels
+  int64_t nHeight = 0;       ///< pixels
+  uint64_t nFrameSize = 0;   ///< bytes of one frame as the host delivers it
+
+  /// Bits per sample, -1 when not known.
+  int32_t GetBitDepth() const;
+  /// Width x height; 0 unless both sides are positive 31-bit numbers.
+  uint64_t GetPixelCount() const;
+  /// Whether a buffer of nBytes holds every pixel at the format's depth.
+  bool FitsInto(uint64_t nBytes) const;
+  /// Replaces the frame size by the unpacked one where the format is delivered unpacked.
+  void ApplyUnpackedSize();
+};
+
+/// One reading step each, for a CFeatureChain.
+int32_t ReadPayloadSize(const CFeatureAccess &features, SFrameFormat &stFormat);
+int32_t ReadWidth(const CFeatureAccess &features, SFrameFormat &stFormat);
+int32_t ReadHeight(const CFeatureAccess &features, SFrameFormat &stFormat);
+int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
+
+/// Whether the camera's frames still have the kept size: 0, -1012 when not, or the code of a failing read.
+int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept);
+
+/// True for a monochrome camera, and for a colour camera that can only deliver Bayer formats or is set
+/// to one. False when the camera does not tell.
+bool IsBayerFormatSelected(const CFeatureAccess &features, bool bColorCamera);

@@ -1,0 +1,26 @@
+/// \file
+/// Makes the correction process that a camera needs.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
+
+/// Where the coefficients are computed and applied.
+enum class EProcessKind {
+  HostFlatField,   ///< computed and applied on the host
+  DeviceFlatField, ///< computed here, applied by the camera
+  DeviceVignetting ///< vignetting gains, applied by the camera
+};
+
+/// Makes a process. \return 0; -2 when there is no memory; -1011 for a kind that is not available
+using FnCreateProcess = std::function<int32_t(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
+                                              const CFeatureAccess &streamFeatures,
+                                              std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;
+
+/// The factory of the product.
+int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
+                                       const CFeatureAccess &streamFeatures,
+                                       std::unique_ptr<IShadingCorrectionProcess> &pProcess);

@@ -1,0 +1,443 @@
+#include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
+
+#include <utility>
+#include <vector>
+
+#include "pluginobject/shadingcorrection/process/entrytables.h"
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/hosttable.h"
+#include "pluginobject/shadingcorrection/process/scopeguard.h"
+#include "pluginobject/shadingcorrection/process/waittimeout.h"
+#include "pluginobject/statuscode.h"
+
+namespace {
+
+// A dark frame brighter or less even than this, on an 8-bit scale, is kept but not used.
+constexpr double DARK_MAX_GRAY = 20.0;
+constexpr double DARK_MAX_DIFF = 5.0;
+
+// Frames that a colour camera delivers before its white balance has settled.
+constexpr int SETTLING_FRAMES = 7;
+
+} // namespace
+
+CShadingCorrectionPro_PC::CShadingCorrectionPro_PC(const CFeatureAccess &deviceFeatures,
+                                                   const CFeatureAccess &streamFeatures)
+  : m_deviceFeatures(deviceFeatures), m_streamFeatures(streamFeatures),
+    m_pFileChooser(std::make_unique<CFileDialogChooser>())
+{
+}
+
+CShadingCorrectionPro_PC::~CShadingCorrectionPro_PC() = default;
+
+void CShadingCorrectionPro_PC::SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser)
+{
+  m_pFileChooser = std::move(pFileChooser);
+}
+
+bool CShadingCorrectionPro_PC::__HasNodeMaps() const
+{
+  return m_deviceFeatures.HasNodeMap() && m_streamFeatures.HasNodeMap();
+}
+
+void CShadingCorrectionPro_PC::__EmitAcquisition(EPluginMsgCode eCode)
+{
+  emit SigAcquisitionStatusChanged(MakePluginMsg(eCode));
+}
+
+int32_t CShadingCorrectionPro_PC::InitProcess()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  bool bColor = false;
+  (void)m_deviceFeatures.IsFeatureImplemented("PixelColorFilter", bColor);
+  m_bColor = bColor;
+  if (bColor) {
+    std::vector<std::string> listFormats;
+    const int32_t nStatus =
+      CFeatureChain()
+        .Then([&] { return m_deviceFeatures.GetEnumEntries("PixelFormat", listFormats); })
+        .Then([&] { return m_deviceFeatures.GetEnumFeature("PixelColorFilter", m_strPixelColorFilter); })
+        .Status();
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
+  }
+  m_stInfo.nExpectGray = 0;
+  m_stInfo.nFrameCount = 4;
+  m_nBlockWidth = 32;
+  m_nBlockHeight = 32;
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+// Reads everything that an acquisition needs or changes. The kept format changes only when all is read.
+int32_t CShadingCorrectionPro_PC::__SaveCameraState()
+{
+  m_streamGuard.Reset();
+  if (!__HasNodeMaps()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  SFrameFormat stFormat;
+  const int32_t nStatus =
+    CFeatureChain()
+      .Then([&] { return m_deviceFeatures.GetFloatFeature("ExposureTime", m_fExposureTime); })
+      .Then([&] { return m_deviceFeatures.GetFloatFeature("Gain", m_fGain); })
+      .Then([&] { return m_streamGuard.SaveStreaming(m_deviceFeatures); })
+      .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
+      .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
+      .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
+      .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
+      .Then([&] { return m_streamGuard.SaveTriggerMode(m_deviceFeatures); })
+      .Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    if (!m_streamGuard.WasStreaming()) {
+      // The restore that follows stops the stream: without knowing that it ran, nobody would start it again.
+      (void)m_streamGuard.SaveStreaming(m_deviceFeatures);
+    }
+    return nStatus;
+  }
+  m_streamGuard.SaveStreamMode(m_streamFeatures);
+  stFormat.ApplyUnpackedSize();
+  m_nTimeout = GetFrameTimeout(m_fExposureTime);
+  m_stFormat = stFormat;
+  m_coefficients.SetFormat(stFormat);
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_PC::PrepareDeviceParam()
+{
+  if (!__HasNodeMaps()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  if (m_streamGuard.WasStreaming()) {
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+  }
+  return m_streamGuard.Prepare(m_deviceFeatures, m_streamFeatures);
+}
+
+int32_t CShadingCorrectionPro_PC::RestoreDeviceParam()
+{
+  __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+  if (__HasNodeMaps()) {
+    m_streamGuard.Restore(m_deviceFeatures, m_streamFeatures);
+  }
+  if (m_streamGuard.WasStreaming()) {
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+  }
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_PC::AcquireDarkImage()
+{
+  if (!__HasNodeMaps()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  m_bDarkValid = false;
+  if (CheckFrameSize(m_deviceFeatures, m_stFormat) != PLUGIN_STATUS_SUCCESS) {
+    m_bBrightValid = false;
+  }
+  m_exchange.ReleaseBuffer();
+  m_darkFrame.Release();
+  const CScopeGuard restore([this] {
+    m_exchange.ReleaseBuffer();
+    RestoreDeviceParam();
+  });
+  return __CaptureDark();
+}
+
+int32_t CShadingCorrectionPro_PC::__CaptureDark()
+{
+  const auto allocate = [this]() -> int32_t {
+    const bool bAllocated = m_darkFrame.Allocate(m_stFormat.nFrameSize) &&
+                            m_exchange.AllocateBuffer(m_stFormat.nFrameSize);
+    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
+  };
+  const auto takeFrame = [this] {
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+    m_exchange.BeginRequests();
+    return m_exchange.WaitFrame(m_nTimeout);
+  };
+  const int32_t nStatus = CFeatureChain()
+                            .Then([this] { return __SaveCameraState(); })
+                            .Then([this] { return PrepareDeviceParam(); })
+                            .Then(allocate)
+                            .Then(takeFrame)
+                            .Then([this] { return __JudgeFrame(); })
+                            .Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    m_darkFrame.Release();
+    return nStatus;
+  }
+  m_exchange.UseFrame([this](const CFrameBuffer &frame) { m_darkFrame.CopyFrom(frame); });
+  m_bDarkValid = m_stGray.dMax <= DARK_MAX_GRAY && m_stGray.dMax - m_stGray.dMin < DARK_MAX_DIFF;
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
+{
+  if (!__HasNodeMaps()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  if (CheckFrameSize(m_deviceFeatures, m_stFormat) != PLUGIN_STATUS_SUCCESS) {
+    m_bDarkValid = false;
+  }
+  m_bBrightValid = true;
+  m_accumulator.Release();
+  m_exchange.ReleaseBuffer();
+  m_brightFrame.Release();
+  const CScopeGuard restore([this] {
+    (void)m_whiteBalance.Restore(m_deviceFeatures);
+    m_accumulator.Release();
+    m_exchange.ReleaseBuffer();
+    RestoreDeviceParam();
+  });
+  const int32_t nStatus = __CaptureBright();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    // Half an average is no bright frame.
+    m_brightFrame.Release();
+  }
+  return nStatus;
+}
+
+int32_t CShadingCorrectionPro_PC::__CaptureBright()
+{
+  const auto allocate = [this]() -> int32_t {
+    const uint64_t nSize = m_stFormat.nFrameSize;
+    const bool bAllocated =
+      m_brightFrame.Allocate(nSize) && m_accumulator.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
+    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
+  };
+  return CFeatureChain()
+    .Then([this] { return __SaveCameraState(); })
+    .Then([this] { return PrepareDeviceParam(); })
+    .Then(allocate)
+    .Then([this] { return __StartBrightStream(); })
+    .Then([this] { return __TakeBrightFrames(); })
+    .Then([this] { return m_accumulator.Average(m_stInfo.nFrameCount, m_stFormat, m_brightFrame); })
+    .Status();
+}
+
+int32_t CShadingCorrectionPro_PC::__StartBrightStream()
+{
+  const auto startStream = [this] { __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON); };
+  if (!m_bColor) {
+    startStream();
+    return PLUGIN_STATUS_SUCCESS;
+  }
+  const int32_t nStatus = m_whiteBalance.BalanceOnce(m_deviceFeatures, m_exchange, m_nTimeout, startStream);
+  // The frames of the balance went into the buffer.
+  m_exchange.ZeroBuffer();
+  return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? int32_t{PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED} : nStatus;
+}
+
+int32_t CShadingCorrectionPro_PC::__TakeBrightFrames()
+{
+  int nToDiscard = m_bColor ? SETTLING_FRAMES : 0;
+  uint32_t nTaken = 0;
+  m_exchange.BeginRequests();
+  while (nTaken < m_stInfo.nFrameCount) {
+    const int32_t nWaitStatus = m_exchange.WaitFrame(m_nTimeout);
+    if (nWaitStatus != PLUGIN_STATUS_SUCCESS) {
+      return nWaitStatus;
+    }
+    if (nToDiscard > 0) {
+      --nToDiscard;
+      m_exchange.RequestFrame();
+      continue;
+    }
+    const int32_t nStatus = __KeepBrightFrame(nTaken == 0);
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
+    if (++nTaken < m_stInfo.nFrameCount) {
+      m_exchange.RequestFrame();
+    }
+  }
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_PC::__KeepBrightFrame(bool bFirst)
+{
+  return CFeatureChain()
+    .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
+    .Then([&]() -> int32_t { return bFirst ? __JudgeFrame() : int32_t{PLUGIN_STATUS_SUCCESS}; })
+    .Then([this] {
+      return m_exchange.UseFrame([this](const CFrameBuffer &frame) { return m_accumulator.Add(frame, m_stFormat); });
+    })
+    .Status();
+}
+
+int32_t CShadingCorrectionPro_PC::__JudgeFrame()
+{
+  SBlockMeanRange stRange;
+  const int32_t nStatus = m_exchange.UseFrame([&](const CFrameBuffer &frame) {
+    return MeasureBlockMeans(frame, m_stFormat, m_nBlockWidth, m_nBlockHeight, GetBayerType(m_strPixelColorFilter),
+                             stRange);
+  });
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    m_stGray.dMax = ToEightBitScale(stRange.dMax, m_stFormat.GetBitDepth());
+    m_stGray.dMin = ToEightBitScale(stRange.dMin, m_stFormat.GetBitDepth());
+  }
+  return nStatus;
+}
+
+void CShadingCorrectionPro_PC::__PutIntoForce(HostTablePtr pTable)
+{
+  m_stInfo.nCoefficientsSize = pTable->nSize;
+  m_coefficients.SetTable(std::move(pTable));
+}
+
+int32_t CShadingCorrectionPro_PC::ExecuteCorrection()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const int32_t nSizeStatus = CheckFrameSize(m_deviceFeatures, m_stFormat);
+  if (nSizeStatus != PLUGIN_STATUS_SUCCESS) {
+    return nSizeStatus;
+  }
+  if (!m_bBrightValid) {
+    return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
+  }
+  HostTablePtr pTable;
+  const SHostReference stReference = {m_brightFrame, m_bDarkValid ? &m_darkFrame : nullptr, m_stFormat,
+                                      GetBayerType(m_strPixelColorFilter), m_stInfo.nExpectGray};
+  const int32_t nStatus = ComputeHostTable(stReference, pTable);
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    __PutIntoForce(std::move(pTable));
+  }
+  return nStatus;
+}
+
+int32_t CShadingCorrectionPro_PC::CorrectImage(const void *pSource, void *pDestination, uint32_t nWidth,
+                                               int32_t nHeight, uint32_t nPixelFormat)
+{
+  const CHostCoefficients::SSnapshot stSnapshot = m_coefficients.Get();
+  if (pSource == nullptr || pDestination == nullptr || stSnapshot.pTable == nullptr) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  if (!IsFrameOfFormat(stSnapshot.stFormat, nWidth, nHeight, nPixelFormat)) {
+    m_bDarkValid = false;
+    m_bBrightValid = false;
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  return ApplyHostTable(*stSnapshot.pTable, stSnapshot.stFormat, pSource, pDestination);
+}
+
+int32_t CShadingCorrectionPro_PC::LoadFromFile()
+{
+  const QString strFileName = m_pFileChooser->ChooseFileToOpen({tr("Open FFC"), tr("ini file (*.ffc)")});
+  if (strFileName.isEmpty()) {
+    return PLUGIN_STATUS_SILENT;
+  }
+  QFile file(strFileName);
+  const int32_t nStatus = OpenCoefficientFile(file);
+  return nStatus == PLUGIN_STATUS_SUCCESS ? __LoadTable(file) : nStatus;
+}
+
+// The table in force and the kept format change only when everything is read and fits.
+int32_t CShadingCorrectionPro_PC::__LoadTable(QFile &file)
+{
+  SFrameFormat stFormat = m_stFormat;
+  HostTablePtr pTable;
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadHostTable(file, stFormat, pTable); })
+                            .Status();
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    m_stFormat = stFormat;
+    m_coefficients.SetFormat(stFormat);
+    __PutIntoForce(std::move(pTable));
+  }
+  return nStatus;
+}
+
+int32_t CShadingCorrectionPro_PC::SaveToFile()
+{
+  const HostTablePtr pTable = m_coefficients.Get().pTable;
+  // Without coefficients there is nothing to write: an empty file would only replace a good one.
+  if (!__HasNodeMaps() || pTable == nullptr) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const QString strFileName = m_pFileChooser->ChooseFileToSave({tr("Save FFC"), tr("ini file (*.ffc)")});
+  if (strFileName.isEmpty()) {
+    return PLUGIN_STATUS_SILENT;
+  }
+  return WriteCoefficientFile(strFileName, pTable->data.GetData(), pTable->nSize);
+}
+
+int32_t CShadingCorrectionPro_PC::SetFrameCount(std::string strEntry)
+{
+  ApplyFrameCountEntry(strEntry, m_stInfo.nFrameCount);
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_PC::SetExpectGray(int64_t nExpectGray)
+{
+  m_stInfo.nExpectGray = static_cast<uint32_t>(nExpectGray);
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_PC::LoadFromFlash()
+{
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_PC::SaveToFlash()
+{
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+void CShadingCorrectionPro_PC::ReceiveImage(const void *pFrame, uint32_t nSize)
+{
+  m_exchange.ReceiveFrame(pFrame, nSize);
+}
+
+void CShadingCorrectionPro_PC::SetImageReady()
+{
+  m_exchange.SetFrameReady();
+}
+
+uint32_t CShadingCorrectionPro_PC::WaitImageRequest()
+{
+  return m_exchange.PollRequest();
+}
+
+FFCInfo CShadingCorrectionPro_PC::GetCorrectionInfo()
+{
+  return m_stInfo;
+}
+
+double CShadingCorrectionPro_PC::GetImageMaxGray()
+{
+  return m_stGray.dMax;
+}
+
+double CShadingCorrectionPro_PC::GetImageGrayDiff()
+{
+  return m_stGray.dMax - m_stGray.dMin;
+}
+
+bool CShadingCorrectionPro_PC::IsBlackLevelDefault()
+{
+  return m_bBlackLevelDefault;
+}
+
+bool CShadingCorrectionPro_PC::IsPixelFormatSupported()
+{
+  return IsBayerFormatSelected(m_deviceFeatures, m_bColor);
+}
+
+void CShadingCorrectionPro_PC::SetStopFlag(bool bStop)
+{
+  m_exchange.SetStopFlag(bStop);
+}
+
+bool CShadingCorrectionPro_PC::IsColorCamera()
+{
+  return m_bColor;
+}

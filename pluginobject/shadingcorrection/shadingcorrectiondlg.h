@@ -1,0 +1,134 @@
+/// \file
+/// The correction dialog.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+#include <QDialog>
+#include <QSlider>
+#include <QString>
+
+#include "pluginobject/featureaccess.h"
+#include "pluginobject/pluginrecords.h"
+#include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
+#include "pluginobject/shadingcorrection/process/processfactory.h"
+
+class QToolsTitleBar;
+namespace Ui {
+class ShadingCorrectionDlg;
+}
+
+/// Acquires dark and bright fields, executes and previews the correction, and loads and saves its data,
+/// by means of the one process that suits the camera.
+///
+/// Everything runs on the user-interface thread but the operations under "Frame thread", which may be
+/// called from the thread that delivers frames, between a successful InitDialog and ReleaseProcess. Those
+/// touch no widget.
+class CShadingCorrectionDlg : public QDialog {
+  Q_OBJECT
+
+public:
+  CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam);
+  ~CShadingCorrectionDlg() override;
+
+  /// Replaces the maker of the correction process. Before InitDialog.
+  void SetProcessFactory(FnCreateProcess fnCreateProcess);
+  /// Builds the title bar, chooses and initialises the process, loads and connects the controls.
+  int32_t InitDialog();
+  void ReleaseProcess();
+  void SetDialogTitle(const QString &strTitle);
+
+  // Frame thread.
+
+  /// Corrects a frame while the host-side preview is on.
+  /// \param bCorrected true when pDestination holds a corrected image; else as it was
+  /// \return -3 for a missing buffer or process; else the process's status, 0 when there was nothing to do
+  int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight,
+                       uint32_t nPixelFormat, bool &bCorrected);
+  bool HasNoProcess() const { return m_pProcess == nullptr; }
+  bool IsApplyingCorrection() const { return m_bApplyCorrection; }
+  /// Whether the correction can use a colour camera's frame of this format.
+  static bool IsPixelFormatSupported(uint32_t nPixelFormat);
+  void ReceiveImage(const void *pFrame, uint32_t nSize);
+  void SetImageReady();
+  /// \return the process's answer; 258 without a process
+  uint32_t WaitImageRequest();
+  void SetStopFlag(bool bStop);
+  bool IsColorCamera();
+
+signals:
+  void SigDlgStatusChanged(const PLUGIN_MSG &stPluginMsg);
+  void SetInfoShowSignal(bool bStutas);
+
+public slots:
+  void Slot_objAcquisitionFrame_Slider_valueChanged(int nValue);
+  void Slot_objExpectGrayValue_Slider_valueChanged(int nValue);
+  void Slot_objExpectGrayValue_SpinBox_valueChanged(int nValue);
+  void Slot_objAcquisitionDarkFrame_Button_clicked();
+  void Slot_objAcquisitionBrightFrame_Button_clicked();
+  void Slot_objExecuteShadingCorrection_Button_clicked();
+  void Slot_objLoadFlash_Button_clicked();
+  void Slot_objSaveFlash_Button_clicked();
+  void Slot_objLoadPC_Button_clicked();
+  void Slot_objSavePC_Button_clicked();
+  void Slot_objPromptInformation_label_clicked(QString strInfo);
+  void SlotPreviewCorrectionEffect(bool checked);
+  void SlotShowInfo(bool bStutas);
+
+protected:
+  void showEvent(QShowEvent *pEvent) override;
+  void hideEvent(QHideEvent *pEvent) override;
+
+private:
+  // Set-up.
+  void __LoadStyleSheet();
+  void __LoadWindowIcon();
+  void __CreateTitleBar();
+  int32_t __ChooseProcess(EProcessKind &eKind, bool &bInert);
+  int32_t __CreateProcess();
+  void __DisableEverything();
+  void __LoadControls();
+  void __ConnectControls();
+
+  // Helpers of the slots.
+  bool __IsReady() const { return m_pUi != nullptr && m_pProcess != nullptr; }
+  bool __IsHostMode() const { return !m_bModeFeatureAvailable; }
+  bool __CanAcquire();
+  template <typename TOperation>
+  int32_t __CallProcess(TOperation fnOperation);
+  template <typename TOperation>
+  int32_t __CallProcessUncorrected(TOperation fnOperation);
+  void __ShowDarkVerdict();
+  int32_t __AcceptBright();
+  void __ShowExecuteResult(int32_t nStatus);
+  void __ShowPrompt(const QString &strText, Qt::GlobalColor eColor);
+  void __ForgetExecution();
+  void __ApplyEnableRule();
+  void __SetPreview(bool bAvailableAndOn);
+  void __SetFrameCount(uint32_t nFrameCount);
+  void __ReloadSettings();
+  void __ReportStatus(int32_t nStatus);
+
+  bool m_bBrightAcquired = false;
+  bool m_bFFCExecuted = false;
+  // Set here, read and cleared on the frame thread.
+  std::atomic<bool> m_bApplyCorrection{false};
+  std::atomic<bool> m_bReportSuccess{false};
+  bool m_bModeFeatureAvailable = false;
+  QString m_strShadingCorrectionMode;
+  int32_t m_nFrameCount = 0;
+  int32_t m_nFrameSliderPos = 0;
+  int32_t m_nExpectGray = 0;
+  std::unique_ptr<Ui::ShadingCorrectionDlg> m_pUi;
+  CFeatureAccess m_outputFeatures;
+  CFeatureAccess m_streamFeatures;
+  CFeatureAccess m_deviceFeatures;
+  FnCreateProcess m_fnCreateProcess;
+  // Destroyed before the features that it uses.
+  std::unique_ptr<IShadingCorrectionProcess> m_pProcess;
+  QSlider *m_pExpectGraySlider = nullptr;
+  QSlider *m_pFrameCountSlider = nullptr;
+  QToolsTitleBar *m_pTitleBar = nullptr;
+};

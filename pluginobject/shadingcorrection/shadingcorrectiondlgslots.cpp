@@ -1,0 +1,375 @@
+// The slots of the dialog, and what they share.
+#include <exception>
+
+#include <QCheckBox>
+#include <QMessageBox>
+#include <QPalette>
+#include <QSignalBlocker>
+
+#include "pluginobject/shadingcorrection/busyscope.h"
+#include "pluginobject/shadingcorrection/deliveredimagecheck.h"
+#include "pluginobject/shadingcorrection/framecountposition.h"
+#include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
+#include "pluginobject/shadingcorrection/tipsmessagebox/tipsmessagebox.h"
+#include "pluginobject/statuscode.h"
+#include "ui_shadingcorrectiondlg.h"
+
+namespace {
+
+constexpr Qt::GlobalColor SUCCESS_COLOUR = Qt::black;
+constexpr Qt::GlobalColor WARNING_COLOUR = Qt::red;
+
+// Limits on an 8-bit scale.
+constexpr double DARK_MAX_GRAY = 20.0;
+constexpr double DARK_MAX_DIFF = 5.0;
+constexpr double BRIGHT_MIN_GRAY = 20.0;
+constexpr double BRIGHT_MAX_GRAY = 250.0;
+
+constexpr int EXPECT_GRAY_END = 256;
+
+} // namespace
+
+void CShadingCorrectionDlg::__ReportStatus(int32_t nStatus)
+{
+  if (nStatus == PLUGIN_STATUS_SUCCESS || nStatus == PLUGIN_STATUS_SILENT) {
+    return;
+  }
+  CTipsMessageBox::Error(this, tr("Error"), QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Dialog)),
+                         QMessageBox::Ok, QMessageBox::NoButton);
+}
+
+void CShadingCorrectionDlg::__ShowPrompt(const QString &strText, Qt::GlobalColor eColor)
+{
+  QPalette palette = m_pUi->PromptInformation_label->palette();
+  palette.setColor(QPalette::WindowText, eColor);
+  m_pUi->PromptInformation_label->setPalette(palette);
+  m_pUi->PromptInformation_label->setText(strText);
+}
+
+// Runs an operation of the process. What it throws is shown at once and leaves the silent status.
+template <typename TOperation>
+int32_t CShadingCorrectionDlg::__CallProcess(TOperation fnOperation)
+{
+  QString strDescription;
+  try {
+    return fnOperation();
+  } catch (const GenICam::GenericException &exception) {
+    strDescription = QString::fromUtf8(exception.GetDescription());
+  } catch (const std::exception &exception) {
+    strDescription = QString::fromUtf8(exception.what());
+  } catch (...) {
+    return PLUGIN_STATUS_UNKNOWN_ERROR;
+  }
+  CTipsMessageBox::Error(this, tr("Error"), strDescription, QMessageBox::Ok, QMessageBox::NoButton);
+  return PLUGIN_STATUS_SILENT;
+}
+
+// The same with the preview paused, so that the process sees uncorrected frames. A failed operation
+// leaves the coefficients in force, and so the preview as the check box shows it.
+template <typename TOperation>
+int32_t CShadingCorrectionDlg::__CallProcessUncorrected(TOperation fnOperation)
+{
+  const bool bApplied = m_bApplyCorrection.exchange(false);
+  const int32_t nStatus = __CallProcess(fnOperation);
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    m_bApplyCorrection = bApplied;
+  }
+  return nStatus;
+}
+
+// False when an acquisition makes no sense now; the user has been told why.
+bool CShadingCorrectionDlg::__CanAcquire()
+{
+  const int32_t nStatus = CheckDeliveredImage(m_outputFeatures, m_deviceFeatures);
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    if (nStatus == PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED) {
+      __ReportStatus(nStatus);
+    }
+    return false;
+  }
+  if (!m_pProcess->IsPixelFormatSupported()) {
+    __ReportStatus(PLUGIN_STATUS_NEED_BAYER_FORMAT);
+    return false;
+  }
+  return true;
+}
+
+void CShadingCorrectionDlg::__ForgetExecution()
+{
+  m_bFFCExecuted = false;
+  m_pUi->PreviewcheckBox->setChecked(false);
+  __ApplyEnableRule();
+}
+
+void CShadingCorrectionDlg::__ApplyEnableRule()
+{
+  m_pUi->ExecuteShadingCorrection_Button->setEnabled(m_bBrightAcquired);
+  m_pUi->PreviewcheckBox->setEnabled(m_bFFCExecuted);
+}
+
+void CShadingCorrectionDlg::__SetPreview(bool bAvailableAndOn)
+{
+  m_pUi->PreviewcheckBox->setEnabled(bAvailableAndOn);
+  m_pUi->PreviewcheckBox->setChecked(bAvailableAndOn);
+}
+
+void CShadingCorrectionDlg::__SetFrameCount(uint32_t nFrameCount)
+{
+  m_nFrameCount = static_cast<int32_t>(nFrameCount);
+  m_nFrameSliderPos = FrameCountToPosition(m_nFrameCount);
+  m_pFrameCountSlider->setValue(m_nFrameSliderPos);
+}
+
+void CShadingCorrectionDlg::Slot_objAcquisitionFrame_Slider_valueChanged(int nValue)
+{
+  if (m_pUi == nullptr) {
+    __ReportStatus(PLUGIN_STATUS_INVALID_PARAM);
+    return;
+  }
+  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
+  if (m_pProcess != nullptr) {
+    const int nPosition = SnapPosition(nValue);
+    m_nFrameCount = PositionToFrameCount(nPosition);
+    nStatus = m_pProcess->SetFrameCount("FFCFrameCount_" + std::to_string(m_nFrameCount));
+    if (nStatus == PLUGIN_STATUS_SUCCESS) {
+      m_nFrameSliderPos = nPosition;
+    }
+  }
+  {
+    const QSignalBlocker blocker(m_pFrameCountSlider);
+    m_pFrameCountSlider->setValue(m_nFrameSliderPos);
+  }
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::Slot_objExpectGrayValue_Slider_valueChanged(int nValue)
+{
+  if (!__IsReady()) {
+    __ReportStatus(PLUGIN_STATUS_INVALID_PARAM);
+    return;
+  }
+  const int32_t nStatus = m_pProcess->SetExpectGray(nValue);
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    m_nExpectGray = nValue;
+    m_pUi->ExpectGrayspinBox->setValue(nValue);
+  } else {
+    const QSignalBlocker blocker(m_pExpectGraySlider);
+    m_pExpectGraySlider->setValue(m_nExpectGray);
+    m_pUi->ExpectGrayspinBox->setValue(m_nExpectGray);
+  }
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::Slot_objExpectGrayValue_SpinBox_valueChanged(int nValue)
+{
+  if (m_pUi == nullptr) {
+    return;
+  }
+  if (nValue < EXPECT_GRAY_END) {
+    m_pExpectGraySlider->setValue(nValue);
+  } else {
+    m_pUi->ExpectGrayspinBox->setValue(m_nExpectGray);
+  }
+  __ReportStatus(PLUGIN_STATUS_SUCCESS);
+}
+
+void CShadingCorrectionDlg::Slot_objAcquisitionDarkFrame_Button_clicked()
+{
+  if (!__IsReady() || !__CanAcquire()) {
+    return;
+  }
+  const QPointer<CShadingCorrectionDlg> pThis(this);
+  CBusyScope busy(m_pUi->AcquisitionDarkFrame_Button);
+  CBusyScope::Paint();
+  if (pThis == nullptr || !__IsReady()) {
+    return;
+  }
+  const int32_t nStatus = __CallProcessUncorrected([this] { return m_pProcess->AcquireDarkImage(); });
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    __ShowDarkVerdict();
+    __ForgetExecution();
+  }
+  busy.PopCursor();
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::__ShowDarkVerdict()
+{
+  if (m_pProcess->GetImageMaxGray() > DARK_MAX_GRAY || m_pProcess->GetImageGrayDiff() > DARK_MAX_DIFF) {
+    __ShowPrompt(tr("The dark field image is too bright, the flat field correction will not use the dark field "
+                    "image,this will not affect the flat field correction effect"),
+                 WARNING_COLOUR);
+  } else if (!m_pProcess->IsBlackLevelDefault()) {
+    __ShowPrompt(tr("The current black level is not the default value, the flat field correction will not use the "
+                    "dark field image,this will not affect the flat field correction effect"),
+                 WARNING_COLOUR);
+  } else {
+    __ShowPrompt(tr("Acquisition of dark field image complete"), SUCCESS_COLOUR);
+  }
+}
+
+void CShadingCorrectionDlg::Slot_objAcquisitionBrightFrame_Button_clicked()
+{
+  const QPointer<CShadingCorrectionDlg> pThis(this);
+  CBusyScope busy(m_pUi->AcquisitionBrightFrame_Button);
+  CBusyScope::Paint();
+  if (pThis == nullptr || !__IsReady() || !__CanAcquire()) {
+    return;
+  }
+  int32_t nStatus = __CallProcessUncorrected([this] { return m_pProcess->AcquireBrightImage(); });
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    nStatus = __AcceptBright();
+  }
+  busy.PopCursor();
+  __ReportStatus(nStatus);
+}
+
+// Every completed bright field is accepted; too dark or too bright ones with a warning.
+int32_t CShadingCorrectionDlg::__AcceptBright()
+{
+  const double dMaxGray = m_pProcess->GetImageMaxGray();
+  if (dMaxGray < BRIGHT_MIN_GRAY) {
+    __ShowPrompt(tr("The bright field image is too dark, it will affect the flat field correction effect,it is "
+                    "recommended to adjust the brightness of the image in the range of 20-250"),
+                 WARNING_COLOUR);
+  } else if (dMaxGray > BRIGHT_MAX_GRAY) {
+    __ShowPrompt(tr("The bright field image is too bright, it will affect the flat field correction effect,it is "
+                    "recommended to adjust the brightness of the image in the range of 20-250"),
+                 WARNING_COLOUR);
+  } else {
+    __ShowPrompt(tr("Acquisition of bright field images complete"), SUCCESS_COLOUR);
+  }
+  m_bBrightAcquired = true;
+  int32_t nStatus = PLUGIN_STATUS_SUCCESS;
+  if (__IsHostMode()) {
+    const int nExpectGray = static_cast<int>(dMaxGray);
+    nStatus = m_pProcess->SetExpectGray(nExpectGray);
+    m_pExpectGraySlider->setValue(nExpectGray);
+    m_pUi->ExpectGrayspinBox->setValue(nExpectGray);
+  }
+  __ForgetExecution();
+  return nStatus;
+}
+
+void CShadingCorrectionDlg::Slot_objExecuteShadingCorrection_Button_clicked()
+{
+  CBusyScope busy;
+  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
+  if (__IsReady()) {
+    m_bApplyCorrection = false;
+    nStatus = __CallProcess([this] { return m_pProcess->ExecuteCorrection(); });
+    m_bFFCExecuted = nStatus == PLUGIN_STATUS_SUCCESS;
+    __ShowExecuteResult(nStatus);
+  }
+  busy.PopCursor();
+  __SetPreview(m_bFFCExecuted);
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::__ShowExecuteResult(int32_t nStatus)
+{
+  if (__IsHostMode()) {
+    // The success text comes with the first corrected frame. The text first, the frames' leave last.
+    m_bReportSuccess = m_bFFCExecuted;
+    m_bApplyCorrection = m_bFFCExecuted;
+  } else if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    __ShowPrompt(tr("FFC executed successfully"), SUCCESS_COLOUR);
+  } else {
+    __ShowPrompt(tr("Failed to execute FFC"), WARNING_COLOUR);
+  }
+}
+
+void CShadingCorrectionDlg::SlotShowInfo(bool bStutas)
+{
+  if (bStutas) {
+    __ShowPrompt(tr("FFC executed successfully"), SUCCESS_COLOUR);
+  } else {
+    __ShowPrompt(tr("Failed to execute FFC. Please Acquired bright filed images and executed FFC again"),
+                 WARNING_COLOUR);
+    __SetPreview(false);
+  }
+  __ReportStatus(PLUGIN_STATUS_SUCCESS);
+}
+
+void CShadingCorrectionDlg::SlotPreviewCorrectionEffect(bool checked)
+{
+  if (!__IsReady() || !m_deviceFeatures.HasNodeMap()) {
+    return;
+  }
+  int32_t nStatus = PLUGIN_STATUS_SUCCESS;
+  if (__IsHostMode()) {
+    m_bReportSuccess = checked;
+    m_bApplyCorrection = checked;
+  } else {
+    nStatus = m_deviceFeatures.SetEnumFeature("FlatFieldCorrection", checked ? "On" : "Off");
+  }
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::Slot_objLoadFlash_Button_clicked()
+{
+  CBusyScope busy;
+  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
+  if (__IsReady()) {
+    nStatus = __CallProcess([this] { return m_pProcess->LoadFromFlash(); });
+    if (nStatus == PLUGIN_STATUS_SUCCESS) {
+      __ReloadSettings();
+    }
+  }
+  busy.PopCursor();
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::Slot_objSaveFlash_Button_clicked()
+{
+  CBusyScope busy;
+  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
+  if (__IsReady()) {
+    nStatus = __CallProcess([this] { return m_pProcess->SaveToFlash(); });
+  }
+  busy.PopCursor();
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::Slot_objLoadPC_Button_clicked()
+{
+  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
+  if (__IsReady()) {
+    nStatus = __CallProcessUncorrected([this] { return m_pProcess->LoadFromFile(); });
+    if (nStatus == PLUGIN_STATUS_SUCCESS && __IsHostMode()) {
+      m_bFFCExecuted = true;
+      __SetPreview(true);
+      m_bApplyCorrection = true;
+    } else if (nStatus == PLUGIN_STATUS_SUCCESS) {
+      __ReloadSettings();
+    }
+  }
+  __ReportStatus(nStatus);
+}
+
+void CShadingCorrectionDlg::Slot_objSavePC_Button_clicked()
+{
+  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
+  if (__IsReady()) {
+    nStatus = __CallProcess([this] { return m_pProcess->SaveToFile(); });
+  }
+  __ReportStatus(nStatus);
+}
+
+// The sliders' own slots write the loaded values back and update the rest.
+void CShadingCorrectionDlg::__ReloadSettings()
+{
+  const FFCInfo stInfo = m_pProcess->GetCorrectionInfo();
+  __SetFrameCount(stInfo.nFrameCount);
+  if (m_strShadingCorrectionMode == QLatin1String("FlatFieldCorrection")) {
+    m_pExpectGraySlider->setValue(static_cast<int>(stInfo.nExpectGray));
+  }
+}
+
+void CShadingCorrectionDlg::Slot_objPromptInformation_label_clicked(QString strInfo)
+{
+  if (m_pUi != nullptr) {
+    m_pUi->PromptInformation_label->setText(strInfo);
+  }
+  __ReportStatus(PLUGIN_STATUS_SUCCESS);
+}

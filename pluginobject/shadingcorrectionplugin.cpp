@@ -1,0 +1,289 @@
+#include "pluginobject/shadingcorrectionplugin.h"
+
+#include <new>
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include "platform/event.h"
+#include "platform/moduleversion.h"
+#include "pluginobject/featureaccess.h"
+#include "pluginobject/statuscode.h"
+
+namespace {
+
+constexpr int32_t LANGUAGE_CHINESE = 1;
+constexpr uint32_t INTERFACE_VERSION = 0x10000;
+
+QString GetTranslatedName()
+{
+  return QObject::tr("Flat Field Correction Plugin");
+}
+
+QString AppendDeviceName(const QString &strDeviceName)
+{
+  return GetTranslatedName() + QStringLiteral("  ") + strDeviceName;
+}
+
+PLUGIN_VERSION ReadModuleVersion()
+{
+  uint16_t anVersion[4] = {};
+  std::string strError = "Version";
+  (void)QueryModuleVersion(anVersion, strError);
+  return {anVersion[0], anVersion[1], anVersion[2], anVersion[3]};
+}
+
+} // namespace
+
+CShadingCorrectionPlugin::CShadingCorrectionPlugin()
+  : m_stVersion(ReadModuleVersion()), m_strName("Flat Field Correction Plugin"),
+    m_strGUID("5b1e7d42-9c0a-4f63-8e21-d7a4c90b3f18")
+{
+  // So that a host can connect to the signal queued by name.
+  qRegisterMetaType<PLUGIN_MSG>();
+}
+
+CShadingCorrectionPlugin::~CShadingCorrectionPlugin()
+{
+  DestroyDialog();
+}
+
+void CShadingCorrectionPlugin::SlotProcessDemoMsg(const PLUGIN_MSG &stPluginMsg)
+{
+  if (m_pDialog == nullptr) {
+    return;
+  }
+  switch (stPluginMsg.nMsgCode) {
+  case PLUGIN_MSG_SHOW_DIALOG:
+    if (m_pDialog->isMinimized()) {
+      m_pDialog->showNormal();
+    } else {
+      m_pDialog->show();
+    }
+    break;
+  case PLUGIN_MSG_HIDE_DIALOG: m_pDialog->hide(); break;
+  case PLUGIN_MSG_DEVICE_NAME:
+    if (stPluginMsg.pText != nullptr) {
+      m_pDialog->SetDialogTitle(AppendDeviceName(QString::fromLocal8Bit(stPluginMsg.pText)));
+    }
+    break;
+  default: break;
+  }
+}
+
+const char *CShadingCorrectionPlugin::GetPluginGUID()
+{
+  return m_strGUID.c_str();
+}
+
+const char *CShadingCorrectionPlugin::GetPluginName()
+{
+  return m_strName.c_str();
+}
+
+const char *CShadingCorrectionPlugin::GetPluginDisplayName()
+{
+  return m_strDisplayName.c_str();
+}
+
+const char *CShadingCorrectionPlugin::GetPluginDescription()
+{
+  return m_strDescription.c_str();
+}
+
+uint32_t CShadingCorrectionPlugin::GetInterfaceVersion()
+{
+  return INTERFACE_VERSION;
+}
+
+PLUGIN_VERSION CShadingCorrectionPlugin::GetPluginVersion()
+{
+  return m_stVersion;
+}
+
+bool CShadingCorrectionPlugin::HasSettingDialog()
+{
+  return true;
+}
+
+bool CShadingCorrectionPlugin::IsDialogVisible()
+{
+  return m_pDialog != nullptr && m_pDialog->isVisible();
+}
+
+bool CShadingCorrectionPlugin::IsDialogHidden()
+{
+  return m_pDialog == nullptr || m_pDialog->isHidden();
+}
+
+const char *CShadingCorrectionPlugin::GetStatusText(int32_t nStatus)
+{
+  m_strLastStatusText = QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Host)).toStdString();
+  return m_strLastStatusText.c_str();
+}
+
+int32_t CShadingCorrectionPlugin::Initialize(PLUGIN_INIT_PARAM *pInitParam)
+{
+  if (pInitParam == nullptr) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  try {
+    SetLanguage(static_cast<int32_t>(pInitParam->nLanguage));
+    m_strDisplayName = GetTranslatedName().toStdString();
+    m_strDescription =
+      QObject::tr("This plugin can calculate flat field correction coefficient and set the coefficient to device")
+        .toStdString();
+    int32_t nStatus = CreateDialog(pInitParam);
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
+    nStatus = InitDialogProcess();
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
+    ConnectDialogSignals();
+    m_gateFrames.Open();
+    return PLUGIN_STATUS_SUCCESS;
+  } catch (const std::bad_alloc &) {
+    return PLUGIN_STATUS_OUT_OF_MEMORY;
+  } catch (...) {
+    return PLUGIN_STATUS_UNKNOWN_ERROR;
+  }
+}
+
+int32_t CShadingCorrectionPlugin::Uninitialize()
+{
+  CloseDialogProcess();
+  DestroyDialog();
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPlugin::ProcessImage(PLUGIN_IMAGE_INFO *pInput, PLUGIN_IMAGE_INFO *pOutput, uint32_t nMode,
+                                               PLUGIN_PROCESS_RESULT *pResult)
+{
+  if (pInput == nullptr || pOutput == nullptr || pInput->pBuffer == nullptr || pOutput->pBuffer == nullptr ||
+      nMode != PLUGIN_PROCESS_MODE_FRAME) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const CFrameGate::CPass pass(m_gateFrames);
+  if (!pass.IsGranted()) {
+    return PLUGIN_STATUS_SUCCESS;
+  }
+  if (m_pDialog->IsColorCamera() &&
+      !CShadingCorrectionDlg::IsPixelFormatSupported(static_cast<uint32_t>(pInput->nPixelFormat))) {
+    m_pDialog->SetStopFlag(true);
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  m_pDialog->SetStopFlag(false);
+  __ProcessFrame(*pInput, *pOutput, pResult);
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+// A frame that the process asked for is handed over; any other is offered for correction.
+void CShadingCorrectionPlugin::__ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput,
+                                              PLUGIN_PROCESS_RESULT *pResult)
+{
+  if (m_pDialog->WaitImageRequest() == WAIT_RESULT_SIGNALLED) {
+    m_pDialog->ReceiveImage(stInput.pBuffer, static_cast<uint32_t>(stInput.nPayloadSize));
+    m_pDialog->SetImageReady();
+    return;
+  }
+  bool bCorrected = false;
+  (void)m_pDialog->CorrectFrame(stInput.pBuffer, stOutput.pBuffer, static_cast<uint32_t>(stInput.nWidth),
+                                stInput.nHeight, static_cast<uint32_t>(stInput.nPixelFormat), bCorrected);
+  // Only an image that was really written counts: CorrectFrame also succeeds when there is nothing to do.
+  if (bCorrected && pResult != nullptr) {
+    pResult->bCorrected = 1;
+  }
+}
+
+int32_t CShadingCorrectionPlugin::GetProperty(uint32_t nKey, const QVariant * /*pInput*/, QVariant *pValue)
+{
+  if (m_pDialog == nullptr) {
+    return PLUGIN_STATUS_SUCCESS;
+  }
+  if (nKey != PLUGIN_PROPERTY_IN_USE) {
+    return PLUGIN_STATUS_NOT_SUPPORTED;
+  }
+  if (pValue == nullptr) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  *pValue = QVariant(m_pDialog->IsApplyingCorrection() || m_pDialog->isVisible() ? 1 : 0);
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+void CShadingCorrectionPlugin::Release()
+{
+  delete this;
+}
+
+void CShadingCorrectionPlugin::SetLanguage(int32_t nLanguage)
+{
+  if (nLanguage == LANGUAGE_CHINESE) {
+    (void)LoadTranslation(QStringLiteral(":/lumalevel_zh.qm"));
+  }
+}
+
+bool CShadingCorrectionPlugin::LoadTranslation(QString strPath)
+{
+  QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB2312"));
+  return m_translator.load(strPath, QString(), QString(), QString()) &&
+         QCoreApplication::installTranslator(&m_translator);
+}
+
+int32_t CShadingCorrectionPlugin::CreateDialog(PLUGIN_INIT_PARAM *pInitParam)
+{
+  if (pInitParam->pDeviceNodeMap == nullptr) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  // A dialog left by an initialisation that failed gives way.
+  DestroyDialog();
+  try {
+    m_pDialog = new CShadingCorrectionDlg(pInitParam->pParent, *pInitParam);
+  } catch (const std::bad_alloc &) {
+    return PLUGIN_STATUS_OUT_OF_MEMORY;
+  }
+  if (pInitParam->pParent != nullptr) {
+    // A dialog that goes with its parent must have no frame in it.
+    connect(pInitParam->pParent, &QObject::destroyed, m_pDialog, [this] { m_gateFrames.Close(); });
+  }
+  m_pDialog->setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint);
+  m_pDialog->setWindowTitle(__GetTitle(*pInitParam));
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+QString CShadingCorrectionPlugin::__GetTitle(const PLUGIN_INIT_PARAM &stInitParam) const
+{
+  if (stInitParam.pDeviceName != nullptr) {
+    return AppendDeviceName(QString::fromLocal8Bit(stInitParam.pDeviceName));
+  }
+  const CFeatureAccess outputFeatures(static_cast<GenApi::INodeMap *>(stInitParam.pOutputNodeMap));
+  std::string strDeviceName;
+  return outputFeatures.GetStringFeature("DeviceDisplayName", strDeviceName) == PLUGIN_STATUS_SUCCESS
+           ? AppendDeviceName(QString::fromStdString(strDeviceName))
+           : GetTranslatedName();
+}
+
+int32_t CShadingCorrectionPlugin::InitDialogProcess()
+{
+  return m_pDialog->InitDialog();
+}
+
+void CShadingCorrectionPlugin::CloseDialogProcess()
+{
+  m_gateFrames.Close();
+  if (m_pDialog != nullptr) {
+    m_pDialog->ReleaseProcess();
+  }
+}
+
+void CShadingCorrectionPlugin::DestroyDialog()
+{
+  m_gateFrames.Close();
+  delete m_pDialog.data();
+}
+
+void CShadingCorrectionPlugin::ConnectDialogSignals()
+{
+  connect(m_pDialog, &CShadingCorrectionDlg::SigDlgStatusChanged, this, &IPlugin::SigPluginMsg);
+}

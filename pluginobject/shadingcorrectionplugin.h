@@ -1,0 +1,74 @@
+/// \file
+/// The plug-in object.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <QPointer>
+#include <QString>
+#include <QTranslator>
+
+#include "pluginobject/framegate.h"
+#include "pluginobject/iplugin.h"
+#include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
+
+/// The one object that a host creates: identity, translation, and the correction dialog, to which it
+/// passes frames and whose messages it relays.
+class CShadingCorrectionPlugin : public IPluginExtended {
+  Q_OBJECT
+
+public:
+  /// Reads the module's own version; a module without one has 0.0.0.0.
+  CShadingCorrectionPlugin();
+  ~CShadingCorrectionPlugin() override;
+
+  void SlotProcessDemoMsg(const PLUGIN_MSG &stPluginMsg) override;
+  const char *GetPluginGUID() override;
+  const char *GetPluginName() override;
+  const char *GetPluginDisplayName() override;
+  const char *GetPluginDescription() override;
+  uint32_t GetInterfaceVersion() override;
+  PLUGIN_VERSION GetPluginVersion() override;
+  bool HasSettingDialog() override;
+  bool IsDialogVisible() override;
+  bool IsDialogHidden() override;
+  const char *GetStatusText(int32_t nStatus) override;
+  int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) override;
+  int32_t Uninitialize() override;
+  int32_t ProcessImage(PLUGIN_IMAGE_INFO *pInput, PLUGIN_IMAGE_INFO *pOutput, uint32_t nMode,
+                       PLUGIN_PROCESS_RESULT *pResult) override;
+  int32_t GetProperty(uint32_t nKey, const QVariant *pInput, QVariant *pValue) override;
+
+  // The class's own virtual operations; their order belongs to the binary interface too.
+
+  /// Destroys the object.
+  virtual void Release();
+  /// \param nLanguage 1: loads the Chinese translation; else nothing
+  virtual void SetLanguage(int32_t nLanguage);
+  /// Sets the application's locale codec to GB2312, the code page of the texts that a Chinese host passes,
+  /// and installs a translation. \return false when it cannot be loaded; the codec is set all the same
+  virtual bool LoadTranslation(QString strPath);
+  /// Builds the hidden dialog and its title. \return 0; -3 without device node map; -2 without memory
+  virtual int32_t CreateDialog(PLUGIN_INIT_PARAM *pInitParam);
+  virtual int32_t InitDialogProcess();
+  virtual void CloseDialogProcess();
+  virtual void DestroyDialog();
+  virtual void ConnectDialogSignals();
+
+private:
+  QString __GetTitle(const PLUGIN_INIT_PARAM &stInitParam) const;
+  void __ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, PLUGIN_PROCESS_RESULT *pResult);
+
+  // Owned; becomes null by itself when the host destroys the dialog's parent first.
+  QPointer<CShadingCorrectionDlg> m_pDialog;
+  QTranslator m_translator;
+  PLUGIN_VERSION m_stVersion;
+  std::string m_strName;
+  std::string m_strGUID;
+  std::string m_strDisplayName;
+  std::string m_strDescription;
+  std::string m_strLastStatusText;
+  // Open while the dialog and its process can take frames.
+  CFrameGate m_gateFrames;
+};

@@ -1,0 +1,9 @@
+#include "tests/support/dynamicsymbols.h"
+
+#include <gtest/gtest.h>
+
+TEST(OmbrixExports, TheBuiltLibraryExportsExactlyItsTwoFunctions)
+{
+  EXPECT_EQ(ReadExportedNames(OMBRIX_FILE),
+            (std::vector<std::string>{"OmbrixApplyFlatField", "OmbrixComputeFlatField"}));
+}

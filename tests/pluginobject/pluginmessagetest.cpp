@@ -1,0 +1,167 @@
+// Messages in both directions, and properties.
+#include <algorithm>
+
+#include "tests/pluginobject/pluginfixture.h"
+
+namespace {
+
+class PluginMessage : public CPluginTest {
+protected:
+  PluginMessage()
+  {
+    QObject::connect(m_pPlugin.get(), &IPlugin::SigPluginMsg,
+                     [this](const PLUGIN_MSG &stPluginMsg) { m_listReceived.push_back(stPluginMsg); });
+  }
+
+  std::vector<int32_t> GetReceivedCodes() const
+  {
+    std::vector<int32_t> listCodes;
+    for (const PLUGIN_MSG &stPluginMsg : m_listReceived) {
+      listCodes.push_back(stPluginMsg.nMsgCode);
+    }
+    return listCodes;
+  }
+
+  std::vector<PLUGIN_MSG> m_listReceived;
+};
+
+class PluginProperty : public CPluginTest {
+protected:
+  // Asks for the one known property.
+  QVariant GetInUse()
+  {
+    QVariant value;
+    EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, &value), 0);
+    return value;
+  }
+};
+
+} // namespace
+
+TEST_F(PluginMessage, OneShowsTheDialogAndTwoHidesIt)
+{
+  ASSERT_EQ(Initialize(), 0);
+  Send(1);
+  EXPECT_TRUE(m_pPlugin->IsDialogVisible());
+  EXPECT_FALSE(m_pPlugin->IsDialogHidden());
+  Send(2);
+  EXPECT_FALSE(m_pPlugin->IsDialogVisible());
+  EXPECT_TRUE(m_pPlugin->IsDialogHidden());
+  EXPECT_NE(FindDialog(), nullptr);
+}
+
+TEST_F(PluginMessage, OneRestoresAMinimisedDialog)
+{
+  ASSERT_EQ(Initialize(), 0);
+  Send(1);
+  FindDialog()->showMinimized();
+  ASSERT_TRUE(FindDialog()->isMinimized());
+  Send(1);
+  EXPECT_FALSE(FindDialog()->isMinimized());
+  EXPECT_TRUE(m_pPlugin->IsDialogVisible());
+}
+
+TEST_F(PluginMessage, ShowingAndHidingIsReportedWithZeroFilledRecords)
+{
+  ASSERT_EQ(Initialize(), 0);
+  Send(1);
+  Send(2);
+  Send(1);
+  ASSERT_EQ(GetReceivedCodes(), (std::vector<int32_t>{1002, 1001, 1002}));
+  for (const PLUGIN_MSG &stReceived : m_listReceived) {
+    PLUGIN_MSG stExpected;
+    std::memset(static_cast<void *>(&stExpected), 0, sizeof stExpected);
+    stExpected.nMsgCode = stReceived.nMsgCode;
+    EXPECT_EQ(std::memcmp(&stReceived, &stExpected, sizeof stExpected), 0);
+  }
+}
+
+TEST_F(PluginMessage, WhatTheProcessAsksOfTheStreamIsRelayed)
+{
+  ASSERT_EQ(Initialize(), 0);
+  auto *pDialog = FindDialog();
+  PLUGIN_MSG stPluginMsg = MakePluginMsg(PLUGIN_MSG_ACQUISITION_ON);
+  std::fill(std::begin(stPluginMsg.anReserved), std::end(stPluginMsg.anReserved), uint8_t{0x5A});
+  emit pDialog->SigDlgStatusChanged(stPluginMsg);
+  emit pDialog->SigDlgStatusChanged(MakePluginMsg(PLUGIN_MSG_ACQUISITION_OFF));
+  ASSERT_EQ(GetReceivedCodes(), (std::vector<int32_t>{10, 11}));
+  EXPECT_EQ(std::memcmp(&m_listReceived[0], &stPluginMsg, sizeof stPluginMsg), 0);
+}
+
+TEST_F(PluginMessage, OtherCodesAreIgnored)
+{
+  ASSERT_EQ(Initialize(), 0);
+  const std::string strTitle = GetBarTitle();
+  for (const int32_t nCode : {0, 3, 10, 11, 12, 14, 1001, 1002, 1003, -1}) {
+    Send(nCode, "text");
+    EXPECT_FALSE(m_pPlugin->IsDialogVisible()) << nCode;
+    EXPECT_EQ(GetBarTitle(), strTitle) << nCode;
+  }
+  EXPECT_TRUE(m_listReceived.empty());
+}
+
+TEST_F(PluginMessage, WithoutADialogEveryCodeIsIgnored)
+{
+  for (const int32_t nCode : {1, 2, 13, 1001}) {
+    Send(nCode, "text");
+  }
+  EXPECT_FALSE(m_pPlugin->IsDialogVisible());
+  EXPECT_TRUE(m_pPlugin->IsDialogHidden());
+  EXPECT_TRUE(m_listReceived.empty());
+}
+
+TEST_F(PluginProperty, WithoutADialogEveryKeySucceedsAndNothingIsStored)
+{
+  QVariant value(7);
+  for (const uint32_t nKey : {1003U, 0U, 1004U}) {
+    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, &value), 0);
+    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, nullptr), 0);
+  }
+  EXPECT_EQ(value, QVariant(7));
+}
+
+TEST_F(PluginProperty, UnknownKeysAreNotSupported)
+{
+  ASSERT_EQ(Initialize(), 0);
+  QVariant value(7);
+  for (const uint32_t nKey : {0U, 1002U, 1004U, 0xFFFFFFFFU}) {
+    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, &value), -4);
+  }
+  EXPECT_EQ(value, QVariant(7));
+}
+
+TEST_F(PluginProperty, ThePluginIsInUseWhileItsDialogIsVisible)
+{
+  ASSERT_EQ(Initialize(), 0);
+  EXPECT_EQ(GetInUse(), QVariant(0));
+  EXPECT_EQ(GetInUse().type(), QVariant::Int);
+  Send(PLUGIN_MSG_SHOW_DIALOG);
+  EXPECT_EQ(GetInUse(), QVariant(1));
+  Send(PLUGIN_MSG_HIDE_DIALOG);
+  EXPECT_EQ(GetInUse(), QVariant(0));
+}
+
+TEST_F(PluginProperty, ThePluginIsInUseWhileFramesAreCorrectedAlthoughItsDialogIsHidden)
+{
+  ASSERT_EQ(Initialize(), 0);
+  FindDialog()->Slot_objExecuteShadingCorrection_Button_clicked();
+  EXPECT_FALSE(m_pPlugin->IsDialogVisible());
+  EXPECT_EQ(GetInUse(), QVariant(1));
+  FindDialog()->SlotPreviewCorrectionEffect(false);
+  EXPECT_EQ(GetInUse(), QVariant(0));
+}
+
+TEST_F(PluginProperty, TheFurtherInputIsIgnored)
+{
+  ASSERT_EQ(Initialize(), 0);
+  const QVariant input(99);
+  QVariant value;
+  EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, &input, &value), 0);
+  EXPECT_EQ(value, QVariant(0));
+}
+
+TEST_F(PluginProperty, WithNowhereToStoreItIsAnInvalidParameter)
+{
+  ASSERT_EQ(Initialize(), 0);
+  EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, nullptr), -3);
+}

@@ -1,0 +1,243 @@
+// The entry of every frame.
+#include <thread>
+
+#include <QPushButton>
+
+#include "tests/pluginobject/pluginfixture.h"
+#include "tests/support/framepump.h"
+#include "tests/support/modalanswer.h"
+
+namespace {
+
+constexpr uint32_t REQUESTED = 0;
+constexpr uint32_t NOT_REQUESTED = 258;
+
+class ProcessImage : public CPluginTest {
+protected:
+  ProcessImage() : m_listInput(m_camera.MakeFrame(100)), m_listOutput(m_camera.MakeFrame(7)) {}
+
+  void InitializeWithScript()
+  {
+    ASSERT_EQ(Initialize(), 0);
+    m_stScript.listCalls.clear();
+    Describe();
+  }
+
+  void Describe()
+  {
+    m_stInput.nPixelFormat = static_cast<int32_t>(m_camera.GetPixelFormat());
+    m_stInput.nWidth = static_cast<int32_t>(m_camera.Integer("Width").Peek());
+    m_stInput.nHeight = static_cast<int32_t>(m_camera.Integer("Height").Peek());
+    m_stInput.nPayloadSize = static_cast<int32_t>(m_listInput.size());
+    m_stInput.pBuffer = m_listInput.data();
+    m_stOutput = m_stInput;
+    m_stOutput.pBuffer = m_listOutput.data();
+  }
+
+  int32_t Process() { return m_pPlugin->ProcessImage(&m_stInput, &m_stOutput, 1, &m_stResult); }
+
+  // What the preview does once the coefficients are there.
+  void StartCorrecting() { FindDialog()->Slot_objExecuteShadingCorrection_Button_clicked(); }
+
+  std::vector<uint8_t> m_listInput;
+  std::vector<uint8_t> m_listOutput;
+  PLUGIN_IMAGE_INFO m_stInput;
+  PLUGIN_IMAGE_INFO m_stOutput;
+  PLUGIN_PROCESS_RESULT m_stResult;
+};
+
+} // namespace
+
+TEST_F(ProcessImage, NeedsBothBuffers)
+{
+  InitializeWithScript();
+  m_stScript.nWaitResult = REQUESTED;
+  m_stInput.pBuffer = nullptr;
+  EXPECT_EQ(Process(), -3);
+  Describe();
+  m_stOutput.pBuffer = nullptr;
+  EXPECT_EQ(Process(), -3);
+  EXPECT_EQ(m_pPlugin->ProcessImage(nullptr, &m_stOutput, 1, &m_stResult), -3);
+  EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, nullptr, 1, &m_stResult), -3);
+  EXPECT_TRUE(m_stScript.listCalls.empty());
+  EXPECT_TRUE(m_stScript.listStopFlags.empty());
+}
+
+TEST_F(ProcessImage, KnowsOneModeOnly)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  for (const uint32_t nMode : {0U, 2U, 0xFFFFFFFFU}) {
+    EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, &m_stOutput, nMode, &m_stResult), -3);
+    EXPECT_EQ(m_stResult.bCorrected, 0);
+  }
+}
+
+TEST_F(ProcessImage, BeforeInitialisationAndAfterUninitialisingLetsFramesPass)
+{
+  Describe();
+  EXPECT_EQ(Process(), 0);
+  ASSERT_EQ(Initialize(), 0);
+  m_pPlugin->Uninitialize();
+  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+  EXPECT_EQ(m_listOutput, m_camera.MakeFrame(7));
+}
+
+TEST_F(ProcessImage, HandsARequestedFrameOverAndDoesNotCorrectIt)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  m_stScript.listCalls.clear();
+  m_stScript.nWaitResult = REQUESTED;
+  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(m_stScript.listCalls,
+            (std::vector<std::string>{"receive " + std::to_string(m_listInput.size()), "ready"}));
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+}
+
+TEST_F(ProcessImage, KeepsNoFrameThatNobodyRequested)
+{
+  InitializeWithScript();
+  for (const uint32_t nWaitResult : {NOT_REQUESTED, 0xFFFFFFFFU}) {
+    m_stScript.nWaitResult = nWaitResult;
+    EXPECT_EQ(Process(), 0);
+  }
+  EXPECT_TRUE(m_stScript.listCalls.empty());
+}
+
+TEST_F(ProcessImage, WithoutPreviewLeavesTheResultAsItWas)
+{
+  InitializeWithScript();
+  for (const uint8_t nBefore : {uint8_t{0}, uint8_t{1}}) {
+    m_stResult.bCorrected = nBefore;
+    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(m_stResult.bCorrected, nBefore);
+  }
+}
+
+TEST_F(ProcessImage, ReportsACorrectedFrame)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  m_stResult.nReserved = 1234;
+  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(m_stResult.bCorrected, 1);
+  EXPECT_EQ(m_stResult.nReserved, 1234);
+}
+
+TEST_F(ProcessImage, NeedsNoPlaceForTheResult)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, &m_stOutput, 1, nullptr), 0);
+}
+
+TEST_F(ProcessImage, AFailingCorrectionSucceedsWithoutAResultAndEndsThePreview)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  m_stScript.nCorrectStatus = -3;
+  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+  EXPECT_FALSE(FindDialog()->IsApplyingCorrection());
+  m_stScript.nCorrectStatus = 0;
+  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+}
+
+TEST_F(ProcessImage, AMonochromeCamerasFormatIsNotLookedAt)
+{
+  InitializeWithScript();
+  for (const int32_t nFormat : {0x01080001, 0x02180014, 0}) {
+    m_stInput.nPixelFormat = nFormat;
+    EXPECT_EQ(Process(), 0);
+  }
+  EXPECT_EQ(m_stScript.listStopFlags, (std::vector<bool>{false, false, false}));
+}
+
+TEST_F(ProcessImage, AColourCamerasUnsupportedFormatStopsTheAcquisition)
+{
+  m_stScript.bColor = true;
+  m_stScript.nWaitResult = REQUESTED;
+  InitializeWithScript();
+  // Mono8, RGB8, a packed format of unknown depth, and none at all.
+  for (const int32_t nFormat : {0x01080001, 0x02180014, 0x010E0104, 0}) {
+    m_stScript.listStopFlags.clear();
+    m_stInput.nPixelFormat = nFormat;
+    EXPECT_EQ(Process(), -3);
+    EXPECT_EQ(m_stScript.listStopFlags, std::vector<bool>{true});
+  }
+  EXPECT_TRUE(m_stScript.listCalls.empty());
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+}
+
+TEST_F(ProcessImage, AColourCamerasBayerFormatTakesTheStopBack)
+{
+  m_stScript.bColor = true;
+  InitializeWithScript();
+  m_stInput.nPixelFormat = 0x01080001;
+  EXPECT_EQ(Process(), -3);
+  for (const int32_t nFormat : {0x01080008, 0x0108000B, 0x010A0052, 0x010C0059, 0x0110000F, 0x01100031, 0x010E0105}) {
+    m_stScript.listStopFlags.clear();
+    m_stInput.nPixelFormat = nFormat;
+    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(m_stScript.listStopFlags, std::vector<bool>{false});
+  }
+}
+
+TEST_F(ProcessImage, TheDialogMayBeUninitialisedWhileFramesArrive)
+{
+  CFramePump pump([this](std::vector<uint8_t> &listFrame, uint64_t) { listFrame = m_camera.MakeFrame(50); },
+                  [this](const std::vector<uint8_t> &listFrame) {
+                    PLUGIN_IMAGE_INFO stImage;
+                    std::vector<uint8_t> listCopy = listFrame;
+                    stImage.pBuffer = listCopy.data();
+                    stImage.nPayloadSize = static_cast<int32_t>(listCopy.size());
+                    PLUGIN_PROCESS_RESULT stResult;
+                    EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, &stResult), 0);
+                  },
+                  0.0);
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_EQ(Initialize(), 0);
+    const uint64_t nBefore = pump.GetFrameCount();
+    while (pump.GetFrameCount() < nBefore + 3) {
+      std::this_thread::yield();
+    }
+    EXPECT_EQ(m_pPlugin->Uninitialize(), 0);
+  }
+  pump.Stop();
+}
+
+TEST_F(ProcessImage, FramesAcquiredAndCorrectedThroughItBecomeFlat)
+{
+  // The left half of the sensor sees half of the light.
+  const auto fnShade = [this](std::vector<uint8_t> &listFrame) {
+    listFrame = m_camera.MakeFrame(120);
+    for (std::size_t i = 0; i < listFrame.size(); ++i) {
+      listFrame[i] = i % 64 < 32 ? uint8_t{60} : uint8_t{120};
+    }
+  };
+  m_pPlugin = std::make_unique<CShadingCorrectionPlugin>();
+  ASSERT_EQ(Initialize(), 0);
+  fnShade(m_listInput);
+  Describe();
+  CModalAnswer answer;
+  {
+    CFramePump pump([&](std::vector<uint8_t> &listFrame, uint64_t) { fnShade(listFrame); },
+                    [this](const std::vector<uint8_t> &listFrame) {
+                      PLUGIN_IMAGE_INFO stImage = m_stInput;
+                      std::vector<uint8_t> listCopy = listFrame;
+                      stImage.pBuffer = listCopy.data();
+                      EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, nullptr), 0);
+                    });
+    FindDialog()->findChild<QPushButton *>(QStringLiteral("AcquisitionBrightFrame_Button"))->click();
+  }
+  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+  FindDialog()->findChild<QPushButton *>(QStringLiteral("ExecuteShadingCorrection_Button"))->click();
+  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(m_stResult.bCorrected, 1);
+  EXPECT_EQ(m_listOutput, m_camera.MakeFrame(120));
+  EXPECT_TRUE(answer.GetBoxes().empty());
+}

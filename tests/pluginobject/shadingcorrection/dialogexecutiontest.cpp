@@ -1,0 +1,289 @@
+// Execution, preview, and loading and saving.
+#include <thread>
+
+#include <QApplication>
+#include <QSignalSpy>
+
+#include "tests/pluginobject/shadingcorrection/dialogfixture.h"
+
+namespace {
+
+constexpr const char *EXECUTED = "FFC executed successfully";
+constexpr const char *FAILED = "Failed to execute FFC";
+constexpr const char *FAILED_FRAME =
+  "Failed to execute FFC. Please Acquired bright filed images and executed FFC again";
+
+} // namespace
+
+class DialogExecution : public CDialogTest {
+protected:
+  void OpenWithBright(const std::string &strMode = std::string())
+  {
+    ASSERT_EQ(Open(strMode), 0);
+    m_stScript.dMaxGray = 100;
+    Click(Bright());
+    m_stScript.listCalls.clear();
+  }
+
+  /// Offers a frame from a thread of its own, as hosts do.
+  bool OfferFromFrameThread()
+  {
+    bool bCorrected = false;
+    std::thread([&] { OfferFrame(bCorrected); }).join();
+    return bCorrected;
+  }
+};
+
+TEST_F(DialogExecution, OnTheHostTheSuccessTextComesWithTheFirstCorrectedFrame)
+{
+  OpenWithBright();
+  const std::string strPrompt = Prompt();
+  Click(Execute());
+  EXPECT_EQ(Prompt(), strPrompt);
+  EXPECT_TRUE(Preview()->isEnabled());
+  EXPECT_TRUE(Preview()->isChecked());
+  EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
+  EXPECT_TRUE(OfferFromFrameThread());
+  EXPECT_EQ(Prompt(), strPrompt) << "the frame thread must not touch a widget";
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Prompt(), EXECUTED);
+  EXPECT_EQ(PromptColour(), QColor(Qt::black));
+}
+
+TEST_F(DialogExecution, TheSuccessIsReportedOnce)
+{
+  OpenWithBright();
+  QSignalSpy spy(m_pDialog.get(), &CShadingCorrectionDlg::SetInfoShowSignal);
+  Click(Execute());
+  for (int nFrame = 0; nFrame < 3; ++nFrame) {
+    EXPECT_TRUE(OfferFromFrameThread());
+  }
+  QCoreApplication::processEvents();
+  EXPECT_EQ(spy.size(), 1);
+}
+
+TEST_F(DialogExecution, AFailingExecutionOnTheHostTurnsThePreviewOff)
+{
+  OpenWithBright();
+  Click(Execute());
+  ASSERT_TRUE(Preview()->isChecked());
+  m_stScript.nExecuteStatus = PLUGIN_STATUS_INVALID_PARAM;
+  EXPECT_EQ(BoxOf([&] { Click(Execute()); }), "Invalid input param");
+  EXPECT_FALSE(Preview()->isEnabled());
+  EXPECT_FALSE(Preview()->isChecked());
+  EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
+  EXPECT_TRUE(Execute()->isEnabled());
+}
+
+TEST_F(DialogExecution, AFailingFrameIsShownOnceAndTurnsThePreviewOff)
+{
+  OpenWithBright();
+  Click(Execute());
+  QSignalSpy spy(m_pDialog.get(), &CShadingCorrectionDlg::SetInfoShowSignal);
+  m_stScript.nCorrectStatus = PLUGIN_STATUS_INVALID_PARAM;
+  EXPECT_FALSE(OfferFromFrameThread());
+  EXPECT_FALSE(OfferFromFrameThread());
+  QCoreApplication::processEvents();
+  EXPECT_EQ(spy.size(), 1);
+  EXPECT_EQ(Prompt(), FAILED_FRAME);
+  EXPECT_EQ(PromptColour(), QColor(Qt::red));
+  EXPECT_FALSE(Preview()->isChecked());
+  EXPECT_FALSE(Preview()->isEnabled());
+  EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
+}
+
+TEST_F(DialogExecution, WithoutPreviewAFrameIsLeftAloneSuccessfully)
+{
+  OpenWithBright();
+  bool bCorrected = false;
+  EXPECT_EQ(OfferFrame(bCorrected), 0);
+  EXPECT_FALSE(bCorrected);
+}
+
+TEST_F(DialogExecution, MissingBuffersAreRefused)
+{
+  OpenWithBright();
+  Click(Execute());
+  uint8_t nPixel = 0;
+  bool bCorrected = false;
+  EXPECT_EQ(m_pDialog->CorrectFrame(nullptr, &nPixel, 1, 1, 0x01080001, bCorrected), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(m_pDialog->CorrectFrame(&nPixel, nullptr, 1, 1, 0x01080001, bCorrected), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_FALSE(bCorrected);
+}
+
+TEST_F(DialogExecution, InDeviceModeTheTextComesAtOnce)
+{
+  OpenWithBright("FlatFieldCorrection");
+  Click(Execute());
+  EXPECT_EQ(Prompt(), EXECUTED);
+  EXPECT_EQ(PromptColour(), QColor(Qt::black));
+  EXPECT_TRUE(Preview()->isChecked());
+  bool bCorrected = false;
+  EXPECT_EQ(OfferFrame(bCorrected), 0);
+  EXPECT_FALSE(bCorrected) << "the camera corrects";
+  m_stScript.nExecuteStatus = PLUGIN_STATUS_ROI_MISMATCH;
+  EXPECT_EQ(BoxOf([&] { Click(Execute()); }), "Current ROI is not matching with the coefficient  ");
+  EXPECT_EQ(Prompt(), FAILED);
+  EXPECT_EQ(PromptColour(), QColor(Qt::red));
+  EXPECT_FALSE(Preview()->isEnabled());
+}
+
+TEST_F(DialogExecution, ExecutionWithoutAProcessIsRefused)
+{
+  OpenWithBright();
+  m_pDialog->ReleaseProcess();
+  EXPECT_EQ(BoxOf([&] { m_pDialog->Slot_objExecuteShadingCorrection_Button_clicked(); }), "Invalid input param");
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(DialogExecution, ThePreviewBoxSwitchesTheHostsCorrection)
+{
+  OpenWithBright();
+  Click(Execute());
+  ClickBox(Preview());
+  EXPECT_FALSE(Preview()->isChecked());
+  EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
+  EXPECT_FALSE(OfferFromFrameThread());
+  ClickBox(Preview());
+  EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
+  EXPECT_TRUE(OfferFromFrameThread());
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Prompt(), EXECUTED) << "switching on reports again";
+}
+
+TEST_F(DialogExecution, ThePreviewBoxSwitchesTheCamerasCorrection)
+{
+  OpenWithBright("FlatFieldCorrection");
+  auto &mode = m_camera.Device().AddEnumeration("FlatFieldCorrection").Entry("Off", 0).Entry("On", 1);
+  Click(Execute());
+  ClickBox(Preview());
+  EXPECT_EQ(mode.PeekSymbolic(), "Off");
+  ClickBox(Preview());
+  EXPECT_EQ(mode.PeekSymbolic(), "On");
+  mode.Access(GenApi::RO);
+  EXPECT_EQ(BoxOf([&] { ClickBox(Preview()); }), "Failure to operation device feature");
+}
+
+TEST_F(DialogExecution, FlashOperationsReloadTheSettings)
+{
+  m_stScript.stInfo.nFrameCount = 1;
+  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  m_stScript.stInfo.nFrameCount = 16;
+  m_stScript.stInfo.nExpectGray = 44;
+  Click(Button("LoadFlash_Button"));
+  EXPECT_EQ(FrameSlider()->value(), 16);
+  EXPECT_EQ(GraySlider()->value(), 44);
+  EXPECT_EQ(GrayBox()->value(), 44);
+  EXPECT_EQ(m_stScript.listCalls, (std::vector<std::string>{"load flash", "FFCFrameCount_16", "gray 44"}));
+  Click(Button("SaveFlash_Button"));
+  EXPECT_EQ(m_stScript.listCalls.back(), "save flash");
+  m_stScript.nFlashStatus = PLUGIN_STATUS_ROI_MISMATCH;
+  for (const char *pName : {"LoadFlash_Button", "SaveFlash_Button"}) {
+    EXPECT_EQ(BoxOf([&] { Click(Button(pName)); }), "Current ROI is not matching with the coefficient  ");
+  }
+}
+
+TEST_F(DialogExecution, InTailorModeALoadLeavesTheExpectedGray)
+{
+  ASSERT_EQ(Open("TailorFlatFieldCorrection"), 0);
+  m_stScript.stInfo.nFrameCount = 16;
+  m_stScript.stInfo.nExpectGray = 44;
+  Click(Button("LoadFlash_Button"));
+  EXPECT_EQ(FrameSlider()->value(), 16);
+  EXPECT_EQ(GraySlider()->value(), 0);
+}
+
+TEST_F(DialogExecution, LoadingAFileOnTheHostSwitchesThePreviewOn)
+{
+  ASSERT_EQ(Open(), 0);
+  Click(Button("LoadPC_Button"));
+  EXPECT_TRUE(Preview()->isEnabled());
+  EXPECT_TRUE(Preview()->isChecked());
+  EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
+  EXPECT_EQ(m_stScript.listCalls, std::vector<std::string>{"load file"});
+}
+
+TEST_F(DialogExecution, LoadingAFileInDeviceModeReloadsTheSettings)
+{
+  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  m_stScript.stInfo.nFrameCount = 2;
+  m_stScript.stInfo.nExpectGray = 9;
+  Click(Button("LoadPC_Button"));
+  EXPECT_EQ(FrameSlider()->value(), 4);
+  EXPECT_EQ(GraySlider()->value(), 9);
+  EXPECT_FALSE(Preview()->isEnabled());
+}
+
+TEST_F(DialogExecution, ACancelledLoadIsSilentAndLeavesThePreviewOn)
+{
+  OpenWithBright();
+  Click(Execute());
+  m_stScript.nFileStatus = PLUGIN_STATUS_SILENT;
+  CModalAnswer answer;
+  Click(Button("LoadPC_Button"));
+  Click(Button("SavePC_Button"));
+  EXPECT_TRUE(answer.GetBoxes().empty());
+  EXPECT_TRUE(Preview()->isChecked());
+  EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
+}
+
+TEST_F(DialogExecution, FailingFileOperationsAreReported)
+{
+  ASSERT_EQ(Open(), 0);
+  m_stScript.nFileStatus = PLUGIN_STATUS_OPEN_FILE_ERROR;
+  EXPECT_EQ(BoxOf([&] { Click(Button("LoadPC_Button")); }), "Open file error");
+  m_stScript.nFileStatus = PLUGIN_STATUS_WRITE_FILE_ERROR;
+  EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }), "Write file error");
+  EXPECT_FALSE(Preview()->isEnabled());
+}
+
+TEST_F(DialogExecution, FlashAndFileWithoutAProcessAreRefused)
+{
+  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  m_pDialog->ReleaseProcess();
+  for (const char *pName : {"LoadFlash_Button", "SaveFlash_Button", "LoadPC_Button", "SavePC_Button"}) {
+    EXPECT_EQ(BoxOf([&] { Click(Button(pName)); }), "Invalid input param") << pName;
+  }
+}
+
+TEST_F(DialogExecution, EveryStatusIsReportedInItsWords)
+{
+  const std::pair<int32_t, const char *> listTexts[] = {
+    {-1, "Unknown error"},
+    {-2, "Out of memory"},
+    {-3, "Invalid input param"},
+    {-4, "Unknown error"},
+    {-1001, "Unknown error"},
+    {-1002, "Failure to operation device feature"},
+    {-1003, "Unknown error"},
+    {-1004, "Open file error"},
+    {-1005, "Unknown error"},
+    {-1006, "Write file error"},
+    {-1007, "Read file error"},
+    {-1008, "Unknown error"},
+    {-1009, "Get buffer time out"},
+    {-1010, "Flat field correction error"},
+    {-1011, "Current camera is not support  "},
+    {-1012, "Buffer size is error  "},
+    {-1013, "Recovery user param fail  "},
+    {-1015, "Current ROI is not matching with the coefficient  "},
+    {-1016, "Unknown error"},
+    {-1017, "The pixelformat should be changed to bayer!"},
+    {-1018, "The pixelformat not implement!"},
+    {-1019,
+     "The current device parameters have been modified. Please restore the default parameters and try again!"},
+    {-1020, "Unknown error"},
+    {1, "Unknown error"},
+  };
+  ASSERT_EQ(Open(), 0);
+  for (const auto &[nStatus, pText] : listTexts) {
+    m_stScript.nFileStatus = nStatus;
+    EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }), pText) << nStatus;
+  }
+  CModalAnswer answer;
+  for (const int32_t nStatus : {0, -1014}) {
+    m_stScript.nFileStatus = nStatus;
+    Click(Button("SavePC_Button"));
+  }
+  EXPECT_TRUE(answer.GetBoxes().empty());
+}

@@ -1,0 +1,94 @@
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/scopeguard.h"
+
+namespace {
+
+// Runs steps with the given results and tells which ones ran.
+std::vector<int> RunSteps(const std::vector<int32_t> &listResults, int32_t *pnStatus)
+{
+  std::vector<int> listRan;
+  CFeatureChain chain;
+  for (std::size_t i = 0; i < listResults.size(); ++i) {
+    chain.Then([&] {
+      listRan.push_back(static_cast<int>(i));
+      return listResults[i];
+    });
+  }
+  *pnStatus = chain.Status();
+  return listRan;
+}
+
+int32_t LeaveEarly(bool bEarly, int &nRuns)
+{
+  const CScopeGuard guard([&nRuns] { ++nRuns; });
+  if (bEarly) {
+    return -1;
+  }
+  EXPECT_EQ(0, nRuns);
+  return 0;
+}
+
+} // namespace
+
+TEST(FeatureChain, WithoutStepsSucceeds)
+{
+  EXPECT_EQ(0, CFeatureChain().Status());
+}
+
+TEST(FeatureChain, RunsAllStepsInOrderWhenAllSucceed)
+{
+  int32_t nStatus = 1;
+  EXPECT_EQ((std::vector<int>{0, 1, 2}), RunSteps({0, 0, 0}, &nStatus));
+  EXPECT_EQ(0, nStatus);
+}
+
+TEST(FeatureChain, StopsAtTheFirstFailingStepAndKeepsItsStatus)
+{
+  int32_t nStatus = 1;
+  EXPECT_EQ((std::vector<int>{0, 1}), RunSteps({0, -1002, -3, 0}, &nStatus));
+  EXPECT_EQ(-1002, nStatus);
+  EXPECT_EQ((std::vector<int>{0}), RunSteps({-3, 0}, &nStatus));
+  EXPECT_EQ(-3, nStatus);
+}
+
+TEST(FeatureChain, TakesAPositiveStatusForAFailureToo)
+{
+  int32_t nStatus = 0;
+  EXPECT_EQ((std::vector<int>{0}), RunSteps({5, 0}, &nStatus));
+  EXPECT_EQ(5, nStatus);
+}
+
+TEST(ScopeGuard, RunsOnceOnEveryPathOutOfTheScope)
+{
+  int nRuns = 0;
+  EXPECT_EQ(-1, LeaveEarly(true, nRuns));
+  EXPECT_EQ(1, nRuns);
+  nRuns = 0;
+  EXPECT_EQ(0, LeaveEarly(false, nRuns));
+  EXPECT_EQ(1, nRuns);
+}
+
+TEST(ScopeGuard, RunsWhenAnExceptionPasses)
+{
+  int nRuns = 0;
+  try {
+    const CScopeGuard guard([&nRuns] { ++nRuns; });
+    throw 42;
+  } catch (int) {
+    EXPECT_EQ(1, nRuns);
+  }
+}
+
+TEST(ScopeGuard, RunsInTheReverseOrderOfDeclaration)
+{
+  std::vector<int> listRan;
+  {
+    const CScopeGuard first([&listRan] { listRan.push_back(1); });
+    const CScopeGuard second([&listRan] { listRan.push_back(2); });
+  }
+  EXPECT_EQ((std::vector<int>{2, 1}), listRan);
+}

@@ -1,0 +1,201 @@
+#include <numeric>
+#include <vector>
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTextCodec>
+
+#include <gtest/gtest.h>
+
+#include "pluginobject/shadingcorrection/process/ffcfile.h"
+#include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
+#include "tests/pluginobject/shadingcorrection/process/fullvolume.h"
+
+namespace {
+
+std::vector<uint8_t> MakeBytes(std::size_t nSize, uint8_t nFirst)
+{
+  std::vector<uint8_t> listBytes(nSize);
+  std::iota(listBytes.begin(), listBytes.end(), nFirst);
+  return listBytes;
+}
+
+int32_t Write(const QString &strFile, const std::vector<uint8_t> &listBytes)
+{
+  return WriteCoefficientFile(strFile, listBytes.data(), listBytes.size());
+}
+
+// Opens and reads a file. \return the first failing status
+int32_t Read(const QString &strFile, uint64_t nSize, std::vector<uint8_t> &listBytes)
+{
+  QFile file(strFile);
+  int32_t nStatus = OpenCoefficientFile(file);
+  if (nStatus != 0) {
+    return nStatus;
+  }
+  CFrameBuffer data;
+  nStatus = ReadCoefficientFile(file, nSize, data);
+  if (nStatus == 0) {
+    listBytes.assign(data.GetData(), data.GetData() + data.GetSize());
+  }
+  return nStatus;
+}
+
+class CLocaleCodec {
+public:
+  explicit CLocaleCodec(const char *pName) : m_pFormer(QTextCodec::codecForLocale())
+  {
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName(pName));
+  }
+  ~CLocaleCodec() { QTextCodec::setCodecForLocale(m_pFormer); }
+
+private:
+  QTextCodec *m_pFormer;
+};
+
+class FfcFile : public testing::Test {
+protected:
+  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
+  // Names of all files in the folder, temporary ones too.
+  QStringList List() const { return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden); }
+
+  QTemporaryDir m_folder;
+  std::vector<uint8_t> m_listRead;
+};
+
+} // namespace
+
+TEST_F(FfcFile, IsReadAsItWasWritten)
+{
+  for (const std::size_t nSize : {1U, 24U, 4096U, 100000U}) {
+    EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(nSize, 3)));
+    EXPECT_EQ(0, Read(Path("a.ffc"), nSize, m_listRead));
+    EXPECT_EQ(MakeBytes(nSize, 3), m_listRead);
+    EXPECT_EQ(QStringList{"a.ffc"}, List());
+  }
+}
+
+TEST_F(FfcFile, ThatIsMissingCannotBeOpened)
+{
+  EXPECT_EQ(-1004, Read(Path("missing.ffc"), 4, m_listRead));
+  EXPECT_TRUE(List().isEmpty());
+}
+
+TEST_F(FfcFile, ThatIsAFolderCannotBeOpened)
+{
+  EXPECT_EQ(-1004, Read(m_folder.path(), 4, m_listRead));
+  EXPECT_EQ(-1004, Write(m_folder.path(), MakeBytes(4, 1)));
+}
+
+TEST_F(FfcFile, InAMissingFolderCannotBeWritten)
+{
+  EXPECT_EQ(-1004, Write(Path("missing/a.ffc"), MakeBytes(4, 1)));
+}
+
+TEST_F(FfcFile, ThatIsEmptyCannotBeRead)
+{
+  EXPECT_EQ(0, Write(Path("empty.ffc"), {}));
+  EXPECT_EQ(-1007, Read(Path("empty.ffc"), 4, m_listRead));
+  EXPECT_EQ(-1007, Read(Path("empty.ffc"), 0, m_listRead));
+}
+
+TEST_F(FfcFile, ThatIsShorterCannotBeRead)
+{
+  EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(99, 1)));
+  EXPECT_EQ(-1007, Read(Path("a.ffc"), 100, m_listRead));
+}
+
+TEST_F(FfcFile, OfAHugeSizeOrWithoutMemoryIsAStatus)
+{
+  EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(8, 1)));
+  EXPECT_EQ(-2, Read(Path("a.ffc"), uint64_t{1} << 62, m_listRead));
+  const CFailingNew failing;
+  EXPECT_EQ(-2, Read(Path("a.ffc"), 8, m_listRead));
+}
+
+TEST_F(FfcFile, ReplacesAnExistingOne)
+{
+  EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(1000, 1)));
+  EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(10, 77)));
+  EXPECT_EQ(10, QFileInfo(Path("a.ffc")).size());
+  EXPECT_EQ(0, Read(Path("a.ffc"), 10, m_listRead));
+  EXPECT_EQ(MakeBytes(10, 77), m_listRead);
+}
+
+TEST_F(FfcFile, StaysAsItWasWhenTheVolumeIsFull)
+{
+  // A size that is written at once, and one that waits in a buffer until the file is closed.
+  for (const std::size_t nSize : {1000000U, 3000U}) {
+    ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
+    int32_t nStatus = 0;
+    {
+      const CFullVolume fullVolume(1000);
+      nStatus = Write(Path("a.ffc"), MakeBytes(nSize, 1));
+    }
+    EXPECT_EQ(-1006, nStatus) << nSize;
+    EXPECT_EQ(500, QFileInfo(Path("a.ffc")).size()) << nSize;
+    EXPECT_EQ(0, Read(Path("a.ffc"), 500, m_listRead));
+    EXPECT_EQ(MakeBytes(500, 9), m_listRead) << nSize;
+    EXPECT_EQ(QStringList{"a.ffc"}, List()) << nSize;
+  }
+}
+
+TEST_F(FfcFile, IsNotMadeWhenTheVolumeIsFull)
+{
+  for (const std::size_t nSize : {1000000U, 3000U}) {
+    int32_t nStatus = 0;
+    {
+      const CFullVolume fullVolume(1000);
+      nStatus = Write(Path("new.ffc"), MakeBytes(nSize, 1));
+    }
+    EXPECT_EQ(-1006, nStatus) << nSize;
+    EXPECT_TRUE(List().isEmpty()) << nSize;
+  }
+}
+
+TEST_F(FfcFile, ThatIsWriteProtectedCannotBeWritten)
+{
+  if (IsAboveAccessRights()) {
+    GTEST_SKIP() << "this user may write everywhere";
+  }
+  ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
+  QFile::setPermissions(Path("a.ffc"), QFileDevice::ReadOwner);
+  EXPECT_EQ(-1004, Write(Path("a.ffc"), MakeBytes(10, 1)));
+  EXPECT_EQ(500, QFileInfo(Path("a.ffc")).size());
+}
+
+TEST_F(FfcFile, InAWriteProtectedFolderIsWrittenOnlyWhenItExists)
+{
+  if (IsAboveAccessRights()) {
+    GTEST_SKIP() << "this user may write everywhere";
+  }
+  ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
+  QFile::setPermissions(m_folder.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+  EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(10, 1)));
+  EXPECT_EQ(-1004, Write(Path("new.ffc"), MakeBytes(10, 1)));
+  EXPECT_EQ(0, Read(Path("a.ffc"), 10, m_listRead));
+  EXPECT_EQ(QStringList{"a.ffc"}, List());
+  QFile::setPermissions(m_folder.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+}
+
+TEST_F(FfcFile, ThatCannotBeReadCannotBeOpened)
+{
+  if (IsAboveAccessRights()) {
+    GTEST_SKIP() << "this user may read everywhere";
+  }
+  ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
+  QFile::setPermissions(Path("a.ffc"), QFileDevice::WriteOwner);
+  EXPECT_EQ(-1004, Read(Path("a.ffc"), 500, m_listRead));
+}
+
+TEST_F(FfcFile, MayHaveAChineseNameAlsoWhenTheLocalTextIsGB2312)
+{
+  for (const char *pCodec : {"UTF-8", "GB2312"}) {
+    const CLocaleCodec codec(pCodec);
+    EXPECT_EQ(0, Write(Path("平场校正.ffc"), MakeBytes(100, 5))) << pCodec;
+    EXPECT_EQ(0, Read(Path("平场校正.ffc"), 100, m_listRead)) << pCodec;
+    EXPECT_EQ(MakeBytes(100, 5), m_listRead) << pCodec;
+    EXPECT_EQ(QStringList{QString::fromUtf8("平场校正.ffc")}, List()) << pCodec;
+    EXPECT_TRUE(QFile::remove(Path("平场校正.ffc"))) << pCodec;
+  }
+}

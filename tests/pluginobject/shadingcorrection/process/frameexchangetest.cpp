@@ -1,0 +1,213 @@
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "pluginobject/shadingcorrection/process/frameexchange.h"
+#include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
+
+namespace {
+
+constexpr uint32_t REQUESTED = 0;
+constexpr uint32_t NOT_REQUESTED = 258;
+
+std::vector<uint8_t> GetBytes(CFrameExchange &exchange)
+{
+  return exchange.UseFrame([](const CFrameBuffer &buffer) {
+    return std::vector<uint8_t>(buffer.GetData(), buffer.GetData() + buffer.GetSize());
+  });
+}
+
+void Receive(CFrameExchange &exchange, const std::vector<uint8_t> &listBytes)
+{
+  exchange.ReceiveFrame(listBytes.data(), static_cast<uint32_t>(listBytes.size()));
+}
+
+} // namespace
+
+TEST(FrameExchange, WithoutARequestTellsThatNoFrameIsWanted)
+{
+  CFrameExchange exchange;
+  EXPECT_EQ(NOT_REQUESTED, exchange.PollRequest());
+}
+
+TEST(FrameExchange, ARequestIsConsumedByTheFirstPoll)
+{
+  CFrameExchange exchange;
+  exchange.RequestFrame();
+  EXPECT_EQ(REQUESTED, exchange.PollRequest());
+  EXPECT_EQ(NOT_REQUESTED, exchange.PollRequest());
+}
+
+TEST(FrameExchange, TwoRequestsWithoutAPollAreOne)
+{
+  CFrameExchange exchange;
+  exchange.RequestFrame();
+  exchange.RequestFrame();
+  EXPECT_EQ(REQUESTED, exchange.PollRequest());
+  EXPECT_EQ(NOT_REQUESTED, exchange.PollRequest());
+}
+
+TEST(FrameExchange, AWithdrawnRequestIsNotSeen)
+{
+  CFrameExchange exchange;
+  exchange.RequestFrame();
+  exchange.WithdrawRequest();
+  EXPECT_EQ(NOT_REQUESTED, exchange.PollRequest());
+}
+
+TEST(FrameExchange, ReleasingTheBufferWithdrawsTheRequest)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  exchange.RequestFrame();
+  exchange.ReleaseBuffer();
+  EXPECT_EQ(NOT_REQUESTED, exchange.PollRequest());
+}
+
+TEST(FrameExchange, BeginningForgetsAnEarlierFrameAndAsksForOne)
+{
+  CFrameExchange exchange;
+  exchange.SetFrameReady();
+  exchange.BeginRequests();
+  EXPECT_EQ(REQUESTED, exchange.PollRequest());
+  EXPECT_EQ(-1009, exchange.WaitFrame(0));
+}
+
+TEST(FrameExchange, AReceivedFrameIsInTheBuffer)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  Receive(exchange, {1, 2, 3, 4});
+  exchange.SetFrameReady();
+  EXPECT_EQ(0, exchange.WaitFrame(0));
+  EXPECT_EQ((std::vector<uint8_t>{1, 2, 3, 4}), GetBytes(exchange));
+}
+
+TEST(FrameExchange, AFrameWithoutABufferIsDropped)
+{
+  CFrameExchange exchange;
+  Receive(exchange, {1, 2, 3, 4});
+  EXPECT_TRUE(GetBytes(exchange).empty());
+}
+
+TEST(FrameExchange, ALateFrameAfterReleaseIsDropped)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  exchange.RequestFrame();
+  EXPECT_EQ(REQUESTED, exchange.PollRequest());
+  exchange.ReleaseBuffer();
+  Receive(exchange, {1, 2, 3, 4});
+  EXPECT_TRUE(GetBytes(exchange).empty());
+}
+
+TEST(FrameExchange, ALongerFrameIsCutToTheBuffer)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(3));
+  Receive(exchange, {1, 2, 3, 4, 5, 6, 7, 8});
+  EXPECT_EQ((std::vector<uint8_t>{1, 2, 3}), GetBytes(exchange));
+}
+
+TEST(FrameExchange, AShorterFrameLeavesTheRestOfTheBuffer)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  Receive(exchange, {1, 2, 3, 4});
+  Receive(exchange, {9, 8});
+  EXPECT_EQ((std::vector<uint8_t>{9, 8, 3, 4}), GetBytes(exchange));
+  Receive(exchange, {});
+  EXPECT_EQ((std::vector<uint8_t>{9, 8, 3, 4}), GetBytes(exchange));
+}
+
+TEST(FrameExchange, ANullFrameIsDropped)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(2));
+  Receive(exchange, {1, 2});
+  exchange.ReceiveFrame(nullptr, 2);
+  EXPECT_EQ((std::vector<uint8_t>{1, 2}), GetBytes(exchange));
+}
+
+TEST(FrameExchange, ABufferIsZeroedAtAllocationAndOnDemand)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(2));
+  EXPECT_EQ((std::vector<uint8_t>{0, 0}), GetBytes(exchange));
+  Receive(exchange, {1, 2});
+  exchange.ZeroBuffer();
+  EXPECT_EQ((std::vector<uint8_t>{0, 0}), GetBytes(exchange));
+  Receive(exchange, {1, 2});
+  ASSERT_TRUE(exchange.AllocateBuffer(2));
+  EXPECT_EQ((std::vector<uint8_t>{0, 0}), GetBytes(exchange));
+}
+
+TEST(FrameExchange, WithoutMemoryHasNoBuffer)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(2));
+  EXPECT_FALSE(exchange.AllocateBuffer(uint64_t{1} << 62));
+  Receive(exchange, {1, 2});
+  EXPECT_TRUE(GetBytes(exchange).empty());
+  const CFailingNew failing;
+  EXPECT_FALSE(exchange.AllocateBuffer(2));
+}
+
+TEST(FrameExchange, WithoutAFrameTheWaitTimesOut)
+{
+  CFrameExchange exchange;
+  EXPECT_EQ(-1009, exchange.WaitFrame(0));
+  EXPECT_EQ(-1009, exchange.WaitFrame(5));
+  EXPECT_FALSE(exchange.WaitFrameReady(0));
+}
+
+TEST(FrameExchange, AReadySignalLetsOneWaitPass)
+{
+  CFrameExchange exchange;
+  exchange.SetFrameReady();
+  EXPECT_EQ(0, exchange.WaitFrame(0));
+  EXPECT_EQ(-1009, exchange.WaitFrame(0));
+}
+
+TEST(FrameExchange, TheStopFlagBeatsAFrameThatArrived)
+{
+  CFrameExchange exchange;
+  exchange.SetFrameReady();
+  exchange.SetStopFlag(true);
+  EXPECT_EQ(-1017, exchange.WaitFrame(0));
+}
+
+TEST(FrameExchange, TheStopFlagBeatsATimeout)
+{
+  CFrameExchange exchange;
+  exchange.SetStopFlag(true);
+  EXPECT_EQ(-1017, exchange.WaitFrame(0));
+  exchange.SetStopFlag(false);
+  EXPECT_EQ(-1009, exchange.WaitFrame(0));
+}
+
+TEST(FrameExchange, AWaitWhateverTheStopFlagSeesTheFrame)
+{
+  CFrameExchange exchange;
+  exchange.SetStopFlag(true);
+  exchange.SetFrameReady();
+  EXPECT_TRUE(exchange.WaitFrameReady(0));
+}
+
+TEST(FrameExchange, AFrameOfAnotherThreadWakesTheWait)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(2));
+  exchange.BeginRequests();
+  std::thread frameThread([&exchange] {
+    while (exchange.PollRequest() != REQUESTED) {
+      std::this_thread::yield();
+    }
+    Receive(exchange, {7, 8});
+    exchange.SetFrameReady();
+  });
+  EXPECT_EQ(0, exchange.WaitFrame(60000));
+  frameThread.join();
+  EXPECT_EQ((std::vector<uint8_t>{7, 8}), GetBytes(exchange));
+}

@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+
+#include "genapi/softwarenodemap/accessrecorder.h"
+#include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+
+namespace {
+
+using Log = std::vector<std::string>;
+
+const Log SIZE_CHECK = {"get PayloadSize", "get PixelFormat", "get Width", "get Height"};
+const Log SAVE = {"get ExposureTime", "get Gain",   "get TLParamsLocked", "get PayloadSize",
+                  "get Width",        "get Height", "get PixelFormat",    "get TriggerMode"};
+const Log SAVE_STREAM_MODE = {"get StreamBufferHandlingMode"};
+const Log PREPARE_STREAM_MODE = {"set StreamBufferHandlingMode = NewestOnly"};
+const Log RESTORE = {"set TriggerMode = Off", "set StreamBufferHandlingMode = OldestFirst"};
+
+Log Join(const std::vector<Log> &listParts)
+{
+  Log listJoined;
+  for (const Log &listPart : listParts) {
+    listJoined.insert(listJoined.end(), listPart.begin(), listPart.end());
+  }
+  return listJoined;
+}
+
+// All that an operation reads and writes.
+template <typename TOperation>
+Log Record(CHostRig &rig, TOperation fnOperation)
+{
+  CAccessRecorder recorder;
+  rig.SetHook(std::ref(recorder));
+  EXPECT_EQ(0, fnOperation());
+  rig.SetHook(nullptr);
+  return recorder.GetLog();
+}
+
+Log RecordDark(CHostRig &rig)
+{
+  return Record(rig, [&rig] { return rig.AcquireDark(10); });
+}
+
+// Of one frame.
+Log RecordBright(CHostRig &rig)
+{
+  rig.Process().SetFrameCount("FFCFrameCount_1");
+  return Record(rig, [&rig] { return rig.AcquireBright(100); });
+}
+
+Log KeepWrites(const Log &listLog)
+{
+  Log listWrites;
+  for (const std::string &strLine : listLog) {
+    if (strLine.rfind("set ", 0) == 0) {
+      listWrites.push_back(strLine);
+    }
+  }
+  return listWrites;
+}
+
+// A colour camera whose stream and trigger need no change.
+std::unique_ptr<CHostRig> MakeColourRig(const char *pBalance)
+{
+  auto pRig = std::make_unique<CHostRig>("BayerGB8");
+  CTestCamera &camera = pRig->Camera();
+  camera.Stream().Find<CSoftwareEnumeration>("StreamBufferHandlingMode")->Select("NewestOnly");
+  camera.Enumeration("BalanceWhiteAuto").FromString(pBalance);
+  camera.Enumeration("BalanceRatioSelector").Select("Green");
+  return pRig;
+}
+
+const Log PUT_BACK = {"set TriggerMode = Off", "set StreamBufferHandlingMode = NewestOnly"};
+
+} // namespace
+
+TEST(HostAccessLog, OfADarkAcquisition)
+{
+  CHostRig rig;
+  EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, RESTORE}), RecordDark(rig));
+  EXPECT_EQ((std::vector<int32_t>{10, 11}), rig.TakeSignals());
+  EXPECT_TRUE(rig.AreSignalsPlain());
+}
+
+TEST(HostAccessLog, OfADarkAcquisitionWhileTheStreamRuns)
+{
+  CHostRig rig;
+  rig.SetStreaming(true);
+  EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, RESTORE}), RecordDark(rig));
+  EXPECT_EQ((std::vector<int32_t>{11, 10, 11, 10}), rig.TakeSignals());
+  EXPECT_TRUE(rig.AreSignalsPlain());
+  EXPECT_TRUE(rig.IsStreaming());
+}
+
+TEST(HostAccessLog, OfABrightAcquisition)
+{
+  CHostRig rig;
+  EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, SIZE_CHECK, RESTORE}), RecordBright(rig));
+  EXPECT_EQ((std::vector<int32_t>{10, 11}), rig.TakeSignals());
+}
+
+TEST(HostAccessLog, OfABrightAcquisitionChecksTheSizeForEveryFrame)
+{
+  CHostRig rig;
+  rig.Process().SetFrameCount("FFCFrameCount_2");
+  EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, SIZE_CHECK, SIZE_CHECK, RESTORE}),
+            Record(rig, [&rig] { return rig.AcquireBright(100); }));
+}
+
+TEST(HostAccessLog, OfABrightAcquisitionWhileTheStreamRuns)
+{
+  for (const char *pFormat : {"Mono8", "BayerGB8"}) {
+    CHostRig rig(pFormat);
+    rig.SetStreaming(true);
+    RecordBright(rig);
+    EXPECT_EQ((std::vector<int32_t>{11, 10, 11, 10}), rig.TakeSignals()) << pFormat;
+    EXPECT_TRUE(rig.IsStreaming()) << pFormat;
+  }
+}
+
+TEST(HostAccessLog, TheTriggerIsSwitchedOffWhenItIsOnAndPutBack)
+{
+  CHostRig rig;
+  rig.Camera().Enumeration("TriggerMode").Select("On");
+  const Log listLog = RecordDark(rig);
+  EXPECT_EQ((Log{"set TriggerMode = Off", "set StreamBufferHandlingMode = NewestOnly", "set TriggerMode = On",
+                 "set StreamBufferHandlingMode = OldestFirst"}),
+            KeepWrites(listLog));
+  EXPECT_EQ("On", rig.Camera().Enumeration("TriggerMode").PeekSymbolic());
+}
+
+TEST(HostAccessLog, AStreamThatKeepsTheNewestFrameOnlyIsNotPrepared)
+{
+  CHostRig rig;
+  rig.Camera().Stream().Find<CSoftwareEnumeration>("StreamBufferHandlingMode")->Select("NewestOnly");
+  EXPECT_EQ(PUT_BACK, KeepWrites(RecordDark(rig)));
+}
+
+TEST(HostAccessLog, AStreamWithoutBufferHandlingIsLeftAlone)
+{
+  CHostRig rig;
+  rig.Camera().Stream().Find<CSoftwareEnumeration>("StreamBufferHandlingMode")->Access(GenApi::NI);
+  EXPECT_EQ((Log{"set TriggerMode = Off"}), KeepWrites(RecordDark(rig)));
+}
+
+TEST(HostAccessLog, OfABrightAcquisitionOfAColourCamera)
+{
+  const auto pRig = MakeColourRig("Off");
+  const Log listBalance = {"implemented? BalanceWhiteAuto", "get BalanceRatioSelector", "get BalanceWhiteAuto",
+                           "implemented? AWBLampHouse",     "get AWBLampHouse",         "set AWBLampHouse = Adaptive",
+                           "set BalanceWhiteAuto = Once",   "get BalanceWhiteAuto"};
+  const Log listRestore = {"set AWBLampHouse = D65", "set BalanceWhiteAuto = Off"};
+  EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, listBalance, SIZE_CHECK, listRestore, PUT_BACK}),
+            RecordBright(*pRig));
+  EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals());
+}
+
+TEST(HostAccessLog, OfABrightAcquisitionOfAColourCameraThatBalancesContinuously)
+{
+  const auto pRig = MakeColourRig("Continuous");
+  const Log listBalance = {"implemented? BalanceWhiteAuto",
+                           "get BalanceRatioSelector",
+                           "get BalanceWhiteAuto",
+                           "set BalanceRatioSelector = Red",
+                           "get BalanceRatio",
+                           "set BalanceRatioSelector = Green",
+                           "get BalanceRatio",
+                           "set BalanceRatioSelector = Blue",
+                           "get BalanceRatio",
+                           "implemented? AWBLampHouse",
+                           "get AWBLampHouse",
+                           "set AWBLampHouse = Adaptive",
+                           "set BalanceWhiteAuto = Once",
+                           "get BalanceWhiteAuto"};
+  const Log listRestore = {"set AWBLampHouse = D65",  "set BalanceRatioSelector = Red",
+                           "set BalanceRatio = 1.5",  "set BalanceRatioSelector = Green",
+                           "set BalanceRatio = 1",    "set BalanceRatioSelector = Blue",
+                           "set BalanceRatio = 1.75", "set BalanceRatioSelector = Green"};
+  EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, listBalance, SIZE_CHECK, listRestore, PUT_BACK}),
+            RecordBright(*pRig));
+}
+
+TEST(HostAccessLog, ABalanceThatWasUnderWayIsStartedAgainAfterwards)
+{
+  const auto pRig = MakeColourRig("Once");
+  pRig->Camera().SetWhiteBalanceReads(2);
+  pRig->Camera().Enumeration("BalanceWhiteAuto").FromString("Once");
+  EXPECT_EQ(Join({{"set AWBLampHouse = Adaptive", "set BalanceWhiteAuto = Once", "set AWBLampHouse = D65",
+                   "set BalanceWhiteAuto = Once"},
+                  PUT_BACK}),
+            KeepWrites(RecordBright(*pRig)));
+}
+
+TEST(HostAccessLog, WithoutLampHouseOnlyTheBalanceIsWritten)
+{
+  const auto pRig = MakeColourRig("Off");
+  pRig->Camera().Enumeration("AWBLampHouse").Access(GenApi::NI);
+  EXPECT_EQ(Join({{"set BalanceWhiteAuto = Once", "set BalanceWhiteAuto = Off"}, PUT_BACK}),
+            KeepWrites(RecordBright(*pRig)));
+}
+
+TEST(HostAccessLog, WithoutAutomaticWhiteBalanceNothingOfItIsTouched)
+{
+  const auto pRig = MakeColourRig("Off");
+  pRig->Camera().Enumeration("BalanceWhiteAuto").Access(GenApi::NI);
+  EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, {"implemented? BalanceWhiteAuto"}, SIZE_CHECK, PUT_BACK}),
+            RecordBright(*pRig));
+  EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals());
+}
+
+TEST(HostAccessLog, OfAnExecutionIsOneSizeCheck)
+{
+  CHostRig rig;
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(SIZE_CHECK, Record(rig, [&rig] { return rig.Process().ExecuteCorrection(); }));
+}
+
+TEST(HostAccessLog, OfACorrectionIsEmpty)
+{
+  CHostRig rig;
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  std::vector<uint8_t> listCorrected;
+  const std::vector<uint8_t> listFrame = rig.Camera().MakeFrame(50);
+  EXPECT_EQ(Log(), Record(rig, [&] { return rig.Correct(listFrame, listCorrected); }));
+}
+
+TEST(HostAccessLog, OfTheInitialisation)
+{
+  CHostRig rig;
+  EXPECT_EQ((Log()), Record(rig, [&rig] { return rig.Process().InitProcess(); })) << "a camera without the feature";
+  CHostRig colourRig("BayerGB8");
+  EXPECT_EQ((Log{"implemented? PixelColorFilter", "entries PixelFormat", "get PixelColorFilter"}),
+            Record(colourRig, [&colourRig] { return colourRig.Process().InitProcess(); }));
+}

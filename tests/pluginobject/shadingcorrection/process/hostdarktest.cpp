@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+
+namespace {
+
+// Takes the given dark frame and a bright one, and tells whether the coefficients use the dark one.
+bool IsDarkUsed(CHostRig &rig, CHostRig::FnFrame fnDark)
+{
+  rig.Show(std::move(fnDark));
+  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  const uint32_t nBytesPerPixel = rig.GetTableBytesPerPixel();
+  EXPECT_TRUE(nBytesPerPixel == 2 || nBytesPerPixel == 4) << nBytesPerPixel;
+  return nBytesPerPixel == 4;
+}
+
+bool IsDarkUsed(CHostRig &rig, uint32_t nGray)
+{
+  return IsDarkUsed(rig, [&rig, nGray](int) { return rig.Camera().MakeFrame(nGray); });
+}
+
+// 8-bit frame of 64 x 64, one 32 x 32 block of another value.
+CHostRig::FnFrame MakeUneven(uint8_t nGray, uint8_t nBlockGray)
+{
+  return [=](int) {
+    std::vector<uint8_t> listFrame(64 * 64, nGray);
+    for (std::size_t y = 0; y < 32; ++y) {
+      std::fill_n(listFrame.begin() + static_cast<std::ptrdiff_t>(y * 64), 32, nBlockGray);
+    }
+    return listFrame;
+  };
+}
+
+} // namespace
+
+TEST(HostDark, TakesExactlyOneFrame)
+{
+  CHostRig rig;
+  EXPECT_EQ(0, rig.AcquireDark(10));
+  EXPECT_EQ(1, rig.GetFrameCount());
+  EXPECT_EQ(258U, rig.Process().WaitImageRequest());
+}
+
+TEST(HostDark, IsMeasuredOnAnEightBitScale)
+{
+  CHostRig rig("Mono12");
+  EXPECT_EQ(0, rig.AcquireDark(12 * 16 + 15));
+  EXPECT_EQ(12.0, rig.Process().GetImageMaxGray());
+  EXPECT_EQ(0.0, rig.Process().GetImageGrayDiff());
+  CHostRig unevenRig("Mono8", 64, 64);
+  unevenRig.Show(MakeUneven(10, 17));
+  EXPECT_EQ(0, unevenRig.Process().AcquireDarkImage());
+  EXPECT_EQ(17.0, unevenRig.Process().GetImageMaxGray());
+  EXPECT_EQ(7.0, unevenRig.Process().GetImageGrayDiff());
+}
+
+TEST(HostDark, UpToGreyTwentyIsUsed)
+{
+  CHostRig rig;
+  EXPECT_TRUE(IsDarkUsed(rig, 0));
+  EXPECT_TRUE(IsDarkUsed(rig, 20));
+  CHostRig deepRig("Mono12");
+  EXPECT_TRUE(IsDarkUsed(deepRig, 20 * 16 + 15));
+}
+
+TEST(HostDark, OfGreyTwentyOneIsKeptButNotUsed)
+{
+  CHostRig rig;
+  EXPECT_FALSE(IsDarkUsed(rig, 21));
+  EXPECT_FALSE(IsDarkUsed(rig, 255));
+  EXPECT_TRUE(IsDarkUsed(rig, 20));
+  CHostRig deepRig("Mono12");
+  EXPECT_FALSE(IsDarkUsed(deepRig, 21 * 16));
+}
+
+TEST(HostDark, ThatIsUnevenByFiveIsKeptButNotUsed)
+{
+  CHostRig rig("Mono8", 64, 64);
+  EXPECT_TRUE(IsDarkUsed(rig, MakeUneven(16, 20)));
+  EXPECT_FALSE(IsDarkUsed(rig, MakeUneven(15, 20)));
+  EXPECT_FALSE(IsDarkUsed(rig, MakeUneven(5, 0)));
+  EXPECT_TRUE(IsDarkUsed(rig, MakeUneven(4, 0)));
+}
+
+TEST(HostDark, OfABayerCameraIsJudgedColourByColour)
+{
+  // Red 20, blue 15: the colours differ by 5 although all blocks are alike.
+  const auto fnCells = [](int) {
+    std::vector<uint8_t> listFrame(64 * 64, 17);
+    for (std::size_t y = 0; y < 64; y += 2) {
+      for (std::size_t x = 0; x < 64; x += 2) {
+        listFrame[y * 64 + x] = 20;
+        listFrame[(y + 1) * 64 + x + 1] = 15;
+      }
+    }
+    return listFrame;
+  };
+  CHostRig colourRig("BayerRG8", 64, 64);
+  EXPECT_FALSE(IsDarkUsed(colourRig, fnCells));
+  CHostRig rig("Mono8", 64, 64);
+  EXPECT_TRUE(IsDarkUsed(rig, fnCells));
+}
+
+TEST(HostDark, AFailedOneIsNotUsedAndTheBrightOneStays)
+{
+  CHostRig rig;
+  EXPECT_TRUE(IsDarkUsed(rig, 10));
+  rig.ShowNothing();
+  EXPECT_EQ(-1009, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(2U, rig.GetTableBytesPerPixel());
+}
+
+TEST(HostDark, WithoutAFrameTimesOut)
+{
+  CHostRig rig;
+  rig.ShowNothing();
+  EXPECT_EQ(-1009, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(258U, rig.Process().WaitImageRequest()); // the request is withdrawn
+}
+
+TEST(HostDark, IsStoppedAlsoWhenTheFrameCame)
+{
+  CHostRig rig;
+  rig.Show([&rig](int) {
+    rig.Process().SetStopFlag(true);
+    return rig.Camera().MakeFrame(10);
+  });
+  EXPECT_EQ(-1017, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(1, rig.GetFrameCount());
+  rig.Process().SetStopFlag(false);
+  EXPECT_EQ(0, rig.AcquireDark(10));
+}
+
+TEST(HostDark, IsStoppedAlsoWhenNoFrameCame)
+{
+  CHostRig rig;
+  rig.ShowNothing();
+  rig.Process().SetStopFlag(true);
+  EXPECT_EQ(-1017, rig.Process().AcquireDarkImage());
+}
+
+TEST(HostDark, WaitsAsLongAsTheExposureNeeds)
+{
+  CHostRig rig;
+  // No wait at all: the exposure takes the second away that every wait has.
+  rig.Camera().Float("ExposureTime").Poke(-1000000.0);
+  rig.Show(nullptr);
+  EXPECT_EQ(-1009, rig.Process().AcquireDarkImage());
+  // A frame that comes late enough to miss a shorter wait.
+  rig.Camera().Float("ExposureTime").Poke(1000000.0);
+  rig.Show([&rig](int) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    return rig.Camera().MakeFrame(10);
+  });
+  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+}
+
+TEST(HostDark, AShortFrameLeavesZerosBehindIt)
+{
+  CHostRig rig("Mono8", 64, 64);
+  rig.Show([](int) { return std::vector<uint8_t>(64 * 32, 18); });
+  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(18.0, rig.Process().GetImageMaxGray());
+  EXPECT_EQ(18.0, rig.Process().GetImageGrayDiff());
+}
+
+TEST(HostDark, ALongFrameIsCut)
+{
+  CHostRig rig("Mono8", 64, 64);
+  rig.Show([](int) { return std::vector<uint8_t>(64 * 640, 18); });
+  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(18.0, rig.Process().GetImageMaxGray());
+  EXPECT_EQ(0.0, rig.Process().GetImageGrayDiff());
+}

@@ -1,0 +1,225 @@
+#include <QTemporaryFile>
+
+#include <gtest/gtest.h>
+
+#include "pluginobject/shadingcorrection/process/hosttable.h"
+#include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
+#include "tests/pluginobject/shadingcorrection/process/testframe.h"
+
+namespace {
+
+constexpr int32_t WIDTH = 32;
+constexpr int32_t HEIGHT = 34;
+constexpr uint32_t PIXELS = WIDTH * HEIGHT;
+
+SHostReference MakeReference(const CFrameBuffer &bright, const CFrameBuffer *pDark, uint32_t nPixelFormat,
+                             uint32_t nExpectGray, int32_t nBayerType = 0)
+{
+  return {bright, pDark, MakeFormat(nPixelFormat, WIDTH, HEIGHT), nBayerType, nExpectGray};
+}
+
+// A file of nSize zero bytes, open for reading.
+class CZeroFile {
+public:
+  explicit CZeroFile(qint64 nSize)
+  {
+    EXPECT_TRUE(m_file.open());
+    EXPECT_TRUE(m_file.resize(nSize));
+  }
+
+  int32_t ReadAs(const SFrameFormat &stFormat, HostTablePtr &pTable) { return ReadHostTable(m_file, stFormat, pTable); }
+
+private:
+  QTemporaryFile m_file;
+};
+
+} // namespace
+
+TEST(HostTable, BringsTheBrightFrameToTheExpectedGrey)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 8, 60));
+  HostTablePtr pTable;
+  EXPECT_EQ(0, ComputeHostTable(MakeReference(bright, nullptr, MONO_8, 180), pTable));
+  ASSERT_NE(nullptr, pTable);
+  EXPECT_EQ(2U * PIXELS, pTable->nSize);
+  CTestImage corrected(WIDTH, HEIGHT, 8);
+  EXPECT_EQ(0, ApplyHostTable(*pTable, MakeFormat(MONO_8, WIDTH, HEIGHT), bright.GetData(), corrected.GetData()));
+  EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 8, 180) == corrected);
+}
+
+TEST(HostTable, WithADarkFrameSubtractsIt)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 12, 2000));
+  const CFrameBuffer dark = MakeFrame(CTestImage(WIDTH, HEIGHT, 12, 400));
+  HostTablePtr pTable;
+  EXPECT_EQ(0, ComputeHostTable(MakeReference(bright, &dark, MONO_12, 200), pTable));
+  EXPECT_EQ(4U * PIXELS, pTable->nSize);
+  CTestImage corrected(WIDTH, HEIGHT, 12);
+  const CTestImage source(WIDTH, HEIGHT, 12, 1200);
+  EXPECT_EQ(0, ApplyHostTable(*pTable, MakeFormat(MONO_12, WIDTH, HEIGHT), source.GetData(), corrected.GetData()));
+  EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 12, 1600) == corrected); // half of 200 << 4
+}
+
+TEST(HostTable, ShiftsTheExpectedGreyToTheBitDepth)
+{
+  const std::pair<uint32_t, int32_t> aFormats[] = {{MONO_8, 8},   {MONO_10, 10}, {MONO_12, 12},
+                                                   {MONO_14, 14}, {MONO_16, 16}, {MONO_12_PACKED, 12}};
+  for (const auto &[nPixelFormat, nBitDepth] : aFormats) {
+    const int32_t nTarget = 200 << (nBitDepth - 8);
+    const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, nBitDepth, nTarget / 2));
+    HostTablePtr pTable;
+    EXPECT_EQ(0, ComputeHostTable(MakeReference(bright, nullptr, nPixelFormat, 200), pTable)) << nBitDepth;
+    CTestImage corrected(WIDTH, HEIGHT, nBitDepth);
+    EXPECT_EQ(0,
+              ApplyHostTable(*pTable, MakeFormat(nPixelFormat, WIDTH, HEIGHT), bright.GetData(), corrected.GetData()));
+    EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, nBitDepth, nTarget) == corrected) << nBitDepth;
+  }
+}
+
+TEST(HostTable, WithoutABrightFrameIsInvalid)
+{
+  HostTablePtr pTable;
+  EXPECT_EQ(-3, ComputeHostTable(MakeReference(CFrameBuffer(), nullptr, MONO_8, 100), pTable));
+  EXPECT_EQ(nullptr, pTable);
+}
+
+TEST(HostTable, OfWhatOmbrixCannotUseIsInvalid)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 16, 60));
+  HostTablePtr pTable;
+  EXPECT_EQ(-3, ComputeHostTable(MakeReference(bright, nullptr, UNKNOWN_FORMAT, 100), pTable));
+  EXPECT_EQ(-3, ComputeHostTable(MakeReference(bright, nullptr, MONO_16, 100, 5), pTable));
+  EXPECT_EQ(-3, ComputeHostTable(MakeReference(bright, nullptr, MONO_8, 256), pTable));
+  EXPECT_EQ(-3, ComputeHostTable(MakeReference(bright, nullptr, MONO_16, UINT32_MAX), pTable));
+  EXPECT_EQ(nullptr, pTable);
+}
+
+TEST(HostTable, OfFramesSmallerThanTheirFormatIsRefused)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 12, 60));
+  CFrameBuffer small;
+  ASSERT_TRUE(small.Allocate(2 * PIXELS - 1));
+  HostTablePtr pTable;
+  EXPECT_EQ(-1012, ComputeHostTable(MakeReference(small, nullptr, MONO_12, 100), pTable));
+  EXPECT_EQ(-1012, ComputeHostTable(MakeReference(bright, &small, MONO_12, 100), pTable));
+  const CFrameBuffer empty;
+  EXPECT_EQ(-1012, ComputeHostTable(MakeReference(bright, &empty, MONO_12, 100), pTable));
+  EXPECT_EQ(nullptr, pTable);
+}
+
+TEST(HostTable, OfAHostileGeometryIsRefused)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 8, 60));
+  HostTablePtr pTable;
+  for (const int64_t nSide : {int64_t{0}, int64_t{-32}, int64_t{1} << 31, (int64_t{1} << 32) + 32, int64_t{1} << 62}) {
+    const SHostReference stReference = {bright, nullptr, MakeFormat(MONO_8, nSide, HEIGHT), 0, 100};
+    EXPECT_EQ(-1012, ComputeHostTable(stReference, pTable)) << nSide;
+  }
+  EXPECT_EQ(nullptr, pTable);
+}
+
+TEST(HostTable, WithoutMemoryIsAStatus)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 8, 60));
+  CZeroFile file(2 * PIXELS);
+  HostTablePtr pTable;
+  const CFailingNew failing;
+  EXPECT_EQ(-2, ComputeHostTable(MakeReference(bright, nullptr, MONO_8, 100), pTable));
+  EXPECT_EQ(-2, file.ReadAs(MakeFormat(MONO_8, WIDTH, HEIGHT), pTable));
+  EXPECT_EQ(nullptr, pTable);
+}
+
+TEST(HostTable, IsReadFromAFileOfOneOfTheTwoSizes)
+{
+  for (const uint32_t nPixelFormat : {MONO_8, MONO_16}) {
+    for (const uint32_t nBytesPerPixel : {2U, 4U}) {
+      HostTablePtr pTable;
+      CZeroFile file(nBytesPerPixel * PIXELS);
+      EXPECT_EQ(0, file.ReadAs(MakeFormat(nPixelFormat, WIDTH, HEIGHT), pTable));
+      ASSERT_NE(nullptr, pTable);
+      EXPECT_EQ(nBytesPerPixel * PIXELS, pTable->nSize);
+      EXPECT_EQ(nBytesPerPixel * PIXELS, pTable->data.GetSize());
+    }
+  }
+}
+
+TEST(HostTable, IsNotReadFromAFileOfAnotherSize)
+{
+  HostTablePtr pTable;
+  for (const qint64 nSize : {qint64{0}, qint64{1}, qint64{PIXELS}, qint64{2 * PIXELS - 1}, qint64{2 * PIXELS + 1},
+                             qint64{3 * PIXELS}, qint64{4 * PIXELS - 1}, qint64{4 * PIXELS + 1}, qint64{8 * PIXELS}}) {
+    EXPECT_EQ(-1007, CZeroFile(nSize).ReadAs(MakeFormat(MONO_8, WIDTH, HEIGHT), pTable)) << nSize;
+  }
+  EXPECT_EQ(nullptr, pTable);
+}
+
+TEST(HostTable, IsNotReadForAHostileGeometry)
+{
+  HostTablePtr pTable;
+  for (const int64_t nSide : {int64_t{0}, int64_t{-32}, int64_t{1} << 31, int64_t{1} << 62}) {
+    EXPECT_EQ(-1007, CZeroFile(0).ReadAs(MakeFormat(MONO_8, nSide, HEIGHT), pTable)) << nSide;
+    EXPECT_EQ(-1007, CZeroFile(2 * PIXELS).ReadAs(MakeFormat(MONO_8, nSide, HEIGHT), pTable)) << nSide;
+  }
+  // A file without end has no size; one of 2^32 bytes (a sparse one) has a size that the table cannot tell.
+  EXPECT_EQ(-1007, CZeroFile(qint64{1} << 32).ReadAs(MakeFormat(MONO_8, 1 << 16, 1 << 15), pTable));
+  EXPECT_EQ(nullptr, pTable);
+}
+
+TEST(HostTable, AppliesToFramesOfTheKeptSizeAndDepthOnly)
+{
+  const SFrameFormat stKept = MakeFormat(MONO_12, WIDTH, HEIGHT);
+  EXPECT_TRUE(IsFrameOfFormat(stKept, WIDTH, HEIGHT, MONO_12));
+  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH + 1, HEIGHT, MONO_12));
+  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH, HEIGHT + 1, MONO_12));
+  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH, -HEIGHT, MONO_12));
+  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH, HEIGHT, MONO_10));
+  EXPECT_FALSE(IsFrameOfFormat(MakeFormat(MONO_8, -1, HEIGHT), UINT32_MAX, HEIGHT, MONO_8));
+  EXPECT_FALSE(IsFrameOfFormat(MakeFormat(UNKNOWN_FORMAT, WIDTH, HEIGHT), WIDTH, HEIGHT, UNKNOWN_FORMAT));
+}
+
+TEST(HostTable, KnowsTheDepthOfEveryFormatThatAHostDelivers)
+{
+  const std::pair<uint32_t, std::vector<uint32_t>> aDepths[] = {
+    {MONO_8, {0x01080001, 0x01080008, 0x0108000B}},
+    {MONO_10, {0x01100003, 0x0110000C, 0x0110000D, 0x0110000E, 0x0110000F}},
+    {MONO_12, {0x01100005, 0x01100010, 0x01100011, 0x01100012, 0x01100013}},
+    {MONO_14, {0x01100025}},
+    {MONO_16, {0x01100007, 0x0110002E, 0x0110002F, 0x01100030, 0x01100031}},
+  };
+  for (const auto &stKept : aDepths) {
+    for (const auto &stDelivered : aDepths) {
+      for (const uint32_t nDelivered : stDelivered.second) {
+        EXPECT_EQ(stKept.first == stDelivered.first,
+                  IsFrameOfFormat(MakeFormat(stKept.first, WIDTH, HEIGHT), WIDTH, HEIGHT, nDelivered))
+          << std::hex << stKept.first << " " << nDelivered;
+      }
+    }
+  }
+}
+
+TEST(HostTable, TakesEveryOtherFormatForEightBits)
+{
+  for (const uint32_t nDelivered : {UNKNOWN_FORMAT, MONO_12_PACKED, uint32_t{0x01100109}, uint32_t{0x01100014}, 0U}) {
+    EXPECT_TRUE(IsFrameOfFormat(MakeFormat(MONO_8, WIDTH, HEIGHT), WIDTH, HEIGHT, nDelivered)) << nDelivered;
+    EXPECT_FALSE(IsFrameOfFormat(MakeFormat(MONO_12, WIDTH, HEIGHT), WIDTH, HEIGHT, nDelivered)) << nDelivered;
+  }
+  // So a 14-bit Bayer frame is refused although its depth is known.
+  EXPECT_FALSE(IsFrameOfFormat(MakeFormat(0x01100109, WIDTH, HEIGHT), WIDTH, HEIGHT, 0x01100109));
+}
+
+TEST(HostTable, MapsTheStatusesOfItsApplication)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 8, 60));
+  HostTablePtr pTable;
+  ASSERT_EQ(0, ComputeHostTable(MakeReference(bright, nullptr, MONO_8, 100), pTable));
+  CTestImage corrected(WIDTH, HEIGHT, 8);
+  const SFrameFormat stFormat = MakeFormat(MONO_8, WIDTH, HEIGHT);
+  EXPECT_EQ(-3, ApplyHostTable(*pTable, stFormat, nullptr, corrected.GetData()));
+  EXPECT_EQ(-3, ApplyHostTable(*pTable, stFormat, bright.GetData(), nullptr));
+  EXPECT_EQ(-3, ApplyHostTable(*pTable, MakeFormat(MONO_8, WIDTH, HEIGHT - 1), bright.GetData(), corrected.GetData()));
+  EXPECT_EQ(-3, ApplyHostTable(*pTable, MakeFormat(MONO_8, 0, HEIGHT), bright.GetData(), corrected.GetData()));
+  EXPECT_EQ(-1011,
+            ApplyHostTable(*pTable, MakeFormat(UNKNOWN_FORMAT, WIDTH, HEIGHT), bright.GetData(), corrected.GetData()));
+  EXPECT_EQ(-3, ApplyHostTable(SHostTable(), stFormat, bright.GetData(), corrected.GetData()));
+  EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 8, 0) == corrected);
+}

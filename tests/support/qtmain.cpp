@@ -1,0 +1,55 @@
+/// \file
+/// Entry point of the test programs that drive widgets.
+
+#include <QApplication>
+#include <QtGlobal>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Gives every test an application without style sheet and wait cursor, whatever the one before it left.
+class CCleanApplication : public testing::EmptyTestEventListener {
+  void OnTestEnd(const testing::TestInfo &) override
+  {
+    while (QApplication::overrideCursor() != nullptr) {
+      QApplication::restoreOverrideCursor();
+    }
+    if (!qApp->styleSheet().isEmpty()) {
+      qApp->setStyleSheet(QString());
+    }
+  }
+};
+
+QtMessageHandler s_fnDefaultHandler = nullptr;
+
+/// Leaves out what the off-screen platform says whenever a fixed-size window shows.
+void HandleMessage(QtMsgType eType, const QMessageLogContext &context, const QString &strMessage)
+{
+  if (!strMessage.startsWith(QLatin1String("This plugin does not support propagateSizeHints"))) {
+    s_fnDefaultHandler(eType, context, strMessage);
+  }
+}
+
+} // namespace
+
+int main(int nArgc, char **apArgv)
+{
+  testing::InitGoogleMock(&nArgc, apArgv);
+  if (GTEST_FLAG_GET(list_tests)) {
+    // Listing happens outside the tests' environment, where a platform's leaks would count.
+    return RUN_ALL_TESTS();
+  }
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  s_fnDefaultHandler = qInstallMessageHandler(HandleMessage);
+  // A desktop's own file dialogs and style would make the tests depend on where they run.
+  QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication application(nArgc, apArgv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  testing::UnitTest::GetInstance()->listeners().Append(new CCleanApplication);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,76 @@
+/// \file
+/// The features of a camera that is corrected on the host, for tests: no sensor, no stream.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "genapi/softwarenodemap/softwarenodemap.h"
+
+/// Three software node maps, as a host hands them to the plug-in, with the features that the correction
+/// reads and writes. Everything starts in a state in which all operations succeed: nothing locked, trigger
+/// off, the delivered image equal to the camera's. A test then changes what it is about:
+///
+///     CTestCamera camera("BayerRG12", 640, 480);
+///     camera.Device().Find<CSoftwareInteger>("TLParamsLocked")->Poke(1);
+///     camera.Enumeration("TriggerMode").Select("On");
+///     camera.Float("ExposureTime").OnWrite([](double) { throw ...; });
+///     camera.Output().Find<CSoftwareInteger>("OutputWidth")->OnRead([] { return 1; });
+///
+/// PayloadSize and the features of the output map are computed from the camera's own; give them another
+/// OnRead to break that, or OnRead(nullptr) and Poke.
+class CTestCamera {
+public:
+  /// \param strPixelFormat PFNC name: "Mono" or "BayerGR", "BayerRG", "BayerGB", "BayerBG" and 8, 10, 12 or 16
+  ///   (Mono14 too). The camera offers all bit depths of that layout. An unknown name throws std::out_of_range.
+  explicit CTestCamera(const std::string &strPixelFormat = "Mono8", int64_t nWidth = 64, int64_t nHeight = 48);
+  CTestCamera(const CTestCamera &) = delete;
+  CTestCamera &operator=(const CTestCamera &) = delete;
+
+  /// Gives the device the enumeration ShadingCorrectionMode with this entry alone.
+  CTestCamera &AddShadingCorrectionMode(const std::string &strEntry);
+  /// Reads of BalanceWhiteAuto after "Once" was written until it is "Off"; the last of them sees "Off". 1
+  /// unless set; negative: it never ends.
+  CTestCamera &SetWhiteBalanceReads(int nReads);
+
+  CSoftwareNodeMap &Device() { return m_deviceMap; }
+  CSoftwareNodeMap &Stream() { return m_streamMap; }
+  CSoftwareNodeMap &Output() { return m_outputMap; }
+
+  /// Nodes of the device by name; the name must be one of that kind.
+  CSoftwareInteger &Integer(const std::string &strName) { return *m_deviceMap.Find<CSoftwareInteger>(strName); }
+  CSoftwareFloat &Float(const std::string &strName) { return *m_deviceMap.Find<CSoftwareFloat>(strName); }
+  CSoftwareEnumeration &Enumeration(const std::string &strName)
+  {
+    return *m_deviceMap.Find<CSoftwareEnumeration>(strName);
+  }
+
+  /// As the camera's features are now.
+  uint32_t GetPixelFormat() const;
+  uint32_t GetPayloadSize() const;
+  /// A frame of the current size and format, every sample of one value.
+  std::vector<uint8_t> MakeFrame(uint32_t nValue) const;
+
+  /// Saved white-balance ratios by index of the selector's entry: 0 red, 1 green, 2 blue.
+  std::array<double, 3> m_adBalanceRatio{1.5, 1.0, 1.75};
+
+private:
+  void AddGeometry(int64_t nWidth, int64_t nHeight);
+  void AddPixelFormat(const std::string &strPixelFormat);
+  void AddAcquisition();
+  void AddWhiteBalance();
+  void AddOutput();
+  int64_t ReadWhiteBalance();
+
+  CSoftwareNodeMap m_deviceMap;
+  CSoftwareNodeMap m_streamMap;
+  CSoftwareNodeMap m_outputMap;
+  CSoftwareInteger *m_pWidth = nullptr;
+  CSoftwareInteger *m_pHeight = nullptr;
+  CSoftwareEnumeration *m_pPixelFormat = nullptr;
+  int64_t m_nWhiteBalance = 0;
+  int m_nWhiteBalanceReads = 1;
+  int m_nReadsLeft = 0;
+};
