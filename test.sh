@@ -14,6 +14,6 @@ for preset in "${presets[@]}"; do
   echo "== $preset: build"
   build_preset "$preset" -DFFC_BUILD_TESTS=ON
   echo "== $preset: test"
-  # Real windows, on a display of their own.
-  xvfb-run -a -s '-screen 0 1600x1200x24' ctest --preset "$preset" --parallel "$(nproc)"
+  # Real windows, on a display of their own, which must not reset itself whenever the last program closes it.
+  xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' ctest --preset "$preset" --parallel "$(nproc)"
 done

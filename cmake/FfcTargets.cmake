@@ -46,8 +46,8 @@ endfunction()
 
 # ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [ENVIRONMENT VAR=VALUE ...] [TIMEOUT seconds])
 #
-# A GoogleTest program; each of its tests is one ctest entry. With QT it gets a
-# QApplication (on the display there is, else off screen).
+# A GoogleTest program; each of its tests is one ctest entry (with a sanitizer, whose start-up is slow,
+# the whole program is one). With QT it gets a QApplication (on the display there is, else off screen).
 function(ffc_add_test name)
   cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -63,16 +63,19 @@ function(ffc_add_test name)
   else()
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
-  # The module would break the list of an ENVIRONMENT property apart; the emulator gets the listing of the
-  # tests into the environment too.
-  set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
-    "${CMAKE_COMMAND};-E;env;${FFC_TEST_ENVIRONMENT};${ARG_ENVIRONMENT};${CMAKE_CROSSCOMPILING_EMULATOR}")
-  # Discovery splits a list given as a property, so the variables are set by what starts the program.
-  set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
-    "${CMAKE_COMMAND};-E;env;${FFC_TEST_ENVIRONMENT};${ARG_ENVIRONMENT}")
-  include(GoogleTest)
-  gtest_discover_tests(${name}
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  set(environment ${FFC_TEST_ENVIRONMENT} ${ARG_ENVIRONMENT})
+  if(FFC_SANITIZE)
+    math(EXPR timeout "${ARG_TIMEOUT} * 5")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}")
+  else()
+    # Discovery would break the list of an ENVIRONMENT property apart, and needs the variables itself.
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
+      "${CMAKE_COMMAND};-E;env;${environment};${CMAKE_CROSSCOMPILING_EMULATOR}")
+    include(GoogleTest)
+    gtest_discover_tests(${name}
+      DISCOVERY_MODE PRE_TEST
+      DISCOVERY_TIMEOUT 60
+      PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  endif()
 endfunction()

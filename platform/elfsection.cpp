@@ -34,7 +34,8 @@ bool HasName(std::ifstream &file, const Elf64_Shdr &stNames, const Elf64_Shdr &s
   std::vector<char> listName(strName.size() + 1);
   uint64_t nOffset = 0;
   return !__builtin_add_overflow(stNames.sh_offset, uint64_t{stSection.sh_name}, &nOffset) &&
-         ReadAt(file, nOffset, listName.data(), listName.size()) && listName.back() == '\0' && strName == listName.data();
+         ReadAt(file, nOffset, listName.data(), listName.size()) && listName.back() == '\0' &&
+         strName == listName.data();
 }
 
 } // namespace

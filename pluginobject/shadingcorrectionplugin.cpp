@@ -1,5 +1,6 @@
 #include "pluginobject/shadingcorrectionplugin.h"
 
+#include <algorithm>
 #include <new>
 
 #include <QCoreApplication>
@@ -184,7 +185,7 @@ void CShadingCorrectionPlugin::__ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN
                                               PLUGIN_PROCESS_RESULT *pResult)
 {
   if (m_pDialog->WaitImageRequest() == WAIT_RESULT_SIGNALLED) {
-    m_pDialog->ReceiveImage(stInput.pBuffer, static_cast<uint32_t>(stInput.nPayloadSize));
+    m_pDialog->ReceiveImage(stInput.pBuffer, static_cast<uint32_t>(std::max(stInput.nPayloadSize, 0)));
     m_pDialog->SetImageReady();
     return;
   }

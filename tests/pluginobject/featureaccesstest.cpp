@@ -84,7 +84,8 @@ const std::vector<SOperation> &GetOperations()
     {"GetRegisterLength", "Register", MakeGetter<int64_t>(&Access::GetRegisterLength, -99)},
     {"ReadRegisterFeature", "Register", ReadRegister},
     {"WriteRegisterFeature", "Register", WriteRegister},
-    {"ExecuteCommand", "Command", [](const Access &features, const char *pName) { return features.ExecuteCommand(pName); }},
+    {"ExecuteCommand", "Command",
+     [](const Access &features, const char *pName) { return features.ExecuteCommand(pName); }},
   };
   return OPERATIONS;
 }

@@ -79,6 +79,16 @@ protected:
     m_pPlugin->SlotProcessDemoMsg(stPluginMsg);
   }
 
+  /// Passes one frame through the plug-in, with itself as output.
+  int32_t DeliverFrame(PLUGIN_PROCESS_RESULT *pResult = nullptr)
+  {
+    std::vector<uint8_t> listFrame = m_camera.MakeFrame(10);
+    PLUGIN_IMAGE_INFO stImage;
+    stImage.nPayloadSize = static_cast<int32_t>(listFrame.size());
+    stImage.pBuffer = listFrame.data();
+    return m_pPlugin->ProcessImage(&stImage, &stImage, PLUGIN_PROCESS_MODE_FRAME, pResult);
+  }
+
   std::string GetWindowTitle() const { return FindDialog()->windowTitle().toStdString(); }
   std::string GetBarTitle() const
   {

@@ -85,10 +85,7 @@ TEST_F(PluginInitialize, AfterAFailureFramesPassByAndNothingIsRelayed)
   Send(PLUGIN_MSG_SHOW_DIALOG);
   EXPECT_EQ(nMessages, 0);
   m_stScript.nWaitResult = 0;
-  std::vector<uint8_t> listFrame = m_camera.MakeFrame(10);
-  PLUGIN_IMAGE_INFO stImage;
-  stImage.pBuffer = listFrame.data();
-  EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, nullptr), 0);
+  EXPECT_EQ(DeliverFrame(), 0);
   EXPECT_EQ(m_stScript.listCalls, std::vector<std::string>{"init"});
 }
 
@@ -104,11 +101,8 @@ TEST_F(PluginInitialize, AnUnknownModeOfTheCameraMakesAnInertDialog)
   EXPECT_EQ(Initialize(), 0);
   ASSERT_NE(FindDialog(), nullptr);
   EXPECT_TRUE(FindDialog()->HasNoProcess());
-  std::vector<uint8_t> listFrame = m_camera.MakeFrame(10);
-  PLUGIN_IMAGE_INFO stImage;
-  stImage.pBuffer = listFrame.data();
   PLUGIN_PROCESS_RESULT stResult;
-  EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, &stResult), 0);
+  EXPECT_EQ(DeliverFrame(&stResult), 0);
   EXPECT_EQ(stResult.bCorrected, 0);
 }
 
@@ -168,10 +162,7 @@ TEST_F(PluginInitialize, ADialogThatGoesWithTheHostsWindowIsMissedByNobody)
   Send(PLUGIN_MSG_SHOW_DIALOG);
   EXPECT_FALSE(m_pPlugin->IsDialogVisible());
   EXPECT_TRUE(m_pPlugin->IsDialogHidden());
-  std::vector<uint8_t> listFrame = m_camera.MakeFrame(10);
-  PLUGIN_IMAGE_INFO stImage;
-  stImage.pBuffer = listFrame.data();
-  EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, nullptr), 0);
+  EXPECT_EQ(DeliverFrame(), 0);
   EXPECT_EQ(m_pPlugin->Uninitialize(), 0);
   m_stInitParam.pParent = nullptr;
   EXPECT_EQ(Initialize(), 0);

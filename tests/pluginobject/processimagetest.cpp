@@ -188,14 +188,10 @@ TEST_F(ProcessImage, AColourCamerasBayerFormatTakesTheStopBack)
 
 TEST_F(ProcessImage, TheDialogMayBeUninitialisedWhileFramesArrive)
 {
-  CFramePump pump([this](std::vector<uint8_t> &listFrame, uint64_t) { listFrame = m_camera.MakeFrame(50); },
-                  [this](const std::vector<uint8_t> &listFrame) {
-                    PLUGIN_IMAGE_INFO stImage;
-                    std::vector<uint8_t> listCopy = listFrame;
-                    stImage.pBuffer = listCopy.data();
-                    stImage.nPayloadSize = static_cast<int32_t>(listCopy.size());
+  CFramePump pump([](std::vector<uint8_t> &, uint64_t) {},
+                  [this](const std::vector<uint8_t> &) {
                     PLUGIN_PROCESS_RESULT stResult;
-                    EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, &stResult), 0);
+                    EXPECT_EQ(DeliverFrame(&stResult), 0);
                   },
                   0.0);
   for (int i = 0; i < 20; ++i) {

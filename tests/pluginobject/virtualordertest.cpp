@@ -19,7 +19,8 @@ protected:
     void *pObject = static_cast<IPlugin *>(m_pPlugin.get());
     void *const *pTable = *static_cast<void *const **>(pObject);
     using Function = TResult (*)(void *, TArguments...);
-    return reinterpret_cast<Function>(pTable[QOBJECT_ENTRIES + nPlace - 1])(pObject, std::forward<TArguments>(arguments)...);
+    const auto fnOperation = reinterpret_cast<Function>(pTable[QOBJECT_ENTRIES + nPlace - 1]);
+    return fnOperation(pObject, std::forward<TArguments>(arguments)...);
   }
 
   void CallMessage(int32_t nCode)

@@ -26,9 +26,12 @@ int32_t ReadCoefficientFile(QFile &file, uint64_t nSize, CFrameBuffer &data)
 
 int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, uint64_t nSize)
 {
+  const QFileInfo info(strFileName);
+  // A device or a pipe would be replaced by a file.
+  if (info.exists() && !info.isFile()) {
+    return PLUGIN_STATUS_OPEN_FILE_ERROR;
+  }
   QSaveFile file(strFileName);
-  // A file in a folder where nothing can be created may still be writable itself.
-  file.setDirectWriteFallback(true);
   if (!file.open(QIODevice::WriteOnly)) {
     return PLUGIN_STATUS_OPEN_FILE_ERROR;
   }

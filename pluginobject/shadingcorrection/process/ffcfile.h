@@ -16,7 +16,6 @@ int32_t OpenCoefficientFile(QFile &file);
 /// \return 0; -1007 when it is empty or shorter; -2 when there is no memory
 int32_t ReadCoefficientFile(QFile &file, uint64_t nSize, CFrameBuffer &data);
 
-/// Writes a file whole or not at all: an existing file stays as it was until the new one is complete. Only
-/// where the folder takes no new files is an existing one written in place.
-/// \return 0; -1004 when it cannot be opened; -1006 when writing fails
+/// Writes a file whole or not at all: an existing file stays as it was until the new one is complete.
+/// \return 0; -1004 when it cannot be opened, or is something else than a file; -1006 when writing fails
 int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, uint64_t nSize);

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include <QDir>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTextCodec>
 
@@ -164,18 +165,27 @@ TEST_F(FfcFile, ThatIsWriteProtectedCannotBeWritten)
   EXPECT_EQ(500, QFileInfo(Path("a.ffc")).size());
 }
 
-TEST_F(FfcFile, InAWriteProtectedFolderIsWrittenOnlyWhenItExists)
+TEST_F(FfcFile, InAWriteProtectedFolderStaysAsItWas)
 {
   if (IsAboveAccessRights()) {
     GTEST_SKIP() << "this user may write everywhere";
   }
   ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
   QFile::setPermissions(m_folder.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-  EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(10, 1)));
+  EXPECT_EQ(-1004, Write(Path("a.ffc"), MakeBytes(10, 1)));
   EXPECT_EQ(-1004, Write(Path("new.ffc"), MakeBytes(10, 1)));
-  EXPECT_EQ(0, Read(Path("a.ffc"), 10, m_listRead));
+  EXPECT_EQ(0, Read(Path("a.ffc"), 500, m_listRead));
   EXPECT_EQ(QStringList{"a.ffc"}, List());
   QFile::setPermissions(m_folder.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+}
+
+TEST_F(FfcFile, ThatIsAPipeIsNotReplacedByAFile)
+{
+  if (QProcess::execute(QStringLiteral("mkfifo"), {Path("pipe.ffc")}) != 0) {
+    GTEST_SKIP() << "this system has no named pipes";
+  }
+  EXPECT_EQ(-1004, Write(Path("pipe.ffc"), MakeBytes(10, 1)));
+  EXPECT_FALSE(QFileInfo(Path("pipe.ffc")).isFile());
 }
 
 TEST_F(FfcFile, ThatCannotBeReadCannotBeOpened)

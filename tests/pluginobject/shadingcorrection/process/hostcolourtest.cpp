@@ -54,6 +54,16 @@ TEST(HostColour, TheFramesOfTheBalanceAreNotAveraged)
   EXPECT_EQ(rig.Camera().MakeFrame(73), listCorrected);
 }
 
+TEST(HostColour, TheFramesOfTheBalanceAreWipedFromTheBuffer)
+{
+  CHostRig rig("BayerRG8", 64, 64);
+  rig.Show(
+    [](int nFrame) { return nFrame == 0 ? std::vector<uint8_t>(64 * 64, 250) : std::vector<uint8_t>(64 * 32, 100); });
+  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
+  EXPECT_EQ(100.0, rig.Process().GetImageMaxGray());
+  EXPECT_EQ(100.0, rig.Process().GetImageGrayDiff());
+}
+
 TEST(HostColour, TheCameraBalancesInAdaptiveLightDuringTheAcquisition)
 {
   CHostRig rig("BayerRG8");
@@ -124,6 +134,19 @@ TEST(HostColour, ACameraWithoutLampHouseBalancesToo)
     EXPECT_EQ(1 + SETTLING_FRAMES + FRAME_COUNT, rig.GetFrameCount());
     ExpectUnchanged(rig, mapBefore);
   }
+}
+
+TEST(HostColour, AFailedAcquisitionDoesNotBringBackWhatAnEarlierOneSaved)
+{
+  CHostRig rig("BayerRG8");
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  rig.Camera().Enumeration("AWBLampHouse").Select("Fluorescence");
+  rig.Camera().Enumeration("BalanceWhiteAuto").SetIntValue(2);
+  const auto mapBefore = rig.TakeSnapshot();
+  rig.Camera().Float("ExposureTime").Access(GenApi::NA);
+  EXPECT_EQ(-1002, rig.AcquireBright(100));
+  rig.Camera().Float("ExposureTime").Access(GenApi::RW);
+  ExpectUnchanged(rig, mapBefore);
 }
 
 TEST(HostColour, AFailingWhiteBalanceFeatureFailsTheAcquisition)

@@ -117,6 +117,22 @@ TEST(HostDark, AFailedOneIsNotUsedAndTheBrightOneStays)
   EXPECT_EQ(2U, rig.GetTableBytesPerPixel());
 }
 
+TEST(HostDark, AFailedOneDoesNotBringBackWhatAnEarlierOneSaved)
+{
+  CHostRig rig;
+  rig.Camera().Enumeration("TriggerMode").Select("On");
+  rig.SetStreaming(true);
+  EXPECT_EQ(0, rig.AcquireDark(10));
+  rig.Camera().Enumeration("TriggerMode").Select("Off");
+  rig.Camera().Stream().Find<CSoftwareEnumeration>("StreamBufferHandlingMode")->Select("OldestFirstOverwrite");
+  rig.SetStreaming(false);
+  const auto mapBefore = rig.TakeSnapshot();
+  rig.Camera().Float("ExposureTime").Access(GenApi::NA);
+  EXPECT_EQ(-1002, rig.AcquireDark(10));
+  rig.Camera().Float("ExposureTime").Access(GenApi::RW);
+  EXPECT_EQ(mapBefore, rig.TakeSnapshot());
+}
+
 TEST(HostDark, WithoutAFrameTimesOut)
 {
   CHostRig rig;

@@ -164,6 +164,17 @@ TEST_F(HostFile, OfAnotherSizeIsRefusedAndTheCoefficientsStayInForce)
   EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
 }
 
+TEST_F(HostFile, OfTheWrongSizeForANewFormatLeavesFramesOfTheFormerOneCorrected)
+{
+  MakeCoefficients(true);
+  const std::vector<uint8_t> listBefore = Correct(60);
+  m_rig.Camera().Integer("Width").Poke(96);
+  WriteAll(Path("wrong.ffc"), QByteArray(2 * PIXELS, '\x10'));
+  EXPECT_EQ(-1007, Load("wrong.ffc"));
+  m_rig.Camera().Integer("Width").Poke(64);
+  EXPECT_EQ(listBefore, Correct(60));
+}
+
 TEST_F(HostFile, ThatCannotBeOpenedIsRefusedAndTheCoefficientsStayInForce)
 {
   MakeCoefficients(true);

@@ -1,0 +1,82 @@
+/// \file
+/// The three node maps of a software camera.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "camera/camerasettings.h"
+#include "camera/framestreamer.h"
+#include "genapi/softwarenodemap/softwarenodemap.h"
+
+constexpr double MIN_FRAME_RATE = 0.1; ///< frames per second
+constexpr double MAX_FRAME_RATE = 10000.0;
+
+/// What a software camera is, fixed when it is made.
+struct SCameraDescription {
+  std::string strVendor;
+  std::string strModel;
+  std::string strSerial;
+  std::vector<SSensorFormat> listFormats; ///< that PixelFormat offers; not empty
+  std::string strPixelFormat;             ///< selected at first; one of them
+  uint32_t nSensorWidth = 0;              ///< pixels
+  uint32_t nSensorHeight = 0;
+  bool bRegionOfInterest = false;         ///< width, height and offsets can be set
+  double dFrameRate = 30.0;               ///< frames per second
+
+  /// "Maker Model (serial)".
+  std::string GetDisplayName() const { return strVendor + " " + strModel + " (" + strSerial + ")"; }
+};
+
+/// Declares the features that a camera without a shading correction of its own has, and reads them
+/// back as settings. All operations from any thread; none throws after construction.
+class CCameraFeatures {
+public:
+  explicit CCameraFeatures(const SCameraDescription &stDescription);
+
+  CSoftwareNodeMap &GetOutputMap() { return m_outputMap; }
+  CSoftwareNodeMap &GetStreamMap() { return m_streamMap; }
+  CSoftwareNodeMap &GetDeviceMap() { return m_deviceMap; }
+
+  /// Called, with the device map locked, when a frame is triggered by software and when the timing of
+  /// the stream changes. Set before the maps are handed out.
+  void SetStreamHandlers(std::function<void()> fnTrigger, std::function<void()> fnTimingChanged);
+
+  /// TLParamsLocked.
+  void SetLocked(bool bLocked) { m_pLocked->Poke(bLocked ? 1 : 0); }
+
+  /// Without the white balance, which is not one of these features.
+  SCameraSettings GetSettings() const;
+  CFrameStreamer::STiming GetTiming() const;
+
+private:
+  void AddIdentity(const SCameraDescription &stDescription);
+  void AddGeometry(const SCameraDescription &stDescription);
+  void AddPixelFormat(const SCameraDescription &stDescription);
+  void AddExposure();
+  void AddStreamControl(const SCameraDescription &stDescription);
+  void AddStreamMap();
+  void AddOutputMap(const SCameraDescription &stDescription);
+  bool IsSoftwareTriggered() const;
+
+  CSoftwareNodeMap m_deviceMap;
+  CSoftwareNodeMap m_streamMap;
+  CSoftwareNodeMap m_outputMap; ///< its nodes ask the device map, never the other way round
+
+  CSoftwareInteger *m_pLocked = nullptr;
+  CSoftwareInteger *m_pWidth = nullptr;
+  CSoftwareInteger *m_pHeight = nullptr;
+  CSoftwareInteger *m_pOffsetX = nullptr;
+  CSoftwareInteger *m_pOffsetY = nullptr;
+  CSoftwareEnumeration *m_pPixelFormat = nullptr;
+  CSoftwareFloat *m_pExposureTime = nullptr;
+  CSoftwareFloat *m_pGain = nullptr;
+  CSoftwareFloat *m_pBlackLevel = nullptr;
+  CSoftwareFloat *m_pFrameRate = nullptr;
+  CSoftwareEnumeration *m_pTriggerMode = nullptr;
+  CSoftwareEnumeration *m_pTriggerSource = nullptr;
+  std::function<void()> m_fnTrigger;
+  std::function<void()> m_fnTimingChanged;
+};

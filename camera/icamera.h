@@ -1,0 +1,71 @@
+/// \file
+/// What a host needs of a camera.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include <GenApi/GenApi.h>
+
+/// One delivered frame. Valid during the callback only.
+struct SCameraFrame {
+  const void *pBuffer = nullptr; ///< tightly packed lines
+  uint32_t nSize = 0;            ///< bytes
+  uint32_t nWidth = 0;           ///< pixels per line
+  uint32_t nHeight = 0;          ///< lines
+  uint32_t nPixelFormat = 0;     ///< PFNC code
+  uint64_t nFrameId = 0;         ///< counts delivered frames from 0 since the camera was made
+};
+
+/// What stands before the lens of a camera whose scene can be set by software.
+///
+/// Called from the host's thread; takes effect with the next exposed frame.
+class ISceneControl {
+public:
+  virtual ~ISceneControl() = default;
+
+  enum class EScene { Target, TestChart }; ///< an evenly lit target; a chart with structure
+  enum class EPurpose { Acquisition, Measurement };
+
+  virtual void SetLensCap(bool bCovered) = 0;
+  virtual bool IsLensCapOn() const = 0;
+  virtual void SetScene(EScene eScene) = 0;
+  /// Recorded frames are split in two halves, one per purpose, so that no figure is taken on frames
+  /// that made the coefficients. A camera that exposes afresh ignores it.
+  virtual void SetPurpose(EPurpose ePurpose) = 0;
+};
+
+/// A camera: three node maps, and frames on a thread of the camera's own.
+///
+/// All operations are called from one thread (the host's). None throws; failures come back as a
+/// message that is empty on success.
+class ICamera {
+public:
+  /// Runs on the camera's own thread, one frame at a time.
+  using FrameCallback = std::function<void(const SCameraFrame &stFrame)>;
+
+  virtual ~ICamera() = default;
+
+  /// "Maker Model (serial)", as a viewer shows it.
+  virtual std::string GetDisplayName() const = 0;
+
+  /// Features that describe the delivered image: OutPixelFormat, OutputPayloadSize, OutputWidth,
+  /// OutputHeight, DeviceDisplayName.
+  virtual GenApi::INodeMap *GetOutputNodeMap() = 0;
+  /// StreamBufferHandlingMode.
+  virtual GenApi::INodeMap *GetStreamNodeMap() = 0;
+  /// The camera's own features. TLParamsLocked is 1 between Start and Stop.
+  virtual GenApi::INodeMap *GetDeviceNodeMap() = 0;
+
+  /// Set while the camera is stopped.
+  virtual void SetFrameCallback(FrameCallback fnCallback) = 0;
+  /// Starts the stream; does nothing when it runs.
+  virtual std::string Start() = 0;
+  /// Stops the stream; when it returns no callback runs and none will. Does nothing when stopped.
+  virtual void Stop() = 0;
+  virtual bool IsStreaming() const = 0;
+
+  /// Null for a camera whose scene software cannot change.
+  virtual ISceneControl *GetSceneControl() = 0;
+};

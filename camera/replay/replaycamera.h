@@ -1,0 +1,18 @@
+/// \file
+/// A camera that plays recorded frames.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "camera/icamera.h"
+
+struct SReplayCameraOptions {
+  std::string strFolder;      ///< with "dark_*.png" and "bright_*.png"
+  std::string strPixelFormat; ///< PFNC name; empty: Mono8 or Mono16, as the files are
+  double dFrameRate = 50.0;   ///< frames per second: 0.1 to 10000
+};
+
+/// Reads all frames at once. Exposure, gain and black level can be set and change nothing.
+/// \param pstrError what is wrong with the folder or the options when the result is null
+std::unique_ptr<ICamera> CreateReplayCamera(const SReplayCameraOptions &stOptions, std::string *pstrError);

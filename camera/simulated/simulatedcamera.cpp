@@ -1,0 +1,61 @@
+#include "camera/simulated/simulatedcamera.h"
+
+#include <new>
+
+#include "camera/simulated/simulatedsensor.h"
+#include "camera/softwarecamera.h"
+
+namespace {
+
+constexpr uint32_t MIN_SIZE = 16;
+constexpr uint32_t MAX_SIZE = 16384;
+
+bool IsSensorSize(uint32_t nSize) { return nSize >= MIN_SIZE && nSize <= MAX_SIZE && nSize % 2 == 0; }
+
+/// Empty when the options make a camera.
+std::string CheckOptions(const SSimulatedCameraOptions &stOptions)
+{
+  if (FindSensorFormat(stOptions.strPixelFormat) == nullptr) {
+    return "The simulated camera has no pixel format \"" + stOptions.strPixelFormat + "\".";
+  }
+  if (!IsSensorSize(stOptions.nWidth) || !IsSensorSize(stOptions.nHeight)) {
+    return "The simulated camera cannot be " + std::to_string(stOptions.nWidth) + " x " +
+           std::to_string(stOptions.nHeight) + ": width and height are even numbers from " +
+           std::to_string(MIN_SIZE) + " to " + std::to_string(MAX_SIZE) + ".";
+  }
+  if (!(stOptions.dCornerFalloff >= 0.05 && stOptions.dCornerFalloff <= 1.0)) {
+    return "The corner fall-off of the simulated camera must lie between 0.05 and 1.";
+  }
+  if (!(stOptions.dFrameRate >= MIN_FRAME_RATE && stOptions.dFrameRate <= MAX_FRAME_RATE)) {
+    return "The frame rate of the simulated camera must lie between 0.1 and 10000.";
+  }
+  return {};
+}
+
+} // namespace
+
+std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &stOptions, std::string *pstrError)
+{
+  *pstrError = CheckOptions(stOptions);
+  if (!pstrError->empty()) {
+    return nullptr;
+  }
+  try {
+    SCameraDescription stDescription;
+    stDescription.strVendor = "Simulated";
+    stDescription.strModel = stOptions.strPixelFormat;
+    stDescription.strSerial = "SIM" + std::to_string(stOptions.nSeed);
+    stDescription.listFormats = GetSensorFormats(FindSensorFormat(stOptions.strPixelFormat)->eLayout);
+    stDescription.strPixelFormat = stOptions.strPixelFormat;
+    stDescription.nSensorWidth = stOptions.nWidth;
+    stDescription.nSensorHeight = stOptions.nHeight;
+    stDescription.bRegionOfInterest = true;
+    stDescription.dFrameRate = stOptions.dFrameRate;
+    auto pSensor = std::make_unique<CSimulatedSensor>(stOptions.nWidth, stOptions.nHeight, stOptions.dCornerFalloff,
+                                                      stOptions.nSeed);
+    return std::make_unique<CSoftwareCamera>(stDescription, std::move(pSensor));
+  } catch (const std::bad_alloc &) {
+    *pstrError = "There is not enough memory for the simulated camera.";
+    return nullptr;
+  }
+}

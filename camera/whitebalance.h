@@ -1,0 +1,37 @@
+/// \file
+/// The white balance of a colour camera.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "camera/camerasettings.h"
+#include "genapi/softwarenodemap/softwarenodemap.h"
+
+/// Declares BalanceWhiteAuto, BalanceRatioSelector, BalanceRatio and AWBLampHouse, and does what
+/// BalanceWhiteAuto says on each frame: "Once" settles over a few frames and then turns itself "Off".
+class CWhiteBalance {
+public:
+  /// Frames that "Once" takes.
+  static constexpr int SETTLING_FRAMES = 3;
+
+  /// \param deviceMap must outlive this object
+  explicit CWhiteBalance(CSoftwareNodeMap &deviceMap);
+
+  /// The gain of each colour, by EColor.
+  std::array<double, COLOR_COUNT> GetRatios() const;
+
+  /// Looks at a frame before it is delivered. Only on the camera's thread.
+  /// \param stSettings what the frame was exposed with, its ratios included
+  void Process(const SCameraSettings &stSettings, const void *pFrame);
+
+private:
+  void AdjustTo(const std::array<double, COLOR_COUNT> &adSignal);
+
+  CSoftwareNodeMap &m_deviceMap; ///< its lock guards the members below
+  CSoftwareEnumeration *m_pAuto = nullptr;
+  CSoftwareEnumeration *m_pSelector = nullptr;
+  CSoftwareEnumeration *m_pLamp = nullptr;
+  std::array<double, COLOR_COUNT> m_adRatios{1.0, 1.0, 1.0};
+  int m_nFramesLeft = 0;
+};

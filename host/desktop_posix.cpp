@@ -1,0 +1,30 @@
+#include "host/desktop.h"
+
+#include <cstdlib>
+#include <string>
+
+#include <unistd.h>
+
+namespace {
+
+std::string GetVariable(const char *pName)
+{
+  const char *pValue = std::getenv(pName);
+  return pValue == nullptr ? std::string() : std::string(pValue);
+}
+
+} // namespace
+
+bool IsErrorStreamTerminal()
+{
+  return isatty(STDERR_FILENO) != 0;
+}
+
+bool HasDisplay()
+{
+  const std::string strPlatform = GetVariable("QT_QPA_PLATFORM");
+  if (!strPlatform.empty()) {
+    return strPlatform != "offscreen" && strPlatform != "minimal";
+  }
+  return !GetVariable("DISPLAY").empty() || !GetVariable("WAYLAND_DISPLAY").empty();
+}

@@ -1,0 +1,133 @@
+#include "host/framepipeline.h"
+
+#include <chrono>
+#include <new>
+#include <utility>
+
+void CFramePipeline::Receive(const SCameraFrame &stFrame)
+{
+  if (m_fnObserver) {
+    m_fnObserver();
+  }
+  uint64_t nNanoseconds = 0;
+  const bool bCorrected = Correct(stFrame, nNanoseconds);
+
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  ++m_nReceived;
+  if (bCorrected) {
+    ++m_stThroughput.nFrames;
+    m_stThroughput.nPixels += uint64_t(stFrame.nWidth) * stFrame.nHeight;
+    m_stThroughput.nNanoseconds += nNanoseconds;
+  }
+  Serve({&stFrame, bCorrected ? m_listOutput.data() : nullptr});
+  KeepLatest(stFrame, bCorrected);
+}
+
+bool CFramePipeline::Correct(const SCameraFrame &stFrame, uint64_t &nNanoseconds)
+{
+  if (m_pPlugin == nullptr) {
+    return false;
+  }
+  try {
+    m_listOutput.resize(stFrame.nSize);
+  } catch (const std::bad_alloc &) {
+    return false;
+  }
+  PLUGIN_IMAGE_INFO stInput;
+  stInput.nPixelFormat = int32_t(stFrame.nPixelFormat);
+  stInput.nWidth = int32_t(stFrame.nWidth);
+  stInput.nHeight = int32_t(stFrame.nHeight);
+  stInput.nPayloadSize = int32_t(stFrame.nSize);
+  PLUGIN_IMAGE_INFO stOutput = stInput;
+  // The interface has one record for both directions; the plug-in only reads its input.
+  stInput.pBuffer = const_cast<void *>(stFrame.pBuffer);
+  stOutput.pBuffer = m_listOutput.data();
+  PLUGIN_PROCESS_RESULT stResult;
+
+  const auto tBegin = std::chrono::steady_clock::now();
+  const int32_t nStatus = m_pPlugin->ProcessImage(&stInput, &stOutput, PLUGIN_PROCESS_MODE_FRAME, &stResult);
+  const auto tSpent = std::chrono::steady_clock::now() - tBegin;
+  nNanoseconds = uint64_t(std::chrono::duration_cast<std::chrono::nanoseconds>(tSpent).count());
+  return nStatus == 0 && stResult.bCorrected != 0;
+}
+
+void CFramePipeline::Serve(const SProcessedFrame &stFrame)
+{
+  if (m_nMissing == 0 || (m_eWanted == EWanted::Corrected && stFrame.pCorrected == nullptr)) {
+    return;
+  }
+  m_fnSink(stFrame);
+  if (--m_nMissing == 0) {
+    m_fnSink = nullptr;
+    m_conditionServed.notify_all();
+  }
+}
+
+void CFramePipeline::KeepLatest(const SCameraFrame &stFrame, bool bCorrected)
+{
+  if (bCorrected) {
+    m_stLatest.listBytes.swap(m_listOutput);
+  } else {
+    const uint8_t *pBytes = static_cast<const uint8_t *>(stFrame.pBuffer);
+    try {
+      m_stLatest.listBytes.assign(pBytes, pBytes + stFrame.nSize);
+    } catch (const std::bad_alloc &) {
+      m_bLatestIsNew = false;
+      return;
+    }
+  }
+  m_stLatest.nWidth = stFrame.nWidth;
+  m_stLatest.nHeight = stFrame.nHeight;
+  m_stLatest.nPixelFormat = stFrame.nPixelFormat;
+  m_stLatest.bCorrected = bCorrected;
+  m_bLatestIsNew = true;
+}
+
+void CFramePipeline::Request(uint32_t nFrames, EWanted eWanted, FrameSink fnSink)
+{
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_nMissing = nFrames;
+  m_eWanted = eWanted;
+  m_fnSink = std::move(fnSink);
+}
+
+uint32_t CFramePipeline::WaitServed(uint32_t nMilliseconds)
+{
+  std::unique_lock<std::mutex> lock(m_mutex);
+  m_conditionServed.wait_for(lock, std::chrono::milliseconds(nMilliseconds), [this] { return m_nMissing == 0; });
+  return m_nMissing;
+}
+
+void CFramePipeline::CancelRequest()
+{
+  Request(0, EWanted::Any, nullptr);
+}
+
+bool CFramePipeline::TakeLatest(SFrameCopy &stCopy)
+{
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  if (!m_bLatestIsNew) {
+    return false;
+  }
+  std::swap(stCopy, m_stLatest);
+  m_bLatestIsNew = false;
+  return true;
+}
+
+uint64_t CFramePipeline::GetReceivedCount() const
+{
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  return m_nReceived;
+}
+
+SThroughput CFramePipeline::GetThroughput() const
+{
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  return m_stThroughput;
+}
+
+void CFramePipeline::ResetThroughput()
+{
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_stThroughput = SThroughput();
+}

@@ -1,0 +1,85 @@
+#include <cstdlib>
+#include <iostream>
+
+#include <QApplication>
+
+#include "host/cameraopening.h"
+#include "host/commandline.h"
+#include "host/desktop.h"
+#include "host/headlessrun.h"
+#include "host/livewindow.h"
+
+namespace {
+
+int Fail(const QString &strError)
+{
+  std::cerr << "ffchost: " << strError.toStdString() << std::endl;
+  return EXIT_FAILURE;
+}
+
+/// A run without a person prints its own lines only; the toolkit's remarks about its surroundings are none.
+void DropRemarks(QtMsgType eType, const QMessageLogContext &, const QString &strMessage)
+{
+  if (eType == QtCriticalMsg || eType == QtFatalMsg) {
+    std::cerr << strMessage.toStdString() << std::endl;
+  }
+}
+
+int RunHeadless(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera)
+{
+  CProgressLine progress(IsErrorStreamTerminal() ? &std::cerr : nullptr);
+  CHeadlessRun run(stOptions, std::move(pCamera), progress);
+  const QString strError = run.Run();
+  if (!strError.isEmpty()) {
+    return Fail(strError);
+  }
+  std::cout << MakeReportTable(run.GetReport()).toStdString();
+  std::cout << "  written to " << stOptions.strOutFolder << std::endl;
+  return EXIT_SUCCESS;
+}
+
+int RunLive(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera)
+{
+  CViewer viewer(std::move(pCamera));
+  const QString strPlugin =
+      stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(stOptions.strPlugin);
+  QString strError = viewer.Open(strPlugin, stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
+  strError = strError.isEmpty() ? viewer.StartStream() : strError;
+  if (!strError.isEmpty()) {
+    return Fail(strError);
+  }
+  CLiveWindow window(viewer);
+  window.show();
+  viewer.ShowDialog();
+  return QApplication::exec();
+}
+
+} // namespace
+
+int main(int nArguments, char **pArguments)
+{
+  const SCommandLine stCommandLine = ParseCommandLine(nArguments, pArguments);
+  if (!stCommandLine.bRun) {
+    std::ostream &stream = stCommandLine.nExitCode == 0 ? std::cout : std::cerr;
+    stream << (stCommandLine.nExitCode == 0 ? "" : "ffchost: ") << stCommandLine.strText << std::endl;
+    return stCommandLine.nExitCode;
+  }
+  const bool bHeadless = stCommandLine.stOptions.bHeadless || !HasDisplay();
+  if (bHeadless && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  if (bHeadless) {
+    qInstallMessageHandler(DropRemarks);
+  }
+  // A file dialog of the desktop's own could not be driven.
+  QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, bHeadless);
+  // Without the options: the toolkit has one of its own called --plugin.
+  int nToolkitArguments = 1;
+  const QApplication app(nToolkitArguments, pArguments);
+  SOpenedCamera stOpened = OpenCamera(stCommandLine.stOptions);
+  if (stOpened.pCamera == nullptr) {
+    return Fail(stOpened.strError);
+  }
+  return bHeadless ? RunHeadless(stCommandLine.stOptions, std::move(stOpened.pCamera))
+                   : RunLive(stCommandLine.stOptions, std::move(stOpened.pCamera));
+}

@@ -1,0 +1,37 @@
+/// \file
+/// The plug-in module as a viewer loads it.
+#pragma once
+
+#include <QLibrary>
+#include <QString>
+
+#include "pluginobject/iplugin.h"
+
+/// Loads a `.plx`, makes its one plug-in object and destroys it, through the two exports alone.
+///
+/// The destructor destroys the plug-in and unloads the module. Used on the user-interface thread.
+class CPluginModule {
+public:
+  CPluginModule() = default;
+  ~CPluginModule();
+  CPluginModule(const CPluginModule &) = delete;
+  CPluginModule &operator=(const CPluginModule &) = delete;
+
+  /// FlatFieldCorrection.plx beside the executable.
+  static QString GetDefaultPath();
+
+  /// Loads the module and makes its plug-in; what was loaded before goes first.
+  /// \return empty, or one line that names the file and the reason; nothing is loaded then
+  QString Load(const QString &strPath);
+
+  /// Does nothing when nothing is loaded.
+  void Unload();
+
+  /// Null while nothing is loaded.
+  IPlugin *GetPlugin() const { return m_pPlugin; }
+
+private:
+  QLibrary m_library;
+  IPlugin *m_pPlugin = nullptr;
+  FnDestoryPluginObject m_fnDestroy = nullptr;
+};

@@ -1,0 +1,60 @@
+/// \file
+/// One camera opened in the viewer, with the plug-in on it.
+#pragma once
+
+#include <memory>
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include "camera/icamera.h"
+#include "host/framepipeline.h"
+#include "host/pluginmodule.h"
+
+enum class ELanguage : uint32_t { English = 0, Chinese = 1 };
+
+/// Connects a camera, the plug-in and the frame pipeline, and takes them apart in the right order: stream,
+/// plug-in object, module, camera. Used on the user-interface thread.
+class CViewer : public QObject {
+  Q_OBJECT
+
+public:
+  explicit CViewer(std::unique_ptr<ICamera> pCamera);
+  ~CViewer() override;
+
+  /// Loads the module and binds its plug-in to the camera.
+  /// \return empty, or one line that says what failed
+  QString Open(const QString &strPluginPath, ELanguage eLanguage);
+  /// Uninitialises the plug-in and binds it anew, as after closing and opening the camera. The stream stops.
+  QString Reopen();
+
+  void ShowDialog();
+  void HideDialog();
+  bool IsDialogVisible() const;
+
+  /// \return empty, or the camera's reason
+  QString StartStream();
+  void StopStream();
+
+  ICamera &GetCamera() { return *m_pCamera; }
+  CFramePipeline &GetPipeline() { return m_pipeline; }
+  /// Why the camera did not start when the plug-in last asked for frames; empty when it did.
+  QString GetStreamError() const { return m_strStreamError; }
+
+private slots:
+  void SlotPluginMsg(const PLUGIN_MSG &stPluginMsg);
+
+private:
+  QString Bind();
+  void Release();
+  void Send(EPluginMsgCode eCode);
+
+  std::unique_ptr<ICamera> m_pCamera;
+  CPluginModule m_module;
+  CFramePipeline m_pipeline;
+  PLUGIN_INIT_PARAM m_stInitParam; ///< the plug-in keeps the pointer until Uninitialize
+  QByteArray m_byteDeviceName;
+  bool m_bInitialized = false;
+  QString m_strStreamError;
+};

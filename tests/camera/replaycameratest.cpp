@@ -1,0 +1,320 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <numeric>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "camera/replay/recordedframes.h"
+#include "camera/replay/replaycamera.h"
+#include "tests/camera/framecollector.h"
+
+namespace {
+
+/// A folder of tiny pictures, each filled with one value.
+class CRecordingFolder {
+public:
+  void Add(const char *pName, QImage::Format eFormat, uint16_t nValue, int nWidth = 6, int nHeight = 4)
+  {
+    QImage image(nWidth, nHeight, eFormat);
+    for (int nY = 0; nY < nHeight; ++nY) {
+      for (int nX = 0; nX < nWidth; ++nX) {
+        if (eFormat == QImage::Format_Grayscale16) {
+          reinterpret_cast<uint16_t *>(image.scanLine(nY))[nX] = nValue;
+        } else {
+          image.setPixel(nX, nY, qRgb(nValue, nValue, nValue));
+        }
+      }
+    }
+    EXPECT_TRUE(image.save(m_dir.filePath(pName), "png")) << pName;
+  }
+
+  /// nDark dark frames of values 1, 2, ... and nBright bright ones of values 101, 102, ...
+  void AddFrames(int nDark, int nBright, QImage::Format eFormat = QImage::Format_Grayscale8)
+  {
+    for (int n = 0; n < nDark; ++n) {
+      Add(QString::asprintf("dark_%03d.png", n).toUtf8().constData(), eFormat, static_cast<uint16_t>(1 + n));
+    }
+    for (int n = 0; n < nBright; ++n) {
+      Add(QString::asprintf("bright_%03d.png", n).toUtf8().constData(), eFormat, static_cast<uint16_t>(101 + n));
+    }
+  }
+
+  void Remove(const char *pName) { QDir(m_dir.path()).remove(pName); }
+  std::string GetPath() const { return m_dir.path().toStdString(); }
+
+private:
+  QTemporaryDir m_dir;
+};
+
+std::unique_ptr<ICamera> Open(const CRecordingFolder &folder, const std::string &strFormat = {})
+{
+  std::string strError;
+  auto pCamera = CreateReplayCamera({folder.GetPath(), strFormat, 2000.0}, &strError);
+  EXPECT_EQ(strError, "");
+  return pCamera;
+}
+
+std::string GetError(const CRecordingFolder &folder, const std::string &strFormat = {})
+{
+  std::string strError;
+  EXPECT_EQ(CreateReplayCamera({folder.GetPath(), strFormat, 50.0}, &strError), nullptr);
+  return strError;
+}
+
+std::string GetText(GenApi::INodeMap *pMap, const char *pName)
+{
+  return dynamic_cast<GenApi::IValue *>(pMap->GetNode(pName))->ToString().c_str();
+}
+
+/// The values of many frames, after those that the change before may still have missed.
+std::vector<int> TakeValues(CFrameCollector &collector, std::size_t nCount)
+{
+  collector.Take(1);
+  std::vector<int> listValues;
+  for (const SKeptFrame &stFrame : collector.Take(nCount)) {
+    listValues.push_back(stFrame.GetSamples()[0]);
+  }
+  return listValues;
+}
+
+std::set<int> AsSet(const std::vector<int> &listValues) { return {listValues.begin(), listValues.end()}; }
+
+/// The real frames, when the machine has them.
+std::string FindRealFrames()
+{
+  const char *pData = std::getenv("FFC_TEST_DATA");
+  const QString strFolder = QString(pData != nullptr ? pData : "../shared/data") + "/emva1288_set001";
+  return QDir(strFolder).exists() ? strFolder.toStdString() : std::string();
+}
+
+} // namespace
+
+TEST(ReplayCamera, PlaysBrightFramesInOrderAndRoundAgain)
+{
+  CRecordingFolder folder;
+  folder.AddFrames(2, 6);
+  const auto pCamera = Open(folder);
+  CFrameCollector collector(*pCamera);
+  ASSERT_EQ(pCamera->Start(), "");
+  const std::vector<int> listValues = TakeValues(collector, 12);
+  ASSERT_EQ(listValues.size(), 12U);
+  for (std::size_t n = 1; n < listValues.size(); ++n) {
+    EXPECT_EQ(listValues[n], listValues[n - 1] == 103 ? 101 : listValues[n - 1] + 1);
+  }
+  pCamera->Stop();
+}
+
+TEST(ReplayCamera, AcquisitionAndMeasurementNeverShareAFrame)
+{
+  using EPurpose = ISceneControl::EPurpose;
+  CRecordingFolder folder;
+  folder.AddFrames(4, 5);
+  const auto pCamera = Open(folder);
+  CFrameCollector collector(*pCamera);
+  ISceneControl *pScene = pCamera->GetSceneControl();
+  ASSERT_EQ(pCamera->Start(), "");
+  for (int nRound = 0; nRound < 2; ++nRound) {
+    pScene->SetLensCap(false);
+    pScene->SetPurpose(EPurpose::Acquisition);
+    EXPECT_EQ(AsSet(TakeValues(collector, 10)), (std::set<int>{101, 102, 103}));
+    pScene->SetPurpose(EPurpose::Measurement);
+    EXPECT_EQ(AsSet(TakeValues(collector, 10)), (std::set<int>{104, 105}));
+    pScene->SetLensCap(true);
+    EXPECT_EQ(AsSet(TakeValues(collector, 10)), (std::set<int>{3, 4}));
+    pScene->SetPurpose(EPurpose::Acquisition);
+    EXPECT_EQ(AsSet(TakeValues(collector, 10)), (std::set<int>{1, 2}));
+  }
+  pCamera->Stop();
+}
+
+TEST(ReplayCamera, FilesArePlayedInTheOrderOfTheirNames)
+{
+  CRecordingFolder folder;
+  folder.AddFrames(2, 0);
+  folder.Add("bright_b.png", QImage::Format_Grayscale8, 2);
+  folder.Add("bright_a.png", QImage::Format_Grayscale8, 1);
+  folder.Add("bright_c.png", QImage::Format_Grayscale8, 3);
+  folder.Add("other_a.png", QImage::Format_Grayscale8, 9);
+  SRecordedFrames stFrames;
+  ASSERT_EQ(LoadRecordedFrames(folder.GetPath(), {}, &stFrames), "");
+  ASSERT_EQ(stFrames.listBright.size(), 3U);
+  EXPECT_EQ(stFrames.listBright[0][0], 1);
+  EXPECT_EQ(stFrames.listBright[1][0], 2);
+  EXPECT_EQ(stFrames.listBright[2][0], 3);
+}
+
+TEST(ReplayCamera, SixteenBitFilesLoseNoBit)
+{
+  for (const uint16_t nValue : {uint16_t{0}, uint16_t{1}, uint16_t{255}, uint16_t{256}, uint16_t{4095}, uint16_t{40001},
+                                uint16_t{65535}}) {
+    CRecordingFolder folder;
+    folder.AddFrames(2, 1, QImage::Format_Grayscale16);
+    folder.Add("bright_x.png", QImage::Format_Grayscale16, nValue);
+    SRecordedFrames stFrames;
+    ASSERT_EQ(LoadRecordedFrames(folder.GetPath(), {}, &stFrames), "");
+    EXPECT_EQ(stFrames.stFormat.strName, "Mono16");
+    const auto &listFrame = stFrames.listBright[1];
+    ASSERT_EQ(listFrame.size(), 6U * 4U * 2U);
+    for (std::size_t n = 0; n < listFrame.size(); n += 2) {
+      uint16_t nRead = 0;
+      std::memcpy(&nRead, listFrame.data() + n, 2);
+      ASSERT_EQ(nRead, nValue);
+    }
+  }
+}
+
+TEST(ReplayCamera, LinesAreTightlyPackedWhateverTheWidth)
+{
+  CRecordingFolder folder;
+  for (const char *pName : {"dark_0.png", "dark_1.png", "bright_0.png", "bright_1.png"}) {
+    folder.Add(pName, QImage::Format_Grayscale8, 77, 7, 3); // a picture's lines end at multiples of 4 bytes
+  }
+  const auto pCamera = Open(folder, "BayerRG8");
+  CFrameCollector collector(*pCamera);
+  ASSERT_EQ(pCamera->Start(), "");
+  const auto listFrames = collector.Take(1);
+  ASSERT_EQ(listFrames.size(), 1U);
+  EXPECT_EQ(listFrames[0].listBytes, std::vector<uint8_t>(21, 77));
+  EXPECT_EQ(listFrames[0].stInfo.nPixelFormat, 0x01080009U);
+  pCamera->Stop();
+}
+
+TEST(ReplayCamera, FeaturesDescribeTheRecording)
+{
+  CRecordingFolder folder;
+  folder.AddFrames(2, 2, QImage::Format_Grayscale16);
+  const auto pCamera = Open(folder, "BayerGB12");
+  GenApi::INodeMap *pDevice = pCamera->GetDeviceNodeMap();
+  EXPECT_EQ(GetText(pDevice, "PixelFormat"), "BayerGB12");
+  EXPECT_EQ(GetText(pDevice, "PixelColorFilter"), "BayerGB");
+  EXPECT_EQ(GetText(pDevice, "Width"), "6");
+  EXPECT_EQ(GetText(pDevice, "PayloadSize"), "48");
+  EXPECT_EQ(GetText(pCamera->GetOutputNodeMap(), "OutputPayloadSize"), "48");
+  EXPECT_EQ(GetText(pDevice, "AcquisitionFrameRate"), "2000");
+  EXPECT_THROW(dynamic_cast<GenApi::IInteger *>(pDevice->GetNode("Width"))->SetValue(4), GenICam::OutOfRangeException);
+  dynamic_cast<GenApi::IFloat *>(pDevice->GetNode("ExposureTime"))->SetValue(500.0);
+  EXPECT_EQ(GetText(pDevice, "ExposureTime"), "500");
+}
+
+TEST(ReplayCamera, FiftyFramesPerSecondUnlessSaid) { EXPECT_EQ(SReplayCameraOptions().dFrameRate, 50.0); }
+
+TEST(ReplayCamera, AFolderThatIsNoneIsNamed)
+{
+  std::string strError;
+  EXPECT_EQ(CreateReplayCamera({"/no/such/folder", "", 50.0}, &strError), nullptr);
+  EXPECT_EQ(strError, "There is no folder \"/no/such/folder\".");
+}
+
+TEST(ReplayCamera, TooFewFramesOfAKindAreCounted)
+{
+  CRecordingFolder folder;
+  folder.AddFrames(2, 1);
+  EXPECT_NE(GetError(folder).find("has 1 \"bright_*.png\" files; at least 2"), std::string::npos) << GetError(folder);
+  folder.Remove("dark_000.png");
+  folder.Remove("dark_001.png");
+  EXPECT_NE(GetError(folder).find("has 0 \"dark_*.png\" files"), std::string::npos) << GetError(folder);
+}
+
+TEST(ReplayCamera, FilesThatDoNotFitTogetherAreNamed)
+{
+  CRecordingFolder size;
+  size.AddFrames(2, 2);
+  size.Add("bright_009.png", QImage::Format_Grayscale8, 1, 8, 4);
+  EXPECT_NE(GetError(size).find("bright_009.png\" is 8 x 4 with 8 bits per pixel, unlike the first one: 6 x 4"),
+            std::string::npos)
+    << GetError(size);
+  CRecordingFolder depth;
+  depth.AddFrames(2, 2);
+  depth.Add("bright_009.png", QImage::Format_Grayscale16, 1);
+  EXPECT_NE(GetError(depth).find("bright_009.png\" is 6 x 4 with 16 bits"), std::string::npos) << GetError(depth);
+}
+
+TEST(ReplayCamera, FilesThatAreNoGreyPicturesAreNamed)
+{
+  CRecordingFolder color;
+  color.AddFrames(2, 2);
+  color.Add("bright_009.png", QImage::Format_RGB32, 1);
+  EXPECT_NE(GetError(color).find("bright_009.png\" is not a grey picture"), std::string::npos) << GetError(color);
+  CRecordingFolder text;
+  text.AddFrames(2, 2);
+  QFile file(QString::fromStdString(text.GetPath()) + "/dark_x.png");
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("no picture");
+  file.close();
+  EXPECT_NE(GetError(text).find("dark_x.png\" cannot be read"), std::string::npos) << GetError(text);
+}
+
+TEST(ReplayCamera, AFileThatEndsEarlyIsNamed)
+{
+  CRecordingFolder folder;
+  for (const char *pName : {"dark_0.png", "dark_1.png", "bright_0.png", "bright_1.png", "bright_009.png"}) {
+    folder.Add(pName, QImage::Format_Grayscale8, 200, 64, 64);
+  }
+  QFile file(QString::fromStdString(folder.GetPath()) + "/bright_009.png");
+  ASSERT_TRUE(file.resize(file.size() / 2));
+  EXPECT_NE(GetError(folder).find("bright_009.png\" cannot be read"), std::string::npos) << GetError(folder);
+}
+
+TEST(ReplayCamera, ValuesBeyondTheFormatAreFound)
+{
+  CRecordingFolder folder;
+  folder.AddFrames(2, 2, QImage::Format_Grayscale16);
+  folder.Add("bright_009.png", QImage::Format_Grayscale16, 1024);
+  EXPECT_NE(GetError(folder, "Mono10").find("bright_009.png\" holds the value 1024, but Mono10 ends at 1023"),
+            std::string::npos)
+    << GetError(folder, "Mono10");
+  EXPECT_NE(Open(folder, "Mono12"), nullptr);
+}
+
+TEST(ReplayCamera, FormatsThatTheFilesDoNotHaveAreRefused)
+{
+  CRecordingFolder folder;
+  folder.AddFrames(2, 2);
+  EXPECT_NE(GetError(folder, "Mono12").find("has 8 bits per pixel, which the pixel format Mono12 does not have"),
+            std::string::npos)
+    << GetError(folder, "Mono12");
+  EXPECT_NE(GetError(folder, "RGB8").find("there is no pixel format \"RGB8\""), std::string::npos);
+  std::string strError;
+  EXPECT_EQ(CreateReplayCamera({folder.GetPath(), "", std::nan("")}, &strError), nullptr);
+  EXPECT_NE(strError.find("frame rate"), std::string::npos);
+}
+
+TEST(ReplayCamera, AFailedLoadLeavesTheFramesAsTheyWere)
+{
+  SRecordedFrames stFrames;
+  stFrames.nWidth = 123;
+  EXPECT_NE(LoadRecordedFrames("/no/such/folder", {}, &stFrames), "");
+  EXPECT_EQ(stFrames.nWidth, 123U);
+}
+
+TEST(ReplayCamera, RealFramesHaveTheirPublishedMeans)
+{
+  const std::string strFolder = FindRealFrames();
+  if (strFolder.empty()) {
+    GTEST_SKIP() << "the recorded frames are not on this machine";
+  }
+  SRecordedFrames stFrames;
+  ASSERT_EQ(LoadRecordedFrames(strFolder, "Mono12", &stFrames), "");
+  EXPECT_EQ(stFrames.nWidth, 640U);
+  EXPECT_EQ(stFrames.nHeight, 480U);
+  ASSERT_EQ(stFrames.listDark.size(), 8U);
+  ASSERT_EQ(stFrames.listBright.size(), 40U);
+  const auto fnGetMean = [](const std::vector<uint8_t> &listBytes) {
+    const auto *pSamples = reinterpret_cast<const uint16_t *>(listBytes.data());
+    const auto nCount = static_cast<double>(listBytes.size() / 2);
+    return std::accumulate(pSamples, pSamples + listBytes.size() / 2, 0.0) / nCount;
+  };
+  EXPECT_NEAR(fnGetMean(stFrames.listBright[0]), 1981.0, 20.0);
+  EXPECT_NEAR(fnGetMean(stFrames.listDark[0]), 14.8, 1.0);
+}

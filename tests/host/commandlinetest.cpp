@@ -1,0 +1,100 @@
+#include "host/commandline.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+SCommandLine Parse(std::vector<const char *> listArguments)
+{
+  listArguments.insert(listArguments.begin(), "ffchost");
+  return ParseCommandLine(int(listArguments.size()), listArguments.data());
+}
+
+} // namespace
+
+TEST(CommandLine, HasSensibleDefaults)
+{
+  const SCommandLine stResult = Parse({});
+  ASSERT_TRUE(stResult.bRun);
+  EXPECT_FALSE(stResult.stOptions.bHeadless);
+  EXPECT_EQ(stResult.stOptions.strPlugin, "");
+  EXPECT_EQ(stResult.stOptions.strReplayFolder, "");
+  EXPECT_EQ(stResult.stOptions.nWidth, 2048U);
+  EXPECT_EQ(stResult.stOptions.nHeight, 1536U);
+  EXPECT_EQ(stResult.stOptions.nFrames, 16);
+  EXPECT_EQ(stResult.stOptions.nExpectGray, -1);
+  EXPECT_EQ(stResult.stOptions.nSeed, 1U);
+  EXPECT_FALSE(stResult.stOptions.bChinese);
+  EXPECT_EQ(stResult.stOptions.strOutFolder, "out");
+  EXPECT_EQ(stResult.stOptions.nSaveFrames, 1);
+}
+
+TEST(CommandLine, TakesEveryOption)
+{
+  const SCommandLine stResult =
+      Parse({"--headless", "--plugin", "x.plx", "--camera", "simulated", "--pixel-format", "BayerGB10", "--size",
+             "640x480", "--frames", "4", "--expect-gray", "0", "--seed", "77", "--language", "zh", "--out", "dir",
+             "--save-frames", "0"});
+  ASSERT_TRUE(stResult.bRun) << stResult.strText;
+  EXPECT_TRUE(stResult.stOptions.bHeadless);
+  EXPECT_EQ(stResult.stOptions.strPlugin, "x.plx");
+  EXPECT_EQ(stResult.stOptions.strPixelFormat, "BayerGB10");
+  EXPECT_EQ(stResult.stOptions.nWidth, 640U);
+  EXPECT_EQ(stResult.stOptions.nHeight, 480U);
+  EXPECT_EQ(stResult.stOptions.nFrames, 4);
+  EXPECT_EQ(stResult.stOptions.nExpectGray, 0);
+  EXPECT_EQ(stResult.stOptions.nSeed, 77U);
+  EXPECT_TRUE(stResult.stOptions.bChinese);
+  EXPECT_EQ(stResult.stOptions.strOutFolder, "dir");
+  EXPECT_EQ(stResult.stOptions.nSaveFrames, 0);
+}
+
+TEST(CommandLine, AReplayNamesItsFolder)
+{
+  EXPECT_EQ(Parse({"--camera", "replay:a/b c"}).stOptions.strReplayFolder, "a/b c");
+}
+
+TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
+{
+  const std::vector<std::vector<const char *>> WRONG = {
+      {"--frames", "3"},         {"--frames", "many"},      {"--size", "640"},        {"--size", "640x"},
+      {"--size", "x480"},        {"--size", "641x480"},     {"--size", "62x64"},      {"--size", "16386x64"},
+      {"--size", "64x64x64"},    {"--size", "-64x64"},      {"--camera", "webcam"},   {"--camera", "replay:"},
+      {"--pixel-format", "RGB8"}, {"--expect-gray", "256"}, {"--expect-gray", "-1"},  {"--seed", "-1"},
+      {"--seed", "x"},           {"--language", "fr"},      {"--save-frames", "1000"}, {"--out"},
+      {"--unknown"},             {"--size", "99999999999999999999x64"},
+  };
+  for (const auto &listArguments : WRONG) {
+    const SCommandLine stResult = Parse(listArguments);
+    SCOPED_TRACE(stResult.strText);
+    EXPECT_FALSE(stResult.bRun);
+    EXPECT_NE(stResult.nExitCode, 0);
+    EXPECT_NE(stResult.strText.find(listArguments[0]), std::string::npos);
+    EXPECT_EQ(stResult.strText.find('\n'), std::string::npos);
+  }
+}
+
+TEST(CommandLine, SizeAndSeedBelongToTheSimulatedCamera)
+{
+  for (const auto &[pOption, pValue] : {std::pair("--size", "640x480"), {"--seed", "1"}}) {
+    const SCommandLine stResult = Parse({"--camera", "replay:dir", pOption, pValue});
+    EXPECT_FALSE(stResult.bRun);
+    EXPECT_NE(stResult.strText.find("simulated"), std::string::npos);
+  }
+}
+
+TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)
+{
+  const SCommandLine stHelp = Parse({"--help"});
+  EXPECT_FALSE(stHelp.bRun);
+  EXPECT_EQ(stHelp.nExitCode, 0);
+  for (const char *pOption : {"--headless", "--plugin", "--camera", "--pixel-format", "--size", "--frames",
+                              "--expect-gray", "--seed", "--language", "--out", "--save-frames"}) {
+    EXPECT_NE(stHelp.strText.find(pOption), std::string::npos) << pOption;
+  }
+  const SCommandLine stVersion = Parse({"--version"});
+  EXPECT_EQ(stVersion.nExitCode, 0);
+  EXPECT_EQ(stVersion.strText.rfind("ffchost ", 0), 0U);
+}

@@ -1,0 +1,240 @@
+/// \file
+/// The built host with the built module, run as a user runs them.
+
+#include <cmath>
+#include <string>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "camera/sensorformat.h"
+
+namespace {
+
+constexpr int RUN_LIMIT_MS = 550000;
+
+/// One run of the host into a folder of its own.
+class CHostRun {
+public:
+  explicit CHostRun(const QStringList &listArguments)
+  {
+    QProcess process;
+    QStringList listAll{"--headless"};
+    if (!listArguments.contains("--out")) {
+      listAll << "--out" << GetPath("out");
+    }
+    process.start(FFCHOST, listAll + listArguments);
+    m_bFinished = process.waitForFinished(RUN_LIMIT_MS) && process.exitStatus() == QProcess::NormalExit;
+    m_nExitCode = process.exitCode();
+    m_strOutput = QString::fromUtf8(process.readAllStandardOutput());
+    m_strError = QString::fromUtf8(process.readAllStandardError());
+    QFile file(GetPath("out/report.json"));
+    if (file.open(QIODevice::ReadOnly)) {
+      m_json = QJsonDocument::fromJson(file.readAll()).object();
+    }
+  }
+
+  QString GetPath(const QString &strFile) const { return m_dir.filePath(strFile); }
+  QImage Read(const QString &strFile) const { return QImage(GetPath("out/" + strFile)); }
+  bool Succeeded() const { return m_bFinished && m_nExitCode == 0; }
+  QJsonObject Before() const { return m_json["before"].toObject(); }
+  QJsonObject After() const { return m_json["after"].toObject(); }
+  /// A clean failure: a code, one line, no report.
+  bool FailedWithOneLine() const
+  {
+    return m_bFinished && m_nExitCode != 0 && m_strError.startsWith("ffchost: ") && m_strError.count('\n') == 1 &&
+           m_json.isEmpty();
+  }
+
+  QTemporaryDir m_dir;
+  bool m_bFinished = false;
+  int m_nExitCode = -1;
+  QString m_strOutput;
+  QString m_strError;
+  QJsonObject m_json;
+};
+
+double Number(const QJsonObject &json, const char *pKey)
+{
+  return json[QLatin1String(pKey)].toDouble(std::nan(""));
+}
+
+void ExpectMeanAtExpectedGrey(const CHostRun &run)
+{
+  const double dExpected = Number(run.m_json, "expect_gray_dn");
+  ASSERT_GT(dExpected, 0);
+  EXPECT_NEAR(Number(run.After(), "mean_gray"), dExpected, 0.01 * dExpected);
+}
+
+/// Empty when the recorded frames are not there.
+QString FindRecordedFrames()
+{
+  const QString strData = qEnvironmentVariable("FFC_TEST_DATA", QStringLiteral(FFC_SOURCE_DIR "/../shared/data"));
+  const QDir dir(strData + "/emva1288_set001");
+  return dir.exists() ? dir.absolutePath() : QString();
+}
+
+} // namespace
+
+TEST(EndToEnd, TheSimulatedCameraBecomesFlat)
+{
+  const CHostRun run({});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  EXPECT_EQ(run.m_strError.toStdString(), "") << "no progress line without a terminal";
+  EXPECT_EQ(Number(run.m_json, "width"), 2048);
+  EXPECT_EQ(Number(run.m_json, "height"), 1536);
+  EXPECT_EQ(run.m_json["pixel_format"].toString(), "Mono12");
+  EXPECT_GT(Number(run.Before(), "shading_percent"), 30);
+  EXPECT_LE(Number(run.After(), "shading_percent"), 0.5);
+  EXPECT_NEAR(Number(run.Before(), "corner_to_centre"), 0.6, 0.05);
+  EXPECT_NEAR(Number(run.After(), "corner_to_centre"), 1, 0.005);
+  EXPECT_LT(Number(run.After(), "prnu_percent"), Number(run.Before(), "prnu_percent"));
+  ExpectMeanAtExpectedGrey(run);
+  EXPECT_EQ(Number(run.m_json, "newly_clipped_percent"), 0);
+  EXPECT_GT(Number(run.m_json["throughput"].toObject(), "frames_per_second"), 0);
+  EXPECT_GT(Number(run.m_json["throughput"].toObject(), "megapixels_per_second"), 0);
+}
+
+TEST(EndToEnd, LeavesEveryPictureAndFrame)
+{
+  const CHostRun run({"--size", "640x480", "--save-frames", "3"});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  for (const char *pName : {"before", "after", "contrast_before", "contrast_after"}) {
+    EXPECT_EQ(run.Read(QStringLiteral("%1.png").arg(pName)).size(), QSize(640, 480)) << pName;
+  }
+  EXPECT_FALSE(run.Read("profile.png").isNull());
+  EXPECT_FALSE(run.Read("dialog.png").isNull());
+  EXPECT_EQ(QFile(run.GetPath("out/coefficients.ffc")).size(), 640 * 480 * 4);
+  for (const char *pName : {"raw_00%1.png", "corrected_00%1.png"}) {
+    for (int nFrame = 0; nFrame < 3; ++nFrame) {
+      EXPECT_EQ(run.Read(QString(pName).arg(nFrame)).size(), QSize(640, 480)) << pName;
+    }
+    EXPECT_NE(run.Read(QString(pName).arg(0)), run.Read(QString(pName).arg(1))) << "frames are fresh";
+  }
+  EXPECT_TRUE(run.Read("raw_003.png").isNull());
+}
+
+TEST(EndToEnd, SavedFramesHaveFullDepthAndRightAlignedValues)
+{
+  const CHostRun run({"--size", "64x64", "--frames", "4", "--expect-gray", "200"});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  const QImage imgFrame = run.Read("corrected_000.png");
+  ASSERT_EQ(imgFrame.format(), QImage::Format_Grayscale16);
+  double dSum = 0;
+  for (int nLine = 0; nLine < 64; ++nLine) {
+    const uint16_t *pLine = reinterpret_cast<const uint16_t *>(imgFrame.constScanLine(nLine));
+    for (int nColumn = 0; nColumn < 64; ++nColumn) {
+      ASSERT_LE(pLine[nColumn], 4095);
+      dSum += pLine[nColumn];
+    }
+  }
+  EXPECT_NEAR(dSum / (64 * 64), 200 * 16, 0.02 * 200 * 16);
+
+  const CHostRun runNarrow({"--size", "64x64", "--pixel-format", "Mono8", "--frames", "4"});
+  ASSERT_TRUE(runNarrow.Succeeded()) << runNarrow.m_strError.toStdString();
+  EXPECT_EQ(runNarrow.Read("raw_000.png").format(), QImage::Format_Grayscale8);
+}
+
+TEST(EndToEnd, TheExpectedGreyOfTheCommandLineIsReached)
+{
+  const CHostRun run({"--size", "320x240", "--expect-gray", "90"});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  EXPECT_EQ(Number(run.m_json, "expect_gray"), 90);
+  EXPECT_EQ(Number(run.m_json, "expect_gray_dn"), 90 * 16);
+  ExpectMeanAtExpectedGrey(run);
+}
+
+TEST(EndToEnd, TheChineseDialogIsDrivenAsWell)
+{
+  const CHostRun run({"--size", "320x240", "--language", "zh"});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  EXPECT_LE(Number(run.After(), "shading_percent"), 1.0);
+  for (const QJsonValue &jsonNote : run.m_json["notes"].toArray()) {
+    EXPECT_TRUE(jsonNote.toString().startsWith("DSNU")) << jsonNote.toString().toStdString();
+  }
+}
+
+class EveryMosaic : public testing::TestWithParam<std::string> {};
+
+TEST_P(EveryMosaic, BecomesFlatInEveryPlane)
+{
+  const CHostRun run({"--size", "640x480", "--pixel-format", QString::fromStdString(GetParam())});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  EXPECT_EQ(run.m_json["pixel_format"].toString().toStdString(), GetParam());
+  for (const char *pPlane : {"R", "G", "B"}) {
+    EXPECT_GT(Number(run.Before()["planes"].toObject()[pPlane].toObject(), "shading_percent"), 20) << pPlane;
+    EXPECT_LE(Number(run.After()["planes"].toObject()[pPlane].toObject(), "shading_percent"), 0.6) << pPlane;
+  }
+  EXPECT_EQ(run.Read("before.png").size(), QSize(320, 240)) << "a colour picture of half the size";
+  ExpectMeanAtExpectedGrey(run);
+}
+
+INSTANTIATE_TEST_SUITE_P(AllFormats, EveryMosaic, testing::ValuesIn([] {
+                           std::vector<std::string> listNames;
+                           for (const SSensorFormat &stFormat : GetSensorFormats()) {
+                             if (stFormat.eLayout != EColorLayout::Mono) {
+                               listNames.push_back(stFormat.strName);
+                             }
+                           }
+                           return listNames;
+                         }()),
+                         [](const auto &stInfo) { return stInfo.param; });
+
+TEST(EndToEnd, RecordedFramesOfARealCameraBecomeFlat)
+{
+  const QString strFolder = FindRecordedFrames();
+  if (strFolder.isEmpty()) {
+    GTEST_SKIP() << "the recorded frames are not there";
+  }
+  const CHostRun run({"--camera", "replay:" + strFolder, "--pixel-format", "Mono12", "--frames", "16"});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  EXPECT_NEAR(Number(run.Before(), "shading_percent"), 1.24, 0.03);
+  EXPECT_NEAR(Number(run.Before(), "prnu_percent"), 0.433, 0.01);
+  EXPECT_LE(Number(run.After(), "shading_percent"), 0.15);
+  EXPECT_LE(Number(run.After(), "prnu_percent"), 0.40);
+  EXPECT_FALSE(run.m_strOutput.contains("PRNU got worse"));
+  ExpectMeanAtExpectedGrey(run);
+}
+
+TEST(EndToEnd, OneReferenceFrameMakesPrnuWorseAndTheTableSaysSo)
+{
+  const QString strFolder = FindRecordedFrames();
+  if (strFolder.isEmpty()) {
+    GTEST_SKIP() << "the recorded frames are not there";
+  }
+  const CHostRun run({"--camera", "replay:" + strFolder, "--pixel-format", "Mono12", "--frames", "1"});
+  ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  EXPECT_GT(Number(run.After(), "prnu_percent"), Number(run.Before(), "prnu_percent"));
+  EXPECT_TRUE(run.m_strOutput.contains("PRNU got worse")) << run.m_strOutput.toStdString();
+}
+
+TEST(EndToEnd, EveryFailureIsOneLineAndACode)
+{
+  QTemporaryDir dir;
+  QFile file(dir.filePath("file"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("no folder, no module");
+  file.close();
+  const QList<QStringList> WRONG = {
+      {"--camera", "replay:/no/such/folder"},
+      {"--camera", "replay:" + dir.path()},
+      {"--plugin", "/no/such/module.plx"},
+      {"--plugin", file.fileName()},
+      {"--size", "64x64", "--out", dir.filePath("file/out")},
+      {"--pixel-format", "RGB8"},
+      {"--frames", "3"},
+  };
+  for (const QStringList &listArguments : WRONG) {
+    const CHostRun run(listArguments);
+    EXPECT_TRUE(run.FailedWithOneLine()) << listArguments.join(' ').toStdString() << "\n"
+                                         << run.m_strError.toStdString();
+  }
+}

@@ -1,0 +1,51 @@
+#include "tests/host/faultycamera.h"
+
+#include "camera/simulated/simulatedcamera.h"
+
+/// Passes everything on but the lens cap.
+class CFaultyCamera::CStuckCap final : public ISceneControl {
+public:
+  explicit CStuckCap(ISceneControl &scene) : m_scene(scene) { m_scene.SetLensCap(true); }
+
+  void SetLensCap(bool) override {}
+  bool IsLensCapOn() const override { return m_scene.IsLensCapOn(); }
+  void SetScene(EScene eScene) override { m_scene.SetScene(eScene); }
+  void SetPurpose(EPurpose ePurpose) override { m_scene.SetPurpose(ePurpose); }
+
+private:
+  ISceneControl &m_scene;
+};
+
+CFaultyCamera::CFaultyCamera(const std::string &strPixelFormat, const SFaults &stFaults) : m_stFaults(stFaults)
+{
+  SSimulatedCameraOptions stOptions;
+  stOptions.strPixelFormat = strPixelFormat;
+  stOptions.nWidth = 64;
+  stOptions.nHeight = 64;
+  stOptions.dFrameRate = 200;
+  std::string strError;
+  m_pCamera = CreateSimulatedCamera(stOptions, &strError);
+  if (m_stFaults.bLensCapIsStuck) {
+    m_pStuckCap = std::make_unique<CStuckCap>(*m_pCamera->GetSceneControl());
+  }
+}
+
+CFaultyCamera::~CFaultyCamera() = default;
+
+void CFaultyCamera::SetFrameCallback(FrameCallback fnCallback)
+{
+  m_pCamera->SetFrameCallback(m_stFaults.bDeliversNothing ? FrameCallback([](const SCameraFrame &) {}) : fnCallback);
+}
+
+std::string CFaultyCamera::Start()
+{
+  return m_stFaults.bRefusesToStart ? "the cable is out" : m_pCamera->Start();
+}
+
+ISceneControl *CFaultyCamera::GetSceneControl()
+{
+  if (m_stFaults.bHasNoSceneControl) {
+    return nullptr;
+  }
+  return m_pStuckCap ? m_pStuckCap.get() : m_pCamera->GetSceneControl();
+}

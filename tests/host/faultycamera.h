@@ -1,0 +1,40 @@
+/// \file
+/// A camera that goes wrong in a chosen way.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "camera/icamera.h"
+
+/// A small simulated camera, with faults.
+class CFaultyCamera final : public ICamera {
+public:
+  struct SFaults {
+    bool bRefusesToStart = false;
+    bool bDeliversNothing = false;
+    bool bHasNoSceneControl = false;
+    bool bLensCapIsStuck = false; ///< on, whatever the host does
+  };
+
+  /// \param strPixelFormat PFNC name; 64 x 64 pixels
+  CFaultyCamera(const std::string &strPixelFormat, const SFaults &stFaults);
+  ~CFaultyCamera() override;
+
+  std::string GetDisplayName() const override { return m_pCamera->GetDisplayName(); }
+  GenApi::INodeMap *GetOutputNodeMap() override { return m_pCamera->GetOutputNodeMap(); }
+  GenApi::INodeMap *GetStreamNodeMap() override { return m_pCamera->GetStreamNodeMap(); }
+  GenApi::INodeMap *GetDeviceNodeMap() override { return m_pCamera->GetDeviceNodeMap(); }
+  void SetFrameCallback(FrameCallback fnCallback) override;
+  std::string Start() override;
+  void Stop() override { m_pCamera->Stop(); }
+  bool IsStreaming() const override { return m_pCamera->IsStreaming(); }
+  ISceneControl *GetSceneControl() override;
+
+private:
+  class CStuckCap;
+
+  SFaults m_stFaults;
+  std::unique_ptr<ICamera> m_pCamera;
+  std::unique_ptr<CStuckCap> m_pStuckCap;
+};

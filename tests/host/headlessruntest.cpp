@@ -1,0 +1,91 @@
+#include "host/headlessrun.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/faultycamera.h"
+
+namespace {
+
+/// Runs with the real module, in this process, with a camera of 64 x 64 pixels.
+class HeadlessRun : public testing::Test {
+protected:
+  HeadlessRun()
+  {
+    m_stOptions.strPlugin = PLUGIN_MODULE;
+    m_stOptions.strOutFolder = m_dir.path().toStdString();
+    m_stOptions.nFrames = 2;
+  }
+
+  /// \return the run's error
+  std::string Run(const CFaultyCamera::SFaults &stFaults, const std::string &strPixelFormat = "Mono8")
+  {
+    CProgressLine progress(nullptr);
+    CHeadlessRun run(m_stOptions, std::make_unique<CFaultyCamera>(strPixelFormat, stFaults), progress);
+    const std::string strError = run.Run().toStdString();
+    m_stReport = run.GetReport();
+    return strError;
+  }
+
+  QTemporaryDir m_dir;
+  SHostOptions m_stOptions;
+  SReport m_stReport;
+};
+
+} // namespace
+
+TEST_F(HeadlessRun, ASoundCameraPassesEveryStep)
+{
+  EXPECT_EQ(Run({}), "");
+  EXPECT_EQ(m_stReport.strPixelFormat, "Mono8");
+  EXPECT_EQ(m_stReport.nFrameCount, 2);
+  EXPECT_EQ(m_stReport.nBrightFrames, 16U);
+  EXPECT_LT(m_stReport.stAfter.stOverall.dShadingPercent, m_stReport.stBefore.stOverall.dShadingPercent);
+  EXPECT_TRUE(QFile::exists(m_dir.filePath("report.json")));
+  EXPECT_EQ(QFile(m_dir.filePath("coefficients.ffc")).size(), 64 * 64 * 4);
+}
+
+TEST_F(HeadlessRun, ACoefficientFileOfAnEarlierRunIsReplaced)
+{
+  QFile file(m_dir.filePath("coefficients.ffc"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("old");
+  file.close();
+  EXPECT_EQ(Run({}), "");
+  EXPECT_EQ(QFile(file.fileName()).size(), 64 * 64 * 4);
+}
+
+TEST_F(HeadlessRun, AFailingCameraIsToldInOneLineThatNamesTheStep)
+{
+  const std::pair<bool CFaultyCamera::SFaults::*, const char *> FAULTS[] = {
+      {&CFaultyCamera::SFaults::bRefusesToStart, "dark acquisition: the cable is out"},
+      {&CFaultyCamera::SFaults::bHasNoSceneControl, "open: the scene of this camera cannot be set by software"},
+      {&CFaultyCamera::SFaults::bDeliversNothing, "dark acquisition: Get buffer time out"},
+  };
+  for (const auto &[pFault, pError] : FAULTS) {
+    CFaultyCamera::SFaults stFaults;
+    stFaults.*pFault = true;
+    EXPECT_EQ(Run(stFaults), pError);
+  }
+  EXPECT_FALSE(QFile::exists(m_dir.filePath("report.json")));
+}
+
+TEST_F(HeadlessRun, AWarningOfTheDialogIsANote)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.bLensCapIsStuck = true;
+  Run(stFaults);
+  ASSERT_FALSE(m_stReport.listNotes.isEmpty());
+  EXPECT_TRUE(m_stReport.listNotes.at(0).startsWith("The bright field image is too dark"));
+}
+
+TEST_F(HeadlessRun, AFolderThatCannotBeMadeIsNamed)
+{
+  QFile file(m_dir.filePath("file"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  m_stOptions.strOutFolder = (file.fileName() + "/out").toStdString();
+  EXPECT_EQ(Run({}).rfind("open: cannot make the folder", 0), 0U);
+}
