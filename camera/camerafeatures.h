@@ -23,8 +23,8 @@ struct SCameraDescription {
   std::string strPixelFormat;             ///< selected at first; one of them
   uint32_t nSensorWidth = 0;              ///< pixels
   uint32_t nSensorHeight = 0;
-  bool bRegionOfInterest = false;         ///< width, height and offsets can be set
-  double dFrameRate = 30.0;               ///< frames per second
+  bool bRegionOfInterest = false; ///< width, height and offsets can be set
+  double dFrameRate = 30.0;       ///< frames per second
 
   /// "Maker Model (serial)".
   std::string GetDisplayName() const { return strVendor + " " + strModel + " (" + strSerial + ")"; }

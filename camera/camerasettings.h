@@ -14,9 +14,9 @@ struct SCameraSettings {
   uint32_t nOffsetY = 0;
   uint32_t nWidth = 0;
   uint32_t nHeight = 0;
-  double dExposureTime = 0.0;  ///< microseconds
-  double dGain = 0.0;          ///< decibel
-  double dBlackLevel = 0.0;    ///< percent of full scale
+  double dExposureTime = 0.0;                               ///< microseconds
+  double dGain = 0.0;                                       ///< decibel
+  double dBlackLevel = 0.0;                                 ///< percent of full scale
   std::array<double, COLOR_COUNT> adBalance{1.0, 1.0, 1.0}; ///< by EColor
 
   uint32_t GetPayloadSize() const { return nWidth * nHeight * pFormat->GetBytesPerPixel(); }

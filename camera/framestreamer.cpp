@@ -8,7 +8,10 @@ CFrameStreamer::CFrameStreamer(TimingQuery fnTiming, Delivery fnDeliver)
 {
 }
 
-CFrameStreamer::~CFrameStreamer() { Stop(); }
+CFrameStreamer::~CFrameStreamer()
+{
+  Stop();
+}
 
 std::string CFrameStreamer::Start()
 {

@@ -13,9 +13,9 @@ enum class EColor { Red = 0, Green = 1, Blue = 2 };
 constexpr int COLOR_COUNT = 3;
 
 struct SSensorFormat {
-  std::string strName;     ///< PFNC name
-  uint32_t nCode = 0;      ///< PFNC code
-  uint32_t nBitDepth = 0;  ///< significant bits per sample
+  std::string strName;    ///< PFNC name
+  uint32_t nCode = 0;     ///< PFNC code
+  uint32_t nBitDepth = 0; ///< significant bits per sample
   EColorLayout eLayout = EColorLayout::Mono;
 
   /// Samples of more than 8 bits stand in 16, in the byte order of the machine.

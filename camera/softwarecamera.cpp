@@ -13,7 +13,10 @@ CSoftwareCamera::CSoftwareCamera(const SCameraDescription &stDescription, std::u
   m_features.SetStreamHandlers([this] { m_streamer.Trigger(); }, [this] { m_streamer.Wake(); });
 }
 
-CSoftwareCamera::~CSoftwareCamera() { Stop(); }
+CSoftwareCamera::~CSoftwareCamera()
+{
+  Stop();
+}
 
 std::string CSoftwareCamera::Start()
 {

@@ -19,7 +19,7 @@ struct SLamp {
   std::array<double, COLOR_COUNT> adRatios;
 };
 constexpr SLamp ALL_LAMPS[] = {
-  {"Adaptive", {1.0, 1.0, 1.0}},     {"D65", {1.45, 1.0, 1.55}},         {"Fluorescence", {1.5, 1.0, 1.9}},
+  {"Adaptive", {1.0, 1.0, 1.0}},     {"D65", {1.45, 1.0, 1.55}}, {"Fluorescence", {1.5, 1.0, 1.9}},
   {"Incandescent", {1.1, 1.0, 2.4}}, {"D75", {1.55, 1.0, 1.45}},
 };
 

@@ -60,8 +60,8 @@ std::string ParseCamera(const std::string &strCamera, SHostOptions &stOptions)
 std::string CheckPixelFormat(const std::string &strName)
 {
   return FindSensorFormat(strName) != nullptr
-             ? std::string()
-             : "'" + strName + "' is none of Mono8, 10, 12, 14, 16 and BayerRG, GB, GR, BG with 8, 10, 12, 16";
+           ? std::string()
+           : "'" + strName + "' is none of Mono8, 10, 12, 14, 16 and BayerRG, GB, GR, BG with 8, 10, 12, 16";
 }
 
 std::string CheckFrames(const std::string &strFrames)
@@ -78,8 +78,8 @@ std::string CheckLanguage(const std::string &strLanguage)
 std::string CheckNumber(const std::string &strNumber, uint64_t nMax)
 {
   return IsWholeNumber(strNumber) && std::stoull(strNumber) <= nMax
-             ? std::string()
-             : "'" + strNumber + "' is no whole number from 0 to " + std::to_string(nMax);
+           ? std::string()
+           : "'" + strNumber + "' is no whole number from 0 to " + std::to_string(nMax);
 }
 
 /// The words behind the options that are not stored as they are typed.
@@ -92,38 +92,38 @@ struct SWords {
 void AddCameraOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
 {
   app.add_option("--camera", stWords.strCamera, "simulated (default), or replay:DIR for a folder of recorded frames")
-      ->type_name("CAMERA")
-      ->check([&](const std::string &str) { return ParseCamera(str, stOptions); });
+    ->type_name("CAMERA")
+    ->check([&](const std::string &str) { return ParseCamera(str, stOptions); });
   app.add_option("--pixel-format", stOptions.strPixelFormat, "such as Mono12 (default) or BayerRG8")
-      ->type_name("NAME")
-      ->check(CheckPixelFormat);
+    ->type_name("NAME")
+    ->check(CheckPixelFormat);
   app.add_option("--size", stWords.strSize, "size of the simulated sensor, 2048x1536 unless said")
-      ->type_name("WxH")
-      ->check([&](const std::string &str) { return ParseSize(str, stOptions); });
+    ->type_name("WxH")
+    ->check([&](const std::string &str) { return ParseSize(str, stOptions); });
   app.add_option("--seed", stOptions.nSeed, "seed of the simulated sensor, 1 unless said")
-      ->type_name("N")
-      ->check([](const std::string &str) { return CheckNumber(str, MAX_SEED); });
+    ->type_name("N")
+    ->check([](const std::string &str) { return CheckNumber(str, MAX_SEED); });
 }
 
 void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
 {
   app.add_flag("--headless", stOptions.bHeadless, "run the whole workflow without a window and write a report");
   app.add_option("--plugin", stOptions.strPlugin, "module to load; FlatFieldCorrection.plx beside this program")
-      ->type_name("FILE");
+    ->type_name("FILE");
   app.add_option("--frames", stOptions.nFrames, "bright frames to average: 1, 2, 4, 8 or 16 (default)")
-      ->type_name("N")
-      ->check(CheckFrames);
+    ->type_name("N")
+    ->check(CheckFrames);
   app.add_option("--expect-gray", stOptions.nExpectGray, "expected grey, 0 to 255; the bright frames' own unless said")
-      ->type_name("N")
-      ->check([](const std::string &str) { return CheckNumber(str, 255); });
+    ->type_name("N")
+    ->check([](const std::string &str) { return CheckNumber(str, 255); });
   app.add_option("--language", stWords.strLanguage, "language of the dialog: en (default) or zh")
-      ->type_name("LANG")
-      ->check(CheckLanguage);
+    ->type_name("LANG")
+    ->check(CheckLanguage);
   app.add_option("--out", stOptions.strOutFolder, "folder for pictures, frames and report.json, out unless said")
-      ->type_name("DIR");
+    ->type_name("DIR");
   app.add_option("--save-frames", stOptions.nSaveFrames, "fresh raw and corrected frames to save, 1 unless said")
-      ->type_name("N")
-      ->check([](const std::string &str) { return CheckNumber(str, 999); });
+    ->type_name("N")
+    ->check([](const std::string &str) { return CheckNumber(str, 999); });
 }
 
 SCommandLine Leave(int nExitCode, const std::string &strText)

@@ -8,23 +8,23 @@
 /// What the user asked for.
 struct SHostOptions {
   bool bHeadless = false;
-  std::string strPlugin;        ///< path of the module; empty: the one beside the executable
-  std::string strReplayFolder;  ///< empty: the simulated camera
-  std::string strPixelFormat;   ///< PFNC name; empty: the camera's own choice
-  uint32_t nWidth = 2048;       ///< pixels, simulated camera only
+  std::string strPlugin;       ///< path of the module; empty: the one beside the executable
+  std::string strReplayFolder; ///< empty: the simulated camera
+  std::string strPixelFormat;  ///< PFNC name; empty: the camera's own choice
+  uint32_t nWidth = 2048;      ///< pixels, simulated camera only
   uint32_t nHeight = 1536;
-  int nFrames = 16;             ///< bright frames averaged: 1, 2, 4, 8 or 16
-  int nExpectGray = -1;         ///< 0 to 255; -1: what the bright frames suggest
-  uint64_t nSeed = 1;           ///< of the simulated camera
+  int nFrames = 16;     ///< bright frames averaged: 1, 2, 4, 8 or 16
+  int nExpectGray = -1; ///< 0 to 255; -1: what the bright frames suggest
+  uint64_t nSeed = 1;   ///< of the simulated camera
   bool bChinese = false;
   std::string strOutFolder = "out";
-  int nSaveFrames = 1;          ///< pairs of fresh raw and corrected frames
+  int nSaveFrames = 1; ///< pairs of fresh raw and corrected frames
 };
 
 struct SCommandLine {
-  bool bRun = false;       ///< false: print the text and leave with the code
+  bool bRun = false; ///< false: print the text and leave with the code
   int nExitCode = 0;
-  std::string strText;     ///< help or version with exit code 0, else one line that says what is wrong
+  std::string strText; ///< help or version with exit code 0, else one line that says what is wrong
   SHostOptions stOptions;
 };
 

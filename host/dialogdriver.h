@@ -12,9 +12,9 @@ class QWidget;
 
 /// What a user saw after one action.
 struct SDialogAnswer {
-  QString strBox;          ///< text of the message boxes that came up; empty when none did
-  QString strPrompt;       ///< the prompt line afterwards
-  bool bWarning = false;   ///< the prompt line is red
+  QString strBox;           ///< text of the message boxes that came up; empty when none did
+  QString strPrompt;        ///< the prompt line afterwards
+  bool bWarning = false;    ///< the prompt line is red
   bool bFileChosen = false; ///< a file dialog came up and was answered
 };
 

@@ -41,10 +41,10 @@ QString CFrameCollector::Collect(uint32_t nFrames, CFramePipeline::EWanted eWant
       timer.restart();
     } else if (strError.isEmpty() && timer.elapsed() > qint64(m_nStallMilliseconds)) {
       strError = QStringLiteral("no %1frame came for %2 s, %3 of %4 were there")
-                     .arg(eWanted == CFramePipeline::EWanted::Corrected ? "corrected " : "")
-                     .arg(m_nStallMilliseconds / 1000.0)
-                     .arg(nFrames - nMissing)
-                     .arg(nFrames);
+                   .arg(eWanted == CFramePipeline::EWanted::Corrected ? "corrected " : "")
+                   .arg(m_nStallMilliseconds / 1000.0)
+                   .arg(nFrames - nMissing)
+                   .arg(nFrames);
     }
   }
   m_pipeline.CancelRequest();

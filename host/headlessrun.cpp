@@ -40,8 +40,8 @@ SCameraFrame MakeFrame(const SFramePair &stPair, const SReport &stReport, const 
 } // namespace
 
 CHeadlessRun::CHeadlessRun(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera, CProgressLine &progress)
-  : m_stOptions(stOptions), m_progress(progress), m_viewer(std::move(pCamera)),
-    m_collector(m_viewer.GetPipeline()), m_folder(QString::fromStdString(stOptions.strOutFolder))
+  : m_stOptions(stOptions), m_progress(progress), m_viewer(std::move(pCamera)), m_collector(m_viewer.GetPipeline()),
+    m_folder(QString::fromStdString(stOptions.strOutFolder))
 {
   m_viewer.GetPipeline().SetObserver([this] { m_progress.CountFrame(); });
   m_collector.SetTroubleCheck([this] { return m_viewer.GetStreamError(); });
@@ -59,15 +59,15 @@ QString CHeadlessRun::Run()
     QString (CHeadlessRun::*pRun)();
   };
   const SStep STEPS[] = {
-      {"open", &CHeadlessRun::Open},
-      {"dialog", &CHeadlessRun::OpenDialog},
-      {"dark acquisition", &CHeadlessRun::AcquireDark},
-      {"bright acquisition", &CHeadlessRun::AcquireBright},
-      {"execute", &CHeadlessRun::Execute},
-      {"measurement", &CHeadlessRun::Measure},
-      {"saving frames", &CHeadlessRun::SaveFrames},
-      {"coefficient file", &CHeadlessRun::CheckFile},
-      {"report", &CHeadlessRun::WriteResults},
+    {"open", &CHeadlessRun::Open},
+    {"dialog", &CHeadlessRun::OpenDialog},
+    {"dark acquisition", &CHeadlessRun::AcquireDark},
+    {"bright acquisition", &CHeadlessRun::AcquireBright},
+    {"execute", &CHeadlessRun::Execute},
+    {"measurement", &CHeadlessRun::Measure},
+    {"saving frames", &CHeadlessRun::SaveFrames},
+    {"coefficient file", &CHeadlessRun::CheckFile},
+    {"report", &CHeadlessRun::WriteResults},
   };
   QString strError;
   for (const SStep &stStep : STEPS) {
@@ -90,8 +90,8 @@ QString CHeadlessRun::Open()
   }
   QString strError = m_folder.Prepare();
   if (strError.isEmpty()) {
-    const QString strPlugin = m_stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath()
-                                                            : QString::fromStdString(m_stOptions.strPlugin);
+    const QString strPlugin =
+      m_stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(m_stOptions.strPlugin);
     strError = m_viewer.Open(strPlugin, m_stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
   }
   m_stReport.strCamera = QString::fromStdString(m_viewer.GetCamera().GetDisplayName());
@@ -195,8 +195,8 @@ QString CHeadlessRun::Execute()
     return strError;
   }
   // Success is told with the first corrected frame, through the event loop.
-  const bool bAnswered = m_collector.WaitUntil(
-      [&] { return !m_driver->IsPreviewOn() || m_driver->ReadPrompt().strPrompt != strOldPrompt; });
+  const bool bAnswered =
+    m_collector.WaitUntil([&] { return !m_driver->IsPreviewOn() || m_driver->ReadPrompt().strPrompt != strOldPrompt; });
   const SDialogAnswer stAnswer = m_driver->ReadPrompt();
   if (!m_driver->IsPreviewOn() || stAnswer.bWarning) {
     return stAnswer.strPrompt;
@@ -222,8 +222,8 @@ QString CHeadlessRun::MeasureScene(bool bLensCap, CPairedStacks &stStacks)
                                  });
   if (strError.isEmpty() && stStacks.GetRepeatedCount() > 0) {
     m_stReport.listNotes << QStringLiteral("the camera repeats itself: only %1 different %2 frames were measured")
-                                .arg(stStacks.GetRaw().GetFrameCount())
-                                .arg(QLatin1String(pScene));
+                              .arg(stStacks.GetRaw().GetFrameCount())
+                              .arg(QLatin1String(pScene));
   }
   return strError;
 }

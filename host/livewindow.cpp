@@ -17,8 +17,7 @@ constexpr QSize PICTURE_SIZE(720, 540);
 } // namespace
 
 CLiveWindow::CLiveWindow(CViewer &viewer)
-  : m_viewer(viewer), m_pPicture(new QLabel(this)), m_pState(new QLabel(this)),
-    m_pStartStop(new QPushButton(this))
+  : m_viewer(viewer), m_pPicture(new QLabel(this)), m_pState(new QLabel(this)), m_pStartStop(new QPushButton(this))
 {
   setWindowTitle(QString::fromStdString(viewer.GetCamera().GetDisplayName()));
   m_pPicture->setFixedSize(PICTURE_SIZE);

@@ -42,7 +42,7 @@ int RunLive(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera)
 {
   CViewer viewer(std::move(pCamera));
   const QString strPlugin =
-      stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(stOptions.strPlugin);
+    stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(stOptions.strPlugin);
   QString strError = viewer.Open(strPlugin, stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
   strError = strError.isEmpty() ? viewer.StartStream() : strError;
   if (!strError.isEmpty()) {

@@ -16,8 +16,7 @@ constexpr int LOOK_INTERVAL_MS = 10;
 
 bool IsInTitleBar(const QWidget &widget, const QDialog &dialog)
 {
-  for (const QWidget *pParent = &widget; pParent != nullptr && pParent != &dialog;
-       pParent = pParent->parentWidget()) {
+  for (const QWidget *pParent = &widget; pParent != nullptr && pParent != &dialog; pParent = pParent->parentWidget()) {
     if (pParent->objectName() == QLatin1String("QToolsTitleBar")) {
       return true;
     }
@@ -41,8 +40,7 @@ QString ReadMessage(const QDialog &dialog)
 QPushButton *FindConfirmingButton(const QDialog &dialog)
 {
   for (QPushButton *pButton : dialog.findChildren<QPushButton *>()) {
-    if (pButton->isVisible() && pButton->isEnabled() && !pButton->text().isEmpty() &&
-        !IsInTitleBar(*pButton, dialog)) {
+    if (pButton->isVisible() && pButton->isEnabled() && !pButton->text().isEmpty() && !IsInTitleBar(*pButton, dialog)) {
       return pButton;
     }
   }

@@ -26,19 +26,17 @@ QString CResultFolder::Prepare()
                                            : QStringLiteral("cannot make the folder %1").arg(m_dir.absolutePath());
 }
 
-QString CResultFolder::WritePictures(const CPairedStacks &stBright, EColorLayout eLayout,
-                                     const QString &strTitle) const
+QString CResultFolder::WritePictures(const CPairedStacks &stBright, EColorLayout eLayout, const QString &strTitle) const
 {
   const CFrameStack &stBefore = stBright.GetRaw();
   const CFrameStack &stAfter = stBright.GetCorrected();
   const double dRange = GetContrastRange(stBefore, eLayout);
   const std::pair<const char *, QImage> listPictures[] = {
-      {"before.png", MakeViewPicture(stBefore, eLayout)},
-      {"after.png", MakeViewPicture(stAfter, eLayout)},
-      {"contrast_before.png", MakeContrastPicture(stBefore, eLayout, dRange)},
-      {"contrast_after.png", MakeContrastPicture(stAfter, eLayout, dRange)},
-      {"profile.png",
-       DrawProfilePlot(MakeRowProfile(stBefore, eLayout), MakeRowProfile(stAfter, eLayout), strTitle)},
+    {"before.png", MakeViewPicture(stBefore, eLayout)},
+    {"after.png", MakeViewPicture(stAfter, eLayout)},
+    {"contrast_before.png", MakeContrastPicture(stBefore, eLayout, dRange)},
+    {"contrast_after.png", MakeContrastPicture(stAfter, eLayout, dRange)},
+    {"profile.png", DrawProfilePlot(MakeRowProfile(stBefore, eLayout), MakeRowProfile(stAfter, eLayout), strTitle)},
   };
   QString strError;
   for (const auto &[pName, imgPicture] : listPictures) {
@@ -53,8 +51,7 @@ QString CResultFolder::WriteFrames(const SFramePair &stPair, uint32_t nIndex, ui
                                    const SSensorFormat &stFormat) const
 {
   const auto Write = [&](const char *pKind, const std::vector<uint8_t> &listFrame) {
-    const QString strName =
-        QStringLiteral("%1_%2.png").arg(QLatin1String(pKind)).arg(nIndex, 3, 10, QLatin1Char('0'));
+    const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(pKind)).arg(nIndex, 3, 10, QLatin1Char('0'));
     return SaveWholePicture(GetPath(strName), MakeFramePicture(listFrame.data(), nWidth, nHeight, stFormat));
   };
   const QString strError = Write("raw", stPair.listRaw);

@@ -10,14 +10,16 @@ constexpr uint32_t GAIN_BITS = 12;
 constexpr uint32_t LEVEL_BITS = 16;
 
 // Pixels go through bytes because frames and tables need not be aligned.
-template <typename TPixel> inline uint32_t Load(const unsigned char *pData, std::size_t nIndex)
+template <typename TPixel>
+inline uint32_t Load(const unsigned char *pData, std::size_t nIndex)
 {
   TPixel nValue;
   std::memcpy(&nValue, pData + nIndex * sizeof nValue, sizeof nValue);
   return nValue;
 }
 
-template <typename TPixel> inline void Store(unsigned char *pData, std::size_t nIndex, uint32_t nValue)
+template <typename TPixel>
+inline void Store(unsigned char *pData, std::size_t nIndex, uint32_t nValue)
 {
   const TPixel nPixel = static_cast<TPixel>(nValue);
   std::memcpy(pData + nIndex * sizeof nPixel, &nPixel, sizeof nPixel);

@@ -148,9 +148,8 @@ int32_t CFeatureAccess::GetEnumIntFeature(const char *pName, int64_t &nValue) co
 
 int32_t CFeatureAccess::SetEnumFeature(const char *pName, std::string strValue) const
 {
-  return AccessValue<GenApi::IEnumeration>(m_pNodeMap, pName, [&](GenApi::IEnumeration &node) {
-    node.FromString(GenICam::gcstring(strValue.c_str()));
-  });
+  return AccessValue<GenApi::IEnumeration>(
+    m_pNodeMap, pName, [&](GenApi::IEnumeration &node) { node.FromString(GenICam::gcstring(strValue.c_str())); });
 }
 
 int32_t CFeatureAccess::GetEnumEntries(const char *pName, std::vector<std::string> &listEntries) const

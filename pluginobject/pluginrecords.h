@@ -14,13 +14,13 @@ class QWidget;
 
 /// Message codes of PLUGIN_MSG.
 enum EPluginMsgCode : int32_t {
-  PLUGIN_MSG_SHOW_DIALOG = 1,        ///< host to plug-in
-  PLUGIN_MSG_HIDE_DIALOG = 2,        ///< host to plug-in
-  PLUGIN_MSG_ACQUISITION_ON = 10,    ///< plug-in to host: start the stream
-  PLUGIN_MSG_ACQUISITION_OFF = 11,   ///< plug-in to host: stop the stream
-  PLUGIN_MSG_DEVICE_NAME = 13,       ///< host to plug-in: pText holds the camera's new display name
-  PLUGIN_MSG_DIALOG_HIDDEN = 1001,   ///< plug-in to host
-  PLUGIN_MSG_DIALOG_SHOWN = 1002,    ///< plug-in to host
+  PLUGIN_MSG_SHOW_DIALOG = 1,      ///< host to plug-in
+  PLUGIN_MSG_HIDE_DIALOG = 2,      ///< host to plug-in
+  PLUGIN_MSG_ACQUISITION_ON = 10,  ///< plug-in to host: start the stream
+  PLUGIN_MSG_ACQUISITION_OFF = 11, ///< plug-in to host: stop the stream
+  PLUGIN_MSG_DEVICE_NAME = 13,     ///< host to plug-in: pText holds the camera's new display name
+  PLUGIN_MSG_DIALOG_HIDDEN = 1001, ///< plug-in to host
+  PLUGIN_MSG_DIALOG_SHOWN = 1002,  ///< plug-in to host
 };
 
 /// Property keys of IPluginExtended::GetProperty.

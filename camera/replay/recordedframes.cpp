@@ -94,12 +94,13 @@ private:
 
   std::string CheckLikeFirst(const QImage &image) const
   {
-    const bool bSameSize = image.width() == static_cast<int>(m_stFrames.nWidth) &&
-                           image.height() == static_cast<int>(m_stFrames.nHeight);
+    const bool bSameSize =
+      image.width() == static_cast<int>(m_stFrames.nWidth) && image.height() == static_cast<int>(m_stFrames.nHeight);
     if (!bSameSize || GetBytesPerPixel(image) != m_stFrames.stFormat.GetBytesPerPixel()) {
       return "is " + std::to_string(image.width()) + " x " + std::to_string(image.height()) + " with " +
-             std::to_string(8 * GetBytesPerPixel(image)) + " bits per pixel, unlike the first one: " +
-             std::to_string(m_stFrames.nWidth) + " x " + std::to_string(m_stFrames.nHeight) + " with " +
+             std::to_string(8 * GetBytesPerPixel(image)) +
+             " bits per pixel, unlike the first one: " + std::to_string(m_stFrames.nWidth) + " x " +
+             std::to_string(m_stFrames.nHeight) + " with " +
              std::to_string(8 * m_stFrames.stFormat.GetBytesPerPixel()) + ".";
     }
     return {};

@@ -11,7 +11,7 @@
 /// All frames of a recording, as the camera delivers them. All have one size and one format.
 struct SRecordedFrames {
   SSensorFormat stFormat;
-  uint32_t nWidth = 0;  ///< pixels
+  uint32_t nWidth = 0; ///< pixels
   uint32_t nHeight = 0;
   std::vector<std::vector<uint8_t>> listDark; ///< tightly packed, in the order of the file names; at least 2
   std::vector<std::vector<uint8_t>> listBright;

@@ -41,8 +41,8 @@ float CLens::GetLight(const SScene &stScene, uint32_t nX, uint32_t nY) const
   if (stScene.eScene == ISceneControl::EScene::Target) {
     return fFalloff;
   }
-  return fFalloff * GetChartReflectance(0.5F * m_fScaleX * static_cast<float>(nX),
-                                        0.5F * m_fScaleY * static_cast<float>(nY));
+  return fFalloff *
+         GetChartReflectance(0.5F * m_fScaleX * static_cast<float>(nX), 0.5F * m_fScaleY * static_cast<float>(nY));
 }
 
 float CLens::GetFalloff(uint32_t nX, uint32_t nY) const

@@ -10,7 +10,10 @@ namespace {
 constexpr uint32_t MIN_SIZE = 16;
 constexpr uint32_t MAX_SIZE = 16384;
 
-bool IsSensorSize(uint32_t nSize) { return nSize >= MIN_SIZE && nSize <= MAX_SIZE && nSize % 2 == 0; }
+bool IsSensorSize(uint32_t nSize)
+{
+  return nSize >= MIN_SIZE && nSize <= MAX_SIZE && nSize % 2 == 0;
+}
 
 /// Empty when the options make a camera.
 std::string CheckOptions(const SSimulatedCameraOptions &stOptions)
@@ -20,8 +23,8 @@ std::string CheckOptions(const SSimulatedCameraOptions &stOptions)
   }
   if (!IsSensorSize(stOptions.nWidth) || !IsSensorSize(stOptions.nHeight)) {
     return "The simulated camera cannot be " + std::to_string(stOptions.nWidth) + " x " +
-           std::to_string(stOptions.nHeight) + ": width and height are even numbers from " +
-           std::to_string(MIN_SIZE) + " to " + std::to_string(MAX_SIZE) + ".";
+           std::to_string(stOptions.nHeight) + ": width and height are even numbers from " + std::to_string(MIN_SIZE) +
+           " to " + std::to_string(MAX_SIZE) + ".";
   }
   if (!(stOptions.dCornerFalloff >= 0.05 && stOptions.dCornerFalloff <= 1.0)) {
     return "The corner fall-off of the simulated camera must lie between 0.05 and 1.";

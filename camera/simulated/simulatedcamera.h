@@ -12,9 +12,9 @@ struct SSimulatedCameraOptions {
   std::string strPixelFormat = "Mono12"; ///< PFNC name; also says which sensor it is: mono or a Bayer layout
   uint32_t nWidth = 2048;                ///< of the sensor, pixels: even, 16 to 16384
   uint32_t nHeight = 1536;
-  uint64_t nSeed = 1;                    ///< same seed, same settings: the same frames
-  double dCornerFalloff = 0.6;           ///< light in the corners, relative to the centre: 0.05 to 1
-  double dFrameRate = 30.0;              ///< frames per second: 0.1 to 10000
+  uint64_t nSeed = 1;          ///< same seed, same settings: the same frames
+  double dCornerFalloff = 0.6; ///< light in the corners, relative to the centre: 0.05 to 1
+  double dFrameRate = 30.0;    ///< frames per second: 0.1 to 10000
 };
 
 /// \param pstrError what is wrong with the options when the result is null

@@ -4,8 +4,8 @@
 #include <array>
 #include <cmath>
 
-CSimulatedSensor::CSimulatedSensor(uint32_t nSensorWidth, uint32_t nSensorHeight, double dCornerFalloff,
-                                   uint64_t nSeed, const SSensorModel &stModel)
+CSimulatedSensor::CSimulatedSensor(uint32_t nSensorWidth, uint32_t nSensorHeight, double dCornerFalloff, uint64_t nSeed,
+                                   const SSensorModel &stModel)
   : m_stModel(stModel), m_nSensorWidth(nSensorWidth), m_nSeed(nSeed),
     m_lens(nSensorWidth, nSensorHeight, dCornerFalloff), m_noise(nSeed, nSensorWidth)
 {
@@ -71,8 +71,7 @@ void CSimulatedSensor::PrepareRow(const SCameraSettings &stSettings, const SScen
   const std::size_t nSensorRow = std::size_t{stSettings.nOffsetY + nY} * m_nSensorWidth + stSettings.nOffsetX;
   for (uint32_t nX = 0; nX < stSettings.nWidth; ++nX) {
     const float fLight = m_lens.GetLight(stScene, stSettings.nOffsetX + nX, stSettings.nOffsetY + nY);
-    const float fElectrons =
-      std::min(afLight[nX % 2] * fLight * m_listResponse[nSensorRow + nX] + fDark, fFullWell);
+    const float fElectrons = std::min(afLight[nX % 2] * fLight * m_listResponse[nSensorRow + nX] + fDark, fFullWell);
     m_listMean[nRow + nX] = fBlack + afGain[nX % 2] * (fElectrons + m_listDarkSignal[nSensorRow + nX]);
     m_listDeviation[nRow + nX] = afGain[nX % 2] * std::sqrt(fElectrons + fDarkVariance);
   }

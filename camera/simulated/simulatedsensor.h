@@ -12,12 +12,12 @@
 
 /// The sensor's figures, in electrons where no other unit is said.
 struct SSensorModel {
-  double dFullWell = 15000.0;      ///< becomes full scale at 0 dB
-  double dDarkNoise = 6.0;         ///< temporal, of one readout
-  double dDarkCurrent = 20.0;      ///< per second of exposure
-  double dPrnu = 0.008;            ///< standard deviation of the pixels' response, as a share
-  double dDsnu = 3.0;              ///< standard deviation of the pixels' dark signal
-  double dBrightSignal = 0.716;    ///< share of the full well that the target's centre gives ...
+  double dFullWell = 15000.0;       ///< becomes full scale at 0 dB
+  double dDarkNoise = 6.0;          ///< temporal, of one readout
+  double dDarkCurrent = 20.0;       ///< per second of exposure
+  double dPrnu = 0.008;             ///< standard deviation of the pixels' response, as a share
+  double dDsnu = 3.0;               ///< standard deviation of the pixels' dark signal
+  double dBrightSignal = 0.716;     ///< share of the full well that the target's centre gives ...
   double dBrightExposure = 10000.0; ///< ... in so many microseconds
 };
 

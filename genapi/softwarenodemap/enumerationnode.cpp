@@ -21,7 +21,10 @@ GenICam::gcstring CSoftwareEnumEntry::ToString(bool bVerify, bool)
   return GetSymbolic();
 }
 
-void CSoftwareEnumEntry::FromString(const GenICam::gcstring &, bool) { m_guard.ThrowAccess("node is not writable"); }
+void CSoftwareEnumEntry::FromString(const GenICam::gcstring &, bool)
+{
+  m_guard.ThrowAccess("node is not writable");
+}
 
 CSoftwareEnumeration::CSoftwareEnumeration(std::string strName, std::recursive_mutex &mutex)
   : CSoftwareValueNode(std::move(strName), mutex), m_mutex(mutex)

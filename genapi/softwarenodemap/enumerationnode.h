@@ -30,8 +30,7 @@ private:
 };
 
 /// Holds the integer value, which may belong to no entry: then there is no current entry.
-class CSoftwareEnumeration final
-  : public CSoftwareValueNode<CSoftwareEnumeration, GenApi::IEnumeration, int64_t> {
+class CSoftwareEnumeration final : public CSoftwareValueNode<CSoftwareEnumeration, GenApi::IEnumeration, int64_t> {
 public:
   CSoftwareEnumeration(std::string strName, std::recursive_mutex &mutex);
 

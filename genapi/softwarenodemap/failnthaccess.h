@@ -25,10 +25,10 @@ enum class EAccessFailure {
 };
 
 constexpr EAccessFailure ALL_ACCESS_FAILURES[] = {
-  EAccessFailure::Generic,    EAccessFailure::BadAllocGenICam, EAccessFailure::InvalidArgument,
-  EAccessFailure::OutOfRange, EAccessFailure::Property,        EAccessFailure::Runtime,
-  EAccessFailure::LogicalError, EAccessFailure::Access,        EAccessFailure::Timeout,
-  EAccessFailure::DynamicCast, EAccessFailure::BadAlloc,       EAccessFailure::Foreign,
+  EAccessFailure::Generic,      EAccessFailure::BadAllocGenICam, EAccessFailure::InvalidArgument,
+  EAccessFailure::OutOfRange,   EAccessFailure::Property,        EAccessFailure::Runtime,
+  EAccessFailure::LogicalError, EAccessFailure::Access,          EAccessFailure::Timeout,
+  EAccessFailure::DynamicCast,  EAccessFailure::BadAlloc,        EAccessFailure::Foreign,
 };
 
 /// The text of every exception that has one.

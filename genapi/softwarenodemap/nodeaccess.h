@@ -16,12 +16,12 @@ struct SNodeAccess {
     Limit,           ///< minimum, maximum, increment, greatest length
     Entries,         ///< the list, or one entry of it by name or value
     CurrentEntry,
-    EntryValue,      ///< the value or text of an entry; named like EntryAccessMode
+    EntryValue, ///< the value or text of an entry; named like EntryAccessMode
     Execute,
     IsDone,
     RegisterRead,
     RegisterWrite,
-    RegisterLength,  ///< or address
+    RegisterLength, ///< or address
   };
 
   EKind eKind = EKind::LookUp;

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-CNodeGuard::CNodeGuard(std::string strName, std::recursive_mutex &mutex)
-  : m_strName(std::move(strName)), m_mutex(mutex)
+CNodeGuard::CNodeGuard(std::string strName, std::recursive_mutex &mutex) : m_strName(std::move(strName)), m_mutex(mutex)
 {
 }
 

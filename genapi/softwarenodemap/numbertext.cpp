@@ -60,11 +60,20 @@ std::optional<bool> ParseValue<bool>(const std::string &strText)
   return std::nullopt;
 }
 
-std::string FormatValue(int64_t nValue) { return FormatNumber(nValue); }
+std::string FormatValue(int64_t nValue)
+{
+  return FormatNumber(nValue);
+}
 
-std::string FormatValue(double dValue) { return FormatNumber(dValue); }
+std::string FormatValue(double dValue)
+{
+  return FormatNumber(dValue);
+}
 
-std::string FormatValue(bool bValue) { return bValue ? "1" : "0"; }
+std::string FormatValue(bool bValue)
+{
+  return bValue ? "1" : "0";
+}
 
 std::string FormatBytes(const std::vector<uint8_t> &listBytes)
 {

@@ -30,8 +30,7 @@ public:
 protected:
   CObservedNode(GenApi::INode *pNode, TInterface &inner, const NodeAccessHook &fnHook, std::string strLogName,
                 EKind eAccessKind)
-    : m_inner(inner), m_fnHook(fnHook), m_pNode(pNode), m_strLogName(std::move(strLogName)),
-      m_eAccessKind(eAccessKind)
+    : m_inner(inner), m_fnHook(fnHook), m_pNode(pNode), m_strLogName(std::move(strLogName)), m_eAccessKind(eAccessKind)
   {
   }
 

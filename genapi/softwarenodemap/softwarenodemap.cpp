@@ -30,7 +30,10 @@ CSoftwareRegister &CSoftwareNodeMap::AddRegister(const std::string &strName, int
   return Add<CSoftwareRegister>(strName).Length(nLength);
 }
 
-CSoftwareCommand &CSoftwareNodeMap::AddCommand(const std::string &strName) { return Add<CSoftwareCommand>(strName); }
+CSoftwareCommand &CSoftwareNodeMap::AddCommand(const std::string &strName)
+{
+  return Add<CSoftwareCommand>(strName);
+}
 
 GenApi::INode *CSoftwareNodeMap::GetNode(const GenICam::gcstring &strName) const
 {

@@ -32,9 +32,15 @@ int64_t CSoftwareString::GetMaxLength()
   return m_maxLength.Get();
 }
 
-GenICam::gcstring CSoftwareString::ToString(bool bVerify, bool) { return GetValue(bVerify); }
+GenICam::gcstring CSoftwareString::ToString(bool bVerify, bool)
+{
+  return GetValue(bVerify);
+}
 
-void CSoftwareString::FromString(const GenICam::gcstring &strValue, bool bVerify) { SetValue(strValue, bVerify); }
+void CSoftwareString::FromString(const GenICam::gcstring &strValue, bool bVerify)
+{
+  SetValue(strValue, bVerify);
+}
 
 CSoftwareRegister &CSoftwareRegister::Length(CValueOrCallback<int64_t> length)
 {

@@ -27,12 +27,9 @@ private:
 
 /// A block of bytes that is read and written as a whole: any other length is an OutOfRangeException,
 /// a null buffer an InvalidArgumentException, verified or not. Its text is "0x" and two digits per byte.
-class CSoftwareRegister final
-  : public CSoftwareValueNode<CSoftwareRegister, GenApi::IRegister, std::vector<uint8_t>> {
+class CSoftwareRegister final : public CSoftwareValueNode<CSoftwareRegister, GenApi::IRegister, std::vector<uint8_t>> {
 public:
-  CSoftwareRegister(std::string strName, std::recursive_mutex &mutex) : CSoftwareValueNode(std::move(strName), mutex)
-  {
-  }
+  CSoftwareRegister(std::string strName, std::recursive_mutex &mutex) : CSoftwareValueNode(std::move(strName), mutex) {}
 
   /// Bytes. What the store lacks of it reads as zero.
   CSoftwareRegister &Length(CValueOrCallback<int64_t> length);

@@ -15,8 +15,8 @@ constexpr std::size_t CELL_SITES = 4;
 
 /// One plane: the pixels of one colour.
 struct SColorPlane {
-  std::string strName;                       ///< "Mono", "R", "G" or "B"
-  std::array<bool, CELL_SITES> abSites{};  ///< the sites that belong to it
+  std::string strName;                    ///< "Mono", "R", "G" or "B"
+  std::array<bool, CELL_SITES> abSites{}; ///< the sites that belong to it
 };
 
 /// "Mono" alone, or "R", "G" (both greens) and "B".

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <unordered_set>
 
-#include "host/quality/framestack.h"
 #include "camera/sensorformat.h"
+#include "host/quality/framestack.h"
 
 /// Stacks of the same exposures before and after the correction, so that both sets of figures describe the
 /// same light and the same noise.

@@ -4,8 +4,8 @@
 
 #include <QImage>
 
-#include "host/quality/framestack.h"
 #include "camera/sensorformat.h"
+#include "host/quality/framestack.h"
 
 /// One frame at full depth: 8-bit grey, or 16-bit grey with the values right-aligned as delivered.
 /// \param pFrame tightly packed; copied

@@ -5,8 +5,8 @@
 #include <QImage>
 #include <QVector>
 
-#include "host/quality/framestack.h"
 #include "camera/sensorformat.h"
+#include "host/quality/framestack.h"
 
 /// A row profile: grey against column.
 struct SRowProfile {

@@ -28,10 +28,10 @@ struct SReport {
   QString strPixelFormat;
   uint32_t nWidth = 0;
   uint32_t nHeight = 0;
-  int nFrameCount = 0;          ///< bright frames averaged for the coefficients
-  int nExpectGray = 0;          ///< 0 to 255
-  int nExpectGrayDn = 0;        ///< the same at the format's depth
-  uint32_t nBrightFrames = 0;   ///< fresh frames measured
+  int nFrameCount = 0;        ///< bright frames averaged for the coefficients
+  int nExpectGray = 0;        ///< 0 to 255
+  int nExpectGrayDn = 0;      ///< the same at the format's depth
+  uint32_t nBrightFrames = 0; ///< fresh frames measured
   uint32_t nDarkFrames = 0;
   double dNewlyClippedPercent = 0; ///< samples clipped by the correction alone
   SUniformity stBefore;

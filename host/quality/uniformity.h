@@ -10,13 +10,13 @@
 
 /// Figures of one colour plane, or of the whole image.
 struct SUniformityFigures {
-  std::string strName;         ///< the plane's
-  double dShadingPercent = 0;  ///< (max - min) / mean of the block means of the bright image
-  double dCornerToCentre = 0;  ///< mean of the four corner blocks / centre block, dark level taken off
-  double dPrnuPercent = 0;     ///< of the mean signal
-  double dDsnuDn = 0;          ///< DN
-  double dMeanGray = 0;        ///< DN, of the bright frames
-  double dClippedPercent = 0;  ///< samples at the depth's maximum, over all bright frames
+  std::string strName;        ///< the plane's
+  double dShadingPercent = 0; ///< (max - min) / mean of the block means of the bright image
+  double dCornerToCentre = 0; ///< mean of the four corner blocks / centre block, dark level taken off
+  double dPrnuPercent = 0;    ///< of the mean signal
+  double dDsnuDn = 0;         ///< DN
+  double dMeanGray = 0;       ///< DN, of the bright frames
+  double dClippedPercent = 0; ///< samples at the depth's maximum, over all bright frames
 };
 
 struct SUniformity {

@@ -40,9 +40,8 @@ int32_t ComparePair(const CFeatureAccess &outputFeatures, const char *pOutputNam
 
 int32_t CheckDeliveredImage(const CFeatureAccess &outputFeatures, const CFeatureAccess &deviceFeatures)
 {
-  const int32_t nStatus =
-    ComparePair<std::string>(outputFeatures, "OutPixelFormat", deviceFeatures, "PixelFormat",
-                             &CFeatureAccess::GetEnumFeature);
+  const int32_t nStatus = ComparePair<std::string>(outputFeatures, "OutPixelFormat", deviceFeatures, "PixelFormat",
+                                                   &CFeatureAccess::GetEnumFeature);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }

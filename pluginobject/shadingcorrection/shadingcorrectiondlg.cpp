@@ -37,9 +37,9 @@ CShadingCorrectionDlg::CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT
   m_pFrameCountSlider = m_pUi->AcquisitionFrame_Slider;
   m_pExpectGraySlider = m_pUi->ExpectGrayValue_Slider;
   __LoadStyleSheet();
-  for (QPushButton *pButton :
-       {m_pUi->AcquisitionDarkFrame_Button, m_pUi->AcquisitionBrightFrame_Button, m_pUi->ExecuteShadingCorrection_Button,
-        m_pUi->LoadFlash_Button, m_pUi->SaveFlash_Button, m_pUi->LoadPC_Button, m_pUi->SavePC_Button}) {
+  for (QPushButton *pButton : {m_pUi->AcquisitionDarkFrame_Button, m_pUi->AcquisitionBrightFrame_Button,
+                               m_pUi->ExecuteShadingCorrection_Button, m_pUi->LoadFlash_Button, m_pUi->SaveFlash_Button,
+                               m_pUi->LoadPC_Button, m_pUi->SavePC_Button}) {
     pButton->setAutoDefault(false);
   }
   m_pUi->SaveFlash_Button->setToolTip(
@@ -121,7 +121,8 @@ int32_t CShadingCorrectionDlg::__ChooseProcess(EProcessKind &eKind, bool &bInert
     return nStatus;
   }
   m_strShadingCorrectionMode = QString::fromStdString(strMode);
-  eKind = m_strShadingCorrectionMode == MODE_FLAT_FIELD ? EProcessKind::DeviceFlatField : EProcessKind::DeviceVignetting;
+  eKind =
+    m_strShadingCorrectionMode == MODE_FLAT_FIELD ? EProcessKind::DeviceFlatField : EProcessKind::DeviceVignetting;
   bInert = m_strShadingCorrectionMode != MODE_FLAT_FIELD && m_strShadingCorrectionMode != MODE_VIGNETTING;
   return PLUGIN_STATUS_SUCCESS;
 }
@@ -153,10 +154,17 @@ int32_t CShadingCorrectionDlg::__CreateProcess()
 void CShadingCorrectionDlg::__DisableEverything()
 {
   const std::initializer_list<QWidget *> listWidgets = {
-    m_pUi->groupBox_2,        m_pUi->AcquisitionDarkFrame_Button,     m_pUi->AcquisitionBrightFrame_Button,
-    m_pUi->PreviewcheckBox,   m_pUi->ExecuteShadingCorrection_Button, m_pUi->groupBox_5,
-    m_pUi->LoadFlash_Button,  m_pUi->SaveFlash_Button,                m_pUi->LoadPC_Button,
-    m_pUi->SavePC_Button,     m_pUi->groupBox_6,
+    m_pUi->groupBox_2,
+    m_pUi->AcquisitionDarkFrame_Button,
+    m_pUi->AcquisitionBrightFrame_Button,
+    m_pUi->PreviewcheckBox,
+    m_pUi->ExecuteShadingCorrection_Button,
+    m_pUi->groupBox_5,
+    m_pUi->LoadFlash_Button,
+    m_pUi->SaveFlash_Button,
+    m_pUi->LoadPC_Button,
+    m_pUi->SavePC_Button,
+    m_pUi->groupBox_6,
   };
   for (QWidget *pWidget : listWidgets) {
     pWidget->setEnabled(false);

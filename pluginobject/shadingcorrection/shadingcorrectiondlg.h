@@ -45,8 +45,8 @@ public:
   /// Corrects a frame while the host-side preview is on.
   /// \param bCorrected true when pDestination holds a corrected image; else as it was
   /// \return -3 for a missing buffer or process; else the process's status, 0 when there was nothing to do
-  int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight,
-                       uint32_t nPixelFormat, bool &bCorrected);
+  int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat,
+                       bool &bCorrected);
   bool HasNoProcess() const { return m_pProcess == nullptr; }
   bool IsApplyingCorrection() const { return m_bApplyCorrection; }
   /// Whether the correction can use a colour camera's frame of this format.

@@ -136,16 +136,13 @@ void QToolsTitleBar::setButtonType(int nType)
     m_pButtonRestore->hide();
     m_pButtonMax->hide();
     break;
-  case BUTTON_TYPE_MIN_MAX_CLOSE:
-    m_pButtonRestore->hide();
-    break;
+  case BUTTON_TYPE_MIN_MAX_CLOSE: m_pButtonRestore->hide(); break;
   case BUTTON_TYPE_CLOSE:
     m_pButtonMin->hide();
     m_pButtonRestore->hide();
     m_pButtonMax->hide();
     break;
-  default:
-    break;
+  default: break;
   }
 }
 

@@ -72,8 +72,8 @@ private:
   QPushButton *m_pButtonClose = nullptr;
   QPoint m_restorePos;
   QSize m_restoreSize;
-  bool m_bPressed = false;     ///< a drag is under way
-  QPoint m_lastGlobalPos;      ///< of the cursor, at the last press or move
+  bool m_bPressed = false; ///< a drag is under way
+  QPoint m_lastGlobalPos;  ///< of the cursor, at the last press or move
   QString m_strTitle;
   int m_nButtonType = 1;
   int m_nWindowBorderWidth = 0;

@@ -88,7 +88,10 @@ std::vector<int> TakeValues(CFrameCollector &collector, std::size_t nCount)
   return listValues;
 }
 
-std::set<int> AsSet(const std::vector<int> &listValues) { return {listValues.begin(), listValues.end()}; }
+std::set<int> AsSet(const std::vector<int> &listValues)
+{
+  return {listValues.begin(), listValues.end()};
+}
 
 /// The real frames, when the machine has them.
 std::string FindRealFrames()
@@ -156,8 +159,8 @@ TEST(ReplayCamera, FilesArePlayedInTheOrderOfTheirNames)
 
 TEST(ReplayCamera, SixteenBitFilesLoseNoBit)
 {
-  for (const uint16_t nValue : {uint16_t{0}, uint16_t{1}, uint16_t{255}, uint16_t{256}, uint16_t{4095}, uint16_t{40001},
-                                uint16_t{65535}}) {
+  for (const uint16_t nValue :
+       {uint16_t{0}, uint16_t{1}, uint16_t{255}, uint16_t{256}, uint16_t{4095}, uint16_t{40001}, uint16_t{65535}}) {
     CRecordingFolder folder;
     folder.AddFrames(2, 1, QImage::Format_Grayscale16);
     folder.Add("bright_x.png", QImage::Format_Grayscale16, nValue);
@@ -207,7 +210,10 @@ TEST(ReplayCamera, FeaturesDescribeTheRecording)
   EXPECT_EQ(GetText(pDevice, "ExposureTime"), "500");
 }
 
-TEST(ReplayCamera, FiftyFramesPerSecondUnlessSaid) { EXPECT_EQ(SReplayCameraOptions().dFrameRate, 50.0); }
+TEST(ReplayCamera, FiftyFramesPerSecondUnlessSaid)
+{
+  EXPECT_EQ(SReplayCameraOptions().dFrameRate, 50.0);
+}
 
 TEST(ReplayCamera, AFolderThatIsNoneIsNamed)
 {

@@ -66,8 +66,8 @@ std::vector<double> GetColorSignals(const SKeptFrame &stFrame)
   std::vector<double> listSums(COLOR_COUNT);
   std::vector<double> listCounts(COLOR_COUNT);
   for (uint32_t n = 0; n < listSamples.size(); ++n) {
-    const auto nColor = static_cast<std::size_t>(
-      GetPixelColor(stFormat.eLayout, n % stFrame.stInfo.nWidth, n / stFrame.stInfo.nWidth));
+    const auto nColor =
+      static_cast<std::size_t>(GetPixelColor(stFormat.eLayout, n % stFrame.stInfo.nWidth, n / stFrame.stInfo.nWidth));
     listSums[nColor] += listSamples[n] - 0.004 * stFormat.GetMaxValue();
     listCounts[nColor] += 1.0;
   }
@@ -190,8 +190,8 @@ TEST(SimulatedCamera, AColorCameraSaysSoAndAMonoCameraHasNoColorFeatures)
 TEST(SimulatedCamera, NamesItselfToViewers)
 {
   CCameraBench bench;
-  const std::string strName = bench.Get("DeviceVendorName") + " " + bench.Get("DeviceModelName") + " (" +
-                              bench.Get("DeviceSerialNumber") + ")";
+  const std::string strName =
+    bench.Get("DeviceVendorName") + " " + bench.Get("DeviceModelName") + " (" + bench.Get("DeviceSerialNumber") + ")";
   EXPECT_EQ(bench.Camera().GetDisplayName(), strName);
   EXPECT_EQ(bench.GetOutput("DeviceDisplayName"), strName);
   auto *pMode = bench.Camera().GetStreamNodeMap()->GetNode("StreamBufferHandlingMode");

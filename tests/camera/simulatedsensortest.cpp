@@ -259,7 +259,8 @@ TEST(SimulatedSensor, TheLensLeavesSixtyPercentInTheCorners)
   const uint32_t nHeight = 480;
   const CLens lens(nWidth, nHeight, 0.6);
   const float fCorners = (lens.GetFalloff(0, 0) + lens.GetFalloff(nWidth - 1, 0) + lens.GetFalloff(0, nHeight - 1) +
-                          lens.GetFalloff(nWidth - 1, nHeight - 1)) / 4.0F;
+                          lens.GetFalloff(nWidth - 1, nHeight - 1)) /
+                         4.0F;
   EXPECT_NEAR(fCorners, 0.6F, 0.005F);
   EXPECT_NEAR(lens.GetFalloff(nWidth / 2, nHeight / 2), 1.0F, 0.001F);
   EXPECT_NE(lens.GetFalloff(0, 0), lens.GetFalloff(nWidth - 1, 0)) << "off centre";

@@ -166,9 +166,9 @@ TEST_F(ObservedNodeMap, TheRecorderWritesOneLinePerAccess)
   As<GenApi::IRegister>("Register").GetLength();
   As<GenApi::IRegister>("Register").Get(anBytes, 4);
   As<GenApi::IRegister>("Register").Set(anBytes, 4);
-  const std::vector<std::string> listExpected = {
-    "implemented? Float", "get Float",       "set Float = 0.5",  "set Enumeration = On",
-    "get Enumeration",    "execute Command", "read Register 4", "write Register 4"};
+  const std::vector<std::string> listExpected = {"implemented? Float",   "get Float",       "set Float = 0.5",
+                                                 "set Enumeration = On", "get Enumeration", "execute Command",
+                                                 "read Register 4",      "write Register 4"};
   EXPECT_EQ(recorder.GetLog(), listExpected);
   recorder.Clear();
   EXPECT_TRUE(recorder.GetLog().empty());
@@ -183,9 +183,9 @@ TEST_F(ObservedNodeMap, TheDetailedRecorderLeavesNothingOut)
   listEntries[0]->GetAccessMode();
   m_observed.GetNode("NoSuchNode");
   As<GenApi::IInteger>("Integer").GetMax();
-  const std::vector<std::string> listExpected = {"find Enumeration", "entries Enumeration",
-                                                 "implemented? Enumeration.Off", "find NoSuchNode",
-                                                 "find Integer", "limit Integer"};
+  const std::vector<std::string> listExpected = {
+    "find Enumeration", "entries Enumeration", "implemented? Enumeration.Off",
+    "find NoSuchNode",  "find Integer",        "limit Integer"};
   EXPECT_EQ(recorder.GetLog(), listExpected);
 }
 
@@ -213,10 +213,10 @@ TEST_F(ObservedNodeMap, ZeroNeverFails)
 
 TEST_F(ObservedNodeMap, EveryKindOfFailureThrowsItsOwnType)
 {
-  const char *const apNames[] = {"GenericException",      "BadAllocException",    "InvalidArgumentException",
-                                 "OutOfRangeException",   "PropertyException",    "RuntimeException",
-                                 "LogicalErrorException", "AccessException",      "TimeoutException",
-                                 "DynamicCastException",  "std::bad_alloc",       "int"};
+  const char *const apNames[] = {"GenericException",      "BadAllocException", "InvalidArgumentException",
+                                 "OutOfRangeException",   "PropertyException", "RuntimeException",
+                                 "LogicalErrorException", "AccessException",   "TimeoutException",
+                                 "DynamicCastException",  "std::bad_alloc",    "int"};
   for (std::size_t n = 0; n < std::size(ALL_ACCESS_FAILURES); ++n) {
     CFailNthAccess fail(1, ALL_ACCESS_FAILURES[n]);
     CObservedNodeMap observed(m_map);

@@ -47,9 +47,12 @@ int CountRefusedAccesses(GenApi::INode *pNode, bool bVerify, int *pnTried)
   } else if (auto *pBoolean = dynamic_cast<GenApi::IBoolean *>(pNode)) {
     listAccesses = {[=] { pBoolean->GetValue(bVerify); }, [=] { pBoolean->SetValue(true, bVerify); }};
   } else if (auto *pEnumeration = dynamic_cast<GenApi::IEnumeration *>(pNode)) {
-    listAccesses = {[=] { pEnumeration->GetIntValue(bVerify); }, [=] { pEnumeration->SetIntValue(1, bVerify); },
-                    [=] { pEnumeration->GetCurrentEntry(bVerify); }, [=] { pEnumeration->GetEntryByName("On"); },
-                    [=] { pEnumeration->GetEntry(0); }, [=] {
+    listAccesses = {[=] { pEnumeration->GetIntValue(bVerify); },
+                    [=] { pEnumeration->SetIntValue(1, bVerify); },
+                    [=] { pEnumeration->GetCurrentEntry(bVerify); },
+                    [=] { pEnumeration->GetEntryByName("On"); },
+                    [=] { pEnumeration->GetEntry(0); },
+                    [=] {
                       GenApi::NodeList_t listEntries;
                       pEnumeration->GetEntries(listEntries);
                     }};
@@ -342,7 +345,7 @@ TEST(SoftwareNodeMap, EveryKindReadsItsOwnText)
 {
   CSoftwareNodeMap map;
   AddOneOfEach(map);
-  const char *const aapTexts[][2] = {{"Integer", "-12"}, {"Float", "0.1"},        {"Boolean", "0"},
+  const char *const aapTexts[][2] = {{"Integer", "-12"}, {"Float", "0.1"},           {"Boolean", "0"},
                                      {"String", "a b"},  {"Register", "0x0001feff"}, {"Enumeration", "On"}};
   for (const auto &apText : aapTexts) {
     auto &value = As<GenApi::IValue>(map, apText[0]);
@@ -362,9 +365,20 @@ TEST(SoftwareNodeMap, ABadTextIsAnInvalidArgumentAndChangesNothing)
   CSoftwareNodeMap map;
   AddOneOfEach(map);
   const char *const aapTexts[][2] = {
-    {"Integer", ""},    {"Integer", "4 "},   {"Integer", "1.5"},       {"Integer", "0x"},        {"Integer", "0x1g"},
-    {"Integer", "99999999999999999999"},     {"Float", "1,5"},         {"Float", ""},            {"Boolean", "True"},
-    {"Boolean", "2"},   {"Register", "0x0"}, {"Register", "00000000"}, {"Register", "0x0000000z"}, {"Command", "go"},
+    {"Integer", ""},
+    {"Integer", "4 "},
+    {"Integer", "1.5"},
+    {"Integer", "0x"},
+    {"Integer", "0x1g"},
+    {"Integer", "99999999999999999999"},
+    {"Float", "1,5"},
+    {"Float", ""},
+    {"Boolean", "True"},
+    {"Boolean", "2"},
+    {"Register", "0x0"},
+    {"Register", "00000000"},
+    {"Register", "0x0000000z"},
+    {"Command", "go"},
   };
   for (const auto &apText : aapTexts) {
     auto &value = As<GenApi::IValue>(map, apText[0]);

@@ -34,9 +34,9 @@ TEST(CommandLine, HasSensibleDefaults)
 TEST(CommandLine, TakesEveryOption)
 {
   const SCommandLine stResult =
-      Parse({"--headless", "--plugin", "x.plx", "--camera", "simulated", "--pixel-format", "BayerGB10", "--size",
-             "640x480", "--frames", "4", "--expect-gray", "0", "--seed", "77", "--language", "zh", "--out", "dir",
-             "--save-frames", "0"});
+    Parse({"--headless", "--plugin", "x.plx", "--camera",      "simulated", "--pixel-format", "BayerGB10", "--size",
+           "640x480",    "--frames", "4",     "--expect-gray", "0",         "--seed",         "77",        "--language",
+           "zh",         "--out",    "dir",   "--save-frames", "0"});
   ASSERT_TRUE(stResult.bRun) << stResult.strText;
   EXPECT_TRUE(stResult.stOptions.bHeadless);
   EXPECT_EQ(stResult.stOptions.strPlugin, "x.plx");
@@ -59,12 +59,28 @@ TEST(CommandLine, AReplayNamesItsFolder)
 TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
 {
   const std::vector<std::vector<const char *>> WRONG = {
-      {"--frames", "3"},         {"--frames", "many"},      {"--size", "640"},        {"--size", "640x"},
-      {"--size", "x480"},        {"--size", "641x480"},     {"--size", "62x64"},      {"--size", "16386x64"},
-      {"--size", "64x64x64"},    {"--size", "-64x64"},      {"--camera", "webcam"},   {"--camera", "replay:"},
-      {"--pixel-format", "RGB8"}, {"--expect-gray", "256"}, {"--expect-gray", "-1"},  {"--seed", "-1"},
-      {"--seed", "x"},           {"--language", "fr"},      {"--save-frames", "1000"}, {"--out"},
-      {"--unknown"},             {"--size", "99999999999999999999x64"},
+    {"--frames", "3"},
+    {"--frames", "many"},
+    {"--size", "640"},
+    {"--size", "640x"},
+    {"--size", "x480"},
+    {"--size", "641x480"},
+    {"--size", "62x64"},
+    {"--size", "16386x64"},
+    {"--size", "64x64x64"},
+    {"--size", "-64x64"},
+    {"--camera", "webcam"},
+    {"--camera", "replay:"},
+    {"--pixel-format", "RGB8"},
+    {"--expect-gray", "256"},
+    {"--expect-gray", "-1"},
+    {"--seed", "-1"},
+    {"--seed", "x"},
+    {"--language", "fr"},
+    {"--save-frames", "1000"},
+    {"--out"},
+    {"--unknown"},
+    {"--size", "99999999999999999999x64"},
   };
   for (const auto &listArguments : WRONG) {
     const SCommandLine stResult = Parse(listArguments);

@@ -224,13 +224,13 @@ TEST(EndToEnd, EveryFailureIsOneLineAndACode)
   file.write("no folder, no module");
   file.close();
   const QList<QStringList> WRONG = {
-      {"--camera", "replay:/no/such/folder"},
-      {"--camera", "replay:" + dir.path()},
-      {"--plugin", "/no/such/module.plx"},
-      {"--plugin", file.fileName()},
-      {"--size", "64x64", "--out", dir.filePath("file/out")},
-      {"--pixel-format", "RGB8"},
-      {"--frames", "3"},
+    {"--camera", "replay:/no/such/folder"},
+    {"--camera", "replay:" + dir.path()},
+    {"--plugin", "/no/such/module.plx"},
+    {"--plugin", file.fileName()},
+    {"--size", "64x64", "--out", dir.filePath("file/out")},
+    {"--pixel-format", "RGB8"},
+    {"--frames", "3"},
   };
   for (const QStringList &listArguments : WRONG) {
     const CHostRun run(listArguments);

@@ -28,11 +28,10 @@ TEST(FrameCollector, CollectsConsecutiveFrames)
   CPumpedPipeline stream;
   std::vector<uint8_t> listSeen;
   CFrameCollector collector(stream.m_pipeline);
-  const QString strError =
-      collector.Collect(5, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
-        listSeen.push_back(*static_cast<const uint8_t *>(stFrame.pRaw->pBuffer));
-        return true;
-      });
+  const QString strError = collector.Collect(5, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
+    listSeen.push_back(*static_cast<const uint8_t *>(stFrame.pRaw->pBuffer));
+    return true;
+  });
   EXPECT_EQ(strError.toStdString(), "");
   ASSERT_EQ(listSeen.size(), 5U);
   for (std::size_t nFrame = 1; nFrame < 5; ++nFrame) {
@@ -45,7 +44,7 @@ TEST(FrameCollector, GivesUpWhenNoWantedFrameComes)
   CPumpedPipeline stream;
   CFrameCollector collector(stream.m_pipeline, 50);
   const QString strError =
-      collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; });
+    collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; });
   EXPECT_EQ(strError.toStdString(), "no corrected frame came for 0.05 s, 0 of 3 were there");
 }
 
@@ -55,7 +54,7 @@ TEST(FrameCollector, EndsWithTheReasonOfTheTroubleCheck)
   CFrameCollector collector(stream.m_pipeline);
   collector.SetTroubleCheck([] { return QStringLiteral("the lens fell off"); });
   EXPECT_EQ(collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; })
-                .toStdString(),
+              .toStdString(),
             "the lens fell off");
 }
 

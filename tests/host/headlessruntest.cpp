@@ -61,9 +61,9 @@ TEST_F(HeadlessRun, ACoefficientFileOfAnEarlierRunIsReplaced)
 TEST_F(HeadlessRun, AFailingCameraIsToldInOneLineThatNamesTheStep)
 {
   const std::pair<bool CFaultyCamera::SFaults::*, const char *> FAULTS[] = {
-      {&CFaultyCamera::SFaults::bRefusesToStart, "dark acquisition: the cable is out"},
-      {&CFaultyCamera::SFaults::bHasNoSceneControl, "open: the scene of this camera cannot be set by software"},
-      {&CFaultyCamera::SFaults::bDeliversNothing, "dark acquisition: Get buffer time out"},
+    {&CFaultyCamera::SFaults::bRefusesToStart, "dark acquisition: the cable is out"},
+    {&CFaultyCamera::SFaults::bHasNoSceneControl, "open: the scene of this camera cannot be set by software"},
+    {&CFaultyCamera::SFaults::bDeliversNothing, "dark acquisition: Get buffer time out"},
   };
   for (const auto &[pFault, pError] : FAULTS) {
     CFaultyCamera::SFaults stFaults;

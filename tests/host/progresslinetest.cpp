@@ -37,4 +37,3 @@ TEST(ProgressLine, ClearLeavesAnEmptyLine)
   progress.Clear();
   EXPECT_EQ(stream.str(), "\rstep\r    \r");
 }
-

@@ -62,13 +62,13 @@ TEST_F(Viewer, FramesPassThroughThePlugIn)
   CFrameCollector collector(viewer.GetPipeline());
   bool bInverted = false;
   EXPECT_EQ(collector
-                .Collect(2, CFramePipeline::EWanted::Corrected,
-                         [&](const SProcessedFrame &stFrame) {
-                           const uint8_t nRaw = *static_cast<const uint8_t *>(stFrame.pRaw->pBuffer);
-                           bInverted = *static_cast<const uint8_t *>(stFrame.pCorrected) == uint8_t(~nRaw);
-                           return stFrame.pRaw->nSize == 64 * 48;
-                         })
-                .toStdString(),
+              .Collect(2, CFramePipeline::EWanted::Corrected,
+                       [&](const SProcessedFrame &stFrame) {
+                         const uint8_t nRaw = *static_cast<const uint8_t *>(stFrame.pRaw->pBuffer);
+                         bInverted = *static_cast<const uint8_t *>(stFrame.pCorrected) == uint8_t(~nRaw);
+                         return stFrame.pRaw->nSize == 64 * 48;
+                       })
+              .toStdString(),
             "");
   EXPECT_TRUE(bInverted);
   viewer.StopStream();

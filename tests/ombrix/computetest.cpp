@@ -15,8 +15,8 @@ namespace {
 TValues ComputeWords(const TBytes &listBright, const TBytes *pDark, uint32_t nWidth, uint32_t nHeight,
                      uint32_t nBitDepth, uint32_t nTarget)
 {
-  const OMBRIX_FFC_PARAM stParam = {listBright.data(), pDark != nullptr ? pDark->data() : nullptr, nWidth, nHeight,
-                                    nBitDepth, 0};
+  const OMBRIX_FFC_PARAM stParam = {
+    listBright.data(), pDark != nullptr ? pDark->data() : nullptr, nWidth, nHeight, nBitDepth, 0};
   uint32_t nSize = 0;
   EXPECT_EQ(OmbrixComputeFlatField(stParam, nullptr, &nSize, nullptr), OMBRIX_STATUS_SUCCESS);
   TBytes listTable(nSize);

@@ -29,7 +29,11 @@ protected:
     Load();
   }
 
-  ~Module() override { QTextCodec::setCodecForLocale(m_pLocaleCodec); }
+  ~Module() override
+  {
+    QTextCodec::setCodecForLocale(m_pLocaleCodec);
+    m_library.unload();
+  }
 
   void Load()
   {
@@ -81,8 +85,7 @@ void Send(IPlugin *pPlugin, EPluginMsgCode eCode)
 
 TEST(ModuleFile, ExportsExactlyTwoFunctions)
 {
-  EXPECT_EQ(ReadExportedNames(MODULE_FILE),
-            (std::vector<std::string>{"CreatePluginObject", "DestoryPluginObject"}));
+  EXPECT_EQ(ReadExportedNames(MODULE_FILE), (std::vector<std::string>{"CreatePluginObject", "DestoryPluginObject"}));
 }
 
 TEST_F(Module, MakesAnObjectThatKnowsItself)

@@ -21,19 +21,19 @@ void AddRun(DepthTable &mapDepths, int32_t nDepth, uint32_t nFirst, uint32_t nLa
 DepthTable MakeDepths()
 {
   DepthTable mapDepths;
-  for (const uint32_t nFormat : {0x01080001U, 0x01080002U, 0x010800C9U, 0x010800CDU, 0x010800D1U, 0x02180014U,
-                                 0x02180015U}) {
+  for (const uint32_t nFormat :
+       {0x01080001U, 0x01080002U, 0x010800C9U, 0x010800CDU, 0x010800D1U, 0x02180014U, 0x02180015U}) {
     mapDepths[nFormat] = 8;
   }
   AddRun(mapDepths, 8, 0x01080008, 0x0108000B);
-  for (const uint32_t nFormat : {0x010A0046U, 0x010A0052U, 0x010A0054U, 0x010A0056U, 0x010A0058U, 0x010C0004U,
-                                 0x01100003U}) {
+  for (const uint32_t nFormat :
+       {0x010A0046U, 0x010A0052U, 0x010A0054U, 0x010A0056U, 0x010A0058U, 0x010C0004U, 0x01100003U}) {
     mapDepths[nFormat] = 10;
   }
   AddRun(mapDepths, 10, 0x010C0026, 0x010C0029);
   AddRun(mapDepths, 10, 0x0110000C, 0x0110000F);
-  for (const uint32_t nFormat : {0x010C0006U, 0x010C0047U, 0x010C0053U, 0x010C0055U, 0x010C0057U, 0x010C0059U,
-                                 0x01100005U}) {
+  for (const uint32_t nFormat :
+       {0x010C0006U, 0x010C0047U, 0x010C0053U, 0x010C0055U, 0x010C0057U, 0x010C0059U, 0x01100005U}) {
     mapDepths[nFormat] = 12;
   }
   AddRun(mapDepths, 12, 0x010C002A, 0x010C002D);
@@ -48,8 +48,8 @@ DepthTable MakeDepths()
 
 std::set<uint32_t> MakePacked()
 {
-  std::set<uint32_t> setPacked = {0x010A0046, 0x010A0052, 0x010A0054, 0x010A0056, 0x010A0058, 0x010C0004, 0x010C0006,
-                                  0x010C0047, 0x010C0053, 0x010C0055, 0x010C0057, 0x010C0059};
+  std::set<uint32_t> setPacked = {0x010A0046, 0x010A0052, 0x010A0054, 0x010A0056, 0x010A0058, 0x010C0004,
+                                  0x010C0006, 0x010C0047, 0x010C0053, 0x010C0055, 0x010C0057, 0x010C0059};
   for (uint32_t nFormat = 0x010C0026; nFormat <= 0x010C002D; ++nFormat) {
     setPacked.insert(nFormat);
   }
@@ -136,8 +136,8 @@ TEST(PixelFormat, BayerFormatsAreThoseWithFourLayouts)
 {
   std::set<uint32_t> setBayer = {0x010A0052, 0x010A0054, 0x010A0056, 0x010A0058,
                                  0x010C0053, 0x010C0055, 0x010C0057, 0x010C0059};
-  for (const uint32_t nFirst : {0x01080008U, 0x010C0026U, 0x010C002AU, 0x0110000CU, 0x01100010U, 0x0110002EU,
-                                0x010E0105U, 0x01100109U}) {
+  for (const uint32_t nFirst :
+       {0x01080008U, 0x010C0026U, 0x010C002AU, 0x0110000CU, 0x01100010U, 0x0110002EU, 0x010E0105U, 0x01100109U}) {
     for (uint32_t nFormat = nFirst; nFormat < nFirst + 4; ++nFormat) {
       setBayer.insert(nFormat);
     }

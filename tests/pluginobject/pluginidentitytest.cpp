@@ -128,8 +128,8 @@ TEST_F(PluginIdentity, TheHostsSlotCanBeConnectedByName)
 {
   CMinimalPlugin sender;
   ASSERT_EQ(Initialize(), 0);
-  ASSERT_TRUE(QObject::connect(&sender, SIGNAL(SigPluginMsg(PLUGIN_MSG)), m_pPlugin.get(),
-                               SLOT(SlotProcessDemoMsg(PLUGIN_MSG))));
+  ASSERT_TRUE(
+    QObject::connect(&sender, SIGNAL(SigPluginMsg(PLUGIN_MSG)), m_pPlugin.get(), SLOT(SlotProcessDemoMsg(PLUGIN_MSG))));
   emit sender.SigPluginMsg(MakePluginMsg(PLUGIN_MSG_SHOW_DIALOG));
   EXPECT_TRUE(m_pPlugin->IsDialogVisible());
 }

@@ -21,8 +21,8 @@ bool AreBytesZero(const TRecord &stRecord, std::size_t nFirst = 0)
 
 TEST(PluginRecords, AMessageIsZeroBeyondItsCode)
 {
-  for (const EPluginMsgCode eCode : {PLUGIN_MSG_ACQUISITION_ON, PLUGIN_MSG_ACQUISITION_OFF, PLUGIN_MSG_DIALOG_HIDDEN,
-                                     PLUGIN_MSG_DIALOG_SHOWN}) {
+  for (const EPluginMsgCode eCode :
+       {PLUGIN_MSG_ACQUISITION_ON, PLUGIN_MSG_ACQUISITION_OFF, PLUGIN_MSG_DIALOG_HIDDEN, PLUGIN_MSG_DIALOG_SHOWN}) {
     const PLUGIN_MSG stPluginMsg = MakePluginMsg(eCode);
     EXPECT_EQ(stPluginMsg.nMsgCode, eCode);
     EXPECT_TRUE(AreBytesZero(stPluginMsg, sizeof stPluginMsg.nMsgCode));

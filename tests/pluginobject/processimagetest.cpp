@@ -91,8 +91,7 @@ TEST_F(ProcessImage, HandsARequestedFrameOverAndDoesNotCorrectIt)
   m_stScript.listCalls.clear();
   m_stScript.nWaitResult = REQUESTED;
   EXPECT_EQ(Process(), 0);
-  EXPECT_EQ(m_stScript.listCalls,
-            (std::vector<std::string>{"receive " + std::to_string(m_listInput.size()), "ready"}));
+  EXPECT_EQ(m_stScript.listCalls, (std::vector<std::string>{"receive " + std::to_string(m_listInput.size()), "ready"}));
   EXPECT_EQ(m_stResult.bCorrected, 0);
 }
 

@@ -19,8 +19,7 @@ TEST(StyleSheet, IsPlainAscii)
 {
   const QByteArray strSheet = ReadStyleSheet();
   EXPECT_FALSE(strSheet.isEmpty());
-  EXPECT_TRUE(std::all_of(strSheet.begin(), strSheet.end(), [](char c) { return c > 0; }))
-    << "it is read as Latin-1";
+  EXPECT_TRUE(std::all_of(strSheet.begin(), strSheet.end(), [](char c) { return c > 0; })) << "it is read as Latin-1";
 }
 
 TEST(StyleSheet, NamesOnlyPicturesThatAreThere)

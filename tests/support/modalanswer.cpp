@@ -148,8 +148,8 @@ void CModalAnswer::AnswerBox(QDialog &dialog)
   // The toolkit's own boxes ask for leave to overwrite.
   const bool bAny = m_bAnyButton || !IsTipsMessageBox(dialog);
   QPushButton *pButton = FindButton(dialog, bAny, m_strButton);
-  m_listBoxes.push_back({ReadTitle(dialog), ReadMessage(dialog),
-                         pButton == nullptr ? std::string() : pButton->text().toStdString()});
+  m_listBoxes.push_back(
+    {ReadTitle(dialog), ReadMessage(dialog), pButton == nullptr ? std::string() : pButton->text().toStdString()});
   if (pButton != nullptr) {
     pButton->click();
   } else {

@@ -141,9 +141,8 @@ void CTestCamera::AddWhiteBalance()
   m_deviceMap.AddFloat("BalanceRatio")
     .Range(0.0, 16.0)
     .OnRead([this, &selector] { return m_adBalanceRatio.at(static_cast<std::size_t>(selector.Peek())); })
-    .OnWrite([this, &selector](double dValue) {
-      m_adBalanceRatio.at(static_cast<std::size_t>(selector.Peek())) = dValue;
-    });
+    .OnWrite(
+      [this, &selector](double dValue) { m_adBalanceRatio.at(static_cast<std::size_t>(selector.Peek())) = dValue; });
   m_deviceMap.AddEnumeration("AWBLampHouse").Entry("D65", 0).Entry("Fluorescence", 1).Entry("Adaptive", 2);
 }
 

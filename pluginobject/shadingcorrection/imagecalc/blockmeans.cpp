@@ -10,12 +10,14 @@ struct SCellSums {
   uint64_t anSum[BAYER_PLACE_COUNT] = {};
 };
 
-template <typename TPixel> const TPixel *GetRow(const TPixel *pImage, int32_t nWidth, int32_t nRow)
+template <typename TPixel>
+const TPixel *GetRow(const TPixel *pImage, int32_t nWidth, int32_t nRow)
 {
   return pImage + static_cast<int64_t>(nRow) * nWidth;
 }
 
-template <typename TPixel> uint64_t SumPixels(const TPixel *pImage, int32_t nImageWidth, const SBlockRect &stBlock)
+template <typename TPixel>
+uint64_t SumPixels(const TPixel *pImage, int32_t nImageWidth, const SBlockRect &stBlock)
 {
   uint64_t nSum = 0;
   for (int32_t y = 0; y < stBlock.nHeight; ++y) {
@@ -28,7 +30,8 @@ template <typename TPixel> uint64_t SumPixels(const TPixel *pImage, int32_t nIma
 }
 
 // Sides of blocks are even, the narrow ones at the edge too, so no cell is cut.
-template <typename TPixel> SCellSums SumCells(const TPixel *pImage, int32_t nImageWidth, const SBlockRect &stBlock)
+template <typename TPixel>
+SCellSums SumCells(const TPixel *pImage, int32_t nImageWidth, const SBlockRect &stBlock)
 {
   SCellSums stSums;
   for (int32_t y = 0; y < stBlock.nHeight; y += 2) {

@@ -12,7 +12,8 @@ constexpr uint32_t NINTH_ROUNDING = 4;
 constexpr uint32_t NINTH_FACTOR = 455;
 constexpr uint32_t NINTH_SHIFT = 12;
 
-template <typename TPixel> TPixel SmoothPixel(const TPixel *pCentre, int64_t nStride)
+template <typename TPixel>
+TPixel SmoothPixel(const TPixel *pCentre, int64_t nStride)
 {
   uint32_t nSum = 0;
   for (const TPixel *pRow : {pCentre - nStride, pCentre, pCentre + nStride}) {

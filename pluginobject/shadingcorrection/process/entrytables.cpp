@@ -9,7 +9,8 @@ struct SEntry {
 };
 
 constexpr SEntry<uint32_t> FRAME_COUNTS[] = {
-  {"FFCFrameCount_1", 1}, {"FFCFrameCount_2", 2}, {"FFCFrameCount_4", 4}, {"FFCFrameCount_8", 8}, {"FFCFrameCount_16", 16},
+  {"FFCFrameCount_1", 1}, {"FFCFrameCount_2", 2},   {"FFCFrameCount_4", 4},
+  {"FFCFrameCount_8", 8}, {"FFCFrameCount_16", 16},
 };
 
 constexpr SEntry<int32_t> BAYER_TYPES[] = {

@@ -43,8 +43,7 @@ int32_t CFrameAccumulator::Average(uint32_t nFrameCount, const SFrameFormat &stF
   if (!Holds(stFormat) || !stFormat.FitsInto(average.GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  return MapCalcStatus(CImageCalc().DivideFrame(reinterpret_cast<const uint32_t *>(m_sums.GetData()),
-                                                static_cast<int64_t>(stFormat.GetPixelCount()),
-                                                static_cast<int32_t>(nFrameCount), stFormat.GetBitDepth(),
-                                                average.GetData()));
+  return MapCalcStatus(CImageCalc().DivideFrame(
+    reinterpret_cast<const uint32_t *>(m_sums.GetData()), static_cast<int64_t>(stFormat.GetPixelCount()),
+    static_cast<int32_t>(nFrameCount), stFormat.GetBitDepth(), average.GetData()));
 }

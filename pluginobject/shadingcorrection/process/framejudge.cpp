@@ -16,8 +16,8 @@ int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stForma
   const BLOCK_PARAM stParam = {static_cast<int32_t>(stFormat.nWidth), static_cast<int32_t>(stFormat.nHeight),
                                static_cast<int32_t>(nBlockWidth), static_cast<int32_t>(nBlockHeight), nBayerType};
   SBlockMeanRange stMeasured;
-  const int32_t nStatus = MapCalcStatus(CImageCalc().GetBlockMeanMaxMin(
-    frame.GetData(), stFormat.GetBitDepth(), stParam, &stMeasured.dMax, &stMeasured.dMin));
+  const int32_t nStatus = MapCalcStatus(CImageCalc().GetBlockMeanMaxMin(frame.GetData(), stFormat.GetBitDepth(),
+                                                                        stParam, &stMeasured.dMax, &stMeasured.dMin));
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     stRange = stMeasured;
   }

@@ -62,12 +62,10 @@ int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable
   }
   const SFrameFormat &stFormat = stReference.stFormat;
   const int32_t nBitDepth = stFormat.GetBitDepth();
-  const OMBRIX_FFC_PARAM stParam = {stReference.bright.GetData(),
-                                    stReference.pDark == nullptr ? nullptr : stReference.pDark->GetData(),
-                                    static_cast<uint32_t>(stFormat.nWidth),
-                                    static_cast<uint32_t>(stFormat.nHeight),
-                                    static_cast<uint32_t>(nBitDepth),
-                                    static_cast<uint32_t>(stReference.nBayerType)};
+  const OMBRIX_FFC_PARAM stParam = {
+    stReference.bright.GetData(),           stReference.pDark == nullptr ? nullptr : stReference.pDark->GetData(),
+    static_cast<uint32_t>(stFormat.nWidth), static_cast<uint32_t>(stFormat.nHeight),
+    static_cast<uint32_t>(nBitDepth),       static_cast<uint32_t>(stReference.nBayerType)};
   uint32_t nSize = 0;
   (void)OmbrixComputeFlatField(stParam, nullptr, &nSize, nullptr);
   if (nSize == 0) {
@@ -109,8 +107,7 @@ bool IsFrameOfFormat(const SFrameFormat &stKept, uint32_t nWidth, int32_t nHeigh
          GetDeliveredBitDepth(nPixelFormat) == stKept.GetBitDepth();
 }
 
-int32_t ApplyHostTable(const SHostTable &stTable, const SFrameFormat &stFormat, const void *pSource,
-                       void *pDestination)
+int32_t ApplyHostTable(const SHostTable &stTable, const SFrameFormat &stFormat, const void *pSource, void *pDestination)
 {
   const uint32_t nSize = stTable.nSize;
   return MapCalcStatus(OmbrixApplyFlatField(pSource, pDestination, static_cast<uint32_t>(stFormat.GetBitDepth()),

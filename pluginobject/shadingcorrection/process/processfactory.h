@@ -16,9 +16,9 @@ enum class EProcessKind {
 };
 
 /// Makes a process. \return 0; -2 when there is no memory; -1011 for a kind that is not available
-using FnCreateProcess = std::function<int32_t(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
-                                              const CFeatureAccess &streamFeatures,
-                                              std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;
+using FnCreateProcess =
+  std::function<int32_t(EProcessKind eKind, const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures,
+                        std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;
 
 /// The factory of the product.
 int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,

@@ -80,17 +80,16 @@ int32_t CShadingCorrectionPro_PC::__SaveCameraState()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   SFrameFormat stFormat;
-  const int32_t nStatus =
-    CFeatureChain()
-      .Then([&] { return m_deviceFeatures.GetFloatFeature("ExposureTime", m_fExposureTime); })
-      .Then([&] { return m_deviceFeatures.GetFloatFeature("Gain", m_fGain); })
-      .Then([&] { return m_streamGuard.SaveStreaming(m_deviceFeatures); })
-      .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
-      .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
-      .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
-      .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
-      .Then([&] { return m_streamGuard.SaveTriggerMode(m_deviceFeatures); })
-      .Status();
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return m_deviceFeatures.GetFloatFeature("ExposureTime", m_fExposureTime); })
+                            .Then([&] { return m_deviceFeatures.GetFloatFeature("Gain", m_fGain); })
+                            .Then([&] { return m_streamGuard.SaveStreaming(m_deviceFeatures); })
+                            .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
+                            .Then([&] { return m_streamGuard.SaveTriggerMode(m_deviceFeatures); })
+                            .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     if (!m_streamGuard.WasStreaming()) {
       // The restore that follows stops the stream: without knowing that it ran, nobody would start it again.
@@ -150,8 +149,8 @@ int32_t CShadingCorrectionPro_PC::AcquireDarkImage()
 int32_t CShadingCorrectionPro_PC::__CaptureDark()
 {
   const auto allocate = [this]() -> int32_t {
-    const bool bAllocated = m_darkFrame.Allocate(m_stFormat.nFrameSize) &&
-                            m_exchange.AllocateBuffer(m_stFormat.nFrameSize);
+    const bool bAllocated =
+      m_darkFrame.Allocate(m_stFormat.nFrameSize) && m_exchange.AllocateBuffer(m_stFormat.nFrameSize);
     return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
   };
   const auto takeFrame = [this] {

@@ -80,7 +80,7 @@ private:
   bool m_bBlackLevelDefault = true;
   int64_t m_nBlockWidth = 32;
   int64_t m_nBlockHeight = 32;
-  uint32_t m_nTimeout = 0; // milliseconds
+  uint32_t m_nTimeout = 0;  // milliseconds
   SBlockMeanRange m_stGray; // on an 8-bit scale
   float m_fGain = 0.0F;
   float m_fExposureTime = 0.0F;

@@ -47,8 +47,7 @@ struct SKindLook {
 
 constexpr SKindLook KIND_LOOKS[] = {
   {CTipsMessageBox::EKind::Tips, QT_TRANSLATE_NOOP("CTipsMessageBox", "Tips"), ":/skin/images/TipBig.png"},
-  {CTipsMessageBox::EKind::Warning, QT_TRANSLATE_NOOP("CTipsMessageBox", "Warning"),
-   ":/skin/images/WarningBig.png"},
+  {CTipsMessageBox::EKind::Warning, QT_TRANSLATE_NOOP("CTipsMessageBox", "Warning"), ":/skin/images/WarningBig.png"},
   {CTipsMessageBox::EKind::Error, QT_TRANSLATE_NOOP("CTipsMessageBox", "Error"), ":/skin/images/ErrorBig.png"},
 };
 
@@ -66,14 +65,16 @@ bool IsCreated(const void *pCreated, int nLine)
 }
 
 /// Creates a child of pParent. nLine is the caller's.
-template <class Object> bool Create(Object *&pCreated, QWidget *pParent, int nLine)
+template <class Object>
+bool Create(Object *&pCreated, QWidget *pParent, int nLine)
 {
   pCreated = new (std::nothrow) Object(pParent);
   return IsCreated(pCreated, nLine);
 }
 
 /// Creates a layout that stays the caller's until it is placed in another one. nLine is the caller's.
-template <class Layout> bool Create(std::unique_ptr<Layout> &pCreated, int nLine)
+template <class Layout>
+bool Create(std::unique_ptr<Layout> &pCreated, int nLine)
 {
   pCreated.reset(new (std::nothrow) Layout);
   return IsCreated(pCreated.get(), nLine);
@@ -169,6 +170,8 @@ bool CTipsMessageBox::__CreateLayouts()
   std::unique_ptr<QVBoxLayout> pFrame;
   QGroupBox *pGroup = nullptr;
   QVBoxLayout *pBox = nullptr;
+  // Each check logs a line of its own.
+  // clang-format off
   if (!Create(pUpperRow, __LINE__) ||
       !Create(pLowerRow, __LINE__) ||
       !Create(pContent, __LINE__) ||
@@ -177,6 +180,7 @@ bool CTipsMessageBox::__CreateLayouts()
       !Create(pBox, this, __LINE__)) {
     return false;
   }
+  // clang-format on
 
   SetUniform(*pUpperRow, 0, CONTENT_SPACING);
   pUpperRow->addWidget(m_pIconLabel, 0, Qt::AlignTop);
@@ -293,8 +297,7 @@ int CTipsMessageBox::Error(QWidget *, const QString &strTitle, const QString &st
   return RunBox(EKind::Error, strMessage, strTitle, nButtons);
 }
 
-int CTipsMessageBox::Warning(const QString &strMessage, const QString &strTitle,
-                             QMessageBox::StandardButtons nButtons)
+int CTipsMessageBox::Warning(const QString &strMessage, const QString &strTitle, QMessageBox::StandardButtons nButtons)
 {
   return RunBox(EKind::Warning, strMessage, strTitle, nButtons);
 }

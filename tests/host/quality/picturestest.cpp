@@ -29,7 +29,7 @@ TEST(Pictures, AFrameOfEveryDeepValueSurvivesPng)
   }
   const QTemporaryDir dir;
   const QImage imgRead(
-      SaveAndGetPath(dir, MakeFramePicture(listSamples.data(), 256, 256, *FindSensorFormat("Mono16"))));
+    SaveAndGetPath(dir, MakeFramePicture(listSamples.data(), 256, 256, *FindSensorFormat("Mono16"))));
   ASSERT_EQ(imgRead.format(), QImage::Format_Grayscale16);
   for (int nLine = 0; nLine < 256; ++nLine) {
     const uint16_t *pLine = reinterpret_cast<const uint16_t *>(imgRead.constScanLine(nLine));
@@ -84,8 +84,7 @@ TEST(RowProfile, IsTheMeanOfTheMiddleLines)
 {
   SSyntheticScene stScene{10, 96, 12, nullptr, 0};
   stScene.fnLevel = [](uint32_t nX, uint32_t nY) { return nY < 32 || nY >= 64 ? 4000.0 : 100.0 + nX + (nY % 2); };
-  const SRowProfile stProfile =
-      MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(2, 1)), EColorLayout::Mono);
+  const SRowProfile stProfile = MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(2, 1)), EColorLayout::Mono);
   ASSERT_EQ(stProfile.listGrays.size(), 10);
   EXPECT_EQ(stProfile.listColumns[3], 3);
   EXPECT_EQ(stProfile.listGrays[3], 103.5);
@@ -97,8 +96,7 @@ TEST(RowProfile, OfAMosaicShowsItsGreenPixels)
   stScene.fnLevel = [](uint32_t nX, uint32_t nY) {
     return GetPixelColor(EColorLayout::BayerGR, nX, nY) == EColor::Green ? 700.0 : 9.0;
   };
-  const SRowProfile stProfile =
-      MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(1, 1)), EColorLayout::BayerGR);
+  const SRowProfile stProfile = MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(1, 1)), EColorLayout::BayerGR);
   EXPECT_EQ(stProfile.listGrays, QVector<double>(4, 700.0));
   EXPECT_EQ(stProfile.listColumns, QVector<double>({0.5, 2.5, 4.5, 6.5}));
 }

@@ -64,7 +64,7 @@ public:
   {
     const double dMean = Mean();
     const double dMeasured =
-        AverageAll([&](uint32_t nX, uint32_t nY) { return std::pow(PixelMean(nX, nY) - dMean, 2); });
+      AverageAll([&](uint32_t nX, uint32_t nY) { return std::pow(PixelMean(nX, nY) - dMean, 2); });
     const double dTemporal = AverageAll([&](uint32_t nX, uint32_t nY) { return PixelVariance(nX, nY); });
     return dMeasured - dTemporal / double(m_listFrames.size());
   }
@@ -79,7 +79,7 @@ public:
       listMeans.emplace_back();
       for (uint32_t nX = 0; nX + nW <= m_stScene.nWidth; nX += nW) {
         listMeans.back().push_back(
-            Average(nX, nY, nW, nH, [&](uint32_t nPx, uint32_t nPy) { return PixelMean(nPx, nPy); }));
+          Average(nX, nY, nW, nH, [&](uint32_t nPx, uint32_t nPy) { return PixelMean(nPx, nPy); }));
       }
       if (m_stScene.nHeight < 32) {
         break;
@@ -123,7 +123,7 @@ SUniformityFigures MeasureSlowly(const SSyntheticScene &stScene, const std::vect
   const double dDark = dark.SpatialVariance();
   stFigures.dDsnuDn = std::sqrt(std::max(0.0, dDark));
   stFigures.dPrnuPercent =
-      100 * std::sqrt(std::max(0.0, bright.SpatialVariance() - dDark)) / (bright.Mean() - dark.Mean());
+    100 * std::sqrt(std::max(0.0, bright.SpatialVariance() - dDark)) / (bright.Mean() - dark.Mean());
 
   const auto listLight = bright.BlockMeans();
   const auto listNone = dark.BlockMeans();
@@ -143,8 +143,7 @@ SUniformityFigures MeasureSlowly(const SSyntheticScene &stScene, const std::vect
   const auto Signal = [&](std::size_t nRow, std::size_t nCol) { return listLight[nRow][nCol] - listNone[nRow][nCol]; };
   const std::size_t nLastRow = listLight.size() - 1;
   const std::size_t nLastCol = listLight[0].size() - 1;
-  const double dCorners =
-      (Signal(0, 0) + Signal(0, nLastCol) + Signal(nLastRow, 0) + Signal(nLastRow, nLastCol)) / 4;
+  const double dCorners = (Signal(0, 0) + Signal(0, nLastCol) + Signal(nLastRow, 0) + Signal(nLastRow, nLastCol)) / 4;
   stFigures.dCornerToCentre = dCorners / Signal((nLastRow + 1) / 2, (nLastCol + 1) / 2);
   return stFigures;
 }

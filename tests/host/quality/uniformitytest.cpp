@@ -56,8 +56,8 @@ TEST(Uniformity, EqualsTheSlowTwinForEveryDepthAndOddSizes)
       const SUniformity stFast = MeasureUniformity(stScene.MakeStack(stStacks.listBright),
                                                    stScene.MakeStack(stStacks.listDark), EColorLayout::Mono);
       SCOPED_TRACE(testing::Message() << nWidth << "x" << nHeight << ", " << nBitDepth << " bit");
-      ExpectEqualFigures(stFast.stOverall, MeasureSlowly(stScene, stStacks.listBright, stStacks.listDark,
-                                                         EColorLayout::Mono, -1));
+      ExpectEqualFigures(stFast.stOverall,
+                         MeasureSlowly(stScene, stStacks.listBright, stStacks.listDark, EColorLayout::Mono, -1));
     }
   }
 }
@@ -68,8 +68,8 @@ TEST(Uniformity, EqualsTheSlowTwinForEveryPlaneOfEveryMosaic)
        {EColorLayout::BayerGR, EColorLayout::BayerRG, EColorLayout::BayerGB, EColorLayout::BayerBG}) {
     SSyntheticScene stScene{70, 66, 12, nullptr, 0};
     const SStacks stStacks = MakeUnevenFrames(stScene, 3, 3);
-    const SUniformity stFast = MeasureUniformity(stScene.MakeStack(stStacks.listBright),
-                                                 stScene.MakeStack(stStacks.listDark), eLayout);
+    const SUniformity stFast =
+      MeasureUniformity(stScene.MakeStack(stStacks.listBright), stScene.MakeStack(stStacks.listDark), eLayout);
     ASSERT_EQ(stFast.listPlanes.size(), 3U);
     for (int nColor = 0; nColor < 3; ++nColor) {
       SCOPED_TRACE(testing::Message() << GetLayoutName(eLayout) << " " << nColor);
@@ -90,8 +90,8 @@ TEST(Uniformity, ColourBalanceAloneIsNoShading)
   stScene.fnLevel = [](uint32_t nX, uint32_t nY) {
     return 500.0 * (1 + int(GetPixelColor(EColorLayout::BayerBG, nX, nY)));
   };
-  const SUniformity stFigures = MeasureUniformity(stScene.MakeStack(stScene.MakeFrames(2, 1)),
-                                                  stScene.MakeStack(listDark), EColorLayout::BayerBG);
+  const SUniformity stFigures =
+    MeasureUniformity(stScene.MakeStack(stScene.MakeFrames(2, 1)), stScene.MakeStack(listDark), EColorLayout::BayerBG);
   EXPECT_EQ(stFigures.stOverall.dShadingPercent, 0);
   EXPECT_EQ(stFigures.stOverall.dPrnuPercent, 0);
   EXPECT_EQ(stFigures.listPlanes[0].dMeanGray, 500);
@@ -108,8 +108,8 @@ TEST(Uniformity, TheOverallFigureOfAMosaicIsItsWorstPlanes)
   stScene.fnLevel = [](uint32_t nX, uint32_t nY) {
     return GetPixelColor(EColorLayout::BayerRG, nX, nY) == EColor::Blue && nX >= 32 ? 500.0 : 1000.0;
   };
-  const SUniformity stFigures = MeasureUniformity(stScene.MakeStack(stScene.MakeFrames(2, 1)),
-                                                  stScene.MakeStack(listDark), EColorLayout::BayerRG);
+  const SUniformity stFigures =
+    MeasureUniformity(stScene.MakeStack(stScene.MakeFrames(2, 1)), stScene.MakeStack(listDark), EColorLayout::BayerRG);
   EXPECT_EQ(stFigures.listPlanes[0].dShadingPercent, 0);
   EXPECT_NEAR(stFigures.stOverall.dShadingPercent, 100 * 500.0 / 750.0, 1e-9);
   EXPECT_NEAR(stFigures.stOverall.dCornerToCentre, 1.5, 1e-9);
@@ -156,8 +156,8 @@ TEST(Uniformity, StacksThatDoNotMatchGiveNoFigures)
   SSyntheticScene stScene{32, 32, 12, [](uint32_t, uint32_t) { return 5.0; }, 0};
   SSyntheticScene stOther{34, 32, 12, stScene.fnLevel, 0};
   const CFrameStack stStack = stScene.MakeStack(stScene.MakeFrames(1, 1));
-  EXPECT_TRUE(MeasureUniformity(stStack, stOther.MakeStack(stOther.MakeFrames(1, 1)), EColorLayout::Mono)
-                  .listPlanes.empty());
+  EXPECT_TRUE(
+    MeasureUniformity(stStack, stOther.MakeStack(stOther.MakeFrames(1, 1)), EColorLayout::Mono).listPlanes.empty());
   EXPECT_TRUE(MeasureUniformity(stStack, stScene.MakeStack({}), EColorLayout::Mono).listPlanes.empty());
   EXPECT_EQ(MeasureUniformity(stStack, stStack, EColorLayout::Mono).listPlanes.size(), 1U);
 }

@@ -11,9 +11,9 @@ using DialogAcquisition = CDialogTest;
 namespace {
 
 constexpr const char *DARK_COMPLETE = "Acquisition of dark field image complete";
-constexpr const char *DARK_TOO_BRIGHT =
-  "The dark field image is too bright, the flat field correction will not use the dark field image,this will not affect "
-  "the flat field correction effect";
+constexpr const char *DARK_TOO_BRIGHT = "The dark field image is too bright, the flat field correction will not use "
+                                        "the dark field image,this will not affect "
+                                        "the flat field correction effect";
 constexpr const char *DARK_BLACK_LEVEL =
   "The current black level is not the default value, the flat field correction will not use the dark field image,this "
   "will not affect the flat field correction effect";
@@ -21,9 +21,9 @@ constexpr const char *BRIGHT_COMPLETE = "Acquisition of bright field images comp
 constexpr const char *BRIGHT_TOO_DARK =
   "The bright field image is too dark, it will affect the flat field correction effect,it is recommended to adjust the "
   "brightness of the image in the range of 20-250";
-constexpr const char *BRIGHT_TOO_BRIGHT =
-  "The bright field image is too bright, it will affect the flat field correction effect,it is recommended to adjust the "
-  "brightness of the image in the range of 20-250";
+constexpr const char *BRIGHT_TOO_BRIGHT = "The bright field image is too bright, it will affect the flat field "
+                                          "correction effect,it is recommended to adjust the "
+                                          "brightness of the image in the range of 20-250";
 constexpr const char *PARAMETERS_MODIFIED =
   "The current device parameters have been modified. Please restore the default parameters and try again!";
 
@@ -39,8 +39,8 @@ TEST_F(DialogAcquisition, ADarkFieldIsJudgedWithBothLimitsAllowed)
     QColor colour;
   };
   const SCase listCases[] = {
-    {20.0, 5.0, true, DARK_COMPLETE, Qt::black},     {20.01, 0.0, true, DARK_TOO_BRIGHT, Qt::red},
-    {3.0, 5.01, true, DARK_TOO_BRIGHT, Qt::red},     {20.0, 5.0, false, DARK_BLACK_LEVEL, Qt::red},
+    {20.0, 5.0, true, DARK_COMPLETE, Qt::black},  {20.01, 0.0, true, DARK_TOO_BRIGHT, Qt::red},
+    {3.0, 5.01, true, DARK_TOO_BRIGHT, Qt::red},  {20.0, 5.0, false, DARK_BLACK_LEVEL, Qt::red},
     {21.0, 0.0, false, DARK_TOO_BRIGHT, Qt::red},
   };
   ASSERT_EQ(Open(), 0);
@@ -78,7 +78,9 @@ TEST_F(DialogAcquisition, EveryCompletedBrightFieldIsAcceptedWithItsVerdict)
     QColor colour;
   };
   const SCase listCases[] = {
-    {19.99, BRIGHT_TOO_DARK, Qt::red},  {20.0, BRIGHT_COMPLETE, Qt::black}, {250.0, BRIGHT_COMPLETE, Qt::black},
+    {19.99, BRIGHT_TOO_DARK, Qt::red},
+    {20.0, BRIGHT_COMPLETE, Qt::black},
+    {250.0, BRIGHT_COMPLETE, Qt::black},
     {250.01, BRIGHT_TOO_BRIGHT, Qt::red},
   };
   for (const SCase &stCase : listCases) {
@@ -165,7 +167,9 @@ TEST_F(DialogAcquisition, AConvertedImageRefusesBothAcquisitions)
        camera.Output().Find<CSoftwareEnumeration>("OutPixelFormat")->OnRead([] { return 0x02180014; });
      }},
     {"payload",
-     [](CTestCamera &camera) { camera.Output().Find<CSoftwareInteger>("OutputPayloadSize")->OnRead([] { return 1; }); }},
+     [](CTestCamera &camera) {
+       camera.Output().Find<CSoftwareInteger>("OutputPayloadSize")->OnRead([] { return 1; });
+     }},
     {"width",
      [](CTestCamera &camera) { camera.Output().Find<CSoftwareInteger>("OutputWidth")->OnRead([] { return 1; }); }},
     {"height",

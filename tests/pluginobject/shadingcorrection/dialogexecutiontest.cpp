@@ -246,42 +246,23 @@ TEST_F(DialogExecution, FlashAndFileWithoutAProcessAreRefused)
   }
 }
 
-TEST_F(DialogExecution, EveryStatusIsReportedInItsWords)
+TEST_F(DialogExecution, EveryStatusButTheSilentOnesIsReportedInItsWords)
 {
-  const std::pair<int32_t, const char *> listTexts[] = {
-    {-1, "Unknown error"},
-    {-2, "Out of memory"},
-    {-3, "Invalid input param"},
-    {-4, "Unknown error"},
-    {-1001, "Unknown error"},
-    {-1002, "Failure to operation device feature"},
-    {-1003, "Unknown error"},
-    {-1004, "Open file error"},
-    {-1005, "Unknown error"},
-    {-1006, "Write file error"},
-    {-1007, "Read file error"},
-    {-1008, "Unknown error"},
-    {-1009, "Get buffer time out"},
-    {-1010, "Flat field correction error"},
-    {-1011, "Current camera is not support  "},
-    {-1012, "Buffer size is error  "},
-    {-1013, "Recovery user param fail  "},
-    {-1015, "Current ROI is not matching with the coefficient  "},
-    {-1016, "Unknown error"},
-    {-1017, "The pixelformat should be changed to bayer!"},
-    {-1018, "The pixelformat not implement!"},
-    {-1019,
-     "The current device parameters have been modified. Please restore the default parameters and try again!"},
-    {-1020, "Unknown error"},
-    {1, "Unknown error"},
-  };
   ASSERT_EQ(Open(), 0);
-  for (const auto &[nStatus, pText] : listTexts) {
+  std::vector<int32_t> listStatuses = {1, -1, -2, -3, -4, -2000};
+  for (int32_t nStatus = -1020; nStatus <= -1001; ++nStatus) {
+    listStatuses.push_back(nStatus);
+  }
+  for (const int32_t nStatus : listStatuses) {
     m_stScript.nFileStatus = nStatus;
-    EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }), pText) << nStatus;
+    if (nStatus != PLUGIN_STATUS_SILENT) {
+      EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }),
+                GetStatusSourceText(nStatus, EStatusTextAudience::Dialog))
+        << nStatus;
+    }
   }
   CModalAnswer answer;
-  for (const int32_t nStatus : {0, -1014}) {
+  for (const int32_t nStatus : {PLUGIN_STATUS_SUCCESS, PLUGIN_STATUS_SILENT}) {
     m_stScript.nFileStatus = nStatus;
     Click(Button("SavePC_Button"));
   }

@@ -79,10 +79,7 @@ public:
   static void ClickBox(QCheckBox *pBox) { QTest::mouseClick(pBox, Qt::LeftButton, {}, QPoint(8, pBox->height() / 2)); }
 
   std::string Prompt() { return Find<QLabel>("PromptInformation_label")->text().toStdString(); }
-  QColor PromptColour()
-  {
-    return Find<QLabel>("PromptInformation_label")->palette().color(QPalette::WindowText);
-  }
+  QColor PromptColour() { return Find<QLabel>("PromptInformation_label")->palette().color(QPalette::WindowText); }
   /// Offers a frame for correction, as the frame thread does.
   int32_t OfferFrame(bool &bCorrected)
   {

@@ -141,9 +141,9 @@ TEST_F(DialogSetup, TheWindowIsFramelessWithATitleBarThatOnlyCloses)
 TEST_F(DialogSetup, NoPushButtonIsTheDefaultOneAndSavingToFlashWarnsInItsToolTip)
 {
   ASSERT_EQ(Open("FlatFieldCorrection"), 0);
-  for (const char *pName : {"AcquisitionDarkFrame_Button", "AcquisitionBrightFrame_Button",
-                            "ExecuteShadingCorrection_Button", "LoadFlash_Button", "SaveFlash_Button", "LoadPC_Button",
-                            "SavePC_Button"}) {
+  for (const char *pName :
+       {"AcquisitionDarkFrame_Button", "AcquisitionBrightFrame_Button", "ExecuteShadingCorrection_Button",
+        "LoadFlash_Button", "SaveFlash_Button", "LoadPC_Button", "SavePC_Button"}) {
     EXPECT_FALSE(Button(pName)->autoDefault()) << pName;
   }
   EXPECT_EQ(Button("SaveFlash_Button")->toolTip(),

@@ -105,10 +105,7 @@ void ExpectCell(QGridLayout &grid, const char *pName, int nRow, int nColumn, int
 
 class Form : public testing::Test {
 protected:
-  Form()
-  {
-    m_ui.setupUi(&m_dialog);
-  }
+  Form() { m_ui.setupUi(&m_dialog); }
 
   QDialog m_dialog;
   Ui::ShadingCorrectionDlg m_ui;
@@ -150,10 +147,20 @@ TEST_F(Form, StacksTheSectionsInOneColumn)
 {
   EXPECT_EQ(m_dialog.layout(), m_ui.gridLayout);
   ExpectCell(*m_ui.gridLayout, "verticalLayout_3", 0, 0);
-  const QStringList listExpected = {
-    DescribeSpacer(20, 30, QSizePolicy::Minimum, QSizePolicy::Fixed),
-    "verticalLayout_2", "lineH_3", "label_9", "groupBox_5", "lineH_2", "label_10", "horizontalLayout_3", "lineH_1",
-    "label_11", "horizontalLayout_4", "lineH", "label_12", "groupBox_6"};
+  const QStringList listExpected = {DescribeSpacer(20, 30, QSizePolicy::Minimum, QSizePolicy::Fixed),
+                                    "verticalLayout_2",
+                                    "lineH_3",
+                                    "label_9",
+                                    "groupBox_5",
+                                    "lineH_2",
+                                    "label_10",
+                                    "horizontalLayout_3",
+                                    "lineH_1",
+                                    "label_11",
+                                    "horizontalLayout_4",
+                                    "lineH",
+                                    "label_12",
+                                    "groupBox_6"};
   EXPECT_EQ(DescribeAll(*m_ui.verticalLayout_3), listExpected);
 }
 
@@ -166,8 +173,8 @@ TEST_F(Form, LaysOutTheDataSection)
   EXPECT_EQ(DescribeAll(*m_ui.verticalLayout), QStringList({"AcquisitionFrame_Slider", "horizontalLayout"}));
   const QString strWide = DescribeSpacer(22, 13, QSizePolicy::Expanding, QSizePolicy::Minimum);
   const QString strNarrow = DescribeSpacer(13, 13, QSizePolicy::Expanding, QSizePolicy::Minimum);
-  EXPECT_EQ(DescribeAll(*m_ui.horizontalLayout), QStringList({"label_4", strWide, "label_5", strWide, "label_6",
-                                                              strWide, "label_7", strNarrow, "label_8"}));
+  EXPECT_EQ(DescribeAll(*m_ui.horizontalLayout),
+            QStringList({"label_4", strWide, "label_5", strWide, "label_6", strWide, "label_7", strNarrow, "label_8"}));
   EXPECT_EQ(m_ui.gridLayout_2->horizontalSpacing(), 12);
   EXPECT_EQ(m_ui.gridLayout_2->verticalSpacing(), 12);
   EXPECT_EQ(m_ui.gridLayout_2->count(), 4);

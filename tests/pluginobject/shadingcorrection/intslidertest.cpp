@@ -30,10 +30,7 @@ public:
     return style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this).center();
   }
 
-  QPoint GetPointAt(double dPart) const
-  {
-    return {static_cast<int>(dPart * width()), GetHandleCentre().y()};
-  }
+  QPoint GetPointAt(double dPart) const { return {static_cast<int>(dPart * width()), GetHandleCentre().y()}; }
 };
 
 /// \return whether the slider accepted the turn

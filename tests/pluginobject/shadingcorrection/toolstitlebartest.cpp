@@ -37,20 +37,11 @@ protected:
     ASSERT_EQ(m_window.pos(), posWindow);
   }
 
-  QPushButton *GetButton(const char *pName) const
-  {
-    return m_pBar->findChild<QPushButton *>(QLatin1String(pName));
-  }
+  QPushButton *GetButton(const char *pName) const { return m_pBar->findChild<QPushButton *>(QLatin1String(pName)); }
 
-  QLabel *GetTitle() const
-  {
-    return m_pBar->findChild<QLabel *>(QStringLiteral("TitleContent"));
-  }
+  QLabel *GetTitle() const { return m_pBar->findChild<QLabel *>(QStringLiteral("TitleContent")); }
 
-  QLabel *GetIcon() const
-  {
-    return qobject_cast<QLabel *>(m_pBar->layout()->itemAt(0)->widget());
-  }
+  QLabel *GetIcon() const { return qobject_cast<QLabel *>(m_pBar->layout()->itemAt(0)->widget()); }
 
   /// The names of the buttons that are not hidden, in order, without "Button".
   QString GetShownButtons() const
@@ -62,10 +53,7 @@ protected:
     return strShown.trimmed();
   }
 
-  void MoveCursorTo(const QPoint &posGlobal)
-  {
-    DragMouseTo(*m_pBar, posGlobal);
-  }
+  void MoveCursorTo(const QPoint &posGlobal) { DragMouseTo(*m_pBar, posGlobal); }
 
   /// \return where the cursor was when it pressed the bar
   QPoint Press()
@@ -75,10 +63,7 @@ protected:
     return m_pBar->mapToGlobal(posBar);
   }
 
-  void Release()
-  {
-    QTest::mouseRelease(m_pBar, Qt::LeftButton, Qt::NoModifier, QPoint(40, 15));
-  }
+  void Release() { QTest::mouseRelease(m_pBar, Qt::LeftButton, Qt::NoModifier, QPoint(40, 15)); }
 
   QDialog m_window;
   QToolsTitleBar *m_pBar;
@@ -121,10 +106,10 @@ TEST_F(ToolsTitleBar, LaysItsChildrenOutFromIconToClose)
 
 TEST_F(ToolsTitleBar, DeclaresItsSignalsAndSlotsInOrder)
 {
-  const char *const apExpected[] = {
-    "signalButtonMinClicked()", "signalButtonRestoreClicked()", "signalButtonMaxClicked()",
-    "signalButtonCloseClicked()", "onButtonMinClicked()", "onButtonRestoreClicked()", "onButtonMaxClicked()",
-    "onButtonCloseClicked()"};
+  const char *const apExpected[] = {"signalButtonMinClicked()", "signalButtonRestoreClicked()",
+                                    "signalButtonMaxClicked()", "signalButtonCloseClicked()",
+                                    "onButtonMinClicked()",     "onButtonRestoreClicked()",
+                                    "onButtonMaxClicked()",     "onButtonCloseClicked()"};
   const QMetaObject &meta = QToolsTitleBar::staticMetaObject;
   ASSERT_EQ(meta.methodCount() - meta.methodOffset(), 8);
   for (int i = 0; i < 8; ++i) {
@@ -338,8 +323,7 @@ TEST_F(ToolsTitleBar, TheCloseButtonClosesTheWindowAndThenTells)
   ShowAt({100, 100});
   QSignalSpy spyClose(m_pBar, &QToolsTitleBar::signalButtonCloseClicked);
   bool bVisibleWhenTold = true;
-  QObject::connect(m_pBar, &QToolsTitleBar::signalButtonCloseClicked,
-                   [&] { bVisibleWhenTold = m_window.isVisible(); });
+  QObject::connect(m_pBar, &QToolsTitleBar::signalButtonCloseClicked, [&] { bVisibleWhenTold = m_window.isVisible(); });
   QTest::mouseClick(GetButton("ButtonClose"), Qt::LeftButton);
   EXPECT_FALSE(m_window.isVisible());
   EXPECT_FALSE(bVisibleWhenTold);

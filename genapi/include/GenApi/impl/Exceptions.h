@@ -40,14 +40,14 @@ private:
 };
 
 // NOLINTBEGIN(bugprone-macro-parentheses): NAME is a class name
-#define FFC_DECLARE_GENICAM_EXCEPTION(NAME)                                                                             \
-  class NAME : public GenericException {                                                                                \
-  public:                                                                                                               \
-    NAME(const char *pDescription, const char *pSourceFileName, unsigned int nSourceLine,                               \
-         const char *pExceptionType = #NAME)                                                                            \
-      : GenericException(pDescription, pSourceFileName, nSourceLine, pExceptionType)                                    \
-    {                                                                                                                   \
-    }                                                                                                                   \
+#define FFC_DECLARE_GENICAM_EXCEPTION(NAME)                                                                            \
+  class NAME : public GenericException {                                                                               \
+  public:                                                                                                              \
+    NAME(const char *pDescription, const char *pSourceFileName, unsigned int nSourceLine,                              \
+         const char *pExceptionType = #NAME)                                                                           \
+      : GenericException(pDescription, pSourceFileName, nSourceLine, pExceptionType)                                   \
+    {                                                                                                                  \
+    }                                                                                                                  \
   }
 
 FFC_DECLARE_GENICAM_EXCEPTION(BadAllocException);

@@ -13,7 +13,8 @@ namespace GenICam_3_0 {
 class gcstring {
 public:
   gcstring() = default;
-  gcstring(const char *pText) : m_strText(pText == nullptr ? "" : pText) {} // NOLINT(google-explicit-constructor): as the standard has it
+  gcstring(const char *pText)
+    : m_strText(pText == nullptr ? "" : pText) {} // NOLINT(google-explicit-constructor): as the standard has it
   gcstring(const char *pText, std::size_t nLength) : m_strText(pText, nLength) {}
 
   const char *c_str() const noexcept { return m_strText.c_str(); }

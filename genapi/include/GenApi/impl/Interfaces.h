@@ -25,10 +25,22 @@ struct IBase {
   virtual EAccessMode GetAccessMode() const = 0;
 };
 
-inline bool IsImplemented(const IBase *pBase) { return pBase != nullptr && IsImplemented(pBase->GetAccessMode()); }
-inline bool IsAvailable(const IBase *pBase) { return pBase != nullptr && IsAvailable(pBase->GetAccessMode()); }
-inline bool IsReadable(const IBase *pBase) { return pBase != nullptr && IsReadable(pBase->GetAccessMode()); }
-inline bool IsWritable(const IBase *pBase) { return pBase != nullptr && IsWritable(pBase->GetAccessMode()); }
+inline bool IsImplemented(const IBase *pBase)
+{
+  return pBase != nullptr && IsImplemented(pBase->GetAccessMode());
+}
+inline bool IsAvailable(const IBase *pBase)
+{
+  return pBase != nullptr && IsAvailable(pBase->GetAccessMode());
+}
+inline bool IsReadable(const IBase *pBase)
+{
+  return pBase != nullptr && IsReadable(pBase->GetAccessMode());
+}
+inline bool IsWritable(const IBase *pBase)
+{
+  return pBase != nullptr && IsWritable(pBase->GetAccessMode());
+}
 
 /// A node of any kind.
 struct INode : virtual public IBase {

@@ -15,9 +15,21 @@ enum EAccessMode {
   _CycleDetectAccesMode
 };
 
-inline bool IsImplemented(EAccessMode eMode) { return eMode != NI; }
-inline bool IsAvailable(EAccessMode eMode) { return eMode == WO || eMode == RO || eMode == RW; }
-inline bool IsReadable(EAccessMode eMode) { return eMode == RO || eMode == RW; }
-inline bool IsWritable(EAccessMode eMode) { return eMode == WO || eMode == RW; }
+inline bool IsImplemented(EAccessMode eMode)
+{
+  return eMode != NI;
+}
+inline bool IsAvailable(EAccessMode eMode)
+{
+  return eMode == WO || eMode == RO || eMode == RW;
+}
+inline bool IsReadable(EAccessMode eMode)
+{
+  return eMode == RO || eMode == RW;
+}
+inline bool IsWritable(EAccessMode eMode)
+{
+  return eMode == WO || eMode == RW;
+}
 
 } // namespace GenApi_3_0

@@ -15,15 +15,15 @@ constexpr int32_t BAD_DEPTHS[] = {INT32_MIN, -8, 0, 7, 17, INT32_MAX};
 
 void Accumulate(const CTestImage &frame, TSums &listSums)
 {
-  ASSERT_EQ(
-    CImageCalc().AccumulateFrame(frame.GetData(), frame.GetBitDepth(), frame.GetPixelCount(), listSums.data()), 0);
+  ASSERT_EQ(CImageCalc().AccumulateFrame(frame.GetData(), frame.GetBitDepth(), frame.GetPixelCount(), listSums.data()),
+            0);
 }
 
 CTestImage Divide(const TSums &listSums, int32_t nFrameCount, int32_t nBitDepth)
 {
   CTestImage frame(static_cast<int32_t>(listSums.size()), 1, nBitDepth);
-  EXPECT_EQ(
-    CImageCalc().DivideFrame(listSums.data(), frame.GetPixelCount(), nFrameCount, nBitDepth, frame.GetData()), 0);
+  EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), frame.GetPixelCount(), nFrameCount, nBitDepth, frame.GetData()),
+            0);
   return frame;
 }
 

@@ -43,8 +43,7 @@ TEST(SmoothImage, EqualsTheSlowTwinForEveryDepthAndBorderOverRandomSizes)
   CTestRandom random(2718);
   for (int32_t nBitDepth = 8; nBitDepth <= 16; ++nBitDepth) {
     for (int32_t nRun = 0; nRun < 40; ++nRun) {
-      const CTestImage image =
-        CTestImage::MakeRandom(random.Between(5, 63), random.Between(5, 63), nBitDepth, random);
+      const CTestImage image = CTestImage::MakeRandom(random.Between(5, 63), random.Between(5, 63), nBitDepth, random);
       for (const bool bBayer : {false, true}) {
         ASSERT_EQ(Smooth(image, bBayer), SmoothSlowly(image, bBayer))
           << nBitDepth << " bit, " << image.GetWidth() << " x " << image.GetHeight() << (bBayer ? ", Bayer" : "");

@@ -15,15 +15,13 @@ TEST(CalcImageMean, EqualsTheSlowTwinForEveryDepthOverRandomSizes)
   CTestRandom random(31);
   for (int32_t nBitDepth = 8; nBitDepth <= 16; ++nBitDepth) {
     for (int32_t nRun = 0; nRun < 20; ++nRun) {
-      const CTestImage image =
-        CTestImage::MakeRandom(random.Between(1, 63), random.Between(1, 63), nBitDepth, random);
+      const CTestImage image = CTestImage::MakeRandom(random.Between(1, 63), random.Between(1, 63), nBitDepth, random);
       int64_t nSum = 0;
       for (int32_t i = 0; i < image.GetPixelCount(); ++i) {
         nSum += image.GetAt(i);
       }
       double dMean = -1.0;
-      ASSERT_EQ(
-        CImageCalc().CalcImageMean(image.GetData(), nBitDepth, image.GetWidth(), image.GetHeight(), &dMean), 0);
+      ASSERT_EQ(CImageCalc().CalcImageMean(image.GetData(), nBitDepth, image.GetWidth(), image.GetHeight(), &dMean), 0);
       ASSERT_EQ(dMean, static_cast<double>(nSum) / image.GetPixelCount());
     }
   }

@@ -115,8 +115,8 @@ TEST(TipsMessageBox, TranslatesButtonsAndDefaultTitles)
   ASSERT_TRUE(translator.load(QStringLiteral(":/lumalevel_zh.qm")));
   ASSERT_TRUE(QCoreApplication::installTranslator(&translator));
   const CTipsMessageBox box("message", "", EKind::Warning, ToButtons(0x14001));
-  EXPECT_EQ(SParts(box).GetButtonTexts(), translator.translate("QObject", "continue") + QLatin1Char('|') +
-                                            translator.translate("QObject", "Canel"));
+  EXPECT_EQ(SParts(box).GetButtonTexts(),
+            translator.translate("QObject", "continue") + QLatin1Char('|') + translator.translate("QObject", "Canel"));
   EXPECT_EQ(SParts(box).pTitle->text(), translator.translate("CTipsMessageBox", "Warning"));
   EXPECT_NE(SParts(box).pTitle->text(), QStringLiteral("Warning"));
 }

@@ -1,0 +1,83 @@
+/// \file
+/// A node map with one feature of each kind, and the statuses that accesses to it give.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "genapi/softwarenodemap/softwarenodemap.h"
+#include "pluginobject/featureaccess.h"
+
+using ByteList = std::vector<uint8_t>;
+
+constexpr int32_t SUCCESS = 0;
+constexpr int32_t INVALID_PARAM = -3;
+constexpr int32_t FEATURE_ERROR = -1002;
+constexpr int32_t ROI_MISMATCH = -1015;
+constexpr int64_t REGISTER_LENGTH = 4;
+
+class CFeatureAccessTest : public testing::Test {
+protected:
+  CFeatureAccessTest()
+  {
+    m_integer.Range(0, 100).Increment(10);
+    m_float.Range(0.0, 10.0);
+    m_enumeration.Entry("First", 1).Entry("Second", 2).Entry("Third", 3);
+    m_string.MaxLength(8);
+    m_register.Length(REGISTER_LENGTH).Poke({1, 2, 3, 4});
+    m_command.OnExecute([this] { ++m_nExecuted; });
+  }
+
+  /// Calls fnDo before every use of every node.
+  void InterceptEverything(const std::function<void()> &fnDo)
+  {
+    const auto fnAccess = [fnDo] {
+      fnDo();
+      return GenApi::RW;
+    };
+    m_integer.Access(fnAccess);
+    m_float.Access(fnAccess);
+    m_boolean.Access(fnAccess);
+    m_enumeration.Access(fnAccess);
+    m_string.Access(fnAccess);
+    m_register.Access(fnAccess);
+    m_command.Access(fnAccess);
+  }
+
+  void SetAccess(GenApi::EAccessMode eMode)
+  {
+    InterceptEverything([] {});
+    m_integer.Access(eMode);
+    m_float.Access(eMode);
+    m_boolean.Access(eMode);
+    m_enumeration.Access(eMode);
+    m_string.Access(eMode);
+    m_register.Access(eMode);
+    m_command.Access(eMode);
+  }
+
+  void ExpectNothingChanged()
+  {
+    EXPECT_EQ(m_integer.Peek(), 10);
+    EXPECT_EQ(m_float.Peek(), 1.5);
+    EXPECT_TRUE(m_boolean.Peek());
+    EXPECT_EQ(m_enumeration.Peek(), 1);
+    EXPECT_EQ(m_string.Peek(), "text");
+    EXPECT_EQ(m_register.Peek(), (ByteList{1, 2, 3, 4}));
+    EXPECT_EQ(m_nExecuted, 0);
+  }
+
+  CSoftwareNodeMap m_map;
+  CSoftwareInteger &m_integer = m_map.AddInteger("Integer", 10);
+  CSoftwareFloat &m_float = m_map.AddFloat("Float", 1.5);
+  CSoftwareBoolean &m_boolean = m_map.AddBoolean("Boolean", true);
+  CSoftwareEnumeration &m_enumeration = m_map.AddEnumeration("Enumeration");
+  CSoftwareString &m_string = m_map.AddString("String", "text");
+  CSoftwareRegister &m_register = m_map.AddRegister("Register");
+  CSoftwareCommand &m_command = m_map.AddCommand("Command");
+  int m_nExecuted = 0;
+  CFeatureAccess m_features{&m_map};
+};
