@@ -24,7 +24,7 @@ std::string CSoftwareCamera::Start()
     return {};
   }
   m_features.SetLocked(true); // first: the geometry stands still as long as frames can come
-  const std::string strError = m_streamer.Start();
+  std::string strError = m_streamer.Start();
   if (!strError.empty()) {
     m_features.SetLocked(false);
   }

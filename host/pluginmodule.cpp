@@ -42,7 +42,7 @@ QString CPluginModule::Load(const QString &strPath)
 
 void CPluginModule::Unload()
 {
-  if (m_pPlugin != nullptr) {
+  if (m_pPlugin != nullptr && m_fnDestroy != nullptr) {
     m_fnDestroy(m_pPlugin);
   }
   m_pPlugin = nullptr;

@@ -19,7 +19,7 @@ QString CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
 {
   StopStream();
   Release();
-  const QString strError = m_module.Load(strPluginPath);
+  QString strError = m_module.Load(strPluginPath);
   if (!strError.isEmpty()) {
     return strError;
   }

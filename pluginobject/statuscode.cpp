@@ -5,6 +5,8 @@
 namespace {
 
 constexpr const char *UNKNOWN_ERROR = QT_TRANSLATE_NOOP("QObject", "Unknown error");
+constexpr const char *PARAMS_MODIFIED = QT_TRANSLATE_NOOP(
+  "QObject", "The current device parameters have been modified. Please restore the default parameters and try again!");
 
 // The dense range of the plug-in's own codes: entry i belongs to code FIRST_CODE - i.
 constexpr int32_t FIRST_CODE = PLUGIN_STATUS_FEATURE_ERROR;
@@ -26,8 +28,7 @@ constexpr const char *TEXTS[] = {
   UNKNOWN_ERROR,                                                                      // -1016
   QT_TRANSLATE_NOOP("QObject", "The pixelformat should be changed to bayer!"),        // -1017
   QT_TRANSLATE_NOOP("QObject", "The pixelformat not implement!"),                     // -1018
-  QT_TRANSLATE_NOOP("QObject", "The current device parameters have been modified. "
-                               "Please restore the default parameters and try again!"), // -1019
+  PARAMS_MODIFIED,                                                                    // -1019
 };
 constexpr int32_t LAST_CODE_OF_DIALOG = PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED;
 constexpr int32_t LAST_CODE_OF_HOST = PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED;

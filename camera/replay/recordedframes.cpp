@@ -64,7 +64,7 @@ private:
     if (image.format() != QImage::Format_Grayscale8 && image.format() != QImage::Format_Grayscale16) {
       return "is not a grey picture of 8 or 16 bit.";
     }
-    const std::string strError = m_stFrames.nWidth == 0 ? SetUp(image) : CheckLikeFirst(image);
+    std::string strError = m_stFrames.nWidth == 0 ? SetUp(image) : CheckLikeFirst(image);
     if (!strError.empty()) {
       return strError;
     }

@@ -89,7 +89,8 @@ void CSimulatedSensor::Digitise(const SCameraSettings &stSettings, uint64_t nFra
     const float *pNoise = m_noise.GetRun(picker);
     TSample *pRow = pFrame + nRow;
     for (uint32_t nX = 0; nX < stSettings.nWidth; ++nX) {
-      // Negative values round towards zero here, and are cut off at zero anyway.
+      // Negative values round towards zero here, and are cut off at zero anyway; lround is a call for each pixel.
+      // NOLINTNEXTLINE(bugprone-incorrect-roundings)
       const auto nValue = static_cast<int32_t>(pMean[nX] + pDeviation[nX] * pNoise[nX] + 0.5F);
       pRow[nX] = static_cast<TSample>(nValue < 0 ? 0 : nValue > nMax ? nMax : nValue);
     }

@@ -29,7 +29,7 @@ SColorPlane GetWholeImagePlane();
 template <class TFunction>
 void VisitPlaneLine(const SColorPlane &stPlane, uint32_t nWidth, uint32_t nLine, TFunction fnPixel)
 {
-  const std::size_t nFirstSite = (nLine & 1U) * 2U;
+  const std::size_t nFirstSite = std::size_t{nLine & 1U} * 2U;
   const bool bEven = stPlane.abSites[nFirstSite];
   const bool bOdd = stPlane.abSites[nFirstSite + 1U];
   const uint32_t nStep = bEven && bOdd ? 1U : 2U;

@@ -318,8 +318,8 @@ TEST(ReplayCamera, RealFramesHaveTheirPublishedMeans)
   ASSERT_EQ(stFrames.listBright.size(), 40U);
   const auto fnGetMean = [](const std::vector<uint8_t> &listBytes) {
     const auto *pSamples = reinterpret_cast<const uint16_t *>(listBytes.data());
-    const auto nCount = static_cast<double>(listBytes.size() / 2);
-    return std::accumulate(pSamples, pSamples + listBytes.size() / 2, 0.0) / nCount;
+    const std::size_t nCount = listBytes.size() / 2;
+    return std::accumulate(pSamples, pSamples + nCount, 0.0) / static_cast<double>(nCount);
   };
   EXPECT_NEAR(fnGetMean(stFrames.listBright[0]), 1981.0, 20.0);
   EXPECT_NEAR(fnGetMean(stFrames.listDark[0]), 14.8, 1.0);

@@ -157,7 +157,7 @@ TEST(EndToEnd, TheChineseDialogIsDrivenAsWell)
   const CHostRun run({"--size", "320x240", "--language", "zh"});
   ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
   EXPECT_LE(Number(run.After(), "shading_percent"), 1.0);
-  for (const QJsonValue &jsonNote : run.m_json["notes"].toArray()) {
+  for (const auto &jsonNote : run.m_json["notes"].toArray()) {
     EXPECT_TRUE(jsonNote.toString().startsWith("DSNU")) << jsonNote.toString().toStdString();
   }
 }

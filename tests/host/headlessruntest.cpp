@@ -25,7 +25,7 @@ protected:
   {
     CProgressLine progress(nullptr);
     CHeadlessRun run(m_stOptions, std::make_unique<CFaultyCamera>(strPixelFormat, stFaults), progress);
-    const std::string strError = run.Run().toStdString();
+    std::string strError = run.Run().toStdString();
     m_stReport = run.GetReport();
     return strError;
   }

@@ -14,7 +14,7 @@ namespace {
 
 QString SaveAndGetPath(const QTemporaryDir &dir, const QImage &imgPicture)
 {
-  const QString strPath = dir.filePath("picture.png");
+  QString strPath = dir.filePath("picture.png");
   EXPECT_EQ(SaveWholePicture(strPath, imgPicture).toStdString(), "");
   return strPath;
 }

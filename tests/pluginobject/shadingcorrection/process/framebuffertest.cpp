@@ -123,5 +123,5 @@ TEST(FrameBuffer, ReleasedAfterAMoveHoldsNothing)
   const CFrameBuffer target = std::move(source);
   EXPECT_EQ(pData, target.GetData());
   EXPECT_EQ(4U, target.GetSize());
-  EXPECT_FALSE(source.IsAllocated()); // NOLINT(bugprone-use-after-move): what it then is, is the question
+  EXPECT_FALSE(source.IsAllocated()); // NOLINT: what it then is, is the question
 }

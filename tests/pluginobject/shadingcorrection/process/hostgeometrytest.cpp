@@ -128,7 +128,7 @@ TEST(HostGeometry, APackedFormatIsTakenAsTheHostDeliversIt)
   rig.Camera().Enumeration("PixelFormat").Entry("Mono12Packed", 0x010C0006);
   rig.Camera().Enumeration("PixelFormat").Select("Mono12Packed");
   const std::vector<uint8_t> listUnpacked = CTestCamera("Mono12").MakeFrame(1600);
-  rig.Show([&listUnpacked](int) { return listUnpacked; });
+  rig.Show([&listUnpacked](int) -> std::vector<uint8_t> { return std::vector<uint8_t>(listUnpacked); });
   EXPECT_EQ(0, rig.Process().AcquireBrightImage());
   EXPECT_EQ(100.0, rig.Process().GetImageMaxGray());
   EXPECT_EQ(0.0, rig.Process().GetImageGrayDiff());
