@@ -90,9 +90,7 @@ QString CHeadlessRun::Open()
   }
   QString strError = m_folder.Prepare();
   if (strError.isEmpty()) {
-    const QString strPlugin =
-      m_stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(m_stOptions.strPlugin);
-    strError = m_viewer.Open(strPlugin, m_stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
+    strError = m_viewer.Open(m_stOptions);
   }
   m_stReport.strCamera = QString::fromStdString(m_viewer.GetCamera().GetDisplayName());
   m_stReport.nFrameCount = m_stOptions.nFrames;

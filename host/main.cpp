@@ -41,9 +41,7 @@ int RunHeadless(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera)
 int RunLive(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera)
 {
   CViewer viewer(std::move(pCamera));
-  const QString strPlugin =
-    stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(stOptions.strPlugin);
-  QString strError = viewer.Open(strPlugin, stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
+  QString strError = viewer.Open(stOptions);
   strError = strError.isEmpty() ? viewer.StartStream() : strError;
   if (!strError.isEmpty()) {
     return Fail(strError);

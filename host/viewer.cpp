@@ -33,6 +33,13 @@ QString CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
   return Bind();
 }
 
+QString CViewer::Open(const SHostOptions &stOptions)
+{
+  const QString strPlugin =
+    stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(stOptions.strPlugin);
+  return Open(strPlugin, stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
+}
+
 QString CViewer::Reopen()
 {
   StopStream();

@@ -9,6 +9,7 @@
 #include <QString>
 
 #include "camera/icamera.h"
+#include "host/commandline.h"
 #include "host/framepipeline.h"
 #include "host/pluginmodule.h"
 
@@ -26,6 +27,8 @@ public:
   /// Loads the module and binds its plug-in to the camera.
   /// \return empty, or one line that says what failed
   QString Open(const QString &strPluginPath, ELanguage eLanguage);
+  /// The same as the command line asks for it.
+  QString Open(const SHostOptions &stOptions);
   /// Uninitialises the plug-in and binds it anew, as after closing and opening the camera. The stream stops.
   QString Reopen();
 

@@ -111,23 +111,3 @@ TEST(ProfilePlot, DrawsBothCurves)
   EXPECT_NE(imgBoth, DrawProfilePlot(stAfter, stAfter, "title"));
   EXPECT_FALSE(DrawProfilePlot({}, {}, "empty").isNull());
 }
-
-TEST(WholeFile, AFolderThatIsNotThereIsNamedAndNothingIsLeft)
-{
-  const QTemporaryDir dir;
-  const QString strPath = dir.filePath("missing/report.json");
-  EXPECT_TRUE(SaveWholeFile(strPath, "x").contains("missing/report.json"));
-  EXPECT_TRUE(SaveWholePicture(strPath, QImage(2, 2, QImage::Format_Grayscale8)).contains("missing"));
-  EXPECT_FALSE(QFile::exists(strPath));
-}
-
-TEST(WholeFile, APictureThatCannotBeWrittenLeavesTheOldFile)
-{
-  const QTemporaryDir dir;
-  const QString strPath = dir.filePath("picture.png");
-  ASSERT_EQ(SaveWholeFile(strPath, "old").toStdString(), "");
-  EXPECT_NE(SaveWholePicture(strPath, QImage()).toStdString(), "");
-  QFile file(strPath);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll(), QByteArray("old"));
-}

@@ -10,7 +10,7 @@
 
 #include "pluginobject/shadingcorrection/process/ffcfile.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
-#include "tests/pluginobject/shadingcorrection/process/fullvolume.h"
+#include "tests/support/fullvolume.h"
 
 namespace {
 

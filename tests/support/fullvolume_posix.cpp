@@ -1,4 +1,4 @@
-#include "tests/pluginobject/shadingcorrection/process/fullvolume.h"
+#include "tests/support/fullvolume.h"
 
 #include <csignal>
 
