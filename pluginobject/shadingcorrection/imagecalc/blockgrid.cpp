@@ -39,11 +39,6 @@ int32_t CheckBlockGrid(const BLOCK_PARAM &stParam)
   return IMAGECALC_STATUS_SUCCESS;
 }
 
-int32_t CountBlocks(int32_t nImageSide, int32_t nBlockSide)
-{
-  return nImageSide / nBlockSide + (nImageSide % nBlockSide > nBlockSide / 2 ? 1 : 0);
-}
-
 SBlockRect GetBlockRect(const BLOCK_PARAM &stParam, int32_t nColumn, int32_t nRow)
 {
   const int32_t nLeft = nColumn * stParam.nBlockWidth;

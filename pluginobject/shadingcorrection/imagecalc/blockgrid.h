@@ -22,8 +22,13 @@ int32_t CheckBlockGrid(const BLOCK_PARAM &stParam);
 
 /// The number of blocks along one side of an image. A strip left over at the end makes a narrower block of
 /// its own when it is wider than half a block, else it belongs to no block.
-/// \param nImageSide, nBlockSide sides that CheckBlockGrid accepts
-int32_t CountBlocks(int32_t nImageSide, int32_t nBlockSide);
+/// \param nImageSide at least 0
+/// \param nBlockSide at least 1
+template <typename TSide>
+constexpr TSide CountBlocks(TSide nImageSide, TSide nBlockSide)
+{
+  return nImageSide / nBlockSide + (nImageSide % nBlockSide > nBlockSide / 2 ? 1 : 0);
+}
 
 /// The place of a block.
 /// \param stParam a grid that CheckBlockGrid accepts

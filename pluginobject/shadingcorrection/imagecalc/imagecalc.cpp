@@ -1,8 +1,8 @@
 #include "pluginobject/shadingcorrection/imagecalc/imagecalc.h"
 
 #include <memory>
-#include <new>
 
+#include "pluginobject/shadingcorrection/imagecalc/arrayallocation.h"
 #include "pluginobject/shadingcorrection/imagecalc/blockgrid.h"
 #include "pluginobject/shadingcorrection/imagecalc/blockmeans.h"
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
@@ -122,7 +122,7 @@ int32_t CImageCalc::GetBlockMeanMaxMin(const void *pImage, int32_t nBitDepth, BL
     return nStatus;
   }
   const int64_t nCount = int64_t{nColumns} * nRows * GetMeansPerBlock(stParam.nBayerType);
-  const std::unique_ptr<double[]> pMeans(new (std::nothrow) double[static_cast<std::size_t>(nCount)]);
+  const std::unique_ptr<double[]> pMeans = AllocateArray<double>({static_cast<uint64_t>(nCount)});
   if (pMeans == nullptr) {
     return IMAGECALC_STATUS_OUT_OF_MEMORY;
   }

@@ -1,54 +1,119 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 namespace {
 
-std::atomic<bool> s_bFailing{false};
+constexpr int32_t NEVER_FAILING = std::numeric_limits<int32_t>::max();
 
-} // namespace
+std::atomic<int32_t> s_nSuccesses{NEVER_FAILING};
+std::atomic<int64_t> s_nLive{0};
 
-CFailingNew::CFailingNew()
+void *Take(std::size_t nSize) noexcept
 {
-  s_bFailing = true;
+  void *const pMemory = std::malloc(nSize == 0 ? 1 : nSize);
+  s_nLive += pMemory == nullptr ? 0 : 1;
+  return pMemory;
 }
 
-CFailingNew::~CFailingNew()
+void *TakeUnlessFailing(std::size_t nSize) noexcept
 {
-  s_bFailing = false;
+  if (s_nSuccesses == NEVER_FAILING) {
+    return Take(nSize);
+  }
+  if (s_nSuccesses == 0) {
+    return nullptr;
+  }
+  --s_nSuccesses;
+  return Take(nSize);
 }
 
-// The program's own, in place of the standard library's: all of them for arrays, because each gives back
-// what another took. Memory comes from malloc: under a sanitizer the library's new would end the program at a
-// size that no machine has, instead of failing.
-
-void *operator new[](std::size_t nSize, const std::nothrow_t &) noexcept
+void *TakeOrThrow(std::size_t nSize)
 {
-  return s_bFailing ? nullptr : std::malloc(nSize == 0 ? 1 : nSize);
-}
-
-void *operator new[](std::size_t nSize)
-{
-  void *pMemory = std::malloc(nSize == 0 ? 1 : nSize);
+  void *const pMemory = Take(nSize);
   if (pMemory == nullptr) {
     throw std::bad_alloc();
   }
   return pMemory;
 }
 
+void Give(void *pMemory) noexcept
+{
+  s_nLive -= pMemory == nullptr ? 0 : 1;
+  std::free(pMemory);
+}
+
+} // namespace
+
+CFailingNew::CFailingNew(int32_t nSuccesses)
+{
+  s_nSuccesses = nSuccesses;
+}
+
+CFailingNew::~CFailingNew()
+{
+  s_nSuccesses = NEVER_FAILING;
+}
+
+int64_t CountLiveAllocations()
+{
+  return s_nLive;
+}
+
+// The program's own, in place of the standard library's: all of them, because each gives back what another
+// took. Memory comes from malloc: under a sanitizer the library's new would end the program at a size that no
+// machine has, instead of failing.
+
+void *operator new(std::size_t nSize, const std::nothrow_t &) noexcept
+{
+  return TakeUnlessFailing(nSize);
+}
+
+void *operator new[](std::size_t nSize, const std::nothrow_t &) noexcept
+{
+  return TakeUnlessFailing(nSize);
+}
+
+void *operator new(std::size_t nSize)
+{
+  return TakeOrThrow(nSize);
+}
+
+void *operator new[](std::size_t nSize)
+{
+  return TakeOrThrow(nSize);
+}
+
+void operator delete(void *pMemory) noexcept
+{
+  Give(pMemory);
+}
+
 void operator delete[](void *pMemory) noexcept
 {
-  std::free(pMemory);
+  Give(pMemory);
+}
+
+void operator delete(void *pMemory, std::size_t) noexcept
+{
+  Give(pMemory);
 }
 
 void operator delete[](void *pMemory, std::size_t) noexcept
 {
-  std::free(pMemory);
+  Give(pMemory);
+}
+
+void operator delete(void *pMemory, const std::nothrow_t &) noexcept
+{
+  Give(pMemory);
 }
 
 void operator delete[](void *pMemory, const std::nothrow_t &) noexcept
 {
-  std::free(pMemory);
+  Give(pMemory);
 }

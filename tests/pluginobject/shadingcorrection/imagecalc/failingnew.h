@@ -2,11 +2,17 @@
 /// Memory that runs out when a test wants it to.
 #pragma once
 
-/// While one lives, this program's allocations of arrays without exceptions fail.
+#include <cstdint>
+
+/// While one lives, this program's allocations without exceptions fail, after the first few if so wished.
 class CFailingNew {
 public:
-  CFailingNew();
+  /// \param nSuccesses allocations that still succeed
+  explicit CFailingNew(int32_t nSuccesses = 0);
   ~CFailingNew();
   CFailingNew(const CFailingNew &) = delete;
   CFailingNew &operator=(const CFailingNew &) = delete;
 };
+
+/// What this program has taken with new, with or without exceptions, and not yet given back.
+int64_t CountLiveAllocations();

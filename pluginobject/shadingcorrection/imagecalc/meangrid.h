@@ -1,0 +1,67 @@
+/// \file
+/// Grids of block means, one plane for each colour.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "pluginobject/shadingcorrection/imagecalc/arrayallocation.h"
+#include "pluginobject/shadingcorrection/imagecalc/blockpadding.h"
+#include "pluginobject/shadingcorrection/imagecalc/blocksums.h"
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
+#include "pluginobject/shadingcorrection/imagecalc/gridring.h"
+
+constexpr uint32_t MAX_GRID_PLANES = 3;
+
+/// Block means and a ring of extrapolated points around them.
+struct SMeanGrid {
+  /// Planes one after another (R, G, B or the only one), each row by row.
+  std::unique_ptr<double[]> pMeans;
+  SGridSize stSize; ///< the ring included
+  /// The largest mean of each plane, the ring left out.
+  double adMaxima[MAX_GRID_PLANES] = {};
+
+  uint64_t CountPoints() const { return stSize.nColumns * stSize.nRows; }
+
+  /// Sets a point that is not in the ring, and raises the maxima to it.
+  void SetMeans(uint64_t nPoint, const double *pPointMeans, uint32_t nPlanes)
+  {
+    for (uint32_t nPlane = 0; nPlane < nPlanes; ++nPlane) {
+      const double dMean = pPointMeans[nPlane];
+      pMeans[nPlane * CountPoints() + nPoint] = dMean;
+      adMaxima[nPlane] = dMean > adMaxima[nPlane] ? dMean : adMaxima[nPlane];
+    }
+  }
+};
+
+/// Measures every block of an image and extrapolates the ring.
+/// \param nPlanes at most MAX_GRID_PLANES
+/// \param fnMeasure called with an SPixelBlock and with where to write nPlanes means
+/// \return an EImageCalcStatus; -103 when there is no memory, stGrid then being unchanged
+template <typename TPixel, typename TMeasure>
+int32_t MeasureBlocks(const SPaddedImage<TPixel> &stImage, const SBlockSize &stBlock, uint32_t nPlanes,
+                      TMeasure fnMeasure, SMeanGrid &stGrid)
+{
+  const uint64_t nColumns = stImage.nWidth / stBlock.nWidth + 2;
+  const uint64_t nRows = stImage.nHeight / stBlock.nHeight + 2;
+  SMeanGrid stNew;
+  stNew.stSize = {nColumns, nRows};
+  stNew.pMeans = AllocateArray<double>({nColumns, nRows, nPlanes});
+  if (stNew.pMeans == nullptr) {
+    return IMAGECALC_STATUS_OUT_OF_MEMORY;
+  }
+  for (uint64_t nRow = 1; nRow + 1 < nRows; ++nRow) {
+    const TPixel *pPixels = stImage.pPixels.get() + (nRow - 1) * stBlock.nHeight * stImage.nWidth;
+    for (uint64_t nColumn = 1; nColumn + 1 < nColumns; ++nColumn, pPixels += stBlock.nWidth) {
+      double adMeans[MAX_GRID_PLANES] = {};
+      fnMeasure(SPixelBlock<TPixel>{pPixels, stImage.nWidth, stBlock.nWidth, stBlock.nHeight}, adMeans);
+      stNew.SetMeans(nRow * nColumns + nColumn, adMeans, nPlanes);
+    }
+  }
+  for (uint32_t nPlane = 0; nPlane < nPlanes; ++nPlane) {
+    FillGridRing(stNew.pMeans.get() + nPlane * stNew.CountPoints(), stNew.stSize);
+  }
+  stGrid = std::move(stNew);
+  return IMAGECALC_STATUS_SUCCESS;
+}

@@ -1,0 +1,47 @@
+/// \file
+/// Vignetting gains of Bayer images.
+#pragma once
+
+#include <cstdint>
+
+#include "pluginobject/shadingcorrection/imagecalc/ivignettingcorrection.h"
+#include "pluginobject/shadingcorrection/imagecalc/meangrid.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignettingsteps.h"
+
+/// Computes three gains (R, G, B) for each point of the grid.
+class CVCBayer : public IVignettingCorrection {
+public:
+  /// Of R G / G B cells.
+  CVCBayer() noexcept;
+  /// \param nBayerType an EBayerType from 1 to 4; with any other there are no means, and all gains are zero
+  explicit CVCBayer(uint32_t nBayerType) noexcept;
+  ~CVCBayer() override;
+
+  int32_t CalcCoefficient(const void *pImage, uint32_t nWidth, uint32_t nHeight, int32_t nBitDepth,
+                          const uint16_t **ppTable, uint64_t *pnColumns, uint64_t *pnRows) noexcept override;
+
+protected:
+  friend class CVignettingSteps<CVCBayer>;
+
+  /// \param stSize out: the grid's, rounded up to even numbers; zero after a failure
+  virtual int32_t Calc16Bit(const SFrame16 &stFrame, SGridSize &stSize);
+  virtual int32_t Calc8Bit(const SFrame8 &stFrame, SGridSize &stSize);
+  /// Added pixels carry on the layout of the cells.
+  virtual int32_t PadImage16(const SFrame16 &stFrame, SPadded16 &stPadded);
+  virtual int32_t PadImage8(const SFrame8 &stFrame, SPadded8 &stPadded);
+  /// Three planes: R, G, B.
+  virtual int32_t CalcBlockGrid16(const SPadded16 &stPadded, SMeanGrid &stGrid);
+  virtual int32_t CalcBlockGrid8(const SPadded8 &stPadded, SMeanGrid &stGrid);
+  virtual int32_t ConvertGrid(SMeanGrid &stGrid, SGridSize &stSize);
+  /// \param pGains R, G and B of each point, row by row
+  virtual void CalcGains(SMeanGrid &stGrid, uint16_t *pGains);
+  virtual uint16_t CalcGain(double dMean, double dMaximum);
+  /// \param stSize in: the grid's; out: rounded up to even numbers
+  virtual int32_t PackQuads(const uint16_t *pGains, SGridSize &stSize);
+
+private:
+  template <typename TPixel>
+  int32_t __MeasureColours(const SPaddedImage<TPixel> &stPadded, SMeanGrid &stGrid) const;
+
+  uint32_t m_nBayerType = 1;
+};

@@ -1,0 +1,199 @@
+#include "tests/pluginobject/shadingcorrection/imagecalc/coefficientfixture.h"
+#include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
+#include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
+
+namespace {
+
+class CoefficientGeneratorStatus : public CCoefficientTest {
+protected:
+  const void *const m_pBright = m_bright.GetData();
+  const void *const m_pDark = m_dark.GetData();
+
+  int32_t GetSize()
+  {
+    int32_t nSize = -1;
+    EXPECT_EQ(m_generator.GetCoefficientSize(&nSize), 0);
+    return nSize;
+  }
+
+  // Both calculations leave the same status.
+  int32_t Calc()
+  {
+    const int32_t nStatus = CalcWithDark();
+    EXPECT_EQ(CalcWithoutDark(), nStatus);
+    return nStatus;
+  }
+
+  int32_t CalcWithFailingMemory(bool bDark, int32_t nSuccesses)
+  {
+    const int64_t nBefore = CountLiveAllocations();
+    int32_t nStatus = 0;
+    {
+      const CFailingNew failingNew(nSuccesses);
+      nStatus = bDark ? CalcWithDark() : CalcWithoutDark();
+    }
+    EXPECT_EQ(CountLiveAllocations(), nBefore);
+    return nStatus;
+  }
+};
+
+} // namespace
+
+TEST_F(CoefficientGeneratorStatus, TwoByTwoBlocksTake128Bytes)
+{
+  EXPECT_EQ(m_generator.SetBlockParam(GRID), 0);
+  EXPECT_EQ(GetSize(), 128);
+}
+
+TEST_F(CoefficientGeneratorStatus, TheSizeIsThatOfTheFramedGridForAllSmallSides)
+{
+  for (int32_t nSide = 32; nSide <= 160; nSide += 2) {
+    for (int32_t nBlockSide = 8; nBlockSide <= nSide; nBlockSide += 2) {
+      ASSERT_EQ(m_generator.SetBlockParam({nSide, 100, nBlockSide, 32, 2}), 0);
+      const int32_t nSize = (CountBlocksSlowly(nSide, nBlockSide) + 2) * (3 + 2) * 8;
+      ASSERT_EQ(GetSize(), nSize) << nSide << " by " << nBlockSide;
+      ASSERT_EQ(m_generator.SetBlockParam({100, nSide, 32, nBlockSide, 0}), 0);
+      ASSERT_EQ(GetSize(), nSize) << nSide << " by " << nBlockSide;
+    }
+  }
+}
+
+TEST_F(CoefficientGeneratorStatus, TheLargestGridHasASize)
+{
+  EXPECT_EQ(m_generator.SetBlockParam({100000, 100000, 8, 8, 1}), 0);
+  EXPECT_EQ(GetSize(), 12502 * 12502 * 8);
+}
+
+TEST_F(CoefficientGeneratorStatus, AGridOutOfRangeOrThatDoesNotFitIsRefused)
+{
+  struct SCase {
+    BLOCK_PARAM stParam;
+    int32_t nStatus;
+  };
+  constexpr SCase CASES[] = {
+    {{100002, 64, 8, 8, 0}, -102},  {{64, 100002, 8, 8, 0}, -102}, {{64, 64, 100002, 8, 0}, -102},
+    {{64, 64, 8, 100002, 0}, -102}, {{30, 64, 8, 8, 0}, -102},     {{64, 30, 8, 8, 0}, -102},
+    {{64, 64, 6, 8, 0}, -102},      {{64, 64, 8, 6, 0}, -102},     {{0, 0, 0, 0, 0}, -102},
+    {{-64, 64, -8, 8, 0}, -102},    {{64, 64, 66, 8, 0}, -101},    {{64, 64, 8, 66, 0}, -101},
+    {{65, 64, 8, 8, 0}, -101},      {{64, 65, 8, 8, 0}, -101},     {{64, 64, 9, 8, 0}, -101},
+    {{64, 64, 8, 9, 0}, -101},      {{33, 64, 6, 8, 0}, -102},     {{64, 33, 8, 100001, 0}, -102},
+  };
+  for (const auto &[stParam, nStatus] : CASES) {
+    ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
+    EXPECT_EQ(m_generator.SetBlockParam(stParam), nStatus) << stParam.nWidth << " x " << stParam.nHeight;
+    EXPECT_EQ(Calc(), -107) << "the grid accepted before must not stay in force";
+  }
+}
+
+TEST_F(CoefficientGeneratorStatus, WithoutAGridThereIsNoSizeAndNoTable)
+{
+  int32_t nSize = -7;
+  EXPECT_EQ(m_generator.GetCoefficientSize(&nSize), -107);
+  EXPECT_EQ(nSize, -7);
+  EXPECT_EQ(Calc(), -107);
+  m_nSize = 0;
+  EXPECT_EQ(Calc(), -107) << "before the size is looked at";
+  EXPECT_EQ(m_nSize, 0);
+  EXPECT_TRUE(IsTableUntouched());
+}
+
+TEST_F(CoefficientGeneratorStatus, AMissingSizeOutputIsRefused)
+{
+  EXPECT_EQ(m_generator.GetCoefficientSize(nullptr), -101);
+  ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
+  EXPECT_EQ(m_generator.GetCoefficientSize(nullptr), -101);
+}
+
+TEST_F(CoefficientGeneratorStatus, AMissingArgumentIsRefusedBeforeAnythingElse)
+{
+  for (const BLOCK_PARAM &stParam : {BLOCK_PARAM(), GRID}) {
+    (void)m_generator.SetBlockParam(stParam);
+    for (const int32_t nBitDepth : {8, 12}) {
+      EXPECT_EQ(m_generator.CalcWithDark(nullptr, m_pDark, nBitDepth, Table(), &m_nSize), -101);
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, nullptr, nBitDepth, Table(), &m_nSize), -101);
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, nullptr, &m_nSize), -101);
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, Table(), nullptr), -101);
+      EXPECT_EQ(m_generator.CalcWithoutDark(nullptr, nBitDepth, Table(), &m_nSize), -101);
+      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, nullptr, &m_nSize), -101);
+      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, Table(), nullptr), -101);
+    }
+  }
+  EXPECT_TRUE(IsTableUntouched());
+  EXPECT_EQ(m_nSize, TABLE_SIZE);
+}
+
+TEST_F(CoefficientGeneratorStatus, EveryBitDepthButEightIsOutOfRangeEvenBeforeTheGrid)
+{
+  for (const BLOCK_PARAM &stParam : {BLOCK_PARAM(), GRID}) {
+    (void)m_generator.SetBlockParam(stParam);
+    for (const int32_t nBitDepth : {INT32_MIN, -8, 0, 7, 9, 10, 12, 16, INT32_MAX}) {
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, Table(), &m_nSize), -102) << nBitDepth;
+      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, Table(), &m_nSize), -102) << nBitDepth;
+    }
+  }
+  EXPECT_TRUE(IsTableUntouched());
+  EXPECT_EQ(m_nSize, TABLE_SIZE);
+}
+
+TEST_F(CoefficientGeneratorStatus, ATableThatIsTooSmallIsRefusedAndNotWritten)
+{
+  ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
+  for (const int32_t nSize : {TABLE_SIZE - 1, TABLE_SIZE - 8, 1, 0, -1, INT32_MIN}) {
+    m_nSize = nSize;
+    EXPECT_EQ(CalcWithFailingMemory(true, 0), -101) << "before memory is asked for";
+    EXPECT_EQ(Calc(), -101);
+    EXPECT_EQ(m_nSize, nSize);
+  }
+  EXPECT_TRUE(IsTableUntouched());
+}
+
+TEST_F(CoefficientGeneratorStatus, ALargerTableComesBackLoweredAndIsWrittenOnlySoFar)
+{
+  ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
+  for (const int32_t nSize : {TABLE_SIZE + 1, TABLE_SIZE + 40, INT32_MAX}) {
+    m_listTable.assign(TABLE_SIZE + 40, UNTOUCHED);
+    m_nSize = nSize;
+    EXPECT_EQ(CalcWithDark(), 0);
+    EXPECT_EQ(m_nSize, TABLE_SIZE);
+    m_nSize = nSize;
+    EXPECT_EQ(CalcWithoutDark(), 0);
+    EXPECT_EQ(m_nSize, TABLE_SIZE);
+    EXPECT_NE(m_listTable[TABLE_SIZE - 1], UNTOUCHED);
+    EXPECT_EQ(TBytes(m_listTable.begin() + TABLE_SIZE, m_listTable.end()), TBytes(40, UNTOUCHED));
+  }
+}
+
+TEST_F(CoefficientGeneratorStatus, MemoryThatRunsOutIsReportedAndNothingIsKept)
+{
+  for (const int32_t nBayerType : {0, 1}) {
+    ASSERT_EQ(m_generator.SetBlockParam({64, 64, 32, 32, nBayerType}), 0);
+    EXPECT_EQ(CalcWithFailingMemory(true, 0), -103);
+    EXPECT_EQ(CalcWithFailingMemory(true, 1), -103);
+    EXPECT_EQ(CalcWithFailingMemory(false, 0), -103);
+    EXPECT_TRUE(IsTableUntouched());
+  }
+}
+
+TEST_F(CoefficientGeneratorStatus, AFrameTakesOneArrayAndGivesItBack)
+{
+  ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
+  EXPECT_EQ(CalcWithFailingMemory(false, 1), 0);
+  EXPECT_EQ(CalcWithFailingMemory(true, 2), 0);
+}
+
+TEST_F(CoefficientGeneratorStatus, ACalculationSucceedsAfterOneThatHadNoMemory)
+{
+  ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
+  EXPECT_EQ(CalcWithFailingMemory(true, 1), -103);
+  EXPECT_EQ(CalcWithDark(), 0);
+  EXPECT_EQ(GetElement(1, 1), (TWords{10, 343, 343, 343}));
+}
+
+TEST_F(CoefficientGeneratorStatus, TheLargestGridReportsMissingMemoryInsteadOfWriting)
+{
+  ASSERT_EQ(m_generator.SetBlockParam({100000, 100000, 8, 8, 1}), 0);
+  m_nSize = INT32_MAX;
+  EXPECT_EQ(CalcWithFailingMemory(true, 0), -103);
+  EXPECT_EQ(m_nSize, 12502 * 12502 * 8);
+  EXPECT_TRUE(IsTableUntouched());
+}
