@@ -102,6 +102,11 @@ std::vector<uint8_t> CTestCamera::MakeFrame(uint32_t nValue) const
   return listBytes;
 }
 
+bool CTestCamera::TakeFrame()
+{
+  return m_pTriggerMode->Peek() == 0;
+}
+
 void CTestCamera::AddGeometry(int64_t nWidth, int64_t nHeight)
 {
   const auto &locked = *m_deviceMap.Find<CSoftwareInteger>("TLParamsLocked");
@@ -122,7 +127,7 @@ void CTestCamera::AddAcquisition()
   m_deviceMap.AddFloat("ExposureTime", 10000.0).Range(0.0, 1000000.0);
   m_deviceMap.AddFloat("Gain", 0.0).Range(0.0, 24.0);
   m_deviceMap.AddFloat("BlackLevel", 0.4).Range(0.0, 10.0);
-  m_deviceMap.AddEnumeration("TriggerMode").Entry("Off", 0).Entry("On", 1);
+  m_pTriggerMode = &m_deviceMap.AddEnumeration("TriggerMode").Entry("Off", 0).Entry("On", 1);
 }
 
 void CTestCamera::AddWhiteBalance()

@@ -26,6 +26,7 @@ public:
   /// \param strPixelFormat PFNC name: "Mono" or "BayerGR", "BayerRG", "BayerGB", "BayerBG" and 8, 10, 12 or 16
   ///   (Mono14 too). The camera offers all bit depths of that layout. An unknown name throws std::out_of_range.
   explicit CTestCamera(const std::string &strPixelFormat = "Mono8", int64_t nWidth = 64, int64_t nHeight = 48);
+  virtual ~CTestCamera() = default;
   CTestCamera(const CTestCamera &) = delete;
   CTestCamera &operator=(const CTestCamera &) = delete;
 
@@ -52,9 +53,16 @@ public:
   uint32_t GetPayloadSize() const;
   /// A frame of the current size and format, every sample of one value.
   std::vector<uint8_t> MakeFrame(uint32_t nValue) const;
+  /// Whether a streaming camera sends a frame now, which this question then takes: without trigger always, with
+  /// one never. From the thread that delivers the frames.
+  virtual bool TakeFrame();
 
   /// Saved white-balance ratios by index of the selector's entry: 0 red, 1 green, 2 blue.
   std::array<double, 3> m_adBalanceRatio{1.5, 1.0, 1.75};
+
+protected:
+  /// What BalanceWhiteAuto stands at: 0 off, 1 once, 2 continuous. Guarded by the device's lock.
+  int64_t m_nWhiteBalance = 0;
 
 private:
   void AddGeometry(int64_t nWidth, int64_t nHeight);
@@ -70,7 +78,7 @@ private:
   CSoftwareInteger *m_pWidth = nullptr;
   CSoftwareInteger *m_pHeight = nullptr;
   CSoftwareEnumeration *m_pPixelFormat = nullptr;
-  int64_t m_nWhiteBalance = 0;
+  CSoftwareEnumeration *m_pTriggerMode = nullptr;
   int m_nWhiteBalanceReads = 1;
   int m_nReadsLeft = 0;
 };

@@ -13,6 +13,16 @@ constexpr SEntry<uint32_t> FRAME_COUNTS[] = {
   {"FFCFrameCount_8", 8}, {"FFCFrameCount_16", 16},
 };
 
+constexpr SEntry<SCorrectionBlock> FLAT_FIELD_BLOCKS[] = {
+  {"BlockSize_1024", {32, 32, 0}},
+  {"BlockSize_256", {16, 16, 1}},
+};
+
+constexpr SEntry<SCorrectionBlock> VIGNETTING_BLOCKS[] = {
+  {"BlockSize_16384", {128, 128, 3}},
+  {"BlockSize_4096", {64, 64, 2}},
+};
+
 constexpr SEntry<int32_t> BAYER_TYPES[] = {
   {"BayerRG", 1},
   {"BayerGB", 2},
@@ -37,6 +47,16 @@ void ApplyEntry(const SEntry<TValue> (&listEntries)[N], const std::string &strNa
 void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount)
 {
   ApplyEntry(FRAME_COUNTS, strEntry, nFrameCount);
+}
+
+void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock)
+{
+  ApplyEntry(FLAT_FIELD_BLOCKS, strEntry, stBlock);
+}
+
+void ApplyVignettingBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock)
+{
+  ApplyEntry(VIGNETTING_BLOCKS, strEntry, stBlock);
 }
 
 int32_t GetBayerType(const std::string &strPixelColorFilter)

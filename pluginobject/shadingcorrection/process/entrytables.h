@@ -9,5 +9,20 @@
 /// leaves the count as it is.
 void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount);
 
+/// The blocks that a camera takes coefficients for.
+struct SCorrectionBlock {
+  int64_t nWidth = 0;  ///< pixels
+  int64_t nHeight = 0; ///< pixels
+  uint32_t nCode = 0;  ///< index of the camera's FFCBlockSize entry
+};
+
+/// Blocks for an FFCBlockSize entry of a flat-field camera: "BlockSize_1024" 32 x 32, "BlockSize_256" 16 x 16.
+/// Any other name leaves the size as it is.
+void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock);
+
+/// Blocks for an FFCBlockSize entry of a vignetting camera: "BlockSize_16384" 128 x 128, "BlockSize_4096" 64 x 64.
+/// Any other name leaves the size as it is.
+void ApplyVignettingBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock);
+
 /// Bayer type of a PixelColorFilter value: "BayerRG" 1, "BayerGB" 2, "BayerGR" 3, "BayerBG" 4, any other 0.
 int32_t GetBayerType(const std::string &strPixelColorFilter);

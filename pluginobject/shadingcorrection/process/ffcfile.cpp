@@ -1,7 +1,6 @@
 #include "pluginobject/shadingcorrection/process/ffcfile.h"
 
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include "pluginobject/statuscode.h"
 
@@ -24,21 +23,36 @@ int32_t ReadCoefficientFile(QFile &file, uint64_t nSize, CFrameBuffer &data)
                                                                                  : PLUGIN_STATUS_READ_FILE_ERROR;
 }
 
-int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, uint64_t nSize)
+int32_t CCoefficientFileWriter::Open()
 {
-  const QFileInfo info(strFileName);
+  const QFileInfo info(m_file.fileName());
   // A device or a pipe would be replaced by a file.
-  if (info.exists() && !info.isFile()) {
-    return PLUGIN_STATUS_OPEN_FILE_ERROR;
-  }
-  QSaveFile file(strFileName);
-  if (!file.open(QIODevice::WriteOnly)) {
-    return PLUGIN_STATUS_OPEN_FILE_ERROR;
-  }
+  const bool bOpened = (!info.exists() || info.isFile()) && m_file.open(QIODevice::WriteOnly);
+  return bOpened ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OPEN_FILE_ERROR;
+}
+
+int32_t CCoefficientFileWriter::Write(const uint8_t *pData, uint64_t nSize)
+{
   const auto nWanted = static_cast<qint64>(nSize);
   // Flushed here, because commit does not notice that a buffered rest cannot be written.
-  if (file.write(reinterpret_cast<const char *>(pData), nWanted) != nWanted || !file.flush()) {
-    file.cancelWriting();
+  if (m_file.write(reinterpret_cast<const char *>(pData), nWanted) != nWanted || !m_file.flush()) {
+    m_file.cancelWriting();
   }
-  return file.commit() ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_WRITE_FILE_ERROR;
+  return m_file.commit() ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_WRITE_FILE_ERROR;
+}
+
+void CCoefficientFileWriter::LeaveEmpty()
+{
+  m_file.cancelWriting();
+  (void)m_file.commit();
+  if (!QFileInfo::exists(m_file.fileName())) {
+    (void)QFile(m_file.fileName()).open(QIODevice::WriteOnly);
+  }
+}
+
+int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, uint64_t nSize)
+{
+  CCoefficientFileWriter writer(strFileName);
+  const int32_t nStatus = writer.Open();
+  return nStatus == PLUGIN_STATUS_SUCCESS ? writer.Write(pData, nSize) : nStatus;
 }

@@ -1,20 +1,28 @@
 #include "pluginobject/shadingcorrection/process/framejudge.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "pluginobject/shadingcorrection/imagecalc/imagecalc.h"
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/statuscode.h"
 
+BLOCK_PARAM MakeBlockParam(const SFrameFormat &stFormat, int64_t nBlockWidth, int64_t nBlockHeight, int32_t nBayerType)
+{
+  const auto toSide = [](int64_t nSide) {
+    using Limits = std::numeric_limits<int32_t>;
+    return static_cast<int32_t>(std::clamp<int64_t>(nSide, Limits::min(), Limits::max()));
+  };
+  return {toSide(stFormat.nWidth), toSide(stFormat.nHeight), toSide(nBlockWidth), toSide(nBlockHeight), nBayerType};
+}
+
 int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stFormat, int64_t nBlockWidth,
                           int64_t nBlockHeight, int32_t nBayerType, SBlockMeanRange &stRange)
 {
-  constexpr int64_t LARGEST = std::numeric_limits<int32_t>::max();
-  if (!stFormat.FitsInto(frame.GetSize()) || nBlockWidth > LARGEST || nBlockHeight > LARGEST) {
+  if (!stFormat.FitsInto(frame.GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  const BLOCK_PARAM stParam = {static_cast<int32_t>(stFormat.nWidth), static_cast<int32_t>(stFormat.nHeight),
-                               static_cast<int32_t>(nBlockWidth), static_cast<int32_t>(nBlockHeight), nBayerType};
+  const BLOCK_PARAM stParam = MakeBlockParam(stFormat, nBlockWidth, nBlockHeight, nBayerType);
   SBlockMeanRange stMeasured;
   const int32_t nStatus = MapCalcStatus(CImageCalc().GetBlockMeanMaxMin(frame.GetData(), stFormat.GetBitDepth(),
                                                                         stParam, &stMeasured.dMax, &stMeasured.dMin));
@@ -27,4 +35,16 @@ int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stForma
 double ToEightBitScale(double dGray, int32_t nBitDepth)
 {
   return static_cast<double>(static_cast<uint32_t>(dGray) >> (nBitDepth - 8));
+}
+
+int32_t MeasureEightBitMeans(const CFrameBuffer &frame, const SFrameFormat &stFormat, int64_t nBlockWidth,
+                             int64_t nBlockHeight, int32_t nBayerType, SBlockMeanRange &stRange)
+{
+  SBlockMeanRange stMeasured;
+  const int32_t nStatus = MeasureBlockMeans(frame, stFormat, nBlockWidth, nBlockHeight, nBayerType, stMeasured);
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    stRange.dMax = ToEightBitScale(stMeasured.dMax, stFormat.GetBitDepth());
+    stRange.dMin = ToEightBitScale(stMeasured.dMin, stFormat.GetBitDepth());
+  }
+  return nStatus;
 }

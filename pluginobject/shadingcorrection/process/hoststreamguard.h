@@ -6,6 +6,8 @@
 #include <string>
 
 #include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/process/streamingstate.h"
+#include "pluginobject/shadingcorrection/process/triggerguard.h"
 
 /// Saves the trigger mode, the stream's buffer handling and whether the stream was running; sets what an
 /// acquisition needs; puts the saved values back. User-interface thread only.
@@ -14,12 +16,12 @@ public:
   /// Forgets everything saved.
   void Reset() { *this = CHostStreamGuard(); }
 
-  int32_t SaveStreaming(const CFeatureAccess &deviceFeatures);
-  int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures);
+  CStreamingState &Streaming() { return m_streaming; }
+  int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures) { return m_trigger.Save(deviceFeatures); }
   /// A stream without buffer handling is no failure.
   void SaveStreamMode(const CFeatureAccess &streamFeatures);
   /// Whether the stream was running when it was saved.
-  bool WasStreaming() const { return m_nTLParamsLocked != 0; }
+  bool WasStreaming() const { return m_streaming.WasStreaming(); }
 
   /// Trigger "Off", buffer handling "NewestOnly", each only where it is something else.
   int32_t Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures) const;
@@ -28,7 +30,7 @@ public:
 
 private:
   bool m_bStreamMode = false; // the stream has a buffer handling mode
-  int64_t m_nTLParamsLocked = 0;
-  std::string m_strTriggerMode;
+  CStreamingState m_streaming;
+  CTriggerGuard m_trigger;
   std::string m_strStreamBufferHandlingMode;
 };

@@ -2,18 +2,25 @@
 
 #include <new>
 
+#include "pluginobject/shadingcorrection/process/shadingcorrectionpro_dev.h"
 #include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
+#include "pluginobject/shadingcorrection/process/vignettingcorrectionpro_dev.h"
 #include "pluginobject/statuscode.h"
 
 int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
                                        const CFeatureAccess &streamFeatures,
                                        std::unique_ptr<IShadingCorrectionProcess> &pProcess)
 {
-  if (eKind != EProcessKind::HostFlatField) {
-    return PLUGIN_STATUS_CAMERA_NOT_SUPPORTED;
-  }
   try {
-    pProcess.reset(new CShadingCorrectionPro_PC(deviceFeatures, streamFeatures));
+    switch (eKind) {
+    case EProcessKind::HostFlatField:
+      pProcess = std::make_unique<CShadingCorrectionPro_PC>(deviceFeatures, streamFeatures);
+      break;
+    case EProcessKind::DeviceFlatField: pProcess = std::make_unique<CShadingCorrectionPro_Dev>(deviceFeatures); break;
+    case EProcessKind::DeviceVignetting:
+      pProcess = std::make_unique<CVignettingCorrectionPro_Dev>(deviceFeatures);
+      break;
+    }
   } catch (const std::bad_alloc &) {
     return PLUGIN_STATUS_OUT_OF_MEMORY;
   }

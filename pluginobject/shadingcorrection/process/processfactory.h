@@ -15,7 +15,7 @@ enum class EProcessKind {
   DeviceVignetting ///< vignetting gains, applied by the camera
 };
 
-/// Makes a process. \return 0; -2 when there is no memory; -1011 for a kind that is not available
+/// Makes a process. \return 0; -2 when there is no memory
 using FnCreateProcess =
   std::function<int32_t(EProcessKind eKind, const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures,
                         std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;

@@ -6,6 +6,7 @@
 #include "pluginobject/shadingcorrection/process/entrytables.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 #include "pluginobject/shadingcorrection/process/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/frameseries.h"
 #include "pluginobject/shadingcorrection/process/hosttable.h"
 #include "pluginobject/shadingcorrection/process/scopeguard.h"
 #include "pluginobject/shadingcorrection/process/waittimeout.h"
@@ -13,12 +14,8 @@
 
 namespace {
 
-// A dark frame brighter or less even than this, on an 8-bit scale, is kept but not used.
-constexpr double DARK_MAX_GRAY = 20.0;
-constexpr double DARK_MAX_DIFF = 5.0;
-
 // Frames that a colour camera delivers before its white balance has settled.
-constexpr int SETTLING_FRAMES = 7;
+constexpr uint32_t SETTLING_FRAMES = 7;
 
 } // namespace
 
@@ -83,7 +80,7 @@ int32_t CShadingCorrectionPro_PC::__SaveCameraState()
   const int32_t nStatus = CFeatureChain()
                             .Then([&] { return m_deviceFeatures.GetFloatFeature("ExposureTime", m_fExposureTime); })
                             .Then([&] { return m_deviceFeatures.GetFloatFeature("Gain", m_fGain); })
-                            .Then([&] { return m_streamGuard.SaveStreaming(m_deviceFeatures); })
+                            .Then([&] { return m_streamGuard.Streaming().Save(m_deviceFeatures); })
                             .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
                             .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
                             .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
@@ -91,10 +88,7 @@ int32_t CShadingCorrectionPro_PC::__SaveCameraState()
                             .Then([&] { return m_streamGuard.SaveTriggerMode(m_deviceFeatures); })
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    if (!m_streamGuard.WasStreaming()) {
-      // The restore that follows stops the stream: without knowing that it ran, nobody would start it again.
-      (void)m_streamGuard.SaveStreaming(m_deviceFeatures);
-    }
+    m_streamGuard.Streaming().SaveLate(m_deviceFeatures);
     return nStatus;
   }
   m_streamGuard.SaveStreamMode(m_streamFeatures);
@@ -170,7 +164,8 @@ int32_t CShadingCorrectionPro_PC::__CaptureDark()
     return nStatus;
   }
   m_exchange.UseFrame([this](const CFrameBuffer &frame) { m_darkFrame.CopyFrom(frame); });
-  m_bDarkValid = m_stGray.dMax <= DARK_MAX_GRAY && m_stGray.dMax - m_stGray.dMin < DARK_MAX_DIFF;
+  // A frame that is too bright or too uneven is kept but not used.
+  m_bDarkValid = m_stGray.IsDark();
   return PLUGIN_STATUS_SUCCESS;
 }
 
@@ -233,28 +228,10 @@ int32_t CShadingCorrectionPro_PC::__StartBrightStream()
 
 int32_t CShadingCorrectionPro_PC::__TakeBrightFrames()
 {
-  int nToDiscard = m_bColor ? SETTLING_FRAMES : 0;
-  uint32_t nTaken = 0;
-  m_exchange.BeginRequests();
-  while (nTaken < m_stInfo.nFrameCount) {
-    const int32_t nWaitStatus = m_exchange.WaitFrame(m_nTimeout);
-    if (nWaitStatus != PLUGIN_STATUS_SUCCESS) {
-      return nWaitStatus;
-    }
-    if (nToDiscard > 0) {
-      --nToDiscard;
-      m_exchange.RequestFrame();
-      continue;
-    }
-    const int32_t nStatus = __KeepBrightFrame(nTaken == 0);
-    if (nStatus != PLUGIN_STATUS_SUCCESS) {
-      return nStatus;
-    }
-    if (++nTaken < m_stInfo.nFrameCount) {
-      m_exchange.RequestFrame();
-    }
-  }
-  return PLUGIN_STATUS_SUCCESS;
+  const uint32_t nToDiscard = m_bColor ? SETTLING_FRAMES : 0;
+  return TakeFrames(m_exchange, m_nTimeout, nToDiscard + m_stInfo.nFrameCount, [&](uint32_t nFrame) -> int32_t {
+    return nFrame < nToDiscard ? int32_t{PLUGIN_STATUS_SUCCESS} : __KeepBrightFrame(nFrame == nToDiscard);
+  });
 }
 
 int32_t CShadingCorrectionPro_PC::__KeepBrightFrame(bool bFirst)
@@ -270,16 +247,10 @@ int32_t CShadingCorrectionPro_PC::__KeepBrightFrame(bool bFirst)
 
 int32_t CShadingCorrectionPro_PC::__JudgeFrame()
 {
-  SBlockMeanRange stRange;
-  const int32_t nStatus = m_exchange.UseFrame([&](const CFrameBuffer &frame) {
-    return MeasureBlockMeans(frame, m_stFormat, m_nBlockWidth, m_nBlockHeight, GetBayerType(m_strPixelColorFilter),
-                             stRange);
+  return m_exchange.UseFrame([this](const CFrameBuffer &frame) {
+    return MeasureEightBitMeans(frame, m_stFormat, m_nBlockWidth, m_nBlockHeight, GetBayerType(m_strPixelColorFilter),
+                                m_stGray);
   });
-  if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    m_stGray.dMax = ToEightBitScale(stRange.dMax, m_stFormat.GetBitDepth());
-    m_stGray.dMin = ToEightBitScale(stRange.dMin, m_stFormat.GetBitDepth());
-  }
-  return nStatus;
 }
 
 void CShadingCorrectionPro_PC::__PutIntoForce(HostTablePtr pTable)
@@ -379,64 +350,4 @@ int32_t CShadingCorrectionPro_PC::SetExpectGray(int64_t nExpectGray)
 {
   m_stInfo.nExpectGray = static_cast<uint32_t>(nExpectGray);
   return PLUGIN_STATUS_SUCCESS;
-}
-
-int32_t CShadingCorrectionPro_PC::LoadFromFlash()
-{
-  return PLUGIN_STATUS_SUCCESS;
-}
-
-int32_t CShadingCorrectionPro_PC::SaveToFlash()
-{
-  return PLUGIN_STATUS_SUCCESS;
-}
-
-void CShadingCorrectionPro_PC::ReceiveImage(const void *pFrame, uint32_t nSize)
-{
-  m_exchange.ReceiveFrame(pFrame, nSize);
-}
-
-void CShadingCorrectionPro_PC::SetImageReady()
-{
-  m_exchange.SetFrameReady();
-}
-
-uint32_t CShadingCorrectionPro_PC::WaitImageRequest()
-{
-  return m_exchange.PollRequest();
-}
-
-FFCInfo CShadingCorrectionPro_PC::GetCorrectionInfo()
-{
-  return m_stInfo;
-}
-
-double CShadingCorrectionPro_PC::GetImageMaxGray()
-{
-  return m_stGray.dMax;
-}
-
-double CShadingCorrectionPro_PC::GetImageGrayDiff()
-{
-  return m_stGray.dMax - m_stGray.dMin;
-}
-
-bool CShadingCorrectionPro_PC::IsBlackLevelDefault()
-{
-  return m_bBlackLevelDefault;
-}
-
-bool CShadingCorrectionPro_PC::IsPixelFormatSupported()
-{
-  return IsBayerFormatSelected(m_deviceFeatures, m_bColor);
-}
-
-void CShadingCorrectionPro_PC::SetStopFlag(bool bStop)
-{
-  m_exchange.SetStopFlag(bStop);
-}
-
-bool CShadingCorrectionPro_PC::IsColorCamera()
-{
-  return m_bColor;
 }

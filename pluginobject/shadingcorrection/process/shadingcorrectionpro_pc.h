@@ -19,6 +19,7 @@
 #include "pluginobject/shadingcorrection/process/hoststreamguard.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 #include "pluginobject/shadingcorrection/process/whitebalance.h"
+#include "pluginobject/statuscode.h"
 
 /// Takes a dark frame and an averaged bright frame from the running stream, has Ombrix compute a
 /// per-pixel coefficient table, and corrects every frame with it.
@@ -40,22 +41,22 @@ public:
   int32_t ExecuteCorrection() override;
   int32_t SetFrameCount(std::string strEntry) override;
   int32_t SetExpectGray(int64_t nExpectGray) override;
-  int32_t LoadFromFlash() override;
-  int32_t SaveToFlash() override;
+  int32_t LoadFromFlash() override { return PLUGIN_STATUS_SUCCESS; }
+  int32_t SaveToFlash() override { return PLUGIN_STATUS_SUCCESS; }
   int32_t LoadFromFile() override;
   int32_t SaveToFile() override;
-  void ReceiveImage(const void *pFrame, uint32_t nSize) override;
-  void SetImageReady() override;
-  uint32_t WaitImageRequest() override;
-  FFCInfo GetCorrectionInfo() override;
-  double GetImageMaxGray() override;
-  double GetImageGrayDiff() override;
-  bool IsBlackLevelDefault() override;
+  void ReceiveImage(const void *pFrame, uint32_t nSize) override { m_exchange.ReceiveFrame(pFrame, nSize); }
+  void SetImageReady() override { m_exchange.SetFrameReady(); }
+  uint32_t WaitImageRequest() override { return m_exchange.PollRequest(); }
+  FFCInfo GetCorrectionInfo() override { return m_stInfo; }
+  double GetImageMaxGray() override { return m_stGray.dMax; }
+  double GetImageGrayDiff() override { return m_stGray.dMax - m_stGray.dMin; }
+  bool IsBlackLevelDefault() override { return m_bBlackLevelDefault; }
   int32_t CorrectImage(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight,
                        uint32_t nPixelFormat) override;
-  bool IsPixelFormatSupported() override;
-  void SetStopFlag(bool bStop) override;
-  bool IsColorCamera() override;
+  bool IsPixelFormatSupported() override { return IsBayerFormatSelected(m_deviceFeatures, m_bColor); }
+  void SetStopFlag(bool bStop) override { m_exchange.SetStopFlag(bStop); }
+  bool IsColorCamera() override { return m_bColor; }
 
   /// Replaces the file dialogs.
   void SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser);

@@ -1,5 +1,6 @@
 #include "pluginobject/shadingcorrection/process/whitebalance.h"
 
+#include "pluginobject/shadingcorrection/process/balancerun.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 
 namespace {
@@ -51,10 +52,7 @@ int32_t CWhiteBalance::BalanceOnce(const CFeatureAccess &features, CFrameExchang
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }
-  exchange.RequestFrame();
-  exchange.ForgetFrame();
-  fnStartStream();
-  WaitUntilOff(features, exchange, nTimeout);
+  RunWhiteBalance(features, exchange, nTimeout, fnStartStream);
   return PLUGIN_STATUS_SUCCESS;
 }
 
@@ -97,21 +95,6 @@ int32_t CWhiteBalance::SwitchOn(const CFeatureAccess &features)
     })
     .Then([&] { return features.SetEnumFeature("BalanceWhiteAuto", "Once"); })
     .Status();
-}
-
-void CWhiteBalance::WaitUntilOff(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout)
-{
-  constexpr int ATTEMPTS = 5;
-  for (int nAttempt = 0; nAttempt < ATTEMPTS && exchange.WaitFrameReady(nTimeout); ++nAttempt) {
-    std::string strState;
-    // A camera that does not tell its state is given the remaining frames.
-    (void)features.GetEnumFeature("BalanceWhiteAuto", strState);
-    if (strState == "Off") {
-      break;
-    }
-    exchange.RequestFrame();
-  }
-  exchange.WithdrawRequest();
 }
 
 int32_t CWhiteBalance::RestoreRatios(const CFeatureAccess &features) const

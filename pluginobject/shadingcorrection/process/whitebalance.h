@@ -27,7 +27,6 @@ private:
   int32_t Save(const CFeatureAccess &features);
   int32_t SaveRatios(const CFeatureAccess &features);
   int32_t SwitchOn(const CFeatureAccess &features);
-  static void WaitUntilOff(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout);
   int32_t RestoreRatios(const CFeatureAccess &features) const;
 
   bool m_bBalanceWhite = false; // the camera has BalanceWhiteAuto

@@ -11,6 +11,25 @@ uint32_t ApplyTo(uint32_t nFrameCount, const std::string &strEntry)
   return nFrameCount;
 }
 
+SCorrectionBlock ApplyFlatFieldTo(SCorrectionBlock stBlock, const std::string &strEntry)
+{
+  ApplyFlatFieldBlockEntry(strEntry, stBlock);
+  return stBlock;
+}
+
+SCorrectionBlock ApplyVignettingTo(SCorrectionBlock stBlock, const std::string &strEntry)
+{
+  ApplyVignettingBlockEntry(strEntry, stBlock);
+  return stBlock;
+}
+
+void ExpectBlock(int64_t nSide, uint32_t nCode, const SCorrectionBlock &stBlock)
+{
+  EXPECT_EQ(nSide, stBlock.nWidth);
+  EXPECT_EQ(nSide, stBlock.nHeight);
+  EXPECT_EQ(nCode, stBlock.nCode);
+}
+
 } // namespace
 
 TEST(EntryTables, EachFrameCountEntryGivesItsCount)
@@ -28,6 +47,30 @@ TEST(EntryTables, AnyOtherNameLeavesTheFrameCount)
                             "ffcframecount_1", "FFCFrameCount_01", "1"}) {
     EXPECT_EQ(7U, ApplyTo(7, pName)) << pName;
   }
+}
+
+TEST(EntryTables, EachFlatFieldBlockGivesItsSidesAndCode)
+{
+  ExpectBlock(32, 0, ApplyFlatFieldTo({}, "BlockSize_1024"));
+  ExpectBlock(16, 1, ApplyFlatFieldTo({}, "BlockSize_256"));
+  ExpectBlock(32, 0, ApplyFlatFieldTo({16, 16, 1}, "BlockSize_1024"));
+}
+
+TEST(EntryTables, EachVignettingBlockGivesItsSidesAndCode)
+{
+  ExpectBlock(128, 3, ApplyVignettingTo({}, "BlockSize_16384"));
+  ExpectBlock(64, 2, ApplyVignettingTo({}, "BlockSize_4096"));
+}
+
+TEST(EntryTables, AnyOtherNameLeavesTheBlock)
+{
+  for (const char *pName : {"", "BlockSize_", "BlockSize_64", "BlockSize_102", "BlockSize_10240", "blocksize_256"}) {
+    ExpectBlock(24, 9, ApplyFlatFieldTo({24, 24, 9}, pName));
+    ExpectBlock(24, 9, ApplyVignettingTo({24, 24, 9}, pName));
+  }
+  // Each kind of camera has blocks of its own.
+  ExpectBlock(24, 9, ApplyFlatFieldTo({24, 24, 9}, "BlockSize_4096"));
+  ExpectBlock(24, 9, ApplyVignettingTo({24, 24, 9}, "BlockSize_1024"));
 }
 
 TEST(EntryTables, EachColourFilterGivesItsBayerType)

@@ -77,7 +77,10 @@ TEST(FrameJudge, RefusesAHostileGeometry)
     EXPECT_EQ(-1012, MeasureBlockMeans(frame, MakeFormat(MONO_8, nSide, 64), 32, 32, 0, stRange)) << nSide;
     EXPECT_EQ(-1012, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, nSide), 32, 32, 0, stRange)) << nSide;
   }
-  EXPECT_EQ(-1012, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), int64_t{1} << 32, 32, 0, stRange));
+  for (const int64_t nSide : {int64_t{1} << 31, (int64_t{1} << 32) + 32, INT64_MAX, INT64_MIN}) {
+    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), nSide, 32, 0, stRange)) << nSide;
+    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), 32, nSide, 0, stRange)) << nSide;
+  }
   ExpectUntouched(stRange);
 }
 
@@ -103,6 +106,33 @@ TEST(FrameJudge, TellsThatThereIsNoMemory)
   const CFailingNew failing;
   EXPECT_EQ(-2, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), 32, 32, 0, stRange));
   ExpectUntouched(stRange);
+}
+
+TEST(FrameJudge, AFrameUpToTwentyThatIsEvenWithinFiveIsDark)
+{
+  EXPECT_TRUE((SBlockMeanRange{0.0, 0.0}.IsDark()));
+  EXPECT_TRUE((SBlockMeanRange{20.0, 15.001}.IsDark()));
+  EXPECT_FALSE((SBlockMeanRange{20.0, 15.0}.IsDark()));
+  EXPECT_FALSE((SBlockMeanRange{20.001, 20.0}.IsDark()));
+  EXPECT_FALSE((SBlockMeanRange{5.0, 0.0}.IsDark()));
+}
+
+TEST(FrameJudge, SidesBeyondThirtyOneBitsBecomeTheLargestOnes)
+{
+  SFrameFormat stFormat = MakeFormat(MONO_8, 64, 48);
+  BLOCK_PARAM stParam = MakeBlockParam(stFormat, 32, 16, 3);
+  EXPECT_EQ(64, stParam.nWidth);
+  EXPECT_EQ(48, stParam.nHeight);
+  EXPECT_EQ(32, stParam.nBlockWidth);
+  EXPECT_EQ(16, stParam.nBlockHeight);
+  EXPECT_EQ(3, stParam.nBayerType);
+  stFormat.nWidth = (int64_t{1} << 32) + 64;
+  stFormat.nHeight = INT64_MIN;
+  stParam = MakeBlockParam(stFormat, INT64_MAX, -1, 0);
+  EXPECT_EQ(INT32_MAX, stParam.nWidth);
+  EXPECT_EQ(INT32_MIN, stParam.nHeight);
+  EXPECT_EQ(INT32_MAX, stParam.nBlockWidth);
+  EXPECT_EQ(-1, stParam.nBlockHeight);
 }
 
 TEST(EightBitScale, TruncatesThenShifts)

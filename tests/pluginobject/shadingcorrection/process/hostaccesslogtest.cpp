@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "genapi/softwarenodemap/accessrecorder.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+#include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 
 namespace {
-
-using Log = std::vector<std::string>;
 
 const Log SIZE_CHECK = {"get PayloadSize", "get PixelFormat", "get Width", "get Height"};
 const Log SAVE = {"get ExposureTime", "get Gain",   "get TLParamsLocked", "get PayloadSize",
@@ -14,47 +12,16 @@ const Log SAVE_STREAM_MODE = {"get StreamBufferHandlingMode"};
 const Log PREPARE_STREAM_MODE = {"set StreamBufferHandlingMode = NewestOnly"};
 const Log RESTORE = {"set TriggerMode = Off", "set StreamBufferHandlingMode = OldestFirst"};
 
-Log Join(const std::vector<Log> &listParts)
-{
-  Log listJoined;
-  for (const Log &listPart : listParts) {
-    listJoined.insert(listJoined.end(), listPart.begin(), listPart.end());
-  }
-  return listJoined;
-}
-
-// All that an operation reads and writes.
-template <typename TOperation>
-Log Record(CHostRig &rig, TOperation fnOperation)
-{
-  CAccessRecorder recorder;
-  rig.SetHook(std::ref(recorder));
-  EXPECT_EQ(0, fnOperation());
-  rig.SetHook(nullptr);
-  return recorder.GetLog();
-}
-
 Log RecordDark(CHostRig &rig)
 {
-  return Record(rig, [&rig] { return rig.AcquireDark(10); });
+  return RecordAccesses(rig, [&rig] { return rig.AcquireDark(10); });
 }
 
 // Of one frame.
 Log RecordBright(CHostRig &rig)
 {
   rig.Process().SetFrameCount("FFCFrameCount_1");
-  return Record(rig, [&rig] { return rig.AcquireBright(100); });
-}
-
-Log KeepWrites(const Log &listLog)
-{
-  Log listWrites;
-  for (const std::string &strLine : listLog) {
-    if (strLine.rfind("set ", 0) == 0) {
-      listWrites.push_back(strLine);
-    }
-  }
-  return listWrites;
+  return RecordAccesses(rig, [&rig] { return rig.AcquireBright(100); });
 }
 
 // A colour camera whose stream and trigger need no change.
@@ -102,7 +69,7 @@ TEST(HostAccessLog, OfABrightAcquisitionChecksTheSizeForEveryFrame)
   CHostRig rig;
   rig.Process().SetFrameCount("FFCFrameCount_2");
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, SIZE_CHECK, SIZE_CHECK, RESTORE}),
-            Record(rig, [&rig] { return rig.AcquireBright(100); }));
+            RecordAccesses(rig, [&rig] { return rig.AcquireBright(100); }));
 }
 
 TEST(HostAccessLog, OfABrightAcquisitionWhileTheStreamRuns)
@@ -210,7 +177,7 @@ TEST(HostAccessLog, OfAnExecutionIsOneSizeCheck)
 {
   CHostRig rig;
   EXPECT_EQ(0, rig.AcquireBright(100));
-  EXPECT_EQ(SIZE_CHECK, Record(rig, [&rig] { return rig.Process().ExecuteCorrection(); }));
+  EXPECT_EQ(SIZE_CHECK, RecordAccesses(rig, [&rig] { return rig.Process().ExecuteCorrection(); }));
 }
 
 TEST(HostAccessLog, OfACorrectionIsEmpty)
@@ -220,14 +187,15 @@ TEST(HostAccessLog, OfACorrectionIsEmpty)
   EXPECT_EQ(0, rig.Process().ExecuteCorrection());
   std::vector<uint8_t> listCorrected;
   const std::vector<uint8_t> listFrame = rig.Camera().MakeFrame(50);
-  EXPECT_EQ(Log(), Record(rig, [&] { return rig.Correct(listFrame, listCorrected); }));
+  EXPECT_EQ(Log(), RecordAccesses(rig, [&] { return rig.Correct(listFrame, listCorrected); }));
 }
 
 TEST(HostAccessLog, OfTheInitialisation)
 {
   CHostRig rig;
-  EXPECT_EQ((Log()), Record(rig, [&rig] { return rig.Process().InitProcess(); })) << "a camera without the feature";
+  EXPECT_EQ((Log()), RecordAccesses(rig, [&rig] { return rig.Process().InitProcess(); }))
+    << "a camera without the feature";
   CHostRig colourRig("BayerGB8");
   EXPECT_EQ((Log{"implemented? PixelColorFilter", "entries PixelFormat", "get PixelColorFilter"}),
-            Record(colourRig, [&colourRig] { return colourRig.Process().InitProcess(); }));
+            RecordAccesses(colourRig, [&colourRig] { return colourRig.Process().InitProcess(); }));
 }

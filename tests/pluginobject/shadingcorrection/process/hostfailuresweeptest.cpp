@@ -1,11 +1,10 @@
-#include <algorithm>
 #include <iterator>
 #include <map>
 #include <ostream>
 
 #include <gtest/gtest.h>
 
-#include "genapi/softwarenodemap/failnthaccess.h"
+#include "tests/pluginobject/shadingcorrection/process/failuresweep.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
 namespace {
@@ -24,23 +23,7 @@ std::ostream &operator<<(std::ostream &stream, const SSweep &stSweep)
                 << (stSweep.bStreaming ? "Streaming" : "Idle") << (stSweep.bBright ? "Bright" : "Dark");
 }
 
-// The n-th look-up of a feature, counted from 0, and what its failure means.
-struct SAccess {
-  std::string strNode;
-  std::size_t nLookUp = 0;
-};
-
-struct SMeaning {
-  int32_t nStatus;
-  bool bRestoring; // its failure leaves something as the acquisition set it
-};
-
-constexpr SMeaning IGNORED = {0, false};
-constexpr SMeaning FAILS = {-1002, false};
-constexpr SMeaning BALANCE_FAILS = {-1018, false};
-constexpr SMeaning RESTORES = {0, true};
-
-// By look-up; the last one stands for all that follow.
+// By look-up.
 std::vector<SMeaning> GetMeanings(const std::string &strNode, const SSweep &stSweep)
 {
   if (strNode == "BalanceRatioSelector") {
@@ -66,12 +49,6 @@ std::vector<SMeaning> GetMeanings(const std::string &strNode, const SSweep &stSw
   return MAP_MEANINGS.at(strNode);
 }
 
-SMeaning GetMeaning(const SAccess &stAccess, const SSweep &stSweep)
-{
-  const std::vector<SMeaning> listMeanings = GetMeanings(stAccess.strNode, stSweep);
-  return listMeanings[std::min(stAccess.nLookUp, listMeanings.size() - 1)];
-}
-
 std::unique_ptr<CHostRig> MakeRig(const SSweep &stSweep)
 {
   auto pRig = std::make_unique<CHostRig>(stSweep.pPixelFormat);
@@ -93,21 +70,6 @@ int32_t Acquire(CHostRig &rig, const SSweep &stSweep)
   return stSweep.bBright ? rig.AcquireBright(100) : rig.AcquireDark(10);
 }
 
-// All accesses of an acquisition that succeeds, in order.
-std::vector<SAccess> ListAccesses(const SSweep &stSweep)
-{
-  const auto pRig = MakeRig(stSweep);
-  std::map<std::string, std::size_t> mapLookUps;
-  std::vector<SAccess> listAccesses;
-  pRig->SetHook([&](const SNodeAccess &stAccess) {
-    const std::string strNode = stAccess.strNode.substr(0, stAccess.strNode.find('.'));
-    mapLookUps[strNode] += stAccess.eKind == SNodeAccess::EKind::LookUp ? 1U : 0U;
-    listAccesses.push_back({strNode, mapLookUps[strNode] - 1});
-  });
-  EXPECT_EQ(0, Acquire(*pRig, stSweep));
-  return listAccesses;
-}
-
 // The camera as it has to be afterwards. After "Continuous" the mode is not written back.
 std::map<std::string, std::string> TakeSnapshot(CHostRig &rig, const SSweep &stSweep)
 {
@@ -122,11 +84,8 @@ void FailAccess(const SSweep &stSweep, std::size_t nAccess, const SMeaning &stMe
 {
   const auto pRig = MakeRig(stSweep);
   const auto mapBefore = TakeSnapshot(*pRig, stSweep);
-  CFailNthAccess fail(nAccess + 1, ALL_ACCESS_FAILURES[nAccess % std::size(ALL_ACCESS_FAILURES)]);
-  pRig->SetHook(std::ref(fail));
-  EXPECT_EQ(stMeaning.nStatus, Acquire(*pRig, stSweep));
-  pRig->SetHook(nullptr);
-  EXPECT_GT(fail.GetCount(), nAccess);
+  const EAccessFailure eFailure = ALL_ACCESS_FAILURES[nAccess % std::size(ALL_ACCESS_FAILURES)];
+  EXPECT_EQ(stMeaning.nStatus, RunWithFailure(*pRig, nAccess, eFailure, [&] { return Acquire(*pRig, stSweep); }));
   EXPECT_EQ(stSweep.bStreaming, pRig->IsStreaming());
   if (!stMeaning.bRestoring) {
     EXPECT_EQ(mapBefore, TakeSnapshot(*pRig, stSweep));
@@ -148,12 +107,12 @@ class HostFailureSweep : public testing::TestWithParam<SSweep> {};
 
 TEST_P(HostFailureSweep, EveryFailingAccessGivesItsCodeAndLeavesTheCameraAsItWas)
 {
-  const std::vector<SAccess> listAccesses = ListAccesses(GetParam());
+  const auto pRig = MakeRig(GetParam());
+  const std::vector<SFeatureAccess> listAccesses = ListAccesses(*pRig, [&] { return Acquire(*pRig, GetParam()); });
   EXPECT_GT(listAccesses.size(), 20U);
   for (std::size_t i = 0; i < listAccesses.size(); ++i) {
-    SCOPED_TRACE("access " + std::to_string(i) + ": " + listAccesses[i].strNode + " for the " +
-                 std::to_string(listAccesses[i].nLookUp + 1) + ". time");
-    FailAccess(GetParam(), i, GetMeaning(listAccesses[i], GetParam()));
+    SCOPED_TRACE("access " + std::to_string(i) + ": " + listAccesses[i].Describe());
+    FailAccess(GetParam(), i, PickMeaning(GetMeanings(listAccesses[i].strNode, GetParam()), listAccesses[i]));
   }
 }
 

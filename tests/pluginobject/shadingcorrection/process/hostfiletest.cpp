@@ -1,58 +1,19 @@
 #include <cstring>
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+#include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/modalanswer.h"
 
 namespace {
 
-// Answers with a name, and keeps what was asked.
-class CScriptedChooser : public IFileChooser {
-public:
-  QString ChooseFileToOpen(const SFileDialogTexts &stTexts) override { return Answer("open", stTexts); }
-  QString ChooseFileToSave(const SFileDialogTexts &stTexts) override { return Answer("save", stTexts); }
-
-  void Choose(const QString &strFile) { m_strFile = strFile; }
-  const std::vector<std::string> &GetQuestions() const { return m_listQuestions; }
-
-private:
-  QString Answer(const char *pQuestion, const SFileDialogTexts &stTexts)
-  {
-    m_listQuestions.push_back(std::string(pQuestion) + ": " + stTexts.strCaption.toStdString() + ", " +
-                              stTexts.strFilter.toStdString());
-    return m_strFile;
-  }
-
-  QString m_strFile;
-  std::vector<std::string> m_listQuestions;
-};
-
-QByteArray ReadAll(const QString &strFile)
-{
-  QFile file(strFile);
-  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-  return file.readAll();
-}
-
-void WriteAll(const QString &strFile, const QByteArray &bytes)
-{
-  QFile file(strFile);
-  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-  EXPECT_EQ(bytes.size(), file.write(bytes));
-}
-
 class HostFile : public testing::Test {
 protected:
-  HostFile() : m_pChooser(new CScriptedChooser)
-  {
-    m_rig.Process().SetFileChooser(std::unique_ptr<IFileChooser>(m_pChooser));
-    m_rig.Process().SetExpectGray(200);
-  }
+  HostFile() { m_rig.Process().SetExpectGray(200); }
 
   // Coefficients of a bright frame of 120, with a dark one of 10 or without one.
   void MakeCoefficients(bool bDark)
@@ -74,18 +35,18 @@ protected:
   QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
   int32_t Save(const char *pName)
   {
-    m_pChooser->Choose(Path(pName));
+    m_chooser.Choose(Path(pName));
     return m_rig.Process().SaveToFile();
   }
   int32_t Load(const char *pName)
   {
-    m_pChooser->Choose(Path(pName));
+    m_chooser.Choose(Path(pName));
     return m_rig.Process().LoadFromFile();
   }
 
   QTemporaryDir m_folder;
   CHostRig m_rig;
-  CScriptedChooser *m_pChooser; // the process owns it
+  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
 };
 
 constexpr int PIXELS = 64 * 48;
@@ -115,10 +76,7 @@ TEST_F(HostFile, IsLoadedAsItWasSaved)
     const uint32_t nSize = m_rig.Process().GetCorrectionInfo().nCoefficientsSize;
 
     CHostRig other;
-    auto pChooser = std::make_unique<CScriptedChooser>();
-    CScriptedChooser &chooser = *pChooser;
-    chooser.Choose(Path("a.ffc"));
-    other.Process().SetFileChooser(std::move(pChooser));
+    CScriptedChooser &chooser = InstallChooser(other.Process(), Path("a.ffc"));
     EXPECT_EQ(0, other.Process().LoadFromFile());
     EXPECT_EQ(nSize, other.Process().GetCorrectionInfo().nCoefficientsSize);
     std::vector<uint8_t> listAfter;
@@ -136,14 +94,14 @@ TEST_F(HostFile, IsAskedForWithTheTextsOfEachDialog)
   EXPECT_EQ(0, Save("a.ffc"));
   EXPECT_EQ(0, Load("a.ffc"));
   EXPECT_EQ((std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}),
-            m_pChooser->GetQuestions());
+            m_chooser.GetQuestions());
 }
 
 TEST_F(HostFile, ACancelledDialogChangesNothing)
 {
   MakeCoefficients(true);
   const std::vector<uint8_t> listBefore = Correct(60);
-  m_pChooser->Choose(QString());
+  m_chooser.Choose(QString());
   m_rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
   EXPECT_EQ(-1014, m_rig.Process().LoadFromFile());
   EXPECT_EQ(-1014, m_rig.Process().SaveToFile());
@@ -236,16 +194,14 @@ TEST_F(HostFile, WithoutCoefficientsNothingIsSavedAndNoFileTouched)
   EXPECT_EQ(-3, Save("b.ffc"));
   EXPECT_EQ("former", ReadAll(Path("a.ffc")));
   EXPECT_FALSE(QFile::exists(Path("b.ffc")));
-  EXPECT_TRUE(m_pChooser->GetQuestions().empty());
+  EXPECT_TRUE(m_chooser.GetQuestions().empty());
 }
 
 TEST_F(HostFile, WithoutACameraIsNotLoaded)
 {
   WriteAll(Path("a.ffc"), QByteArray(2 * PIXELS, '\x10'));
   CShadingCorrectionPro_PC process{CFeatureAccess(nullptr), CFeatureAccess(nullptr)};
-  auto pChooser = std::make_unique<CScriptedChooser>();
-  pChooser->Choose(Path("a.ffc"));
-  process.SetFileChooser(std::move(pChooser));
+  InstallChooser(process, Path("a.ffc"));
   EXPECT_EQ(-3, process.LoadFromFile());
 }
 

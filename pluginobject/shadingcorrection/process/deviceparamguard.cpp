@@ -1,0 +1,118 @@
+#include "pluginobject/shadingcorrection/process/deviceparamguard.h"
+
+#include <cmath>
+
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/userset.h"
+#include "pluginobject/shadingcorrection/process/waittimeout.h"
+
+void CDeviceParamGuard::BeginAcquisition()
+{
+  *this = CDeviceParamGuard();
+  m_bUserSetPending = true;
+}
+
+int32_t CDeviceParamGuard::__SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved)
+{
+  bool bImplemented = false;
+  (void)features.IsFeatureImplemented(pName, bImplemented);
+  return bImplemented ? features.GetEnumFeature(pName, strSaved) : int32_t{PLUGIN_STATUS_SUCCESS};
+}
+
+int32_t CDeviceParamGuard::__WriteOptional(const CFeatureAccess &features, const char *pName,
+                                           const std::string &strSaved)
+{
+  bool bImplemented = false;
+  (void)features.IsFeatureImplemented(pName, bImplemented);
+  return bImplemented ? features.SetEnumFeature(pName, strSaved) : int32_t{PLUGIN_STATUS_SUCCESS};
+}
+
+int32_t CDeviceParamGuard::SaveUserParam(const CFeatureAccess &features)
+{
+  const int32_t nStatus =
+    CFeatureChain()
+      .Then([&] { return features.GetEnumFeature("UserSetSelector", m_strUserSetSelector); })
+      .Then([&] { return features.GetFloatFeature("ExposureTime", m_fExposureTime); })
+      .Then([&] { return m_streaming.Save(features); })
+      .Then([&] { return features.GetFloatFeature("Gain", m_fGain); })
+      .Then([&] { return features.GetFloatFeature("BlackLevel", m_fBlackLevel); })
+      .Then([&] { return features.GetIntFeature("DigitalShift", m_nDigitalShift); })
+      .Then([&] { return __SaveOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
+      .Then([&] { return __SaveOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
+      .Then([&] { return __SaveOptional(features, "RemoveParameterLimit", m_strRemoveParameterLimit); })
+      .Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    m_streaming.SaveLate(features);
+  }
+  m_nTimeout = GetFrameTimeout(m_fExposureTime);
+  return nStatus;
+}
+
+int32_t CDeviceParamGuard::Prepare(const CFeatureAccess &features, SFrameFormat &stFormat)
+{
+  return CFeatureChain()
+    .Then([&] { return __SwitchUserSets(features); })
+    .Then([&] { return features.GetFloatFeature("BlackLevel", m_fDefaultBlackLevel); })
+    .Then([&] { return __ReadFormat(features, stFormat); })
+    .Then([&] { return __WriteUserParam(features); })
+    .Status();
+}
+
+int32_t CDeviceParamGuard::__SwitchUserSets(const CFeatureAccess &features)
+{
+  const int32_t nStatus = SaveUserSet(features, "UserSet0");
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  m_bUserSetPending = false;
+  return LoadUserSet(features, "Default");
+}
+
+int32_t CDeviceParamGuard::__ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
+{
+  return CFeatureChain()
+    .Then([&] { return ReadPayloadSize(features, stFormat); })
+    .Then([&] { return ReadPixelFormat(features, stFormat); })
+    .Then([&]() -> int32_t {
+      // On purpose with the width and height of the acquisition before: the geometry is read only now.
+      stFormat.ApplyUnpackedSize();
+      return PLUGIN_STATUS_SUCCESS;
+    })
+    .Then([&] { return ReadWidth(features, stFormat); })
+    .Then([&] { return ReadHeight(features, stFormat); })
+    .Status();
+}
+
+int32_t CDeviceParamGuard::__WriteUserParam(const CFeatureAccess &features) const
+{
+  return CFeatureChain()
+    .Then([&] { return __WriteOptional(features, "RemoveParameterLimit", m_strRemoveParameterLimit); })
+    .Then([&] { return features.SetFloatFeature("ExposureTime", m_fExposureTime); })
+    .Then([&] { return features.SetFloatFeature("Gain", m_fGain); })
+    .Then([&] { return features.SetFloatFeature("BlackLevel", m_fBlackLevel); })
+    .Then([&] { return features.SetIntFeature("DigitalShift", m_nDigitalShift); })
+    .Then([&] { return __WriteOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
+    .Then([&] { return __WriteOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
+    .Status();
+}
+
+bool CDeviceParamGuard::IsBlackLevelDefault() const
+{
+  constexpr double TOLERANCE = 1e-6;
+  return std::fabs(double{m_fDefaultBlackLevel} - double{m_fBlackLevel}) < TOLERANCE;
+}
+
+void CDeviceParamGuard::Restore(const CFeatureAccess &features)
+{
+  const bool bLoad = !m_bUserSetPending;
+  m_bUserSetPending = false;
+  // A selector that was never read cannot be put back, so it is not moved.
+  if (!bLoad && m_strUserSetSelector.empty()) {
+    return;
+  }
+  (void)features.SetEnumFeature("UserSetSelector", "UserSet0");
+  if (bLoad) {
+    (void)features.ExecuteCommand("UserSetLoad");
+  }
+  (void)features.SetEnumFeature("UserSetSelector", m_strUserSetSelector);
+}

@@ -1,0 +1,39 @@
+#include "pluginobject/shadingcorrection/process/devicesettings.h"
+
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+
+bool ReadIsColorCamera(const CFeatureAccess &features)
+{
+  bool bColor = false;
+  (void)features.IsFeatureImplemented("PixelColorFilter", bColor);
+  return bColor;
+}
+
+int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, FnApplyBlockEntry fnApplyBlockEntry,
+                           SDeviceSettings &stSettings, FFCInfo &stInfo)
+{
+  std::string strBlockSize;
+  std::string strFrameCount;
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&]() -> int32_t {
+                              return bColorCamera
+                                       ? features.GetEnumFeature("PixelColorFilter", stSettings.strPixelColorFilter)
+                                       : int32_t{PLUGIN_STATUS_SUCCESS};
+                            })
+                            .Then([&] { return features.GetEnumFeature("FFCBlockSize", strBlockSize); })
+                            .Then([&] { return features.GetEnumFeature("FFCFrameCount", strFrameCount); })
+                            .Status();
+  fnApplyBlockEntry(strBlockSize, stSettings.stBlock);
+  stInfo.nBlockSizeCode = stSettings.stBlock.nCode;
+  ApplyFrameCountEntry(strFrameCount, stInfo.nFrameCount);
+  return nStatus;
+}
+
+int32_t WriteFrameCount(const CFeatureAccess &features, const std::string &strEntry, FFCInfo &stInfo)
+{
+  const int32_t nStatus = features.SetEnumFeature("FFCFrameCount", strEntry);
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    ApplyFrameCountEntry(strEntry, stInfo.nFrameCount);
+  }
+  return nStatus;
+}

@@ -1,0 +1,406 @@
+#include "pluginobject/shadingcorrection/process/shadingcorrectionpro_dev.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "pluginobject/shadingcorrection/process/balancerun.h"
+#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
+#include "pluginobject/shadingcorrection/process/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/devicecorrection.h"
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/frameseries.h"
+#include "pluginobject/shadingcorrection/process/scopeguard.h"
+#include "pluginobject/statuscode.h"
+
+namespace {
+
+constexpr int32_t BIT_DEPTH = 8;
+
+// A dark frame is subtracted only where the bright one stands out from it by so much.
+constexpr double MIN_CONTRAST = 80.0;
+
+// Whatever the camera delivers is read as one byte per pixel.
+SFrameFormat ReadAsEightBit(SFrameFormat stFormat)
+{
+  constexpr uint32_t MONO8 = 0x01080001;
+  stFormat.nPixelFormat = MONO8;
+  return stFormat;
+}
+
+bool HasSameGeometry(const SFrameFormat &stFirst, const SFrameFormat &stSecond)
+{
+  return stFirst.nWidth == stSecond.nWidth && stFirst.nHeight == stSecond.nHeight;
+}
+
+} // namespace
+
+CShadingCorrectionPro_Dev::CShadingCorrectionPro_Dev(const CFeatureAccess &deviceFeatures)
+  : m_deviceFeatures(deviceFeatures), m_pFileChooser(std::make_unique<CFileDialogChooser>())
+{
+}
+
+CShadingCorrectionPro_Dev::~CShadingCorrectionPro_Dev() = default;
+
+void CShadingCorrectionPro_Dev::SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser)
+{
+  m_pFileChooser = std::move(pFileChooser);
+}
+
+void CShadingCorrectionPro_Dev::__EmitAcquisition(EPluginMsgCode eCode)
+{
+  emit SigAcquisitionStatusChanged(MakePluginMsg(eCode));
+}
+
+int32_t CShadingCorrectionPro_Dev::InitProcess()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  m_bColor = ReadIsColorCamera(m_deviceFeatures);
+  int64_t nExpectGray = 0;
+  return CFeatureChain()
+    .Then(
+      [&] { return ReadDeviceSettings(m_deviceFeatures, m_bColor, ApplyFlatFieldBlockEntry, m_stSettings, m_stInfo); })
+    .Then([&] { return m_deviceFeatures.GetIntFeature("FFCExpectGray", nExpectGray); })
+    .Then([&]() -> int32_t {
+      m_stInfo.nExpectGray = static_cast<uint32_t>(nExpectGray);
+      return PLUGIN_STATUS_SUCCESS;
+    })
+    .Then([&] { return InitCoefficients(m_deviceFeatures, m_stInfo, m_coefficients); })
+    .Status();
+}
+
+int32_t CShadingCorrectionPro_Dev::SaveUserParam()
+{
+  return m_deviceFeatures.HasNodeMap() ? m_guard.SaveUserParam(m_deviceFeatures) : int32_t{PLUGIN_STATUS_INVALID_PARAM};
+}
+
+int32_t CShadingCorrectionPro_Dev::PrepareDeviceParam()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  if (m_guard.WasStreaming()) {
+    // User sets can only be switched while the stream stands still.
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+  }
+  return m_guard.Prepare(m_deviceFeatures, m_stFormat);
+}
+
+int32_t CShadingCorrectionPro_Dev::RestoreDeviceParam()
+{
+  __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+  m_guard.Restore(m_deviceFeatures);
+  if (m_guard.WasStreaming()) {
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+  }
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CShadingCorrectionPro_Dev::AcquireDarkImage()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  m_bDarkUsable = false;
+  m_bBlackLevelDefault = false;
+  m_stDark = SReferenceFrame();
+  m_guard.BeginAcquisition();
+  const CScopeGuard restore([this] {
+    m_exchange.ReleaseBuffer();
+    RestoreDeviceParam();
+  });
+  const int32_t nStatus = __CaptureDark();
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    __KeepDarkFrame();
+  } else {
+    m_stDark = SReferenceFrame();
+  }
+  return nStatus;
+}
+
+int32_t CShadingCorrectionPro_Dev::__CaptureDark()
+{
+  const auto allocate = [this]() -> int32_t {
+    m_exchange.BeginRequests();
+    const uint64_t nSize = m_stFormat.nFrameSize;
+    const bool bAllocated = m_stDark.data.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
+    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
+  };
+  return CFeatureChain()
+    .Then([this] { return SaveUserParam(); })
+    .Then([this] { return PrepareDeviceParam(); })
+    .Then(allocate)
+    .Then([this] { return __TriggerFrame(); })
+    .Then([this] { return m_exchange.WaitFrame(m_guard.GetTimeout()); })
+    .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
+    .Then([this] { return __AnalyseFrame(); })
+    .Status();
+}
+
+int32_t CShadingCorrectionPro_Dev::__TriggerFrame()
+{
+  return CFeatureChain()
+    .Then([this] { return m_deviceFeatures.SetEnumFeature("TriggerMode", "On"); })
+    .Then([this] { return m_deviceFeatures.SetEnumFeature("TriggerSource", "Software"); })
+    .Then([this]() -> int32_t {
+      m_exchange.ZeroBuffer();
+      __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+      return PLUGIN_STATUS_SUCCESS;
+    })
+    .Then([this] { return m_deviceFeatures.ExecuteCommand("TriggerSoftware"); })
+    .Status();
+}
+
+// Also tells the generator what the frames look like.
+int32_t CShadingCorrectionPro_Dev::__AnalyseFrame()
+{
+  const SCorrectionBlock &stBlock = m_stSettings.stBlock;
+  const int32_t nBayerType = m_stSettings.GetBayerType();
+  const auto measure = [&] {
+    return m_exchange.UseFrame([&](const CFrameBuffer &frame) {
+      return MeasureBlockMeans(frame, ReadAsEightBit(m_stFormat), stBlock.nWidth, stBlock.nHeight, nBayerType,
+                               m_stGray);
+    });
+  };
+  const BLOCK_PARAM stParam = MakeBlockParam(m_stFormat, stBlock.nWidth, stBlock.nHeight, nBayerType);
+  m_stGeneratorFormat = m_stFormat;
+  return CFeatureChain().Then([&] { return MapCalcStatus(m_generator.SetBlockParam(stParam)); }).Then(measure).Status();
+}
+
+void CShadingCorrectionPro_Dev::__KeepDarkFrame()
+{
+  m_stDark.stFormat = m_stFormat;
+  m_stDark.dMaxGray = m_stGray.dMax;
+  m_exchange.UseFrame([this](const CFrameBuffer &frame) { m_stDark.data.CopyFrom(frame); });
+  m_bBlackLevelDefault = m_guard.IsBlackLevelDefault();
+  m_bDarkUsable = m_bBlackLevelDefault && m_stGray.IsDark();
+}
+
+int32_t CShadingCorrectionPro_Dev::AcquireBrightImage()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  m_stBright = SReferenceFrame();
+  m_guard.BeginAcquisition();
+  const CScopeGuard restore([this] {
+    m_accumulator.Release();
+    m_exchange.ReleaseBuffer();
+    RestoreDeviceParam();
+  });
+  const int32_t nStatus = __CaptureBright();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    // Half an average is no bright frame.
+    m_stBright = SReferenceFrame();
+  }
+  return nStatus;
+}
+
+int32_t CShadingCorrectionPro_Dev::__CaptureBright()
+{
+  const auto allocate = [this]() -> int32_t {
+    const uint64_t nSize = m_stFormat.nFrameSize;
+    m_stBright.stFormat = m_stFormat;
+    const bool bAllocated =
+      m_stBright.data.Allocate(nSize) && m_accumulator.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
+    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
+  };
+  return CFeatureChain()
+    .Then([this] { return SaveUserParam(); })
+    .Then([this] { return PrepareDeviceParam(); })
+    .Then(allocate)
+    .Then([this] { return __StartBrightStream(); })
+    .Then([this] { return __TakeBrightFrames(); })
+    .Then([this] { return m_accumulator.Average(m_stInfo.nFrameCount, ReadAsEightBit(m_stFormat), m_stBright.data); })
+    .Status();
+}
+
+int32_t CShadingCorrectionPro_Dev::__StartBrightStream()
+{
+  if (!m_bColor) {
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+    return PLUGIN_STATUS_SUCCESS;
+  }
+  const int32_t nStatus = __BalanceWhite();
+  // The frames of the balance went into the buffer.
+  m_exchange.ZeroBuffer();
+  return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? int32_t{PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED} : nStatus;
+}
+
+int32_t CShadingCorrectionPro_Dev::__BalanceWhite()
+{
+  return CFeatureChain()
+    .Then([this] { return m_deviceFeatures.SetEnumFeature("AWBLampHouse", "Adaptive"); })
+    .Then([this] { return m_deviceFeatures.SetEnumFeature("BalanceWhiteAuto", "Once"); })
+    .Then([this]() -> int32_t {
+      RunWhiteBalance(m_deviceFeatures, m_exchange, m_guard.GetTimeout(),
+                      [this] { __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON); });
+      return PLUGIN_STATUS_SUCCESS;
+    })
+    .Status();
+}
+
+int32_t CShadingCorrectionPro_Dev::__TakeBrightFrames()
+{
+  // A frame that cannot be analysed is told at the end: the user has shown the target for all of them.
+  int32_t nAnalysis = PLUGIN_STATUS_SUCCESS;
+  const auto takeFrame = [&](uint32_t nFrame) {
+    return CFeatureChain()
+      .Then([&] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
+      .Then([&]() -> int32_t {
+        if (nFrame == 0) {
+          nAnalysis = __AnalyseFrame();
+          m_stBright.dMaxGray = m_stGray.dMax;
+        }
+        return PLUGIN_STATUS_SUCCESS;
+      })
+      .Then([&] { return __AddBrightFrame(); })
+      .Status();
+  };
+  const int32_t nStatus = TakeFrames(m_exchange, m_guard.GetTimeout(), m_stInfo.nFrameCount, takeFrame);
+  return nStatus == PLUGIN_STATUS_SUCCESS ? nAnalysis : nStatus;
+}
+
+int32_t CShadingCorrectionPro_Dev::__AddBrightFrame()
+{
+  return m_exchange.UseFrame(
+    [this](const CFrameBuffer &frame) { return m_accumulator.Add(frame, ReadAsEightBit(m_stFormat)); });
+}
+
+bool CShadingCorrectionPro_Dev::__IsDarkUsed() const
+{
+  return m_bDarkUsable && m_stBright.dMaxGray - m_stDark.dMaxGray >= MIN_CONTRAST &&
+         HasSameGeometry(m_stDark.stFormat, m_stBright.stFormat);
+}
+
+int32_t CShadingCorrectionPro_Dev::ExecuteCorrection()
+{
+  const uint64_t nImageSize = m_coefficients.GetSize();
+  if (!m_deviceFeatures.HasNodeMap() || !m_coefficients.IsAllocated() || nImageSize <= FFC_INFO_SIZE) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  CFrameBuffer body;
+  if (!body.Allocate(nImageSize - FFC_INFO_SIZE)) {
+    return PLUGIN_STATUS_OUT_OF_MEMORY;
+  }
+  const int32_t nStatus = __ComputeBody(body);
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  m_stInfo.nValid = 1;
+  // A record that was loaded may say something else than the camera takes.
+  m_stInfo.nCoefficientsSize = static_cast<uint32_t>(nImageSize);
+  FillImage(body, m_stInfo, m_coefficients);
+  return PutIntoForce(m_deviceFeatures, m_coefficients, m_stInfo);
+}
+
+int32_t CShadingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
+{
+  if (m_stBright.data.IsAllocated() && !HasSameGeometry(m_stBright.stFormat, m_stGeneratorFormat)) {
+    return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
+  }
+  constexpr uint64_t LARGEST = std::numeric_limits<int32_t>::max();
+  auto nSize = static_cast<int32_t>(std::min(body.GetSize(), LARGEST));
+  const uint8_t *pBright = m_stBright.data.GetData();
+  return MapCalcStatus(__IsDarkUsed()
+                         ? m_generator.CalcWithDark(pBright, m_stDark.data.GetData(), BIT_DEPTH, body.GetData(), &nSize)
+                         : m_generator.CalcWithoutDark(pBright, BIT_DEPTH, body.GetData(), &nSize));
+}
+
+int32_t CShadingCorrectionPro_Dev::SetFrameCount(std::string strEntry)
+{
+  return WriteFrameCount(m_deviceFeatures, strEntry, m_stInfo);
+}
+
+int32_t CShadingCorrectionPro_Dev::SetExpectGray(int64_t nExpectGray)
+{
+  const int32_t nStatus = m_deviceFeatures.SetIntFeature("FFCExpectGray", nExpectGray);
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    m_stInfo.nExpectGray = static_cast<uint32_t>(nExpectGray);
+  }
+  return nStatus;
+}
+
+int32_t CShadingCorrectionPro_Dev::LoadFromFlash()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  CFrameBuffer image;
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return AllocateCoefficients(m_coefficients.GetSize(), image); })
+                            .Then([&] { return LoadFlashCoefficients(m_deviceFeatures, image); })
+                            .Then([&] { return SwitchCorrectionOn(m_deviceFeatures); })
+                            .Status();
+  if (nStatus == PLUGIN_STATUS_SUCCESS && HasRecord(image)) {
+    ExchangeRecordBytes(image);
+    m_stInfo = GetRecord(image);
+  }
+  return nStatus;
+}
+
+int32_t CShadingCorrectionPro_Dev::SaveToFlash()
+{
+  return SaveFlashCoefficients(m_deviceFeatures);
+}
+
+int32_t CShadingCorrectionPro_Dev::LoadFromFile()
+{
+  const QString strFileName = m_pFileChooser->ChooseFileToOpen({tr("Open FFC"), tr("ini file (*.ffc)")});
+  if (strFileName.isEmpty()) {
+    return PLUGIN_STATUS_SILENT;
+  }
+  QFile file(strFileName);
+  const int32_t nOpenStatus = OpenCoefficientFile(file);
+  if (nOpenStatus != PLUGIN_STATUS_SUCCESS) {
+    return nOpenStatus;
+  }
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  CFrameBuffer image;
+  const int32_t nReadStatus = ReadCoefficientFile(file, m_coefficients.GetSize(), image);
+  if (nReadStatus != PLUGIN_STATUS_SUCCESS) {
+    return nReadStatus;
+  }
+  if (!HasRecord(image)) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  ExchangeRecordBytes(image);
+  return PutIntoForce(m_deviceFeatures, image, m_stInfo);
+}
+
+int32_t CShadingCorrectionPro_Dev::SaveToFile()
+{
+  CFrameBuffer image;
+  const int32_t nAllocateStatus = AllocateCoefficients(m_coefficients.GetSize(), image);
+  if (nAllocateStatus != PLUGIN_STATUS_SUCCESS) {
+    return nAllocateStatus;
+  }
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const QString strFileName = m_pFileChooser->ChooseFileToSave({tr("Save FFC"), tr("ini file (*.ffc)")});
+  if (strFileName.isEmpty()) {
+    return PLUGIN_STATUS_SILENT;
+  }
+  CCoefficientFileWriter writer(strFileName);
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return ReadCoefficients(m_deviceFeatures, image); })
+                            .Then([&] { return writer.Open(); })
+                            .Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  const int32_t nOnStatus = SwitchCorrectionOn(m_deviceFeatures);
+  if (nOnStatus != PLUGIN_STATUS_SUCCESS) {
+    writer.LeaveEmpty();
+    return nOnStatus;
+  }
+  // The camera holds the coefficients and corrects, whatever became of the file.
+  (void)writer.Write(image.GetData(), image.GetSize());
+  return PLUGIN_STATUS_SUCCESS;
+}

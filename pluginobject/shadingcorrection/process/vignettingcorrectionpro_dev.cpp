@@ -1,0 +1,300 @@
+#include "pluginobject/shadingcorrection/process/vignettingcorrectionpro_dev.h"
+
+#include <utility>
+
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
+#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
+#include "pluginobject/shadingcorrection/process/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/devicecorrection.h"
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/frameseries.h"
+#include "pluginobject/shadingcorrection/process/scopeguard.h"
+#include "pluginobject/shadingcorrection/process/waittimeout.h"
+#include "pluginobject/statuscode.h"
+
+namespace {
+
+constexpr uint32_t MODE_VIGNETTING = 2;
+
+// Whether an image has a record, and the record says the image's size.
+int32_t CheckRecord(const CFrameBuffer &image)
+{
+  const bool bMatches = HasRecord(image) && GetRecord(image).nCoefficientsSize == image.GetSize();
+  return bMatches ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_ROI_MISMATCH;
+}
+
+// Opens and reads a file that has to be exactly as long.
+int32_t ReadImage(QFile &file, uint64_t nSize, CFrameBuffer &image)
+{
+  const int32_t nStatus = OpenCoefficientFile(file);
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  return static_cast<uint64_t>(file.size()) == nSize ? ReadCoefficientFile(file, nSize, image)
+                                                     : int32_t{PLUGIN_STATUS_ROI_MISMATCH};
+}
+
+} // namespace
+
+CVignettingCorrectionPro_Dev::CVignettingCorrectionPro_Dev(const CFeatureAccess &deviceFeatures)
+  : m_deviceFeatures(deviceFeatures), m_pFileChooser(std::make_unique<CFileDialogChooser>())
+{
+  m_stInfo.nMode = MODE_VIGNETTING;
+}
+
+CVignettingCorrectionPro_Dev::~CVignettingCorrectionPro_Dev() = default;
+
+void CVignettingCorrectionPro_Dev::SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser)
+{
+  m_pFileChooser = std::move(pFileChooser);
+}
+
+void CVignettingCorrectionPro_Dev::__EmitAcquisition(EPluginMsgCode eCode)
+{
+  emit SigAcquisitionStatusChanged(MakePluginMsg(eCode));
+}
+
+int32_t CVignettingCorrectionPro_Dev::InitProcess()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  m_bColor = ReadIsColorCamera(m_deviceFeatures);
+  const int32_t nStatus =
+    ReadDeviceSettings(m_deviceFeatures, m_bColor, ApplyVignettingBlockEntry, m_stSettings, m_stInfo);
+  return nStatus == PLUGIN_STATUS_SUCCESS ? InitCoefficients(m_deviceFeatures, m_stInfo, m_coefficients) : nStatus;
+}
+
+int32_t CVignettingCorrectionPro_Dev::__SaveCameraState()
+{
+  m_trigger = CTriggerGuard();
+  m_streaming = CStreamingState();
+  SFrameFormat stFormat;
+  float fExposureTime = 0.0F;
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return m_deviceFeatures.GetFloatFeature("ExposureTime", fExposureTime); })
+                            .Then([&] { return m_streaming.Save(m_deviceFeatures); })
+                            .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
+                            .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
+                            .Then([&] { return m_trigger.Save(m_deviceFeatures); })
+                            .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
+                            .Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    m_streaming.SaveLate(m_deviceFeatures);
+    return nStatus;
+  }
+  stFormat.ApplyUnpackedSize();
+  m_nTimeout = GetFrameTimeout(fExposureTime);
+  m_stFormat = stFormat;
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CVignettingCorrectionPro_Dev::PrepareDeviceParam()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const int32_t nStatus = CFeatureChain()
+                            .Then([this] { return m_trigger.SwitchOff(m_deviceFeatures); })
+                            .Then([this] { return SwitchCorrectionOff(m_deviceFeatures); })
+                            .Status();
+  if (nStatus == PLUGIN_STATUS_SUCCESS && !m_streaming.WasStreaming()) {
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+  }
+  return nStatus;
+}
+
+int32_t CVignettingCorrectionPro_Dev::RestoreDeviceParam()
+{
+  m_trigger.Restore(m_deviceFeatures);
+  if (!m_streaming.WasStreaming()) {
+    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+  }
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CVignettingCorrectionPro_Dev::AcquireBrightImage()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  if (CheckFrameSize(m_deviceFeatures, m_stFormat) == PLUGIN_STATUS_BUFFER_SIZE_ERROR) {
+    m_brightFrame.Release();
+  }
+  const CScopeGuard restore([this] {
+    m_accumulator.Release();
+    m_exchange.ReleaseBuffer();
+    RestoreDeviceParam();
+  });
+  const int32_t nStatus = __CaptureBright();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    // Half an average is no bright frame.
+    m_brightFrame.Release();
+  }
+  return nStatus;
+}
+
+int32_t CVignettingCorrectionPro_Dev::__CaptureBright()
+{
+  const auto allocate = [this]() -> int32_t {
+    const uint64_t nSize = m_stFormat.nFrameSize;
+    const bool bBright = m_brightFrame.GetSize() == nSize || m_brightFrame.Allocate(nSize);
+    const bool bAllocated = bBright && m_accumulator.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
+    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
+  };
+  const auto takeFrames = [this] {
+    return TakeFrames(m_exchange, m_nTimeout, m_stInfo.nFrameCount,
+                      [this](uint32_t nFrame) { return __TakeBrightFrame(nFrame == 0); });
+  };
+  return CFeatureChain()
+    .Then([this] { return __SaveCameraState(); })
+    .Then([this] { return PrepareDeviceParam(); })
+    .Then(allocate)
+    .Then(takeFrames)
+    .Then([this] { return m_accumulator.Average(m_stInfo.nFrameCount, m_stFormat, m_brightFrame); })
+    .Status();
+}
+
+int32_t CVignettingCorrectionPro_Dev::__TakeBrightFrame(bool bFirst)
+{
+  return CFeatureChain()
+    .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
+    .Then([&]() -> int32_t { return bFirst ? __AnalyseFrame() : int32_t{PLUGIN_STATUS_SUCCESS}; })
+    .Then([this] {
+      return m_exchange.UseFrame([this](const CFrameBuffer &frame) { return m_accumulator.Add(frame, m_stFormat); });
+    })
+    .Status();
+}
+
+int32_t CVignettingCorrectionPro_Dev::__AnalyseFrame()
+{
+  return m_exchange.UseFrame([this](const CFrameBuffer &frame) {
+    return MeasureEightBitMeans(frame, m_stFormat, m_stSettings.stBlock.nWidth, m_stSettings.stBlock.nHeight,
+                                m_stSettings.GetBayerType(), m_stGray);
+  });
+}
+
+int32_t CVignettingCorrectionPro_Dev::ExecuteCorrection()
+{
+  if (!m_deviceFeatures.HasNodeMap() || !m_coefficients.IsAllocated()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  CFrameBuffer body;
+  const int32_t nStatus =
+    CFeatureChain().Then([&] { return __SizeCoefficients(body); }).Then([&] { return __ComputeBody(body); }).Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  m_stInfo.nValid = 1;
+  FillImage(body, m_stInfo, m_coefficients);
+  return PutIntoForce(m_deviceFeatures, m_coefficients, m_stInfo);
+}
+
+// Makes room for the coefficients of the kept geometry.
+int32_t CVignettingCorrectionPro_Dev::__SizeCoefficients(CFrameBuffer &body)
+{
+  const SCorrectionBlock &stBlock = m_stSettings.stBlock;
+  int64_t nBodySize = 0;
+  if (GetVignettingCoefficientSize(m_stSettings.GetBayerType(), m_stFormat.nWidth, m_stFormat.nHeight, stBlock.nWidth,
+                                   stBlock.nHeight, &nBodySize) != IMAGECALC_STATUS_SUCCESS) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const uint64_t nImageSize = static_cast<uint64_t>(nBodySize) + FFC_INFO_SIZE;
+  if (nImageSize != m_stInfo.nCoefficientsSize || nImageSize != m_coefficients.GetSize()) {
+    CFrameBuffer image;
+    const int32_t nStatus = AllocateCoefficients(nImageSize, image);
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
+    m_stInfo.nCoefficientsSize = static_cast<uint32_t>(nImageSize);
+    m_coefficients = std::move(image);
+  }
+  return body.Allocate(static_cast<uint64_t>(nBodySize)) ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
+}
+
+int32_t CVignettingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
+{
+  if (m_brightFrame.IsAllocated() && !m_stFormat.FitsInto(m_brightFrame.GetSize())) {
+    return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
+  }
+  const SCorrectionBlock &stBlock = m_stSettings.stBlock;
+  return MapCalcStatus(CalcVignettingCoefficient(
+    m_brightFrame.GetData(), m_stFormat.GetBitDepth(), m_stSettings.GetBayerType(), m_stFormat.nWidth,
+    m_stFormat.nHeight, stBlock.nWidth, stBlock.nHeight, static_cast<int64_t>(body.GetSize()), body.GetData()));
+}
+
+int32_t CVignettingCorrectionPro_Dev::SetFrameCount(std::string strEntry)
+{
+  return WriteFrameCount(m_deviceFeatures, strEntry, m_stInfo);
+}
+
+// As large as the camera's coefficients are now.
+int32_t CVignettingCorrectionPro_Dev::__AllocateImage(CFrameBuffer &image)
+{
+  uint64_t nSize = 0;
+  return CFeatureChain()
+    .Then([&] { return ReadCoefficientsSize(m_deviceFeatures, nSize); })
+    .Then([&] { return AllocateCoefficients(nSize, image); })
+    .Status();
+}
+
+int32_t CVignettingCorrectionPro_Dev::LoadFromFlash()
+{
+  CFrameBuffer image;
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return __AllocateImage(image); })
+                            .Then([&] { return LoadFlashCoefficients(m_deviceFeatures, image); })
+                            .Then([&] { return CheckRecord(image); })
+                            .Then([&] { return SwitchCorrectionOn(m_deviceFeatures); })
+                            .Status();
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    m_stInfo = GetRecord(image);
+  }
+  return nStatus;
+}
+
+int32_t CVignettingCorrectionPro_Dev::SaveToFlash()
+{
+  return SaveFlashCoefficients(m_deviceFeatures);
+}
+
+int32_t CVignettingCorrectionPro_Dev::LoadFromFile()
+{
+  uint64_t nSize = 0;
+  const int32_t nSizeStatus = ReadCoefficientsSize(m_deviceFeatures, nSize);
+  if (nSizeStatus != PLUGIN_STATUS_SUCCESS) {
+    return nSizeStatus;
+  }
+  const QString strFileName = m_pFileChooser->ChooseFileToOpen({tr("Open FFC"), tr("ini file (*.ffc)")});
+  if (strFileName.isEmpty()) {
+    return PLUGIN_STATUS_SILENT;
+  }
+  QFile file(strFileName);
+  CFrameBuffer image;
+  return CFeatureChain()
+    .Then([&] { return ReadImage(file, nSize, image); })
+    .Then([&] { return CheckRecord(image); })
+    .Then([&] { return PutIntoForce(m_deviceFeatures, image, m_stInfo); })
+    .Status();
+}
+
+int32_t CVignettingCorrectionPro_Dev::SaveToFile()
+{
+  CFrameBuffer image;
+  const int32_t nAllocateStatus = __AllocateImage(image);
+  if (nAllocateStatus != PLUGIN_STATUS_SUCCESS) {
+    return nAllocateStatus;
+  }
+  const QString strFileName = m_pFileChooser->ChooseFileToSave({tr("Save FFC"), tr("ini file (*.ffc)")});
+  if (strFileName.isEmpty()) {
+    return PLUGIN_STATUS_SILENT;
+  }
+  return CFeatureChain()
+    .Then([&] { return ReadCoefficients(m_deviceFeatures, image); })
+    .Then([&] { return CheckRecord(image); })
+    .Then([&] { return WriteCoefficientFile(strFileName, image.GetData(), image.GetSize()); })
+    .Status();
+}

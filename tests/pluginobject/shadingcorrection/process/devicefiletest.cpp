@@ -1,0 +1,350 @@
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+#include "tests/pluginobject/shadingcorrection/process/operationlog.h"
+#include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
+#include "tests/support/fullvolume.h"
+#include "tests/support/modalanswer.h"
+
+namespace {
+
+constexpr int SIZE = 152; // of a camera of 64 x 64
+constexpr int BODY_SIZE = 128;
+
+QByteArray ToArray(const std::vector<uint8_t> &listBytes)
+{
+  return QByteArray(reinterpret_cast<const char *>(listBytes.data()), static_cast<int>(listBytes.size()));
+}
+
+// The last 24 bytes with the bytes of each pair exchanged, written down one by one.
+QByteArray ExchangeRecord(const QByteArray &bytes)
+{
+  QByteArray exchanged = bytes.left(bytes.size() - 24);
+  const QByteArray record = bytes.right(24);
+  for (const int nByte : {1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10, 13, 12, 15, 14, 17, 16, 19, 18, 21, 20, 23, 22}) {
+    exchanged.append(record[nByte]);
+  }
+  return exchanged;
+}
+
+// A file of a camera: a body, and a record that reads 1, 1, 8, 1, 152 and 0x01020304 once exchanged.
+QByteArray MakeFile(int nBodySize = BODY_SIZE)
+{
+  QByteArray bytes;
+  for (int i = 0; i < nBodySize; ++i) {
+    bytes.append(static_cast<char>(i * 7));
+  }
+  const unsigned char acRecord[] = {0, 1, 0, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0, 1, 0, 0, 0, SIZE, 0, 0, 3, 4, 1, 2};
+  return bytes.append(reinterpret_cast<const char *>(acRecord), sizeof acRecord);
+}
+
+std::vector<uint32_t> ListWords(const FFCInfo &stInfo)
+{
+  return {stInfo.nValid,     stInfo.nMode, stInfo.nFrameCount, stInfo.nBlockSizeCode, stInfo.nCoefficientsSize,
+          stInfo.nExpectGray};
+}
+
+const std::vector<uint32_t> FRESH_INFO = {0, 0, 1, 0, SIZE, 200};
+const std::vector<uint32_t> FILE_INFO = {1, 1, 8, 1, SIZE, 0x01020304};
+
+class DeviceFile : public testing::Test {
+protected:
+  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
+  int32_t Save(const char *pName)
+  {
+    m_chooser.Choose(Path(pName));
+    return m_rig.Process().SaveToFile();
+  }
+  int32_t Load(const char *pName)
+  {
+    m_chooser.Choose(Path(pName));
+    return m_rig.Process().LoadFromFile();
+  }
+  int32_t LoadBytes(const QByteArray &bytes)
+  {
+    WriteAll(Path("load.ffc"), bytes);
+    return Load("load.ffc");
+  }
+  std::string GetCorrection() { return m_rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(); }
+  std::vector<uint32_t> GetInfo() { return ListWords(m_rig.Process().GetCorrectionInfo()); }
+  QByteArray GetWritten() { return ToArray(m_rig.Camera().Correction().GetWritten()); }
+  void RefuseWrites(const char *pName)
+  {
+    m_rig.SetHook([strName = std::string(pName)](const SNodeAccess &stAccess) {
+      if (stAccess.strNode == strName && stAccess.eKind != SNodeAccess::EKind::LookUp) {
+        throw GenICam::AccessException("refused", __FILE__, __LINE__);
+      }
+    });
+  }
+
+  QTemporaryDir m_folder;
+  CDeviceRig m_rig;
+  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
+};
+
+} // namespace
+
+TEST_F(DeviceFile, IsTheRegisterAsTheCameraHandsItOut)
+{
+  EXPECT_EQ(0, m_rig.Correct(10, 120));
+  m_rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
+  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(ToArray(m_rig.Camera().Correction().GetReadBack()), ReadAll(Path("a.ffc")));
+  EXPECT_EQ(ExchangeRecord(GetWritten()), ReadAll(Path("a.ffc")));
+  EXPECT_EQ("On", GetCorrection());
+  m_rig.Camera().Correction().SetRecordExchanged(false);
+  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(GetWritten(), ReadAll(Path("a.ffc")));
+}
+
+TEST_F(DeviceFile, SavingLeavesTheRecordOfTheProcess)
+{
+  m_rig.Camera().Correction().SetWritten(std::vector<uint8_t>(SIZE, 0x55));
+  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(FRESH_INFO, GetInfo());
+}
+
+TEST_F(DeviceFile, IsWrittenWithItsRecordExchangedAndItsBodyAsItIs)
+{
+  EXPECT_EQ(0, LoadBytes(MakeFile()));
+  EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
+  EXPECT_EQ(MakeFile().left(BODY_SIZE), GetWritten().left(BODY_SIZE));
+  EXPECT_EQ(FILE_INFO, GetInfo());
+  EXPECT_EQ("On", GetCorrection());
+}
+
+TEST_F(DeviceFile, LoadedTwiceGivesTheSameRecord)
+{
+  EXPECT_EQ(0, LoadBytes(MakeFile()));
+  EXPECT_EQ(0, Load("load.ffc"));
+  EXPECT_EQ(FILE_INFO, GetInfo());
+  EXPECT_EQ(MakeFile(), ReadAll(Path("load.ffc")));
+  EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
+}
+
+TEST_F(DeviceFile, IsLoadedAsItWasSaved)
+{
+  EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
+  EXPECT_EQ(0, m_rig.Correct(10, 120));
+  const QByteArray written = GetWritten();
+  EXPECT_EQ(0, Save("a.ffc"));
+  CDeviceRig other;
+  CScriptedChooser &chooser = InstallChooser(other.Process(), Path("a.ffc"));
+  EXPECT_EQ(0, other.Process().LoadFromFile());
+  EXPECT_EQ(written, ToArray(other.Camera().Correction().GetWritten()));
+  EXPECT_EQ(GetInfo(), ListWords(other.Process().GetCorrectionInfo()));
+  chooser.Choose(Path("b.ffc"));
+  EXPECT_EQ(0, other.Process().SaveToFile());
+  EXPECT_EQ(ReadAll(Path("a.ffc")), ReadAll(Path("b.ffc")));
+}
+
+TEST_F(DeviceFile, OneByteShortOrEmptyIsRefused)
+{
+  for (const QByteArray &bytes : {MakeFile().left(SIZE - 1), MakeFile().left(24), MakeFile().left(1), QByteArray()}) {
+    EXPECT_EQ(-1007, LoadBytes(bytes)) << bytes.size();
+    EXPECT_EQ(FRESH_INFO, GetInfo()) << bytes.size();
+    EXPECT_TRUE(GetWritten().isEmpty()) << bytes.size();
+    EXPECT_EQ("Off", GetCorrection()) << bytes.size();
+  }
+}
+
+TEST_F(DeviceFile, OneByteLongIsLoadedAndTheByteIgnored)
+{
+  EXPECT_EQ(0, LoadBytes(MakeFile() + 'x'));
+  EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
+  EXPECT_EQ(FILE_INFO, GetInfo());
+  EXPECT_EQ(0, LoadBytes(MakeFile() + QByteArray(100000, 'x')));
+  EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
+}
+
+TEST_F(DeviceFile, IsLoadedAndSavedWithTwoAccessesAndNoWordToTheHost)
+{
+  WriteAll(Path("load.ffc"), MakeFile());
+  for (const bool bStreaming : {false, true}) {
+    m_rig.SetStreaming(bStreaming);
+    EXPECT_EQ((Log{"write FFCValueAll 152", "set FlatFieldCorrection = On"}),
+              RecordOperation(m_rig, [this] { return Load("load.ffc"); }));
+    EXPECT_EQ((Log{"read FFCValueAll 152", "set FlatFieldCorrection = On"}),
+              RecordOperation(m_rig, [this] { return Save("save.ffc"); }));
+    EXPECT_EQ(bStreaming, m_rig.IsStreaming());
+  }
+}
+
+TEST_F(DeviceFile, IsAskedForWithTheTextsOfEachDialog)
+{
+  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(0, Load("a.ffc"));
+  EXPECT_EQ((std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}),
+            m_chooser.GetQuestions());
+}
+
+TEST_F(DeviceFile, ACancelledDialogChangesNothing)
+{
+  EXPECT_EQ(0, m_rig.Correct(10, 120));
+  const auto infoBefore = GetInfo();
+  m_rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
+  EXPECT_EQ(-1014, m_rig.Process().LoadFromFile());
+  EXPECT_EQ(-1014, m_rig.Process().SaveToFile());
+  EXPECT_EQ(infoBefore, GetInfo());
+  EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
+}
+
+TEST_F(DeviceFile, ThatCannotBeOpenedIsRefusedAndTheCorrectionNotSwitchedOn)
+{
+  EXPECT_EQ(-1004, Load("missing.ffc"));
+  EXPECT_EQ(-1004, Load("."));
+  EXPECT_EQ(-1004, Save("missing/a.ffc"));
+  EXPECT_EQ(-1004, Save("."));
+  EXPECT_EQ("Off", GetCorrection());
+  EXPECT_EQ(FRESH_INFO, GetInfo());
+}
+
+TEST_F(DeviceFile, ForARegisterOfAnotherLengthIsRefusedAndRecordAndFileStay)
+{
+  WriteAll(Path("a.ffc"), "former");
+  for (const int64_t nLength : {SIZE - 1, SIZE + 1, 0}) {
+    m_rig.Camera().Device().Find<CSoftwareRegister>("FFCValueAll")->Length(nLength);
+    EXPECT_EQ(-1015, LoadBytes(MakeFile())) << nLength;
+    EXPECT_EQ(-1015, Save("a.ffc")) << nLength;
+    EXPECT_EQ(-1015, Save("new.ffc")) << nLength;
+    EXPECT_EQ(FRESH_INFO, GetInfo()) << nLength;
+    EXPECT_EQ("Off", GetCorrection()) << nLength;
+    EXPECT_EQ("former", ReadAll(Path("a.ffc"))) << nLength;
+    EXPECT_FALSE(QFile::exists(Path("new.ffc"))) << nLength;
+  }
+}
+
+TEST_F(DeviceFile, ARegisterThatCannotBeWrittenKeepsTheRecord)
+{
+  RefuseWrites("FFCValueAll");
+  EXPECT_EQ(-1002, LoadBytes(MakeFile()));
+  EXPECT_EQ(FRESH_INFO, GetInfo());
+  EXPECT_EQ("Off", GetCorrection());
+}
+
+TEST_F(DeviceFile, TheRecordIsTakenAsSoonAsTheCameraHasTheCoefficients)
+{
+  RefuseWrites("FlatFieldCorrection");
+  EXPECT_EQ(-1002, LoadBytes(MakeFile()));
+  EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
+  EXPECT_EQ(FILE_INFO, GetInfo());
+}
+
+TEST_F(DeviceFile, ANewFileIsLeftEmptyWhenTheCorrectionCannotBeSwitchedOn)
+{
+  RefuseWrites("FlatFieldCorrection");
+  EXPECT_EQ(-1002, Save("new.ffc"));
+  EXPECT_TRUE(QFile::exists(Path("new.ffc")));
+  EXPECT_TRUE(ReadAll(Path("new.ffc")).isEmpty());
+  EXPECT_EQ(QStringList{"new.ffc"}, QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden));
+}
+
+TEST_F(DeviceFile, AnExistingFileStaysWhenTheCorrectionCannotBeSwitchedOn)
+{
+  WriteAll(Path("a.ffc"), "former");
+  RefuseWrites("FlatFieldCorrection");
+  EXPECT_EQ(-1002, Save("a.ffc"));
+  EXPECT_EQ("former", ReadAll(Path("a.ffc")));
+  EXPECT_EQ(QStringList{"a.ffc"}, QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden));
+}
+
+TEST_F(DeviceFile, AWriteErrorIsIgnoredAndTheFormerFileStays)
+{
+  WriteAll(Path("a.ffc"), "former");
+  int32_t nStatus = -1;
+  {
+    const CFullVolume fullVolume(100);
+    nStatus = Save("a.ffc");
+  }
+  EXPECT_EQ(0, nStatus);
+  EXPECT_EQ("On", GetCorrection());
+  EXPECT_EQ("former", ReadAll(Path("a.ffc")));
+}
+
+TEST_F(DeviceFile, ARegisterWithoutRoomForARecordIsNotLoaded)
+{
+  for (const int64_t nSize : {0, 1, 23}) {
+    m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
+    EXPECT_EQ(0, m_rig.Process().InitProcess()) << nSize;
+    EXPECT_EQ(nSize == 0 ? -1007 : -3, LoadBytes(MakeFile())) << nSize;
+    EXPECT_TRUE(GetWritten().isEmpty()) << nSize;
+    EXPECT_EQ("Off", GetCorrection()) << nSize;
+  }
+}
+
+TEST_F(DeviceFile, ARecordAloneIsLoaded)
+{
+  m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 24; });
+  EXPECT_EQ(0, m_rig.Process().InitProcess());
+  EXPECT_EQ(0, LoadBytes(MakeFile(0)));
+  EXPECT_EQ(FILE_INFO, GetInfo());
+  EXPECT_EQ(ExchangeRecord(MakeFile(0)), GetWritten());
+}
+
+TEST_F(DeviceFile, AnExecutionAfterALoadWritesTheRealSizeWhateverTheLoadedRecordSays)
+{
+  for (const char cSize : {'\x00', '\x01', '\x7F'}) {
+    QByteArray bytes = MakeFile();
+    bytes[BODY_SIZE + 16] = cSize; // bytes 16 to 19 of the record, exchanged
+    bytes[BODY_SIZE + 19] = cSize;
+    EXPECT_EQ(0, m_rig.AcquireBright(120));
+    EXPECT_EQ(0, LoadBytes(bytes));
+    const uint32_t nByte = static_cast<uint8_t>(cSize);
+    EXPECT_EQ(SIZE + (nByte << 8) + (nByte << 16), m_rig.Process().GetCorrectionInfo().nCoefficientsSize);
+    EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+    EXPECT_EQ(SIZE, GetWritten().size());
+    EXPECT_EQ(static_cast<uint32_t>(SIZE), m_rig.Process().GetCorrectionInfo().nCoefficientsSize);
+  }
+}
+
+TEST_F(DeviceFile, WithoutACameraTheFileIsAskedForAndOpenedFirst)
+{
+  WriteAll(Path("a.ffc"), MakeFile());
+  CShadingCorrectionPro_Dev process{CFeatureAccess(nullptr)};
+  CScriptedChooser &chooser = InstallChooser(process);
+  EXPECT_EQ(-1014, process.LoadFromFile());
+  chooser.Choose(Path("missing.ffc"));
+  EXPECT_EQ(-1004, process.LoadFromFile());
+  chooser.Choose(Path("a.ffc"));
+  EXPECT_EQ(-3, process.LoadFromFile());
+  EXPECT_EQ(3U, chooser.GetQuestions().size());
+  EXPECT_EQ(-3, process.SaveToFile()); // without asking
+  EXPECT_EQ(3U, chooser.GetQuestions().size());
+  EXPECT_EQ(MakeFile(), ReadAll(Path("a.ffc")));
+}
+
+TEST_F(DeviceFile, OfAnyBytesIsLoadedAndSavedBack)
+{
+  for (const char cFill : {'\x00', '\xFF', '\xA5'}) {
+    EXPECT_EQ(0, LoadBytes(QByteArray(SIZE, cFill)));
+    EXPECT_EQ(0, Save("b.ffc"));
+    EXPECT_EQ(QByteArray(SIZE, cFill), ReadAll(Path("b.ffc")));
+  }
+}
+
+TEST(DeviceFileDialog, StartsInTheFolderOfCoefficientFiles)
+{
+  const QString strFormer = QDir::currentPath();
+  const QTemporaryDir folder;
+  QDir::setCurrent(folder.path());
+  QDir().mkpath("resource/tqplugins/FlatFieldCorrection");
+  const std::string strDefault = QDir("resource/tqplugins/FlatFieldCorrection").canonicalPath().toStdString();
+  {
+    CDeviceRig rig;
+    const CModalAnswer answer;
+    EXPECT_EQ(-1014, rig.Process().LoadFromFile());
+    EXPECT_EQ(-1014, rig.Process().SaveToFile());
+    ASSERT_EQ(2U, answer.GetFileDialogs().size());
+    EXPECT_EQ("Open FFC", answer.GetFileDialogs()[0].strTitle);
+    EXPECT_EQ("Save FFC", answer.GetFileDialogs()[1].strTitle);
+    for (const CModalAnswer::SFileDialog &stDialog : answer.GetFileDialogs()) {
+      EXPECT_EQ("ini file (*.ffc)", stDialog.strFilter);
+      EXPECT_EQ(strDefault, stDialog.strDirectory);
+    }
+    EXPECT_EQ("FlatFieldCorrection.ffc", answer.GetFileDialogs()[1].strProposed);
+  }
+  QDir::setCurrent(strFormer);
+}

@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+// An image of 152 bytes, every byte another one, whose record has the given words as the camera keeps them.
+Bytes MakeImage(const std::vector<uint32_t> &listWords)
+{
+  Bytes listImage(128);
+  for (std::size_t i = 0; i < listImage.size(); ++i) {
+    listImage[i] = static_cast<uint8_t>(i + 1);
+  }
+  for (const uint32_t nWord : listWords) {
+    for (int nShift = 0; nShift < 32; nShift += 8) {
+      listImage.push_back(static_cast<uint8_t>(nWord >> nShift & 0xFFU));
+    }
+  }
+  return listImage;
+}
+
+void ExpectInfo(const std::vector<uint32_t> &listWords, const FFCInfo &stInfo)
+{
+  EXPECT_EQ(listWords, (std::vector<uint32_t>{stInfo.nValid, stInfo.nMode, stInfo.nFrameCount, stInfo.nBlockSizeCode,
+                                              stInfo.nCoefficientsSize, stInfo.nExpectGray}));
+}
+
+} // namespace
+
+TEST(DeviceFlash, TheRecordOfTheFlashIsTakenWithItsBytePairsExchanged)
+{
+  CDeviceRig rig;
+  rig.Camera().Correction().SetFlash(MakeImage({1, 1, 8, 1, 152, 0x01020304}));
+  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  ExpectInfo({1, 1, 8, 1, 152, 0x01020304}, rig.Process().GetCorrectionInfo());
+  EXPECT_EQ("On", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic());
+  // A camera that hands the record out in plain order: the exchange shows.
+  rig.Camera().Correction().SetRecordExchanged(false);
+  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  ExpectInfo({0x0100, 0x0100, 0x0800, 0x0100, 152 << 8, 0x02010403}, rig.Process().GetCorrectionInfo());
+}
+
+TEST(DeviceFlash, LoadingLeavesTheCoefficientsAsTheFlashHasThem)
+{
+  CDeviceRig rig;
+  const Bytes listFlash = MakeImage({1, 0, 4, 0, 152, 100});
+  rig.Camera().Correction().SetFlash(listFlash);
+  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  EXPECT_EQ(listFlash, rig.Camera().Correction().GetWritten());
+}
+
+TEST(DeviceFlash, SavingKeepsTheCoefficientsAndTheCameraStartsWithThem)
+{
+  CDeviceRig rig;
+  EXPECT_EQ(0, rig.Correct(10, 120));
+  rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
+  EXPECT_EQ(0, rig.Process().SaveToFlash());
+  EXPECT_EQ(rig.Camera().Correction().GetWritten(), rig.Camera().Correction().GetFlash());
+  EXPECT_EQ("UserSet0", rig.Camera().Enumeration("UserSetDefault").PeekSymbolic());
+  rig.Camera().UserSets().Load("Default");
+  EXPECT_EQ("Off", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic());
+  rig.Camera().UserSets().Load("UserSet0");
+  EXPECT_EQ("On", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic());
+}
+
+TEST(DeviceFlash, WhatWasSavedIsLoadedWithTheSameRecord)
+{
+  CDeviceRig rig;
+  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_2"));
+  EXPECT_EQ(0, rig.Process().SetExpectGray(0x91));
+  EXPECT_EQ(0, rig.Correct(10, 120));
+  const Bytes listWritten = rig.Camera().Correction().GetWritten();
+  EXPECT_EQ(0, rig.Process().SaveToFlash());
+  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_16"));
+  EXPECT_EQ(0, rig.Process().SetExpectGray(3));
+  rig.Camera().Correction().SetWritten({});
+  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  ExpectInfo({1, 0, 2, 0, 152, 0x91}, rig.Process().GetCorrectionInfo());
+  EXPECT_EQ(listWritten, rig.Camera().Correction().GetWritten());
+}
+
+TEST(DeviceFlash, AFailedLoadKeepsTheRecord)
+{
+  for (const char *pName : {"FFCFlashLoad", "FFCValueAll", "FlatFieldCorrection"}) {
+    CDeviceRig rig;
+    rig.Camera().Correction().SetFlash(MakeImage({1, 1, 8, 1, 152, 7}));
+    rig.SetHook([pName](const SNodeAccess &stAccess) {
+      if (stAccess.strNode == pName) {
+        throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
+      }
+    });
+    EXPECT_EQ(-1002, rig.Process().LoadFromFlash()) << pName;
+    ExpectInfo({0, 0, 1, 0, 152, 200}, rig.Process().GetCorrectionInfo());
+    EXPECT_EQ("Off", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic()) << pName;
+  }
+}
+
+TEST(DeviceFlash, ARegisterOfAnotherLengthIsRefusedAndKeepsTheRecord)
+{
+  CDeviceRig rig;
+  for (const int64_t nLength : {151, 153, 0}) {
+    rig.Camera().Device().Find<CSoftwareRegister>("FFCValueAll")->Length(nLength);
+    EXPECT_EQ(-1015, rig.Process().LoadFromFlash()) << nLength;
+    ExpectInfo({0, 0, 1, 0, 152, 200}, rig.Process().GetCorrectionInfo());
+    EXPECT_EQ("Off", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic()) << nLength;
+  }
+}
+
+TEST(DeviceFlash, ARegisterTooShortForARecordHasNone)
+{
+  for (const int64_t nSize : {0, 1, 23}) {
+    CDeviceRig rig;
+    rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
+    EXPECT_EQ(0, rig.Process().InitProcess()) << nSize;
+    const FFCInfo stInfo = rig.Process().GetCorrectionInfo();
+    (void)rig.Process().LoadFromFlash();
+    EXPECT_EQ(stInfo.nFrameCount, rig.Process().GetCorrectionInfo().nFrameCount) << nSize;
+    EXPECT_EQ(stInfo.nExpectGray, rig.Process().GetCorrectionInfo().nExpectGray) << nSize;
+  }
+}
+
+TEST(DeviceFlash, ARecordAloneIsTaken)
+{
+  CDeviceRig rig;
+  rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 24; });
+  EXPECT_EQ(0, rig.Process().InitProcess());
+  const Bytes listImage = MakeImage({1, 1, 8, 1, 24, 7});
+  rig.Camera().Correction().SetFlash(Bytes(listImage.end() - 24, listImage.end()));
+  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  ExpectInfo({1, 1, 8, 1, 24, 7}, rig.Process().GetCorrectionInfo());
+}
+
+TEST(DeviceFlash, AnExecutionAfterALoadWritesTheRealSizeWhateverTheLoadedRecordSays)
+{
+  for (const uint32_t nSize : {0U, 24U, 151U, 153U, 100000U, 0xFFFFFFFFU}) {
+    CDeviceRig rig;
+    EXPECT_EQ(0, rig.AcquireBright(120));
+    rig.Camera().Correction().SetFlash(MakeImage({1, 1, 8, 1, nSize, 7}));
+    EXPECT_EQ(0, rig.Process().LoadFromFlash());
+    EXPECT_EQ(nSize, rig.Process().GetCorrectionInfo().nCoefficientsSize);
+    EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+    EXPECT_EQ(152U, rig.Camera().Correction().GetWritten().size()) << nSize;
+    ExpectInfo({1, 1, 8, 1, 152, 7}, rig.Process().GetCorrectionInfo()); // the mode stays that of the record
+  }
+}
+
+TEST(DeviceFlash, ASaveThatTheCameraRefusesIsReported)
+{
+  for (const char *pName :
+       {"FFCFlashSave", "FlatFieldCorrection", "UserSetSelector", "UserSetSave", "UserSetDefault"}) {
+    CDeviceRig rig;
+    rig.SetHook([pName](const SNodeAccess &stAccess) {
+      if (stAccess.strNode == pName) {
+        throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
+      }
+    });
+    EXPECT_EQ(-1002, rig.Process().SaveToFlash()) << pName;
+    EXPECT_EQ("Default", rig.Camera().Enumeration("UserSetDefault").PeekSymbolic()) << pName;
+  }
+}
+
+TEST(DeviceFlash, WhileTheStreamRunsTheUserSetIsNotSaved)
+{
+  CDeviceRig rig;
+  rig.SetStreaming(true);
+  EXPECT_EQ(-1002, rig.Process().SaveToFlash());
+  EXPECT_EQ("Default", rig.Camera().Enumeration("UserSetDefault").PeekSymbolic());
+  EXPECT_TRUE(rig.TakeSignals().empty());
+}

@@ -1,0 +1,167 @@
+#include "pluginobject/shadingcorrection/process/deviceparamguard.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/correctingcamera.h"
+
+namespace {
+
+class DeviceParamGuard : public testing::Test {
+protected:
+  CFeatureAccess Features() { return CFeatureAccess(&m_camera.Device()); }
+  int32_t Save() { return m_guard.SaveUserParam(Features()); }
+  int32_t Prepare() { return m_guard.Prepare(Features(), m_stFormat); }
+  std::string GetEntry(const char *pName) { return m_camera.Enumeration(pName).PeekSymbolic(); }
+  double GetGain() { return m_camera.Float("Gain").Peek(); }
+
+  CCorrectingCamera m_camera{"Mono8", 64, 48};
+  CDeviceParamGuard m_guard;
+  SFrameFormat m_stFormat;
+};
+
+} // namespace
+
+TEST_F(DeviceParamGuard, WaitsASecondMoreThanTheExposure)
+{
+  m_camera.Float("ExposureTime").Range(-1e9, 1e10);
+  for (const auto &[dExposure, nTimeout] : {std::pair{0.0, 1000U},
+                                            {1000000.0, 2000U},
+                                            {10000.0, 1010U},
+                                            {999.0, 1000U},
+                                            {1000.0, 1001U},
+                                            {-970000.0, 30U},
+                                            {-2000000.0, 0U}}) {
+    m_camera.Float("ExposureTime").Poke(dExposure);
+    EXPECT_EQ(0, Save());
+    EXPECT_EQ(nTimeout, m_guard.GetTimeout()) << dExposure;
+  }
+}
+
+TEST_F(DeviceParamGuard, TellsWhetherTheStreamRan)
+{
+  EXPECT_EQ(0, Save());
+  EXPECT_FALSE(m_guard.WasStreaming());
+  m_camera.Integer("TLParamsLocked").Poke(1);
+  EXPECT_EQ(0, Save());
+  EXPECT_TRUE(m_guard.WasStreaming());
+  m_guard.BeginAcquisition();
+  EXPECT_FALSE(m_guard.WasStreaming());
+}
+
+TEST_F(DeviceParamGuard, TellsThatTheStreamRanAlsoAfterAFailedSave)
+{
+  m_camera.Integer("TLParamsLocked").Poke(1);
+  m_camera.Float("ExposureTime").Access(GenApi::NA);
+  EXPECT_EQ(-1002, Save());
+  EXPECT_TRUE(m_guard.WasStreaming());
+}
+
+TEST_F(DeviceParamGuard, ASaveStopsAtTheFirstFeatureThatIsMissing)
+{
+  EXPECT_EQ(-3, m_guard.SaveUserParam(CFeatureAccess(nullptr)));
+  CCorrectingCamera camera("Mono8", 64, 48, {"DigitalShift"});
+  EXPECT_EQ(-3, m_guard.SaveUserParam(CFeatureAccess(&camera.Device())));
+}
+
+TEST_F(DeviceParamGuard, PreparesTheFactoryStateWithTheUsersExposureAndCorrections)
+{
+  m_camera.Float("Gain").Poke(5.0);
+  m_camera.Float("ExposureTime").Poke(1234.5);
+  m_camera.Float("BlackLevel").Poke(2.0);
+  m_camera.Integer("DigitalShift").Poke(3);
+  m_camera.Enumeration("RemoveParameterLimit").Select("On");
+  m_camera.Enumeration("FixedPatternNoiseCorrectMode").Select("On");
+  m_camera.Enumeration("DeadPixelCorrect").Select("On");
+  m_camera.Enumeration("TriggerMode").Select("On");
+  EXPECT_EQ(0, Save());
+  EXPECT_EQ(0, Prepare());
+  EXPECT_EQ(5.0, GetGain());
+  EXPECT_EQ(1234.5, m_camera.Float("ExposureTime").Peek());
+  EXPECT_EQ(2.0, m_camera.Float("BlackLevel").Peek());
+  EXPECT_EQ(3, m_camera.Integer("DigitalShift").Peek());
+  for (const char *pName : {"RemoveParameterLimit", "FixedPatternNoiseCorrectMode", "DeadPixelCorrect"}) {
+    EXPECT_EQ("On", GetEntry(pName)) << pName;
+  }
+  EXPECT_EQ("Off", GetEntry("TriggerMode"));
+  m_guard.Restore(Features());
+  EXPECT_EQ("On", GetEntry("TriggerMode"));
+}
+
+TEST_F(DeviceParamGuard, ReadsTheFormatOfTheFactoryState)
+{
+  m_camera.Integer("Width").Poke(32);
+  EXPECT_EQ(0, Save());
+  EXPECT_EQ(0, Prepare());
+  EXPECT_EQ(64, m_stFormat.nWidth);
+  EXPECT_EQ(48, m_stFormat.nHeight);
+  EXPECT_EQ(0x01080001U, m_stFormat.nPixelFormat);
+  EXPECT_EQ(64U * 48U, m_stFormat.nFrameSize);
+}
+
+TEST_F(DeviceParamGuard, APackedFrameIsAsLargeAsTheGeometryBeforeSays)
+{
+  m_camera.Enumeration("PixelFormat").Entry("Mono12Packed", 0x010C0006).Select("Mono12Packed");
+  m_camera.SaveAsDefault();
+  EXPECT_EQ(0, Save());
+  EXPECT_EQ(0, Prepare());
+  EXPECT_EQ(64U * 48U * 3U / 2U, m_stFormat.nFrameSize); // as read: there was no geometry yet
+  EXPECT_EQ(0, Prepare());
+  EXPECT_EQ(64U * 48U * 2U, m_stFormat.nFrameSize);
+  m_camera.ChangeDefault([this] { m_camera.Integer("Width").Poke(128); });
+  EXPECT_EQ(0, Prepare());
+  EXPECT_EQ(64U * 48U * 2U, m_stFormat.nFrameSize);
+  EXPECT_EQ(128, m_stFormat.nWidth);
+}
+
+TEST_F(DeviceParamGuard, ComparesTheBlackLevelsOfTheUserAndTheFactory)
+{
+  EXPECT_EQ(0, Save());
+  EXPECT_EQ(0, Prepare());
+  EXPECT_TRUE(m_guard.IsBlackLevelDefault());
+  m_camera.Float("BlackLevel").Poke(0.41);
+  EXPECT_EQ(0, Save());
+  EXPECT_EQ(0, Prepare());
+  EXPECT_FALSE(m_guard.IsBlackLevelDefault());
+}
+
+TEST_F(DeviceParamGuard, RestoresTheParkedState)
+{
+  m_camera.Float("Gain").Poke(5.0);
+  EXPECT_EQ(0, Save());
+  EXPECT_EQ(0, Prepare());
+  m_camera.Float("Gain").Poke(1.0);
+  m_guard.Restore(Features());
+  EXPECT_EQ(5.0, GetGain());
+  EXPECT_EQ("Default", GetEntry("UserSetSelector"));
+}
+
+TEST_F(DeviceParamGuard, DoesNotRestoreAnOlderStateWhenAnAcquisitionParkedNone)
+{
+  m_camera.Float("Gain").Poke(3.0);
+  m_camera.UserSets().Save("UserSet0");
+  m_camera.Float("Gain").Poke(5.0);
+  m_guard.BeginAcquisition();
+  m_guard.Restore(Features()); // nothing was read
+  EXPECT_EQ(5.0, GetGain());
+  EXPECT_EQ("Default", GetEntry("UserSetSelector"));
+  m_guard.BeginAcquisition();
+  EXPECT_EQ(0, Save());
+  m_guard.Restore(Features()); // nothing was parked
+  EXPECT_EQ(5.0, GetGain());
+  EXPECT_EQ("Default", GetEntry("UserSetSelector"));
+  m_guard.Restore(Features()); // of no acquisition
+  EXPECT_EQ(3.0, GetGain());
+}
+
+TEST_F(DeviceParamGuard, RestoresAStateThatWasParkedBeforeThePreparationFailed)
+{
+  m_camera.Float("Gain").Poke(5.0);
+  m_guard.BeginAcquisition();
+  EXPECT_EQ(0, Save());
+  m_camera.Device().Find<CSoftwareCommand>("UserSetLoad")->Access(GenApi::NA);
+  EXPECT_EQ(-1002, Prepare());
+  m_camera.Device().Find<CSoftwareCommand>("UserSetLoad")->Access(GenApi::WO);
+  m_camera.Float("Gain").Poke(1.0);
+  m_guard.Restore(Features());
+  EXPECT_EQ(5.0, GetGain());
+}

@@ -1,0 +1,41 @@
+/// \file
+/// Failing each access of an operation in turn.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "genapi/softwarenodemap/failnthaccess.h"
+#include "tests/pluginobject/shadingcorrection/process/processrig.h"
+
+/// An access that belongs to the n-th look-up of a feature, counted from 0.
+struct SFeatureAccess {
+  std::string strNode;
+  std::size_t nLookUp = 0;
+
+  std::string Describe() const { return strNode + " for the " + std::to_string(nLookUp + 1) + ". time"; }
+};
+
+/// What the failure of an access means.
+struct SMeaning {
+  int32_t nStatus;
+  bool bRestoring; ///< its failure leaves something as the operation set it
+};
+
+constexpr SMeaning IGNORED = {0, false};
+constexpr SMeaning FAILS = {-1002, false};
+constexpr SMeaning BALANCE_FAILS = {-1018, false};
+constexpr SMeaning RESTORES = {0, true};
+
+/// By look-up; the last one stands for all that follow.
+SMeaning PickMeaning(const std::vector<SMeaning> &listMeanings, const SFeatureAccess &stAccess);
+
+/// All accesses of an operation, which has to succeed, in order.
+std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<int32_t()> &fnOperation);
+
+/// Runs an operation whose nAccess-th access, counted from 0, fails.
+int32_t RunWithFailure(CProcessRig &rig, std::size_t nAccess, EAccessFailure eFailure,
+                       const std::function<int32_t()> &fnOperation);

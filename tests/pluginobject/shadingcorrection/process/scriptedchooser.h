@@ -1,0 +1,60 @@
+/// \file
+/// A user who chooses files, and the bytes of the files.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <QFile>
+#include <QString>
+
+#include <gtest/gtest.h>
+
+#include "pluginobject/shadingcorrection/process/filechooser.h"
+
+/// Answers with a name, and keeps what was asked.
+class CScriptedChooser : public IFileChooser {
+public:
+  QString ChooseFileToOpen(const SFileDialogTexts &stTexts) override { return Answer("open", stTexts); }
+  QString ChooseFileToSave(const SFileDialogTexts &stTexts) override { return Answer("save", stTexts); }
+
+  /// An empty name cancels.
+  void Choose(const QString &strFile) { m_strFile = strFile; }
+  const std::vector<std::string> &GetQuestions() const { return m_listQuestions; }
+
+private:
+  QString Answer(const char *pQuestion, const SFileDialogTexts &stTexts)
+  {
+    m_listQuestions.push_back(std::string(pQuestion) + ": " + stTexts.strCaption.toStdString() + ", " +
+                              stTexts.strFilter.toStdString());
+    return m_strFile;
+  }
+
+  QString m_strFile;
+  std::vector<std::string> m_listQuestions;
+};
+
+/// Has a process ask a scripted user. \return the user, whom the process owns
+template <class TProcess>
+CScriptedChooser &InstallChooser(TProcess &process, const QString &strFile = QString())
+{
+  auto pChooser = std::make_unique<CScriptedChooser>();
+  CScriptedChooser &chooser = *pChooser;
+  chooser.Choose(strFile);
+  process.SetFileChooser(std::move(pChooser));
+  return chooser;
+}
+
+inline QByteArray ReadAll(const QString &strFile)
+{
+  QFile file(strFile);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  return file.readAll();
+}
+
+inline void WriteAll(const QString &strFile, const QByteArray &bytes)
+{
+  QFile file(strFile);
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  EXPECT_EQ(bytes.size(), file.write(bytes));
+}

@@ -1,0 +1,240 @@
+#include <map>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
+#include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+// A format and its Bayer type.
+struct SCamera {
+  const char *pFormat;
+  int32_t nBitDepth;
+  int32_t nBayerType;
+};
+
+constexpr SCamera CAMERAS[] = {
+  {"Mono8", 8, 0},      {"Mono10", 10, 0},    {"Mono12", 12, 0},    {"BayerRG8", 8, 1},
+  {"BayerGB8", 8, 2},   {"BayerGR8", 8, 3},   {"BayerBG8", 8, 4},   {"BayerRG10", 10, 1},
+  {"BayerGB10", 10, 2}, {"BayerGR12", 12, 3}, {"BayerBG12", 12, 4},
+};
+
+// A frame whose brightness falls to one side and differs between the four pixels of each cell, with noise.
+CTestImage MakeShaded(int32_t nWidth, int32_t nHeight, int32_t nBitDepth, uint32_t nSeed)
+{
+  CTestRandom random(nSeed);
+  CTestImage image(nWidth, nHeight, nBitDepth);
+  for (int32_t y = 0; y < nHeight; ++y) {
+    for (int32_t x = 0; x < nWidth; ++x) {
+      const int32_t nLevel = 200 - 90 * x / nWidth - 40 * y / nHeight - 10 * (x % 2) - 25 * (y % 2);
+      image.Set(x, y, (nLevel << (nBitDepth - 8)) + random.Between(0, 7));
+    }
+  }
+  return image;
+}
+
+std::vector<CTestImage> MakeShadedRun(int32_t nWidth, int32_t nHeight, int32_t nBitDepth, int nCount)
+{
+  std::vector<CTestImage> listImages;
+  for (int i = 0; i < nCount; ++i) {
+    listImages.push_back(MakeShaded(nWidth, nHeight, nBitDepth, 11 + static_cast<uint32_t>(i)));
+  }
+  return listImages;
+}
+
+// Pixel by pixel, truncated.
+CTestImage Average(const std::vector<CTestImage> &listImages)
+{
+  CTestImage average = listImages.front();
+  for (int32_t i = 0; i < average.GetPixelCount(); ++i) {
+    int32_t nSum = 0;
+    for (const CTestImage &image : listImages) {
+      nSum += image.GetAt(i);
+    }
+    average.SetAt(i, nSum / static_cast<int32_t>(listImages.size()));
+  }
+  return average;
+}
+
+// The calculator's own table.
+Bytes ComputeTable(const CTestImage &image, int32_t nBayerType, int64_t nBlockSide)
+{
+  int64_t nSize = 0;
+  EXPECT_EQ(
+    0, GetVignettingCoefficientSize(nBayerType, image.GetWidth(), image.GetHeight(), nBlockSide, nBlockSide, &nSize));
+  Bytes listTable(static_cast<std::size_t>(nSize));
+  EXPECT_EQ(0, CalcVignettingCoefficient(image.GetData(), image.GetBitDepth(), nBayerType, image.GetWidth(),
+                                         image.GetHeight(), nBlockSide, nBlockSide, nSize, listTable.data()));
+  return listTable;
+}
+
+// A table and the record behind it.
+Bytes ComputeImage(const Bytes &listTable, uint32_t nFrameCount, uint32_t nBlockCode)
+{
+  Bytes listImage = listTable;
+  const auto nSize = static_cast<uint32_t>(listTable.size() + 24);
+  for (const uint8_t nByte : MakeRecord({1, 2, nFrameCount, nBlockCode, nSize, 0})) {
+    listImage.push_back(nByte);
+  }
+  return listImage;
+}
+
+void ChangeTo(CVignettingRig &rig, int64_t nWidth, int64_t nHeight)
+{
+  rig.Camera().Integer("Width").Poke(nWidth);
+  rig.Camera().Integer("Height").Poke(nHeight);
+}
+
+void SetBlocks(CVignettingRig &rig, const char *pEntry)
+{
+  rig.Camera().Enumeration("FFCBlockSize").Select(pEntry);
+  EXPECT_EQ(0, rig.Process().InitProcess());
+}
+
+class VignettingExecution : public testing::TestWithParam<SCamera> {};
+
+} // namespace
+
+TEST_P(VignettingExecution, WritesTheCalculatorsTableAndThePlainRecordBehindIt)
+{
+  const SCamera stCamera = GetParam();
+  CVignettingRig rig(stCamera.pFormat, 320, 224);
+  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_2"));
+  const std::vector<CTestImage> listImages = MakeShadedRun(320, 224, stCamera.nBitDepth, 2);
+  const CTestImage average = Average(listImages);
+  EXPECT_EQ(0, rig.Acquire(listImages));
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(ComputeImage(ComputeTable(average, stCamera.nBayerType, 64), 2, 2), rig.GetWritten());
+  EXPECT_EQ("On", rig.GetCorrection());
+  EXPECT_EQ(1U, rig.Process().GetCorrectionInfo().nValid);
+  SetBlocks(rig, "BlockSize_16384");
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(ComputeImage(ComputeTable(average, stCamera.nBayerType, 128), 2, 3), rig.GetWritten());
+}
+
+INSTANTIATE_TEST_SUITE_P(Cameras, VignettingExecution, testing::ValuesIn(CAMERAS),
+                         [](const auto &stInfo) { return std::string(stInfo.param.pFormat); });
+
+TEST(VignettingExecutions, AreTheSameWhenRepeatedOnTheSameFrame)
+{
+  CVignettingRig rig;
+  EXPECT_EQ(0, rig.Acquire({MakeShaded(192, 128, 8, 1)}));
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  const Bytes listFirst = rig.GetWritten();
+  rig.Camera().Correction().SetWritten({});
+  rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(listFirst, rig.GetWritten());
+  EXPECT_EQ("On", rig.GetCorrection());
+}
+
+TEST(VignettingExecutions, CarryTheFrameCountThatIsSetNow)
+{
+  CVignettingRig rig;
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_16"));
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  const Bytes listBytes = rig.GetWritten();
+  EXPECT_EQ(MakeRecord({1, 2, 16, 2, 72, 0}), Bytes(listBytes.end() - 24, listBytes.end()));
+}
+
+TEST(VignettingExecutions, WithoutABrightFrameAreInvalidAndTouchNothing)
+{
+  CVignettingRig rig;
+  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
+  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
+  EXPECT_EQ((std::vector<uint32_t>{0, 2, 1, 2, 72, 0}), rig.GetInfo());
+}
+
+TEST(VignettingExecutions, FollowTheGeometryOfTheFrames)
+{
+  CVignettingRig rig;
+  for (const auto &[nWidth, nHeight, nSize] :
+       {std::tuple{192, 128, 72U}, {320, 128, 88U}, {64, 64, 56U}, {640, 480, 264U}, {192, 128, 72U}}) {
+    ChangeTo(rig, nWidth, nHeight);
+    const CTestImage image = MakeShaded(nWidth, nHeight, 8, 5);
+    EXPECT_EQ(0, rig.Acquire({image})) << nWidth;
+    EXPECT_EQ(0, rig.Process().ExecuteCorrection()) << nWidth;
+    EXPECT_EQ(ComputeImage(ComputeTable(image, 0, 64), 1, 2), rig.GetWritten()) << nWidth;
+    EXPECT_EQ(nSize, rig.GetWritten().size()) << nWidth;
+    EXPECT_EQ(nSize, rig.Process().GetCorrectionInfo().nCoefficientsSize) << nWidth;
+  }
+}
+
+TEST(VignettingExecutions, FollowTheFramesAlsoWhenALoadedRecordHasTheirSizeAlready)
+{
+  CVignettingRig rig;
+  EXPECT_EQ(0, rig.Correct(100)); // memory for 72 bytes
+  ChangeTo(rig, 320, 128);
+  rig.Camera().Correction().SetFlash(MakeCoefficients(88, 88));
+  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  EXPECT_EQ(88U, rig.Process().GetCorrectionInfo().nCoefficientsSize);
+  EXPECT_EQ(0, rig.Correct(100));
+  EXPECT_EQ(88U, rig.GetWritten().size());
+}
+
+TEST(VignettingExecutions, OfFramesOfAnotherGeometryThanTheCameraHasNowAreRefused)
+{
+  CVignettingRig rig;
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  ChangeTo(rig, 320, 128);
+  EXPECT_EQ(-1015, rig.Process().ExecuteCorrection());
+  EXPECT_TRUE(rig.GetWritten().empty());
+  EXPECT_EQ("Off", rig.GetCorrection());
+  ChangeTo(rig, 192, 128);
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+}
+
+TEST(VignettingExecutions, ForARegisterOfAnotherLengthAreRefused)
+{
+  CVignettingRig rig;
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  for (const int64_t nSize : {71, 73, 24, 0}) {
+    rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
+    EXPECT_EQ(0, rig.Process().InitProcess()) << nSize; // its own rule gives the size
+    EXPECT_EQ(-1015, rig.Process().ExecuteCorrection()) << nSize;
+    EXPECT_EQ(72U, rig.Process().GetCorrectionInfo().nCoefficientsSize) << nSize;
+    EXPECT_TRUE(rig.GetWritten().empty()) << nSize;
+    EXPECT_EQ("Off", rig.GetCorrection()) << nSize;
+  }
+}
+
+TEST(VignettingExecutions, WithBlocksLargerThanTheFrameAreInvalid)
+{
+  CVignettingRig rig("Mono8", 192, 96);
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  SetBlocks(rig, "BlockSize_16384");
+  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(-3, rig.AcquireBright(100));
+  SetBlocks(rig, "BlockSize_4096");
+  EXPECT_EQ(0, rig.Correct(100));
+}
+
+TEST(VignettingExecutions, OfADeeperFormatThanTwelveBitsAreNotSupported)
+{
+  for (const char *pFormat : {"Mono14", "Mono16", "BayerRG16"}) {
+    CVignettingRig rig(pFormat);
+    EXPECT_EQ(0, rig.AcquireBright(9000)) << pFormat;
+    EXPECT_EQ(-1011, rig.Process().ExecuteCorrection()) << pFormat;
+    EXPECT_TRUE(rig.GetWritten().empty()) << pFormat;
+    EXPECT_EQ("Off", rig.GetCorrection()) << pFormat;
+    EXPECT_EQ(0U, rig.Process().GetCorrectionInfo().nValid) << pFormat;
+  }
+}
+
+TEST(VignettingExecutions, ThatTheCameraRefusesAreReported)
+{
+  for (const char *pName : {"FFCValueAll", "FlatFieldCorrection"}) {
+    CVignettingRig rig;
+    EXPECT_EQ(0, rig.AcquireBright(100));
+    rig.Refuse(pName);
+    EXPECT_EQ(-1002, rig.Process().ExecuteCorrection()) << pName;
+    EXPECT_EQ("Off", rig.GetCorrection()) << pName;
+    EXPECT_EQ(pName == std::string("FFCValueAll"), rig.GetWritten().empty());
+  }
+}
