@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -47,7 +48,9 @@ public:
   /// TLParamsLocked.
   void SetLocked(bool bLocked) { m_pLocked->Poke(bLocked ? 1 : 0); }
 
-  /// Without the white balance, which is not one of these features.
+  /// Holds the device map still, so that several readings belong together.
+  std::unique_lock<std::recursive_mutex> Lock() const { return m_deviceMap.Lock(); }
+  /// Without the white balance and what a correction adds, which are not of these features.
   SCameraSettings GetSettings() const;
   CFrameStreamer::STiming GetTiming() const;
 

@@ -18,6 +18,8 @@ struct SCameraSettings {
   double dGain = 0.0;                                       ///< decibel
   double dBlackLevel = 0.0;                                 ///< percent of full scale
   std::array<double, COLOR_COUNT> adBalance{1.0, 1.0, 1.0}; ///< by EColor
+  bool bFixedPatternCorrection = false;                     ///< of the pixels' dark signal
+  bool bDeadPixelCorrection = false;
 
   uint32_t GetPayloadSize() const { return nWidth * nHeight * pFormat->GetBytesPerPixel(); }
 
@@ -25,6 +27,8 @@ struct SCameraSettings {
   {
     return pFormat == stOther.pFormat && nOffsetX == stOther.nOffsetX && nOffsetY == stOther.nOffsetY &&
            nWidth == stOther.nWidth && nHeight == stOther.nHeight && dExposureTime == stOther.dExposureTime &&
-           dGain == stOther.dGain && dBlackLevel == stOther.dBlackLevel && adBalance == stOther.adBalance;
+           dGain == stOther.dGain && dBlackLevel == stOther.dBlackLevel && adBalance == stOther.adBalance &&
+           bFixedPatternCorrection == stOther.bFixedPatternCorrection &&
+           bDeadPixelCorrection == stOther.bDeadPixelCorrection;
   }
 };

@@ -18,6 +18,18 @@ CSoftwareCamera::~CSoftwareCamera()
   Stop();
 }
 
+std::string CSoftwareCamera::AddSelfCorrection(const SCameraDescription &stDescription,
+                                               const SSelfCorrectionOptions &stOptions)
+{
+  AddShadingCorrectionMode(m_features.GetDeviceMap(), stOptions.eMode);
+  if (stOptions.eMode == ECorrectionMode::Unknown) {
+    return {};
+  }
+  CWhiteBalance *pWhiteBalance = m_whiteBalance ? &*m_whiteBalance : nullptr;
+  m_pSelfCorrection = std::make_unique<CSelfCorrection>(stDescription, stOptions, m_features, pWhiteBalance);
+  return m_pSelfCorrection->PowerOn();
+}
+
 std::string CSoftwareCamera::Start()
 {
   if (IsStreaming()) {
@@ -37,19 +49,33 @@ void CSoftwareCamera::Stop()
   m_features.SetLocked(false);
 }
 
+/// All that one frame depends on, as it is at one moment.
+SFrameCorrection CSoftwareCamera::GetFrameSetup(SCameraSettings *pstSettings) const
+{
+  const auto lock = m_features.Lock();
+  *pstSettings = m_features.GetSettings();
+  if (m_whiteBalance) {
+    pstSettings->adBalance = m_whiteBalance->GetRatios();
+  }
+  if (m_pSelfCorrection == nullptr) {
+    return {};
+  }
+  m_pSelfCorrection->CompleteSettings(pstSettings);
+  return m_pSelfCorrection->GetFrameCorrection();
+}
+
 void CSoftwareCamera::DeliverFrame()
 {
-  SCameraSettings stSettings = m_features.GetSettings();
-  if (m_whiteBalance) {
-    stSettings.adBalance = m_whiteBalance->GetRatios();
-  }
+  SCameraSettings stSettings;
+  const SFrameCorrection stCorrection = GetFrameSetup(&stSettings);
   try {
     m_pSource->Expose(stSettings, m_scene.Get(), m_nFrameId, &m_listFrame);
+    if (m_whiteBalance) {
+      m_whiteBalance->Process(stSettings, m_listFrame.data());
+    }
+    m_corrector.Process(stSettings, stCorrection, m_listFrame.data());
   } catch (const std::bad_alloc &) {
     return; // a frame is lost, as on a bus without bandwidth
-  }
-  if (m_whiteBalance) {
-    m_whiteBalance->Process(stSettings, m_listFrame.data());
   }
   SCameraFrame stFrame;
   stFrame.pBuffer = m_listFrame.data();

@@ -12,14 +12,21 @@
 #include "camera/icamera.h"
 #include "camera/iframesource.h"
 #include "camera/scenestate.h"
+#include "camera/selfcorrection/selfcorrection.h"
 #include "camera/whitebalance.h"
 
-/// Joins features, white balance, scene, stream and a source of frames to a camera. What the frames
-/// show is the source's matter.
+/// Joins features, white balance, scene, stream and a source of frames to a camera, and a shading
+/// correction where the camera has one. What the frames show is the source's matter.
 class CSoftwareCamera final : public ICamera {
 public:
   CSoftwareCamera(const SCameraDescription &stDescription, std::unique_ptr<IFrameSource> pSource);
   ~CSoftwareCamera() override;
+
+  /// Gives the camera a shading correction of its own; once, before anybody else knows the camera. The
+  /// white balance looks at the frames before they are corrected.
+  /// \param stDescription that the camera was made from
+  /// \return empty, or what is wrong with the flash; the camera is of no use then
+  std::string AddSelfCorrection(const SCameraDescription &stDescription, const SSelfCorrectionOptions &stOptions);
 
   std::string GetDisplayName() const override { return m_strDisplayName; }
   GenApi::INodeMap *GetOutputNodeMap() override { return &m_features.GetOutputMap(); }
@@ -33,14 +40,17 @@ public:
 
 private:
   void DeliverFrame();
+  SFrameCorrection GetFrameSetup(SCameraSettings *pstSettings) const;
 
   std::string m_strDisplayName;
   CCameraFeatures m_features;
-  std::optional<CWhiteBalance> m_whiteBalance; ///< of a colour camera
+  std::optional<CWhiteBalance> m_whiteBalance;        ///< of a colour camera
+  std::unique_ptr<CSelfCorrection> m_pSelfCorrection; ///< null when there is none
   CSceneState m_scene;
   std::unique_ptr<IFrameSource> m_pSource;
   FrameCallback m_fnCallback;
-  std::vector<uint8_t> m_listFrame; ///< the stream thread's own, as is the next
+  std::vector<uint8_t> m_listFrame; ///< the stream thread's own, as are the next two
+  CFrameCorrector m_corrector;
   uint64_t m_nFrameId = 0;
   CFrameStreamer m_streamer; ///< last: its thread uses all of the above
 };

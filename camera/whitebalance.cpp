@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <string>
 
 namespace {
 
@@ -73,6 +74,27 @@ std::array<double, COLOR_COUNT> CWhiteBalance::GetRatios() const
 {
   const auto lock = m_deviceMap.Lock();
   return m_adRatios;
+}
+
+void CWhiteBalance::AddSettings(CSettingList &settings)
+{
+  const auto fnSetAuto = [this](const SettingValue &value) {
+    m_pAuto->Poke(std::get<int64_t>(value));
+    m_nFramesLeft = SETTLING_FRAMES;
+  };
+  settings.Add("BalanceWhiteAuto",
+               {[this] { return SettingValue(m_pAuto->Peek()); }, fnSetAuto,
+                [this](const SettingValue &value) { return m_pAuto->GetEntry(std::get<int64_t>(value)) != nullptr; }});
+  settings.Exclude("BalanceRatio");
+  for (std::size_t nColor = 0; nColor < m_adRatios.size(); ++nColor) {
+    double &dRatio = m_adRatios[nColor];
+    settings.Add("BalanceRatio" + std::to_string(nColor),
+                 {[&dRatio] { return SettingValue(dRatio); },
+                  [&dRatio](const SettingValue &value) { dRatio = std::get<double>(value); },
+                  [](const SettingValue &value) {
+                    return std::get<double>(value) >= MIN_RATIO && std::get<double>(value) <= MAX_RATIO;
+                  }});
+  }
 }
 
 void CWhiteBalance::Process(const SCameraSettings &stSettings, const void *pFrame)

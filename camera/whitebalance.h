@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "camera/camerasettings.h"
+#include "camera/settinglist.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
 /// Declares BalanceWhiteAuto, BalanceRatioSelector, BalanceRatio and AWBLampHouse, and does what
@@ -20,6 +21,10 @@ public:
 
   /// The gain of each colour, by EColor.
   std::array<double, COLOR_COUNT> GetRatios() const;
+
+  /// Adds the three ratios, in place of the selected one, and BalanceWhiteAuto, whose "Once" starts afresh
+  /// when it is brought back.
+  void AddSettings(CSettingList &settings);
 
   /// Looks at a frame before it is delivered. Only on the camera's thread.
   /// \param stSettings what the frame was exposed with, its ratios included

@@ -1,5 +1,6 @@
 #include "camera/simulated/simulatedcamera.h"
 
+#include <algorithm>
 #include <new>
 
 #include "camera/simulated/simulatedsensor.h"
@@ -9,10 +10,35 @@ namespace {
 
 constexpr uint32_t MIN_SIZE = 16;
 constexpr uint32_t MAX_SIZE = 16384;
+constexpr double HOT_PIXELS = 1.0 / 65536.0; ///< of the camera whose dead pixels can be corrected
 
 bool IsSensorSize(uint32_t nSize)
 {
   return nSize >= MIN_SIZE && nSize <= MAX_SIZE && nSize % 2 == 0;
+}
+
+/// A lens fall-off is corrected in 8, 10 and 12 bit only.
+bool IsOffered(const SSensorFormat &stFormat, ECorrectionMode eMode)
+{
+  return eMode != ECorrectionMode::Vignetting || stFormat.nBitDepth == 8 || stFormat.nBitDepth == 10 ||
+         stFormat.nBitDepth == 12;
+}
+
+/// The formats of the sensor that the options ask for.
+std::vector<SSensorFormat> GetFormats(const SSimulatedCameraOptions &stOptions)
+{
+  std::vector<SSensorFormat> listFormats = GetSensorFormats(FindSensorFormat(stOptions.strPixelFormat)->eLayout);
+  const auto fnIsMissing = [&](const SSensorFormat &stFormat) { return !IsOffered(stFormat, stOptions.eMode); };
+  listFormats.erase(std::remove_if(listFormats.begin(), listFormats.end(), fnIsMissing), listFormats.end());
+  return listFormats;
+}
+
+/// Where dead pixels can be corrected there are some.
+SSensorModel GetSensorModel(const SSimulatedCameraOptions &stOptions)
+{
+  SSensorModel stModel;
+  stModel.dHotPixels = stOptions.eMode == ECorrectionMode::FlatField ? HOT_PIXELS : 0.0;
+  return stModel;
 }
 
 /// Empty when the options make a camera.
@@ -20,6 +46,10 @@ std::string CheckOptions(const SSimulatedCameraOptions &stOptions)
 {
   if (FindSensorFormat(stOptions.strPixelFormat) == nullptr) {
     return "The simulated camera has no pixel format \"" + stOptions.strPixelFormat + "\".";
+  }
+  if (!IsOffered(*FindSensorFormat(stOptions.strPixelFormat), stOptions.eMode)) {
+    return "The simulated camera does not correct vignetting in " + stOptions.strPixelFormat +
+           ", but in 8, 10 and 12 bit.";
   }
   if (!IsSensorSize(stOptions.nWidth) || !IsSensorSize(stOptions.nHeight)) {
     return "The simulated camera cannot be " + std::to_string(stOptions.nWidth) + " x " +
@@ -48,15 +78,20 @@ std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &st
     stDescription.strVendor = "Simulated";
     stDescription.strModel = stOptions.strPixelFormat;
     stDescription.strSerial = "SIM" + std::to_string(stOptions.nSeed);
-    stDescription.listFormats = GetSensorFormats(FindSensorFormat(stOptions.strPixelFormat)->eLayout);
+    stDescription.listFormats = GetFormats(stOptions);
     stDescription.strPixelFormat = stOptions.strPixelFormat;
     stDescription.nSensorWidth = stOptions.nWidth;
     stDescription.nSensorHeight = stOptions.nHeight;
     stDescription.bRegionOfInterest = true;
     stDescription.dFrameRate = stOptions.dFrameRate;
     auto pSensor = std::make_unique<CSimulatedSensor>(stOptions.nWidth, stOptions.nHeight, stOptions.dCornerFalloff,
-                                                      stOptions.nSeed);
-    return std::make_unique<CSoftwareCamera>(stDescription, std::move(pSensor));
+                                                      stOptions.nSeed, GetSensorModel(stOptions));
+    auto pCamera = std::make_unique<CSoftwareCamera>(stDescription, std::move(pSensor));
+    if (stOptions.eMode != ECorrectionMode::None) {
+      *pstrError =
+        pCamera->AddSelfCorrection(stDescription, {stOptions.eMode, stOptions.strFlashFile, stOptions.strPixelFormat});
+    }
+    return pstrError->empty() ? std::move(pCamera) : nullptr;
   } catch (const std::bad_alloc &) {
     *pstrError = "There is not enough memory for the simulated camera.";
     return nullptr;

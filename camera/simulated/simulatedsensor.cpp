@@ -19,6 +19,19 @@ CSimulatedSensor::CSimulatedSensor(uint32_t nSensorWidth, uint32_t nSensorHeight
   };
   fnFill(m_listResponse, 1.0, stModel.dPrnu);
   fnFill(m_listDarkSignal, 0.0, stModel.dDsnu);
+  if (stModel.dHotPixels > 0.0) {
+    MakeHotPixels(picker);
+  }
+}
+
+/// At least one.
+void CSimulatedSensor::MakeHotPixels(CRandomPicker &picker)
+{
+  const auto nPixels = static_cast<uint32_t>(m_listDarkSignal.size());
+  m_listHot.resize(1 + static_cast<std::size_t>(m_stModel.dHotPixels * nPixels));
+  for (uint32_t &nPlace : m_listHot) {
+    nPlace = picker.NextBelow(nPixels);
+  }
 }
 
 void CSimulatedSensor::Expose(const SCameraSettings &stSettings, const SScene &stScene, uint64_t nFrameId,
@@ -44,35 +57,59 @@ void CSimulatedSensor::Prepare(const SCameraSettings &stSettings, const SScene &
   for (uint32_t nY = 0; nY < stSettings.nHeight; ++nY) {
     PrepareRow(stSettings, stScene, nY);
   }
+  if (!stSettings.bDeadPixelCorrection) {
+    PrepareHotPixels(stSettings);
+  }
   m_stPrepared = stSettings;
   m_stPreparedScene = stScene;
+}
+
+/// Digital numbers per electron.
+double CSimulatedSensor::GetGain(const SCameraSettings &stSettings, EColor eColor) const
+{
+  return stSettings.pFormat->GetMaxValue() / m_stModel.dFullWell * std::pow(10.0, stSettings.dGain / 20.0) *
+         stSettings.adBalance[static_cast<std::size_t>(eColor)];
+}
+
+void CSimulatedSensor::PrepareHotPixels(const SCameraSettings &stSettings)
+{
+  for (const uint32_t nPlace : m_listHot) {
+    const uint32_t nX = nPlace % m_nSensorWidth - stSettings.nOffsetX; // outside the region it wraps round to
+    const uint32_t nY = nPlace / m_nSensorWidth - stSettings.nOffsetY; // more than any width or height
+    if (nX < stSettings.nWidth && nY < stSettings.nHeight) {
+      const EColor eColor =
+        GetPixelColor(stSettings.pFormat->eLayout, stSettings.nOffsetX + nX, stSettings.nOffsetY + nY);
+      m_listMean[std::size_t{nY} * stSettings.nWidth + nX] +=
+        static_cast<float>(GetGain(stSettings, eColor) * m_stModel.dHotSignal);
+    }
+  }
 }
 
 void CSimulatedSensor::PrepareRow(const SCameraSettings &stSettings, const SScene &stScene, uint32_t nY)
 {
   const EColorLayout eLayout = stSettings.pFormat->eLayout;
   const double dFullScale = stSettings.pFormat->GetMaxValue();
-  const double dGain = dFullScale / m_stModel.dFullWell * std::pow(10.0, stSettings.dGain / 20.0);
   const double dBright =
     m_stModel.dBrightSignal * m_stModel.dFullWell * stSettings.dExposureTime / m_stModel.dBrightExposure;
   const auto fDark = static_cast<float>(m_stModel.dDarkCurrent * stSettings.dExposureTime * 1e-6);
   const auto fBlack = static_cast<float>(stSettings.dBlackLevel / 100.0 * dFullScale);
   const auto fFullWell = static_cast<float>(m_stModel.dFullWell);
   const auto fDarkVariance = static_cast<float>(m_stModel.dDarkNoise * m_stModel.dDarkNoise);
+  const float fPattern = stSettings.bFixedPatternCorrection ? 0.0F : 1.0F;
   std::array<float, 2> afLight{}; // of even and odd columns: electrons under full light, and gain
   std::array<float, 2> afGain{};
   for (uint32_t nX = 0; nX < 2; ++nX) {
     const EColor eColor = GetPixelColor(eLayout, stSettings.nOffsetX + nX, stSettings.nOffsetY + nY);
     const bool bColor = eLayout != EColorLayout::Mono;
     afLight[nX] = static_cast<float>(dBright * (bColor ? GetLampColor(eColor) : 1.0));
-    afGain[nX] = static_cast<float>(dGain * stSettings.adBalance[static_cast<std::size_t>(eColor)]);
+    afGain[nX] = static_cast<float>(GetGain(stSettings, eColor));
   }
   const std::size_t nRow = std::size_t{nY} * stSettings.nWidth;
   const std::size_t nSensorRow = std::size_t{stSettings.nOffsetY + nY} * m_nSensorWidth + stSettings.nOffsetX;
   for (uint32_t nX = 0; nX < stSettings.nWidth; ++nX) {
     const float fLight = m_lens.GetLight(stScene, stSettings.nOffsetX + nX, stSettings.nOffsetY + nY);
     const float fElectrons = std::min(afLight[nX % 2] * fLight * m_listResponse[nSensorRow + nX] + fDark, fFullWell);
-    m_listMean[nRow + nX] = fBlack + afGain[nX % 2] * (fElectrons + m_listDarkSignal[nSensorRow + nX]);
+    m_listMean[nRow + nX] = fBlack + afGain[nX % 2] * (fElectrons + fPattern * m_listDarkSignal[nSensorRow + nX]);
     m_listDeviation[nRow + nX] = afGain[nX % 2] * std::sqrt(fElectrons + fDarkVariance);
   }
 }

@@ -17,6 +17,8 @@ struct SSensorModel {
   double dDarkCurrent = 20.0;       ///< per second of exposure
   double dPrnu = 0.008;             ///< standard deviation of the pixels' response, as a share
   double dDsnu = 3.0;               ///< standard deviation of the pixels' dark signal
+  double dHotPixels = 0.0;          ///< share of the pixels that have a dark signal far above the others ...
+  double dHotSignal = 3000.0;       ///< ... by so much
   double dBrightSignal = 0.716;     ///< share of the full well that the target's centre gives ...
   double dBrightExposure = 10000.0; ///< ... in so many microseconds
 };
@@ -24,7 +26,9 @@ struct SSensorModel {
 /// Light falls through the lens for the exposure time; each pixel turns it into electrons with its own
 /// response (PRNU) and dark signal (DSNU), their number varies from frame to frame (photon shot noise,
 /// taken as Gaussian, and dark noise), the well overflows at its capacity; gain, white balance and
-/// black level make it a number that is rounded and cut off at the ends of its range.
+/// black level make it a number that is rounded and cut off at the ends of its range. With fixed-pattern
+/// correction the pixels' dark signals are taken off, with dead-pixel correction hot pixels look as if
+/// they were not.
 class CSimulatedSensor final : public IFrameSource {
 public:
   /// \param nSeed the sensor's own pixels and the noise of all its frames
@@ -36,6 +40,9 @@ public:
 
 private:
   void Prepare(const SCameraSettings &stSettings, const SScene &stScene);
+  void MakeHotPixels(CRandomPicker &picker);
+  double GetGain(const SCameraSettings &stSettings, EColor eColor) const;
+  void PrepareHotPixels(const SCameraSettings &stSettings);
   void PrepareRow(const SCameraSettings &stSettings, const SScene &stScene, uint32_t nY);
   template <class TSample>
   void Digitise(const SCameraSettings &stSettings, uint64_t nFrameId, TSample *pFrame) const;
@@ -47,6 +54,7 @@ private:
   CNoiseTable m_noise;
   std::vector<float> m_listResponse;   ///< per pixel of the sensor, about 1
   std::vector<float> m_listDarkSignal; ///< per pixel of the sensor, electrons, about 0
+  std::vector<uint32_t> m_listHot;     ///< places of the hot pixels, row by row
 
   /// Per pixel of the frame, for the settings and the scene below: values in digital numbers.
   std::vector<float> m_listMean;

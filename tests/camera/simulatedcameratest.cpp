@@ -8,55 +8,11 @@
 #include <gtest/gtest.h>
 
 #include "camera/sensorformat.h"
-#include "camera/simulated/simulatedcamera.h"
-#include "tests/camera/framecollector.h"
+#include "tests/camera/camerabench.h"
 
 namespace {
 
 using namespace std::chrono_literals;
-
-SSimulatedCameraOptions SmallOptions(const std::string &strFormat = "Mono12")
-{
-  SSimulatedCameraOptions stOptions;
-  stOptions.strPixelFormat = strFormat;
-  stOptions.nWidth = 64;
-  stOptions.nHeight = 48;
-  stOptions.dFrameRate = 1000.0;
-  return stOptions;
-}
-
-/// A small camera and short ways to its features.
-class CCameraBench {
-public:
-  explicit CCameraBench(const SSimulatedCameraOptions &stOptions = SmallOptions())
-  {
-    std::string strError;
-    m_pCamera = CreateSimulatedCamera(stOptions, &strError);
-    EXPECT_EQ(strError, "");
-    m_pCollector = std::make_unique<CFrameCollector>(*m_pCamera);
-  }
-  ~CCameraBench() { m_pCamera->Stop(); }
-
-  ICamera &Camera() { return *m_pCamera; }
-  CFrameCollector &Frames() { return *m_pCollector; }
-
-  template <class TInterface>
-  TInterface &Device(const char *pName)
-  {
-    return *dynamic_cast<TInterface *>(m_pCamera->GetDeviceNodeMap()->GetNode(pName));
-  }
-  GenApi::IValue &Value(const char *pName) { return Device<GenApi::IValue>(pName); }
-  void Set(const char *pName, const char *pValue) { Value(pName).FromString(pValue); }
-  std::string Get(const char *pName) { return Value(pName).ToString(true).c_str(); }
-  std::string GetOutput(const char *pName)
-  {
-    return dynamic_cast<GenApi::IValue *>(m_pCamera->GetOutputNodeMap()->GetNode(pName))->ToString(true).c_str();
-  }
-
-private:
-  std::unique_ptr<ICamera> m_pCamera;
-  std::unique_ptr<CFrameCollector> m_pCollector;
-};
 
 /// Means of red, green and blue over the black level.
 std::vector<double> GetColorSignals(const SKeptFrame &stFrame)
@@ -349,9 +305,7 @@ TEST(SimulatedCamera, OptionsThatMakeNoCameraGetAMessage)
   const auto fnGetError = [](auto fnChange) {
     SSimulatedCameraOptions stOptions = SmallOptions();
     fnChange(stOptions);
-    std::string strError;
-    EXPECT_EQ(CreateSimulatedCamera(stOptions, &strError), nullptr);
-    return strError;
+    return GetCreationError(stOptions);
   };
   EXPECT_NE(fnGetError([](auto &st) { st.strPixelFormat = "RGB8"; }).find("RGB8"), std::string::npos);
   EXPECT_NE(fnGetError([](auto &st) { st.nWidth = 65; }).find("65 x 48"), std::string::npos);

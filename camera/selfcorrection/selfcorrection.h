@@ -1,0 +1,53 @@
+/// \file
+/// A camera's own shading correction as a whole.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "camera/camerafeatures.h"
+#include "camera/selfcorrection/cameraflash.h"
+#include "camera/selfcorrection/coefficientregister.h"
+#include "camera/selfcorrection/correctionfeatures.h"
+#include "camera/selfcorrection/framecorrector.h"
+#include "camera/selfcorrection/sensorfeatures.h"
+#include "camera/selfcorrection/usersets.h"
+#include "camera/whitebalance.h"
+
+struct SSelfCorrectionOptions {
+  ECorrectionMode eMode = ECorrectionMode::FlatField; ///< not None
+  std::string strFlashFile;                           ///< empty: a flash that ends with the camera
+  std::string strPixelFormat;                         ///< selected at power-on, unless a saved user set is loaded
+};
+
+/// Adds the features of the correction to a camera and corrects its frames. Make it when all other
+/// features are declared.
+class CSelfCorrection {
+public:
+  /// \param stOptions of mode FlatField or Vignetting
+  /// \param features, pWhiteBalance outlive this object; no white balance for a mono camera
+  CSelfCorrection(const SCameraDescription &stDescription, const SSelfCorrectionOptions &stOptions,
+                  CCameraFeatures &features, CWhiteBalance *pWhiteBalance);
+
+  /// Reads the flash and loads the user set to start with. Before the camera is used.
+  /// \return empty, or what is wrong with the flash
+  std::string PowerOn();
+
+  /// What to expose the next frame with and what to do to it then, as the features say now; with the
+  /// device map's lock held, so that both belong together.
+  void CompleteSettings(SCameraSettings *pstSettings) const;
+  SFrameCorrection GetFrameCorrection() const;
+
+private:
+  SBlockLayout GetLayout() const;
+
+  SSelfCorrectionOptions m_stOptions;
+  bool m_bColor;
+  CCameraFeatures &m_features;
+  CCameraFlash m_flash;
+  CCorrectionFeatures m_correction;
+  std::optional<CSensorFeatures> m_sensor; ///< of a flat-field camera
+  CCoefficientRegister m_register;
+  std::optional<CUserSets> m_userSets; ///< always; made when all settings are declared
+};

@@ -1,0 +1,26 @@
+/// \file
+/// What a self-correcting camera lets the user switch at its sensor.
+#pragma once
+
+#include <cstdint>
+
+#include "camera/camerasettings.h"
+#include "genapi/softwarenodemap/softwarenodemap.h"
+
+/// Declares FixedPatternNoiseCorrectMode, DeadPixelCorrect, DigitalShift and RemoveParameterLimit. The last
+/// one, when "On", lets ExposureTime, Gain and BlackLevel go further; switched "Off" it brings them back to
+/// the nearest value that is allowed.
+class CSensorFeatures {
+public:
+  /// \param deviceMap has the three features already, and outlives this object
+  explicit CSensorFeatures(CSoftwareNodeMap &deviceMap);
+
+  void CompleteSettings(SCameraSettings *pstSettings) const;
+  uint32_t GetDigitalShift() const { return static_cast<uint32_t>(m_pDigitalShift->Peek()); }
+
+private:
+  CSoftwareEnumeration *m_pFixedPattern = nullptr;
+  CSoftwareEnumeration *m_pDeadPixel = nullptr;
+  CSoftwareInteger *m_pDigitalShift = nullptr;
+  CSoftwareEnumeration *m_pRemoveLimit = nullptr;
+};

@@ -1,0 +1,40 @@
+/// \file
+/// The user sets of a camera.
+#pragma once
+
+#include <string>
+
+#include "camera/selfcorrection/cameraflash.h"
+#include "camera/settinglist.h"
+#include "genapi/softwarenodemap/softwarenodemap.h"
+
+/// The set that a camera without a history starts with.
+constexpr char DEFAULT_USER_SET[] = "Default";
+
+/// Declares UserSetSelector, UserSetDefault, UserSetLoad and UserSetSave. "Default" is the state that the
+/// camera has when this object is made, and cannot be saved into; "UserSet0" is kept in the flash, and is
+/// like "Default" until it is saved. Neither can be switched while the camera streams.
+class CUserSets {
+public:
+  /// \param deviceMap, flash outlive this object
+  /// \param settings what a set consists of
+  CUserSets(CSoftwareNodeMap &deviceMap, CCameraFlash &flash, CSettingList settings);
+
+  /// Loads the set that UserSetDefault names in the flash.
+  /// \return empty, or why the sets in the flash are of no use
+  std::string PowerOn();
+  bool StartsWithDefault() const;
+
+private:
+  GenApi::EAccessMode GetAccess(bool bSaving) const;
+  SettingSnapshot GetSet(const std::string &strName) const;
+  void LoadSelected();
+  void SaveSelected();
+
+  CCameraFlash &m_flash;
+  CSettingList m_settings;
+  SettingSnapshot m_mapFactory;
+  const CSoftwareInteger *m_pLocked = nullptr;
+  CSoftwareEnumeration *m_pSelector = nullptr;
+  CSoftwareEnumeration *m_pStart = nullptr;
+};
