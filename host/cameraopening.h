@@ -15,3 +15,11 @@ struct SOpenedCamera {
 };
 
 SOpenedCamera OpenCamera(const SHostOptions &stOptions);
+
+/// Selects the side of a self-correcting camera's coefficient blocks. Only while it does not stream.
+/// \param nSide pixels; 0 leaves the camera's own choice
+/// \return empty, or one line that says why not
+QString SelectBlockSize(ICamera &camera, uint32_t nSide);
+
+/// Side of the coefficient blocks in pixels; 0 for a camera that has none.
+uint32_t ReadBlockSize(ICamera &camera);

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "camera/sensorformat.h"
+#include "host/modename.h"
 
 namespace {
 
@@ -75,6 +76,28 @@ std::string CheckLanguage(const std::string &strLanguage)
   return strLanguage == "en" || strLanguage == "zh" ? std::string() : "'" + strLanguage + "' is neither en nor zh";
 }
 
+std::string ParseMode(const std::string &strMode, SHostOptions &stOptions)
+{
+  return FindMode(strMode, stOptions.eMode) ? std::string()
+                                            : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
+}
+
+std::string ParseBlockSize(const std::string &strSize, SHostOptions &stOptions)
+{
+  for (const uint32_t nSize : {16U, 32U, 64U, 128U}) {
+    if (strSize == std::to_string(nSize)) {
+      stOptions.nBlockSize = nSize;
+      return {};
+    }
+  }
+  return "'" + strSize + "' is none of 16, 32, 64 and 128";
+}
+
+bool IsBlockSizeOf(ECorrectionMode eMode, uint32_t nBlockSize)
+{
+  return nBlockSize > 32 ? eMode == ECorrectionMode::Vignetting : eMode == ECorrectionMode::FlatField;
+}
+
 std::string CheckNumber(const std::string &strNumber, uint64_t nMax)
 {
   return IsWholeNumber(strNumber) && std::stoull(strNumber) <= nMax
@@ -87,6 +110,8 @@ struct SWords {
   std::string strCamera;
   std::string strSize;
   std::string strLanguage;
+  std::string strMode;
+  std::string strBlockSize;
 };
 
 void AddCameraOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
@@ -105,6 +130,25 @@ void AddCameraOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
     ->check([](const std::string &str) { return CheckNumber(str, MAX_SEED); });
 }
 
+void AddCorrectionOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
+{
+  app
+    .add_option("--mode", stWords.strMode,
+                "correction that the simulated camera has of its own: none (default), flatfield, vignetting, or "
+                "unknown for one that the plug-in does not know")
+    ->type_name("MODE")
+    ->check([&](const std::string &str) { return ParseMode(str, stOptions); });
+  app
+    .add_option("--flash", stOptions.strFlashFile,
+                "file that is the flash of a camera with a --mode, and is kept; a fresh one unless said")
+    ->type_name("FILE");
+  app
+    .add_option("--block-size", stWords.strBlockSize,
+                "side of a coefficient block in pixels: 32 or 16 with flatfield, 128 or 64 with vignetting")
+    ->type_name("N")
+    ->check([&](const std::string &str) { return ParseBlockSize(str, stOptions); });
+}
+
 void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
 {
   app.add_flag("--headless", stOptions.bHeadless, "run the whole workflow without a window and write a report");
@@ -113,7 +157,10 @@ void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
   app.add_option("--frames", stOptions.nFrames, "bright frames to average: 1, 2, 4, 8 or 16 (default)")
     ->type_name("N")
     ->check(CheckFrames);
-  app.add_option("--expect-gray", stOptions.nExpectGray, "expected grey, 0 to 255; the bright frames' own unless said")
+  app
+    .add_option("--expect-gray", stOptions.nExpectGray,
+                "expected grey, 0 to 255; unless said the bright frames' own, or the "
+                "camera's with --mode flatfield")
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 255); });
   app.add_option("--language", stWords.strLanguage, "language of the dialog: en (default) or zh")
@@ -124,6 +171,25 @@ void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
   app.add_option("--save-frames", stOptions.nSaveFrames, "fresh raw and corrected frames to save, 1 unless said")
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 999); });
+}
+
+/// Options that do not go together. \return empty, or what is wrong
+std::string CheckTogether(const CLI::App &app, const SHostOptions &stOptions)
+{
+  if (!stOptions.strReplayFolder.empty() && app.count("--size") + app.count("--seed") + app.count("--mode") > 0) {
+    return "--size, --seed and --mode belong to the simulated camera";
+  }
+  if (app.count("--flash") > 0 && stOptions.eMode == ECorrectionMode::None) {
+    return "--flash belongs to a simulated camera with a --mode";
+  }
+  if (stOptions.nBlockSize > 0 && !IsBlockSizeOf(stOptions.eMode, stOptions.nBlockSize)) {
+    return "--block-size is 32 or 16 with --mode flatfield, 128 or 64 with --mode vignetting, and nothing without";
+  }
+  const bool bExpectGray = stOptions.eMode == ECorrectionMode::None || stOptions.eMode == ECorrectionMode::FlatField;
+  if (app.count("--expect-gray") > 0 && !bExpectGray) {
+    return "--expect-gray has no meaning with --mode vignetting and unknown";
+  }
+  return {};
 }
 
 SCommandLine Leave(int nExitCode, const std::string &strText)
@@ -141,6 +207,7 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   app.set_version_flag("--version", std::string("ffchost ") + FFC_VERSION);
   AddRunOptions(app, stResult.stOptions, stWords);
   AddCameraOptions(app, stResult.stOptions, stWords);
+  AddCorrectionOptions(app, stResult.stOptions, stWords);
   try {
     app.parse(nArguments, pArguments);
   } catch (const CLI::CallForHelp &) {
@@ -150,8 +217,9 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   } catch (const CLI::ParseError &error) {
     return Leave(EXIT_USAGE, error.what());
   }
-  if (!stResult.stOptions.strReplayFolder.empty() && app.count("--size") + app.count("--seed") > 0) {
-    return Leave(EXIT_USAGE, "--size and --seed belong to the simulated camera");
+  const std::string strError = CheckTogether(app, stResult.stOptions);
+  if (!strError.empty()) {
+    return Leave(EXIT_USAGE, strError);
   }
   stResult.stOptions.bChinese = stWords.strLanguage == "zh";
   stResult.bRun = true;

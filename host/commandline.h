@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "camera/selfcorrection/correctionmode.h"
+
 /// What the user asked for.
 struct SHostOptions {
   bool bHeadless = false;
@@ -13,9 +15,12 @@ struct SHostOptions {
   std::string strPixelFormat;  ///< PFNC name; empty: the camera's own choice
   uint32_t nWidth = 2048;      ///< pixels, simulated camera only
   uint32_t nHeight = 1536;
-  int nFrames = 16;     ///< bright frames averaged: 1, 2, 4, 8 or 16
-  int nExpectGray = -1; ///< 0 to 255; -1: what the bright frames suggest
-  uint64_t nSeed = 1;   ///< of the simulated camera
+  int nFrames = 16;                              ///< bright frames averaged: 1, 2, 4, 8 or 16
+  int nExpectGray = -1;                          ///< 0 to 255; -1: what the bright frames suggest
+  uint64_t nSeed = 1;                            ///< of the simulated camera
+  ECorrectionMode eMode = ECorrectionMode::None; ///< the simulated camera's own correction
+  std::string strFlashFile;                      ///< that camera's flash; empty: one that nobody keeps
+  uint32_t nBlockSize = 0;                       ///< of its coefficients, pixels; 0: the camera's own choice
   bool bChinese = false;
   std::string strOutFolder = "out";
   int nSaveFrames = 1; ///< pairs of fresh raw and corrected frames

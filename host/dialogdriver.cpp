@@ -1,6 +1,8 @@
 #include "host/dialogdriver.h"
 
 #include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
@@ -15,6 +17,8 @@ const char *const DIALOG_NAME = "ShadingCorrectionDlg";
 const char *const DARK_BUTTON = "AcquisitionDarkFrame_Button";
 const char *const BRIGHT_BUTTON = "AcquisitionBrightFrame_Button";
 const char *const EXECUTE_BUTTON = "ExecuteShadingCorrection_Button";
+const char *const LOAD_FLASH_BUTTON = "LoadFlash_Button";
+const char *const SAVE_FLASH_BUTTON = "SaveFlash_Button";
 const char *const LOAD_BUTTON = "LoadPC_Button";
 const char *const SAVE_BUTTON = "SavePC_Button";
 const char *const PREVIEW_BOX = "PreviewcheckBox";
@@ -29,11 +33,13 @@ TWidget *Find(const QDialog &dialog, const char *pName)
 }
 
 /// 1, 2, 4, 8, 16 stand at 0, 4, 8, 12, 16.
+constexpr int SLIDER_STEP = 4;
+
 int GetSliderPosition(int nFrames)
 {
   int nPosition = 0;
   for (; nFrames > 1; nFrames /= 2) {
-    nPosition += 4;
+    nPosition += SLIDER_STEP;
   }
   return nPosition;
 }
@@ -94,6 +100,16 @@ SDialogAnswer CDialogDriver::Execute()
   return Click(EXECUTE_BUTTON);
 }
 
+SDialogAnswer CDialogDriver::LoadFlash()
+{
+  return Click(LOAD_FLASH_BUTTON);
+}
+
+SDialogAnswer CDialogDriver::SaveFlash()
+{
+  return Click(SAVE_FLASH_BUTTON);
+}
+
 SDialogAnswer CDialogDriver::LoadFile(const QString &strPath)
 {
   return Click(LOAD_BUTTON, strPath);
@@ -122,6 +138,22 @@ SDialogAnswer CDialogDriver::SetExpectGray(int nGray)
   });
 }
 
+SDialogAnswer CDialogDriver::SetPreview(bool bOn)
+{
+  return Act(PREVIEW_BOX, QString(), [bOn](QWidget *pWidget) {
+    QCheckBox *pPreview = qobject_cast<QCheckBox *>(pWidget);
+    if (pPreview != nullptr && pPreview->isChecked() != bOn) {
+      pPreview->click();
+    }
+  });
+}
+
+int CDialogDriver::GetFrameCount() const
+{
+  const QSlider *pSlider = Find<QSlider>(m_dialog, FRAME_SLIDER);
+  return pSlider == nullptr ? 0 : 1 << (pSlider->value() / SLIDER_STEP);
+}
+
 int CDialogDriver::GetExpectGray() const
 {
   const QSpinBox *pSpinBox = Find<QSpinBox>(m_dialog, GRAY_SPIN_BOX);
@@ -138,6 +170,20 @@ bool CDialogDriver::IsPreviewOn() const
 {
   const QCheckBox *pPreview = Find<QCheckBox>(m_dialog, PREVIEW_BOX);
   return pPreview != nullptr && pPreview->isEnabled() && pPreview->isChecked();
+}
+
+QStringList CDialogDriver::ListEnabledControls() const
+{
+  QStringList listNames;
+  for (const QWidget *pWidget : m_dialog.findChildren<QWidget *>()) {
+    const bool bControl = qobject_cast<const QAbstractButton *>(pWidget) != nullptr ||
+                          qobject_cast<const QAbstractSlider *>(pWidget) != nullptr ||
+                          qobject_cast<const QAbstractSpinBox *>(pWidget) != nullptr;
+    if (bControl && pWidget->isEnabled() && !IsInTitleBar(*pWidget, m_dialog)) {
+      listNames << pWidget->objectName();
+    }
+  }
+  return listNames;
 }
 
 SDialogAnswer CDialogDriver::ReadPrompt() const

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QString>
+#include <QStringList>
 
 #include "host/modalanswerer.h"
 
@@ -33,17 +34,25 @@ public:
   SDialogAnswer AcquireDark();
   SDialogAnswer AcquireBright();
   SDialogAnswer Execute();
+  /// Of a camera that corrects itself.
+  SDialogAnswer LoadFlash();
+  SDialogAnswer SaveFlash();
   SDialogAnswer LoadFile(const QString &strPath);
   SDialogAnswer SaveFile(const QString &strPath);
   /// \param nFrames 1, 2, 4, 8 or 16
   SDialogAnswer SetFrameCount(int nFrames);
   /// \param nGray 0 to 255
   SDialogAnswer SetExpectGray(int nGray);
+  /// Ticks or unticks the preview, unless it is so already.
+  SDialogAnswer SetPreview(bool bOn);
 
+  int GetFrameCount() const;
   int GetExpectGray() const;
   bool IsExecuteEnabled() const;
   /// Enabled and checked: frames are being corrected.
   bool IsPreviewOn() const;
+  /// Names of the controls that a user could operate now, the title bar's apart.
+  QStringList ListEnabledControls() const;
   /// The prompt line as it stands.
   SDialogAnswer ReadPrompt() const;
   QImage GrabPicture();

@@ -4,6 +4,8 @@
 #include <new>
 #include <utility>
 
+#include "host/framecopy.h"
+
 void CFramePipeline::Receive(const SCameraFrame &stFrame)
 {
   if (m_fnObserver) {
@@ -67,14 +69,9 @@ void CFramePipeline::KeepLatest(const SCameraFrame &stFrame, bool bCorrected)
 {
   if (bCorrected) {
     m_stLatest.listBytes.swap(m_listOutput);
-  } else {
-    const uint8_t *pBytes = static_cast<const uint8_t *>(stFrame.pBuffer);
-    try {
-      m_stLatest.listBytes.assign(pBytes, pBytes + stFrame.nSize);
-    } catch (const std::bad_alloc &) {
-      m_bLatestIsNew = false;
-      return;
-    }
+  } else if (!CopyFrame(stFrame.pBuffer, stFrame.nSize, m_stLatest.listBytes)) {
+    m_bLatestIsNew = false;
+    return;
   }
   m_stLatest.nWidth = stFrame.nWidth;
   m_stLatest.nHeight = stFrame.nHeight;

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "host/featuretext.h"
 #include "host/quality/pictures.h"
 
 namespace {
@@ -87,7 +88,17 @@ void CLiveWindow::ShowFrame(const SFrameCopy &stFrame)
   }
   const QImage imgView = MakeViewPicture(stStack, pFormat->eLayout);
   m_pPicture->setPixmap(QPixmap::fromImage(imgView.scaled(PICTURE_SIZE, Qt::KeepAspectRatio, Qt::FastTransformation)));
-  m_pState->setText(stFrame.bCorrected ? tr("corrected") : tr("raw"));
+  m_pState->setText(DescribeFrame(stFrame));
+}
+
+/// Who has corrected a frame. The camera is asked now, some frames later.
+QString CLiveWindow::DescribeFrame(const SFrameCopy &stFrame)
+{
+  if (stFrame.bCorrected) {
+    return tr("corrected");
+  }
+  const bool bByCamera = ReadFeature(*m_viewer.GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE) == "On";
+  return bByCamera ? tr("corrected by the camera") : tr("raw");
 }
 
 void CLiveWindow::closeEvent(QCloseEvent *pEvent)

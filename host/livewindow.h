@@ -27,6 +27,7 @@ private slots:
 
 private:
   void ShowFrame(const SFrameCopy &stFrame);
+  QString DescribeFrame(const SFrameCopy &stFrame);
   void ShowStreamState();
 
   CViewer &m_viewer;

@@ -6,7 +6,7 @@
 #include "host/cameraopening.h"
 #include "host/commandline.h"
 #include "host/desktop.h"
-#include "host/headlessrun.h"
+#include "host/headless/headlessrun.h"
 #include "host/livewindow.h"
 
 namespace {
@@ -25,23 +25,28 @@ void DropRemarks(QtMsgType eType, const QMessageLogContext &, const QString &str
   }
 }
 
-int RunHeadless(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera)
+int RunHeadless(const SHostOptions &stOptions)
 {
   CProgressLine progress(IsErrorStreamTerminal() ? &std::cerr : nullptr);
-  CHeadlessRun run(stOptions, std::move(pCamera), progress);
+  CHeadlessRun run(stOptions, OpenCamera, progress);
   const QString strError = run.Run();
   if (!strError.isEmpty()) {
     return Fail(strError);
   }
-  std::cout << MakeReportTable(run.GetReport()).toStdString();
+  std::cout << run.GetSummary().toStdString();
   std::cout << "  written to " << stOptions.strOutFolder << std::endl;
   return EXIT_SUCCESS;
 }
 
-int RunLive(const SHostOptions &stOptions, std::unique_ptr<ICamera> pCamera)
+int RunLive(const SHostOptions &stOptions)
 {
-  CViewer viewer(std::move(pCamera));
-  QString strError = viewer.Open(stOptions);
+  SOpenedCamera stOpened = OpenCamera(stOptions);
+  if (stOpened.pCamera == nullptr) {
+    return Fail(stOpened.strError);
+  }
+  QString strError = SelectBlockSize(*stOpened.pCamera, stOptions.nBlockSize);
+  CViewer viewer(std::move(stOpened.pCamera));
+  strError = strError.isEmpty() ? viewer.Open(stOptions) : strError;
   strError = strError.isEmpty() ? viewer.StartStream() : strError;
   if (!strError.isEmpty()) {
     return Fail(strError);
@@ -74,10 +79,5 @@ int main(int nArguments, char **pArguments)
   // Without the options: the toolkit has one of its own called --plugin.
   int nToolkitArguments = 1;
   const QApplication app(nToolkitArguments, pArguments);
-  SOpenedCamera stOpened = OpenCamera(stCommandLine.stOptions);
-  if (stOpened.pCamera == nullptr) {
-    return Fail(stOpened.strError);
-  }
-  return bHeadless ? RunHeadless(stCommandLine.stOptions, std::move(stOpened.pCamera))
-                   : RunLive(stCommandLine.stOptions, std::move(stOpened.pCamera));
+  return bHeadless ? RunHeadless(stCommandLine.stOptions) : RunLive(stCommandLine.stOptions);
 }

@@ -14,16 +14,6 @@ namespace {
 
 constexpr int LOOK_INTERVAL_MS = 10;
 
-bool IsInTitleBar(const QWidget &widget, const QDialog &dialog)
-{
-  for (const QWidget *pParent = &widget; pParent != nullptr && pParent != &dialog; pParent = pParent->parentWidget()) {
-    if (pParent->objectName() == QLatin1String("QToolsTitleBar")) {
-      return true;
-    }
-  }
-  return false;
-}
-
 /// Every text in the box but the title.
 QString ReadMessage(const QDialog &dialog)
 {
@@ -48,6 +38,16 @@ QPushButton *FindConfirmingButton(const QDialog &dialog)
 }
 
 } // namespace
+
+bool IsInTitleBar(const QWidget &widget, const QDialog &dialog)
+{
+  for (const QWidget *pParent = &widget; pParent != nullptr && pParent != &dialog; pParent = pParent->parentWidget()) {
+    if (pParent->objectName() == QLatin1String("QToolsTitleBar")) {
+      return true;
+    }
+  }
+  return false;
+}
 
 CModalAnswerer::CModalAnswerer(const QString &strFile) : m_strFile(strFile)
 {

@@ -8,6 +8,10 @@
 
 class QDialog;
 class QFileDialog;
+class QWidget;
+
+/// Whether a widget belongs to the title bar that a dialog of the plug-in draws itself.
+bool IsInTitleBar(const QWidget &widget, const QDialog &dialog);
 
 /// Lives around one call that may open message boxes or a file dialog. Boxes are read and confirmed, the
 /// file dialog gets the given file, anything else is read and rejected. So no modal window can hold up a

@@ -1,24 +1,10 @@
 #include "host/resultfolder.h"
 
-#include <new>
 #include <utility>
 
 #include "host/quality/pictures.h"
 #include "host/quality/profileplot.h"
 #include "host/wholefile.h"
-
-bool SFramePair::Take(const void *pRaw, const void *pCorrected, std::size_t nSize)
-{
-  const uint8_t *pBefore = static_cast<const uint8_t *>(pRaw);
-  const uint8_t *pAfter = static_cast<const uint8_t *>(pCorrected);
-  try {
-    listRaw.assign(pBefore, pBefore + nSize);
-    listCorrected.assign(pAfter, pAfter + nSize);
-  } catch (const std::bad_alloc &) {
-    return false;
-  }
-  return true;
-}
 
 QString CResultFolder::Prepare()
 {
@@ -26,10 +12,9 @@ QString CResultFolder::Prepare()
                                            : QStringLiteral("cannot make the folder %1").arg(m_dir.absolutePath());
 }
 
-QString CResultFolder::WritePictures(const CPairedStacks &stBright, EColorLayout eLayout, const QString &strTitle) const
+QString CResultFolder::WritePictures(const CFrameStack &stBefore, const CFrameStack &stAfter, EColorLayout eLayout,
+                                     const QString &strTitle) const
 {
-  const CFrameStack &stBefore = stBright.GetRaw();
-  const CFrameStack &stAfter = stBright.GetCorrected();
   const double dRange = GetContrastRange(stBefore, eLayout);
   const std::pair<const char *, QImage> listPictures[] = {
     {"before.png", MakeViewPicture(stBefore, eLayout)},
@@ -47,15 +32,12 @@ QString CResultFolder::WritePictures(const CPairedStacks &stBright, EColorLayout
   return strError;
 }
 
-QString CResultFolder::WriteFrames(const SFramePair &stPair, uint32_t nIndex, uint32_t nWidth, uint32_t nHeight,
-                                   const SSensorFormat &stFormat) const
+QString CResultFolder::WriteFrame(const char *pKind, uint32_t nIndex, const std::vector<uint8_t> &listFrame,
+                                  const SReport &stReport, const SSensorFormat &stFormat) const
 {
-  const auto Write = [&](const char *pKind, const std::vector<uint8_t> &listFrame) {
-    const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(pKind)).arg(nIndex, 3, 10, QLatin1Char('0'));
-    return SaveWholePicture(GetPath(strName), MakeFramePicture(listFrame.data(), nWidth, nHeight, stFormat));
-  };
-  const QString strError = Write("raw", stPair.listRaw);
-  return strError.isEmpty() ? Write("corrected", stPair.listCorrected) : strError;
+  const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(pKind)).arg(nIndex, 3, 10, QLatin1Char('0'));
+  return SaveWholePicture(GetPath(strName),
+                          MakeFramePicture(listFrame.data(), stReport.nWidth, stReport.nHeight, stFormat));
 }
 
 QString CResultFolder::WriteDialog(const QImage &imgDialog) const
@@ -63,7 +45,7 @@ QString CResultFolder::WriteDialog(const QImage &imgDialog) const
   return SaveWholePicture(GetPath(QStringLiteral("dialog.png")), imgDialog);
 }
 
-QString CResultFolder::WriteReport(const SReport &stReport) const
+QString CResultFolder::WriteReport(const QByteArray &byteReport) const
 {
-  return SaveWholeFile(GetPath(QStringLiteral("report.json")), MakeReportJson(stReport));
+  return SaveWholeFile(GetPath(QStringLiteral("report.json")), byteReport);
 }

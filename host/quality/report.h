@@ -3,12 +3,18 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
+#include "camera/selfcorrection/correctionmode.h"
 #include "host/quality/uniformity.h"
+
+/// How far, in percentage points, the shading of reloaded coefficients may lie from the one before. Both are
+/// figures of noisy frames.
+constexpr double RELOAD_TOLERANCE_PERCENT = 0.2;
 
 /// What went through ProcessImage and came back corrected.
 struct SThroughput {
@@ -24,6 +30,7 @@ private:
 };
 
 struct SReport {
+  ECorrectionMode eMode = ECorrectionMode::None; ///< None: the host corrects, else the camera
   QString strCamera;
   QString strPixelFormat;
   uint32_t nWidth = 0;
@@ -33,10 +40,14 @@ struct SReport {
   int nExpectGrayDn = 0;      ///< the same at the format's depth
   uint32_t nBrightFrames = 0; ///< fresh frames measured
   uint32_t nDarkFrames = 0;
-  double dNewlyClippedPercent = 0; ///< samples clipped by the correction alone
+  uint32_t nBlockSize = 0; ///< side of a block of the camera's coefficients, pixels
   SUniformity stBefore;
   SUniformity stAfter;
-  SThroughput stThroughput;
+  /// With the coefficients of the camera's flash, after a power cycle.
+  std::optional<SUniformity> stAfterReload;
+  /// Samples clipped by the correction alone; only known where before and after are the same exposures.
+  double dNewlyClippedPercent = 0;
+  SThroughput stThroughput; ///< of the host's correction
   QStringList listNotes;
 };
 

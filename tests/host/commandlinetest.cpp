@@ -1,5 +1,6 @@
 #include "host/commandline.h"
 
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -29,14 +30,18 @@ TEST(CommandLine, HasSensibleDefaults)
   EXPECT_FALSE(stResult.stOptions.bChinese);
   EXPECT_EQ(stResult.stOptions.strOutFolder, "out");
   EXPECT_EQ(stResult.stOptions.nSaveFrames, 1);
+  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::None);
+  EXPECT_EQ(stResult.stOptions.strFlashFile, "");
+  EXPECT_EQ(stResult.stOptions.nBlockSize, 0U);
 }
 
 TEST(CommandLine, TakesEveryOption)
 {
-  const SCommandLine stResult =
-    Parse({"--headless", "--plugin", "x.plx", "--camera",      "simulated", "--pixel-format", "BayerGB10", "--size",
-           "640x480",    "--frames", "4",     "--expect-gray", "0",         "--seed",         "77",        "--language",
-           "zh",         "--out",    "dir",   "--save-frames", "0"});
+  const SCommandLine stResult = Parse(
+    {"--headless", "--plugin",     "x.plx", "--camera",      "simulated", "--pixel-format", "BayerGB10", "--size",
+     "640x480",    "--frames",     "4",     "--expect-gray", "0",         "--seed",         "77",        "--language",
+     "zh",         "--out",        "dir",   "--save-frames", "0",         "--mode",         "flatfield", "--flash",
+     "a.flash",    "--block-size", "16"});
   ASSERT_TRUE(stResult.bRun) << stResult.strText;
   EXPECT_TRUE(stResult.stOptions.bHeadless);
   EXPECT_EQ(stResult.stOptions.strPlugin, "x.plx");
@@ -49,6 +54,9 @@ TEST(CommandLine, TakesEveryOption)
   EXPECT_TRUE(stResult.stOptions.bChinese);
   EXPECT_EQ(stResult.stOptions.strOutFolder, "dir");
   EXPECT_EQ(stResult.stOptions.nSaveFrames, 0);
+  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::FlatField);
+  EXPECT_EQ(stResult.stOptions.strFlashFile, "a.flash");
+  EXPECT_EQ(stResult.stOptions.nBlockSize, 16U);
 }
 
 TEST(CommandLine, AReplayNamesItsFolder)
@@ -81,6 +89,17 @@ TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
     {"--out"},
     {"--unknown"},
     {"--size", "99999999999999999999x64"},
+    {"--mode", "parallax"},
+    {"--mode"},
+    {"--flash", "a.flash"},
+    {"--flash", "a.flash", "--mode", "none"},
+    {"--block-size", "8", "--mode", "flatfield"},
+    {"--block-size", "32"},
+    {"--block-size", "32", "--mode", "vignetting"},
+    {"--block-size", "64", "--mode", "flatfield"},
+    {"--block-size", "32", "--mode", "unknown"},
+    {"--expect-gray", "100", "--mode", "vignetting"},
+    {"--expect-gray", "100", "--mode", "unknown"},
   };
   for (const auto &listArguments : WRONG) {
     const SCommandLine stResult = Parse(listArguments);
@@ -92,13 +111,38 @@ TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
   }
 }
 
-TEST(CommandLine, SizeAndSeedBelongToTheSimulatedCamera)
+TEST(CommandLine, SizeSeedAndModeBelongToTheSimulatedCamera)
 {
-  for (const auto &[pOption, pValue] : {std::pair("--size", "640x480"), {"--seed", "1"}}) {
+  for (const auto &[pOption, pValue] :
+       {std::pair("--size", "640x480"), {"--seed", "1"}, {"--mode", "flatfield"}, {"--mode", "none"}}) {
     const SCommandLine stResult = Parse({"--camera", "replay:dir", pOption, pValue});
     EXPECT_FALSE(stResult.bRun);
+    EXPECT_NE(stResult.nExitCode, 0);
     EXPECT_NE(stResult.strText.find("simulated"), std::string::npos);
   }
+}
+
+TEST(CommandLine, EachModeHasItsBlockSizes)
+{
+  const std::tuple<const char *, ECorrectionMode, const char *> SIZES[] = {
+    {"flatfield", ECorrectionMode::FlatField, "32"},
+    {"flatfield", ECorrectionMode::FlatField, "16"},
+    {"vignetting", ECorrectionMode::Vignetting, "128"},
+    {"vignetting", ECorrectionMode::Vignetting, "64"},
+  };
+  for (const auto &[pMode, eMode, pSize] : SIZES) {
+    const SCommandLine stResult = Parse({"--block-size", pSize, "--mode", pMode});
+    ASSERT_TRUE(stResult.bRun) << stResult.strText;
+    EXPECT_EQ(stResult.stOptions.eMode, eMode);
+    EXPECT_EQ(std::to_string(stResult.stOptions.nBlockSize), pSize);
+  }
+}
+
+TEST(CommandLine, AnUnknownCorrectionHasAFlashAllTheSame)
+{
+  const SCommandLine stResult = Parse({"--mode", "unknown", "--flash", "a.flash"});
+  ASSERT_TRUE(stResult.bRun) << stResult.strText;
+  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::Unknown);
 }
 
 TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)
@@ -106,8 +150,9 @@ TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)
   const SCommandLine stHelp = Parse({"--help"});
   EXPECT_FALSE(stHelp.bRun);
   EXPECT_EQ(stHelp.nExitCode, 0);
-  for (const char *pOption : {"--headless", "--plugin", "--camera", "--pixel-format", "--size", "--frames",
-                              "--expect-gray", "--seed", "--language", "--out", "--save-frames"}) {
+  for (const char *pOption :
+       {"--headless", "--plugin", "--camera", "--pixel-format", "--size", "--frames", "--expect-gray", "--seed",
+        "--language", "--out", "--save-frames", "--mode", "--flash", "--block-size"}) {
     EXPECT_NE(stHelp.strText.find(pOption), std::string::npos) << pOption;
   }
   const SCommandLine stVersion = Parse({"--version"});

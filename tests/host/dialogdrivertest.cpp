@@ -28,6 +28,8 @@ protected:
     m_pDark = Add(new QPushButton, "AcquisitionDarkFrame_Button");
     m_pBright = Add(new QPushButton, "AcquisitionBrightFrame_Button");
     m_pExecute = Add(new QPushButton, "ExecuteShadingCorrection_Button");
+    m_pLoadFlash = Add(new QPushButton, "LoadFlash_Button");
+    m_pSaveFlash = Add(new QPushButton, "SaveFlash_Button");
     m_pLoad = Add(new QPushButton, "LoadPC_Button");
     m_pSave = Add(new QPushButton, "SavePC_Button");
     m_pPreview = Add(new QCheckBox, "PreviewcheckBox");
@@ -83,6 +85,8 @@ protected:
   QPushButton *m_pDark;
   QPushButton *m_pBright;
   QPushButton *m_pExecute;
+  QPushButton *m_pLoadFlash;
+  QPushButton *m_pSaveFlash;
   QPushButton *m_pLoad;
   QPushButton *m_pSave;
   QCheckBox *m_pPreview;
@@ -215,6 +219,56 @@ TEST_F(DialogDriver, PreviewIsOnWhenEnabledAndChecked)
   m_pPreview->setEnabled(true);
   m_pPreview->setChecked(false);
   EXPECT_FALSE(m_driver.IsPreviewOn());
+}
+
+TEST_F(DialogDriver, PressesTheButtonsOfTheFlash)
+{
+  QStringList listPressed;
+  QObject::connect(m_pLoadFlash, &QPushButton::clicked, [&] { listPressed << "load"; });
+  QObject::connect(m_pSaveFlash, &QPushButton::clicked, [&] {
+    listPressed << "save";
+    RunTipsBox("refused", true);
+  });
+  EXPECT_EQ(m_driver.LoadFlash().strBox, "");
+  EXPECT_EQ(m_driver.SaveFlash().strBox, "refused");
+  EXPECT_EQ(listPressed, QStringList({"load", "save"}));
+}
+
+TEST_F(DialogDriver, ClicksThePreviewOnlyWhenItIsNotAsWanted)
+{
+  int nClicks = 0;
+  QObject::connect(m_pPreview, &QCheckBox::clicked, [&] { ++nClicks; });
+  m_driver.SetPreview(true);
+  m_driver.SetPreview(true);
+  EXPECT_TRUE(m_pPreview->isChecked());
+  EXPECT_EQ(nClicks, 1);
+  m_driver.SetPreview(false);
+  EXPECT_FALSE(m_pPreview->isChecked());
+  EXPECT_EQ(nClicks, 2);
+  m_pPreview->setEnabled(false);
+  EXPECT_EQ(m_driver.SetPreview(true).strBox, "PreviewcheckBox is disabled");
+}
+
+TEST_F(DialogDriver, ReadsTheFrameCountFromTheSlidersPosition)
+{
+  for (const int nFrames : {1, 2, 4, 8, 16}) {
+    m_driver.SetFrameCount(nFrames);
+    EXPECT_EQ(m_driver.GetFrameCount(), nFrames);
+  }
+}
+
+TEST_F(DialogDriver, ListsTheControlsThatCanBeOperatedButNotTheTitleBars)
+{
+  QWidget *pTitleBar = Add(new QWidget, "QToolsTitleBar");
+  QVBoxLayout *pTitleLayout = new QVBoxLayout(pTitleBar);
+  pTitleLayout->addWidget(new QPushButton("x"));
+  EXPECT_EQ(m_driver.ListEnabledControls().size(), 10);
+  for (QWidget *pWidget : m_dialog.findChildren<QWidget *>()) {
+    pWidget->setEnabled(pWidget == m_pSlider || pWidget == pTitleBar || pWidget->parent() == pTitleBar);
+  }
+  EXPECT_EQ(m_driver.ListEnabledControls(), QStringList("AcquisitionFrame_Slider"));
+  m_pSlider->setEnabled(false);
+  EXPECT_TRUE(m_driver.ListEnabledControls().isEmpty());
 }
 
 TEST_F(DialogDriver, GrabsThePicture)

@@ -1,71 +1,18 @@
 /// \file
 /// The built host with the built module, run as a user runs them.
 
-#include <cmath>
 #include <string>
 
 #include <QDir>
 #include <QFile>
-#include <QImage>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "camera/sensorformat.h"
+#include "tests/host/hostrun.h"
 
 namespace {
-
-constexpr int RUN_LIMIT_MS = 550000;
-
-/// One run of the host into a folder of its own.
-class CHostRun {
-public:
-  explicit CHostRun(const QStringList &listArguments)
-  {
-    QProcess process;
-    QStringList listAll{"--headless"};
-    if (!listArguments.contains("--out")) {
-      listAll << "--out" << GetPath("out");
-    }
-    process.start(FFCHOST, listAll + listArguments);
-    m_bFinished = process.waitForFinished(RUN_LIMIT_MS) && process.exitStatus() == QProcess::NormalExit;
-    m_nExitCode = process.exitCode();
-    m_strOutput = QString::fromUtf8(process.readAllStandardOutput());
-    m_strError = QString::fromUtf8(process.readAllStandardError());
-    QFile file(GetPath("out/report.json"));
-    if (file.open(QIODevice::ReadOnly)) {
-      m_json = QJsonDocument::fromJson(file.readAll()).object();
-    }
-  }
-
-  QString GetPath(const QString &strFile) const { return m_dir.filePath(strFile); }
-  QImage Read(const QString &strFile) const { return QImage(GetPath("out/" + strFile)); }
-  bool Succeeded() const { return m_bFinished && m_nExitCode == 0; }
-  QJsonObject Before() const { return m_json["before"].toObject(); }
-  QJsonObject After() const { return m_json["after"].toObject(); }
-  /// A clean failure: a code, one line, no report.
-  bool FailedWithOneLine() const
-  {
-    return m_bFinished && m_nExitCode != 0 && m_strError.startsWith("ffchost: ") && m_strError.count('\n') == 1 &&
-           m_json.isEmpty();
-  }
-
-  QTemporaryDir m_dir;
-  bool m_bFinished = false;
-  int m_nExitCode = -1;
-  QString m_strOutput;
-  QString m_strError;
-  QJsonObject m_json;
-};
-
-double Number(const QJsonObject &json, const char *pKey)
-{
-  return json[QLatin1String(pKey)].toDouble(std::nan(""));
-}
 
 void ExpectMeanAtExpectedGrey(const CHostRun &run)
 {
@@ -231,6 +178,9 @@ TEST(EndToEnd, EveryFailureIsOneLineAndACode)
     {"--size", "64x64", "--out", dir.filePath("file/out")},
     {"--pixel-format", "RGB8"},
     {"--frames", "3"},
+    {"--mode", "flatfield", "--camera", "replay:" + dir.path()},
+    {"--mode", "flatfield", "--size", "64x64", "--flash", file.fileName()},
+    {"--mode", "flatfield", "--size", "64x64", "--flash", "/no/such/folder/my.flash"},
   };
   for (const QStringList &listArguments : WRONG) {
     const CHostRun run(listArguments);

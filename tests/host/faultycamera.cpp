@@ -16,13 +16,15 @@ private:
   ISceneControl &m_scene;
 };
 
-CFaultyCamera::CFaultyCamera(const std::string &strPixelFormat, const SFaults &stFaults) : m_stFaults(stFaults)
+CFaultyCamera::CFaultyCamera(const std::string &strPixelFormat, const SFaults &stFaults, ECorrectionMode eMode)
+  : m_stFaults(stFaults)
 {
   SSimulatedCameraOptions stOptions;
   stOptions.strPixelFormat = strPixelFormat;
   stOptions.nWidth = 64;
   stOptions.nHeight = 64;
   stOptions.dFrameRate = 200;
+  stOptions.eMode = eMode;
   std::string strError;
   m_pCamera = CreateSimulatedCamera(stOptions, &strError);
   if (m_stFaults.bLensCapIsStuck) {

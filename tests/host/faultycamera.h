@@ -6,6 +6,7 @@
 #include <string>
 
 #include "camera/icamera.h"
+#include "camera/selfcorrection/correctionmode.h"
 
 /// A small simulated camera, with faults.
 class CFaultyCamera final : public ICamera {
@@ -18,7 +19,8 @@ public:
   };
 
   /// \param strPixelFormat PFNC name; 64 x 64 pixels
-  CFaultyCamera(const std::string &strPixelFormat, const SFaults &stFaults);
+  CFaultyCamera(const std::string &strPixelFormat, const SFaults &stFaults,
+                ECorrectionMode eMode = ECorrectionMode::None);
   ~CFaultyCamera() override;
 
   std::string GetDisplayName() const override { return m_pCamera->GetDisplayName(); }

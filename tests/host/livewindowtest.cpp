@@ -45,6 +45,21 @@ TEST_F(LiveWindow, ShowsRawFramesAndCorrectedOnesAndSaysWhich)
   m_viewer.StopStream();
 }
 
+TEST_F(LiveWindow, SaysWhenTheCameraCorrectsItsFramesItself)
+{
+  CViewer viewer(std::make_unique<CFaultyCamera>("BayerRG8", CFaultyCamera::SFaults(), ECorrectionMode::FlatField));
+  CLiveWindow window(viewer);
+  window.show();
+  ASSERT_EQ(viewer.StartStream().toStdString(), "");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return FindByText<QLabel>(window, "raw") != nullptr; }));
+  auto *pCorrection =
+    dynamic_cast<GenApi::IEnumeration *>(viewer.GetCamera().GetDeviceNodeMap()->GetNode("FlatFieldCorrection"));
+  ASSERT_NE(pCorrection, nullptr);
+  pCorrection->FromString("On");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return FindByText<QLabel>(window, "corrected by the camera") != nullptr; }));
+  viewer.StopStream();
+}
+
 TEST_F(LiveWindow, StartsAndStopsTheStream)
 {
   CLiveWindow window(m_viewer);

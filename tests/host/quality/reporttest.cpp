@@ -70,6 +70,59 @@ TEST(Report, HoldsEveryFigureUnderItsKey)
   EXPECT_EQ(json["notes"].toArray(), QJsonArray({"a note of the run"}));
 }
 
+TEST(Report, OfTheHostHasWhatOnlyTheSameExposuresTell)
+{
+  const QJsonObject json = Parse(MakeReport(2, 1, 16));
+  EXPECT_EQ(json["mode"].toString(), "none");
+  EXPECT_EQ(json["newly_clipped_percent"].toDouble(-1), 0);
+  EXPECT_FALSE(json.contains("after_reload"));
+  EXPECT_FALSE(json.contains("block_size"));
+  EXPECT_FALSE(MakeReportTable(MakeReport(2, 1, 16)).contains("reloaded"));
+}
+
+TEST(Report, OfACameraThatCorrectsItselfHasTheReloadedFiguresAndNothingOfTheHosts)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.eMode = ECorrectionMode::FlatField;
+  stReport.nBlockSize = 16;
+  stReport.stAfterReload = MakeUniformity(1, {"R", "G", "B"});
+  stReport.stAfterReload->stOverall.dShadingPercent = 12.75;
+  const QJsonObject json = Parse(stReport);
+  EXPECT_EQ(json["mode"].toString(), "flatfield");
+  EXPECT_EQ(json["block_size"].toInt(), 16);
+  EXPECT_EQ(json["expect_gray"].toInt(), 120);
+  EXPECT_EQ(json["after_reload"].toObject()["shading_percent"].toDouble(), 12.75);
+  EXPECT_EQ(json["after_reload"].toObject()["planes"].toObject().size(), 3);
+  EXPECT_EQ(json["reload_tolerance_percent"].toDouble(), RELOAD_TOLERANCE_PERCENT);
+  EXPECT_TRUE(json["exposures"].toString().contains("different"));
+  EXPECT_FALSE(json.contains("newly_clipped_percent"));
+  EXPECT_FALSE(json.contains("throughput"));
+  const QString strTable = MakeReportTable(stReport);
+  EXPECT_TRUE(strTable.contains("reloaded"));
+  EXPECT_TRUE(strTable.contains("12.7500"));
+  EXPECT_TRUE(strTable.contains("blocks of 16 x 16"));
+  EXPECT_FALSE(strTable.contains("ProcessImage"));
+}
+
+TEST(Report, WithoutAnExpectedGreyTellsNone)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.eMode = ECorrectionMode::Vignetting;
+  EXPECT_FALSE(Parse(stReport).contains("expect_gray"));
+  EXPECT_FALSE(MakeReportTable(stReport).contains("expected grey"));
+}
+
+TEST(Report, BlamesTheCamerasBlocksForWhatTheHostsReferenceIsBlamedForElsewhere)
+{
+  SReport stReport = MakeReport(0.4, 1.2, 1);
+  stReport.eMode = ECorrectionMode::FlatField;
+  stReport.stAfter.stOverall.dDsnuDn = 1.6;
+  const QStringList listNotes = MakeFigureNotes(stReport);
+  ASSERT_EQ(listNotes.size(), 2);
+  EXPECT_TRUE(listNotes.at(0).contains("whole blocks"));
+  EXPECT_TRUE(listNotes.at(1).contains("gain"));
+}
+
 TEST(Report, SaysInWordsWhenPrnuGotWorse)
 {
   const SReport stReport = MakeReport(0.4, 1.2, 1);

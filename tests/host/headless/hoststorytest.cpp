@@ -1,4 +1,4 @@
-#include "host/headlessrun.h"
+#include "host/headless/headlessrun.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,9 +11,9 @@
 namespace {
 
 /// Runs with the real module, in this process, with a camera of 64 x 64 pixels.
-class HeadlessRun : public testing::Test {
+class HostStory : public testing::Test {
 protected:
-  HeadlessRun()
+  HostStory()
   {
     m_stOptions.strPlugin = PLUGIN_MODULE;
     m_stOptions.strOutFolder = m_dir.path().toStdString();
@@ -24,7 +24,10 @@ protected:
   std::string Run(const CFaultyCamera::SFaults &stFaults, const std::string &strPixelFormat = "Mono8")
   {
     CProgressLine progress(nullptr);
-    CHeadlessRun run(m_stOptions, std::make_unique<CFaultyCamera>(strPixelFormat, stFaults), progress);
+    const auto openCamera = [&](const SHostOptions &) {
+      return SOpenedCamera{std::make_unique<CFaultyCamera>(strPixelFormat, stFaults), QString()};
+    };
+    CHeadlessRun run(m_stOptions, openCamera, progress);
     std::string strError = run.Run().toStdString();
     m_stReport = run.GetReport();
     return strError;
@@ -37,7 +40,7 @@ protected:
 
 } // namespace
 
-TEST_F(HeadlessRun, ASoundCameraPassesEveryStep)
+TEST_F(HostStory, ASoundCameraPassesEveryStep)
 {
   EXPECT_EQ(Run({}), "");
   EXPECT_EQ(m_stReport.strPixelFormat, "Mono8");
@@ -46,9 +49,10 @@ TEST_F(HeadlessRun, ASoundCameraPassesEveryStep)
   EXPECT_LT(m_stReport.stAfter.stOverall.dShadingPercent, m_stReport.stBefore.stOverall.dShadingPercent);
   EXPECT_TRUE(QFile::exists(m_dir.filePath("report.json")));
   EXPECT_EQ(QFile(m_dir.filePath("coefficients.ffc")).size(), 64 * 64 * 4);
+  EXPECT_FALSE(QFile::exists(m_dir.filePath("camera.flash"))) << "this camera corrects nothing itself";
 }
 
-TEST_F(HeadlessRun, ACoefficientFileOfAnEarlierRunIsReplaced)
+TEST_F(HostStory, ACoefficientFileOfAnEarlierRunIsReplaced)
 {
   QFile file(m_dir.filePath("coefficients.ffc"));
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -58,7 +62,7 @@ TEST_F(HeadlessRun, ACoefficientFileOfAnEarlierRunIsReplaced)
   EXPECT_EQ(QFile(file.fileName()).size(), 64 * 64 * 4);
 }
 
-TEST_F(HeadlessRun, AFailingCameraIsToldInOneLineThatNamesTheStep)
+TEST_F(HostStory, AFailingCameraIsToldInOneLineThatNamesTheStep)
 {
   const std::pair<bool CFaultyCamera::SFaults::*, const char *> FAULTS[] = {
     {&CFaultyCamera::SFaults::bRefusesToStart, "dark acquisition: the cable is out"},
@@ -73,7 +77,19 @@ TEST_F(HeadlessRun, AFailingCameraIsToldInOneLineThatNamesTheStep)
   EXPECT_FALSE(QFile::exists(m_dir.filePath("report.json")));
 }
 
-TEST_F(HeadlessRun, AWarningOfTheDialogIsANote)
+TEST_F(HostStory, ACameraThatCannotBeOpenedIsToldWithItsReason)
+{
+  CProgressLine progress(nullptr);
+  CHeadlessRun run(
+    m_stOptions,
+    [](const SHostOptions &) {
+      return SOpenedCamera{nullptr, QStringLiteral("no such camera")};
+    },
+    progress);
+  EXPECT_EQ(run.Run().toStdString(), "open: no such camera");
+}
+
+TEST_F(HostStory, AWarningOfTheDialogIsANote)
 {
   CFaultyCamera::SFaults stFaults;
   stFaults.bLensCapIsStuck = true;
@@ -82,7 +98,7 @@ TEST_F(HeadlessRun, AWarningOfTheDialogIsANote)
   EXPECT_TRUE(m_stReport.listNotes.at(0).startsWith("The bright field image is too dark"));
 }
 
-TEST_F(HeadlessRun, AFolderThatCannotBeMadeIsNamed)
+TEST_F(HostStory, AFolderThatCannotBeMadeIsNamed)
 {
   QFile file(m_dir.filePath("file"));
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));

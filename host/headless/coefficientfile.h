@@ -1,0 +1,17 @@
+/// \file
+/// The coefficients as files that the dialog saves and loads.
+#pragma once
+
+#include <QString>
+
+#include "host/headless/bench.h"
+
+/// coefficients.ffc in the bench's folder.
+QString GetCoefficientPath(CBench &bench);
+
+/// Saves through the dialog's button; an earlier run's file goes first.
+/// \return empty, or why not, as for the next
+QString SaveCoefficients(CBench &bench);
+
+/// Saves what was loaded once more, and expects the same bytes.
+QString CheckSavedAgain(CBench &bench);

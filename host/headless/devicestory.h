@@ -1,0 +1,62 @@
+/// \file
+/// The story of a camera that corrects its own frames.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include <QString>
+
+#include "host/headless/bench.h"
+#include "host/headless/steps.h"
+#include "host/headless/story.h"
+#include "host/quality/framestack.h"
+
+/// Cap on, dark field (flat field only); cap off, bright field; execute; figures on the camera's own frames,
+/// with the correction off and on; coefficients to the flash and to a file; the camera without power, and
+/// again; the coefficients back from the flash, with figures, and from the file; report.
+///
+/// After each acquisition all features of the camera must be as they were before. Before and after are
+/// measured on different exposures: the camera delivers a frame only once.
+class CDeviceStory final : public IStory {
+public:
+  /// \param bench outlives the story
+  explicit CDeviceStory(CBench &bench);
+
+  QString Run() override;
+  QString GetSummary() const override;
+
+private:
+  /// The bright and dark frames of one state of the correction.
+  struct SMeasurement {
+    CFrameStack stBright;
+    CFrameStack stDark;
+  };
+
+  std::vector<SStep> ListSteps();
+  QString AcquireDark();
+  QString AcquireBright();
+  QString AcquireUnchanged(const std::function<QString()> &fnAcquire);
+  QString Execute();
+  QString MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement);
+  QString MeasureState(SMeasurement &stMeasurement, SUniformity &stUniformity);
+  QString MeasureScene(bool bLensCap, CFrameStack &stStack);
+  QString SaveFrames(const char *pKind);
+  QString SaveToFlash();
+  QString CyclePower();
+  QString LoadFromFlash();
+  QString CheckDialogReloaded();
+  QString CheckFlatness();
+  QString LoadFromFile();
+  QString WriteResults();
+
+  QString CheckCorrection(bool bOn);
+  QString ClearCoefficients();
+  GenApi::INodeMap &GetNodeMap() { return *m_bench.GetViewer().GetCamera().GetDeviceNodeMap(); }
+
+  CBench &m_bench;
+  bool m_bFlatField; ///< else vignetting
+  SMeasurement m_stBefore;
+  SMeasurement m_stAfter;
+};

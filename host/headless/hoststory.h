@@ -1,0 +1,45 @@
+/// \file
+/// The story of a camera whose frames the host corrects.
+#pragma once
+
+#include <QString>
+
+#include "host/headless/bench.h"
+#include "host/headless/story.h"
+#include "host/quality/pairedstacks.h"
+
+/// Cap on, dark field; cap off, bright field; execute; figures on fresh frames; coefficients to a file and
+/// back; report.
+///
+/// Before and after are measured on the same exposures: each fresh frame as it came, and as ProcessImage
+/// corrected it.
+class CHostStory final : public IStory {
+public:
+  /// \param bench outlives the story
+  explicit CHostStory(CBench &bench) : m_bench(bench) {}
+
+  QString Run() override;
+  QString GetSummary() const override;
+
+private:
+  /// One exposure, as it came and as it was corrected.
+  struct SFramePair {
+    std::vector<uint8_t> listRaw;
+    std::vector<uint8_t> listCorrected;
+  };
+
+  QString AcquireDark();
+  QString AcquireBright();
+  QString Execute();
+  QString Measure();
+  QString MeasureScene(bool bLensCap, CPairedStacks &stStacks);
+  QString CollectPair(SFramePair &stPair);
+  QString SaveFrames();
+  QString CheckFile();
+  QString CheckReloaded(const SFramePair &stReference);
+  QString WriteResults();
+
+  CBench &m_bench;
+  CPairedStacks m_stBright;
+  CPairedStacks m_stDark;
+};

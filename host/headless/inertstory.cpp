@@ -1,0 +1,74 @@
+#include "host/headless/inertstory.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "host/headless/steps.h"
+#include "host/modename.h"
+
+QString CInertStory::Run()
+{
+  return RunSteps(
+    {
+      {"open", [this] { return m_bench.Open(); }},
+      {"dialog", [this] { return OpenDialogWhileStreaming(); }},
+      {"controls", [this] { return CheckControls(); }},
+      {"stream", [this] { return CheckStream(); }},
+      {"report", [this] { return WriteResults(); }},
+    },
+    m_bench.GetProgress());
+}
+
+QString CInertStory::GetSummary() const
+{
+  const SReport &stReport = m_bench.GetReport();
+  return QStringLiteral("%1, %2: the plug-in does not know this camera's correction; every control of its dialog is "
+                        "disabled, and the stream runs on\n")
+    .arg(stReport.strCamera, stReport.strPixelFormat);
+}
+
+QString CInertStory::OpenDialogWhileStreaming()
+{
+  return RunUntilFailure({
+    [this] { return m_bench.SetScene(false, ISceneControl::EPurpose::Measurement); },
+    [this] { return m_bench.ReadFormat(); },
+    [this] { return m_bench.OpenDialog(); },
+  });
+}
+
+QString CInertStory::CheckControls()
+{
+  const QStringList listEnabled = m_bench.GetDriver().ListEnabledControls();
+  return listEnabled.isEmpty()
+           ? QString()
+           : QStringLiteral("enabled in spite of it: %1").arg(listEnabled.join(QStringLiteral(", ")));
+}
+
+QString CInertStory::CheckStream()
+{
+  bool bTouched = false;
+  const QString strError =
+    m_bench.GetCollector().Collect(MEASURED_FRAMES, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
+      bTouched = bTouched || stFrame.pCorrected != nullptr;
+      return true;
+    });
+  return strError.isEmpty() && bTouched ? QStringLiteral("the plug-in changes frames all the same") : strError;
+}
+
+QString CInertStory::WriteResults()
+{
+  const SReport &stReport = m_bench.GetReport();
+  const QJsonObject json{
+    {"camera", stReport.strCamera},
+    {"mode", QLatin1String(GetModeName(stReport.eMode))},
+    {"pixel_format", stReport.strPixelFormat},
+    {"width", int(stReport.nWidth)},
+    {"height", int(stReport.nHeight)},
+    {"every_control_disabled", true},
+    {"stream_runs_on", true},
+    {"frames_seen", int(MEASURED_FRAMES)},
+  };
+  const QString strError = m_bench.GetFolder().WriteDialog(m_bench.GetDriver().GrabPicture());
+  return strError.isEmpty() ? m_bench.GetFolder().WriteReport(QJsonDocument(json).toJson(QJsonDocument::Indented))
+                            : strError;
+}

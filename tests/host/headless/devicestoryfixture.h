@@ -1,0 +1,80 @@
+/// \file
+/// Runs with the real module, in this process, on a camera that corrects itself.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "camera/simulated/simulatedcamera.h"
+#include "genapi/softwarenodemap/softwarenodemap.h"
+#include "host/headless/headlessrun.h"
+
+/// A quick camera of 256 x 192 pixels, which a test may change each time it gets power.
+class DeviceStoryFixture : public testing::Test {
+protected:
+  DeviceStoryFixture()
+  {
+    m_stOptions.strPlugin = PLUGIN_MODULE;
+    m_stOptions.strOutFolder = m_dir.filePath("out").toStdString();
+    m_stOptions.strPixelFormat = "Mono8";
+    m_stOptions.nWidth = 256;
+    m_stOptions.nHeight = 192;
+    m_stOptions.nFrames = 4;
+    m_stOptions.eMode = ECorrectionMode::FlatField;
+  }
+
+  /// \return the run's error
+  std::string Run()
+  {
+    m_nPowerOns = 0;
+    CProgressLine progress(nullptr);
+    CHeadlessRun run(
+      m_stOptions, [this](const SHostOptions &stOptions) { return OpenFast(stOptions); }, progress);
+    const QString strError = run.Run();
+    m_stReport = run.GetReport();
+    m_strSummary = strError.isEmpty() ? run.GetSummary() : QString();
+    return strError.toStdString();
+  }
+
+  SOpenedCamera OpenFast(const SHostOptions &stOptions)
+  {
+    ++m_nPowerOns;
+    SSimulatedCameraOptions stCamera;
+    stCamera.strPixelFormat = stOptions.strPixelFormat;
+    stCamera.nWidth = stOptions.nWidth;
+    stCamera.nHeight = stOptions.nHeight;
+    stCamera.dFrameRate = 200;
+    stCamera.eMode = stOptions.eMode;
+    stCamera.strFlashFile = stOptions.strFlashFile;
+    if (m_fnBuild) {
+      m_fnBuild(stCamera);
+    }
+    std::string strError;
+    SOpenedCamera stOpened{CreateSimulatedCamera(stCamera, &strError), QString()};
+    stOpened.strError = QString::fromStdString(strError);
+    if (stOpened.pCamera != nullptr && m_fnAdapt) {
+      m_fnAdapt(dynamic_cast<CSoftwareNodeMap &>(*stOpened.pCamera->GetDeviceNodeMap()));
+    }
+    return stOpened;
+  }
+
+  bool IsFirstPowerOn() const { return m_nPowerOns == 1; }
+  QString GetPath(const char *pFile) const { return m_dir.filePath("out/" + QLatin1String(pFile)); }
+  double GetShading(const SUniformity &stUniformity) const { return stUniformity.stOverall.dShadingPercent; }
+
+  /// Change the camera to be made, and the features of the one that was made.
+  std::function<void(SSimulatedCameraOptions &)> m_fnBuild;
+  std::function<void(CSoftwareNodeMap &)> m_fnAdapt;
+  int m_nPowerOns = 0;
+  QTemporaryDir m_dir;
+  SHostOptions m_stOptions;
+  SReport m_stReport;
+  QString m_strSummary;
+};
