@@ -25,7 +25,7 @@ CCameraFeatures::CCameraFeatures(const SCameraDescription &stDescription)
   AddIdentity(stDescription);
   AddGeometry(stDescription);
   AddPixelFormat(stDescription);
-  AddExposure();
+  AddExposure(stDescription);
   AddStreamControl(stDescription);
   AddStreamMap();
   AddOutputMap(stDescription);
@@ -105,11 +105,11 @@ void CCameraFeatures::AddPixelFormat(const SCameraDescription &stDescription)
   }
 }
 
-void CCameraFeatures::AddExposure()
+void CCameraFeatures::AddExposure(const SCameraDescription &stDescription)
 {
   m_pExposureTime = &m_deviceMap.AddFloat("ExposureTime", 10000.0).Range(1.0, 1000000.0).Strict();
   m_pGain = &m_deviceMap.AddFloat("Gain", 0.0).Range(0.0, 24.0).Strict();
-  m_pBlackLevel = &m_deviceMap.AddFloat("BlackLevel", 0.4).Range(0.0, 10.0).Strict();
+  m_pBlackLevel = &m_deviceMap.AddFloat("BlackLevel", stDescription.dBlackLevel).Range(0.0, 10.0).Strict();
 }
 
 void CCameraFeatures::AddStreamControl(const SCameraDescription &stDescription)

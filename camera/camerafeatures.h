@@ -26,6 +26,7 @@ struct SCameraDescription {
   uint32_t nSensorHeight = 0;
   bool bRegionOfInterest = false; ///< width, height and offsets can be set
   double dFrameRate = 30.0;       ///< frames per second
+  double dBlackLevel = 0.4;       ///< percent of full scale
 
   /// "Maker Model (serial)".
   std::string GetDisplayName() const { return strVendor + " " + strModel + " (" + strSerial + ")"; }
@@ -58,7 +59,7 @@ private:
   void AddIdentity(const SCameraDescription &stDescription);
   void AddGeometry(const SCameraDescription &stDescription);
   void AddPixelFormat(const SCameraDescription &stDescription);
-  void AddExposure();
+  void AddExposure(const SCameraDescription &stDescription);
   void AddStreamControl(const SCameraDescription &stDescription);
   void AddStreamMap();
   void AddOutputMap(const SCameraDescription &stDescription);

@@ -53,8 +53,6 @@ struct PLUGIN_MSG {
   uint8_t anReserved[56] = {};
 };
 
-#pragma pack(pop)
-
 /// Filled by the host and kept alive by it until IPlugin::Uninitialize. The node maps are
 /// GenApi::INodeMap pointers.
 struct PLUGIN_INIT_PARAM {
@@ -74,6 +72,8 @@ struct PLUGIN_PROCESS_RESULT {
   int32_t nReserved = 0;  ///< not touched
   uint8_t bCorrected = 0; ///< 1: the output buffer holds a corrected image
 };
+
+#pragma pack(pop)
 
 /// File version of the module.
 struct PLUGIN_VERSION {
@@ -101,6 +101,7 @@ static_assert(offsetof(PLUGIN_MSG, stImage2) == 96);
 static_assert(offsetof(PLUGIN_MSG, pText) == 188);
 static_assert(offsetof(PLUGIN_MSG, anReserved) == 196);
 
+static_assert(alignof(PLUGIN_INIT_PARAM) == 4 && alignof(PLUGIN_PROCESS_RESULT) == 4);
 static_assert(offsetof(PLUGIN_INIT_PARAM, pOutputNodeMap) == 16);
 static_assert(offsetof(PLUGIN_INIT_PARAM, pStreamNodeMap) == 24);
 static_assert(offsetof(PLUGIN_INIT_PARAM, pDeviceNodeMap) == 32);

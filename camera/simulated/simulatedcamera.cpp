@@ -84,6 +84,11 @@ std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &st
     stDescription.nSensorHeight = stOptions.nHeight;
     stDescription.bRegionOfInterest = true;
     stDescription.dFrameRate = stOptions.dFrameRate;
+    if (stOptions.eMode != ECorrectionMode::None) {
+      // 1.4 of 255, between two grey values: the dark level of a block is truncated, and at the edge of a grey
+      // value it would be another one from block to block.
+      stDescription.dBlackLevel = 0.55;
+    }
     auto pSensor = std::make_unique<CSimulatedSensor>(stOptions.nWidth, stOptions.nHeight, stOptions.dCornerFalloff,
                                                       stOptions.nSeed, GetSensorModel(stOptions));
     auto pCamera = std::make_unique<CSoftwareCamera>(stDescription, std::move(pSensor));

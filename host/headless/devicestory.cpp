@@ -27,7 +27,7 @@ std::vector<SStep> CDeviceStory::ListSteps()
 {
   std::vector<SStep> listSteps = {
     {"open", [this] { return m_bench.Open(); }},
-    {"dialog", [this] { return m_bench.OpenDialog(); }},
+    {"dialog", [this] { return RunUnchanged([this] { return m_bench.OpenDialog(); }); }},
   };
   if (m_bFlatField) {
     listSteps.push_back({"dark acquisition", [this] { return AcquireDark(); }});
@@ -53,11 +53,12 @@ QString CDeviceStory::GetSummary() const
   return MakeReportTable(m_bench.GetReport());
 }
 
-/// The snapshots are taken here, with the stream running before and after.
-QString CDeviceStory::AcquireUnchanged(const std::function<QString()> &fnAcquire)
+/// Runs an action that must leave every feature of the camera as it is. The stream runs before and after it,
+/// or at neither time.
+QString CDeviceStory::RunUnchanged(const std::function<QString()> &fnAction)
 {
   const CFeatureSnapshot stBefore(GetNodeMap());
-  QString strError = fnAcquire();
+  QString strError = fnAction();
   if (!strError.isEmpty()) {
     return strError;
   }
@@ -75,7 +76,7 @@ QString CDeviceStory::AcquireDark()
 {
   return RunUntilFailure({
     [this] { return m_bench.SetScene(true, ISceneControl::EPurpose::Acquisition); },
-    [this] { return AcquireUnchanged([this] { return m_bench.AcquireDark(); }); },
+    [this] { return RunUnchanged([this] { return m_bench.AcquireDark(); }); },
   });
 }
 
@@ -85,7 +86,7 @@ QString CDeviceStory::AcquireBright()
     [this] { return m_bench.SetScene(false, ISceneControl::EPurpose::Acquisition); },
     [this] { return m_bench.ReadFormat(); },
     [this] { return m_bench.SelectFrameCount(); },
-    [this] { return AcquireUnchanged([this] { return m_bench.AcquireBright(); }); },
+    [this] { return RunUnchanged([this] { return m_bench.AcquireBright(); }); },
     [this] { return m_bFlatField ? m_bench.SelectExpectGray() : QString(); },
   });
 }

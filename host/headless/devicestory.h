@@ -17,8 +17,8 @@
 /// with the correction off and on; coefficients to the flash and to a file; the camera without power, and
 /// again; the coefficients back from the flash, with figures, and from the file; report.
 ///
-/// After each acquisition all features of the camera must be as they were before. Before and after are
-/// measured on different exposures: the camera delivers a frame only once.
+/// After opening the dialog and after each acquisition all features of the camera must be as they were before. Before
+/// and after are measured on different exposures: the camera delivers a frame only once.
 class CDeviceStory final : public IStory {
 public:
   /// \param bench outlives the story
@@ -37,7 +37,7 @@ private:
   std::vector<SStep> ListSteps();
   QString AcquireDark();
   QString AcquireBright();
-  QString AcquireUnchanged(const std::function<QString()> &fnAcquire);
+  QString RunUnchanged(const std::function<QString()> &fnAction);
   QString Execute();
   QString MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement);
   QString MeasureState(SMeasurement &stMeasurement, SUniformity &stUniformity);

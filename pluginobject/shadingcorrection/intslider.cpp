@@ -17,7 +17,9 @@ int StepTowards(int nValue, int nDifference)
 
 void CIntSlider::wheelEvent(QWheelEvent *pEvent)
 {
-  setValue(StepTowards(value(), pEvent->angleDelta().y()));
+  // A wheel that is turned sideways counts as well.
+  const QPoint delta = pEvent->angleDelta();
+  setValue(StepTowards(value(), qAbs(delta.x()) > qAbs(delta.y()) ? delta.x() : delta.y()));
   pEvent->accept();
 }
 

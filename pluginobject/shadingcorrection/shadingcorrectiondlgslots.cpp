@@ -240,6 +240,8 @@ int32_t CShadingCorrectionDlg::__AcceptBright()
     __ShowPrompt(tr("Acquisition of bright field images complete"), SUCCESS_COLOUR);
   }
   m_bBrightAcquired = true;
+  m_bFFCExecuted = false;
+  m_pUi->PreviewcheckBox->setChecked(false);
   int32_t nStatus = PLUGIN_STATUS_SUCCESS;
   if (__IsHostMode()) {
     const int nExpectGray = static_cast<int>(dMaxGray);
@@ -247,7 +249,7 @@ int32_t CShadingCorrectionDlg::__AcceptBright()
     m_pExpectGraySlider->setValue(nExpectGray);
     m_pUi->ExpectGrayspinBox->setValue(nExpectGray);
   }
-  __ForgetExecution();
+  __ApplyEnableRule();
   return nStatus;
 }
 
@@ -256,13 +258,20 @@ void CShadingCorrectionDlg::Slot_objExecuteShadingCorrection_Button_clicked()
   CBusyScope busy;
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (__IsReady()) {
-    m_bApplyCorrection = false;
+    const bool bApplied = m_bApplyCorrection.exchange(false);
     nStatus = __CallProcess([this] { return m_pProcess->ExecuteCorrection(); });
-    m_bFFCExecuted = nStatus == PLUGIN_STATUS_SUCCESS;
-    __ShowExecuteResult(nStatus);
+    if (nStatus == PLUGIN_STATUS_SILENT) {
+      // What it threw has been shown; nothing else changes.
+      m_bApplyCorrection = bApplied;
+    } else {
+      m_bFFCExecuted = nStatus == PLUGIN_STATUS_SUCCESS;
+      __ShowExecuteResult(nStatus);
+    }
   }
   busy.PopCursor();
-  __SetPreview(m_bFFCExecuted);
+  if (nStatus != PLUGIN_STATUS_SILENT) {
+    __SetPreview(m_bFFCExecuted);
+  }
   __ReportStatus(nStatus);
 }
 
@@ -270,8 +279,10 @@ void CShadingCorrectionDlg::__ShowExecuteResult(int32_t nStatus)
 {
   if (__IsHostMode()) {
     // The success text comes with the first corrected frame. The text first, the frames' leave last.
-    m_bReportSuccess = m_bFFCExecuted;
-    m_bApplyCorrection = m_bFFCExecuted;
+    if (m_bFFCExecuted) {
+      m_bReportSuccess = true;
+      m_bApplyCorrection = true;
+    }
   } else if (nStatus == PLUGIN_STATUS_SUCCESS) {
     __ShowPrompt(tr("FFC executed successfully"), SUCCESS_COLOUR);
   } else {

@@ -66,6 +66,7 @@ TEST_F(PluginIdentity, StatusTextsAreThoseForHostsByteForByte)
   }
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1012), "Buffer size is error  ");
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1019), "Unknown error");
+  EXPECT_STREQ(m_pPlugin->GetStatusText(-2000), "Unknown error");
 }
 
 TEST_F(PluginIdentity, AStatusTextLastsUntilTheNextOne)

@@ -295,6 +295,22 @@ TEST_F(PluginLanguage, AMissingTranslationStillSetsTheLocale)
   EXPECT_EQ(QObject::tr("Success"), QStringLiteral("Success"));
 }
 
+TEST_F(PluginLanguage, WithoutItsTranslationChineseShowsTheEnglishTexts)
+{
+  class CUntranslatedPlugin : public CScriptedPlugin {
+  public:
+    using CScriptedPlugin::CScriptedPlugin;
+    bool LoadTranslation(QString) override { return CScriptedPlugin::LoadTranslation(QStringLiteral(":/missing.qm")); }
+  };
+  m_pPlugin = std::make_unique<CUntranslatedPlugin>(m_stScript);
+  m_stInitParam.nLanguage = 1;
+  ASSERT_EQ(Initialize(), 0);
+  EXPECT_EQ(m_pPlugin->GetPluginDisplayName(), NAME);
+  EXPECT_STREQ(m_pPlugin->GetPluginDescription(),
+               "This plugin can calculate flat field correction coefficient and set the coefficient to device");
+  EXPECT_EQ(QTextCodec::codecForLocale(), QTextCodec::codecForName("GB2312"));
+}
+
 TEST_F(PluginLanguage, TheCompiledInTranslationIsLoaded)
 {
   EXPECT_TRUE(m_pPlugin->LoadTranslation(QStringLiteral(":/lumalevel_zh.qm")));

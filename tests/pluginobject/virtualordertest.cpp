@@ -86,6 +86,8 @@ TEST_F(VirtualOrder, TheClassesOwnOperationsFollow)
   ASSERT_EQ(Call<int32_t>(19, &m_stInitParam), 0);
   ASSERT_NE(FindDialog(), nullptr);
   EXPECT_TRUE(FindDialog()->HasNoProcess());
+  EXPECT_TRUE(FindDialog()->windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
+  EXPECT_TRUE(FindDialog()->windowTitle().startsWith(QStringLiteral("Flat Field Correction Plugin")));
   ASSERT_EQ(Call<int32_t>(20), 0);
   EXPECT_FALSE(FindDialog()->HasNoProcess());
   int nMessages = 0;

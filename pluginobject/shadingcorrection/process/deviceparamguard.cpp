@@ -23,8 +23,8 @@ int32_t CDeviceParamGuard::__WriteOptional(const CFeatureAccess &features, const
                                            const std::string &strSaved)
 {
   bool bImplemented = false;
-  (void)features.IsFeatureImplemented(pName, bImplemented);
-  return bImplemented ? features.SetEnumFeature(pName, strSaved) : int32_t{PLUGIN_STATUS_SUCCESS};
+  const int32_t nStatus = features.IsFeatureImplemented(pName, bImplemented);
+  return bImplemented ? features.SetEnumFeature(pName, strSaved) : nStatus;
 }
 
 int32_t CDeviceParamGuard::SaveUserParam(const CFeatureAccess &features)
@@ -86,7 +86,13 @@ int32_t CDeviceParamGuard::__ReadFormat(const CFeatureAccess &features, SFrameFo
 int32_t CDeviceParamGuard::__WriteUserParam(const CFeatureAccess &features) const
 {
   return CFeatureChain()
-    .Then([&] { return __WriteOptional(features, "RemoveParameterLimit", m_strRemoveParameterLimit); })
+    .Then([&]() -> int32_t {
+      // A camera that does not tell whether it has limits is taken for one that has none to remove.
+      bool bImplemented = false;
+      (void)features.IsFeatureImplemented("RemoveParameterLimit", bImplemented);
+      return bImplemented ? features.SetEnumFeature("RemoveParameterLimit", m_strRemoveParameterLimit)
+                          : int32_t{PLUGIN_STATUS_SUCCESS};
+    })
     .Then([&] { return features.SetFloatFeature("ExposureTime", m_fExposureTime); })
     .Then([&] { return features.SetFloatFeature("Gain", m_fGain); })
     .Then([&] { return features.SetFloatFeature("BlackLevel", m_fBlackLevel); })

@@ -19,10 +19,15 @@ BLOCK_PARAM MakeBlockParam(const SFrameFormat &stFormat, int64_t nBlockWidth, in
 int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stFormat, int64_t nBlockWidth,
                           int64_t nBlockHeight, int32_t nBayerType, SBlockMeanRange &stRange)
 {
-  if (!stFormat.FitsInto(frame.GetSize())) {
+  const BLOCK_PARAM stParam = MakeBlockParam(stFormat, nBlockWidth, nBlockHeight, nBayerType);
+  const int32_t nGridStatus = MapCalcStatus(CImageCalc().CheckBlockParam(stParam));
+  if (nGridStatus != PLUGIN_STATUS_SUCCESS) {
+    return nGridStatus;
+  }
+  // A format of unknown depth is refused below, before a pixel is read.
+  if (stFormat.GetBitDepth() > 0 && !stFormat.FitsInto(frame.GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  const BLOCK_PARAM stParam = MakeBlockParam(stFormat, nBlockWidth, nBlockHeight, nBayerType);
   SBlockMeanRange stMeasured;
   const int32_t nStatus = MapCalcStatus(CImageCalc().GetBlockMeanMaxMin(frame.GetData(), stFormat.GetBitDepth(),
                                                                         stParam, &stMeasured.dMax, &stMeasured.dMin));

@@ -184,37 +184,24 @@ int32_t CShadingCorrectionPro_Dev::AcquireBrightImage()
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  m_stBright = SReferenceFrame();
+  m_bright.Drop();
   m_guard.BeginAcquisition();
   const CScopeGuard restore([this] {
-    m_accumulator.Release();
-    m_exchange.ReleaseBuffer();
+    m_bright.EndAcquisition();
     RestoreDeviceParam();
   });
-  const int32_t nStatus = __CaptureBright();
-  if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    // Half an average is no bright frame.
-    m_stBright = SReferenceFrame();
-  }
-  return nStatus;
+  return m_bright.KeepOnSuccess(__CaptureBright());
 }
 
 int32_t CShadingCorrectionPro_Dev::__CaptureBright()
 {
-  const auto allocate = [this]() -> int32_t {
-    const uint64_t nSize = m_stFormat.nFrameSize;
-    m_stBright.stFormat = m_stFormat;
-    const bool bAllocated =
-      m_stBright.data.Allocate(nSize) && m_accumulator.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
-    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
-  };
   return CFeatureChain()
     .Then([this] { return SaveUserParam(); })
     .Then([this] { return PrepareDeviceParam(); })
-    .Then(allocate)
+    .Then([this] { return m_bright.Allocate(m_stFormat.nFrameSize); })
     .Then([this] { return __StartBrightStream(); })
     .Then([this] { return __TakeBrightFrames(); })
-    .Then([this] { return m_accumulator.Average(m_stInfo.nFrameCount, ReadAsEightBit(m_stFormat), m_stBright.data); })
+    .Then([this] { return m_bright.Average(m_stInfo.nFrameCount, ReadAsEightBit(m_stFormat)); })
     .Status();
 }
 
@@ -253,27 +240,25 @@ int32_t CShadingCorrectionPro_Dev::__TakeBrightFrames()
       .Then([&]() -> int32_t {
         if (nFrame == 0) {
           nAnalysis = __AnalyseFrame();
-          m_stBright.dMaxGray = m_stGray.dMax;
+          m_dBrightMaxGray = m_stGray.dMax;
+          m_stBrightFormat = m_stFormat;
         }
         return PLUGIN_STATUS_SUCCESS;
       })
-      .Then([&] { return __AddBrightFrame(); })
+      .Then([&]() -> int32_t {
+        return nAnalysis == PLUGIN_STATUS_SUCCESS ? m_bright.Add(ReadAsEightBit(m_stFormat))
+                                                  : int32_t{PLUGIN_STATUS_SUCCESS};
+      })
       .Status();
   };
   const int32_t nStatus = TakeFrames(m_exchange, m_guard.GetTimeout(), m_stInfo.nFrameCount, takeFrame);
   return nStatus == PLUGIN_STATUS_SUCCESS ? nAnalysis : nStatus;
 }
 
-int32_t CShadingCorrectionPro_Dev::__AddBrightFrame()
-{
-  return m_exchange.UseFrame(
-    [this](const CFrameBuffer &frame) { return m_accumulator.Add(frame, ReadAsEightBit(m_stFormat)); });
-}
-
 bool CShadingCorrectionPro_Dev::__IsDarkUsed() const
 {
-  return m_bDarkUsable && m_stBright.dMaxGray - m_stDark.dMaxGray >= MIN_CONTRAST &&
-         HasSameGeometry(m_stDark.stFormat, m_stBright.stFormat);
+  return m_bDarkUsable && m_dBrightMaxGray - m_stDark.dMaxGray >= MIN_CONTRAST &&
+         HasSameGeometry(m_stDark.stFormat, m_stBrightFormat);
 }
 
 int32_t CShadingCorrectionPro_Dev::ExecuteCorrection()
@@ -299,12 +284,12 @@ int32_t CShadingCorrectionPro_Dev::ExecuteCorrection()
 
 int32_t CShadingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
 {
-  if (m_stBright.data.IsAllocated() && !HasSameGeometry(m_stBright.stFormat, m_stGeneratorFormat)) {
+  if (m_bright.GetAverage().IsAllocated() && !HasSameGeometry(m_stBrightFormat, m_stGeneratorFormat)) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
   constexpr uint64_t LARGEST = std::numeric_limits<int32_t>::max();
   auto nSize = static_cast<int32_t>(std::min(body.GetSize(), LARGEST));
-  const uint8_t *pBright = m_stBright.data.GetData();
+  const uint8_t *pBright = m_bright.GetAverage().GetData();
   return MapCalcStatus(__IsDarkUsed()
                          ? m_generator.CalcWithDark(pBright, m_stDark.data.GetData(), BIT_DEPTH, body.GetData(), &nSize)
                          : m_generator.CalcWithoutDark(pBright, BIT_DEPTH, body.GetData(), &nSize));

@@ -8,10 +8,10 @@
 
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/shadingcorrection/imagecalc/getsccoefficient.h"
+#include "pluginobject/shadingcorrection/process/brightfield.h"
 #include "pluginobject/shadingcorrection/process/deviceparamguard.h"
 #include "pluginobject/shadingcorrection/process/devicesettings.h"
 #include "pluginobject/shadingcorrection/process/filechooser.h"
-#include "pluginobject/shadingcorrection/process/frameaccumulator.h"
 #include "pluginobject/shadingcorrection/process/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/frameformat.h"
@@ -81,7 +81,6 @@ private:
   int32_t __StartBrightStream();
   int32_t __BalanceWhite();
   int32_t __TakeBrightFrames();
-  int32_t __AddBrightFrame();
   bool __IsDarkUsed() const;
   int32_t __ComputeBody(CFrameBuffer &body);
 
@@ -94,10 +93,11 @@ private:
   FFCInfo m_stInfo;
   CFeatureAccess m_deviceFeatures;
   SReferenceFrame m_stDark;
-  SReferenceFrame m_stBright;
-  CFrameAccumulator m_accumulator;
-  CFrameBuffer m_coefficients; // the whole image; its size is the coefficients size of the initialisation
+  SFrameFormat m_stBrightFormat;
+  double m_dBrightMaxGray = 0.0; // largest block mean of the first bright frame
+  CFrameBuffer m_coefficients;   // the whole image; its size is the coefficients size of the initialisation
   CFrameExchange m_exchange;
+  CBrightField m_bright{m_exchange};
   CDeviceParamGuard m_guard;
   CGetSCCoefficient m_generator;
   SFrameFormat m_stGeneratorFormat; // of the last analysed frame, for which the generator is set up

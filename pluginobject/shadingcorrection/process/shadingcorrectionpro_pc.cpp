@@ -178,38 +178,25 @@ int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
     m_bDarkValid = false;
   }
   m_bBrightValid = true;
-  m_accumulator.Release();
-  m_exchange.ReleaseBuffer();
-  m_brightFrame.Release();
+  m_bright.EndAcquisition();
+  m_bright.Drop();
   const CScopeGuard restore([this] {
     (void)m_whiteBalance.Restore(m_deviceFeatures);
-    m_accumulator.Release();
-    m_exchange.ReleaseBuffer();
+    m_bright.EndAcquisition();
     RestoreDeviceParam();
   });
-  const int32_t nStatus = __CaptureBright();
-  if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    // Half an average is no bright frame.
-    m_brightFrame.Release();
-  }
-  return nStatus;
+  return m_bright.KeepOnSuccess(__CaptureBright());
 }
 
 int32_t CShadingCorrectionPro_PC::__CaptureBright()
 {
-  const auto allocate = [this]() -> int32_t {
-    const uint64_t nSize = m_stFormat.nFrameSize;
-    const bool bAllocated =
-      m_brightFrame.Allocate(nSize) && m_accumulator.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
-    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
-  };
   return CFeatureChain()
     .Then([this] { return __SaveCameraState(); })
     .Then([this] { return PrepareDeviceParam(); })
-    .Then(allocate)
+    .Then([this] { return m_bright.Allocate(m_stFormat.nFrameSize); })
     .Then([this] { return __StartBrightStream(); })
     .Then([this] { return __TakeBrightFrames(); })
-    .Then([this] { return m_accumulator.Average(m_stInfo.nFrameCount, m_stFormat, m_brightFrame); })
+    .Then([this] { return m_bright.Average(m_stInfo.nFrameCount, m_stFormat); })
     .Status();
 }
 
@@ -239,9 +226,7 @@ int32_t CShadingCorrectionPro_PC::__KeepBrightFrame(bool bFirst)
   return CFeatureChain()
     .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
     .Then([&]() -> int32_t { return bFirst ? __JudgeFrame() : int32_t{PLUGIN_STATUS_SUCCESS}; })
-    .Then([this] {
-      return m_exchange.UseFrame([this](const CFrameBuffer &frame) { return m_accumulator.Add(frame, m_stFormat); });
-    })
+    .Then([this] { return m_bright.Add(m_stFormat); })
     .Status();
 }
 
@@ -272,7 +257,7 @@ int32_t CShadingCorrectionPro_PC::ExecuteCorrection()
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
   HostTablePtr pTable;
-  const SHostReference stReference = {m_brightFrame, m_bDarkValid ? &m_darkFrame : nullptr, m_stFormat,
+  const SHostReference stReference = {m_bright.GetAverage(), m_bDarkValid ? &m_darkFrame : nullptr, m_stFormat,
                                       GetBayerType(m_strPixelColorFilter), m_stInfo.nExpectGray};
   const int32_t nStatus = ComputeHostTable(stReference, pTable);
   if (nStatus == PLUGIN_STATUS_SUCCESS) {

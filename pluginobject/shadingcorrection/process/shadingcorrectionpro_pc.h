@@ -9,8 +9,8 @@
 #include <QFile>
 
 #include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/process/brightfield.h"
 #include "pluginobject/shadingcorrection/process/filechooser.h"
-#include "pluginobject/shadingcorrection/process/frameaccumulator.h"
 #include "pluginobject/shadingcorrection/process/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/frameformat.h"
@@ -91,9 +91,8 @@ private:
   CFeatureAccess m_deviceFeatures;
   CFeatureAccess m_streamFeatures;
   CFrameBuffer m_darkFrame;
-  CFrameBuffer m_brightFrame;
-  CFrameAccumulator m_accumulator;
   CFrameExchange m_exchange;
+  CBrightField m_bright{m_exchange};
   CHostCoefficients m_coefficients;
   CWhiteBalance m_whiteBalance;
   CHostStreamGuard m_streamGuard;

@@ -122,29 +122,17 @@ int32_t CVignettingCorrectionPro_Dev::AcquireBrightImage()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   if (CheckFrameSize(m_deviceFeatures, m_stFormat) == PLUGIN_STATUS_BUFFER_SIZE_ERROR) {
-    m_brightFrame.Release();
+    m_bright.Drop();
   }
   const CScopeGuard restore([this] {
-    m_accumulator.Release();
-    m_exchange.ReleaseBuffer();
+    m_bright.EndAcquisition();
     RestoreDeviceParam();
   });
-  const int32_t nStatus = __CaptureBright();
-  if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    // Half an average is no bright frame.
-    m_brightFrame.Release();
-  }
-  return nStatus;
+  return m_bright.KeepOnSuccess(__CaptureBright());
 }
 
 int32_t CVignettingCorrectionPro_Dev::__CaptureBright()
 {
-  const auto allocate = [this]() -> int32_t {
-    const uint64_t nSize = m_stFormat.nFrameSize;
-    const bool bBright = m_brightFrame.GetSize() == nSize || m_brightFrame.Allocate(nSize);
-    const bool bAllocated = bBright && m_accumulator.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
-    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
-  };
   const auto takeFrames = [this] {
     return TakeFrames(m_exchange, m_nTimeout, m_stInfo.nFrameCount,
                       [this](uint32_t nFrame) { return __TakeBrightFrame(nFrame == 0); });
@@ -152,9 +140,9 @@ int32_t CVignettingCorrectionPro_Dev::__CaptureBright()
   return CFeatureChain()
     .Then([this] { return __SaveCameraState(); })
     .Then([this] { return PrepareDeviceParam(); })
-    .Then(allocate)
+    .Then([this] { return m_bright.Allocate(m_stFormat.nFrameSize); })
     .Then(takeFrames)
-    .Then([this] { return m_accumulator.Average(m_stInfo.nFrameCount, m_stFormat, m_brightFrame); })
+    .Then([this] { return m_bright.Average(m_stInfo.nFrameCount, m_stFormat); })
     .Status();
 }
 
@@ -163,9 +151,7 @@ int32_t CVignettingCorrectionPro_Dev::__TakeBrightFrame(bool bFirst)
   return CFeatureChain()
     .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
     .Then([&]() -> int32_t { return bFirst ? __AnalyseFrame() : int32_t{PLUGIN_STATUS_SUCCESS}; })
-    .Then([this] {
-      return m_exchange.UseFrame([this](const CFrameBuffer &frame) { return m_accumulator.Add(frame, m_stFormat); });
-    })
+    .Then([this] { return m_bright.Add(m_stFormat); })
     .Status();
 }
 
@@ -217,12 +203,12 @@ int32_t CVignettingCorrectionPro_Dev::__SizeCoefficients(CFrameBuffer &body)
 
 int32_t CVignettingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
 {
-  if (m_brightFrame.IsAllocated() && !m_stFormat.FitsInto(m_brightFrame.GetSize())) {
+  if (m_bright.GetAverage().IsAllocated() && !m_stFormat.FitsInto(m_bright.GetAverage().GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
   const SCorrectionBlock &stBlock = m_stSettings.stBlock;
   return MapCalcStatus(CalcVignettingCoefficient(
-    m_brightFrame.GetData(), m_stFormat.GetBitDepth(), m_stSettings.GetBayerType(), m_stFormat.nWidth,
+    m_bright.GetAverage().GetData(), m_stFormat.GetBitDepth(), m_stSettings.GetBayerType(), m_stFormat.nWidth,
     m_stFormat.nHeight, stBlock.nWidth, stBlock.nHeight, static_cast<int64_t>(body.GetSize()), body.GetData()));
 }
 

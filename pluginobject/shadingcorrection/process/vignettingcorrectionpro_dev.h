@@ -7,9 +7,9 @@
 #include <string>
 
 #include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/process/brightfield.h"
 #include "pluginobject/shadingcorrection/process/devicesettings.h"
 #include "pluginobject/shadingcorrection/process/filechooser.h"
-#include "pluginobject/shadingcorrection/process/frameaccumulator.h"
 #include "pluginobject/shadingcorrection/process/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/frameformat.h"
@@ -84,9 +84,8 @@ private:
   SDeviceSettings m_stSettings;
   FFCInfo m_stInfo;
   CFeatureAccess m_deviceFeatures;
-  CFrameBuffer m_brightFrame;
-  CFrameAccumulator m_accumulator;
   CFrameBuffer m_coefficients; // the whole image
   CFrameExchange m_exchange;
+  CBrightField m_bright{m_exchange};
   std::unique_ptr<IFileChooser> m_pFileChooser;
 };

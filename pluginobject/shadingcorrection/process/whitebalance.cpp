@@ -11,6 +11,14 @@ int32_t RestoreEntry(const CFeatureAccess &features, const char *pName, const st
   return strSaved.empty() ? int32_t{PLUGIN_STATUS_SUCCESS} : features.SetEnumFeature(pName, strSaved);
 }
 
+// A lamp house that is gone meanwhile does not keep the rest from being put back.
+int32_t RestoreLampHouse(const CFeatureAccess &features, const std::string &strSaved)
+{
+  bool bImplemented = false;
+  const int32_t nStatus = features.IsFeatureImplemented("AWBLampHouse", bImplemented);
+  return bImplemented ? RestoreEntry(features, "AWBLampHouse", strSaved) : nStatus;
+}
+
 int32_t SaveRatio(const CFeatureAccess &features, const char *pColour, std::optional<float> &fSaved)
 {
   float fRatio = 0.0F;
@@ -114,7 +122,7 @@ int32_t CWhiteBalance::Restore(const CFeatureAccess &features)
   if (!saved.m_bBalanceWhite) {
     return PLUGIN_STATUS_SUCCESS;
   }
-  const int32_t nStatus = RestoreEntry(features, "AWBLampHouse", saved.m_strAWBLampHouse);
+  const int32_t nStatus = RestoreLampHouse(features, saved.m_strAWBLampHouse);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }

@@ -73,7 +73,7 @@ TEST(SelfCorrection, AFlatFieldCameraStartsInItsFactoryState)
   EXPECT_EQ(bench.Get("UserSetDefault"), "Default");
   EXPECT_EQ(bench.Get("ExposureTime"), "10000");
   EXPECT_EQ(bench.Get("Gain"), "0");
-  EXPECT_EQ(bench.Get("BlackLevel"), "0.4");
+  EXPECT_EQ(bench.Get("BlackLevel"), "0.55");
 }
 
 TEST(SelfCorrection, AVignettingCameraHasLargeBlocksAndNoDarkSide)

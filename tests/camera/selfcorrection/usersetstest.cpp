@@ -156,7 +156,7 @@ TEST(UserSets, DefaultIsTheFactoryStateWhateverTheOptionsAskFor)
   EXPECT_EQ(bench.Get("PixelFormat"), "BayerRG8");
   EXPECT_EQ(bench.Get("Width"), "256");
   EXPECT_EQ(bench.Get("AcquisitionFrameRate"), "1000");
-  EXPECT_EQ(bench.Get("BlackLevel"), "0.4");
+  EXPECT_EQ(bench.Get("BlackLevel"), "0.55");
   EXPECT_EQ(bench.Get("ExposureTime"), "10000");
   EXPECT_EQ(bench.Get("FFCExpectGray"), "128");
 }

@@ -1,4 +1,5 @@
 // Execution, preview, and loading and saving.
+#include <stdexcept>
 #include <thread>
 
 #include <QApplication>
@@ -60,6 +61,24 @@ TEST_F(DialogExecution, TheSuccessIsReportedOnce)
   }
   QCoreApplication::processEvents();
   EXPECT_EQ(spy.size(), 1);
+}
+
+TEST_F(DialogExecution, WhatAnExecutionThrowsLeavesThePreviewAsItWas)
+{
+  for (const char *pMode : {"", "FlatFieldCorrection"}) {
+    OpenWithBright(pMode);
+    Click(Execute());
+    ASSERT_TRUE(Preview()->isChecked()) << pMode;
+    const bool bApplying = m_pDialog->IsApplyingCorrection();
+    const std::string strPrompt = Prompt();
+    m_stScript.fnMeanwhile = [] { throw std::runtime_error("thrown"); };
+    EXPECT_EQ(BoxOf([&] { Click(Execute()); }), "thrown") << pMode;
+    m_stScript.fnMeanwhile = [] {};
+    EXPECT_TRUE(Preview()->isChecked()) << pMode;
+    EXPECT_TRUE(Preview()->isEnabled()) << pMode;
+    EXPECT_EQ(m_pDialog->IsApplyingCorrection(), bApplying) << pMode;
+    EXPECT_EQ(Prompt(), strPrompt) << pMode;
+  }
 }
 
 TEST_F(DialogExecution, AFailingExecutionOnTheHostTurnsThePreviewOff)

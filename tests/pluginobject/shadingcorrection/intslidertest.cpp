@@ -34,14 +34,30 @@ public:
 };
 
 /// \return whether the slider accepted the turn
-bool TurnWheel(QWidget &widget, int nDelta)
+bool TurnWheel(QWidget &widget, QPoint delta)
 {
   const QPointF posMiddle = widget.rect().center();
-  QWheelEvent event(posMiddle, widget.mapToGlobal(posMiddle.toPoint()), QPoint(), QPoint(0, nDelta), Qt::NoButton,
-                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QWheelEvent event(posMiddle, widget.mapToGlobal(posMiddle.toPoint()), QPoint(), delta, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
   event.ignore();
   QApplication::sendEvent(&widget, &event);
   return event.isAccepted();
+}
+
+bool TurnWheel(QWidget &widget, int nDelta)
+{
+  return TurnWheel(widget, QPoint(0, nDelta));
+}
+
+TEST(IntSlider, AWheelTurnedSidewaysMovesTheValueToo)
+{
+  CSliderUnderTest slider;
+  EXPECT_TRUE(TurnWheel(slider, QPoint(120, 0)));
+  EXPECT_EQ(slider.value(), 60);
+  EXPECT_TRUE(TurnWheel(slider, QPoint(-120, 10)));
+  EXPECT_EQ(slider.value(), 50);
+  EXPECT_TRUE(TurnWheel(slider, QPoint(-10, 120)));
+  EXPECT_EQ(slider.value(), 60);
 }
 
 TEST(IntSlider, AWheelTurnMovesTheValueByTen)

@@ -95,10 +95,9 @@ TEST(DeviceBright, WithoutAFrameTimesOut)
 
 TEST(DeviceBright, TimesOutWhenAnyOfItsFramesIsLost)
 {
-  for (const int nLost : {0, 1, 2, 3}) {
+  for (const int nLost : {0, 3}) {
     CDeviceRig rig;
     SetFrameCount(rig, 4);
-    rig.Camera().Float("ExposureTime").Poke(-700000.0);
     rig.Show(
       [nLost](int nFrame) { return nFrame == nLost ? std::vector<uint8_t>() : std::vector<uint8_t>(64 * 64, 120); });
     EXPECT_EQ(-1009, rig.Process().AcquireBrightImage()) << nLost;
@@ -162,7 +161,6 @@ TEST(DeviceBright, ThatIsLostAfterAFailedAnalysisTimesOut)
 {
   CDeviceRig rig("Mono8", 66, 65);
   SetFrameCount(rig, 2);
-  rig.Camera().Float("ExposureTime").Poke(-700000.0);
   rig.Show([](int nFrame) { return std::vector<uint8_t>(nFrame == 0 ? 66 * 65 : 0, 120); });
   EXPECT_EQ(-1009, rig.Process().AcquireBrightImage());
 }

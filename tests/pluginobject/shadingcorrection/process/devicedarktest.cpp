@@ -166,7 +166,6 @@ TEST(DeviceDark, WithoutAFrameTimesOut)
 TEST(DeviceDark, WhoseFrameIsLostOnItsWayTimesOut)
 {
   CDeviceRig rig;
-  rig.Camera().Float("ExposureTime").Poke(-700000.0);
   rig.Show([](int) { return std::vector<uint8_t>(); });
   EXPECT_EQ(-1009, rig.Process().AcquireDarkImage());
   EXPECT_EQ(1, rig.GetFrameCount());
@@ -222,6 +221,21 @@ TEST(DeviceDark, AShortFrameLeavesZerosBehindIt)
 {
   CDeviceRig rig;
   EXPECT_EQ(0, rig.AcquireDark(200)); // nothing of it is left
+  rig.Show([](int) { return std::vector<uint8_t>(64 * 32, 18); });
+  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(18.0, rig.Process().GetImageMaxGray());
+  EXPECT_EQ(18.0, rig.Process().GetImageGrayDiff());
+}
+
+TEST(DeviceDark, WhatCameBeforeTheTriggerIsWiped)
+{
+  CDeviceRig rig;
+  const std::vector<uint8_t> listEarly(64 * 64, 200);
+  rig.SetHook([&](const SNodeAccess &stAccess) {
+    if (stAccess.strNode == "TriggerSource") {
+      rig.Process().ReceiveImage(listEarly.data(), static_cast<uint32_t>(listEarly.size()));
+    }
+  });
   rig.Show([](int) { return std::vector<uint8_t>(64 * 32, 18); });
   EXPECT_EQ(0, rig.Process().AcquireDarkImage());
   EXPECT_EQ(18.0, rig.Process().GetImageMaxGray());

@@ -43,16 +43,15 @@ std::string Describe(const Sweep &sweep)
          (bStreaming ? "Streaming" : "Idle");
 }
 
-// By look-up. A query that fails tells that there is no such feature; for a setting that was not saved the
-// write then has no entry to write.
+// By look-up. A query that fails while the settings are saved hides the feature, whose write then has no entry.
 std::vector<SMeaning> GetMeanings(const std::string &strNode)
 {
-  static const std::vector<SMeaning> LIST_OPTIONAL = {FAILS, FAILS, IGNORED, FAILS};
+  static const std::vector<SMeaning> LIST_OPTIONAL = {FAILS, FAILS, FAILS, FAILS};
   static const std::map<std::string, std::vector<SMeaning>> MAP_MEANINGS = {
     {"PixelColorFilter", {IGNORED, FAILS}},
     {"FixedPatternNoiseCorrectMode", LIST_OPTIONAL},
     {"DeadPixelCorrect", LIST_OPTIONAL},
-    {"RemoveParameterLimit", LIST_OPTIONAL},
+    {"RemoveParameterLimit", {FAILS, FAILS, IGNORED, FAILS}},
     {"UserSetSelector", {FAILS, FAILS, FAILS, RESTORES, RESTORES}},
     {"UserSetLoad", {FAILS, RESTORES}},
     {"AWBLampHouse", {BALANCE_FAILS}},

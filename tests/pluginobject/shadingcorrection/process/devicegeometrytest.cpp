@@ -102,6 +102,27 @@ TEST(DeviceGeometry, WithoutMemoryAnAcquisitionFailsAndTheCameraIsAsBefore)
   }
 }
 
+TEST(DeviceGeometry, AFailedAcquisitionGivesAllItsBuffersBack)
+{
+  for (const bool bBright : {false, true}) {
+    CDeviceRig rig;
+    const auto fnFail = [&] {
+      rig.ShowNothing();
+      const int32_t nStatus = bBright ? rig.Process().AcquireBrightImage() : rig.Process().AcquireDarkImage();
+      rig.TakeSignals();
+      return nStatus;
+    };
+    EXPECT_EQ(-1009, fnFail()); // by now all features have been looked up
+    {
+      const CFailingNew failing(1); // ends at the second buffer
+      EXPECT_EQ(-2, fnFail());
+    }
+    const int64_t nWithout = CountLiveAllocations();
+    EXPECT_EQ(-1009, fnFail());
+    EXPECT_EQ(nWithout, CountLiveAllocations()) << (bBright ? "bright" : "dark");
+  }
+}
+
 TEST(DeviceGeometry, WithoutMemoryNothingIsComputedLoadedOrSaved)
 {
   CDeviceRig rig;
@@ -136,10 +157,8 @@ TEST(DeviceGeometry, AFrameWithoutPixelsIsRefused)
       FixPayload(rig, 64 * 64);
       ShowBytes(rig, 64 * 64);
       ChangeTo(rig, bWidth ? nSide : 64, bWidth ? 64 : nSide);
-      const int32_t nDark = rig.Process().AcquireDarkImage();
-      EXPECT_TRUE(nDark == -3 || nDark == -1012) << nSide << ": " << nDark;
-      const int32_t nBright = rig.Process().AcquireBrightImage();
-      EXPECT_TRUE(nBright == -3 || nBright == -1012) << nSide << ": " << nBright;
+      EXPECT_EQ(-3, rig.Process().AcquireDarkImage()) << nSide;
+      EXPECT_EQ(-3, rig.Process().AcquireBrightImage()) << nSide;
       EXPECT_NE(0, rig.Process().ExecuteCorrection()) << nSide;
     }
   }

@@ -114,7 +114,7 @@ TEST(HostAccessLog, OfABrightAcquisitionOfAColourCamera)
   const Log listBalance = {"implemented? BalanceWhiteAuto", "get BalanceRatioSelector", "get BalanceWhiteAuto",
                            "implemented? AWBLampHouse",     "get AWBLampHouse",         "set AWBLampHouse = Adaptive",
                            "set BalanceWhiteAuto = Once",   "get BalanceWhiteAuto"};
-  const Log listRestore = {"set AWBLampHouse = D65", "set BalanceWhiteAuto = Off"};
+  const Log listRestore = {"implemented? AWBLampHouse", "set AWBLampHouse = D65", "set BalanceWhiteAuto = Off"};
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, listBalance, SIZE_CHECK, listRestore, PUT_BACK}),
             RecordBright(*pRig));
   EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals());
@@ -137,10 +137,10 @@ TEST(HostAccessLog, OfABrightAcquisitionOfAColourCameraThatBalancesContinuously)
                            "set AWBLampHouse = Adaptive",
                            "set BalanceWhiteAuto = Once",
                            "get BalanceWhiteAuto"};
-  const Log listRestore = {"set AWBLampHouse = D65",  "set BalanceRatioSelector = Red",
-                           "set BalanceRatio = 1.5",  "set BalanceRatioSelector = Green",
-                           "set BalanceRatio = 1",    "set BalanceRatioSelector = Blue",
-                           "set BalanceRatio = 1.75", "set BalanceRatioSelector = Green"};
+  const Log listRestore = {
+    "implemented? AWBLampHouse",       "set AWBLampHouse = D65",           "set BalanceRatioSelector = Red",
+    "set BalanceRatio = 1.5",          "set BalanceRatioSelector = Green", "set BalanceRatio = 1",
+    "set BalanceRatioSelector = Blue", "set BalanceRatio = 1.75",          "set BalanceRatioSelector = Green"};
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, listBalance, SIZE_CHECK, listRestore, PUT_BACK}),
             RecordBright(*pRig));
 }

@@ -43,7 +43,7 @@ std::vector<SMeaning> GetMeanings(const std::string &strNode, const SSweep &stSw
     {"TLParamsLocked", {FAILS}},
     {"TriggerMode", {FAILS, FAILS, RESTORES}},
     {"StreamBufferHandlingMode", {IGNORED, FAILS, RESTORES}},
-    {"AWBLampHouse", {BALANCE_FAILS, BALANCE_FAILS, BALANCE_FAILS, RESTORES}},
+    {"AWBLampHouse", {BALANCE_FAILS, BALANCE_FAILS, BALANCE_FAILS, RESTORES, RESTORES}},
     {"BalanceRatio", {BALANCE_FAILS, BALANCE_FAILS, BALANCE_FAILS, RESTORES}},
   };
   return MAP_MEANINGS.at(strNode);

@@ -70,12 +70,12 @@ TEST(HostGeometry, AFrameWithoutPixelsIsRefused)
     FixPayload(rig, 64 * 48);
     ShowBytes(rig, 64 * 48);
     ChangeTo(rig, nSide, 48);
-    EXPECT_EQ(-1012, rig.Process().AcquireDarkImage()) << nSide;
-    EXPECT_EQ(-1012, rig.Process().AcquireBrightImage()) << nSide;
+    EXPECT_EQ(-3, rig.Process().AcquireDarkImage()) << nSide;
+    EXPECT_EQ(-3, rig.Process().AcquireBrightImage()) << nSide;
     EXPECT_EQ(-3, rig.Process().ExecuteCorrection()) << nSide;
     ChangeTo(rig, 64, nSide);
-    EXPECT_EQ(-1012, rig.Process().AcquireDarkImage()) << nSide;
-    EXPECT_EQ(-1012, rig.Process().AcquireBrightImage()) << nSide;
+    EXPECT_EQ(-3, rig.Process().AcquireDarkImage()) << nSide;
+    EXPECT_EQ(-3, rig.Process().AcquireBrightImage()) << nSide;
     EXPECT_EQ(-3, rig.Process().ExecuteCorrection()) << nSide;
   }
 }

@@ -1,5 +1,5 @@
-#include <map>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -138,8 +138,7 @@ TEST(VignettingExecutions, CarryTheFrameCountThatIsSetNow)
   EXPECT_EQ(0, rig.AcquireBright(100));
   EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_16"));
   EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  const Bytes listBytes = rig.GetWritten();
-  EXPECT_EQ(MakeRecord({1, 2, 16, 2, 72, 0}), Bytes(listBytes.end() - 24, listBytes.end()));
+  EXPECT_EQ(MakeRecord({1, 2, 16, 2, 72, 0}), rig.GetWrittenRecord());
 }
 
 TEST(VignettingExecutions, WithoutABrightFrameAreInvalidAndTouchNothing)
@@ -176,6 +175,18 @@ TEST(VignettingExecutions, FollowTheFramesAlsoWhenALoadedRecordHasTheirSizeAlrea
   EXPECT_EQ(88U, rig.Process().GetCorrectionInfo().nCoefficientsSize);
   EXPECT_EQ(0, rig.Correct(100));
   EXPECT_EQ(88U, rig.GetWritten().size());
+}
+
+TEST(VignettingExecutions, FollowTheFramesWhateverTheSizeInALoadedRecord)
+{
+  CVignettingRig rig;
+  EXPECT_EQ(0, rig.Correct(100));
+  ChangeTo(rig, 320, 128);
+  rig.Camera().Correction().SetFlash(MakeCoefficients(88, 88));
+  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  ChangeTo(rig, 192, 128); // the frame's again
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(MakeRecord({1, 2, 4, 2, 72, 7}), rig.GetWrittenRecord());
 }
 
 TEST(VignettingExecutions, OfFramesOfAnotherGeometryThanTheCameraHasNowAreRefused)

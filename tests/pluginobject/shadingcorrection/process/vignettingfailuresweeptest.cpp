@@ -62,7 +62,7 @@ protected:
   static const char *GetTriggerMode() { return std::get<3>(GetParam()); }
   int32_t Run() { return std::get<0>(GetParam()).fnRun(m_rig); }
 
-  // The user's state again, with a frame and coefficients in force.
+  // The user's state again.
   void Arrange()
   {
     CCorrectingCamera &camera = m_rig.Camera();
@@ -70,9 +70,7 @@ protected:
     camera.Enumeration("UserSetSelector").Select("UserSet0");
     camera.Enumeration("UserSetDefault").Select("UserSet0");
     m_rig.SetStreaming(std::get<2>(GetParam()));
-    m_rig.Process().SetFrameCount("FFCFrameCount_2");
-    EXPECT_EQ(0, m_rig.Correct(100));
-    m_rig.TakeSignals();
+    EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
   }
 
   void Fail(std::size_t nAccess, EAccessFailure eFailure, const SMeaning &stMeaning)

@@ -1,4 +1,4 @@
-#include <atomic>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +40,24 @@ TEST(VignettingGeometry, AFrameOfAnotherSizeThanTheLastOneIsTaken)
     EXPECT_EQ(0, rig.AcquireBright(static_cast<uint32_t>(nWidth / 4))) << nWidth;
     EXPECT_EQ(static_cast<double>(nWidth / 4), rig.Process().GetImageMaxGray()) << nWidth;
     EXPECT_EQ(0, rig.Process().ExecuteCorrection()) << nWidth;
+  }
+}
+
+TEST(VignettingGeometry, AFrameOfAnotherSizeIsTakenAlsoWhenTheCameraDidNotTellTheSizeAtOnce)
+{
+  CVignettingRig rig;
+  for (const int64_t nWidth : {64, 640}) {
+    EXPECT_EQ(0, rig.AcquireBright(100));
+    ChangeTo(rig, "Width", nWidth);
+    bool bAsked = false;
+    rig.SetHook([&bAsked](const SNodeAccess &stAccess) {
+      if (stAccess.strNode == "PayloadSize" && !std::exchange(bAsked, true)) {
+        throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
+      }
+    });
+    EXPECT_EQ(0, rig.Correct(100)) << nWidth;
+    EXPECT_TRUE(bAsked);
+    rig.SetHook(nullptr);
   }
 }
 
@@ -114,7 +132,7 @@ TEST(VignettingGeometry, AFrameWithoutPixelsOrWithTooManyIsRefused)
       FixPayload(rig, PAYLOAD);
       rig.Show([](int) { return std::vector<uint8_t>(PAYLOAD, 100); });
       ChangeTo(rig, pName, nSide);
-      EXPECT_EQ(-1012, rig.Process().AcquireBrightImage()) << nSide;
+      EXPECT_EQ(-3, rig.Process().AcquireBrightImage()) << nSide;
       EXPECT_EQ(-3, rig.Process().ExecuteCorrection()) << nSide;
     }
   }
@@ -151,6 +169,17 @@ TEST(VignettingGeometry, WithoutMemoryAnAcquisitionFailsAndTheCameraIsAsBefore)
   }
   EXPECT_EQ(0, nStatus);
   EXPECT_GE(nSuccesses, 5) << "average, sums, frame, block means and then all of them";
+}
+
+TEST(VignettingGeometry, AFailedAcquisitionKeepsNoMemory)
+{
+  CCorrectingCamera camera("Mono8", 192, 128, {}, ECoefficients::Vignetting);
+  camera.Float("ExposureTime").Poke(-970000.0); // 30 ms to wait
+  CVignettingCorrectionPro_Dev process{CFeatureAccess(&camera.Device())};
+  EXPECT_EQ(0, process.InitProcess());
+  const int64_t nBefore = CountLiveAllocations();
+  EXPECT_EQ(-1009, process.AcquireBrightImage());
+  EXPECT_EQ(nBefore, CountLiveAllocations());
 }
 
 TEST(VignettingGeometry, WithoutMemoryAnExecutionFailsAndSucceedsWhenThereIsSome)

@@ -1,6 +1,7 @@
 #include <functional>
 #include <string>
 #include <tuple>
+#include <utility>
 
 #include <gtest/gtest.h>
 

@@ -64,6 +64,13 @@ std::string CVignettingRig::GetCorrection() const
   return m_camera.Enumeration("FlatFieldCorrection").PeekSymbolic();
 }
 
+std::vector<uint8_t> CVignettingRig::GetWrittenRecord() const
+{
+  const std::vector<uint8_t> listBytes = GetWritten();
+  const std::size_t nBodySize = listBytes.size() - std::min(listBytes.size(), RECORD_SIZE);
+  return {listBytes.begin() + static_cast<std::ptrdiff_t>(nBodySize), listBytes.end()};
+}
+
 std::vector<uint32_t> CVignettingRig::GetInfo()
 {
   const FFCInfo stInfo = m_process.GetCorrectionInfo();

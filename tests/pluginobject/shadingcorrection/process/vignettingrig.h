@@ -35,6 +35,8 @@ public:
   std::string GetCorrection() const;
   /// The coefficients in force.
   std::vector<uint8_t> GetWritten() const { return m_camera.Correction().GetWritten(); }
+  /// The last 24 of their bytes.
+  std::vector<uint8_t> GetWrittenRecord() const;
   /// The words of the process's record in their order.
   std::vector<uint32_t> GetInfo();
 

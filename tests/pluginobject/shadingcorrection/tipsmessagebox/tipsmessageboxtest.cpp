@@ -281,13 +281,15 @@ TEST(TipsMessageBox, EveryFormShowsItsKindTitleAndMessage)
     {"Tips", [&] { return CTipsMessageBox::Tips(pMessage, "", QMessageBox::Ok); }},
   };
   for (const auto &stForm : astForms) {
-    Answer(stForm.fnRun, EAnswer::OK, [&](CTipsMessageBox &box) {
+    const auto fnCheck = [&](CTipsMessageBox &box) {
       const SParts stParts(box);
       EXPECT_EQ(stParts.pTitle->text(), QLatin1String(stForm.pTitle));
       EXPECT_EQ(stParts.pMessage->text(), strMessage);
       EXPECT_EQ(stParts.GetButtonTexts(), QStringLiteral("OK"));
       EXPECT_TRUE(box.isModal());
-    });
+    };
+    EXPECT_EQ(Answer(stForm.fnRun, EAnswer::OK, fnCheck), 1);
+    EXPECT_EQ(Answer(stForm.fnRun, EAnswer::CloseButton), 0);
   }
 }
 
