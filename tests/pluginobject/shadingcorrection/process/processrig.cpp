@@ -31,7 +31,7 @@ std::string DescribeChanges(const Settings &mapBefore, const Settings &mapAfter)
     const std::string strBefore = mapBefore.count(strName) != 0 ? mapBefore.at(strName) : "nothing";
     const std::string strAfter = mapAfter.count(strName) != 0 ? mapAfter.at(strName) : "nothing";
     if (strBefore != strAfter) {
-      strChanges += strName + ": " + strBefore + " -> " + strAfter + "; ";
+      strChanges.append(strName).append(": ").append(strBefore).append(" -> ").append(strAfter).append("; ");
     }
   }
   return strChanges;

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <functional>
 #include <string>
 #include <tuple>
@@ -50,7 +51,7 @@ const SMishap MISHAPS[] = {
    -1017},
   {"AnotherPayload",
    [](CVignettingRig &rig) {
-     const std::vector<uint8_t> listFrame = rig.Camera().MakeFrame(100);
+     std::vector<uint8_t> listFrame = rig.Camera().MakeFrame(100);
      rig.Camera().Integer("Width").Poke(194);
      return listFrame;
    },
@@ -187,7 +188,7 @@ TEST(VignettingBright, SixteenFramesOfFullScaleDoNotOverflow)
     EXPECT_EQ(0, rig.Acquire({image}));
     EXPECT_EQ(0, rig.Process().ExecuteCorrection());
     const double dRatio = ((1 << nBitDepth) - 1) * 256.0 / (1 << (nBitDepth - 2));
-    EXPECT_EQ(static_cast<int32_t>(dRatio + 0.5), GetFirstBlockGain(rig)) << pFormat;
+    EXPECT_EQ(std::lround(dRatio), GetFirstBlockGain(rig)) << pFormat;
     EXPECT_EQ(255.0, rig.Process().GetImageMaxGray()) << pFormat;
   }
 }

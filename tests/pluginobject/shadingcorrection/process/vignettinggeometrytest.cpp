@@ -37,8 +37,9 @@ TEST(VignettingGeometry, AFrameOfAnotherSizeThanTheLastOneIsTaken)
   EXPECT_EQ(0, rig.AcquireBright(100));
   for (const int64_t nWidth : {640, 64, 192, 128}) {
     ChangeTo(rig, "Width", nWidth);
-    EXPECT_EQ(0, rig.AcquireBright(static_cast<uint32_t>(nWidth / 4))) << nWidth;
-    EXPECT_EQ(static_cast<double>(nWidth / 4), rig.Process().GetImageMaxGray()) << nWidth;
+    const auto nGray = static_cast<uint32_t>(nWidth / 4);
+    EXPECT_EQ(0, rig.AcquireBright(nGray)) << nWidth;
+    EXPECT_EQ(nGray, rig.Process().GetImageMaxGray()) << nWidth;
     EXPECT_EQ(0, rig.Process().ExecuteCorrection()) << nWidth;
   }
 }
