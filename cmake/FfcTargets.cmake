@@ -46,8 +46,8 @@ endfunction()
 
 # ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [ENVIRONMENT VAR=VALUE ...] [TIMEOUT seconds])
 #
-# A GoogleTest program; each of its tests is one ctest entry (with a sanitizer, whose start-up is slow,
-# the whole program is one). With QT it gets a QApplication (on the display there is, else off screen).
+# A GoogleTest program; each of its tests is one ctest entry (with a sanitizer or an emulator, whose
+# start-up is slow, the whole program is one). With QT it gets a QApplication (on the display there is, else off screen).
 function(ffc_add_test name)
   cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -64,7 +64,7 @@ function(ffc_add_test name)
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
   set(environment ${FFC_TEST_ENVIRONMENT} ${ARG_ENVIRONMENT})
-  if(FFC_SANITIZE)
+  if(FFC_SANITIZE OR CMAKE_CROSSCOMPILING)
     math(EXPR timeout "${ARG_TIMEOUT} * 5")
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}")

@@ -4,7 +4,7 @@
 #include "platform/moduleresidence.h"
 #include "pluginobject/shadingcorrectionplugin.h"
 
-#ifdef _MSC_VER
+#ifdef _WIN32
 #define FFC_EXPORT __declspec(dllexport)
 #else
 #define FFC_EXPORT __attribute__((visibility("default")))

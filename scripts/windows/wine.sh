@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# wine.sh PROGRAM.EXE [ARGUMENT ...]
+#
+# Runs a Windows program of this project's build on this machine, with its exit code. It finds the libraries
+# of the tool chain (or those of FFC_WINDOWS_PATH alone, where that is set) and keeps what Wine writes in the
+# build folder. All programs of one run must have the same display, or none.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+
+wine=$(command -v wine64 || echo /usr/lib/wine/wine64)
+[ -x "$wine" ] || { echo 'wine.sh: there is no 64-bit Wine; see scripts/packages-windows.txt' >&2; exit 1; }
+
+export WINEPREFIX=${WINEPREFIX:-$root/build/wine}
+export WINEARCH=win64
+export WINEDEBUG=${WINEDEBUG:--all}
+# Neither .NET nor a browser: Wine would offer to fetch them.
+export WINEDLLOVERRIDES='mscoree,mshtml='
+export WINEPATH=${FFC_WINDOWS_PATH-"$root/build/windows-toolchain/qt5-mingw/bin"}
+
+# The off-screen platform knows no fonts of the system.
+export QT_QPA_FONTDIR=${QT_QPA_FONTDIR:-Z:/usr/share/fonts/truetype/dejavu}
+# Messages go where those of other systems go, also without a console.
+export QT_FORCE_STDERR_LOGGING=1
+# Wine takes away the toolkit's variables, except under this name.
+while IFS='=' read -r name value; do
+  export "WINE$name=$value"
+done < <(env | grep '^QT_')
+
+# A fresh folder takes some seconds to fill, once.
+make_prefix() {
+  [ -f "$WINEPREFIX/ready" ] && return
+  mkdir -p "$WINEPREFIX"
+  exec 9>"$WINEPREFIX.lock"
+  flock 9
+  [ -f "$WINEPREFIX/ready" ] && return
+  "$wine" wineboot --init >/dev/null 2>&1 9>&-
+  local font
+  # The fonts of dialogs: without them a serif one with double line height is taken.
+  for font in Tahoma 'MS Shell Dlg' 'MS Shell Dlg 2' 'Segoe UI'; do
+    "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" /d 'Liberation Sans' /f >/dev/null 2>&1 9>&-
+  done
+  touch "$WINEPREFIX/ready"
+  flock -u 9
+}
+make_prefix
+
+exec "$wine" "$@"
