@@ -10,6 +10,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 wine=$(command -v wine64 || echo /usr/lib/wine/wine64)
 [ -x "$wine" ] || { echo 'wine.sh: there is no 64-bit Wine; see scripts/packages-windows.txt' >&2; exit 1; }
 
+wineserver=$(command -v wineserver || echo /usr/lib/wine/wineserver64)
+
 export WINEPREFIX=${WINEPREFIX:-$root/build/wine}
 export WINEARCH=win64
 export WINEDEBUG=${WINEDEBUG:--all}
@@ -39,9 +41,21 @@ make_prefix() {
   for font in Tahoma 'MS Shell Dlg' 'MS Shell Dlg 2' 'Segoe UI'; do
     "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" /d 'Liberation Sans' /f >/dev/null 2>&1 9>&-
   done
+  # No window manager answers on a display of tests; waiting for one takes two seconds for each window.
+  "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 9>&-
+  "$wineserver" -w
   touch "$WINEPREFIX/ready"
   flock -u 9
 }
 make_prefix
 
-exec "$wine" "$@"
+# Wine's own programs, which the first one starts and which stay on, keep the error stream open that they are
+# given: whoever waits for its end would wait for them. So it goes through a pipe that ends with the program.
+end="end of $$.$RANDOM"
+exec 3> >(exec sed -u "/$end\$/{s/$end\$//;/./p;Q}" >&2)
+reader=$!
+status=0
+"$wine" "$@" 2>&3 || status=$?
+printf '%s\n' "$end" >&3
+wait "$reader" || true
+exit "$status"

@@ -1,5 +1,6 @@
 #include "host/wholefile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -45,7 +46,7 @@ TEST(WholeFile, AFolderThatIsNotThereIsNamedAndNothingIsLeft)
 {
   const QTemporaryDir dir;
   const QString strPath = dir.filePath("missing/report.json");
-  EXPECT_TRUE(SaveWholeFile(strPath, "x").contains("missing/report.json"));
+  EXPECT_TRUE(SaveWholeFile(strPath, "x").contains(QDir::toNativeSeparators("missing/report.json")));
   EXPECT_TRUE(SaveWholePicture(strPath, QImage(2, 2, QImage::Format_Grayscale8)).contains("missing"));
   EXPECT_FALSE(QFile::exists(strPath));
 }
