@@ -7,3 +7,6 @@ bool IsErrorStreamTerminal();
 
 /// Whether windows can be shown.
 bool HasDisplay();
+
+/// Makes the toolkit draw off screen, with the system's fonts. Called before the application is made.
+void PrepareOffScreen();

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <string>
 
+#include <QtGlobal>
+
 #include <unistd.h>
 
 namespace {
@@ -27,4 +29,9 @@ bool HasDisplay()
     return strPlatform != "offscreen" && strPlatform != "minimal";
   }
   return !GetVariable("DISPLAY").empty() || !GetVariable("WAYLAND_DISPLAY").empty();
+}
+
+void PrepareOffScreen()
+{
+  qputenv("QT_QPA_PLATFORM", "offscreen");
 }

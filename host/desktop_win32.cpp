@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include <QFont>
+
 #include <io.h>
 
 bool IsErrorStreamTerminal()
@@ -12,4 +14,15 @@ bool IsErrorStreamTerminal()
 bool HasDisplay()
 {
   return true;
+}
+
+void PrepareOffScreen()
+{
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  // That platform looks for font files in a folder of the toolkit's, and asks for a font that this system has not.
+  if (!qEnvironmentVariableIsSet("QT_QPA_FONTDIR")) {
+    qputenv("QT_QPA_FONTDIR", qgetenv("WINDIR") + "/Fonts");
+  }
+  QFont::insertSubstitutions(QStringLiteral("Helvetica"),
+                             {QStringLiteral("Segoe UI"), QStringLiteral("Tahoma"), QStringLiteral("DejaVu Sans")});
 }

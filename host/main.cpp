@@ -69,7 +69,7 @@ int main(int nArguments, char **pArguments)
   }
   const bool bHeadless = stCommandLine.stOptions.bHeadless || !HasDisplay();
   if (bHeadless && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    PrepareOffScreen();
   }
   if (bHeadless) {
     qInstallMessageHandler(DropRemarks);

@@ -19,7 +19,7 @@ export WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES='mscoree,mshtml='
 export WINEPATH=${FFC_WINDOWS_PATH-"$root/build/windows-toolchain/qt5-mingw/bin"}
 
-# The off-screen platform knows no fonts of the system.
+# The off-screen platform knows no fonts of its own, and Wine's folder of fonts has none of text.
 export QT_QPA_FONTDIR=${QT_QPA_FONTDIR:-Z:/usr/share/fonts/truetype/dejavu}
 # Messages go where those of other systems go, also without a console.
 export QT_FORCE_STDERR_LOGGING=1
@@ -37,9 +37,10 @@ make_prefix() {
   [ -f "$WINEPREFIX/ready" ] && return
   "$wine" wineboot --init >/dev/null 2>&1 9>&-
   local font
-  # The fonts of dialogs: without them a serif one with double line height is taken.
+  # The fonts of dialogs: without them a serif one with double line height is taken. (Wine draws no capital I
+  # of Liberation Sans in the size of a dialog.)
   for font in Tahoma 'MS Shell Dlg' 'MS Shell Dlg 2' 'Segoe UI'; do
-    "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" /d 'Liberation Sans' /f >/dev/null 2>&1 9>&-
+    "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" /d 'DejaVu Sans' /f >/dev/null 2>&1 9>&-
   done
   # No window manager answers on a display of tests; waiting for one takes two seconds for each window.
   "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 9>&-
@@ -50,9 +51,10 @@ make_prefix() {
 make_prefix
 
 # Wine's own programs, which the first one starts and which stay on, keep the error stream open that they are
-# given: whoever waits for its end would wait for them. So it goes through a pipe that ends with the program.
+# given: whoever waits for its end would wait for them. So it goes through a pipe that ends with the program,
+# and that a remark of Wine's own about the disk does not pass.
 end="end of $$.$RANDOM"
-exec 3> >(exec sed -u "/$end\$/{s/$end\$//;/./p;Q}" >&2)
+exec 3> >(exec sed -u -e '/^wine: Read access denied for device/d' -e "/$end\$/{s/$end\$//;/./p;Q}" >&2)
 reader=$!
 status=0
 "$wine" "$@" 2>&3 || status=$?

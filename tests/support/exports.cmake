@@ -1,0 +1,55 @@
+# Checks what a Windows library exports and imports, by a disassembler's list of it.
+#
+#   cmake -DOBJDUMP=PROGRAM -DFILE=LIBRARY [-DEXPORTS=NAME,...] [-DLIBRARY=NAME.dll -DIMPORTS=NAME,...] -P exports.cmake
+#
+# EXPORTS are all that FILE exports, IMPORTS all that it takes from LIBRARY. What has no name is called by its
+# ordinal, as in "@23".
+execute_process(COMMAND "${OBJDUMP}" -p "${FILE}" OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+# Brackets and semicolons would mean something to lists.
+string(REPLACE ";" "," listing "${listing}")
+string(REPLACE "[" "(" listing "${listing}")
+string(REPLACE "]" ")" listing "${listing}")
+string(REPLACE "\n" ";" listing "${listing}")
+
+set(exports)
+set(imports)
+set(part)
+foreach(line IN LISTS listing)
+  if(line MATCHES "^Export Address Table|^\\(Ordinal/Name Pointer\\) Table|^The Import Tables")
+    set(part "${line}")
+  elseif(line MATCHES "DLL Name: (.*)$")
+    set(library "${CMAKE_MATCH_1}")
+  elseif(part MATCHES "^Export Address" AND line MATCHES "^\t\\( *([0-9]+)\\) \\+base\\( *([0-9]+)\\).*Export RVA")
+    set(ordinal_${CMAKE_MATCH_1} "@${CMAKE_MATCH_2}")
+    list(APPEND exports ${CMAKE_MATCH_1})
+  elseif(part MATCHES "Name Pointer" AND line MATCHES "^\t\\( *([0-9]+)\\).* ([^ ]+)$")
+    set(ordinal_${CMAKE_MATCH_1} "${CMAKE_MATCH_2}")
+  elseif(part MATCHES "Import" AND library STREQUAL LIBRARY AND line MATCHES "^\t80000000[0-9a-f]+([0-9a-f][0-9a-f][0-9a-f][0-9a-f])\t")
+    math(EXPR ordinal "0x${CMAKE_MATCH_1}")
+    list(APPEND imports "@${ordinal}")
+  elseif(part MATCHES "Import" AND library STREQUAL LIBRARY AND line MATCHES "^\t[0-9a-f]+\t *[0-9]+ +([^ ]+)")
+    list(APPEND imports "${CMAKE_MATCH_1}")
+  endif()
+endforeach()
+
+function(compare what expected)
+  set(found ${ARGN})
+  list(SORT found)
+  string(REPLACE "," ";" expected "${expected}")
+  list(SORT expected)
+  if(NOT found STREQUAL expected)
+    message(FATAL_ERROR "${FILE} ${what} \"${found}\", not \"${expected}\"")
+  endif()
+  message(STATUS "${FILE} ${what} ${found}")
+endfunction()
+
+set(names)
+foreach(index IN LISTS exports)
+  list(APPEND names "${ordinal_${index}}")
+endforeach()
+if(EXPORTS)
+  compare(exports "${EXPORTS}" ${names})
+endif()
+if(LIBRARY)
+  compare("imports from ${LIBRARY}" "${IMPORTS}" ${imports})
+endif()
