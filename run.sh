@@ -7,7 +7,7 @@ cd "$(dirname "$0")"
 . scripts/common.sh
 
 mkdir -p build
-install_packages
+install_packages packages.txt
 [ -x build/release/bin/ffchost ] || echo 'Building; this takes some minutes the first time.' >&2
 build_preset release -DFFC_BUILD_TESTS=OFF >build/release-build.log 2>&1 || {
   tail -n 40 build/release-build.log >&2

@@ -2,10 +2,11 @@
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# Installs the packages of scripts/packages.txt that are missing, and says nothing when none is.
+# install_packages LIST ...: installs the packages of these lists of scripts/ that are missing, and says nothing
+# when none is.
 install_packages() {
   local wanted missing=() package
-  wanted=$(sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$root/scripts/packages.txt")
+  wanted=$(cd "$root/scripts" && sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$@")
   for package in $wanted; do
     dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
   done

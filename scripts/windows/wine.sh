@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # wine.sh PROGRAM.EXE [ARGUMENT ...]
+# wine.sh --end
 #
 # Runs a Windows program of this project's build on this machine, with its exit code. It finds the libraries
 # of the tool chain (or those of FFC_WINDOWS_PATH alone, where that is set) and keeps what Wine writes in the
-# build folder. All programs of one run must have the same display, or none.
+# build folder. All programs of one run must have the same display, or none; --end ends whatever still runs.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
@@ -13,6 +14,10 @@ wine=$(command -v wine64 || echo /usr/lib/wine/wine64)
 wineserver=$(command -v wineserver || echo /usr/lib/wine/wineserver64)
 
 export WINEPREFIX=${WINEPREFIX:-$root/build/wine}
+if [ "${1:-}" = --end ]; then
+  [ ! -d "$WINEPREFIX" ] || "$wineserver" -k || true
+  exit 0
+fi
 export WINEARCH=win64
 export WINEDEBUG=${WINEDEBUG:--all}
 # Neither .NET nor a browser: Wine would offer to fetch them.
