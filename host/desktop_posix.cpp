@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include <QtGlobal>
+#include <QByteArray>
 
 #include <unistd.h>
 
