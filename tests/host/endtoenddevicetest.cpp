@@ -41,7 +41,7 @@ TEST_P(EndToEndFullSize, ACameraMakesItselfFlatAndStaysSo)
   EXPECT_TRUE(run.m_json["notes"].toArray().isEmpty()) << GetOutput(run);
 }
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(__MINGW32__)
 // One is enough where each takes a minute.
 INSTANTIATE_TEST_SUITE_P(Cameras, EndToEndFullSize, testing::Values(std::tuple{"BayerRG8", 32}));
 #else

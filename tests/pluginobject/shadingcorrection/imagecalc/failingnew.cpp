@@ -3,20 +3,65 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
+#include <functional>
 #include <limits>
+#include <mutex>
 #include <new>
+#include <set>
 
 namespace {
 
 constexpr int32_t NEVER_FAILING = std::numeric_limits<int32_t>::max();
 
 std::atomic<int32_t> s_nSuccesses{NEVER_FAILING};
-std::atomic<int64_t> s_nLive{0};
+
+/// Memory for the list of memory, which must not be in it.
+template <class T>
+struct SMallocator {
+  using value_type = T;
+
+  SMallocator() = default;
+  template <class U>
+  SMallocator(const SMallocator<U> &)
+  {
+  }
+
+  T *allocate(std::size_t nCount) { return static_cast<T *>(std::malloc(nCount * sizeof(T))); }
+  void deallocate(T *pMemory, std::size_t) { std::free(pMemory); }
+  template <class U>
+  bool operator==(const SMallocator<U> &) const
+  {
+    return true;
+  }
+  template <class U>
+  bool operator!=(const SMallocator<U> &) const
+  {
+    return false;
+  }
+};
+
+/// What this program took. On Windows it also gives back what libraries took with a new of their own, and they
+/// what it took; so a mere count would drift.
+struct SLive {
+  std::mutex m_mutex;
+  std::set<void *, std::less<>, SMallocator<void *>> m_setMemory;
+};
+
+/// Made at the first allocation and never given back: others still allocate when the program ends.
+SLive &GetLive()
+{
+  alignas(SLive) static unsigned char s_acLive[sizeof(SLive)];
+  static SLive *const s_pLive = ::new (static_cast<void *>(s_acLive)) SLive;
+  return *s_pLive;
+}
 
 void *Take(std::size_t nSize) noexcept
 {
   void *const pMemory = std::malloc(nSize == 0 ? 1 : nSize);
-  s_nLive += pMemory == nullptr ? 0 : 1;
+  if (pMemory != nullptr) {
+    const std::lock_guard<std::mutex> lock(GetLive().m_mutex);
+    GetLive().m_setMemory.insert(pMemory);
+  }
   return pMemory;
 }
 
@@ -43,7 +88,10 @@ void *TakeOrThrow(std::size_t nSize)
 
 void Give(void *pMemory) noexcept
 {
-  s_nLive -= pMemory == nullptr ? 0 : 1;
+  {
+    const std::lock_guard<std::mutex> lock(GetLive().m_mutex);
+    GetLive().m_setMemory.erase(pMemory);
+  }
   std::free(pMemory);
 }
 
@@ -61,7 +109,8 @@ CFailingNew::~CFailingNew()
 
 int64_t CountLiveAllocations()
 {
-  return s_nLive;
+  const std::lock_guard<std::mutex> lock(GetLive().m_mutex);
+  return static_cast<int64_t>(GetLive().m_setMemory.size());
 }
 
 // The program's own, in place of the standard library's: all of them, because each gives back what another
