@@ -1,6 +1,6 @@
 #include "ombrix/ombrix.h"
 
-#include "ombrix/kernels.h"
+#include "ombrix/flatfield.h"
 
 namespace {
 

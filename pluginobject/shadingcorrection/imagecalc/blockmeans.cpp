@@ -2,53 +2,44 @@
 
 #include "pluginobject/shadingcorrection/imagecalc/blockgrid.h"
 #include "pluginobject/shadingcorrection/imagecalc/blocksums.h"
-#include "pluginobject/shadingcorrection/imagecalc/pixeltype.h"
 
 namespace {
 
-template <typename TPixel>
-SPixelBlock<TPixel> GetBlock(const void *pImage, const BLOCK_PARAM &stParam, int32_t nColumn, int32_t nRow)
-{
-  const SBlockRect stRect = GetBlockRect(stParam, nColumn, nRow);
-  const int64_t nStart = static_cast<int64_t>(stRect.nTop) * stParam.nWidth + stRect.nLeft;
-  return {static_cast<const TPixel *>(pImage) + nStart, static_cast<uint64_t>(stParam.nWidth),
-          static_cast<uint64_t>(stRect.nWidth), static_cast<uint64_t>(stRect.nHeight)};
-}
+constexpr int32_t BYTE_BIT_DEPTH = 8;
 
-template <typename TPixel>
-void WriteBlockMeans(const SPixelBlock<TPixel> &stBlock, int32_t nBayerType, double *pMeans)
+SBlockRow GetBlockRow(const void *pImage, bool bWords, const BLOCK_PARAM &stParam, int32_t nRow)
 {
-  if (nBayerType == BAYER_TYPE_MONO) {
-    *pMeans = ComputeMean(stBlock);
-  } else {
-    ComputeColourMeans(stBlock, nBayerType, pMeans);
-  }
+  const int32_t nLastColumn = CountBlocks(stParam.nWidth, stParam.nBlockWidth) - 1;
+  const SBlockRect stLast = GetBlockRect(stParam, nLastColumn, nRow);
+  const auto nStride = static_cast<std::size_t>(stParam.nWidth);
+  const std::size_t nStart = static_cast<std::size_t>(stLast.nTop) * nStride * (bWords ? 2 : 1);
+  return {static_cast<const unsigned char *>(pImage) + nStart, nStride, static_cast<std::size_t>(stLast.nHeight),
+          static_cast<std::size_t>(stLast.nLeft + stLast.nWidth), static_cast<std::size_t>(stParam.nBlockWidth)};
 }
 
 } // namespace
 
 void ComputeBlockMeans(const void *pImage, int32_t nBitDepth, const BLOCK_PARAM &stParam, double *pMeans)
 {
-  const int32_t nColumns = CountBlocks(stParam.nWidth, stParam.nBlockWidth);
+  const bool bWords = nBitDepth != BYTE_BIT_DEPTH;
   const int32_t nRows = CountBlocks(stParam.nHeight, stParam.nBlockHeight);
-  WithPixelType(nBitDepth, [&](auto pixel) {
-    double *pOut = pMeans;
-    for (int32_t nRow = 0; nRow < nRows; ++nRow) {
-      for (int32_t nColumn = 0; nColumn < nColumns; ++nColumn) {
-        WriteBlockMeans(GetBlock<decltype(pixel)>(pImage, stParam, nColumn, nRow), stParam.nBayerType, pOut);
-        pOut += GetMeansPerBlock(stParam.nBayerType);
-      }
+  const int64_t nMeansPerRow =
+    int64_t{CountBlocks(stParam.nWidth, stParam.nBlockWidth)} * GetMeansPerBlock(stParam.nBayerType);
+  for (int32_t nRow = 0; nRow < nRows; ++nRow, pMeans += nMeansPerRow) {
+    const SBlockRow stRow = GetBlockRow(pImage, bWords, stParam, nRow);
+    if (stParam.nBayerType == BAYER_TYPE_MONO) {
+      ComputeGreyMeans(stRow, bWords, pMeans);
+    } else {
+      ComputeColourMeans(stRow, bWords, stParam.nBayerType, pMeans);
     }
-  });
+  }
 }
 
 double ComputeImageMean(const void *pImage, int32_t nBitDepth, int32_t nWidth, int32_t nHeight)
 {
+  const auto nColumns = static_cast<std::size_t>(nWidth);
   double dMean = 0.0;
-  WithPixelType(nBitDepth, [&](auto pixel) {
-    const auto nStride = static_cast<uint64_t>(nWidth);
-    dMean = ComputeMean(SPixelBlock<decltype(pixel)>{static_cast<const decltype(pixel) *>(pImage), nStride, nStride,
-                                                     static_cast<uint64_t>(nHeight)});
-  });
+  ComputeGreyMeans({pImage, nColumns, static_cast<std::size_t>(nHeight), nColumns, nColumns},
+                   nBitDepth != BYTE_BIT_DEPTH, &dMean);
   return dMean;
 }

@@ -2,6 +2,7 @@
 /// Grids of block means, one plane for each colour.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -35,9 +36,32 @@ struct SMeanGrid {
   }
 };
 
+/// Blocks that are measured at a time.
+constexpr uint64_t MEASURED_BLOCKS = 64;
+
+/// Measures the blocks of one row of the grid. For the parameters see MeasureBlocks.
+/// \param nRow of the grid, not in the ring
+template <typename TPixel, typename TMeasure>
+void MeasureGridRow(const SPaddedImage<TPixel> &stImage, const SBlockSize &stBlock, uint64_t nRow, uint32_t nPlanes,
+                    TMeasure fnMeasure, SMeanGrid &stGrid)
+{
+  const uint64_t nBlocks = stGrid.stSize.nColumns - 2;
+  const TPixel *const pPixels = stImage.pPixels.get() + (nRow - 1) * stBlock.nHeight * stImage.nWidth;
+  for (uint64_t nFirst = 0; nFirst < nBlocks; nFirst += MEASURED_BLOCKS) {
+    const uint64_t nCount = std::min(nBlocks - nFirst, MEASURED_BLOCKS);
+    double adMeans[MEASURED_BLOCKS * MAX_GRID_PLANES];
+    fnMeasure(SBlockRow{pPixels + nFirst * stBlock.nWidth, static_cast<std::size_t>(stImage.nWidth), stBlock.nHeight,
+                        static_cast<std::size_t>(nCount * stBlock.nWidth), stBlock.nWidth},
+              static_cast<double *>(adMeans));
+    for (uint64_t nBlock = 0; nBlock < nCount; ++nBlock) {
+      stGrid.SetMeans(nRow * stGrid.stSize.nColumns + 1 + nFirst + nBlock, adMeans + nBlock * nPlanes, nPlanes);
+    }
+  }
+}
+
 /// Measures every block of an image and extrapolates the ring.
 /// \param nPlanes at most MAX_GRID_PLANES
-/// \param fnMeasure called with an SPixelBlock and with where to write nPlanes means
+/// \param fnMeasure called with an SBlockRow and with where to write nPlanes means for each of its blocks
 /// \return an EImageCalcStatus; -103 when there is no memory, stGrid then being unchanged
 template <typename TPixel, typename TMeasure>
 int32_t MeasureBlocks(const SPaddedImage<TPixel> &stImage, const SBlockSize &stBlock, uint32_t nPlanes,
@@ -52,12 +76,7 @@ int32_t MeasureBlocks(const SPaddedImage<TPixel> &stImage, const SBlockSize &stB
     return IMAGECALC_STATUS_OUT_OF_MEMORY;
   }
   for (uint64_t nRow = 1; nRow + 1 < nRows; ++nRow) {
-    const TPixel *pPixels = stImage.pPixels.get() + (nRow - 1) * stBlock.nHeight * stImage.nWidth;
-    for (uint64_t nColumn = 1; nColumn + 1 < nColumns; ++nColumn, pPixels += stBlock.nWidth) {
-      double adMeans[MAX_GRID_PLANES] = {};
-      fnMeasure(SPixelBlock<TPixel>{pPixels, stImage.nWidth, stBlock.nWidth, stBlock.nHeight}, adMeans);
-      stNew.SetMeans(nRow * nColumns + nColumn, adMeans, nPlanes);
-    }
+    MeasureGridRow(stImage, stBlock, nRow, nPlanes, fnMeasure, stNew);
   }
   for (uint32_t nPlane = 0; nPlane < nPlanes; ++nPlane) {
     FillGridRing(stNew.pMeans.get() + nPlane * stNew.CountPoints(), stNew.stSize);

@@ -1,48 +1,29 @@
 #include "pluginobject/shadingcorrection/imagecalc/smooth.h"
 
-#include <algorithm>
+#include <cstring>
 
-#include "pluginobject/shadingcorrection/imagecalc/pixeltype.h"
+#include "pluginobject/shadingcorrection/imagecalc/kernels/imagekernels.h"
 
 namespace {
 
-// A rounded division by 9 in fixed point. 455/4096 falls short of 1/9 by 1 in 4096, which shows above about
-// 1800 grey levels; results stay comparable only if that is kept.
-constexpr uint32_t NINTH_ROUNDING = 4;
-constexpr uint32_t NINTH_FACTOR = 455;
-constexpr uint32_t NINTH_SHIFT = 12;
+constexpr int32_t BYTE_BIT_DEPTH = 8;
 
-template <typename TPixel>
-TPixel SmoothPixel(const TPixel *pCentre, int64_t nStride)
-{
-  uint32_t nSum = 0;
-  for (const TPixel *pRow : {pCentre - nStride, pCentre, pCentre + nStride}) {
-    nSum += uint32_t{pRow[-1]} + pRow[0] + pRow[1];
-  }
-  return static_cast<TPixel>(((nSum + NINTH_ROUNDING) * NINTH_FACTOR) >> NINTH_SHIFT);
-}
+// Distances in bytes.
+struct SSizes {
+  std::size_t nPixel;
+  std::size_t nRow;
+  std::size_t nBorder;
+};
 
-template <typename TPixel>
-void SmoothRow(const TPixel *pSource, TPixel *pDestination, int32_t nWidth, int32_t nBorder)
+// The border at both ends is copied. nInner pixels lie between.
+void SmoothRow(const unsigned char *pFrom, unsigned char *pTo, const SSizes &stSizes, std::size_t nInner,
+               FnSmoothPixels fnSmooth)
 {
-  std::copy_n(pSource, nBorder, pDestination);
-  for (int32_t x = nBorder; x < nWidth - nBorder; ++x) {
-    pDestination[x] = SmoothPixel(pSource + x, nWidth);
-  }
-  std::copy_n(pSource + nWidth - nBorder, nBorder, pDestination + nWidth - nBorder);
-}
-
-template <typename TPixel>
-void SmoothRows(const TPixel *pSource, TPixel *pDestination, int32_t nWidth, int32_t nHeight, int32_t nBorder)
-{
-  for (int32_t y = 0; y < nHeight; ++y) {
-    const int64_t nStart = static_cast<int64_t>(y) * nWidth;
-    if (y < nBorder || y >= nHeight - nBorder) {
-      std::copy_n(pSource + nStart, nWidth, pDestination + nStart);
-    } else {
-      SmoothRow(pSource + nStart, pDestination + nStart, nWidth, nBorder);
-    }
-  }
+  std::memcpy(pTo, pFrom, stSizes.nBorder);
+  const unsigned char *const pCentre = pFrom + stSizes.nBorder - stSizes.nPixel;
+  fnSmooth(pCentre - stSizes.nRow, pCentre, pCentre + stSizes.nRow, nInner, pTo + stSizes.nBorder);
+  const std::size_t nEnd = stSizes.nRow - stSizes.nBorder;
+  std::memcpy(pTo + nEnd, pFrom + nEnd, stSizes.nBorder);
 }
 
 } // namespace
@@ -50,8 +31,18 @@ void SmoothRows(const TPixel *pSource, TPixel *pDestination, int32_t nWidth, int
 void SmoothPixels(const void *pSource, void *pDestination, int32_t nBitDepth, int32_t nWidth, int32_t nHeight,
                   int32_t nBorder)
 {
-  WithPixelType(nBitDepth, [=](auto pixel) {
-    using TPixel = decltype(pixel);
-    SmoothRows(static_cast<const TPixel *>(pSource), static_cast<TPixel *>(pDestination), nWidth, nHeight, nBorder);
-  });
+  const bool bWords = nBitDepth != BYTE_BIT_DEPTH;
+  const std::size_t nPixel = bWords ? 2 : 1;
+  const SSizes stSizes = {nPixel, static_cast<std::size_t>(nWidth) * nPixel,
+                          static_cast<std::size_t>(nBorder) * nPixel};
+  const FnSmoothPixels fnSmooth = GetImageKernels().afnSmooth[bWords];
+  const auto *pFrom = static_cast<const unsigned char *>(pSource);
+  auto *pTo = static_cast<unsigned char *>(pDestination);
+  for (int32_t y = 0; y < nHeight; ++y, pFrom += stSizes.nRow, pTo += stSizes.nRow) {
+    if (y < nBorder || y >= nHeight - nBorder) {
+      std::memcpy(pTo, pFrom, stSizes.nRow);
+    } else {
+      SmoothRow(pFrom, pTo, stSizes, static_cast<std::size_t>(nWidth - 2 * nBorder), fnSmooth);
+    }
+  }
 }

@@ -89,8 +89,8 @@ template <typename TPixel>
 int32_t CVCBayer::__MeasureColours(const SPaddedImage<TPixel> &stPadded, SMeanGrid &stGrid) const
 {
   const auto nBayerType = static_cast<int32_t>(m_nBayerType);
-  const auto measure = [nBayerType](const SPixelBlock<TPixel> &stBlock, double *pMeans) {
-    ComputeColourMeans(stBlock, nBayerType, pMeans);
+  const auto measure = [nBayerType](const SBlockRow &stRow, double *pMeans) {
+    ComputeColourMeans(stRow, sizeof(TPixel) > 1, nBayerType, pMeans);
   };
   return MeasureBlocks(stPadded, {m_nBlockWidth, m_nBlockHeight}, COLOURS, measure, stGrid);
 }

@@ -79,6 +79,8 @@ int32_t CVCGary::PackQuads(const uint16_t *pGains, SGridSize &stSize)
 template <typename TPixel>
 int32_t CVCGary::__MeasureGrey(const SPaddedImage<TPixel> &stPadded, SMeanGrid &stGrid) const
 {
-  const auto measure = [](const SPixelBlock<TPixel> &stBlock, double *pMeans) { *pMeans = ComputeMean(stBlock); };
+  const auto measure = [](const SBlockRow &stRow, double *pMeans) {
+    ComputeGreyMeans(stRow, sizeof(TPixel) > 1, pMeans);
+  };
   return MeasureBlocks(stPadded, {m_nBlockWidth, m_nBlockHeight}, COLOURS, measure, stGrid);
 }

@@ -63,6 +63,23 @@ TEST(FrameAverage, EqualsTheSlowTwinForEveryDepthAndFrameCount)
   }
 }
 
+TEST(FrameAverage, IsExactAroundTheMultiplesOfEveryFrameCount)
+{
+  CTestRandom random(77);
+  for (uint32_t nFrameCount = 1; nFrameCount <= 70000; nFrameCount += nFrameCount < 1100 ? 1 : 997) {
+    TSums listSums = {0, 1, nFrameCount, UINT32_MAX, UINT32_MAX - 1};
+    for (int32_t i = 0; i < 20; ++i) {
+      const uint32_t nMultiple = static_cast<uint32_t>(random.Between(1, 65535)) * nFrameCount;
+      listSums.insert(listSums.end(), {nMultiple - 1, nMultiple, nMultiple + 1});
+    }
+    const CTestImage average = Divide(listSums, static_cast<int32_t>(nFrameCount), 16);
+    for (std::size_t i = 0; i < listSums.size(); ++i) {
+      ASSERT_EQ(average.GetAt(static_cast<int32_t>(i)), static_cast<int32_t>(listSums[i] / nFrameCount & 0xFFFF))
+        << listSums[i] << " by " << nFrameCount;
+    }
+  }
+}
+
 TEST(FrameAverage, ASumWrapsRound)
 {
   TSums listSums = {UINT32_MAX};

@@ -1,5 +1,5 @@
 /// \file
-/// The loops over pixels of the image library. Arguments are checked by the caller.
+/// Making and applying a coefficient table. Arguments are checked by the caller.
 #pragma once
 
 #include <cstddef>

@@ -1,0 +1,34 @@
+/// \file
+/// The loops over pixels of the image library, once per instruction level.
+///
+/// Pixels are bytes for a depth of 8, else words; no buffer needs any alignment. Each depth has loops of its own,
+/// so that its shifts are constants.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/instructionlevel.h"
+
+enum : uint32_t {
+  FLATFIELD_MIN_BIT_DEPTH = 8,
+  FLATFIELD_MAX_BIT_DEPTH = 16,
+  FLATFIELD_BIT_DEPTHS = FLATFIELD_MAX_BIT_DEPTH - FLATFIELD_MIN_BIT_DEPTH + 1,
+};
+
+/// As ComputeTable. Tables overlap no frame.
+using FnComputeTable = void (*)(const void *pBright, const void *pDark, std::size_t nPixels, uint32_t nTarget,
+                                void *pTable);
+/// As ApplyTable.
+using FnApplyTable = void (*)(const void *pSource, void *pDestination, std::size_t nPixels, const void *pTable);
+
+/// Functions by bit depth less FLATFIELD_MIN_BIT_DEPTH; then by whether there is a dark frame.
+struct SFlatFieldKernels {
+  EInstructionLevel eLevel; ///< that the compiler really used
+  FnComputeTable afnCompute[FLATFIELD_BIT_DEPTHS][2];
+  /// Last by whether the destination is the source; otherwise they do not overlap.
+  FnApplyTable afnApply[FLATFIELD_BIT_DEPTHS][2][2];
+};
+
+/// \return null for a level that was not built
+const SFlatFieldKernels *FindSFlatFieldKernels(EInstructionLevel eLevel);

@@ -1,0 +1,7 @@
+#include "platform/instructionlevel.h"
+
+// A processor without levels.
+EInstructionLevel DetectProcessorLevel() noexcept
+{
+  return INSTRUCTION_LEVEL_BASELINE;
+}

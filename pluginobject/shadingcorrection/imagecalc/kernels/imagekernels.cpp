@@ -1,0 +1,306 @@
+// Compiled once per instruction level: everything here is internal but the table (see cmake/FfcKernels.cmake).
+#include "pluginobject/shadingcorrection/imagecalc/kernels/imagekernels.h"
+
+#include <cstring>
+
+#include "platform/builtlevel.h"
+
+extern const SImageKernels FFC_KERNEL_TABLE;
+
+namespace {
+
+// Columns that are worked on at a time, so that their sums stay in the nearest cache.
+constexpr std::size_t TILE_COLUMNS = 2048;
+// Rows whose sums 16 bits hold for bytes, and 32 bits for words. Even, for whole cells.
+constexpr std::size_t STRIP_ROWS = 256;
+
+template <typename TPixel>
+struct SColumnSum {
+  using Type = uint32_t;
+};
+
+template <>
+struct SColumnSum<uint8_t> {
+  using Type = uint16_t;
+};
+
+template <typename TPixel>
+using TColumnSum = typename SColumnSum<TPixel>::Type;
+
+inline std::size_t Min(std::size_t nFirst, std::size_t nSecond)
+{
+  return nFirst < nSecond ? nFirst : nSecond;
+}
+
+template <typename TValue>
+inline TValue Load(const unsigned char *pData, std::size_t nIndex)
+{
+  TValue nValue;
+  std::memcpy(&nValue, pData + nIndex * sizeof nValue, sizeof nValue);
+  return nValue;
+}
+
+template <typename TValue>
+inline void Store(unsigned char *pData, std::size_t nIndex, TValue nValue)
+{
+  std::memcpy(pData + nIndex * sizeof nValue, &nValue, sizeof nValue);
+}
+
+template <typename TPixel>
+void AddPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
+  auto *const pTo = static_cast<unsigned char *>(pSums);
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    Store<uint32_t>(pTo, i, Load<uint32_t>(pTo, i) + Load<TPixel>(pFrom, i));
+  }
+}
+
+template <typename TPixel>
+void DividePixels(const void *pSums, std::size_t nPixels, SReciprocal stReciprocal, void *__restrict pPixels)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pSums);
+  auto *const pTo = static_cast<unsigned char *>(pPixels);
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    const auto nSum = Load<uint32_t>(pFrom, i);
+    const auto nHigh = static_cast<uint32_t>((uint64_t{nSum} * stReciprocal.nMultiplier) >> 32);
+    Store<TPixel>(pTo, i, static_cast<TPixel>((((nSum - nHigh) >> 1) + nHigh) >> stReciprocal.nShift));
+  }
+}
+
+template <typename TPixel>
+void ShiftPixels(const void *pSums, std::size_t nPixels, uint32_t nShift, void *__restrict pPixels)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pSums);
+  auto *const pTo = static_cast<unsigned char *>(pPixels);
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    Store<TPixel>(pTo, i, static_cast<TPixel>(Load<uint32_t>(pFrom, i) >> nShift));
+  }
+}
+
+// Some rows of some columns of a row of blocks.
+struct STile {
+  const unsigned char *pPixels;
+  std::size_t nRowBytes;
+  std::size_t nRows;
+  std::size_t nFirstColumn; // within the row of blocks
+  std::size_t nColumns;
+};
+
+// Four rows at a time, as the sums of the columns are read and written with each.
+template <typename TPixel>
+void SumColumns(const STile &stTile, TColumnSum<TPixel> *__restrict pSums)
+{
+  using TSum = TColumnSum<TPixel>;
+  for (std::size_t x = 0; x < stTile.nColumns; ++x) {
+    pSums[x] = 0;
+  }
+  const unsigned char *pRow = stTile.pPixels;
+  std::size_t nRows = stTile.nRows;
+  for (; nRows >= 4; nRows -= 4, pRow += 4 * stTile.nRowBytes) {
+    const unsigned char *const pSecond = pRow + stTile.nRowBytes;
+    const unsigned char *const pThird = pSecond + stTile.nRowBytes;
+    const unsigned char *const pFourth = pThird + stTile.nRowBytes;
+    for (std::size_t x = 0; x < stTile.nColumns; ++x) {
+      const auto nUpper = static_cast<TSum>(TSum{Load<TPixel>(pRow, x)} + Load<TPixel>(pSecond, x));
+      const auto nLower = static_cast<TSum>(TSum{Load<TPixel>(pThird, x)} + Load<TPixel>(pFourth, x));
+      pSums[x] = static_cast<TSum>(pSums[x] + static_cast<TSum>(nUpper + nLower));
+    }
+  }
+  for (; nRows > 0; --nRows, pRow += stTile.nRowBytes) {
+    for (std::size_t x = 0; x < stTile.nColumns; ++x) {
+      pSums[x] = static_cast<TSum>(pSums[x] + Load<TPixel>(pRow, x));
+    }
+  }
+}
+
+// Column sums are below 2^24, so that 32 bits hold those of 256 columns.
+template <typename TSum>
+uint64_t SumRun(const TSum *pSums, std::size_t nColumns)
+{
+  uint64_t nTotal = 0;
+  while (nColumns > 0) {
+    const std::size_t nRun = Min(nColumns, 256);
+    uint32_t nSum = 0;
+    for (std::size_t x = 0; x < nRun; ++x) {
+      nSum += pSums[x];
+    }
+    nTotal += nSum;
+    pSums += nRun;
+    nColumns -= nRun;
+  }
+  return nTotal;
+}
+
+// The sums of the even columns, and those of the odd ones.
+template <typename TSum>
+void SumPairs(const TSum *pSums, std::size_t nPairs, uint64_t (&anSums)[2])
+{
+  while (nPairs > 0) {
+    const std::size_t nRun = Min(nPairs, 256);
+    uint32_t nEven = 0;
+    uint32_t nOdd = 0;
+    for (std::size_t x = 0; x < nRun; ++x) {
+      nEven += pSums[2 * x];
+      nOdd += pSums[2 * x + 1];
+    }
+    anSums[0] += nEven;
+    anSums[1] += nOdd;
+    pSums += 2 * nRun;
+    nPairs -= nRun;
+  }
+}
+
+// Calls fnSumTile for tiles that cover the row of blocks, of at most STRIP_ROWS x TILE_COLUMNS pixels.
+template <typename TPixel, typename TSumTile>
+inline void WalkTiles(const SBlockRow &stRow, TSumTile fnSumTile)
+{
+  const auto *const pPixels = static_cast<const unsigned char *>(stRow.pPixels);
+  const std::size_t nRowBytes = stRow.nStride * sizeof(TPixel);
+  for (std::size_t y = 0; y < stRow.nRows; y += STRIP_ROWS) {
+    for (std::size_t x = 0; x < stRow.nColumns; x += TILE_COLUMNS) {
+      fnSumTile(STile{pPixels + y * nRowBytes + x * sizeof(TPixel), nRowBytes, Min(stRow.nRows - y, STRIP_ROWS), x,
+                      Min(stRow.nColumns - x, TILE_COLUMNS)});
+    }
+  }
+}
+
+// Calls fnTakeRun(block, first column within the tile, columns) for the piece of each block that lies in the tile.
+template <typename TTakeRun>
+inline void WalkBlocks(const STile &stTile, std::size_t nBlockWidth, TTakeRun fnTakeRun)
+{
+  std::size_t nBlock = stTile.nFirstColumn / nBlockWidth;
+  std::size_t nBlockEnd = (nBlock + 1) * nBlockWidth - stTile.nFirstColumn;
+  for (std::size_t x = 0; x < stTile.nColumns; ++nBlock, nBlockEnd += nBlockWidth) {
+    const std::size_t nEnd = Min(nBlockEnd, stTile.nColumns);
+    fnTakeRun(nBlock, x, nEnd - x);
+    x = nEnd;
+  }
+}
+
+template <typename TPixel>
+void SumBlocks(const SBlockRow &stRow, double *pSums)
+{
+  WalkTiles<TPixel>(stRow, [&](const STile &stTile) {
+    TColumnSum<TPixel> anColumns[TILE_COLUMNS];
+    SumColumns<TPixel>(stTile, anColumns);
+    WalkBlocks(stTile, stRow.nBlockWidth, [&](std::size_t nBlock, std::size_t nFirst, std::size_t nColumns) {
+      pSums[nBlock] += static_cast<double>(SumRun(anColumns + nFirst, nColumns));
+    });
+  });
+}
+
+// Sums over one parity of rows, with the doubles that the left and the right places count to.
+template <typename TPixel>
+void SumCellRows(const STile &stTile, std::size_t nBlockWidth, const uint8_t *pTargets, double *pSums)
+{
+  TColumnSum<TPixel> anColumns[TILE_COLUMNS];
+  SumColumns<TPixel>(stTile, anColumns);
+  WalkBlocks(stTile, nBlockWidth, [&](std::size_t nBlock, std::size_t nFirst, std::size_t nColumns) {
+    uint64_t anSums[2] = {};
+    SumPairs(anColumns + nFirst, nColumns / 2, anSums);
+    pSums[3 * nBlock + pTargets[0]] += static_cast<double>(anSums[0]);
+    pSums[3 * nBlock + pTargets[1]] += static_cast<double>(anSums[1]);
+  });
+}
+
+// Tiles start at even rows and columns. Blocks have even sides, or a side of 1 and no cell.
+template <typename TPixel>
+void SumCells(const SBlockRow &stRow, const uint8_t (&anTarget)[4], double *pSums)
+{
+  if (stRow.nBlockWidth < 2) {
+    return;
+  }
+  WalkTiles<TPixel>(stRow, [&](const STile &stTile) {
+    STile stParity = stTile;
+    stParity.nRowBytes *= 2;
+    stParity.nRows /= 2;
+    SumCellRows<TPixel>(stParity, stRow.nBlockWidth, anTarget, pSums);
+    stParity.pPixels += stTile.nRowBytes;
+    SumCellRows<TPixel>(stParity, stRow.nBlockWidth, anTarget + 2, pSums);
+  });
+}
+
+struct SRows {
+  const unsigned char *pAbove;
+  const unsigned char *pCentre;
+  const unsigned char *pBelow;
+};
+
+// Sums of three pixels above each other. \return all bits that any of the pixels has
+template <typename TPixel, typename TSum>
+inline uint32_t SumVertically(const SRows &stRows, std::size_t nPixels, TSum *__restrict pSums)
+{
+  TPixel nBits = 0;
+  for (std::size_t x = 0; x < nPixels; ++x) {
+    const auto nAbove = Load<TPixel>(stRows.pAbove, x);
+    const auto nCentre = Load<TPixel>(stRows.pCentre, x);
+    const auto nBelow = Load<TPixel>(stRows.pBelow, x);
+    nBits = static_cast<TPixel>(nBits | nAbove | nCentre | nBelow);
+    pSums[x] = static_cast<TSum>(TSum{nAbove} + nCentre + nBelow);
+  }
+  return nBits;
+}
+
+// ((s + 4) x 7280) >> 16 equals ((s + 4) x 455) >> 12, and is the upper half of a product of 16 bits.
+template <typename TPixel>
+inline void SmoothNarrowSums(const uint16_t *__restrict pSums, std::size_t nPixels, unsigned char *__restrict pTo)
+{
+  for (std::size_t x = 0; x < nPixels; ++x) {
+    const auto nSum = static_cast<uint16_t>(pSums[x] + pSums[x + 1] + pSums[x + 2] + 4);
+    Store<TPixel>(pTo, x, static_cast<TPixel>((uint32_t{nSum} * 7280) >> 16));
+  }
+}
+
+inline void SmoothWideSums(const uint32_t *__restrict pSums, std::size_t nPixels, unsigned char *__restrict pTo)
+{
+  for (std::size_t x = 0; x < nPixels; ++x) {
+    const uint32_t nSum = pSums[x] + pSums[x + 1] + pSums[x + 2] + 4;
+    Store<uint16_t>(pTo, x, static_cast<uint16_t>((nSum * 455) >> 12));
+  }
+}
+
+inline void SmoothTile(const SRows &stRows, std::size_t nPixels, unsigned char *pTo, uint8_t)
+{
+  uint16_t anSums[TILE_COLUMNS + 2];
+  (void)SumVertically<uint8_t>(stRows, nPixels + 2, anSums);
+  SmoothNarrowSums<uint8_t>(anSums, nPixels, pTo);
+}
+
+// Words of 12 bits have sums of 16. Whether they are is seen in the pixels, not in what the image claims to be.
+inline void SmoothTile(const SRows &stRows, std::size_t nPixels, unsigned char *pTo, uint16_t)
+{
+  uint16_t anNarrow[TILE_COLUMNS + 2];
+  if (SumVertically<uint16_t>(stRows, nPixels + 2, anNarrow) < 4096) {
+    SmoothNarrowSums<uint16_t>(anNarrow, nPixels, pTo);
+    return;
+  }
+  uint32_t anWide[TILE_COLUMNS + 2];
+  (void)SumVertically<uint16_t>(stRows, nPixels + 2, anWide);
+  SmoothWideSums(anWide, nPixels, pTo);
+}
+
+template <typename TPixel>
+void SmoothPixels(const void *pAbove, const void *pCentre, const void *pBelow, std::size_t nPixels, void *pSmoothed)
+{
+  auto *const pTo = static_cast<unsigned char *>(pSmoothed);
+  for (std::size_t x = 0; x < nPixels; x += TILE_COLUMNS) {
+    const std::size_t nStart = x * sizeof(TPixel);
+    const SRows stRows = {static_cast<const unsigned char *>(pAbove) + nStart,
+                          static_cast<const unsigned char *>(pCentre) + nStart,
+                          static_cast<const unsigned char *>(pBelow) + nStart};
+    SmoothTile(stRows, Min(nPixels - x, TILE_COLUMNS), pTo + nStart, TPixel{});
+  }
+}
+
+} // namespace
+
+const SImageKernels FFC_KERNEL_TABLE = {
+  FFC_BUILT_LEVEL,
+  {AddPixels<uint8_t>, AddPixels<uint16_t>},
+  {DividePixels<uint8_t>, DividePixels<uint16_t>},
+  {ShiftPixels<uint8_t>, ShiftPixels<uint16_t>},
+  {SumBlocks<uint8_t>, SumBlocks<uint16_t>},
+  {SumCells<uint8_t>, SumCells<uint16_t>},
+  {SmoothPixels<uint8_t>, SmoothPixels<uint16_t>},
+};

@@ -1,0 +1,64 @@
+/// \file
+/// The loops over pixels of the image statistics, once per instruction level.
+///
+/// Pixels are bytes or words; no buffer needs any alignment. Only what is named here is written.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/instructionlevel.h"
+
+/// Adds nPixels pixels to as many 32-bit sums, which wrap round.
+using FnAddPixels = void (*)(const void *pPixels, std::size_t nPixels, void *pSums);
+
+/// How to divide every 32-bit number by one and the same divisor, without a division: exactly
+/// ((number - high) / 2 + high) >> nShift, where high is the upper half of number x nMultiplier.
+struct SReciprocal {
+  uint32_t nMultiplier;
+  uint32_t nShift; ///< 0 to 31
+};
+
+/// Divides nPixels 32-bit sums, truncating, and cuts the quotients to pixels.
+using FnDividePixels = void (*)(const void *pSums, std::size_t nPixels, SReciprocal stReciprocal, void *pPixels);
+/// Shifts nPixels 32-bit sums right by 0 to 31, and cuts the results to pixels.
+using FnShiftPixels = void (*)(const void *pSums, std::size_t nPixels, uint32_t nShift, void *pPixels);
+
+/// A row of blocks in an image, all as wide as each other but for the last, which may be narrower.
+struct SBlockRow {
+  const void *pPixels;     ///< the top left pixel
+  std::size_t nStride;     ///< pixels from one row to the next
+  std::size_t nRows;       ///< of pixels
+  std::size_t nColumns;    ///< of pixels, of all blocks together
+  std::size_t nBlockWidth; ///< pixels
+};
+
+/// Adds each block's sum of pixels to its double: exact below 2^53.
+using FnSumBlocks = void (*)(const SBlockRow &stRow, double *pSums);
+
+/// Adds the sums of the four places of each block's 2x2 cells to three doubles of the block's. The last row or column
+/// of an odd side is left out.
+/// \param anTarget which double each place counts to, in the order top left, top right, bottom left, bottom right
+using FnSumCells = void (*)(const SBlockRow &stRow, const uint8_t (&anTarget)[4], double *pSums);
+
+/// Writes nPixels smoothed pixels: ((sum + 4) x 455) >> 12 over each pixel and its eight neighbours.
+/// \param pAbove, pCentre, pBelow the three source rows, from the left neighbour of the first pixel on
+using FnSmoothPixels = void (*)(const void *pAbove, const void *pCentre, const void *pBelow, std::size_t nPixels,
+                                void *pSmoothed);
+
+/// Functions by whether pixels are words.
+struct SImageKernels {
+  EInstructionLevel eLevel; ///< that the compiler really used
+  FnAddPixels afnAdd[2];
+  FnDividePixels afnDivide[2];
+  FnShiftPixels afnShift[2];
+  FnSumBlocks afnSumBlocks[2];
+  FnSumCells afnSumCells[2];
+  FnSmoothPixels afnSmooth[2];
+};
+
+/// \return null for a level that was not built
+const SImageKernels *FindSImageKernels(EInstructionLevel eLevel);
+
+/// What this program uses, chosen when it is loaded.
+const SImageKernels &GetImageKernels();

@@ -1,0 +1,173 @@
+// Every level's kernels against the slow twin, at starts of every alignment.
+#include "ombrix/kernels/flatfieldkernels.h"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "tests/ombrix/pixelbytes.h"
+#include "tests/ombrix/reference.h"
+#include "tests/support/kernellevels.h"
+
+namespace {
+
+constexpr std::size_t LONGEST = 67;
+constexpr unsigned char UNTOUCHED = 0xA5;
+constexpr std::size_t GUARD = 8; // bytes behind what a kernel may write
+
+class FlatFieldKernels : public testing::TestWithParam<EInstructionLevel> {
+protected:
+  const SFlatFieldKernels &Kernels() const { return *FindSFlatFieldKernels(GetParam()); }
+};
+
+// What is handed to a kernel, each part some bytes off from any alignment.
+struct SCase {
+  uint32_t nBitDepth;
+  bool bDark;
+  std::size_t nPixels;
+  std::size_t nOffset;
+
+  std::size_t PixelBytes() const { return GetBytesPerPixel(nBitDepth); }
+  uint32_t Index() const { return nBitDepth - FLATFIELD_MIN_BIT_DEPTH; }
+  TValues MakePixels(uint32_t nSeed) const { return MakeRandomValues(nPixels, GetMaxStoredValue(nBitDepth), nSeed); }
+  TBytes MakeOutput(std::size_t nBytes) const { return TBytes(nOffset + nBytes + GUARD, UNTOUCHED); }
+
+  // The values of an output, after a look at the bytes around it.
+  TValues Read(TBytes listBytes, std::size_t nBytesPerValue) const
+  {
+    EXPECT_EQ(std::count(listBytes.begin(), listBytes.begin() + static_cast<std::ptrdiff_t>(nOffset), UNTOUCHED),
+              static_cast<std::ptrdiff_t>(nOffset));
+    EXPECT_EQ(std::count(listBytes.end() - GUARD, listBytes.end(), UNTOUCHED), static_cast<std::ptrdiff_t>(GUARD));
+    listBytes.resize(listBytes.size() - GUARD);
+    return UnpackValues(listBytes, nBytesPerValue, nOffset);
+  }
+};
+
+template <typename TCheck>
+void ForAllCases(TCheck fnCheck)
+{
+  for (uint32_t nBitDepth = FLATFIELD_MIN_BIT_DEPTH; nBitDepth <= FLATFIELD_MAX_BIT_DEPTH; ++nBitDepth) {
+    for (const bool bDark : {false, true}) {
+      for (std::size_t nPixels = 1; nPixels <= LONGEST; ++nPixels) {
+        for (const std::size_t nOffset : {0U, 1U, 2U, 7U}) {
+          fnCheck(SCase{nBitDepth, bDark, nPixels, nOffset});
+          if (testing::Test::HasFailure()) {
+            FAIL() << nBitDepth << " bit, " << nPixels << " pixels, offset " << nOffset << (bDark ? ", dark" : "");
+          }
+        }
+      }
+    }
+  }
+}
+
+// Gains around 1 and around the limit, so that results lie below, at and above the maximum.
+TValues MakeTable(const SCase &stCase)
+{
+  TValues listWords = MakeRandomValues(stCase.nPixels, stCase.nPixels % 3 == 0 ? 65535 : 9000, 11);
+  if (stCase.bDark) {
+    const TValues listLevels = MakeRandomValues(stCase.nPixels, stCase.nPixels % 2 == 0 ? 65535 : 5000, 12);
+    listWords.insert(listWords.end(), listLevels.begin(), listLevels.end());
+  }
+  return listWords;
+}
+
+TValues ApplyReference(const SCase &stCase, const TValues &listSource, const TValues &listTable)
+{
+  TValues listResult;
+  for (std::size_t i = 0; i < stCase.nPixels; ++i) {
+    listResult.push_back(
+      static_cast<uint32_t>(GetReferencePixel(listSource[i], stCase.bDark ? listTable[stCase.nPixels + i] : 0,
+                                              listTable[i], static_cast<int>(stCase.nBitDepth))));
+  }
+  return listResult;
+}
+
+TValues ComputeReference(const SCase &stCase, const TValues &listBright, const TValues &listDark, uint32_t nTarget)
+{
+  const uint32_t nMax = (1U << stCase.nBitDepth) - 1;
+  TValues listWords;
+  for (std::size_t i = 0; i < stCase.nPixels; ++i) {
+    listWords.push_back(static_cast<uint32_t>(
+      GetReferenceGain(listBright[i], stCase.bDark ? listDark[i] : 0, nTarget, static_cast<int>(stCase.nBitDepth))));
+  }
+  for (std::size_t i = 0; stCase.bDark && i < stCase.nPixels; ++i) {
+    listWords.push_back(std::min(listDark[i], nMax) << (16 - stCase.nBitDepth));
+  }
+  return listWords;
+}
+
+} // namespace
+
+TEST_P(FlatFieldKernels, AreCompiledForTheirLevel)
+{
+#ifdef _MSC_VER
+  GTEST_SKIP() << "this compiler does not tell its level below AVX2";
+#endif
+  EXPECT_EQ(Kernels().eLevel, GetParam());
+}
+
+TEST_P(FlatFieldKernels, ApplyEqualsTheSlowTwinOutOfPlaceForEverySizeAndStart)
+{
+  ForAllCases([&](const SCase &stCase) {
+    const TValues listSource = stCase.MakePixels(7);
+    const TValues listTable = MakeTable(stCase);
+    const TBytes listSourceBytes = PackValues(listSource, stCase.PixelBytes(), stCase.nOffset);
+    const TBytes listTableBytes = PackValues(listTable, 2, stCase.nOffset);
+    TBytes listResult = stCase.MakeOutput(stCase.nPixels * stCase.PixelBytes());
+    Kernels().afnApply[stCase.Index()][stCase.bDark][0](listSourceBytes.data() + stCase.nOffset,
+                                                        listResult.data() + stCase.nOffset, stCase.nPixels,
+                                                        listTableBytes.data() + stCase.nOffset);
+    EXPECT_EQ(stCase.Read(listResult, stCase.PixelBytes()), ApplyReference(stCase, listSource, listTable));
+  });
+}
+
+TEST_P(FlatFieldKernels, ApplyEqualsTheSlowTwinInPlaceForEverySizeAndStart)
+{
+  ForAllCases([&](const SCase &stCase) {
+    const TValues listSource = stCase.MakePixels(8);
+    const TValues listTable = MakeTable(stCase);
+    const TBytes listTableBytes = PackValues(listTable, 2, stCase.nOffset);
+    TBytes listFrame = stCase.MakeOutput(stCase.nPixels * stCase.PixelBytes());
+    const TBytes listSourceBytes = PackValues(listSource, stCase.PixelBytes());
+    std::copy(listSourceBytes.begin(), listSourceBytes.end(),
+              listFrame.begin() + static_cast<std::ptrdiff_t>(stCase.nOffset));
+    unsigned char *const pFrame = listFrame.data() + stCase.nOffset;
+    Kernels().afnApply[stCase.Index()][stCase.bDark][1](pFrame, pFrame, stCase.nPixels,
+                                                        listTableBytes.data() + stCase.nOffset);
+    EXPECT_EQ(stCase.Read(listFrame, stCase.PixelBytes()), ApplyReference(stCase, listSource, listTable));
+  });
+}
+
+TEST_P(FlatFieldKernels, ComputeEqualsTheSlowTwinForEverySizeAndStart)
+{
+  ForAllCases([&](const SCase &stCase) {
+    const TValues listBright = stCase.MakePixels(9);
+    const TValues listDark = stCase.MakePixels(10);
+    const TBytes listBrightBytes = PackValues(listBright, stCase.PixelBytes(), stCase.nOffset);
+    const TBytes listDarkBytes = PackValues(listDark, stCase.PixelBytes(), stCase.nOffset);
+    const auto nTarget = static_cast<uint32_t>(stCase.nPixels << (stCase.nBitDepth - 8));
+    TBytes listTable = stCase.MakeOutput(stCase.nPixels * (stCase.bDark ? 4 : 2));
+    Kernels().afnCompute[stCase.Index()][stCase.bDark](listBrightBytes.data() + stCase.nOffset,
+                                                       stCase.bDark ? listDarkBytes.data() + stCase.nOffset : nullptr,
+                                                       stCase.nPixels, nTarget, listTable.data() + stCase.nOffset);
+    EXPECT_EQ(stCase.Read(listTable, 2), ComputeReference(stCase, listBright, listDark, nTarget));
+  });
+}
+
+TEST_P(FlatFieldKernels, EveryGainOfEverySignalEqualsTheSlowTwin)
+{
+  TValues listBright(65536);
+  for (uint32_t i = 0; i < listBright.size(); ++i) {
+    listBright[i] = i;
+  }
+  const TBytes listBytes = PackValues(listBright, 2);
+  for (const uint32_t nTarget : {0U, 1U, 2U, 255U, 4096U, 32768U, 65535U}) {
+    TBytes listTable(listBright.size() * 2);
+    Kernels().afnCompute[FLATFIELD_BIT_DEPTHS - 1][0](listBytes.data(), nullptr, listBright.size(), nTarget,
+                                                      listTable.data());
+    EXPECT_EQ(UnpackValues(listTable, 2), ComputeReference({16, false, listBright.size(), 0}, listBright, {}, nTarget));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllLevels, FlatFieldKernels, testing::ValuesIn(GetTestableLevels(FindSFlatFieldKernels)),
+                         GetLevelTestName);

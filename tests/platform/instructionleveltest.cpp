@@ -1,0 +1,61 @@
+#include "platform/instructionlevel.h"
+
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "platform/kernelchoice.h"
+
+namespace {
+
+constexpr EInstructionLevel LEVELS[] = {INSTRUCTION_LEVEL_BASELINE, INSTRUCTION_LEVEL_V2, INSTRUCTION_LEVEL_V3,
+                                        INSTRUCTION_LEVEL_V4};
+
+struct STable {
+  EInstructionLevel eLevel;
+};
+
+// As built by a compiler that knows no v2.
+const STable *FindTable(EInstructionLevel eLevel)
+{
+  static const STable BASELINE = {INSTRUCTION_LEVEL_BASELINE};
+  static const STable V3 = {INSTRUCTION_LEVEL_V3};
+  return eLevel == INSTRUCTION_LEVEL_BASELINE ? &BASELINE : eLevel == INSTRUCTION_LEVEL_V3 ? &V3 : nullptr;
+}
+
+} // namespace
+
+TEST(InstructionLevel, AWishUpToTheProcessorsLevelIsGranted)
+{
+  for (const EInstructionLevel eOffered : LEVELS) {
+    for (const EInstructionLevel eWish : LEVELS) {
+      EXPECT_EQ(ChooseInstructionLevel(GetInstructionLevelName(eWish), eOffered), eWish < eOffered ? eWish : eOffered);
+    }
+  }
+}
+
+TEST(InstructionLevel, NoWishOrAnUnknownOneGetsTheProcessorsLevel)
+{
+  for (const EInstructionLevel eOffered : LEVELS) {
+    for (const char *pName : {static_cast<const char *>(nullptr), "", "V2", "v22", "v5", "v", "base"}) {
+      EXPECT_EQ(ChooseInstructionLevel(pName, eOffered), eOffered);
+    }
+  }
+}
+
+TEST(InstructionLevel, TheProcessorsLevelIsOneThatHasAName)
+{
+  const EInstructionLevel eLevel = DetectProcessorLevel();
+  EXPECT_GE(eLevel, INSTRUCTION_LEVEL_BASELINE);
+  ASSERT_LT(eLevel, INSTRUCTION_LEVEL_COUNT);
+  EXPECT_GT(std::strlen(GetInstructionLevelName(eLevel)), 0U);
+  EXPECT_LE(GetInstructionLevel(), eLevel);
+}
+
+TEST(KernelChoice, ALevelThatWasNotBuiltGivesTheNextLowerOne)
+{
+  EXPECT_EQ(ChooseKernels(FindTable, INSTRUCTION_LEVEL_BASELINE).eLevel, INSTRUCTION_LEVEL_BASELINE);
+  EXPECT_EQ(ChooseKernels(FindTable, INSTRUCTION_LEVEL_V2).eLevel, INSTRUCTION_LEVEL_BASELINE);
+  EXPECT_EQ(ChooseKernels(FindTable, INSTRUCTION_LEVEL_V3).eLevel, INSTRUCTION_LEVEL_V3);
+  EXPECT_EQ(ChooseKernels(FindTable, INSTRUCTION_LEVEL_V4).eLevel, INSTRUCTION_LEVEL_V3);
+}
