@@ -6,23 +6,30 @@ namespace {
 
 constexpr int32_t BYTE_BIT_DEPTH = 8;
 
-// The smallest exponent of 2 whose power is not below the number, which is at least 1.
-uint32_t GetCeilingLog2(uint32_t nNumber)
-{
-  uint32_t nLog = 0;
-  while ((uint64_t{1} << nLog) < nNumber) {
-    ++nLog;
-  }
-  return nLog;
-}
+// How to divide by a number of frames, exactly for every 32-bit sum. The fields are those of one of the kernels.
+struct SDivision {
+  bool bPowerOfTwo;
+  bool bWide; // the multiplier has a 33rd bit
+  SReciprocal stReciprocal;
+};
 
-// After Granlund and Montgomery, "Division by Invariant Integers using Multiplication": exact for every 32-bit number.
-// \param nDivisor at least 2
-SReciprocal GetReciprocal(uint32_t nDivisor)
+// After Granlund and Montgomery, "Division by Invariant Integers using Multiplication": with the multiplier rounded up,
+// sum x (its error) must stay below 2^(32 + shift), for which the error may be 2^shift.
+SDivision GetDivision(uint32_t nDivisor)
 {
-  const uint32_t nLog = GetCeilingLog2(nDivisor);
-  const uint64_t nMultiplier = (((uint64_t{1} << nLog) - nDivisor) << 32) / nDivisor + 1;
-  return {static_cast<uint32_t>(nMultiplier), nLog - 1};
+  uint32_t nShift = 0;
+  for (; uint64_t{1} << nShift < nDivisor; ++nShift) {
+    const uint64_t nMultiplier = (uint64_t{1} << (32 + nShift)) / nDivisor + 1;
+    const uint64_t nError = nMultiplier * nDivisor - (uint64_t{1} << (32 + nShift));
+    if (nError <= uint64_t{1} << nShift) {
+      return {false, false, {static_cast<uint32_t>(nMultiplier), nShift}};
+    }
+  }
+  if (uint64_t{1} << nShift == nDivisor) {
+    return {true, false, {0, nShift}};
+  }
+  const uint64_t nMultiplier = (((uint64_t{1} << nShift) - nDivisor) << 32) / nDivisor + 1;
+  return {false, true, {static_cast<uint32_t>(nMultiplier), nShift - 1}};
 }
 
 } // namespace
@@ -37,10 +44,13 @@ void AverageFrames(const uint32_t *pAccumulator, int64_t nPixelCount, uint32_t n
 {
   const bool bWords = nBitDepth != BYTE_BIT_DEPTH;
   const auto nPixels = static_cast<std::size_t>(nPixelCount);
-  const uint32_t nLog = GetCeilingLog2(nFrameCount);
-  if (uint64_t{1} << nLog == nFrameCount) {
-    GetImageKernels().afnShift[bWords](pAccumulator, nPixels, nLog, pFrame);
+  const SImageKernels &stKernels = GetImageKernels();
+  const SDivision stDivision = GetDivision(nFrameCount);
+  if (stDivision.bPowerOfTwo) {
+    stKernels.afnShift[bWords](pAccumulator, nPixels, stDivision.stReciprocal.nShift, pFrame);
+  } else if (stDivision.bWide) {
+    stKernels.afnDivide[bWords](pAccumulator, nPixels, stDivision.stReciprocal, pFrame);
   } else {
-    GetImageKernels().afnDivide[bWords](pAccumulator, nPixels, GetReciprocal(nFrameCount), pFrame);
+    stKernels.afnMultiply[bWords](pAccumulator, nPixels, stDivision.stReciprocal, pFrame);
   }
 }

@@ -12,15 +12,15 @@
 /// Adds nPixels pixels to as many 32-bit sums, which wrap round.
 using FnAddPixels = void (*)(const void *pPixels, std::size_t nPixels, void *pSums);
 
-/// How to divide every 32-bit number by one and the same divisor, without a division: exactly
-/// ((number - high) / 2 + high) >> nShift, where high is the upper half of number x nMultiplier.
+/// A multiplier and a shift that take the place of a division.
 struct SReciprocal {
   uint32_t nMultiplier;
   uint32_t nShift; ///< 0 to 31
 };
 
-/// Divides nPixels 32-bit sums, truncating, and cuts the quotients to pixels.
-using FnDividePixels = void (*)(const void *pSums, std::size_t nPixels, SReciprocal stReciprocal, void *pPixels);
+/// Writes nPixels quotients of 32-bit sums, cut to pixels: high >> nShift, where high is the upper half of
+/// sum x nMultiplier.
+using FnMultiplyPixels = void (*)(const void *pSums, std::size_t nPixels, SReciprocal stReciprocal, void *pPixels);
 /// Shifts nPixels 32-bit sums right by 0 to 31, and cuts the results to pixels.
 using FnShiftPixels = void (*)(const void *pSums, std::size_t nPixels, uint32_t nShift, void *pPixels);
 
@@ -50,7 +50,9 @@ using FnSmoothPixels = void (*)(const void *pAbove, const void *pCentre, const v
 struct SImageKernels {
   EInstructionLevel eLevel; ///< that the compiler really used
   FnAddPixels afnAdd[2];
-  FnDividePixels afnDivide[2];
+  FnMultiplyPixels afnMultiply[2];
+  /// For a multiplier that has a 33rd bit, which is left out: ((sum - high) / 2 + high) >> nShift.
+  FnMultiplyPixels afnDivide[2];
   FnShiftPixels afnShift[2];
   FnSumBlocks afnSumBlocks[2];
   FnSumCells afnSumCells[2];

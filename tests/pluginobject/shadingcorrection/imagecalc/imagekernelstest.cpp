@@ -162,6 +162,30 @@ TEST_P(ImageKernels, DivideEqualsTheDivisionForEverySizeAndStart)
   }
 }
 
+TEST_P(ImageKernels, MultiplyEqualsTheDivisionForEverySizeAndStart)
+{
+  struct SDivisor {
+    uint32_t nDivisor;
+    SReciprocal stReciprocal;
+  };
+  constexpr SDivisor DIVISORS[] = {{3, {0xAAAAAAAB, 1}}, {10, {0xCCCCCCCD, 3}}, {641, {0x00663D81, 0}}};
+  CTestRandom random(37);
+  for (const int32_t nBitDepth : {8, 16}) {
+    for (int32_t nPixels = 1; nPixels <= LONGEST; ++nPixels) {
+      const SDivisor &stDivisor = DIVISORS[nPixels % 3];
+      const std::size_t nOffset = OFFSETS[nPixels % 4];
+      const TWords listSums = MakeSums(nPixels, random);
+      const CTestImage expected =
+        MakeQuotients(listSums, nBitDepth, [&](uint32_t nSum) { return nSum / stDivisor.nDivisor; });
+      const TBytes listFrom = PackAt(nOffset, listSums.data(), listSums.size() * sizeof(uint32_t));
+      TBytes listResult(nOffset + CountBytes(expected), UNTOUCHED);
+      Kernels().afnMultiply[nBitDepth > 8](listFrom.data() + nOffset, listSums.size(), stDivisor.stReciprocal,
+                                           listResult.data() + nOffset);
+      ASSERT_EQ(ReadRow(listResult, nOffset, nBitDepth), expected) << nBitDepth << " bit, by " << stDivisor.nDivisor;
+    }
+  }
+}
+
 TEST_P(ImageKernels, BlockSumsEqualTheSlowTwinForEverySizeAndStart)
 {
   CTestRandom random(34);
