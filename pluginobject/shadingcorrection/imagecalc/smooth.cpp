@@ -15,15 +15,24 @@ struct SSizes {
   std::size_t nBorder;
 };
 
-// The border at both ends is copied. nInner pixels lie between.
-void SmoothRow(const unsigned char *pFrom, unsigned char *pTo, const SSizes &stSizes, std::size_t nInner,
-               FnSmoothPixels fnSmooth)
+// The border at both ends of a row is copied.
+void CopyEnds(const unsigned char *pFrom, unsigned char *pTo, const SSizes &stSizes)
 {
-  std::memcpy(pTo, pFrom, stSizes.nBorder);
-  const unsigned char *const pCentre = pFrom + stSizes.nBorder - stSizes.nPixel;
-  fnSmooth(pCentre - stSizes.nRow, pCentre, pCentre + stSizes.nRow, nInner, pTo + stSizes.nBorder);
   const std::size_t nEnd = stSizes.nRow - stSizes.nBorder;
+  std::memcpy(pTo, pFrom, stSizes.nBorder);
   std::memcpy(pTo + nEnd, pFrom + nEnd, stSizes.nBorder);
+}
+
+// One or two rows.
+void SmoothInner(const unsigned char *pFrom, unsigned char *pTo, const SSizes &stSizes, bool bTwoRows)
+{
+  const std::size_t nInner = (stSizes.nRow - 2 * stSizes.nBorder) / stSizes.nPixel;
+  const unsigned char *const pNeighbour = pFrom - stSizes.nRow + stSizes.nBorder - stSizes.nPixel;
+  CopyEnds(pFrom, pTo, stSizes);
+  if (bTwoRows) {
+    CopyEnds(pFrom + stSizes.nRow, pTo + stSizes.nRow, stSizes);
+  }
+  GetImageKernels().afnSmooth[stSizes.nPixel > 1]({pNeighbour, stSizes.nRow, nInner, bTwoRows, pTo + stSizes.nBorder});
 }
 
 } // namespace
@@ -31,18 +40,16 @@ void SmoothRow(const unsigned char *pFrom, unsigned char *pTo, const SSizes &stS
 void SmoothPixels(const void *pSource, void *pDestination, int32_t nBitDepth, int32_t nWidth, int32_t nHeight,
                   int32_t nBorder)
 {
-  const bool bWords = nBitDepth != BYTE_BIT_DEPTH;
-  const std::size_t nPixel = bWords ? 2 : 1;
+  const std::size_t nPixel = nBitDepth != BYTE_BIT_DEPTH ? 2 : 1;
   const SSizes stSizes = {nPixel, static_cast<std::size_t>(nWidth) * nPixel,
                           static_cast<std::size_t>(nBorder) * nPixel};
-  const FnSmoothPixels fnSmooth = GetImageKernels().afnSmooth[bWords];
-  const auto *pFrom = static_cast<const unsigned char *>(pSource);
-  auto *pTo = static_cast<unsigned char *>(pDestination);
-  for (int32_t y = 0; y < nHeight; ++y, pFrom += stSizes.nRow, pTo += stSizes.nRow) {
-    if (y < nBorder || y >= nHeight - nBorder) {
-      std::memcpy(pTo, pFrom, stSizes.nRow);
-    } else {
-      SmoothRow(pFrom, pTo, stSizes, static_cast<std::size_t>(nWidth - 2 * nBorder), fnSmooth);
-    }
+  const std::size_t nEdge = static_cast<std::size_t>(nBorder) * stSizes.nRow;
+  const std::size_t nInnerEnd = static_cast<std::size_t>(nHeight) * stSizes.nRow - nEdge;
+  const auto *const pFrom = static_cast<const unsigned char *>(pSource);
+  auto *const pTo = static_cast<unsigned char *>(pDestination);
+  std::memcpy(pTo, pFrom, nEdge);
+  for (std::size_t nStart = nEdge; nStart < nInnerEnd; nStart += 2 * stSizes.nRow) {
+    SmoothInner(pFrom + nStart, pTo + nStart, stSizes, nStart + stSizes.nRow < nInnerEnd);
   }
+  std::memcpy(pTo + nInnerEnd, pFrom + nInnerEnd, nEdge);
 }

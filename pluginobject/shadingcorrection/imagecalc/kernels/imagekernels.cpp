@@ -255,23 +255,43 @@ void SumCells(const SBlockRow &stRow, const uint8_t (&anTarget)[4], double *pSum
   });
 }
 
-struct SRows {
-  const unsigned char *pAbove;
-  const unsigned char *pCentre;
-  const unsigned char *pBelow;
-};
-
-// Sums of three pixels above each other. \return all bits that any of the pixels has
+// Sums of three pixels above each other, for one row of results.
+// \return all bits that any of the pixels has
 template <typename TPixel, typename TSum>
-inline uint32_t SumVertically(const SRows &stRows, std::size_t nPixels, TSum *__restrict pSums)
+inline uint32_t SumVertically(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels,
+                              TSum *__restrict pSums)
 {
+  const unsigned char *const pCentre = pRow + nRowBytes;
+  const unsigned char *const pBelow = pCentre + nRowBytes;
   TPixel nBits = 0;
   for (std::size_t x = 0; x < nPixels; ++x) {
-    const auto nAbove = Load<TPixel>(stRows.pAbove, x);
-    const auto nCentre = Load<TPixel>(stRows.pCentre, x);
-    const auto nBelow = Load<TPixel>(stRows.pBelow, x);
+    const auto nAbove = Load<TPixel>(pRow, x);
+    const auto nCentre = Load<TPixel>(pCentre, x);
+    const auto nBelow = Load<TPixel>(pBelow, x);
     nBits = static_cast<TPixel>(nBits | nAbove | nCentre | nBelow);
     pSums[x] = static_cast<TSum>(TSum{nAbove} + nCentre + nBelow);
+  }
+  return nBits;
+}
+
+// The same for two rows of results, which share two of their four rows of pixels.
+template <typename TPixel>
+inline uint32_t SumTwoVertically(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels,
+                                 uint16_t *__restrict pUpperSums, uint16_t *__restrict pLowerSums)
+{
+  const unsigned char *const pSecond = pRow + nRowBytes;
+  const unsigned char *const pThird = pSecond + nRowBytes;
+  const unsigned char *const pFourth = pThird + nRowBytes;
+  TPixel nBits = 0;
+  for (std::size_t x = 0; x < nPixels; ++x) {
+    const auto nFirst = Load<TPixel>(pRow, x);
+    const auto nSecond = Load<TPixel>(pSecond, x);
+    const auto nThird = Load<TPixel>(pThird, x);
+    const auto nFourth = Load<TPixel>(pFourth, x);
+    nBits = static_cast<TPixel>(nBits | nFirst | nSecond | nThird | nFourth);
+    const auto nShared = static_cast<uint16_t>(uint16_t{nSecond} + nThird);
+    pUpperSums[x] = static_cast<uint16_t>(nShared + nFirst);
+    pLowerSums[x] = static_cast<uint16_t>(nShared + nFourth);
   }
   return nBits;
 }
@@ -294,36 +314,49 @@ inline void SmoothWideSums(const uint32_t *__restrict pSums, std::size_t nPixels
   }
 }
 
-inline void SmoothTile(const SRows &stRows, std::size_t nPixels, unsigned char *pTo, uint8_t)
+// Words above 12 bits, whose sums need more than 16.
+inline void SmoothWideRow(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
-  uint16_t anSums[TILE_COLUMNS + 2];
-  (void)SumVertically<uint8_t>(stRows, nPixels + 2, anSums);
-  SmoothNarrowSums<uint8_t>(anSums, nPixels, pTo);
+  uint32_t anSums[TILE_COLUMNS + 2];
+  (void)SumVertically<uint16_t>(pRow, nRowBytes, nPixels + 2, anSums);
+  SmoothWideSums(anSums, nPixels, pTo);
 }
 
-// Words of 12 bits have sums of 16. Whether they are is seen in the pixels, not in what the image claims to be.
-inline void SmoothTile(const SRows &stRows, std::size_t nPixels, unsigned char *pTo, uint16_t)
+// Whether words are of 12 bits is seen in the pixels, not in what the image claims to be.
+template <typename TPixel>
+inline void SmoothRow(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
-  uint16_t anNarrow[TILE_COLUMNS + 2];
-  if (SumVertically<uint16_t>(stRows, nPixels + 2, anNarrow) < 4096) {
-    SmoothNarrowSums<uint16_t>(anNarrow, nPixels, pTo);
-    return;
+  uint16_t anSums[TILE_COLUMNS + 2];
+  if (SumVertically<TPixel>(pRow, nRowBytes, nPixels + 2, anSums) < 4096) {
+    SmoothNarrowSums<TPixel>(anSums, nPixels, pTo);
+  } else {
+    SmoothWideRow(pRow, nRowBytes, nPixels, pTo);
   }
-  uint32_t anWide[TILE_COLUMNS + 2];
-  (void)SumVertically<uint16_t>(stRows, nPixels + 2, anWide);
-  SmoothWideSums(anWide, nPixels, pTo);
 }
 
 template <typename TPixel>
-void SmoothPixels(const void *pAbove, const void *pCentre, const void *pBelow, std::size_t nPixels, void *pSmoothed)
+inline void SmoothTwoRows(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
-  auto *const pTo = static_cast<unsigned char *>(pSmoothed);
-  for (std::size_t x = 0; x < nPixels; x += TILE_COLUMNS) {
+  uint16_t anUpper[TILE_COLUMNS + 2];
+  uint16_t anLower[TILE_COLUMNS + 2];
+  if (SumTwoVertically<TPixel>(pRow, nRowBytes, nPixels + 2, anUpper, anLower) < 4096) {
+    SmoothNarrowSums<TPixel>(anUpper, nPixels, pTo);
+    SmoothNarrowSums<TPixel>(anLower, nPixels, pTo + nRowBytes);
+  } else {
+    SmoothWideRow(pRow, nRowBytes, nPixels, pTo);
+    SmoothWideRow(pRow + nRowBytes, nRowBytes, nPixels, pTo + nRowBytes);
+  }
+}
+
+template <typename TPixel>
+void SmoothRows(const SSmoothing &stSmoothing)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(stSmoothing.pPixels);
+  auto *const pTo = static_cast<unsigned char *>(stSmoothing.pSmoothed);
+  const auto fnSmooth = stSmoothing.bTwoRows ? SmoothTwoRows<TPixel> : SmoothRow<TPixel>;
+  for (std::size_t x = 0; x < stSmoothing.nPixels; x += TILE_COLUMNS) {
     const std::size_t nStart = x * sizeof(TPixel);
-    const SRows stRows = {static_cast<const unsigned char *>(pAbove) + nStart,
-                          static_cast<const unsigned char *>(pCentre) + nStart,
-                          static_cast<const unsigned char *>(pBelow) + nStart};
-    SmoothTile(stRows, Min(nPixels - x, TILE_COLUMNS), pTo + nStart, TPixel{});
+    fnSmooth(pFrom + nStart, stSmoothing.nRowBytes, Min(stSmoothing.nPixels - x, TILE_COLUMNS), pTo + nStart);
   }
 }
 
@@ -337,5 +370,5 @@ const SImageKernels FFC_KERNEL_TABLE = {
   {ShiftPixels<uint8_t>, ShiftPixels<uint16_t>},
   {SumBlocks<uint8_t>, SumBlocks<uint16_t>},
   {SumCells<uint8_t>, SumCells<uint16_t>},
-  {SmoothPixels<uint8_t>, SmoothPixels<uint16_t>},
+  {SmoothRows<uint8_t>, SmoothRows<uint16_t>},
 };

@@ -41,10 +41,17 @@ using FnSumBlocks = void (*)(const SBlockRow &stRow, double *pSums);
 /// \param anTarget which double each place counts to, in the order top left, top right, bottom left, bottom right
 using FnSumCells = void (*)(const SBlockRow &stRow, const uint8_t (&anTarget)[4], double *pSums);
 
-/// Writes nPixels smoothed pixels: ((sum + 4) x 455) >> 12 over each pixel and its eight neighbours.
-/// \param pAbove, pCentre, pBelow the three source rows, from the left neighbour of the first pixel on
-using FnSmoothPixels = void (*)(const void *pAbove, const void *pCentre, const void *pBelow, std::size_t nPixels,
-                                void *pSmoothed);
+/// One row of an image to smooth, or two below each other.
+struct SSmoothing {
+  const void *pPixels;   ///< the neighbour above and to the left of the first pixel
+  std::size_t nRowBytes; ///< from one row to the next, of both images
+  std::size_t nPixels;   ///< in each row
+  bool bTwoRows;
+  void *pSmoothed; ///< where the first pixel goes
+};
+
+/// Writes smoothed pixels: ((sum + 4) x 455) >> 12 over each pixel and its eight neighbours.
+using FnSmoothRows = void (*)(const SSmoothing &stSmoothing);
 
 /// Functions by whether pixels are words.
 struct SImageKernels {
@@ -56,7 +63,7 @@ struct SImageKernels {
   FnShiftPixels afnShift[2];
   FnSumBlocks afnSumBlocks[2];
   FnSumCells afnSumCells[2];
-  FnSmoothPixels afnSmooth[2];
+  FnSmoothRows afnSmooth[2];
 };
 
 /// \return null for a level that was not built

@@ -1,0 +1,64 @@
+#include "benchmarks/registration.h"
+
+#include <benchmark/benchmark.h>
+
+#include "platform/kernelchoice.h"
+
+namespace {
+
+constexpr const char *GOAL_SIZES[] = {"5", "26"};
+constexpr double SHORTEST_SECONDS = 0.02;
+
+const SStreamKernels &STREAM = ChooseKernels(FindSStreamKernels, GetInstructionLevel());
+
+} // namespace
+
+void CKernelBenchmarks::Register(const SFrameSize &stSize, const std::string &strWho, const FnWork &fnWork)
+{
+  const std::string strName = m_strKernel + "|" + stSize.pName + "|" + strWho;
+  benchmark::RegisterBenchmark(strName.c_str(),
+                               [=](benchmark::State &state) {
+                                 fnWork(stSize); // pages and caches as they stay
+                                 for ([[maybe_unused]] auto _ : state) {
+                                   fnWork(stSize);
+                                   benchmark::ClobberMemory();
+                                 }
+                               })
+    ->Unit(benchmark::kMicrosecond)
+    ->MinTime(SHORTEST_SECONDS);
+}
+
+CKernelBenchmarks &CKernelBenchmarks::Ours(const FnWork &fnWork)
+{
+  for (const SFrameSize &stSize : FRAME_SIZES) {
+    Register(stSize, "ours", fnWork);
+  }
+  return *this;
+}
+
+CKernelBenchmarks &CKernelBenchmarks::Limit(const std::function<SStream(const SFrameSize &)> &fnStream)
+{
+  for (const SFrameSize &stSize : FRAME_SIZES) {
+    Register(stSize, "limit",
+             [=](const SFrameSize &stFrame) { benchmark::DoNotOptimize(STREAM.fnStream(fnStream(stFrame))); });
+  }
+  return *this;
+}
+
+CKernelBenchmarks &CKernelBenchmarks::OpenCv(const std::string &strForm, const FnWork &fnWork)
+{
+  for (const SFrameSize &stSize : FRAME_SIZES) {
+    for (const char *pName : GOAL_SIZES) {
+      if (stSize.pName == std::string(pName)) {
+        Register(stSize, "opencv " + strForm, fnWork);
+      }
+    }
+  }
+  return *this;
+}
+
+CKernelBenchmarks &CKernelBenchmarks::Twin(const FnWork &fnWork)
+{
+  Register(FRAME_SIZES[0], "twin", fnWork);
+  return *this;
+}

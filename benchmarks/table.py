@@ -1,0 +1,121 @@
+#!/usr/bin/env python3
+"""Prints the tables of ratios from the output of the benchmark programs.
+
+table.py KERNELS.json FRAMES.json ACQUISITION.txt
+
+The figures are medians of processor time over the repetitions, which the programs run in random order. A ratio above 1
+is good: it tells how many times as long the other way takes.
+"""
+import json
+import statistics
+import sys
+
+SIZES = ["0.3", "5", "26", "100"]
+GOAL_SIZES = ["5", "26"]
+# By the first word of a kernel's name: share of the stream limit, times OpenCV's best.
+GOALS = {
+    "correction": (0.85, 1.5),
+    "accumulation": (0.85, None),
+    "average": (0.85, None),
+    "block": (0.5, 5.0),
+    "smoothing": (None, 3.0),
+}
+
+
+def read_medians(path):
+    """Medians by name ("kernel|size|who"), and the context."""
+    with open(path, encoding="utf-8") as file:
+        report = json.load(file)
+    times = {}
+    for run in report["benchmarks"]:
+        if run["run_type"] == "iteration" and not run.get("error_occurred"):
+            scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3}[run["time_unit"]]
+            times.setdefault(run["run_name"].split("/")[0], []).append(run["cpu_time"] * scale)
+    return {name: statistics.median(values) for name, values in times.items()}, report["context"]
+
+
+def group(medians):
+    """Medians by kernel, size and who, in the order of the report's kernels."""
+    kernels = {}
+    for name, time in medians.items():
+        kernel, size, who = name.split("|")
+        kernels.setdefault(kernel, {}).setdefault(size, {})[who] = time
+    return dict(sorted(kernels.items()))
+
+
+def best_opencv(times):
+    forms = {who[len("opencv "):]: time for who, time in times.items() if who.startswith("opencv ")}
+    return min(forms.items(), key=lambda form: form[1], default=None)
+
+
+def judge(value, goal):
+    """A value, marked where it misses its goal."""
+    return f"{value:.2f}" + ("" if goal is None or value >= goal else " (!)")
+
+
+def print_kernels(kernels):
+    print("| kernel | of the limit, 5 | 26 | x OpenCV's best, 5 | 26 | OpenCV's best | x slow twin |")
+    print("|---|---|---|---|---|---|---|")
+    for kernel, sizes in kernels.items():
+        limit_goal, opencv_goal = GOALS.get(kernel.split()[0], (None, None))
+        limits, rivals, form = [], [], ""
+        for size in GOAL_SIZES:
+            times = sizes[size]
+            limits.append(judge(times["limit"] / times["ours"], limit_goal))
+            best = best_opencv(times)
+            rivals.append("" if best is None else judge(best[1] / times["ours"], opencv_goal))
+            form = "" if best is None else best[0]
+        small = sizes["0.3"]
+        twin = f"{small['twin'] / small['ours']:.0f}" if "twin" in small else ""
+        print("| " + " | ".join([kernel, *limits, *rivals, form, twin]) + " |")
+
+
+def print_growth(kernels):
+    print("| kernel | " + " | ".join(f"{size} Mpx" for size in SIZES) + " |")
+    print("|---" * (len(SIZES) + 1) + "|")
+    for kernel, sizes in kernels.items():
+        per_pixel = {size: sizes[size]["ours"] / float(size) for size in SIZES if size in sizes}
+        cells = [f"{per_pixel[size] / per_pixel['5']:.2f}" for size in SIZES]
+        print(f"| {kernel} | " + " | ".join(cells) + " |")
+
+
+def print_frames(medians):
+    call, kernel = medians["frame|5|ProcessImage"], medians["frame|5|kernel"]
+    small = medians["frame|0.003|ProcessImage"] - medians["frame|0.003|kernel"]
+    print(f"- ProcessImage at 5 Mpx takes {call / kernel:.3f} times the bare kernel.")
+    print(f"- On a frame of 64 x 48 it takes {small * 1000:.0f} ns more, {100 * small / kernel:.3f} % of the kernel at 5 Mpx.")
+    poll = medians["poll|0|WaitImageRequest"]
+    print(f"- A poll for a request takes {poll * 1000:.0f} ns, {100 * poll / kernel:.4f} % of the kernel at 5 Mpx.")
+
+
+def print_acquisition(path):
+    values = {}
+    with open(path, encoding="utf-8") as file:
+        for line in file:
+            pixel_format, name, value = line.split()
+            values.setdefault(pixel_format, {})[name] = float(value)
+    print("| | acquisition / bare work | execution / acquisition | peak memory / buffers | peak memory |")
+    print("|---|---|---|---|---|")
+    for pixel_format, figures in values.items():
+        print(
+            f"| {pixel_format} | {figures['bright_seconds'] / figures['bare_seconds']:.2f}"
+            f" | {figures['execute_seconds'] / figures['bright_seconds']:.2f}"
+            f" | {figures['peak_of_buffers']:.2f} | {figures['peak_megabytes']:.0f} MB |"
+        )
+
+
+def main():
+    medians, context = read_medians(sys.argv[1])
+    kernels = group(medians)
+    print(f"Kernels, instruction level {context['instruction_level']}, one thread. (!) misses the goal.\n")
+    print_kernels(kernels)
+    print("\nTime per pixel, 5 Mpx being 1:\n")
+    print_growth(kernels)
+    print("\nA frame's way through the module:\n")
+    print_frames(read_medians(sys.argv[2])[0])
+    print("\nBright acquisition of 16 frames of 26 Mpx, and its execution:\n")
+    print_acquisition(sys.argv[3])
+
+
+if __name__ == "__main__":
+    main()
