@@ -19,6 +19,7 @@ struct SFrame {
   int32_t nHeight;
 };
 
+constexpr double SHORTEST_SECONDS = 0.1;
 constexpr SFrame FRAMES[] = {{"0.003", 64, 48}, {"5", 2592, 1944}};
 
 // Kept until the program ends: the application outlives it.
@@ -39,7 +40,7 @@ void RegisterFrame(const SFrame &stFrame, const std::shared_ptr<CPluginBench> &p
         break;
       }
     }
-  });
+  })->MinTime(SHORTEST_SECONDS);
   const std::size_t nPixels = pBench->GetFrameBytes();
   const auto pTable = std::make_shared<CFrameBuffer>();
   if (!pTable->Allocate(4 * nPixels)) {
@@ -50,7 +51,7 @@ void RegisterFrame(const SFrame &stFrame, const std::shared_ptr<CPluginBench> &p
       ApplyTable(pBench->GetFrame(), pBench->GetOutput(), 8, nPixels, pTable->GetData(), false);
       benchmark::ClobberMemory();
     }
-  });
+  })->MinTime(SHORTEST_SECONDS);
 }
 
 void PollRequest(benchmark::State &state)
@@ -75,7 +76,7 @@ int main(int argc, char **argv)
     }
     RegisterFrame(stFrame, pBench);
   }
-  benchmark::RegisterBenchmark("poll|0|WaitImageRequest", PollRequest);
+  benchmark::RegisterBenchmark("poll|0|WaitImageRequest", PollRequest)->MinTime(SHORTEST_SECONDS);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::ClearRegisteredBenchmarks();

@@ -1,6 +1,7 @@
 #include "benchmarks/pluginbench.h"
 
 #include <QApplication>
+#include <QList>
 #include <QPushButton>
 #include <QSlider>
 
@@ -11,14 +12,15 @@ namespace {
 
 constexpr uint32_t GREY = 120;
 
-CShadingCorrectionDlg *FindDialog()
+QList<CShadingCorrectionDlg *> FindDialogs()
 {
+  QList<CShadingCorrectionDlg *> listDialogs;
   for (QWidget *pWidget : QApplication::topLevelWidgets()) {
     if (auto *pDialog = qobject_cast<CShadingCorrectionDlg *>(pWidget)) {
-      return pDialog;
+      listDialogs.append(pDialog);
     }
   }
-  return nullptr;
+  return listDialogs;
 }
 
 void *ToPointer(CSoftwareNodeMap &map)
@@ -41,7 +43,11 @@ CPluginBench::CPluginBench(const std::string &strPixelFormat, int32_t nWidth, in
   m_stInput.pBuffer = m_listFrame.data();
   m_stOutput = m_stInput;
   m_stOutput.pBuffer = m_listOutput.data();
+  const QList<CShadingCorrectionDlg *> listOthers = FindDialogs();
   (void)m_plugin.Initialize(&m_stInitParam);
+  for (CShadingCorrectionDlg *pDialog : FindDialogs()) {
+    m_pDialog = listOthers.contains(pDialog) ? m_pDialog : pDialog;
+  }
 }
 
 CPluginBench::~CPluginBench()
@@ -52,7 +58,7 @@ CPluginBench::~CPluginBench()
 template <class TWidget>
 TWidget *CPluginBench::Find(const char *pName)
 {
-  return FindDialog()->findChild<TWidget *>(QString::fromLatin1(pName));
+  return m_pDialog->findChild<TWidget *>(QString::fromLatin1(pName));
 }
 
 bool CPluginBench::AcquireBright(int32_t nFrameCount)

@@ -37,4 +37,5 @@ private:
   PLUGIN_IMAGE_INFO m_stInput;
   PLUGIN_IMAGE_INFO m_stOutput;
   CShadingCorrectionPlugin m_plugin;
+  CShadingCorrectionDlg *m_pDialog = nullptr; // the plug-in's
 };

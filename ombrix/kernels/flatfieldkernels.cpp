@@ -109,7 +109,8 @@ void Apply(const void *pSource, void *__restrict pDestination, std::size_t nPixe
 inline uint16_t GetGain(int32_t nSignal, int32_t nTarget)
 {
   const auto nNoSignal = static_cast<int32_t>(static_cast<uint32_t>(nSignal - 1) >> 31);
-  const double dQuotient = static_cast<double>(nTarget * GAIN_ONE + nSignal / 2) / (nSignal + nNoSignal);
+  const int32_t nDividend = nTarget * GAIN_ONE + nSignal / 2;
+  const double dQuotient = static_cast<double>(nDividend) / (nSignal + nNoSignal);
   const auto nQuotient = static_cast<int32_t>(dQuotient);
   const int32_t nGain = nQuotient < GAIN_LIMIT ? nQuotient : GAIN_LIMIT;
   return static_cast<uint16_t>(nGain | nNoSignal * GAIN_LIMIT);

@@ -17,6 +17,9 @@ struct SDivision {
 // sum x (its error) must stay below 2^(32 + shift), for which the error may be 2^shift.
 SDivision GetDivision(uint32_t nDivisor)
 {
+  if (nDivisor < 2) {
+    return {true, false, {0, 0}};
+  }
   uint32_t nShift = 0;
   for (; uint64_t{1} << nShift < nDivisor; ++nShift) {
     const uint64_t nMultiplier = (uint64_t{1} << (32 + nShift)) / nDivisor + 1;
