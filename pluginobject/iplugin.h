@@ -48,7 +48,8 @@ public:
   virtual const char *GetStatusText(int32_t nStatus) = 0;
   virtual int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) = 0;
   virtual int32_t Uninitialize() = 0;
-  /// Entry of every frame.
+  /// Entry of every frame. A frame of fewer bytes than its pixels take is not corrected; the output's buffer must
+  /// have room for as many pixels as the input has.
   /// \param nMode PLUGIN_PROCESS_MODE_FRAME
   /// \return 0, or -3 for a null buffer, another mode, or a pixel format the correction cannot use.
   ///   Whether the output was written is told by the result's flag alone.

@@ -26,6 +26,15 @@ QString AppendDeviceName(const QString &strDeviceName)
   return GetTranslatedName() + QStringLiteral("  ") + strDeviceName;
 }
 
+// Whether a frame's buffer has all the pixels that a correction reads: more than one byte for each only where the
+// format's code says that a pixel takes 16 bits.
+bool HasAllPixels(const PLUGIN_IMAGE_INFO &stImage)
+{
+  const bool bWords = (static_cast<uint32_t>(stImage.nPixelFormat) >> 16 & 0xFFU) == 16;
+  const int64_t nPixels = std::max<int64_t>(stImage.nWidth, 0) * std::max<int64_t>(stImage.nHeight, 0);
+  return nPixels * (bWords ? 2 : 1) <= std::max(stImage.nPayloadSize, 0);
+}
+
 PLUGIN_VERSION ReadModuleVersion()
 {
   uint16_t anVersion[4] = {};
@@ -187,6 +196,10 @@ void CShadingCorrectionPlugin::__ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN
   if (m_pDialog->WaitImageRequest() == WAIT_RESULT_SIGNALLED) {
     m_pDialog->ReceiveImage(stInput.pBuffer, static_cast<uint32_t>(std::max(stInput.nPayloadSize, 0)));
     m_pDialog->SetImageReady();
+    return;
+  }
+  // An incomplete frame is left alone; the next one may be whole.
+  if (!HasAllPixels(stInput)) {
     return;
   }
   bool bCorrected = false;

@@ -1,5 +1,6 @@
 // The entry of every frame.
 #include <thread>
+#include <utility>
 
 #include <QPushButton>
 
@@ -143,6 +144,42 @@ TEST_F(ProcessImage, AFailingCorrectionSucceedsWithoutAResultAndEndsThePreview)
   m_stScript.nCorrectStatus = 0;
   EXPECT_EQ(Process(), 0);
   EXPECT_EQ(m_stResult.bCorrected, 0);
+}
+
+TEST_F(ProcessImage, AFrameShorterThanItsPixelsIsLeftAloneAndThePreviewGoesOn)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  for (const bool bWords : {false, true}) {
+    m_stInput.nPixelFormat = bWords ? 0x01100005 : 0x01080001;
+    const int32_t nWhole = m_stInput.nWidth * m_stInput.nHeight * (bWords ? 2 : 1);
+    for (const int32_t nPayloadSize : {nWhole - 1, nWhole / 2, 1, 0, -1, INT32_MIN}) {
+      m_stInput.nPayloadSize = nPayloadSize;
+      EXPECT_EQ(Process(), 0);
+      EXPECT_EQ(m_stResult.bCorrected, 0) << nPayloadSize;
+    }
+    EXPECT_TRUE(FindDialog()->IsApplyingCorrection());
+    m_stInput.nPayloadSize = nWhole;
+    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(m_stResult.bCorrected, 1);
+    m_stResult = PLUGIN_PROCESS_RESULT();
+  }
+}
+
+TEST_F(ProcessImage, TheSidesOfAFrameDoNotOverflowItsSize)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  for (const int32_t nFormat : {0x01080001, 0x01100005}) {
+    m_stInput.nPixelFormat = nFormat;
+    m_stInput.nPayloadSize = INT32_MAX;
+    for (const auto &[nWidth, nHeight] : {std::pair{INT32_MAX, INT32_MAX}, {1 << 16, 1 << 16}, {INT32_MAX, 2}}) {
+      m_stInput.nWidth = nWidth;
+      m_stInput.nHeight = nHeight;
+      EXPECT_EQ(Process(), 0);
+      EXPECT_EQ(m_stResult.bCorrected, 0) << nWidth;
+    }
+  }
 }
 
 TEST_F(ProcessImage, AMonochromeCamerasFormatIsNotLookedAt)
