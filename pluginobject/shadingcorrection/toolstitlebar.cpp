@@ -11,6 +11,7 @@
 #include <QScreen>
 #include <QStyle>
 #include <QStyleOption>
+#include <QTextDocument>
 
 namespace {
 
@@ -19,6 +20,14 @@ constexpr int ITEM_WIDTH = 30;
 constexpr int ITEM_HEIGHT = 28;
 constexpr int BAR_MARGIN = 1;
 constexpr int KEEP_OFF_BOTTOM = 50; ///< pixels of the work area in which a drag goes sideways only
+
+// A text that shows as it is written: labels and tool tips take anything with a tag for markup.
+QString Escape(const QString &strText)
+{
+  return Qt::mightBeRichText(strText)
+           ? QStringLiteral("<span style='white-space:pre'>%1</span>").arg(strText.toHtmlEscaped())
+           : strText;
+}
 
 enum EButtonType : int { BUTTON_TYPE_MIN_CLOSE = 0, BUTTON_TYPE_MIN_MAX_CLOSE = 1, BUTTON_TYPE_CLOSE = 2 };
 
@@ -68,6 +77,8 @@ bool QToolsTitleBar::__CreateChildren()
   }
   m_pIconLabel->setAlignment(Qt::AlignCenter);
   m_pTitleLabel->setObjectName(QStringLiteral("TitleContent"));
+  // Titles have names in them that a user or a camera chose.
+  m_pTitleLabel->setTextFormat(Qt::PlainText);
   m_pTitleLabel->setFixedHeight(ITEM_HEIGHT);
   m_pTitleLabel->setMinimumWidth(0);
   m_pTitleLabel->setMaximumWidth(QWIDGETSIZE_MAX);
@@ -117,7 +128,7 @@ void QToolsTitleBar::setTitleContent(const QString &strTitle, int nFontSize)
   font.setPointSize(nFontSize);
   m_pTitleLabel->setFont(font);
   m_pTitleLabel->setText(strTitle);
-  m_pTitleLabel->setToolTip(strTitle);
+  m_pTitleLabel->setToolTip(Escape(strTitle));
 }
 
 void QToolsTitleBar::setTitleWidth(int nWidth)

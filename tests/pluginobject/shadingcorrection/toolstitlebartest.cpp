@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTextDocument>
 #include <QtTest>
 
 #include <gtest/gtest.h>
@@ -147,6 +148,24 @@ TEST_F(ToolsTitleBar, ShowsTheTitleInTheGivenPointSizeAndAsToolTip)
   m_pBar->setTitleContent(QString(), 14);
   EXPECT_TRUE(GetTitle()->text().isEmpty());
   EXPECT_EQ(GetTitle()->font().pointSize(), 14);
+}
+
+TEST_F(ToolsTitleBar, ShowsMarkupInATitleAsItIsWritten)
+{
+  for (const char *pTitle : {"a <b>bold</b> name", "<img src='file:///etc/hostname'>", "1 < 2", "a &lt;b&gt;", "x & y",
+                             "<b>", "&lt;<i>x</i>"}) {
+    const QString strTitle = QString::fromLatin1(pTitle);
+    m_pBar->setTitleContent(strTitle, 8);
+    EXPECT_EQ(GetTitle()->text(), strTitle);
+    EXPECT_EQ(GetTitle()->textFormat(), Qt::PlainText);
+    QString strTip = GetTitle()->toolTip();
+    if (Qt::mightBeRichText(strTip)) {
+      QTextDocument document;
+      document.setHtml(strTip);
+      strTip = document.toPlainText();
+    }
+    EXPECT_EQ(strTip, strTitle);
+  }
 }
 
 TEST_F(ToolsTitleBar, HidesTheButtonsThatItsTypeDoesNotHave)
