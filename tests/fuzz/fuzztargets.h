@@ -1,0 +1,22 @@
+/// \file
+/// Everything that arbitrary bytes are fed to. A target returns, whatever the bytes; a promise that is broken ends
+/// the program. Each keeps to one thread and leaves nothing behind that the next run would see.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// CGetSCCoefficient: block grid, frames and table.
+void FuzzCoefficientGenerator(const uint8_t *pData, std::size_t nSize);
+/// CVCGary, CVCBayer and the two functions that choose between them.
+void FuzzVignetting(const uint8_t *pData, std::size_t nSize);
+/// Both entry points of the image library.
+void FuzzOmbrix(const uint8_t *pData, std::size_t nSize);
+/// LoadFromFile of the process that corrects on the host.
+void FuzzHostFile(const uint8_t *pData, std::size_t nSize);
+/// LoadFromFile of the process for cameras that correct flat fields themselves.
+void FuzzDeviceFile(const uint8_t *pData, std::size_t nSize);
+/// LoadFromFile of the process for cameras that correct vignetting themselves.
+void FuzzVignettingFile(const uint8_t *pData, std::size_t nSize);
+/// The records that a host passes to ProcessImage and SlotProcessDemoMsg. User-interface thread only.
+void FuzzPluginRecords(const uint8_t *pData, std::size_t nSize);
