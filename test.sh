@@ -41,3 +41,6 @@ for preset in "${presets[@]}"; do
   build_preset "$preset" -DFFC_BUILD_TESTS=ON
   run_tests "$preset"
 done
+
+# Without arguments the fuzz targets too, for a short time.
+[ $# -gt 0 ] || scripts/fuzz.sh

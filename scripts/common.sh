@@ -21,13 +21,18 @@ install_packages() {
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
 }
 
-# build_preset NAME [CMAKE OPTION ...]
-build_preset() {
+# configure_preset NAME [CMAKE OPTION ...]
+configure_preset() {
   local preset=$1
   shift
   cmake --preset "$preset" -S "$root" "$@" >"$root/build/$preset-configure.log" 2>&1 || {
     cat "$root/build/$preset-configure.log" >&2
     return 1
   }
-  cmake --build "$root/build/$preset" --parallel "$(nproc)"
+}
+
+# build_preset NAME [CMAKE OPTION ...]
+build_preset() {
+  configure_preset "$@"
+  cmake --build "$root/build/$1" --parallel "$(nproc)"
 }
