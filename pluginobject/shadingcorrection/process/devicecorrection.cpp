@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "pluginobject/shadingcorrection/process/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/entrytables.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 #include "pluginobject/shadingcorrection/process/userset.h"
 
@@ -18,6 +19,8 @@ int32_t ReadCoefficientsSize(const CFeatureAccess &features, uint64_t &nSize)
 
 int32_t AllocateCoefficients(uint64_t nSize, CFrameBuffer &image)
 {
+  // A failure of either kind leaves nothing behind.
+  image.Release();
   const bool bAllocated = nSize <= std::numeric_limits<uint32_t>::max() && image.Allocate(nSize);
   return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
 }
@@ -44,6 +47,13 @@ int32_t SwitchCorrectionOff(const CFeatureAccess &features)
   return features.SetEnumFeature("FlatFieldCorrection", "Off");
 }
 
+void TakeRecord(const FFCInfo &stLoaded, FFCInfo &stInfo)
+{
+  const uint32_t nFrameCount = IsFrameCount(stLoaded.nFrameCount) ? stLoaded.nFrameCount : stInfo.nFrameCount;
+  stInfo = stLoaded;
+  stInfo.nFrameCount = nFrameCount;
+}
+
 int32_t ReadCoefficients(const CFeatureAccess &features, CFrameBuffer &image)
 {
   return features.ReadRegisterFeature("FFCValueAll", image.GetData(), static_cast<int64_t>(image.GetSize()));
@@ -56,7 +66,7 @@ int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, 
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }
-  stInfo = GetRecord(image);
+  TakeRecord(GetRecord(image), stInfo);
   return SwitchCorrectionOn(features);
 }
 

@@ -116,9 +116,27 @@ void CDeviceParamGuard::Restore(const CFeatureAccess &features)
   if (!bLoad && m_strUserSetSelector.empty()) {
     return;
   }
-  (void)features.SetEnumFeature("UserSetSelector", "UserSet0");
-  if (bLoad) {
-    (void)features.ExecuteCommand("UserSetLoad");
-  }
-  (void)features.SetEnumFeature("UserSetSelector", m_strUserSetSelector);
+  const bool bRestored =
+    __PutBack(features, bLoad) == PLUGIN_STATUS_SUCCESS || __PutBack(features, bLoad) == PLUGIN_STATUS_SUCCESS;
+  m_bOwed = bLoad && !bRestored;
+}
+
+// Every step is tried, whatever became of the one before.
+int32_t CDeviceParamGuard::__PutBack(const CFeatureAccess &features, bool bLoad) const
+{
+  const auto set = [&](const std::string &strSet) {
+    return CFeatureChain().Then([&] { return features.SetEnumFeature("UserSetSelector", strSet); }).Status();
+  };
+  const int32_t nSelectStatus = set("UserSet0");
+  const int32_t nLoadStatus = bLoad ? features.ExecuteCommand("UserSetLoad") : int32_t{PLUGIN_STATUS_SUCCESS};
+  const int32_t nSelectorStatus = set(m_strUserSetSelector);
+  return nSelectStatus != PLUGIN_STATUS_SUCCESS ? nSelectStatus
+         : nLoadStatus != PLUGIN_STATUS_SUCCESS ? nLoadStatus
+                                                : nSelectorStatus;
+}
+
+void CDeviceParamGuard::RefreshStreaming(const CFeatureAccess &features)
+{
+  m_streaming = CStreamingState();
+  m_streaming.SaveLate(features);
 }

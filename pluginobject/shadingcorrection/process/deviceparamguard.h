@@ -14,8 +14,8 @@
 /// User-interface thread only.
 class CDeviceParamGuard {
 public:
-  /// Forgets everything saved. Until Prepare has saved the user's state, Restore then does not load
-  /// "UserSet0": that would bring an older state over the user's live one.
+  /// Forgets everything saved; only when nothing is owed. Until Prepare has saved the user's state, Restore then does
+  /// not load "UserSet0": that would bring an older state over the user's live one.
   void BeginAcquisition();
 
   /// Reads what Prepare writes back. \return the code of the first failing read
@@ -31,8 +31,13 @@ public:
   /// Whether the user's black level is the factory set's, within a millionth.
   bool IsBlackLevelDefault() const;
 
-  /// Brings the user's state back as far as the camera answers.
+  /// Brings the user's state back as far as the camera answers; a second time when the first fails.
   void Restore(const CFeatureAccess &features);
+  /// Whether the camera did not take the user's state back. Nothing may be saved into "UserSet0" then: it has the
+  /// only copy. The next Restore tries again.
+  bool IsRestoreOwed() const { return m_bOwed; }
+  /// Reads again whether the stream runs.
+  void RefreshStreaming(const CFeatureAccess &features);
 
 private:
   /// A setting that not every camera has; empty when this one has not.
@@ -42,6 +47,9 @@ private:
   static int32_t __ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
   int32_t __WriteUserParam(const CFeatureAccess &features) const;
 
+  int32_t __PutBack(const CFeatureAccess &features, bool bLoad) const;
+
+  bool m_bOwed = false;
   bool m_bUserSetPending = false; // an acquisition has begun, the user's state is not saved yet
   CStreamingState m_streaming;
   uint32_t m_nTimeout = 0;

@@ -1,5 +1,8 @@
 #include "pluginobject/shadingcorrection/process/entrytables.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 template <typename TValue>
@@ -47,6 +50,12 @@ void ApplyEntry(const SEntry<TValue> (&listEntries)[N], const std::string &strNa
 void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount)
 {
   ApplyEntry(FRAME_COUNTS, strEntry, nFrameCount);
+}
+
+bool IsFrameCount(uint32_t nFrameCount)
+{
+  return std::any_of(std::begin(FRAME_COUNTS), std::end(FRAME_COUNTS),
+                     [nFrameCount](const SEntry<uint32_t> &stEntry) { return stEntry.nValue == nFrameCount; });
 }
 
 void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock)

@@ -9,6 +9,9 @@
 /// leaves the count as it is.
 void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount);
 
+/// Whether an entry of FFCFrameCount stands for this number.
+bool IsFrameCount(uint32_t nFrameCount);
+
 /// The blocks that a camera takes coefficients for.
 struct SCorrectionBlock {
   int64_t nWidth = 0;  ///< pixels

@@ -3,17 +3,23 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 
 #include "pluginobject/statuscode.h"
 
-/// Runs steps, callables that return a status, until one fails; keeps that status.
+/// Runs steps, callables that return a status, until one fails; keeps that status. A step that runs out of memory
+/// has failed with -2.
 class CFeatureChain {
 public:
   template <typename TStep>
   CFeatureChain &Then(TStep fnStep)
   {
     if (m_nStatus == PLUGIN_STATUS_SUCCESS) {
-      m_nStatus = fnStep();
+      try {
+        m_nStatus = fnStep();
+      } catch (const std::bad_alloc &) {
+        m_nStatus = PLUGIN_STATUS_OUT_OF_MEMORY;
+      }
     }
     return *this;
   }

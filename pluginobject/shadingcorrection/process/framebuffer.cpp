@@ -3,20 +3,18 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <new>
 
 bool CFrameBuffer::Allocate(uint64_t nSize)
 {
   Release();
   constexpr uint64_t LARGEST = static_cast<uint64_t>(std::numeric_limits<std::ptrdiff_t>::max());
   if (nSize <= LARGEST) {
-    m_pData.reset(new (std::nothrow) uint8_t[nSize]);
+    m_pData.reset(static_cast<uint8_t *>(TakeZeroedMemory(static_cast<std::size_t>(nSize))));
   }
   if (m_pData == nullptr) {
     return false;
   }
   m_nSize = nSize;
-  Zero();
   return true;
 }
 
@@ -26,10 +24,10 @@ void CFrameBuffer::Release()
   m_nSize = 0;
 }
 
-void CFrameBuffer::Zero()
+void CFrameBuffer::ZeroFirst(uint64_t nBytes)
 {
   if (m_nSize > 0) {
-    std::memset(m_pData.get(), 0, m_nSize);
+    std::memset(m_pData.get(), 0, std::min(nBytes, m_nSize));
   }
 }
 

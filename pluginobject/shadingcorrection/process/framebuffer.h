@@ -6,14 +6,19 @@
 #include <cstdint>
 #include <memory>
 
+#include "platform/zeroedmemory.h"
+
 /// Bytes of a frame or of a coefficient table. Allocation failure is an answer, not an exception.
 class CFrameBuffer {
 public:
-  /// Takes nSize bytes, all zero, in place of what was held.
+  /// Takes nSize bytes, all zero, in place of what was held. Memory that is never written costs the machine
+  /// nothing, however large a camera says that its frames are.
   /// \return false, holding nothing, when there is no such memory
   bool Allocate(uint64_t nSize);
   void Release();
-  void Zero();
+  void Zero() { ZeroFirst(m_nSize); }
+  /// The first nBytes, or as many as there are.
+  void ZeroFirst(uint64_t nBytes);
   /// Copies as many bytes of another buffer as both hold.
   void CopyFrom(const CFrameBuffer &other);
 
@@ -23,6 +28,10 @@ public:
   const uint8_t *GetData() const { return m_pData.get(); }
 
 private:
-  std::unique_ptr<uint8_t[]> m_pData;
+  struct SGiveBack {
+    void operator()(uint8_t *pData) const { GiveZeroedMemory(pData); }
+  };
+
+  std::unique_ptr<uint8_t[], SGiveBack> m_pData;
   uint64_t m_nSize = 0;
 };

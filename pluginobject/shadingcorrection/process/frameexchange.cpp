@@ -2,17 +2,21 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "pluginobject/statuscode.h"
 
 bool CFrameExchange::AllocateBuffer(uint64_t nSize)
 {
+  // The host counts the bytes of a frame in 32 bits: a larger one never comes.
+  constexpr uint64_t LARGEST = std::numeric_limits<uint32_t>::max();
   // Made outside the lock, so that the frame thread never waits for an allocation.
   CFrameBuffer buffer;
-  const bool bAllocated = buffer.Allocate(nSize);
+  const bool bAllocated = nSize <= LARGEST && buffer.Allocate(nSize);
   const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
   m_buffer = std::move(buffer);
+  m_nWritten = 0;
   return bAllocated;
 }
 
@@ -26,7 +30,8 @@ void CFrameExchange::ReleaseBuffer()
 void CFrameExchange::ZeroBuffer()
 {
   const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
-  m_buffer.Zero();
+  m_buffer.ZeroFirst(m_nWritten);
+  m_nWritten = 0;
 }
 
 void CFrameExchange::BeginRequests()
@@ -48,6 +53,8 @@ void CFrameExchange::ReceiveFrame(const void *pFrame, uint32_t nSize)
 {
   const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
   if (pFrame != nullptr && m_buffer.IsAllocated()) {
-    std::memcpy(m_buffer.GetData(), pFrame, std::min<uint64_t>(nSize, m_buffer.GetSize()));
+    const uint64_t nBytes = std::min<uint64_t>(nSize, m_buffer.GetSize());
+    std::memcpy(m_buffer.GetData(), pFrame, nBytes);
+    m_nWritten = std::max(m_nWritten, nBytes);
   }
 }

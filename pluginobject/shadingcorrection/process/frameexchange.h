@@ -20,7 +20,7 @@ class CFrameExchange {
 public:
   // User-interface thread.
 
-  /// Takes a zeroed buffer of nSize bytes. \return false when there is no memory
+  /// Takes a zeroed buffer of nSize bytes. \return false when there is no memory, or no frame can be so large
   bool AllocateBuffer(uint64_t nSize);
   /// Frees the buffer and withdraws a pending request.
   void ReleaseBuffer();
@@ -60,4 +60,5 @@ private:
   std::atomic<bool> m_bStop{false};
   CCriticalSection m_lockBuffer;
   CFrameBuffer m_buffer;
+  uint64_t m_nWritten = 0; // bytes of the buffer that frames have touched
 };

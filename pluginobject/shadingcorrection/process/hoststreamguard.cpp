@@ -2,28 +2,32 @@
 
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 
-void CHostStreamGuard::SaveStreamMode(const CFeatureAccess &streamFeatures)
+void CHostStreamGuard::Reset()
 {
-  (void)streamFeatures.GetEnumFeature("StreamBufferHandlingMode", m_strStreamBufferHandlingMode);
-  m_bStreamMode = !m_strStreamBufferHandlingMode.empty();
+  m_streaming = CStreamingState();
+  m_trigger.Forget();
+  m_streamMode.Forget();
 }
 
-int32_t CHostStreamGuard::Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures) const
+void CHostStreamGuard::SaveStreamMode(const CFeatureAccess &streamFeatures)
+{
+  (void)m_streamMode.Save(streamFeatures);
+}
+
+int32_t CHostStreamGuard::Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures)
 {
   return CFeatureChain()
     .Then([&] { return m_trigger.SwitchOff(deviceFeatures); })
     .Then([&]() -> int32_t {
-      return m_bStreamMode && m_strStreamBufferHandlingMode != "NewestOnly"
-               ? streamFeatures.SetEnumFeature("StreamBufferHandlingMode", "NewestOnly")
+      return !m_streamMode.Get().empty() && m_streamMode.Get() != "NewestOnly"
+               ? m_streamMode.Replace(streamFeatures, "NewestOnly")
                : PLUGIN_STATUS_SUCCESS;
     })
     .Status();
 }
 
-void CHostStreamGuard::Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures) const
+void CHostStreamGuard::Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures)
 {
   m_trigger.Restore(deviceFeatures);
-  if (m_bStreamMode) {
-    (void)streamFeatures.SetEnumFeature("StreamBufferHandlingMode", m_strStreamBufferHandlingMode);
-  }
+  m_streamMode.Restore(streamFeatures);
 }

@@ -3,9 +3,9 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/process/savedentry.h"
 #include "pluginobject/shadingcorrection/process/streamingstate.h"
 #include "pluginobject/shadingcorrection/process/triggerguard.h"
 
@@ -13,8 +13,8 @@
 /// acquisition needs; puts the saved values back. User-interface thread only.
 class CHostStreamGuard {
 public:
-  /// Forgets everything saved.
-  void Reset() { *this = CHostStreamGuard(); }
+  /// Forgets everything saved, but for what the camera has refused to take back.
+  void Reset();
 
   CStreamingState &Streaming() { return m_streaming; }
   int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures) { return m_trigger.Save(deviceFeatures); }
@@ -24,13 +24,12 @@ public:
   bool WasStreaming() const { return m_streaming.WasStreaming(); }
 
   /// Trigger "Off", buffer handling "NewestOnly", each only where it is something else.
-  int32_t Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures) const;
+  int32_t Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
   /// Writes what was saved; failures are ignored.
-  void Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures) const;
+  void Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
 
 private:
-  bool m_bStreamMode = false; // the stream has a buffer handling mode
   CStreamingState m_streaming;
   CTriggerGuard m_trigger;
-  std::string m_strStreamBufferHandlingMode;
+  CSavedEntry m_streamMode{"StreamBufferHandlingMode"}; // empty: the stream has none
 };

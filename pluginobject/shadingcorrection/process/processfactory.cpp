@@ -11,6 +11,7 @@ int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess 
                                        const CFeatureAccess &streamFeatures,
                                        std::unique_ptr<IShadingCorrectionProcess> &pProcess)
 {
+  pProcess.reset();
   try {
     switch (eKind) {
     case EProcessKind::HostFlatField:
@@ -24,5 +25,5 @@ int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess 
   } catch (const std::bad_alloc &) {
     return PLUGIN_STATUS_OUT_OF_MEMORY;
   }
-  return PLUGIN_STATUS_SUCCESS;
+  return pProcess == nullptr ? PLUGIN_STATUS_INVALID_PARAM : PLUGIN_STATUS_SUCCESS;
 }

@@ -4,12 +4,19 @@
 
 #include <utility>
 
-/// Runs its callable, which must not throw, when it is destroyed.
+/// Runs its callable when it is destroyed. What that throws ends there: the path out of the scope may be an
+/// exception already.
 template <typename TAction>
 class CScopeGuard {
 public:
   explicit CScopeGuard(TAction fnAction) : m_fnAction(std::move(fnAction)) {}
-  ~CScopeGuard() { m_fnAction(); }
+  ~CScopeGuard()
+  {
+    try {
+      m_fnAction();
+    } catch (...) { // NOLINT(bugprone-empty-catch): nobody is left to tell
+    }
+  }
   CScopeGuard(const CScopeGuard &) = delete;
   CScopeGuard &operator=(const CScopeGuard &) = delete;
 

@@ -99,10 +99,26 @@ int32_t CShadingCorrectionPro_Dev::RestoreDeviceParam()
   return PLUGIN_STATUS_SUCCESS;
 }
 
+// A camera that was away when an acquisition ended still has the user's state in "UserSet0" alone. It gets it back
+// before anything is saved there.
+int32_t CShadingCorrectionPro_Dev::__PayBack()
+{
+  if (!m_guard.IsRestoreOwed()) {
+    return PLUGIN_STATUS_SUCCESS;
+  }
+  m_guard.RefreshStreaming(m_deviceFeatures);
+  RestoreDeviceParam();
+  return m_guard.IsRestoreOwed() ? PLUGIN_STATUS_FEATURE_ERROR : PLUGIN_STATUS_SUCCESS;
+}
+
 int32_t CShadingCorrectionPro_Dev::AcquireDarkImage()
 {
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const int32_t nOwedStatus = __PayBack();
+  if (nOwedStatus != PLUGIN_STATUS_SUCCESS) {
+    return nOwedStatus;
   }
   m_bDarkUsable = false;
   m_bBlackLevelDefault = false;
@@ -183,6 +199,10 @@ int32_t CShadingCorrectionPro_Dev::AcquireBrightImage()
 {
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const int32_t nOwedStatus = __PayBack();
+  if (nOwedStatus != PLUGIN_STATUS_SUCCESS) {
+    return nOwedStatus;
   }
   m_bright.Drop();
   m_guard.BeginAcquisition();
@@ -322,14 +342,15 @@ int32_t CShadingCorrectionPro_Dev::LoadFromFlash()
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS && HasRecord(image)) {
     ExchangeRecordBytes(image);
-    m_stInfo = GetRecord(image);
+    TakeRecord(GetRecord(image), m_stInfo);
   }
   return nStatus;
 }
 
 int32_t CShadingCorrectionPro_Dev::SaveToFlash()
 {
-  return SaveFlashCoefficients(m_deviceFeatures);
+  const int32_t nOwedStatus = __PayBack();
+  return nOwedStatus == PLUGIN_STATUS_SUCCESS ? SaveFlashCoefficients(m_deviceFeatures) : nOwedStatus;
 }
 
 int32_t CShadingCorrectionPro_Dev::LoadFromFile()

@@ -73,6 +73,7 @@ private:
   };
 
   void __EmitAcquisition(EPluginMsgCode eCode);
+  int32_t __PayBack();
   int32_t __CaptureDark();
   int32_t __TriggerFrame();
   int32_t __AnalyseFrame();

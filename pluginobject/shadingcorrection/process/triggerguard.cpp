@@ -2,19 +2,7 @@
 
 #include "pluginobject/statuscode.h"
 
-int32_t CTriggerGuard::Save(const CFeatureAccess &features)
+int32_t CTriggerGuard::SwitchOff(const CFeatureAccess &features)
 {
-  return features.GetEnumFeature("TriggerMode", m_strTriggerMode);
-}
-
-int32_t CTriggerGuard::SwitchOff(const CFeatureAccess &features) const
-{
-  return m_strTriggerMode == "On" ? features.SetEnumFeature("TriggerMode", "Off") : int32_t{PLUGIN_STATUS_SUCCESS};
-}
-
-void CTriggerGuard::Restore(const CFeatureAccess &features) const
-{
-  if (!m_strTriggerMode.empty()) {
-    (void)features.SetEnumFeature("TriggerMode", m_strTriggerMode);
-  }
+  return m_mode.Get() == "On" ? m_mode.Replace(features, "Off") : int32_t{PLUGIN_STATUS_SUCCESS};
 }

@@ -3,19 +3,21 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/process/savedentry.h"
 
 /// Saves the trigger mode, switches the trigger off, and puts the mode back. User-interface thread only.
 class CTriggerGuard {
 public:
-  int32_t Save(const CFeatureAccess &features);
+  /// Forgets the saved mode, unless the camera has refused to take it back.
+  void Forget() { m_mode.Forget(); }
+  int32_t Save(const CFeatureAccess &features) { return m_mode.Save(features); }
   /// Writes "Off" where the saved mode is "On".
-  int32_t SwitchOff(const CFeatureAccess &features) const;
+  int32_t SwitchOff(const CFeatureAccess &features);
   /// Writes the saved mode; failures are ignored. A mode that was never read is left alone.
-  void Restore(const CFeatureAccess &features) const;
+  void Restore(const CFeatureAccess &features) { m_mode.Restore(features); }
 
 private:
-  std::string m_strTriggerMode;
+  CSavedEntry m_mode{"TriggerMode"};
 };

@@ -69,7 +69,7 @@ int32_t CVignettingCorrectionPro_Dev::InitProcess()
 
 int32_t CVignettingCorrectionPro_Dev::__SaveCameraState()
 {
-  m_trigger = CTriggerGuard();
+  m_trigger.Forget();
   m_streaming = CStreamingState();
   SFrameFormat stFormat;
   float fExposureTime = 0.0F;
@@ -237,7 +237,7 @@ int32_t CVignettingCorrectionPro_Dev::LoadFromFlash()
                             .Then([&] { return SwitchCorrectionOn(m_deviceFeatures); })
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    m_stInfo = GetRecord(image);
+    TakeRecord(GetRecord(image), m_stInfo);
   }
   return nStatus;
 }

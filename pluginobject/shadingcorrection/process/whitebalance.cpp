@@ -66,7 +66,10 @@ int32_t CWhiteBalance::BalanceOnce(const CFeatureAccess &features, CFrameExchang
 
 int32_t CWhiteBalance::Save(const CFeatureAccess &features)
 {
-  *this = CWhiteBalance();
+  const int32_t nOwedStatus = Restore(features);
+  if (nOwedStatus != PLUGIN_STATUS_SUCCESS) {
+    return nOwedStatus;
+  }
   int32_t nStatus = features.IsFeatureImplemented("BalanceWhiteAuto", m_bBalanceWhite);
   if (nStatus != PLUGIN_STATUS_SUCCESS || !m_bBalanceWhite) {
     return nStatus;
@@ -115,18 +118,28 @@ int32_t CWhiteBalance::RestoreRatios(const CFeatureAccess &features) const
     .Status();
 }
 
+int32_t CWhiteBalance::PutBack(const CFeatureAccess &features) const
+{
+  return CFeatureChain()
+    .Then([&] { return RestoreLampHouse(features, m_strAWBLampHouse); })
+    .Then([&] {
+      return m_strBalanceWhiteAuto == "Continuous" ? RestoreRatios(features)
+                                                   : RestoreEntry(features, "BalanceWhiteAuto", m_strBalanceWhiteAuto);
+    })
+    .Status();
+}
+
 int32_t CWhiteBalance::Restore(const CFeatureAccess &features)
 {
-  const CWhiteBalance saved = *this;
-  *this = CWhiteBalance();
-  if (!saved.m_bBalanceWhite) {
+  if (!m_bBalanceWhite) {
     return PLUGIN_STATUS_SUCCESS;
   }
-  const int32_t nStatus = RestoreLampHouse(features, saved.m_strAWBLampHouse);
+  int32_t nStatus = PutBack(features);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    return nStatus;
+    nStatus = PutBack(features);
   }
-  return saved.m_strBalanceWhiteAuto == "Continuous"
-           ? saved.RestoreRatios(features)
-           : RestoreEntry(features, "BalanceWhiteAuto", saved.m_strBalanceWhiteAuto);
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    *this = CWhiteBalance();
+  }
+  return nStatus;
 }

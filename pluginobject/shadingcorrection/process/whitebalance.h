@@ -20,11 +20,13 @@ public:
   int32_t BalanceOnce(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
                       const std::function<void()> &fnStartStream);
 
-  /// Puts back what the last BalanceOnce saved, and forgets it.
+  /// Puts back what the last BalanceOnce saved, a second time when the first fails, and forgets it. What the camera
+  /// refuses is owed to it: the next call, or the next balance before it begins, tries again.
   int32_t Restore(const CFeatureAccess &features);
 
 private:
   int32_t Save(const CFeatureAccess &features);
+  int32_t PutBack(const CFeatureAccess &features) const;
   int32_t SaveRatios(const CFeatureAccess &features);
   int32_t SwitchOn(const CFeatureAccess &features);
   int32_t RestoreRatios(const CFeatureAccess &features) const;

@@ -233,6 +233,51 @@ TEST_F(DialogExecution, LoadingAFileInDeviceModeReloadsTheSettings)
   EXPECT_FALSE(Preview()->isEnabled());
 }
 
+TEST_F(DialogExecution, LoadingAFileInTailorModeReloadsTheFrameCountAlone)
+{
+  ASSERT_EQ(Open("TailorFlatFieldCorrection"), 0);
+  m_stScript.stInfo.nFrameCount = 8;
+  m_stScript.stInfo.nExpectGray = 9;
+  Click(Button("LoadPC_Button"));
+  EXPECT_EQ(FrameSlider()->value(), 12);
+  EXPECT_EQ(GraySlider()->value(), 0);
+  EXPECT_EQ(m_stScript.listCalls, (std::vector<std::string>{"load file", "FFCFrameCount_8"}));
+  EXPECT_FALSE(Preview()->isEnabled());
+}
+
+TEST_F(DialogExecution, InTailorModeThePreviewBoxSwitchesTheCamerasCorrection)
+{
+  m_camera.Device().AddEnumeration("FlatFieldCorrection").Entry("Off", 0).Entry("On", 1);
+  ASSERT_EQ(Open("TailorFlatFieldCorrection"), 0);
+  Click(Bright());
+  Click(Execute());
+  ClickBox(Preview());
+  EXPECT_EQ(m_camera.Enumeration("FlatFieldCorrection").PeekSymbolic(), "Off");
+  ClickBox(Preview());
+  EXPECT_EQ(m_camera.Enumeration("FlatFieldCorrection").PeekSymbolic(), "On");
+  m_camera.Enumeration("FlatFieldCorrection").Access(GenApi::NA);
+  EXPECT_EQ(BoxOf([&] { ClickBox(Preview()); }), "Failure to operation device feature");
+}
+
+TEST_F(DialogExecution, SettingsThatTheCameraRefusesAfterALoadAreReported)
+{
+  m_stScript.stInfo.nFrameCount = 1;
+  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  m_stScript.stInfo.nFrameCount = 16;
+  m_stScript.nFrameCountStatus = PLUGIN_STATUS_FEATURE_ERROR;
+  EXPECT_EQ(BoxOf([&] { Click(Button("LoadPC_Button")); }), "Failure to operation device feature");
+  EXPECT_EQ(FrameSlider()->value(), 16); // what the coefficients were made with
+  m_stScript.nFrameCountStatus = 0;
+  m_stScript.stInfo.nExpectGray = 77;
+  m_stScript.nExpectGrayStatus = PLUGIN_STATUS_FEATURE_ERROR;
+  EXPECT_EQ(BoxOf([&] { Click(Button("LoadFlash_Button")); }), "Failure to operation device feature");
+  EXPECT_EQ(GraySlider()->value(), 0);
+  EXPECT_EQ(GrayBox()->value(), 0);
+  m_stScript.nExpectGrayStatus = 0;
+  Click(Button("LoadFlash_Button"));
+  EXPECT_EQ(GraySlider()->value(), 77);
+}
+
 TEST_F(DialogExecution, ACancelledLoadIsSilentAndLeavesThePreviewOn)
 {
   OpenWithBright();

@@ -1,7 +1,11 @@
 // Which process a camera gets, and the state of the dialog before the user does anything.
 #include <cstring>
 
+#include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QGroupBox>
+#include <QImage>
 #include <QMetaMethod>
 #include <QSignalSpy>
 
@@ -136,6 +140,23 @@ TEST_F(DialogSetup, TheWindowIsFramelessWithATitleBarThatOnlyCloses)
   EXPECT_FALSE(Button("ButtonClose")->isHidden());
   m_pDialog->SetDialogTitle(QStringLiteral("Another"));
   EXPECT_EQ(Find<QLabel>("TitleContent")->text(), QStringLiteral("Another"));
+}
+
+TEST_F(DialogSetup, TheWindowIconIsTheHostsPictureWhereItHasOne)
+{
+  const QDir folder(QCoreApplication::applicationDirPath());
+  const QString strPicture = folder.filePath(QStringLiteral("resource/oem/images/logo.png"));
+  ASSERT_FALSE(QFile::exists(strPicture));
+  Build();
+  EXPECT_EQ(m_pDialog->windowIcon().cacheKey(), QApplication::windowIcon().cacheKey());
+  QImage image(24, 24, QImage::Format_RGB32);
+  image.fill(Qt::red);
+  ASSERT_TRUE(folder.mkpath(QStringLiteral("resource/oem/images")));
+  ASSERT_TRUE(image.save(strPicture));
+  Build();
+  EXPECT_TRUE(QFile::remove(strPicture));
+  folder.rmpath(QStringLiteral("resource/oem/images"));
+  EXPECT_EQ(m_pDialog->windowIcon().pixmap(24, 24).toImage().pixelColor(12, 12), QColor(Qt::red));
 }
 
 TEST_F(DialogSetup, NoPushButtonIsTheDefaultOneAndSavingToFlashWarnsInItsToolTip)

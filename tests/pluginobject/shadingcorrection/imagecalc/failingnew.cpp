@@ -3,11 +3,14 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <limits>
 #include <mutex>
 #include <new>
 #include <set>
+
+#include "platform/zeroedmemory.h"
 
 namespace {
 
@@ -111,6 +114,19 @@ int64_t CountLiveAllocations()
 {
   const std::lock_guard<std::mutex> lock(GetLive().m_mutex);
   return static_cast<int64_t>(GetLive().m_setMemory.size());
+}
+
+// In place of the platform's, which the linker then leaves out.
+
+void *TakeZeroedMemory(std::size_t nSize) noexcept
+{
+  void *const pMemory = TakeUnlessFailing(nSize);
+  return pMemory == nullptr ? nullptr : std::memset(pMemory, 0, nSize);
+}
+
+void GiveZeroedMemory(void *pMemory) noexcept
+{
+  Give(pMemory);
 }
 
 // The program's own, in place of the standard library's: all of them, because each gives back what another

@@ -61,6 +61,35 @@ TEST_F(DeviceCorrection, MemoryOfTheCamerasSizeIsTakenAtTheInitialisation)
   EXPECT_EQ(SIZE, m_stInfo.nCoefficientsSize);
   m_camera.Integer("FFCCoefficientsSize").OnRead([] { return -1; });
   EXPECT_EQ(-2, InitCoefficients(Features(), m_stInfo, m_image));
+  EXPECT_FALSE(m_image.IsAllocated());
+}
+
+TEST_F(DeviceCorrection, ASizeThatCannotBeHadLeavesNoMemoryOfTheFormerSize)
+{
+  for (const uint64_t nSize : {uint64_t{1} << 32, UINT64_MAX}) {
+    EXPECT_EQ(0, AllocateCoefficients(SIZE, m_image));
+    EXPECT_EQ(-2, AllocateCoefficients(nSize, m_image));
+    EXPECT_FALSE(m_image.IsAllocated()) << nSize;
+  }
+  EXPECT_EQ(0, AllocateCoefficients(SIZE, m_image));
+  const CFailingNew failing;
+  EXPECT_EQ(-2, AllocateCoefficients(SIZE, m_image));
+  EXPECT_FALSE(m_image.IsAllocated());
+}
+
+TEST_F(DeviceCorrection, ARecordIsTakenOverButForAFrameCountThatNoCameraHas)
+{
+  FFCInfo stInfo = {9, 9, 4, 9, 9, 99};
+  for (const uint32_t nFrameCount : {1U, 2U, 8U, 16U}) {
+    TakeRecord({1, 2, nFrameCount, 3, 5, 6}, stInfo);
+    EXPECT_EQ(nFrameCount, stInfo.nFrameCount);
+    EXPECT_EQ(6U, stInfo.nExpectGray);
+  }
+  for (const uint32_t nFrameCount : {0U, 3U, 17U, 0xFFFFFFFFU}) {
+    TakeRecord({1, 2, nFrameCount, 3, 5, 7}, stInfo);
+    EXPECT_EQ(16U, stInfo.nFrameCount) << nFrameCount;
+    EXPECT_EQ(7U, stInfo.nExpectGray);
+  }
 }
 
 TEST_F(DeviceCorrection, IsSwitchedOnAndOff)

@@ -46,6 +46,15 @@ TEST_F(DeviceSettings, OfAMonochromeCameraHaveNoFilter)
   EXPECT_EQ(0, m_stSettings.GetBayerType());
 }
 
+TEST_F(DeviceSettings, OfACameraThatLostItsFilterHaveNoneAnyMore)
+{
+  EXPECT_EQ(0, Read());
+  EXPECT_EQ(3, m_stSettings.GetBayerType());
+  EXPECT_EQ(0, Read(false));
+  EXPECT_EQ("", m_stSettings.strPixelColorFilter);
+  EXPECT_EQ(0, m_stSettings.GetBayerType());
+}
+
 TEST_F(DeviceSettings, StopAtTheFirstThatCannotBeRead)
 {
   m_camera.Enumeration("FFCFrameCount").Select("FFCFrameCount_8");

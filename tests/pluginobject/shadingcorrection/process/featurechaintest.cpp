@@ -1,3 +1,4 @@
+#include <new>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -91,4 +92,24 @@ TEST(ScopeGuard, RunsInTheReverseOrderOfDeclaration)
     const CScopeGuard second([&listRan] { listRan.push_back(2); });
   }
   EXPECT_EQ((std::vector<int>{2, 1}), listRan);
+}
+
+TEST(ScopeGuard, EndsWhatItsActionThrowsAlsoWhileAnotherExceptionPasses)
+{
+  try {
+    const CScopeGuard guard([] { throw 1; });
+    throw 42;
+  } catch (int nThrown) {
+    EXPECT_EQ(42, nThrown);
+  }
+}
+
+TEST(FeatureChain, AStepWithoutMemoryIsOutOfMemory)
+{
+  int nRuns = 0;
+  EXPECT_EQ(-2, CFeatureChain()
+                  .Then([]() -> int32_t { throw std::bad_alloc(); })
+                  .Then([&]() -> int32_t { return ++nRuns; })
+                  .Status());
+  EXPECT_EQ(0, nRuns);
 }

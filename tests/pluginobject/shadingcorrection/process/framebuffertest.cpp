@@ -2,6 +2,7 @@
 #include <limits>
 #include <numeric>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -80,6 +81,26 @@ TEST(FrameBuffer, ZeroClearsEveryByte)
   buffer.Zero();
   EXPECT_TRUE(IsZero(buffer));
   CFrameBuffer().Zero();
+}
+
+TEST(FrameBuffer, OfBytesThatAreNeverWrittenCostsNoMemory)
+{
+  // More together than a small machine has; memory that is not written is not there.
+  std::vector<CFrameBuffer> listBuffers(16);
+  for (CFrameBuffer &buffer : listBuffers) {
+    EXPECT_TRUE(buffer.Allocate(uint64_t{1} << 30));
+    EXPECT_EQ(0, buffer.GetData()[buffer.GetSize() - 1]);
+  }
+}
+
+TEST(FrameBuffer, ClearsItsFirstBytesOnly)
+{
+  CFrameBuffer buffer = MakeCounting(4, 1);
+  buffer.ZeroFirst(2);
+  EXPECT_EQ(0, buffer.GetData()[1]);
+  EXPECT_EQ(3, buffer.GetData()[2]);
+  buffer.ZeroFirst(100);
+  EXPECT_TRUE(IsZero(buffer));
 }
 
 TEST(FrameBuffer, ReleaseEmptiesIt)

@@ -130,6 +130,28 @@ TEST(FrameExchange, ANullFrameIsDropped)
   EXPECT_EQ((std::vector<uint8_t>{1, 2}), GetBytes(exchange));
 }
 
+TEST(FrameExchange, ABufferForFramesThatNoHostCanCountIsRefused)
+{
+  CFrameExchange exchange;
+  EXPECT_FALSE(exchange.AllocateBuffer(uint64_t{1} << 32));
+  EXPECT_FALSE(exchange.AllocateBuffer(UINT64_MAX));
+}
+
+TEST(FrameExchange, ABufferIsZeroedAsFarAsTheLongestFrameReached)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  const std::vector<uint8_t> listFrame = {1, 2, 3, 4, 5};
+  for (const uint32_t nSize : {3U, 1U, 5U, 0U}) {
+    exchange.ReceiveFrame(listFrame.data(), nSize);
+    exchange.ReceiveFrame(listFrame.data(), 1);
+    exchange.ZeroBuffer();
+    exchange.UseFrame([](const CFrameBuffer &frame) {
+      EXPECT_EQ(std::vector<uint8_t>(4), std::vector<uint8_t>(frame.GetData(), frame.GetData() + frame.GetSize()));
+    });
+  }
+}
+
 TEST(FrameExchange, ABufferIsZeroedAtAllocationAndOnDemand)
 {
   CFrameExchange exchange;

@@ -22,6 +22,15 @@ TEST(ProcessFactory, MakesTheProcessOfEachKind)
   EXPECT_EQ("CVignettingCorrectionPro_Dev", GetClassName(EProcessKind::DeviceVignetting));
 }
 
+TEST(ProcessFactory, MakesNothingOfAKindThatThereIsNot)
+{
+  const CFeatureAccess features(nullptr);
+  std::unique_ptr<IShadingCorrectionProcess> pProcess;
+  EXPECT_EQ(0, CreateShadingCorrectionProcess(EProcessKind::HostFlatField, features, features, pProcess));
+  EXPECT_EQ(-3, CreateShadingCorrectionProcess(static_cast<EProcessKind>(99), features, features, pProcess));
+  EXPECT_EQ(nullptr, pProcess);
+}
+
 TEST(ProcessFactory, ReplacesAProcessThatWasThere)
 {
   const CFeatureAccess features(nullptr);

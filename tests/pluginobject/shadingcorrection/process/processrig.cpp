@@ -7,7 +7,9 @@ namespace {
 constexpr double FRAMES_PER_SECOND = 20000.0;
 constexpr uint32_t REQUESTED = 0;
 
-void AddTo(Settings &mapValues, CSoftwareNodeMap &map)
+} // namespace
+
+void AddSettings(Settings &mapValues, CSoftwareNodeMap &map)
 {
   GenApi::NodeList_t listNodes;
   map.GetNodes(listNodes);
@@ -18,8 +20,6 @@ void AddTo(Settings &mapValues, CSoftwareNodeMap &map)
     }
   }
 }
-
-} // namespace
 
 std::string DescribeChanges(const Settings &mapBefore, const Settings &mapAfter)
 {
@@ -98,8 +98,8 @@ std::vector<int32_t> CProcessRig::TakeSignals()
 Settings CProcessRig::TakeSnapshot()
 {
   Settings mapValues;
-  AddTo(mapValues, m_pCamera->Device());
-  AddTo(mapValues, m_pCamera->Stream());
+  AddSettings(mapValues, m_pCamera->Device());
+  AddSettings(mapValues, m_pCamera->Stream());
   for (const double dRatio : m_pCamera->m_adBalanceRatio) {
     mapValues["ratios"] += std::to_string(dRatio) + " ";
   }

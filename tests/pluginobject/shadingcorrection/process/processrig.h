@@ -21,6 +21,9 @@
 /// Values of features by name, as texts.
 using Settings = std::map<std::string, std::string>;
 
+/// Adds the values of all features of a map that have one; empty where it cannot be read.
+void AddSettings(Settings &mapValues, CSoftwareNodeMap &map);
+
 /// What is not alike, as a text; empty when nothing is.
 std::string DescribeChanges(const Settings &mapBefore, const Settings &mapAfter);
 

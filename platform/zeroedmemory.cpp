@@ -1,0 +1,13 @@
+#include "platform/zeroedmemory.h"
+
+#include <cstdlib>
+
+void *TakeZeroedMemory(std::size_t nSize) noexcept
+{
+  return std::calloc(nSize == 0 ? 1 : nSize, 1);
+}
+
+void GiveZeroedMemory(void *pMemory) noexcept
+{
+  std::free(pMemory);
+}
