@@ -92,6 +92,20 @@ private:
   void __LoadControls();
   void __ConnectControls();
 
+  // Bodies of the slots.
+  template <typename TBody>
+  void __RunSlot(TBody fnBody);
+  void __ChangeFrameCount(int nValue);
+  void __ChangeExpectGray(int nValue);
+  void __AcquireDark();
+  void __AcquireBright();
+  void __Execute();
+  void __SwitchPreview(bool checked);
+  void __LoadFlash();
+  void __SaveFlash();
+  void __LoadFile();
+  void __SaveFile();
+
   // Helpers of the slots.
   bool __IsReady() const { return m_pUi != nullptr && m_pProcess != nullptr; }
   bool __IsHostMode() const { return !m_bModeFeatureAvailable; }
@@ -110,6 +124,7 @@ private:
   void __SetFrameCount(uint32_t nFrameCount);
   void __ReloadSettings();
   void __ReportStatus(int32_t nStatus);
+  void __ShowError(const QString &strText);
 
   bool m_bBrightAcquired = false;
   bool m_bFFCExecuted = false;

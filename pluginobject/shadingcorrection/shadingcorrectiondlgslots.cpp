@@ -1,5 +1,6 @@
 // The slots of the dialog, and what they share.
 #include <exception>
+#include <new>
 
 #include <QCheckBox>
 #include <QMessageBox>
@@ -31,11 +32,37 @@ constexpr int EXPECT_GRAY_END = 256;
 
 void CShadingCorrectionDlg::__ReportStatus(int32_t nStatus)
 {
-  if (nStatus == PLUGIN_STATUS_SUCCESS || nStatus == PLUGIN_STATUS_SILENT) {
-    return;
+  if (nStatus != PLUGIN_STATUS_SUCCESS && nStatus != PLUGIN_STATUS_SILENT) {
+    __ShowError(QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Dialog)));
   }
-  CTipsMessageBox::Error(this, tr("Error"), QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Dialog)),
-                         QMessageBox::Ok, QMessageBox::NoButton);
+}
+
+void CShadingCorrectionDlg::__ShowError(const QString &strText)
+{
+  try {
+    CTipsMessageBox::Error(this, tr("Error"), strText, QMessageBox::Ok, QMessageBox::NoButton);
+  } catch (const std::bad_alloc &) {
+    // Without memory for a box there is the prompt line.
+    __ShowPrompt(strText, WARNING_COLOUR);
+  }
+}
+
+// The body of a slot: nothing that it throws may reach the toolkit, which would end the host.
+template <typename TBody>
+void CShadingCorrectionDlg::__RunSlot(TBody fnBody)
+{
+  const QPointer<CShadingCorrectionDlg> pThis(this);
+  int32_t nStatus = PLUGIN_STATUS_SUCCESS;
+  try {
+    fnBody();
+  } catch (const std::bad_alloc &) {
+    nStatus = PLUGIN_STATUS_OUT_OF_MEMORY;
+  } catch (...) {
+    nStatus = PLUGIN_STATUS_UNKNOWN_ERROR;
+  }
+  if (pThis != nullptr) {
+    __ReportStatus(nStatus);
+  }
 }
 
 void CShadingCorrectionDlg::__ShowPrompt(const QString &strText, Qt::GlobalColor eColor)
@@ -60,7 +87,7 @@ int32_t CShadingCorrectionDlg::__CallProcess(TOperation fnOperation)
   } catch (...) {
     return PLUGIN_STATUS_UNKNOWN_ERROR;
   }
-  CTipsMessageBox::Error(this, tr("Error"), strDescription, QMessageBox::Ok, QMessageBox::NoButton);
+  __ShowError(strDescription);
   return PLUGIN_STATUS_SILENT;
 }
 
@@ -122,6 +149,11 @@ void CShadingCorrectionDlg::__SetFrameCount(uint32_t nFrameCount)
 
 void CShadingCorrectionDlg::Slot_objAcquisitionFrame_Slider_valueChanged(int nValue)
 {
+  __RunSlot([this, nValue] { __ChangeFrameCount(nValue); });
+}
+
+void CShadingCorrectionDlg::__ChangeFrameCount(int nValue)
+{
   if (m_pUi == nullptr) {
     __ReportStatus(PLUGIN_STATUS_INVALID_PARAM);
     return;
@@ -143,6 +175,11 @@ void CShadingCorrectionDlg::Slot_objAcquisitionFrame_Slider_valueChanged(int nVa
 }
 
 void CShadingCorrectionDlg::Slot_objExpectGrayValue_Slider_valueChanged(int nValue)
+{
+  __RunSlot([this, nValue] { __ChangeExpectGray(nValue); });
+}
+
+void CShadingCorrectionDlg::__ChangeExpectGray(int nValue)
 {
   if (!__IsReady()) {
     __ReportStatus(PLUGIN_STATUS_INVALID_PARAM);
@@ -174,6 +211,11 @@ void CShadingCorrectionDlg::Slot_objExpectGrayValue_SpinBox_valueChanged(int nVa
 }
 
 void CShadingCorrectionDlg::Slot_objAcquisitionDarkFrame_Button_clicked()
+{
+  __RunSlot([this] { __AcquireDark(); });
+}
+
+void CShadingCorrectionDlg::__AcquireDark()
 {
   if (!__IsReady() || !__CanAcquire()) {
     return;
@@ -209,6 +251,11 @@ void CShadingCorrectionDlg::__ShowDarkVerdict()
 }
 
 void CShadingCorrectionDlg::Slot_objAcquisitionBrightFrame_Button_clicked()
+{
+  __RunSlot([this] { __AcquireBright(); });
+}
+
+void CShadingCorrectionDlg::__AcquireBright()
 {
   const QPointer<CShadingCorrectionDlg> pThis(this);
   CBusyScope busy(m_pUi->AcquisitionBrightFrame_Button);
@@ -254,6 +301,11 @@ int32_t CShadingCorrectionDlg::__AcceptBright()
 }
 
 void CShadingCorrectionDlg::Slot_objExecuteShadingCorrection_Button_clicked()
+{
+  __RunSlot([this] { __Execute(); });
+}
+
+void CShadingCorrectionDlg::__Execute()
 {
   CBusyScope busy;
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
@@ -304,6 +356,11 @@ void CShadingCorrectionDlg::SlotShowInfo(bool bStutas)
 
 void CShadingCorrectionDlg::SlotPreviewCorrectionEffect(bool checked)
 {
+  __RunSlot([this, checked] { __SwitchPreview(checked); });
+}
+
+void CShadingCorrectionDlg::__SwitchPreview(bool checked)
+{
   if (!__IsReady() || !m_deviceFeatures.HasNodeMap()) {
     return;
   }
@@ -319,6 +376,11 @@ void CShadingCorrectionDlg::SlotPreviewCorrectionEffect(bool checked)
 
 void CShadingCorrectionDlg::Slot_objLoadFlash_Button_clicked()
 {
+  __RunSlot([this] { __LoadFlash(); });
+}
+
+void CShadingCorrectionDlg::__LoadFlash()
+{
   CBusyScope busy;
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (__IsReady()) {
@@ -333,6 +395,11 @@ void CShadingCorrectionDlg::Slot_objLoadFlash_Button_clicked()
 
 void CShadingCorrectionDlg::Slot_objSaveFlash_Button_clicked()
 {
+  __RunSlot([this] { __SaveFlash(); });
+}
+
+void CShadingCorrectionDlg::__SaveFlash()
+{
   CBusyScope busy;
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (__IsReady()) {
@@ -343,6 +410,11 @@ void CShadingCorrectionDlg::Slot_objSaveFlash_Button_clicked()
 }
 
 void CShadingCorrectionDlg::Slot_objLoadPC_Button_clicked()
+{
+  __RunSlot([this] { __LoadFile(); });
+}
+
+void CShadingCorrectionDlg::__LoadFile()
 {
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (__IsReady()) {
@@ -359,6 +431,11 @@ void CShadingCorrectionDlg::Slot_objLoadPC_Button_clicked()
 }
 
 void CShadingCorrectionDlg::Slot_objSavePC_Button_clicked()
+{
+  __RunSlot([this] { __SaveFile(); });
+}
+
+void CShadingCorrectionDlg::__SaveFile()
 {
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (__IsReady()) {
