@@ -152,6 +152,8 @@ void AddCorrectionOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWord
 void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
 {
   app.add_flag("--headless", stOptions.bHeadless, "run the whole workflow without a window and write a report");
+  app.add_flag("--restore-settings", stOptions.bRestoreSettings,
+               "give the camera the settings of its UserSet0, where an interrupted acquisition left them, and leave");
   app.add_option("--plugin", stOptions.strPlugin, "module to load; FlatFieldCorrection.plx beside this program")
     ->type_name("FILE");
   app.add_option("--frames", stOptions.nFrames, "bright frames to average: 1, 2, 4, 8 or 16 (default)")

@@ -10,10 +10,11 @@
 /// What the user asked for.
 struct SHostOptions {
   bool bHeadless = false;
-  std::string strPlugin;       ///< path of the module; empty: the one beside the executable
-  std::string strReplayFolder; ///< empty: the simulated camera
-  std::string strPixelFormat;  ///< PFNC name; empty: the camera's own choice
-  uint32_t nWidth = 2048;      ///< pixels, simulated camera only
+  bool bRestoreSettings = false; ///< load "UserSet0", say what changed and leave
+  std::string strPlugin;         ///< path of the module; empty: the one beside the executable
+  std::string strReplayFolder;   ///< empty: the simulated camera
+  std::string strPixelFormat;    ///< PFNC name; empty: the camera's own choice
+  uint32_t nWidth = 2048;        ///< pixels, simulated camera only
   uint32_t nHeight = 1536;
   int nFrames = 16;                              ///< bright frames averaged: 1, 2, 4, 8 or 16
   int nExpectGray = -1;                          ///< 0 to 255; -1: what the bright frames suggest

@@ -8,6 +8,7 @@
 #include "host/desktop.h"
 #include "host/headless/headlessrun.h"
 #include "host/livewindow.h"
+#include "host/settingsrescue.h"
 
 namespace {
 
@@ -35,6 +36,27 @@ int RunHeadless(const SHostOptions &stOptions)
   }
   std::cout << run.GetSummary().toStdString();
   std::cout << "  written to " << stOptions.strOutFolder << std::endl;
+  return EXIT_SUCCESS;
+}
+
+/// Gives the camera its user's settings back.
+int RunRescue(const SHostOptions &stOptions)
+{
+  const SOpenedCamera stOpened = OpenCamera(stOptions);
+  if (stOpened.pCamera == nullptr) {
+    return Fail(stOpened.strError);
+  }
+  CSettingsRescue rescue(*stOpened.pCamera->GetDeviceNodeMap());
+  const QString strError = rescue.Restore();
+  if (!strError.isEmpty()) {
+    return Fail(strError);
+  }
+  for (const QString &strChange : rescue.GetChanges()) {
+    std::cout << strChange.toStdString() << '\n';
+  }
+  std::cout << (rescue.GetChanges().isEmpty() ? "The camera has the settings of UserSet0 already."
+                                              : "The camera has the settings of UserSet0 again.")
+            << std::endl;
   return EXIT_SUCCESS;
 }
 
@@ -67,7 +89,8 @@ int main(int nArguments, char **pArguments)
     stream << (stCommandLine.nExitCode == 0 ? "" : "ffchost: ") << stCommandLine.strText << std::endl;
     return stCommandLine.nExitCode;
   }
-  const bool bHeadless = stCommandLine.stOptions.bHeadless || !HasDisplay();
+  const bool bRescue = stCommandLine.stOptions.bRestoreSettings;
+  const bool bHeadless = stCommandLine.stOptions.bHeadless || bRescue || !HasDisplay();
   if (bHeadless && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
     PrepareOffScreen();
   }
@@ -79,5 +102,8 @@ int main(int nArguments, char **pArguments)
   // Without the options: the toolkit has one of its own called --plugin.
   int nToolkitArguments = 1;
   const QApplication app(nToolkitArguments, pArguments);
+  if (bRescue) {
+    return RunRescue(stCommandLine.stOptions);
+  }
   return bHeadless ? RunHeadless(stCommandLine.stOptions) : RunLive(stCommandLine.stOptions);
 }
