@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds and runs the whole test suite: optimised, with the address and
 # undefined-behaviour sanitizers, and with the thread sanitizer. "./test.sh release" (asan, tsan) runs one.
+# "./test.sh --soak" runs the long forms of the reliability tests instead: all combinations and millions of frames,
+# and each fuzz target for FFC_SOAK_MINUTES (60). FFC_SEED sets another order of what happens.
 # "./test.sh --windows" builds for 64-bit Windows instead, with a tool chain that it makes first, and runs
 # the suite under Wine (FFC_QT_MINGW_CACHE: see scripts/windows/toolchain.sh).
 set -euo pipefail
@@ -26,7 +28,32 @@ test_windows() {
   run_tests windows-mingw
 }
 
+# soak_reliability PRESET OPERATIONS FRAMES: the long forms, with so many operations and frames in each mode.
+soak_reliability() {
+  echo "== $1: soak"
+  build_preset "$1" -DFFC_BUILD_TESTS=ON
+  FFC_SOAK=1 FFC_SOAK_OPERATIONS=$2 FFC_SOAK_FRAMES=$3 \
+    xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' ctest --preset "$1" --tests-regex 'reliability' --timeout 36000 \
+    --verbose
+}
+
+# soak_fuzzing MINUTES: each fuzz target for so long.
+soak_fuzzing() {
+  if [ -x tests/fuzz/soak.sh ]; then
+    echo "== fuzz: soak, $1 minutes each"
+    tests/fuzz/soak.sh "$1"
+  fi
+}
+
 mkdir -p build
+if [ "${1:-}" = --soak ]; then
+  install_packages packages.txt
+  soak_reliability release 10000 1000000
+  soak_reliability tsan 10000 1000000
+  soak_reliability asan 2000 200000
+  soak_fuzzing "${FFC_SOAK_MINUTES:-60}"
+  exit
+fi
 if [ "${1:-}" = --windows ]; then
   test_windows
   exit
