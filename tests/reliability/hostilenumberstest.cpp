@@ -87,7 +87,7 @@ protected:
 
   void TryAll(const std::vector<const char *> &listNames)
   {
-    for (std::size_t n = 0; n < NUMBERS.size(); n += IsSoak() ? 1 : 1 + GetStride()) {
+    for (std::size_t n = 0; n < NUMBERS.size(); n += IsSoak() ? 1 : 2 + GetStride()) {
       Try(listNames, NUMBERS[n]);
     }
     // The camera tells its real sizes again, and all is well.
