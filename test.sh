@@ -37,21 +37,13 @@ soak_reliability() {
     --verbose
 }
 
-# soak_fuzzing MINUTES: each fuzz target for so long.
-soak_fuzzing() {
-  if [ -x tests/fuzz/soak.sh ]; then
-    echo "== fuzz: soak, $1 minutes each"
-    tests/fuzz/soak.sh "$1"
-  fi
-}
-
 mkdir -p build
 if [ "${1:-}" = --soak ]; then
   install_packages packages.txt
   soak_reliability release 10000 1000000
   soak_reliability tsan 10000 1000000
   soak_reliability asan 2000 200000
-  soak_fuzzing "${FFC_SOAK_MINUTES:-60}"
+  scripts/fuzz.sh --soak
   exit
 fi
 if [ "${1:-}" = --windows ]; then
@@ -61,13 +53,14 @@ fi
 
 install_packages packages.txt
 presets=("$@")
-[ ${#presets[@]} -gt 0 ] || presets=(asan tsan release)
+if [ ${#presets[@]} -eq 0 ]; then
+  presets=(asan tsan release)
+  # The fuzz targets too, for a short time.
+  scripts/fuzz.sh
+fi
 
 for preset in "${presets[@]}"; do
   echo "== $preset: build"
   build_preset "$preset" -DFFC_BUILD_TESTS=ON
   run_tests "$preset"
 done
-
-# Without arguments the fuzz targets too, for a short time.
-[ $# -gt 0 ] || scripts/fuzz.sh
