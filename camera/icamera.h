@@ -8,6 +8,8 @@
 
 #include <GenApi/GenApi.h>
 
+class ICameraLink;
+
 /// One delivered frame. Valid during the callback only.
 struct SCameraFrame {
   const void *pBuffer = nullptr; ///< tightly packed lines
@@ -68,4 +70,6 @@ public:
 
   /// Null for a camera whose scene software cannot change.
   virtual ISceneControl *GetSceneControl() = 0;
+  /// Null for a camera that cannot be lost.
+  virtual ICameraLink *GetLink() { return nullptr; }
 };

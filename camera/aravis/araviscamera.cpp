@@ -1,0 +1,235 @@
+#include "camera/aravis/araviscamera.h"
+
+#include <new>
+#include <utility>
+
+#include "camera/aravis/frameunpacker.h"
+#include "camera/sensorformat.h"
+
+namespace {
+
+using LinkPointer = std::shared_ptr<CCameraLink>;
+
+/// For a description without it: the camera object sets it, as the library does not.
+const char LOCK_NODE[] =
+  R"(<Integer Name="TLParamsLocked"><Visibility>Invisible</Visibility><Value>0</Value><Min>0</Min><Max>1</Max></Integer>)";
+
+ArvGc *PrepareGenicam(ArvDevice *pDevice)
+{
+  ArvGc *pGenicam = arv_device_get_genicam(pDevice);
+  arv_gc_set_default_node_data(pGenicam, "TLParamsLocked", LOCK_NODE, nullptr);
+  return pGenicam;
+}
+
+/// On the library's thread that keeps the control of the camera alive.
+void OnControlLost(ArvDevice *, void *pLink)
+{
+  (*static_cast<LinkPointer *>(pLink))->MarkLost();
+}
+
+void ReleaseLink(void *pLink, GClosure *)
+{
+  delete static_cast<LinkPointer *>(pLink);
+}
+
+/// Bytes of a pixel; 0 for formats that are packed.
+uint32_t GetPixelSize(uint32_t nPixelFormat)
+{
+  const uint32_t nBits = nPixelFormat >> 16U & 0xFFU; // where PFNC codes have it
+  return nBits % 8 == 0 ? nBits / 8 : 0;
+}
+
+} // namespace
+
+std::unique_ptr<CAravisCamera> CAravisCamera::Create(CObjectPointer<ArvDevice> pDevice,
+                                                     const std::string &strDisplayName, std::string *pstrError)
+{
+  if (arv_device_get_genicam(pDevice.get()) == nullptr) {
+    *pstrError = strDisplayName + " has no description of its features that can be read";
+    return nullptr;
+  }
+  std::unique_ptr<CAravisCamera> pCamera(new CAravisCamera(std::move(pDevice), strDisplayName));
+  for (const char *pNeeded : {"Width", "Height", "PixelFormat", "PayloadSize", "AcquisitionStart", "AcquisitionStop"}) {
+    if (pCamera->m_deviceMap.GetNode(pNeeded) == nullptr) {
+      *pstrError = strDisplayName + " has no feature " + pNeeded;
+      return nullptr;
+    }
+  }
+  pCamera->SelectContinuous();
+  return pCamera;
+}
+
+CAravisCamera::CAravisCamera(CObjectPointer<ArvDevice> pDevice, const std::string &strDisplayName)
+  : m_strDisplayName(strDisplayName), m_pDevice(std::move(pDevice)),
+    m_deviceMap(PrepareGenicam(m_pDevice.get()), m_pLink),
+    m_stream(m_pLink, [this](ArvBuffer &buffer) { DeliverFrame(buffer); }),
+    m_features(m_deviceMap, strDisplayName, [this](EBufferHandling eHandling) { m_stream.SetHandling(eHandling); })
+{
+  WatchControl();
+}
+
+CAravisCamera::~CAravisCamera()
+{
+  Stop();
+  g_signal_handler_disconnect(m_pDevice.get(), m_nControlHandler);
+}
+
+/// The signal comes on a thread of the library's, perhaps while this object goes: it holds the link only.
+void CAravisCamera::WatchControl()
+{
+  m_nControlHandler = g_signal_connect_data(m_pDevice.get(), "control-lost", G_CALLBACK(OnControlLost),
+                                            new LinkPointer(m_pLink), ReleaseLink, GConnectFlags(0));
+}
+
+/// A stream goes on until it is stopped. A camera that has no other mode need not have the feature.
+void CAravisCamera::SelectContinuous()
+{
+  try {
+    auto *pMode = dynamic_cast<GenApi::IEnumeration *>(m_deviceMap.GetNode("AcquisitionMode"));
+    if (GenApi::IsWritable(pMode)) {
+      pMode->FromString("Continuous");
+    }
+  } catch (const GenICam::GenericException &) {
+    return; // it stays in the mode that its user has set
+  }
+}
+
+std::string CAravisCamera::Start()
+{
+  if (IsStreaming()) {
+    return {};
+  }
+  std::string strError;
+  try {
+    strError = Begin();
+  } catch (const GenICam::GenericException &exception) {
+    strError = exception.GetDescription();
+  }
+  if (!strError.empty()) {
+    End();
+  }
+  return m_pLink->IsLost() ? "The camera does not answer any more." : strError;
+}
+
+std::string CAravisCamera::Begin()
+{
+  const auto lock = m_deviceMap.Lock();
+  if (m_pLink->IsLost()) {
+    return "lost";
+  }
+  auto *pPayload = dynamic_cast<GenApi::IInteger *>(m_deviceMap.GetNode("PayloadSize"));
+  const int64_t nPayload = pPayload == nullptr ? 0 : pPayload->GetValue();
+  if (nPayload <= 0 || nPayload > INT32_MAX) {
+    return "A frame of " + std::to_string(nPayload) + " bytes cannot be received.";
+  }
+  std::string strError = m_stream.Start(m_pDevice.get(), static_cast<std::size_t>(nPayload));
+  if (strError.empty()) {
+    SetLocked(true); // first: the geometry stands still as long as frames can come
+    Execute("AcquisitionStart");
+  }
+  return strError;
+}
+
+void CAravisCamera::Stop()
+{
+  if (!IsStreaming()) {
+    return;
+  }
+  try {
+    Execute("AcquisitionStop");
+  } catch (const GenICam::GenericException &) {
+    // It may be gone; the stream ends all the same.
+  }
+  End();
+}
+
+void CAravisCamera::End()
+{
+  m_stream.Stop();
+  SetLocked(false);
+}
+
+/// Past all checks: the node is the host's to write, whatever the description says.
+void CAravisCamera::SetLocked(bool bLocked)
+{
+  const auto lock = m_deviceMap.Lock();
+  ArvGcNode *pNode = arv_device_get_feature(m_pDevice.get(), "TLParamsLocked");
+  if (ARV_IS_GC_INTEGER(pNode)) {
+    CErrorSlot error; // of a description that keeps it in the camera, when that is gone
+    arv_gc_integer_set_value(ARV_GC_INTEGER(pNode), bLocked ? 1 : 0, error.Out());
+  }
+}
+
+void CAravisCamera::Execute(const char *pCommand)
+{
+  auto *pNode = dynamic_cast<GenApi::ICommand *>(m_deviceMap.GetNode(pCommand));
+  if (pNode == nullptr) {
+    throw GenICam::LogicalErrorException((std::string(pCommand) + " is no command").c_str(), __FILE__, __LINE__);
+  }
+  pNode->Execute();
+}
+
+void CAravisCamera::DeliverFrame(ArvBuffer &buffer)
+{
+  SCameraFrame stFrame;
+  bool bUsable = false;
+  try {
+    bUsable = DescribeFrame(buffer, &stFrame);
+  } catch (const std::bad_alloc &) {
+    bUsable = false;
+  }
+  if (!bUsable) {
+    m_pLink->CountLostFrames(1);
+    return;
+  }
+  stFrame.nFrameId = m_nFrameId++;
+  if (m_fnCallback) {
+    m_fnCallback(stFrame);
+  }
+}
+
+bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)
+{
+  const ArvBufferPayloadType eType = arv_buffer_get_payload_type(&buffer);
+  if (eType != ARV_BUFFER_PAYLOAD_TYPE_IMAGE && eType != ARV_BUFFER_PAYLOAD_TYPE_EXTENDED_CHUNK_DATA) {
+    return false;
+  }
+  gint nPaddingX = 0;
+  gint nPaddingY = 0;
+  arv_buffer_get_image_padding(&buffer, &nPaddingX, &nPaddingY);
+  const gint nWidth = arv_buffer_get_image_width(&buffer);
+  const gint nHeight = arv_buffer_get_image_height(&buffer);
+  std::size_t nReceived = 0;
+  pstFrame->pBuffer = arv_buffer_get_image_data(&buffer, &nReceived);
+  if (pstFrame->pBuffer == nullptr || nWidth <= 0 || nHeight <= 0 || nPaddingX != 0 || nReceived > INT32_MAX) {
+    return false;
+  }
+  pstFrame->nSize = static_cast<uint32_t>(nReceived);
+  pstFrame->nWidth = static_cast<uint32_t>(nWidth);
+  pstFrame->nHeight = static_cast<uint32_t>(nHeight);
+  pstFrame->nPixelFormat = arv_buffer_get_image_pixel_format(&buffer);
+  const uint64_t nNeeded = uint64_t{pstFrame->nWidth} * pstFrame->nHeight * GetPixelSize(pstFrame->nPixelFormat);
+  if (nNeeded == 0 || FindPackedFormat(pstFrame->nPixelFormat) != nullptr) {
+    return Unpack(pstFrame);
+  }
+  if (nNeeded > nReceived) {
+    return false;
+  }
+  pstFrame->nSize = static_cast<uint32_t>(nNeeded);
+  return true;
+}
+
+bool CAravisCamera::Unpack(SCameraFrame *pstFrame)
+{
+  const SPackedFormat *pFormat = FindPackedFormat(pstFrame->nPixelFormat);
+  const std::size_t nSamples = std::size_t{pstFrame->nWidth} * pstFrame->nHeight;
+  if (pFormat == nullptr || nSamples > INT32_MAX / 2 || pFormat->GetPackedSize(nSamples) > pstFrame->nSize) {
+    return false;
+  }
+  m_listSamples.resize(nSamples);
+  UnpackSamples(*pFormat, static_cast<const uint8_t *>(pstFrame->pBuffer), nSamples, m_listSamples.data());
+  pstFrame->pBuffer = m_listSamples.data();
+  pstFrame->nSize = static_cast<uint32_t>(nSamples * 2);
+  pstFrame->nPixelFormat = pFormat->nUnpackedCode;
+  return true;
+}

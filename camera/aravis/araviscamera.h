@@ -1,0 +1,63 @@
+/// \file
+/// A real camera: GigE Vision or USB3 Vision.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <arv.h>
+
+#include "camera/aravis/aravisstream.h"
+#include "camera/aravis/cameralink.h"
+#include "camera/aravis/gobject.h"
+#include "camera/aravis/hostfeatures.h"
+#include "camera/aravis/nodemap/aravisnodemap.h"
+#include "camera/icamera.h"
+
+/// Its own features are the device map; frames of packed formats are unpacked to 16 bits per sample, with the
+/// unpacked format's code, and all others delivered where they were received. A frame that is no image, or not of
+/// the size that it says, counts as lost. Its scene cannot be set: the user covers the lens.
+class CAravisCamera final : public ICamera {
+public:
+  /// \param pDevice controlled by this program
+  /// \param pstrError what the camera lacks when the result is null
+  static std::unique_ptr<CAravisCamera> Create(CObjectPointer<ArvDevice> pDevice, const std::string &strDisplayName,
+                                               std::string *pstrError);
+  ~CAravisCamera() override;
+
+  std::string GetDisplayName() const override { return m_strDisplayName; }
+  GenApi::INodeMap *GetOutputNodeMap() override { return &m_features.GetOutputMap(); }
+  GenApi::INodeMap *GetStreamNodeMap() override { return &m_features.GetStreamMap(); }
+  GenApi::INodeMap *GetDeviceNodeMap() override { return &m_deviceMap; }
+  void SetFrameCallback(FrameCallback fnCallback) override { m_fnCallback = std::move(fnCallback); }
+  std::string Start() override;
+  void Stop() override;
+  bool IsStreaming() const override { return m_stream.IsRunning(); }
+  ISceneControl *GetSceneControl() override { return nullptr; }
+  ICameraLink *GetLink() override { return m_pLink.get(); }
+
+private:
+  CAravisCamera(CObjectPointer<ArvDevice> pDevice, const std::string &strDisplayName);
+
+  void WatchControl();
+  void SelectContinuous();
+  std::string Begin();
+  void End();
+  void SetLocked(bool bLocked);
+  void Execute(const char *pCommand);
+  void DeliverFrame(ArvBuffer &buffer);
+  bool DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame);
+  bool Unpack(SCameraFrame *pstFrame);
+
+  std::string m_strDisplayName;
+  std::shared_ptr<CCameraLink> m_pLink = std::make_shared<CCameraLink>();
+  CObjectPointer<ArvDevice> m_pDevice;
+  gulong m_nControlHandler = 0;
+  CAravisNodeMap m_deviceMap;
+  FrameCallback m_fnCallback;
+  std::vector<uint16_t> m_listSamples; ///< the stream thread's own, as is the next
+  uint64_t m_nFrameId = 0;
+  CAravisStream m_stream;
+  CHostFeatures m_features; ///< tells the stream
+};

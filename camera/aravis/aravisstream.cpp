@@ -1,0 +1,163 @@
+#include "camera/aravis/aravisstream.h"
+
+#include <algorithm>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t MAX_BUFFERS = 16;
+constexpr std::size_t MIN_BUFFERS = 3;
+constexpr std::size_t BUFFER_MEMORY = std::size_t{512} << 20U; ///< bytes that the buffers together should not exceed
+
+std::size_t GetBufferCount(std::size_t nPayload)
+{
+  return std::clamp(BUFFER_MEMORY / nPayload, MIN_BUFFERS, MAX_BUFFERS);
+}
+
+} // namespace
+
+CAravisStream::CAravisStream(std::shared_ptr<CCameraLink> pLink, Delivery fnDeliver)
+  : m_pLink(std::move(pLink)), m_fnDeliver(std::move(fnDeliver))
+{
+}
+
+CAravisStream::~CAravisStream()
+{
+  Stop();
+}
+
+std::string CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
+{
+  if (IsRunning()) {
+    return {};
+  }
+  m_bStop = false;
+  m_bNews = false;
+  m_nUnderruns = 0;
+  CErrorSlot error;
+  m_pStream.reset(arv_device_create_stream(pDevice, OnStreamEvent, this, error.Out()));
+  if (m_pStream == nullptr) {
+    return std::string("The camera's stream cannot be opened: ") + error.GetMessage();
+  }
+  std::string strError = PushBuffers(nPayload);
+  if (strError.empty()) {
+    try {
+      m_thread = std::thread([this] { Run(); });
+    } catch (const std::system_error &e) {
+      strError = std::string("The stream's thread cannot be started: ") + e.what();
+    }
+  }
+  if (!strError.empty()) {
+    m_pStream.reset();
+  }
+  return strError;
+}
+
+/// With memory of our own: the library ends the program when it has none.
+std::string CAravisStream::PushBuffers(std::size_t nPayload)
+{
+  m_nBuffers = GetBufferCount(nPayload);
+  for (std::size_t nBuffer = 0; nBuffer < m_nBuffers; ++nBuffer) {
+    auto *pMemory = new (std::nothrow) uint8_t[nPayload];
+    if (pMemory == nullptr) {
+      return "There is not enough memory for the camera's frames.";
+    }
+    arv_stream_push_buffer(m_pStream.get(), arv_buffer_new_full(nPayload, pMemory, pMemory, [](void *pOld) {
+                             delete[] static_cast<uint8_t *>(pOld);
+                           }));
+  }
+  return {};
+}
+
+void CAravisStream::Stop()
+{
+  if (!IsRunning()) {
+    return;
+  }
+  {
+    const std::lock_guard lock(m_mutex);
+    m_bStop = true;
+  }
+  m_condition.notify_one();
+  m_thread.join();
+  m_listWaiting.clear();
+  m_pStream.reset(); // ends the receiving thread
+}
+
+void CAravisStream::OnStreamEvent(void *pThis, ArvStreamCallbackType eType, ArvBuffer *)
+{
+  if (eType != ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE) {
+    return;
+  }
+  auto *pStream = static_cast<CAravisStream *>(pThis);
+  {
+    const std::lock_guard lock(pStream->m_mutex);
+    pStream->m_bNews = true;
+  }
+  pStream->m_condition.notify_one();
+}
+
+void CAravisStream::Run()
+{
+  while (WaitForFrames()) {
+    CollectFrames();
+    DeliverFrames();
+  }
+}
+
+bool CAravisStream::WaitForFrames()
+{
+  std::unique_lock lock(m_mutex);
+  m_condition.wait(lock, [this] { return m_bStop || m_bNews; });
+  m_bNews = false;
+  return !m_bStop;
+}
+
+/// Moves what the receiving thread has filled to the waiting ones and drops the oldest of those that are too many.
+void CAravisStream::CollectFrames()
+{
+  uint64_t nLost = 0;
+  while (ArvBuffer *pFilled = arv_stream_try_pop_buffer(m_pStream.get())) {
+    Buffer pBuffer(pFilled);
+    if (arv_buffer_get_status(pFilled) == ARV_BUFFER_STATUS_SUCCESS) {
+      m_listWaiting.push_back(std::move(pBuffer));
+    } else {
+      ++nLost;
+      GiveBack(std::move(pBuffer));
+    }
+  }
+  while (m_listWaiting.size() > GetKeptFrames(m_eHandling, m_nBuffers)) {
+    ++nLost;
+    GiveBack(std::move(m_listWaiting.front()));
+    m_listWaiting.pop_front();
+  }
+  guint64 nUnderruns = 0;
+  arv_stream_get_statistics(m_pStream.get(), nullptr, nullptr, &nUnderruns);
+  nLost += nUnderruns - std::exchange(m_nUnderruns, nUnderruns);
+  m_pLink->CountLostFrames(nLost);
+}
+
+/// One frame at a time, so that those which come meanwhile count for what is dropped.
+void CAravisStream::DeliverFrames()
+{
+  while (!m_listWaiting.empty()) {
+    {
+      const std::lock_guard lock(m_mutex);
+      if (m_bStop) {
+        return;
+      }
+    }
+    Buffer pBuffer = std::move(m_listWaiting.front());
+    m_listWaiting.pop_front();
+    m_fnDeliver(*pBuffer);
+    GiveBack(std::move(pBuffer));
+    CollectFrames();
+  }
+}
+
+void CAravisStream::GiveBack(Buffer pBuffer)
+{
+  arv_stream_push_buffer(m_pStream.get(), pBuffer.release());
+}

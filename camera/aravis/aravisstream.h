@@ -1,0 +1,70 @@
+/// \file
+/// The frames of a real camera, on a thread of their own.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include <arv.h>
+
+#include "camera/aravis/cameralink.h"
+#include "camera/aravis/framequeue.h"
+#include "camera/aravis/gobject.h"
+
+/// Takes complete frames from the library's receiving thread and delivers them on another, so that a receiver of
+/// frames who takes his time costs no packets. The delivered buffer is the one that the frame was received into.
+///
+/// Start, Stop and IsRunning belong to one thread; the rest may come from any.
+class CAravisStream {
+public:
+  /// Runs on the stream's thread; the buffer is the receiver's until it returns.
+  using Delivery = std::function<void(ArvBuffer &buffer)>;
+
+  /// \param pLink hears of lost frames
+  CAravisStream(std::shared_ptr<CCameraLink> pLink, Delivery fnDeliver);
+  ~CAravisStream();
+  CAravisStream(const CAravisStream &) = delete;
+  CAravisStream &operator=(const CAravisStream &) = delete;
+
+  /// Opens the stream; the camera sends nothing yet. Whoever calls holds the lock of the device's node map.
+  /// \param nPayload bytes of a frame
+  /// \return empty, or why there is no stream
+  std::string Start(ArvDevice *pDevice, std::size_t nPayload);
+  /// When it returns no delivery runs and none will. Does nothing when stopped.
+  void Stop();
+  bool IsRunning() const { return m_pStream != nullptr; }
+
+  /// Takes effect with the next frame.
+  void SetHandling(EBufferHandling eHandling) { m_eHandling = eHandling; }
+
+private:
+  using Buffer = CObjectPointer<ArvBuffer>;
+
+  static void OnStreamEvent(void *pThis, ArvStreamCallbackType eType, ArvBuffer *pBuffer);
+  std::string PushBuffers(std::size_t nPayload);
+  void Run();
+  bool WaitForFrames();
+  void CollectFrames();
+  void DeliverFrames();
+  void GiveBack(Buffer pBuffer);
+
+  std::shared_ptr<CCameraLink> m_pLink;
+  Delivery m_fnDeliver;
+  std::atomic<EBufferHandling> m_eHandling{EBufferHandling::OldestFirst};
+  CObjectPointer<ArvStream> m_pStream;
+  std::size_t m_nBuffers = 0;
+  std::thread m_thread;
+  std::deque<Buffer> m_listWaiting; ///< the stream's thread's own, as is the next
+  uint64_t m_nUnderruns = 0;        ///< of this stream, as counted so far
+
+  std::mutex m_mutex; ///< guards what follows
+  std::condition_variable m_condition;
+  bool m_bStop = false;
+  bool m_bNews = false;
+};

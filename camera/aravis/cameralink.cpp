@@ -1,0 +1,20 @@
+#include "camera/aravis/cameralink.h"
+
+#include <utility>
+
+void CCameraLink::SetLostCallback(LostCallback fnLost)
+{
+  const std::lock_guard lock(m_mutex);
+  m_fnLost = std::move(fnLost);
+}
+
+void CCameraLink::MarkLost()
+{
+  if (m_bLost.exchange(true)) {
+    return;
+  }
+  const std::lock_guard lock(m_mutex);
+  if (m_fnLost) {
+    m_fnLost();
+  }
+}

@@ -1,0 +1,127 @@
+#include "camera/aravis/nodemap/aravistexts.h"
+
+#include <cstring>
+#include <vector>
+
+#include "genapi/softwarenodemap/numbertext.h"
+
+CAravisString::CAravisString(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state)
+  : CAravisNode(pNode, std::move(strName), state), m_pString(ARV_GC_STRING(pNode))
+{
+}
+
+void CAravisString::SetValue(const GenICam::gcstring &strValue, bool bVerify)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckWritable(bVerify);
+  if (bVerify && static_cast<int64_t>(strValue.length()) > GetMaxLength()) {
+    m_core.Guard().ThrowOutOfRange("text is longer than " + std::to_string(GetMaxLength()) + " bytes");
+  }
+  if (bVerify && std::strlen(strValue.c_str()) != strValue.length()) {
+    m_core.Guard().ThrowOutOfRange("text has a zero in it");
+  }
+  m_core.Call([&](GError **ppError) { arv_gc_string_set_value(m_pString, strValue.c_str(), ppError); });
+}
+
+GenICam::gcstring CAravisString::GetValue(bool bVerify, bool)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckReadable(bVerify);
+  // The library's text, or null for none, is only good until the lock is given back.
+  return m_core.Call(
+    [this](GError **ppError) { return GenICam::gcstring(arv_gc_string_get_value(m_pString, ppError)); });
+}
+
+int64_t CAravisString::GetMaxLength()
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckAvailable();
+  return m_core.CallForLimit([this](GError **ppError) { return arv_gc_string_get_max_length(m_pString, ppError); });
+}
+
+GenICam::gcstring CAravisString::ToString(bool bVerify, bool)
+{
+  return GetValue(bVerify);
+}
+
+void CAravisString::FromString(const GenICam::gcstring &strValue, bool bVerify)
+{
+  SetValue(strValue, bVerify);
+}
+
+CAravisRegister::CAravisRegister(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state)
+  : CAravisNode(pNode, std::move(strName), state), m_pRegister(ARV_GC_REGISTER(pNode))
+{
+}
+
+void CAravisRegister::Set(const uint8_t *pBuffer, int64_t nLength, bool bVerify)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckWritable(bVerify);
+  CheckBlock(pBuffer, nLength);
+  m_core.Call(
+    [&](GError **ppError) { arv_gc_register_set(m_pRegister, pBuffer, static_cast<guint64>(nLength), ppError); });
+}
+
+void CAravisRegister::Get(uint8_t *pBuffer, int64_t nLength, bool bVerify, bool)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckReadable(bVerify);
+  CheckBlock(pBuffer, nLength);
+  m_core.Call(
+    [&](GError **ppError) { arv_gc_register_get(m_pRegister, pBuffer, static_cast<guint64>(nLength), ppError); });
+}
+
+int64_t CAravisRegister::GetLength(bool)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckAvailable();
+  return AskLength();
+}
+
+int64_t CAravisRegister::GetAddress(bool)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckAvailable();
+  return m_core.Call(
+    [this](GError **ppError) { return static_cast<int64_t>(arv_gc_register_get_address(m_pRegister, ppError)); });
+}
+
+GenICam::gcstring CAravisRegister::ToString(bool bVerify, bool)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckReadable(bVerify);
+  std::vector<uint8_t> listBytes(static_cast<std::size_t>(AskLength()));
+  Get(listBytes.data(), static_cast<int64_t>(listBytes.size()), bVerify);
+  return FormatBytes(listBytes).c_str();
+}
+
+void CAravisRegister::FromString(const GenICam::gcstring &strValue, bool bVerify)
+{
+  const auto lock = m_core.Acquire();
+  m_core.CheckWritable(bVerify);
+  const auto listBytes = ParseBytes(strValue.c_str());
+  if (!listBytes) {
+    m_core.Guard().ThrowInvalidArgument("text is no block of bytes");
+  }
+  Set(listBytes->data(), static_cast<int64_t>(listBytes->size()), bVerify);
+}
+
+int64_t CAravisRegister::AskLength() const
+{
+  return m_core.Call(
+    [this](GError **ppError) { return static_cast<int64_t>(arv_gc_register_get_length(m_pRegister, ppError)); });
+}
+
+void CAravisRegister::CheckBlock(const void *pBuffer, int64_t nLength) const
+{
+  if (pBuffer == nullptr) {
+    m_core.Guard().ThrowInvalidArgument("there is no buffer");
+  }
+  // The library fills up a shorter block with zeros and cuts a longer one.
+  const int64_t nOwnLength = AskLength();
+  if (nLength != nOwnLength) {
+    m_core.Guard().ThrowOutOfRange("register has " + std::to_string(nOwnLength) + " bytes, not " +
+                                   std::to_string(nLength));
+  }
+}

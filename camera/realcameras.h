@@ -1,0 +1,32 @@
+/// \file
+/// The real cameras that can be reached.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "camera/icamera.h"
+
+struct SRealCameraInfo {
+  std::string strId;       ///< opens this camera and no other
+  std::string strProtocol; ///< "GigEVision" or "USB3Vision"
+  std::string strAddress;  ///< IP address, or the number of a USB device
+  std::string strVendor;
+  std::string strModel;
+  std::string strSerial;
+
+  /// "Maker Model (serial)".
+  std::string GetDisplayName() const { return strVendor + " " + strModel + " (" + strSerial + ")"; }
+};
+
+/// Whether this program was built with support for real cameras; without, there are none.
+bool AreRealCamerasSupported();
+
+/// Asks all networks and USB ports; takes about a second. Host's thread.
+std::vector<SRealCameraInfo> ListRealCameras();
+
+/// Looks for the camera and takes control of it. Host's thread.
+/// \param strId id, IP address or serial number; empty: the first camera there is
+/// \param pstrError why there is none when the result is null
+std::unique_ptr<ICamera> OpenRealCamera(const std::string &strId, std::string *pstrError);

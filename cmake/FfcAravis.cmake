@@ -1,0 +1,11 @@
+# The library for GigE Vision and USB3 Vision cameras: PkgConfig::ARAVIS when FFC_WITH_ARAVIS is on.
+if(NOT WIN32)
+  find_package(PkgConfig QUIET)
+  if(PKG_CONFIG_FOUND)
+    pkg_check_modules(ARAVIS QUIET IMPORTED_TARGET GLOBAL aravis-0.8>=0.8.26)
+  endif()
+endif()
+option(FFC_WITH_ARAVIS "Support for real cameras" ${ARAVIS_FOUND})
+if(FFC_WITH_ARAVIS AND NOT ARAVIS_FOUND)
+  message(FATAL_ERROR "FFC_WITH_ARAVIS is on, but pkg-config finds no aravis-0.8 of version 0.8.26 or later.")
+endif()

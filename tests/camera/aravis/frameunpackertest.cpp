@@ -1,0 +1,48 @@
+#include "camera/aravis/frameunpacker.h"
+
+#include <gtest/gtest.h>
+
+#include "camera/aravis/framequeue.h"
+
+namespace {
+
+std::vector<uint16_t> Unpack(uint32_t nCode, const std::vector<uint8_t> &listPacked, std::size_t nSamples)
+{
+  const SPackedFormat *pFormat = FindPackedFormat(nCode);
+  EXPECT_EQ(pFormat->GetPackedSize(nSamples), listPacked.size());
+  std::vector<uint16_t> listSamples(nSamples);
+  UnpackSamples(*pFormat, listPacked.data(), nSamples, listSamples.data());
+  return listSamples;
+}
+
+} // namespace
+
+TEST(FrameUnpacker, TheSharedLayoutHasTheLowBitsInTheMiddleByte)
+{
+  EXPECT_EQ(Unpack(0x010C0006, {0xAB, 0x3C, 0x12}, 2), (std::vector<uint16_t>{0xABC, 0x123}));
+  EXPECT_EQ(Unpack(0x010C0004, {0xFF, 0x21, 0x00}, 2), (std::vector<uint16_t>{0x3FD, 0x002}));
+  EXPECT_EQ(Unpack(0x010C0006, {0xAB, 0x3C, 0x12, 0x80, 0x0F}, 3), (std::vector<uint16_t>{0xABC, 0x123, 0x80F}));
+}
+
+TEST(FrameUnpacker, TheStreamLayoutStartsWithTheLeastSignificantBit)
+{
+  EXPECT_EQ(Unpack(0x010C0047, {0xBC, 0x3A, 0x12}, 2), (std::vector<uint16_t>{0xABC, 0x123}));
+  // 0x3FD, 0x002, 0x155, 0x2AA as 40 bits.
+  EXPECT_EQ(Unpack(0x010A0046, {0xFD, 0x0B, 0x50, 0x95, 0xAA}, 4), (std::vector<uint16_t>{0x3FD, 0x002, 0x155, 0x2AA}));
+  EXPECT_EQ(Unpack(0x010C0047, {0xFF, 0xFF, 0x00, 0x01, 0x00}, 3), (std::vector<uint16_t>{0xFFF, 0x00F, 0x001}));
+}
+
+TEST(FrameUnpacker, EachPackedFormatHasItsUnpackedTwin)
+{
+  EXPECT_EQ(FindPackedFormat(0x010C002B)->nUnpackedCode, 0x01100011U) << "BayerRG12Packed";
+  EXPECT_EQ(FindPackedFormat(0x010C0059)->nUnpackedCode, 0x01100011U) << "BayerRG12p";
+  EXPECT_EQ(FindPackedFormat(0x010A0052)->nUnpackedCode, 0x0110000FU) << "BayerBG10p";
+  EXPECT_EQ(FindPackedFormat(0x01100005), nullptr) << "Mono12 is not packed";
+}
+
+TEST(FrameQueue, TheHandlingModeSaysHowManyFramesWait)
+{
+  EXPECT_EQ(GetKeptFrames(EBufferHandling::OldestFirst, 16), 16U);
+  EXPECT_EQ(GetKeptFrames(EBufferHandling::OldestFirstOverwrite, 16), 8U);
+  EXPECT_EQ(GetKeptFrames(EBufferHandling::NewestOnly, 16), 1U);
+}

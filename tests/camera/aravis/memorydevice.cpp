@@ -1,0 +1,99 @@
+#include "tests/camera/aravis/memorydevice.h"
+
+#include <cstring>
+
+namespace {
+
+struct SDevice {
+  ArvDevice stParent;
+  SDeviceMemory *pMemory;
+};
+
+/// The bytes of an access; null, with an error, when there are none.
+uint8_t *Access(ArvDevice *pDevice, guint64 nAddress, guint32 nSize, GError **ppError)
+{
+  SDeviceMemory &stMemory = *reinterpret_cast<SDevice *>(pDevice)->pMemory;
+  ++stMemory.nAccesses;
+  if (stMemory.bSilent) {
+    g_set_error(ppError, ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_TIMEOUT, "silence");
+    return nullptr;
+  }
+  const std::size_t nBytes = stMemory.listBytes.size();
+  if (stMemory.bRepeats && nBytes > nSize) {
+    nAddress %= nBytes - nSize;
+  }
+  if (nAddress > nBytes || nSize > nBytes - nAddress) {
+    g_set_error(ppError, ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_PROTOCOL_ERROR_INVALID_ADDRESS, "no such address");
+    return nullptr;
+  }
+  return stMemory.listBytes.data() + nAddress;
+}
+
+gboolean ReadMemory(ArvDevice *pDevice, guint64 nAddress, guint32 nSize, void *pBuffer, GError **ppError)
+{
+  const uint8_t *pBytes = Access(pDevice, nAddress, nSize, ppError);
+  if (pBytes != nullptr) {
+    std::memcpy(pBuffer, pBytes, nSize);
+  }
+  return pBytes != nullptr ? TRUE : FALSE;
+}
+
+/// The library's later versions have the buffer const.
+template <class TBuffer>
+gboolean WriteMemory(ArvDevice *pDevice, guint64 nAddress, guint32 nSize, TBuffer pBuffer, GError **ppError)
+{
+  uint8_t *pBytes = Access(pDevice, nAddress, nSize, ppError);
+  if (pBytes != nullptr) {
+    std::memcpy(pBytes, pBuffer, nSize);
+  }
+  return pBytes != nullptr ? TRUE : FALSE;
+}
+
+gboolean ReadRegister(ArvDevice *pDevice, guint64 nAddress, guint32 *pnValue, GError **ppError)
+{
+  return ReadMemory(pDevice, nAddress, sizeof *pnValue, pnValue, ppError);
+}
+
+gboolean WriteRegister(ArvDevice *pDevice, guint64 nAddress, guint32 nValue, GError **ppError)
+{
+  return WriteMemory<const void *>(pDevice, nAddress, sizeof nValue, &nValue, ppError);
+}
+
+void InitClass(void *pClass, void *)
+{
+  ArvDeviceClass *pDeviceClass = ARV_DEVICE_CLASS(pClass);
+  pDeviceClass->read_memory = ReadMemory;
+  pDeviceClass->write_memory = WriteMemory;
+  pDeviceClass->read_register = ReadRegister;
+  pDeviceClass->write_register = WriteRegister;
+}
+
+GType GetDeviceType()
+{
+  static const GType TYPE = g_type_register_static_simple(ARV_TYPE_DEVICE, "FfcMemoryDevice", sizeof(ArvDeviceClass),
+                                                          InitClass, sizeof(SDevice), nullptr, GTypeFlags(0));
+  return TYPE;
+}
+
+} // namespace
+
+CMemoryDevice::CMemoryDevice(const std::string &strXml, std::vector<uint8_t> listBytes)
+  : m_pMemory(std::make_unique<SDeviceMemory>()), m_pDevice(ARV_DEVICE(g_object_new(GetDeviceType(), nullptr)))
+{
+  m_pMemory->listBytes = std::move(listBytes);
+  reinterpret_cast<SDevice *>(m_pDevice.get())->pMemory = m_pMemory.get();
+  m_pGenicam.reset(arv_gc_new(m_pDevice.get(), strXml.data(), strXml.size()));
+  if (m_pGenicam != nullptr) {
+    m_pMap = std::make_unique<CAravisNodeMap>(m_pGenicam.get(), m_pLink);
+  }
+}
+
+std::string MakeDescription(const std::string &strNodes)
+{
+  return R"(<?xml version="1.0" encoding="utf-8"?>
+<RegisterDescription ModelName="Model" VendorName="Vendor" StandardNameSpace="None" SchemaMajorVersion="1"
+  SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0" SubMinorVersion="0"
+  ProductGuid="00000000-0000-0000-0000-000000000000" VersionGuid="00000000-0000-0000-0000-000000000001">
+)" + strNodes +
+         "<Port Name=\"Device\"/>\n</RegisterDescription>\n";
+}

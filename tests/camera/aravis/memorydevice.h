@@ -1,0 +1,44 @@
+/// \file
+/// A device of the camera library without a wire: its registers are bytes in memory.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "camera/aravis/cameralink.h"
+#include "camera/aravis/gobject.h"
+#include "camera/aravis/nodemap/aravisnodemap.h"
+
+/// What stands behind the device's registers.
+struct SDeviceMemory {
+  std::vector<uint8_t> listBytes; ///< address 0 onwards; an access beyond is a protocol error
+  bool bSilent = false;           ///< every access times out
+  bool bRepeats = false;          ///< addresses beyond start again from 0
+  uint64_t nAccesses = 0;         ///< so far, those that fail included
+};
+
+/// A description file on such a device, and the node map on both.
+class CMemoryDevice {
+public:
+  /// \param strXml a whole description file
+  explicit CMemoryDevice(const std::string &strXml, std::vector<uint8_t> listBytes = std::vector<uint8_t>(0x1000));
+  CMemoryDevice(const CMemoryDevice &) = delete;
+  CMemoryDevice &operator=(const CMemoryDevice &) = delete;
+
+  /// Null when the library cannot read the description.
+  CAravisNodeMap *GetMap() { return m_pMap.get(); }
+  SDeviceMemory &Memory() { return *m_pMemory; }
+  CCameraLink &Link() { return *m_pLink; }
+
+private:
+  std::shared_ptr<CCameraLink> m_pLink = std::make_shared<CCameraLink>();
+  std::unique_ptr<SDeviceMemory> m_pMemory;
+  CObjectPointer<ArvDevice> m_pDevice;
+  CObjectPointer<ArvGc> m_pGenicam;
+  std::unique_ptr<CAravisNodeMap> m_pMap;
+};
+
+/// A description file with these nodes between its first and last lines, and a port called "Device".
+std::string MakeDescription(const std::string &strNodes);

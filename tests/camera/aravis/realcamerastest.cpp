@@ -1,0 +1,229 @@
+#include "camera/realcameras.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "camera/icameralink.h"
+#include "tests/camera/aravis/gigecameraprocess.h"
+#include "tests/camera/framecollector.h"
+
+namespace {
+
+class RealCameras : public testing::Test {
+protected:
+  /// The camera, which is expected to be there.
+  std::unique_ptr<ICamera> Open(const std::string &strId)
+  {
+    std::string strError;
+    auto pCamera = OpenRealCamera(strId, &strError);
+    EXPECT_EQ(strError, "");
+    return pCamera;
+  }
+
+  template <class TInterface>
+  static TInterface &Device(ICamera &camera, const char *pName)
+  {
+    return dynamic_cast<TInterface &>(*camera.GetDeviceNodeMap()->GetNode(pName));
+  }
+  static std::string Read(GenApi::INodeMap *pMap, const char *pName)
+  {
+    return dynamic_cast<GenApi::IValue &>(*pMap->GetNode(pName)).ToString(true).c_str();
+  }
+};
+
+struct SFormat {
+  const char *pName;
+  uint32_t nCode;
+  uint32_t nDeliveredCode;
+  uint32_t nBytesPerPixel;
+};
+
+double GetMean(const SKeptFrame &stFrame)
+{
+  double dSum = 0;
+  const std::vector<uint16_t> listSamples = stFrame.GetSamples();
+  for (const uint16_t nSample : listSamples) {
+    dSum += nSample;
+  }
+  return dSum / double(listSamples.size());
+}
+
+} // namespace
+
+TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrSerialNumber)
+{
+  EXPECT_TRUE(AreRealCamerasSupported());
+  const CGigeCameraProcess process({});
+  ASSERT_TRUE(process.IsRunning());
+  const std::vector<SRealCameraInfo> listCameras = ListRealCameras();
+  const auto itCamera = std::find_if(listCameras.begin(), listCameras.end(), [&](const SRealCameraInfo &stInfo) {
+    return stInfo.strSerial == process.GetSerial();
+  });
+  ASSERT_NE(itCamera, listCameras.end());
+  EXPECT_EQ(itCamera->strProtocol, "GigEVision");
+  EXPECT_EQ(itCamera->strAddress, "127.0.0.1");
+  for (const std::string &strId : {itCamera->strId, itCamera->strAddress}) { // the other tests have the serial number
+    const auto pCamera = Open(strId);
+    ASSERT_NE(pCamera, nullptr) << strId;
+    EXPECT_EQ(pCamera->GetDisplayName(), itCamera->GetDisplayName());
+    EXPECT_EQ(Read(pCamera->GetOutputNodeMap(), "DeviceDisplayName"), itCamera->GetDisplayName());
+    EXPECT_EQ(pCamera->GetSceneControl(), nullptr);
+    ASSERT_NE(pCamera->GetLink(), nullptr);
+    EXPECT_FALSE(pCamera->GetLink()->IsLost());
+  }
+  std::string strError;
+  EXPECT_EQ(OpenRealCamera("nowhere", &strError), nullptr);
+  EXPECT_EQ(strError.rfind("no camera 'nowhere' answers; there are: ", 0), 0U) << strError;
+  EXPECT_NE(strError.find(itCamera->strId), std::string::npos) << strError;
+}
+
+TEST_F(RealCameras, FramesComeInEveryFormatAndTheOutputMirrorsTheCamera)
+{
+  const SFormat FORMATS[] = {{"Mono8", 0x01080001, 0x01080001, 1},
+                             {"Mono16", 0x01100007, 0x01100007, 2},
+                             {"Mono12Packed", 0x010C0006, 0x01100005, 2}};
+  CGigeCameraProcess process({});
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  for (const SFormat &stFormat : FORMATS) {
+    SCOPED_TRACE(stFormat.pName);
+    Device<GenApi::IEnumeration>(*pCamera, "PixelFormat").FromString(stFormat.pName);
+    for (const auto &[pOutput, pDevice] : {std::pair("OutPixelFormat", "PixelFormat"),
+                                           {"OutputPayloadSize", "PayloadSize"},
+                                           {"OutputWidth", "Width"},
+                                           {"OutputHeight", "Height"}}) {
+      EXPECT_EQ(Read(pCamera->GetOutputNodeMap(), pOutput), Read(pCamera->GetDeviceNodeMap(), pDevice));
+    }
+    CFrameCollector frames(*pCamera);
+    ASSERT_EQ(pCamera->Start(), "");
+    const std::vector<SKeptFrame> listFrames = frames.Take(3);
+    pCamera->Stop();
+    ASSERT_EQ(listFrames.size(), 3U);
+    const SCameraFrame &stInfo = listFrames[2].stInfo;
+    EXPECT_EQ(stInfo.nPixelFormat, stFormat.nDeliveredCode);
+    EXPECT_EQ(stInfo.nWidth, 128U);
+    EXPECT_EQ(stInfo.nHeight, 96U);
+    EXPECT_EQ(stInfo.nSize, 128U * 96U * stFormat.nBytesPerPixel);
+    EXPECT_EQ(stInfo.nFrameId, listFrames[0].stInfo.nFrameId + 2);
+    const double dFullScale = stFormat.nDeliveredCode == 0x01100005 ? 4095 : stFormat.nBytesPerPixel == 2 ? 65535 : 255;
+    EXPECT_NEAR(GetMean(listFrames[2]) / dFullScale, 0.51, 0.05);
+  }
+}
+
+TEST_F(RealCameras, TheGeometryIsLockedWhileFramesCome)
+{
+  const CGigeCameraProcess process({});
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  auto &width = Device<GenApi::IInteger>(*pCamera, "Width");
+  EXPECT_EQ(Read(pCamera->GetDeviceNodeMap(), "TLParamsLocked"), "0");
+  for (int nTurn = 0; nTurn < 2; ++nTurn) {
+    ASSERT_EQ(pCamera->Start(), "");
+    EXPECT_EQ(pCamera->Start(), "") << "it runs already";
+    EXPECT_TRUE(pCamera->IsStreaming());
+    EXPECT_EQ(Read(pCamera->GetDeviceNodeMap(), "TLParamsLocked"), "1");
+    EXPECT_EQ(width.GetAccessMode(), GenApi::RO);
+    EXPECT_THROW(width.SetValue(64), GenICam::AccessException);
+    pCamera->Stop();
+    EXPECT_FALSE(pCamera->IsStreaming());
+    EXPECT_EQ(Read(pCamera->GetDeviceNodeMap(), "TLParamsLocked"), "0");
+  }
+  width.SetValue(64);
+  CFrameCollector frames(*pCamera);
+  ASSERT_EQ(pCamera->Start(), "");
+  const std::vector<SKeptFrame> listFrames = frames.Take(1);
+  pCamera->Stop();
+  ASSERT_EQ(listFrames.size(), 1U);
+  EXPECT_EQ(listFrames[0].stInfo.nWidth, 64U);
+}
+
+TEST_F(RealCameras, NoFrameComesAfterStopAndTheLensCapIsSeen)
+{
+  CGigeCameraProcess process({});
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  CFrameCollector frames(*pCamera);
+  process.SetLensCap(true);
+  ASSERT_EQ(pCamera->Start(), "");
+  const std::vector<SKeptFrame> listDark = frames.Take(2);
+  pCamera->Stop();
+  ASSERT_EQ(listDark.size(), 2U);
+  EXPECT_LT(GetMean(listDark[1]), 4.0);
+  const std::size_t nCount = frames.GetCount();
+  process.SetLensCap(false); // a round trip to the camera, in which it would have sent
+  EXPECT_EQ(frames.GetCount(), nCount);
+  Device<GenApi::IFloat>(*pCamera, "ExposureTime").SetValue(5000);
+  ASSERT_EQ(pCamera->Start(), "");
+  const std::vector<SKeptFrame> listBright = frames.Take(2);
+  pCamera->Stop();
+  ASSERT_EQ(listBright.size(), 2U);
+  EXPECT_NEAR(GetMean(listBright[1]), 65.0, 6.0);
+}
+
+TEST_F(RealCameras, ASlowReceiverOfNewestFramesOnlyMissesTheOthers)
+{
+  const CGigeCameraProcess process({});
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  dynamic_cast<GenApi::IEnumeration &>(*pCamera->GetStreamNodeMap()->GetNode("StreamBufferHandlingMode"))
+    .FromString("NewestOnly");
+  std::atomic<int> nFrames{0};
+  pCamera->SetFrameCallback([&](const SCameraFrame &) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(60)); // six frames of the camera
+    ++nFrames;
+  });
+  ASSERT_EQ(pCamera->Start(), "");
+  while (nFrames < 4) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  pCamera->Stop();
+  EXPECT_GE(pCamera->GetLink()->GetLostFrameCount(), 3U);
+}
+
+TEST_F(RealCameras, ACameraInUseByAnotherProgramIsRefused)
+{
+  const CGigeCameraProcess process({});
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  std::string strError;
+  EXPECT_EQ(OpenRealCamera(process.GetSerial(), &strError), nullptr);
+  EXPECT_EQ(strError, pCamera->GetDisplayName() + " is in use by another program, or was until a moment ago");
+}
+
+TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenItIsBack)
+{
+  CGigeCameraProcess process({});
+  auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  std::atomic<int> nTold{0};
+  pCamera->GetLink()->SetLostCallback([&] { ++nTold; });
+  {
+    CFrameCollector frames(*pCamera);
+    ASSERT_EQ(pCamera->Start(), "");
+    ASSERT_EQ(frames.Take(1).size(), 1U);
+    process.Kill();
+    while (nTold == 0) { // the test's own time limit ends it
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(pCamera->GetLink()->IsLost());
+    EXPECT_THROW(Device<GenApi::IInteger>(*pCamera, "Width").GetValue(), GenICam::RuntimeException);
+    EXPECT_EQ(Device<GenApi::IInteger>(*pCamera, "Width").GetAccessMode(), GenApi::NA);
+    pCamera->Stop();
+    EXPECT_FALSE(pCamera->IsStreaming());
+    EXPECT_EQ(pCamera->Start(), "The camera does not answer any more.");
+    EXPECT_FALSE(pCamera->IsStreaming());
+    pCamera.reset();
+  }
+  EXPECT_EQ(nTold, 1);
+  process.Restart();
+  pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  CFrameCollector frames(*pCamera);
+  ASSERT_EQ(pCamera->Start(), "");
+  EXPECT_EQ(frames.Take(2).size(), 2U);
+  pCamera->Stop();
+}
