@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <QString>
 
@@ -15,6 +16,10 @@ struct SOpenedCamera {
 };
 
 SOpenedCamera OpenCamera(const SHostOptions &stOptions);
+
+/// One line per real camera that answers: id, protocol, address and display name with tabs between them; a line that
+/// says so when there is none. Takes about a second.
+std::string DescribeRealCameras();
 
 /// Selects the side of a self-correcting camera's coefficient blocks. Only while it does not stream.
 /// \param nSide pixels; 0 leaves the camera's own choice

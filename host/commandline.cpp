@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "camera/realcameras.h"
 #include "camera/sensorformat.h"
 #include "host/modename.h"
 
@@ -48,13 +49,19 @@ std::string ParseSize(const std::string &strSize, SHostOptions &stOptions)
 std::string ParseCamera(const std::string &strCamera, SHostOptions &stOptions)
 {
   stOptions.strReplayFolder.clear();
+  stOptions.strCameraId.clear();
   if (strCamera == "simulated") {
     return {};
   }
-  if (strCamera.compare(0, REPLAY_PREFIX.size(), REPLAY_PREFIX) != 0 || strCamera.size() == REPLAY_PREFIX.size()) {
+  const bool bReplay = strCamera.compare(0, REPLAY_PREFIX.size(), REPLAY_PREFIX) == 0;
+  if (bReplay && strCamera.size() > REPLAY_PREFIX.size()) {
+    stOptions.strReplayFolder = strCamera.substr(REPLAY_PREFIX.size());
+    return {};
+  }
+  if (bReplay || strCamera.empty() || !AreRealCamerasSupported()) {
     return "'" + strCamera + "' is neither simulated nor replay:DIR";
   }
-  stOptions.strReplayFolder = strCamera.substr(REPLAY_PREFIX.size());
+  stOptions.strCameraId = strCamera;
   return {};
 }
 
@@ -116,9 +123,13 @@ struct SWords {
 
 void AddCameraOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
 {
-  app.add_option("--camera", stWords.strCamera, "simulated (default), or replay:DIR for a folder of recorded frames")
+  app
+    .add_option("--camera", stWords.strCamera,
+                "simulated (default), replay:DIR for a folder of recorded frames, or a real camera by its id, IP "
+                "address or serial number")
     ->type_name("CAMERA")
     ->check([&](const std::string &str) { return ParseCamera(str, stOptions); });
+  app.add_flag("--list-cameras", stOptions.bListCameras, "print the real cameras that answer, and leave");
   app.add_option("--pixel-format", stOptions.strPixelFormat, "such as Mono12 (default) or BayerRG8")
     ->type_name("NAME")
     ->check(CheckPixelFormat);
@@ -178,8 +189,13 @@ void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
 /// Options that do not go together. \return empty, or what is wrong
 std::string CheckTogether(const CLI::App &app, const SHostOptions &stOptions)
 {
-  if (!stOptions.strReplayFolder.empty() && app.count("--size") + app.count("--seed") + app.count("--mode") > 0) {
+  const bool bSimulated = stOptions.strReplayFolder.empty() && stOptions.strCameraId.empty();
+  if (!bSimulated && app.count("--size") + app.count("--seed") + app.count("--mode") > 0) {
     return "--size, --seed and --mode belong to the simulated camera";
+  }
+  if (stOptions.bHeadless && !stOptions.strCameraId.empty()) {
+    return "--headless covers the lens by software, which a real camera does not let it do: without it, the window "
+           "runs the workflow and you cover the lens";
   }
   if (app.count("--flash") > 0 && stOptions.eMode == ECorrectionMode::None) {
     return "--flash belongs to a simulated camera with a --mode";

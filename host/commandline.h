@@ -11,8 +11,10 @@
 struct SHostOptions {
   bool bHeadless = false;
   bool bRestoreSettings = false; ///< load "UserSet0", say what changed and leave
+  bool bListCameras = false;     ///< print the real cameras that answer, and leave
   std::string strPlugin;         ///< path of the module; empty: the one beside the executable
-  std::string strReplayFolder;   ///< empty: the simulated camera
+  std::string strReplayFolder;   ///< of recorded frames; empty: none
+  std::string strCameraId;       ///< of a real camera: id, IP address or serial number; empty: none
   std::string strPixelFormat;    ///< PFNC name; empty: the camera's own choice
   uint32_t nWidth = 2048;        ///< pixels, simulated camera only
   uint32_t nHeight = 1536;

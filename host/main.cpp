@@ -89,6 +89,10 @@ int main(int nArguments, char **pArguments)
     stream << (stCommandLine.nExitCode == 0 ? "" : "ffchost: ") << stCommandLine.strText << std::endl;
     return stCommandLine.nExitCode;
   }
+  if (stCommandLine.stOptions.bListCameras) {
+    std::cout << DescribeRealCameras() << std::flush;
+    return EXIT_SUCCESS;
+  }
   const bool bRescue = stCommandLine.stOptions.bRestoreSettings;
   const bool bHeadless = stCommandLine.stOptions.bHeadless || bRescue || !HasDisplay();
   if (bHeadless && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {

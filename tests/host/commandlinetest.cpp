@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "camera/realcameras.h"
+
 namespace {
 
 SCommandLine Parse(std::vector<const char *> listArguments)
@@ -64,6 +66,38 @@ TEST(CommandLine, AReplayNamesItsFolder)
   EXPECT_EQ(Parse({"--camera", "replay:a/b c"}).stOptions.strReplayFolder, "a/b c");
 }
 
+TEST(CommandLine, AnyOtherCameraIsARealOneWhereTheProgramKnowsThem)
+{
+  const SCommandLine stResult = Parse({"--camera", "192.168.1.20"});
+  EXPECT_EQ(stResult.bRun, AreRealCamerasSupported()) << stResult.strText;
+  EXPECT_EQ(stResult.stOptions.strCameraId, AreRealCamerasSupported() ? "192.168.1.20" : "");
+  EXPECT_EQ(Parse({"--camera", "simulated"}).stOptions.strCameraId, "");
+  EXPECT_EQ(Parse({"--camera", "replay:dir"}).stOptions.strCameraId, "");
+}
+
+TEST(CommandLine, ARealCameraTakesNeitherTheSimulatedOnesOptionsNorAHeadlessRun)
+{
+  if (!AreRealCamerasSupported()) {
+    GTEST_SKIP() << "built without support for real cameras";
+  }
+  EXPECT_TRUE(Parse({"--camera", "CAM1", "--pixel-format", "Mono12"}).bRun);
+  for (const auto &listMore :
+       {std::vector<const char *>{"--size", "64x64"}, {"--seed", "1"}, {"--mode", "none"}, {"--headless"}}) {
+    std::vector<const char *> listArguments = {"--camera", "CAM1"};
+    listArguments.insert(listArguments.end(), listMore.begin(), listMore.end());
+    const SCommandLine stResult = Parse(listArguments);
+    EXPECT_FALSE(stResult.bRun) << listMore[0];
+    EXPECT_NE(stResult.nExitCode, 0) << listMore[0];
+    EXPECT_NE(stResult.strText.find(listMore[0]), std::string::npos) << stResult.strText;
+  }
+}
+
+TEST(CommandLine, ListingCamerasIsAsked)
+{
+  EXPECT_TRUE(Parse({"--list-cameras"}).stOptions.bListCameras);
+  EXPECT_FALSE(Parse({}).stOptions.bListCameras);
+}
+
 TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
 {
   const std::vector<std::vector<const char *>> WRONG = {
@@ -77,8 +111,8 @@ TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
     {"--size", "16386x64"},
     {"--size", "64x64x64"},
     {"--size", "-64x64"},
-    {"--camera", "webcam"},
     {"--camera", "replay:"},
+    {"--camera", ""},
     {"--pixel-format", "RGB8"},
     {"--expect-gray", "256"},
     {"--expect-gray", "-1"},
@@ -151,7 +185,7 @@ TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)
   EXPECT_FALSE(stHelp.bRun);
   EXPECT_EQ(stHelp.nExitCode, 0);
   for (const char *pOption :
-       {"--headless", "--plugin", "--camera", "--pixel-format", "--size", "--frames", "--expect-gray", "--seed",
+       {"--headless", "--plugin", "--camera", "--list-cameras", "--pixel-format", "--size", "--frames", "--expect-gray", "--seed",
         "--language", "--out", "--save-frames", "--mode", "--flash", "--block-size"}) {
     EXPECT_NE(stHelp.strText.find(pOption), std::string::npos) << pOption;
   }
