@@ -1,0 +1,122 @@
+// The whole workflow of the host, with the real module, on a camera behind a network.
+#include <atomic>
+#include <utility>
+
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "camera/icameralink.h"
+#include "camera/realcameras.h"
+#include "host/headless/bench.h"
+#include "host/headless/headlessrun.h"
+#include "tests/camera/aravis/coverablecamera.h"
+#include "tests/camera/aravis/gigecameraprocess.h"
+
+namespace {
+
+class NetworkStory : public testing::Test {
+protected:
+  NetworkStory()
+  {
+    m_stOptions.strPlugin = PLUGIN_MODULE;
+    m_stOptions.strOutFolder = m_dir.path().toStdString();
+    m_stOptions.nFrames = 8;
+  }
+
+  /// Opens the process's camera through the network.
+  static CameraFactory MakeFactory(CGigeCameraProcess &process, CCoverableCamera::SHooks stHooks = {})
+  {
+    stHooks.fnCover = [&process](bool bCovered) { process.SetLensCap(bCovered); };
+    return [&process, stHooks = std::move(stHooks)](const SHostOptions &) {
+      SOpenedCamera stOpened;
+      std::string strError;
+      auto pCamera = OpenRealCamera(process.GetSerial(), &strError);
+      stOpened.strError = QString::fromStdString(strError);
+      if (pCamera != nullptr) {
+        stOpened.pCamera = std::make_unique<CCoverableCamera>(std::move(pCamera), stHooks);
+      }
+      return stOpened;
+    };
+  }
+
+  QTemporaryDir m_dir;
+  SHostOptions m_stOptions;
+  CProgressLine m_progress{nullptr};
+};
+
+class NetworkStoryInFormat : public NetworkStory,
+                             public testing::WithParamInterface<std::pair<const char *, uint32_t>> {};
+
+} // namespace
+
+TEST_P(NetworkStoryInFormat, DarkBrightExecuteAndPreviewGiveAFlatImage)
+{
+  const auto [pName, nCode] = GetParam();
+  CGigeCameraProcess::SOptions stCamera;
+  stCamera.nPixelFormat = nCode;
+  CGigeCameraProcess process(stCamera);
+  CHeadlessRun run(m_stOptions, MakeFactory(process), m_progress);
+  ASSERT_EQ(run.Run().toStdString(), "");
+  const SReport &stReport = run.GetReport();
+  EXPECT_EQ(stReport.strPixelFormat.toStdString(), pName);
+  EXPECT_EQ(stReport.nWidth, stCamera.nWidth);
+  EXPECT_EQ(stReport.nHeight, stCamera.nHeight);
+  EXPECT_EQ(stReport.nBrightFrames, MEASURED_FRAMES);
+  EXPECT_EQ(stReport.nDarkFrames, MEASURED_FRAMES);
+  const SUniformityFigures &stBefore = stReport.stBefore.stOverall;
+  const SUniformityFigures &stAfter = stReport.stAfter.stOverall;
+  EXPECT_GT(stBefore.dShadingPercent, 15.0);
+  EXPECT_LT(stAfter.dShadingPercent, 1.0);
+  EXPECT_GT(stBefore.dPrnuPercent, 5.0);
+  EXPECT_LT(stAfter.dPrnuPercent, 0.6);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, NetworkStoryInFormat,
+                         testing::Values(std::pair("Mono8", 0x01080001U), std::pair("Mono16", 0x01100007U),
+                                         std::pair("BayerRG8", 0x01080009U), std::pair("BayerRG16", 0x0110002FU)),
+                         [](const auto &info) { return std::string(info.param.first); });
+
+TEST_F(NetworkStory, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoesOnWhenItIsBack)
+{
+  CGigeCameraProcess process({});
+  bool bArmed = false;
+  std::atomic<int> nFramesLeft{0};
+  CCoverableCamera::SHooks stHooks;
+  stHooks.fnStart = [&] { nFramesLeft = std::exchange(bArmed, false) ? 4 : 0; }; // of eight
+  stHooks.fnFrame = [&] {
+    if (nFramesLeft > 0 && --nFramesLeft == 0) {
+      process.Kill();
+    }
+  };
+  CBench bench(m_stOptions, MakeFactory(process, stHooks), m_progress);
+  const auto fnPrepareBright = [&] {
+    QString strError = bench.SetScene(false, ISceneControl::EPurpose::Acquisition);
+    strError = strError.isEmpty() ? bench.ReadFormat() : strError;
+    strError = strError.isEmpty() ? bench.SelectFrameCount() : strError;
+    return strError.toStdString();
+  };
+  ASSERT_EQ(bench.Open().toStdString(), "");
+  ASSERT_EQ(bench.OpenDialog().toStdString(), "");
+  ASSERT_EQ(fnPrepareBright(), "");
+
+  bArmed = true;
+  const SDialogAnswer stAnswer = bench.GetDriver().AcquireBright();
+  // As the plug-in was waiting for a frame or looking at the camera's payload size.
+  EXPECT_THAT(stAnswer.strBox.toStdString(),
+              testing::AnyOf("Get buffer time out", "Failure to operation device feature"));
+  EXPECT_TRUE(bench.GetViewer().GetCamera().GetLink()->IsLost());
+  EXPECT_EQ(bench.GetViewer().GetStreamError().toStdString(), "The camera does not answer any more.");
+  EXPECT_FALSE(bench.GetViewer().GetCamera().IsStreaming());
+  bench.GetDriver().AcquireDark();
+  EXPECT_FALSE(bench.GetViewer().GetCamera().IsStreaming()) << "what is lost stays lost";
+
+  process.Restart();
+  ASSERT_EQ(bench.PowerCycle().toStdString(), "");
+  ASSERT_EQ(bench.OpenDialog().toStdString(), "");
+  ASSERT_EQ(fnPrepareBright(), "");
+  EXPECT_EQ(bench.AcquireBright().toStdString(), "");
+  EXPECT_TRUE(bench.GetDriver().IsExecuteEnabled());
+  EXPECT_FALSE(bench.GetViewer().GetCamera().GetLink()->IsLost());
+}
