@@ -3,6 +3,7 @@
 #include <cstring>
 #include <vector>
 
+#include "camera/aravis/nodemap/nodelinks.h"
 #include "genapi/softwarenodemap/numbertext.h"
 
 CAravisString::CAravisString(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state)
@@ -27,9 +28,33 @@ GenICam::gcstring CAravisString::GetValue(bool bVerify, bool)
 {
   const auto lock = m_core.Acquire();
   m_core.CheckReadable(bVerify);
+  ArvGcFeatureNode *pEnd = FindEnd();
+  if (ARV_IS_GC_REGISTER(pEnd)) {
+    return ReadText(ARV_GC_REGISTER(pEnd));
+  }
   // The library's text, or null for none, is only good until the lock is given back.
   return m_core.Call(
     [this](GError **ppError) { return GenICam::gcstring(arv_gc_string_get_value(m_pString, ppError)); });
+}
+
+/// The node that the text is kept in at last.
+ArvGcFeatureNode *CAravisString::FindEnd() const
+{
+  ArvGcFeatureNode *pEnd = ARV_GC_FEATURE_NODE(m_pString);
+  while (ArvGcFeatureNode *pNext = m_core.Call([pEnd](GError **ppError) { return FindValueNode(pEnd, ppError); })) {
+    pEnd = pNext;
+  }
+  return pEnd;
+}
+
+/// A text that fills its register has no zero at its end, and the library's pointer to it none either.
+GenICam::gcstring CAravisString::ReadText(ArvGcRegister *pRegister) const
+{
+  const guint64 nLength =
+    m_core.Call([pRegister](GError **ppError) { return arv_gc_register_get_length(pRegister, ppError); });
+  std::vector<char> listText(static_cast<std::size_t>(nLength) + 1);
+  m_core.Call([&](GError **ppError) { arv_gc_register_get(pRegister, listText.data(), nLength, ppError); });
+  return listText.data();
 }
 
 int64_t CAravisString::GetMaxLength()

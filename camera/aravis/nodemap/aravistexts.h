@@ -18,6 +18,9 @@ public:
   void FromString(const GenICam::gcstring &strValue, bool bVerify = true) override;
 
 private:
+  ArvGcFeatureNode *FindEnd() const;
+  GenICam::gcstring ReadText(ArvGcRegister *pRegister) const;
+
   ArvGcString *m_pString;
 };
 

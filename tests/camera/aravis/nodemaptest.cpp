@@ -45,6 +45,7 @@ const std::string NODES =
 </Enumeration>
 <Integer Name="Zero"><Value>0</Value></Integer>
 <StringReg Name="UserID"><Address>0x80</Address><Length>8</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></StringReg>
+<String Name="UserIDToo"><pValue>UserID</pValue></String>
 <String Name="Vendor"><Value>A maker</Value></String>
 <Register Name="Table"><Address>0x100</Address><Length>6</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></Register>
 <Register Name="Empty"><Address>0x110</Address><Length>0</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></Register>
@@ -312,7 +313,9 @@ TEST_F(AravisNodeMap, AStringIsNoLongerThanItsRegister)
   node.SetValue("camera");
   EXPECT_EQ(node.GetValue(), "camera");
   node.SetValue("12345678");
+  m_device.Memory().listBytes[0x88] = 'x'; // no zero behind it
   EXPECT_EQ(node.GetValue(), "12345678");
+  EXPECT_EQ(Node<GenApi::IString>("UserIDToo").GetValue(), "12345678");
   EXPECT_THROW(node.SetValue("123456789"), GenICam::OutOfRangeException);
   EXPECT_THROW(node.SetValue(GenICam::gcstring("a\0b", 3)), GenICam::OutOfRangeException);
   EXPECT_EQ(node.GetValue(), "12345678");
