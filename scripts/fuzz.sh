@@ -10,7 +10,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
-targets=(coefficientgenerator vignetting ombrix hostfile devicefile vignettingfile pluginrecords)
+targets=(coefficientgenerator vignetting ombrix hostfile devicefile vignettingfile pluginrecords
+  aravisnodemap)
 out=$root/build/fuzz
 
 # run_target NAME SECONDS: one line about it, and the end of libFuzzer's report when it found something. Files are

@@ -20,3 +20,6 @@ void FuzzDeviceFile(const uint8_t *pData, std::size_t nSize);
 void FuzzVignettingFile(const uint8_t *pData, std::size_t nSize);
 /// The records that a host passes to ProcessImage and SlotProcessDemoMsg. User-interface thread only.
 void FuzzPluginRecords(const uint8_t *pData, std::size_t nSize);
+/// The node map of a real camera: a camera's description file up to the first zero byte; behind it what its registers
+/// answer. Reads, verifies and writes every node. Only where Aravis is.
+void FuzzAravisNodeMap(const uint8_t *pData, std::size_t nSize);

@@ -1,4 +1,4 @@
-#include "tests/camera/aravis/fuzznodemap.h"
+#include "tests/fuzz/fuzztargets.h"
 
 #include <algorithm>
 #include <cstdlib>

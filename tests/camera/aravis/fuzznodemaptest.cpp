@@ -1,5 +1,5 @@
 // What the fuzz target has been fed with, or should have been, again.
-#include "tests/camera/aravis/fuzznodemap.h"
+#include "tests/fuzz/fuzztargets.h"
 
 #include <fstream>
 #include <iterator>
