@@ -17,7 +17,7 @@ build_preset bench >build/bench-build.log 2>&1 || {
 # run_benchmark PROGRAM: many short repetitions in random order, so that whatever else the machine does meets all alike.
 run_benchmark() {
   echo "Running $1." >&2
-  "build/bench/bin/$1" --benchmark_repetitions=13 --benchmark_enable_random_interleaving=true \
+  "build/bench/bin/$1" --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
     --benchmark_format=json >"out/$1.json" 2>"out/$1.log"
 }
 run_benchmark kernel_benchmark

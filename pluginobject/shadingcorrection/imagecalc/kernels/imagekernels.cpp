@@ -11,6 +11,8 @@ namespace {
 
 // Columns that are worked on at a time, so that their sums stay in the nearest cache.
 constexpr std::size_t TILE_COLUMNS = 2048;
+// Fewer where reading and writing take turns, so that the memory never waits for long.
+constexpr std::size_t SMOOTHED_COLUMNS = 512;
 // Rows whose sums 16 bits hold for bytes, and 32 bits for words. Even, for whole cells.
 constexpr std::size_t STRIP_ROWS = 256;
 
@@ -317,7 +319,7 @@ inline void SmoothWideSums(const uint32_t *__restrict pSums, std::size_t nPixels
 // Words above 12 bits, whose sums need more than 16.
 inline void SmoothWideRow(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
-  uint32_t anSums[TILE_COLUMNS + 2];
+  uint32_t anSums[SMOOTHED_COLUMNS + 2];
   (void)SumVertically<uint16_t>(pRow, nRowBytes, nPixels + 2, anSums);
   SmoothWideSums(anSums, nPixels, pTo);
 }
@@ -326,7 +328,7 @@ inline void SmoothWideRow(const unsigned char *pRow, std::size_t nRowBytes, std:
 template <typename TPixel>
 inline void SmoothRow(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
-  uint16_t anSums[TILE_COLUMNS + 2];
+  uint16_t anSums[SMOOTHED_COLUMNS + 2];
   if (SumVertically<TPixel>(pRow, nRowBytes, nPixels + 2, anSums) < 4096) {
     SmoothNarrowSums<TPixel>(anSums, nPixels, pTo);
   } else {
@@ -337,8 +339,8 @@ inline void SmoothRow(const unsigned char *pRow, std::size_t nRowBytes, std::siz
 template <typename TPixel>
 inline void SmoothTwoRows(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
-  uint16_t anUpper[TILE_COLUMNS + 2];
-  uint16_t anLower[TILE_COLUMNS + 2];
+  uint16_t anUpper[SMOOTHED_COLUMNS + 2];
+  uint16_t anLower[SMOOTHED_COLUMNS + 2];
   if (SumTwoVertically<TPixel>(pRow, nRowBytes, nPixels + 2, anUpper, anLower) < 4096) {
     SmoothNarrowSums<TPixel>(anUpper, nPixels, pTo);
     SmoothNarrowSums<TPixel>(anLower, nPixels, pTo + nRowBytes);
@@ -354,9 +356,9 @@ void SmoothRows(const SSmoothing &stSmoothing)
   const auto *const pFrom = static_cast<const unsigned char *>(stSmoothing.pPixels);
   auto *const pTo = static_cast<unsigned char *>(stSmoothing.pSmoothed);
   const auto fnSmooth = stSmoothing.bTwoRows ? SmoothTwoRows<TPixel> : SmoothRow<TPixel>;
-  for (std::size_t x = 0; x < stSmoothing.nPixels; x += TILE_COLUMNS) {
+  for (std::size_t x = 0; x < stSmoothing.nPixels; x += SMOOTHED_COLUMNS) {
     const std::size_t nStart = x * sizeof(TPixel);
-    fnSmooth(pFrom + nStart, stSmoothing.nRowBytes, Min(stSmoothing.nPixels - x, TILE_COLUMNS), pTo + nStart);
+    fnSmooth(pFrom + nStart, stSmoothing.nRowBytes, Min(stSmoothing.nPixels - x, SMOOTHED_COLUMNS), pTo + nStart);
   }
 }
 
