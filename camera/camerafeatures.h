@@ -25,6 +25,7 @@ struct SCameraDescription {
   uint32_t nSensorWidth = 0;              ///< pixels
   uint32_t nSensorHeight = 0;
   bool bRegionOfInterest = false; ///< width, height and offsets can be set
+  bool bArrangeableScene = false; ///< what stands before the lens can be chosen
   double dFrameRate = 30.0;       ///< frames per second
   double dBlackLevel = 0.4;       ///< percent of full scale
 

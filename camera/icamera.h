@@ -32,7 +32,11 @@ public:
 
   virtual void SetLensCap(bool bCovered) = 0;
   virtual bool IsLensCapOn() const = 0;
+  /// Whether target, chart and lamp can be chosen; recorded frames show what they show.
+  virtual bool CanArrange() const = 0;
   virtual void SetScene(EScene eScene) = 0;
+  /// \param dLevel light of the lamp, 0 to 2; 1 is what the camera was made for
+  virtual void SetIllumination(double dLevel) = 0;
   /// Recorded frames are split in two halves, one per purpose, so that no figure is taken on frames
   /// that made the coefficients. A camera that exposes afresh ignores it.
   virtual void SetPurpose(EPurpose ePurpose) = 0;

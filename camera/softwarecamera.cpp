@@ -4,7 +4,8 @@
 #include <utility>
 
 CSoftwareCamera::CSoftwareCamera(const SCameraDescription &stDescription, std::unique_ptr<IFrameSource> pSource)
-  : m_strDisplayName(stDescription.GetDisplayName()), m_features(stDescription), m_pSource(std::move(pSource)),
+  : m_strDisplayName(stDescription.GetDisplayName()), m_features(stDescription),
+    m_scene(stDescription.bArrangeableScene), m_pSource(std::move(pSource)),
     m_streamer([this] { return m_features.GetTiming(); }, [this] { DeliverFrame(); })
 {
   if (stDescription.listFormats.front().eLayout != EColorLayout::Mono) {

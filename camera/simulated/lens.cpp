@@ -37,7 +37,7 @@ float CLens::GetLight(const SScene &stScene, uint32_t nX, uint32_t nY) const
   if (stScene.bLensCapOn) {
     return 0.0F;
   }
-  const float fFalloff = GetFalloff(nX, nY);
+  const float fFalloff = GetFalloff(nX, nY) * static_cast<float>(stScene.dIllumination);
   if (stScene.eScene == ISceneControl::EScene::Target) {
     return fFalloff;
   }

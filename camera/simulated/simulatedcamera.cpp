@@ -83,6 +83,7 @@ std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &st
     stDescription.nSensorWidth = stOptions.nWidth;
     stDescription.nSensorHeight = stOptions.nHeight;
     stDescription.bRegionOfInterest = true;
+    stDescription.bArrangeableScene = true;
     stDescription.dFrameRate = stOptions.dFrameRate;
     if (stOptions.eMode != ECorrectionMode::None) {
       // 1.4 of 255, between two grey values: the dark level of a block is truncated, and at the edge of a grey

@@ -126,6 +126,7 @@ TEST(ReplayCamera, AcquisitionAndMeasurementNeverShareAFrame)
   const auto pCamera = Open(folder);
   CFrameCollector collector(*pCamera);
   ISceneControl *pScene = pCamera->GetSceneControl();
+  EXPECT_FALSE(pScene->CanArrange()) << "recorded frames show what they show";
   ASSERT_EQ(pCamera->Start(), "");
   for (int nRound = 0; nRound < 2; ++nRound) {
     pScene->SetLensCap(false);

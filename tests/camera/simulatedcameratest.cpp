@@ -197,6 +197,22 @@ TEST(SimulatedCamera, TheLensCapMakesTheNextFrameDark)
   }
 }
 
+TEST(SimulatedCamera, TheLampDimsAndBrightensTheTarget)
+{
+  CCameraBench bench(SmallOptions("Mono8"));
+  ISceneControl *pScene = bench.Camera().GetSceneControl();
+  EXPECT_TRUE(pScene->CanArrange());
+  ASSERT_EQ(bench.Camera().Start(), "");
+  const auto Centre = [&] { return int(bench.Frames().Take(2)[1].GetSamples()[64 * 24 + 32]); };
+  const int nFull = Centre();
+  pScene->SetIllumination(0.5);
+  EXPECT_NEAR(Centre(), nFull / 2, 15);
+  pScene->SetIllumination(7.0);
+  EXPECT_EQ(Centre(), 255) << "2 is as much as the lamp gives";
+  pScene->SetIllumination(-1.0);
+  EXPECT_LE(Centre(), 5);
+}
+
 TEST(SimulatedCamera, WhiteBalanceOnceTakesSomeFramesAndTurnsItselfOff)
 {
   for (const char *pFormat : {"BayerRG8", "BayerGB12"}) {

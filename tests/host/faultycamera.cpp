@@ -9,6 +9,8 @@ public:
 
   void SetLensCap(bool) override {}
   bool IsLensCapOn() const override { return m_scene.IsLensCapOn(); }
+  bool CanArrange() const override { return m_scene.CanArrange(); }
+  void SetIllumination(double dLevel) override { m_scene.SetIllumination(dLevel); }
   void SetScene(EScene eScene) override { m_scene.SetScene(eScene); }
   void SetPurpose(EPurpose ePurpose) override { m_scene.SetPurpose(ePurpose); }
 
