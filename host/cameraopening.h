@@ -2,6 +2,7 @@
 /// Makes the camera that the command line asks for.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -14,6 +15,8 @@ struct SOpenedCamera {
   std::unique_ptr<ICamera> pCamera; ///< null when it failed
   QString strError;                 ///< one line then
 };
+
+using CameraFactory = std::function<SOpenedCamera(const SHostOptions &)>;
 
 SOpenedCamera OpenCamera(const SHostOptions &stOptions);
 

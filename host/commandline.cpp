@@ -181,6 +181,8 @@ void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
     ->check(CheckLanguage);
   app.add_option("--out", stOptions.strOutFolder, "folder for pictures, frames and report.json, out unless said")
     ->type_name("DIR");
+  app.add_option("--tour", stOptions.strTourFolder, "tell the story in the window and save a picture of each step")
+    ->type_name("DIR");
   app.add_option("--save-frames", stOptions.nSaveFrames, "fresh raw and corrected frames to save, 1 unless said")
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 999); });

@@ -26,7 +26,8 @@ struct SHostOptions {
   uint32_t nBlockSize = 0;                       ///< of its coefficients, pixels; 0: the camera's own choice
   bool bChinese = false;
   std::string strOutFolder = "out";
-  int nSaveFrames = 1; ///< pairs of fresh raw and corrected frames
+  std::string strTourFolder; ///< pictures of the window's story go there; empty: no tour
+  int nSaveFrames = 1;       ///< pairs of fresh raw and corrected frames
 };
 
 struct SCommandLine {

@@ -48,9 +48,15 @@ int GetSliderPosition(int nFrames)
 
 QDialog *CDialogDriver::FindDialog()
 {
+  QDialog *pDialog = FindAnyDialog();
+  return pDialog != nullptr && pDialog->isVisible() ? pDialog : nullptr;
+}
+
+QDialog *CDialogDriver::FindAnyDialog()
+{
   for (QWidget *pWidget : QApplication::topLevelWidgets()) {
     QDialog *pDialog = qobject_cast<QDialog *>(pWidget);
-    if (pDialog != nullptr && pDialog->isVisible() && pDialog->objectName() == QLatin1String(DIALOG_NAME)) {
+    if (pDialog != nullptr && pDialog->objectName() == QLatin1String(DIALOG_NAME)) {
       return pDialog;
     }
   }
@@ -164,6 +170,12 @@ bool CDialogDriver::IsExecuteEnabled() const
 {
   const QWidget *pButton = Find<QWidget>(m_dialog, EXECUTE_BUTTON);
   return pButton != nullptr && pButton->isEnabled();
+}
+
+bool CDialogDriver::IsAcquiringBright() const
+{
+  const QWidget *pButton = Find<QWidget>(m_dialog, BRIGHT_BUTTON);
+  return pButton != nullptr && !pButton->isEnabled();
 }
 
 bool CDialogDriver::IsPreviewOn() const

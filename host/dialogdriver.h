@@ -27,6 +27,8 @@ class CDialogDriver {
 public:
   /// The visible top-level window named "ShadingCorrectionDlg"; null when there is none.
   static QDialog *FindDialog();
+  /// The same, hidden or not.
+  static QDialog *FindAnyDialog();
 
   /// \param dialog outlives the driver
   explicit CDialogDriver(QDialog &dialog) : m_dialog(dialog) {}
@@ -49,6 +51,8 @@ public:
   int GetFrameCount() const;
   int GetExpectGray() const;
   bool IsExecuteEnabled() const;
+  /// The bright acquisition's button is disabled because it runs.
+  bool IsAcquiringBright() const;
   /// Enabled and checked: frames are being corrected.
   bool IsPreviewOn() const;
   /// Names of the controls that a user could operate now, the title bar's apart.

@@ -11,23 +11,35 @@ void CFramePipeline::Receive(const SCameraFrame &stFrame)
   if (m_fnObserver) {
     m_fnObserver();
   }
+  int32_t nStatus = 0;
   uint64_t nNanoseconds = 0;
-  const bool bCorrected = Correct(stFrame, nNanoseconds);
+  const bool bCorrected = Correct(stFrame, nStatus, nNanoseconds);
 
   const std::lock_guard<std::mutex> lock(m_mutex);
-  ++m_nReceived;
+  Count(stFrame, bCorrected, nNanoseconds);
+  Serve({&stFrame, bCorrected ? m_listOutput.data() : nullptr});
+  KeepLatest(stFrame, bCorrected, nStatus);
+}
+
+void CFramePipeline::Count(const SCameraFrame &stFrame, bool bCorrected, uint64_t nNanoseconds)
+{
+  ++m_stCounts.nReceived;
+  // A smaller number is that of a stream that began anew.
+  if (m_nLastFrameId && stFrame.nFrameId > *m_nLastFrameId + 1) {
+    m_stCounts.nLost += stFrame.nFrameId - *m_nLastFrameId - 1;
+  }
+  m_nLastFrameId = stFrame.nFrameId;
   if (bCorrected) {
+    ++m_stCounts.nCorrected;
     ++m_stThroughput.nFrames;
     m_stThroughput.nPixels += uint64_t(stFrame.nWidth) * stFrame.nHeight;
     m_stThroughput.nNanoseconds += nNanoseconds;
   }
-  Serve({&stFrame, bCorrected ? m_listOutput.data() : nullptr});
-  KeepLatest(stFrame, bCorrected);
 }
 
-bool CFramePipeline::Correct(const SCameraFrame &stFrame, uint64_t &nNanoseconds)
+bool CFramePipeline::Correct(const SCameraFrame &stFrame, int32_t &nStatus, uint64_t &nNanoseconds)
 {
-  if (m_pPlugin == nullptr) {
+  if (m_pPlugin == nullptr || m_bWithheld) {
     return false;
   }
   try {
@@ -47,7 +59,7 @@ bool CFramePipeline::Correct(const SCameraFrame &stFrame, uint64_t &nNanoseconds
   PLUGIN_PROCESS_RESULT stResult;
 
   const auto tBegin = std::chrono::steady_clock::now();
-  const int32_t nStatus = m_pPlugin->ProcessImage(&stInput, &stOutput, PLUGIN_PROCESS_MODE_FRAME, &stResult);
+  nStatus = m_pPlugin->ProcessImage(&stInput, &stOutput, PLUGIN_PROCESS_MODE_FRAME, &stResult);
   const auto tSpent = std::chrono::steady_clock::now() - tBegin;
   nNanoseconds = uint64_t(std::chrono::duration_cast<std::chrono::nanoseconds>(tSpent).count());
   return nStatus == 0 && stResult.bCorrected != 0;
@@ -65,11 +77,14 @@ void CFramePipeline::Serve(const SProcessedFrame &stFrame)
   }
 }
 
-void CFramePipeline::KeepLatest(const SCameraFrame &stFrame, bool bCorrected)
+void CFramePipeline::KeepLatest(const SCameraFrame &stFrame, bool bCorrected, int32_t nStatus)
 {
+  m_stCounts.nOverwritten += m_bLatestIsNew ? 1U : 0U;
   if (bCorrected) {
     m_stLatest.listBytes.swap(m_listOutput);
-  } else if (!CopyFrame(stFrame.pBuffer, stFrame.nSize, m_stLatest.listBytes)) {
+  } else if (CopyFrame(stFrame.pBuffer, stFrame.nSize, m_stLatest.listBytes)) {
+    m_stCounts.nCopiedBytes += stFrame.nSize;
+  } else {
     m_bLatestIsNew = false;
     return;
   }
@@ -77,6 +92,7 @@ void CFramePipeline::KeepLatest(const SCameraFrame &stFrame, bool bCorrected)
   m_stLatest.nHeight = stFrame.nHeight;
   m_stLatest.nPixelFormat = stFrame.nPixelFormat;
   m_stLatest.bCorrected = bCorrected;
+  m_stLatest.nStatus = nStatus;
   m_bLatestIsNew = true;
 }
 
@@ -114,7 +130,13 @@ bool CFramePipeline::TakeLatest(SFrameCopy &stCopy)
 uint64_t CFramePipeline::GetReceivedCount() const
 {
   const std::lock_guard<std::mutex> lock(m_mutex);
-  return m_nReceived;
+  return m_stCounts.nReceived;
+}
+
+SFrameCounts CFramePipeline::GetCounts() const
+{
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  return m_stCounts;
 }
 
 SThroughput CFramePipeline::GetThroughput() const

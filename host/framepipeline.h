@@ -2,10 +2,12 @@
 /// From the camera through the plug-in to whoever looks at the frames.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "camera/icamera.h"
@@ -25,12 +27,23 @@ struct SFrameCopy {
   uint32_t nHeight = 0;
   uint32_t nPixelFormat = 0; ///< PFNC code
   bool bCorrected = false;
+  int32_t nStatus = 0; ///< what ProcessImage returned
+};
+
+/// What became of the frames since the pipeline was made.
+struct SFrameCounts {
+  uint64_t nReceived = 0;
+  uint64_t nCorrected = 0;
+  uint64_t nLost = 0;        ///< camera frames that never came: gaps in their numbers
+  uint64_t nOverwritten = 0; ///< kept for the display, and replaced before it took them
+  uint64_t nCopiedBytes = 0; ///< by the pipeline itself
 };
 
 /// Passes every frame through ProcessImage, keeps the latest, counts, and hands out frames on request.
 ///
 /// An output buffer is looked at only when the plug-in has set its flag: otherwise the raw frame stands for
-/// the frame.
+/// the frame. A raw frame is copied once, into the mailbox of the display; a corrected one never: its buffer
+/// changes places with the mailbox's. A display that is slow finds its mailbox overwritten; the camera never waits.
 class CFramePipeline {
 public:
   enum class EWanted { Any, Corrected };
@@ -43,6 +56,9 @@ public:
   void SetPlugin(IPlugin *pPlugin) { m_pPlugin = pPlugin; }
   /// Only while no frames come.
   void SetObserver(FrameObserver fnObserver) { m_fnObserver = std::move(fnObserver); }
+
+  /// Keeps the frames from the plug-in, which then waits for them until it gives up; they are shown all the same.
+  void Withhold(bool bWithhold) { m_bWithheld = bWithhold; }
 
   /// Takes one frame. On one thread at a time: the camera's.
   void Receive(const SCameraFrame &stFrame);
@@ -60,17 +76,20 @@ public:
   bool TakeLatest(SFrameCopy &stCopy);
 
   uint64_t GetReceivedCount() const;
+  SFrameCounts GetCounts() const;
   /// Of the corrected frames since the last reset.
   SThroughput GetThroughput() const;
   void ResetThroughput();
 
 private:
-  bool Correct(const SCameraFrame &stFrame, uint64_t &nNanoseconds);
-  void KeepLatest(const SCameraFrame &stFrame, bool bCorrected);
+  bool Correct(const SCameraFrame &stFrame, int32_t &nStatus, uint64_t &nNanoseconds);
+  void Count(const SCameraFrame &stFrame, bool bCorrected, uint64_t nNanoseconds);
+  void KeepLatest(const SCameraFrame &stFrame, bool bCorrected, int32_t nStatus);
   void Serve(const SProcessedFrame &stFrame);
 
   IPlugin *m_pPlugin = nullptr;
   FrameObserver m_fnObserver;
+  std::atomic<bool> m_bWithheld{false};
   std::vector<uint8_t> m_listOutput; ///< frame thread only
 
   mutable std::mutex m_mutex;
@@ -80,6 +99,7 @@ private:
   uint32_t m_nMissing = 0;
   SFrameCopy m_stLatest;
   bool m_bLatestIsNew = false;
-  uint64_t m_nReceived = 0;
+  SFrameCounts m_stCounts;
+  std::optional<uint64_t> m_nLastFrameId;
   SThroughput m_stThroughput;
 };

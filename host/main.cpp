@@ -7,8 +7,10 @@
 #include "host/commandline.h"
 #include "host/desktop.h"
 #include "host/headless/headlessrun.h"
-#include "host/livewindow.h"
+#include "host/language.h"
 #include "host/settingsrescue.h"
+#include "host/window/mainwindow.h"
+#include "host/window/windowtour.h"
 
 namespace {
 
@@ -62,20 +64,17 @@ int RunRescue(const SHostOptions &stOptions)
 
 int RunLive(const SHostOptions &stOptions)
 {
-  SOpenedCamera stOpened = OpenCamera(stOptions);
-  if (stOpened.pCamera == nullptr) {
-    return Fail(stOpened.strError);
-  }
-  QString strError = SelectBlockSize(*stOpened.pCamera, stOptions.nBlockSize);
-  CViewer viewer(std::move(stOpened.pCamera));
-  strError = strError.isEmpty() ? viewer.Open(stOptions) : strError;
-  strError = strError.isEmpty() ? viewer.StartStream() : strError;
+  CHostLanguage language(stOptions.bChinese);
+  CMainWindow window(stOptions, OpenCamera);
+  const QString strError = window.OpenCamera(stOptions);
   if (!strError.isEmpty()) {
     return Fail(strError);
   }
-  CLiveWindow window(viewer);
   window.show();
-  viewer.ShowDialog();
+  if (!stOptions.strTourFolder.empty()) {
+    const QString strTourError = CWindowTour(window, QString::fromStdString(stOptions.strTourFolder)).Run();
+    return strTourError.isEmpty() ? EXIT_SUCCESS : Fail(strTourError);
+  }
   return QApplication::exec();
 }
 
@@ -106,6 +105,9 @@ int main(int nArguments, char **pArguments)
   // Without the options: the toolkit has one of its own called --plugin.
   int nToolkitArguments = 1;
   const QApplication app(nToolkitArguments, pArguments);
+  // Where the window remembers how it was left.
+  QCoreApplication::setOrganizationName(QStringLiteral("FlatFieldCorrection"));
+  QCoreApplication::setApplicationName(QStringLiteral("ffchost"));
   if (bRescue) {
     return RunRescue(stCommandLine.stOptions);
   }

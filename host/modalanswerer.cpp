@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTimer>
 
@@ -65,7 +65,7 @@ void CModalAnswerer::Look()
 {
   Arm();
   QDialog *pDialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-  if (pDialog == nullptr) {
+  if (pDialog == nullptr || qobject_cast<QProgressDialog *>(pDialog) != nullptr) {
     return;
   }
   if (QFileDialog *pFileDialog = qobject_cast<QFileDialog *>(pDialog)) {

@@ -15,7 +15,7 @@ bool IsInTitleBar(const QWidget &widget, const QDialog &dialog);
 
 /// Lives around one call that may open message boxes or a file dialog. Boxes are read and confirmed, the
 /// file dialog gets the given file, anything else is read and rejected. So no modal window can hold up a
-/// run that nobody watches.
+/// run that nobody watches. Progress is left alone: it goes away by itself.
 ///
 /// File dialogs must not be native (Qt::AA_DontUseNativeDialogs).
 class CModalAnswerer : public QObject {

@@ -2,6 +2,15 @@
 
 #include <utility>
 
+#include <QVariant>
+
+namespace {
+
+/// Read by the plug-in with every frame that it takes.
+const char *const PAYLOAD_SIZE = "PayloadSize";
+
+} // namespace
+
 CViewer::CViewer(std::unique_ptr<ICamera> pCamera) : m_pCamera(std::move(pCamera))
 {
   m_pCamera->SetFrameCallback([this](const SCameraFrame &stFrame) { m_pipeline.Receive(stFrame); });
@@ -27,10 +36,27 @@ QString CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
   m_stInitParam = PLUGIN_INIT_PARAM();
   m_stInitParam.pOutputNodeMap = m_pCamera->GetOutputNodeMap();
   m_stInitParam.pStreamNodeMap = m_pCamera->GetStreamNodeMap();
-  m_stInitParam.pDeviceNodeMap = m_pCamera->GetDeviceNodeMap();
+  m_stInitParam.pDeviceNodeMap = WatchDeviceMap();
   m_stInitParam.nLanguage = uint32_t(eLanguage);
   m_stInitParam.pDeviceName = m_byteDeviceName.constData();
   return Bind();
+}
+
+GenApi::INodeMap *CViewer::WatchDeviceMap()
+{
+  if (m_pObserver == nullptr) {
+    return m_pCamera->GetDeviceNodeMap();
+  }
+  m_pWatchedMap = std::make_unique<CObservedNodeMap>(*m_pCamera->GetDeviceNodeMap());
+  m_pWatchedMap->AddHook([this](const SNodeAccess &stAccess) { Watch(stAccess); });
+  return m_pWatchedMap.get();
+}
+
+void CViewer::Watch(const SNodeAccess &stAccess)
+{
+  if (m_bAcquiring && stAccess.eKind == SNodeAccess::EKind::Read && stAccess.strNode == PAYLOAD_SIZE) {
+    m_pObserver->CountAcquiredFrame();
+  }
 }
 
 QString CViewer::Open(const SHostOptions &stOptions)
@@ -97,6 +123,23 @@ bool CViewer::IsDialogVisible() const
   return m_bInitialized && m_module.GetPlugin()->IsDialogVisible();
 }
 
+bool CViewer::IsPluginInUse() const
+{
+  // By the name of the class: the module has meta-objects of its own.
+  IPlugin *pPlugin = m_bInitialized ? m_module.GetPlugin() : nullptr;
+  if (pPlugin == nullptr || !pPlugin->inherits("IPluginExtended")) {
+    return false;
+  }
+  QVariant value;
+  const int32_t nStatus = static_cast<IPluginExtended *>(pPlugin)->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, &value);
+  return nStatus == 0 && value.toInt() == 1;
+}
+
+QString CViewer::GetStatusText(int32_t nStatus) const
+{
+  return m_bInitialized ? QString::fromUtf8(m_module.GetPlugin()->GetStatusText(nStatus)).trimmed() : QString();
+}
+
 QString CViewer::StartStream()
 {
   m_strStreamError = QString::fromStdString(m_pCamera->Start());
@@ -110,9 +153,18 @@ void CViewer::StopStream()
 
 void CViewer::SlotPluginMsg(const PLUGIN_MSG &stPluginMsg)
 {
-  if (stPluginMsg.nMsgCode == PLUGIN_MSG_ACQUISITION_ON) {
+  const bool bOn = stPluginMsg.nMsgCode == PLUGIN_MSG_ACQUISITION_ON;
+  if (!bOn && stPluginMsg.nMsgCode != PLUGIN_MSG_ACQUISITION_OFF) {
+    return;
+  }
+  if (bOn) {
     StartStream();
-  } else if (stPluginMsg.nMsgCode == PLUGIN_MSG_ACQUISITION_OFF) {
+  } else {
     StopStream();
   }
+  m_bAcquiring = bOn;
+  if (m_pObserver != nullptr) {
+    bOn ? m_pObserver->BeginAcquisition() : m_pObserver->EndAcquisition();
+  }
+  emit SigStreamChanged();
 }

@@ -9,8 +9,10 @@
 #include <QString>
 
 #include "camera/icamera.h"
+#include "genapi/softwarenodemap/observednodemap.h"
 #include "host/commandline.h"
 #include "host/framepipeline.h"
+#include "host/iacquisitionobserver.h"
 #include "host/pluginmodule.h"
 
 enum class ELanguage : uint32_t { English = 0, Chinese = 1 };
@@ -24,6 +26,9 @@ public:
   explicit CViewer(std::unique_ptr<ICamera> pCamera);
   ~CViewer() override;
 
+  /// \param pObserver outlives the viewer; null for none. Set before Open.
+  void SetAcquisitionObserver(IAcquisitionObserver *pObserver) { m_pObserver = pObserver; }
+
   /// Loads the module and binds its plug-in to the camera.
   /// \return empty, or one line that says what failed
   QString Open(const QString &strPluginPath, ELanguage eLanguage);
@@ -35,6 +40,11 @@ public:
   void ShowDialog();
   void HideDialog();
   bool IsDialogVisible() const;
+  bool HasPlugin() const { return m_bInitialized; }
+  /// What the plug-in says of itself: it corrects live frames, or its dialog is visible.
+  bool IsPluginInUse() const;
+  /// The plug-in's words for a status of its own; empty without a plug-in.
+  QString GetStatusText(int32_t nStatus) const;
 
   /// \return empty, or the camera's reason
   QString StartStream();
@@ -45,6 +55,10 @@ public:
   /// Why the camera did not start when the plug-in last asked for frames; empty when it did.
   QString GetStreamError() const { return m_strStreamError; }
 
+signals:
+  /// The plug-in made the stream start or stop.
+  void SigStreamChanged();
+
 private slots:
   void SlotPluginMsg(const PLUGIN_MSG &stPluginMsg);
 
@@ -52,10 +66,15 @@ private:
   QString Bind();
   void Release();
   void Send(EPluginMsgCode eCode);
+  GenApi::INodeMap *WatchDeviceMap();
+  void Watch(const SNodeAccess &stAccess);
 
   std::unique_ptr<ICamera> m_pCamera;
   CPluginModule m_module;
   CFramePipeline m_pipeline;
+  IAcquisitionObserver *m_pObserver = nullptr;
+  std::unique_ptr<CObservedNodeMap> m_pWatchedMap; ///< what the plug-in gets when somebody observes
+  bool m_bAcquiring = false;
   PLUGIN_INIT_PARAM m_stInitParam; ///< the plug-in keeps the pointer until Uninitialize
   QByteArray m_byteDeviceName;
   bool m_bInitialized = false;

@@ -20,8 +20,6 @@
 /// Fresh frames that a figure is taken on.
 constexpr uint32_t MEASURED_FRAMES = 16;
 
-using CameraFactory = std::function<SOpenedCamera(const SHostOptions &)>;
-
 /// A camera in the viewer, the plug-in's dialog, and the common steps of the stories. Each step returns
 /// empty or why it failed. User-interface thread.
 class CBench {

@@ -12,14 +12,13 @@
 
 namespace {
 
-constexpr uint32_t PROFILE_LINES = 32;
 constexpr QSize PLOT_SIZE(1000, 500);
 
 /// The plot owns what is attached to it.
-void AttachCurve(QwtPlot &plot, const QString &strTitle, const SRowProfile &stProfile, const QColor &clrLine)
+void AttachCurve(QwtPlot &plot, const QString &strTitle, const SProfile &stProfile, const QColor &clrLine)
 {
   QwtPlotCurve *pCurve = new QwtPlotCurve(strTitle);
-  pCurve->setSamples(stProfile.listColumns, stProfile.listGrays);
+  pCurve->setSamples(stProfile.listPositions, stProfile.listGrays);
   pCurve->setPen(clrLine, 1.5);
   pCurve->setRenderHint(QwtPlotItem::RenderAntialiased);
   pCurve->attach(&plot);
@@ -27,34 +26,13 @@ void AttachCurve(QwtPlot &plot, const QString &strTitle, const SRowProfile &stPr
 
 } // namespace
 
-SRowProfile MakeRowProfile(const CFrameStack &stStack, EColorLayout eLayout)
+SProfile MakeRowProfile(const CFrameStack &stStack, EColorLayout eLayout)
 {
   const std::vector<SColorPlane> listPlanes = GetColorPlanes(eLayout);
-  const SColorPlane &stPlane = listPlanes[listPlanes.size() / 2];
-  const uint32_t nBin = eLayout == EColorLayout::Mono ? 1U : 2U;
-  const uint32_t nLines = std::min(PROFILE_LINES, stStack.GetHeight());
-  const uint32_t nFirst = (stStack.GetHeight() - nLines) / 2;
-
-  std::vector<double> listSums((stStack.GetWidth() + nBin - 1) / nBin, 0.0);
-  std::vector<int> listCounts(listSums.size(), 0);
-  for (uint32_t nLine = nFirst; nLine < nFirst + nLines; ++nLine) {
-    VisitPlaneLine(stPlane, stStack.GetWidth(), nLine, [&](uint32_t nColumn) {
-      listSums[nColumn / nBin] += stStack.GetMean(nColumn, nLine);
-      ++listCounts[nColumn / nBin];
-    });
-  }
-
-  SRowProfile stProfile;
-  for (std::size_t nPoint = 0; nPoint < listSums.size(); ++nPoint) {
-    if (listCounts[nPoint] > 0) {
-      stProfile.listColumns << double(nPoint * nBin) + 0.5 * double(nBin - 1);
-      stProfile.listGrays << listSums[nPoint] / listCounts[nPoint];
-    }
-  }
-  return stProfile;
+  return MakeRowProfile(stStack, listPlanes[listPlanes.size() / 2]);
 }
 
-QImage DrawProfilePlot(const SRowProfile &stBefore, const SRowProfile &stAfter, const QString &strTitle)
+QImage DrawProfilePlot(const SProfile &stBefore, const SProfile &stAfter, const QString &strTitle)
 {
   QwtPlot plot(strTitle);
   plot.setCanvasBackground(Qt::white);
@@ -66,8 +44,8 @@ QImage DrawProfilePlot(const SRowProfile &stBefore, const SRowProfile &stAfter, 
   pGrid->attach(&plot);
   AttachCurve(plot, QStringLiteral("before"), stBefore, QColor(200, 60, 40));
   AttachCurve(plot, QStringLiteral("after"), stAfter, QColor(30, 90, 170));
-  if (!stBefore.listColumns.isEmpty()) {
-    plot.setAxisScale(QwtPlot::xBottom, 0, std::max(1.0, stBefore.listColumns.last()));
+  if (!stBefore.listPositions.isEmpty()) {
+    plot.setAxisScale(QwtPlot::xBottom, 0, std::max(1.0, stBefore.listPositions.last()));
   }
   plot.replot();
 

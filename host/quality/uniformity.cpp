@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/quality/blockmeans.h"
+#include "host/quality/noise.h"
 
 namespace {
 
@@ -27,25 +28,6 @@ double SumSquaredDistances(const CFrameStack &stStack, const SColorPlane &stPlan
     dTotal += dLine;
   }
   return dTotal;
-}
-
-/// Sum over the plane of each pixel's temporal variance (divisor L - 1).
-double SumTemporalVariances(const CFrameStack &stStack, const SColorPlane &stPlane)
-{
-  const uint64_t nFrames = stStack.GetFrameCount();
-  if (nFrames < 2) {
-    return 0;
-  }
-  double dTotal = 0;
-  for (uint32_t nLine = 0; nLine < stStack.GetHeight(); ++nLine) {
-    const uint32_t *pSums = stStack.GetSums(nLine);
-    uint64_t nSquaredSums = 0;
-    VisitPlaneLine(stPlane, stStack.GetWidth(), nLine,
-                   [&](uint32_t nColumn) { nSquaredSums += uint64_t(pSums[nColumn]) * pSums[nColumn]; });
-    // Exact in whole numbers: the difference of two large, nearly equal sums.
-    dTotal += double(nFrames * stStack.GetSquareSum(stPlane, nLine) - nSquaredSums);
-  }
-  return dTotal / (double(nFrames) * double(nFrames - 1));
 }
 
 SSpatial MeasureSpatial(const CFrameStack &stStack, const SColorPlane &stPlane)
@@ -134,6 +116,17 @@ bool CanMeasure(const CFrameStack &stBright, const CFrameStack &stDark)
 }
 
 } // namespace
+
+double MeasureShading(const CFrameStack &stBright, EColorLayout eLayout)
+{
+  double dShading = 0;
+  if (stBright.GetFrameCount() > 0) {
+    for (const SColorPlane &stPlane : GetColorPlanes(eLayout)) {
+      dShading = std::max(dShading, GetShadingPercent(GetBlockMeans(stBright, stPlane)));
+    }
+  }
+  return dShading;
+}
 
 SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &stDark, EColorLayout eLayout)
 {

@@ -26,6 +26,10 @@ struct SUniformity {
   std::vector<SUniformityFigures> listPlanes; ///< one "Mono", or "R", "G", "B"
 };
 
+/// Shading of the worst plane, in percent: (max - min) / mean of the block means. Needs no dark frames.
+/// \return 0 for an empty stack
+double MeasureShading(const CFrameStack &stBright, EColorLayout eLayout);
+
 /// Measures bright frames and dark frames of one size and depth.
 ///
 /// Block means are those of whole blocks of 32 x 32 pixels, of the plane's own pixels in them; an image

@@ -84,9 +84,9 @@ TEST(RowProfile, IsTheMeanOfTheMiddleLines)
 {
   SSyntheticScene stScene{10, 96, 12, nullptr, 0};
   stScene.fnLevel = [](uint32_t nX, uint32_t nY) { return nY < 32 || nY >= 64 ? 4000.0 : 100.0 + nX + (nY % 2); };
-  const SRowProfile stProfile = MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(2, 1)), EColorLayout::Mono);
+  const SProfile stProfile = MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(2, 1)), EColorLayout::Mono);
   ASSERT_EQ(stProfile.listGrays.size(), 10);
-  EXPECT_EQ(stProfile.listColumns[3], 3);
+  EXPECT_EQ(stProfile.listPositions[3], 3);
   EXPECT_EQ(stProfile.listGrays[3], 103.5);
 }
 
@@ -96,18 +96,41 @@ TEST(RowProfile, OfAMosaicShowsItsGreenPixels)
   stScene.fnLevel = [](uint32_t nX, uint32_t nY) {
     return GetPixelColor(EColorLayout::BayerGR, nX, nY) == EColor::Green ? 700.0 : 9.0;
   };
-  const SRowProfile stProfile = MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(1, 1)), EColorLayout::BayerGR);
+  const SProfile stProfile = MakeRowProfile(stScene.MakeStack(stScene.MakeFrames(1, 1)), EColorLayout::BayerGR);
   EXPECT_EQ(stProfile.listGrays, QVector<double>(4, 700.0));
-  EXPECT_EQ(stProfile.listColumns, QVector<double>({0.5, 2.5, 4.5, 6.5}));
+  EXPECT_EQ(stProfile.listPositions, QVector<double>({0.5, 2.5, 4.5, 6.5}));
 }
 
 TEST(ProfilePlot, DrawsBothCurves)
 {
-  const SRowProfile stBefore{{0, 1, 2}, {50, 60, 50}};
-  const SRowProfile stAfter{{0, 1, 2}, {100, 100, 100}};
+  const SProfile stBefore{{0, 1, 2}, {50, 60, 50}};
+  const SProfile stAfter{{0, 1, 2}, {100, 100, 100}};
   const QImage imgBoth = DrawProfilePlot(stBefore, stAfter, "title");
   ASSERT_FALSE(imgBoth.isNull());
   EXPECT_NE(imgBoth, DrawProfilePlot(stBefore, stBefore, "title"));
   EXPECT_NE(imgBoth, DrawProfilePlot(stAfter, stAfter, "title"));
   EXPECT_FALSE(DrawProfilePlot({}, {}, "empty").isNull());
+}
+
+TEST(ColumnProfile, IsTheMeanOfTheMiddleColumns)
+{
+  SSyntheticScene stScene{96, 10, 12, nullptr, 0};
+  stScene.fnLevel = [](uint32_t nX, uint32_t nY) { return nX < 32 || nX >= 64 ? 4000.0 : 100.0 + nY + (nX % 2); };
+  const CFrameStack stStack = stScene.MakeStack(stScene.MakeFrames(2, 1));
+  const SProfile stProfile = MakeColumnProfile(stStack, GetWholeImagePlane());
+  ASSERT_EQ(stProfile.listGrays.size(), 10);
+  EXPECT_EQ(stProfile.listPositions[7], 7);
+  EXPECT_EQ(stProfile.listGrays[7], 107.5);
+}
+
+TEST(ColumnProfile, OfAMosaicsPlaneComesInPairsOfLines)
+{
+  SSyntheticScene stScene{7, 6, 12, nullptr, 0};
+  stScene.fnLevel = [](uint32_t nX, uint32_t nY) {
+    return GetPixelColor(EColorLayout::BayerRG, nX, nY) == EColor::Blue ? 100.0 + nY : 9.0;
+  };
+  const CFrameStack stStack = stScene.MakeStack(stScene.MakeFrames(1, 1));
+  const SProfile stProfile = MakeColumnProfile(stStack, GetColorPlanes(EColorLayout::BayerRG)[2]);
+  EXPECT_EQ(stProfile.listPositions, QVector<double>({0.5, 2.5, 4.5}));
+  EXPECT_EQ(stProfile.listGrays, QVector<double>({101, 103, 105}));
 }

@@ -1,0 +1,18 @@
+/// \file
+/// The cameras that a user can choose from.
+#pragma once
+
+#include <vector>
+
+#include <QString>
+
+#include "host/commandline.h"
+
+struct SCameraChoice {
+  QString strName;          ///< in the language of the program
+  SHostOptions stOptions;   ///< what opens it
+  bool bAsksFolder = false; ///< the user has to name the folder of recorded frames first
+};
+
+/// First the camera of the command line, then the simulated ones that differ from it, and recorded frames at the end.
+std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions);

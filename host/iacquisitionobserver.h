@@ -1,0 +1,17 @@
+/// \file
+/// Who wants to know how far an acquisition of the plug-in is.
+#pragma once
+
+/// While the plug-in acquires, it blocks the user-interface thread; all that a host sees there are the plug-in's
+/// messages and its accesses to the camera's features. Called on that thread, from within the acquisition.
+class IAcquisitionObserver {
+public:
+  virtual ~IAcquisitionObserver() = default;
+
+  /// The plug-in begins to take frames.
+  virtual void BeginAcquisition() = 0;
+  /// The plug-in has one more frame: it has compared the payload size with the one it expects.
+  virtual void CountAcquiredFrame() = 0;
+  /// The plug-in takes no more frames.
+  virtual void EndAcquisition() = 0;
+};

@@ -1,0 +1,649 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>CAcquisitionProgress</name>
+    <message>
+        <source>Acquisition</source>
+        <translation>采集</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>取消(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Taking frames: %1</source>
+        <translation>正在采集：%1 帧</translation>
+    </message>
+    <message>
+        <source>Taking frames: %1 of %2</source>
+        <translation>正在采集：%1 / %2 帧</translation>
+    </message>
+</context>
+<context>
+    <name>CBlockMapPlot</name>
+    <message>
+        <source>Block means, % of the mean</source>
+        <translation>块均值（占均值的 %）</translation>
+    </message>
+    <message>
+        <source>column, blocks</source>
+        <translation>列（块）</translation>
+    </message>
+    <message>
+        <source>line, blocks</source>
+        <translation>行（块）</translation>
+    </message>
+</context>
+<context>
+    <name>CCameraPanel</name>
+    <message>
+        <source>Camera</source>
+        <translation>相机</translation>
+    </message>
+    <message>
+        <source>C&amp;amera</source>
+        <translation>相机(&amp;A)</translation>
+    </message>
+    <message>
+        <source>E&amp;xposure</source>
+        <translation>曝光(&amp;X)</translation>
+    </message>
+    <message>
+        <source>&amp;Gain</source>
+        <translation>增益(&amp;G)</translation>
+    </message>
+    <message>
+        <source>&amp;Black level</source>
+        <translation>黑电平(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Pixel forma&amp;t</source>
+        <translation>像素格式(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>宽度(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Height</source>
+        <translation>高度(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>停止(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Start</source>
+        <translation>开始(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Locked while the camera streams: stop it first</source>
+        <translation>相机采集时锁定：请先停止采集</translation>
+    </message>
+</context>
+<context>
+    <name>CFeatureEdit</name>
+    <message>
+        <source>No camera</source>
+        <translation>没有相机</translation>
+    </message>
+    <message>
+        <source>This camera has no %1</source>
+        <translation>此相机没有 %1</translation>
+    </message>
+    <message>
+        <source>The camera does not let %1 be changed now</source>
+        <translation>相机现在不允许更改 %1</translation>
+    </message>
+    <message>
+        <source>%1 is of another kind in this camera</source>
+        <translation>此相机中 %1 的类型不同</translation>
+    </message>
+</context>
+<context>
+    <name>CImageView</name>
+    <message>
+        <source>No image</source>
+        <translation>没有图像</translation>
+    </message>
+</context>
+<context>
+    <name>CMainWindow</name>
+    <message>
+        <source>Folder of recorded frames</source>
+        <translation>录制图像的文件夹</translation>
+    </message>
+    <message>
+        <source>No frame for %1 s: the camera is lost, or waits for a trigger.</source>
+        <translation>%1 秒没有图像：相机已断开或正在等待触发。</translation>
+    </message>
+    <message>
+        <source>Flat field</source>
+        <translation>平场</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>确定(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Plots</source>
+        <translation>曲线(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Quality</source>
+        <translation>质量(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Flat-field correction...</source>
+        <translation>平场校正(&amp;F)...</translation>
+    </message>
+    <message>
+        <source>The plug-in's dialog: dark field, bright field, execute, preview</source>
+        <translation>插件对话框：暗场、亮场、执行、预览</translation>
+    </message>
+    <message>
+        <source>&amp;Camera</source>
+        <translation>相机(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Start or stop</source>
+        <translation>开始或停止(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>退出(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Fit</source>
+        <translation>适合窗口(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;1:1</source>
+        <translation>&amp;1:1</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>放大(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>缩小(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Mark over-&amp;exposed</source>
+        <translation>标记过曝(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Colour</source>
+        <translation>彩色(&amp;C)</translation>
+    </message>
+    <message>
+        <source>C&amp;orrection</source>
+        <translation>校正(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Measure...</source>
+        <translation>测量(&amp;M)...</translation>
+    </message>
+    <message>
+        <source>Check &amp;drift...</source>
+        <translation>检查漂移(&amp;D)...</translation>
+    </message>
+    <message>
+        <source>Save &amp;report...</source>
+        <translation>保存报告(&amp;R)...</translation>
+    </message>
+</context>
+<context>
+    <name>CMeasurementGuide</name>
+    <message>
+        <source>Measure</source>
+        <translation>测量</translation>
+    </message>
+    <message>
+        <source>Cover the lens, then press OK.</source>
+        <translation>请盖上镜头盖，然后按“确定”。</translation>
+    </message>
+    <message>
+        <source>Uncover the lens and show it the evenly lit target, then press OK.</source>
+        <translation>请取下镜头盖并对准均匀照明的目标，然后按“确定”。</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>确定(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>取消(&amp;C)</translation>
+    </message>
+</context>
+<context>
+    <name>CPlotPanel</name>
+    <message>
+        <source>Row profile</source>
+        <translation>行灰度曲线</translation>
+    </message>
+    <message>
+        <source>column, px</source>
+        <translation>列（像素）</translation>
+    </message>
+    <message>
+        <source>DN</source>
+        <translation>DN</translation>
+    </message>
+    <message>
+        <source>Column profile</source>
+        <translation>列灰度曲线</translation>
+    </message>
+    <message>
+        <source>line, px</source>
+        <translation>行（像素）</translation>
+    </message>
+    <message>
+        <source>Histogram</source>
+        <translation>直方图</translation>
+    </message>
+    <message>
+        <source>pixels</source>
+        <translation>像素数</translation>
+    </message>
+</context>
+<context>
+    <name>CQualityPanel</name>
+    <message>
+        <source>&amp;Measure...</source>
+        <translation>测量(&amp;M)...</translation>
+    </message>
+    <message>
+        <source>Check &amp;drift...</source>
+        <translation>检查漂移(&amp;D)...</translation>
+    </message>
+    <message>
+        <source>Save &amp;report...</source>
+        <translation>保存报告(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>Dark and bright fresh frames, with and without correction</source>
+        <translation>用新采集的暗场和亮场图像测量校正前后的效果</translation>
+    </message>
+    <message>
+        <source>A fresh flat with the coefficients in use</source>
+        <translation>用新的平场图像检验当前系数</translation>
+    </message>
+    <message>
+        <source>Shading lim&amp;it</source>
+        <translation>不均匀度上限(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Unevenness before and after, stretched alike</source>
+        <translation>校正前后的不均匀度，同样放大</translation>
+    </message>
+    <message>
+        <source>before</source>
+        <translation>校正前</translation>
+    </message>
+    <message>
+        <source>after</source>
+        <translation>校正后</translation>
+    </message>
+</context>
+<context>
+    <name>CScenePanel</name>
+    <message>
+        <source>Scene</source>
+        <translation>场景</translation>
+    </message>
+    <message>
+        <source>&amp;Lens cap</source>
+        <translation>镜头盖(&amp;L)</translation>
+    </message>
+    <message>
+        <source>T&amp;est chart</source>
+        <translation>测试图(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Ill&amp;umination</source>
+        <translation>照明(&amp;U)</translation>
+    </message>
+    <message>
+        <source>A chart with structure instead of the evenly lit target</source>
+        <translation>用有结构的测试图代替均匀目标</translation>
+    </message>
+</context>
+<context>
+    <name>CStatusLine</name>
+    <message>
+        <source>%1 frames/s</source>
+        <translation>%1 帧/秒</translation>
+    </message>
+    <message>
+        <source>dropped %1</source>
+        <translation>丢帧 %1</translation>
+    </message>
+    <message>
+        <source>Camera frames that never came: %1
+Frames that came and were not shown, because the display is slower than the camera: %2
+Frames received: %3</source>
+        <translation>相机丢失的帧：%1
+因显示较慢而未显示的帧：%2
+已接收的帧：%3</translation>
+    </message>
+</context>
+<context>
+    <name>CWaitBox</name>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>取消(&amp;C)</translation>
+    </message>
+</context>
+<context>
+    <name>CameraChoice</name>
+    <message>
+        <source>Recorded: %1</source>
+        <translation>录制：%1</translation>
+    </message>
+    <message>
+        <source>%1 (as started)</source>
+        <translation>%1（启动时）</translation>
+    </message>
+    <message>
+        <source>Recorded frames...</source>
+        <translation>录制的图像...</translation>
+    </message>
+    <message>
+        <source>Simulated, mono</source>
+        <translation>模拟黑白相机</translation>
+    </message>
+    <message>
+        <source>Simulated, colour</source>
+        <translation>模拟彩色相机</translation>
+    </message>
+    <message>
+        <source>Simulated, corrects flat field itself</source>
+        <translation>模拟相机，自带平场校正</translation>
+    </message>
+    <message>
+        <source>Simulated, corrects vignetting itself</source>
+        <translation>模拟相机，自带渐晕校正</translation>
+    </message>
+</context>
+<context>
+    <name>CorrectionState</name>
+    <message>
+        <source>NOT corrected: %1</source>
+        <translation>未校正：%1</translation>
+    </message>
+    <message>
+        <source>no frame yet</source>
+        <translation>还没有图像</translation>
+    </message>
+    <message>
+        <source>corrected</source>
+        <translation>已校正</translation>
+    </message>
+    <message>
+        <source>corrected by the camera</source>
+        <translation>已由相机校正</translation>
+    </message>
+    <message>
+        <source>acquisition cancelled, the plug-in still waits for frames</source>
+        <translation>采集已取消，插件仍在等待图像</translation>
+    </message>
+    <message>
+        <source>the plug-in is taking frames</source>
+        <translation>插件正在采集图像</translation>
+    </message>
+    <message>
+        <source>the frame is %1, the coefficients are for %2</source>
+        <translation>图像为 %1，系数适用于 %2</translation>
+    </message>
+    <message>
+        <source>preview is on, but the plug-in wrote no image; acquire and execute again</source>
+        <translation>预览已打开，但插件没有输出图像；请重新采集并执行</translation>
+    </message>
+    <message>
+        <source>raw (preview is off)</source>
+        <translation>原始图像（预览关闭）</translation>
+    </message>
+</context>
+<context>
+    <name>FrameCountAdvice</name>
+    <message>
+        <source>Not enough different frames to tell a frame count.</source>
+        <translation>不同的图像太少，无法建议帧数。</translation>
+    </message>
+    <message>
+        <source>No pixel pattern can be seen beneath the noise; take 16 frames.</source>
+        <translation>噪声掩盖了像素固定图案；请采集 16 帧。</translation>
+    </message>
+    <message>
+        <source>One frame is enough: its noise is well below the pixel pattern.</source>
+        <translation>1 帧即可：其噪声远低于像素固定图案。</translation>
+    </message>
+    <message>
+        <source>Even 16 frames add more noise than they remove pattern (break-even at %1); take 16, with more light.</source>
+        <translation>即使 16 帧，增加的噪声仍多于消除的固定图案（%1 帧才持平）；请采集 16 帧并增加照明。</translation>
+    </message>
+    <message>
+        <source>Nothing less than %1 frames breaks even; take %1.</source>
+        <translation>少于 %1 帧都得不偿失；请采集 %1 帧。</translation>
+    </message>
+    <message>
+        <source>1 frame only breaks even, take %1.</source>
+        <translation>1 帧仅持平，请采集 %1 帧。</translation>
+    </message>
+    <message>
+        <source>%1 frames only break even, take %2.</source>
+        <translation>%1 帧仅持平，请采集 %2 帧。</translation>
+    </message>
+</context>
+<context>
+    <name>HtmlReport</name>
+    <message>
+        <source>before</source>
+        <translation>校正前</translation>
+    </message>
+    <message>
+        <source>after</source>
+        <translation>校正后</translation>
+    </message>
+    <message>
+        <source>%1: noise of one frame %2 DN, pixel pattern %3 DN, at a mean of %4 DN</source>
+        <translation>%1：单帧噪声 %2 DN，像素固定图案 %3 DN，均值 %4 DN</translation>
+    </message>
+    <message>
+        <source>PRNU got worse: the noise of the bright field is in every image now, or whole blocks are evened out instead of pixels</source>
+        <translation>PRNU 变差：亮场的噪声进入了每幅图像，或者校正的是整块而不是单个像素</translation>
+    </message>
+    <message>
+        <source>DSNU got worse: the dark field is a single frame whose noise is in every image now, or the gains lift the dark signal too</source>
+        <translation>DSNU 变差：暗场只有一帧，其噪声进入了每幅图像，或者增益同时放大了暗信号</translation>
+    </message>
+    <message>
+        <source>Clipped by the correction: %1 samples; held at the gain limit: %2 pixels</source>
+        <translation>被校正截断：%1 个采样；达到增益上限：%2 个像素</translation>
+    </message>
+    <message>
+        <source>The camera corrects: before and after are different exposures</source>
+        <translation>由相机校正：校正前后为不同曝光的图像</translation>
+    </message>
+    <message>
+        <source>Flat-field correction: %1</source>
+        <translation>平场校正：%1</translation>
+    </message>
+    <message>
+        <source>Measured on %1 bright and %2 dark fresh frames, which did not make the coefficients.</source>
+        <translation>用 %1 帧新亮场和 %2 帧新暗场图像测量，这些图像未用于计算系数。</translation>
+    </message>
+    <message>
+        <source>Figures</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>结论</translation>
+    </message>
+    <message>
+        <source>Pictures</source>
+        <translation>图像</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>校正前</translation>
+    </message>
+    <message>
+        <source>After</source>
+        <translation>校正后</translation>
+    </message>
+    <message>
+        <source>Before, unevenness stretched</source>
+        <translation>校正前，不均匀度放大显示</translation>
+    </message>
+    <message>
+        <source>After, stretched alike</source>
+        <translation>校正后，同样放大</translation>
+    </message>
+    <message>
+        <source>Grey along the middle</source>
+        <translation>中间行的灰度</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>Shading, %</source>
+        <translation>不均匀度，%</translation>
+    </message>
+    <message>
+        <source>Corner / centre</source>
+        <translation>角/中心</translation>
+    </message>
+    <message>
+        <source>PRNU, %</source>
+        <translation>PRNU，%</translation>
+    </message>
+    <message>
+        <source>DSNU, DN</source>
+        <translation>DSNU，DN</translation>
+    </message>
+    <message>
+        <source>Mean grey, DN</source>
+        <translation>平均灰度，DN</translation>
+    </message>
+    <message>
+        <source>Clipped, %</source>
+        <translation>截断，%</translation>
+    </message>
+</context>
+<context>
+    <name>Measurement</name>
+    <message>
+        <source>Waiting for the scene</source>
+        <translation>等待场景</translation>
+    </message>
+    <message>
+        <source>Start the camera first.</source>
+        <translation>请先开始采集。</translation>
+    </message>
+    <message>
+        <source>Waiting for a frame</source>
+        <translation>等待图像</translation>
+    </message>
+    <message>
+        <source>Waiting for a corrected frame</source>
+        <translation>等待校正后的图像</translation>
+    </message>
+    <message>
+        <source>No corrected frame came. Execute the correction and tick its Preview first.</source>
+        <translation>没有校正后的图像。请先执行校正并勾选预览。</translation>
+    </message>
+    <message>
+        <source>Frames of this pixel format cannot be measured.</source>
+        <translation>无法测量此像素格式的图像。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+    <message>
+        <source>Measuring dark frames</source>
+        <translation>正在测量暗场</translation>
+    </message>
+    <message>
+        <source>Measuring bright frames</source>
+        <translation>正在测量亮场</translation>
+    </message>
+    <message>
+        <source>Computing the figures</source>
+        <translation>正在计算</translation>
+    </message>
+    <message>
+        <source>Measuring a fresh flat</source>
+        <translation>正在测量新的平场图像</translation>
+    </message>
+</context>
+<context>
+    <name>ReportSaving</name>
+    <message>
+        <source>Save report</source>
+        <translation>保存报告</translation>
+    </message>
+    <message>
+        <source>Report (*.html)</source>
+        <translation>报告 (*.html)</translation>
+    </message>
+    <message>
+        <source>Writing the report</source>
+        <translation>正在写报告</translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+</context>
+<context>
+    <name>Verdict</name>
+    <message>
+        <source>PASS: shading %1 %, limit %2 %</source>
+        <translation>合格：不均匀度 %1 %，上限 %2 %</translation>
+    </message>
+    <message>
+        <source>FAIL: shading %1 %, limit %2 %</source>
+        <translation>不合格：不均匀度 %1 %，上限 %2 %</translation>
+    </message>
+    <message>
+        <source>FAIL: the correction makes the image less even than it was</source>
+        <translation>不合格：校正使图像更不均匀</translation>
+    </message>
+    <message>
+        <source>Not measured</source>
+        <translation>尚未测量</translation>
+    </message>
+    <message>
+        <source>shading of a fresh flat is %1 %</source>
+        <translation>新平场图像的不均匀度为 %1 %</translation>
+    </message>
+    <message>
+        <source>shading of a fresh flat is %1 %, it was %2 %</source>
+        <translation>新平场图像的不均匀度为 %1 %，原为 %2 %</translation>
+    </message>
+    <message>
+        <source>No drift: %1</source>
+        <translation>无漂移：%1</translation>
+    </message>
+    <message>
+        <source>Drifting: %1; acquire anew soon</source>
+        <translation>正在漂移：%1；请尽快重新采集</translation>
+    </message>
+    <message>
+        <source>Drifted beyond %1 %: %2; acquire and execute anew</source>
+        <translation>漂移超过 %1 %：%2；请重新采集并执行</translation>
+    </message>
+</context>
+</TS>

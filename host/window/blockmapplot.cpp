@@ -1,0 +1,71 @@
+#include "host/window/blockmapplot.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <qwt_color_map.h>
+#include <qwt_matrix_raster_data.h>
+#include <qwt_plot_layout.h>
+#include <qwt_plot_spectrogram.h>
+#include <qwt_scale_widget.h>
+
+#include "host/window/curveplot.h"
+
+namespace {
+
+/// A scale of at least so many percent, so that noise does not look like shading.
+constexpr double MIN_SPAN = 0.5;
+
+/// From dark blue over green to yellow, rising in lightness all the way, so that it also reads in grey.
+QwtColorMap *MakeColors()
+{
+  QwtLinearColorMap *pColors = new QwtLinearColorMap(QColor(48, 18, 84), QColor(250, 231, 60));
+  pColors->addColorStop(0.25, QColor(56, 86, 140));
+  pColors->addColorStop(0.5, QColor(34, 144, 140));
+  pColors->addColorStop(0.75, QColor(100, 198, 96));
+  return pColors;
+}
+
+} // namespace
+
+CBlockMapPlot::CBlockMapPlot(QWidget *pParent) : QwtPlot(pParent), m_pMap(new QwtPlotSpectrogram)
+{
+  StylePlot(*this, tr("Block means, % of the mean"), tr("column, blocks"), tr("line, blocks"));
+  m_pMap->setRenderThreadCount(1);
+  m_pMap->setColorMap(MakeColors());
+  m_pMap->attach(this);
+  setCanvasBackground(QColor(225, 227, 230));
+  QwtScaleWidget *pScale = axisWidget(QwtPlot::yRight);
+  pScale->setColorBarEnabled(true);
+  pScale->setColorBarWidth(10);
+  enableAxis(QwtPlot::yRight);
+  plotLayout()->setAlignCanvasToScales(true);
+}
+
+void CBlockMapPlot::SetBlocks(const SBlockMeans &stBlocks)
+{
+  if (stBlocks.listMeans.empty()) {
+    m_pMap->setData(nullptr);
+    replot();
+    return;
+  }
+  QVector<double> listValues;
+  for (const double dMean : stBlocks.listMeans) {
+    listValues << dMean;
+  }
+  const auto [itMin, itMax] = std::minmax_element(listValues.cbegin(), listValues.cend());
+  const double dMiddle = (*itMin + *itMax) / 2;
+  const double dHalf = std::max(MIN_SPAN, *itMax - *itMin) / 2;
+  const QwtInterval interval(dMiddle - dHalf, dMiddle + dHalf);
+  QwtMatrixRasterData *pData = new QwtMatrixRasterData;
+  pData->setValueMatrix(listValues, int(stBlocks.nColumns));
+  pData->setInterval(Qt::XAxis, QwtInterval(0, stBlocks.nColumns, QwtInterval::ExcludeMaximum));
+  pData->setInterval(Qt::YAxis, QwtInterval(0, stBlocks.nLines, QwtInterval::ExcludeMaximum));
+  pData->setInterval(Qt::ZAxis, interval);
+  m_pMap->setData(pData);
+  setAxisScale(QwtPlot::xBottom, 0, stBlocks.nColumns);
+  setAxisScale(QwtPlot::yLeft, stBlocks.nLines, 0); // as the image stands
+  setAxisScale(QwtPlot::yRight, interval.minValue(), interval.maxValue());
+  axisWidget(QwtPlot::yRight)->setColorMap(interval, MakeColors());
+  replot();
+}

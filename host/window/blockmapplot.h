@@ -1,0 +1,23 @@
+/// \file
+/// Block means in false colour.
+#pragma once
+
+#include <qwt_plot.h>
+
+#include "host/quality/blockmeans.h"
+
+class QwtPlotSpectrogram;
+
+/// A map of the image, upper line on top, each block in the colour of its mean; blue below, yellow above.
+class CBlockMapPlot : public QwtPlot {
+  Q_OBJECT
+
+public:
+  explicit CBlockMapPlot(QWidget *pParent);
+
+  /// \param stBlocks in percent of the mean; nothing is drawn without blocks
+  void SetBlocks(const SBlockMeans &stBlocks);
+
+private:
+  QwtPlotSpectrogram *m_pMap; ///< owned by the plot
+};

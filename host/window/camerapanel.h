@@ -1,0 +1,51 @@
+/// \file
+/// The camera: which one, whether it streams, and how it exposes.
+#pragma once
+
+#include <vector>
+
+#include <QGroupBox>
+
+#include "host/camerachoice.h"
+#include "host/viewer.h"
+
+class CFeatureEdit;
+class QComboBox;
+class QFormLayout;
+class QLabel;
+class QPushButton;
+
+class CCameraPanel : public QGroupBox {
+  Q_OBJECT
+
+public:
+  explicit CCameraPanel(QWidget *pParent = nullptr);
+
+  void SetChoices(const std::vector<SCameraChoice> &listChoices);
+  /// Marks a choice as the one that is open.
+  void Select(int nChoice);
+  /// \param pViewer null: no camera is open
+  void SetViewer(CViewer *pViewer);
+  /// Reads everything from the camera anew. What it locks while it streams says so.
+  void Refresh();
+  /// Shows what went wrong with the camera; empty: nothing did.
+  void ShowError(const QString &strError);
+
+signals:
+  void SigChosen(int nChoice);
+  void SigStartStop();
+
+private:
+  void AddEdit(QFormLayout *pLayout, const QString &strLabel, CFeatureEdit *pEdit, bool bLockedWhileStreaming);
+
+  struct SEdit {
+    CFeatureEdit *pEdit;
+    bool bLockedWhileStreaming;
+  };
+
+  CViewer *m_pViewer = nullptr;
+  QComboBox *m_pChooser;
+  QPushButton *m_pStartStop;
+  QLabel *m_pError;
+  std::vector<SEdit> m_listEdits;
+};

@@ -1,0 +1,34 @@
+/// \file
+/// A frame as the window shows it.
+#pragma once
+
+#include <cstdint>
+
+#include <QImage>
+#include <QString>
+
+#include "camera/sensorformat.h"
+#include "host/framepipeline.h"
+
+struct SDisplayOptions {
+  bool bColor = true;            ///< a mosaic in colour, else its bare samples
+  bool bMarkOverexposed = false; ///< samples at the format's maximum in a colour that no scene has
+};
+
+/// The colour of over-exposed pixels.
+constexpr QRgb OVEREXPOSED = 0xFFFF2D2D;
+
+/// The format of a frame whose bytes fit its size; null for any other, which cannot be shown.
+const SSensorFormat *GetShownFormat(const SFrameCopy &stFrame);
+
+/// The frame at 8 bits per channel and at its own size. The colours of a mosaic are interpolated from the nearest
+/// pixels of each colour; for display only.
+/// \return null for a frame that cannot be shown, or when memory is short
+QImage MakeDisplayPicture(const SFrameCopy &stFrame, const SDisplayOptions &stOptions);
+
+/// Value of one sample in DN; the place lies within the frame.
+uint32_t GetSample(const SFrameCopy &stFrame, const SSensorFormat &stFormat, uint32_t nColumn, uint32_t nLine);
+
+/// What the status line says of one pixel: "x 12  y 7  2944 DN  71.9 %", with the colour of a mosaic's pixel; empty
+/// outside the frame.
+QString GetPixelText(const SFrameCopy &stFrame, int nColumn, int nLine);

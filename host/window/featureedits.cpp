@@ -1,0 +1,167 @@
+#include "host/window/featureedits.h"
+
+#include <algorithm>
+#include <limits>
+#include <typeinfo>
+
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QHBoxLayout>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QStringList>
+
+namespace {
+
+/// A feature may be wider than a field.
+int ToInt(int64_t nValue)
+{
+  return int(std::clamp<int64_t>(nValue, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+QStringList ListEntries(GenApi::IEnumeration &enumeration)
+{
+  GenApi::NodeList_t listNodes;
+  enumeration.GetEntries(listNodes);
+  QStringList listNames;
+  for (GenApi::INode *pNode : listNodes) {
+    auto *pEntry = dynamic_cast<GenApi::IEnumEntry *>(pNode);
+    if (pEntry != nullptr && GenApi::IsAvailable(pNode)) {
+      listNames << QString::fromUtf8(pEntry->GetSymbolic().c_str());
+    }
+  }
+  return listNames;
+}
+
+} // namespace
+
+void CFeatureEdit::Adopt(QWidget *pField)
+{
+  m_pField = pField;
+  pField->setObjectName(m_strName);
+  QHBoxLayout *pLayout = new QHBoxLayout(this);
+  pLayout->setContentsMargins(0, 0, 0, 0);
+  pLayout->addWidget(pField);
+  setFocusProxy(pField);
+}
+
+void CFeatureEdit::SetNodeMap(GenApi::INodeMap *pNodeMap)
+{
+  m_pNodeMap = pNodeMap;
+  Refresh(QString());
+}
+
+void CFeatureEdit::Refresh(const QString &strLockedReason)
+{
+  GenApi::INode *pNode = m_pNodeMap == nullptr ? nullptr : m_pNodeMap->GetNode(m_strName.toUtf8().constData());
+  if (pNode == nullptr || !GenApi::IsReadable(pNode)) {
+    ShowAccess(false, m_pNodeMap == nullptr ? tr("No camera") : tr("This camera has no %1").arg(m_strName));
+    return;
+  }
+  const bool bWritable = GenApi::IsWritable(pNode);
+  ShowAccess(bWritable, strLockedReason.isEmpty() ? tr("The camera does not let %1 be changed now").arg(m_strName)
+                                                  : strLockedReason);
+  if (bWritable && m_pField->hasFocus()) {
+    return;
+  }
+  m_bShowing = true;
+  const QSignalBlocker blocker(m_pField);
+  try {
+    Show(*pNode);
+  } catch (const GenICam::GenericException &exception) {
+    ShowAccess(false, QString::fromUtf8(exception.GetDescription()));
+  }
+  m_bShowing = false;
+}
+
+void CFeatureEdit::ShowAccess(bool bWritable, const QString &strReason)
+{
+  m_pField->setEnabled(bWritable);
+  m_pField->setToolTip(bWritable ? m_strName : strReason);
+  setToolTip(m_pField->toolTip());
+}
+
+void CFeatureEdit::Write(const std::function<void(GenApi::INode &)> &fnWrite)
+{
+  GenApi::INode *pNode = m_pNodeMap == nullptr ? nullptr : m_pNodeMap->GetNode(m_strName.toUtf8().constData());
+  if (m_bShowing || pNode == nullptr) {
+    return;
+  }
+  try {
+    fnWrite(*pNode);
+    emit SigWritten();
+  } catch (const GenICam::GenericException &exception) {
+    emit SigRefused(QStringLiteral("%1: %2").arg(m_strName, QString::fromUtf8(exception.GetDescription())));
+  } catch (const std::bad_cast &) {
+    emit SigRefused(tr("%1 is of another kind in this camera").arg(m_strName));
+  }
+}
+
+CFloatEdit::CFloatEdit(const QString &strName, const QString &strSuffix, int nDecimals, QWidget *pParent)
+  : CFeatureEdit(strName, pParent), m_pSpinBox(new QDoubleSpinBox(this))
+{
+  m_pSpinBox->setSuffix(strSuffix);
+  m_pSpinBox->setDecimals(nDecimals);
+  m_pSpinBox->setKeyboardTracking(false);
+  m_pSpinBox->setStepType(QAbstractSpinBox::AdaptiveDecimalStepType);
+  Adopt(m_pSpinBox);
+  connect(m_pSpinBox, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, [this](double dValue) {
+    Write([dValue](GenApi::INode &node) { dynamic_cast<GenApi::IFloat &>(node).SetValue(dValue); });
+  });
+}
+
+void CFloatEdit::Show(GenApi::INode &node)
+{
+  if (auto *pFloat = dynamic_cast<GenApi::IFloat *>(&node)) {
+    m_pSpinBox->setRange(pFloat->GetMin(), pFloat->GetMax());
+    m_pSpinBox->setValue(pFloat->GetValue());
+  }
+}
+
+CIntegerEdit::CIntegerEdit(const QString &strName, const QString &strSuffix, QWidget *pParent)
+  : CFeatureEdit(strName, pParent), m_pSpinBox(new QSpinBox(this))
+{
+  m_pSpinBox->setSuffix(strSuffix);
+  m_pSpinBox->setKeyboardTracking(false);
+  Adopt(m_pSpinBox);
+  connect(m_pSpinBox, QOverload<int>::of(&QSpinBox::valueChanged), this, [this](int nValue) {
+    Write([nValue](GenApi::INode &node) { dynamic_cast<GenApi::IInteger &>(node).SetValue(nValue); });
+  });
+}
+
+void CIntegerEdit::Show(GenApi::INode &node)
+{
+  if (auto *pInteger = dynamic_cast<GenApi::IInteger *>(&node)) {
+    m_pSpinBox->setRange(ToInt(pInteger->GetMin()), ToInt(pInteger->GetMax()));
+    m_pSpinBox->setSingleStep(std::max(1, ToInt(pInteger->GetInc())));
+    m_pSpinBox->setValue(ToInt(pInteger->GetValue()));
+  }
+}
+
+CEnumerationEdit::CEnumerationEdit(const QString &strName, QWidget *pParent)
+  : CFeatureEdit(strName, pParent), m_pComboBox(new QComboBox(this))
+{
+  Adopt(m_pComboBox);
+  connect(m_pComboBox, QOverload<int>::of(&QComboBox::activated), this, [this](int) {
+    const QByteArray byteEntry = m_pComboBox->currentText().toUtf8();
+    Write([&](GenApi::INode &node) { dynamic_cast<GenApi::IEnumeration &>(node).FromString(byteEntry.constData()); });
+  });
+}
+
+void CEnumerationEdit::Show(GenApi::INode &node)
+{
+  auto *pEnumeration = dynamic_cast<GenApi::IEnumeration *>(&node);
+  if (pEnumeration == nullptr) {
+    return;
+  }
+  const QStringList listEntries = ListEntries(*pEnumeration);
+  QStringList listShown;
+  for (int nItem = 0; nItem < m_pComboBox->count(); ++nItem) {
+    listShown << m_pComboBox->itemText(nItem);
+  }
+  if (listShown != listEntries) {
+    m_pComboBox->clear();
+    m_pComboBox->addItems(listEntries);
+  }
+  m_pComboBox->setCurrentText(QString::fromUtf8(pEnumeration->ToString().c_str()));
+}

@@ -1,0 +1,90 @@
+/// \file
+/// Camera features as fields of a form.
+#pragma once
+
+#include <functional>
+
+#include <GenApi/GenApi.h>
+#include <QString>
+#include <QWidget>
+
+class QComboBox;
+class QDoubleSpinBox;
+class QSpinBox;
+
+/// A field that shows one feature and writes what the user enters. User-interface thread.
+class CFeatureEdit : public QWidget {
+  Q_OBJECT
+
+public:
+  /// \param strName feature of the camera
+  CFeatureEdit(const QString &strName, QWidget *pParent) : QWidget(pParent), m_strName(strName) {}
+
+  /// Shows the feature of another camera.
+  /// \param pNodeMap null: none, the field is disabled
+  void SetNodeMap(GenApi::INodeMap *pNodeMap);
+  /// Reads value, range and access anew, unless the user is typing. A field that cannot be written is disabled,
+  /// and its tool tip says why.
+  /// \param strLockedReason what keeps the camera from taking a value now; empty: nothing known
+  void Refresh(const QString &strLockedReason);
+
+signals:
+  /// The camera does not take the value, and why.
+  void SigRefused(const QString &strReason);
+  void SigWritten();
+
+protected:
+  /// The field itself, which fills this widget.
+  void Adopt(QWidget *pField);
+  QWidget *GetField() const { return m_pField; }
+  void Write(const std::function<void(GenApi::INode &)> &fnWrite);
+  virtual void Show(GenApi::INode &node) = 0;
+
+private:
+  void ShowAccess(bool bWritable, const QString &strReason);
+
+  QString m_strName;
+  GenApi::INodeMap *m_pNodeMap = nullptr;
+  QWidget *m_pField = nullptr;
+  bool m_bShowing = false;
+};
+
+class CFloatEdit final : public CFeatureEdit {
+  Q_OBJECT
+
+public:
+  /// \param strSuffix unit, shown behind the number
+  CFloatEdit(const QString &strName, const QString &strSuffix, int nDecimals, QWidget *pParent);
+
+protected:
+  void Show(GenApi::INode &node) override;
+
+private:
+  QDoubleSpinBox *m_pSpinBox;
+};
+
+class CIntegerEdit final : public CFeatureEdit {
+  Q_OBJECT
+
+public:
+  CIntegerEdit(const QString &strName, const QString &strSuffix, QWidget *pParent);
+
+protected:
+  void Show(GenApi::INode &node) override;
+
+private:
+  QSpinBox *m_pSpinBox;
+};
+
+class CEnumerationEdit final : public CFeatureEdit {
+  Q_OBJECT
+
+public:
+  CEnumerationEdit(const QString &strName, QWidget *pParent);
+
+protected:
+  void Show(GenApi::INode &node) override;
+
+private:
+  QComboBox *m_pComboBox;
+};

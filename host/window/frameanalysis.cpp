@@ -1,0 +1,57 @@
+#include "host/window/frameanalysis.h"
+
+#include <algorithm>
+
+#include "host/window/displaypicture.h"
+
+namespace {
+
+/// The stack has one frame, so that its sums are the samples.
+QVector<double> MakeHistogram(const CFrameStack &stStack, const SColorPlane &stPlane)
+{
+  QVector<double> listHistogram(HISTOGRAM_BINS, 0.0);
+  const uint32_t nShift = stStack.GetBitDepth() - 8;
+  for (uint32_t nLine = 0; nLine < stStack.GetHeight(); ++nLine) {
+    const uint32_t *pSamples = stStack.GetSums(nLine);
+    VisitPlaneLine(stPlane, stStack.GetWidth(), nLine, [&](uint32_t nColumn) {
+      listHistogram[std::min(int(pSamples[nColumn] >> nShift), HISTOGRAM_BINS - 1)] += 1;
+    });
+  }
+  return listHistogram;
+}
+
+void AddRelative(const SBlockMeans &stPlane, double dShare, SBlockMeans &stSum)
+{
+  double dTotal = 0;
+  for (const double dMean : stPlane.listMeans) {
+    dTotal += dMean;
+  }
+  const double dAverage = dTotal / double(stPlane.listMeans.size());
+  stSum.nColumns = stPlane.nColumns;
+  stSum.nLines = stPlane.nLines;
+  stSum.listMeans.resize(stPlane.listMeans.size(), 0.0);
+  for (std::size_t nBlock = 0; nBlock < stPlane.listMeans.size(); ++nBlock) {
+    stSum.listMeans[nBlock] += dAverage > 0 ? dShare * 100.0 * stPlane.listMeans[nBlock] / dAverage : 0.0;
+  }
+}
+
+} // namespace
+
+SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame)
+{
+  SFrameAnalysis stAnalysis;
+  const SSensorFormat *pFormat = GetShownFormat(stFrame);
+  CFrameStack stStack;
+  if (pFormat == nullptr || !stStack.Prepare(stFrame.nWidth, stFrame.nHeight, pFormat->nBitDepth) ||
+      !stStack.Add(stFrame.listBytes.data(), stFrame.listBytes.size())) {
+    return stAnalysis;
+  }
+  stAnalysis.nMaximum = pFormat->GetMaxValue();
+  const std::vector<SColorPlane> listPlanes = GetColorPlanes(pFormat->eLayout);
+  for (const SColorPlane &stPlane : listPlanes) {
+    stAnalysis.listPlanes.push_back({QString::fromStdString(stPlane.strName), MakeRowProfile(stStack, stPlane),
+                                     MakeColumnProfile(stStack, stPlane), MakeHistogram(stStack, stPlane)});
+    AddRelative(GetBlockMeans(stStack, stPlane), 1.0 / double(listPlanes.size()), stAnalysis.stBlocks);
+  }
+  return stAnalysis;
+}

@@ -1,0 +1,20 @@
+#include "host/window/framerate.h"
+
+double CFrameRate::Update(uint64_t nFrames, int64_t nMilliseconds)
+{
+  if (!m_nFrames || nFrames < *m_nFrames) {
+    m_nFrames = nFrames;
+    m_nMilliseconds = nMilliseconds;
+    m_dRate = 0;
+  } else if (nMilliseconds - m_nMilliseconds >= INTERVAL_MS) {
+    m_dRate = 1000.0 * double(nFrames - *m_nFrames) / double(nMilliseconds - m_nMilliseconds);
+    m_nFrames = nFrames;
+    m_nMilliseconds = nMilliseconds;
+  }
+  return m_dRate;
+}
+
+void CFrameRate::Reset()
+{
+  *this = CFrameRate();
+}

@@ -1,0 +1,176 @@
+#include "host/window/imageview.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+namespace {
+
+const QColor BACKGROUND(43, 45, 48); ///< neutral, so that the eye judges the image and not its surroundings
+const QColor FAINT(130, 133, 138);
+constexpr double ZOOM_STEP = 1.25;
+constexpr double WHEEL_CLICK = 120.0;
+constexpr int LONG_STEP = 10; ///< pixels
+
+QPointF GetMiddle(const QWidget &widget)
+{
+  return {widget.width() / 2.0, widget.height() / 2.0};
+}
+
+QPoint GetStep(int nKey)
+{
+  switch (nKey) {
+  case Qt::Key_Left: return {-1, 0};
+  case Qt::Key_Right: return {1, 0};
+  case Qt::Key_Up: return {0, -1};
+  case Qt::Key_Down: return {0, 1};
+  default: return {};
+  }
+}
+
+} // namespace
+
+CImageView::CImageView(QWidget *pParent) : QWidget(pParent)
+{
+  setMouseTracking(true);
+  setFocusPolicy(Qt::StrongFocus);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setCursor(Qt::CrossCursor);
+}
+
+void CImageView::SetPicture(const QImage &imgPicture)
+{
+  const bool bSize = imgPicture.size() != m_imgPicture.size();
+  m_imgPicture = imgPicture;
+  m_transform.SetImageSize(imgPicture.size());
+  if (bSize) {
+    Changed();
+  }
+  update();
+}
+
+void CImageView::SlotFit()
+{
+  m_transform.Fit();
+  Changed();
+}
+
+void CImageView::SlotOneToOne()
+{
+  m_transform.ScaleAt(1.0, GetMiddle(*this));
+  Changed();
+}
+
+void CImageView::SlotZoomIn()
+{
+  Scale(ZOOM_STEP, GetMiddle(*this));
+}
+
+void CImageView::SlotZoomOut()
+{
+  Scale(1.0 / ZOOM_STEP, GetMiddle(*this));
+}
+
+void CImageView::Scale(double dFactor, const QPointF &ptView)
+{
+  m_transform.ScaleAt(m_transform.GetScale() * dFactor, ptView);
+  Changed();
+}
+
+void CImageView::SetPixel(const QPoint &ptPixel)
+{
+  m_ptPixel = m_imgPicture.rect().contains(ptPixel) ? ptPixel : QPoint(-1, -1);
+  Changed();
+}
+
+void CImageView::Changed()
+{
+  update();
+  emit SigViewChanged();
+}
+
+void CImageView::paintEvent(QPaintEvent *)
+{
+  QPainter painter(this);
+  painter.fillRect(rect(), BACKGROUND);
+  if (m_imgPicture.isNull()) {
+    painter.setPen(FAINT);
+    painter.drawText(rect(), Qt::AlignCenter, tr("No image"));
+    return;
+  }
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, m_transform.GetScale() < 1.0);
+  painter.drawImage(m_transform.GetTarget(), m_imgPicture);
+  if (m_bByKeyboard && m_ptPixel.x() >= 0) {
+    const QRectF rcPixel(m_transform.ToView(m_ptPixel), m_transform.ToView(m_ptPixel + QPoint(1, 1)));
+    painter.setPen(QColor(255, 200, 0));
+    painter.drawRect(rcPixel.adjusted(-3, -3, 2, 2));
+  }
+  if (hasFocus()) {
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+}
+
+void CImageView::resizeEvent(QResizeEvent *)
+{
+  m_transform.SetViewSize(size());
+  Changed();
+}
+
+void CImageView::wheelEvent(QWheelEvent *pEvent)
+{
+  Scale(std::pow(ZOOM_STEP, pEvent->angleDelta().y() / WHEEL_CLICK), pEvent->position());
+  pEvent->accept();
+}
+
+void CImageView::mousePressEvent(QMouseEvent *pEvent)
+{
+  m_ptDrag = pEvent->localPos();
+}
+
+void CImageView::mouseMoveEvent(QMouseEvent *pEvent)
+{
+  if ((pEvent->buttons() & Qt::LeftButton) != 0) {
+    m_transform.Pan(pEvent->localPos() - m_ptDrag);
+    m_ptDrag = pEvent->localPos();
+  }
+  m_bByKeyboard = false;
+  const QPointF ptImage = m_transform.ToImage(pEvent->localPos());
+  SetPixel({int(std::floor(ptImage.x())), int(std::floor(ptImage.y()))});
+}
+
+void CImageView::mouseDoubleClickEvent(QMouseEvent *pEvent)
+{
+  if (m_transform.IsFitted()) {
+    m_transform.ScaleAt(1.0, pEvent->localPos());
+  } else {
+    m_transform.Fit();
+  }
+  Changed();
+}
+
+void CImageView::leaveEvent(QEvent *)
+{
+  if (!m_bByKeyboard) {
+    SetPixel({-1, -1});
+  }
+}
+
+void CImageView::keyPressEvent(QKeyEvent *pEvent)
+{
+  const QPoint ptStep = GetStep(pEvent->key());
+  if (ptStep.isNull() || m_imgPicture.isNull()) {
+    QWidget::keyPressEvent(pEvent);
+    return;
+  }
+  const int nLength = (pEvent->modifiers() & Qt::ShiftModifier) != 0 ? LONG_STEP : 1;
+  const QPoint ptFrom = m_ptPixel.x() < 0 ? m_imgPicture.rect().center() : m_ptPixel;
+  const QPoint ptTo = ptFrom + ptStep * nLength;
+  m_bByKeyboard = true;
+  m_transform.Reveal(ptTo);
+  SetPixel({std::clamp(ptTo.x(), 0, m_imgPicture.width() - 1), std::clamp(ptTo.y(), 0, m_imgPicture.height() - 1)});
+}

@@ -1,0 +1,331 @@
+#include "host/window/mainwindow.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QSettings>
+#include <QSplitter>
+#include <QTabWidget>
+
+#include "host/dialogdriver.h"
+#include "host/featuretext.h"
+#include "host/window/camerapanel.h"
+#include "host/window/imageview.h"
+#include "host/window/measurementguide.h"
+#include "host/window/plotpanel.h"
+#include "host/window/qualitypanel.h"
+#include "host/window/reportsaving.h"
+#include "host/window/scenepanel.h"
+#include "host/window/statusline.h"
+
+namespace {
+
+constexpr int REFRESH_MS = 33;
+constexpr int64_t STATUS_MS = 200;
+constexpr int64_t PLOT_MS = 250;
+constexpr int64_t SLOW_MS = 1000;
+constexpr int64_t STALL_MS = 3000; ///< beside two exposures
+
+double GetExposureMs(CViewer &viewer)
+{
+  auto *pExposure = dynamic_cast<GenApi::IFloat *>(viewer.GetCamera().GetDeviceNodeMap()->GetNode("ExposureTime"));
+  try {
+    return pExposure == nullptr ? 0.0 : pExposure->GetValue() / 1000.0;
+  } catch (const GenICam::GenericException &) {
+    return 0.0;
+  }
+}
+
+} // namespace
+
+CMainWindow::CMainWindow(const SHostOptions &stOptions, CameraFactory fnOpenCamera)
+  : m_stOptions(stOptions), m_fnOpenCamera(std::move(fnOpenCamera)), m_listChoices(ListCameraChoices(stOptions)),
+    m_progress(this), m_pView(new CImageView(this)), m_pCameraPanel(new CCameraPanel(this)),
+    m_pScenePanel(new CScenePanel(this)), m_pPlotPanel(new CPlotPanel(this)), m_pQualityPanel(new CQualityPanel(this)),
+    m_pStatusLine(new CStatusLine(this))
+{
+  setObjectName(QStringLiteral("MainWindow"));
+  MakeLayout();
+  MakeActions();
+  ConnectPanels();
+  RestoreLayout();
+  m_pCameraPanel->SetChoices(m_listChoices);
+  m_progress.SetTotalQuery([this] { return GetAcquisitionTotal(); });
+  m_clock.start();
+  startTimer(REFRESH_MS);
+}
+
+CMainWindow::~CMainWindow()
+{
+  CloseCamera();
+}
+
+void CMainWindow::CloseCamera()
+{
+  m_pCameraPanel->SetViewer(nullptr);
+  m_pScenePanel->SetScene(nullptr);
+  m_pQualityPanel->Clear();
+  m_pViewer.reset();
+  m_pView->SetPicture(QImage());
+  m_pFrame.reset();
+  m_stCorrectedShape.reset();
+  m_frameRate.Reset();
+  m_strPluginError.clear();
+  m_bByCamera = false;
+  m_bStalled = false;
+}
+
+QString CMainWindow::OpenCamera(const SHostOptions &stOptions)
+{
+  CloseCamera();
+  SOpenedCamera stOpened = m_fnOpenCamera(stOptions);
+  if (stOpened.pCamera == nullptr) {
+    m_pCameraPanel->ShowError(stOpened.strError);
+    return stOpened.strError;
+  }
+  QString strError = SelectBlockSize(*stOpened.pCamera, stOptions.nBlockSize);
+  m_pViewer = std::make_unique<CViewer>(std::move(stOpened.pCamera));
+  m_pViewer->SetAcquisitionObserver(&m_progress);
+  connect(m_pViewer.get(), &CViewer::SigStreamChanged, m_pCameraPanel, &CCameraPanel::Refresh);
+  m_strPluginError = m_pViewer->Open(stOptions);
+  m_pScenePanel->SetScene(m_pViewer->GetCamera().GetSceneControl());
+  m_pCameraPanel->SetViewer(m_pViewer.get());
+  setWindowTitle(QString::fromStdString(m_pViewer->GetCamera().GetDisplayName()));
+  strError = strError.isEmpty() ? m_pViewer->StartStream() : strError;
+  strError = strError.isEmpty() ? m_strPluginError : strError;
+  m_pCameraPanel->ShowError(strError);
+  m_pCameraPanel->Refresh();
+  m_nFrameMs = m_clock.elapsed();
+  return {};
+}
+
+void CMainWindow::SlotChoose(int nChoice)
+{
+  SCameraChoice &stChoice = m_listChoices[std::size_t(nChoice)];
+  if (stChoice.bAsksFolder) {
+    const QString strFolder = QFileDialog::getExistingDirectory(this, tr("Folder of recorded frames"));
+    stChoice.stOptions.strReplayFolder = strFolder.toStdString();
+    stChoice.stOptions.strPixelFormat.clear();
+    if (strFolder.isEmpty()) {
+      m_pCameraPanel->Select(m_nChoice);
+      return;
+    }
+  }
+  m_nChoice = nChoice;
+  m_pCameraPanel->Select(nChoice);
+  const QString strError = OpenCamera(stChoice.stOptions);
+  if (!strError.isEmpty()) {
+    Complain(strError);
+  }
+}
+
+void CMainWindow::SlotStartStop()
+{
+  if (m_pViewer == nullptr) {
+    return;
+  }
+  if (m_pViewer->GetCamera().IsStreaming()) {
+    m_pViewer->StopStream();
+  } else {
+    m_nFrameMs = m_clock.elapsed();
+    m_pCameraPanel->ShowError(m_pViewer->StartStream());
+  }
+  m_pCameraPanel->Refresh();
+}
+
+void CMainWindow::SlotShowDialog()
+{
+  if (m_pViewer != nullptr) {
+    m_pViewer->ShowDialog();
+  }
+}
+
+void CMainWindow::timerEvent(QTimerEvent *)
+{
+  if (m_pViewer == nullptr) {
+    return;
+  }
+  TakeFrame();
+  const int64_t nNow = m_clock.elapsed();
+  if (nNow - m_nStatusMs >= STATUS_MS) {
+    m_nStatusMs = nNow;
+    UpdateStatus();
+  }
+  if (nNow - m_nSlowMs >= SLOW_MS && !m_progress.IsAcquiring()) {
+    m_nSlowMs = nNow;
+    UpdateSlowly();
+  }
+}
+
+void CMainWindow::TakeFrame()
+{
+  // A frame that an analysis still reads stays as it is.
+  auto pFrame = m_pFrame != nullptr && m_pFrame.use_count() == 1 ? m_pFrame : std::make_shared<SFrameCopy>();
+  if (!m_pViewer->GetPipeline().TakeLatest(*pFrame)) {
+    return;
+  }
+  const bool bFirst = m_pFrame == nullptr;
+  m_pFrame = std::move(pFrame);
+  m_nFrameMs = m_clock.elapsed();
+  if (m_pFrame->bCorrected) {
+    m_stCorrectedShape = SFrameShape{m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
+  }
+  ShowPicture();
+  if (bFirst || m_nFrameMs - m_nPlotMs >= PLOT_MS) {
+    m_nPlotMs = m_pPlotPanel->Offer(m_pFrame) ? m_nFrameMs : m_nPlotMs;
+  }
+}
+
+void CMainWindow::ShowPicture()
+{
+  if (m_pFrame != nullptr) {
+    m_pView->SetPicture(MakeDisplayPicture(*m_pFrame, m_stDisplay));
+    m_pStatusLine->ShowPixel(GetPixelText(*m_pFrame, m_pView->GetPixel().x(), m_pView->GetPixel().y()));
+  }
+}
+
+void CMainWindow::UpdateStatus()
+{
+  const SFrameCounts stCounts = m_pViewer->GetPipeline().GetCounts();
+  m_pStatusLine->ShowCounts(stCounts);
+  m_pStatusLine->ShowRate(m_frameRate.Update(stCounts.nReceived, m_clock.elapsed()));
+  SCorrectionFacts stFacts;
+  stFacts.bHasFrame = m_pFrame != nullptr;
+  stFacts.strPluginError = m_strPluginError;
+  stFacts.bAcquiring = m_progress.IsAcquiring();
+  stFacts.bWithheld = m_progress.IsCancelled();
+  stFacts.bPreview = IsPreviewOn();
+  stFacts.bByCamera = m_bByCamera;
+  stFacts.stCorrectedShape = m_stCorrectedShape;
+  if (m_pFrame != nullptr) {
+    stFacts.bCorrected = m_pFrame->bCorrected;
+    stFacts.nStatus = m_pFrame->nStatus;
+    stFacts.strStatusText = m_pFrame->nStatus == 0 ? QString() : m_pViewer->GetStatusText(m_pFrame->nStatus);
+    stFacts.stShape = {m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
+    m_pStatusLine->ShowShape(stFacts.stShape.GetText(), m_pView->GetTransform().GetScale());
+  }
+  m_pStatusLine->ShowCorrection(JudgeCorrection(stFacts));
+}
+
+void CMainWindow::UpdateSlowly()
+{
+  m_bByCamera = ReadFeature(*m_pViewer->GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE) == "On";
+  m_pCameraPanel->Refresh();
+  m_pScenePanel->Refresh();
+  const int64_t nSilent = m_clock.elapsed() - m_nFrameMs;
+  const bool bStalled =
+    m_pViewer->GetCamera().IsStreaming() && double(nSilent) > double(STALL_MS) + 2 * GetExposureMs(*m_pViewer);
+  if (bStalled) {
+    m_pCameraPanel->ShowError(tr("No frame for %1 s: the camera is lost, or waits for a trigger.").arg(nSilent / 1000));
+  } else if (m_bStalled) {
+    m_pCameraPanel->ShowError(QString());
+  }
+  m_bStalled = bStalled;
+}
+
+/// Whether the plug-in was told to correct on the host. Its dialog shows that; hidden, it says so itself.
+bool CMainWindow::IsPreviewOn() const
+{
+  if (QDialog *pDialog = CDialogDriver::FindDialog()) {
+    return CDialogDriver(*pDialog).IsPreviewOn();
+  }
+  return m_pViewer->IsPluginInUse();
+}
+
+uint32_t CMainWindow::GetAcquisitionTotal() const
+{
+  QDialog *pDialog = CDialogDriver::FindAnyDialog();
+  if (pDialog == nullptr) {
+    return 0;
+  }
+  const CDialogDriver driver(*pDialog);
+  return driver.IsAcquiringBright() ? uint32_t(driver.GetFrameCount()) : 1;
+}
+
+void CMainWindow::SetBusy(bool bBusy)
+{
+  m_bBusy = bBusy;
+  m_pControls->setEnabled(!bBusy);
+  m_pQualityPanel->SetBusy(bBusy);
+}
+
+void CMainWindow::Complain(const QString &strError)
+{
+  QMessageBox box(QMessageBox::Warning, tr("Flat field"), strError, QMessageBox::NoButton, this);
+  box.setObjectName(QStringLiteral("Complaint"));
+  box.addButton(tr("&OK"), QMessageBox::AcceptRole);
+  box.exec();
+}
+
+void CMainWindow::SlotMeasure()
+{
+  if (m_bBusy || m_pViewer == nullptr) {
+    return;
+  }
+  SetBusy(true);
+  SMeasured stMeasured;
+  {
+    CMeasurementGuide guide(*m_pScenePanel, this);
+    stMeasured = CMeasurement(*m_pViewer, guide).Measure();
+  }
+  SetBusy(false);
+  if (stMeasured.pResult != nullptr) {
+    m_pQualityPanel->ShowResult(stMeasured.pResult);
+    m_pTabs->setCurrentWidget(m_pQualityPanel);
+  } else if (!stMeasured.strError.isEmpty()) {
+    Complain(stMeasured.strError);
+  }
+}
+
+void CMainWindow::SlotCheckDrift()
+{
+  if (m_bBusy || m_pViewer == nullptr) {
+    return;
+  }
+  SetBusy(true);
+  SDriftMeasured stMeasured;
+  {
+    CMeasurementGuide guide(*m_pScenePanel, this);
+    stMeasured = CMeasurement(*m_pViewer, guide).MeasureDrift();
+  }
+  SetBusy(false);
+  if (!stMeasured.strError.isEmpty()) {
+    Complain(stMeasured.strError);
+  } else if (!stMeasured.bCancelled) {
+    m_pQualityPanel->ShowDrift(stMeasured.dShadingPercent);
+    m_pTabs->setCurrentWidget(m_pQualityPanel);
+  }
+}
+
+void CMainWindow::SlotSaveReport()
+{
+  if (m_bBusy || m_pQualityPanel->GetResult() == nullptr) {
+    return;
+  }
+  const QString strPath = AskReportPath(this);
+  if (strPath.isEmpty()) {
+    return;
+  }
+  SetBusy(true);
+  const QString strError = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimit(), this);
+  SetBusy(false);
+  if (!strError.isEmpty()) {
+    Complain(strError);
+  }
+}
+
+void CMainWindow::closeEvent(QCloseEvent *pEvent)
+{
+  if (m_bBusy || m_progress.IsAcquiring()) {
+    pEvent->ignore(); // the box in front can be cancelled
+    return;
+  }
+  SaveLayout();
+  QMainWindow::closeEvent(pEvent);
+  // The plug-in's dialog too: the program ends with its last window.
+  QApplication::closeAllWindows();
+}

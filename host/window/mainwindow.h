@@ -1,0 +1,115 @@
+/// \file
+/// The window of the reference host.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <QElapsedTimer>
+#include <QMainWindow>
+
+#include "host/camerachoice.h"
+#include "host/cameraopening.h"
+#include "host/viewer.h"
+#include "host/window/acquisitionprogress.h"
+#include "host/window/correctionstate.h"
+#include "host/window/displaypicture.h"
+#include "host/window/framerate.h"
+
+class CCameraPanel;
+class CImageView;
+class CPlotPanel;
+class CQualityPanel;
+class CScenePanel;
+class CStatusLine;
+class QAction;
+class QSplitter;
+class QTabWidget;
+
+/// Live image, camera, scene, plots and quality of one camera with the plug-in on it. Closing it ends the program.
+///
+/// Frames are fetched at a rate of the window's own; analysis and figures are computed on other threads.
+class CMainWindow : public QMainWindow {
+  Q_OBJECT
+
+public:
+  /// \param stOptions of the command line; they name the first camera and the language
+  CMainWindow(const SHostOptions &stOptions, CameraFactory fnOpenCamera);
+  ~CMainWindow() override;
+
+  /// Opens the camera, binds the plug-in and starts the stream; the camera that was open goes first. A camera without
+  /// plug-in stays open and streams uncorrected.
+  /// \return empty, or one line that says why there is no camera
+  QString OpenCamera(const SHostOptions &stOptions);
+  /// Null while no camera is open.
+  CViewer *GetViewer() { return m_pViewer.get(); }
+
+public slots:
+  void SlotStartStop();
+  void SlotChoose(int nChoice);
+  void SlotShowDialog();
+  void SlotMeasure();
+  void SlotCheckDrift();
+  void SlotSaveReport();
+
+signals:
+  /// The plots show a newer frame.
+  void SigPlotted();
+
+protected:
+  void timerEvent(QTimerEvent *pEvent) override;
+  void closeEvent(QCloseEvent *pEvent) override;
+
+private:
+  void MakeLayout();
+  QWidget *MakeControls();
+  QWidget *MakeImageArea();
+  void MakeActions();
+  QAction *AddAction(QMenu *pMenu, const QString &strText, const QKeySequence &keys, std::function<void()> fnAction);
+  QAction *AddOption(QMenu *pMenu, const QString &strText, const QKeySequence &keys, bool *pbOption);
+  void ConnectPanels();
+  void RestoreLayout();
+  void SaveLayout() const;
+
+  void CloseCamera();
+  void TakeFrame();
+  void ShowPicture();
+  void UpdateStatus();
+  void UpdateSlowly();
+  bool IsPreviewOn() const;
+  uint32_t GetAcquisitionTotal() const;
+  void SetBusy(bool bBusy);
+  void Complain(const QString &strError);
+
+  SHostOptions m_stOptions;
+  CameraFactory m_fnOpenCamera;
+  std::vector<SCameraChoice> m_listChoices;
+  int m_nChoice = 0;
+  CAcquisitionProgress m_progress;
+  std::unique_ptr<CViewer> m_pViewer;
+  QString m_strPluginError;
+
+  CImageView *m_pView;
+  CCameraPanel *m_pCameraPanel;
+  CScenePanel *m_pScenePanel;
+  CPlotPanel *m_pPlotPanel;
+  CQualityPanel *m_pQualityPanel;
+  CStatusLine *m_pStatusLine;
+  QWidget *m_pControls = nullptr;
+  QTabWidget *m_pTabs = nullptr;
+  QSplitter *m_pSplitter = nullptr;
+
+  SDisplayOptions m_stDisplay;
+  std::shared_ptr<SFrameCopy> m_pFrame; ///< the one that is shown; an analysis may still read it
+  std::optional<SFrameShape> m_stCorrectedShape;
+  CFrameRate m_frameRate;
+  QElapsedTimer m_clock;
+  int64_t m_nFrameMs = 0; ///< when the last frame, plot, status and slow update were
+  int64_t m_nPlotMs = 0;
+  int64_t m_nStatusMs = 0;
+  int64_t m_nSlowMs = 0;
+  bool m_bByCamera = false;
+  bool m_bStalled = false;
+  bool m_bBusy = false;
+};

@@ -1,0 +1,159 @@
+// How the main window is put together: its panels, its menus and their keys, and what it remembers.
+
+#include "host/window/mainwindow.h"
+
+#include <utility>
+
+#include <QAction>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSettings>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "host/window/camerapanel.h"
+#include "host/window/imageview.h"
+#include "host/window/plotpanel.h"
+#include "host/window/qualitypanel.h"
+#include "host/window/scenepanel.h"
+#include "host/window/statusline.h"
+
+namespace {
+
+constexpr QSize FIRST_SIZE(1360, 840);
+constexpr int CONTROLS_WIDTH = 250;
+constexpr int PLOTS_WIDTH = 380;
+
+} // namespace
+
+void CMainWindow::MakeLayout()
+{
+  m_pTabs = new QTabWidget(this);
+  m_pTabs->setObjectName(QStringLiteral("Tabs"));
+  m_pTabs->setDocumentMode(true);
+  m_pTabs->addTab(m_pPlotPanel, tr("&Plots"));
+  m_pTabs->addTab(m_pQualityPanel, tr("&Quality"));
+  m_pControls = MakeControls();
+  m_pSplitter = new QSplitter(this);
+  m_pSplitter->setChildrenCollapsible(false);
+  m_pSplitter->addWidget(m_pControls);
+  m_pSplitter->addWidget(MakeImageArea());
+  m_pSplitter->addWidget(m_pTabs);
+  m_pSplitter->setStretchFactor(1, 1);
+  m_pSplitter->setSizes({CONTROLS_WIDTH, FIRST_SIZE.width() - CONTROLS_WIDTH - PLOTS_WIDTH, PLOTS_WIDTH});
+  setCentralWidget(m_pSplitter);
+  setStatusBar(m_pStatusLine);
+  resize(FIRST_SIZE);
+}
+
+QWidget *CMainWindow::MakeControls()
+{
+  QWidget *pControls = new QWidget(this);
+  QPushButton *pDialog = new QPushButton(tr("&Flat-field correction..."), pControls);
+  pDialog->setObjectName(QStringLiteral("ShowDialog"));
+  pDialog->setToolTip(tr("The plug-in's dialog: dark field, bright field, execute, preview"));
+  connect(pDialog, &QPushButton::clicked, this, &CMainWindow::SlotShowDialog);
+  QVBoxLayout *pLayout = new QVBoxLayout(pControls);
+  pLayout->setContentsMargins(6, 6, 2, 6);
+  pLayout->addWidget(m_pCameraPanel);
+  pLayout->addWidget(m_pScenePanel);
+  pLayout->addWidget(pDialog);
+  pLayout->addStretch();
+  return pControls;
+}
+
+QWidget *CMainWindow::MakeImageArea()
+{
+  QWidget *pArea = new QWidget(this);
+  QToolBar *pTools = new QToolBar(pArea);
+  pTools->setObjectName(QStringLiteral("ViewTools"));
+  QVBoxLayout *pLayout = new QVBoxLayout(pArea);
+  pLayout->setContentsMargins(0, 0, 0, 0);
+  pLayout->setSpacing(0);
+  pLayout->addWidget(pTools);
+  pLayout->addWidget(m_pView, 1);
+  return pArea;
+}
+
+QAction *CMainWindow::AddAction(QMenu *pMenu, const QString &strText, const QKeySequence &keys,
+                                std::function<void()> fnAction)
+{
+  QAction *pAction = pMenu->addAction(strText);
+  pAction->setShortcut(keys);
+  connect(pAction, &QAction::triggered, this, std::move(fnAction));
+  return pAction;
+}
+
+QAction *CMainWindow::AddOption(QMenu *pMenu, const QString &strText, const QKeySequence &keys, bool *pbOption)
+{
+  QAction *pAction = pMenu->addAction(strText);
+  pAction->setShortcut(keys);
+  pAction->setCheckable(true);
+  pAction->setChecked(*pbOption);
+  connect(pAction, &QAction::toggled, this, [this, pbOption](bool bOn) {
+    *pbOption = bOn;
+    ShowPicture();
+  });
+  return pAction;
+}
+
+void CMainWindow::MakeActions()
+{
+  QMenu *pCamera = menuBar()->addMenu(tr("&Camera"));
+  AddAction(pCamera, tr("&Start or stop"), Qt::Key_F5, [this] { SlotStartStop(); });
+  AddAction(pCamera, tr("&Quit"), Qt::CTRL + Qt::Key_Q, [this] { close(); });
+
+  QMenu *pView = menuBar()->addMenu(tr("&View"));
+  QToolBar *pTools = findChild<QToolBar *>(QStringLiteral("ViewTools"));
+  pTools->addAction(AddAction(pView, tr("&Fit"), Qt::CTRL + Qt::Key_0, [this] { m_pView->SlotFit(); }));
+  pTools->addAction(AddAction(pView, tr("&1:1"), Qt::CTRL + Qt::Key_1, [this] { m_pView->SlotOneToOne(); }));
+  pTools->addAction(AddAction(pView, tr("Zoom &in"), QKeySequence::ZoomIn, [this] { m_pView->SlotZoomIn(); }));
+  pTools->addAction(AddAction(pView, tr("Zoom &out"), QKeySequence::ZoomOut, [this] { m_pView->SlotZoomOut(); }));
+  pTools->addSeparator();
+  pTools->addAction(AddOption(pView, tr("Mark over-&exposed"), Qt::CTRL + Qt::Key_E, &m_stDisplay.bMarkOverexposed));
+  pTools->addAction(AddOption(pView, tr("&Colour"), Qt::CTRL + Qt::Key_K, &m_stDisplay.bColor));
+
+  QMenu *pCorrection = menuBar()->addMenu(tr("C&orrection"));
+  AddAction(pCorrection, tr("&Flat-field correction..."), Qt::CTRL + Qt::Key_F, [this] { SlotShowDialog(); });
+  AddAction(pCorrection, tr("&Measure..."), Qt::CTRL + Qt::Key_M, [this] { SlotMeasure(); });
+  AddAction(pCorrection, tr("Check &drift..."), Qt::CTRL + Qt::Key_D, [this] { SlotCheckDrift(); });
+  AddAction(pCorrection, tr("Save &report..."), QKeySequence::Save, [this] { SlotSaveReport(); });
+}
+
+void CMainWindow::ConnectPanels()
+{
+  connect(m_pCameraPanel, &CCameraPanel::SigStartStop, this, &CMainWindow::SlotStartStop);
+  connect(m_pCameraPanel, &CCameraPanel::SigChosen, this, &CMainWindow::SlotChoose);
+  connect(m_pQualityPanel, &CQualityPanel::SigMeasure, this, &CMainWindow::SlotMeasure);
+  connect(m_pQualityPanel, &CQualityPanel::SigCheckDrift, this, &CMainWindow::SlotCheckDrift);
+  connect(m_pQualityPanel, &CQualityPanel::SigSaveReport, this, &CMainWindow::SlotSaveReport);
+  connect(m_pPlotPanel, &CPlotPanel::SigShown, this, &CMainWindow::SigPlotted);
+  connect(m_pView, &CImageView::SigViewChanged, this, [this] {
+    if (m_pFrame != nullptr) {
+      m_pStatusLine->ShowPixel(GetPixelText(*m_pFrame, m_pView->GetPixel().x(), m_pView->GetPixel().y()));
+    }
+  });
+  connect(&m_progress, &CAcquisitionProgress::SigCancelled, this, [this] { m_pViewer->GetPipeline().Withhold(true); });
+  connect(&m_progress, &CAcquisitionProgress::SigEnded, this, [this] { m_pViewer->GetPipeline().Withhold(false); });
+}
+
+void CMainWindow::RestoreLayout()
+{
+  const QSettings settings;
+  restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
+  m_pSplitter->restoreState(settings.value(QStringLiteral("window/splitter")).toByteArray());
+  m_pTabs->setCurrentIndex(settings.value(QStringLiteral("window/tab"), 0).toInt());
+  m_pQualityPanel->SetLimit(
+    settings.value(QStringLiteral("quality/shadingLimit"), m_pQualityPanel->GetLimit()).toDouble());
+}
+
+void CMainWindow::SaveLayout() const
+{
+  QSettings settings;
+  settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+  settings.setValue(QStringLiteral("window/splitter"), m_pSplitter->saveState());
+  settings.setValue(QStringLiteral("window/tab"), m_pTabs->currentIndex());
+  settings.setValue(QStringLiteral("quality/shadingLimit"), m_pQualityPanel->GetLimit());
+}

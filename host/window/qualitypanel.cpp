@@ -1,0 +1,190 @@
+#include "host/window/qualitypanel.h"
+
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "host/quality/htmlreport.h"
+
+namespace {
+
+constexpr double DEFAULT_LIMIT = 1.0; ///< percent
+constexpr int PICTURE_WIDTH = 176;    ///< two of them fit beside each other
+
+QTableWidget *MakeTable(QWidget *pParent)
+{
+  QTableWidget *pTable = new QTableWidget(0, 2, pParent);
+  pTable->setObjectName(QStringLiteral("Figures"));
+  pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  pTable->setSelectionMode(QAbstractItemView::NoSelection);
+  pTable->setTabKeyNavigation(false);
+  pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  pTable->verticalHeader()->setDefaultSectionSize(pTable->fontMetrics().height() + 5);
+  pTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  pTable->setAlternatingRowColors(true);
+  pTable->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+  pTable->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+  return pTable;
+}
+
+const char *GetStyle(EVerdict eVerdict)
+{
+  switch (eVerdict) {
+  case EVerdict::Pass: return "background: #2e7d32; color: white; font-weight: bold; padding: 5px";
+  case EVerdict::Unknown: return "background: #6b6e73; color: white; padding: 5px";
+  default: return "background: #b3261e; color: white; font-weight: bold; padding: 5px";
+  }
+}
+
+} // namespace
+
+CQualityPanel::CQualityPanel(QWidget *pParent)
+  : QWidget(pParent), m_pMeasure(new QPushButton(tr("&Measure..."), this)),
+    m_pCheckDrift(new QPushButton(tr("Check &drift..."), this)),
+    m_pSaveReport(new QPushButton(tr("Save &report..."), this)), m_pLimit(new QDoubleSpinBox(this)),
+    m_pVerdict(AddText("Verdict")), m_pTable(MakeTable(this)), m_pPictureBefore(AddText("PictureBefore")),
+    m_pPictureAfter(AddText("PictureAfter")), m_pPictureTitle(AddText("PictureTitle")),
+    m_pFindings(AddText("Findings")), m_pDrift(AddText("Drift"))
+{
+  m_pMeasure->setObjectName(QStringLiteral("Measure"));
+  m_pMeasure->setToolTip(tr("Dark and bright fresh frames, with and without correction"));
+  m_pCheckDrift->setObjectName(QStringLiteral("CheckDrift"));
+  m_pCheckDrift->setToolTip(tr("A fresh flat with the coefficients in use"));
+  m_pSaveReport->setObjectName(QStringLiteral("SaveReport"));
+  m_pLimit->setObjectName(QStringLiteral("ShadingLimit"));
+  m_pLimit->setRange(0.01, 100.0);
+  m_pLimit->setSingleStep(0.1);
+  m_pLimit->setSuffix(QStringLiteral(" %"));
+  m_pLimit->setValue(DEFAULT_LIMIT);
+
+  QFormLayout *pForm = new QFormLayout;
+  pForm->addRow(tr("Shading lim&it"), m_pLimit);
+  QHBoxLayout *pButtons = new QHBoxLayout;
+  pButtons->addWidget(m_pMeasure);
+  pButtons->addWidget(m_pCheckDrift);
+  pButtons->addWidget(m_pSaveReport);
+  QHBoxLayout *pPictures = new QHBoxLayout;
+  pPictures->addWidget(m_pPictureBefore);
+  pPictures->addWidget(m_pPictureAfter);
+  m_pPictureTitle->setText(tr("Unevenness before and after, stretched alike"));
+  QVBoxLayout *pLayout = new QVBoxLayout(this);
+  pLayout->addLayout(pForm);
+  pLayout->addLayout(pButtons);
+  pLayout->addWidget(m_pVerdict);
+  pLayout->addWidget(m_pDrift);
+  pLayout->addWidget(m_pTable, 1);
+  pLayout->addWidget(m_pFindings);
+  pLayout->addWidget(m_pPictureTitle);
+  pLayout->addLayout(pPictures);
+  pLayout->addStretch();
+
+  connect(m_pMeasure, &QPushButton::clicked, this, &CQualityPanel::SigMeasure);
+  connect(m_pCheckDrift, &QPushButton::clicked, this, &CQualityPanel::SigCheckDrift);
+  connect(m_pSaveReport, &QPushButton::clicked, this, &CQualityPanel::SigSaveReport);
+  connect(m_pLimit, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, [this] { ShowVerdict(); });
+  Clear();
+}
+
+QLabel *CQualityPanel::AddText(const char *pName)
+{
+  QLabel *pLabel = new QLabel(this);
+  pLabel->setObjectName(QLatin1String(pName));
+  pLabel->setWordWrap(true);
+  return pLabel;
+}
+
+double CQualityPanel::GetLimit() const
+{
+  return m_pLimit->value();
+}
+
+void CQualityPanel::SetLimit(double dLimitPercent)
+{
+  m_pLimit->setValue(dLimitPercent);
+}
+
+void CQualityPanel::ShowResult(std::shared_ptr<const SQualityResult> pResult)
+{
+  m_pResult = std::move(pResult);
+  m_dDrift.reset();
+  FillTable(m_pResult->stReport);
+  m_pFindings->setText(ListFindings(*m_pResult).join(QLatin1Char('\n')));
+  SetBusy(false);
+  ShowPictures();
+  ShowVerdict();
+}
+
+void CQualityPanel::ShowDrift(double dShadingPercent)
+{
+  m_dDrift = dShadingPercent;
+  ShowVerdict();
+}
+
+void CQualityPanel::Clear()
+{
+  m_pResult.reset();
+  m_dDrift.reset();
+  FillTable(SReport());
+  m_pFindings->clear();
+  SetBusy(false);
+  ShowPictures();
+  ShowVerdict();
+}
+
+void CQualityPanel::ShowPictures()
+{
+  const auto Show = [](QLabel *pLabel, const QImage &imgPicture) {
+    pLabel->setVisible(!imgPicture.isNull());
+    pLabel->setPixmap(imgPicture.isNull()
+                        ? QPixmap()
+                        : QPixmap::fromImage(imgPicture.scaledToWidth(PICTURE_WIDTH, Qt::SmoothTransformation)));
+  };
+  Show(m_pPictureBefore, m_pResult == nullptr ? QImage() : m_pResult->imgContrastBefore);
+  Show(m_pPictureAfter, m_pResult == nullptr ? QImage() : m_pResult->imgContrastAfter);
+  m_pPictureTitle->setVisible(m_pResult != nullptr);
+}
+
+void CQualityPanel::SetBusy(bool bBusy)
+{
+  m_pMeasure->setEnabled(!bBusy);
+  m_pCheckDrift->setEnabled(!bBusy);
+  m_pSaveReport->setEnabled(!bBusy && m_pResult != nullptr);
+}
+
+void CQualityPanel::ShowMessage(const QString &strMessage)
+{
+  m_pDrift->setText(strMessage);
+  m_pDrift->setVisible(!strMessage.isEmpty());
+}
+
+void CQualityPanel::FillTable(const SReport &stReport)
+{
+  const QList<SFigureRow> listRows = ListFigureRows(stReport);
+  m_pTable->setVisible(!listRows.isEmpty());
+  m_pTable->setHorizontalHeaderLabels({tr("before"), tr("after")});
+  m_pTable->setRowCount(listRows.size());
+  for (int nRow = 0; nRow < listRows.size(); ++nRow) {
+    m_pTable->setVerticalHeaderItem(nRow, new QTableWidgetItem(listRows[nRow].strName));
+    int nColumn = 0;
+    for (const QString &strValue : {listRows[nRow].strBefore, listRows[nRow].strAfter}) {
+      QTableWidgetItem *pItem = new QTableWidgetItem(strValue);
+      pItem->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      m_pTable->setItem(nRow, nColumn++, pItem);
+    }
+  }
+}
+
+void CQualityPanel::ShowVerdict()
+{
+  const SReport stReport = m_pResult == nullptr ? SReport() : m_pResult->stReport;
+  const EVerdict eVerdict = JudgeShading(stReport.stBefore, stReport.stAfter, GetLimit());
+  m_pVerdict->setText(DescribeVerdict(eVerdict, stReport.stAfter, GetLimit()));
+  m_pVerdict->setStyleSheet(QLatin1String(GetStyle(eVerdict)));
+  const double dThen = m_pResult == nullptr ? -1.0 : stReport.stAfter.stOverall.dShadingPercent;
+  ShowMessage(m_dDrift ? DescribeDrift(JudgeDrift(dThen, *m_dDrift, GetLimit()), dThen, *m_dDrift, GetLimit())
+                       : QString());
+}

@@ -1,0 +1,61 @@
+/// \file
+/// How flat the image is, in figures.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include <QWidget>
+
+#include "host/quality/qualityresult.h"
+
+class QDoubleSpinBox;
+class QLabel;
+class QPushButton;
+class QTableWidget;
+
+/// Figures before and after, per colour plane, with a verdict against the user's limit, advice on the frame count, and
+/// drift. It shows and asks; measuring is the window's matter.
+class CQualityPanel : public QWidget {
+  Q_OBJECT
+
+public:
+  explicit CQualityPanel(QWidget *pParent = nullptr);
+
+  double GetLimit() const;
+  void SetLimit(double dLimitPercent);
+  void ShowResult(std::shared_ptr<const SQualityResult> pResult);
+  void ShowDrift(double dShadingPercent);
+  /// Another camera: nothing is known.
+  void Clear();
+  /// \param bBusy buttons are disabled
+  void SetBusy(bool bBusy);
+  void ShowMessage(const QString &strMessage);
+  /// Null before a measurement.
+  const std::shared_ptr<const SQualityResult> &GetResult() const { return m_pResult; }
+
+signals:
+  void SigMeasure();
+  void SigCheckDrift();
+  void SigSaveReport();
+
+private:
+  QLabel *AddText(const char *pName);
+  void FillTable(const SReport &stReport);
+  void ShowPictures();
+  void ShowVerdict();
+
+  std::shared_ptr<const SQualityResult> m_pResult;
+  std::optional<double> m_dDrift; ///< percent
+  QPushButton *m_pMeasure;
+  QPushButton *m_pCheckDrift;
+  QPushButton *m_pSaveReport;
+  QDoubleSpinBox *m_pLimit;
+  QLabel *m_pVerdict;
+  QTableWidget *m_pTable;
+  QLabel *m_pPictureBefore;
+  QLabel *m_pPictureAfter;
+  QLabel *m_pPictureTitle;
+  QLabel *m_pFindings;
+  QLabel *m_pDrift;
+};

@@ -1,0 +1,63 @@
+#include "host/window/reportsaving.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QSettings>
+
+#include "host/quality/htmlreport.h"
+#include "host/wholefile.h"
+#include "host/window/background.h"
+#include "host/window/waitbox.h"
+
+namespace {
+
+QString Translate(const char *pText)
+{
+  return QCoreApplication::translate("ReportSaving", pText);
+}
+
+const QString FOLDER_KEY = QStringLiteral("report/folder");
+
+} // namespace
+
+QString AskReportPath(QWidget *pParent)
+{
+  QSettings settings;
+  const QDir dir(settings.value(FOLDER_KEY, QDir::homePath()).toString());
+  QString strPath =
+    QFileDialog::getSaveFileName(pParent, Translate("Save report"),
+                                 dir.filePath(QStringLiteral("flat-field-report.html")), Translate("Report (*.html)"));
+  if (!strPath.isEmpty()) {
+    settings.setValue(FOLDER_KEY, QFileInfo(strPath).absolutePath());
+    strPath += QFileInfo(strPath).suffix().isEmpty() ? QStringLiteral(".html") : QString();
+  }
+  return strPath;
+}
+
+QString SaveReport(const QString &strPath, const std::shared_ptr<const SQualityResult> &pResult, double dLimitPercent,
+                   QWidget *pParent)
+{
+  CWaitBox box(Translate("Save report"), pParent);
+  CBackground background;
+  QByteArray byteHtml;
+  const QDateTime dtNow = QDateTime::currentDateTime();
+  background.Start([&]() -> std::function<void()> {
+    QByteArray byteMade = MakeHtmlReport(*pResult, dLimitPercent, dtNow);
+    return [&byteHtml, byteMade] { byteHtml = byteMade; };
+  });
+  box.ShowProgress(Translate("Writing the report"), 0, 0);
+  background.Wait();
+  if (box.IsCancelled()) {
+    return {};
+  }
+  if (byteHtml.isEmpty()) {
+    return Translate("There is not enough memory.");
+  }
+  const QFileInfo info(strPath);
+  const QString strError = SaveWholeFile(strPath, byteHtml);
+  return strError.isEmpty() ? SaveWholeFile(info.dir().filePath(info.completeBaseName() + QStringLiteral(".json")),
+                                            MakeQualityJson(*pResult, dLimitPercent))
+                            : strError;
+}

@@ -1,0 +1,68 @@
+#include "host/window/statusline.h"
+
+#include <QLabel>
+
+namespace {
+
+const char *GetStyle(SCorrectionState::EKind eKind)
+{
+  switch (eKind) {
+  case SCorrectionState::EKind::Corrected: return "background: #2e7d32; color: white; padding: 1px 8px";
+  case SCorrectionState::EKind::NotCorrected: return "background: #b3261e; color: white; padding: 1px 8px";
+  default: return "background: #6b6e73; color: white; padding: 1px 8px";
+  }
+}
+
+} // namespace
+
+CStatusLine::CStatusLine(QWidget *pParent)
+  : QStatusBar(pParent), m_pCorrection(Add("Correction", 0)), m_pRate(Add("Rate", 0)), m_pDropped(Add("Dropped", 0)),
+    m_pShape(Add("Shape", 0)), m_pPixel(Add("Pixel", 1))
+{
+  m_pPixel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  ShowCorrection(JudgeCorrection({}));
+}
+
+QLabel *CStatusLine::Add(const char *pName, int nStretch)
+{
+  QLabel *pLabel = new QLabel(this);
+  pLabel->setObjectName(QLatin1String(pName));
+  pLabel->setContentsMargins(6, 0, 6, 0);
+  addWidget(pLabel, nStretch);
+  return pLabel;
+}
+
+void CStatusLine::ShowCorrection(const SCorrectionState &stState)
+{
+  if (m_pCorrection->text() != stState.strText) {
+    m_pCorrection->setText(stState.strText);
+    m_pCorrection->setToolTip(stState.strText);
+    m_pCorrection->setStyleSheet(QLatin1String(GetStyle(stState.eKind)));
+  }
+}
+
+void CStatusLine::ShowRate(double dRate)
+{
+  m_pRate->setText(tr("%1 frames/s").arg(dRate, 0, 'f', 1));
+}
+
+void CStatusLine::ShowCounts(const SFrameCounts &stCounts)
+{
+  m_pDropped->setText(tr("dropped %1").arg(stCounts.nLost));
+  m_pDropped->setToolTip(tr("Camera frames that never came: %1\nFrames that came and were not shown, because the "
+                            "display is slower than the camera: %2\nFrames received: %3")
+                           .arg(stCounts.nLost)
+                           .arg(stCounts.nOverwritten)
+                           .arg(stCounts.nReceived));
+}
+
+void CStatusLine::ShowShape(const QString &strShape, double dScale)
+{
+  m_pShape->setText(strShape.isEmpty() ? QString()
+                                       : QStringLiteral("%1   %2 %").arg(strShape).arg(100.0 * dScale, 0, 'f', 0));
+}
+
+void CStatusLine::ShowPixel(const QString &strPixel)
+{
+  m_pPixel->setText(strPixel);
+}

@@ -1,0 +1,34 @@
+/// \file
+/// The line below the image.
+#pragma once
+
+#include <QStatusBar>
+
+#include "host/framepipeline.h"
+#include "host/window/correctionstate.h"
+
+class QLabel;
+
+/// Whether the image is corrected, how fast frames come, what was dropped, and the pixel that is read.
+class CStatusLine : public QStatusBar {
+  Q_OBJECT
+
+public:
+  explicit CStatusLine(QWidget *pParent = nullptr);
+
+  void ShowCorrection(const SCorrectionState &stState);
+  /// \param dRate frames per second
+  void ShowRate(double dRate);
+  void ShowCounts(const SFrameCounts &stCounts);
+  void ShowShape(const QString &strShape, double dScale);
+  void ShowPixel(const QString &strPixel);
+
+private:
+  QLabel *Add(const char *pName, int nStretch);
+
+  QLabel *m_pCorrection;
+  QLabel *m_pRate;
+  QLabel *m_pDropped;
+  QLabel *m_pShape;
+  QLabel *m_pPixel;
+};

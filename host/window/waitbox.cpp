@@ -1,0 +1,30 @@
+#include "host/window/waitbox.h"
+
+namespace {
+
+constexpr int BOX_WIDTH = 360; ///< wide enough for every step, so that the box does not jump
+
+} // namespace
+
+CWaitBox::CWaitBox(const QString &strTitle, QWidget *pParent) : QProgressDialog(pParent)
+{
+  setObjectName(QStringLiteral("WaitBox"));
+  setWindowTitle(strTitle);
+  setCancelButtonText(tr("&Cancel"));
+  setWindowModality(Qt::ApplicationModal);
+  setMinimumDuration(0);
+  setMinimumWidth(BOX_WIDTH);
+  setAutoReset(false);
+  setAutoClose(false);
+  show();
+}
+
+void CWaitBox::ShowProgress(const QString &strStep, uint32_t nDone, uint32_t nTotal)
+{
+  if (wasCanceled()) {
+    return;
+  }
+  setLabelText(strStep);
+  setMaximum(int(nTotal));
+  setValue(int(nDone));
+}

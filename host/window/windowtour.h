@@ -1,0 +1,35 @@
+/// \file
+/// The story of a flat field, told in the window by itself.
+#pragma once
+
+#include <optional>
+
+#include <QString>
+
+#include "host/dialogdriver.h"
+#include "host/framecollector.h"
+#include "host/window/mainwindow.h"
+
+/// Raw image, dark field, bright field, corrected image, figures; after each a picture of the window with the plug-in's
+/// dialog before it. For a camera whose scene software can arrange. User-interface thread.
+class CWindowTour {
+public:
+  /// \param window shown, with a camera
+  CWindowTour(CMainWindow &window, const QString &strFolder);
+
+  /// \return empty, or the step and why it failed
+  QString Run();
+
+private:
+  QString Prepare();
+  QString AcquireDark();
+  QString AcquireBright();
+  QString Execute();
+  QString Measure();
+  QString SavePicture(const char *pName);
+  void Settle();
+
+  CMainWindow &m_window;
+  QString m_strFolder;
+  std::optional<CDialogDriver> m_driver;
+};

@@ -1,0 +1,280 @@
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTabWidget>
+#include <QWheelEvent>
+
+#include "host/language.h"
+#include "host/modalanswerer.h"
+#include "host/window/imageview.h"
+#include "tests/host/faultycamera.h"
+#include "tests/host/window/windowfixture.h"
+
+namespace {
+
+class MainWindow : public WindowFixture {
+protected:
+  CameraFactory MakeFaulty(const CFaultyCamera::SFaults &stFaults)
+  {
+    return [stFaults](const SHostOptions &) {
+      return SOpenedCamera{std::make_unique<CFaultyCamera>("BayerRG8", stFaults), {}};
+    };
+  }
+
+  CImageView *GetView() const { return m_pWindow->findChild<CImageView *>(); }
+  bool WaitPicture() const
+  {
+    return QTest::qWaitFor([this] { return !GetView()->GetPicture().isNull(); });
+  }
+};
+
+/// The letter behind the ampersand; 0 for none.
+QChar GetMnemonic(const QString &strText)
+{
+  const int nAmpersand = strText.indexOf(QLatin1Char('&'));
+  return nAmpersand < 0 || nAmpersand + 1 >= strText.size() ? QChar() : strText[nAmpersand + 1].toLower();
+}
+
+} // namespace
+
+TEST_F(MainWindow, ShowsFramesRateAndShape)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitPicture());
+  EXPECT_EQ(GetView()->GetPicture().size(), QSize(256, 192));
+  EXPECT_TRUE(WaitText("Shape", "256 x 192 Mono12"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return GetText("Rate") != "0.0 frames/s" && !GetText("Rate").empty(); }));
+  EXPECT_EQ(GetText("Dropped"), "dropped 0");
+  EXPECT_EQ(m_pWindow->windowTitle().toStdString(), GetCamera().GetDisplayName());
+}
+
+TEST_F(MainWindow, SettingsAreLockedWhileStreamingAndSayWhy)
+{
+  ShowWindow();
+  for (const char *pName : {"PixelFormat", "Width", "Height"}) {
+    EXPECT_FALSE(Find<QWidget>(pName)->isEnabled()) << pName;
+    EXPECT_EQ(Find<QWidget>(pName)->toolTip().toStdString(), "Locked while the camera streams: stop it first");
+  }
+  EXPECT_TRUE(Find<QWidget>("ExposureTime")->isEnabled());
+  Key(Qt::Key_F5, Qt::NoModifier);
+  EXPECT_FALSE(GetCamera().IsStreaming());
+  for (const char *pName : {"PixelFormat", "Width", "Height"}) {
+    EXPECT_TRUE(Find<QWidget>(pName)->isEnabled()) << pName;
+  }
+  Key(Qt::Key_S, Qt::AltModifier); // a button that is pressed by its key takes a moment, as the next one
+  EXPECT_TRUE(QTest::qWaitFor([this] { return GetCamera().IsStreaming(); }));
+}
+
+TEST_F(MainWindow, WritesWhatTheUserTypesAndSaysWhatTheCameraRefuses)
+{
+  ShowWindow();
+  auto *pExposure = dynamic_cast<GenApi::IFloat *>(GetCamera().GetDeviceNodeMap()->GetNode("ExposureTime"));
+  QWidget *pEdit = Find<QWidget>("ExposureTime");
+  pEdit->setFocus();
+  QTest::keyClick(pEdit, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(pEdit, "2500");
+  QTest::keyClick(pEdit, Qt::Key_Return);
+  EXPECT_EQ(pExposure->GetValue(), 2500);
+  Press("StartStop");
+  QWidget *pWidth = Find<QWidget>("Width");
+  QTest::keyClick(pWidth, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(pWidth, "101");
+  QTest::keyClick(pWidth, Qt::Key_Return);
+  EXPECT_TRUE(Find<QLabel>("CameraError")->text().startsWith("Width: ")) << GetText("CameraError");
+}
+
+TEST_F(MainWindow, ZoomsWithTheWheelAndReadsPixelsWithMouseAndKeys)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitPicture());
+  Press("StartStop");
+  CImageView *pView = GetView();
+  const double dFitted = pView->GetTransform().GetScale();
+  QWheelEvent wheel(QPointF(pView->rect().center()), pView->mapToGlobal(pView->rect().center()), QPoint(),
+                    QPoint(0, 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(pView, &wheel);
+  EXPECT_NEAR(pView->GetTransform().GetScale(), dFitted * 1.25, 1e-9);
+  Key(Qt::Key_1, Qt::ControlModifier);
+  EXPECT_EQ(pView->GetTransform().GetScale(), 1.0);
+  QMouseEvent move(QEvent::MouseMove, pView->GetTransform().ToView({10.5, 20.5}), Qt::NoButton, Qt::NoButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(pView, &move);
+  EXPECT_TRUE(WaitText("Pixel", "x 10  y 20  "));
+  pView->setFocus();
+  QTest::keyClick(pView, Qt::Key_Right, Qt::ShiftModifier);
+  EXPECT_TRUE(WaitText("Pixel", "x 20  y 20  "));
+  QTest::keyClick(pView, Qt::Key_Up);
+  EXPECT_TRUE(WaitText("Pixel", "x 20  y 19  "));
+  Key(Qt::Key_0, Qt::ControlModifier);
+  EXPECT_TRUE(pView->GetTransform().IsFitted());
+}
+
+TEST_F(MainWindow, MarksOverexposedPixelsOnRequest)
+{
+  ShowWindow();
+  GetCamera().GetSceneControl()->SetIllumination(2.0);
+  const auto HasMark = [this] {
+    const QImage imgPicture = GetView()->GetPicture();
+    return !imgPicture.isNull() && imgPicture.pixel(imgPicture.rect().center()) == OVEREXPOSED;
+  };
+  QTest::qWait(100);
+  EXPECT_FALSE(HasMark());
+  Key(Qt::Key_E, Qt::ControlModifier);
+  EXPECT_TRUE(QTest::qWaitFor(HasMark));
+}
+
+TEST_F(MainWindow, PlotsSomeFramesWhileTheirTabIsShown)
+{
+  ShowWindow();
+  QSignalSpy spy(m_pWindow.get(), &CMainWindow::SigPlotted);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return spy.count() >= 2; }));
+  EXPECT_LT(spy.count(), 10) << "a few times a second";
+  Find<QTabWidget>("Tabs")->setCurrentIndex(1);
+  QTest::qWait(100);
+  spy.clear();
+  QTest::qWait(600);
+  EXPECT_EQ(spy.count(), 0);
+}
+
+TEST_F(MainWindow, SceneControlsAreForCamerasThatHaveThem)
+{
+  ShowWindow();
+  EXPECT_TRUE(Find<QWidget>("LensCap")->isVisible());
+  EXPECT_TRUE(Find<QWidget>("Illumination")->isVisible());
+  Key(Qt::Key_L, Qt::AltModifier);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return GetCamera().GetSceneControl()->IsLensCapOn(); }));
+
+  CFaultyCamera::SFaults stFaults;
+  stFaults.bHasNoSceneControl = true;
+  ShowWindow(MakeFaulty(stFaults));
+  EXPECT_FALSE(Find<QWidget>("LensCap")->isVisible());
+  EXPECT_FALSE(Find<QWidget>("Illumination")->isVisible());
+}
+
+TEST_F(MainWindow, AsksTheUserToCoverTheLensOfARealCamera)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.bHasNoSceneControl = true;
+  m_stOptions.strPlugin = FAKE_MODULE; // corrects from the first frame on
+  ShowWindow(MakeFaulty(stFaults));
+  CModalAnswerer answerer;
+  Press("Measure");
+  EXPECT_EQ(answerer.GetMessages(),
+            QStringList({"Cover the lens, then press OK.",
+                         "Uncover the lens and show it the evenly lit target, then press OK."}));
+  EXPECT_NE(GetText("Verdict"), "Not measured");
+}
+
+TEST_F(MainWindow, SaysWhenTheCameraDeliversNothing)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.bDeliversNothing = true;
+  ShowWindow(MakeFaulty(stFaults));
+  EXPECT_EQ(GetText("Correction"), "no frame yet");
+  EXPECT_TRUE(WaitText("CameraError", "No frame for "));
+}
+
+TEST_F(MainWindow, ACameraThatDoesNotStartSaysWhy)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.bRefusesToStart = true;
+  ShowWindow(MakeFaulty(stFaults));
+  EXPECT_EQ(GetText("CameraError"), "the cable is out");
+}
+
+TEST_F(MainWindow, WithoutPlugInTheImageIsShownAndSaidToBeUncorrected)
+{
+  m_stOptions.strPlugin = "/no/such.plx";
+  ShowWindow();
+  ASSERT_TRUE(WaitPicture());
+  EXPECT_TRUE(WaitText("Correction", "NOT corrected: "));
+  EXPECT_NE(GetText("Correction").find("such.plx"), std::string::npos);
+  Press("ShowDialog");
+  EXPECT_EQ(CDialogDriver::FindDialog(), nullptr);
+}
+
+TEST_F(MainWindow, AnotherCameraTakesThePlaceOfTheFirst)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitPicture());
+  QComboBox *pChooser = Find<QComboBox>("CameraChooser");
+  const int nColour = pChooser->findText("Simulated, colour");
+  ASSERT_GE(nColour, 0);
+  pChooser->setFocus();
+  for (int nStep = pChooser->currentIndex(); nStep < nColour; ++nStep) {
+    QTest::keyClick(pChooser, Qt::Key_Down);
+  }
+  EXPECT_TRUE(WaitText("Shape", "256 x 192 BayerRG8"));
+  EXPECT_EQ(GetView()->GetPicture().format(), QImage::Format_RGB32) << "in colour";
+  Key(Qt::Key_K, Qt::ControlModifier);
+  EXPECT_EQ(GetView()->GetPicture().format(), QImage::Format_Grayscale8);
+}
+
+TEST_F(MainWindow, RemembersHowItWasLeft)
+{
+  ShowWindow();
+  m_pWindow->setGeometry(40, 50, 1200, 790);
+  Find<QTabWidget>("Tabs")->setCurrentIndex(1);
+  Find<QDoubleSpinBox>("ShadingLimit")->setValue(0.35);
+  m_pWindow->close();
+  m_pWindow.reset();
+  ShowWindow();
+  EXPECT_EQ(m_pWindow->size(), QSize(1200, 790));
+  EXPECT_EQ(Find<QTabWidget>("Tabs")->currentIndex(), 1);
+  EXPECT_EQ(Find<QDoubleSpinBox>("ShadingLimit")->value(), 0.35);
+}
+
+TEST_F(MainWindow, EveryKeyStandsForOneThingInBothLanguages)
+{
+  for (const bool bChinese : {false, true}) {
+    const CHostLanguage language(bChinese);
+    ShowWindow();
+    QStringList listTexts;
+    for (const QAction *pAction : m_pWindow->menuBar()->actions()) {
+      listTexts << pAction->text();
+    }
+    for (const QAbstractButton *pButton : m_pWindow->findChildren<QAbstractButton *>()) {
+      // Tool buttons are menu entries, which have keys of their own.
+      if (!pButton->inherits("QToolButton") && !pButton->text().isEmpty()) {
+        EXPECT_FALSE(GetMnemonic(pButton->text()).isNull()) << pButton->text().toStdString();
+        listTexts << pButton->text();
+      }
+    }
+    for (const QLabel *pLabel : m_pWindow->findChildren<QLabel *>()) {
+      if (pLabel->buddy() != nullptr) {
+        listTexts << pLabel->text();
+      }
+    }
+    const QTabWidget *pTabs = Find<QTabWidget>("Tabs");
+    listTexts << pTabs->tabText(0) << pTabs->tabText(1);
+    QMap<QChar, QString> mapKeys;
+    for (const QString &strText : listTexts) {
+      const QChar chKey = GetMnemonic(strText);
+      ASSERT_FALSE(chKey.isNull()) << strText.toStdString();
+      EXPECT_FALSE(mapKeys.contains(chKey)) << strText.toStdString() << " and " << mapKeys[chKey].toStdString();
+      mapKeys.insert(chKey, strText);
+    }
+    EXPECT_GE(mapKeys.size(), 20);
+  }
+}
+
+TEST_F(MainWindow, TheTabKeyReachesEveryControl)
+{
+  ShowWindow();
+  Press("StartStop");
+  QSet<QWidget *> setReached;
+  GetView()->setFocus();
+  for (int nStep = 0; nStep < 60; ++nStep) {
+    QWidget *pFocus = QApplication::focusWidget();
+    ASSERT_NE(pFocus, nullptr);
+    setReached.insert(pFocus);
+    QTest::keyClick(pFocus, Qt::Key_Tab);
+  }
+  for (const char *pName : {"CameraChooser", "StartStop", "ExposureTime", "Gain", "BlackLevel", "PixelFormat", "Width",
+                            "Height", "LensCap", "TestChart", "Illumination", "ShowDialog"}) {
+    EXPECT_TRUE(setReached.contains(Find<QWidget>(pName))) << pName;
+  }
+}

@@ -1,0 +1,91 @@
+/// \file
+/// The window on a small, fast camera, with the real module.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "camera/simulated/simulatedcamera.h"
+#include "host/dialogdriver.h"
+#include "host/window/mainwindow.h"
+
+/// What the window remembers goes to a folder of the test's own.
+class WindowFixture : public testing::Test {
+protected:
+  WindowFixture()
+  {
+    QCoreApplication::setOrganizationName(QStringLiteral("FlatFieldCorrectionTest"));
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
+    m_stOptions.strPlugin = PLUGIN_MODULE;
+    m_stOptions.strPixelFormat = "Mono12";
+  }
+
+  /// 256 x 192 pixels; the frame rate is the fixture's.
+  SOpenedCamera OpenSimulated(const SHostOptions &stOptions) const
+  {
+    SSimulatedCameraOptions stCamera;
+    stCamera.strPixelFormat = stOptions.strPixelFormat;
+    stCamera.nWidth = 256;
+    stCamera.nHeight = 192;
+    stCamera.dFrameRate = m_dFrameRate;
+    stCamera.eMode = stOptions.eMode;
+    std::string strError;
+    SOpenedCamera stOpened;
+    stOpened.pCamera = CreateSimulatedCamera(stCamera, &strError);
+    stOpened.strError = QString::fromStdString(strError);
+    return stOpened;
+  }
+
+  /// Shows the window on the camera of the factory, by default the simulated one.
+  void ShowWindow(CameraFactory fnOpen = nullptr)
+  {
+    if (!fnOpen) {
+      fnOpen = [this](const SHostOptions &stOptions) { return OpenSimulated(stOptions); };
+    }
+    m_pWindow = std::make_unique<CMainWindow>(m_stOptions, fnOpen);
+    ASSERT_EQ(m_pWindow->OpenCamera(m_stOptions).toStdString(), "");
+    m_pWindow->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(m_pWindow.get()));
+    QApplication::setActiveWindow(m_pWindow.get());
+  }
+
+  template <class TWidget>
+  TWidget *Find(const char *pName) const
+  {
+    TWidget *pWidget = m_pWindow->findChild<TWidget *>(QLatin1String(pName));
+    EXPECT_NE(pWidget, nullptr) << pName;
+    return pWidget;
+  }
+  std::string GetText(const char *pLabel) const { return Find<QLabel>(pLabel)->text().toStdString(); }
+  void Press(const char *pButton) { QTest::mouseClick(Find<QAbstractButton>(pButton), Qt::LeftButton); }
+  /// Without a window manager nobody gives the window its focus back when a box before it has closed.
+  void Key(int nKey, Qt::KeyboardModifiers modifiers)
+  {
+    QApplication::setActiveWindow(m_pWindow.get());
+    QTest::keyClick(m_pWindow.get(), Qt::Key(nKey), modifiers);
+  }
+
+  /// Until a label of the window begins with a text.
+  bool WaitText(const char *pLabel, const char *pText) const
+  {
+    return QTest::qWaitFor([=] { return Find<QLabel>(pLabel)->text().startsWith(QLatin1String(pText)); }, 10000);
+  }
+
+  CDialogDriver GetDriver() const { return CDialogDriver(*CDialogDriver::FindAnyDialog()); }
+  ICamera &GetCamera() const { return m_pWindow->GetViewer()->GetCamera(); }
+
+  QTemporaryDir m_folder;
+  SHostOptions m_stOptions;
+  double m_dFrameRate = 100;
+  std::unique_ptr<CMainWindow> m_pWindow;
+};

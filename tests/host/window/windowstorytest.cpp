@@ -1,0 +1,190 @@
+/// \file
+/// From a shaded image to a report, in the window, with mouse and keyboard.
+
+#include <QCheckBox>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProgressDialog>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTableWidget>
+#include <QTimer>
+
+#include "host/modalanswerer.h"
+#include "tests/host/window/windowfixture.h"
+
+namespace {
+
+class WindowStory : public WindowFixture {
+protected:
+  /// Dark field, bright field, execute, in the plug-in's dialog.
+  void Correct()
+  {
+    Press("ShowDialog");
+    ASSERT_NE(CDialogDriver::FindDialog(), nullptr);
+    CDialogDriver driver = GetDriver();
+    Key(Qt::Key_L, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return GetCamera().GetSceneControl()->IsLensCapOn(); }));
+    QTest::qWait(100);
+    ASSERT_EQ(driver.AcquireDark().strBox.toStdString(), "");
+    QApplication::setActiveWindow(m_pWindow.get());
+    Key(Qt::Key_L, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !GetCamera().GetSceneControl()->IsLensCapOn(); }));
+    QTest::qWait(100);
+    driver.SetFrameCount(16);
+    const SDialogAnswer stBright = driver.AcquireBright();
+    ASSERT_EQ(stBright.strBox.toStdString(), "");
+    ASSERT_FALSE(stBright.bWarning) << stBright.strPrompt.toStdString();
+    ASSERT_EQ(driver.Execute().strBox.toStdString(), "");
+    QApplication::setActiveWindow(m_pWindow.get());
+  }
+};
+
+/// Presses a button of the modal box of that name as soon as it is there.
+class CBoxPresser : public QObject {
+public:
+  CBoxPresser(const char *pBox, const char *pButton)
+    : m_strBox(QLatin1String(pBox)), m_strButton(QLatin1String(pButton))
+  {
+    startTimer(10);
+  }
+  int GetPressed() const { return m_nPressed; }
+
+protected:
+  void timerEvent(QTimerEvent *) override
+  {
+    QWidget *pBox = QApplication::activeModalWidget();
+    if (pBox == nullptr || pBox->objectName() != m_strBox) {
+      return;
+    }
+    for (QAbstractButton *pButton : pBox->findChildren<QAbstractButton *>()) {
+      if (pButton->text() == m_strButton) {
+        ++m_nPressed;
+        pButton->click();
+        return;
+      }
+    }
+  }
+
+private:
+  QString m_strBox;
+  QString m_strButton;
+  int m_nPressed = 0;
+};
+
+QByteArray ReadFile(const QString &strPath)
+{
+  QFile file(strPath);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+TEST_F(WindowStory, GoesFromAShadedImageToAReport)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  Correct();
+  ASSERT_TRUE(WaitText("Correction", "corrected"));
+
+  Key(Qt::Key_M, Qt::ControlModifier);
+  EXPECT_EQ(GetText("Verdict").substr(0, 5), "PASS:");
+  QTableWidget *pFigures = Find<QTableWidget>("Figures");
+  ASSERT_EQ(pFigures->rowCount(), 6);
+  EXPECT_GT(pFigures->item(0, 0)->text().toDouble(), 20.0) << "shading before";
+  EXPECT_LT(pFigures->item(0, 1)->text().toDouble(), 1.0);
+  EXPECT_FALSE(GetCamera().GetSceneControl()->IsLensCapOn()) << "as before";
+  EXPECT_NE(GetText("Findings").find("take "), std::string::npos);
+
+  Key(Qt::Key_D, Qt::ControlModifier);
+  EXPECT_EQ(GetText("Drift").substr(0, 9), "No drift:");
+
+  const QString strPath = m_folder.filePath("report.html");
+  {
+    const CModalAnswerer answerer(strPath);
+    Press("SaveReport");
+  }
+  const QByteArray bytePage = ReadFile(strPath);
+  EXPECT_EQ(bytePage.count("data:image/png;base64,"), 5);
+  const QJsonObject json = QJsonDocument::fromJson(ReadFile(m_folder.filePath("report.json"))).object();
+  EXPECT_EQ(json["verdict"].toString().toStdString(), "pass");
+  EXPECT_EQ(json["frame_count"].toInt(), 16);
+  EXPECT_EQ(json["settings"].toObject()["PixelFormat"].toString().toStdString(), "Mono12");
+}
+
+TEST_F(WindowStory, SaysWhyFramesOfAnotherSizeAreNotCorrected)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  Correct();
+  ASSERT_TRUE(WaitText("Correction", "corrected"));
+  Press("StartStop");
+  QWidget *pWidth = Find<QWidget>("Width");
+  ASSERT_TRUE(pWidth->isEnabled());
+  pWidth->setFocus();
+  QTest::keyClick(pWidth, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(pWidth, "128");
+  QTest::keyClick(pWidth, Qt::Key_Return);
+  Press("StartStop");
+  EXPECT_TRUE(
+    WaitText("Correction", "NOT corrected: the frame is 128 x 192 Mono12, the coefficients are for 256 x 192"));
+}
+
+TEST_F(WindowStory, AnAcquisitionShowsItsProgressAndCanBeCancelled)
+{
+  m_dFrameRate = 20;
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  Press("ShowDialog");
+  CDialogDriver driver = GetDriver();
+  driver.SetFrameCount(16);
+  CBoxPresser presser("AcquisitionProgress", "&Cancel");
+  const SDialogAnswer stAnswer = driver.AcquireBright();
+  EXPECT_EQ(presser.GetPressed(), 1);
+  EXPECT_EQ(stAnswer.strBox.toStdString(), "Get buffer time out") << "the plug-in's words for frames that do not come";
+  EXPECT_FALSE(driver.IsExecuteEnabled());
+  EXPECT_TRUE(GetCamera().IsStreaming()) << "as before";
+  // Frames reach the plug-in again.
+  EXPECT_EQ(driver.AcquireDark().strBox.toStdString(), "");
+}
+
+TEST_F(WindowStory, AMeasurementCanBeCancelled)
+{
+  m_dFrameRate = 20;
+  ShowWindow();
+  Correct();
+  ASSERT_TRUE(WaitText("Correction", "corrected"));
+  CBoxPresser presser("WaitBox", "&Cancel");
+  Press("Measure");
+  EXPECT_GE(presser.GetPressed(), 1);
+  EXPECT_EQ(GetText("Verdict"), "Not measured");
+  EXPECT_TRUE(Find<QAbstractButton>("Measure")->isEnabled());
+  EXPECT_FALSE(Find<QAbstractButton>("SaveReport")->isEnabled());
+}
+
+TEST_F(WindowStory, MeasuringWithoutPreviewSaysWhatToDo)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  CModalAnswerer answerer;
+  Press("Measure");
+  ASSERT_EQ(answerer.GetMessages().size(), 1);
+  EXPECT_TRUE(answerer.GetMessages()[0].contains("tick its Preview first"));
+}
+
+TEST_F(WindowStory, ACameraThatCorrectsItselfIsMeasuredOffAndOn)
+{
+  m_stOptions.eMode = ECorrectionMode::FlatField;
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  Correct();
+  ASSERT_TRUE(WaitText("Correction", "corrected by the camera"));
+  Key(Qt::Key_M, Qt::ControlModifier);
+  QTableWidget *pFigures = Find<QTableWidget>("Figures");
+  ASSERT_EQ(pFigures->rowCount(), 6);
+  EXPECT_LT(pFigures->item(0, 1)->text().toDouble(), pFigures->item(0, 0)->text().toDouble() / 10);
+  EXPECT_NE(GetText("Findings").find("different exposures"), std::string::npos);
+  EXPECT_TRUE(WaitText("Correction", "corrected by the camera")) << "left as it was";
+}
