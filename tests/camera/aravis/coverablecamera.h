@@ -58,7 +58,9 @@ private:
     m_stHooks.fnCover(bCovered);
   }
   bool IsLensCapOn() const override { return m_bCovered; }
+  bool CanArrange() const override { return false; }
   void SetScene(EScene) override {}
+  void SetIllumination(double) override {}
   void SetPurpose(EPurpose) override {}
 
   std::unique_ptr<ICamera> m_pCamera;
