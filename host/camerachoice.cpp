@@ -24,6 +24,9 @@ const SKind ALL_KINDS[] = {
 
 QString NameStarted(const SHostOptions &stOptions)
 {
+  if (!stOptions.strCameraId.empty()) {
+    return Translate("%1 (as started)").arg(QString::fromStdString(stOptions.strCameraId));
+  }
   if (!stOptions.strReplayFolder.empty()) {
     return Translate("Recorded: %1").arg(QString::fromStdString(stOptions.strReplayFolder));
   }
@@ -32,20 +35,35 @@ QString NameStarted(const SHostOptions &stOptions)
                                           : QString::fromStdString(stOptions.strPixelFormat));
 }
 
+/// What was said for the first camera alone is left out.
+SHostOptions ForAnother(SHostOptions stOptions)
+{
+  stOptions.strCameraId.clear();
+  stOptions.strReplayFolder.clear();
+  stOptions.strFlashFile.clear();
+  stOptions.strPixelFormat.clear();
+  stOptions.nBlockSize = 0;
+  stOptions.eMode = ECorrectionMode::None;
+  return stOptions;
+}
+
 } // namespace
 
-std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions)
+std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions,
+                                             const std::vector<SRealCameraInfo> &listRealCameras)
 {
   std::vector<SCameraChoice> listChoices{{NameStarted(stOptions), stOptions, false}};
+  for (const SRealCameraInfo &stInfo : listRealCameras) {
+    SCameraChoice stChoice{QString::fromStdString(stInfo.GetDisplayName()), ForAnother(stOptions), false};
+    stChoice.stOptions.strCameraId = stInfo.strId;
+    listChoices.push_back(stChoice);
+  }
   for (const SKind &stKind : ALL_KINDS) {
-    SCameraChoice stChoice{Translate(stKind.pName), stOptions, false};
-    stChoice.stOptions.strReplayFolder.clear();
-    stChoice.stOptions.strFlashFile.clear();
-    stChoice.stOptions.nBlockSize = 0;
+    SCameraChoice stChoice{Translate(stKind.pName), ForAnother(stOptions), false};
     stChoice.stOptions.strPixelFormat = stKind.pFormat;
     stChoice.stOptions.eMode = stKind.eMode;
     listChoices.push_back(stChoice);
   }
-  listChoices.push_back({Translate("Recorded frames..."), stOptions, true});
+  listChoices.push_back({Translate("Recorded frames..."), ForAnother(stOptions), true});
   return listChoices;
 }

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include "camera/realcameras.h"
 #include "host/commandline.h"
 
 struct SCameraChoice {
@@ -14,5 +15,7 @@ struct SCameraChoice {
   bool bAsksFolder = false; ///< the user has to name the folder of recorded frames first
 };
 
-/// First the camera of the command line, then the simulated ones that differ from it, and recorded frames at the end.
-std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions);
+/// First the camera of the command line, then the real ones, the simulated ones, and recorded frames at the end.
+/// \param listRealCameras those that answered when they were looked for
+std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions,
+                                             const std::vector<SRealCameraInfo> &listRealCameras = {});

@@ -111,6 +111,36 @@
 <context>
     <name>CMainWindow</name>
     <message>
+        <source>&amp;Look for cameras</source>
+        <translation>查找相机(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Restore settings (UserSet0)</source>
+        <translation>恢复设置（UserSet0）(&amp;R)</translation>
+    </message>
+    <message>
+        <source>No real camera answers.</source>
+        <translation>没有真实相机应答。</translation>
+    </message>
+    <message>
+        <source>This program was built without real cameras.</source>
+        <translation>本程序编译时未包含真实相机支持。</translation>
+    </message>
+    <message>
+        <source>The camera is lost. It is opened again as soon as it answers.</source>
+        <translation>相机已断开。一旦应答将重新打开。</translation>
+    </message>
+    <message>
+        <source>The camera has the settings of UserSet0 already.</source>
+        <translation>相机已经是 UserSet0 的设置。</translation>
+    </message>
+    <message>
+        <source>The camera has the settings of UserSet0 again:
+%1</source>
+        <translation>相机已恢复 UserSet0 的设置：
+%1</translation>
+    </message>
+    <message>
         <source>Folder of recorded frames</source>
         <translation>录制图像的文件夹</translation>
     </message>
@@ -374,6 +404,10 @@ Frames received: %3</source>
 </context>
 <context>
     <name>CorrectionState</name>
+    <message>
+        <source>the camera is lost</source>
+        <translation>相机已断开</translation>
+    </message>
     <message>
         <source>NOT corrected: %1</source>
         <translation>未校正：%1</translation>

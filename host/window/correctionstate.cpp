@@ -30,6 +30,9 @@ QString SFrameShape::GetText() const
 
 SCorrectionState JudgeCorrection(const SCorrectionFacts &stFacts)
 {
+  if (stFacts.bLost) {
+    return NotCorrected(Translate("the camera is lost"));
+  }
   if (!stFacts.bHasFrame) {
     return {EKind::NoFrame, Translate("no frame yet")};
   }

@@ -22,6 +22,7 @@ struct SFrameShape {
 
 /// What the host knows when it shows a frame.
 struct SCorrectionFacts {
+  bool bLost = false; ///< the camera was unplugged
   bool bHasFrame = false;
   QString strPluginError;                      ///< why there is no plug-in; empty when there is one
   bool bCorrected = false;                     ///< the plug-in's flag for this frame

@@ -11,8 +11,11 @@
 #include <QSplitter>
 #include <QTabWidget>
 
+#include "camera/icameralink.h"
+#include "camera/realcameras.h"
 #include "host/dialogdriver.h"
 #include "host/featuretext.h"
+#include "host/settingsrescue.h"
 #include "host/window/camerapanel.h"
 #include "host/window/imageview.h"
 #include "host/window/measurementguide.h"
@@ -28,7 +31,8 @@ constexpr int REFRESH_MS = 33;
 constexpr int64_t STATUS_MS = 200;
 constexpr int64_t PLOT_MS = 250;
 constexpr int64_t SLOW_MS = 1000;
-constexpr int64_t STALL_MS = 3000; ///< beside two exposures
+constexpr int64_t RECONNECT_MS = 5000; ///< each attempt holds the window for about a second
+constexpr int64_t STALL_MS = 3000;     ///< beside two exposures
 
 double GetExposureMs(CViewer &viewer)
 {
@@ -87,6 +91,13 @@ QString CMainWindow::OpenCamera(const SHostOptions &stOptions)
     m_pCameraPanel->ShowError(stOpened.strError);
     return stOpened.strError;
   }
+  Adopt(std::move(stOpened), stOptions);
+  return {};
+}
+
+void CMainWindow::Adopt(SOpenedCamera stOpened, const SHostOptions &stOptions)
+{
+  m_stCameraOptions = stOptions;
   QString strError = SelectBlockSize(*stOpened.pCamera, stOptions.nBlockSize);
   m_pViewer = std::make_unique<CViewer>(std::move(stOpened.pCamera));
   m_pViewer->SetAcquisitionObserver(&m_progress);
@@ -100,7 +111,6 @@ QString CMainWindow::OpenCamera(const SHostOptions &stOptions)
   m_pCameraPanel->ShowError(strError);
   m_pCameraPanel->Refresh();
   m_nFrameMs = m_clock.elapsed();
-  return {};
 }
 
 void CMainWindow::SlotChoose(int nChoice)
@@ -121,6 +131,48 @@ void CMainWindow::SlotChoose(int nChoice)
   if (!strError.isEmpty()) {
     Complain(strError);
   }
+}
+
+void CMainWindow::SlotLookForCameras()
+{
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  const std::vector<SRealCameraInfo> listCameras = ListRealCameras();
+  QApplication::restoreOverrideCursor();
+  const SHostOptions stOptions = m_listChoices[std::size_t(m_nChoice)].stOptions;
+  m_listChoices = ListCameraChoices(m_stOptions, listCameras);
+  const auto it = std::find_if(m_listChoices.begin(), m_listChoices.end(), [&](const SCameraChoice &stChoice) {
+    return !stChoice.bAsksFolder && stChoice.stOptions.strCameraId == stOptions.strCameraId &&
+           stChoice.stOptions.strReplayFolder == stOptions.strReplayFolder &&
+           stChoice.stOptions.strPixelFormat == stOptions.strPixelFormat && stChoice.stOptions.eMode == stOptions.eMode;
+  });
+  m_nChoice = it == m_listChoices.end() ? 0 : int(it - m_listChoices.begin());
+  m_pCameraPanel->SetChoices(m_listChoices);
+  m_pCameraPanel->Select(m_nChoice);
+  if (listCameras.empty()) {
+    m_pCameraPanel->ShowError(AreRealCamerasSupported() ? tr("No real camera answers.")
+                                                        : tr("This program was built without real cameras."));
+  }
+}
+
+void CMainWindow::SlotRestoreSettings()
+{
+  if (m_bBusy || m_pViewer == nullptr || m_progress.IsAcquiring()) {
+    return;
+  }
+  const bool bStreaming = m_pViewer->GetCamera().IsStreaming();
+  m_pViewer->StopStream();
+  CSettingsRescue rescue(*m_pViewer->GetCamera().GetDeviceNodeMap());
+  QString strError = rescue.Restore();
+  const QString strStartError = bStreaming ? m_pViewer->StartStream() : QString();
+  m_pCameraPanel->Refresh();
+  strError = strError.isEmpty() ? strStartError : strError;
+  if (!strError.isEmpty()) {
+    Complain(strError);
+    return;
+  }
+  const QStringList listChanges = rescue.GetChanges();
+  Say(listChanges.isEmpty() ? tr("The camera has the settings of UserSet0 already.")
+                            : tr("The camera has the settings of UserSet0 again:\n%1").arg(listChanges.join('\n')));
 }
 
 void CMainWindow::SlotStartStop()
@@ -194,6 +246,7 @@ void CMainWindow::UpdateStatus()
   m_pStatusLine->ShowCounts(stCounts);
   m_pStatusLine->ShowRate(m_frameRate.Update(stCounts.nReceived, m_clock.elapsed()));
   SCorrectionFacts stFacts;
+  stFacts.bLost = IsCameraLost();
   stFacts.bHasFrame = m_pFrame != nullptr;
   stFacts.strPluginError = m_strPluginError;
   stFacts.bAcquiring = m_progress.IsAcquiring();
@@ -211,8 +264,36 @@ void CMainWindow::UpdateStatus()
   m_pStatusLine->ShowCorrection(JudgeCorrection(stFacts));
 }
 
+bool CMainWindow::IsCameraLost()
+{
+  ICameraLink *pLink = m_pViewer->GetCamera().GetLink();
+  return pLink != nullptr && pLink->IsLost();
+}
+
+/// Opens a lost camera again when it answers. While something waits for the user's answer, nothing is taken from
+/// under it.
+void CMainWindow::Reconnect()
+{
+  m_pCameraPanel->ShowError(tr("The camera is lost. It is opened again as soon as it answers."));
+  const int64_t nNow = m_clock.elapsed();
+  const bool bAskedJustNow = m_nReconnectMs > 0 && nNow - m_nReconnectMs < RECONNECT_MS;
+  if (m_bBusy || QApplication::activeModalWidget() != nullptr || bAskedJustNow) {
+    return;
+  }
+  SOpenedCamera stOpened = m_fnOpenCamera(m_stCameraOptions);
+  m_nReconnectMs = std::max<int64_t>(m_clock.elapsed(), 1);
+  if (stOpened.pCamera != nullptr) {
+    CloseCamera();
+    Adopt(std::move(stOpened), m_stCameraOptions);
+  }
+}
+
 void CMainWindow::UpdateSlowly()
 {
+  if (IsCameraLost()) {
+    Reconnect();
+    return;
+  }
   m_bByCamera = ReadFeature(*m_pViewer->GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE) == "On";
   m_pCameraPanel->Refresh();
   m_pScenePanel->Refresh();
@@ -255,7 +336,17 @@ void CMainWindow::SetBusy(bool bBusy)
 
 void CMainWindow::Complain(const QString &strError)
 {
-  QMessageBox box(QMessageBox::Warning, tr("Flat field"), strError, QMessageBox::NoButton, this);
+  ShowBox(QMessageBox::Warning, strError);
+}
+
+void CMainWindow::Say(const QString &strText)
+{
+  ShowBox(QMessageBox::Information, strText);
+}
+
+void CMainWindow::ShowBox(int nIcon, const QString &strText)
+{
+  QMessageBox box(QMessageBox::Icon(nIcon), tr("Flat field"), strText, QMessageBox::NoButton, this);
   box.setObjectName(QStringLiteral("Complaint"));
   box.addButton(tr("&OK"), QMessageBox::AcceptRole);
   box.exec();

@@ -48,6 +48,10 @@ public:
 public slots:
   void SlotStartStop();
   void SlotChoose(int nChoice);
+  /// Looks for real cameras, which takes about a second, and offers those that answer.
+  void SlotLookForCameras();
+  /// Loads the settings that an interrupted acquisition left in the camera's "UserSet0", with the stream stopped.
+  void SlotRestoreSettings();
   void SlotShowDialog();
   void SlotMeasure();
   void SlotCheckDrift();
@@ -73,6 +77,9 @@ private:
   void SaveLayout() const;
 
   void CloseCamera();
+  void Adopt(SOpenedCamera stOpened, const SHostOptions &stOptions);
+  bool IsCameraLost();
+  void Reconnect();
   void TakeFrame();
   void ShowPicture();
   void UpdateStatus();
@@ -81,8 +88,11 @@ private:
   uint32_t GetAcquisitionTotal() const;
   void SetBusy(bool bBusy);
   void Complain(const QString &strError);
+  void Say(const QString &strText);
+  void ShowBox(int nIcon, const QString &strText);
 
   SHostOptions m_stOptions;
+  SHostOptions m_stCameraOptions; ///< of the camera that is open
   CameraFactory m_fnOpenCamera;
   std::vector<SCameraChoice> m_listChoices;
   int m_nChoice = 0;
@@ -109,6 +119,7 @@ private:
   int64_t m_nPlotMs = 0;
   int64_t m_nStatusMs = 0;
   int64_t m_nSlowMs = 0;
+  int64_t m_nReconnectMs = 0; ///< when a lost camera was last asked for; 0: not yet
   bool m_bByCamera = false;
   bool m_bStalled = false;
   bool m_bBusy = false;

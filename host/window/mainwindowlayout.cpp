@@ -103,6 +103,8 @@ void CMainWindow::MakeActions()
 {
   QMenu *pCamera = menuBar()->addMenu(tr("&Camera"));
   AddAction(pCamera, tr("&Start or stop"), Qt::Key_F5, [this] { SlotStartStop(); });
+  AddAction(pCamera, tr("&Look for cameras"), Qt::Key_F6, [this] { SlotLookForCameras(); });
+  AddAction(pCamera, tr("&Restore settings (UserSet0)"), QKeySequence(), [this] { SlotRestoreSettings(); });
   AddAction(pCamera, tr("&Quit"), Qt::CTRL + Qt::Key_Q, [this] { close(); });
 
   QMenu *pView = menuBar()->addMenu(tr("&View"));

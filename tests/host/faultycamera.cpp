@@ -1,6 +1,21 @@
 #include "tests/host/faultycamera.h"
 
+#include <utility>
+
 #include "camera/simulated/simulatedcamera.h"
+
+/// A wire that a test cuts. Nobody is told, only asked.
+class CFaultyCamera::CLink final : public ICameraLink {
+public:
+  explicit CLink(std::shared_ptr<std::atomic<bool>> pLost) : m_pLost(std::move(pLost)) {}
+
+  bool IsLost() const override { return *m_pLost; }
+  void SetLostCallback(LostCallback) override {}
+  uint64_t GetLostFrameCount() const override { return 0; }
+
+private:
+  std::shared_ptr<std::atomic<bool>> m_pLost;
+};
 
 /// Passes everything on but the lens cap.
 class CFaultyCamera::CStuckCap final : public ISceneControl {
@@ -29,6 +44,9 @@ CFaultyCamera::CFaultyCamera(const std::string &strPixelFormat, const SFaults &s
   stOptions.eMode = eMode;
   std::string strError;
   m_pCamera = CreateSimulatedCamera(stOptions, &strError);
+  if (m_stFaults.pLost != nullptr) {
+    m_pLink = std::make_unique<CLink>(m_stFaults.pLost);
+  }
   if (m_stFaults.bLensCapIsStuck) {
     m_pStuckCap = std::make_unique<CStuckCap>(*m_pCamera->GetSceneControl());
   }

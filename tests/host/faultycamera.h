@@ -2,10 +2,12 @@
 /// A camera that goes wrong in a chosen way.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 
 #include "camera/icamera.h"
+#include "camera/icameralink.h"
 #include "camera/selfcorrection/correctionmode.h"
 
 /// A small simulated camera, with faults.
@@ -16,6 +18,8 @@ public:
     bool bDeliversNothing = false;
     bool bHasNoSceneControl = false;
     bool bLensCapIsStuck = false; ///< on, whatever the host does
+    /// When not null: whether the camera has been unplugged.
+    std::shared_ptr<std::atomic<bool>> pLost;
   };
 
   /// \param strPixelFormat PFNC name; 64 x 64 pixels
@@ -32,11 +36,14 @@ public:
   void Stop() override { m_pCamera->Stop(); }
   bool IsStreaming() const override { return m_pCamera->IsStreaming(); }
   ISceneControl *GetSceneControl() override;
+  ICameraLink *GetLink() override { return m_pLink.get(); }
 
 private:
+  class CLink;
   class CStuckCap;
 
   SFaults m_stFaults;
   std::unique_ptr<ICamera> m_pCamera;
   std::unique_ptr<CStuckCap> m_pStuckCap;
+  std::unique_ptr<ICameraLink> m_pLink;
 };

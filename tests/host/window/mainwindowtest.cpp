@@ -1,4 +1,6 @@
+#include <QAction>
 #include <QComboBox>
+#include <QDialog>
 #include <QDoubleSpinBox>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -22,6 +24,18 @@ protected:
     return [stFaults](const SHostOptions &) {
       return SOpenedCamera{std::make_unique<CFaultyCamera>("BayerRG8", stFaults), {}};
     };
+  }
+
+  /// As if the user chose it from a menu.
+  void TriggerAction(const char *pText)
+  {
+    for (QAction *pAction : m_pWindow->findChildren<QAction *>()) {
+      if (pAction->text().remove(QLatin1Char('&')) == QLatin1String(pText)) {
+        pAction->trigger();
+        return;
+      }
+    }
+    FAIL() << pText;
   }
 
   CImageView *GetView() const { return m_pWindow->findChild<CImageView *>(); }
@@ -175,6 +189,88 @@ TEST_F(MainWindow, SaysWhenTheCameraDeliversNothing)
   ShowWindow(MakeFaulty(stFaults));
   EXPECT_EQ(GetText("Correction"), "no frame yet");
   EXPECT_TRUE(WaitText("CameraError", "No frame for "));
+}
+
+TEST_F(MainWindow, ALostCameraIsSaidToBeLostAndOpenedAgainWhenItAnswers)
+{
+  auto pLost = std::make_shared<std::atomic<bool>>(false);
+  int nOpened = 0;
+  int nRefused = 0;
+  ShowWindow([&](const SHostOptions &) {
+    if (*pLost && nRefused == 0) {
+      ++nRefused;
+      return SOpenedCamera{nullptr, QStringLiteral("camera: none answers")};
+    }
+    ++nOpened;
+    CFaultyCamera::SFaults stFaults;
+    stFaults.pLost = pLost = std::make_shared<std::atomic<bool>>(false);
+    return SOpenedCamera{std::make_unique<CFaultyCamera>("Mono12", stFaults), {}};
+  });
+  ASSERT_TRUE(WaitPicture());
+  *pLost = true;
+  EXPECT_TRUE(WaitText("Correction", "NOT corrected: the camera is lost"));
+  EXPECT_TRUE(WaitText("CameraError", "The camera is lost."));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return nOpened == 2; }, 20000));
+  EXPECT_EQ(nRefused, 1);
+  EXPECT_TRUE(WaitText("Correction", "raw"));
+  EXPECT_FALSE(Find<QLabel>("CameraError")->isVisible());
+  EXPECT_TRUE(GetCamera().IsStreaming());
+}
+
+TEST_F(MainWindow, ALostCameraIsNotTakenFromUnderAQuestion)
+{
+  auto pLost = std::make_shared<std::atomic<bool>>(false);
+  int nAsked = 0;
+  ShowWindow([&](const SHostOptions &) {
+    ++nAsked;
+    CFaultyCamera::SFaults stFaults;
+    stFaults.pLost = pLost;
+    return SOpenedCamera{std::make_unique<CFaultyCamera>("Mono12", stFaults), {}};
+  });
+  QDialog question(m_pWindow.get());
+  question.setModal(true);
+  question.show();
+  *pLost = true;
+  EXPECT_TRUE(WaitText("CameraError", "The camera is lost."));
+  QTest::qWait(1200); // the next slow look
+  EXPECT_EQ(nAsked, 1);
+}
+
+TEST_F(MainWindow, GivesTheSettingsOfAnInterruptedAcquisitionBack)
+{
+  m_stOptions.eMode = ECorrectionMode::FlatField;
+  ShowWindow();
+  GenApi::INodeMap &map = *GetCamera().GetDeviceNodeMap();
+  auto *pGain = dynamic_cast<GenApi::IFloat *>(map.GetNode("Gain"));
+  const auto Run = [&](const char *pCommand) {
+    dynamic_cast<GenApi::IEnumeration *>(map.GetNode("UserSetSelector"))->FromString("UserSet0");
+    dynamic_cast<GenApi::ICommand *>(map.GetNode(pCommand))->Execute();
+  };
+  Press("StartStop");
+  pGain->SetValue(6);
+  Run("UserSetSave");
+  pGain->SetValue(0);
+  Press("StartStop");
+  CModalAnswerer answerer;
+  TriggerAction("Restore settings (UserSet0)");
+  EXPECT_EQ(pGain->GetValue(), 6);
+  EXPECT_TRUE(GetCamera().IsStreaming()) << "as before";
+  ASSERT_EQ(answerer.GetMessages().size(), 1);
+  EXPECT_TRUE(answerer.GetMessages()[0].startsWith("The camera has the settings of UserSet0 again:"));
+  EXPECT_TRUE(answerer.GetMessages()[0].contains("Gain: 0 -> 6"));
+  TriggerAction("Restore settings (UserSet0)");
+  EXPECT_EQ(answerer.GetMessages().size(), 2);
+}
+
+TEST_F(MainWindow, LookingForCamerasKeepsTheOneThatIsOpen)
+{
+  ShowWindow();
+  const QComboBox *pChooser = Find<QComboBox>("CameraChooser");
+  const int nChoices = pChooser->count();
+  Key(Qt::Key_F6, Qt::NoModifier);
+  EXPECT_GE(pChooser->count(), nChoices);
+  EXPECT_EQ(pChooser->currentText().toStdString(), "Mono12 (as started)");
+  EXPECT_TRUE(GetCamera().IsStreaming());
 }
 
 TEST_F(MainWindow, ACameraThatDoesNotStartSaysWhy)
