@@ -3,7 +3,6 @@
 #include <limits>
 
 #include "pluginobject/shadingcorrection/process/coefficientimage.h"
-#include "pluginobject/shadingcorrection/process/entrytables.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 #include "pluginobject/shadingcorrection/process/userset.h"
 
@@ -47,13 +46,6 @@ int32_t SwitchCorrectionOff(const CFeatureAccess &features)
   return features.SetEnumFeature("FlatFieldCorrection", "Off");
 }
 
-void TakeRecord(const FFCInfo &stLoaded, FFCInfo &stInfo)
-{
-  const uint32_t nFrameCount = IsFrameCount(stLoaded.nFrameCount) ? stLoaded.nFrameCount : stInfo.nFrameCount;
-  stInfo = stLoaded;
-  stInfo.nFrameCount = nFrameCount;
-}
-
 int32_t ReadCoefficients(const CFeatureAccess &features, CFrameBuffer &image)
 {
   return features.ReadRegisterFeature("FFCValueAll", image.GetData(), static_cast<int64_t>(image.GetSize()));
@@ -66,7 +58,7 @@ int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, 
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }
-  TakeRecord(GetRecord(image), stInfo);
+  stInfo = GetRecord(image);
   return SwitchCorrectionOn(features);
 }
 

@@ -26,10 +26,6 @@ int32_t SwitchCorrectionOn(const CFeatureAccess &features);
 /// The camera delivers its frames uncorrected from now on.
 int32_t SwitchCorrectionOff(const CFeatureAccess &features);
 
-/// Takes over a record that came with coefficients. Its words are whatever the file or the camera says: a frame
-/// count that no camera has leaves the former one, because acquisitions wait for so many frames.
-void TakeRecord(const FFCInfo &stLoaded, FFCInfo &stInfo);
-
 /// Reads FFCValueAll, -1015 when it is of another length.
 int32_t ReadCoefficients(const CFeatureAccess &features, CFrameBuffer &image);
 /// Writes a whole image that has a record, takes the record over as soon as the camera has the image, and

@@ -1,8 +1,5 @@
 #include "pluginobject/shadingcorrection/process/entrytables.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace {
 
 template <typename TValue>
@@ -52,10 +49,14 @@ void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount)
   ApplyEntry(FRAME_COUNTS, strEntry, nFrameCount);
 }
 
-bool IsFrameCount(uint32_t nFrameCount)
+uint32_t GetPossibleFrameCount(uint32_t nFrameCount)
 {
-  return std::any_of(std::begin(FRAME_COUNTS), std::end(FRAME_COUNTS),
-                     [nFrameCount](const SEntry<uint32_t> &stEntry) { return stEntry.nValue == nFrameCount; });
+  for (const SEntry<uint32_t> &stEntry : FRAME_COUNTS) {
+    if (stEntry.nValue == nFrameCount) {
+      return nFrameCount;
+    }
+  }
+  return nFrameCount == 0 ? 0 : 1;
 }
 
 void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock)

@@ -9,8 +9,9 @@
 /// leaves the count as it is.
 void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount);
 
-/// Whether an entry of FFCFrameCount stands for this number.
-bool IsFrameCount(uint32_t nFrameCount);
+/// The frame count of a record, which may come from a file and say anything: 1, as the dialog shows it, where it is
+/// none of those that FFCFrameCount has. 0 stays, which is the count of a camera that never told one.
+uint32_t GetPossibleFrameCount(uint32_t nFrameCount);
 
 /// The blocks that a camera takes coefficients for.
 struct SCorrectionBlock {

@@ -8,6 +8,7 @@
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/shadingcorrection/process/coefficientimage.h"
 #include "pluginobject/shadingcorrection/process/devicecorrection.h"
+#include "pluginobject/shadingcorrection/process/entrytables.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 #include "pluginobject/shadingcorrection/process/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/frameseries.h"
@@ -206,6 +207,7 @@ int32_t CShadingCorrectionPro_Dev::AcquireBrightImage()
   }
   m_bright.Drop();
   m_guard.BeginAcquisition();
+  m_stInfo.nFrameCount = GetPossibleFrameCount(m_stInfo.nFrameCount);
   const CScopeGuard restore([this] {
     m_bright.EndAcquisition();
     RestoreDeviceParam();
@@ -342,7 +344,7 @@ int32_t CShadingCorrectionPro_Dev::LoadFromFlash()
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS && HasRecord(image)) {
     ExchangeRecordBytes(image);
-    TakeRecord(GetRecord(image), m_stInfo);
+    m_stInfo = GetRecord(image);
   }
   return nStatus;
 }

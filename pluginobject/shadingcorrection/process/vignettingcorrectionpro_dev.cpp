@@ -7,6 +7,7 @@
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/shadingcorrection/process/coefficientimage.h"
 #include "pluginobject/shadingcorrection/process/devicecorrection.h"
+#include "pluginobject/shadingcorrection/process/entrytables.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 #include "pluginobject/shadingcorrection/process/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/frameseries.h"
@@ -124,6 +125,7 @@ int32_t CVignettingCorrectionPro_Dev::AcquireBrightImage()
   if (CheckFrameSize(m_deviceFeatures, m_stFormat) == PLUGIN_STATUS_BUFFER_SIZE_ERROR) {
     m_bright.Drop();
   }
+  m_stInfo.nFrameCount = GetPossibleFrameCount(m_stInfo.nFrameCount);
   const CScopeGuard restore([this] {
     m_bright.EndAcquisition();
     RestoreDeviceParam();
@@ -237,7 +239,7 @@ int32_t CVignettingCorrectionPro_Dev::LoadFromFlash()
                             .Then([&] { return SwitchCorrectionOn(m_deviceFeatures); })
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    TakeRecord(GetRecord(image), m_stInfo);
+    m_stInfo = GetRecord(image);
   }
   return nStatus;
 }

@@ -77,21 +77,6 @@ TEST_F(DeviceCorrection, ASizeThatCannotBeHadLeavesNoMemoryOfTheFormerSize)
   EXPECT_FALSE(m_image.IsAllocated());
 }
 
-TEST_F(DeviceCorrection, ARecordIsTakenOverButForAFrameCountThatNoCameraHas)
-{
-  FFCInfo stInfo = {9, 9, 4, 9, 9, 99};
-  for (const uint32_t nFrameCount : {1U, 2U, 8U, 16U}) {
-    TakeRecord({1, 2, nFrameCount, 3, 5, 6}, stInfo);
-    EXPECT_EQ(nFrameCount, stInfo.nFrameCount);
-    EXPECT_EQ(6U, stInfo.nExpectGray);
-  }
-  for (const uint32_t nFrameCount : {0U, 3U, 17U, 0xFFFFFFFFU}) {
-    TakeRecord({1, 2, nFrameCount, 3, 5, 7}, stInfo);
-    EXPECT_EQ(16U, stInfo.nFrameCount) << nFrameCount;
-    EXPECT_EQ(7U, stInfo.nExpectGray);
-  }
-}
-
 TEST_F(DeviceCorrection, IsSwitchedOnAndOff)
 {
   EXPECT_EQ(0, SwitchCorrectionOn(Features()));

@@ -116,6 +116,22 @@ TEST_F(DeviceFile, IsWrittenWithItsRecordExchangedAndItsBodyAsItIs)
   EXPECT_EQ("On", GetCorrection());
 }
 
+TEST_F(DeviceFile, AFrameCountThatNoEntryHasBecomesOneFrameInTheNextAcquisition)
+{
+  for (const uint32_t nFrameCount : {3U, 17U, 100U, 0xFFFFFFFFU}) {
+    QByteArray bytes = MakeFile();
+    for (int nByte = 0; nByte < 4; ++nByte) {
+      // The bytes of each pair stand exchanged.
+      bytes[BODY_SIZE + 8 + (nByte ^ 1)] = static_cast<char>(nFrameCount >> (8 * nByte) & 0xFFU);
+    }
+    EXPECT_EQ(0, LoadBytes(bytes));
+    EXPECT_EQ(nFrameCount, GetInfo()[2]);
+    EXPECT_EQ(0, m_rig.AcquireBright(100)) << nFrameCount;
+    EXPECT_EQ(1, m_rig.GetFrameCount()) << nFrameCount;
+    EXPECT_EQ(1U, GetInfo()[2]) << nFrameCount;
+  }
+}
+
 TEST_F(DeviceFile, LoadedTwiceGivesTheSameRecord)
 {
   EXPECT_EQ(0, LoadBytes(MakeFile()));

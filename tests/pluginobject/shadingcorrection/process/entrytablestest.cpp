@@ -41,6 +41,16 @@ TEST(EntryTables, EachFrameCountEntryGivesItsCount)
   EXPECT_EQ(16U, ApplyTo(99, "FFCFrameCount_16"));
 }
 
+TEST(EntryTables, OnlyTheCountsOfEntriesAndNoneArePossible)
+{
+  for (const uint32_t nFrameCount : {0U, 1U, 2U, 4U, 8U, 16U}) {
+    EXPECT_EQ(nFrameCount, GetPossibleFrameCount(nFrameCount));
+  }
+  for (const uint32_t nFrameCount : {3U, 5U, 15U, 17U, 32U, 0x80000000U, 0xFFFFFFFFU}) {
+    EXPECT_EQ(1U, GetPossibleFrameCount(nFrameCount));
+  }
+}
+
 TEST(EntryTables, AnyOtherNameLeavesTheFrameCount)
 {
   for (const char *pName : {"", "FFCFrameCount_", "FFCFrameCount_3", "FFCFrameCount_32", "FFCFrameCount_16 ",

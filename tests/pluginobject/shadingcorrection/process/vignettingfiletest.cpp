@@ -143,6 +143,20 @@ TEST_F(VignettingFile, OfCoefficientsWhoseRecordSaysAnotherSizeIsNotSaved)
   EXPECT_EQ(QStringList{"a.ffc"}, ListFiles());
 }
 
+TEST_F(VignettingFile, AFrameCountThatNoEntryHasBecomesOneFrameInTheNextAcquisition)
+{
+  for (const uint32_t nFrameCount : {3U, 17U, 100U, 0xFFFFFFFFU}) {
+    std::vector<uint8_t> listBytes(SIZE - 24, 0xA5);
+    for (const uint8_t nByte : MakeRecord({1, 2, nFrameCount, 2, SIZE, 7})) {
+      listBytes.push_back(nByte);
+    }
+    EXPECT_EQ(0, Load(ToArray(listBytes)));
+    EXPECT_EQ(0, m_rig.AcquireBright(100)) << nFrameCount;
+    EXPECT_EQ(1, m_rig.GetFrameCount()) << nFrameCount;
+    EXPECT_EQ(1U, m_rig.Process().GetCorrectionInfo().nFrameCount) << nFrameCount;
+  }
+}
+
 TEST_F(VignettingFile, AnyOtherWordOfTheRecordIsTakenAsItIs)
 {
   std::vector<uint8_t> listBytes(SIZE - 24, 0xA5);

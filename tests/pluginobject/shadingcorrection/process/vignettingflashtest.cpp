@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
@@ -43,20 +41,6 @@ TEST_F(VignettingFlash, AnAcquisitionAfterALoadTakesAsManyFramesAsTheRecordSays)
   EXPECT_EQ(0, m_rig.Correct(100));
   EXPECT_EQ(4, m_rig.GetFrameCount());
   EXPECT_EQ((Words{1, 2, 4, 2, 72, 7}), m_rig.GetInfo());
-}
-
-TEST_F(VignettingFlash, AFrameCountThatNoCameraHasLeavesTheFormerOne)
-{
-  constexpr std::size_t FRAME_COUNT = 72 - 24 + 2 * 4;
-  for (const uint8_t nByte : {uint8_t{0}, uint8_t{3}, uint8_t{255}}) {
-    Bytes listFlash = MakeCoefficients(72, 72);
-    std::fill_n(listFlash.begin() + FRAME_COUNT, 4, nByte);
-    Keep(listFlash);
-    EXPECT_EQ(0, Load()) << int{nByte};
-    EXPECT_EQ((Words{1, 2, 1, 2, 72, 7}), m_rig.GetInfo()) << int{nByte};
-    EXPECT_EQ(0, m_rig.AcquireBright(100)) << int{nByte};
-    EXPECT_EQ(1, m_rig.GetFrameCount()) << int{nByte};
-  }
 }
 
 TEST_F(VignettingFlash, ARecordOfAnotherSizeIsRefused)
