@@ -75,7 +75,10 @@ TEST_P(FrameFaults, AreToldOrSurvivedAndTheNextFramesAreGood)
     if (m_rig.GetMode() == EMode::Vignetting && eOperation == EOperation::Dark) {
       continue;
     }
-    m_rig.Camera().Float("ExposureTime").Poke(SHORT_EXPOSURE);
+    if (GetBox() == TIMEOUT_TEXT) {
+      // Only where nothing comes in time anyway: a busy machine may need longer for a frame.
+      m_rig.Camera().Float("ExposureTime").Poke(SHORT_EXPOSURE);
+    }
     const Settings mapBefore = m_rig.TakeSettings();
     std::get<2>(GetParam()).fnArrange(m_rig);
     const SOutcome stOutcome = m_rig.Do(eOperation);

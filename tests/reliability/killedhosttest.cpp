@@ -123,5 +123,6 @@ TEST_F(KilledHost, SaysSoWhereTheCameraHasNoUserSets)
   host.start(FFCHOST, {"--restore-settings", "--size", "128x128"});
   ASSERT_TRUE(host.waitForFinished(LIMIT_MS));
   EXPECT_EQ(1, host.exitCode());
-  EXPECT_EQ("ffchost: this camera has no user set \"UserSet0\"\n", host.readAllStandardError().toStdString());
+  EXPECT_EQ("ffchost: this camera has no user set \"UserSet0\"\n",
+            host.readAllStandardError().replace("\r\n", "\n").toStdString());
 }

@@ -14,5 +14,5 @@ public:
   CFailingNew &operator=(const CFailingNew &) = delete;
 };
 
-/// What this program has taken with new, with or without exceptions, and not yet given back.
+/// What this program has taken without exceptions and not yet given back.
 int64_t CountLiveAllocations();
