@@ -185,8 +185,8 @@ TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)
   EXPECT_FALSE(stHelp.bRun);
   EXPECT_EQ(stHelp.nExitCode, 0);
   for (const char *pOption :
-       {"--headless", "--plugin", "--camera", "--list-cameras", "--pixel-format", "--size", "--frames", "--expect-gray", "--seed",
-        "--language", "--out", "--save-frames", "--mode", "--flash", "--block-size"}) {
+       {"--headless", "--plugin", "--camera", "--list-cameras", "--pixel-format", "--size", "--frames", "--expect-gray",
+        "--seed", "--language", "--out", "--save-frames", "--mode", "--flash", "--block-size"}) {
     EXPECT_NE(stHelp.strText.find(pOption), std::string::npos) << pOption;
   }
   const SCommandLine stVersion = Parse({"--version"});

@@ -15,7 +15,8 @@ std::atomic<uint64_t> s_nLargestFile{UINT64_MAX};
 FnWriteFile s_fnWriteFile = nullptr;
 
 // What the toolkit calls meanwhile in place of the system's function.
-BOOL WINAPI WriteWhileThereIsRoom(HANDLE hFile, LPCVOID pBytes, DWORD nBytes, LPDWORD pnWritten, LPOVERLAPPED pOverlapped)
+BOOL WINAPI WriteWhileThereIsRoom(HANDLE hFile, LPCVOID pBytes, DWORD nBytes, LPDWORD pnWritten,
+                                  LPOVERLAPPED pOverlapped)
 {
   LARGE_INTEGER stPosition = {};
   const bool bFile = GetFileType(hFile) == FILE_TYPE_DISK &&

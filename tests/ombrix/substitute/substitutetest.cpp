@@ -26,8 +26,8 @@ SRun RunHostWith(const char *pImageLibrary)
   EXPECT_TRUE(QFile::copy(FFC_MODULE_FILE, dir.filePath("FlatFieldCorrection.plx")));
   EXPECT_TRUE(QFile::copy(pImageLibrary, dir.filePath("Ombrix.dll")));
   QProcess process;
-  process.start(dir.filePath("ffchost.exe"),
-                {"--headless", "--size", "64x64", "--frames", "1", "--pixel-format", "Mono12", "--out", dir.filePath("out")});
+  process.start(dir.filePath("ffchost.exe"), {"--headless", "--size", "64x64", "--frames", "1", "--pixel-format",
+                                              "Mono12", "--out", dir.filePath("out")});
   EXPECT_TRUE(process.waitForFinished(RUN_LIMIT_MS));
   SRun stRun;
   stRun.nExitCode = process.exitCode();
