@@ -1,34 +1,20 @@
 #include "host/window/background.h"
 
 #include <new>
+#include <system_error>
 #include <utility>
 
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QMetaObject>
-#include <QRunnable>
 
-namespace {
-
-class CWork final : public QRunnable {
-public:
-  explicit CWork(std::function<void()> fnRun) : m_fnRun(std::move(fnRun)) {}
-  void run() override { m_fnRun(); }
-
-private:
-  std::function<void()> m_fnRun;
-};
-
-} // namespace
-
-CBackground::CBackground(QObject *pParent) : QObject(pParent)
-{
-  m_pool.setMaxThreadCount(1);
-}
+CBackground::CBackground(QObject *pParent) : QObject(pParent) {}
 
 CBackground::~CBackground()
 {
-  m_pool.waitForDone();
+  if (m_thread.joinable()) {
+    m_thread.join();
+  }
 }
 
 void CBackground::Wait()
@@ -43,23 +29,40 @@ bool CBackground::Start(std::function<std::function<void()>()> fnWork)
   if (m_bBusy) {
     return false;
   }
+  try {
+    m_thread = std::thread([this, fnWork = std::move(fnWork)] { Run(fnWork); });
+  } catch (const std::system_error &) {
+    return false;
+  }
   m_bBusy = true;
-  m_pool.start(new CWork([this, fnWork = std::move(fnWork)] {
-    std::function<void()> fnWhenDone;
-    try {
-      fnWhenDone = fnWork();
-    } catch (const std::bad_alloc &) {
-      fnWhenDone = nullptr;
-    }
-    QMetaObject::invokeMethod(
-      this,
-      [this, fnWhenDone = std::move(fnWhenDone)] {
-        m_bBusy = false;
-        if (fnWhenDone) {
-          fnWhenDone();
-        }
-      },
-      Qt::QueuedConnection);
-  }));
   return true;
+}
+
+void CBackground::Run(const std::function<std::function<void()>()> &fnWork)
+{
+  std::function<void()> fnWhenDone;
+  try {
+    fnWhenDone = fnWork();
+  } catch (const std::bad_alloc &) {
+    fnWhenDone = nullptr;
+  }
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_fnWhenDone = std::move(fnWhenDone);
+  }
+  QMetaObject::invokeMethod(this, "SlotFinished", Qt::QueuedConnection);
+}
+
+void CBackground::SlotFinished()
+{
+  m_thread.join();
+  std::function<void()> fnWhenDone;
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    fnWhenDone.swap(m_fnWhenDone);
+  }
+  m_bBusy = false;
+  if (fnWhenDone) {
+    fnWhenDone();
+  }
 }

@@ -3,9 +3,10 @@
 #pragma once
 
 #include <functional>
+#include <mutex>
+#include <thread>
 
 #include <QObject>
-#include <QThreadPool>
 
 /// Runs one piece of work at a time on a thread of its own, and what is to be done with the result on the thread of
 /// this object afterwards, through its event loop. Destroying it waits for work under way; its result is dropped.
@@ -21,10 +22,17 @@ public:
   void Wait();
   /// \param fnWork on the other thread; returns what to do with the result; memory that is
   /// short ends the work without
-  /// \return false while busy; nothing is done then
+  /// \return false while busy, or when there is no thread to be had; nothing is done then
   bool Start(std::function<std::function<void()>()> fnWork);
 
+private slots:
+  void SlotFinished();
+
 private:
-  QThreadPool m_pool;
+  void Run(const std::function<std::function<void()>()> &fnWork);
+
+  std::thread m_thread;
   bool m_bBusy = false; ///< of this object's thread
+  std::mutex m_mutex;   ///< guards what follows
+  std::function<void()> m_fnWhenDone;
 };
