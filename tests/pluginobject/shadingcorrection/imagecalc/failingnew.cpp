@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <limits>
 #include <mutex>
@@ -125,8 +124,18 @@ int64_t CountLiveAllocations()
 
 void *TakeZeroedMemory(std::size_t nSize) noexcept
 {
-  void *const pMemory = TakeUnlessFailing(nSize);
-  return pMemory == nullptr ? nullptr : std::memset(pMemory, 0, nSize);
+  // Zeroed by the system: a frame that is never written costs nothing here either.
+  void *const pProbe = TakeUnlessFailing(1);
+  if (pProbe == nullptr) {
+    return nullptr;
+  }
+  Give(pProbe);
+  void *const pMemory = std::calloc(nSize == 0 ? 1 : nSize, 1);
+  if (pMemory != nullptr) {
+    const std::lock_guard<std::mutex> lock(GetLive().m_mutex);
+    GetLive().m_setMemory.insert(pMemory);
+  }
+  return pMemory;
 }
 
 void GiveZeroedMemory(void *pMemory) noexcept
