@@ -62,26 +62,26 @@ void *Take(std::size_t nSize) noexcept
   return std::malloc(nSize == 0 ? 1 : nSize);
 }
 
-void *TakeCounted(std::size_t nSize) noexcept
+// Zeroed by the system: a frame that is never written costs nothing here either.
+void *TakeZeroed(std::size_t nSize) noexcept
 {
-  void *const pMemory = Take(nSize);
+  return std::calloc(nSize == 0 ? 1 : nSize, 1);
+}
+
+void *TakeUnlessFailing(std::size_t nSize, void *(*fnTake)(std::size_t) noexcept = Take) noexcept
+{
+  if (s_nSuccesses == 0) {
+    return nullptr;
+  }
+  if (s_nSuccesses != NEVER_FAILING) {
+    --s_nSuccesses;
+  }
+  void *const pMemory = fnTake(nSize);
   if (pMemory != nullptr) {
     const std::lock_guard<std::mutex> lock(GetLive().m_mutex);
     GetLive().m_setMemory.insert(pMemory);
   }
   return pMemory;
-}
-
-void *TakeUnlessFailing(std::size_t nSize) noexcept
-{
-  if (s_nSuccesses == NEVER_FAILING) {
-    return TakeCounted(nSize);
-  }
-  if (s_nSuccesses == 0) {
-    return nullptr;
-  }
-  --s_nSuccesses;
-  return TakeCounted(nSize);
 }
 
 void *TakeOrThrow(std::size_t nSize)
@@ -124,18 +124,7 @@ int64_t CountLiveAllocations()
 
 void *TakeZeroedMemory(std::size_t nSize) noexcept
 {
-  // Zeroed by the system: a frame that is never written costs nothing here either.
-  void *const pProbe = TakeUnlessFailing(1);
-  if (pProbe == nullptr) {
-    return nullptr;
-  }
-  Give(pProbe);
-  void *const pMemory = std::calloc(nSize == 0 ? 1 : nSize, 1);
-  if (pMemory != nullptr) {
-    const std::lock_guard<std::mutex> lock(GetLive().m_mutex);
-    GetLive().m_setMemory.insert(pMemory);
-  }
-  return pMemory;
+  return TakeUnlessFailing(nSize, TakeZeroed);
 }
 
 void GiveZeroedMemory(void *pMemory) noexcept
