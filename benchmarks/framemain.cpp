@@ -11,7 +11,7 @@
 
 #include "benchmarks/pluginbench.h"
 #include "ombrix/flatfield.h"
-#include "pluginobject/shadingcorrection/process/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
 
 namespace {

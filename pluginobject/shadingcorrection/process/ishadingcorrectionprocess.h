@@ -8,7 +8,7 @@
 #include <QObject>
 
 #include "pluginobject/pluginrecords.h"
-#include "pluginobject/shadingcorrection/process/ffcinfo.h"
+#include "pluginobject/shadingcorrection/process/coefficients/ffcinfo.h"
 
 /// A correction process. It owns its frames and coefficients; it shows no message.
 ///

@@ -4,14 +4,14 @@
 #include <limits>
 #include <utility>
 
-#include "pluginobject/shadingcorrection/process/balancerun.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
-#include "pluginobject/shadingcorrection/process/coefficientimage.h"
-#include "pluginobject/shadingcorrection/process/devicecorrection.h"
-#include "pluginobject/shadingcorrection/process/entrytables.h"
+#include "pluginobject/shadingcorrection/process/camerastate/balancerun.h"
+#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
+#include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
+#include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
-#include "pluginobject/shadingcorrection/process/ffcfile.h"
-#include "pluginobject/shadingcorrection/process/frameseries.h"
 #include "pluginobject/shadingcorrection/process/scopeguard.h"
 #include "pluginobject/statuscode.h"
 

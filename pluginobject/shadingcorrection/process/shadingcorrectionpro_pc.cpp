@@ -3,13 +3,13 @@
 #include <utility>
 #include <vector>
 
-#include "pluginobject/shadingcorrection/process/entrytables.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
+#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
+#include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
+#include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
-#include "pluginobject/shadingcorrection/process/ffcfile.h"
-#include "pluginobject/shadingcorrection/process/frameseries.h"
-#include "pluginobject/shadingcorrection/process/hosttable.h"
 #include "pluginobject/shadingcorrection/process/scopeguard.h"
-#include "pluginobject/shadingcorrection/process/waittimeout.h"
 #include "pluginobject/statuscode.h"
 
 namespace {

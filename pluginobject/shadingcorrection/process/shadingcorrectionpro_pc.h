@@ -9,16 +9,16 @@
 #include <QFile>
 
 #include "pluginobject/featureaccess.h"
-#include "pluginobject/shadingcorrection/process/brightfield.h"
-#include "pluginobject/shadingcorrection/process/filechooser.h"
-#include "pluginobject/shadingcorrection/process/framebuffer.h"
-#include "pluginobject/shadingcorrection/process/frameexchange.h"
-#include "pluginobject/shadingcorrection/process/frameformat.h"
-#include "pluginobject/shadingcorrection/process/framejudge.h"
-#include "pluginobject/shadingcorrection/process/hostcoefficients.h"
-#include "pluginobject/shadingcorrection/process/hoststreamguard.h"
+#include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
+#include "pluginobject/shadingcorrection/process/camerastate/hoststreamguard.h"
+#include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
+#include "pluginobject/shadingcorrection/process/coefficients/filechooser.h"
+#include "pluginobject/shadingcorrection/process/coefficients/hostcoefficients.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
-#include "pluginobject/shadingcorrection/process/whitebalance.h"
 #include "pluginobject/statuscode.h"
 
 /// Takes a dark frame and an averaged bright frame from the running stream, has Ombrix compute a

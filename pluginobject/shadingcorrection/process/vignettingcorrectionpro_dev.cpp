@@ -4,15 +4,15 @@
 
 #include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
+#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
-#include "pluginobject/shadingcorrection/process/coefficientimage.h"
-#include "pluginobject/shadingcorrection/process/devicecorrection.h"
-#include "pluginobject/shadingcorrection/process/entrytables.h"
+#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
+#include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
+#include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
-#include "pluginobject/shadingcorrection/process/ffcfile.h"
-#include "pluginobject/shadingcorrection/process/frameseries.h"
 #include "pluginobject/shadingcorrection/process/scopeguard.h"
-#include "pluginobject/shadingcorrection/process/waittimeout.h"
 #include "pluginobject/statuscode.h"
 
 namespace {

@@ -7,16 +7,16 @@
 #include <string>
 
 #include "pluginobject/featureaccess.h"
-#include "pluginobject/shadingcorrection/process/brightfield.h"
-#include "pluginobject/shadingcorrection/process/devicesettings.h"
-#include "pluginobject/shadingcorrection/process/filechooser.h"
-#include "pluginobject/shadingcorrection/process/framebuffer.h"
-#include "pluginobject/shadingcorrection/process/frameexchange.h"
-#include "pluginobject/shadingcorrection/process/frameformat.h"
-#include "pluginobject/shadingcorrection/process/framejudge.h"
+#include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
+#include "pluginobject/shadingcorrection/process/camerastate/streamingstate.h"
+#include "pluginobject/shadingcorrection/process/camerastate/triggerguard.h"
+#include "pluginobject/shadingcorrection/process/coefficients/devicesettings.h"
+#include "pluginobject/shadingcorrection/process/coefficients/filechooser.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
-#include "pluginobject/shadingcorrection/process/streamingstate.h"
-#include "pluginobject/shadingcorrection/process/triggerguard.h"
 #include "pluginobject/statuscode.h"
 
 /// Takes an averaged bright frame at the camera's own bit depth, computes gains per block that lift the

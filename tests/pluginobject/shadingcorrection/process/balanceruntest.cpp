@@ -1,4 +1,4 @@
-#include "pluginobject/shadingcorrection/process/balancerun.h"
+#include "pluginobject/shadingcorrection/process/camerastate/balancerun.h"
 
 #include <gtest/gtest.h>
 

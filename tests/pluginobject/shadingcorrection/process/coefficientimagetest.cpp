@@ -1,4 +1,4 @@
-#include "pluginobject/shadingcorrection/process/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
 
 #include <numeric>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "pluginobject/shadingcorrection/process/deviceparamguard.h"
+#include "pluginobject/shadingcorrection/process/camerastate/deviceparamguard.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "pluginobject/shadingcorrection/process/devicesettings.h"
+#include "pluginobject/shadingcorrection/process/coefficients/devicesettings.h"
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/streamingstate.h"
-#include "pluginobject/shadingcorrection/process/triggerguard.h"
-#include "pluginobject/shadingcorrection/process/userset.h"
+#include "pluginobject/shadingcorrection/process/camerastate/streamingstate.h"
+#include "pluginobject/shadingcorrection/process/camerastate/triggerguard.h"
+#include "pluginobject/shadingcorrection/process/camerastate/userset.h"
 #include "tests/support/correctingcamera.h"
 
 namespace {

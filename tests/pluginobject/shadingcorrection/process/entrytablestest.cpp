@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
-#include "pluginobject/shadingcorrection/process/entrytables.h"
+#include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/support/fullvolume.h"
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 
 namespace {

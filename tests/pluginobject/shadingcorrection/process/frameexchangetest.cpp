@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/frameexchange.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 
 namespace {

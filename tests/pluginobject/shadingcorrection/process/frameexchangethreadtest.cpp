@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/frameexchange.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
 namespace {

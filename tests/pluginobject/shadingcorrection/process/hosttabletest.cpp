@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/hosttable.h"
+#include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 

@@ -1,4 +1,4 @@
-#include "pluginobject/shadingcorrection/process/savedentry.h"
+#include "pluginobject/shadingcorrection/process/camerastate/savedentry.h"
 
 #include <gtest/gtest.h>
 

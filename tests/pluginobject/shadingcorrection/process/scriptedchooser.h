@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/filechooser.h"
+#include "pluginobject/shadingcorrection/process/coefficients/filechooser.h"
 
 /// Answers with a name, and keeps what was asked.
 class CScriptedChooser : public IFileChooser {

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "pluginobject/shadingcorrection/process/framebuffer.h"
-#include "pluginobject/shadingcorrection/process/frameformat.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
 /// PFNC codes of the formats that the tests use.

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/waittimeout.h"
+#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
 
 TEST(WaitTimeout, IsTheExposureInMillisecondsAndASecond)
 {

@@ -1,0 +1,39 @@
+/// \file
+/// The average of a run of bright frames.
+#pragma once
+
+#include <cstdint>
+
+#include "pluginobject/shadingcorrection/process/acquisition/frameaccumulator.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
+
+/// Averages frames that arrive in an exchange, and keeps the average. User-interface thread only.
+class CBrightField {
+public:
+  /// \param exchange outlives this object; its buffer is this object's matter from Allocate to EndAcquisition
+  explicit CBrightField(CFrameExchange &exchange) : m_exchange(exchange) {}
+
+  /// Takes zeroed memory for frames of nSize bytes: the average, its sums and the exchange's buffer.
+  /// \return 0, or -2
+  int32_t Allocate(uint64_t nSize);
+  /// Adds the frame in the exchange. \return -1012 for a frame smaller than its format says
+  int32_t Add(const SFrameFormat &stFormat);
+  /// Computes the average of nFrameCount added frames. \return 0, or a mapped status of the image statistics
+  int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat);
+  /// Frees what only an acquisition needs.
+  void EndAcquisition();
+  /// Frees the average.
+  void Drop() { m_average.Release(); }
+
+  /// Half an average is no bright field: drops it unless the status of the acquisition is 0.
+  int32_t KeepOnSuccess(int32_t nStatus);
+
+  const CFrameBuffer &GetAverage() const { return m_average; }
+
+private:
+  CFrameExchange &m_exchange;
+  CFrameAccumulator m_accumulator;
+  CFrameBuffer m_average;
+};

@@ -1,0 +1,60 @@
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include "pluginobject/statuscode.h"
+
+bool CFrameExchange::AllocateBuffer(uint64_t nSize)
+{
+  // The host counts the bytes of a frame in 32 bits: a larger one never comes.
+  constexpr uint64_t LARGEST = std::numeric_limits<uint32_t>::max();
+  // Made outside the lock, so that the frame thread never waits for an allocation.
+  CFrameBuffer buffer;
+  const bool bAllocated = nSize <= LARGEST && buffer.Allocate(nSize);
+  const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+  m_buffer = std::move(buffer);
+  m_nWritten = 0;
+  return bAllocated;
+}
+
+void CFrameExchange::ReleaseBuffer()
+{
+  WithdrawRequest();
+  const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+  m_buffer.Release();
+}
+
+void CFrameExchange::ZeroBuffer()
+{
+  const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+  m_buffer.ZeroFirst(m_nWritten);
+  m_nWritten = 0;
+}
+
+void CFrameExchange::BeginRequests()
+{
+  ForgetFrame();
+  RequestFrame();
+}
+
+int32_t CFrameExchange::WaitFrame(uint32_t nTimeout)
+{
+  const bool bReady = WaitFrameReady(nTimeout);
+  if (m_bStop) {
+    return PLUGIN_STATUS_NEED_BAYER_FORMAT;
+  }
+  return bReady ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_BUFFER_TIMEOUT;
+}
+
+void CFrameExchange::ReceiveFrame(const void *pFrame, uint32_t nSize)
+{
+  const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+  if (pFrame != nullptr && m_buffer.IsAllocated()) {
+    const uint64_t nBytes = std::min<uint64_t>(nSize, m_buffer.GetSize());
+    std::memcpy(m_buffer.GetData(), pFrame, nBytes);
+    m_nWritten = std::max(m_nWritten, nBytes);
+  }
+}

@@ -1,0 +1,64 @@
+/// \file
+/// Hands single frames from the thread that delivers them to an operation that waits for them.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+
+#include "platform/criticalsection.h"
+#include "platform/event.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+
+/// Two auto-reset events (image-ready, image-request), the acquisition buffer and the stop flag.
+///
+/// An operation on the user-interface thread allocates the buffer, requests a frame and waits; the frame
+/// thread polls for the request, copies its frame and signals. The buffer has a lock of its own, held for
+/// one copy or one use: a frame that comes late, twice or longer than the buffer never touches memory
+/// that is freed, in use or not its own.
+class CFrameExchange {
+public:
+  // User-interface thread.
+
+  /// Takes a zeroed buffer of nSize bytes. \return false when there is no memory, or no frame can be so large
+  bool AllocateBuffer(uint64_t nSize);
+  /// Frees the buffer and withdraws a pending request.
+  void ReleaseBuffer();
+  void ZeroBuffer();
+
+  /// Forgets an earlier frame and asks for the first one.
+  void BeginRequests();
+  /// Asks for one more frame.
+  void RequestFrame() { m_eventImageRequest.Set(); }
+  void ForgetFrame() { m_eventImageReady.Reset(); }
+  void WithdrawRequest() { m_eventImageRequest.Reset(); }
+  /// Waits for a frame: 0, -1017 when the stop flag is set (even if the frame came), -1009 when none came.
+  int32_t WaitFrame(uint32_t nTimeout);
+  /// Waits for a frame, whatever the stop flag. \return true when it came
+  bool WaitFrameReady(uint32_t nTimeout) { return m_eventImageReady.Wait(nTimeout) == WAIT_RESULT_SIGNALLED; }
+
+  /// Lets fnUse(const CFrameBuffer &) work on the received frame, which stays as it is meanwhile.
+  template <typename TUse>
+  auto UseFrame(TUse fnUse)
+  {
+    const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+    return fnUse(static_cast<const CFrameBuffer &>(m_buffer));
+  }
+
+  // Frame thread.
+
+  /// Copies a frame into the buffer, as much of it as fits; without a buffer or a frame does nothing.
+  void ReceiveFrame(const void *pFrame, uint32_t nSize);
+  void SetFrameReady() { m_eventImageReady.Set(); }
+  /// Polls and consumes the request: an EWaitResult.
+  uint32_t PollRequest() { return m_eventImageRequest.Wait(0); }
+  void SetStopFlag(bool bStop) { m_bStop = bStop; }
+
+private:
+  CEvent m_eventImageReady;
+  CEvent m_eventImageRequest;
+  std::atomic<bool> m_bStop{false};
+  CCriticalSection m_lockBuffer;
+  CFrameBuffer m_buffer;
+  uint64_t m_nWritten = 0; // bytes of the buffer that frames have touched
+};

@@ -1,0 +1,33 @@
+#include "pluginobject/shadingcorrection/process/camerastate/hoststreamguard.h"
+
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+
+void CHostStreamGuard::Reset()
+{
+  m_streaming = CStreamingState();
+  m_trigger.Forget();
+  m_streamMode.Forget();
+}
+
+void CHostStreamGuard::SaveStreamMode(const CFeatureAccess &streamFeatures)
+{
+  (void)m_streamMode.Save(streamFeatures);
+}
+
+int32_t CHostStreamGuard::Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures)
+{
+  return CFeatureChain()
+    .Then([&] { return m_trigger.SwitchOff(deviceFeatures); })
+    .Then([&]() -> int32_t {
+      return !m_streamMode.Get().empty() && m_streamMode.Get() != "NewestOnly"
+               ? m_streamMode.Replace(streamFeatures, "NewestOnly")
+               : PLUGIN_STATUS_SUCCESS;
+    })
+    .Status();
+}
+
+void CHostStreamGuard::Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures)
+{
+  m_trigger.Restore(deviceFeatures);
+  m_streamMode.Restore(streamFeatures);
+}

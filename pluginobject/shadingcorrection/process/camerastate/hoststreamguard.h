@@ -1,0 +1,35 @@
+/// \file
+/// Trigger and stream settings that a host-side acquisition changes.
+#pragma once
+
+#include <cstdint>
+
+#include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/process/camerastate/savedentry.h"
+#include "pluginobject/shadingcorrection/process/camerastate/streamingstate.h"
+#include "pluginobject/shadingcorrection/process/camerastate/triggerguard.h"
+
+/// Saves the trigger mode, the stream's buffer handling and whether the stream was running; sets what an
+/// acquisition needs; puts the saved values back. User-interface thread only.
+class CHostStreamGuard {
+public:
+  /// Forgets everything saved, but for what the camera has refused to take back.
+  void Reset();
+
+  CStreamingState &Streaming() { return m_streaming; }
+  int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures) { return m_trigger.Save(deviceFeatures); }
+  /// A stream without buffer handling is no failure.
+  void SaveStreamMode(const CFeatureAccess &streamFeatures);
+  /// Whether the stream was running when it was saved.
+  bool WasStreaming() const { return m_streaming.WasStreaming(); }
+
+  /// Trigger "Off", buffer handling "NewestOnly", each only where it is something else.
+  int32_t Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
+  /// Writes what was saved; failures are ignored.
+  void Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
+
+private:
+  CStreamingState m_streaming;
+  CTriggerGuard m_trigger;
+  CSavedEntry m_streamMode{"StreamBufferHandlingMode"}; // empty: the stream has none
+};

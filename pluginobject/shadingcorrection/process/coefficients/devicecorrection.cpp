@@ -1,0 +1,81 @@
+#include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
+
+#include <limits>
+
+#include "pluginobject/shadingcorrection/process/camerastate/userset.h"
+#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+
+int32_t ReadCoefficientsSize(const CFeatureAccess &features, uint64_t &nSize)
+{
+  int64_t nValue = 0;
+  const int32_t nStatus = features.GetIntFeature("FFCCoefficientsSize", nValue);
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    nSize = static_cast<uint64_t>(nValue);
+  }
+  return nStatus;
+}
+
+int32_t AllocateCoefficients(uint64_t nSize, CFrameBuffer &image)
+{
+  // A failure of either kind leaves nothing behind.
+  image.Release();
+  const bool bAllocated = nSize <= std::numeric_limits<uint32_t>::max() && image.Allocate(nSize);
+  return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
+}
+
+int32_t InitCoefficients(const CFeatureAccess &features, FFCInfo &stInfo, CFrameBuffer &image)
+{
+  uint64_t nSize = 0;
+  return CFeatureChain()
+    .Then([&] { return ReadCoefficientsSize(features, nSize); })
+    .Then([&] {
+      stInfo.nCoefficientsSize = static_cast<uint32_t>(nSize);
+      return AllocateCoefficients(nSize, image);
+    })
+    .Status();
+}
+
+int32_t SwitchCorrectionOn(const CFeatureAccess &features)
+{
+  return features.SetEnumFeature("FlatFieldCorrection", "On");
+}
+
+int32_t SwitchCorrectionOff(const CFeatureAccess &features)
+{
+  return features.SetEnumFeature("FlatFieldCorrection", "Off");
+}
+
+int32_t ReadCoefficients(const CFeatureAccess &features, CFrameBuffer &image)
+{
+  return features.ReadRegisterFeature("FFCValueAll", image.GetData(), static_cast<int64_t>(image.GetSize()));
+}
+
+int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, FFCInfo &stInfo)
+{
+  const int32_t nStatus =
+    features.WriteRegisterFeature("FFCValueAll", image.GetData(), static_cast<int64_t>(image.GetSize()));
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  stInfo = GetRecord(image);
+  return SwitchCorrectionOn(features);
+}
+
+int32_t LoadFlashCoefficients(const CFeatureAccess &features, CFrameBuffer &image)
+{
+  return CFeatureChain()
+    .Then([&] { return features.ExecuteCommand("FFCFlashLoad"); })
+    .Then([&] { return ReadCoefficients(features, image); })
+    .Status();
+}
+
+int32_t SaveFlashCoefficients(const CFeatureAccess &features)
+{
+  return CFeatureChain()
+    .Then([&] { return features.ExecuteCommand("FFCFlashSave"); })
+    .Then([&] { return SwitchCorrectionOn(features); })
+    .Then([&] { return SaveUserSet(features, "UserSet0"); })
+    .Then([&] { return features.SetEnumFeature("UserSetDefault", "UserSet0"); })
+    .Status();
+}

@@ -1,0 +1,42 @@
+#include "pluginobject/shadingcorrection/process/coefficients/devicesettings.h"
+
+#include "pluginobject/shadingcorrection/process/featurechain.h"
+
+bool ReadIsColorCamera(const CFeatureAccess &features)
+{
+  bool bColor = false;
+  (void)features.IsFeatureImplemented("PixelColorFilter", bColor);
+  return bColor;
+}
+
+int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, FnApplyBlockEntry fnApplyBlockEntry,
+                           SDeviceSettings &stSettings, FFCInfo &stInfo)
+{
+  std::string strPixelColorFilter;
+  std::string strBlockSize;
+  std::string strFrameCount;
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&]() -> int32_t {
+                              return bColorCamera ? features.GetEnumFeature("PixelColorFilter", strPixelColorFilter)
+                                                  : int32_t{PLUGIN_STATUS_SUCCESS};
+                            })
+                            .Then([&] { return features.GetEnumFeature("FFCBlockSize", strBlockSize); })
+                            .Then([&] { return features.GetEnumFeature("FFCFrameCount", strFrameCount); })
+                            .Status();
+  // Also of a camera that has lost its filter since the last time.
+  stSettings.strPixelColorFilter = strPixelColorFilter;
+  fnApplyBlockEntry(strBlockSize, stSettings.stBlock);
+  stInfo.nBlockSizeCode = stSettings.stBlock.nCode;
+  ApplyFrameCountEntry(strFrameCount, stInfo.nFrameCount);
+  return nStatus;
+}
+
+int32_t WriteFrameCount(const CFeatureAccess &features, const std::string &strEntry, FFCInfo &stInfo)
+{
+  const int32_t nStatus =
+    CFeatureChain().Then([&] { return features.SetEnumFeature("FFCFrameCount", strEntry); }).Status();
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    ApplyFrameCountEntry(strEntry, stInfo.nFrameCount);
+  }
+  return nStatus;
+}

@@ -1,0 +1,37 @@
+/// \file
+/// Reading and writing coefficient files (.ffc): one image of coefficients, without header or version.
+#pragma once
+
+#include <cstdint>
+
+#include <QFile>
+#include <QSaveFile>
+#include <QString>
+
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+
+/// Opens a file for reading. \return 0, or -1004 when it cannot be opened (also: a folder)
+int32_t OpenCoefficientFile(QFile &file);
+
+/// Reads a whole open file of nSize bytes.
+/// \return 0; -1007 when it is empty or shorter; -2 when there is no memory
+int32_t ReadCoefficientFile(QFile &file, uint64_t nSize, CFrameBuffer &data);
+
+/// Writes a file whole or not at all: an existing file stays as it was until the new one is complete.
+class CCoefficientFileWriter {
+public:
+  explicit CCoefficientFileWriter(const QString &strFileName) : m_file(strFileName) {}
+
+  /// \return 0; -1004 when it cannot be opened, or is something else than a file
+  int32_t Open();
+  /// Once, after Open. \return 0, or -1006 when writing fails
+  int32_t Write(const uint8_t *pData, uint64_t nSize);
+  /// Instead of Write: a new file is left behind empty, an existing one stays as it is.
+  void LeaveEmpty();
+
+private:
+  QSaveFile m_file;
+};
+
+/// Opens and writes in one go. \return 0, -1004 or -1006 as above
+int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, uint64_t nSize);
