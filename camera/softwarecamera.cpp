@@ -26,7 +26,7 @@ std::string CSoftwareCamera::AddSelfCorrection(const SCameraDescription &stDescr
   if (stOptions.eMode == ECorrectionMode::Unknown) {
     return {};
   }
-  CWhiteBalance *pWhiteBalance = m_whiteBalance ? &*m_whiteBalance : nullptr;
+  ffc::camera::CWhiteBalance *pWhiteBalance = m_whiteBalance ? &*m_whiteBalance : nullptr;
   m_pSelfCorrection = std::make_unique<CSelfCorrection>(stDescription, stOptions, m_features, pWhiteBalance);
   return m_pSelfCorrection->PowerOn();
 }

@@ -44,8 +44,8 @@ private:
 
   std::string m_strDisplayName;
   CCameraFeatures m_features;
-  std::optional<CWhiteBalance> m_whiteBalance;        ///< of a colour camera
-  std::unique_ptr<CSelfCorrection> m_pSelfCorrection; ///< null when there is none
+  std::optional<ffc::camera::CWhiteBalance> m_whiteBalance; ///< of a colour camera
+  std::unique_ptr<CSelfCorrection> m_pSelfCorrection;       ///< null when there is none
   CSceneState m_scene;
   std::unique_ptr<IFrameSource> m_pSource;
   FrameCallback m_fnCallback;

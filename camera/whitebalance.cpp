@@ -5,6 +5,8 @@
 #include <iterator>
 #include <string>
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr int64_t AUTO_OFF = 0;
@@ -132,3 +134,5 @@ void CWhiteBalance::AdjustTo(const std::array<double, COLOR_COUNT> &adSignal)
     }
   }
 }
+
+} // namespace ffc::camera

@@ -9,6 +9,8 @@
 #include "camera/settinglist.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::camera {
+
 /// Declares BalanceWhiteAuto, BalanceRatioSelector, BalanceRatio and AWBLampHouse, and does what
 /// BalanceWhiteAuto says on each frame: "Once" settles over a few frames and then turns itself "Off".
 class CWhiteBalance {
@@ -40,3 +42,5 @@ private:
   std::array<double, COLOR_COUNT> m_adRatios{1.0, 1.0, 1.0};
   int m_nFramesLeft = 0;
 };
+
+} // namespace ffc::camera

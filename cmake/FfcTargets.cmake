@@ -47,6 +47,10 @@ function(ffc_add_library name kind)
   add_library(${name} ${kind} ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ffc_options PUBLIC ${ARG_LINK})
+  if(kind STREQUAL "STATIC")
+    # For the test that looks for one class in two of them.
+    set_property(GLOBAL APPEND PROPERTY FFC_STATIC_LIBRARIES ${name})
+  endif()
 endfunction()
 
 # ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [ONE_THREAD] [ENVIRONMENT VAR=VALUE ...] [TIMEOUT seconds])

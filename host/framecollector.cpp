@@ -7,6 +7,8 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+namespace ffc::host {
+
 namespace {
 
 constexpr uint32_t POLL_MS = 10;
@@ -63,3 +65,5 @@ bool CFrameCollector::WaitUntil(const std::function<bool()> &fnDone) const
   }
   return bDone;
 }
+
+} // namespace ffc::host

@@ -8,6 +8,8 @@
 
 #include "host/framepipeline.h"
 
+namespace ffc::host {
+
 /// Asks a pipeline for frames and waits for them, with events processed meanwhile.
 ///
 /// Used on the user-interface thread.
@@ -36,3 +38,5 @@ private:
   uint32_t m_nStallMilliseconds;
   std::function<QString()> m_fnTrouble;
 };
+
+} // namespace ffc::host

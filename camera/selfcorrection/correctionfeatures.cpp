@@ -35,6 +35,8 @@ void AddShadingCorrectionMode(CSoftwareNodeMap &deviceMap, ECorrectionMode eMode
   deviceMap.AddEnumeration("ShadingCorrectionMode").Entry(ALL_NAMES[static_cast<int>(eMode)], 0).Access(GenApi::RO);
 }
 
+namespace ffc::camera {
+
 CCorrectionFeatures::CCorrectionFeatures(CSoftwareNodeMap &deviceMap, ECorrectionMode eMode)
 {
   m_pCorrection = &AddOnOff(deviceMap, "FlatFieldCorrection");
@@ -71,3 +73,5 @@ double CCorrectionFeatures::GetExpectGray() const
 {
   return static_cast<double>(m_pExpectGray == nullptr ? FULL_GRAY : m_pExpectGray->Peek());
 }
+
+} // namespace ffc::camera

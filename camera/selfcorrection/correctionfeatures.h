@@ -10,6 +10,8 @@
 /// ShadingCorrectionMode, with the one entry that a mode has.
 void AddShadingCorrectionMode(CSoftwareNodeMap &deviceMap, ECorrectionMode eMode);
 
+namespace ffc::camera {
+
 /// Declares FlatFieldCorrection, FFCBlockSize, FFCFrameCount and, in flat-field mode, FFCExpectGray.
 class CCorrectionFeatures {
 public:
@@ -26,3 +28,5 @@ private:
   CSoftwareEnumeration *m_pBlockSize = nullptr;
   CSoftwareInteger *m_pExpectGray = nullptr;
 };
+
+} // namespace ffc::camera

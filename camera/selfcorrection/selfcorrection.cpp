@@ -14,7 +14,7 @@ std::string DescribeCamera(const SCameraDescription &stDescription, ECorrectionM
 }
 
 /// All settings of the camera, in their factory state.
-CSettingList ListSettings(CSoftwareNodeMap &deviceMap, CWhiteBalance *pWhiteBalance)
+CSettingList ListSettings(CSoftwareNodeMap &deviceMap, ffc::camera::CWhiteBalance *pWhiteBalance)
 {
   CSettingList settings;
   if (pWhiteBalance != nullptr) {
@@ -27,7 +27,7 @@ CSettingList ListSettings(CSoftwareNodeMap &deviceMap, CWhiteBalance *pWhiteBala
 } // namespace
 
 CSelfCorrection::CSelfCorrection(const SCameraDescription &stDescription, const SSelfCorrectionOptions &stOptions,
-                                 CCameraFeatures &features, CWhiteBalance *pWhiteBalance)
+                                 CCameraFeatures &features, ffc::camera::CWhiteBalance *pWhiteBalance)
   : m_stOptions(stOptions), m_bColor(pWhiteBalance != nullptr), m_features(features),
     m_flash(stOptions.strFlashFile, DescribeCamera(stDescription, stOptions.eMode), {DEFAULT_USER_SET, {}, nullptr}),
     m_correction(features.GetDeviceMap(), stOptions.eMode),

@@ -28,7 +28,7 @@ public:
   /// \param stOptions of mode FlatField or Vignetting
   /// \param features, pWhiteBalance outlive this object; no white balance for a mono camera
   CSelfCorrection(const SCameraDescription &stDescription, const SSelfCorrectionOptions &stOptions,
-                  CCameraFeatures &features, CWhiteBalance *pWhiteBalance);
+                  CCameraFeatures &features, ffc::camera::CWhiteBalance *pWhiteBalance);
 
   /// Reads the flash and loads the user set to start with. Before the camera is used.
   /// \return empty, or what is wrong with the flash
@@ -46,8 +46,8 @@ private:
   bool m_bColor;
   CCameraFeatures &m_features;
   CCameraFlash m_flash;
-  CCorrectionFeatures m_correction;
+  ffc::camera::CCorrectionFeatures m_correction;
   std::optional<CSensorFeatures> m_sensor; ///< of a flat-field camera
   CCoefficientRegister m_register;
-  std::optional<CUserSets> m_userSets; ///< always; made when all settings are declared
+  std::optional<ffc::camera::CUserSets> m_userSets; ///< always; made when all settings are declared
 };

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr int64_t SET_DEFAULT = 0;
@@ -75,3 +77,5 @@ void CUserSets::SaveSelected()
   stContent.mapUserSets[m_pSelector->PeekSymbolic()] = m_settings.Save();
   m_flash.Store(std::move(stContent));
 }
+
+} // namespace ffc::camera

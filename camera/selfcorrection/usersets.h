@@ -11,6 +11,8 @@
 /// The set that a camera without a history starts with.
 constexpr char DEFAULT_USER_SET[] = "Default";
 
+namespace ffc::camera {
+
 /// Declares UserSetSelector, UserSetDefault, UserSetLoad and UserSetSave. "Default" is the state that the
 /// camera has when this object is made, and cannot be saved into; "UserSet0" is kept in the flash, and is
 /// like "Default" until it is saved. Neither can be switched while the camera streams.
@@ -38,3 +40,5 @@ private:
   CSoftwareEnumeration *m_pSelector = nullptr;
   CSoftwareEnumeration *m_pStart = nullptr;
 };
+
+} // namespace ffc::camera

@@ -62,7 +62,7 @@ public:
   const SHostOptions &GetOptions() const { return m_stOptions; }
   CProgressLine &GetProgress() { return m_progress; }
   CViewer &GetViewer() { return *m_pViewer; }
-  CFrameCollector &GetCollector() { return *m_collector; }
+  ffc::host::CFrameCollector &GetCollector() { return *m_collector; }
   /// Only with a dialog.
   CDialogDriver &GetDriver() { return *m_driver; }
   CResultFolder &GetFolder() { return m_folder; }
@@ -80,7 +80,7 @@ private:
   CProgressLine &m_progress;
   CResultFolder m_folder;
   std::unique_ptr<CViewer> m_pViewer;
-  std::optional<CFrameCollector> m_collector;
+  std::optional<ffc::host::CFrameCollector> m_collector;
   std::optional<CDialogDriver> m_driver;
   const SSensorFormat *m_pFormat = nullptr;
   SReport m_stReport;

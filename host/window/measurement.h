@@ -75,7 +75,7 @@ private:
 
   CViewer &m_viewer;
   IMeasurementGuide &m_guide;
-  CFrameCollector m_collector;
+  ffc::host::CFrameCollector m_collector;
   bool m_bByCamera;
   const SSensorFormat *m_pFormat = nullptr;
   uint32_t m_nWidth = 0;

@@ -18,7 +18,7 @@ CCameraBench::CCameraBench(const SSimulatedCameraOptions &stOptions)
   std::string strError;
   m_pCamera = CreateSimulatedCamera(stOptions, &strError);
   EXPECT_EQ(strError, "");
-  m_pCollector = std::make_unique<CFrameCollector>(*m_pCamera);
+  m_pCollector = std::make_unique<ffc::test::CFrameCollector>(*m_pCamera);
 }
 
 std::string CCameraBench::GetOutput(const char *pName)

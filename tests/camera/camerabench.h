@@ -21,7 +21,7 @@ public:
   ~CCameraBench() { m_pCamera->Stop(); }
 
   ICamera &Camera() { return *m_pCamera; }
-  CFrameCollector &Frames() { return *m_pCollector; }
+  ffc::test::CFrameCollector &Frames() { return *m_pCollector; }
 
   template <class TInterface>
   TInterface &Device(const char *pName)
@@ -48,7 +48,7 @@ public:
 
 private:
   std::unique_ptr<ICamera> m_pCamera;
-  std::unique_ptr<CFrameCollector> m_pCollector;
+  std::unique_ptr<ffc::test::CFrameCollector> m_pCollector;
 };
 
 /// What is wrong with options that make no camera.

@@ -14,6 +14,8 @@ std::vector<uint16_t> SKeptFrame::GetSamples() const
   return listSamples;
 }
 
+namespace ffc::test {
+
 CFrameCollector::CFrameCollector(ICamera &camera)
 {
   camera.SetFrameCallback([this](const SCameraFrame &stFrame) { Receive(stFrame); });
@@ -57,3 +59,5 @@ void CFrameCollector::Receive(const SCameraFrame &stFrame)
     m_condition.notify_one();
   }
 }
+
+} // namespace ffc::test

@@ -18,6 +18,8 @@ struct SKeptFrame {
   std::vector<uint16_t> GetSamples() const;
 };
 
+namespace ffc::test {
+
 /// Sets itself as the camera's frame callback; must outlive the camera's stream.
 class CFrameCollector {
 public:
@@ -40,3 +42,5 @@ private:
   std::size_t m_nWanted = 0;
   std::size_t m_nReceived = 0;
 };
+
+} // namespace ffc::test

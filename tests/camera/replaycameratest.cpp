@@ -78,7 +78,7 @@ std::string GetText(GenApi::INodeMap *pMap, const char *pName)
 }
 
 /// The values of many frames, after those that the change before may still have missed.
-std::vector<int> TakeValues(CFrameCollector &collector, std::size_t nCount)
+std::vector<int> TakeValues(ffc::test::CFrameCollector &collector, std::size_t nCount)
 {
   collector.Take(1);
   std::vector<int> listValues;
@@ -108,7 +108,7 @@ TEST(ReplayCamera, PlaysBrightFramesInOrderAndRoundAgain)
   CRecordingFolder folder;
   folder.AddFrames(2, 6);
   const auto pCamera = Open(folder);
-  CFrameCollector collector(*pCamera);
+  ffc::test::CFrameCollector collector(*pCamera);
   ASSERT_EQ(pCamera->Start(), "");
   const std::vector<int> listValues = TakeValues(collector, 12);
   ASSERT_EQ(listValues.size(), 12U);
@@ -124,7 +124,7 @@ TEST(ReplayCamera, AcquisitionAndMeasurementNeverShareAFrame)
   CRecordingFolder folder;
   folder.AddFrames(4, 5);
   const auto pCamera = Open(folder);
-  CFrameCollector collector(*pCamera);
+  ffc::test::CFrameCollector collector(*pCamera);
   ISceneControl *pScene = pCamera->GetSceneControl();
   EXPECT_FALSE(pScene->CanArrange()) << "recorded frames show what they show";
   ASSERT_EQ(pCamera->Start(), "");
@@ -185,7 +185,7 @@ TEST(ReplayCamera, LinesAreTightlyPackedWhateverTheWidth)
     folder.Add(pName, QImage::Format_Grayscale8, 77, 7, 3); // a picture's lines end at multiples of 4 bytes
   }
   const auto pCamera = Open(folder, "BayerRG8");
-  CFrameCollector collector(*pCamera);
+  ffc::test::CFrameCollector collector(*pCamera);
   ASSERT_EQ(pCamera->Start(), "");
   const auto listFrames = collector.Take(1);
   ASSERT_EQ(listFrames.size(), 1U);

@@ -27,7 +27,7 @@ TEST(FrameCollector, CollectsConsecutiveFrames)
 {
   CPumpedPipeline stream;
   std::vector<uint8_t> listSeen;
-  CFrameCollector collector(stream.m_pipeline);
+  ffc::host::CFrameCollector collector(stream.m_pipeline);
   const QString strError = collector.Collect(5, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
     listSeen.push_back(*static_cast<const uint8_t *>(stFrame.pRaw->pBuffer));
     return true;
@@ -42,7 +42,7 @@ TEST(FrameCollector, CollectsConsecutiveFrames)
 TEST(FrameCollector, GivesUpWhenNoWantedFrameComes)
 {
   CPumpedPipeline stream;
-  CFrameCollector collector(stream.m_pipeline, 50);
+  ffc::host::CFrameCollector collector(stream.m_pipeline, 50);
   const QString strError =
     collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; });
   EXPECT_EQ(strError.toStdString(), "no corrected frame came for 0.05 s, 0 of 3 were there");
@@ -51,7 +51,7 @@ TEST(FrameCollector, GivesUpWhenNoWantedFrameComes)
 TEST(FrameCollector, EndsWithTheReasonOfTheTroubleCheck)
 {
   CPumpedPipeline stream;
-  CFrameCollector collector(stream.m_pipeline);
+  ffc::host::CFrameCollector collector(stream.m_pipeline);
   collector.SetTroubleCheck([] { return QStringLiteral("the lens fell off"); });
   EXPECT_EQ(collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; })
               .toStdString(),
@@ -61,7 +61,7 @@ TEST(FrameCollector, EndsWithTheReasonOfTheTroubleCheck)
 TEST(FrameCollector, EndsWhenAFrameCannotBeUsed)
 {
   CPumpedPipeline stream;
-  CFrameCollector collector(stream.m_pipeline);
+  ffc::host::CFrameCollector collector(stream.m_pipeline);
   int nCalls = 0;
   const QString strError = collector.Collect(1000, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &) {
     ++nCalls;
@@ -74,7 +74,7 @@ TEST(FrameCollector, EndsWhenAFrameCannotBeUsed)
 TEST(FrameCollector, WaitUntilReturnsTheLastAnswer)
 {
   CFramePipeline pipeline;
-  const CFrameCollector collector(pipeline, 30);
+  const ffc::host::CFrameCollector collector(pipeline, 30);
   int nAsked = 0;
   EXPECT_TRUE(collector.WaitUntil([&] { return ++nAsked == 2; }));
   EXPECT_FALSE(collector.WaitUntil([] { return false; }));

@@ -59,7 +59,7 @@ TEST_F(Viewer, FramesPassThroughThePlugIn)
   CViewer viewer(MakeCamera());
   ASSERT_EQ(viewer.Open(FAKE_MODULE, ELanguage::English).toStdString(), "");
   ASSERT_EQ(viewer.StartStream().toStdString(), "");
-  CFrameCollector collector(viewer.GetPipeline());
+  ffc::host::CFrameCollector collector(viewer.GetPipeline());
   bool bInverted = false;
   EXPECT_EQ(collector
               .Collect(2, CFramePipeline::EWanted::Corrected,

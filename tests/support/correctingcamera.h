@@ -24,8 +24,8 @@ public:
   /// With the trigger on, one frame for each TriggerSoftware while it streams and listens to "Software".
   bool TakeFrame() override;
 
-  CUserSets &UserSets() { return m_userSets; }
-  CCorrectionFeatures &Correction() { return m_correction; }
+  ffc::test::CUserSets &UserSets() { return m_userSets; }
+  ffc::test::CCorrectionFeatures &Correction() { return m_correction; }
   /// Makes the present state the factory set.
   void SaveAsDefault() { m_userSets.Save("Default"); }
   /// Changes the factory set alone: the change is made on it and taken from the present state again.
@@ -37,6 +37,6 @@ private:
   void PutBalance(const std::vector<double> &listState);
 
   std::atomic<bool> m_bTriggered{false};
-  CCorrectionFeatures m_correction;
-  CUserSets m_userSets;
+  ffc::test::CCorrectionFeatures m_correction;
+  ffc::test::CUserSets m_userSets;
 };

@@ -3,6 +3,8 @@
 #include <iterator>
 #include <utility>
 
+namespace ffc::test {
+
 namespace {
 
 constexpr std::size_t RECORD_SIZE = 24;
@@ -126,3 +128,5 @@ int64_t CCorrectionFeatures::ComputeSize() const
   const int64_t nRows = CountPoints(m_map.Find<CSoftwareInteger>("Height")->Peek());
   return nColumns * nRows * nPointSize + static_cast<int64_t>(RECORD_SIZE);
 }
+
+} // namespace ffc::test

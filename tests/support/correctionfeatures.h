@@ -15,6 +15,8 @@ enum class ECoefficients {
   Vignetting, ///< blocks of 64 x 64 or 128 x 128; the record is handed out as it was written
 };
 
+namespace ffc::test {
+
 /// FFCBlockSize, FFCFrameCount, FFCExpectGray, FFCCoefficientsSize, FFCValueAll, FFCFlashLoad, FFCFlashSave and
 /// FlatFieldCorrection. The register is as long as FFCCoefficientsSize says, which is what the coefficients of
 /// the current Width, Height and FFCBlockSize take. It holds the last write as it was; its last 24 bytes are the
@@ -49,3 +51,5 @@ private:
   std::vector<uint8_t> m_listWritten;
   std::vector<uint8_t> m_listFlash;
 };
+
+} // namespace ffc::test

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ffc::test {
+
 namespace {
 
 constexpr const char *FACTORY_SET = "Default";
@@ -90,3 +92,5 @@ std::string CUserSets::GetSelected() const
 {
   return m_map.Find<CSoftwareEnumeration>("UserSetSelector")->PeekSymbolic();
 }
+
+} // namespace ffc::test

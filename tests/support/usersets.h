@@ -12,6 +12,8 @@
 
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::test {
+
 /// "Default", the factory set, and "UserSet0", with the features UserSetSelector, UserSetDefault, UserSetSave and
 /// UserSetLoad. A set holds every integer, float and enumeration of the map that is writable when the first set
 /// is saved, but for the user sets' own features. Neither command runs while TLParamsLocked is not zero, and the
@@ -52,3 +54,5 @@ private:
   std::map<std::string, SState> m_mapSets;
   std::atomic<bool> m_bSaveLocked{true};
 };
+
+} // namespace ffc::test

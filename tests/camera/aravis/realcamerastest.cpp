@@ -98,7 +98,7 @@ TEST_F(RealCameras, FramesComeInEveryFormatAndTheOutputMirrorsTheCamera)
                                            {"OutputHeight", "Height"}}) {
       EXPECT_EQ(Read(pCamera->GetOutputNodeMap(), pOutput), Read(pCamera->GetDeviceNodeMap(), pDevice));
     }
-    CFrameCollector frames(*pCamera);
+    ffc::test::CFrameCollector frames(*pCamera);
     ASSERT_EQ(pCamera->Start(), "");
     const std::vector<SKeptFrame> listFrames = frames.Take(3);
     pCamera->Stop();
@@ -133,7 +133,7 @@ TEST_F(RealCameras, TheGeometryIsLockedWhileFramesCome)
     EXPECT_EQ(Read(pCamera->GetDeviceNodeMap(), "TLParamsLocked"), "0");
   }
   width.SetValue(64);
-  CFrameCollector frames(*pCamera);
+  ffc::test::CFrameCollector frames(*pCamera);
   ASSERT_EQ(pCamera->Start(), "");
   const std::vector<SKeptFrame> listFrames = frames.Take(1);
   pCamera->Stop();
@@ -146,7 +146,7 @@ TEST_F(RealCameras, NoFrameComesAfterStopAndTheLensCapIsSeen)
   CGigeCameraProcess process({});
   const auto pCamera = Open(process.GetSerial());
   ASSERT_NE(pCamera, nullptr);
-  CFrameCollector frames(*pCamera);
+  ffc::test::CFrameCollector frames(*pCamera);
   process.SetLensCap(true);
   ASSERT_EQ(pCamera->Start(), "");
   const std::vector<SKeptFrame> listDark = frames.Take(2);
@@ -202,7 +202,7 @@ TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenIt
   std::atomic<int> nTold{0};
   pCamera->GetLink()->SetLostCallback([&] { ++nTold; });
   {
-    CFrameCollector frames(*pCamera);
+    ffc::test::CFrameCollector frames(*pCamera);
     ASSERT_EQ(pCamera->Start(), "");
     ASSERT_EQ(frames.Take(1).size(), 1U);
     process.Kill();
@@ -222,7 +222,7 @@ TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenIt
   process.Restart();
   pCamera = Open(process.GetSerial());
   ASSERT_NE(pCamera, nullptr);
-  CFrameCollector frames(*pCamera);
+  ffc::test::CFrameCollector frames(*pCamera);
   ASSERT_EQ(pCamera->Start(), "");
   EXPECT_EQ(frames.Take(2).size(), 2U);
   pCamera->Stop();
