@@ -1,5 +1,10 @@
+#include <filesystem>
 #include <numeric>
 #include <vector>
+
+#ifndef _WIN32
+#include <unistd.h>
+#endif
 
 #include <QDir>
 #include <QProcess>
@@ -165,19 +170,81 @@ TEST_F(FfcFile, ThatIsWriteProtectedCannotBeWritten)
   EXPECT_EQ(500, QFileInfo(Path("a.ffc")).size());
 }
 
-TEST_F(FfcFile, InAWriteProtectedFolderStaysAsItWas)
+TEST_F(FfcFile, InAWriteProtectedFolderIsWrittenInItsPlace)
 {
   if (IsAboveAccessRights()) {
     GTEST_SKIP() << "this user may write everywhere";
   }
   ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
   QFile::setPermissions(m_folder.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-  EXPECT_EQ(-1004, Write(Path("a.ffc"), MakeBytes(10, 1)));
   EXPECT_EQ(-1004, Write(Path("new.ffc"), MakeBytes(10, 1)));
-  EXPECT_EQ(0, Read(Path("a.ffc"), 500, m_listRead));
+  for (const std::size_t nSize : {600U, 10U}) {
+    EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(nSize, 1)));
+    EXPECT_EQ(static_cast<qint64>(nSize), QFileInfo(Path("a.ffc")).size());
+    EXPECT_EQ(0, Read(Path("a.ffc"), nSize, m_listRead));
+    EXPECT_EQ(MakeBytes(nSize, 1), m_listRead);
+  }
+  QFile::setPermissions(Path("a.ffc"), QFileDevice::ReadOwner);
+  EXPECT_EQ(-1004, Write(Path("a.ffc"), MakeBytes(10, 2)));
   EXPECT_EQ(QStringList{"a.ffc"}, List());
   QFile::setPermissions(m_folder.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
+
+TEST_F(FfcFile, WithHardLinksKeepsThem)
+{
+  ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
+  std::filesystem::create_hard_link(Path("a.ffc").toStdString(), Path("b.ffc").toStdString());
+  for (const std::size_t nSize : {600U, 10U}) {
+    EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(nSize, 1)));
+    EXPECT_EQ(0, Read(Path("b.ffc"), nSize, m_listRead));
+    EXPECT_EQ(MakeBytes(nSize, 1), m_listRead);
+    EXPECT_EQ(static_cast<qint64>(nSize), QFileInfo(Path("b.ffc")).size());
+  }
+  EXPECT_EQ((QStringList{"a.ffc", "b.ffc"}), List());
+}
+
+TEST_F(FfcFile, WithHardLinksStaysAsItWasWhenTheVolumeIsFullOrMemoryEnds)
+{
+  ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
+  std::filesystem::create_hard_link(Path("a.ffc").toStdString(), Path("b.ffc").toStdString());
+  int32_t nStatus = 0;
+  {
+    const CFullVolume fullVolume(1000);
+    nStatus = Write(Path("a.ffc"), MakeBytes(3000, 1));
+  }
+  EXPECT_EQ(-1006, nStatus);
+  CCoefficientFileWriter writer(Path("a.ffc"));
+  ASSERT_EQ(0, writer.Open());
+  const std::vector<uint8_t> listBytes = MakeBytes(3000, 1);
+  {
+    const CFailingNew failing;
+    nStatus = writer.Write(listBytes.data(), listBytes.size());
+  }
+  EXPECT_EQ(-2, nStatus);
+  CCoefficientFileWriter empty(Path("a.ffc"));
+  ASSERT_EQ(0, empty.Open());
+  empty.LeaveEmpty();
+  for (const char *pName : {"a.ffc", "b.ffc"}) {
+    EXPECT_EQ(500, QFileInfo(Path(pName)).size());
+    EXPECT_EQ(0, Read(Path(pName), 500, m_listRead));
+    EXPECT_EQ(MakeBytes(500, 9), m_listRead);
+  }
+}
+
+#ifndef _WIN32
+TEST_F(FfcFile, OfSomebodyElseStaysHis)
+{
+  constexpr unsigned OTHER = 65534;
+  ASSERT_EQ(0, Write(Path("a.ffc"), MakeBytes(500, 9)));
+  if (chown(Path("a.ffc").toLocal8Bit().constData(), OTHER, OTHER) != 0) {
+    GTEST_SKIP() << "this user cannot give files away";
+  }
+  EXPECT_EQ(0, Write(Path("a.ffc"), MakeBytes(10, 1)));
+  EXPECT_EQ(OTHER, QFileInfo(Path("a.ffc")).ownerId());
+  EXPECT_EQ(OTHER, QFileInfo(Path("a.ffc")).groupId());
+  EXPECT_EQ(0, Read(Path("a.ffc"), 10, m_listRead));
+}
+#endif
 
 TEST_F(FfcFile, ThatIsAPipeIsNotReplacedByAFile)
 {

@@ -1,0 +1,25 @@
+#include "platform/replaceablefile.h"
+
+#include <filesystem>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ffc::platform {
+
+bool IsReplaceable(const SNativeName &stName)
+{
+  struct stat stFile = {};
+  if (stat(stName.strBytes.c_str(), &stFile) != 0) {
+    return true;
+  }
+  // A folder may hand its group on to what is made in it.
+  const std::string strFolder = std::filesystem::path(stName.strBytes).parent_path().string();
+  struct stat stFolder = {};
+  const bool bFolderKnown = stat(strFolder.empty() ? "." : strFolder.c_str(), &stFolder) == 0;
+  const bool bGroupHandedOn = bFolderKnown && (stFolder.st_mode & S_ISGID) != 0;
+  return stFile.st_nlink == 1 && stFile.st_uid == geteuid() &&
+         stFile.st_gid == (bGroupHandedOn ? stFolder.st_gid : getegid());
+}
+
+} // namespace ffc::platform
