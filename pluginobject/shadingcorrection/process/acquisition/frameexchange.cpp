@@ -1,6 +1,7 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -36,6 +37,7 @@ void CFrameExchange::ZeroBuffer()
 
 void CFrameExchange::BeginRequests()
 {
+  WithdrawRequest();
   ForgetFrame();
   RequestFrame();
 }
@@ -49,10 +51,41 @@ int32_t CFrameExchange::WaitFrame(uint32_t nTimeout)
   return bReady ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_BUFFER_TIMEOUT;
 }
 
+bool CFrameExchange::WaitFrameReady(uint32_t nTimeout)
+{
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point begin = Clock::now();
+  uint32_t nLeft = nTimeout;
+  while (m_eventImageReady.Wait(nLeft) == WAIT_RESULT_SIGNALLED) {
+    if (IsInForce(m_nReady)) {
+      return true;
+    }
+    const auto nPassed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin).count();
+    nLeft = nTimeout - static_cast<uint32_t>(std::min<int64_t>(nPassed, nTimeout));
+  }
+  return false;
+}
+
+uint32_t CFrameExchange::PollRequest()
+{
+  const uint64_t nRequest = m_nPending.exchange(NO_REQUEST);
+  if (nRequest == NO_REQUEST) {
+    return WAIT_RESULT_TIMEOUT;
+  }
+  m_nInHand = nRequest;
+  return WAIT_RESULT_SIGNALLED;
+}
+
+void CFrameExchange::SetFrameReady()
+{
+  m_nReady = m_nInHand.exchange(NO_REQUEST);
+  m_eventImageReady.Set();
+}
+
 void CFrameExchange::ReceiveFrame(const void *pFrame, uint32_t nSize)
 {
   const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
-  if (pFrame != nullptr && m_buffer.IsAllocated()) {
+  if (pFrame != nullptr && m_buffer.IsAllocated() && IsInForce(m_nInHand)) {
     const uint64_t nBytes = std::min<uint64_t>(nSize, m_buffer.GetSize());
     std::memcpy(m_buffer.GetData(), pFrame, nBytes);
     m_nWritten = std::max(m_nWritten, nBytes);

@@ -10,32 +10,40 @@
 #include "platform/event.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 
-/// Two auto-reset events (image-ready, image-request), the acquisition buffer and the stop flag.
+/// Request and ready signal, the acquisition buffer and the stop flag.
 ///
 /// An operation on the user-interface thread allocates the buffer, requests a frame and waits; the frame
 /// thread polls for the request, copies its frame and signals. The buffer has a lock of its own, held for
 /// one copy or one use: a frame that comes late, twice or longer than the buffer never touches memory
 /// that is freed, in use or not its own.
+///
+/// A request bears the mark of its generation, which the frame thread takes along with it. A frame that was
+/// asked for before the requests began anew or were withdrawn, by an operation that gave up, is neither copied
+/// nor counted by the next one. A frame that nobody asked for bears no mark and counts.
 class CFrameExchange {
 public:
   // User-interface thread.
 
   /// Takes a zeroed buffer of nSize bytes. \return false when there is no memory, or no frame can be so large
   bool AllocateBuffer(uint64_t nSize);
-  /// Frees the buffer and withdraws a pending request.
+  /// Frees the buffer and withdraws the request, also from a frame that is on its way.
   void ReleaseBuffer();
   void ZeroBuffer();
 
   /// Forgets an earlier frame and asks for the first one.
   void BeginRequests();
   /// Asks for one more frame.
-  void RequestFrame() { m_eventImageRequest.Set(); }
+  void RequestFrame() { m_nPending = m_nGeneration.load(); }
   void ForgetFrame() { m_eventImageReady.Reset(); }
-  void WithdrawRequest() { m_eventImageRequest.Reset(); }
+  void WithdrawRequest()
+  {
+    m_nPending = NO_REQUEST;
+    ++m_nGeneration;
+  }
   /// Waits for a frame: 0, -1017 when the stop flag is set (even if the frame came), -1009 when none came.
   int32_t WaitFrame(uint32_t nTimeout);
   /// Waits for a frame, whatever the stop flag. \return true when it came
-  bool WaitFrameReady(uint32_t nTimeout) { return m_eventImageReady.Wait(nTimeout) == WAIT_RESULT_SIGNALLED; }
+  bool WaitFrameReady(uint32_t nTimeout);
 
   /// Lets fnUse(const CFrameBuffer &) work on the received frame, which stays as it is meanwhile.
   template <typename TUse>
@@ -49,14 +57,23 @@ public:
 
   /// Copies a frame into the buffer, as much of it as fits; without a buffer or a frame does nothing.
   void ReceiveFrame(const void *pFrame, uint32_t nSize);
-  void SetFrameReady() { m_eventImageReady.Set(); }
+  void SetFrameReady();
   /// Polls and consumes the request: an EWaitResult.
-  uint32_t PollRequest() { return m_eventImageRequest.Wait(0); }
+  uint32_t PollRequest();
   void SetStopFlag(bool bStop) { m_bStop = bStop; }
 
 private:
+  static constexpr uint64_t NO_REQUEST = 0;
+
+  bool IsInForce(uint64_t nRequest) const { return nRequest == NO_REQUEST || nRequest == m_nGeneration; }
+
   CEvent m_eventImageReady;
-  CEvent m_eventImageRequest;
+  std::atomic<uint64_t> m_nGeneration{1};
+  // Generations of requests: made and not polled yet (an auto-reset event that nobody waits for); polled, its frame not
+  // signalled yet; of the frame that was signalled last.
+  std::atomic<uint64_t> m_nPending{NO_REQUEST};
+  std::atomic<uint64_t> m_nInHand{NO_REQUEST};
+  std::atomic<uint64_t> m_nReady{NO_REQUEST};
   std::atomic<bool> m_bStop{false};
   CCriticalSection m_lockBuffer;
   CFrameBuffer m_buffer;

@@ -74,6 +74,7 @@ TEST_F(BalanceRun, AsksForEveryFrame)
 TEST_F(BalanceRun, EndsWhenAFrameDoesNotCome)
 {
   for (const int nFrames : {0, 1, 3}) {
+    m_exchange.SetFrameReady(); // what the former run asked for, too late
     m_nFrames = nFrames;
     m_nReads = 0;
     m_nStarts = 0;

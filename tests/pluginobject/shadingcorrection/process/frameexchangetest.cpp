@@ -1,3 +1,4 @@
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -100,6 +101,60 @@ TEST(FrameExchange, ALateFrameAfterReleaseIsDropped)
   exchange.ReleaseBuffer();
   Receive(exchange, {1, 2, 3, 4});
   EXPECT_TRUE(GetBytes(exchange).empty());
+}
+
+TEST(FrameExchange, AFrameForTheRequestOfAnAcquisitionThatGaveUpIsNotTheNextOnes)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  exchange.BeginRequests();
+  ASSERT_EQ(REQUESTED, exchange.PollRequest());
+  EXPECT_EQ(-1009, exchange.WaitFrame(0));
+  exchange.ReleaseBuffer();
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  exchange.BeginRequests();
+  Receive(exchange, {1, 2, 3, 4});
+  exchange.SetFrameReady();
+  EXPECT_EQ(-1009, exchange.WaitFrame(0));
+  EXPECT_EQ(std::vector<uint8_t>(4), GetBytes(exchange));
+  ASSERT_EQ(REQUESTED, exchange.PollRequest());
+  Receive(exchange, {5, 6, 7, 8});
+  exchange.SetFrameReady();
+  EXPECT_EQ(0, exchange.WaitFrame(0));
+  EXPECT_EQ((std::vector<uint8_t>{5, 6, 7, 8}), GetBytes(exchange));
+}
+
+TEST(FrameExchange, AFrameForAnEarlierRequestDoesNotReachTheBufferOfTheNextAcquisitionBeforeItsOwn)
+{
+  CFrameExchange exchange;
+  exchange.BeginRequests();
+  ASSERT_EQ(REQUESTED, exchange.PollRequest());
+  exchange.ReleaseBuffer();
+  ASSERT_TRUE(exchange.AllocateBuffer(2));
+  Receive(exchange, {1, 2});
+  EXPECT_EQ(std::vector<uint8_t>(2), GetBytes(exchange));
+}
+
+TEST(FrameExchange, AFrameThatWasAskedForBeforeItsRequestWasWithdrawnDoesNotCount)
+{
+  CFrameExchange exchange;
+  exchange.RequestFrame();
+  ASSERT_EQ(REQUESTED, exchange.PollRequest());
+  exchange.WithdrawRequest();
+  exchange.SetFrameReady();
+  EXPECT_FALSE(exchange.WaitFrameReady(0));
+}
+
+TEST(FrameExchange, AnOutdatedFrameDoesNotMakeAWaitLonger)
+{
+  CFrameExchange exchange;
+  exchange.RequestFrame();
+  ASSERT_EQ(REQUESTED, exchange.PollRequest());
+  exchange.BeginRequests();
+  exchange.SetFrameReady();
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(-1009, exchange.WaitFrame(20));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
 }
 
 TEST(FrameExchange, ALongerFrameIsCutToTheBuffer)

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -117,4 +118,43 @@ TEST(FrameExchangeThreads, EveryRequestedFrameOfAPoliteHostArrivesOnce)
   bStop = true;
   frameThread.join();
   EXPECT_EQ(FRAMES, nDelivered);
+}
+
+TEST(FrameExchangeThreads, AnAcquisitionGetsNoFrameThatAnEarlierOneAskedFor)
+{
+  constexpr uint8_t ROUNDS = 200;
+  CFrameExchange exchange;
+  std::atomic<bool> bStop{false};
+  std::atomic<uint8_t> nRound{0};
+  // Takes its time between poll and hand-over; a frame shows the round in which it was asked for.
+  std::thread frameThread([&] {
+    CTestRandom random(3);
+    while (!bStop) {
+      if (exchange.PollRequest() == 0) {
+        const std::vector<uint8_t> listFrame(BUFFER_SIZE, nRound);
+        std::this_thread::sleep_for(std::chrono::microseconds(random.Between(0, 300)));
+        exchange.ReceiveFrame(listFrame.data(), BUFFER_SIZE);
+        std::this_thread::sleep_for(std::chrono::microseconds(random.Between(0, 300)));
+        exchange.SetFrameReady();
+      }
+    }
+  });
+  CTestRandom random(8);
+  int nArrived = 0;
+  for (uint8_t n = 1; n <= ROUNDS; ++n) {
+    nRound = n;
+    ASSERT_TRUE(exchange.AllocateBuffer(BUFFER_SIZE));
+    exchange.BeginRequests();
+    // Most give up while a frame is on its way.
+    if (exchange.WaitFrame(random.Between(0, 3) == 0 ? 60000U : 0U) == 0) {
+      ++nArrived;
+      exchange.UseFrame([n](const CFrameBuffer &buffer) {
+        EXPECT_EQ(BUFFER_SIZE, std::count(buffer.GetData(), buffer.GetData() + buffer.GetSize(), n)) << int{n};
+      });
+    }
+    exchange.ReleaseBuffer();
+  }
+  bStop = true;
+  frameThread.join();
+  EXPECT_GT(nArrived, 20);
 }
