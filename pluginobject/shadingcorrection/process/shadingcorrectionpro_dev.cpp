@@ -30,11 +30,6 @@ SFrameFormat ReadAsEightBit(SFrameFormat stFormat)
   return stFormat;
 }
 
-bool HasSameGeometry(const SFrameFormat &stFirst, const SFrameFormat &stSecond)
-{
-  return stFirst.nWidth == stSecond.nWidth && stFirst.nHeight == stSecond.nHeight;
-}
-
 } // namespace
 
 CShadingCorrectionPro_Dev::CShadingCorrectionPro_Dev(const CFeatureAccess &deviceFeatures)
@@ -280,7 +275,7 @@ int32_t CShadingCorrectionPro_Dev::__TakeBrightFrames()
 bool CShadingCorrectionPro_Dev::__IsDarkUsed() const
 {
   return m_bDarkUsable && m_dBrightMaxGray - m_stDark.dMaxGray >= MIN_CONTRAST &&
-         HasSameGeometry(m_stDark.stFormat, m_stBrightFormat);
+         m_stDark.stFormat.HasSameShape(m_stBrightFormat);
 }
 
 int32_t CShadingCorrectionPro_Dev::ExecuteCorrection()
@@ -306,7 +301,7 @@ int32_t CShadingCorrectionPro_Dev::ExecuteCorrection()
 
 int32_t CShadingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
 {
-  if (m_bright.GetAverage().IsAllocated() && !HasSameGeometry(m_stBrightFormat, m_stGeneratorFormat)) {
+  if (m_bright.GetAverage().IsAllocated() && !m_stBrightFormat.HasSameShape(m_stGeneratorFormat)) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
   constexpr uint64_t LARGEST = std::numeric_limits<int32_t>::max();

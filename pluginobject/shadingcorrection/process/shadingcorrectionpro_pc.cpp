@@ -128,7 +128,7 @@ int32_t CShadingCorrectionPro_PC::AcquireDarkImage()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   m_bDarkValid = false;
-  if (CheckFrameSize(m_deviceFeatures, m_stFormat) != PLUGIN_STATUS_SUCCESS) {
+  if (CheckFrameFormat(m_deviceFeatures, m_stFormat) != PLUGIN_STATUS_SUCCESS) {
     m_bBrightValid = false;
   }
   m_exchange.ReleaseBuffer();
@@ -174,7 +174,7 @@ int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
   if (!__HasNodeMaps()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  if (CheckFrameSize(m_deviceFeatures, m_stFormat) != PLUGIN_STATUS_SUCCESS) {
+  if (CheckFrameFormat(m_deviceFeatures, m_stFormat) != PLUGIN_STATUS_SUCCESS) {
     m_bDarkValid = false;
   }
   m_bBrightValid = true;
@@ -273,12 +273,15 @@ int32_t CShadingCorrectionPro_PC::CorrectImage(const void *pSource, void *pDesti
   if (pSource == nullptr || pDestination == nullptr || stSnapshot.pTable == nullptr) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
+  if (IsFrameOfFormat(stSnapshot.pTable->stFormat, nWidth, nHeight, nPixelFormat)) {
+    return ApplyHostTable(*stSnapshot.pTable, pSource, pDestination);
+  }
+  // Kept frames of the new format wait for their execution; those of another one are of no use any more.
   if (!IsFrameOfFormat(stSnapshot.stFormat, nWidth, nHeight, nPixelFormat)) {
     m_bDarkValid = false;
     m_bBrightValid = false;
-    return PLUGIN_STATUS_INVALID_PARAM;
   }
-  return ApplyHostTable(*stSnapshot.pTable, stSnapshot.stFormat, pSource, pDestination);
+  return PLUGIN_STATUS_INVALID_PARAM;
 }
 
 int32_t CShadingCorrectionPro_PC::LoadFromFile()
@@ -292,10 +295,10 @@ int32_t CShadingCorrectionPro_PC::LoadFromFile()
   return nStatus == PLUGIN_STATUS_SUCCESS ? __LoadTable(file) : nStatus;
 }
 
-// The table in force and the kept format change only when everything is read and fits.
+// The table in force changes only when everything is read and fits. The kept frames keep their format.
 int32_t CShadingCorrectionPro_PC::__LoadTable(QFile &file)
 {
-  SFrameFormat stFormat = m_stFormat;
+  SFrameFormat stFormat;
   HostTablePtr pTable;
   const int32_t nStatus = CFeatureChain()
                             .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
@@ -304,8 +307,6 @@ int32_t CShadingCorrectionPro_PC::__LoadTable(QFile &file)
                             .Then([&] { return ReadHostTable(file, stFormat, pTable); })
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    m_stFormat = stFormat;
-    m_coefficients.SetFormat(stFormat);
     __PutIntoForce(std::move(pTable));
   }
   return nStatus;

@@ -8,6 +8,22 @@
 #include "pluginobject/pixelformat.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 
+namespace {
+
+int32_t ReadFrameFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
+{
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return ReadPayloadSize(features, stFormat); })
+                            .Then([&] { return ReadPixelFormat(features, stFormat); })
+                            .Then([&] { return ReadWidth(features, stFormat); })
+                            .Then([&] { return ReadHeight(features, stFormat); })
+                            .Status();
+  stFormat.ApplyUnpackedSize();
+  return nStatus;
+}
+
+} // namespace
+
 int32_t SFrameFormat::GetBitDepth() const
 {
   return GetPixelFormatBitDepth(nPixelFormat);
@@ -25,6 +41,11 @@ bool SFrameFormat::FitsInto(uint64_t nBytes) const
   const uint64_t nBytesPerPixel = GetBitDepth() == 8 ? 1 : 2;
   const uint64_t nPixels = GetPixelCount();
   return nPixels > 0 && nPixels * nBytesPerPixel <= nBytes;
+}
+
+bool SFrameFormat::HasSameShape(const SFrameFormat &stOther) const
+{
+  return nWidth == stOther.nWidth && nHeight == stOther.nHeight && GetBitDepth() == stOther.GetBitDepth();
 }
 
 void SFrameFormat::ApplyUnpackedSize()
@@ -68,17 +89,22 @@ int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
 int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept)
 {
   SFrameFormat stNow;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return ReadPayloadSize(features, stNow); })
-                            .Then([&] { return ReadPixelFormat(features, stNow); })
-                            .Then([&] { return ReadWidth(features, stNow); })
-                            .Then([&] { return ReadHeight(features, stNow); })
-                            .Status();
+  const int32_t nStatus = ReadFrameFormat(features, stNow);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }
-  stNow.ApplyUnpackedSize();
   return stNow.nFrameSize == stKept.nFrameSize ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_BUFFER_SIZE_ERROR;
+}
+
+int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept)
+{
+  SFrameFormat stNow;
+  const int32_t nStatus = ReadFrameFormat(features, stNow);
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  const bool bSame = stNow.nFrameSize == stKept.nFrameSize && stNow.HasSameShape(stKept);
+  return bSame ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_BUFFER_SIZE_ERROR;
 }
 
 bool IsBayerFormatSelected(const CFeatureAccess &features, bool bColorCamera)

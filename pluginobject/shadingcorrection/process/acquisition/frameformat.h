@@ -19,6 +19,8 @@ struct SFrameFormat {
   uint64_t GetPixelCount() const;
   /// Whether a buffer of nBytes holds every pixel at the format's depth.
   bool FitsInto(uint64_t nBytes) const;
+  /// Whether a frame of the other format can stand beside one of this: same geometry, same depth.
+  bool HasSameShape(const SFrameFormat &stOther) const;
   /// Replaces the frame size by the unpacked one where the format is delivered unpacked.
   void ApplyUnpackedSize();
 };
@@ -31,6 +33,8 @@ int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
 
 /// Whether the camera's frames still have the kept size: 0, -1012 when not, or the code of a failing read.
 int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept);
+/// The same for size, geometry and depth.
+int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept);
 
 /// True for a monochrome camera, and for a colour camera that can only deliver Bayer formats or is set
 /// to one. False when the camera does not tell.

@@ -13,7 +13,8 @@
 /// What a frame is corrected with.
 struct SHostTable {
   CFrameBuffer data;
-  uint32_t nSize = 0; ///< bytes in use, width x height x 2 or x 4
+  uint32_t nSize = 0;    ///< bytes in use, width x height x 2 or x 4
+  SFrameFormat stFormat; ///< of the frames that it corrects
 };
 
 using HostTablePtr = std::shared_ptr<const SHostTable>;
@@ -25,8 +26,8 @@ using HostTablePtr = std::shared_ptr<const SHostTable>;
 class CHostCoefficients {
 public:
   struct SSnapshot {
-    HostTablePtr pTable; ///< null before the first table
-    SFrameFormat stFormat;
+    HostTablePtr pTable;   ///< null before the first table
+    SFrameFormat stFormat; ///< of the kept frames, which need not be that of the table
   };
 
   SSnapshot Get() const;

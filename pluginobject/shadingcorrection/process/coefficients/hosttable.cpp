@@ -81,6 +81,7 @@ int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable
     return nStatus;
   }
   stTable.nSize = nSize;
+  stTable.stFormat = stFormat;
   return Publish(std::move(stTable), pTable);
 }
 
@@ -98,17 +99,19 @@ int32_t ReadHostTable(QFile &file, const SFrameFormat &stFormat, HostTablePtr &p
     return nStatus;
   }
   stTable.nSize = static_cast<uint32_t>(nFileSize);
+  stTable.stFormat = stFormat;
   return Publish(std::move(stTable), pTable);
 }
 
-bool IsFrameOfFormat(const SFrameFormat &stKept, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat)
+bool IsFrameOfFormat(const SFrameFormat &stFormat, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat)
 {
-  return nWidth == stKept.nWidth && nHeight == stKept.nHeight &&
-         GetDeliveredBitDepth(nPixelFormat) == stKept.GetBitDepth();
+  return nWidth == stFormat.nWidth && nHeight == stFormat.nHeight &&
+         GetDeliveredBitDepth(nPixelFormat) == stFormat.GetBitDepth();
 }
 
-int32_t ApplyHostTable(const SHostTable &stTable, const SFrameFormat &stFormat, const void *pSource, void *pDestination)
+int32_t ApplyHostTable(const SHostTable &stTable, const void *pSource, void *pDestination)
 {
+  const SFrameFormat &stFormat = stTable.stFormat;
   const uint32_t nSize = stTable.nSize;
   return MapCalcStatus(OmbrixApplyFlatField(pSource, pDestination, static_cast<uint32_t>(stFormat.GetBitDepth()),
                                             static_cast<uint32_t>(stFormat.nWidth),

@@ -25,14 +25,13 @@ struct SHostReference {
 ///   memory; -1012 when a frame is smaller than the format says; else a mapped status of Ombrix
 int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable);
 
-/// Reads a table from an open file.
+/// Reads a table for frames of a format from an open file.
 /// \return 0; -1007 unless the file has width x height x 2 or x 4 bytes and all can be read; -2 when there
 ///   is no memory
 int32_t ReadHostTable(QFile &file, const SFrameFormat &stFormat, HostTablePtr &pTable);
 
-/// Whether a delivered frame has the size and depth of the kept frames.
-bool IsFrameOfFormat(const SFrameFormat &stKept, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat);
+/// Whether a delivered frame has the geometry and depth of a format.
+bool IsFrameOfFormat(const SFrameFormat &stFormat, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat);
 
-/// Has Ombrix correct a frame of the kept format. \return a mapped status of Ombrix
-int32_t ApplyHostTable(const SHostTable &stTable, const SFrameFormat &stFormat, const void *pSource,
-                       void *pDestination);
+/// Has Ombrix correct a frame of the table's format. \return a mapped status of Ombrix
+int32_t ApplyHostTable(const SHostTable &stTable, const void *pSource, void *pDestination);

@@ -62,6 +62,18 @@ TEST(DeviceGeometry, APackedFormatIsTakenWithTheGeometryOfThePreparationBefore)
   EXPECT_EQ(0, pRig->Process().AcquireDarkImage());
 }
 
+TEST(DeviceGeometry, ADarkFrameOfAnotherDepthTakesTheBrightOneAlong)
+{
+  CDeviceRig rig;
+  EXPECT_EQ(0, rig.AcquireBright(120));
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  rig.Camera().Enumeration("PixelFormat").Select("Mono12");
+  rig.Camera().SaveAsDefault();
+  ShowBytes(rig, std::size_t{2} * 64 * 64);
+  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(-1012, rig.Process().ExecuteCorrection());
+}
+
 TEST(DeviceGeometry, APayloadThatCannotBeAllocatedIsOutOfMemory)
 {
   for (const int64_t nPayloadSize : {int64_t{1} << 62, INT64_MAX, int64_t{-1}, INT64_MIN}) {

@@ -127,6 +127,16 @@ TEST(FrameFormat, StaysAsItWasWhenAReadFails)
   EXPECT_EQ(MONO_8, stFormat.nPixelFormat);
 }
 
+TEST(FrameFormat, HasTheShapeOfAnotherOfTheSameGeometryAndDepth)
+{
+  const SFrameFormat stFormat = MakeFormat(MONO_12, 64, 48);
+  EXPECT_TRUE(stFormat.HasSameShape(MakeFormat(MONO_12, 64, 48)));
+  EXPECT_TRUE(stFormat.HasSameShape(MakeFormat(MONO_12_PACKED, 64, 48)));
+  EXPECT_FALSE(stFormat.HasSameShape(MakeFormat(MONO_12, 48, 64)));
+  EXPECT_FALSE(stFormat.HasSameShape(MakeFormat(MONO_12, 64, 49)));
+  EXPECT_FALSE(stFormat.HasSameShape(MakeFormat(MONO_10, 64, 48)));
+}
+
 TEST(FrameSizeCheck, SucceedsWhileTheSizeIsTheKeptOne)
 {
   EXPECT_EQ(0, CFormatMap(MONO_12, 64, 48, 6144).Check(MakeFormat(MONO_12, 64, 48)));

@@ -1,7 +1,12 @@
+#include <functional>
+
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+#include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 
 namespace {
 
@@ -194,4 +199,72 @@ TEST(HostGeometry, AnExecutionAfterAChangeOfSizeIsRefused)
   rig.Camera().Integer("Width").Access(GenApi::RW);
   ChangeTo(rig, 64, 48);
   EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+}
+
+TEST(HostGeometry, AFrameOfTheSamePixelCountInAnotherShapeIsNotCorrected)
+{
+  CHostRig rig;
+  std::vector<uint8_t> listCorrected;
+  EXPECT_EQ(0, rig.AcquireDark(10));
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  ChangeTo(rig, 48, 64);
+  EXPECT_EQ(-3, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+  // Neither after an acquisition in the new shape, failed or not.
+  rig.Camera().Float("ExposureTime").Poke(-990000.0); // a short wait
+  rig.Show([](int) { return std::vector<uint8_t>(); });
+  EXPECT_EQ(-1009, rig.Process().AcquireBrightImage());
+  EXPECT_EQ(-3, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(-3, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+  EXPECT_EQ(rig.Camera().MakeFrame(0), listCorrected);
+  // The frames of the new shape wait for their execution.
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+}
+
+TEST(HostGeometry, ATableLoadedForAnotherShapeCorrectsThatOneAndLeavesTheKeptFramesTheirs)
+{
+  CHostRig rig;
+  EXPECT_EQ(0, rig.AcquireBright(100));
+  rig.Process().SetExpectGray(200);
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  QTemporaryDir folder;
+  CScriptedChooser &chooser = InstallChooser(rig.Process());
+  chooser.Choose(folder.filePath("table.ffc"));
+  EXPECT_EQ(0, rig.Process().SaveToFile());
+  ChangeTo(rig, 48, 64);
+  EXPECT_EQ(0, rig.Process().LoadFromFile());
+  std::vector<uint8_t> listCorrected;
+  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+  EXPECT_EQ(rig.Camera().MakeFrame(120), listCorrected);
+  // The bright frame is still one of 64 x 48.
+  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(-3, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+  ChangeTo(rig, 64, 48);
+  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+}
+
+TEST(HostGeometry, AnAcquisitionInAnotherShapeOrDepthDropsTheOtherFrame)
+{
+  const auto fnTurn = [](CHostRig &rig) { ChangeTo(rig, 48, 64); };
+  const auto fnDeepen = [](CHostRig &rig) { rig.Camera().Enumeration("PixelFormat").Select("Mono12"); };
+  for (const std::function<void(CHostRig &)> &fnChange : {std::function<void(CHostRig &)>(fnTurn), {fnDeepen}}) {
+    CHostRig rig("Mono10");
+    EXPECT_EQ(0, rig.AcquireBright(400));
+    fnChange(rig);
+    EXPECT_EQ(0, rig.AcquireDark(40));
+    EXPECT_EQ(-1012, rig.Process().ExecuteCorrection());
+    EXPECT_EQ(0, rig.AcquireBright(400));
+    EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+    EXPECT_EQ(4U, rig.GetTableBytesPerPixel());
+  }
+  for (const std::function<void(CHostRig &)> &fnChange : {std::function<void(CHostRig &)>(fnTurn), {fnDeepen}}) {
+    CHostRig rig("Mono10");
+    EXPECT_EQ(0, rig.AcquireDark(40));
+    fnChange(rig);
+    EXPECT_EQ(0, rig.AcquireBright(400));
+    EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+    EXPECT_EQ(2U, rig.GetTableBytesPerPixel());
+  }
 }

@@ -43,7 +43,7 @@ TEST(HostTable, BringsTheBrightFrameToTheExpectedGrey)
   ASSERT_NE(nullptr, pTable);
   EXPECT_EQ(2U * PIXELS, pTable->nSize);
   CTestImage corrected(WIDTH, HEIGHT, 8);
-  EXPECT_EQ(0, ApplyHostTable(*pTable, MakeFormat(MONO_8, WIDTH, HEIGHT), bright.GetData(), corrected.GetData()));
+  EXPECT_EQ(0, ApplyHostTable(*pTable, bright.GetData(), corrected.GetData()));
   EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 8, 180) == corrected);
 }
 
@@ -56,7 +56,7 @@ TEST(HostTable, WithADarkFrameSubtractsIt)
   EXPECT_EQ(4U * PIXELS, pTable->nSize);
   CTestImage corrected(WIDTH, HEIGHT, 12);
   const CTestImage source(WIDTH, HEIGHT, 12, 1200);
-  EXPECT_EQ(0, ApplyHostTable(*pTable, MakeFormat(MONO_12, WIDTH, HEIGHT), source.GetData(), corrected.GetData()));
+  EXPECT_EQ(0, ApplyHostTable(*pTable, source.GetData(), corrected.GetData()));
   EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 12, 1600) == corrected); // half of 200 << 4
 }
 
@@ -70,8 +70,7 @@ TEST(HostTable, ShiftsTheExpectedGreyToTheBitDepth)
     HostTablePtr pTable;
     EXPECT_EQ(0, ComputeHostTable(MakeReference(bright, nullptr, nPixelFormat, 200), pTable)) << nBitDepth;
     CTestImage corrected(WIDTH, HEIGHT, nBitDepth);
-    EXPECT_EQ(0,
-              ApplyHostTable(*pTable, MakeFormat(nPixelFormat, WIDTH, HEIGHT), bright.GetData(), corrected.GetData()));
+    EXPECT_EQ(0, ApplyHostTable(*pTable, bright.GetData(), corrected.GetData()));
     EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, nBitDepth, nTarget) == corrected) << nBitDepth;
   }
 }
@@ -213,13 +212,29 @@ TEST(HostTable, MapsTheStatusesOfItsApplication)
   HostTablePtr pTable;
   ASSERT_EQ(0, ComputeHostTable(MakeReference(bright, nullptr, MONO_8, 100), pTable));
   CTestImage corrected(WIDTH, HEIGHT, 8);
-  const SFrameFormat stFormat = MakeFormat(MONO_8, WIDTH, HEIGHT);
-  EXPECT_EQ(-3, ApplyHostTable(*pTable, stFormat, nullptr, corrected.GetData()));
-  EXPECT_EQ(-3, ApplyHostTable(*pTable, stFormat, bright.GetData(), nullptr));
-  EXPECT_EQ(-3, ApplyHostTable(*pTable, MakeFormat(MONO_8, WIDTH, HEIGHT - 1), bright.GetData(), corrected.GetData()));
-  EXPECT_EQ(-3, ApplyHostTable(*pTable, MakeFormat(MONO_8, 0, HEIGHT), bright.GetData(), corrected.GetData()));
-  EXPECT_EQ(-1011,
-            ApplyHostTable(*pTable, MakeFormat(UNKNOWN_FORMAT, WIDTH, HEIGHT), bright.GetData(), corrected.GetData()));
-  EXPECT_EQ(-3, ApplyHostTable(SHostTable(), stFormat, bright.GetData(), corrected.GetData()));
+  EXPECT_EQ(-3, ApplyHostTable(*pTable, nullptr, corrected.GetData()));
+  EXPECT_EQ(-3, ApplyHostTable(*pTable, bright.GetData(), nullptr));
+  EXPECT_EQ(-3, ApplyHostTable(SHostTable(), bright.GetData(), corrected.GetData()));
+  SHostTable stOther;
+  ASSERT_TRUE(stOther.data.Allocate(pTable->data.GetSize()));
+  stOther.nSize = pTable->nSize;
+  for (const auto &[stFormat, nStatus] : {std::pair{MakeFormat(MONO_8, WIDTH, HEIGHT - 1), -3},
+                                          {MakeFormat(MONO_8, 0, HEIGHT), -3},
+                                          {MakeFormat(UNKNOWN_FORMAT, WIDTH, HEIGHT), -1011}}) {
+    stOther.stFormat = stFormat;
+    EXPECT_EQ(nStatus, ApplyHostTable(stOther, bright.GetData(), corrected.GetData()));
+  }
   EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 8, 0) == corrected);
+}
+
+TEST(HostTable, KnowsTheFormatThatItWasMadeOrReadFor)
+{
+  const SFrameFormat stFormat = MakeFormat(MONO_12, WIDTH, HEIGHT);
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 12, 2000));
+  HostTablePtr pTable;
+  ASSERT_EQ(0, ComputeHostTable(MakeReference(bright, nullptr, MONO_12, 200), pTable));
+  EXPECT_TRUE(pTable->stFormat.HasSameShape(stFormat));
+  const SFrameFormat stTurned = MakeFormat(MONO_8, HEIGHT, WIDTH);
+  ASSERT_EQ(0, CZeroFile(2 * PIXELS).ReadAs(stTurned, pTable));
+  EXPECT_TRUE(pTable->stFormat.HasSameShape(stTurned));
 }
