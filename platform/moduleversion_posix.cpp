@@ -1,21 +1,58 @@
 #include "platform/moduleversion.h"
 
 #include <cstring>
+#include <fstream>
+#include <sstream>
 
 #include <dlfcn.h>
 
 #include "platform/elfsection.h"
 #include "platform/moduleversionrecord.h"
 
-bool QueryModuleVersion(uint16_t (&anVersion)[4], std::string &strError)
+namespace {
+
+// The file that is mapped at an address, by the system's own list; empty when it is not there.
+std::string FindMappedFile(const void *pAddress)
+{
+  const auto nAddress = reinterpret_cast<uintptr_t>(pAddress);
+  std::ifstream maps("/proc/self/maps");
+  for (std::string strLine; std::getline(maps, strLine);) {
+    std::istringstream line(strLine);
+    uintptr_t nBegin = 0;
+    uintptr_t nEnd = 0;
+    char cDash = '\0';
+    line >> std::hex >> nBegin >> cDash >> nEnd;
+    const std::size_t nPath = strLine.find('/');
+    if (line && nAddress >= nBegin && nAddress < nEnd && nPath != std::string::npos) {
+      return strLine.substr(nPath);
+    }
+  }
+  return {};
+}
+
+// The loader keeps the name that the module was asked for by. A relative one means another file, or none, once the
+// working directory has changed.
+std::string GetModuleFile(const void *pAddress)
 {
   Dl_info stInfo = {};
-  const auto *pAddress = reinterpret_cast<const void *>(&QueryModuleVersion);
-  if (dladdr(pAddress, &stInfo) == 0 || stInfo.dli_fname == nullptr || stInfo.dli_fname[0] == '\0') {
+  if (dladdr(pAddress, &stInfo) == 0 || stInfo.dli_fname == nullptr) {
+    return {};
+  }
+  const std::string strName = stInfo.dli_fname;
+  const std::string strMapped = strName.empty() || strName.front() == '/' ? std::string() : FindMappedFile(pAddress);
+  return strMapped.empty() ? strName : strMapped;
+}
+
+} // namespace
+
+bool QueryModuleVersion(uint16_t (&anVersion)[4], std::string &strError)
+{
+  const std::string strFile = GetModuleFile(reinterpret_cast<const void *>(&QueryModuleVersion));
+  if (strFile.empty()) {
     strError = "Failed to get the full path of current process";
     return false;
   }
-  return QueryModuleFileVersion(stInfo.dli_fname, anVersion, strError);
+  return QueryModuleFileVersion(strFile, anVersion, strError);
 }
 
 bool QueryModuleFileVersion(const std::string &strPath, uint16_t (&anVersion)[4], std::string &strError)

@@ -1,7 +1,15 @@
 // The built module, used as a host uses it: by its two exports and the interface alone.
+#include <cstring>
+
+#ifndef _WIN32
+#include <dlfcn.h>
+#endif
+
 #include <QApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QLibrary>
+#include <QTemporaryDir>
 #include <QTextCodec>
 #include <QWidget>
 
@@ -101,6 +109,30 @@ TEST_F(Module, HasTheVersionOfTheProject)
   EXPECT_EQ(stVersion.nRevision, PROJECT_VERSION[3]);
   m_fnDestory(pPlugin);
 }
+
+#ifndef _WIN32
+TEST_F(Module, LoadedByARelativePathKeepsItsVersionInAnotherWorkingDirectory)
+{
+  const QTemporaryDir folder;
+  ASSERT_TRUE(QFile::copy(QString::fromLocal8Bit(MODULE_FILE), folder.filePath("a copy.plx")));
+  const QString strFormer = QDir::currentPath();
+  ASSERT_TRUE(QDir::setCurrent(folder.path()));
+  void *const pModule = dlopen("./a copy.plx", RTLD_NOW | RTLD_LOCAL);
+  ASSERT_TRUE(QDir::setCurrent(strFormer));
+  ASSERT_NE(pModule, nullptr) << dlerror();
+  const auto fnCreate = reinterpret_cast<FnCreatePluginObject>(dlsym(pModule, CREATE_PLUGIN_OBJECT));
+  const auto fnDestory = reinterpret_cast<FnDestoryPluginObject>(dlsym(pModule, DESTORY_PLUGIN_OBJECT));
+  ASSERT_NE(fnCreate, m_fnCreate);
+  IPlugin *const pPlugin = fnCreate();
+  constexpr PLUGIN_VERSION PROJECT_VERSION = {FFC_PROJECT_VERSION};
+  const PLUGIN_VERSION stVersion = pPlugin->GetPluginVersion();
+  EXPECT_EQ(0, std::memcmp(&PROJECT_VERSION, &stVersion, sizeof stVersion));
+  fnDestory(pPlugin);
+  dlclose(pModule);
+  // It stays all the same: whoever knows its name finds it.
+  EXPECT_NE(FindLoadedModule("a copy.plx"), "");
+}
+#endif
 
 TEST_F(Module, DestroyingNothingDoesNothing)
 {
