@@ -35,16 +35,16 @@ public:
   virtual const char *GetPluginGUID() = 0;
   /// Fixed English name.
   virtual const char *GetPluginName() = 0;
-  /// Translated name, UTF-8; valid after Initialize.
+  /// Translated name, UTF-8; empty before Initialize. Stays where it is for the life of the object.
   virtual const char *GetPluginDisplayName() = 0;
-  /// Translated description, UTF-8; valid after Initialize.
+  /// Translated description, UTF-8; empty before Initialize. Stays where it is for the life of the object.
   virtual const char *GetPluginDescription() = 0;
   virtual uint32_t GetInterfaceVersion() = 0;
   virtual PLUGIN_VERSION GetPluginVersion() = 0;
   virtual bool HasSettingDialog() = 0;
   virtual bool IsDialogVisible() = 0;
   virtual bool IsDialogHidden() = 0;
-  /// Translated text of a status code, UTF-8; valid until the next call.
+  /// Translated text of a status code, UTF-8, the English one without memory; valid until the next call.
   virtual const char *GetStatusText(int32_t nStatus) = 0;
   virtual int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) = 0;
   virtual int32_t Uninitialize() = 0;

@@ -60,6 +60,15 @@ CShadingCorrectionPlugin::~CShadingCorrectionPlugin()
 
 void CShadingCorrectionPlugin::SlotProcessDemoMsg(const PLUGIN_MSG &stPluginMsg)
 {
+  try {
+    __ProcessMessage(stPluginMsg);
+  } catch (...) {
+    // There is no status to answer: the dialog stays as it is.
+  }
+}
+
+void CShadingCorrectionPlugin::__ProcessMessage(const PLUGIN_MSG &stPluginMsg)
+{
   if (m_pDialog == nullptr) {
     return;
   }
@@ -93,12 +102,12 @@ const char *CShadingCorrectionPlugin::GetPluginName()
 
 const char *CShadingCorrectionPlugin::GetPluginDisplayName()
 {
-  return m_strDisplayName.c_str();
+  return m_pDisplayName;
 }
 
 const char *CShadingCorrectionPlugin::GetPluginDescription()
 {
-  return m_strDescription.c_str();
+  return m_pDescription;
 }
 
 uint32_t CShadingCorrectionPlugin::GetInterfaceVersion()
@@ -128,8 +137,19 @@ bool CShadingCorrectionPlugin::IsDialogHidden()
 
 const char *CShadingCorrectionPlugin::GetStatusText(int32_t nStatus)
 {
-  m_strLastStatusText = QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Host)).toStdString();
-  return m_strLastStatusText.c_str();
+  const char *const pSource = GetStatusSourceText(nStatus, EStatusTextAudience::Host);
+  try {
+    m_strLastStatusText = QObject::tr(pSource).toStdString();
+    return m_strLastStatusText.c_str();
+  } catch (...) {
+    // Untranslated, it takes no memory.
+    return pSource;
+  }
+}
+
+const char *CShadingCorrectionPlugin::__KeepText(const QString &strText)
+{
+  return m_setTexts.insert(strText.toStdString()).first->c_str();
 }
 
 int32_t CShadingCorrectionPlugin::Initialize(PLUGIN_INIT_PARAM *pInitParam)
@@ -139,10 +159,9 @@ int32_t CShadingCorrectionPlugin::Initialize(PLUGIN_INIT_PARAM *pInitParam)
   }
   try {
     SetLanguage(static_cast<int32_t>(pInitParam->nLanguage));
-    m_strDisplayName = GetTranslatedName().toStdString();
-    m_strDescription =
-      QObject::tr("This plugin can calculate flat field correction coefficient and set the coefficient to device")
-        .toStdString();
+    m_pDisplayName = __KeepText(GetTranslatedName());
+    m_pDescription = __KeepText(
+      QObject::tr("This plugin can calculate flat field correction coefficient and set the coefficient to device"));
     int32_t nStatus = CreateDialog(pInitParam);
     if (nStatus != PLUGIN_STATUS_SUCCESS) {
       return nStatus;
@@ -185,13 +204,20 @@ int32_t CShadingCorrectionPlugin::ProcessImage(PLUGIN_IMAGE_INFO *pInput, PLUGIN
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   m_pDialog->SetStopFlag(false);
-  __ProcessFrame(*pInput, *pOutput, pResult);
+  bool bCorrected = false;
+  try {
+    __ProcessFrame(*pInput, *pOutput, bCorrected);
+  } catch (...) {
+    // What could not be told is told with a later frame; this one is what it became so far.
+  }
+  if (bCorrected && pResult != nullptr) {
+    pResult->bCorrected = 1;
+  }
   return PLUGIN_STATUS_SUCCESS;
 }
 
 // A frame that the process asked for is handed over; any other is offered for correction.
-void CShadingCorrectionPlugin::__ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput,
-                                              PLUGIN_PROCESS_RESULT *pResult)
+void CShadingCorrectionPlugin::__ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, bool &bCorrected)
 {
   if (m_pDialog->WaitImageRequest() == WAIT_RESULT_SIGNALLED) {
     m_pDialog->ReceiveImage(stInput.pBuffer, static_cast<uint32_t>(std::max(stInput.nPayloadSize, 0)));
@@ -202,13 +228,9 @@ void CShadingCorrectionPlugin::__ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN
   if (!HasAllPixels(stInput)) {
     return;
   }
-  bool bCorrected = false;
+  // Only an image that was really written counts: CorrectFrame also succeeds when there is nothing to do.
   (void)m_pDialog->CorrectFrame(stInput.pBuffer, stOutput.pBuffer, static_cast<uint32_t>(stInput.nWidth),
                                 stInput.nHeight, static_cast<uint32_t>(stInput.nPixelFormat), bCorrected);
-  // Only an image that was really written counts: CorrectFrame also succeeds when there is nothing to do.
-  if (bCorrected && pResult != nullptr) {
-    pResult->bCorrected = 1;
-  }
 }
 
 int32_t CShadingCorrectionPlugin::GetProperty(uint32_t nKey, const QVariant * /*pInput*/, QVariant *pValue)
@@ -241,8 +263,19 @@ void CShadingCorrectionPlugin::SetLanguage(int32_t nLanguage)
 bool CShadingCorrectionPlugin::LoadTranslation(QString strPath)
 {
   QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB2312"));
-  return m_translator.load(strPath, QString(), QString(), QString()) &&
-         QCoreApplication::installTranslator(&m_translator);
+  // Loading it anew would tell all windows of the host that the language has changed.
+  if (!strPath.isEmpty() && strPath == m_strTranslation) {
+    return true;
+  }
+  m_strTranslation.clear();
+  if (!m_translator.load(strPath, QString(), QString(), QString())) {
+    return false;
+  }
+  m_bTranslatorInstalled = m_bTranslatorInstalled || QCoreApplication::installTranslator(&m_translator);
+  if (m_bTranslatorInstalled) {
+    m_strTranslation = strPath;
+  }
+  return m_bTranslatorInstalled;
 }
 
 int32_t CShadingCorrectionPlugin::CreateDialog(PLUGIN_INIT_PARAM *pInitParam)

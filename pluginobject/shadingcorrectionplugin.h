@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 
 #include <QPointer>
@@ -47,7 +48,8 @@ public:
   /// \param nLanguage 1: loads the Chinese translation; else nothing
   virtual void SetLanguage(int32_t nLanguage);
   /// Sets the application's locale codec to GB2312, the code page of the texts that a Chinese host passes,
-  /// and installs a translation. \return false when it cannot be loaded; the codec is set all the same
+  /// and installs a translation, one that is in force already but once. \return false when it cannot be loaded; the
+  /// codec is set all the same
   virtual bool LoadTranslation(QString strPath);
   /// Builds the hidden dialog and its title. \return 0; -3 without device node map; -2 without memory
   virtual int32_t CreateDialog(PLUGIN_INIT_PARAM *pInitParam);
@@ -57,17 +59,24 @@ public:
   virtual void ConnectDialogSignals();
 
 private:
+  const char *__KeepText(const QString &strText);
+  void __ProcessMessage(const PLUGIN_MSG &stPluginMsg);
   QString __GetTitle(const PLUGIN_INIT_PARAM &stInitParam) const;
-  void __ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, PLUGIN_PROCESS_RESULT *pResult);
+  void __ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, bool &bCorrected);
 
   // Owned; becomes null by itself when the host destroys the dialog's parent first.
   QPointer<CShadingCorrectionDlg> m_pDialog;
   QTranslator m_translator;
+  bool m_bTranslatorInstalled = false;
+  QString m_strTranslation; // what the installed translator has loaded
   PLUGIN_VERSION m_stVersion;
   std::string m_strName;
   std::string m_strGUID;
-  std::string m_strDisplayName;
-  std::string m_strDescription;
+  // Every name and description that a host was given: it may keep the pointers, so a text of another language comes
+  // beside them.
+  std::set<std::string> m_setTexts;
+  const char *m_pDisplayName = "";
+  const char *m_pDescription = "";
   std::string m_strLastStatusText;
   // Open while the dialog and its process can take frames.
   CFrameGate m_gateFrames;

@@ -249,17 +249,25 @@ int32_t CShadingCorrectionDlg::CorrectFrame(const void *pSource, void *pDestinat
   }
   const int32_t nStatus = m_pProcess->CorrectImage(pSource, pDestination, nWidth, nHeight, nPixelFormat);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    // Once only: the next frame finds the flag cleared.
-    if (m_bApplyCorrection.exchange(false)) {
-      emit SetInfoShowSignal(false);
-    }
+    __ReportFrame(m_bApplyCorrection, false);
     return nStatus;
   }
   bCorrected = true;
-  if (m_bReportSuccess.exchange(false)) {
-    emit SetInfoShowSignal(true);
-  }
+  __ReportFrame(m_bReportSuccess, true);
   return nStatus;
+}
+
+// Once only: the next frame finds the flag cleared, unless there was no memory for the message.
+void CShadingCorrectionDlg::__ReportFrame(std::atomic<bool> &bFlag, bool bSuccess)
+{
+  if (!bFlag.exchange(false)) {
+    return;
+  }
+  try {
+    emit SetInfoShowSignal(bSuccess);
+  } catch (...) {
+    bFlag = true;
+  }
 }
 
 bool CShadingCorrectionDlg::IsPixelFormatSupported(uint32_t nPixelFormat)

@@ -92,6 +92,8 @@ private:
   void __LoadControls();
   void __ConnectControls();
 
+  void __ReportFrame(std::atomic<bool> &bFlag, bool bSuccess);
+
   // Bodies of the slots.
   template <typename TBody>
   void __RunSlot(TBody fnBody);

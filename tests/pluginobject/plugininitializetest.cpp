@@ -1,5 +1,6 @@
 // Initialisation: its statuses, the dialog's title, the language.
 #include <stdexcept>
+#include <utility>
 
 #include <QPointer>
 #include <QWidget>
@@ -13,6 +14,27 @@ const std::string NAME = "Flat Field Correction Plugin";
 // "camera" in Chinese, as a host passes it and as the dialog shows it.
 constexpr const char *CHINESE_GB2312 = "\xCF\xE0\xBB\xFA";
 const std::string CHINESE_UTF8 = "\u76F8\u673A";
+
+// Counts how often the windows are told that the language has changed.
+class CLanguageChanges : public QObject {
+public:
+  CLanguageChanges() { qApp->installEventFilter(this); }
+  int Take()
+  {
+    QCoreApplication::sendPostedEvents();
+    return std::exchange(m_nChanges, 0);
+  }
+
+protected:
+  bool eventFilter(QObject *pObject, QEvent *pEvent) override
+  {
+    m_nChanges += pObject == qApp && pEvent->type() == QEvent::LanguageChange ? 1 : 0;
+    return false;
+  }
+
+private:
+  int m_nChanges = 0;
+};
 
 class PluginInitialize : public CPluginTest {};
 class PluginTitle : public CPluginTest {};
@@ -286,6 +308,49 @@ TEST_F(PluginLanguage, ChineseTwiceIsStillChineseAndStillEndsWithThePlugin)
   EXPECT_STRNE(m_pPlugin->GetPluginDisplayName(), NAME.c_str());
   m_pPlugin.reset();
   EXPECT_EQ(QObject::tr("Success"), QStringLiteral("Success"));
+}
+
+TEST_F(PluginLanguage, ATranslationIsInstalledOnce)
+{
+  m_stInitParam.nLanguage = 1;
+  CLanguageChanges changes;
+  ASSERT_EQ(Initialize(), 0);
+  EXPECT_EQ(changes.Take(), 1);
+  for (int i = 0; i < 3; ++i) {
+    m_pPlugin->Uninitialize();
+    ASSERT_EQ(Initialize(), 0);
+    EXPECT_EQ(changes.Take(), 0);
+    EXPECT_STRNE(m_pPlugin->GetPluginDisplayName(), NAME.c_str());
+  }
+}
+
+TEST_F(PluginLanguage, ATranslationThatCannotBeLoadedTakesTheFormersPlaceUntilThatIsLoadedAgain)
+{
+  EXPECT_TRUE(m_pPlugin->LoadTranslation(QStringLiteral(":/lumalevel_zh.qm")));
+  EXPECT_FALSE(m_pPlugin->LoadTranslation(QStringLiteral(":/missing.qm")));
+  EXPECT_FALSE(m_pPlugin->LoadTranslation(QString()));
+  EXPECT_EQ(QObject::tr("Success"), QStringLiteral("Success"));
+  EXPECT_TRUE(m_pPlugin->LoadTranslation(QStringLiteral(":/lumalevel_zh.qm")));
+  EXPECT_NE(QObject::tr("Success"), QStringLiteral("Success"));
+}
+
+TEST_F(PluginLanguage, NameAndDescriptionStayWhereAHostFoundThem)
+{
+  EXPECT_STREQ(m_pPlugin->GetPluginDisplayName(), "");
+  EXPECT_STREQ(m_pPlugin->GetPluginDescription(), "");
+  ASSERT_EQ(Initialize(), 0);
+  const char *const pName = m_pPlugin->GetPluginDisplayName();
+  const char *const pDescription = m_pPlugin->GetPluginDescription();
+  const std::string strDescription = pDescription;
+  m_stInitParam.nLanguage = 1;
+  for (int i = 0; i < 3; ++i) {
+    m_pPlugin->Uninitialize();
+    ASSERT_EQ(Initialize(), 0);
+    EXPECT_STRNE(m_pPlugin->GetPluginDisplayName(), pName);
+    EXPECT_STRNE(m_pPlugin->GetPluginDescription(), pDescription);
+    EXPECT_EQ(pName, NAME);
+    EXPECT_EQ(pDescription, strDescription);
+  }
 }
 
 TEST_F(PluginLanguage, AMissingTranslationStillSetsTheLocale)

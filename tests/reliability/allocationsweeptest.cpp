@@ -1,7 +1,11 @@
 // Every allocation of the module's own code fails once, in every operation. What it then leaks, the address sanitizer
 // tells at the end.
+#include <algorithm>
 #include <cstdio>
 #include <set>
+#include <thread>
+
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -139,4 +143,104 @@ TEST(AllocationOfTheDialog, ThatFailsIsOutOfMemoryAndTheNextInitialisationSuccee
   }
   rig.Close();
   EXPECT_EQ(0, rig.Open());
+}
+
+namespace {
+
+// Operations of the interface that have no status for it: they throw nothing either.
+class AllocationAtTheInterface : public testing::Test {
+protected:
+  using EWhose = CModuleAllocations::EWhose;
+
+  AllocationAtTheInterface() : m_rig(EMode::Host)
+  {
+    EXPECT_EQ("", m_rig.Correct());
+    EXPECT_EQ("", CModuleAllocations::Watch(PLUGIN_MODULE));
+    m_rig.SetStreaming(false);
+    m_listFrame = m_rig.Camera().MakeFrame(120);
+  }
+
+  // Calls it with each of its allocations failing in turn, on this thread. \return how many failed
+  template <typename TCall>
+  static uint64_t FailEach(EWhose eWhose, TCall fnCall)
+  {
+    uint64_t nFailures = 0;
+    for (bool bFailed = true; bFailed && !HasFailure();) {
+      const CModuleAllocations allocations(nFailures + 1, eWhose);
+      EXPECT_NO_THROW(fnCall()) << "allocation " << nFailures + 1;
+      bFailed = allocations.HasFailed();
+      nFailures += bFailed ? 1 : 0;
+    }
+    return nFailures;
+  }
+
+  // Delivers one frame, some of its columns left out, on a thread of its own with each allocation failing in turn until
+  // none does. \return how many failed
+  uint64_t FailEachOfAFrame(int32_t nColumnsLess, bool bCorrected)
+  {
+    PLUGIN_IMAGE_INFO stInput;
+    stInput.nPixelFormat = static_cast<int32_t>(m_rig.Camera().GetPixelFormat());
+    stInput.nWidth = static_cast<int32_t>(m_rig.Camera().Integer("Width").Peek()) - nColumnsLess;
+    stInput.nHeight = static_cast<int32_t>(m_rig.Camera().Integer("Height").Peek());
+    stInput.nPayloadSize = static_cast<int32_t>(m_listFrame.size());
+    stInput.pBuffer = m_listFrame.data();
+    std::vector<uint8_t> listOutput(m_listFrame.size());
+    uint64_t nFailures = 0;
+    std::thread frameThread([&] {
+      nFailures = FailEach(EWhose::Everybody, [&] {
+        std::fill(listOutput.begin(), listOutput.end(), uint8_t{0});
+        PLUGIN_IMAGE_INFO stOutput = stInput;
+        stOutput.pBuffer = listOutput.data();
+        PLUGIN_PROCESS_RESULT stResult;
+        const int32_t nStatus = m_rig.Plugin().ProcessImage(&stInput, &stOutput, PLUGIN_PROCESS_MODE_FRAME, &stResult);
+        EXPECT_EQ(0, nStatus);
+        EXPECT_EQ(bCorrected, stResult.bCorrected == 1);
+        EXPECT_EQ(bCorrected, listOutput.front() != 0);
+      });
+    });
+    frameThread.join();
+    return nFailures;
+  }
+
+  CModuleRig m_rig;
+  std::vector<uint8_t> m_listFrame;
+};
+
+} // namespace
+
+TEST_F(AllocationAtTheInterface, OfAStatusTextThatFailsLeavesTheEnglishOne)
+{
+  const char *pText = nullptr;
+  EXPECT_GT(FailEach(EWhose::Module, [&] { pText = m_rig.Plugin().GetStatusText(-1002); }), 0U);
+  EXPECT_STREQ("Failure to operation device feature", pText);
+  const CModuleAllocations allocations(1);
+  EXPECT_STREQ("Failure to operation device feature", m_rig.Plugin().GetStatusText(-1002));
+  EXPECT_TRUE(allocations.HasFailed());
+}
+
+TEST_F(AllocationAtTheInterface, OfAMessageThatFailsLeavesTheDialogAsItIs)
+{
+  PLUGIN_MSG stPluginMsg = MakePluginMsg(PLUGIN_MSG_DEVICE_NAME);
+  stPluginMsg.pText = "Another camera";
+  EXPECT_GT(FailEach(EWhose::Everybody, [&] { m_rig.Plugin().SlotProcessDemoMsg(stPluginMsg); }), 0U);
+  EXPECT_EQ("Flat Field Correction Plugin  Another camera", m_rig.Find<QLabel>("TitleContent")->text().toStdString());
+}
+
+TEST_F(AllocationAtTheInterface, OfASuccessMessageThatFailsLeavesTheFrameCorrectedAndIsMadeUpForLater)
+{
+  auto *pPreview = m_rig.Find<QCheckBox>("PreviewcheckBox");
+  pPreview->click();
+  pPreview->click(); // tells the success again
+  auto *pPrompt = m_rig.Find<QLabel>("PromptInformation_label");
+  pPrompt->clear();
+  EXPECT_GT(FailEachOfAFrame(0, true), 0U);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return pPrompt->text() == QLatin1String("FFC executed successfully"); }));
+}
+
+TEST_F(AllocationAtTheInterface, OfAFailureMessageThatFailsIsMadeUpForLater)
+{
+  auto *pPreview = m_rig.Find<QCheckBox>("PreviewcheckBox");
+  ASSERT_TRUE(pPreview->isChecked());
+  EXPECT_GT(FailEachOfAFrame(1, false), 0U);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !pPreview->isChecked(); }));
 }

@@ -13,8 +13,13 @@
 /// calloc is bent in its table of imports.
 class CModuleAllocations {
 public:
-  /// Lets the nFailing-th allocation from now on fail, counted from 1; 0: none. One of these at a time.
-  explicit CModuleAllocations(uint64_t nFailing);
+  enum class EWhose {
+    Module,
+    Everybody, ///< the toolkit's operators new too
+  };
+
+  /// Lets the nFailing-th allocation from now on fail, counted from 1; 0: none. One of these at a time on a thread.
+  explicit CModuleAllocations(uint64_t nFailing, EWhose eWhose = EWhose::Module);
   ~CModuleAllocations();
   CModuleAllocations(const CModuleAllocations &) = delete;
   CModuleAllocations &operator=(const CModuleAllocations &) = delete;

@@ -24,6 +24,7 @@ std::vector<SRange> s_listOwn;
 std::vector<SRange> s_listLibrary;
 
 thread_local bool t_bCounting = false;
+thread_local bool t_bEverybody = false;
 thread_local bool t_bFailed = false;
 thread_local uint64_t t_nCount = 0;
 thread_local uint64_t t_nFailing = 0;
@@ -75,7 +76,7 @@ bool ShallFail(const void *pCaller)
     return false;
   }
   t_bCounting = false; // what the walk itself takes does not count
-  const bool bOwn = IsOwn(pCaller);
+  const bool bOwn = t_bEverybody || IsOwn(pCaller);
   t_bCounting = true;
   t_nCount += bOwn ? 1 : 0;
   const bool bFails = bOwn && t_nCount == t_nFailing;
@@ -184,8 +185,9 @@ bool BendImport(const link_map &stMap, const char *pName, void *pTarget)
 
 } // namespace
 
-CModuleAllocations::CModuleAllocations(uint64_t nFailing)
+CModuleAllocations::CModuleAllocations(uint64_t nFailing, EWhose eWhose)
 {
+  t_bEverybody = eWhose == EWhose::Everybody;
   t_nCount = 0;
   t_nFailing = nFailing;
   t_bFailed = false;
