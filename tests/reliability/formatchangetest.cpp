@@ -43,9 +43,9 @@ TEST(FormatChange, FramesOfAnotherShapeAreNotCorrectedWithTheTableOfTheFormerOne
 {
   CModuleRig rig(EMode::Host);
   ASSERT_EQ("", rig.Correct());
+  rig.SetFrame([](const CTestCamera &, uint32_t) { return std::vector<uint8_t>(); });
   Turn(rig);
   rig.Camera().Float("ExposureTime").Poke(SHORT_EXPOSURE);
-  rig.SetFrame([](const CTestCamera &, uint32_t) { return std::vector<uint8_t>(); });
   EXPECT_EQ(std::vector<std::string>{"Get buffer time out"}, rig.Do(EOperation::Bright).listBoxes);
   auto *pPreview = rig.Find<QCheckBox>("PreviewcheckBox");
   if (pPreview->isChecked()) {
