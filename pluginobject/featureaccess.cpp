@@ -93,68 +93,68 @@ int32_t AccessValue(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAcc
 
 int32_t CFeatureAccess::IsFeatureImplemented(const char *pName, bool &bImplemented) const
 {
-  return QueryAccessMode(m_pNodeMap, pName, bImplemented,
+  return QueryAccessMode(*m_ppNodeMap, pName, bImplemented,
                          [](GenApi::EAccessMode eMode) { return GenApi::IsImplemented(eMode); });
 }
 
 int32_t CFeatureAccess::IsFeatureWritable(const char *pName, bool &bWritable) const
 {
-  return QueryAccessMode(m_pNodeMap, pName, bWritable,
+  return QueryAccessMode(*m_ppNodeMap, pName, bWritable,
                          [](GenApi::EAccessMode eMode) { return GenApi::IsWritable(eMode); });
 }
 
 int32_t CFeatureAccess::GetIntFeature(const char *pName, int64_t &nValue) const
 {
-  return AccessValue<GenApi::IInteger>(m_pNodeMap, pName, [&](GenApi::IInteger &node) { nValue = node.GetValue(); });
+  return AccessValue<GenApi::IInteger>(*m_ppNodeMap, pName, [&](GenApi::IInteger &node) { nValue = node.GetValue(); });
 }
 
 int32_t CFeatureAccess::SetIntFeature(const char *pName, int64_t nValue) const
 {
-  return AccessValue<GenApi::IInteger>(m_pNodeMap, pName, [&](GenApi::IInteger &node) { node.SetValue(nValue); });
+  return AccessValue<GenApi::IInteger>(*m_ppNodeMap, pName, [&](GenApi::IInteger &node) { node.SetValue(nValue); });
 }
 
 int32_t CFeatureAccess::GetFloatFeature(const char *pName, float &fValue) const
 {
-  return AccessValue<GenApi::IFloat>(m_pNodeMap, pName,
+  return AccessValue<GenApi::IFloat>(*m_ppNodeMap, pName,
                                      [&](GenApi::IFloat &node) { fValue = static_cast<float>(node.GetValue()); });
 }
 
 int32_t CFeatureAccess::SetFloatFeature(const char *pName, float fValue) const
 {
-  return AccessValue<GenApi::IFloat>(m_pNodeMap, pName,
+  return AccessValue<GenApi::IFloat>(*m_ppNodeMap, pName,
                                      [&](GenApi::IFloat &node) { node.SetValue(static_cast<double>(fValue)); });
 }
 
 int32_t CFeatureAccess::GetBoolFeature(const char *pName, bool &bValue) const
 {
-  return AccessValue<GenApi::IBoolean>(m_pNodeMap, pName, [&](GenApi::IBoolean &node) { bValue = node.GetValue(); });
+  return AccessValue<GenApi::IBoolean>(*m_ppNodeMap, pName, [&](GenApi::IBoolean &node) { bValue = node.GetValue(); });
 }
 
 int32_t CFeatureAccess::SetBoolFeature(const char *pName, bool bValue) const
 {
-  return AccessValue<GenApi::IBoolean>(m_pNodeMap, pName, [&](GenApi::IBoolean &node) { node.SetValue(bValue); });
+  return AccessValue<GenApi::IBoolean>(*m_ppNodeMap, pName, [&](GenApi::IBoolean &node) { node.SetValue(bValue); });
 }
 
 int32_t CFeatureAccess::GetEnumFeature(const char *pName, std::string &strValue) const
 {
-  return AccessCurrentEntry(m_pNodeMap, pName,
+  return AccessCurrentEntry(*m_ppNodeMap, pName,
                             [&](GenApi::IEnumEntry &entry) { strValue = entry.GetSymbolic().c_str(); });
 }
 
 int32_t CFeatureAccess::GetEnumIntFeature(const char *pName, int64_t &nValue) const
 {
-  return AccessCurrentEntry(m_pNodeMap, pName, [&](GenApi::IEnumEntry &entry) { nValue = entry.GetValue(); });
+  return AccessCurrentEntry(*m_ppNodeMap, pName, [&](GenApi::IEnumEntry &entry) { nValue = entry.GetValue(); });
 }
 
 int32_t CFeatureAccess::SetEnumFeature(const char *pName, std::string strValue) const
 {
   return AccessValue<GenApi::IEnumeration>(
-    m_pNodeMap, pName, [&](GenApi::IEnumeration &node) { node.FromString(GenICam::gcstring(strValue.c_str())); });
+    *m_ppNodeMap, pName, [&](GenApi::IEnumeration &node) { node.FromString(GenICam::gcstring(strValue.c_str())); });
 }
 
 int32_t CFeatureAccess::GetEnumEntries(const char *pName, std::vector<std::string> &listEntries) const
 {
-  return AccessValue<GenApi::IEnumeration>(m_pNodeMap, pName, [&](GenApi::IEnumeration &node) {
+  return AccessValue<GenApi::IEnumeration>(*m_ppNodeMap, pName, [&](GenApi::IEnumeration &node) {
     GenApi::NodeList_t listNodes;
     node.GetEntries(listNodes);
     std::vector<std::string> listNames;
@@ -170,35 +170,35 @@ int32_t CFeatureAccess::GetEnumEntries(const char *pName, std::vector<std::strin
 
 int32_t CFeatureAccess::GetStringFeature(const char *pName, std::string &strValue) const
 {
-  return AccessValue<GenApi::IString>(m_pNodeMap, pName,
+  return AccessValue<GenApi::IString>(*m_ppNodeMap, pName,
                                       [&](GenApi::IString &node) { strValue = node.GetValue().c_str(); });
 }
 
 int32_t CFeatureAccess::SetStringFeature(const char *pName, std::string strValue) const
 {
   return AccessValue<GenApi::IString>(
-    m_pNodeMap, pName, [&](GenApi::IString &node) { node.SetValue(GenICam::gcstring(strValue.c_str())); });
+    *m_ppNodeMap, pName, [&](GenApi::IString &node) { node.SetValue(GenICam::gcstring(strValue.c_str())); });
 }
 
 int32_t CFeatureAccess::GetRegisterLength(const char *pName, int64_t &nLength) const
 {
-  return AccessValue<GenApi::IRegister>(m_pNodeMap, pName,
+  return AccessValue<GenApi::IRegister>(*m_ppNodeMap, pName,
                                         [&](GenApi::IRegister &node) { nLength = node.GetLength(); });
 }
 
 int32_t CFeatureAccess::ReadRegisterFeature(const char *pName, uint8_t *pBuffer, int64_t nLength) const
 {
-  return AccessRegister(m_pNodeMap, pName, pBuffer, nLength,
+  return AccessRegister(*m_ppNodeMap, pName, pBuffer, nLength,
                         [&](GenApi::IRegister &node) { node.Get(pBuffer, nLength); });
 }
 
 int32_t CFeatureAccess::WriteRegisterFeature(const char *pName, const uint8_t *pBuffer, int64_t nLength) const
 {
-  return AccessRegister(m_pNodeMap, pName, pBuffer, nLength,
+  return AccessRegister(*m_ppNodeMap, pName, pBuffer, nLength,
                         [&](GenApi::IRegister &node) { node.Set(pBuffer, nLength); });
 }
 
 int32_t CFeatureAccess::ExecuteCommand(const char *pName) const
 {
-  return AccessValue<GenApi::ICommand>(m_pNodeMap, pName, [](GenApi::ICommand &node) { node.Execute(); });
+  return AccessValue<GenApi::ICommand>(*m_ppNodeMap, pName, [](GenApi::ICommand &node) { node.Execute(); });
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,16 @@
 /// PLUGIN_STATUS_FEATURE_ERROR for a feature of another type, an enumeration without a current entry, or
 /// anything that the node map throws; PLUGIN_STATUS_ROI_MISMATCH for a register of another length. None
 /// throws. Outputs are written on success only. There is no retry and no lock of its own.
+///
+/// Copies share their node map: what one of them lets go, none of them has any more.
 class CFeatureAccess {
 public:
   /// \param pNodeMap not owned; with null no feature is found
-  explicit CFeatureAccess(GenApi::INodeMap *pNodeMap) : m_pNodeMap(pNodeMap) {}
+  explicit CFeatureAccess(GenApi::INodeMap *pNodeMap) : m_ppNodeMap(std::make_shared<GenApi::INodeMap *>(pNodeMap)) {}
 
-  bool HasNodeMap() const { return m_pNodeMap != nullptr; }
+  bool HasNodeMap() const { return *m_ppNodeMap != nullptr; }
+  /// Lets the node map go, in all copies, before its owner destroys it. On the thread of the accesses.
+  void Detach() { *m_ppNodeMap = nullptr; }
 
   /// Whether the feature exists and is implemented. A missing feature is no failure; a null name is, and
   /// also answers false.
@@ -54,5 +59,5 @@ public:
   int32_t ExecuteCommand(const char *pName) const;
 
 private:
-  GenApi::INodeMap *m_pNodeMap;
+  std::shared_ptr<GenApi::INodeMap *> m_ppNodeMap;
 };

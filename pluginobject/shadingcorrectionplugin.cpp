@@ -285,14 +285,15 @@ int32_t CShadingCorrectionPlugin::CreateDialog(PLUGIN_INIT_PARAM *pInitParam)
   }
   // A dialog left by an initialisation that failed gives way.
   DestroyDialog();
+  if (pInitParam->pParent != nullptr) {
+    // Before the dialog hears of it: one that goes with its parent must have no frame in it, and none may keep the
+    // host's camera.
+    m_parentDestroyed = connect(pInitParam->pParent, &QObject::destroyed, this, [this] { DestroyDialog(); });
+  }
   try {
     m_pDialog = new CShadingCorrectionDlg(pInitParam->pParent, *pInitParam);
   } catch (const std::bad_alloc &) {
     return PLUGIN_STATUS_OUT_OF_MEMORY;
-  }
-  if (pInitParam->pParent != nullptr) {
-    // A dialog that goes with its parent must have no frame in it.
-    connect(pInitParam->pParent, &QObject::destroyed, m_pDialog, [this] { m_gateFrames.Close(); });
   }
   m_pDialog->setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint);
   m_pDialog->setWindowTitle(__GetTitle(*pInitParam));
@@ -327,7 +328,12 @@ void CShadingCorrectionPlugin::CloseDialogProcess()
 void CShadingCorrectionPlugin::DestroyDialog()
 {
   m_gateFrames.Close();
-  delete m_pDialog.data();
+  disconnect(m_parentDestroyed);
+  if (m_pDialog != nullptr) {
+    CShadingCorrectionDlg *pDialog = m_pDialog;
+    m_pDialog.clear();
+    pDialog->Retire();
+  }
 }
 
 void CShadingCorrectionPlugin::ConnectDialogSignals()

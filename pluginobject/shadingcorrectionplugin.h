@@ -64,8 +64,9 @@ private:
   QString __GetTitle(const PLUGIN_INIT_PARAM &stInitParam) const;
   void __ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, bool &bCorrected);
 
-  // Owned; becomes null by itself when the host destroys the dialog's parent first.
+  // The dialog in service.
   QPointer<CShadingCorrectionDlg> m_pDialog;
+  QMetaObject::Connection m_parentDestroyed;
   QTranslator m_translator;
   bool m_bTranslatorInstalled = false;
   QString m_strTranslation; // what the installed translator has loaded

@@ -1,10 +1,17 @@
 #include "pluginobject/shadingcorrection/busyscope.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 
 CBusyScope::CBusyScope(QWidget *pButton) : m_pButton(pButton)
 {
   if (m_pButton != nullptr) {
+    QWidget *pWindow = m_pButton->window();
+    m_bFocused = pWindow->focusWidget() == m_pButton;
+    if (m_bFocused) {
+      // A disabled button's focus would go to its neighbour, and the user's next key with it.
+      pWindow->setFocus();
+    }
     m_pButton->setEnabled(false);
   }
   QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -13,8 +20,13 @@ CBusyScope::CBusyScope(QWidget *pButton) : m_pButton(pButton)
 CBusyScope::~CBusyScope()
 {
   PopCursor();
-  if (m_pButton != nullptr) {
-    m_pButton->setEnabled(true);
+  if (m_pButton == nullptr) {
+    return;
+  }
+  m_pButton->setEnabled(true);
+  const QWidget *pFocused = m_pButton->window()->focusWidget();
+  if (m_bFocused && (pFocused == nullptr || pFocused == m_pButton->window())) {
+    m_pButton->setFocus();
   }
 }
 
@@ -28,5 +40,23 @@ void CBusyScope::PopCursor()
   if (m_bCursor) {
     m_bCursor = false;
     QApplication::restoreOverrideCursor();
+  }
+}
+
+void CBusyScope::DropInput()
+{
+  if (m_pButton == nullptr) {
+    return;
+  }
+  // Input reaches a widget through up to three queues, one per round. A host that never runs out of events does not
+  // keep the button disabled.
+  constexpr int LEAST_ROUNDS = 3;
+  constexpr qint64 LONGEST = 50; // milliseconds
+  QElapsedTimer timer;
+  timer.start();
+  QEventLoop loop;
+  int nRound = 0;
+  while (timer.elapsed() < LONGEST && (loop.processEvents(QEventLoop::AllEvents) || nRound < LEAST_ROUNDS)) {
+    ++nRound;
   }
 }

@@ -6,6 +6,8 @@
 #include <QWidget>
 
 /// A wait cursor and, if asked, a disabled button, until the end of a scope. User-interface thread only.
+///
+/// A button that has the focus has it again afterwards, unless the user gave it to another widget.
 class CBusyScope {
 public:
   /// \param pButton disabled meanwhile; null for none. May go away before the scope ends.
@@ -19,8 +21,12 @@ public:
   static void Paint();
   /// Takes the cursor back before the scope ends, for a message.
   void PopCursor();
+  /// Lets the queued input run while the button is still disabled, so that clicks on it are lost. Input for other
+  /// widgets does what it does. Nothing without a button.
+  void DropInput();
 
 private:
   QPointer<QWidget> m_pButton;
+  bool m_bFocused = false;
   bool m_bCursor = true;
 };

@@ -46,6 +46,14 @@ CShadingCorrectionDlg::CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT
     tr("This operation will save the user sets and set the startup sets to UserSet0"));
   m_pUi->Prompt2621Info_label->hide();
   __LoadWindowIcon();
+  if (pParent != nullptr) {
+    // Comes before the parent deletes its children: widgets that called a slot must outlive it.
+    connect(pParent, &QObject::destroyed, this, [this] {
+      if (!m_slots.IsEmpty()) {
+        setParent(nullptr, windowFlags());
+      }
+    });
+  }
 }
 
 CShadingCorrectionDlg::~CShadingCorrectionDlg() = default;
@@ -148,7 +156,10 @@ int32_t CShadingCorrectionDlg::__CreateProcess()
     m_pUi->groupBox_5->setEnabled(false);
     m_pUi->Prompt2621Info_label->show();
   }
-  return m_fnCreateProcess(eKind, m_deviceFeatures, m_streamFeatures, m_pProcess);
+  std::unique_ptr<IShadingCorrectionProcess> pProcess;
+  const int32_t nCreateStatus = m_fnCreateProcess(eKind, m_deviceFeatures, m_streamFeatures, pProcess);
+  m_pProcess = std::move(pProcess);
+  return nCreateStatus;
 }
 
 void CShadingCorrectionDlg::__DisableEverything()
@@ -216,7 +227,36 @@ void CShadingCorrectionDlg::ReleaseProcess()
 {
   m_bBrightAcquired = false;
   m_bFFCExecuted = false;
+  if (m_pProcess == nullptr) {
+    return;
+  }
+  // A slot on the stack may go on in the process, which then speaks to nobody.
+  disconnect(m_pProcess.get(), nullptr, this, nullptr);
+  if (m_bAcquiring) {
+    m_pProcess->RestoreDeviceParam();
+  }
   m_pProcess.reset();
+}
+
+void CShadingCorrectionDlg::Retire()
+{
+  if (m_bRetired) {
+    return;
+  }
+  m_bRetired = true;
+  disconnect(this, &CShadingCorrectionDlg::SigDlgStatusChanged, nullptr, nullptr);
+  ReleaseProcess();
+  for (CFeatureAccess *pFeatures : {&m_deviceFeatures, &m_outputFeatures, &m_streamFeatures}) {
+    pFeatures->Detach();
+  }
+  if (m_slots.IsEmpty()) {
+    delete this;
+    return;
+  }
+  // Who looks for the dialog by its name finds the one in service.
+  setObjectName(QString());
+  hide();
+  m_slots.DeleteWhenEmpty(this);
 }
 
 void CShadingCorrectionDlg::SetDialogTitle(const QString &strTitle)
@@ -228,12 +268,14 @@ void CShadingCorrectionDlg::SetDialogTitle(const QString &strTitle)
 
 void CShadingCorrectionDlg::showEvent(QShowEvent *pEvent)
 {
+  const ffc::dialog::CSlotScope slot(m_slots); // the host may end the service when it hears of this
   emit SigDlgStatusChanged(MakePluginMsg(PLUGIN_MSG_DIALOG_SHOWN));
   QDialog::showEvent(pEvent);
 }
 
 void CShadingCorrectionDlg::hideEvent(QHideEvent *pEvent)
 {
+  const ffc::dialog::CSlotScope slot(m_slots);
   emit SigDlgStatusChanged(MakePluginMsg(PLUGIN_MSG_DIALOG_HIDDEN));
   QWidget::hideEvent(pEvent);
 }

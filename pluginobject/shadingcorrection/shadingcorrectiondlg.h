@@ -14,6 +14,7 @@
 #include "pluginobject/pluginrecords.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 #include "pluginobject/shadingcorrection/process/processfactory.h"
+#include "pluginobject/shadingcorrection/slotscope.h"
 
 class QToolsTitleBar;
 namespace Ui {
@@ -26,6 +27,9 @@ class ShadingCorrectionDlg;
 /// Everything runs on the user-interface thread but the operations under "Frame thread", which may be
 /// called from the thread that delivers frames, between a successful InitDialog and ReleaseProcess. Those
 /// touch no widget.
+///
+/// Whoever creates it ends it with Retire: a slot that shows a message box or a file dialog may be on the stack. Its
+/// parent may be destroyed at any time, with a dialog that no slot keeps.
 class CShadingCorrectionDlg : public QDialog {
   Q_OBJECT
 
@@ -37,7 +41,11 @@ public:
   void SetProcessFactory(FnCreateProcess fnCreateProcess);
   /// Builds the title bar, chooses and initialises the process, loads and connects the controls.
   int32_t InitDialog();
+  /// Ends the process's service. An acquisition that it is in the middle of puts the camera's settings back first.
   void ReleaseProcess();
+  /// Releases the process, lets host and camera go, and deletes the dialog: at once, or, hidden, when the last of its
+  /// slots has left. Nothing of the host's is touched after it returned. No frame may be under way.
+  void Retire();
   void SetDialogTitle(const QString &strTitle);
 
   // Frame thread.
@@ -94,28 +102,32 @@ private:
 
   void __ReportFrame(std::atomic<bool> &bFlag, bool bSuccess);
 
-  // Bodies of the slots.
+  // Bodies of the slots. Each returns the status to report.
   template <typename TBody>
   void __RunSlot(TBody fnBody);
-  void __ChangeFrameCount(int nValue);
-  void __ChangeExpectGray(int nValue);
-  void __AcquireDark();
-  void __AcquireBright();
-  void __Execute();
-  void __SwitchPreview(bool checked);
-  void __LoadFlash();
-  void __SaveFlash();
-  void __LoadFile();
-  void __SaveFile();
+  int32_t __ChangeFrameCount(int nValue);
+  int32_t __ChangeExpectGray(int nValue);
+  int32_t __ChangeExpectGrayBox(int nValue);
+  int32_t __AcquireDark(ffc::dialog::CSlotScope &slot);
+  int32_t __AcquireBright(ffc::dialog::CSlotScope &slot);
+  int32_t __Execute(ffc::dialog::CSlotScope &slot);
+  int32_t __ShowInfo(bool bStatus);
+  int32_t __SwitchPreview(bool checked);
+  int32_t __LoadFlash(ffc::dialog::CSlotScope &slot);
+  int32_t __SaveFlash(ffc::dialog::CSlotScope &slot);
+  int32_t __LoadFile();
+  int32_t __SaveFile();
 
   // Helpers of the slots.
+  /// To be asked again after everything that may open an event loop or call the host.
   bool __IsReady() const { return m_pUi != nullptr && m_pProcess != nullptr; }
   bool __IsHostMode() const { return !m_bModeFeatureAvailable; }
-  bool __CanAcquire();
+  int32_t __CheckAcquisition();
   template <typename TOperation>
   int32_t __CallProcess(TOperation fnOperation);
   template <typename TOperation>
-  int32_t __CallProcessUncorrected(TOperation fnOperation);
+  int32_t __Acquire(TOperation fnOperation);
+  void __UncheckStoppedPreview();
   void __ShowDarkVerdict();
   int32_t __AcceptBright();
   void __ShowExecuteResult(int32_t nStatus);
@@ -143,8 +155,11 @@ private:
   CFeatureAccess m_streamFeatures;
   CFeatureAccess m_deviceFeatures;
   FnCreateProcess m_fnCreateProcess;
-  // Destroyed before the features that it uses.
-  std::unique_ptr<IShadingCorrectionProcess> m_pProcess;
+  // Shared with the slots that are on the stack. Destroyed before the features that it uses.
+  std::shared_ptr<IShadingCorrectionProcess> m_pProcess;
+  ffc::dialog::CSlotStack m_slots;
+  bool m_bAcquiring = false;
+  bool m_bRetired = false;
   QSlider *m_pExpectGraySlider = nullptr;
   QSlider *m_pFrameCountSlider = nullptr;
   QToolsTitleBar *m_pTitleBar = nullptr;

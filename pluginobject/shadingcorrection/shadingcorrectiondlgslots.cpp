@@ -32,13 +32,14 @@ constexpr int EXPECT_GRAY_END = 256;
 
 void CShadingCorrectionDlg::__ReportStatus(int32_t nStatus)
 {
-  if (nStatus != PLUGIN_STATUS_SUCCESS && nStatus != PLUGIN_STATUS_SILENT) {
+  if (nStatus != PLUGIN_STATUS_SUCCESS && nStatus != PLUGIN_STATUS_SILENT && !m_bRetired) {
     __ShowError(QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Dialog)));
   }
 }
 
 void CShadingCorrectionDlg::__ShowError(const QString &strText)
 {
+  m_slots.PopCursors();
   try {
     CTipsMessageBox::Error(this, tr("Error"), strText, QMessageBox::Ok, QMessageBox::NoButton);
   } catch (const std::bad_alloc &) {
@@ -47,22 +48,27 @@ void CShadingCorrectionDlg::__ShowError(const QString &strText)
   }
 }
 
-// The body of a slot: nothing that it throws may reach the toolkit, which would end the host.
+// Every slot runs in here. Nothing that its body throws may reach the toolkit, which would end the host; the dialog and
+// its process outlive it, whatever happens in the event loops that it opens; what it was busy with ends after its
+// status is reported.
 template <typename TBody>
 void CShadingCorrectionDlg::__RunSlot(TBody fnBody)
 {
-  const QPointer<CShadingCorrectionDlg> pThis(this);
+  if (m_bRetired) {
+    return;
+  }
+  ffc::dialog::CSlotScope slot(m_slots, m_pProcess);
   int32_t nStatus = PLUGIN_STATUS_SUCCESS;
   try {
-    fnBody();
+    nStatus = fnBody(slot);
   } catch (const std::bad_alloc &) {
     nStatus = PLUGIN_STATUS_OUT_OF_MEMORY;
   } catch (...) {
     nStatus = PLUGIN_STATUS_UNKNOWN_ERROR;
   }
-  if (pThis != nullptr) {
-    __ReportStatus(nStatus);
-  }
+  slot.PopCursor();
+  __ReportStatus(nStatus);
+  slot.EndBusy();
 }
 
 void CShadingCorrectionDlg::__ShowPrompt(const QString &strText, Qt::GlobalColor eColor)
@@ -91,34 +97,36 @@ int32_t CShadingCorrectionDlg::__CallProcess(TOperation fnOperation)
   return PLUGIN_STATUS_SILENT;
 }
 
-// The same with the preview paused, so that the process sees uncorrected frames. A failed operation
-// leaves the coefficients in force, and so the preview as the check box shows it.
+// Runs an acquisition, which must see uncorrected frames. Frames stay uncorrected when it fails.
 template <typename TOperation>
-int32_t CShadingCorrectionDlg::__CallProcessUncorrected(TOperation fnOperation)
+int32_t CShadingCorrectionDlg::__Acquire(TOperation fnOperation)
 {
-  const bool bApplied = m_bApplyCorrection.exchange(false);
+  m_bApplyCorrection = false;
+  m_bAcquiring = true;
   const int32_t nStatus = __CallProcess(fnOperation);
-  if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    m_bApplyCorrection = bApplied;
+  m_bAcquiring = false;
+  if (nStatus != PLUGIN_STATUS_SUCCESS && nStatus != PLUGIN_STATUS_SILENT) {
+    __UncheckStoppedPreview();
   }
   return nStatus;
 }
 
-// False when an acquisition makes no sense now; the user has been told why.
-bool CShadingCorrectionDlg::__CanAcquire()
+// The host's correction was stopped and its coefficients are still in force: the user may tick the box again.
+void CShadingCorrectionDlg::__UncheckStoppedPreview()
+{
+  if (__IsReady() && __IsHostMode()) {
+    m_pUi->PreviewcheckBox->setChecked(false);
+  }
+}
+
+// Silent when an acquisition makes no sense now and there is nothing to be said about it.
+int32_t CShadingCorrectionDlg::__CheckAcquisition()
 {
   const int32_t nStatus = CheckDeliveredImage(m_outputFeatures, m_deviceFeatures);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    if (nStatus == PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED) {
-      __ReportStatus(nStatus);
-    }
-    return false;
+    return nStatus == PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED ? nStatus : int32_t{PLUGIN_STATUS_SILENT};
   }
-  if (!m_pProcess->IsPixelFormatSupported()) {
-    __ReportStatus(PLUGIN_STATUS_NEED_BAYER_FORMAT);
-    return false;
-  }
-  return true;
+  return m_pProcess->IsPixelFormatSupported() ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_NEED_BAYER_FORMAT;
 }
 
 void CShadingCorrectionDlg::__ForgetExecution()
@@ -149,14 +157,13 @@ void CShadingCorrectionDlg::__SetFrameCount(uint32_t nFrameCount)
 
 void CShadingCorrectionDlg::Slot_objAcquisitionFrame_Slider_valueChanged(int nValue)
 {
-  __RunSlot([this, nValue] { __ChangeFrameCount(nValue); });
+  __RunSlot([this, nValue](auto &) { return __ChangeFrameCount(nValue); });
 }
 
-void CShadingCorrectionDlg::__ChangeFrameCount(int nValue)
+int32_t CShadingCorrectionDlg::__ChangeFrameCount(int nValue)
 {
   if (m_pUi == nullptr) {
-    __ReportStatus(PLUGIN_STATUS_INVALID_PARAM);
-    return;
+    return PLUGIN_STATUS_INVALID_PARAM;
   }
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (m_pProcess != nullptr) {
@@ -167,23 +174,20 @@ void CShadingCorrectionDlg::__ChangeFrameCount(int nValue)
       m_nFrameSliderPos = nPosition;
     }
   }
-  {
-    const QSignalBlocker blocker(m_pFrameCountSlider);
-    m_pFrameCountSlider->setValue(m_nFrameSliderPos);
-  }
-  __ReportStatus(nStatus);
+  const QSignalBlocker blocker(m_pFrameCountSlider);
+  m_pFrameCountSlider->setValue(m_nFrameSliderPos);
+  return nStatus;
 }
 
 void CShadingCorrectionDlg::Slot_objExpectGrayValue_Slider_valueChanged(int nValue)
 {
-  __RunSlot([this, nValue] { __ChangeExpectGray(nValue); });
+  __RunSlot([this, nValue](auto &) { return __ChangeExpectGray(nValue); });
 }
 
-void CShadingCorrectionDlg::__ChangeExpectGray(int nValue)
+int32_t CShadingCorrectionDlg::__ChangeExpectGray(int nValue)
 {
   if (!__IsReady()) {
-    __ReportStatus(PLUGIN_STATUS_INVALID_PARAM);
-    return;
+    return PLUGIN_STATUS_INVALID_PARAM;
   }
   const int32_t nStatus = m_pProcess->SetExpectGray(nValue);
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
@@ -194,45 +198,52 @@ void CShadingCorrectionDlg::__ChangeExpectGray(int nValue)
     m_pExpectGraySlider->setValue(m_nExpectGray);
     m_pUi->ExpectGrayspinBox->setValue(m_nExpectGray);
   }
-  __ReportStatus(nStatus);
+  return nStatus;
 }
 
 void CShadingCorrectionDlg::Slot_objExpectGrayValue_SpinBox_valueChanged(int nValue)
 {
+  __RunSlot([this, nValue](auto &) { return __ChangeExpectGrayBox(nValue); });
+}
+
+int32_t CShadingCorrectionDlg::__ChangeExpectGrayBox(int nValue)
+{
   if (m_pUi == nullptr) {
-    return;
+    return PLUGIN_STATUS_SUCCESS;
   }
   if (nValue < EXPECT_GRAY_END) {
     m_pExpectGraySlider->setValue(nValue);
   } else {
     m_pUi->ExpectGrayspinBox->setValue(m_nExpectGray);
   }
-  __ReportStatus(PLUGIN_STATUS_SUCCESS);
+  return PLUGIN_STATUS_SUCCESS;
 }
 
 void CShadingCorrectionDlg::Slot_objAcquisitionDarkFrame_Button_clicked()
 {
-  __RunSlot([this] { __AcquireDark(); });
+  __RunSlot([this](auto &slot) { return __AcquireDark(slot); });
 }
 
-void CShadingCorrectionDlg::__AcquireDark()
+int32_t CShadingCorrectionDlg::__AcquireDark(ffc::dialog::CSlotScope &slot)
 {
-  if (!__IsReady() || !__CanAcquire()) {
-    return;
+  if (!__IsReady()) {
+    return PLUGIN_STATUS_SUCCESS;
   }
-  const QPointer<CShadingCorrectionDlg> pThis(this);
-  CBusyScope busy(m_pUi->AcquisitionDarkFrame_Button);
+  const int32_t nCheckStatus = __CheckAcquisition();
+  if (nCheckStatus != PLUGIN_STATUS_SUCCESS) {
+    return nCheckStatus;
+  }
+  slot.BeBusy(m_pUi->AcquisitionDarkFrame_Button);
   CBusyScope::Paint();
-  if (pThis == nullptr || !__IsReady()) {
-    return;
+  if (!__IsReady()) {
+    return PLUGIN_STATUS_SUCCESS;
   }
-  const int32_t nStatus = __CallProcessUncorrected([this] { return m_pProcess->AcquireDarkImage(); });
-  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+  const int32_t nStatus = __Acquire([this] { return m_pProcess->AcquireDarkImage(); });
+  if (nStatus == PLUGIN_STATUS_SUCCESS && __IsReady()) {
     __ShowDarkVerdict();
     __ForgetExecution();
   }
-  busy.PopCursor();
-  __ReportStatus(nStatus);
+  return nStatus;
 }
 
 void CShadingCorrectionDlg::__ShowDarkVerdict()
@@ -252,23 +263,22 @@ void CShadingCorrectionDlg::__ShowDarkVerdict()
 
 void CShadingCorrectionDlg::Slot_objAcquisitionBrightFrame_Button_clicked()
 {
-  __RunSlot([this] { __AcquireBright(); });
+  __RunSlot([this](auto &slot) { return __AcquireBright(slot); });
 }
 
-void CShadingCorrectionDlg::__AcquireBright()
+int32_t CShadingCorrectionDlg::__AcquireBright(ffc::dialog::CSlotScope &slot)
 {
-  const QPointer<CShadingCorrectionDlg> pThis(this);
-  CBusyScope busy(m_pUi->AcquisitionBrightFrame_Button);
+  slot.BeBusy(m_pUi->AcquisitionBrightFrame_Button);
   CBusyScope::Paint();
-  if (pThis == nullptr || !__IsReady() || !__CanAcquire()) {
-    return;
+  if (!__IsReady()) {
+    return PLUGIN_STATUS_SUCCESS;
   }
-  int32_t nStatus = __CallProcessUncorrected([this] { return m_pProcess->AcquireBrightImage(); });
-  if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    nStatus = __AcceptBright();
+  const int32_t nCheckStatus = __CheckAcquisition();
+  if (nCheckStatus != PLUGIN_STATUS_SUCCESS) {
+    return nCheckStatus;
   }
-  busy.PopCursor();
-  __ReportStatus(nStatus);
+  const int32_t nStatus = __Acquire([this] { return m_pProcess->AcquireBrightImage(); });
+  return nStatus == PLUGIN_STATUS_SUCCESS && __IsReady() ? __AcceptBright() : nStatus;
 }
 
 // Every completed bright field is accepted; too dark or too bright ones with a warning.
@@ -302,29 +312,25 @@ int32_t CShadingCorrectionDlg::__AcceptBright()
 
 void CShadingCorrectionDlg::Slot_objExecuteShadingCorrection_Button_clicked()
 {
-  __RunSlot([this] { __Execute(); });
+  __RunSlot([this](auto &slot) { return __Execute(slot); });
 }
 
-void CShadingCorrectionDlg::__Execute()
+int32_t CShadingCorrectionDlg::__Execute(ffc::dialog::CSlotScope &slot)
 {
-  CBusyScope busy;
+  slot.BeBusy();
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (__IsReady()) {
-    const bool bApplied = m_bApplyCorrection.exchange(false);
+    m_bApplyCorrection = false;
     nStatus = __CallProcess([this] { return m_pProcess->ExecuteCorrection(); });
-    if (nStatus == PLUGIN_STATUS_SILENT) {
-      // What it threw has been shown; nothing else changes.
-      m_bApplyCorrection = bApplied;
-    } else {
-      m_bFFCExecuted = nStatus == PLUGIN_STATUS_SUCCESS;
-      __ShowExecuteResult(nStatus);
+    if (nStatus == PLUGIN_STATUS_SILENT || !__IsReady()) {
+      // What it threw has been shown; the controls stay as they were.
+      return nStatus;
     }
+    m_bFFCExecuted = nStatus == PLUGIN_STATUS_SUCCESS;
+    __ShowExecuteResult(nStatus);
   }
-  busy.PopCursor();
-  if (nStatus != PLUGIN_STATUS_SILENT) {
-    __SetPreview(m_bFFCExecuted);
-  }
-  __ReportStatus(nStatus);
+  __SetPreview(m_bFFCExecuted);
+  return nStatus;
 }
 
 void CShadingCorrectionDlg::__ShowExecuteResult(int32_t nStatus)
@@ -344,104 +350,119 @@ void CShadingCorrectionDlg::__ShowExecuteResult(int32_t nStatus)
 
 void CShadingCorrectionDlg::SlotShowInfo(bool bStutas)
 {
-  if (bStutas) {
+  __RunSlot([this, bStutas](auto &) { return __ShowInfo(bStutas); });
+}
+
+int32_t CShadingCorrectionDlg::__ShowInfo(bool bStatus)
+{
+  if (bStatus) {
     __ShowPrompt(tr("FFC executed successfully"), SUCCESS_COLOUR);
   } else {
     __ShowPrompt(tr("Failed to execute FFC. Please Acquired bright filed images and executed FFC again"),
                  WARNING_COLOUR);
     __SetPreview(false);
   }
-  __ReportStatus(PLUGIN_STATUS_SUCCESS);
+  return PLUGIN_STATUS_SUCCESS;
 }
 
 void CShadingCorrectionDlg::SlotPreviewCorrectionEffect(bool checked)
 {
-  __RunSlot([this, checked] { __SwitchPreview(checked); });
+  __RunSlot([this, checked](auto &) { return __SwitchPreview(checked); });
 }
 
-void CShadingCorrectionDlg::__SwitchPreview(bool checked)
+int32_t CShadingCorrectionDlg::__SwitchPreview(bool checked)
 {
   if (!__IsReady() || !m_deviceFeatures.HasNodeMap()) {
-    return;
+    return PLUGIN_STATUS_SUCCESS;
   }
-  int32_t nStatus = PLUGIN_STATUS_SUCCESS;
-  if (__IsHostMode()) {
-    m_bReportSuccess = checked;
-    m_bApplyCorrection = checked;
-  } else {
-    nStatus = m_deviceFeatures.SetEnumFeature("FlatFieldCorrection", checked ? "On" : "Off");
+  if (!__IsHostMode()) {
+    return m_deviceFeatures.SetEnumFeature("FlatFieldCorrection", checked ? "On" : "Off");
   }
-  __ReportStatus(nStatus);
+  m_bReportSuccess = checked;
+  m_bApplyCorrection = checked;
+  return PLUGIN_STATUS_SUCCESS;
 }
 
 void CShadingCorrectionDlg::Slot_objLoadFlash_Button_clicked()
 {
-  __RunSlot([this] { __LoadFlash(); });
+  __RunSlot([this](auto &slot) { return __LoadFlash(slot); });
 }
 
-void CShadingCorrectionDlg::__LoadFlash()
+int32_t CShadingCorrectionDlg::__LoadFlash(ffc::dialog::CSlotScope &slot)
 {
-  CBusyScope busy;
-  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
-  if (__IsReady()) {
-    nStatus = __CallProcess([this] { return m_pProcess->LoadFromFlash(); });
-    if (nStatus == PLUGIN_STATUS_SUCCESS) {
-      __ReloadSettings();
-    }
+  slot.BeBusy();
+  if (!__IsReady()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
   }
-  busy.PopCursor();
-  __ReportStatus(nStatus);
+  const int32_t nStatus = __CallProcess([this] { return m_pProcess->LoadFromFlash(); });
+  if (nStatus == PLUGIN_STATUS_SUCCESS && __IsReady()) {
+    __ReloadSettings();
+  }
+  return nStatus;
 }
 
 void CShadingCorrectionDlg::Slot_objSaveFlash_Button_clicked()
 {
-  __RunSlot([this] { __SaveFlash(); });
+  __RunSlot([this](auto &slot) { return __SaveFlash(slot); });
 }
 
-void CShadingCorrectionDlg::__SaveFlash()
+int32_t CShadingCorrectionDlg::__SaveFlash(ffc::dialog::CSlotScope &slot)
 {
-  CBusyScope busy;
-  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
-  if (__IsReady()) {
-    nStatus = __CallProcess([this] { return m_pProcess->SaveToFlash(); });
-  }
-  busy.PopCursor();
-  __ReportStatus(nStatus);
+  slot.BeBusy();
+  return __IsReady() ? __CallProcess([this] { return m_pProcess->SaveToFlash(); })
+                     : int32_t{PLUGIN_STATUS_INVALID_PARAM};
 }
 
 void CShadingCorrectionDlg::Slot_objLoadPC_Button_clicked()
 {
-  __RunSlot([this] { __LoadFile(); });
+  __RunSlot([this](auto &) { return __LoadFile(); });
 }
 
-void CShadingCorrectionDlg::__LoadFile()
+int32_t CShadingCorrectionDlg::__LoadFile()
 {
-  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
-  if (__IsReady()) {
-    nStatus = __CallProcessUncorrected([this] { return m_pProcess->LoadFromFile(); });
-    if (nStatus == PLUGIN_STATUS_SUCCESS && __IsHostMode()) {
-      m_bFFCExecuted = true;
-      __SetPreview(true);
-      m_bApplyCorrection = true;
-    } else if (nStatus == PLUGIN_STATUS_SUCCESS) {
-      __ReloadSettings();
-    }
+  if (!__IsReady()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
   }
-  __ReportStatus(nStatus);
+  const bool bApplied = m_bApplyCorrection.exchange(false);
+  bool bCancelled = false;
+  const int32_t nStatus = __CallProcess([this, &bCancelled] {
+    const int32_t nLoadStatus = m_pProcess->LoadFromFile();
+    bCancelled = nLoadStatus == PLUGIN_STATUS_SILENT;
+    return nLoadStatus;
+  });
+  if (!__IsReady()) {
+    return nStatus;
+  }
+  if (bCancelled) {
+    m_bApplyCorrection = bApplied;
+  } else if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    __UncheckStoppedPreview();
+  } else if (__IsHostMode()) {
+    m_bFFCExecuted = true;
+    __SetPreview(true);
+    m_bApplyCorrection = true;
+  } else {
+    __ReloadSettings();
+  }
+  return nStatus;
 }
 
 void CShadingCorrectionDlg::Slot_objSavePC_Button_clicked()
 {
-  __RunSlot([this] { __SaveFile(); });
+  __RunSlot([this](auto &) { return __SaveFile(); });
 }
 
-void CShadingCorrectionDlg::__SaveFile()
+int32_t CShadingCorrectionDlg::__SaveFile()
 {
-  int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
-  if (__IsReady()) {
-    nStatus = __CallProcess([this] { return m_pProcess->SaveToFile(); });
+  if (!__IsReady()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
   }
-  __ReportStatus(nStatus);
+  const int32_t nStatus = __CallProcess([this] { return m_pProcess->SaveToFile(); });
+  if (m_bRetired && nStatus != PLUGIN_STATUS_SUCCESS && nStatus != PLUGIN_STATUS_SILENT) {
+    // The camera went while the user chose a file: that nothing is in it must be said all the same.
+    __ShowError(QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Dialog)));
+  }
+  return nStatus;
 }
 
 // The sliders' own slots write the loaded values back and update the rest.
@@ -456,8 +477,10 @@ void CShadingCorrectionDlg::__ReloadSettings()
 
 void CShadingCorrectionDlg::Slot_objPromptInformation_label_clicked(QString strInfo)
 {
-  if (m_pUi != nullptr) {
-    m_pUi->PromptInformation_label->setText(strInfo);
-  }
-  __ReportStatus(PLUGIN_STATUS_SUCCESS);
+  __RunSlot([this, &strInfo](auto &) {
+    if (m_pUi != nullptr) {
+      m_pUi->PromptInformation_label->setText(strInfo);
+    }
+    return PLUGIN_STATUS_SUCCESS;
+  });
 }

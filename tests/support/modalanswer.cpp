@@ -1,5 +1,7 @@
 #include "tests/support/modalanswer.h"
 
+#include <utility>
+
 #include <QApplication>
 #include <QDir>
 #include <QEvent>
@@ -99,6 +101,12 @@ CModalAnswer &CModalAnswer::ChooseFile(const QString &strFile)
   return *this;
 }
 
+CModalAnswer &CModalAnswer::BeforeAnswer(std::function<void(QDialog &)> fnBefore)
+{
+  m_fnBefore = std::move(fnBefore);
+  return *this;
+}
+
 bool CModalAnswer::eventFilter(QObject *pWatched, QEvent *pEvent)
 {
   auto *pDialog = pEvent->type() == QEvent::Show ? qobject_cast<QDialog *>(pWatched) : nullptr;
@@ -115,6 +123,9 @@ bool CModalAnswer::eventFilter(QObject *pWatched, QEvent *pEvent)
 
 void CModalAnswer::Answer(QDialog &dialog)
 {
+  if (m_fnBefore) {
+    m_fnBefore(dialog);
+  }
   if (auto *pFileDialog = qobject_cast<QFileDialog *>(&dialog)) {
     AnswerFileDialog(*pFileDialog);
   } else if (IsTipsMessageBox(dialog) || qobject_cast<QMessageBox *>(&dialog) != nullptr) {

@@ -2,6 +2,7 @@
 /// Answers modal windows that a test makes appear.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,8 @@ public:
   CModalAnswer &PressButton(const QString &strText);
   /// Chooses this file in file dialogs; an empty name cancels them. An existing file is overwritten.
   CModalAnswer &ChooseFile(const QString &strFile);
+  /// Called within the event loop of each modal dialog, before it is answered.
+  CModalAnswer &BeforeAnswer(std::function<void(QDialog &)> fnBefore);
 
   /// In the order of their appearance.
   const std::vector<SBox> &GetBoxes() const { return m_listBoxes; }
@@ -62,6 +65,7 @@ private:
   QString m_strButton;
   bool m_bAnyButton = true;
   QString m_strFile;
+  std::function<void(QDialog &)> m_fnBefore;
   std::vector<SBox> m_listBoxes;
   std::vector<SFileDialog> m_listFileDialogs;
 };

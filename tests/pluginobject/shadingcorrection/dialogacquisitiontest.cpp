@@ -1,7 +1,12 @@
 // The two acquisitions: verdicts, refusals, and what they leave behind.
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointer>
 #include <QTimer>
 
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
@@ -222,24 +227,39 @@ TEST_F(DialogAcquisition, AnUnsupportedPixelFormatIsRefused)
   EXPECT_TRUE(m_stScript.listCalls.empty());
 }
 
-TEST_F(DialogAcquisition, AFailureKeepsTheControlsAndThePreview)
+TEST_F(DialogAcquisition, AFailureKeepsTheControlsAndEndsTheLiveCorrectionAsThePreviewShows)
 {
   ASSERT_EQ(Open(), 0);
   m_stScript.dMaxGray = 100;
   Click(Bright());
   Click(Execute());
-  ASSERT_TRUE(m_pDialog->IsApplyingCorrection());
-  const std::string strPrompt = Prompt();
   m_stScript.nDarkStatus = PLUGIN_STATUS_BUFFER_TIMEOUT;
   m_stScript.nBrightStatus = PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   m_stScript.fnMeanwhile = [this] { EXPECT_FALSE(m_pDialog->IsApplyingCorrection()); };
+  for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
+    QPushButton *pButton = (this->*fnButton)();
+    ASSERT_TRUE(m_pDialog->IsApplyingCorrection());
+    const std::string strPrompt = Prompt();
+    EXPECT_EQ(BoxOf([&] { Click(pButton); }), pButton == Dark() ? "Get buffer time out" : "Buffer size is error  ");
+    EXPECT_EQ(Prompt(), strPrompt);
+    EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
+    EXPECT_FALSE(Preview()->isChecked());
+    EXPECT_TRUE(Dark()->isEnabled());
+    EXPECT_TRUE(Bright()->isEnabled());
+    // The coefficients are still there: one click brings the correction back.
+    ASSERT_TRUE(Preview()->isEnabled());
+    ClickBox(Preview());
+  }
+}
+
+TEST_F(DialogAcquisition, AFailureOfACameraThatCorrectsItselfLeavesThePreview)
+{
+  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  Click(Bright());
+  Click(Execute());
+  m_stScript.nDarkStatus = PLUGIN_STATUS_BUFFER_TIMEOUT;
   EXPECT_EQ(BoxOf([&] { Click(Dark()); }), "Get buffer time out");
-  EXPECT_EQ(BoxOf([&] { Click(Bright()); }), "Buffer size is error  ");
-  EXPECT_EQ(Prompt(), strPrompt);
   EXPECT_TRUE(Preview()->isChecked());
-  EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
-  EXPECT_TRUE(Dark()->isEnabled());
-  EXPECT_TRUE(Bright()->isEnabled());
 }
 
 TEST_F(DialogAcquisition, WhatAnOperationThrowsIsShownOnceAndLeavesTheControls)
@@ -290,14 +310,144 @@ TEST_F(DialogAcquisition, ClicksMadeMeanwhileStartNothingWithinTheOperation)
   EXPECT_EQ(m_stScript.listCalls[1], "dark");
 }
 
-TEST_F(DialogAcquisition, APendingEventThatDestroysTheDialogEndsTheSlot)
+TEST_F(DialogAcquisition, APendingEventThatRetiresTheDialogEndsTheSlot)
 {
   for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
     ASSERT_EQ(Open(), 0);
+    const QPointer<QWidget> pDialog = m_pDialog.get();
     QPushButton *pButton = (this->*fnButton)();
-    QTimer::singleShot(0, pButton, [this] { m_pDialog.reset(); });
+    QTimer::singleShot(0, pButton, [this] { m_pDialog.release()->Retire(); });
     QMetaObject::invokeMethod(pButton, "clicked", Qt::DirectConnection);
+    EXPECT_TRUE(m_stScript.listCalls.empty());
     EXPECT_TRUE(m_stScript.bDestroyed);
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    ASSERT_NE(pDialog, nullptr) << "the button is still on the stack";
+    EXPECT_FALSE(pDialog->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(pDialog, nullptr);
+  }
+}
+
+TEST_F(DialogAcquisition, ADialogWithoutASlotOnTheStackRetiresAtOnce)
+{
+  ASSERT_EQ(Open(), 0);
+  const QPointer<QWidget> pDialog = m_pDialog.get();
+  m_pDialog.release()->Retire();
+  EXPECT_EQ(pDialog, nullptr);
+  EXPECT_TRUE(m_stScript.bDestroyed);
+}
+
+TEST_F(DialogAcquisition, AServiceThatEndsWithinAnAcquisitionPutsTheCameraBackAndKeepsTheProcessUntilItReturns)
+{
+  for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
+    m_stScript.bDestroyed = false;
+    ASSERT_EQ(Open(), 0);
+    m_stScript.fnMeanwhile = [this] {
+      m_pDialog.release()->Retire();
+      EXPECT_EQ(m_stScript.listCalls.back(), "restore");
+      EXPECT_FALSE(m_stScript.bDestroyed);
+    };
+    CModalAnswer answer;
+    Click((this->*fnButton)());
+    EXPECT_TRUE(m_stScript.bDestroyed);
+    EXPECT_TRUE(answer.GetBoxes().empty());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+TEST_F(DialogAcquisition, NoBoxStandsUnderAWaitCursor)
+{
+  ASSERT_EQ(Open(), 0);
+  m_stScript.dMaxGray = 100;
+  Click(Bright());
+  CModalAnswer answer;
+  int nBoxes = 0;
+  answer.BeforeAnswer([&nBoxes](QDialog &) {
+    ++nBoxes;
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << nBoxes;
+  });
+  m_stScript.fnMeanwhile = [] { throw std::runtime_error("thrown"); };
+  for (QPushButton *pButton : {Dark(), Bright(), Execute()}) {
+    Click(pButton);
+  }
+  m_stScript.fnMeanwhile = [] {};
+  m_stScript.nExpectGrayStatus = PLUGIN_STATUS_FEATURE_ERROR;
+  m_stScript.dMaxGray = 50;
+  Click(Bright()); // the slider's slot within the button's
+  m_camera.Output().Find<CSoftwareInteger>("OutputWidth")->OnRead([] { return 1; });
+  Click(Dark());
+  Click(Bright());
+  EXPECT_GE(nBoxes, 6);
+}
+
+TEST_F(DialogAcquisition, ImpatientClicksStartNoOther)
+{
+  ASSERT_EQ(Open(), 0);
+  m_stScript.dMaxGray = 100;
+  for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
+    QPushButton *pButton = (this->*fnButton)();
+    m_stScript.listCalls.clear();
+    int nRuns = 0;
+    // As the system's input is: queued while the operation keeps the thread.
+    m_stScript.fnMeanwhile = [pButton, &nRuns] {
+      ++nRuns;
+      const QPointF position(pButton->rect().center());
+      for (int nClick = 0; nClick < 2; ++nClick) {
+        for (const auto eType : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+          QCoreApplication::postEvent(pButton, new QMouseEvent(eType, position, Qt::LeftButton, Qt::LeftButton, {}));
+        }
+        for (const auto eType : {QEvent::KeyPress, QEvent::KeyRelease}) {
+          QCoreApplication::postEvent(pButton, new QKeyEvent(eType, Qt::Key_Space, Qt::NoModifier));
+        }
+      }
+    };
+    Click(pButton);
+    QTest::qWait(20);
+    EXPECT_EQ(nRuns, 1);
+    Click(pButton);
+    EXPECT_EQ(nRuns, 2) << "later clicks count";
+    m_stScript.fnMeanwhile = [] {};
+  }
+}
+
+TEST_F(DialogAcquisition, ClicksOnOtherWidgetsMeanwhileAreNotLost)
+{
+  ASSERT_EQ(Open(), 0);
+  m_stScript.fnMeanwhile = [this, bPosted = false]() mutable {
+    if (std::exchange(bPosted, true)) {
+      return;
+    }
+    for (const auto eType : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+      QCoreApplication::postEvent(
+        Bright(), new QMouseEvent(eType, QPointF(Bright()->rect().center()), Qt::LeftButton, Qt::LeftButton, {}));
+    }
+  };
+  Click(Dark());
+  EXPECT_EQ(m_stScript.listCalls[0], "dark");
+  QTest::qWait(20);
+  EXPECT_EQ(m_stScript.listCalls[1], "bright");
+}
+
+TEST_F(DialogAcquisition, TheFocusStaysOnTheButtonThatWasPressed)
+{
+  ASSERT_EQ(Open(), 0);
+  m_stScript.dMaxGray = 100;
+  for (const int32_t nStatus : {int32_t{PLUGIN_STATUS_SUCCESS}, int32_t{PLUGIN_STATUS_BUFFER_TIMEOUT}}) {
+    m_stScript.nDarkStatus = nStatus;
+    m_stScript.nBrightStatus = nStatus;
+    for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
+      QPushButton *pButton = (this->*fnButton)();
+      CModalAnswer answer;
+      m_stScript.listCalls.clear();
+      pButton->setFocus();
+      for (int nPress = 0; nPress < 2; ++nPress) {
+        ASSERT_EQ(m_pDialog->focusWidget(), pButton) << nStatus;
+        QTest::keyClick(m_pDialog->focusWidget(), Qt::Key_Space);
+        EXPECT_EQ(m_pDialog->focusWidget(), pButton) << nStatus;
+      }
+      const char *pCall = pButton == Dark() ? "dark" : "bright";
+      EXPECT_EQ(std::count(m_stScript.listCalls.begin(), m_stScript.listCalls.end(), pCall), 2);
+    }
   }
 }

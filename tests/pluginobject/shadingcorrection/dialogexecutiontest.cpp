@@ -63,20 +63,19 @@ TEST_F(DialogExecution, TheSuccessIsReportedOnce)
   EXPECT_EQ(spy.size(), 1);
 }
 
-TEST_F(DialogExecution, WhatAnExecutionThrowsLeavesThePreviewAsItWas)
+TEST_F(DialogExecution, WhatAnExecutionThrowsLeavesTheControlsAndEndsTheHostsLiveCorrection)
 {
   for (const char *pMode : {"", "FlatFieldCorrection"}) {
     OpenWithBright(pMode);
     Click(Execute());
     ASSERT_TRUE(Preview()->isChecked()) << pMode;
-    const bool bApplying = m_pDialog->IsApplyingCorrection();
     const std::string strPrompt = Prompt();
     m_stScript.fnMeanwhile = [] { throw std::runtime_error("thrown"); };
     EXPECT_EQ(BoxOf([&] { Click(Execute()); }), "thrown") << pMode;
     m_stScript.fnMeanwhile = [] {};
     EXPECT_TRUE(Preview()->isChecked()) << pMode;
     EXPECT_TRUE(Preview()->isEnabled()) << pMode;
-    EXPECT_EQ(m_pDialog->IsApplyingCorrection(), bApplying) << pMode;
+    EXPECT_FALSE(m_pDialog->IsApplyingCorrection()) << pMode;
     EXPECT_EQ(Prompt(), strPrompt) << pMode;
   }
 }
@@ -289,6 +288,29 @@ TEST_F(DialogExecution, ACancelledLoadIsSilentAndLeavesThePreviewOn)
   EXPECT_TRUE(answer.GetBoxes().empty());
   EXPECT_TRUE(Preview()->isChecked());
   EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
+}
+
+TEST_F(DialogExecution, AFailedLoadOnTheHostEndsTheLiveCorrectionAsThePreviewShows)
+{
+  OpenWithBright();
+  Click(Execute());
+  m_stScript.nFileStatus = PLUGIN_STATUS_READ_FILE_ERROR;
+  EXPECT_EQ(BoxOf([&] { Click(Button("LoadPC_Button")); }), "Read file error");
+  EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
+  EXPECT_FALSE(Preview()->isChecked());
+  ASSERT_TRUE(Preview()->isEnabled()) << "the former coefficients are in force";
+  ClickBox(Preview());
+  EXPECT_TRUE(OfferFromFrameThread());
+}
+
+TEST_F(DialogExecution, WhatALoadThrowsIsNoCancelledLoad)
+{
+  OpenWithBright();
+  Click(Execute());
+  m_stScript.fnMeanwhile = [] { throw std::runtime_error("thrown"); };
+  EXPECT_EQ(BoxOf([&] { Click(Button("LoadPC_Button")); }), "thrown");
+  EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
+  EXPECT_FALSE(Preview()->isChecked());
 }
 
 TEST_F(DialogExecution, FailingFileOperationsAreReported)

@@ -28,7 +28,7 @@ struct SProcessScript {
   bool bPixelFormatSupported = true;
   bool bColor = false;
   uint32_t nWaitResult = WAIT_RESULT_TIMEOUT;
-  /// Runs within the acquisitions and the execution, for what happens meanwhile; may throw.
+  /// Runs within the acquisitions, the execution and the file operations, for what happens meanwhile; may throw.
   std::function<void()> fnMeanwhile = [] {};
 
   std::vector<std::string> listCalls; ///< operations that the dialog's slots called, in order
@@ -46,7 +46,7 @@ public:
 
   int32_t InitProcess() override { return Note("init", m_stScript.nInitStatus); }
   int32_t PrepareDeviceParam() override { return 0; }
-  int32_t RestoreDeviceParam() override { return 0; }
+  int32_t RestoreDeviceParam() override { return Note("restore", 0); }
   int32_t AcquireDarkImage() override { return NoteLong("dark", m_stScript.nDarkStatus); }
   int32_t AcquireBrightImage() override { return NoteLong("bright", m_stScript.nBrightStatus); }
   int32_t ExecuteCorrection() override { return NoteLong("execute", m_stScript.nExecuteStatus); }
@@ -57,8 +57,8 @@ public:
   }
   int32_t LoadFromFlash() override { return Note("load flash", m_stScript.nFlashStatus); }
   int32_t SaveToFlash() override { return Note("save flash", m_stScript.nFlashStatus); }
-  int32_t LoadFromFile() override { return Note("load file", m_stScript.nFileStatus); }
-  int32_t SaveToFile() override { return Note("save file", m_stScript.nFileStatus); }
+  int32_t LoadFromFile() override { return NoteLong("load file", m_stScript.nFileStatus); }
+  int32_t SaveToFile() override { return NoteLong("save file", m_stScript.nFileStatus); }
   void ReceiveImage(const void *, uint32_t nSize) override { Note("receive " + std::to_string(nSize), 0); }
   void SetImageReady() override { Note("ready", 0); }
   uint32_t WaitImageRequest() override { return m_stScript.nWaitResult; }
