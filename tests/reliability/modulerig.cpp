@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <set>
+#include <utility>
 
 #include <QApplication>
 #include <QTest>
@@ -118,7 +119,18 @@ CModuleRig::~CModuleRig()
   m_fault.Disarm();
   Close();
   m_pPump->Stop();
-  reinterpret_cast<FnDestoryPluginObject>(m_library.resolve(DESTORY_PLUGIN_OBJECT))(m_pPlugin);
+  Destroy();
+}
+
+void CModuleRig::Destroy()
+{
+  m_pDialog = nullptr;
+  IPlugin *pPlugin = nullptr;
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    pPlugin = std::exchange(m_pPlugin, nullptr);
+  }
+  reinterpret_cast<FnDestoryPluginObject>(m_library.resolve(DESTORY_PLUGIN_OBJECT))(pPlugin);
 }
 
 int32_t CModuleRig::Open()
@@ -139,7 +151,9 @@ int32_t CModuleRig::Open()
 void CModuleRig::Close()
 {
   m_pDialog = nullptr;
-  m_pPlugin->Uninitialize();
+  if (m_pPlugin != nullptr) {
+    EXPECT_EQ(0, m_pPlugin->Uninitialize());
+  }
 }
 
 void CModuleRig::Press(const char *pName)
@@ -320,7 +334,7 @@ std::string CModuleRig::FindTrouble() const
 void CModuleRig::Deliver()
 {
   const std::lock_guard<std::mutex> lock(m_mutex);
-  if (!m_bStreaming || (!m_pCamera->TakeFrame() && m_eMode != EMode::Host)) {
+  if (m_pPlugin == nullptr || !m_bStreaming || (!m_pCamera->TakeFrame() && m_eMode != EMode::Host)) {
     return;
   }
   const uint32_t nGray = m_bCapOn ? DARK_GRAY : BRIGHT_GRAY;

@@ -93,6 +93,11 @@ public:
   /// Initialises the plug-in and shows its dialog.
   int32_t Open();
   void Close();
+  /// Destroys the plug-in object, after which nothing can be opened any more.
+  void Destroy();
+  /// The dialog belongs to this window from the next Open on; null: to none.
+  void SetParent(QWidget *pParent) { m_stParam.pParent = pParent; }
+  QWidget *Dialog() const { return m_pDialog; }
   /// Brings dialog and camera into a state in which every operation succeeds and has something to change.
   void Prepare(EOperation eOperation);
   /// Does it once, as a user.
