@@ -140,7 +140,8 @@ void CCameraFeatures::AddStreamMap()
   m_streamMap.AddEnumeration("StreamBufferHandlingMode")
     .Entry("OldestFirst", 0)
     .Entry("OldestFirstOverwrite", 1)
-    .Entry("NewestOnly", 2);
+    .Entry("NewestOnly", 2)
+    .LockedWhile(*m_pLocked);
 }
 
 void CCameraFeatures::AddOutputMap(const SCameraDescription &stDescription)

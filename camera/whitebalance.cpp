@@ -63,6 +63,7 @@ CWhiteBalance::CWhiteBalance(CSoftwareNodeMap &deviceMap) : m_deviceMap(deviceMa
     &deviceMap.AddEnumeration("BalanceRatioSelector").Entry("Red", 0).Entry("Green", 1).Entry("Blue", 2).Strict();
   deviceMap.AddFloat("BalanceRatio")
     .Range(MIN_RATIO, MAX_RATIO)
+    .Access([this] { return m_pAuto->Peek() == AUTO_OFF ? GenApi::RW : GenApi::RO; })
     .Strict()
     .OnRead([this] { return m_adRatios[static_cast<std::size_t>(m_pSelector->Peek())]; })
     .OnWrite([this](double dRatio) { m_adRatios[static_cast<std::size_t>(m_pSelector->Peek())] = dRatio; });

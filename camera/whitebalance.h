@@ -12,7 +12,8 @@
 namespace ffc::camera {
 
 /// Declares BalanceWhiteAuto, BalanceRatioSelector, BalanceRatio and AWBLampHouse, and does what
-/// BalanceWhiteAuto says on each frame: "Once" settles over a few frames and then turns itself "Off".
+/// BalanceWhiteAuto says on each frame: "Once" settles over a few frames and then turns itself "Off". Ratios can be
+/// written only while it is "Off".
 class CWhiteBalance {
 public:
   /// Frames that "Once" takes.

@@ -1,5 +1,6 @@
 #include "pluginobject/featureaccess.h"
 
+#include <optional>
 #include <utility>
 
 #include "pluginobject/statuscode.h"
@@ -89,6 +90,23 @@ int32_t AccessValue(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAcc
   });
 }
 
+bool IsNearestFloat(float fValue, double dExact)
+{
+  return static_cast<float>(dExact) == fValue;
+}
+
+// The limit that a float lies beyond only because it has no nearer value.
+std::optional<double> FindPassedLimit(GenApi::IFloat &node, float fValue)
+{
+  const auto dValue = static_cast<double>(fValue);
+  const double dMin = node.GetMin();
+  const double dMax = node.GetMax();
+  if (dValue > dMax && IsNearestFloat(fValue, dMax)) {
+    return dMax;
+  }
+  return dValue < dMin && IsNearestFloat(fValue, dMin) ? std::optional<double>(dMin) : std::nullopt;
+}
+
 } // namespace
 
 int32_t CFeatureAccess::IsFeatureImplemented(const char *pName, bool &bImplemented) const
@@ -123,6 +141,22 @@ int32_t CFeatureAccess::SetFloatFeature(const char *pName, float fValue) const
 {
   return AccessValue<GenApi::IFloat>(*m_ppNodeMap, pName,
                                      [&](GenApi::IFloat &node) { node.SetValue(static_cast<double>(fValue)); });
+}
+
+int32_t CFeatureAccess::RestoreFloatFeature(const char *pName, float fValue) const
+{
+  const int32_t nStatus = SetFloatFeature(pName, fValue);
+  if (nStatus != PLUGIN_STATUS_FEATURE_ERROR) {
+    return nStatus;
+  }
+  return Access<GenApi::IFloat>(*m_ppNodeMap, pName, [&](GenApi::IFloat &node) -> int32_t {
+    const std::optional<double> dLimit = FindPassedLimit(node, fValue);
+    if (!dLimit.has_value()) {
+      return PLUGIN_STATUS_FEATURE_ERROR;
+    }
+    node.SetValue(*dLimit);
+    return PLUGIN_STATUS_SUCCESS;
+  });
 }
 
 int32_t CFeatureAccess::GetBoolFeature(const char *pName, bool &bValue) const

@@ -36,6 +36,9 @@ public:
   int32_t SetIntFeature(const char *pName, int64_t nValue) const;
   int32_t GetFloatFeature(const char *pName, float &fValue) const;
   int32_t SetFloatFeature(const char *pName, float fValue) const;
+  /// Writes a value back that was read as a float. A limit of the feature that no float has, such as 24.1, was read as
+  /// one beyond it: the limit itself is written then.
+  int32_t RestoreFloatFeature(const char *pName, float fValue) const;
   int32_t GetBoolFeature(const char *pName, bool &bValue) const;
   int32_t SetBoolFeature(const char *pName, bool bValue) const;
 

@@ -153,6 +153,10 @@ TEST(SimulatedCamera, NamesItselfToViewers)
   auto *pMode = bench.Camera().GetStreamNodeMap()->GetNode("StreamBufferHandlingMode");
   EXPECT_TRUE(dynamic_cast<GenApi::IValue *>(pMode)->ToString() == "OldestFirst");
   dynamic_cast<GenApi::IValue *>(pMode)->FromString("NewestOnly");
+  ASSERT_EQ(bench.Camera().Start(), "");
+  EXPECT_THROW(dynamic_cast<GenApi::IValue *>(pMode)->FromString("OldestFirst"), GenICam::AccessException);
+  bench.Camera().Stop();
+  dynamic_cast<GenApi::IValue *>(pMode)->FromString("OldestFirst");
 }
 
 TEST(SimulatedCamera, ATriggeredCameraDeliversOneFramePerSoftwareTrigger)
@@ -269,6 +273,7 @@ TEST(SimulatedCamera, ContinuousWhiteBalanceStaysOnAndAKnownLampHasFixedRatios)
   ASSERT_EQ(bench.Frames().Take(6).size(), 6U);
   EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Continuous");
   EXPECT_EQ(bench.Get("BalanceRatio"), "1.45");
+  EXPECT_THROW(bench.Set("BalanceRatio", "2"), GenICam::AccessException) << "the camera's, as long as it balances";
   bench.Set("BalanceWhiteAuto", "Off");
   bench.Set("BalanceRatio", "2");
   ASSERT_EQ(bench.Frames().Take(4).size(), 4U);

@@ -1,5 +1,7 @@
 // Values of each type.
+#include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "tests/pluginobject/featureaccessfixture.h"
 
@@ -35,6 +37,36 @@ TEST_F(FeatureValue, AFloatIsNarrowedWhenReadAndWidenedWhenWritten)
   EXPECT_EQ(fValue, 0.1F);
   EXPECT_EQ(m_features.SetFloatFeature("Float", 0.1F), SUCCESS);
   EXPECT_EQ(m_float.Peek(), static_cast<double>(0.1F));
+}
+
+TEST_F(FeatureValue, AFloatThatIsWrittenBackStaysInARangeWhoseEndNoFloatHas)
+{
+  for (const auto &[dMin, dMax, dValue] : {std::tuple{0.0, 24.1, 24.1}, {0.0, 0.1, 0.1}, {0.7, 2.0, 0.7}}) {
+    m_float.Range(dMin, dMax).Poke(dValue);
+    float fValue = 0.0F;
+    EXPECT_EQ(m_features.GetFloatFeature("Float", fValue), SUCCESS);
+    m_float.Poke(1.0);
+    EXPECT_EQ(m_features.SetFloatFeature("Float", fValue), FEATURE_ERROR) << dValue;
+    EXPECT_EQ(m_features.RestoreFloatFeature("Float", fValue), SUCCESS) << dValue;
+    EXPECT_EQ(m_float.Peek(), dValue);
+  }
+}
+
+TEST_F(FeatureValue, AFloatThatIsWrittenBackIsOtherwiseWrittenAsItIs)
+{
+  EXPECT_EQ(m_features.RestoreFloatFeature("Float", 0.1F), SUCCESS);
+  EXPECT_EQ(m_float.Peek(), static_cast<double>(0.1F));
+  m_float.Range(0.0, 24.1);
+  for (const float fValue :
+       {24.2F, 24.11F, -0.1F, std::nextafterf(24.1F, 25.0F), std::numeric_limits<float>::quiet_NaN()}) {
+    EXPECT_EQ(m_features.RestoreFloatFeature("Float", fValue), FEATURE_ERROR) << fValue;
+  }
+  m_float.Range(0.0, 0.05).Access(GenApi::RO);
+  EXPECT_EQ(m_features.RestoreFloatFeature("Float", 0.05F), FEATURE_ERROR);
+  EXPECT_EQ(m_float.Peek(), static_cast<double>(0.1F));
+  EXPECT_EQ(m_features.RestoreFloatFeature("Integer", 1.0F), FEATURE_ERROR);
+  EXPECT_EQ(m_features.RestoreFloatFeature("None", 1.0F), INVALID_PARAM);
+  EXPECT_EQ(m_features.RestoreFloatFeature(nullptr, 1.0F), INVALID_PARAM);
 }
 
 TEST_F(FeatureValue, AnIntegerReadAsAFloatIsAFeatureError)

@@ -34,6 +34,13 @@ public:
     m_stParam.pStreamNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Stream());
     m_stParam.pDeviceNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Device());
     m_nPixelFormat = static_cast<int32_t>(m_camera.GetPixelFormat());
+    // Settings that are locked while the camera streams are free when the plug-in has the stream stopped. Frames of
+    // before go on to come.
+    QObject::connect(&m_plugin, &IPlugin::SigPluginMsg, [this](const PLUGIN_MSG &stMsg) {
+      if (stMsg.nMsgCode == PLUGIN_MSG_ACQUISITION_ON || stMsg.nMsgCode == PLUGIN_MSG_ACQUISITION_OFF) {
+        m_camera.Integer("TLParamsLocked").Poke(stMsg.nMsgCode == PLUGIN_MSG_ACQUISITION_ON ? 1 : 0);
+      }
+    });
   }
 
   void Open()

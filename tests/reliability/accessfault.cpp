@@ -12,6 +12,7 @@ void CAccessFault::Arm(uint64_t nFirst, uint64_t nLast, std::optional<EAccessFai
 bool CAccessFault::Count(const SNodeAccess &stAccess)
 {
   ++m_nCount;
+  m_refusals(stAccess);
   if (m_nFirst == 0 || m_nCount < m_nFirst || m_nCount > m_nLast) {
     return false;
   }

@@ -9,6 +9,7 @@
 
 #include "genapi/softwarenodemap/failnthaccess.h"
 #include "genapi/softwarenodemap/observednodemap.h"
+#include "tests/support/refusals.h"
 
 /// Counts the accesses of all maps that it is given to, and fails some of them. On one thread.
 class CAccessFault {
@@ -24,6 +25,9 @@ public:
   /// Whether an access has failed since Arm.
   bool HasFailed() const { return m_bFailed; }
 
+  /// What the maps refuse besides, whatever the count.
+  CRefusals &Refusals() { return m_refusals; }
+
   /// One access. \return whether a look-up shall give no node; throws when it shall fail otherwise
   bool Count(const SNodeAccess &stAccess);
 
@@ -33,6 +37,7 @@ private:
   std::optional<EAccessFailure> m_eFailure;
   uint64_t m_nCount = 0;
   bool m_bFailed = false;
+  CRefusals m_refusals;
 };
 
 /// A node map whose accesses a fault may fail.

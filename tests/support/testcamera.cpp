@@ -63,7 +63,8 @@ CTestCamera::CTestCamera(const std::string &strPixelFormat, int64_t nWidth, int6
   m_streamMap.AddEnumeration("StreamBufferHandlingMode")
     .Entry("OldestFirst", 0)
     .Entry("OldestFirstOverwrite", 1)
-    .Entry("NewestOnly", 2);
+    .Entry("NewestOnly", 2)
+    .LockedWhile(*m_deviceMap.Find<CSoftwareInteger>("TLParamsLocked"));
   AddOutput();
 }
 
@@ -76,6 +77,12 @@ CTestCamera &CTestCamera::AddShadingCorrectionMode(const std::string &strEntry)
 CTestCamera &CTestCamera::SetWhiteBalanceReads(int nReads)
 {
   m_nWhiteBalanceReads = nReads;
+  return *this;
+}
+
+CTestCamera &CTestCamera::LockWhileStreaming(const std::string &strName)
+{
+  Enumeration(strName).LockedWhile(*m_deviceMap.Find<CSoftwareInteger>("TLParamsLocked"));
   return *this;
 }
 
@@ -145,6 +152,7 @@ void CTestCamera::AddWhiteBalance()
     m_deviceMap.AddEnumeration("BalanceRatioSelector").Entry("Red", 0).Entry("Green", 1).Entry("Blue", 2);
   m_deviceMap.AddFloat("BalanceRatio")
     .Range(0.0, 16.0)
+    .Access([this] { return m_nWhiteBalance == BALANCE_OFF ? GenApi::RW : GenApi::RO; })
     .OnRead([this, &selector] { return m_adBalanceRatio.at(static_cast<std::size_t>(selector.Peek())); })
     .OnWrite(
       [this, &selector](double dValue) { m_adBalanceRatio.at(static_cast<std::size_t>(selector.Peek())) = dValue; });

@@ -10,8 +10,10 @@
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
 /// Three software node maps, as a host hands them to the plug-in, with the features that the correction
-/// reads and writes. Everything starts in a state in which all operations succeed: nothing locked, trigger
-/// off, the delivered image equal to the camera's. A test then changes what it is about:
+/// reads and writes. Everything starts in a state in which all operations succeed: not streaming, trigger
+/// off, the delivered image equal to the camera's. As with many a camera, geometry, format and the stream's buffer
+/// handling are locked while it streams, and the white-balance ratios unless BalanceWhiteAuto is "Off". A test then
+/// changes what it is about:
 ///
 ///     CTestCamera camera("BayerRG12", 640, 480);
 ///     camera.Device().Find<CSoftwareInteger>("TLParamsLocked")->Poke(1);
@@ -35,6 +37,8 @@ public:
   /// Reads of BalanceWhiteAuto after "Once" was written until it is "Off"; the last of them sees "Off". 1
   /// unless set; negative: it never ends.
   CTestCamera &SetWhiteBalanceReads(int nReads);
+  /// Has an enumeration of the device refuse to be set while the camera streams.
+  CTestCamera &LockWhileStreaming(const std::string &strName);
 
   CSoftwareNodeMap &Device() { return m_deviceMap; }
   CSoftwareNodeMap &Stream() { return m_streamMap; }

@@ -6,7 +6,7 @@
 
 #include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
-#include "pluginobject/shadingcorrection/process/camerastate/balancerun.h"
+#include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
 #include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
@@ -95,30 +95,43 @@ int32_t CShadingCorrectionPro_Dev::RestoreDeviceParam()
   return PLUGIN_STATUS_SUCCESS;
 }
 
-// A camera that was away when an acquisition ended still has the user's state in "UserSet0" alone. It gets it back
+// A camera that refused the user's state when an acquisition ended has it in "UserSet0" alone. It has to take it back
 // before anything is saved there.
-int32_t CShadingCorrectionPro_Dev::__PayBack()
+int32_t CShadingCorrectionPro_Dev::__SettlePendingRestore()
 {
-  if (!m_guard.IsRestoreOwed()) {
-    return PLUGIN_STATUS_SUCCESS;
+  if (m_guard.IsRestorePending()) {
+    const int32_t nStatus = m_guard.ReviewPendingRestore(m_deviceFeatures);
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
   }
-  m_guard.RefreshStreaming(m_deviceFeatures);
-  RestoreDeviceParam();
-  return m_guard.IsRestoreOwed() ? PLUGIN_STATUS_FEATURE_ERROR : PLUGIN_STATUS_SUCCESS;
+  if (m_guard.IsRestorePending()) {
+    RestoreDeviceParam();
+  }
+  if (m_guard.IsRestorePending()) {
+    return PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED;
+  }
+  m_guard.RestoreSelector(m_deviceFeatures);
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+void CShadingCorrectionPro_Dev::__DropDark()
+{
+  m_bDarkUsable = false;
+  m_bBlackLevelDefault = false;
+  m_stDark = SReferenceFrame();
 }
 
 int32_t CShadingCorrectionPro_Dev::AcquireDarkImage()
 {
+  __DropDark();
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  const int32_t nOwedStatus = __PayBack();
-  if (nOwedStatus != PLUGIN_STATUS_SUCCESS) {
-    return nOwedStatus;
+  const int32_t nPendingStatus = __SettlePendingRestore();
+  if (nPendingStatus != PLUGIN_STATUS_SUCCESS) {
+    return nPendingStatus;
   }
-  m_bDarkUsable = false;
-  m_bBlackLevelDefault = false;
-  m_stDark = SReferenceFrame();
   m_guard.BeginAcquisition();
   const CScopeGuard restore([this] {
     m_exchange.ReleaseBuffer();
@@ -128,7 +141,7 @@ int32_t CShadingCorrectionPro_Dev::AcquireDarkImage()
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     __KeepDarkFrame();
   } else {
-    m_stDark = SReferenceFrame();
+    __DropDark();
   }
   return nStatus;
 }
@@ -193,14 +206,14 @@ void CShadingCorrectionPro_Dev::__KeepDarkFrame()
 
 int32_t CShadingCorrectionPro_Dev::AcquireBrightImage()
 {
+  m_bright.Drop();
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  const int32_t nOwedStatus = __PayBack();
-  if (nOwedStatus != PLUGIN_STATUS_SUCCESS) {
-    return nOwedStatus;
+  const int32_t nPendingStatus = __SettlePendingRestore();
+  if (nPendingStatus != PLUGIN_STATUS_SUCCESS) {
+    return nPendingStatus;
   }
-  m_bright.Drop();
   m_guard.BeginAcquisition();
   m_stInfo.nFrameCount = GetPossibleFrameCount(m_stInfo.nFrameCount);
   const CScopeGuard restore([this] {
@@ -240,8 +253,8 @@ int32_t CShadingCorrectionPro_Dev::__BalanceWhite()
     .Then([this] { return m_deviceFeatures.SetEnumFeature("AWBLampHouse", "Adaptive"); })
     .Then([this] { return m_deviceFeatures.SetEnumFeature("BalanceWhiteAuto", "Once"); })
     .Then([this]() -> int32_t {
-      RunWhiteBalance(m_deviceFeatures, m_exchange, m_guard.GetTimeout(),
-                      [this] { __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON); });
+      ffc::process::RunWhiteBalance(m_deviceFeatures, m_exchange, m_guard.GetTimeout(),
+                                    [this] { __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON); });
       return PLUGIN_STATUS_SUCCESS;
     })
     .Status();
@@ -346,8 +359,8 @@ int32_t CShadingCorrectionPro_Dev::LoadFromFlash()
 
 int32_t CShadingCorrectionPro_Dev::SaveToFlash()
 {
-  const int32_t nOwedStatus = __PayBack();
-  return nOwedStatus == PLUGIN_STATUS_SUCCESS ? SaveFlashCoefficients(m_deviceFeatures) : nOwedStatus;
+  const int32_t nPendingStatus = __SettlePendingRestore();
+  return nPendingStatus == PLUGIN_STATUS_SUCCESS ? SaveFlashCoefficients(m_deviceFeatures) : nPendingStatus;
 }
 
 int32_t CShadingCorrectionPro_Dev::LoadFromFile()

@@ -73,7 +73,8 @@ private:
   };
 
   void __EmitAcquisition(EPluginMsgCode eCode);
-  int32_t __PayBack();
+  int32_t __SettlePendingRestore();
+  void __DropDark();
   int32_t __CaptureDark();
   int32_t __TriggerFrame();
   int32_t __AnalyseFrame();
@@ -99,7 +100,7 @@ private:
   CFrameBuffer m_coefficients;   // the whole image; its size is the coefficients size of the initialisation
   CFrameExchange m_exchange;
   CBrightField m_bright{m_exchange};
-  CDeviceParamGuard m_guard;
+  ffc::process::CDeviceParamGuard m_guard;
   CGetSCCoefficient m_generator;
   SFrameFormat m_stGeneratorFormat; // of the last analysed frame, for which the generator is set up
   std::unique_ptr<IFileChooser> m_pFileChooser;

@@ -124,15 +124,15 @@ int32_t CShadingCorrectionPro_PC::RestoreDeviceParam()
 
 int32_t CShadingCorrectionPro_PC::AcquireDarkImage()
 {
+  m_bDarkValid = false;
+  m_darkFrame.Release();
   if (!__HasNodeMaps()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  m_bDarkValid = false;
   if (CheckFrameFormat(m_deviceFeatures, m_stFormat) != PLUGIN_STATUS_SUCCESS) {
     m_bBrightValid = false;
   }
   m_exchange.ReleaseBuffer();
-  m_darkFrame.Release();
   const CScopeGuard restore([this] {
     m_exchange.ReleaseBuffer();
     RestoreDeviceParam();
@@ -171,6 +171,8 @@ int32_t CShadingCorrectionPro_PC::__CaptureDark()
 
 int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
 {
+  m_bBrightValid = false;
+  m_bright.Drop();
   if (!__HasNodeMaps()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
@@ -179,9 +181,8 @@ int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
   }
   m_bBrightValid = true;
   m_bright.EndAcquisition();
-  m_bright.Drop();
   const CScopeGuard restore([this] {
-    (void)m_whiteBalance.Restore(m_deviceFeatures);
+    m_whiteBalance.Restore(m_deviceFeatures);
     m_bright.EndAcquisition();
     RestoreDeviceParam();
   });

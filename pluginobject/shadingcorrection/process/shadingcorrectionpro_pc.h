@@ -94,7 +94,7 @@ private:
   CFrameExchange m_exchange;
   CBrightField m_bright{m_exchange};
   CHostCoefficients m_coefficients;
-  CWhiteBalance m_whiteBalance;
-  CHostStreamGuard m_streamGuard;
+  ffc::process::CWhiteBalance m_whiteBalance;
+  ffc::process::CHostStreamGuard m_streamGuard;
   std::unique_ptr<IFileChooser> m_pFileChooser;
 };

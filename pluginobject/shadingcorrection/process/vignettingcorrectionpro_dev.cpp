@@ -70,8 +70,8 @@ int32_t CVignettingCorrectionPro_Dev::InitProcess()
 
 int32_t CVignettingCorrectionPro_Dev::__SaveCameraState()
 {
-  m_trigger.Forget();
-  m_streaming = CStreamingState();
+  m_triggerMode.Forget();
+  m_streaming = ffc::process::CStreamingState();
   SFrameFormat stFormat;
   float fExposureTime = 0.0F;
   const int32_t nStatus = CFeatureChain()
@@ -80,7 +80,7 @@ int32_t CVignettingCorrectionPro_Dev::__SaveCameraState()
                             .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
                             .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
                             .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
-                            .Then([&] { return m_trigger.Save(m_deviceFeatures); })
+                            .Then([&] { return m_triggerMode.Save(m_deviceFeatures); })
                             .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
@@ -99,7 +99,7 @@ int32_t CVignettingCorrectionPro_Dev::PrepareDeviceParam()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   const int32_t nStatus = CFeatureChain()
-                            .Then([this] { return m_trigger.SwitchOff(m_deviceFeatures); })
+                            .Then([this] { return ffc::process::SwitchTriggerOff(m_deviceFeatures, m_triggerMode); })
                             .Then([this] { return SwitchCorrectionOff(m_deviceFeatures); })
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS && !m_streaming.WasStreaming()) {
@@ -110,7 +110,7 @@ int32_t CVignettingCorrectionPro_Dev::PrepareDeviceParam()
 
 int32_t CVignettingCorrectionPro_Dev::RestoreDeviceParam()
 {
-  m_trigger.Restore(m_deviceFeatures);
+  m_triggerMode.Restore(m_deviceFeatures);
   if (!m_streaming.WasStreaming()) {
     __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
   }
@@ -119,12 +119,12 @@ int32_t CVignettingCorrectionPro_Dev::RestoreDeviceParam()
 
 int32_t CVignettingCorrectionPro_Dev::AcquireBrightImage()
 {
+  m_bright.Drop();
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  if (CheckFrameSize(m_deviceFeatures, m_stFormat) == PLUGIN_STATUS_BUFFER_SIZE_ERROR) {
-    m_bright.Drop();
-  }
+  // No frame is left whose size could have changed; the camera is asked all the same, as by each acquisition.
+  (void)CheckFrameSize(m_deviceFeatures, m_stFormat);
   m_stInfo.nFrameCount = GetPossibleFrameCount(m_stInfo.nFrameCount);
   const CScopeGuard restore([this] {
     m_bright.EndAcquisition();

@@ -12,8 +12,7 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
-#include "pluginobject/shadingcorrection/process/camerastate/streamingstate.h"
-#include "pluginobject/shadingcorrection/process/camerastate/triggerguard.h"
+#include "pluginobject/shadingcorrection/process/camerastate/savedsettings.h"
 #include "pluginobject/shadingcorrection/process/coefficients/devicesettings.h"
 #include "pluginobject/shadingcorrection/process/coefficients/filechooser.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
@@ -77,8 +76,8 @@ private:
   std::atomic<bool> m_bColor{false};
   bool m_bBlackLevelDefault = true;
   uint32_t m_nTimeout = 0; // milliseconds
-  CStreamingState m_streaming;
-  CTriggerGuard m_trigger;
+  ffc::process::CStreamingState m_streaming;
+  ffc::process::CSavedEntry m_triggerMode{"TriggerMode"};
   SFrameFormat m_stFormat;
   SBlockMeanRange m_stGray; // on an 8-bit scale
   SDeviceSettings m_stSettings;

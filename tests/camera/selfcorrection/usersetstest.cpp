@@ -57,15 +57,15 @@ public:
   /// Gives every setting another value. Twice, because some values open the way for others.
   void ChangeAll()
   {
-    ChangeEach();
-    ChangeEach();
-    if (m_bench.Has("BalanceRatioSelector")) {
+    if (m_bench.Has("BalanceRatioSelector")) { // as long as BalanceWhiteAuto is "Off"
       double dRatio = 1.25;
       for (const char *pColor : {"Red", "Green", "Blue"}) {
         m_bench.Set("BalanceRatioSelector", pColor);
         m_bench.Device<GenApi::IFloat>("BalanceRatio").SetValue(dRatio += 0.25);
       }
     }
+    ChangeEach();
+    ChangeEach();
   }
 
   std::vector<GenApi::INode *> m_listNodes;

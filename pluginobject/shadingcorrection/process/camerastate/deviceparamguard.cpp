@@ -3,24 +3,25 @@
 #include <cmath>
 
 #include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
-#include "pluginobject/shadingcorrection/process/camerastate/userset.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/statuscode.h"
+
+namespace ffc::process {
 
 void CDeviceParamGuard::BeginAcquisition()
 {
   *this = CDeviceParamGuard();
-  m_bUserSetPending = true;
+  m_userSets.BeginAcquisition();
 }
 
-int32_t CDeviceParamGuard::__SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved)
+int32_t CDeviceParamGuard::SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved)
 {
   bool bImplemented = false;
   (void)features.IsFeatureImplemented(pName, bImplemented);
   return bImplemented ? features.GetEnumFeature(pName, strSaved) : int32_t{PLUGIN_STATUS_SUCCESS};
 }
 
-int32_t CDeviceParamGuard::__WriteOptional(const CFeatureAccess &features, const char *pName,
-                                           const std::string &strSaved)
+int32_t CDeviceParamGuard::WriteOptional(const CFeatureAccess &features, const char *pName, const std::string &strSaved)
 {
   bool bImplemented = false;
   const int32_t nStatus = features.IsFeatureImplemented(pName, bImplemented);
@@ -31,44 +32,34 @@ int32_t CDeviceParamGuard::SaveUserParam(const CFeatureAccess &features)
 {
   const int32_t nStatus =
     CFeatureChain()
-      .Then([&] { return features.GetEnumFeature("UserSetSelector", m_strUserSetSelector); })
-      .Then([&] { return features.GetFloatFeature("ExposureTime", m_fExposureTime); })
+      .Then([&] { return m_userSets.SaveSelector(features); })
+      .Then([&] { return m_exposureTime.Save(features); })
       .Then([&] { return m_streaming.Save(features); })
-      .Then([&] { return features.GetFloatFeature("Gain", m_fGain); })
-      .Then([&] { return features.GetFloatFeature("BlackLevel", m_fBlackLevel); })
-      .Then([&] { return features.GetIntFeature("DigitalShift", m_nDigitalShift); })
-      .Then([&] { return __SaveOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
-      .Then([&] { return __SaveOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
-      .Then([&] { return __SaveOptional(features, "RemoveParameterLimit", m_strRemoveParameterLimit); })
+      .Then([&] { return m_gain.Save(features); })
+      .Then([&] { return m_blackLevel.Save(features); })
+      .Then([&] { return m_digitalShift.Save(features); })
+      .Then([&] { return SaveOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
+      .Then([&] { return SaveOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
+      .Then([&] { return SaveOptional(features, "RemoveParameterLimit", m_strRemoveParameterLimit); })
       .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     m_streaming.SaveLate(features);
   }
-  m_nTimeout = GetFrameTimeout(m_fExposureTime);
+  m_nTimeout = GetFrameTimeout(m_exposureTime.Get());
   return nStatus;
 }
 
 int32_t CDeviceParamGuard::Prepare(const CFeatureAccess &features, SFrameFormat &stFormat)
 {
   return CFeatureChain()
-    .Then([&] { return __SwitchUserSets(features); })
+    .Then([&] { return m_userSets.SwitchToDefault(features); })
     .Then([&] { return features.GetFloatFeature("BlackLevel", m_fDefaultBlackLevel); })
-    .Then([&] { return __ReadFormat(features, stFormat); })
-    .Then([&] { return __WriteUserParam(features); })
+    .Then([&] { return ReadFormat(features, stFormat); })
+    .Then([&] { return WriteUserParam(features); })
     .Status();
 }
 
-int32_t CDeviceParamGuard::__SwitchUserSets(const CFeatureAccess &features)
-{
-  const int32_t nStatus = SaveUserSet(features, "UserSet0");
-  if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    return nStatus;
-  }
-  m_bUserSetPending = false;
-  return LoadUserSet(features, "Default");
-}
-
-int32_t CDeviceParamGuard::__ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
+int32_t CDeviceParamGuard::ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
 {
   return CFeatureChain()
     .Then([&] { return ReadPayloadSize(features, stFormat); })
@@ -83,7 +74,7 @@ int32_t CDeviceParamGuard::__ReadFormat(const CFeatureAccess &features, SFrameFo
     .Status();
 }
 
-int32_t CDeviceParamGuard::__WriteUserParam(const CFeatureAccess &features) const
+int32_t CDeviceParamGuard::WriteUserParam(const CFeatureAccess &features)
 {
   return CFeatureChain()
     .Then([&]() -> int32_t {
@@ -93,50 +84,72 @@ int32_t CDeviceParamGuard::__WriteUserParam(const CFeatureAccess &features) cons
       return bImplemented ? features.SetEnumFeature("RemoveParameterLimit", m_strRemoveParameterLimit)
                           : int32_t{PLUGIN_STATUS_SUCCESS};
     })
-    .Then([&] { return features.SetFloatFeature("ExposureTime", m_fExposureTime); })
-    .Then([&] { return features.SetFloatFeature("Gain", m_fGain); })
-    .Then([&] { return features.SetFloatFeature("BlackLevel", m_fBlackLevel); })
-    .Then([&] { return features.SetIntFeature("DigitalShift", m_nDigitalShift); })
-    .Then([&] { return __WriteOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
-    .Then([&] { return __WriteOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
+    .Then([&] { return m_exposureTime.Write(features); })
+    .Then([&] { return m_gain.Write(features); })
+    .Then([&] { return m_blackLevel.Write(features); })
+    .Then([&] { return m_digitalShift.Write(features); })
+    .Then([&] { return WriteOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
+    .Then([&] { return WriteOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
     .Status();
 }
 
 bool CDeviceParamGuard::IsBlackLevelDefault() const
 {
   constexpr double TOLERANCE = 1e-6;
-  return std::fabs(double{m_fDefaultBlackLevel} - double{m_fBlackLevel}) < TOLERANCE;
+  return std::fabs(double{m_fDefaultBlackLevel} - double{m_blackLevel.Get()}) < TOLERANCE;
 }
 
 void CDeviceParamGuard::Restore(const CFeatureAccess &features)
 {
-  const bool bLoad = !m_bUserSetPending;
-  m_bUserSetPending = false;
-  // A selector that was never read cannot be put back, so it is not moved.
-  if (!bLoad && m_strUserSetSelector.empty()) {
-    return;
+  const bool bPendingBefore = IsRestorePending();
+  m_userSets.Restore(features);
+  if (IsRestorePending() && !bPendingBefore) {
+    // Nobody has changed anything yet: this is what the acquisition leaves.
+    m_exposureTime.ReadBack(features);
+    m_gain.ReadBack(features);
+    m_blackLevel.ReadBack(features);
+    m_digitalShift.ReadBack(features);
   }
-  const bool bRestored =
-    __PutBack(features, bLoad) == PLUGIN_STATUS_SUCCESS || __PutBack(features, bLoad) == PLUGIN_STATUS_SUCCESS;
-  m_bOwed = bLoad && !bRestored;
 }
 
-// Every step is tried, whatever became of the one before.
-int32_t CDeviceParamGuard::__PutBack(const CFeatureAccess &features, bool bLoad) const
+int32_t CDeviceParamGuard::ReviewPendingRestore(const CFeatureAccess &features)
 {
-  const auto set = [&](const std::string &strSet) {
-    return CFeatureChain().Then([&] { return features.SetEnumFeature("UserSetSelector", strSet); }).Status();
+  bool bUnchanged = true;
+  const int32_t nStatus = CFeatureChain()
+                            .Then([&] { return CompareUserParam(features, bUnchanged); })
+                            .Then([&] { return m_streaming.Save(features); })
+                            .Then([&] { return m_userSets.RefreshSelector(features); })
+                            .Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED;
+  }
+  if (!bUnchanged) {
+    m_userSets.DropPendingRestore();
+  }
+  return PLUGIN_STATUS_SUCCESS;
+}
+
+int32_t CDeviceParamGuard::CompareUserParam(const CFeatureAccess &features, bool &bUnchanged) const
+{
+  const auto compare = [&](const auto &number) {
+    bool bSame = true;
+    const int32_t nStatus = number.Compare(features, bSame);
+    bUnchanged = bUnchanged && bSame;
+    return nStatus;
   };
-  const int32_t nSelectStatus = set("UserSet0");
-  const int32_t nLoadStatus = bLoad ? features.ExecuteCommand("UserSetLoad") : int32_t{PLUGIN_STATUS_SUCCESS};
-  const int32_t nSelectorStatus = set(m_strUserSetSelector);
-  return nSelectStatus != PLUGIN_STATUS_SUCCESS ? nSelectStatus
-         : nLoadStatus != PLUGIN_STATUS_SUCCESS ? nLoadStatus
-                                                : nSelectorStatus;
+  return CFeatureChain()
+    .Then([&] { return compare(m_exposureTime); })
+    .Then([&] { return compare(m_gain); })
+    .Then([&] { return compare(m_blackLevel); })
+    .Then([&] { return compare(m_digitalShift); })
+    .Status();
 }
 
-void CDeviceParamGuard::RefreshStreaming(const CFeatureAccess &features)
+void CDeviceParamGuard::RestoreSelector(const CFeatureAccess &features)
 {
-  m_streaming = CStreamingState();
-  m_streaming.SaveLate(features);
+  if (m_userSets.IsSelectorMoved() && m_userSets.RefreshSelector(features) == PLUGIN_STATUS_SUCCESS) {
+    m_userSets.RestoreSelector(features);
+  }
 }
+
+} // namespace ffc::process

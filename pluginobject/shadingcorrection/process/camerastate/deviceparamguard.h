@@ -7,15 +7,18 @@
 
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
-#include "pluginobject/shadingcorrection/process/camerastate/streamingstate.h"
+#include "pluginobject/shadingcorrection/process/camerastate/savedsettings.h"
+#include "pluginobject/shadingcorrection/process/camerastate/userset.h"
 
-/// Parks the user's state in "UserSet0", loads the factory set with the user's exposure on top, and loads
+namespace ffc::process {
+
+/// Keeps the user's state in "UserSet0", loads the factory set with the user's exposure on top, and loads
 /// "UserSet0" again. Emits nothing: stopping and starting the stream is the process's matter.
 /// User-interface thread only.
 class CDeviceParamGuard {
 public:
-  /// Forgets everything saved; only when nothing is owed. Until Prepare has saved the user's state, Restore then does
-  /// not load "UserSet0": that would bring an older state over the user's live one.
+  /// Forgets everything saved; only when no restore is pending. Until Prepare has saved the user's state, Restore then
+  /// does not load "UserSet0".
   void BeginAcquisition();
 
   /// Reads what Prepare writes back. \return the code of the first failing read
@@ -33,33 +36,36 @@ public:
 
   /// Brings the user's state back as far as the camera answers; a second time when the first fails.
   void Restore(const CFeatureAccess &features);
-  /// Whether the camera did not take the user's state back. Nothing may be saved into "UserSet0" then: it has the
-  /// only copy. The next Restore tries again.
-  bool IsRestoreOwed() const { return m_bOwed; }
-  /// Reads again whether the stream runs.
-  void RefreshStreaming(const CFeatureAccess &features);
+
+  /// Whether an acquisition's user state still waits in "UserSet0", which nothing may overwrite then.
+  bool IsRestorePending() const { return m_userSets.IsRestorePending(); }
+  /// Before a pending restore is tried again: reads what the camera has now. Where exposure, gain, black level or
+  /// digital shift is no longer as the acquisition left it, the user has taken over, and nothing is pending any more.
+  /// \return -1013 when the camera does not tell
+  int32_t ReviewPendingRestore(const CFeatureAccess &features);
+  /// Writes a selector back, alone, that the camera has refused at the end of an acquisition, unless the user has
+  /// selected another user set since. Failures are ignored.
+  void RestoreSelector(const CFeatureAccess &features);
 
 private:
   /// A setting that not every camera has; empty when this one has not.
-  static int32_t __SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved);
-  static int32_t __WriteOptional(const CFeatureAccess &features, const char *pName, const std::string &strSaved);
-  int32_t __SwitchUserSets(const CFeatureAccess &features);
-  static int32_t __ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
-  int32_t __WriteUserParam(const CFeatureAccess &features) const;
+  static int32_t SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved);
+  static int32_t WriteOptional(const CFeatureAccess &features, const char *pName, const std::string &strSaved);
+  static int32_t ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
+  int32_t WriteUserParam(const CFeatureAccess &features);
+  int32_t CompareUserParam(const CFeatureAccess &features, bool &bUnchanged) const;
 
-  int32_t __PutBack(const CFeatureAccess &features, bool bLoad) const;
-
-  bool m_bOwed = false;
-  bool m_bUserSetPending = false; // an acquisition has begun, the user's state is not saved yet
+  CUserSetGuard m_userSets;
   CStreamingState m_streaming;
   uint32_t m_nTimeout = 0;
-  float m_fExposureTime = 0.0F; // microseconds
-  float m_fGain = 0.0F;
-  float m_fBlackLevel = 0.0F;
+  CSavedNumber<float> m_exposureTime{"ExposureTime"}; // microseconds
+  CSavedNumber<float> m_gain{"Gain"};
+  CSavedNumber<float> m_blackLevel{"BlackLevel"};
   float m_fDefaultBlackLevel = 0.0F;
-  int64_t m_nDigitalShift = 0;
-  std::string m_strUserSetSelector;
+  CSavedNumber<int64_t> m_digitalShift{"DigitalShift"};
   std::string m_strFixedPatternNoiseCorrectMode;
   std::string m_strDeadPixelCorrect;
   std::string m_strRemoveParameterLimit;
 };
+
+} // namespace ffc::process

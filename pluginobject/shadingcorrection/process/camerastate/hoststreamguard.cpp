@@ -2,10 +2,12 @@
 
 #include "pluginobject/shadingcorrection/process/featurechain.h"
 
+namespace ffc::process {
+
 void CHostStreamGuard::Reset()
 {
   m_streaming = CStreamingState();
-  m_trigger.Forget();
+  m_triggerMode.Forget();
   m_streamMode.Forget();
 }
 
@@ -17,7 +19,7 @@ void CHostStreamGuard::SaveStreamMode(const CFeatureAccess &streamFeatures)
 int32_t CHostStreamGuard::Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures)
 {
   return CFeatureChain()
-    .Then([&] { return m_trigger.SwitchOff(deviceFeatures); })
+    .Then([&] { return SwitchTriggerOff(deviceFeatures, m_triggerMode); })
     .Then([&]() -> int32_t {
       return !m_streamMode.Get().empty() && m_streamMode.Get() != "NewestOnly"
                ? m_streamMode.Replace(streamFeatures, "NewestOnly")
@@ -28,6 +30,8 @@ int32_t CHostStreamGuard::Prepare(const CFeatureAccess &deviceFeatures, const CF
 
 void CHostStreamGuard::Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures)
 {
-  m_trigger.Restore(deviceFeatures);
+  m_triggerMode.Restore(deviceFeatures);
   m_streamMode.Restore(streamFeatures);
 }
+
+} // namespace ffc::process

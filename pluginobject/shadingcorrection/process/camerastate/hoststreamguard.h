@@ -5,19 +5,19 @@
 #include <cstdint>
 
 #include "pluginobject/featureaccess.h"
-#include "pluginobject/shadingcorrection/process/camerastate/savedentry.h"
-#include "pluginobject/shadingcorrection/process/camerastate/streamingstate.h"
-#include "pluginobject/shadingcorrection/process/camerastate/triggerguard.h"
+#include "pluginobject/shadingcorrection/process/camerastate/savedsettings.h"
+
+namespace ffc::process {
 
 /// Saves the trigger mode, the stream's buffer handling and whether the stream was running; sets what an
 /// acquisition needs; puts the saved values back. User-interface thread only.
 class CHostStreamGuard {
 public:
-  /// Forgets everything saved, but for what the camera has refused to take back.
+  /// Forgets everything saved.
   void Reset();
 
   CStreamingState &Streaming() { return m_streaming; }
-  int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures) { return m_trigger.Save(deviceFeatures); }
+  int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures) { return m_triggerMode.Save(deviceFeatures); }
   /// A stream without buffer handling is no failure.
   void SaveStreamMode(const CFeatureAccess &streamFeatures);
   /// Whether the stream was running when it was saved.
@@ -30,6 +30,8 @@ public:
 
 private:
   CStreamingState m_streaming;
-  CTriggerGuard m_trigger;
+  CSavedEntry m_triggerMode{"TriggerMode"};
   CSavedEntry m_streamMode{"StreamBufferHandlingMode"}; // empty: the stream has none
 };
+
+} // namespace ffc::process

@@ -1,25 +1,95 @@
 #include "pluginobject/shadingcorrection/process/camerastate/userset.h"
 
+#include "pluginobject/shadingcorrection/process/camerastate/savedsettings.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/statuscode.h"
+
+namespace ffc::process {
 
 namespace {
 
-int32_t SelectAndExecute(const CFeatureAccess &features, const char *pUserSet, const char *pCommand)
+constexpr const char *USER_SET = "UserSet0";
+
+int32_t Select(const CFeatureAccess &features, const std::string &strUserSet)
 {
-  return CFeatureChain()
-    .Then([&] { return features.SetEnumFeature("UserSetSelector", pUserSet); })
-    .Then([&] { return features.ExecuteCommand(pCommand); })
-    .Status();
+  return CFeatureChain().Then([&] { return features.SetEnumFeature("UserSetSelector", strUserSet); }).Status();
 }
 
 } // namespace
 
 int32_t SaveUserSet(const CFeatureAccess &features, const char *pUserSet)
 {
-  return SelectAndExecute(features, pUserSet, "UserSetSave");
+  return CFeatureChain()
+    .Then([&] { return Select(features, pUserSet); })
+    .Then([&] { return features.ExecuteCommand("UserSetSave"); })
+    .Status();
 }
 
-int32_t LoadUserSet(const CFeatureAccess &features, const char *pUserSet)
+void CUserSetGuard::BeginAcquisition()
 {
-  return SelectAndExecute(features, pUserSet, "UserSetLoad");
+  *this = CUserSetGuard();
+  m_bAcquiring = true;
 }
+
+int32_t CUserSetGuard::SaveSelector(const CFeatureAccess &features)
+{
+  return features.GetEnumFeature("UserSetSelector", m_strSelector);
+}
+
+int32_t CUserSetGuard::Run(const CFeatureAccess &features, const char *pUserSet, const char *pCommand)
+{
+  m_bSelectorMoved = true;
+  return CFeatureChain()
+    .Then([&] { return Select(features, pUserSet); })
+    .Then([&] {
+      m_strLastSelected = pUserSet;
+      return features.ExecuteCommand(pCommand);
+    })
+    .Status();
+}
+
+int32_t CUserSetGuard::SwitchToDefault(const CFeatureAccess &features)
+{
+  if (m_bRestorePending) {
+    return PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED;
+  }
+  m_bAcquiring = true;
+  m_bStateSaved = false;
+  const int32_t nStatus = Run(features, USER_SET, "UserSetSave");
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  m_bStateSaved = true;
+  return Run(features, "Default", "UserSetLoad");
+}
+
+void CUserSetGuard::Restore(const CFeatureAccess &features)
+{
+  if (!m_bAcquiring || m_bStateSaved) {
+    const int32_t nStatus = TryTwice([&] { return Run(features, USER_SET, "UserSetLoad"); });
+    m_bRestorePending = nStatus != PLUGIN_STATUS_SUCCESS && (m_bStateSaved || m_bRestorePending);
+  }
+  m_bAcquiring = false;
+  m_bStateSaved = false;
+  RestoreSelector(features);
+}
+
+int32_t CUserSetGuard::RefreshSelector(const CFeatureAccess &features)
+{
+  std::string strSelector;
+  const int32_t nStatus =
+    CFeatureChain().Then([&] { return features.GetEnumFeature("UserSetSelector", strSelector); }).Status();
+  if (nStatus == PLUGIN_STATUS_SUCCESS && (!m_bSelectorMoved || strSelector != m_strLastSelected)) {
+    m_strSelector = strSelector;
+  }
+  return nStatus;
+}
+
+void CUserSetGuard::RestoreSelector(const CFeatureAccess &features)
+{
+  if (m_bSelectorMoved && !m_strSelector.empty()) {
+    m_bSelectorMoved = TryTwice([&] { return Select(features, m_strSelector); }) != PLUGIN_STATUS_SUCCESS;
+  }
+}
+
+} // namespace ffc::process

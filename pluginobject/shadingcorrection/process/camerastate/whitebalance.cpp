@@ -1,22 +1,19 @@
 #include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
 
-#include "pluginobject/shadingcorrection/process/camerastate/balancerun.h"
+#include "pluginobject/shadingcorrection/process/camerastate/savedsettings.h"
 #include "pluginobject/shadingcorrection/process/featurechain.h"
+
+namespace ffc::process {
 
 namespace {
 
 // Writes a saved entry; one that was never saved is left alone.
-int32_t RestoreEntry(const CFeatureAccess &features, const char *pName, const std::string &strSaved)
+void RestoreEntry(const CFeatureAccess &features, const char *pName, const std::string &strSaved)
 {
-  return strSaved.empty() ? int32_t{PLUGIN_STATUS_SUCCESS} : features.SetEnumFeature(pName, strSaved);
-}
-
-// A lamp house that is gone meanwhile does not keep the rest from being put back.
-int32_t RestoreLampHouse(const CFeatureAccess &features, const std::string &strSaved)
-{
-  bool bImplemented = false;
-  const int32_t nStatus = features.IsFeatureImplemented("AWBLampHouse", bImplemented);
-  return bImplemented ? RestoreEntry(features, "AWBLampHouse", strSaved) : nStatus;
+  if (!strSaved.empty()) {
+    (void)TryTwice(
+      [&] { return CFeatureChain().Then([&] { return features.SetEnumFeature(pName, strSaved); }).Status(); });
+  }
 }
 
 int32_t SaveRatio(const CFeatureAccess &features, const char *pColour, std::optional<float> &fSaved)
@@ -32,18 +29,53 @@ int32_t SaveRatio(const CFeatureAccess &features, const char *pColour, std::opti
   return nStatus;
 }
 
-int32_t RestoreRatio(const CFeatureAccess &features, const char *pColour, const std::optional<float> &fSaved)
+int32_t WriteRatio(const CFeatureAccess &features, const char *pColour, float fRatio)
 {
-  if (!fSaved.has_value()) {
-    return PLUGIN_STATUS_SUCCESS;
-  }
   return CFeatureChain()
     .Then([&] { return features.SetEnumFeature("BalanceRatioSelector", pColour); })
-    .Then([&] { return features.SetFloatFeature("BalanceRatio", *fSaved); })
+    .Then([&] { return features.RestoreFloatFeature("BalanceRatio", fRatio); })
     .Status();
 }
 
+// A camera may refuse ratios as long as its balance runs, which may never end by itself.
+void EndRunningBalance(const CFeatureAccess &features)
+{
+  std::string strState;
+  (void)features.GetEnumFeature("BalanceWhiteAuto", strState);
+  if (strState == "Once") {
+    (void)features.SetEnumFeature("BalanceWhiteAuto", "Off");
+  }
+}
+
+void RestoreRatio(const CFeatureAccess &features, const char *pColour, const std::optional<float> &fSaved)
+{
+  if (!fSaved.has_value() || WriteRatio(features, pColour, *fSaved) == PLUGIN_STATUS_SUCCESS) {
+    return;
+  }
+  EndRunningBalance(features);
+  (void)WriteRatio(features, pColour, *fSaved);
+}
+
 } // namespace
+
+void RunWhiteBalance(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
+                     const std::function<void()> &fnStartStream)
+{
+  constexpr int ATTEMPTS = 5;
+  exchange.RequestFrame();
+  exchange.ForgetFrame();
+  fnStartStream();
+  for (int nAttempt = 0; nAttempt < ATTEMPTS && exchange.WaitFrameReady(nTimeout); ++nAttempt) {
+    std::string strState;
+    // A camera that does not tell its state is given the remaining frames.
+    (void)features.GetEnumFeature("BalanceWhiteAuto", strState);
+    if (strState == "Off") {
+      break;
+    }
+    exchange.RequestFrame();
+  }
+  exchange.WithdrawRequest();
+}
 
 int32_t CWhiteBalance::BalanceOnce(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
                                    const std::function<void()> &fnStartStream)
@@ -66,11 +98,8 @@ int32_t CWhiteBalance::BalanceOnce(const CFeatureAccess &features, CFrameExchang
 
 int32_t CWhiteBalance::Save(const CFeatureAccess &features)
 {
-  const int32_t nOwedStatus = Restore(features);
-  if (nOwedStatus != PLUGIN_STATUS_SUCCESS) {
-    return nOwedStatus;
-  }
-  int32_t nStatus = features.IsFeatureImplemented("BalanceWhiteAuto", m_bBalanceWhite);
+  *this = CWhiteBalance();
+  const int32_t nStatus = features.IsFeatureImplemented("BalanceWhiteAuto", m_bBalanceWhite);
   if (nStatus != PLUGIN_STATUS_SUCCESS || !m_bBalanceWhite) {
     return nStatus;
   }
@@ -104,42 +133,44 @@ int32_t CWhiteBalance::SwitchOn(const CFeatureAccess &features)
     .Then([&]() -> int32_t {
       return bLampHouse ? features.SetEnumFeature("AWBLampHouse", "Adaptive") : PLUGIN_STATUS_SUCCESS;
     })
-    .Then([&] { return features.SetEnumFeature("BalanceWhiteAuto", "Once"); })
-    .Status();
-}
-
-int32_t CWhiteBalance::RestoreRatios(const CFeatureAccess &features) const
-{
-  return CFeatureChain()
-    .Then([&] { return RestoreRatio(features, "Red", m_fRatioRed); })
-    .Then([&] { return RestoreRatio(features, "Green", m_fRatioGreen); })
-    .Then([&] { return RestoreRatio(features, "Blue", m_fRatioBlue); })
-    .Then([&] { return RestoreEntry(features, "BalanceRatioSelector", m_strBalanceRatioSelector); })
-    .Status();
-}
-
-int32_t CWhiteBalance::PutBack(const CFeatureAccess &features) const
-{
-  return CFeatureChain()
-    .Then([&] { return RestoreLampHouse(features, m_strAWBLampHouse); })
     .Then([&] {
-      return m_strBalanceWhiteAuto == "Continuous" ? RestoreRatios(features)
-                                                   : RestoreEntry(features, "BalanceWhiteAuto", m_strBalanceWhiteAuto);
+      m_bOnceWritten = true;
+      return features.SetEnumFeature("BalanceWhiteAuto", "Once");
     })
     .Status();
 }
 
-int32_t CWhiteBalance::Restore(const CFeatureAccess &features)
+void CWhiteBalance::Restore(const CFeatureAccess &features)
 {
-  if (!m_bBalanceWhite) {
-    return PLUGIN_STATUS_SUCCESS;
+  if (m_bBalanceWhite) {
+    RestoreLampHouse(features);
+    if (m_strBalanceWhiteAuto == "Continuous") {
+      RestoreRatios(features);
+      RestoreEntry(features, "BalanceRatioSelector", m_strBalanceRatioSelector);
+    } else if (m_bOnceWritten) {
+      RestoreEntry(features, "BalanceWhiteAuto", m_strBalanceWhiteAuto);
+    }
   }
-  int32_t nStatus = PutBack(features);
-  if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    nStatus = PutBack(features);
-  }
-  if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    *this = CWhiteBalance();
-  }
-  return nStatus;
+  *this = CWhiteBalance();
 }
+
+// A lamp house that is gone meanwhile does not keep the rest from being put back.
+void CWhiteBalance::RestoreLampHouse(const CFeatureAccess &features) const
+{
+  bool bImplemented = true;
+  (void)features.IsFeatureImplemented("AWBLampHouse", bImplemented);
+  if (bImplemented) {
+    RestoreEntry(features, "AWBLampHouse", m_strAWBLampHouse);
+  }
+}
+
+void CWhiteBalance::RestoreRatios(const CFeatureAccess &features) const
+{
+  if (m_bOnceWritten) {
+    RestoreRatio(features, "Red", m_fRatioRed);
+    RestoreRatio(features, "Green", m_fRatioGreen);
+    RestoreRatio(features, "Blue", m_fRatioBlue);
+  }
+}
+
+} // namespace ffc::process

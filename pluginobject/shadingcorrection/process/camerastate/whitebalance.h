@@ -10,6 +10,15 @@
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 
+namespace ffc::process {
+
+/// Lets a camera finish a one-shot white balance: starts the stream and takes up to 5 frames, until BalanceWhiteAuto
+/// reads "Off" or a frame fails to come. A balance that does not finish is no error. No request stays pending.
+/// User-interface thread only.
+/// \param nTimeout milliseconds to wait for each frame
+void RunWhiteBalance(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
+                     const std::function<void()> &fnStartStream);
+
 /// Saves the camera's white-balance settings, lets it balance once, and puts the settings back.
 /// User-interface thread only. Statuses are those of the feature access.
 class CWhiteBalance {
@@ -20,18 +29,18 @@ public:
   int32_t BalanceOnce(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
                       const std::function<void()> &fnStartStream);
 
-  /// Puts back what the last BalanceOnce saved, a second time when the first fails, and forgets it. What the camera
-  /// refuses is owed to it: the next call, or the next balance before it begins, tries again.
-  int32_t Restore(const CFeatureAccess &features);
+  /// Puts back what the last BalanceOnce changed, each setting a second time when the first fails, and forgets it.
+  void Restore(const CFeatureAccess &features);
 
 private:
   int32_t Save(const CFeatureAccess &features);
-  int32_t PutBack(const CFeatureAccess &features) const;
   int32_t SaveRatios(const CFeatureAccess &features);
   int32_t SwitchOn(const CFeatureAccess &features);
-  int32_t RestoreRatios(const CFeatureAccess &features) const;
+  void RestoreLampHouse(const CFeatureAccess &features) const;
+  void RestoreRatios(const CFeatureAccess &features) const;
 
   bool m_bBalanceWhite = false; // the camera has BalanceWhiteAuto
+  bool m_bOnceWritten = false;  // or its writing was tried
   // Empty: not saved, so not put back.
   std::optional<float> m_fRatioRed;
   std::optional<float> m_fRatioGreen;
@@ -40,3 +49,5 @@ private:
   std::string m_strAWBLampHouse;
   std::string m_strBalanceRatioSelector;
 };
+
+} // namespace ffc::process

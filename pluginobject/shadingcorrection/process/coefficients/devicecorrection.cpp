@@ -75,7 +75,7 @@ int32_t SaveFlashCoefficients(const CFeatureAccess &features)
   return CFeatureChain()
     .Then([&] { return features.ExecuteCommand("FFCFlashSave"); })
     .Then([&] { return SwitchCorrectionOn(features); })
-    .Then([&] { return SaveUserSet(features, "UserSet0"); })
+    .Then([&] { return ffc::process::SaveUserSet(features, "UserSet0"); })
     .Then([&] { return features.SetEnumFeature("UserSetDefault", "UserSet0"); })
     .Status();
 }

@@ -15,7 +15,7 @@ protected:
   double GetGain() { return m_camera.Float("Gain").Peek(); }
 
   CCorrectingCamera m_camera{"Mono8", 64, 48};
-  CDeviceParamGuard m_guard;
+  ffc::process::CDeviceParamGuard m_guard;
   SFrameFormat m_stFormat;
 };
 
@@ -124,7 +124,7 @@ TEST_F(DeviceParamGuard, ComparesTheBlackLevelsOfTheUserAndTheFactory)
   EXPECT_FALSE(m_guard.IsBlackLevelDefault());
 }
 
-TEST_F(DeviceParamGuard, RestoresTheParkedState)
+TEST_F(DeviceParamGuard, RestoresTheKeptState)
 {
   m_camera.Float("Gain").Poke(5.0);
   EXPECT_EQ(0, Save());
@@ -135,7 +135,7 @@ TEST_F(DeviceParamGuard, RestoresTheParkedState)
   EXPECT_EQ("Default", GetEntry("UserSetSelector"));
 }
 
-TEST_F(DeviceParamGuard, DoesNotRestoreAnOlderStateWhenAnAcquisitionParkedNone)
+TEST_F(DeviceParamGuard, DoesNotRestoreAnOlderStateWhenAnAcquisitionKeptNone)
 {
   m_camera.Float("Gain").Poke(3.0);
   m_camera.UserSets().Save("UserSet0");
@@ -146,14 +146,14 @@ TEST_F(DeviceParamGuard, DoesNotRestoreAnOlderStateWhenAnAcquisitionParkedNone)
   EXPECT_EQ("Default", GetEntry("UserSetSelector"));
   m_guard.BeginAcquisition();
   EXPECT_EQ(0, Save());
-  m_guard.Restore(Features()); // nothing was parked
+  m_guard.Restore(Features()); // nothing was kept
   EXPECT_EQ(5.0, GetGain());
   EXPECT_EQ("Default", GetEntry("UserSetSelector"));
   m_guard.Restore(Features()); // of no acquisition
   EXPECT_EQ(3.0, GetGain());
 }
 
-TEST_F(DeviceParamGuard, RestoresAStateThatWasParkedBeforeThePreparationFailed)
+TEST_F(DeviceParamGuard, RestoresAStateThatWasKeptBeforeThePreparationFailed)
 {
   m_camera.Float("Gain").Poke(5.0);
   m_guard.BeginAcquisition();
@@ -164,4 +164,28 @@ TEST_F(DeviceParamGuard, RestoresAStateThatWasParkedBeforeThePreparationFailed)
   m_camera.Float("Gain").Poke(1.0);
   m_guard.Restore(Features());
   EXPECT_EQ(5.0, GetGain());
+}
+
+TEST_F(DeviceParamGuard, ReviewsAPendingRestore)
+{
+  m_camera.Float("Gain").Poke(5.0);
+  for (const bool bChanged : {false, true}) {
+    m_guard.BeginAcquisition();
+    EXPECT_EQ(0, Save());
+    EXPECT_EQ(0, Prepare());
+    m_camera.Device().Find<CSoftwareCommand>("UserSetLoad")->Access(GenApi::NA);
+    m_guard.Restore(Features());
+    EXPECT_TRUE(m_guard.IsRestorePending());
+    m_camera.Integer("DigitalShift").Access(GenApi::NA);
+    EXPECT_EQ(-1013, m_guard.ReviewPendingRestore(Features()));
+    m_camera.Integer("DigitalShift").Access(GenApi::RW).Poke(bChanged ? 1 : 0);
+    EXPECT_EQ(0, m_guard.ReviewPendingRestore(Features()));
+    EXPECT_EQ(!bChanged, m_guard.IsRestorePending());
+    m_camera.Device().Find<CSoftwareCommand>("UserSetLoad")->Access(GenApi::WO);
+    if (!bChanged) {
+      m_guard.Restore(Features());
+    }
+    EXPECT_FALSE(m_guard.IsRestorePending());
+    EXPECT_EQ(5.0, GetGain());
+  }
 }

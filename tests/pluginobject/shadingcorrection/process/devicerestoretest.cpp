@@ -101,7 +101,7 @@ TEST_P(DeviceRestore, AfterAFrameThatCannotBeAnalysed)
   ExpectRestored();
 }
 
-TEST_P(DeviceRestore, WhenTheUsersStateCannotBeParked)
+TEST_P(DeviceRestore, WhenTheUsersStateCannotBeKept)
 {
   m_rig.Camera().Device().Find<CSoftwareCommand>("UserSetSave")->Access(GenApi::NA);
   EXPECT_EQ(-1002, Acquire(100));
@@ -157,10 +157,10 @@ TEST(DeviceRestoreParts, AnOlderUserSetIsNotLoadedOverAStateThatWasNotSaved)
   }
 }
 
-TEST(DeviceRestoreParts, RestoringAloneLoadsTheParkedState)
+TEST(DeviceRestoreParts, RestoringAloneLoadsTheKeptState)
 {
   CDeviceRig rig;
-  rig.ChangeSettings(); // a gain of 3 is parked
+  rig.ChangeSettings(); // a gain of 3 is kept
   EXPECT_EQ(0, rig.Process().SaveUserParam());
   EXPECT_EQ(0, rig.Process().RestoreDeviceParam());
   EXPECT_EQ(3.0, rig.Camera().Float("Gain").Peek());
@@ -168,7 +168,7 @@ TEST(DeviceRestoreParts, RestoringAloneLoadsTheParkedState)
   EXPECT_EQ((std::vector<int32_t>{11}), rig.TakeSignals());
 }
 
-TEST(DeviceRestoreParts, RestoringAloneLoadsTheParkedStateAlsoAfterAFailedAcquisition)
+TEST(DeviceRestoreParts, RestoringAloneLoadsTheKeptStateAlsoAfterAFailedAcquisition)
 {
   CDeviceRig rig;
   rig.ChangeSettings();

@@ -23,7 +23,7 @@ public:
 
   /// Features by name as in TakeSnapshot, without the coefficients.
   Settings TakeSettings();
-  /// Brings every feature that an acquisition touches into a state that is not the factory's, and parks another
+  /// Brings every feature that an acquisition touches into a state that is not the factory's, and keeps another
   /// one in "UserSet0".
   void ChangeSettings();
 
