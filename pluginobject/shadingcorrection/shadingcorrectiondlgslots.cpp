@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPalette>
 #include <QSignalBlocker>
+#include <QStyle>
 
 #include "pluginobject/shadingcorrection/busyscope.h"
 #include "pluginobject/shadingcorrection/deliveredimagecheck.h"
@@ -71,12 +72,18 @@ void CShadingCorrectionDlg::__RunSlot(TBody fnBody)
   slot.EndBusy();
 }
 
+// A style sheet overrules a palette: of the sheets in force ours, which is nearest to the label, has a rule for each
+// value of the property.
 void CShadingCorrectionDlg::__ShowPrompt(const QString &strText, Qt::GlobalColor eColor)
 {
-  QPalette palette = m_pUi->PromptInformation_label->palette();
+  QLabel *pLabel = m_pUi->PromptInformation_label;
+  QPalette palette = pLabel->palette();
   palette.setColor(QPalette::WindowText, eColor);
-  m_pUi->PromptInformation_label->setPalette(palette);
-  m_pUi->PromptInformation_label->setText(strText);
+  pLabel->setPalette(palette);
+  pLabel->setProperty("warning", eColor == WARNING_COLOUR);
+  pLabel->style()->unpolish(pLabel);
+  pLabel->style()->polish(pLabel);
+  pLabel->setText(strText);
 }
 
 // Runs an operation of the process. What it throws is shown at once and leaves the silent status.

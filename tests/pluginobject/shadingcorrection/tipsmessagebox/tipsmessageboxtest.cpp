@@ -319,6 +319,25 @@ TEST(TipsMessageBox, WearsTheStyleSheetOfTheResources)
   EXPECT_TRUE(box.styleSheet().contains(QStringLiteral("GroupMessageBoxMain")));
 }
 
+TEST(TipsMessageBox, ShownButtonsHaveTheirSizeWhateverStyleSheetTheViewerHas)
+{
+  for (const char *pSheet : {"", "QPushButton { min-width: 120px; min-height: 48px; margin: 3px; padding: 9px; }",
+                             "QPushButton { max-width: 40px; max-height: 16px; border: 5px solid red; }"}) {
+    SCOPED_TRACE(pSheet);
+    qApp->setStyleSheet(QString::fromLatin1(pSheet));
+    CTipsMessageBox box("message", "", EKind::Warning, ToButtons(0x14000));
+    box.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&box));
+    const SParts stParts(box);
+    for (const QPushButton *pButton : {stParts.pOK, stParts.pCancel}) {
+      EXPECT_EQ(pButton->size(), QSize(90, 32)) << qPrintable(pButton->text());
+      EXPECT_EQ(pButton->minimumSize(), QSize(90, 32)) << qPrintable(pButton->text());
+      EXPECT_EQ(pButton->maximumSize(), QSize(90, 32)) << qPrintable(pButton->text());
+    }
+    EXPECT_EQ(box.findChild<QPushButton *>(QStringLiteral("ButtonClose"))->size(), QSize(30, 28));
+  }
+}
+
 QStringList s_listDebugLines;
 
 void KeepDebugLine(QtMsgType eType, const QMessageLogContext &, const QString &strLine)
