@@ -1,5 +1,7 @@
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 
+#include <new>
+
 #include <QFileInfo>
 
 #include "platform/replaceablefile.h"
@@ -47,9 +49,14 @@ int32_t CCoefficientFileWriter::Open()
   if (info.exists() && !info.isFile()) {
     return PLUGIN_STATUS_OPEN_FILE_ERROR;
   }
-  const bool bOpened = (IsReplaceable(m_file.fileName()) && m_file.open(QIODevice::WriteOnly)) ||
-                       m_inPlace.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered);
-  return bOpened ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OPEN_FILE_ERROR;
+  try {
+    const bool bOpened = (IsReplaceable(m_file.fileName()) && m_file.open(QIODevice::WriteOnly)) ||
+                         m_inPlace.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered);
+    return bOpened ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OPEN_FILE_ERROR;
+  } catch (const std::bad_alloc &) {
+    // The names for the system.
+    return PLUGIN_STATUS_OUT_OF_MEMORY;
+  }
 }
 
 int32_t CCoefficientFileWriter::WriteInPlace(const uint8_t *pData, uint64_t nSize)

@@ -25,7 +25,7 @@ class CCoefficientFileWriter {
 public:
   explicit CCoefficientFileWriter(const QString &strFileName) : m_file(strFileName), m_inPlace(strFileName) {}
 
-  /// \return 0; -1004 when it cannot be opened, or is something else than a file
+  /// \return 0; -1004 when it cannot be opened, or is something else than a file; -2 without memory
   int32_t Open();
   /// Once, after Open. \return 0; -1006 when writing fails; -2 without memory for the former bytes
   int32_t Write(const uint8_t *pData, uint64_t nSize);
