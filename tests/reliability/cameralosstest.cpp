@@ -82,11 +82,14 @@ TEST(LostCamera, ThatIsStillAwayKeepsTheUsersStateUntilItIsBack)
   CModuleRig rig(EMode::FlatField);
   ASSERT_EQ("", rig.Correct());
   const Settings mapBefore = rig.TakeSettings();
-  rig.Fault().Disarm();
-  ASSERT_TRUE(rig.Do(EOperation::Bright).listBoxes.empty());
-  const uint64_t nHalf = rig.Fault().GetCount() / 2;
-  rig.Fault().Arm(nHalf, CAccessFault::FOR_EVER, EAccessFailure::Timeout);
+  // It goes when its frames begin, on its factory set.
+  rig.SetMessageHook([&rig](int32_t nCode) {
+    if (nCode == PLUGIN_MSG_ACQUISITION_ON) {
+      rig.Fault().Arm(1, CAccessFault::FOR_EVER, EAccessFailure::Timeout);
+    }
+  });
   EXPECT_EQ(1U, rig.Do(EOperation::Bright).listBoxes.size());
+  rig.SetMessageHook(nullptr);
   // Neither another acquisition nor a save may write over the only copy of the user's state.
   for (const EOperation eOperation : {EOperation::Bright, EOperation::SaveFlash}) {
     auto *pSave = rig.Camera().Device().Find<CSoftwareCommand>("UserSetSave");
