@@ -6,8 +6,8 @@
 #include <CLI/CLI.hpp>
 
 #include "camera/realcameras.h"
+#include "camera/selfcorrection/modename.h"
 #include "camera/sensorformat.h"
-#include "host/modename.h"
 
 namespace {
 
@@ -85,8 +85,9 @@ std::string CheckLanguage(const std::string &strLanguage)
 
 std::string ParseMode(const std::string &strMode, SHostOptions &stOptions)
 {
-  return FindMode(strMode, stOptions.eMode) ? std::string()
-                                            : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
+  return ffc::camera::FindMode(strMode, stOptions.eMode)
+           ? std::string()
+           : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
 }
 
 std::string ParseBlockSize(const std::string &strSize, SHostOptions &stOptions)

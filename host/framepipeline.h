@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "camera/icamera.h"
-#include "host/quality/report.h"
 #include "pluginobject/iplugin.h"
+#include "quality/report.h"
 
 /// A frame as it came and, when the plug-in wrote one, as it was corrected. Valid during the call only.
 struct SProcessedFrame {

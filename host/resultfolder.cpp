@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "host/quality/pictures.h"
-#include "host/quality/profileplot.h"
 #include "host/wholefile.h"
+#include "quality/pictures.h"
+#include "quality/profileplot.h"
 
 QString CResultFolder::Prepare()
 {

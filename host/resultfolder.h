@@ -11,8 +11,8 @@
 #include <QString>
 
 #include "camera/sensorformat.h"
-#include "host/quality/framestack.h"
-#include "host/quality/report.h"
+#include "quality/framestack.h"
+#include "quality/report.h"
 
 /// Writes into one folder; each file whole or not at all. Every operation returns empty or one line that
 /// names the file and the reason.

@@ -13,9 +13,9 @@
 #include "host/dialogdriver.h"
 #include "host/framecollector.h"
 #include "host/progressline.h"
-#include "host/quality/report.h"
 #include "host/resultfolder.h"
 #include "host/viewer.h"
+#include "quality/report.h"
 
 /// Fresh frames that a figure is taken on.
 constexpr uint32_t MEASURED_FRAMES = 16;

@@ -11,7 +11,7 @@
 #include "host/headless/bench.h"
 #include "host/headless/steps.h"
 #include "host/headless/story.h"
-#include "host/quality/framestack.h"
+#include "quality/framestack.h"
 
 /// Cap on, dark field (flat field only); cap off, bright field; execute; figures on the camera's own frames,
 /// with the correction off and on; coefficients to the flash and to a file; the camera without power, and

@@ -6,7 +6,7 @@
 
 #include "host/headless/bench.h"
 #include "host/headless/story.h"
-#include "host/quality/pairedstacks.h"
+#include "quality/pairedstacks.h"
 
 /// Cap on, dark field; cap off, bright field; execute; figures on fresh frames; coefficients to a file and
 /// back; report.

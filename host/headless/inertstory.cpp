@@ -3,8 +3,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "camera/selfcorrection/modename.h"
 #include "host/headless/steps.h"
-#include "host/modename.h"
 
 QString CInertStory::Run()
 {
@@ -60,7 +60,7 @@ QString CInertStory::WriteResults()
   const SReport &stReport = m_bench.GetReport();
   const QJsonObject json{
     {"camera", stReport.strCamera},
-    {"mode", QLatin1String(GetModeName(stReport.eMode))},
+    {"mode", QLatin1String(ffc::camera::GetModeName(stReport.eMode))},
     {"pixel_format", stReport.strPixelFormat},
     {"width", int(stReport.nWidth)},
     {"height", int(stReport.nHeight)},

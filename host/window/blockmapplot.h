@@ -4,7 +4,7 @@
 
 #include <qwt_plot.h>
 
-#include "host/quality/blockmeans.h"
+#include "quality/blockmeans.h"
 
 class QwtPlotSpectrogram;
 

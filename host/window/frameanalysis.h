@@ -8,8 +8,8 @@
 #include <QVector>
 
 #include "host/framepipeline.h"
-#include "host/quality/blockmeans.h"
-#include "host/quality/profile.h"
+#include "quality/blockmeans.h"
+#include "quality/profile.h"
 
 constexpr int HISTOGRAM_BINS = 256; ///< over the range of the format, whatever its depth
 

@@ -10,10 +10,10 @@
 #include "host/dialogdriver.h"
 #include "host/featuretext.h"
 #include "host/headless/steps.h"
-#include "host/quality/gainlimit.h"
-#include "host/quality/pictures.h"
-#include "host/quality/profileplot.h"
 #include "host/window/background.h"
+#include "quality/gainlimit.h"
+#include "quality/pictures.h"
+#include "quality/profileplot.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <QString>
 
 #include "host/framecollector.h"
-#include "host/quality/pairedstacks.h"
-#include "host/quality/qualityresult.h"
 #include "host/viewer.h"
+#include "quality/pairedstacks.h"
+#include "quality/qualityresult.h"
 
 /// Fresh frames of each scene that a figure is taken on.
 constexpr uint32_t QUALITY_FRAMES = 16;

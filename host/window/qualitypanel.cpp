@@ -8,7 +8,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include "host/quality/htmlreport.h"
+#include "quality/htmlreport.h"
 
 namespace {
 

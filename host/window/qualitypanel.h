@@ -7,7 +7,7 @@
 
 #include <QWidget>
 
-#include "host/quality/qualityresult.h"
+#include "quality/qualityresult.h"
 
 class QDoubleSpinBox;
 class QLabel;

@@ -6,10 +6,10 @@
 #include <QFileInfo>
 #include <QSettings>
 
-#include "host/quality/htmlreport.h"
 #include "host/wholefile.h"
 #include "host/window/background.h"
 #include "host/window/waitbox.h"
+#include "quality/htmlreport.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <QString>
 
-#include "host/quality/qualityresult.h"
+#include "quality/qualityresult.h"
 
 class QWidget;
 

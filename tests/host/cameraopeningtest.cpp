@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "host/featuretext.h"
-#include "host/modename.h"
 
 namespace {
 
@@ -82,17 +81,4 @@ TEST(CameraOpening, ABlockSizeThatTheCameraDoesNotHaveIsRefused)
   EXPECT_EQ(SelectBlockSize(*stPlain.pCamera, 32).toStdString(), "this camera has no coefficient blocks");
   EXPECT_EQ(SelectBlockSize(*stPlain.pCamera, 0).toStdString(), "");
   EXPECT_EQ(ReadBlockSize(*stPlain.pCamera), 0U);
-}
-
-TEST(ModeName, FindsEveryModeByItsName)
-{
-  for (const ECorrectionMode eMode :
-       {ECorrectionMode::None, ECorrectionMode::FlatField, ECorrectionMode::Vignetting, ECorrectionMode::Unknown}) {
-    ECorrectionMode eFound = eMode == ECorrectionMode::None ? ECorrectionMode::Unknown : ECorrectionMode::None;
-    EXPECT_TRUE(FindMode(GetModeName(eMode), eFound));
-    EXPECT_EQ(eFound, eMode);
-  }
-  ECorrectionMode eFound = ECorrectionMode::FlatField;
-  EXPECT_FALSE(FindMode("Flatfield", eFound));
-  EXPECT_EQ(eFound, ECorrectionMode::FlatField);
 }

@@ -21,18 +21,20 @@ QSet<QString> ListSourceTexts()
   const QRegularExpression call(
     R"-((?:\btr\(|\bTranslate\(|QT_TRANSLATE_NOOP\("\w+",)\s*((?:"(?:[^"\\]|\\.)*"\s*)+))-");
   QSet<QString> setTexts;
-  QDirIterator it(QStringLiteral(FFC_SOURCE_DIR "/host"), {"*.cpp"}, QDir::Files, QDirIterator::Subdirectories);
-  while (it.hasNext()) {
-    QFile file(it.next());
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    QRegularExpressionMatchIterator itCall = call.globalMatch(QString::fromUtf8(file.readAll()));
-    while (itCall.hasNext()) {
-      QString strText;
-      QRegularExpressionMatchIterator itPart = LITERAL.globalMatch(itCall.next().captured(1));
-      while (itPart.hasNext()) {
-        strText += itPart.next().captured(1);
+  for (const char *pFolder : {FFC_SOURCE_DIR "/host", FFC_SOURCE_DIR "/quality"}) {
+    QDirIterator it(QString::fromUtf8(pFolder), {"*.cpp"}, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+      QFile file(it.next());
+      EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+      QRegularExpressionMatchIterator itCall = call.globalMatch(QString::fromUtf8(file.readAll()));
+      while (itCall.hasNext()) {
+        QString strText;
+        QRegularExpressionMatchIterator itPart = LITERAL.globalMatch(itCall.next().captured(1));
+        while (itPart.hasNext()) {
+          strText += itPart.next().captured(1);
+        }
+        setTexts.insert(strText.replace(QStringLiteral("\\n"), QStringLiteral("\n")));
       }
-      setTexts.insert(strText.replace(QStringLiteral("\\n"), QStringLiteral("\n")));
     }
   }
   return setTexts;

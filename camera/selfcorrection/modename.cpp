@@ -1,0 +1,41 @@
+#include "camera/selfcorrection/modename.h"
+
+namespace ffc::camera {
+namespace {
+
+struct SModeName {
+  ECorrectionMode eMode;
+  const char *pName;
+};
+
+constexpr SModeName ALL_MODES[] = {
+  {ECorrectionMode::None, "none"},
+  {ECorrectionMode::FlatField, "flatfield"},
+  {ECorrectionMode::Vignetting, "vignetting"},
+  {ECorrectionMode::Unknown, "unknown"},
+};
+
+} // namespace
+
+const char *GetModeName(ECorrectionMode eMode)
+{
+  for (const SModeName &stMode : ALL_MODES) {
+    if (stMode.eMode == eMode) {
+      return stMode.pName;
+    }
+  }
+  return "";
+}
+
+bool FindMode(const std::string &strName, ECorrectionMode &eMode)
+{
+  for (const SModeName &stMode : ALL_MODES) {
+    if (strName == stMode.pName) {
+      eMode = stMode.eMode;
+      return true;
+    }
+  }
+  return false;
+}
+
+} // namespace ffc::camera

@@ -1,0 +1,19 @@
+#include "quality/colorplane.h"
+
+SColorPlane GetWholeImagePlane()
+{
+  return {"Mono", {true, true, true, true}};
+}
+
+std::vector<SColorPlane> GetColorPlanes(EColorLayout eLayout)
+{
+  if (eLayout == EColorLayout::Mono) {
+    return {GetWholeImagePlane()};
+  }
+  std::vector<SColorPlane> listPlanes{{"R", {}}, {"G", {}}, {"B", {}}};
+  for (uint32_t nSite = 0; nSite < CELL_SITES; ++nSite) {
+    const EColor eColor = GetPixelColor(eLayout, nSite & 1U, nSite >> 1U);
+    listPlanes[std::size_t(eColor)].abSites[nSite] = true;
+  }
+  return listPlanes;
+}

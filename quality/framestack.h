@@ -1,0 +1,57 @@
+/// \file
+/// Sums over a stack of frames of one scene, without keeping the frames.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "quality/colorplane.h"
+
+/// What the uniformity figures need of L frames: the sum of every pixel, and sums of squares.
+///
+/// All sums are whole numbers, so nothing is lost to rounding. Needs 4 bytes per pixel, however many the
+/// frames. Used by one thread at a time.
+class CFrameStack {
+public:
+  /// Empties the stack for frames of this size.
+  /// \param nBitDepth 8 to 16; frames of 8 bits have one byte per sample, deeper ones two, right-aligned
+  /// \return false when the size or the depth is none, or memory is short; the stack is then empty
+  bool Prepare(uint32_t nWidth, uint32_t nHeight, uint32_t nBitDepth);
+
+  /// Adds one frame of tightly packed lines.
+  /// \return false for a buffer of another size, or beyond 256 frames, when sums could overflow; nothing is added then
+  bool Add(const void *pFrame, std::size_t nSize);
+
+  uint32_t GetWidth() const { return m_nWidth; }
+  uint32_t GetHeight() const { return m_nHeight; }
+  uint32_t GetBitDepth() const { return m_nBitDepth; }
+  /// Highest value of a sample of this depth.
+  uint32_t GetMaximum() const { return (1U << m_nBitDepth) - 1U; }
+  /// Bytes of one frame.
+  std::size_t GetFrameSize() const;
+  /// L, the frames added so far.
+  uint32_t GetFrameCount() const { return m_nFrames; }
+
+  /// Sums of one line, a value per column.
+  const uint32_t *GetSums(uint32_t nLine) const;
+  /// Mean of one pixel over the frames, in DN. Only when frames were added.
+  double GetMean(uint32_t nColumn, uint32_t nLine) const;
+  /// Sum of the squares of all samples of a plane in one line, over all frames.
+  uint64_t GetSquareSum(const SColorPlane &stPlane, uint32_t nLine) const;
+  /// Samples of a plane, over all frames, that lay at the depth's maximum.
+  uint64_t GetClippedCount(const SColorPlane &stPlane) const;
+
+private:
+  template <class TSample>
+  void AddSamples(const TSample *pSamples);
+
+  uint32_t m_nWidth = 0;
+  uint32_t m_nHeight = 0;
+  uint32_t m_nBitDepth = 8;
+  uint32_t m_nFrames = 0;
+  std::vector<uint32_t> m_listSums;
+  std::vector<std::array<uint64_t, 2>> m_listSquareSums; ///< per line, even and odd columns
+  std::array<uint64_t, CELL_SITES> m_anClipped{};
+};

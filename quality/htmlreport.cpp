@@ -1,0 +1,168 @@
+#include "quality/htmlreport.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+
+namespace {
+
+constexpr int MAX_PICTURE_WIDTH = 800; ///< pixels
+
+const char *const STYLE = "body{font:14px/1.45 sans-serif;color:#222;max-width:1000px;margin:24px auto;padding:0 16px}"
+                          "h1{font-size:22px;margin:0 0 4px}h2{font-size:16px;margin:28px 0 8px}"
+                          "table{border-collapse:collapse}td,th{padding:3px 14px 3px 0;border-bottom:1px solid #ddd;"
+                          "text-align:left}td.n,th.n{text-align:right;font-variant-numeric:tabular-nums}"
+                          ".verdict{display:inline-block;padding:4px 12px;color:#fff;font-weight:bold}"
+                          ".pass{background:#2e7d32}.fail{background:#b3261e}.none{background:#6b6e73}"
+                          "figure{display:inline-block;width:48%;margin:0 1% 12px 0;vertical-align:top}"
+                          "figure.wide{width:98%}img{width:100%;border:1px solid #ccc}"
+                          "figcaption{color:#666;font-size:12px}small{color:#666}";
+
+QString Translate(const char *pText)
+{
+  return QCoreApplication::translate("HtmlReport", pText);
+}
+
+QString MakeDataUri(const QImage &imgPicture)
+{
+  const bool bScale = imgPicture.width() > MAX_PICTURE_WIDTH;
+  const QImage imgSmall = bScale ? imgPicture.scaledToWidth(MAX_PICTURE_WIDTH, Qt::SmoothTransformation) : imgPicture;
+  QByteArray bytePng;
+  QBuffer buffer(&bytePng);
+  buffer.open(QIODevice::WriteOnly);
+  imgSmall.save(&buffer, "PNG");
+  return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(bytePng.toBase64());
+}
+
+void AddFigure(QString &strPage, const QImage &imgPicture, const QString &strCaption, const char *pClass = "")
+{
+  if (!imgPicture.isNull()) {
+    strPage += QStringLiteral("<figure class=\"%1\"><img alt=\"%2\" src=\"%3\"><figcaption>%2</figcaption></figure>\n")
+                 .arg(QLatin1String(pClass), strCaption.toHtmlEscaped(), MakeDataUri(imgPicture));
+  }
+}
+
+QString MakeFigureTable(const SReport &stReport)
+{
+  QString strTable = QStringLiteral("<table><tr><th></th><th class=\"n\">%1</th><th class=\"n\">%2</th></tr>\n")
+                       .arg(Translate("before"), Translate("after"));
+  for (const SFigureRow &stRow : ListFigureRows(stReport)) {
+    strTable += QStringLiteral("<tr><td>%1</td><td class=\"n\">%2</td><td class=\"n\">%3</td></tr>\n")
+                  .arg(stRow.strName.toHtmlEscaped(), stRow.strBefore, stRow.strAfter);
+  }
+  return strTable + QStringLiteral("</table>\n");
+}
+
+QString MakeSettings(const SQualityResult &stResult)
+{
+  QString strTable = QStringLiteral("<table>\n");
+  for (const auto &[strName, strValue] : stResult.listSettings) {
+    strTable +=
+      QStringLiteral("<tr><td>%1</td><td>%2</td></tr>\n").arg(strName.toHtmlEscaped(), strValue.toHtmlEscaped());
+  }
+  return strTable + QStringLiteral("</table>\n");
+}
+
+QString MakeVerdict(const SReport &stReport, double dLimitPercent)
+{
+  const EVerdict eVerdict = JudgeShading(stReport.stBefore, stReport.stAfter, dLimitPercent);
+  const char *pClass = eVerdict == EVerdict::Pass ? "pass" : eVerdict == EVerdict::Unknown ? "none" : "fail";
+  return QStringLiteral("<p class=\"verdict %1\">%2</p>\n")
+    .arg(QLatin1String(pClass), DescribeVerdict(eVerdict, stReport.stAfter, dLimitPercent).toHtmlEscaped());
+}
+
+void AddRow(QList<SFigureRow> &listRows, const QString &strName, double dBefore, double dAfter, int nDecimals)
+{
+  listRows << SFigureRow{strName, QString::number(dBefore, 'f', nDecimals), QString::number(dAfter, 'f', nDecimals)};
+}
+
+void AddPlaneRows(QList<SFigureRow> &listRows, const QString &strPlane, const SUniformityFigures &stBefore,
+                  const SUniformityFigures &stAfter)
+{
+  const auto Name = [&strPlane](const char *pText) {
+    return strPlane.isEmpty() ? Translate(pText) : QStringLiteral("%1  %2").arg(strPlane, Translate(pText));
+  };
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Shading, %")), stBefore.dShadingPercent,
+         stAfter.dShadingPercent, 2);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Corner / centre")), stBefore.dCornerToCentre,
+         stAfter.dCornerToCentre, 3);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU, %")), stBefore.dPrnuPercent, stAfter.dPrnuPercent, 2);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn, 2);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Mean grey, DN")), stBefore.dMeanGray, stAfter.dMeanGray, 1);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Clipped, %")), stBefore.dClippedPercent,
+         stAfter.dClippedPercent, 3);
+}
+
+} // namespace
+
+QList<SFigureRow> ListFigureRows(const SReport &stReport)
+{
+  QList<SFigureRow> listRows;
+  const auto &listBefore = stReport.stBefore.listPlanes;
+  const auto &listAfter = stReport.stAfter.listPlanes;
+  for (std::size_t nPlane = 0; nPlane < listBefore.size() && nPlane < listAfter.size(); ++nPlane) {
+    const QString strPlane = listBefore.size() > 1 ? QString::fromStdString(listBefore[nPlane].strName) : QString();
+    AddPlaneRows(listRows, strPlane, listBefore[nPlane], listAfter[nPlane]);
+  }
+  return listRows;
+}
+
+QStringList ListFindings(const SQualityResult &stResult)
+{
+  QStringList listFindings{DescribeAdvice(stResult.stAdvice)};
+  for (const SNoise &stNoise : stResult.listNoise) {
+    listFindings << Translate("%1: noise of one frame %2 DN, pixel pattern %3 DN, at a mean of %4 DN")
+                      .arg(QString::fromStdString(stNoise.strName))
+                      .arg(stNoise.dTemporal, 0, 'f', 2)
+                      .arg(stNoise.dPattern, 0, 'f', 2)
+                      .arg(stNoise.dMean, 0, 'f', 1);
+  }
+  const SUniformityFigures &stBefore = stResult.stReport.stBefore.stOverall;
+  const SUniformityFigures &stAfter = stResult.stReport.stAfter.stOverall;
+  if (stAfter.dPrnuPercent > stBefore.dPrnuPercent) {
+    listFindings << Translate(
+      "PRNU got worse: the noise of the bright field is in every image now, or whole blocks are "
+      "evened out instead of pixels");
+  }
+  if (stAfter.dDsnuDn > stBefore.dDsnuDn) {
+    listFindings << Translate(
+      "DSNU got worse: the dark field is a single frame whose noise is in every image now, or the "
+      "gains lift the dark signal too");
+  }
+  if (stResult.bSameExposures) {
+    listFindings << Translate("Clipped by the correction: %1 samples; held at the gain limit: %2 pixels")
+                      .arg(stResult.nNewlyClipped)
+                      .arg(stResult.nAtGainLimit);
+  } else {
+    listFindings << Translate("The camera corrects: before and after are different exposures");
+  }
+  return listFindings + stResult.stReport.listNotes;
+}
+
+QByteArray MakeHtmlReport(const SQualityResult &stResult, double dLimitPercent, const QDateTime &dtMade)
+{
+  const SReport &stReport = stResult.stReport;
+  const QString strTitle = Translate("Flat-field correction: %1").arg(stReport.strCamera);
+  QString strPage =
+    QStringLiteral("<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>%1</title>"
+                   "<style>%2</style></head><body>\n<h1>%1</h1>\n<small>%3</small>\n")
+      .arg(strTitle.toHtmlEscaped(), QLatin1String(STYLE), dtMade.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+  strPage += MakeVerdict(stReport, dLimitPercent);
+  strPage += QStringLiteral("<p>%1</p>\n")
+               .arg(Translate("Measured on %1 bright and %2 dark fresh frames, which did not make the coefficients.")
+                      .arg(stReport.nBrightFrames)
+                      .arg(stReport.nDarkFrames));
+  strPage += QStringLiteral("<h2>%1</h2>\n").arg(Translate("Figures")) + MakeFigureTable(stReport);
+  strPage += QStringLiteral("<h2>%1</h2>\n<ul>\n").arg(Translate("Findings"));
+  for (const QString &strFinding : ListFindings(stResult)) {
+    strPage += QStringLiteral("<li>%1</li>\n").arg(strFinding.toHtmlEscaped());
+  }
+  strPage += QStringLiteral("</ul>\n<h2>%1</h2>\n").arg(Translate("Pictures"));
+  AddFigure(strPage, stResult.imgBefore, Translate("Before"));
+  AddFigure(strPage, stResult.imgAfter, Translate("After"));
+  AddFigure(strPage, stResult.imgContrastBefore, Translate("Before, unevenness stretched"));
+  AddFigure(strPage, stResult.imgContrastAfter, Translate("After, stretched alike"));
+  AddFigure(strPage, stResult.imgProfile, Translate("Grey along the middle"), "wide");
+  strPage += QStringLiteral("<h2>%1</h2>\n").arg(Translate("Settings")) + MakeSettings(stResult);
+  strPage += QStringLiteral("</body></html>\n");
+  return strPage.toUtf8();
+}

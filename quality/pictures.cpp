@@ -1,0 +1,119 @@
+#include "quality/pictures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "quality/blockmeans.h"
+
+namespace {
+
+int ToByte(double dValue)
+{
+  return int(std::lround(std::clamp(dValue, 0.0, 255.0)));
+}
+
+/// Mean of a plane in the cell at an even column and line.
+double GetCellMean(const CFrameStack &stStack, const SColorPlane &stPlane, uint32_t nColumn, uint32_t nLine)
+{
+  double dSum = 0;
+  int nCount = 0;
+  for (std::size_t nSite = 0; nSite < CELL_SITES; ++nSite) {
+    if (stPlane.abSites[nSite]) {
+      dSum += stStack.GetMean(nColumn + uint32_t(nSite & 1U), nLine + uint32_t(nSite >> 1U));
+      ++nCount;
+    }
+  }
+  return dSum / nCount;
+}
+
+QImage MakeGreyView(const CFrameStack &stStack)
+{
+  QImage imgView(int(stStack.GetWidth()), int(stStack.GetHeight()), QImage::Format_Grayscale8);
+  const double dScale = 255.0 / double(stStack.GetMaximum());
+  for (int nLine = 0; nLine < imgView.height(); ++nLine) {
+    uchar *pLine = imgView.scanLine(nLine);
+    for (int nColumn = 0; nColumn < imgView.width(); ++nColumn) {
+      pLine[nColumn] = uchar(ToByte(stStack.GetMean(uint32_t(nColumn), uint32_t(nLine)) * dScale));
+    }
+  }
+  return imgView;
+}
+
+QImage MakeColorView(const CFrameStack &stStack, EColorLayout eLayout)
+{
+  QImage imgView(int(stStack.GetWidth() / 2), int(stStack.GetHeight() / 2), QImage::Format_RGB32);
+  const std::vector<SColorPlane> listPlanes = GetColorPlanes(eLayout);
+  const double dScale = 255.0 / double(stStack.GetMaximum());
+  for (int nLine = 0; nLine < imgView.height(); ++nLine) {
+    QRgb *pLine = reinterpret_cast<QRgb *>(imgView.scanLine(nLine));
+    for (int nColumn = 0; nColumn < imgView.width(); ++nColumn) {
+      const auto Channel = [&](std::size_t nPlane) {
+        return ToByte(dScale * GetCellMean(stStack, listPlanes[nPlane], uint32_t(nColumn) * 2, uint32_t(nLine) * 2));
+      };
+      pLine[nColumn] = qRgb(Channel(0), Channel(1), Channel(2));
+    }
+  }
+  return imgView;
+}
+
+double GetAverage(const SBlockMeans &stMeans)
+{
+  double dSum = 0;
+  for (const double dMean : stMeans.listMeans) {
+    dSum += dMean;
+  }
+  return dSum / double(stMeans.listMeans.size());
+}
+
+} // namespace
+
+QImage MakeFramePicture(const void *pFrame, uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFormat)
+{
+  const bool bWide = stFormat.GetBytesPerPixel() > 1;
+  QImage imgFrame(int(nWidth), int(nHeight), bWide ? QImage::Format_Grayscale16 : QImage::Format_Grayscale8);
+  if (imgFrame.isNull()) {
+    return imgFrame;
+  }
+  const std::size_t nLineBytes = std::size_t(nWidth) * stFormat.GetBytesPerPixel();
+  const char *pLine = static_cast<const char *>(pFrame);
+  for (int nLine = 0; nLine < imgFrame.height(); ++nLine, pLine += nLineBytes) {
+    std::memcpy(imgFrame.scanLine(nLine), pLine, nLineBytes);
+  }
+  return imgFrame;
+}
+
+QImage MakeViewPicture(const CFrameStack &stStack, EColorLayout eLayout)
+{
+  const bool bWholeCell = stStack.GetWidth() >= 2 && stStack.GetHeight() >= 2;
+  return eLayout == EColorLayout::Mono || !bWholeCell ? MakeGreyView(stStack) : MakeColorView(stStack, eLayout);
+}
+
+double GetContrastRange(const CFrameStack &stStack, EColorLayout eLayout)
+{
+  double dRange = 0.001;
+  for (const SColorPlane &stPlane : GetColorPlanes(eLayout)) {
+    const SBlockMeans stMeans = GetBlockMeans(stStack, stPlane);
+    const double dAverage = GetAverage(stMeans);
+    for (const double dMean : stMeans.listMeans) {
+      dRange = dAverage > 0 ? std::max(dRange, std::abs(dMean / dAverage - 1)) : dRange;
+    }
+  }
+  return dRange;
+}
+
+QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, double dRange)
+{
+  QImage imgContrast(int(stStack.GetWidth()), int(stStack.GetHeight()), QImage::Format_Grayscale8);
+  for (const SColorPlane &stPlane : GetColorPlanes(eLayout)) {
+    const double dAverage = std::max(GetAverage(GetBlockMeans(stStack, stPlane)), 1e-9);
+    for (int nLine = 0; nLine < imgContrast.height(); ++nLine) {
+      uchar *pLine = imgContrast.scanLine(nLine);
+      VisitPlaneLine(stPlane, stStack.GetWidth(), uint32_t(nLine), [&](uint32_t nColumn) {
+        const double dDeviation = stStack.GetMean(nColumn, uint32_t(nLine)) / dAverage - 1;
+        pLine[nColumn] = uchar(ToByte(127.5 + 127.5 * dDeviation / dRange));
+      });
+    }
+  }
+  return imgContrast;
+}

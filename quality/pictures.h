@@ -1,0 +1,25 @@
+/// \file
+/// Pictures of frames and of stacks of frames.
+#pragma once
+
+#include <QImage>
+
+#include "camera/sensorformat.h"
+#include "quality/framestack.h"
+
+/// One frame at full depth: 8-bit grey, or 16-bit grey with the values right-aligned as delivered.
+/// \param pFrame tightly packed; copied
+/// \return a null image when memory is short
+QImage MakeFramePicture(const void *pFrame, uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFormat);
+
+/// The mean image as a viewer shows it, 8 bits per channel: grey, or for a mosaic a colour picture of half
+/// the width and height, one pixel per 2 x 2 cell.
+QImage MakeViewPicture(const CFrameStack &stStack, EColorLayout eLayout);
+
+/// How far a pixel may lie from its plane's mean, relative to that mean, to fill half the grey scale.
+/// \return the largest deviation of a block mean in any plane, at least 0.001
+double GetContrastRange(const CFrameStack &stStack, EColorLayout eLayout);
+
+/// The mean image stretched to show unevenness: each pixel relative to its plane's mean, -dRange black, 0
+/// middle grey, +dRange white. With one range for two images their contrast can be compared.
+QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, double dRange);

@@ -1,0 +1,15 @@
+/// \file
+/// Grey along the middle of an image, before and after, as a plot.
+#pragma once
+
+#include <QImage>
+
+#include "camera/sensorformat.h"
+#include "quality/framestack.h"
+#include "quality/profile.h"
+
+/// Of a mosaic, the profile of the green pixels.
+SProfile MakeRowProfile(const CFrameStack &stStack, EColorLayout eLayout);
+
+/// Draws both profiles over the range of greys that they need. Needs a QApplication, on a display or off screen.
+QImage DrawProfilePlot(const SProfile &stBefore, const SProfile &stAfter, const QString &strTitle);

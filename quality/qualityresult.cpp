@@ -1,0 +1,54 @@
+#include "quality/qualityresult.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+const char *GetVerdictName(EVerdict eVerdict)
+{
+  switch (eVerdict) {
+  case EVerdict::Pass: return "pass";
+  case EVerdict::Fail: return "fail";
+  case EVerdict::Worse: return "worse";
+  case EVerdict::Unknown: break;
+  }
+  return "unknown";
+}
+
+QJsonArray MakeNoiseJson(const std::vector<SNoise> &listNoise)
+{
+  QJsonArray json;
+  for (const SNoise &stNoise : listNoise) {
+    json.append(QJsonObject{{"plane", QString::fromStdString(stNoise.strName)},
+                            {"mean_dn", stNoise.dMean},
+                            {"temporal_dn", stNoise.dTemporal},
+                            {"pattern_dn", stNoise.dPattern}});
+  }
+  return json;
+}
+
+} // namespace
+
+QByteArray MakeQualityJson(const SQualityResult &stResult, double dLimitPercent)
+{
+  const SReport &stReport = stResult.stReport;
+  QJsonObject json = QJsonDocument::fromJson(MakeReportJson(stReport)).object();
+  QJsonObject jsonSettings;
+  for (const auto &[strName, strValue] : stResult.listSettings) {
+    jsonSettings.insert(strName, strValue);
+  }
+  const EVerdict eVerdict = JudgeShading(stReport.stBefore, stReport.stAfter, dLimitPercent);
+  json.insert(QStringLiteral("settings"), jsonSettings);
+  json.insert(QStringLiteral("shading_limit_percent"), dLimitPercent);
+  json.insert(QStringLiteral("verdict"), QLatin1String(GetVerdictName(eVerdict)));
+  json.insert(QStringLiteral("noise"), MakeNoiseJson(stResult.listNoise));
+  json.insert(QStringLiteral("advised_frames"), stResult.stAdvice.nAdvised);
+  json.insert(QStringLiteral("break_even_frames"), stResult.stAdvice.dBreakEven);
+  if (stResult.bSameExposures) {
+    json.insert(QStringLiteral("newly_clipped_samples"), double(stResult.nNewlyClipped));
+    json.insert(QStringLiteral("pixels_at_gain_limit"), double(stResult.nAtGainLimit));
+  }
+  return QJsonDocument(json).toJson(QJsonDocument::Indented);
+}

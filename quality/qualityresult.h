@@ -1,0 +1,34 @@
+/// \file
+/// Everything that one quality measurement found.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include <QImage>
+#include <QList>
+#include <QString>
+
+#include "quality/framecountadvice.h"
+#include "quality/noise.h"
+#include "quality/report.h"
+#include "quality/verdict.h"
+
+struct SQualityResult {
+  SReport stReport;
+  std::vector<SNoise> listNoise; ///< of the raw bright frames, by plane
+  SFrameCountAdvice stAdvice;
+  bool bSameExposures = true; ///< before and after; what follows is known only then
+  uint64_t nNewlyClipped = 0; ///< samples of all measured bright frames
+  uint64_t nAtGainLimit = 0;  ///< pixels
+  QImage imgBefore;           ///< as a viewer shows them
+  QImage imgAfter;
+  QImage imgContrastBefore; ///< stretched about the mean, both alike
+  QImage imgContrastAfter;
+  QImage imgProfile;
+  QList<std::pair<QString, QString>> listSettings; ///< feature and value
+};
+
+/// The result as report.json has it, with noise, advice and counts.
+/// \param dLimitPercent the user's, with the verdict that follows from it
+QByteArray MakeQualityJson(const SQualityResult &stResult, double dLimitPercent);

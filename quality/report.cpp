@@ -1,0 +1,229 @@
+#include "quality/report.h"
+
+#include <cstddef>
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextStream>
+
+#include "camera/selfcorrection/modename.h"
+
+namespace {
+
+const char *const METHOD =
+  "PRNU and DSNU after EMVA 1288, temporal noise removed (s^2 = s^2_measured - s^2_temporal / L), no high-pass";
+
+const char *const OTHER_EXPOSURES = "different exposures, so that newly clipped samples cannot be counted";
+
+/// One figure: its key, its row in the table, its place in the record.
+struct SFigure {
+  const char *pKey;
+  const char *pLabel;
+  double SUniformityFigures::*pValue;
+};
+
+const SFigure FIGURES[] = {
+  {"shading_percent", "shading, %", &SUniformityFigures::dShadingPercent},
+  {"corner_to_centre", "corner to centre", &SUniformityFigures::dCornerToCentre},
+  {"prnu_percent", "PRNU, %", &SUniformityFigures::dPrnuPercent},
+  {"dsnu_dn", "DSNU, DN", &SUniformityFigures::dDsnuDn},
+  {"mean_gray", "mean grey, DN", &SUniformityFigures::dMeanGray},
+  {"clipped_percent", "clipped, %", &SUniformityFigures::dClippedPercent},
+};
+
+QJsonObject MakeFiguresJson(const SUniformityFigures &stFigures)
+{
+  QJsonObject json;
+  for (const SFigure &stFigure : FIGURES) {
+    json.insert(QLatin1String(stFigure.pKey), stFigures.*stFigure.pValue);
+  }
+  return json;
+}
+
+QJsonObject MakeUniformityJson(const SUniformity &stUniformity)
+{
+  QJsonObject json = MakeFiguresJson(stUniformity.stOverall);
+  QJsonObject jsonPlanes;
+  for (const SUniformityFigures &stPlane : stUniformity.listPlanes) {
+    jsonPlanes.insert(QString::fromStdString(stPlane.strName), MakeFiguresJson(stPlane));
+  }
+  json.insert(QStringLiteral("planes"), jsonPlanes);
+  return json;
+}
+
+QString ExplainHostPrnu(int nFrameCount)
+{
+  const QString strReference = nFrameCount == 1 ? QStringLiteral("is one single frame")
+                                                : QStringLiteral("averages only %1 frames").arg(nFrameCount);
+  const QString strAdvice = nFrameCount < 16 ? QStringLiteral("; use 16 frames") : QString();
+  return QStringLiteral("PRNU got worse: the bright reference %1, so its own noise is now in every image%2")
+    .arg(strReference, strAdvice);
+}
+
+bool HasExpectGray(const SReport &stReport)
+{
+  return stReport.eMode != ECorrectionMode::Vignetting;
+}
+
+void AddHostFigures(const SReport &stReport, QJsonObject &json)
+{
+  const SThroughput &stThroughput = stReport.stThroughput;
+  json.insert(QStringLiteral("exposures"), QStringLiteral("the same before and after"));
+  json.insert(QStringLiteral("newly_clipped_percent"), stReport.dNewlyClippedPercent);
+  json.insert(QStringLiteral("throughput"),
+              QJsonObject{{"frames_per_second", stThroughput.GetFramesPerSecond()},
+                          {"megapixels_per_second", stThroughput.GetMegapixelsPerSecond()}});
+}
+
+void AddCameraFigures(const SReport &stReport, QJsonObject &json)
+{
+  json.insert(QStringLiteral("exposures"), QLatin1String(OTHER_EXPOSURES));
+  json.insert(QStringLiteral("block_size"), int(stReport.nBlockSize));
+  if (stReport.stAfterReload) {
+    json.insert(QStringLiteral("after_reload"), MakeUniformityJson(*stReport.stAfterReload));
+    json.insert(QStringLiteral("reload_tolerance_percent"), RELOAD_TOLERANCE_PERCENT);
+  }
+}
+
+/// The columns of the table: what they are called, and their figures.
+using Columns = std::vector<std::pair<const char *, const SUniformity *>>;
+
+Columns ListColumns(const SReport &stReport)
+{
+  Columns listColumns = {{"before", &stReport.stBefore}, {"after", &stReport.stAfter}};
+  if (stReport.stAfterReload) {
+    listColumns.emplace_back("reloaded", &*stReport.stAfterReload);
+  }
+  return listColumns;
+}
+
+void AppendRow(QString &strTable, const QString &strLabel, const Columns &listColumns,
+               const std::function<double(const SUniformity &)> &fnFigure)
+{
+  strTable += QStringLiteral("  %1").arg(strLabel, -20);
+  for (const auto &[pName, pUniformity] : listColumns) {
+    strTable += QStringLiteral("%1").arg(fnFigure(*pUniformity), 12, 'f', 4);
+  }
+  strTable += QLatin1Char('\n');
+}
+
+void AppendPlaneRows(QString &strTable, const Columns &listColumns)
+{
+  const std::size_t nPlanes = listColumns.front().second->listPlanes.size();
+  for (const auto &[pName, pUniformity] : listColumns) {
+    if (nPlanes < 2 || pUniformity->listPlanes.size() != nPlanes) {
+      return;
+    }
+  }
+  for (std::size_t nPlane = 0; nPlane < nPlanes; ++nPlane) {
+    const QString strPlane = QString::fromStdString(listColumns.front().second->listPlanes[nPlane].strName);
+    AppendRow(strTable, QStringLiteral("shading of %1, %").arg(strPlane), listColumns,
+              [nPlane](const SUniformity &stUniformity) { return stUniformity.listPlanes[nPlane].dShadingPercent; });
+  }
+}
+
+QString MakeFigureTable(const SReport &stReport)
+{
+  const Columns listColumns = ListColumns(stReport);
+  QString strTable = QString(22, QLatin1Char(' '));
+  for (const auto &[pName, pUniformity] : listColumns) {
+    strTable += QStringLiteral("%1").arg(QLatin1String(pName), 12);
+  }
+  strTable += QLatin1Char('\n');
+  for (const SFigure &stFigure : FIGURES) {
+    AppendRow(strTable, QLatin1String(stFigure.pLabel), listColumns,
+              [&stFigure](const SUniformity &stUniformity) { return stUniformity.stOverall.*stFigure.pValue; });
+  }
+  AppendPlaneRows(strTable, listColumns);
+  return strTable;
+}
+
+QString MakeHeading(const SReport &stReport)
+{
+  QString strHeading;
+  QTextStream stream(&strHeading);
+  stream << stReport.strCamera << ", " << stReport.strPixelFormat << ", " << stReport.nWidth << " x "
+         << stReport.nHeight << "\n";
+  stream << "coefficients from " << stReport.nFrameCount << " bright frame(s)";
+  if (stReport.nBlockSize > 0) {
+    stream << ", in blocks of " << stReport.nBlockSize << " x " << stReport.nBlockSize;
+  }
+  if (HasExpectGray(stReport)) {
+    stream << ", expected grey " << stReport.nExpectGray << " of 255 (" << stReport.nExpectGrayDn << " DN)";
+  }
+  stream << "\nmeasured on " << stReport.nBrightFrames << " bright and " << stReport.nDarkFrames
+         << " dark fresh frames\n\n";
+  stream.flush();
+  return strHeading;
+}
+
+} // namespace
+
+QStringList MakeFigureNotes(const SReport &stReport)
+{
+  const bool bByHost = stReport.eMode == ECorrectionMode::None;
+  QStringList listNotes;
+  if (stReport.stAfter.stOverall.dPrnuPercent > stReport.stBefore.stOverall.dPrnuPercent) {
+    listNotes << (bByHost ? ExplainHostPrnu(stReport.nFrameCount)
+                          : QStringLiteral("PRNU got worse: the camera evens out whole blocks, not single pixels"));
+  }
+  if (stReport.stAfter.stOverall.dDsnuDn > stReport.stBefore.stOverall.dDsnuDn) {
+    listNotes << (bByHost ? QStringLiteral("DSNU got worse: the dark reference is one single frame, so its own noise "
+                                           "is now in every dark image")
+                          : QStringLiteral("DSNU got worse: the camera's gain lifts the dark signal with the light"));
+  }
+  if (stReport.dNewlyClippedPercent > 0) {
+    listNotes << QStringLiteral("%1 % of the samples are clipped by the correction; choose a lower expected grey")
+                   .arg(stReport.dNewlyClippedPercent, 0, 'g', 3);
+  }
+  return listNotes;
+}
+
+QByteArray MakeReportJson(const SReport &stReport)
+{
+  QJsonObject json{
+    {"camera", stReport.strCamera},
+    {"mode", QLatin1String(ffc::camera::GetModeName(stReport.eMode))},
+    {"pixel_format", stReport.strPixelFormat},
+    {"width", int(stReport.nWidth)},
+    {"height", int(stReport.nHeight)},
+    {"frame_count", stReport.nFrameCount},
+    {"measured_bright_frames", int(stReport.nBrightFrames)},
+    {"measured_dark_frames", int(stReport.nDarkFrames)},
+    {"method", QLatin1String(METHOD)},
+    {"before", MakeUniformityJson(stReport.stBefore)},
+    {"after", MakeUniformityJson(stReport.stAfter)},
+    {"notes", QJsonArray::fromStringList(stReport.listNotes + MakeFigureNotes(stReport))},
+  };
+  if (HasExpectGray(stReport)) {
+    json.insert(QStringLiteral("expect_gray"), stReport.nExpectGray);
+    json.insert(QStringLiteral("expect_gray_dn"), stReport.nExpectGrayDn);
+  }
+  if (stReport.eMode == ECorrectionMode::None) {
+    AddHostFigures(stReport, json);
+  } else {
+    AddCameraFigures(stReport, json);
+  }
+  return QJsonDocument(json).toJson(QJsonDocument::Indented);
+}
+
+QString MakeReportTable(const SReport &stReport)
+{
+  QString strTable = MakeHeading(stReport) + MakeFigureTable(stReport) + QLatin1Char('\n');
+  if (stReport.eMode == ECorrectionMode::None) {
+    strTable += QStringLiteral("  ProcessImage: %1 frames/s, %2 megapixels/s\n")
+                  .arg(stReport.stThroughput.GetFramesPerSecond(), 0, 'f', 1)
+                  .arg(stReport.stThroughput.GetMegapixelsPerSecond(), 0, 'f', 1);
+  } else {
+    strTable += QStringLiteral("  before and after: %1\n").arg(QLatin1String(OTHER_EXPOSURES));
+  }
+  strTable += QStringLiteral("  %1\n").arg(QLatin1String(METHOD));
+  for (const QString &strNote : stReport.listNotes + MakeFigureNotes(stReport)) {
+    strTable += QStringLiteral("  note: %1\n").arg(strNote);
+  }
+  return strTable;
+}

@@ -1,0 +1,62 @@
+/// \file
+/// The figures of one run, as JSON and as a short table.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include "camera/selfcorrection/correctionmode.h"
+#include "quality/uniformity.h"
+
+/// How far, in percentage points, the shading of reloaded coefficients may lie from the one before. Both are
+/// figures of noisy frames.
+constexpr double RELOAD_TOLERANCE_PERCENT = 0.2;
+
+/// What went through ProcessImage and came back corrected.
+struct SThroughput {
+  uint64_t nFrames = 0;
+  uint64_t nPixels = 0;
+  uint64_t nNanoseconds = 0; ///< spent inside ProcessImage
+
+  double GetFramesPerSecond() const { return PerSecond(double(nFrames)); }
+  double GetMegapixelsPerSecond() const { return PerSecond(double(nPixels) / 1e6); }
+
+private:
+  double PerSecond(double dAmount) const { return nNanoseconds == 0 ? 0.0 : dAmount * 1e9 / double(nNanoseconds); }
+};
+
+struct SReport {
+  ECorrectionMode eMode = ECorrectionMode::None; ///< None: the host corrects, else the camera
+  QString strCamera;
+  QString strPixelFormat;
+  uint32_t nWidth = 0;
+  uint32_t nHeight = 0;
+  int nFrameCount = 0;        ///< bright frames averaged for the coefficients
+  int nExpectGray = 0;        ///< 0 to 255
+  int nExpectGrayDn = 0;      ///< the same at the format's depth
+  uint32_t nBrightFrames = 0; ///< fresh frames measured
+  uint32_t nDarkFrames = 0;
+  uint32_t nBlockSize = 0; ///< side of a block of the camera's coefficients, pixels
+  SUniformity stBefore;
+  SUniformity stAfter;
+  /// With the coefficients of the camera's flash, after a power cycle.
+  std::optional<SUniformity> stAfterReload;
+  /// Samples clipped by the correction alone; only known where before and after are the same exposures.
+  double dNewlyClippedPercent = 0;
+  SThroughput stThroughput; ///< of the host's correction
+  QStringList listNotes;
+};
+
+/// What the figures mean, in words; empty when there is nothing to remark. Says so when the correction
+/// made PRNU worse, and why.
+QStringList MakeFigureNotes(const SReport &stReport);
+
+/// Indented JSON with a key for every figure.
+QByteArray MakeReportJson(const SReport &stReport);
+
+/// A table of some 20 lines of up to 100 columns, with a line feed at the end.
+QString MakeReportTable(const SReport &stReport);

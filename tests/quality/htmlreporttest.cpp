@@ -1,0 +1,108 @@
+#include "quality/htmlreport.h"
+
+#include <cstring>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+SUniformity MakeUniformity(double dShading)
+{
+  SUniformity stUniformity;
+  for (const char *pName : {"R", "G", "B"}) {
+    stUniformity.listPlanes.push_back({pName, dShading, 0.61, 2.0, 1.5, 2000, 0.25});
+  }
+  stUniformity.stOverall = stUniformity.listPlanes[0];
+  return stUniformity;
+}
+
+SQualityResult MakeResult()
+{
+  SQualityResult stResult;
+  stResult.stReport.strCamera = "Maker <Model> (7)";
+  stResult.stReport.nBrightFrames = 16;
+  stResult.stReport.nDarkFrames = 15;
+  stResult.stReport.stBefore = MakeUniformity(40);
+  stResult.stReport.stAfter = MakeUniformity(0.5);
+  stResult.listNoise = {{"R", 1000, 20, 8}};
+  stResult.stAdvice = AdviseFrameCount(stResult.listNoise);
+  stResult.nNewlyClipped = 12;
+  stResult.nAtGainLimit = 34;
+  stResult.imgBefore = QImage(1600, 1200, QImage::Format_Grayscale8);
+  stResult.imgBefore.fill(80);
+  stResult.imgAfter = stResult.imgBefore;
+  stResult.listSettings = {{"ExposureTime", "10000"}, {"Gain", "0 & more"}};
+  return stResult;
+}
+
+QString MakePage(const SQualityResult &stResult, double dLimit)
+{
+  return QString::fromUtf8(MakeHtmlReport(stResult, dLimit, QDateTime({2024, 5, 17}, {13, 5, 9})));
+}
+
+} // namespace
+
+TEST(HtmlReport, NeedsNothingBesideIt)
+{
+  const QString strPage = MakePage(MakeResult(), 1.0);
+  EXPECT_FALSE(strPage.contains("<script"));
+  EXPECT_FALSE(strPage.contains("<link"));
+  QRegularExpressionMatchIterator it = QRegularExpression("src=\"([^\"]*)\"").globalMatch(strPage);
+  int nPictures = 0;
+  for (; it.hasNext(); ++nPictures) {
+    const QString strSource = it.next().captured(1);
+    ASSERT_TRUE(strSource.startsWith("data:image/png;base64,"));
+    const QImage imgPicture =
+      QImage::fromData(QByteArray::fromBase64(strSource.mid(int(std::strlen("data:image/png;base64,"))).toLatin1()));
+    EXPECT_EQ(imgPicture.size(), QSize(800, 600)) << "large pictures are made smaller";
+  }
+  EXPECT_EQ(nPictures, 2) << "pictures that there are";
+}
+
+TEST(HtmlReport, SaysVerdictFiguresFindingsAndSettings)
+{
+  const QString strPage = MakePage(MakeResult(), 1.0);
+  for (const char *pText :
+       {"Maker &lt;Model&gt; (7)", "2024-05-17 13:05:09", "PASS: shading 0.50 %, limit 1.00 %", "G  Shading, %",
+        "8 frames only break even, take 16.", "12 samples; held at the gain limit: 34 pixels", "16 bright and 15 dark",
+        "0 &amp; more", "noise of one frame 20.00 DN, pixel pattern 8.00 DN"}) {
+    EXPECT_TRUE(strPage.contains(QLatin1String(pText))) << pText;
+  }
+  EXPECT_TRUE(MakePage(MakeResult(), 0.3).contains("FAIL: shading 0.50 %, limit 0.30 %"));
+}
+
+TEST(HtmlReport, OfACameraThatCorrectsItselfCountsNoClippedSamples)
+{
+  SQualityResult stResult = MakeResult();
+  stResult.bSameExposures = false;
+  const QString strPage = MakePage(stResult, 1.0);
+  EXPECT_FALSE(strPage.contains("gain limit"));
+  EXPECT_TRUE(strPage.contains("different exposures"));
+}
+
+TEST(FigureRows, AreOnePerFigureAndPlane)
+{
+  const QList<SFigureRow> listRows = ListFigureRows(MakeResult().stReport);
+  ASSERT_EQ(listRows.size(), 18);
+  EXPECT_EQ(listRows[6].strName.toStdString(), "G  Shading, %");
+  EXPECT_EQ(listRows[6].strBefore.toStdString(), "40.00");
+  EXPECT_EQ(listRows[6].strAfter.toStdString(), "0.50");
+  EXPECT_TRUE(ListFigureRows(SReport()).isEmpty());
+}
+
+TEST(QualityJson, AddsVerdictNoiseAdviceAndCounts)
+{
+  const QJsonObject json = QJsonDocument::fromJson(MakeQualityJson(MakeResult(), 0.3)).object();
+  EXPECT_EQ(json["verdict"].toString().toStdString(), "fail");
+  EXPECT_EQ(json["shading_limit_percent"].toDouble(), 0.3);
+  EXPECT_EQ(json["advised_frames"].toInt(), 16);
+  EXPECT_EQ(json["break_even_frames"].toDouble(), 6.25);
+  EXPECT_EQ(json["newly_clipped_samples"].toInt(), 12);
+  EXPECT_EQ(json["pixels_at_gain_limit"].toInt(), 34);
+  EXPECT_EQ(json["settings"].toObject()["ExposureTime"].toString().toStdString(), "10000");
+  EXPECT_EQ(json["before"].toObject()["shading_percent"].toDouble(), 40) << "what report.json has is there too";
+}

@@ -1,0 +1,171 @@
+#include "quality/report.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+SUniformity MakeUniformity(double dPrnu, const std::vector<std::string> &listPlanes)
+{
+  SUniformity stUniformity;
+  stUniformity.stOverall = {"Overall", 12.5, 0.61, dPrnu, 1.5, 2000, 0.25};
+  for (const std::string &strName : listPlanes) {
+    stUniformity.listPlanes.push_back({strName, 11.5, 0.62, dPrnu, 1.25, 1900, 0.5});
+  }
+  return stUniformity;
+}
+
+SReport MakeReport(double dPrnuBefore, double dPrnuAfter, int nFrameCount)
+{
+  SReport stReport;
+  stReport.strCamera = "Maker Model (7)";
+  stReport.strPixelFormat = "BayerRG12";
+  stReport.nWidth = 640;
+  stReport.nHeight = 480;
+  stReport.nFrameCount = nFrameCount;
+  stReport.nExpectGray = 120;
+  stReport.nExpectGrayDn = 1920;
+  stReport.stBefore = MakeUniformity(dPrnuBefore, {"R", "G", "B"});
+  stReport.stAfter = MakeUniformity(dPrnuAfter, {"R", "G", "B"});
+  stReport.stThroughput = {10, 20000000, 500000000};
+  stReport.listNotes << "a note of the run";
+  return stReport;
+}
+
+QJsonObject Parse(const SReport &stReport)
+{
+  return QJsonDocument::fromJson(MakeReportJson(stReport)).object();
+}
+
+} // namespace
+
+TEST(Report, HoldsEveryFigureUnderItsKey)
+{
+  const QJsonObject json = Parse(MakeReport(2, 1, 16));
+  for (const char *pSide : {"before", "after"}) {
+    const QJsonObject jsonSide = json[QLatin1String(pSide)].toObject();
+    EXPECT_EQ(jsonSide["shading_percent"].toDouble(), 12.5);
+    EXPECT_EQ(jsonSide["corner_to_centre"].toDouble(), 0.61);
+    EXPECT_EQ(jsonSide["dsnu_dn"].toDouble(), 1.5);
+    EXPECT_EQ(jsonSide["mean_gray"].toDouble(), 2000);
+    EXPECT_EQ(jsonSide["clipped_percent"].toDouble(), 0.25);
+    const QJsonObject jsonPlanes = jsonSide["planes"].toObject();
+    EXPECT_EQ(jsonPlanes.keys(), QStringList({"B", "G", "R"}));
+    EXPECT_EQ(jsonPlanes["G"].toObject()["shading_percent"].toDouble(), 11.5);
+    EXPECT_EQ(jsonPlanes["G"].toObject().size(), 6);
+  }
+  EXPECT_EQ(json["before"].toObject()["prnu_percent"].toDouble(), 2);
+  EXPECT_EQ(json["after"].toObject()["prnu_percent"].toDouble(), 1);
+  EXPECT_EQ(json["throughput"].toObject()["frames_per_second"].toDouble(), 20);
+  EXPECT_EQ(json["throughput"].toObject()["megapixels_per_second"].toDouble(), 40);
+  EXPECT_EQ(json["camera"].toString(), "Maker Model (7)");
+  EXPECT_EQ(json["pixel_format"].toString(), "BayerRG12");
+  EXPECT_EQ(json["width"].toInt(), 640);
+  EXPECT_EQ(json["height"].toInt(), 480);
+  EXPECT_EQ(json["frame_count"].toInt(), 16);
+  EXPECT_EQ(json["expect_gray"].toInt(), 120);
+  EXPECT_EQ(json["notes"].toArray(), QJsonArray({"a note of the run"}));
+}
+
+TEST(Report, OfTheHostHasWhatOnlyTheSameExposuresTell)
+{
+  const QJsonObject json = Parse(MakeReport(2, 1, 16));
+  EXPECT_EQ(json["mode"].toString(), "none");
+  EXPECT_EQ(json["newly_clipped_percent"].toDouble(-1), 0);
+  EXPECT_FALSE(json.contains("after_reload"));
+  EXPECT_FALSE(json.contains("block_size"));
+  EXPECT_FALSE(MakeReportTable(MakeReport(2, 1, 16)).contains("reloaded"));
+}
+
+TEST(Report, OfACameraThatCorrectsItselfHasTheReloadedFiguresAndNothingOfTheHosts)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.eMode = ECorrectionMode::FlatField;
+  stReport.nBlockSize = 16;
+  stReport.stAfterReload = MakeUniformity(1, {"R", "G", "B"});
+  stReport.stAfterReload->stOverall.dShadingPercent = 12.75;
+  const QJsonObject json = Parse(stReport);
+  EXPECT_EQ(json["mode"].toString(), "flatfield");
+  EXPECT_EQ(json["block_size"].toInt(), 16);
+  EXPECT_EQ(json["expect_gray"].toInt(), 120);
+  EXPECT_EQ(json["after_reload"].toObject()["shading_percent"].toDouble(), 12.75);
+  EXPECT_EQ(json["after_reload"].toObject()["planes"].toObject().size(), 3);
+  EXPECT_EQ(json["reload_tolerance_percent"].toDouble(), RELOAD_TOLERANCE_PERCENT);
+  EXPECT_TRUE(json["exposures"].toString().contains("different"));
+  EXPECT_FALSE(json.contains("newly_clipped_percent"));
+  EXPECT_FALSE(json.contains("throughput"));
+  const QString strTable = MakeReportTable(stReport);
+  EXPECT_TRUE(strTable.contains("reloaded"));
+  EXPECT_TRUE(strTable.contains("12.7500"));
+  EXPECT_TRUE(strTable.contains("blocks of 16 x 16"));
+  EXPECT_FALSE(strTable.contains("ProcessImage"));
+}
+
+TEST(Report, WithoutAnExpectedGreyTellsNone)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.eMode = ECorrectionMode::Vignetting;
+  EXPECT_FALSE(Parse(stReport).contains("expect_gray"));
+  EXPECT_FALSE(MakeReportTable(stReport).contains("expected grey"));
+}
+
+TEST(Report, BlamesTheCamerasBlocksForWhatTheHostsReferenceIsBlamedForElsewhere)
+{
+  SReport stReport = MakeReport(0.4, 1.2, 1);
+  stReport.eMode = ECorrectionMode::FlatField;
+  stReport.stAfter.stOverall.dDsnuDn = 1.6;
+  const QStringList listNotes = MakeFigureNotes(stReport);
+  ASSERT_EQ(listNotes.size(), 2);
+  EXPECT_TRUE(listNotes.at(0).contains("whole blocks"));
+  EXPECT_TRUE(listNotes.at(1).contains("gain"));
+}
+
+TEST(Report, SaysInWordsWhenPrnuGotWorse)
+{
+  const SReport stReport = MakeReport(0.4, 1.2, 1);
+  const QString strNote = Parse(stReport)["notes"].toArray().at(1).toString();
+  EXPECT_TRUE(strNote.contains("PRNU got worse")) << strNote.toStdString();
+  EXPECT_TRUE(strNote.contains("one single frame"));
+  EXPECT_TRUE(strNote.contains("use 16 frames"));
+  EXPECT_TRUE(MakeReportTable(stReport).contains(strNote));
+
+  EXPECT_TRUE(MakeFigureNotes(MakeReport(0.4, 0.5, 4)).at(0).contains("averages only 4 frames"));
+  EXPECT_FALSE(MakeFigureNotes(MakeReport(0.4, 0.5, 16)).at(0).contains("use 16 frames"));
+  EXPECT_TRUE(MakeFigureNotes(MakeReport(0.4, 0.4, 1)).isEmpty());
+}
+
+TEST(Report, SaysInWordsWhenDsnuGotWorse)
+{
+  SReport stReport = MakeReport(0.4, 0.3, 16);
+  stReport.stAfter.stOverall.dDsnuDn = 1.6;
+  ASSERT_EQ(MakeFigureNotes(stReport).size(), 1);
+  EXPECT_TRUE(MakeFigureNotes(stReport).at(0).contains("DSNU got worse"));
+}
+
+TEST(Report, SaysInWordsWhenTheCorrectionClips)
+{
+  SReport stReport = MakeReport(0.4, 0.3, 16);
+  stReport.dNewlyClippedPercent = 0.5;
+  EXPECT_TRUE(MakeFigureNotes(stReport).at(0).contains("clipped by the correction"));
+}
+
+TEST(Report, TheTableNamesTheMethodAndStaysNarrow)
+{
+  const QString strTable = MakeReportTable(MakeReport(2, 1, 16));
+  EXPECT_TRUE(strTable.contains("s^2 = s^2_measured - s^2_temporal / L"));
+  EXPECT_TRUE(strTable.contains("no high-pass"));
+  EXPECT_TRUE(strTable.contains("shading of B, %"));
+  EXPECT_TRUE(strTable.endsWith('\n'));
+  for (const QString &strLine : strTable.split('\n')) {
+    EXPECT_LE(strLine.size(), 120) << strLine.toStdString();
+  }
+}
+
+TEST(Report, NoTimeSpentIsNoThroughput)
+{
+  EXPECT_EQ(SThroughput().GetFramesPerSecond(), 0);
+  EXPECT_EQ(SThroughput().GetMegapixelsPerSecond(), 0);
+}
