@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/wholefile.h"
+#include "frames/wholefile.h"
 #include "quality/pictures.h"
 #include "quality/profileplot.h"
 

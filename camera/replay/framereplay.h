@@ -6,7 +6,7 @@
 #include <cstddef>
 
 #include "camera/iframesource.h"
-#include "camera/replay/recordedframes.h"
+#include "frames/recordedframes.h"
 
 /// Plays dark frames while the lens cap is on, else bright ones, in order and round again; the first
 /// half of each kind for acquisitions (one more when the number is odd), the second for measurements.

@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QSettings>
 
-#include "host/wholefile.h"
+#include "frames/wholefile.h"
 #include "host/window/background.h"
 #include "host/window/waitbox.h"
 #include "quality/htmlreport.h"

@@ -8,8 +8,8 @@
 #include <QTabWidget>
 #include <QThread>
 
+#include "frames/wholefile.h"
 #include "host/headless/steps.h"
-#include "host/wholefile.h"
 
 namespace {
 

@@ -15,8 +15,8 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/replay/recordedframes.h"
 #include "camera/replay/replaycamera.h"
+#include "frames/recordedframes.h"
 #include "tests/camera/framecollector.h"
 
 namespace {

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/wholefile.h"
+#include "frames/wholefile.h"
 #include "quality/profileplot.h"
 #include "tests/quality/syntheticscene.h"
 

@@ -1,4 +1,4 @@
-#include "host/wholefile.h"
+#include "frames/wholefile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "camera/replay/recordedframes.h"
+#include "frames/recordedframes.h"
 
 #include <algorithm>
 #include <cstring>
