@@ -1,17 +1,34 @@
 #include "frames/recordedframes.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include <QDir>
 #include <QFileInfo>
-#include <QImage>
-#include <QImageReader>
 
+#include "frames/ifilekind.h"
+
+namespace ffc::frames {
 namespace {
 
 constexpr int MIN_FRAMES = 2; ///< of each kind: one to acquire, one to measure
+
+/// "dark_*.png" and the like, one for each ending that can be read.
+QStringList ListPatterns(const char *pScene)
+{
+  QStringList listPatterns;
+  for (const IFileKind *pKind : ListFileKinds()) {
+    for (const QString &strSuffix : pKind->GetSuffixes()) {
+      listPatterns << QStringLiteral("%1_*.%2").arg(QLatin1String(pScene), strSuffix);
+    }
+  }
+  return listPatterns;
+}
+
+std::string DescribeBits(uint32_t nBytesPerSample)
+{
+  return std::to_string(8 * nBytesPerSample) + " bits per pixel";
+}
 
 /// Reads the files of one recording; the first one sets what all others must be.
 class CRecordingReader {
@@ -21,103 +38,84 @@ public:
   {
   }
 
-  std::string ReadAll(SRecordedFrames *pstFrames)
+  Result<SRecordedFrames> ReadAll()
   {
-    std::string strError = ReadKind("dark", &m_stFrames.listDark);
-    if (strError.empty()) {
-      strError = ReadKind("bright", &m_stFrames.listBright);
+    Result<> result = RunUntilFailure([this] { return ReadScene("dark", m_stFrames.listDark); },
+                                      [this] { return ReadScene("bright", m_stFrames.listBright); });
+    if (!result) {
+      return result.GetFailure();
     }
-    if (strError.empty()) {
-      *pstFrames = std::move(m_stFrames);
-    }
-    return strError;
+    return std::move(m_stFrames);
   }
 
 private:
-  std::string ReadKind(const char *pKind, std::vector<std::vector<uint8_t>> *plistFrames)
+  using Frames = std::vector<std::vector<uint8_t>>;
+
+  Result<> ReadScene(const char *pScene, Frames &listFrames)
   {
-    const QString strPattern = QString("%1_*.png").arg(pKind);
-    const QStringList listNames = m_dir.entryList({strPattern}, QDir::Files, QDir::Name);
-    if (listNames.size() < MIN_FRAMES) {
-      return "The folder \"" + m_dir.path().toStdString() + "\" has " + std::to_string(listNames.size()) + " \"" +
-             strPattern.toStdString() + "\" files; at least " + std::to_string(MIN_FRAMES) + " are needed.";
-    }
+    const QStringList listPatterns = ListPatterns(pScene);
+    const QStringList listNames = m_dir.entryList(listPatterns, QDir::Files, QDir::Name);
     for (const QString &strName : listNames) {
-      std::vector<uint8_t> listFrame;
-      const std::string strError = ReadFile(strName, &listFrame);
-      if (!strError.empty()) {
-        return "The file \"" + m_dir.filePath(strName).toStdString() + "\" " + strError;
+      const Result<> result = ReadFile(m_dir.filePath(strName), listFrames);
+      if (!result) {
+        return Failure("The file \"" + m_dir.filePath(strName).toStdString() + "\" " + result.GetError());
       }
-      plistFrames->push_back(std::move(listFrame));
+    }
+    if (listFrames.size() < MIN_FRAMES) {
+      return Failure("The folder \"" + m_dir.path().toStdString() + "\" has " + std::to_string(listNames.size()) +
+                     " \"" + listPatterns.join(QStringLiteral("\", \"")).toStdString() + "\" files; at least " +
+                     std::to_string(MIN_FRAMES) + " are needed.");
     }
     return {};
   }
 
   /// The messages go on from the file's name.
-  std::string ReadFile(const QString &strName, std::vector<uint8_t> *plistFrame)
+  Result<> ReadFile(const QString &strPath, Frames &listFrames)
   {
-    QImageReader reader(m_dir.filePath(strName), "png");
-    QImage image;
-    if (!reader.read(&image)) {
-      return "cannot be read: " + reader.errorString().toStdString() + ".";
+    Result<SContent> content = FindFileKind(strPath)->Read(strPath);
+    if (!content) {
+      return content.GetFailure();
     }
-    if (image.format() != QImage::Format_Grayscale8 && image.format() != QImage::Format_Grayscale16) {
-      return "is not a grey picture of 8 or 16 bit.";
+    const SLayout &stLayout = content.GetValue().stLayout;
+    Result<> result = m_stFrames.nWidth == 0 ? SetUp(stLayout) : CheckLikeFirst(stLayout);
+    for (std::vector<uint8_t> &listFrame : content.GetValue().listFrames) {
+      result = result ? CheckValues(listFrame) : result;
+      listFrames.push_back(std::move(listFrame));
     }
-    std::string strError = m_stFrames.nWidth == 0 ? SetUp(image) : CheckLikeFirst(image);
-    if (!strError.empty()) {
-      return strError;
-    }
-    *plistFrame = Pack(image);
-    return CheckValues(*plistFrame);
+    return result;
   }
 
-  static uint32_t GetBytesPerPixel(const QImage &image) { return image.format() == QImage::Format_Grayscale8 ? 1 : 2; }
-
-  std::string SetUp(const QImage &image)
+  Result<> SetUp(const SLayout &stLayout)
   {
-    const uint32_t nBytes = GetBytesPerPixel(image);
-    const std::string strName = !m_strPixelFormat.empty() ? m_strPixelFormat : nBytes == 1 ? "Mono8" : "Mono16";
+    const char *pDefault = stLayout.nBytesPerSample == 1 ? "Mono8" : "Mono16";
+    const std::string strName = m_strPixelFormat.empty() ? pDefault : m_strPixelFormat;
     const SSensorFormat *pFormat = FindSensorFormat(strName);
     if (pFormat == nullptr) {
-      return "cannot be played: there is no pixel format \"" + strName + "\".";
+      return Failure("cannot be played: there is no pixel format \"" + strName + "\".");
     }
-    if (pFormat->GetBytesPerPixel() != nBytes) {
-      return "has " + std::to_string(8 * nBytes) + " bits per pixel, which the pixel format " + strName +
-             " does not have.";
+    if (pFormat->GetBytesPerPixel() != stLayout.nBytesPerSample) {
+      return Failure("has " + DescribeBits(stLayout.nBytesPerSample) + ", which the pixel format " + strName +
+                     " does not have.");
     }
     m_stFrames.stFormat = *pFormat;
-    m_stFrames.nWidth = static_cast<uint32_t>(image.width());
-    m_stFrames.nHeight = static_cast<uint32_t>(image.height());
+    m_stFrames.nWidth = stLayout.nWidth;
+    m_stFrames.nHeight = stLayout.nHeight;
     return {};
   }
 
-  std::string CheckLikeFirst(const QImage &image) const
+  Result<> CheckLikeFirst(const SLayout &stLayout) const
   {
-    const bool bSameSize =
-      image.width() == static_cast<int>(m_stFrames.nWidth) && image.height() == static_cast<int>(m_stFrames.nHeight);
-    if (!bSameSize || GetBytesPerPixel(image) != m_stFrames.stFormat.GetBytesPerPixel()) {
-      return "is " + std::to_string(image.width()) + " x " + std::to_string(image.height()) + " with " +
-             std::to_string(8 * GetBytesPerPixel(image)) +
-             " bits per pixel, unlike the first one: " + std::to_string(m_stFrames.nWidth) + " x " +
-             std::to_string(m_stFrames.nHeight) + " with " +
-             std::to_string(8 * m_stFrames.stFormat.GetBytesPerPixel()) + ".";
+    const SLayout stFirst{m_stFrames.nWidth, m_stFrames.nHeight, m_stFrames.stFormat.GetBytesPerPixel()};
+    if (stLayout == stFirst) {
+      return {};
     }
-    return {};
+    return Failure("is " + std::to_string(stLayout.nWidth) + " x " + std::to_string(stLayout.nHeight) + " with " +
+                   DescribeBits(stLayout.nBytesPerSample) +
+                   ", unlike the first one: " + std::to_string(stFirst.nWidth) + " x " +
+                   std::to_string(stFirst.nHeight) + " with " + std::to_string(8 * stFirst.nBytesPerSample) + ".");
   }
 
-  /// Without the padding that a picture's lines may end with.
-  static std::vector<uint8_t> Pack(const QImage &image)
-  {
-    const std::size_t nLine = static_cast<std::size_t>(image.width()) * GetBytesPerPixel(image);
-    std::vector<uint8_t> listFrame(nLine * static_cast<std::size_t>(image.height()));
-    for (int nY = 0; nY < image.height(); ++nY) {
-      std::memcpy(listFrame.data() + nLine * static_cast<std::size_t>(nY), image.constScanLine(nY), nLine);
-    }
-    return listFrame;
-  }
-
-  std::string CheckValues(const std::vector<uint8_t> &listFrame) const
+  Result<> CheckValues(const std::vector<uint8_t> &listFrame) const
   {
     const SSensorFormat &stFormat = m_stFrames.stFormat;
     if (stFormat.nBitDepth == 8 || stFormat.nBitDepth == 16) {
@@ -126,8 +124,8 @@ private:
     const auto *pSamples = reinterpret_cast<const uint16_t *>(listFrame.data());
     const uint16_t nLargest = *std::max_element(pSamples, pSamples + listFrame.size() / sizeof(uint16_t));
     if (nLargest > stFormat.GetMaxValue()) {
-      return "holds the value " + std::to_string(nLargest) + ", but " + stFormat.strName + " ends at " +
-             std::to_string(stFormat.GetMaxValue()) + ".";
+      return Failure("holds the value " + std::to_string(nLargest) + ", but " + stFormat.strName + " ends at " +
+                     std::to_string(stFormat.GetMaxValue()) + ".");
     }
     return {};
   }
@@ -139,12 +137,13 @@ private:
 
 } // namespace
 
-std::string LoadRecordedFrames(const std::string &strFolder, const std::string &strPixelFormat,
-                               SRecordedFrames *pstFrames)
+Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::string &strPixelFormat)
 {
   const QString strPath = QString::fromStdString(strFolder);
   if (!QFileInfo(strPath).isDir()) {
-    return "There is no folder \"" + strFolder + "\".";
+    return Failure("There is no folder \"" + strFolder + "\".");
   }
-  return CRecordingReader(QDir(strPath), strPixelFormat).ReadAll(pstFrames);
+  return CRecordingReader(QDir(strPath), strPixelFormat).ReadAll();
 }
+
+} // namespace ffc::frames

@@ -1,5 +1,5 @@
 /// \file
-/// Frames from a folder.
+/// Dark and bright frames from a folder.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,9 @@
 #include <vector>
 
 #include "camera/sensorformat.h"
+#include "platform/result.h"
+
+namespace ffc::frames {
 
 /// All frames of a recording, as the camera delivers them. All have one size and one format.
 struct SRecordedFrames {
@@ -17,8 +20,8 @@ struct SRecordedFrames {
   std::vector<std::vector<uint8_t>> listBright;
 };
 
-/// Reads "dark_*.png" and "bright_*.png", grey, 8 or 16 bit with right-aligned values.
+/// Reads the files "dark_*" and "bright_*" of every kind in ifilekind.h.
 /// \param strPixelFormat PFNC name; empty: Mono8 or Mono16, as the files are
-/// \return empty, or what is wrong; then *pstFrames is as it was
-std::string LoadRecordedFrames(const std::string &strFolder, const std::string &strPixelFormat,
-                               SRecordedFrames *pstFrames);
+Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::string &strPixelFormat);
+
+} // namespace ffc::frames

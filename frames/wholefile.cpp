@@ -4,39 +4,42 @@
 #include <QImageWriter>
 #include <QSaveFile>
 
+namespace ffc::frames {
 namespace {
 
-QString DescribeFailure(const QString &strPath, const QString &strReason)
+Failure Describe(const QString &strPath, const QString &strReason)
 {
-  return QStringLiteral("cannot write %1: %2").arg(QDir::toNativeSeparators(strPath), strReason);
+  return Failure(QStringLiteral("cannot write %1: %2").arg(QDir::toNativeSeparators(strPath), strReason));
 }
 
 /// Flushed before, because QSaveFile::commit does not notice that a buffered rest cannot be written.
-QString Commit(QSaveFile &file)
+Result<> Commit(QSaveFile &file)
 {
-  return file.flush() && file.commit() ? QString() : DescribeFailure(file.fileName(), file.errorString());
+  return file.flush() && file.commit() ? Result<>() : Describe(file.fileName(), file.errorString());
 }
 
 } // namespace
 
-QString SaveWholeFile(const QString &strPath, const QByteArray &byteContent)
+Result<> SaveWholeFile(const QString &strPath, const QByteArray &byteContent)
 {
   QSaveFile file(strPath);
   if (!file.open(QIODevice::WriteOnly) || file.write(byteContent) != byteContent.size()) {
-    return DescribeFailure(strPath, file.errorString());
+    return Describe(strPath, file.errorString());
   }
   return Commit(file);
 }
 
-QString SaveWholePicture(const QString &strPath, const QImage &imgPicture)
+Result<> SaveWholePicture(const QString &strPath, const QImage &imgPicture)
 {
   QSaveFile file(strPath);
   if (!file.open(QIODevice::WriteOnly)) {
-    return DescribeFailure(strPath, file.errorString());
+    return Describe(strPath, file.errorString());
   }
   QImageWriter writer(&file, "PNG");
   if (!writer.write(imgPicture)) {
-    return DescribeFailure(strPath, writer.errorString());
+    return Describe(strPath, writer.errorString());
   }
   return Commit(file);
 }
+
+} // namespace ffc::frames

@@ -6,8 +6,14 @@
 #include <QImage>
 #include <QString>
 
-/// \return empty, or one line that names the file and the reason; the old file, if any, then stays
-QString SaveWholeFile(const QString &strPath, const QByteArray &byteContent);
+#include "platform/result.h"
+
+namespace ffc::frames {
+
+/// \return one line that names the file and the reason when it cannot be written; the old file, if any, then stays
+Result<> SaveWholeFile(const QString &strPath, const QByteArray &byteContent);
 
 /// The same for a picture, as PNG.
-QString SaveWholePicture(const QString &strPath, const QImage &imgPicture);
+Result<> SaveWholePicture(const QString &strPath, const QImage &imgPicture);
+
+} // namespace ffc::frames

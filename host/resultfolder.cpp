@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "frames/ifilekind.h"
 #include "frames/wholefile.h"
 #include "quality/pictures.h"
 #include "quality/profileplot.h"
@@ -23,29 +24,33 @@ QString CResultFolder::WritePictures(const CFrameStack &stBefore, const CFrameSt
     {"contrast_after.png", MakeContrastPicture(stAfter, eLayout, dRange)},
     {"profile.png", DrawProfilePlot(MakeRowProfile(stBefore, eLayout), MakeRowProfile(stAfter, eLayout), strTitle)},
   };
-  QString strError;
   for (const auto &[pName, imgPicture] : listPictures) {
-    if (strError.isEmpty()) {
-      strError = SaveWholePicture(GetPath(QLatin1String(pName)), imgPicture);
+    const ffc::Result<> result = ffc::frames::SaveWholePicture(GetPath(QLatin1String(pName)), imgPicture);
+    if (!result) {
+      return QString::fromStdString(result.GetError());
     }
   }
-  return strError;
+  return {};
 }
 
 QString CResultFolder::WriteFrame(const char *pKind, uint32_t nIndex, const std::vector<uint8_t> &listFrame,
                                   const SReport &stReport, const SSensorFormat &stFormat) const
 {
   const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(pKind)).arg(nIndex, 3, 10, QLatin1Char('0'));
-  return SaveWholePicture(GetPath(strName),
-                          MakeFramePicture(listFrame.data(), stReport.nWidth, stReport.nHeight, stFormat));
+  const QString strPath = GetPath(strName);
+  const ffc::frames::SLayout stLayout{stReport.nWidth, stReport.nHeight, stFormat.GetBytesPerPixel()};
+  return QString::fromStdString(
+    ffc::frames::FindFileKind(strPath)->Write(strPath, stLayout, listFrame.data()).GetError());
 }
 
 QString CResultFolder::WriteDialog(const QImage &imgDialog) const
 {
-  return SaveWholePicture(GetPath(QStringLiteral("dialog.png")), imgDialog);
+  return QString::fromStdString(
+    ffc::frames::SaveWholePicture(GetPath(QStringLiteral("dialog.png")), imgDialog).GetError());
 }
 
 QString CResultFolder::WriteReport(const QByteArray &byteReport) const
 {
-  return SaveWholeFile(GetPath(QStringLiteral("report.json")), byteReport);
+  return QString::fromStdString(
+    ffc::frames::SaveWholeFile(GetPath(QStringLiteral("report.json")), byteReport).GetError());
 }

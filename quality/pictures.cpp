@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "quality/blockmeans.h"
 
@@ -67,21 +66,6 @@ double GetAverage(const SBlockMeans &stMeans)
 }
 
 } // namespace
-
-QImage MakeFramePicture(const void *pFrame, uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFormat)
-{
-  const bool bWide = stFormat.GetBytesPerPixel() > 1;
-  QImage imgFrame(int(nWidth), int(nHeight), bWide ? QImage::Format_Grayscale16 : QImage::Format_Grayscale8);
-  if (imgFrame.isNull()) {
-    return imgFrame;
-  }
-  const std::size_t nLineBytes = std::size_t(nWidth) * stFormat.GetBytesPerPixel();
-  const char *pLine = static_cast<const char *>(pFrame);
-  for (int nLine = 0; nLine < imgFrame.height(); ++nLine, pLine += nLineBytes) {
-    std::memcpy(imgFrame.scanLine(nLine), pLine, nLineBytes);
-  }
-  return imgFrame;
-}
 
 QImage MakeViewPicture(const CFrameStack &stStack, EColorLayout eLayout)
 {

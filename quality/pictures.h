@@ -1,16 +1,11 @@
 /// \file
-/// Pictures of frames and of stacks of frames.
+/// Pictures of stacks of frames.
 #pragma once
 
 #include <QImage>
 
 #include "camera/sensorformat.h"
 #include "quality/framestack.h"
-
-/// One frame at full depth: 8-bit grey, or 16-bit grey with the values right-aligned as delivered.
-/// \param pFrame tightly packed; copied
-/// \return a null image when memory is short
-QImage MakeFramePicture(const void *pFrame, uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFormat);
 
 /// The mean image as a viewer shows it, 8 bits per channel: grey, or for a mosaic a colour picture of half
 /// the width and height, one pixel per 2 x 2 cell.

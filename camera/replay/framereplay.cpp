@@ -2,7 +2,7 @@
 
 #include <utility>
 
-CFrameReplay::CFrameReplay(SRecordedFrames stFrames) : m_stFrames(std::move(stFrames)) {}
+CFrameReplay::CFrameReplay(ffc::frames::SRecordedFrames stFrames) : m_stFrames(std::move(stFrames)) {}
 
 void CFrameReplay::Expose(const SCameraSettings &, const SScene &stScene, uint64_t, std::vector<uint8_t> *pFrame)
 {

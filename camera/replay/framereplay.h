@@ -12,12 +12,12 @@
 /// half of each kind for acquisitions (one more when the number is odd), the second for measurements.
 class CFrameReplay final : public IFrameSource {
 public:
-  explicit CFrameReplay(SRecordedFrames stFrames);
+  explicit CFrameReplay(ffc::frames::SRecordedFrames stFrames);
 
   void Expose(const SCameraSettings &stSettings, const SScene &stScene, uint64_t nFrameId,
               std::vector<uint8_t> *pFrame) override;
 
 private:
-  SRecordedFrames m_stFrames;
+  ffc::frames::SRecordedFrames m_stFrames;
   std::array<std::array<std::size_t, 2>, 2> m_anPlayed{}; ///< how many, by kind and purpose
 };

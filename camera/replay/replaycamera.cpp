@@ -10,7 +10,7 @@
 
 namespace {
 
-SCameraDescription Describe(const SReplayCameraOptions &stOptions, const SRecordedFrames &stFrames)
+SCameraDescription Describe(const SReplayCameraOptions &stOptions, const ffc::frames::SRecordedFrames &stFrames)
 {
   SCameraDescription stDescription;
   stDescription.strVendor = "Replay";
@@ -33,13 +33,14 @@ std::unique_ptr<ICamera> CreateReplayCamera(const SReplayCameraOptions &stOption
     return nullptr;
   }
   try {
-    SRecordedFrames stFrames;
-    *pstrError = LoadRecordedFrames(stOptions.strFolder, stOptions.strPixelFormat, &stFrames);
-    if (!pstrError->empty()) {
+    auto frames = ffc::frames::LoadRecordedFrames(stOptions.strFolder, stOptions.strPixelFormat);
+    if (!frames) {
+      *pstrError = frames.GetError();
       return nullptr;
     }
-    const SCameraDescription stDescription = Describe(stOptions, stFrames);
-    return std::make_unique<CSoftwareCamera>(stDescription, std::make_unique<CFrameReplay>(std::move(stFrames)));
+    const SCameraDescription stDescription = Describe(stOptions, frames.GetValue());
+    return std::make_unique<CSoftwareCamera>(stDescription,
+                                             std::make_unique<CFrameReplay>(std::move(frames).GetValue()));
   } catch (const std::bad_alloc &) {
     *pstrError = "There is not enough memory for the recorded frames.";
     return nullptr;

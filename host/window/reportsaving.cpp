@@ -56,8 +56,9 @@ QString SaveReport(const QString &strPath, const std::shared_ptr<const SQualityR
     return Translate("There is not enough memory.");
   }
   const QFileInfo info(strPath);
-  const QString strError = SaveWholeFile(strPath, byteHtml);
-  return strError.isEmpty() ? SaveWholeFile(info.dir().filePath(info.completeBaseName() + QStringLiteral(".json")),
-                                            MakeQualityJson(*pResult, dLimitPercent))
-                            : strError;
+  const QString strJson = info.dir().filePath(info.completeBaseName() + QStringLiteral(".json"));
+  const ffc::Result<> result =
+    ffc::RunUntilFailure([&] { return ffc::frames::SaveWholeFile(strPath, byteHtml); },
+                         [&] { return ffc::frames::SaveWholeFile(strJson, MakeQualityJson(*pResult, dLimitPercent)); });
+  return QString::fromStdString(result.GetError());
 }

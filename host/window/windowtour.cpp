@@ -109,5 +109,6 @@ QString CWindowTour::SavePicture(const char *pName)
     painter.drawImage(DIALOG_PLACE, imgDialog);
     painter.drawRect(QRect(DIALOG_PLACE, imgDialog.size()).adjusted(-1, -1, 0, 0));
   }
-  return SaveWholePicture(QDir(m_strFolder).filePath(QLatin1String(pName) + QStringLiteral(".png")), imgPicture);
+  const QString strPath = QDir(m_strFolder).filePath(QLatin1String(pName) + QStringLiteral(".png"));
+  return QString::fromStdString(ffc::frames::SaveWholePicture(strPath, imgPicture).GetError());
 }

@@ -150,8 +150,9 @@ TEST(ReplayCamera, FilesArePlayedInTheOrderOfTheirNames)
   folder.Add("bright_a.png", QImage::Format_Grayscale8, 1);
   folder.Add("bright_c.png", QImage::Format_Grayscale8, 3);
   folder.Add("other_a.png", QImage::Format_Grayscale8, 9);
-  SRecordedFrames stFrames;
-  ASSERT_EQ(LoadRecordedFrames(folder.GetPath(), {}, &stFrames), "");
+  const auto frames = ffc::frames::LoadRecordedFrames(folder.GetPath(), {});
+  ASSERT_EQ(frames.GetError(), "");
+  const auto &stFrames = frames.GetValue();
   ASSERT_EQ(stFrames.listBright.size(), 3U);
   EXPECT_EQ(stFrames.listBright[0][0], 1);
   EXPECT_EQ(stFrames.listBright[1][0], 2);
@@ -165,8 +166,9 @@ TEST(ReplayCamera, SixteenBitFilesLoseNoBit)
     CRecordingFolder folder;
     folder.AddFrames(2, 1, QImage::Format_Grayscale16);
     folder.Add("bright_x.png", QImage::Format_Grayscale16, nValue);
-    SRecordedFrames stFrames;
-    ASSERT_EQ(LoadRecordedFrames(folder.GetPath(), {}, &stFrames), "");
+    const auto frames = ffc::frames::LoadRecordedFrames(folder.GetPath(), {});
+    ASSERT_EQ(frames.GetError(), "");
+    const auto &stFrames = frames.GetValue();
     EXPECT_EQ(stFrames.stFormat.strName, "Mono16");
     const auto &listFrame = stFrames.listBright[1];
     ASSERT_EQ(listFrame.size(), 6U * 4U * 2U);
@@ -297,22 +299,15 @@ TEST(ReplayCamera, FormatsThatTheFilesDoNotHaveAreRefused)
   EXPECT_NE(strError.find("frame rate"), std::string::npos);
 }
 
-TEST(ReplayCamera, AFailedLoadLeavesTheFramesAsTheyWere)
-{
-  SRecordedFrames stFrames;
-  stFrames.nWidth = 123;
-  EXPECT_NE(LoadRecordedFrames("/no/such/folder", {}, &stFrames), "");
-  EXPECT_EQ(stFrames.nWidth, 123U);
-}
-
 TEST(ReplayCamera, RealFramesHaveTheirPublishedMeans)
 {
   const std::string strFolder = FindRealFrames();
   if (strFolder.empty()) {
     GTEST_SKIP() << "the recorded frames are not on this machine";
   }
-  SRecordedFrames stFrames;
-  ASSERT_EQ(LoadRecordedFrames(strFolder, "Mono12", &stFrames), "");
+  const auto frames = ffc::frames::LoadRecordedFrames(strFolder, "Mono12");
+  ASSERT_EQ(frames.GetError(), "");
+  const auto &stFrames = frames.GetValue();
   EXPECT_EQ(stFrames.nWidth, 640U);
   EXPECT_EQ(stFrames.nHeight, 480U);
   ASSERT_EQ(stFrames.listDark.size(), 8U);

@@ -8,19 +8,21 @@
 
 #include "tests/support/fullvolume.h"
 
+using namespace ffc::frames;
+
 TEST(WholeFile, StaysAsItWasWhenTheVolumeIsFull)
 {
   // Small enough to wait in a buffer until the file is closed.
   const QByteArray byteFormer(500, 'a');
   const QTemporaryDir dir;
   const QString strPath = dir.filePath("report.json");
-  ASSERT_EQ(SaveWholeFile(strPath, byteFormer).toStdString(), "");
-  QString strError;
+  ASSERT_EQ(SaveWholeFile(strPath, byteFormer).GetError(), "");
+  ffc::Result<> result;
   {
     const CFullVolume fullVolume(1000);
-    strError = SaveWholeFile(strPath, QByteArray(5000, 'b'));
+    result = SaveWholeFile(strPath, QByteArray(5000, 'b'));
   }
-  EXPECT_FALSE(strError.isEmpty());
+  EXPECT_FALSE(result.IsOk());
   QFile file(strPath);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   EXPECT_EQ(file.readAll(), byteFormer);
@@ -32,13 +34,13 @@ TEST(WholeFile, APictureStaysAsItWasWhenTheVolumeIsFull)
   const QString strPath = dir.filePath("picture.png");
   QImage imgPicture(8, 8, QImage::Format_Grayscale8);
   imgPicture.fill(7);
-  ASSERT_EQ(SaveWholePicture(strPath, imgPicture).toStdString(), "");
-  QString strError;
+  ASSERT_EQ(SaveWholePicture(strPath, imgPicture).GetError(), "");
+  ffc::Result<> result;
   {
     const CFullVolume fullVolume(20);
-    strError = SaveWholePicture(strPath, imgPicture);
+    result = SaveWholePicture(strPath, imgPicture);
   }
-  EXPECT_FALSE(strError.isEmpty());
+  EXPECT_FALSE(result.IsOk());
   EXPECT_EQ(QImage(strPath), imgPicture);
 }
 
@@ -46,8 +48,10 @@ TEST(WholeFile, AFolderThatIsNotThereIsNamedAndNothingIsLeft)
 {
   const QTemporaryDir dir;
   const QString strPath = dir.filePath("missing/report.json");
-  EXPECT_TRUE(SaveWholeFile(strPath, "x").contains(QDir::toNativeSeparators("missing/report.json")));
-  EXPECT_TRUE(SaveWholePicture(strPath, QImage(2, 2, QImage::Format_Grayscale8)).contains("missing"));
+  const std::string strError = SaveWholeFile(strPath, "x").GetError();
+  EXPECT_NE(strError.find(QDir::toNativeSeparators("missing/report.json").toStdString()), std::string::npos)
+    << strError;
+  EXPECT_FALSE(SaveWholePicture(strPath, QImage(2, 2, QImage::Format_Grayscale8)).IsOk());
   EXPECT_FALSE(QFile::exists(strPath));
 }
 
@@ -55,8 +59,8 @@ TEST(WholeFile, APictureThatCannotBeWrittenLeavesTheOldFile)
 {
   const QTemporaryDir dir;
   const QString strPath = dir.filePath("picture.png");
-  ASSERT_EQ(SaveWholeFile(strPath, "old").toStdString(), "");
-  EXPECT_NE(SaveWholePicture(strPath, QImage()).toStdString(), "");
+  ASSERT_EQ(SaveWholeFile(strPath, "old").GetError(), "");
+  EXPECT_FALSE(SaveWholePicture(strPath, QImage()).IsOk());
   QFile file(strPath);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   EXPECT_EQ(file.readAll(), QByteArray("old"));

@@ -1,54 +1,11 @@
 #include "quality/pictures.h"
 
-#include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include "frames/wholefile.h"
 #include "quality/profileplot.h"
 #include "tests/quality/syntheticscene.h"
-
-namespace {
-
-QString SaveAndGetPath(const QTemporaryDir &dir, const QImage &imgPicture)
-{
-  QString strPath = dir.filePath("picture.png");
-  EXPECT_EQ(SaveWholePicture(strPath, imgPicture).toStdString(), "");
-  return strPath;
-}
-
-} // namespace
-
-TEST(Pictures, AFrameOfEveryDeepValueSurvivesPng)
-{
-  TestFrame listSamples;
-  for (uint32_t nValue = 0; nValue < 65536; ++nValue) {
-    listSamples.push_back(uint16_t(nValue));
-  }
-  const QTemporaryDir dir;
-  const QImage imgRead(
-    SaveAndGetPath(dir, MakeFramePicture(listSamples.data(), 256, 256, *FindSensorFormat("Mono16"))));
-  ASSERT_EQ(imgRead.format(), QImage::Format_Grayscale16);
-  for (int nLine = 0; nLine < 256; ++nLine) {
-    const uint16_t *pLine = reinterpret_cast<const uint16_t *>(imgRead.constScanLine(nLine));
-    for (int nColumn = 0; nColumn < 256; ++nColumn) {
-      ASSERT_EQ(pLine[nColumn], nLine * 256 + nColumn);
-    }
-  }
-}
-
-TEST(Pictures, AnEightBitFrameOfOddWidthSurvivesPng)
-{
-  const TestFrame listSamples{0, 255, 3, 4, 128, 6};
-  const std::vector<uint8_t> listBytes = PackFrame(listSamples, 8);
-  const QTemporaryDir dir;
-  const QImage imgRead(SaveAndGetPath(dir, MakeFramePicture(listBytes.data(), 3, 2, *FindSensorFormat("Mono8"))));
-  ASSERT_EQ(imgRead.format(), QImage::Format_Grayscale8);
-  EXPECT_EQ(imgRead.constScanLine(0)[1], 255);
-  EXPECT_EQ(imgRead.constScanLine(1)[1], 128);
-}
 
 TEST(Pictures, AMosaicIsShownInColourAtHalfSize)
 {
