@@ -3,12 +3,12 @@
 
 #include <QApplication>
 
-#include "host/cameraopening.h"
-#include "host/commandline.h"
+#include "host/options/cameraopening.h"
+#include "host/options/commandline.h"
 #include "host/desktop.h"
 #include "host/headless/headlessrun.h"
-#include "host/language.h"
-#include "host/settingsrescue.h"
+#include "host/options/language.h"
+#include "host/viewer/settingsrescue.h"
 #include "host/window/mainwindow.h"
 #include "host/window/windowtour.h"
 

@@ -8,13 +8,13 @@
 
 #include <QString>
 
-#include "host/cameraopening.h"
-#include "host/commandline.h"
-#include "host/dialogdriver.h"
-#include "host/framecollector.h"
-#include "host/progressline.h"
-#include "host/resultfolder.h"
-#include "host/viewer.h"
+#include "host/options/cameraopening.h"
+#include "host/options/commandline.h"
+#include "host/dialogdriver/dialogdriver.h"
+#include "host/viewer/framecollector.h"
+#include "host/headless/progressline.h"
+#include "host/headless/resultfolder.h"
+#include "host/viewer/viewer.h"
 #include "quality/report.h"
 
 /// Fresh frames that a figure is taken on.

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "host/featuretext.h"
-#include "host/framecopy.h"
+#include "host/viewer/featuretext.h"
+#include "host/viewer/framecopy.h"
 #include "host/headless/coefficientfile.h"
 #include "host/headless/featuresnapshot.h"
 

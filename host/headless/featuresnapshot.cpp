@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "host/featuretext.h"
+#include "host/viewer/featuretext.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 
 #include <QString>
 
-#include "host/commandline.h"
+#include "host/options/commandline.h"
 #include "host/headless/bench.h"
 #include "host/headless/story.h"
-#include "host/progressline.h"
+#include "host/headless/progressline.h"
 
 /// The story that fits the camera, told once: to its end, or to the first step that fails. User-interface
 /// thread.

@@ -1,6 +1,6 @@
 #include "host/headless/hoststory.h"
 
-#include "host/framecopy.h"
+#include "host/viewer/framecopy.h"
 #include "host/headless/coefficientfile.h"
 #include "host/headless/steps.h"
 

@@ -7,7 +7,7 @@
 
 #include <QString>
 
-#include "host/progressline.h"
+#include "host/headless/progressline.h"
 
 struct SStep {
   const char *pName;

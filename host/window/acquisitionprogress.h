@@ -8,7 +8,7 @@
 #include <QObject>
 #include <QString>
 
-#include "host/iacquisitionobserver.h"
+#include "host/viewer/iacquisitionobserver.h"
 
 class QProgressDialog;
 class QWidget;

@@ -6,8 +6,8 @@
 
 #include <QGroupBox>
 
-#include "host/camerachoice.h"
-#include "host/viewer.h"
+#include "host/options/camerachoice.h"
+#include "host/viewer/viewer.h"
 
 class CFeatureEdit;
 class QComboBox;

@@ -8,7 +8,7 @@
 #include <QString>
 
 #include "camera/sensorformat.h"
-#include "host/framepipeline.h"
+#include "host/viewer/framepipeline.h"
 
 struct SDisplayOptions {
   bool bColor = true;            ///< a mosaic in colour, else its bare samples

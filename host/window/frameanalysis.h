@@ -7,7 +7,7 @@
 #include <QString>
 #include <QVector>
 
-#include "host/framepipeline.h"
+#include "host/viewer/framepipeline.h"
 #include "quality/blockmeans.h"
 #include "quality/profile.h"
 

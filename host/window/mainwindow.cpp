@@ -13,9 +13,9 @@
 
 #include "camera/icameralink.h"
 #include "camera/realcameras.h"
-#include "host/dialogdriver.h"
-#include "host/featuretext.h"
-#include "host/settingsrescue.h"
+#include "host/dialogdriver/dialogdriver.h"
+#include "host/viewer/featuretext.h"
+#include "host/viewer/settingsrescue.h"
 #include "host/window/camerapanel.h"
 #include "host/window/imageview.h"
 #include "host/window/measurementguide.h"

@@ -9,9 +9,9 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 
-#include "host/camerachoice.h"
-#include "host/cameraopening.h"
-#include "host/viewer.h"
+#include "host/options/camerachoice.h"
+#include "host/options/cameraopening.h"
+#include "host/viewer/viewer.h"
 #include "host/window/acquisitionprogress.h"
 #include "host/window/correctionstate.h"
 #include "host/window/displaypicture.h"

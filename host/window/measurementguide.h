@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "host/window/measurement.h"
+#include "host/measurement/measurement.h"
 #include "host/window/waitbox.h"
 
 class CScenePanel;

@@ -6,7 +6,7 @@
 
 #include <QWidget>
 
-#include "host/window/background.h"
+#include "host/measurement/background.h"
 #include "host/window/frameanalysis.h"
 
 class CBlockMapPlot;

@@ -7,7 +7,7 @@
 #include <QSettings>
 
 #include "frames/wholefile.h"
-#include "host/window/background.h"
+#include "host/measurement/background.h"
 #include "host/window/waitbox.h"
 #include "quality/htmlreport.h"
 

@@ -4,7 +4,7 @@
 
 #include <QStatusBar>
 
-#include "host/framepipeline.h"
+#include "host/viewer/framepipeline.h"
 #include "host/window/correctionstate.h"
 
 class QLabel;

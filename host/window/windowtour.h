@@ -6,8 +6,8 @@
 
 #include <QString>
 
-#include "host/dialogdriver.h"
-#include "host/framecollector.h"
+#include "host/dialogdriver/dialogdriver.h"
+#include "host/viewer/framecollector.h"
 #include "host/window/mainwindow.h"
 
 /// Raw image, dark field, bright field, corrected image, figures; after each a picture of the window with the plug-in's

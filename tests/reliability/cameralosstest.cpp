@@ -1,7 +1,7 @@
 // A camera that goes away in every phase, and comes back.
 #include <gtest/gtest.h>
 
-#include "host/settingsrescue.h"
+#include "host/viewer/settingsrescue.h"
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 

@@ -7,7 +7,7 @@
 #include <QApplication>
 #include <QTest>
 
-#include "host/dialogdriver.h"
+#include "host/dialogdriver/dialogdriver.h"
 #include "tests/host/headless/devicestoryfixture.h"
 
 namespace {

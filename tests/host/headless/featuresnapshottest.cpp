@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "genapi/softwarenodemap/softwarenodemap.h"
-#include "host/featuretext.h"
+#include "host/viewer/featuretext.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <QTabWidget>
 #include <QWheelEvent>
 
-#include "host/language.h"
-#include "host/modalanswerer.h"
+#include "host/options/language.h"
+#include "host/dialogdriver/modalanswerer.h"
 #include "host/window/imageview.h"
 #include "tests/host/faultycamera.h"
 #include "tests/host/window/windowfixture.h"

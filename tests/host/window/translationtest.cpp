@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/language.h"
+#include "host/options/language.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "camera/simulated/simulatedcamera.h"
-#include "host/dialogdriver.h"
+#include "host/dialogdriver/dialogdriver.h"
 #include "host/window/mainwindow.h"
 
 /// What the window remembers goes to a folder of the test's own.

@@ -12,7 +12,7 @@
 #include <QTableWidget>
 #include <QTimer>
 
-#include "host/modalanswerer.h"
+#include "host/dialogdriver/modalanswerer.h"
 #include "tests/host/window/windowfixture.h"
 
 namespace {

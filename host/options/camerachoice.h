@@ -1,0 +1,21 @@
+/// \file
+/// The cameras that a user can choose from.
+#pragma once
+
+#include <vector>
+
+#include <QString>
+
+#include "camera/realcameras.h"
+#include "host/options/commandline.h"
+
+struct SCameraChoice {
+  QString strName;          ///< in the language of the program
+  SHostOptions stOptions;   ///< what opens it
+  bool bAsksFolder = false; ///< the user has to name the folder of recorded frames first
+};
+
+/// First the camera of the command line, then the real ones, the simulated ones, and recorded frames at the end.
+/// \param listRealCameras those that answered when they were looked for
+std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions,
+                                             const std::vector<SRealCameraInfo> &listRealCameras = {});

@@ -1,0 +1,248 @@
+#include "host/options/commandline.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include <CLI/CLI.hpp>
+
+#include "camera/realcameras.h"
+#include "camera/selfcorrection/modename.h"
+#include "camera/sensorformat.h"
+
+namespace {
+
+constexpr int EXIT_USAGE = 2;
+constexpr uint32_t MIN_SIDE = 64;
+constexpr uint32_t MAX_SIDE = 16384;
+constexpr uint64_t MAX_SEED = 999999999999999999;
+const std::string REPLAY_PREFIX = "replay:";
+
+/// Whether a text is a whole number, without sign, that surely fits 64 bits.
+bool IsWholeNumber(const std::string &strNumber)
+{
+  return !strNumber.empty() && strNumber.size() <= 18 &&
+         std::all_of(strNumber.begin(), strNumber.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+}
+
+std::string ParseSide(const std::string &strSide, uint32_t &nSide)
+{
+  if (!IsWholeNumber(strSide)) {
+    return "write it as WIDTHxHEIGHT, such as 2048x1536";
+  }
+  nSide = uint32_t(std::min<uint64_t>(std::stoull(strSide), MAX_SIDE + 1));
+  if (nSide < MIN_SIDE || nSide > MAX_SIDE || nSide % 2 != 0) {
+    return "width and height are even numbers from 64 to 16384";
+  }
+  return {};
+}
+
+std::string ParseSize(const std::string &strSize, SHostOptions &stOptions)
+{
+  const std::size_t nCross = strSize.find('x');
+  if (nCross == std::string::npos) {
+    return "write it as WIDTHxHEIGHT, such as 2048x1536";
+  }
+  const std::string strError = ParseSide(strSize.substr(0, nCross), stOptions.nWidth);
+  return strError.empty() ? ParseSide(strSize.substr(nCross + 1), stOptions.nHeight) : strError;
+}
+
+std::string ParseCamera(const std::string &strCamera, SHostOptions &stOptions)
+{
+  stOptions.strReplayFolder.clear();
+  stOptions.strCameraId.clear();
+  if (strCamera == "simulated") {
+    return {};
+  }
+  const bool bReplay = strCamera.compare(0, REPLAY_PREFIX.size(), REPLAY_PREFIX) == 0;
+  if (bReplay && strCamera.size() > REPLAY_PREFIX.size()) {
+    stOptions.strReplayFolder = strCamera.substr(REPLAY_PREFIX.size());
+    return {};
+  }
+  if (bReplay || strCamera.empty() || !AreRealCamerasSupported()) {
+    return "'" + strCamera + "' is neither simulated nor replay:DIR";
+  }
+  stOptions.strCameraId = strCamera;
+  return {};
+}
+
+std::string CheckPixelFormat(const std::string &strName)
+{
+  return FindSensorFormat(strName) != nullptr
+           ? std::string()
+           : "'" + strName + "' is none of Mono8, 10, 12, 14, 16 and BayerRG, GB, GR, BG with 8, 10, 12, 16";
+}
+
+std::string CheckFrames(const std::string &strFrames)
+{
+  const bool bKnown = strFrames == "1" || strFrames == "2" || strFrames == "4" || strFrames == "8" || strFrames == "16";
+  return bKnown ? std::string() : "'" + strFrames + "' is none of 1, 2, 4, 8 and 16";
+}
+
+std::string CheckLanguage(const std::string &strLanguage)
+{
+  return strLanguage == "en" || strLanguage == "zh" ? std::string() : "'" + strLanguage + "' is neither en nor zh";
+}
+
+std::string ParseMode(const std::string &strMode, SHostOptions &stOptions)
+{
+  return ffc::camera::FindMode(strMode, stOptions.eMode)
+           ? std::string()
+           : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
+}
+
+std::string ParseBlockSize(const std::string &strSize, SHostOptions &stOptions)
+{
+  for (const uint32_t nSize : {16U, 32U, 64U, 128U}) {
+    if (strSize == std::to_string(nSize)) {
+      stOptions.nBlockSize = nSize;
+      return {};
+    }
+  }
+  return "'" + strSize + "' is none of 16, 32, 64 and 128";
+}
+
+bool IsBlockSizeOf(ECorrectionMode eMode, uint32_t nBlockSize)
+{
+  return nBlockSize > 32 ? eMode == ECorrectionMode::Vignetting : eMode == ECorrectionMode::FlatField;
+}
+
+std::string CheckNumber(const std::string &strNumber, uint64_t nMax)
+{
+  return IsWholeNumber(strNumber) && std::stoull(strNumber) <= nMax
+           ? std::string()
+           : "'" + strNumber + "' is no whole number from 0 to " + std::to_string(nMax);
+}
+
+/// The words behind the options that are not stored as they are typed.
+struct SWords {
+  std::string strCamera;
+  std::string strSize;
+  std::string strLanguage;
+  std::string strMode;
+  std::string strBlockSize;
+};
+
+void AddCameraOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
+{
+  app
+    .add_option("--camera", stWords.strCamera,
+                "simulated (default), replay:DIR for a folder of recorded frames, or a real camera by its id, IP "
+                "address or serial number")
+    ->type_name("CAMERA")
+    ->check([&](const std::string &str) { return ParseCamera(str, stOptions); });
+  app.add_flag("--list-cameras", stOptions.bListCameras, "print the real cameras that answer, and leave");
+  app.add_option("--pixel-format", stOptions.strPixelFormat, "such as Mono12 (default) or BayerRG8")
+    ->type_name("NAME")
+    ->check(CheckPixelFormat);
+  app.add_option("--size", stWords.strSize, "size of the simulated sensor, 2048x1536 unless said")
+    ->type_name("WxH")
+    ->check([&](const std::string &str) { return ParseSize(str, stOptions); });
+  app.add_option("--seed", stOptions.nSeed, "seed of the simulated sensor, 1 unless said")
+    ->type_name("N")
+    ->check([](const std::string &str) { return CheckNumber(str, MAX_SEED); });
+}
+
+void AddCorrectionOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
+{
+  app
+    .add_option("--mode", stWords.strMode,
+                "correction that the simulated camera has of its own: none (default), flatfield, vignetting, or "
+                "unknown for one that the plug-in does not know")
+    ->type_name("MODE")
+    ->check([&](const std::string &str) { return ParseMode(str, stOptions); });
+  app
+    .add_option("--flash", stOptions.strFlashFile,
+                "file that is the flash of a camera with a --mode, and is kept; a fresh one unless said")
+    ->type_name("FILE");
+  app
+    .add_option("--block-size", stWords.strBlockSize,
+                "side of a coefficient block in pixels: 32 or 16 with flatfield, 128 or 64 with vignetting")
+    ->type_name("N")
+    ->check([&](const std::string &str) { return ParseBlockSize(str, stOptions); });
+}
+
+void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
+{
+  app.add_flag("--headless", stOptions.bHeadless, "run the whole workflow without a window and write a report");
+  app.add_flag("--restore-settings", stOptions.bRestoreSettings,
+               "give the camera the settings of its UserSet0, where an interrupted acquisition left them, and leave");
+  app.add_option("--plugin", stOptions.strPlugin, "module to load; FlatFieldCorrection.plx beside this program")
+    ->type_name("FILE");
+  app.add_option("--frames", stOptions.nFrames, "bright frames to average: 1, 2, 4, 8 or 16 (default)")
+    ->type_name("N")
+    ->check(CheckFrames);
+  app
+    .add_option("--expect-gray", stOptions.nExpectGray,
+                "expected grey, 0 to 255; unless said the bright frames' own, or the "
+                "camera's with --mode flatfield")
+    ->type_name("N")
+    ->check([](const std::string &str) { return CheckNumber(str, 255); });
+  app.add_option("--language", stWords.strLanguage, "language of the dialog: en (default) or zh")
+    ->type_name("LANG")
+    ->check(CheckLanguage);
+  app.add_option("--out", stOptions.strOutFolder, "folder for pictures, frames and report.json, out unless said")
+    ->type_name("DIR");
+  app.add_option("--tour", stOptions.strTourFolder, "tell the story in the window and save a picture of each step")
+    ->type_name("DIR");
+  app.add_option("--save-frames", stOptions.nSaveFrames, "fresh raw and corrected frames to save, 1 unless said")
+    ->type_name("N")
+    ->check([](const std::string &str) { return CheckNumber(str, 999); });
+}
+
+/// Options that do not go together. \return empty, or what is wrong
+std::string CheckTogether(const CLI::App &app, const SHostOptions &stOptions)
+{
+  const bool bSimulated = stOptions.strReplayFolder.empty() && stOptions.strCameraId.empty();
+  if (!bSimulated && app.count("--size") + app.count("--seed") + app.count("--mode") > 0) {
+    return "--size, --seed and --mode belong to the simulated camera";
+  }
+  if (stOptions.bHeadless && !stOptions.strCameraId.empty()) {
+    return "--headless covers the lens by software, which a real camera does not let it do: without it, the window "
+           "runs the workflow and you cover the lens";
+  }
+  if (app.count("--flash") > 0 && stOptions.eMode == ECorrectionMode::None) {
+    return "--flash belongs to a simulated camera with a --mode";
+  }
+  if (stOptions.nBlockSize > 0 && !IsBlockSizeOf(stOptions.eMode, stOptions.nBlockSize)) {
+    return "--block-size is 32 or 16 with --mode flatfield, 128 or 64 with --mode vignetting, and nothing without";
+  }
+  const bool bExpectGray = stOptions.eMode == ECorrectionMode::None || stOptions.eMode == ECorrectionMode::FlatField;
+  if (app.count("--expect-gray") > 0 && !bExpectGray) {
+    return "--expect-gray has no meaning with --mode vignetting and unknown";
+  }
+  return {};
+}
+
+SCommandLine Leave(int nExitCode, const std::string &strText)
+{
+  return {false, nExitCode, strText.substr(0, strText.find_last_not_of('\n') + 1), {}};
+}
+
+} // namespace
+
+SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
+{
+  SCommandLine stResult;
+  SWords stWords;
+  CLI::App app("Reference host of the flat-field correction plug-in", "ffchost");
+  app.set_version_flag("--version", std::string("ffchost ") + FFC_VERSION);
+  AddRunOptions(app, stResult.stOptions, stWords);
+  AddCameraOptions(app, stResult.stOptions, stWords);
+  AddCorrectionOptions(app, stResult.stOptions, stWords);
+  try {
+    app.parse(nArguments, pArguments);
+  } catch (const CLI::CallForHelp &) {
+    return Leave(0, app.help());
+  } catch (const CLI::CallForVersion &) {
+    return Leave(0, app.version());
+  } catch (const CLI::ParseError &error) {
+    return Leave(EXIT_USAGE, error.what());
+  }
+  const std::string strError = CheckTogether(app, stResult.stOptions);
+  if (!strError.empty()) {
+    return Leave(EXIT_USAGE, strError);
+  }
+  stResult.stOptions.bChinese = stWords.strLanguage == "zh";
+  stResult.bRun = true;
+  return stResult;
+}

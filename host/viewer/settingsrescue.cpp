@@ -1,0 +1,97 @@
+#include "host/viewer/settingsrescue.h"
+
+#include <map>
+#include <string>
+
+#include "host/viewer/featuretext.h"
+
+namespace {
+
+constexpr const char *SELECTOR = "UserSetSelector";
+constexpr const char *USER_SET = "UserSet0";
+
+using Texts = std::map<std::string, std::string>;
+
+Texts ReadAll(GenApi::INodeMap &nodeMap)
+{
+  Texts mapTexts;
+  GenApi::NodeList_t listNodes;
+  nodeMap.GetNodes(listNodes);
+  for (GenApi::INode *pNode : listNodes) {
+    auto *pValue = dynamic_cast<GenApi::IValue *>(pNode);
+    if (pValue != nullptr && GenApi::IsReadable(pNode->GetAccessMode()) &&
+        dynamic_cast<GenApi::ICommand *>(pNode) == nullptr && dynamic_cast<GenApi::IRegister *>(pNode) == nullptr) {
+      mapTexts[pNode->GetName().c_str()] = ReadText(*pValue);
+    }
+  }
+  return mapTexts;
+}
+
+QStringList ListChanges(const Texts &mapBefore, const Texts &mapAfter)
+{
+  QStringList listChanges;
+  for (const auto &[strName, strAfter] : mapAfter) {
+    const auto itBefore = mapBefore.find(strName);
+    if (itBefore != mapBefore.end() && itBefore->second != strAfter) {
+      listChanges << QStringLiteral("%1: %2 -> %3")
+                       .arg(QString::fromStdString(strName), QString::fromStdString(itBefore->second),
+                            QString::fromStdString(strAfter));
+    }
+  }
+  return listChanges;
+}
+
+GenApi::IEnumeration *FindSelector(GenApi::INodeMap &nodeMap)
+{
+  return dynamic_cast<GenApi::IEnumeration *>(nodeMap.GetNode(SELECTOR));
+}
+
+GenApi::ICommand *FindLoad(GenApi::INodeMap &nodeMap)
+{
+  return dynamic_cast<GenApi::ICommand *>(nodeMap.GetNode("UserSetLoad"));
+}
+
+} // namespace
+
+bool CSettingsRescue::IsPossible() const
+{
+  try {
+    GenApi::IEnumeration *pSelector = FindSelector(m_nodeMap);
+    return pSelector != nullptr && pSelector->GetEntryByName(USER_SET) != nullptr && FindLoad(m_nodeMap) != nullptr;
+  } catch (...) {
+    return false;
+  }
+}
+
+QString CSettingsRescue::Restore()
+{
+  m_listChanges.clear();
+  if (!IsPossible()) {
+    return QStringLiteral("this camera has no user set \"UserSet0\"");
+  }
+  try {
+    const Texts mapBefore = ReadAll(m_nodeMap);
+    QString strError = Load();
+    m_listChanges = ListChanges(mapBefore, ReadAll(m_nodeMap));
+    return strError;
+  } catch (const GenICam::GenericException &exception) {
+    return QString::fromUtf8(exception.GetDescription());
+  } catch (...) {
+    return QStringLiteral("the camera does not answer");
+  }
+}
+
+QString CSettingsRescue::Load()
+{
+  GenApi::IEnumeration &selector = *FindSelector(m_nodeMap);
+  const GenICam::gcstring strSelected = selector.ToString();
+  QString strError;
+  try {
+    selector.FromString(USER_SET);
+    FindLoad(m_nodeMap)->Execute();
+  } catch (const GenICam::GenericException &exception) {
+    strError = QString::fromUtf8(exception.GetDescription());
+  }
+  selector.FromString(strSelected);
+  return strError;
+}

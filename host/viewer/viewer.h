@@ -1,0 +1,82 @@
+/// \file
+/// One camera opened in the viewer, with the plug-in on it.
+#pragma once
+
+#include <memory>
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include "camera/icamera.h"
+#include "genapi/softwarenodemap/observednodemap.h"
+#include "host/options/commandline.h"
+#include "host/viewer/framepipeline.h"
+#include "host/viewer/iacquisitionobserver.h"
+#include "host/viewer/pluginmodule.h"
+
+enum class ELanguage : uint32_t { English = 0, Chinese = 1 };
+
+/// Connects a camera, the plug-in and the frame pipeline, and takes them apart in the right order: stream,
+/// plug-in object, module, camera. Used on the user-interface thread.
+class CViewer : public QObject {
+  Q_OBJECT
+
+public:
+  explicit CViewer(std::unique_ptr<ICamera> pCamera);
+  ~CViewer() override;
+
+  /// \param pObserver outlives the viewer; null for none. Set before Open.
+  void SetAcquisitionObserver(IAcquisitionObserver *pObserver) { m_pObserver = pObserver; }
+
+  /// Loads the module and binds its plug-in to the camera.
+  /// \return empty, or one line that says what failed
+  QString Open(const QString &strPluginPath, ELanguage eLanguage);
+  /// The same as the command line asks for it.
+  QString Open(const SHostOptions &stOptions);
+  /// Uninitialises the plug-in and binds it anew, as after closing and opening the camera. The stream stops.
+  QString Reopen();
+
+  void ShowDialog();
+  void HideDialog();
+  bool IsDialogVisible() const;
+  bool HasPlugin() const { return m_bInitialized; }
+  /// What the plug-in says of itself: it corrects live frames, or its dialog is visible.
+  bool IsPluginInUse() const;
+  /// The plug-in's words for a status of its own; empty without a plug-in.
+  QString GetStatusText(int32_t nStatus) const;
+
+  /// \return empty, or the camera's reason
+  QString StartStream();
+  void StopStream();
+
+  ICamera &GetCamera() { return *m_pCamera; }
+  CFramePipeline &GetPipeline() { return m_pipeline; }
+  /// Why the camera did not start when the plug-in last asked for frames; empty when it did.
+  QString GetStreamError() const { return m_strStreamError; }
+
+signals:
+  /// The plug-in made the stream start or stop.
+  void SigStreamChanged();
+
+private slots:
+  void SlotPluginMsg(const PLUGIN_MSG &stPluginMsg);
+
+private:
+  QString Bind();
+  void Release();
+  void Send(EPluginMsgCode eCode);
+  GenApi::INodeMap *WatchDeviceMap();
+  void Watch(const SNodeAccess &stAccess);
+
+  std::unique_ptr<ICamera> m_pCamera;
+  CPluginModule m_module;
+  CFramePipeline m_pipeline;
+  IAcquisitionObserver *m_pObserver = nullptr;
+  std::unique_ptr<CObservedNodeMap> m_pWatchedMap; ///< what the plug-in gets when somebody observes
+  bool m_bAcquiring = false;
+  PLUGIN_INIT_PARAM m_stInitParam; ///< the plug-in keeps the pointer until Uninitialize
+  QByteArray m_byteDeviceName;
+  bool m_bInitialized = false;
+  QString m_strStreamError;
+};

@@ -1,0 +1,195 @@
+#include "host/options/commandline.h"
+
+#include <tuple>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "camera/realcameras.h"
+
+namespace {
+
+SCommandLine Parse(std::vector<const char *> listArguments)
+{
+  listArguments.insert(listArguments.begin(), "ffchost");
+  return ParseCommandLine(int(listArguments.size()), listArguments.data());
+}
+
+} // namespace
+
+TEST(CommandLine, HasSensibleDefaults)
+{
+  const SCommandLine stResult = Parse({});
+  ASSERT_TRUE(stResult.bRun);
+  EXPECT_FALSE(stResult.stOptions.bHeadless);
+  EXPECT_EQ(stResult.stOptions.strPlugin, "");
+  EXPECT_EQ(stResult.stOptions.strReplayFolder, "");
+  EXPECT_EQ(stResult.stOptions.nWidth, 2048U);
+  EXPECT_EQ(stResult.stOptions.nHeight, 1536U);
+  EXPECT_EQ(stResult.stOptions.nFrames, 16);
+  EXPECT_EQ(stResult.stOptions.nExpectGray, -1);
+  EXPECT_EQ(stResult.stOptions.nSeed, 1U);
+  EXPECT_FALSE(stResult.stOptions.bChinese);
+  EXPECT_EQ(stResult.stOptions.strOutFolder, "out");
+  EXPECT_EQ(stResult.stOptions.nSaveFrames, 1);
+  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::None);
+  EXPECT_EQ(stResult.stOptions.strFlashFile, "");
+  EXPECT_EQ(stResult.stOptions.nBlockSize, 0U);
+}
+
+TEST(CommandLine, TakesEveryOption)
+{
+  const SCommandLine stResult = Parse(
+    {"--headless", "--plugin",     "x.plx", "--camera",      "simulated", "--pixel-format", "BayerGB10", "--size",
+     "640x480",    "--frames",     "4",     "--expect-gray", "0",         "--seed",         "77",        "--language",
+     "zh",         "--out",        "dir",   "--save-frames", "0",         "--mode",         "flatfield", "--flash",
+     "a.flash",    "--block-size", "16"});
+  ASSERT_TRUE(stResult.bRun) << stResult.strText;
+  EXPECT_TRUE(stResult.stOptions.bHeadless);
+  EXPECT_EQ(stResult.stOptions.strPlugin, "x.plx");
+  EXPECT_EQ(stResult.stOptions.strPixelFormat, "BayerGB10");
+  EXPECT_EQ(stResult.stOptions.nWidth, 640U);
+  EXPECT_EQ(stResult.stOptions.nHeight, 480U);
+  EXPECT_EQ(stResult.stOptions.nFrames, 4);
+  EXPECT_EQ(stResult.stOptions.nExpectGray, 0);
+  EXPECT_EQ(stResult.stOptions.nSeed, 77U);
+  EXPECT_TRUE(stResult.stOptions.bChinese);
+  EXPECT_EQ(stResult.stOptions.strOutFolder, "dir");
+  EXPECT_EQ(stResult.stOptions.nSaveFrames, 0);
+  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::FlatField);
+  EXPECT_EQ(stResult.stOptions.strFlashFile, "a.flash");
+  EXPECT_EQ(stResult.stOptions.nBlockSize, 16U);
+}
+
+TEST(CommandLine, AReplayNamesItsFolder)
+{
+  EXPECT_EQ(Parse({"--camera", "replay:a/b c"}).stOptions.strReplayFolder, "a/b c");
+}
+
+TEST(CommandLine, AnyOtherCameraIsARealOneWhereTheProgramKnowsThem)
+{
+  const SCommandLine stResult = Parse({"--camera", "192.168.1.20"});
+  EXPECT_EQ(stResult.bRun, AreRealCamerasSupported()) << stResult.strText;
+  EXPECT_EQ(stResult.stOptions.strCameraId, AreRealCamerasSupported() ? "192.168.1.20" : "");
+  EXPECT_EQ(Parse({"--camera", "simulated"}).stOptions.strCameraId, "");
+  EXPECT_EQ(Parse({"--camera", "replay:dir"}).stOptions.strCameraId, "");
+}
+
+TEST(CommandLine, ARealCameraTakesNeitherTheSimulatedOnesOptionsNorAHeadlessRun)
+{
+  if (!AreRealCamerasSupported()) {
+    GTEST_SKIP() << "built without support for real cameras";
+  }
+  EXPECT_TRUE(Parse({"--camera", "CAM1", "--pixel-format", "Mono12"}).bRun);
+  for (const auto &listMore :
+       {std::vector<const char *>{"--size", "64x64"}, {"--seed", "1"}, {"--mode", "none"}, {"--headless"}}) {
+    std::vector<const char *> listArguments = {"--camera", "CAM1"};
+    listArguments.insert(listArguments.end(), listMore.begin(), listMore.end());
+    const SCommandLine stResult = Parse(listArguments);
+    EXPECT_FALSE(stResult.bRun) << listMore[0];
+    EXPECT_NE(stResult.nExitCode, 0) << listMore[0];
+    EXPECT_NE(stResult.strText.find(listMore[0]), std::string::npos) << stResult.strText;
+  }
+}
+
+TEST(CommandLine, ListingCamerasIsAsked)
+{
+  EXPECT_TRUE(Parse({"--list-cameras"}).stOptions.bListCameras);
+  EXPECT_FALSE(Parse({}).stOptions.bListCameras);
+}
+
+TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
+{
+  const std::vector<std::vector<const char *>> WRONG = {
+    {"--frames", "3"},
+    {"--frames", "many"},
+    {"--size", "640"},
+    {"--size", "640x"},
+    {"--size", "x480"},
+    {"--size", "641x480"},
+    {"--size", "62x64"},
+    {"--size", "16386x64"},
+    {"--size", "64x64x64"},
+    {"--size", "-64x64"},
+    {"--camera", "replay:"},
+    {"--camera", ""},
+    {"--pixel-format", "RGB8"},
+    {"--expect-gray", "256"},
+    {"--expect-gray", "-1"},
+    {"--seed", "-1"},
+    {"--seed", "x"},
+    {"--language", "fr"},
+    {"--save-frames", "1000"},
+    {"--out"},
+    {"--unknown"},
+    {"--size", "99999999999999999999x64"},
+    {"--mode", "parallax"},
+    {"--mode"},
+    {"--flash", "a.flash"},
+    {"--flash", "a.flash", "--mode", "none"},
+    {"--block-size", "8", "--mode", "flatfield"},
+    {"--block-size", "32"},
+    {"--block-size", "32", "--mode", "vignetting"},
+    {"--block-size", "64", "--mode", "flatfield"},
+    {"--block-size", "32", "--mode", "unknown"},
+    {"--expect-gray", "100", "--mode", "vignetting"},
+    {"--expect-gray", "100", "--mode", "unknown"},
+  };
+  for (const auto &listArguments : WRONG) {
+    const SCommandLine stResult = Parse(listArguments);
+    SCOPED_TRACE(stResult.strText);
+    EXPECT_FALSE(stResult.bRun);
+    EXPECT_NE(stResult.nExitCode, 0);
+    EXPECT_NE(stResult.strText.find(listArguments[0]), std::string::npos);
+    EXPECT_EQ(stResult.strText.find('\n'), std::string::npos);
+  }
+}
+
+TEST(CommandLine, SizeSeedAndModeBelongToTheSimulatedCamera)
+{
+  for (const auto &[pOption, pValue] :
+       {std::pair("--size", "640x480"), {"--seed", "1"}, {"--mode", "flatfield"}, {"--mode", "none"}}) {
+    const SCommandLine stResult = Parse({"--camera", "replay:dir", pOption, pValue});
+    EXPECT_FALSE(stResult.bRun);
+    EXPECT_NE(stResult.nExitCode, 0);
+    EXPECT_NE(stResult.strText.find("simulated"), std::string::npos);
+  }
+}
+
+TEST(CommandLine, EachModeHasItsBlockSizes)
+{
+  const std::tuple<const char *, ECorrectionMode, const char *> SIZES[] = {
+    {"flatfield", ECorrectionMode::FlatField, "32"},
+    {"flatfield", ECorrectionMode::FlatField, "16"},
+    {"vignetting", ECorrectionMode::Vignetting, "128"},
+    {"vignetting", ECorrectionMode::Vignetting, "64"},
+  };
+  for (const auto &[pMode, eMode, pSize] : SIZES) {
+    const SCommandLine stResult = Parse({"--block-size", pSize, "--mode", pMode});
+    ASSERT_TRUE(stResult.bRun) << stResult.strText;
+    EXPECT_EQ(stResult.stOptions.eMode, eMode);
+    EXPECT_EQ(std::to_string(stResult.stOptions.nBlockSize), pSize);
+  }
+}
+
+TEST(CommandLine, AnUnknownCorrectionHasAFlashAllTheSame)
+{
+  const SCommandLine stResult = Parse({"--mode", "unknown", "--flash", "a.flash"});
+  ASSERT_TRUE(stResult.bRun) << stResult.strText;
+  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::Unknown);
+}
+
+TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)
+{
+  const SCommandLine stHelp = Parse({"--help"});
+  EXPECT_FALSE(stHelp.bRun);
+  EXPECT_EQ(stHelp.nExitCode, 0);
+  for (const char *pOption :
+       {"--headless", "--plugin", "--camera", "--list-cameras", "--pixel-format", "--size", "--frames", "--expect-gray",
+        "--seed", "--language", "--out", "--save-frames", "--mode", "--flash", "--block-size"}) {
+    EXPECT_NE(stHelp.strText.find(pOption), std::string::npos) << pOption;
+  }
+  const SCommandLine stVersion = Parse({"--version"});
+  EXPECT_EQ(stVersion.nExitCode, 0);
+  EXPECT_EQ(stVersion.strText.rfind("ffchost ", 0), 0U);
+}
