@@ -2,6 +2,8 @@
 /// What the program stands on: a terminal, a display, or neither.
 #pragma once
 
+namespace ffc::host {
+
 /// Whether the standard error stream is read by a person at a terminal.
 bool IsErrorStreamTerminal();
 
@@ -10,3 +12,5 @@ bool HasDisplay();
 
 /// Makes the toolkit draw off screen, with the system's fonts. Called before the application is made.
 void PrepareOffScreen();
+
+} // namespace ffc::host

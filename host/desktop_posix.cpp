@@ -7,6 +7,7 @@
 
 #include <unistd.h>
 
+namespace ffc::host {
 namespace {
 
 std::string GetVariable(const char *pName)
@@ -35,3 +36,5 @@ void PrepareOffScreen()
 {
   qputenv("QT_QPA_PLATFORM", "offscreen");
 }
+
+} // namespace ffc::host

@@ -6,6 +6,8 @@
 
 #include <io.h>
 
+namespace ffc::host {
+
 bool IsErrorStreamTerminal()
 {
   return _isatty(_fileno(stderr)) != 0;
@@ -26,3 +28,5 @@ void PrepareOffScreen()
   QFont::insertSubstitutions(QStringLiteral("Helvetica"),
                              {QStringLiteral("Segoe UI"), QStringLiteral("Tahoma"), QStringLiteral("DejaVu Sans")});
 }
+
+} // namespace ffc::host

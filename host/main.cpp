@@ -3,14 +3,16 @@
 
 #include <QApplication>
 
-#include "host/options/cameraopening.h"
-#include "host/options/commandline.h"
 #include "host/desktop.h"
 #include "host/headless/headlessrun.h"
+#include "host/options/cameraopening.h"
+#include "host/options/commandline.h"
 #include "host/options/language.h"
 #include "host/viewer/settingsrescue.h"
 #include "host/window/mainwindow.h"
 #include "host/window/windowtour.h"
+
+using namespace ffc::host;
 
 namespace {
 
@@ -64,7 +66,7 @@ int RunRescue(const SHostOptions &stOptions)
 
 int RunLive(const SHostOptions &stOptions)
 {
-  CHostLanguage language(stOptions.bChinese);
+  CLanguage language(stOptions.bChinese);
   CMainWindow window(stOptions, OpenCamera);
   const QString strError = window.OpenCamera(stOptions);
   if (!strError.isEmpty()) {

@@ -1,5 +1,6 @@
 #include "quality/blockmeans.h"
 
+namespace ffc::quality {
 namespace {
 
 struct SBlockLength {
@@ -9,8 +10,8 @@ struct SBlockLength {
 
 SBlockLength CutIntoBlocks(uint32_t nPixels)
 {
-  const uint32_t nBlocks = nPixels / QUALITY_BLOCK;
-  return nBlocks == 0 ? SBlockLength{1, nPixels} : SBlockLength{nBlocks, QUALITY_BLOCK};
+  const uint32_t nBlocks = nPixels / BLOCK_SIDE;
+  return nBlocks == 0 ? SBlockLength{1, nPixels} : SBlockLength{nBlocks, BLOCK_SIDE};
 }
 
 } // namespace
@@ -40,3 +41,5 @@ SBlockMeans GetBlockMeans(const CFrameStack &stStack, const SColorPlane &stPlane
   }
   return stMeans;
 }
+
+} // namespace ffc::quality

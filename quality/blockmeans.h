@@ -8,8 +8,10 @@
 
 #include "quality/framestack.h"
 
+namespace ffc::quality {
+
 /// Side of a block in pixels.
-constexpr uint32_t QUALITY_BLOCK = 32;
+constexpr uint32_t BLOCK_SIDE = 32;
 
 /// Means of the whole blocks, in DN, line by line.
 struct SBlockMeans {
@@ -23,3 +25,5 @@ struct SBlockMeans {
 /// Blocks that would hang over the right or lower edge are left out; an image smaller than a block is one
 /// block. Only for a stack with frames.
 SBlockMeans GetBlockMeans(const CFrameStack &stStack, const SColorPlane &stPlane);
+
+} // namespace ffc::quality

@@ -1,5 +1,7 @@
 #include "quality/colorplane.h"
 
+namespace ffc::quality {
+
 SColorPlane GetWholeImagePlane()
 {
   return {"Mono", {true, true, true, true}};
@@ -17,3 +19,5 @@ std::vector<SColorPlane> GetColorPlanes(EColorLayout eLayout)
   }
   return listPlanes;
 }
+
+} // namespace ffc::quality

@@ -10,6 +10,8 @@
 
 #include "camera/sensorformat.h"
 
+namespace ffc::quality {
+
 /// A site is (line & 1) * 2 + (column & 1).
 constexpr std::size_t CELL_SITES = 4;
 
@@ -40,3 +42,5 @@ void VisitPlaneLine(const SColorPlane &stPlane, uint32_t nWidth, uint32_t nLine,
     fnPixel(nColumn);
   }
 }
+
+} // namespace ffc::quality

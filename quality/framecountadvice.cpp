@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 
+namespace ffc::quality {
 namespace {
 
 /// Noise at half of the pattern adds an eighth to what is left of it: more frames would hardly show.
@@ -89,3 +90,5 @@ QString DescribeAdvice(const SFrameCountAdvice &stAdvice)
            ? Translate("1 frame only breaks even, take %1.").arg(stAdvice.nAdvised)
            : Translate("%1 frames only break even, take %2.").arg(stAdvice.nBreakEven).arg(stAdvice.nAdvised);
 }
+
+} // namespace ffc::quality

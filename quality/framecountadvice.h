@@ -9,6 +9,8 @@
 
 #include "quality/noise.h"
 
+namespace ffc::quality {
+
 /// The counts that the dialog offers.
 constexpr std::array<int, 5> FRAME_COUNTS = {1, 2, 4, 8, 16};
 
@@ -38,3 +40,5 @@ SFrameCountAdvice AdviseFrameCount(const std::vector<SNoise> &listNoise);
 
 /// The advice in a sentence, in the language of the program.
 QString DescribeAdvice(const SFrameCountAdvice &stAdvice);
+
+} // namespace ffc::quality

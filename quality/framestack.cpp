@@ -3,6 +3,7 @@
 #include <new>
 #include <stdexcept>
 
+namespace ffc::quality {
 namespace {
 
 /// Keeps frames x the sum of squares of one line, however long, within 64 bits.
@@ -99,3 +100,5 @@ uint64_t CFrameStack::GetClippedCount(const SColorPlane &stPlane) const
   }
   return nSum;
 }
+
+} // namespace ffc::quality

@@ -9,6 +9,8 @@
 
 #include "quality/colorplane.h"
 
+namespace ffc::quality {
+
 /// What the uniformity figures need of L frames: the sum of every pixel, and sums of squares.
 ///
 /// All sums are whole numbers, so nothing is lost to rounding. Needs 4 bytes per pixel, however many the
@@ -55,3 +57,5 @@ private:
   std::vector<std::array<uint64_t, 2>> m_listSquareSums; ///< per line, even and odd columns
   std::array<uint64_t, CELL_SITES> m_anClipped{};
 };
+
+} // namespace ffc::quality

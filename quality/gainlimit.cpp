@@ -1,5 +1,6 @@
 #include "quality/gainlimit.h"
 
+namespace ffc::quality {
 namespace {
 
 bool HaveOneSize(const CFrameStack &stFirst, const CFrameStack &stSecond)
@@ -24,3 +25,5 @@ uint64_t CountPixelsAtGainLimit(const CFrameStack &stRaw, const CFrameStack &stD
   }
   return nCount;
 }
+
+} // namespace ffc::quality

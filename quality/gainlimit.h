@@ -6,6 +6,8 @@
 
 #include "quality/framestack.h"
 
+namespace ffc::quality {
+
 /// The image library's gains end just below 16; from here on a pixel counts as held at that limit.
 constexpr double GAIN_LIMIT = 15.9;
 
@@ -15,3 +17,5 @@ constexpr double GAIN_LIMIT = 15.9;
 /// \param stDark raw dark frames
 /// \return 0 when the sizes differ or a stack is empty
 uint64_t CountPixelsAtGainLimit(const CFrameStack &stRaw, const CFrameStack &stDark, const CFrameStack &stCorrected);
+
+} // namespace ffc::quality

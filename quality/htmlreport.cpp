@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QCoreApplication>
 
+namespace ffc::quality {
 namespace {
 
 constexpr int MAX_PICTURE_WIDTH = 800; ///< pixels
@@ -52,7 +53,7 @@ QString MakeFigureTable(const SReport &stReport)
   return strTable + QStringLiteral("</table>\n");
 }
 
-QString MakeSettings(const SQualityResult &stResult)
+QString MakeSettings(const SResult &stResult)
 {
   QString strTable = QStringLiteral("<table>\n");
   for (const auto &[strName, strValue] : stResult.listSettings) {
@@ -106,7 +107,7 @@ QList<SFigureRow> ListFigureRows(const SReport &stReport)
   return listRows;
 }
 
-QStringList ListFindings(const SQualityResult &stResult)
+QStringList ListFindings(const SResult &stResult)
 {
   QStringList listFindings{DescribeAdvice(stResult.stAdvice)};
   for (const SNoise &stNoise : stResult.listNoise) {
@@ -138,7 +139,7 @@ QStringList ListFindings(const SQualityResult &stResult)
   return listFindings + stResult.stReport.listNotes;
 }
 
-QByteArray MakeHtmlReport(const SQualityResult &stResult, double dLimitPercent, const QDateTime &dtMade)
+QByteArray MakeHtmlReport(const SResult &stResult, double dLimitPercent, const QDateTime &dtMade)
 {
   const SReport &stReport = stResult.stReport;
   const QString strTitle = Translate("Flat-field correction: %1").arg(stReport.strCamera);
@@ -166,3 +167,5 @@ QByteArray MakeHtmlReport(const SQualityResult &stResult, double dLimitPercent, 
   strPage += QStringLiteral("</body></html>\n");
   return strPage.toUtf8();
 }
+
+} // namespace ffc::quality

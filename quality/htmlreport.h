@@ -7,11 +7,13 @@
 
 #include "quality/qualityresult.h"
 
+namespace ffc::quality {
+
 /// One HTML file, UTF-8, that needs nothing beside it: pictures are in it as data URIs, no scripts, nothing is fetched.
 /// In the language of the program.
 /// \param dLimitPercent the user's limit for shading
 /// \param dtMade printed as it is, to the second
-QByteArray MakeHtmlReport(const SQualityResult &stResult, double dLimitPercent, const QDateTime &dtMade);
+QByteArray MakeHtmlReport(const SResult &stResult, double dLimitPercent, const QDateTime &dtMade);
 
 /// The rows of figures that panel and report have in common: name, before, after, one row per figure and plane.
 struct SFigureRow {
@@ -22,4 +24,6 @@ struct SFigureRow {
 QList<SFigureRow> ListFigureRows(const SReport &stReport);
 
 /// What else there is to say, in sentences: noise, clipped pixels, gain limit, notes of the figures.
-QStringList ListFindings(const SQualityResult &stResult);
+QStringList ListFindings(const SResult &stResult);
+
+} // namespace ffc::quality

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ffc::quality {
 namespace {
 
 /// Columns between two neighbours of one plane, in every layout.
@@ -78,3 +79,5 @@ std::vector<SNoise> MeasureNoise(const CFrameStack &stStack, EColorLayout eLayou
   }
   return listNoise;
 }
+
+} // namespace ffc::quality

@@ -7,6 +7,8 @@
 
 #include "quality/framestack.h"
 
+namespace ffc::quality {
+
 /// Of one colour plane, in DN.
 struct SNoise {
   std::string strName;  ///< the plane's
@@ -27,3 +29,5 @@ SNoise MeasureNoise(const CFrameStack &stStack, const SColorPlane &stPlane);
 
 /// All planes of a layout.
 std::vector<SNoise> MeasureNoise(const CFrameStack &stStack, EColorLayout eLayout);
+
+} // namespace ffc::quality

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string_view>
 
+namespace ffc::quality {
 namespace {
 
 template <class TSample>
@@ -44,3 +45,5 @@ bool CPairedStacks::Add(const void *pRaw, const void *pCorrected, std::size_t nS
                            : CountNewlyClipped<uint8_t>(pRaw, pCorrected, nSize, nMaximum);
   return m_stackRaw.Add(pRaw, nSize) && m_stackCorrected.Add(pCorrected, nSize);
 }
+
+} // namespace ffc::quality

@@ -9,6 +9,8 @@
 #include "camera/sensorformat.h"
 #include "quality/framestack.h"
 
+namespace ffc::quality {
+
 /// Stacks of the same exposures before and after the correction, so that both sets of figures describe the
 /// same light and the same noise.
 ///
@@ -36,3 +38,5 @@ private:
   uint32_t m_nRepeated = 0;
   uint64_t m_nNewlyClipped = 0;
 };
+
+} // namespace ffc::quality

@@ -5,6 +5,7 @@
 
 #include "quality/blockmeans.h"
 
+namespace ffc::quality {
 namespace {
 
 int ToByte(double dValue)
@@ -101,3 +102,5 @@ QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, dou
   }
   return imgContrast;
 }
+
+} // namespace ffc::quality

@@ -7,6 +7,8 @@
 #include "camera/sensorformat.h"
 #include "quality/framestack.h"
 
+namespace ffc::quality {
+
 /// The mean image as a viewer shows it, 8 bits per channel: grey, or for a mosaic a colour picture of half
 /// the width and height, one pixel per 2 x 2 cell.
 QImage MakeViewPicture(const CFrameStack &stStack, EColorLayout eLayout);
@@ -18,3 +20,5 @@ double GetContrastRange(const CFrameStack &stStack, EColorLayout eLayout);
 /// The mean image stretched to show unevenness: each pixel relative to its plane's mean, -dRange black, 0
 /// middle grey, +dRange white. With one range for two images their contrast can be compared.
 QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, double dRange);
+
+} // namespace ffc::quality

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+namespace ffc::quality {
 namespace {
 
 constexpr uint32_t PROFILE_BREADTH = 32; ///< pixels
@@ -81,3 +82,5 @@ SProfile MakeColumnProfile(const CFrameStack &stStack, const SColorPlane &stPlan
   }
   return sums.GetMeans();
 }
+
+} // namespace ffc::quality

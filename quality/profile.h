@@ -6,6 +6,8 @@
 
 #include "quality/framestack.h"
 
+namespace ffc::quality {
+
 /// Grey against column or line.
 struct SProfile {
   QVector<double> listPositions; ///< pixels; of a mosaic the middle of each pair of columns or lines
@@ -18,3 +20,5 @@ SProfile MakeRowProfile(const CFrameStack &stStack, const SColorPlane &stPlane);
 
 /// The same down the columns: the middle 32 columns, line by line.
 SProfile MakeColumnProfile(const CFrameStack &stStack, const SColorPlane &stPlane);
+
+} // namespace ffc::quality

@@ -10,6 +10,7 @@
 #include <qwt_plot_grid.h>
 #include <qwt_plot_renderer.h>
 
+namespace ffc::quality {
 namespace {
 
 constexpr QSize PLOT_SIZE(1000, 500);
@@ -57,3 +58,5 @@ QImage DrawProfilePlot(const SProfile &stBefore, const SProfile &stAfter, const 
   renderer.render(&plot, &painter, QRectF(QPointF(10, 10), PLOT_SIZE - QSize(20, 20)));
   return imgPlot;
 }
+
+} // namespace ffc::quality

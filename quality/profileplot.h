@@ -8,8 +8,12 @@
 #include "quality/framestack.h"
 #include "quality/profile.h"
 
+namespace ffc::quality {
+
 /// Of a mosaic, the profile of the green pixels.
 SProfile MakeRowProfile(const CFrameStack &stStack, EColorLayout eLayout);
 
 /// Draws both profiles over the range of greys that they need. Needs a QApplication, on a display or off screen.
 QImage DrawProfilePlot(const SProfile &stBefore, const SProfile &stAfter, const QString &strTitle);
+
+} // namespace ffc::quality

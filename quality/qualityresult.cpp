@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+namespace ffc::quality {
 namespace {
 
 const char *GetVerdictName(EVerdict eVerdict)
@@ -31,7 +32,7 @@ QJsonArray MakeNoiseJson(const std::vector<SNoise> &listNoise)
 
 } // namespace
 
-QByteArray MakeQualityJson(const SQualityResult &stResult, double dLimitPercent)
+QByteArray MakeJson(const SResult &stResult, double dLimitPercent)
 {
   const SReport &stReport = stResult.stReport;
   QJsonObject json = QJsonDocument::fromJson(MakeReportJson(stReport)).object();
@@ -52,3 +53,5 @@ QByteArray MakeQualityJson(const SQualityResult &stResult, double dLimitPercent)
   }
   return QJsonDocument(json).toJson(QJsonDocument::Indented);
 }
+
+} // namespace ffc::quality

@@ -14,7 +14,9 @@
 #include "quality/report.h"
 #include "quality/verdict.h"
 
-struct SQualityResult {
+namespace ffc::quality {
+
+struct SResult {
   SReport stReport;
   std::vector<SNoise> listNoise; ///< of the raw bright frames, by plane
   SFrameCountAdvice stAdvice;
@@ -31,4 +33,6 @@ struct SQualityResult {
 
 /// The result as report.json has it, with noise, advice and counts.
 /// \param dLimitPercent the user's, with the verdict that follows from it
-QByteArray MakeQualityJson(const SQualityResult &stResult, double dLimitPercent);
+QByteArray MakeJson(const SResult &stResult, double dLimitPercent);
+
+} // namespace ffc::quality

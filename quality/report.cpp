@@ -12,6 +12,7 @@
 
 #include "camera/selfcorrection/modename.h"
 
+namespace ffc::quality {
 namespace {
 
 const char *const METHOD =
@@ -187,7 +188,7 @@ QByteArray MakeReportJson(const SReport &stReport)
 {
   QJsonObject json{
     {"camera", stReport.strCamera},
-    {"mode", QLatin1String(ffc::camera::GetModeName(stReport.eMode))},
+    {"mode", QLatin1String(camera::GetModeName(stReport.eMode))},
     {"pixel_format", stReport.strPixelFormat},
     {"width", int(stReport.nWidth)},
     {"height", int(stReport.nHeight)},
@@ -227,3 +228,5 @@ QString MakeReportTable(const SReport &stReport)
   }
   return strTable;
 }
+
+} // namespace ffc::quality

@@ -12,6 +12,8 @@
 #include "camera/selfcorrection/correctionmode.h"
 #include "quality/uniformity.h"
 
+namespace ffc::quality {
+
 /// How far, in percentage points, the shading of reloaded coefficients may lie from the one before. Both are
 /// figures of noisy frames.
 constexpr double RELOAD_TOLERANCE_PERCENT = 0.2;
@@ -60,3 +62,5 @@ QByteArray MakeReportJson(const SReport &stReport);
 
 /// A table of some 20 lines of up to 100 columns, with a line feed at the end.
 QString MakeReportTable(const SReport &stReport);
+
+} // namespace ffc::quality

@@ -6,6 +6,7 @@
 #include "quality/blockmeans.h"
 #include "quality/noise.h"
 
+namespace ffc::quality {
 namespace {
 
 struct SSpatial {
@@ -147,3 +148,5 @@ SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &st
   }
   return stResult;
 }
+
+} // namespace ffc::quality

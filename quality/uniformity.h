@@ -8,6 +8,8 @@
 #include "quality/colorplane.h"
 #include "quality/framestack.h"
 
+namespace ffc::quality {
+
 /// Figures of one colour plane, or of the whole image.
 struct SUniformityFigures {
   std::string strName;        ///< the plane's
@@ -42,3 +44,5 @@ double MeasureShading(const CFrameStack &stBright, EColorLayout eLayout);
 /// A single frame says nothing about temporal noise: none is then taken off.
 /// \return all zero when a stack is empty or the two differ in size or depth
 SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &stDark, EColorLayout eLayout);
+
+} // namespace ffc::quality

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 
+namespace ffc::quality {
 namespace {
 
 constexpr double GROWN = 2.0; ///< times the shading of the measurement before
@@ -74,3 +75,5 @@ QString DescribeDrift(EDrift eDrift, double dThenPercent, double dNowPercent, do
   }
   return Translate("Not measured");
 }
+
+} // namespace ffc::quality

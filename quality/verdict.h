@@ -6,6 +6,8 @@
 
 #include "quality/uniformity.h"
 
+namespace ffc::quality {
+
 enum class EVerdict {
   Unknown, ///< nothing was measured
   Pass,    ///< every plane's shading is within the limit
@@ -32,3 +34,5 @@ enum class EDrift {
 EDrift JudgeDrift(double dThenPercent, double dNowPercent, double dLimitPercent);
 
 QString DescribeDrift(EDrift eDrift, double dThenPercent, double dNowPercent, double dLimitPercent);
+
+} // namespace ffc::quality

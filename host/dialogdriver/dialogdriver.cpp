@@ -11,6 +11,7 @@
 #include <QSlider>
 #include <QSpinBox>
 
+namespace ffc::host {
 namespace {
 
 const char *const DIALOG_NAME = "ShadingCorrectionDlg";
@@ -212,3 +213,5 @@ QImage CDialogDriver::GrabPicture()
 {
   return m_dialog.grab().toImage();
 }
+
+} // namespace ffc::host

@@ -11,6 +11,8 @@
 class QDialog;
 class QWidget;
 
+namespace ffc::host {
+
 /// What a user saw after one action.
 struct SDialogAnswer {
   QString strBox;           ///< text of the message boxes that came up; empty when none did
@@ -68,3 +70,5 @@ private:
 
   QDialog &m_dialog;
 };
+
+} // namespace ffc::host

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTimer>
 
+namespace ffc::host {
 namespace {
 
 constexpr int LOOK_INTERVAL_MS = 10;
@@ -97,3 +98,5 @@ void CModalAnswerer::AnswerBox(QDialog &dialog)
     dialog.reject();
   }
 }
+
+} // namespace ffc::host

@@ -10,6 +10,8 @@ class QDialog;
 class QFileDialog;
 class QWidget;
 
+namespace ffc::host {
+
 /// Whether a widget belongs to the title bar that a dialog of the plug-in draws itself.
 bool IsInTitleBar(const QWidget &widget, const QDialog &dialog);
 
@@ -39,3 +41,5 @@ private:
   QStringList m_listMessages;
   bool m_bFileDialogAnswered = false;
 };
+
+} // namespace ffc::host

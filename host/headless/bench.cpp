@@ -7,6 +7,7 @@
 
 #include "host/headless/steps.h"
 
+namespace ffc::host {
 namespace {
 
 /// A colour camera's bright acquisition discards so many frames while its white balance settles.
@@ -175,3 +176,5 @@ QString CBench::Judge(const SDialogAnswer &stAnswer)
   }
   return {};
 }
+
+} // namespace ffc::host

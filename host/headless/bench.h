@@ -8,14 +8,16 @@
 
 #include <QString>
 
-#include "host/options/cameraopening.h"
-#include "host/options/commandline.h"
 #include "host/dialogdriver/dialogdriver.h"
-#include "host/viewer/framecollector.h"
 #include "host/headless/progressline.h"
 #include "host/headless/resultfolder.h"
+#include "host/options/cameraopening.h"
+#include "host/options/commandline.h"
+#include "host/viewer/framecollector.h"
 #include "host/viewer/viewer.h"
 #include "quality/report.h"
+
+namespace ffc::host {
 
 /// Fresh frames that a figure is taken on.
 constexpr uint32_t MEASURED_FRAMES = 16;
@@ -68,8 +70,8 @@ public:
   CResultFolder &GetFolder() { return m_folder; }
   /// Null before ReadFormat.
   const SSensorFormat *GetFormat() const { return m_pFormat; }
-  SReport &GetReport() { return m_stReport; }
-  const SReport &GetReport() const { return m_stReport; }
+  quality::SReport &GetReport() { return m_stReport; }
+  const quality::SReport &GetReport() const { return m_stReport; }
 
 private:
   QString PrepareFlash();
@@ -83,5 +85,7 @@ private:
   std::optional<ffc::host::CFrameCollector> m_collector;
   std::optional<CDialogDriver> m_driver;
   const SSensorFormat *m_pFormat = nullptr;
-  SReport m_stReport;
+  quality::SReport m_stReport;
 };
+
+} // namespace ffc::host

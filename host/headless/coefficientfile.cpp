@@ -6,6 +6,7 @@
 
 #include "host/headless/steps.h"
 
+namespace ffc::host {
 namespace {
 
 const QString FILE_NAME = QStringLiteral("coefficients.ffc");
@@ -50,3 +51,5 @@ QString CheckSavedAgain(CBench &bench)
     },
   });
 }
+
+} // namespace ffc::host

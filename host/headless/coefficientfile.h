@@ -6,6 +6,8 @@
 
 #include "host/headless/bench.h"
 
+namespace ffc::host {
+
 /// coefficients.ffc in the bench's folder.
 QString GetCoefficientPath(CBench &bench);
 
@@ -15,3 +17,5 @@ QString SaveCoefficients(CBench &bench);
 
 /// Saves what was loaded once more, and expects the same bytes.
 QString CheckSavedAgain(CBench &bench);
+
+} // namespace ffc::host

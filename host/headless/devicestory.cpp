@@ -2,11 +2,12 @@
 
 #include <cmath>
 
-#include "host/viewer/featuretext.h"
-#include "host/viewer/framecopy.h"
 #include "host/headless/coefficientfile.h"
 #include "host/headless/featuresnapshot.h"
+#include "host/viewer/featuretext.h"
+#include "host/viewer/framecopy.h"
 
+namespace ffc::host {
 namespace {
 
 const char *const COEFFICIENTS = "FFCValueAll";
@@ -50,7 +51,7 @@ std::vector<SStep> CDeviceStory::ListSteps()
 
 QString CDeviceStory::GetSummary() const
 {
-  return MakeReportTable(m_bench.GetReport());
+  return quality::MakeReportTable(m_bench.GetReport());
 }
 
 /// Runs an action that must leave every feature of the camera as it is. The stream runs before and after it,
@@ -111,7 +112,7 @@ QString CDeviceStory::CheckCorrection(bool bOn)
 
 QString CDeviceStory::MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement)
 {
-  SReport &stReport = m_bench.GetReport();
+  quality::SReport &stReport = m_bench.GetReport();
   return RunUntilFailure({
     [&] { return m_bench.Judge(m_bench.GetDriver().SetPreview(bPreview)); },
     [&] { return CheckCorrection(bPreview); },
@@ -120,19 +121,20 @@ QString CDeviceStory::MeasureWithPreview(bool bPreview, const char *pKind, SMeas
   });
 }
 
-QString CDeviceStory::MeasureState(SMeasurement &stMeasurement, SUniformity &stUniformity)
+QString CDeviceStory::MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity)
 {
   QString strError = MeasureScene(true, stMeasurement.stDark);
   strError = strError.isEmpty() ? MeasureScene(false, stMeasurement.stBright) : strError;
   if (strError.isEmpty()) {
-    stUniformity = MeasureUniformity(stMeasurement.stBright, stMeasurement.stDark, m_bench.GetFormat()->eLayout);
+    stUniformity =
+      quality::MeasureUniformity(stMeasurement.stBright, stMeasurement.stDark, m_bench.GetFormat()->eLayout);
   }
   return strError;
 }
 
-QString CDeviceStory::MeasureScene(bool bLensCap, CFrameStack &stStack)
+QString CDeviceStory::MeasureScene(bool bLensCap, quality::CFrameStack &stStack)
 {
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   QString strError = m_bench.SetScene(bLensCap, ISceneControl::EPurpose::Measurement);
   if (strError.isEmpty() && !stStack.Prepare(stReport.nWidth, stReport.nHeight, m_bench.GetFormat()->nBitDepth)) {
     strError = QStringLiteral("out of memory");
@@ -227,7 +229,7 @@ QString CDeviceStory::LoadFromFlash()
 /// The record behind the coefficients brings the dialog's values back.
 QString CDeviceStory::CheckDialogReloaded()
 {
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   const int nFrames = m_bench.GetDriver().GetFrameCount();
   const int nGray = m_bench.GetDriver().GetExpectGray();
   if (nFrames != stReport.nFrameCount || (m_bFlatField && nGray != stReport.nExpectGray)) {
@@ -242,10 +244,10 @@ QString CDeviceStory::CheckDialogReloaded()
 
 QString CDeviceStory::CheckFlatness()
 {
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   const double dAfter = stReport.stAfter.stOverall.dShadingPercent;
   const double dReloaded = stReport.stAfterReload->stOverall.dShadingPercent;
-  return std::abs(dReloaded - dAfter) <= RELOAD_TOLERANCE_PERCENT
+  return std::abs(dReloaded - dAfter) <= quality::RELOAD_TOLERANCE_PERCENT
            ? QString()
            : QStringLiteral("the reloaded coefficients leave a shading of %1 % instead of %2 %")
                .arg(dReloaded)
@@ -265,7 +267,7 @@ QString CDeviceStory::LoadFromFile()
 
 QString CDeviceStory::WriteResults()
 {
-  SReport &stReport = m_bench.GetReport();
+  quality::SReport &stReport = m_bench.GetReport();
   stReport.nBrightFrames = m_stAfter.stBright.GetFrameCount();
   stReport.nDarkFrames = m_stAfter.stDark.GetFrameCount();
   stReport.nBlockSize = ReadBlockSize(m_bench.GetViewer().GetCamera());
@@ -273,5 +275,7 @@ QString CDeviceStory::WriteResults()
   const QString strTitle = QStringLiteral("%1, %2").arg(stReport.strCamera, stReport.strPixelFormat);
   const QString strError =
     folder.WritePictures(m_stBefore.stBright, m_stAfter.stBright, m_bench.GetFormat()->eLayout, strTitle);
-  return strError.isEmpty() ? folder.WriteReport(MakeReportJson(stReport)) : strError;
+  return strError.isEmpty() ? folder.WriteReport(quality::MakeReportJson(stReport)) : strError;
 }
+
+} // namespace ffc::host

@@ -13,6 +13,8 @@
 #include "host/headless/story.h"
 #include "quality/framestack.h"
 
+namespace ffc::host {
+
 /// Cap on, dark field (flat field only); cap off, bright field; execute; figures on the camera's own frames,
 /// with the correction off and on; coefficients to the flash and to a file; the camera without power, and
 /// again; the coefficients back from the flash, with figures, and from the file; report.
@@ -30,8 +32,8 @@ public:
 private:
   /// The bright and dark frames of one state of the correction.
   struct SMeasurement {
-    CFrameStack stBright;
-    CFrameStack stDark;
+    quality::CFrameStack stBright;
+    quality::CFrameStack stDark;
   };
 
   std::vector<SStep> ListSteps();
@@ -40,8 +42,8 @@ private:
   QString RunUnchanged(const std::function<QString()> &fnAction);
   QString Execute();
   QString MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement);
-  QString MeasureState(SMeasurement &stMeasurement, SUniformity &stUniformity);
-  QString MeasureScene(bool bLensCap, CFrameStack &stStack);
+  QString MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity);
+  QString MeasureScene(bool bLensCap, quality::CFrameStack &stStack);
   QString SaveFrames(const char *pKind);
   QString SaveToFlash();
   QString CyclePower();
@@ -60,3 +62,5 @@ private:
   SMeasurement m_stBefore;
   SMeasurement m_stAfter;
 };
+
+} // namespace ffc::host

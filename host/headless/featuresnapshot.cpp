@@ -4,6 +4,7 @@
 
 #include "host/viewer/featuretext.h"
 
+namespace ffc::host {
 namespace {
 
 const char *const SELECTOR = "BalanceRatioSelector";
@@ -65,3 +66,5 @@ QStringList CFeatureSnapshot::GetDifferences(const CFeatureSnapshot &other) cons
   }
   return listDifferences;
 }
+
+} // namespace ffc::host

@@ -8,6 +8,8 @@
 #include <GenApi/GenApi.h>
 #include <QStringList>
 
+namespace ffc::host {
+
 /// The values of all features of a node map, as texts. User-interface thread.
 class CFeatureSnapshot {
 public:
@@ -24,3 +26,5 @@ private:
 
   std::map<std::string, std::string> m_mapValues;
 };
+
+} // namespace ffc::host

@@ -6,6 +6,7 @@
 #include "host/headless/hoststory.h"
 #include "host/headless/inertstory.h"
 
+namespace ffc::host {
 namespace {
 
 std::unique_ptr<IStory> MakeStory(ECorrectionMode eMode, CBench &bench)
@@ -31,3 +32,5 @@ QString CHeadlessRun::Run()
   m_bench.GetProgress().Clear();
   return strError;
 }
+
+} // namespace ffc::host

@@ -6,10 +6,12 @@
 
 #include <QString>
 
-#include "host/options/commandline.h"
 #include "host/headless/bench.h"
-#include "host/headless/story.h"
 #include "host/headless/progressline.h"
+#include "host/headless/story.h"
+#include "host/options/commandline.h"
+
+namespace ffc::host {
 
 /// The story that fits the camera, told once: to its end, or to the first step that fails. User-interface
 /// thread.
@@ -21,7 +23,7 @@ public:
   /// \return empty, or one line: the step and why it failed
   QString Run();
   /// Figures and notes; complete after a run that succeeded.
-  const SReport &GetReport() const { return m_bench.GetReport(); }
+  const quality::SReport &GetReport() const { return m_bench.GetReport(); }
   /// What to tell a person after a run that succeeded; ends with a line feed.
   QString GetSummary() const { return m_pStory->GetSummary(); }
 
@@ -29,3 +31,5 @@ private:
   CBench m_bench;
   std::unique_ptr<IStory> m_pStory;
 };
+
+} // namespace ffc::host

@@ -1,12 +1,14 @@
 #include "host/headless/hoststory.h"
 
-#include "host/viewer/framecopy.h"
 #include "host/headless/coefficientfile.h"
 #include "host/headless/steps.h"
+#include "host/viewer/framecopy.h"
 
+namespace ffc::host {
 namespace {
 
-SCameraFrame MakeFrame(const std::vector<uint8_t> &listRaw, const SReport &stReport, const SSensorFormat &stFormat)
+SCameraFrame MakeFrame(const std::vector<uint8_t> &listRaw, const quality::SReport &stReport,
+                       const SSensorFormat &stFormat)
 {
   SCameraFrame stFrame;
   stFrame.pBuffer = listRaw.data();
@@ -38,7 +40,7 @@ QString CHostStory::Run()
 
 QString CHostStory::GetSummary() const
 {
-  return MakeReportTable(m_bench.GetReport());
+  return quality::MakeReportTable(m_bench.GetReport());
 }
 
 QString CHostStory::AcquireDark()
@@ -76,9 +78,9 @@ QString CHostStory::Execute()
   return bAnswered ? QString() : QStringLiteral("no corrected frame came");
 }
 
-QString CHostStory::MeasureScene(bool bLensCap, CPairedStacks &stStacks)
+QString CHostStory::MeasureScene(bool bLensCap, quality::CPairedStacks &stStacks)
 {
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   QString strError = m_bench.SetScene(bLensCap, ISceneControl::EPurpose::Measurement);
   if (strError.isEmpty() && !stStacks.Prepare(stReport.nWidth, stReport.nHeight, *m_bench.GetFormat())) {
     strError = QStringLiteral("out of memory");
@@ -111,13 +113,13 @@ QString CHostStory::Measure()
     const SDialogAnswer stAnswer = m_bench.GetDriver().ReadPrompt();
     return stAnswer.bWarning ? stAnswer.strPrompt : strError;
   }
-  SReport &stReport = m_bench.GetReport();
+  quality::SReport &stReport = m_bench.GetReport();
   const EColorLayout eLayout = m_bench.GetFormat()->eLayout;
   stReport.stThroughput = pipeline.GetThroughput();
   stReport.nBrightFrames = m_stBright.GetRaw().GetFrameCount();
   stReport.nDarkFrames = m_stDark.GetRaw().GetFrameCount();
-  stReport.stBefore = MeasureUniformity(m_stBright.GetRaw(), m_stDark.GetRaw(), eLayout);
-  stReport.stAfter = MeasureUniformity(m_stBright.GetCorrected(), m_stDark.GetCorrected(), eLayout);
+  stReport.stBefore = quality::MeasureUniformity(m_stBright.GetRaw(), m_stDark.GetRaw(), eLayout);
+  stReport.stAfter = quality::MeasureUniformity(m_stBright.GetCorrected(), m_stDark.GetCorrected(), eLayout);
   const double dSamples = double(stReport.nWidth) * stReport.nHeight * stReport.nBrightFrames;
   stReport.dNewlyClippedPercent = 100.0 * double(m_stBright.GetNewlyClippedCount()) / dSamples;
   return {};
@@ -136,7 +138,7 @@ QString CHostStory::CollectPair(SFramePair &stPair)
 QString CHostStory::SaveFrames()
 {
   const CResultFolder &folder = m_bench.GetFolder();
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   const SSensorFormat &stFormat = *m_bench.GetFormat();
   const uint32_t nFrames = uint32_t(m_bench.GetOptions().nSaveFrames);
   QString strError;
@@ -182,10 +184,12 @@ QString CHostStory::CheckReloaded(const SFramePair &stReference)
 
 QString CHostStory::WriteResults()
 {
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   const CResultFolder &folder = m_bench.GetFolder();
   const QString strTitle = QStringLiteral("%1, %2").arg(stReport.strCamera, stReport.strPixelFormat);
   const QString strError =
     folder.WritePictures(m_stBright.GetRaw(), m_stBright.GetCorrected(), m_bench.GetFormat()->eLayout, strTitle);
-  return strError.isEmpty() ? folder.WriteReport(MakeReportJson(stReport)) : strError;
+  return strError.isEmpty() ? folder.WriteReport(quality::MakeReportJson(stReport)) : strError;
 }
+
+} // namespace ffc::host

@@ -8,6 +8,8 @@
 #include "host/headless/story.h"
 #include "quality/pairedstacks.h"
 
+namespace ffc::host {
+
 /// Cap on, dark field; cap off, bright field; execute; figures on fresh frames; coefficients to a file and
 /// back; report.
 ///
@@ -32,7 +34,7 @@ private:
   QString AcquireBright();
   QString Execute();
   QString Measure();
-  QString MeasureScene(bool bLensCap, CPairedStacks &stStacks);
+  QString MeasureScene(bool bLensCap, quality::CPairedStacks &stStacks);
   QString CollectPair(SFramePair &stPair);
   QString SaveFrames();
   QString CheckFile();
@@ -40,6 +42,8 @@ private:
   QString WriteResults();
 
   CBench &m_bench;
-  CPairedStacks m_stBright;
-  CPairedStacks m_stDark;
+  quality::CPairedStacks m_stBright;
+  quality::CPairedStacks m_stDark;
 };
+
+} // namespace ffc::host

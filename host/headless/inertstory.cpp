@@ -6,6 +6,8 @@
 #include "camera/selfcorrection/modename.h"
 #include "host/headless/steps.h"
 
+namespace ffc::host {
+
 QString CInertStory::Run()
 {
   return RunSteps(
@@ -21,7 +23,7 @@ QString CInertStory::Run()
 
 QString CInertStory::GetSummary() const
 {
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   return QStringLiteral("%1, %2: the plug-in does not know this camera's correction; every control of its dialog is "
                         "disabled, and the stream runs on\n")
     .arg(stReport.strCamera, stReport.strPixelFormat);
@@ -57,10 +59,10 @@ QString CInertStory::CheckStream()
 
 QString CInertStory::WriteResults()
 {
-  const SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_bench.GetReport();
   const QJsonObject json{
     {"camera", stReport.strCamera},
-    {"mode", QLatin1String(ffc::camera::GetModeName(stReport.eMode))},
+    {"mode", QLatin1String(camera::GetModeName(stReport.eMode))},
     {"pixel_format", stReport.strPixelFormat},
     {"width", int(stReport.nWidth)},
     {"height", int(stReport.nHeight)},
@@ -72,3 +74,5 @@ QString CInertStory::WriteResults()
   return strError.isEmpty() ? m_bench.GetFolder().WriteReport(QJsonDocument(json).toJson(QJsonDocument::Indented))
                             : strError;
 }
+
+} // namespace ffc::host

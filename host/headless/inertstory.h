@@ -7,6 +7,8 @@
 #include "host/headless/bench.h"
 #include "host/headless/story.h"
 
+namespace ffc::host {
+
 /// The dialog comes up with every control disabled, and the stream runs on.
 class CInertStory final : public IStory {
 public:
@@ -24,3 +26,5 @@ private:
 
   CBench &m_bench;
 };
+
+} // namespace ffc::host

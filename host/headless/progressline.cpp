@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+namespace ffc::host {
 namespace {
 
 constexpr std::chrono::milliseconds PRINT_INTERVAL(100);
@@ -54,3 +55,5 @@ void CProgressLine::Print()
   m_nPrinted = nLength;
   m_tPrinted = std::chrono::steady_clock::now();
 }
+
+} // namespace ffc::host

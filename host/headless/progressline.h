@@ -8,6 +8,8 @@
 #include <ostream>
 #include <string>
 
+namespace ffc::host {
+
 /// "bright field: 5 of 16 frames", rewritten in place. From any thread.
 class CProgressLine {
 public:
@@ -35,3 +37,5 @@ private:
   std::size_t m_nPrinted = 0; ///< characters on the line
   std::chrono::steady_clock::time_point m_tPrinted;
 };
+
+} // namespace ffc::host

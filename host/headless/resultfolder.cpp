@@ -7,25 +7,28 @@
 #include "quality/pictures.h"
 #include "quality/profileplot.h"
 
+namespace ffc::host {
+
 QString CResultFolder::Prepare()
 {
   return m_dir.mkpath(QStringLiteral(".")) ? QString()
                                            : QStringLiteral("cannot make the folder %1").arg(m_dir.absolutePath());
 }
 
-QString CResultFolder::WritePictures(const CFrameStack &stBefore, const CFrameStack &stAfter, EColorLayout eLayout,
-                                     const QString &strTitle) const
+QString CResultFolder::WritePictures(const quality::CFrameStack &stBefore, const quality::CFrameStack &stAfter,
+                                     EColorLayout eLayout, const QString &strTitle) const
 {
-  const double dRange = GetContrastRange(stBefore, eLayout);
+  const double dRange = quality::GetContrastRange(stBefore, eLayout);
   const std::pair<const char *, QImage> listPictures[] = {
-    {"before.png", MakeViewPicture(stBefore, eLayout)},
-    {"after.png", MakeViewPicture(stAfter, eLayout)},
-    {"contrast_before.png", MakeContrastPicture(stBefore, eLayout, dRange)},
-    {"contrast_after.png", MakeContrastPicture(stAfter, eLayout, dRange)},
-    {"profile.png", DrawProfilePlot(MakeRowProfile(stBefore, eLayout), MakeRowProfile(stAfter, eLayout), strTitle)},
+    {"before.png", quality::MakeViewPicture(stBefore, eLayout)},
+    {"after.png", quality::MakeViewPicture(stAfter, eLayout)},
+    {"contrast_before.png", quality::MakeContrastPicture(stBefore, eLayout, dRange)},
+    {"contrast_after.png", quality::MakeContrastPicture(stAfter, eLayout, dRange)},
+    {"profile.png", quality::DrawProfilePlot(quality::MakeRowProfile(stBefore, eLayout),
+                                             quality::MakeRowProfile(stAfter, eLayout), strTitle)},
   };
   for (const auto &[pName, imgPicture] : listPictures) {
-    const ffc::Result<> result = ffc::frames::SaveWholePicture(GetPath(QLatin1String(pName)), imgPicture);
+    const Result<> result = frames::SaveWholePicture(GetPath(QLatin1String(pName)), imgPicture);
     if (!result) {
       return QString::fromStdString(result.GetError());
     }
@@ -34,23 +37,22 @@ QString CResultFolder::WritePictures(const CFrameStack &stBefore, const CFrameSt
 }
 
 QString CResultFolder::WriteFrame(const char *pKind, uint32_t nIndex, const std::vector<uint8_t> &listFrame,
-                                  const SReport &stReport, const SSensorFormat &stFormat) const
+                                  const quality::SReport &stReport, const SSensorFormat &stFormat) const
 {
   const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(pKind)).arg(nIndex, 3, 10, QLatin1Char('0'));
   const QString strPath = GetPath(strName);
-  const ffc::frames::SLayout stLayout{stReport.nWidth, stReport.nHeight, stFormat.GetBytesPerPixel()};
-  return QString::fromStdString(
-    ffc::frames::FindFileKind(strPath)->Write(strPath, stLayout, listFrame.data()).GetError());
+  const frames::SLayout stLayout{stReport.nWidth, stReport.nHeight, stFormat.GetBytesPerPixel()};
+  return QString::fromStdString(frames::FindFileKind(strPath)->Write(strPath, stLayout, listFrame.data()).GetError());
 }
 
 QString CResultFolder::WriteDialog(const QImage &imgDialog) const
 {
-  return QString::fromStdString(
-    ffc::frames::SaveWholePicture(GetPath(QStringLiteral("dialog.png")), imgDialog).GetError());
+  return QString::fromStdString(frames::SaveWholePicture(GetPath(QStringLiteral("dialog.png")), imgDialog).GetError());
 }
 
 QString CResultFolder::WriteReport(const QByteArray &byteReport) const
 {
-  return QString::fromStdString(
-    ffc::frames::SaveWholeFile(GetPath(QStringLiteral("report.json")), byteReport).GetError());
+  return QString::fromStdString(frames::SaveWholeFile(GetPath(QStringLiteral("report.json")), byteReport).GetError());
 }
+
+} // namespace ffc::host

@@ -14,6 +14,8 @@
 #include "quality/framestack.h"
 #include "quality/report.h"
 
+namespace ffc::host {
+
 /// Writes into one folder; each file whole or not at all. Every operation returns empty or one line that
 /// names the file and the reason.
 class CResultFolder {
@@ -26,12 +28,12 @@ public:
 
   /// before.png, after.png: the mean images. contrast_before.png, contrast_after.png: the same stretched
   /// about their means, with one stretch for both. profile.png.
-  QString WritePictures(const CFrameStack &stBefore, const CFrameStack &stAfter, EColorLayout eLayout,
+  QString WritePictures(const quality::CFrameStack &stBefore, const quality::CFrameStack &stAfter, EColorLayout eLayout,
                         const QString &strTitle) const;
   /// KIND_NNN.png at full depth.
   /// \param stReport has the frame's size
-  QString WriteFrame(const char *pKind, uint32_t nIndex, const std::vector<uint8_t> &listFrame, const SReport &stReport,
-                     const SSensorFormat &stFormat) const;
+  QString WriteFrame(const char *pKind, uint32_t nIndex, const std::vector<uint8_t> &listFrame,
+                     const quality::SReport &stReport, const SSensorFormat &stFormat) const;
   /// dialog.png.
   QString WriteDialog(const QImage &imgDialog) const;
   /// report.json.
@@ -40,3 +42,5 @@ public:
 private:
   QDir m_dir;
 };
+
+} // namespace ffc::host

@@ -1,5 +1,7 @@
 #include "host/headless/steps.h"
 
+namespace ffc::host {
+
 QString RunSteps(const std::vector<SStep> &listSteps, CProgressLine &progress)
 {
   for (const SStep &stStep : listSteps) {
@@ -23,3 +25,5 @@ QString RunUntilFailure(const std::vector<std::function<QString()>> &listActions
   }
   return strError;
 }
+
+} // namespace ffc::host

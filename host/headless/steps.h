@@ -9,6 +9,8 @@
 
 #include "host/headless/progressline.h"
 
+namespace ffc::host {
+
 struct SStep {
   const char *pName;
   std::function<QString()> fnRun; ///< \return empty, or why it failed
@@ -21,3 +23,5 @@ QString RunSteps(const std::vector<SStep> &listSteps, CProgressLine &progress);
 /// Runs checks or actions one after the other, up to the first that fails.
 /// \return empty, or its reason
 QString RunUntilFailure(const std::vector<std::function<QString()>> &listActions);
+
+} // namespace ffc::host

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace ffc::host {
+
 class IStory {
 public:
   virtual ~IStory() = default;
@@ -13,3 +15,5 @@ public:
   /// What to tell a person after a run that succeeded; ends with a line feed.
   virtual QString GetSummary() const = 0;
 };
+
+} // namespace ffc::host

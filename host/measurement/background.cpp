@@ -8,6 +8,8 @@
 #include <QEventLoop>
 #include <QMetaObject>
 
+namespace ffc::host {
+
 CBackground::CBackground(QObject *pParent) : QObject(pParent) {}
 
 CBackground::~CBackground()
@@ -66,3 +68,5 @@ void CBackground::SlotFinished()
     fnWhenDone();
   }
 }
+
+} // namespace ffc::host

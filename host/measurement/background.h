@@ -8,6 +8,8 @@
 
 #include <QObject>
 
+namespace ffc::host {
+
 /// Runs one piece of work at a time on a thread of its own, and what is to be done with the result on the thread of
 /// this object afterwards, through its event loop. Destroying it waits for work under way; its result is dropped.
 class CBackground : public QObject {
@@ -36,3 +38,5 @@ private:
   std::mutex m_mutex;   ///< guards what follows
   std::function<void()> m_fnWhenDone;
 };
+
+} // namespace ffc::host

@@ -6,15 +6,16 @@
 
 #include <QCoreApplication>
 
-#include "host/options/cameraopening.h"
 #include "host/dialogdriver/dialogdriver.h"
-#include "host/viewer/featuretext.h"
 #include "host/headless/steps.h"
 #include "host/measurement/background.h"
+#include "host/options/cameraopening.h"
+#include "host/viewer/featuretext.h"
 #include "quality/gainlimit.h"
 #include "quality/pictures.h"
 #include "quality/profileplot.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr uint32_t STALL_MS = 3000; ///< beside some exposures
@@ -119,7 +120,7 @@ QString CMeasurement::TakePairs(const QString &strStep, SStacks &stStacks)
                  });
 }
 
-QString CMeasurement::TakeByCamera(const QString &strStep, const char *pEntry, CFrameStack &stStack)
+QString CMeasurement::TakeByCamera(const QString &strStep, const char *pEntry, quality::CFrameStack &stStack)
 {
   if (!stStack.Prepare(m_nWidth, m_nHeight, m_pFormat->nBitDepth)) {
     return Translate("There is not enough memory.");
@@ -177,9 +178,9 @@ SMeasured CMeasurement::Measure()
   return stMeasured;
 }
 
-std::shared_ptr<SQualityResult> CMeasurement::Evaluate(const SStacks &stDark, const SStacks &stBright)
+std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SStacks &stDark, const SStacks &stBright)
 {
-  auto pResult = std::make_shared<SQualityResult>();
+  auto pResult = std::make_shared<quality::SResult>();
   FillReport(pResult->stReport);
   for (const char *pSetting : SETTINGS) {
     const std::string strValue = ReadFeature(*m_viewer.GetCamera().GetDeviceNodeMap(), pSetting);
@@ -187,29 +188,29 @@ std::shared_ptr<SQualityResult> CMeasurement::Evaluate(const SStacks &stDark, co
       pResult->listSettings.append({QLatin1String(pSetting), QString::fromStdString(strValue)});
     }
   }
-  const CFrameStack &stBefore = stBright.GetBefore(m_bByCamera);
-  const CFrameStack &stAfter = stBright.GetAfter(m_bByCamera);
+  const quality::CFrameStack &stBefore = stBright.GetBefore(m_bByCamera);
+  const quality::CFrameStack &stAfter = stBright.GetAfter(m_bByCamera);
   const EColorLayout eLayout = m_pFormat->eLayout;
   CBackground background;
   bool bDone = false;
   background.Start([&]() -> std::function<void()> {
-    SQualityResult &stResult = *pResult;
+    quality::SResult &stResult = *pResult;
     stResult.stReport.nBrightFrames = stBefore.GetFrameCount();
     stResult.stReport.nDarkFrames = stDark.GetBefore(m_bByCamera).GetFrameCount();
-    stResult.stReport.stBefore = MeasureUniformity(stBefore, stDark.GetBefore(m_bByCamera), eLayout);
-    stResult.stReport.stAfter = MeasureUniformity(stAfter, stDark.GetAfter(m_bByCamera), eLayout);
-    stResult.listNoise = MeasureNoise(stBefore, eLayout);
-    stResult.stAdvice = AdviseFrameCount(stResult.listNoise);
+    stResult.stReport.stBefore = quality::MeasureUniformity(stBefore, stDark.GetBefore(m_bByCamera), eLayout);
+    stResult.stReport.stAfter = quality::MeasureUniformity(stAfter, stDark.GetAfter(m_bByCamera), eLayout);
+    stResult.listNoise = quality::MeasureNoise(stBefore, eLayout);
+    stResult.stAdvice = quality::AdviseFrameCount(stResult.listNoise);
     stResult.bSameExposures = !m_bByCamera;
     stResult.nNewlyClipped = stBright.stPairs.GetNewlyClippedCount();
-    stResult.nAtGainLimit = CountPixelsAtGainLimit(stBefore, stDark.GetBefore(m_bByCamera), stAfter);
+    stResult.nAtGainLimit = quality::CountPixelsAtGainLimit(stBefore, stDark.GetBefore(m_bByCamera), stAfter);
     const double dSamples = double(m_nWidth) * m_nHeight * stBefore.GetFrameCount();
     stResult.stReport.dNewlyClippedPercent = 100.0 * double(stResult.nNewlyClipped) / dSamples;
-    const double dRange = GetContrastRange(stBefore, eLayout);
-    stResult.imgBefore = MakeViewPicture(stBefore, eLayout);
-    stResult.imgAfter = MakeViewPicture(stAfter, eLayout);
-    stResult.imgContrastBefore = MakeContrastPicture(stBefore, eLayout, dRange);
-    stResult.imgContrastAfter = MakeContrastPicture(stAfter, eLayout, dRange);
+    const double dRange = quality::GetContrastRange(stBefore, eLayout);
+    stResult.imgBefore = quality::MakeViewPicture(stBefore, eLayout);
+    stResult.imgAfter = quality::MakeViewPicture(stAfter, eLayout);
+    stResult.imgContrastBefore = quality::MakeContrastPicture(stBefore, eLayout, dRange);
+    stResult.imgContrastAfter = quality::MakeContrastPicture(stAfter, eLayout, dRange);
     return [&bDone] { bDone = true; };
   });
   m_guide.ShowProgress(Translate("Computing the figures"), 0, 0);
@@ -218,12 +219,12 @@ std::shared_ptr<SQualityResult> CMeasurement::Evaluate(const SStacks &stDark, co
     return nullptr;
   }
   // Widgets draw the plot, so it is made on this thread.
-  pResult->imgProfile =
-    DrawProfilePlot(MakeRowProfile(stBefore, eLayout), MakeRowProfile(stAfter, eLayout), pResult->stReport.strCamera);
+  pResult->imgProfile = quality::DrawProfilePlot(
+    quality::MakeRowProfile(stBefore, eLayout), quality::MakeRowProfile(stAfter, eLayout), pResult->stReport.strCamera);
   return pResult;
 }
 
-void CMeasurement::FillReport(SReport &stReport) const
+void CMeasurement::FillReport(quality::SReport &stReport) const
 {
   stReport.strCamera = QString::fromStdString(m_viewer.GetCamera().GetDisplayName());
   stReport.strPixelFormat = QString::fromStdString(m_pFormat->strName);
@@ -246,7 +247,7 @@ void CMeasurement::FillReport(SReport &stReport) const
 SDriftMeasured CMeasurement::MeasureDrift()
 {
   SDriftMeasured stMeasured;
-  CFrameStack stStack;
+  quality::CFrameStack stStack;
   stMeasured.strError = RunUntilFailure({
     [&] { return ReadFormat(); },
     [&] { return m_guide.ArrangeScene(false) ? SkipOldFrames() : CANCELLED; },
@@ -265,7 +266,9 @@ SDriftMeasured CMeasurement::MeasureDrift()
   if (stMeasured.bCancelled) {
     stMeasured.strError.clear();
   } else if (stMeasured.strError.isEmpty()) {
-    stMeasured.dShadingPercent = MeasureShading(stStack, m_pFormat->eLayout);
+    stMeasured.dShadingPercent = quality::MeasureShading(stStack, m_pFormat->eLayout);
   }
   return stMeasured;
 }
+
+} // namespace ffc::host

@@ -13,6 +13,8 @@
 #include "quality/pairedstacks.h"
 #include "quality/qualityresult.h"
 
+namespace ffc::host {
+
 /// Fresh frames of each scene that a figure is taken on.
 constexpr uint32_t QUALITY_FRAMES = 16;
 
@@ -31,7 +33,7 @@ public:
 
 /// What a measurement came to: a result, or why there is none. A cancelled one has neither.
 struct SMeasured {
-  std::shared_ptr<const SQualityResult> pResult;
+  std::shared_ptr<const quality::SResult> pResult;
   QString strError;
 };
 
@@ -55,23 +57,23 @@ public:
 
 private:
   struct SStacks {
-    CPairedStacks stPairs; ///< where the host corrects
-    CFrameStack stBefore;  ///< where the camera does
-    CFrameStack stAfter;
-    const CFrameStack &GetBefore(bool bByCamera) const { return bByCamera ? stBefore : stPairs.GetRaw(); }
-    const CFrameStack &GetAfter(bool bByCamera) const { return bByCamera ? stAfter : stPairs.GetCorrected(); }
+    quality::CPairedStacks stPairs; ///< where the host corrects
+    quality::CFrameStack stBefore;  ///< where the camera does
+    quality::CFrameStack stAfter;
+    const quality::CFrameStack &GetBefore(bool bByCamera) const { return bByCamera ? stBefore : stPairs.GetRaw(); }
+    const quality::CFrameStack &GetAfter(bool bByCamera) const { return bByCamera ? stAfter : stPairs.GetCorrected(); }
   };
 
   QString ReadFormat();
   QString TakeScene(bool bCovered, SStacks &stStacks);
   QString TakePairs(const QString &strStep, SStacks &stStacks);
-  QString TakeByCamera(const QString &strStep, const char *pEntry, CFrameStack &stStack);
+  QString TakeByCamera(const QString &strStep, const char *pEntry, quality::CFrameStack &stStack);
   QString Collect(const QString &strStep, uint32_t nFrames, CFramePipeline::EWanted eWanted,
                   std::function<bool(const SProcessedFrame &)> fnSink);
   QString SkipOldFrames();
   QString SwitchCamera(const char *pEntry);
-  std::shared_ptr<SQualityResult> Evaluate(const SStacks &stDark, const SStacks &stBright);
-  void FillReport(SReport &stReport) const;
+  std::shared_ptr<quality::SResult> Evaluate(const SStacks &stDark, const SStacks &stBright);
+  void FillReport(quality::SReport &stReport) const;
 
   CViewer &m_viewer;
   IMeasurementGuide &m_guide;
@@ -84,3 +86,5 @@ private:
   uint32_t m_nTotal = 0;
   std::atomic<uint32_t> m_nDone{0};
 };
+
+} // namespace ffc::host

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+namespace ffc::host {
 namespace {
 
 QString Translate(const char *pText)
@@ -67,3 +68,5 @@ std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions,
   listChoices.push_back({Translate("Recorded frames..."), ForAnother(stOptions), true});
   return listChoices;
 }
+
+} // namespace ffc::host

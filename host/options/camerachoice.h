@@ -9,6 +9,8 @@
 #include "camera/realcameras.h"
 #include "host/options/commandline.h"
 
+namespace ffc::host {
+
 struct SCameraChoice {
   QString strName;          ///< in the language of the program
   SHostOptions stOptions;   ///< what opens it
@@ -19,3 +21,5 @@ struct SCameraChoice {
 /// \param listRealCameras those that answered when they were looked for
 std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions,
                                              const std::vector<SRealCameraInfo> &listRealCameras = {});
+
+} // namespace ffc::host

@@ -8,6 +8,7 @@
 #include "camera/replay/replaycamera.h"
 #include "camera/simulated/simulatedcamera.h"
 
+namespace ffc::host {
 namespace {
 
 /// Entries are named after the pixels of a block: "BlockSize_1024".
@@ -122,3 +123,5 @@ uint32_t ReadBlockSize(ICamera &camera)
     return 0;
   }
 }
+
+} // namespace ffc::host

@@ -11,6 +11,8 @@
 #include "camera/icamera.h"
 #include "host/options/commandline.h"
 
+namespace ffc::host {
+
 struct SOpenedCamera {
   std::unique_ptr<ICamera> pCamera; ///< null when it failed
   QString strError;                 ///< one line then
@@ -31,3 +33,5 @@ QString SelectBlockSize(ICamera &camera, uint32_t nSide);
 
 /// Side of the coefficient blocks in pixels; 0 for a camera that has none.
 uint32_t ReadBlockSize(ICamera &camera);
+
+} // namespace ffc::host

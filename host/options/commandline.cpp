@@ -9,6 +9,7 @@
 #include "camera/selfcorrection/modename.h"
 #include "camera/sensorformat.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr int EXIT_USAGE = 2;
@@ -85,7 +86,7 @@ std::string CheckLanguage(const std::string &strLanguage)
 
 std::string ParseMode(const std::string &strMode, SHostOptions &stOptions)
 {
-  return ffc::camera::FindMode(strMode, stOptions.eMode)
+  return camera::FindMode(strMode, stOptions.eMode)
            ? std::string()
            : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
 }
@@ -246,3 +247,5 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   stResult.bRun = true;
   return stResult;
 }
+
+} // namespace ffc::host

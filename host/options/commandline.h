@@ -7,6 +7,8 @@
 
 #include "camera/selfcorrection/correctionmode.h"
 
+namespace ffc::host {
+
 /// What the user asked for.
 struct SHostOptions {
   bool bHeadless = false;
@@ -38,3 +40,5 @@ struct SCommandLine {
 };
 
 SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments);
+
+} // namespace ffc::host

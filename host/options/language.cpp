@@ -9,7 +9,9 @@ static void RegisterResources()
   Q_INIT_RESOURCE(hostresources);
 }
 
-CHostLanguage::CHostLanguage(bool bChinese)
+namespace ffc::host {
+
+CLanguage::CLanguage(bool bChinese)
 {
   RegisterResources();
   if (bChinese && m_translator.load(QStringLiteral(":/ffchost_zh.qm"))) {
@@ -17,7 +19,9 @@ CHostLanguage::CHostLanguage(bool bChinese)
   }
 }
 
-CHostLanguage::~CHostLanguage()
+CLanguage::~CLanguage()
 {
   QCoreApplication::removeTranslator(&m_translator);
 }
+
+} // namespace ffc::host

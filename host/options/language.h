@@ -4,14 +4,18 @@
 
 #include <QTranslator>
 
+namespace ffc::host {
+
 /// While it lives, the host speaks that language; English is built in. Made before the windows, after the application.
-class CHostLanguage {
+class CLanguage {
 public:
-  explicit CHostLanguage(bool bChinese);
-  ~CHostLanguage();
-  CHostLanguage(const CHostLanguage &) = delete;
-  CHostLanguage &operator=(const CHostLanguage &) = delete;
+  explicit CLanguage(bool bChinese);
+  ~CLanguage();
+  CLanguage(const CLanguage &) = delete;
+  CLanguage &operator=(const CLanguage &) = delete;
 
 private:
   QTranslator m_translator;
 };
+
+} // namespace ffc::host

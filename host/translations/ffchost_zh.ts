@@ -2,7 +2,7 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
-    <name>CAcquisitionProgress</name>
+    <name>ffc::host::CAcquisitionProgress</name>
     <message>
         <source>Acquisition</source>
         <translation>采集</translation>
@@ -21,7 +21,7 @@
     </message>
 </context>
 <context>
-    <name>CBlockMapPlot</name>
+    <name>ffc::host::CBlockMapPlot</name>
     <message>
         <source>Block means, % of the mean</source>
         <translation>块均值（占均值的 %）</translation>
@@ -36,7 +36,7 @@
     </message>
 </context>
 <context>
-    <name>CCameraPanel</name>
+    <name>ffc::host::CCameraPanel</name>
     <message>
         <source>Camera</source>
         <translation>相机</translation>
@@ -83,7 +83,7 @@
     </message>
 </context>
 <context>
-    <name>CFeatureEdit</name>
+    <name>ffc::host::CFeatureEdit</name>
     <message>
         <source>No camera</source>
         <translation>没有相机</translation>
@@ -102,14 +102,14 @@
     </message>
 </context>
 <context>
-    <name>CImageView</name>
+    <name>ffc::host::CImageView</name>
     <message>
         <source>No image</source>
         <translation>没有图像</translation>
     </message>
 </context>
 <context>
-    <name>CMainWindow</name>
+    <name>ffc::host::CMainWindow</name>
     <message>
         <source>&amp;Look for cameras</source>
         <translation>查找相机(&amp;L)</translation>
@@ -230,7 +230,7 @@
     </message>
 </context>
 <context>
-    <name>CMeasurementGuide</name>
+    <name>ffc::host::CMeasurementGuide</name>
     <message>
         <source>Measure</source>
         <translation>测量</translation>
@@ -253,7 +253,7 @@
     </message>
 </context>
 <context>
-    <name>CPlotPanel</name>
+    <name>ffc::host::CPlotPanel</name>
     <message>
         <source>Row profile</source>
         <translation>行灰度曲线</translation>
@@ -284,7 +284,7 @@
     </message>
 </context>
 <context>
-    <name>CQualityPanel</name>
+    <name>ffc::host::CQualityPanel</name>
     <message>
         <source>&amp;Measure...</source>
         <translation>测量(&amp;M)...</translation>
@@ -323,7 +323,7 @@
     </message>
 </context>
 <context>
-    <name>CScenePanel</name>
+    <name>ffc::host::CScenePanel</name>
     <message>
         <source>Scene</source>
         <translation>场景</translation>
@@ -346,7 +346,7 @@
     </message>
 </context>
 <context>
-    <name>CStatusLine</name>
+    <name>ffc::host::CStatusLine</name>
     <message>
         <source>%1 frames/s</source>
         <translation>%1 帧/秒</translation>
@@ -365,7 +365,7 @@ Frames received: %3</source>
     </message>
 </context>
 <context>
-    <name>CWaitBox</name>
+    <name>ffc::host::CWaitBox</name>
     <message>
         <source>&amp;Cancel</source>
         <translation>取消(&amp;C)</translation>

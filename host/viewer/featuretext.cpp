@@ -1,5 +1,7 @@
 #include "host/viewer/featuretext.h"
 
+namespace ffc::host {
+
 std::string ReadText(GenApi::IValue &value)
 {
   try {
@@ -14,3 +16,5 @@ std::string ReadFeature(GenApi::INodeMap &nodeMap, const char *pFeature)
   auto *pValue = dynamic_cast<GenApi::IValue *>(nodeMap.GetNode(pFeature));
   return pValue == nullptr ? std::string() : ReadText(*pValue);
 }
+
+} // namespace ffc::host

@@ -6,6 +6,8 @@
 
 #include <GenApi/GenApi.h>
 
+namespace ffc::host {
+
 /// Whether a camera that corrects itself does so: "On" or "Off".
 constexpr const char *CORRECTION_FEATURE = "FlatFieldCorrection";
 
@@ -14,3 +16,5 @@ std::string ReadText(GenApi::IValue &value);
 
 /// The value of a feature; empty when there is no such feature.
 std::string ReadFeature(GenApi::INodeMap &nodeMap, const char *pFeature);
+
+} // namespace ffc::host

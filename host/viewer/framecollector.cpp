@@ -8,7 +8,6 @@
 #include <QThread>
 
 namespace ffc::host {
-
 namespace {
 
 constexpr uint32_t POLL_MS = 10;

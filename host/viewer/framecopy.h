@@ -7,6 +7,8 @@
 #include <new>
 #include <vector>
 
+namespace ffc::host {
+
 /// \return false when memory is short
 inline bool CopyFrame(const void *pFrame, std::size_t nSize, std::vector<uint8_t> &listCopy)
 {
@@ -18,3 +20,5 @@ inline bool CopyFrame(const void *pFrame, std::size_t nSize, std::vector<uint8_t
   }
   return true;
 }
+
+} // namespace ffc::host

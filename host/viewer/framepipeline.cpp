@@ -6,6 +6,8 @@
 
 #include "host/viewer/framecopy.h"
 
+namespace ffc::host {
+
 void CFramePipeline::Receive(const SCameraFrame &stFrame)
 {
   if (m_fnObserver) {
@@ -139,7 +141,7 @@ SFrameCounts CFramePipeline::GetCounts() const
   return m_stCounts;
 }
 
-SThroughput CFramePipeline::GetThroughput() const
+quality::SThroughput CFramePipeline::GetThroughput() const
 {
   const std::lock_guard<std::mutex> lock(m_mutex);
   return m_stThroughput;
@@ -148,5 +150,7 @@ SThroughput CFramePipeline::GetThroughput() const
 void CFramePipeline::ResetThroughput()
 {
   const std::lock_guard<std::mutex> lock(m_mutex);
-  m_stThroughput = SThroughput();
+  m_stThroughput = quality::SThroughput();
 }
+
+} // namespace ffc::host

@@ -14,6 +14,8 @@
 #include "pluginobject/iplugin.h"
 #include "quality/report.h"
 
+namespace ffc::host {
+
 /// A frame as it came and, when the plug-in wrote one, as it was corrected. Valid during the call only.
 struct SProcessedFrame {
   const SCameraFrame *pRaw = nullptr;
@@ -78,7 +80,7 @@ public:
   uint64_t GetReceivedCount() const;
   SFrameCounts GetCounts() const;
   /// Of the corrected frames since the last reset.
-  SThroughput GetThroughput() const;
+  quality::SThroughput GetThroughput() const;
   void ResetThroughput();
 
 private:
@@ -101,5 +103,7 @@ private:
   bool m_bLatestIsNew = false;
   SFrameCounts m_stCounts;
   std::optional<uint64_t> m_nLastFrameId;
-  SThroughput m_stThroughput;
+  quality::SThroughput m_stThroughput;
 };
+
+} // namespace ffc::host

@@ -2,6 +2,8 @@
 /// Who wants to know how far an acquisition of the plug-in is.
 #pragma once
 
+namespace ffc::host {
+
 /// While the plug-in acquires, it blocks the user-interface thread; all that a host sees there are the plug-in's
 /// messages and its accesses to the camera's features. Called on that thread, from within the acquisition.
 class IAcquisitionObserver {
@@ -15,3 +17,5 @@ public:
   /// The plug-in takes no more frames.
   virtual void EndAcquisition() = 0;
 };
+
+} // namespace ffc::host

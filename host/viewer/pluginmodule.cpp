@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+namespace ffc::host {
+
 CPluginModule::~CPluginModule()
 {
   Unload();
@@ -51,3 +53,5 @@ void CPluginModule::Unload()
     m_library.unload();
   }
 }
+
+} // namespace ffc::host

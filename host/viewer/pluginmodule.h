@@ -7,6 +7,8 @@
 
 #include "pluginobject/iplugin.h"
 
+namespace ffc::host {
+
 /// Loads a `.plx`, makes its one plug-in object and destroys it, through the two exports alone.
 ///
 /// The destructor destroys the plug-in and unloads the module. Used on the user-interface thread.
@@ -35,3 +37,5 @@ private:
   IPlugin *m_pPlugin = nullptr;
   FnDestoryPluginObject m_fnDestroy = nullptr;
 };
+
+} // namespace ffc::host

@@ -5,6 +5,7 @@
 
 #include "host/viewer/featuretext.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr const char *SELECTOR = "UserSetSelector";
@@ -95,3 +96,5 @@ QString CSettingsRescue::Load()
   selector.FromString(strSelected);
   return strError;
 }
+
+} // namespace ffc::host

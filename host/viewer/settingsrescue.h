@@ -7,6 +7,8 @@
 
 #include <GenApi/GenApi.h>
 
+namespace ffc::host {
+
 /// While the plug-in acquires on a camera that corrects flat fields itself, the user's state is in "UserSet0" and
 /// the factory's is live. A host that ends meanwhile leaves it so; this loads "UserSet0" again.
 ///
@@ -31,3 +33,5 @@ private:
   GenApi::INodeMap &m_nodeMap;
   QStringList m_listChanges;
 };
+
+} // namespace ffc::host

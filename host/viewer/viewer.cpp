@@ -4,6 +4,7 @@
 
 #include <QVariant>
 
+namespace ffc::host {
 namespace {
 
 /// Read by the plug-in with every frame that it takes.
@@ -168,3 +169,5 @@ void CViewer::SlotPluginMsg(const PLUGIN_MSG &stPluginMsg)
   }
   emit SigStreamChanged();
 }
+
+} // namespace ffc::host

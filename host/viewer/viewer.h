@@ -15,6 +15,8 @@
 #include "host/viewer/iacquisitionobserver.h"
 #include "host/viewer/pluginmodule.h"
 
+namespace ffc::host {
+
 enum class ELanguage : uint32_t { English = 0, Chinese = 1 };
 
 /// Connects a camera, the plug-in and the frame pipeline, and takes them apart in the right order: stream,
@@ -80,3 +82,5 @@ private:
   bool m_bInitialized = false;
   QString m_strStreamError;
 };
+
+} // namespace ffc::host

@@ -6,6 +6,7 @@
 #include <QProgressDialog>
 #include <QTimer>
 
+namespace ffc::host {
 namespace {
 
 constexpr int END_CHECK_MS = 20;
@@ -93,3 +94,5 @@ void CAcquisitionProgress::EndAcquisition()
   m_pBox.reset();
   emit SigEnded();
 }
+
+} // namespace ffc::host

@@ -13,6 +13,8 @@
 class QProgressDialog;
 class QWidget;
 
+namespace ffc::host {
+
 /// While the plug-in acquires, nothing else runs on the user-interface thread. Between two frames this object lets
 /// events pass, with an application-modal box in front, so that windows are painted and nothing but its "Cancel" can
 /// be pressed. A single frame needs no box.
@@ -56,3 +58,5 @@ private:
   bool m_bCancelled = false;
   bool m_bPassing = false; ///< events pass within the acquisition
 };
+
+} // namespace ffc::host

@@ -11,6 +11,7 @@
 
 #include "host/window/curveplot.h"
 
+namespace ffc::host {
 namespace {
 
 /// A scale of at least so many percent, so that noise does not look like shading.
@@ -42,7 +43,7 @@ CBlockMapPlot::CBlockMapPlot(QWidget *pParent) : QwtPlot(pParent), m_pMap(new Qw
   plotLayout()->setAlignCanvasToScales(true);
 }
 
-void CBlockMapPlot::SetBlocks(const SBlockMeans &stBlocks)
+void CBlockMapPlot::SetBlocks(const quality::SBlockMeans &stBlocks)
 {
   if (stBlocks.listMeans.empty()) {
     m_pMap->setData(nullptr);
@@ -69,3 +70,5 @@ void CBlockMapPlot::SetBlocks(const SBlockMeans &stBlocks)
   axisWidget(QwtPlot::yRight)->setColorMap(interval, MakeColors());
   replot();
 }
+
+} // namespace ffc::host

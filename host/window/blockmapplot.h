@@ -8,6 +8,8 @@
 
 class QwtPlotSpectrogram;
 
+namespace ffc::host {
+
 /// A map of the image, upper line on top, each block in the colour of its mean; blue below, yellow above.
 class CBlockMapPlot : public QwtPlot {
   Q_OBJECT
@@ -16,8 +18,10 @@ public:
   explicit CBlockMapPlot(QWidget *pParent);
 
   /// \param stBlocks in percent of the mean; nothing is drawn without blocks
-  void SetBlocks(const SBlockMeans &stBlocks);
+  void SetBlocks(const quality::SBlockMeans &stBlocks);
 
 private:
   QwtPlotSpectrogram *m_pMap; ///< owned by the plot
 };
+
+} // namespace ffc::host

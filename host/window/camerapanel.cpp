@@ -9,6 +9,8 @@
 
 #include "host/window/featureedits.h"
 
+namespace ffc::host {
+
 CCameraPanel::CCameraPanel(QWidget *pParent)
   : QGroupBox(tr("Camera"), pParent), m_pChooser(new QComboBox(this)), m_pStartStop(new QPushButton(this)),
     m_pError(new QLabel(this))
@@ -96,3 +98,5 @@ void CCameraPanel::ShowError(const QString &strError)
   m_pError->setText(strError);
   m_pError->setVisible(!strError.isEmpty());
 }
+
+} // namespace ffc::host

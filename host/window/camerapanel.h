@@ -9,11 +9,14 @@
 #include "host/options/camerachoice.h"
 #include "host/viewer/viewer.h"
 
-class CFeatureEdit;
 class QComboBox;
 class QFormLayout;
 class QLabel;
 class QPushButton;
+
+namespace ffc::host {
+
+class CFeatureEdit;
 
 class CCameraPanel : public QGroupBox {
   Q_OBJECT
@@ -49,3 +52,5 @@ private:
   QLabel *m_pError;
   std::vector<SEdit> m_listEdits;
 };
+
+} // namespace ffc::host

@@ -4,6 +4,7 @@
 
 #include "camera/sensorformat.h"
 
+namespace ffc::host {
 namespace {
 
 using EKind = SCorrectionState::EKind;
@@ -64,3 +65,5 @@ SCorrectionState JudgeCorrection(const SCorrectionFacts &stFacts)
   }
   return {EKind::Raw, Translate("raw (preview is off)")};
 }
+
+} // namespace ffc::host

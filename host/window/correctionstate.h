@@ -6,6 +6,8 @@
 
 #include <QString>
 
+namespace ffc::host {
+
 /// Size and format of a frame.
 struct SFrameShape {
   uint32_t nWidth = 0;
@@ -44,3 +46,5 @@ struct SCorrectionState {
 
 /// Never silent: a frame that the user expects corrected, and that is not, comes with the reason.
 SCorrectionState JudgeCorrection(const SCorrectionFacts &stFacts);
+
+} // namespace ffc::host

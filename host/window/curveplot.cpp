@@ -7,6 +7,7 @@
 #include <qwt_scale_widget.h>
 #include <qwt_text.h>
 
+namespace ffc::host {
 namespace {
 
 constexpr int TITLE_POINTS = 9;
@@ -94,3 +95,5 @@ void CCurvePlot::SetXRange(double dMin, double dMax)
 {
   setAxisScale(QwtPlot::xBottom, dMin, dMax);
 }
+
+} // namespace ffc::host

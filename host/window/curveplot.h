@@ -12,6 +12,8 @@
 
 class QwtPlotCurve;
 
+namespace ffc::host {
+
 /// What to draw: the plane's name, which chooses the colour, and points.
 struct SCurve {
   QString strName;
@@ -38,3 +40,5 @@ private:
 
 /// The look that all plots of the window share.
 void StylePlot(QwtPlot &plot, const QString &strTitle, const QString &strXAxis, const QString &strYAxis);
+
+} // namespace ffc::host

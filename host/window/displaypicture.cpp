@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+namespace ffc::host {
 namespace {
 
 template <class TSample>
@@ -147,3 +148,5 @@ QString GetPixelText(const SFrameCopy &stFrame, int nColumn, int nLine)
     .arg(nSample)
     .arg(100.0 * nSample / pFormat->GetMaxValue(), 0, 'f', 1);
 }
+
+} // namespace ffc::host

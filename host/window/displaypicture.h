@@ -10,6 +10,8 @@
 #include "camera/sensorformat.h"
 #include "host/viewer/framepipeline.h"
 
+namespace ffc::host {
+
 struct SDisplayOptions {
   bool bColor = true;            ///< a mosaic in colour, else its bare samples
   bool bMarkOverexposed = false; ///< samples at the format's maximum in a colour that no scene has
@@ -32,3 +34,5 @@ uint32_t GetSample(const SFrameCopy &stFrame, const SSensorFormat &stFormat, uin
 /// What the status line says of one pixel: "x 12  y 7  2944 DN  71.9 %", with the colour of a mosaic's pixel; empty
 /// outside the frame.
 QString GetPixelText(const SFrameCopy &stFrame, int nColumn, int nLine);
+
+} // namespace ffc::host

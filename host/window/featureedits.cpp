@@ -11,6 +11,7 @@
 #include <QSpinBox>
 #include <QStringList>
 
+namespace ffc::host {
 namespace {
 
 /// A feature may be wider than a field.
@@ -165,3 +166,5 @@ void CEnumerationEdit::Show(GenApi::INode &node)
   }
   m_pComboBox->setCurrentText(QString::fromUtf8(pEnumeration->ToString().c_str()));
 }
+
+} // namespace ffc::host

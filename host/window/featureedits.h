@@ -12,6 +12,8 @@ class QComboBox;
 class QDoubleSpinBox;
 class QSpinBox;
 
+namespace ffc::host {
+
 /// A field that shows one feature and writes what the user enters. User-interface thread.
 class CFeatureEdit : public QWidget {
   Q_OBJECT
@@ -88,3 +90,5 @@ protected:
 private:
   QComboBox *m_pComboBox;
 };
+
+} // namespace ffc::host

@@ -4,23 +4,24 @@
 
 #include "host/window/displaypicture.h"
 
+namespace ffc::host {
 namespace {
 
 /// The stack has one frame, so that its sums are the samples.
-QVector<double> MakeHistogram(const CFrameStack &stStack, const SColorPlane &stPlane)
+QVector<double> MakeHistogram(const quality::CFrameStack &stStack, const quality::SColorPlane &stPlane)
 {
   QVector<double> listHistogram(HISTOGRAM_BINS, 0.0);
   const uint32_t nShift = stStack.GetBitDepth() - 8;
   for (uint32_t nLine = 0; nLine < stStack.GetHeight(); ++nLine) {
     const uint32_t *pSamples = stStack.GetSums(nLine);
-    VisitPlaneLine(stPlane, stStack.GetWidth(), nLine, [&](uint32_t nColumn) {
+    quality::VisitPlaneLine(stPlane, stStack.GetWidth(), nLine, [&](uint32_t nColumn) {
       listHistogram[std::min(int(pSamples[nColumn] >> nShift), HISTOGRAM_BINS - 1)] += 1;
     });
   }
   return listHistogram;
 }
 
-void AddRelative(const SBlockMeans &stPlane, double dShare, SBlockMeans &stSum)
+void AddRelative(const quality::SBlockMeans &stPlane, double dShare, quality::SBlockMeans &stSum)
 {
   double dTotal = 0;
   for (const double dMean : stPlane.listMeans) {
@@ -41,17 +42,19 @@ SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame)
 {
   SFrameAnalysis stAnalysis;
   const SSensorFormat *pFormat = GetShownFormat(stFrame);
-  CFrameStack stStack;
+  quality::CFrameStack stStack;
   if (pFormat == nullptr || !stStack.Prepare(stFrame.nWidth, stFrame.nHeight, pFormat->nBitDepth) ||
       !stStack.Add(stFrame.listBytes.data(), stFrame.listBytes.size())) {
     return stAnalysis;
   }
   stAnalysis.nMaximum = pFormat->GetMaxValue();
-  const std::vector<SColorPlane> listPlanes = GetColorPlanes(pFormat->eLayout);
-  for (const SColorPlane &stPlane : listPlanes) {
-    stAnalysis.listPlanes.push_back({QString::fromStdString(stPlane.strName), MakeRowProfile(stStack, stPlane),
-                                     MakeColumnProfile(stStack, stPlane), MakeHistogram(stStack, stPlane)});
-    AddRelative(GetBlockMeans(stStack, stPlane), 1.0 / double(listPlanes.size()), stAnalysis.stBlocks);
+  const std::vector<quality::SColorPlane> listPlanes = quality::GetColorPlanes(pFormat->eLayout);
+  for (const quality::SColorPlane &stPlane : listPlanes) {
+    stAnalysis.listPlanes.push_back({QString::fromStdString(stPlane.strName), quality::MakeRowProfile(stStack, stPlane),
+                                     quality::MakeColumnProfile(stStack, stPlane), MakeHistogram(stStack, stPlane)});
+    AddRelative(quality::GetBlockMeans(stStack, stPlane), 1.0 / double(listPlanes.size()), stAnalysis.stBlocks);
   }
   return stAnalysis;
 }
+
+} // namespace ffc::host

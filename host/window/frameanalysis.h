@@ -11,21 +11,25 @@
 #include "quality/blockmeans.h"
 #include "quality/profile.h"
 
+namespace ffc::host {
+
 constexpr int HISTOGRAM_BINS = 256; ///< over the range of the format, whatever its depth
 
 struct SPlaneAnalysis {
   QString strName; ///< the plane's: "Mono", "R", "G", "B"
-  SProfile stRow;
-  SProfile stColumn;
+  quality::SProfile stRow;
+  quality::SProfile stColumn;
   QVector<double> listHistogram; ///< pixels per bin
 };
 
 struct SFrameAnalysis {
   std::vector<SPlaneAnalysis> listPlanes; ///< empty for a frame that cannot be analysed
   /// Means of blocks of 32 x 32, each plane's in percent of that plane's own mean, averaged over the planes.
-  SBlockMeans stBlocks;
+  quality::SBlockMeans stBlocks;
   uint32_t nMaximum = 0; ///< DN, of the format
 };
 
 /// On any thread. Takes some 4 bytes of memory per pixel meanwhile.
 SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame);
+
+} // namespace ffc::host

@@ -1,5 +1,7 @@
 #include "host/window/framerate.h"
 
+namespace ffc::host {
+
 double CFrameRate::Update(uint64_t nFrames, int64_t nMilliseconds)
 {
   if (!m_nFrames || nFrames < *m_nFrames) {
@@ -18,3 +20,5 @@ void CFrameRate::Reset()
 {
   *this = CFrameRate();
 }
+
+} // namespace ffc::host

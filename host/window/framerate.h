@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ffc::host {
+
 /// The rate over the last half second or more.
 class CFrameRate {
 public:
@@ -22,3 +24,5 @@ private:
   int64_t m_nMilliseconds = 0;
   double m_dRate = 0;
 };
+
+} // namespace ffc::host

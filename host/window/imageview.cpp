@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QWheelEvent>
 
+namespace ffc::host {
 namespace {
 
 const QColor BACKGROUND(43, 45, 48); ///< neutral, so that the eye judges the image and not its surroundings
@@ -174,3 +175,5 @@ void CImageView::keyPressEvent(QKeyEvent *pEvent)
   m_transform.Reveal(ptTo);
   SetPixel({std::clamp(ptTo.x(), 0, m_imgPicture.width() - 1), std::clamp(ptTo.y(), 0, m_imgPicture.height() - 1)});
 }
+
+} // namespace ffc::host

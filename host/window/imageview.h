@@ -7,6 +7,8 @@
 
 #include "host/window/viewtransform.h"
 
+namespace ffc::host {
+
 /// Shows a picture fitted or at a scale: the wheel zooms at the mouse, dragging pans, arrow keys move the pixel that
 /// is read (Shift: by ten), + and - zoom.
 class CImageView : public QWidget {
@@ -55,3 +57,5 @@ private:
   bool m_bByKeyboard = false; ///< the pixel was chosen with the arrow keys, and is marked
   QPointF m_ptDrag;
 };
+
+} // namespace ffc::host

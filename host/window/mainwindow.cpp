@@ -25,6 +25,7 @@
 #include "host/window/scenepanel.h"
 #include "host/window/statusline.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr int REFRESH_MS = 33;
@@ -420,3 +421,5 @@ void CMainWindow::closeEvent(QCloseEvent *pEvent)
   // The plug-in's dialog too: the program ends with its last window.
   QApplication::closeAllWindows();
 }
+
+} // namespace ffc::host

@@ -17,15 +17,18 @@
 #include "host/window/displaypicture.h"
 #include "host/window/framerate.h"
 
+class QAction;
+class QSplitter;
+class QTabWidget;
+
+namespace ffc::host {
+
 class CCameraPanel;
 class CImageView;
 class CPlotPanel;
 class CQualityPanel;
 class CScenePanel;
 class CStatusLine;
-class QAction;
-class QSplitter;
-class QTabWidget;
 
 /// Live image, camera, scene, plots and quality of one camera with the plug-in on it. Closing it ends the program.
 ///
@@ -124,3 +127,5 @@ private:
   bool m_bStalled = false;
   bool m_bBusy = false;
 };
+
+} // namespace ffc::host

@@ -20,6 +20,7 @@
 #include "host/window/scenepanel.h"
 #include "host/window/statusline.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr QSize FIRST_SIZE(1360, 840);
@@ -159,3 +160,5 @@ void CMainWindow::SaveLayout() const
   settings.setValue(QStringLiteral("window/tab"), m_pTabs->currentIndex());
   settings.setValue(QStringLiteral("quality/shadingLimit"), m_pQualityPanel->GetLimit());
 }
+
+} // namespace ffc::host

@@ -5,6 +5,8 @@
 
 #include "host/window/scenepanel.h"
 
+namespace ffc::host {
+
 CMeasurementGuide::CMeasurementGuide(CScenePanel &scenePanel, QWidget *pWindow)
   : m_scenePanel(scenePanel), m_pWindow(pWindow)
 {
@@ -47,3 +49,5 @@ bool CMeasurementGuide::IsCancelled() const
 {
   return m_box && m_box->IsCancelled();
 }
+
+} // namespace ffc::host

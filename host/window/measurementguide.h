@@ -7,6 +7,8 @@
 #include "host/measurement/measurement.h"
 #include "host/window/waitbox.h"
 
+namespace ffc::host {
+
 class CScenePanel;
 
 /// Arranges a scene that software can arrange; for a real camera asks the user to cover and uncover the lens.
@@ -28,3 +30,5 @@ private:
   QWidget *m_pWindow;
   std::optional<CWaitBox> m_box; ///< none while the user is asked
 };
+
+} // namespace ffc::host

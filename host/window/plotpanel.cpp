@@ -7,6 +7,7 @@
 #include "host/window/blockmapplot.h"
 #include "host/window/curveplot.h"
 
+namespace ffc::host {
 namespace {
 
 QVector<double> GetBinGrays(uint32_t nMaximum)
@@ -67,3 +68,5 @@ void CPlotPanel::Show(const SFrameAnalysis &stAnalysis)
   m_pMap->SetBlocks(stAnalysis.stBlocks);
   emit SigShown();
 }
+
+} // namespace ffc::host

@@ -9,6 +9,8 @@
 #include "host/measurement/background.h"
 #include "host/window/frameanalysis.h"
 
+namespace ffc::host {
+
 class CBlockMapPlot;
 class CCurvePlot;
 
@@ -36,3 +38,5 @@ private:
   CBlockMapPlot *m_pMap;
   CBackground m_background;
 };
+
+} // namespace ffc::host

@@ -10,6 +10,7 @@
 
 #include "quality/htmlreport.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr double DEFAULT_LIMIT = 1.0; ///< percent
@@ -31,11 +32,11 @@ QTableWidget *MakeTable(QWidget *pParent)
   return pTable;
 }
 
-const char *GetStyle(EVerdict eVerdict)
+const char *GetStyle(quality::EVerdict eVerdict)
 {
   switch (eVerdict) {
-  case EVerdict::Pass: return "background: #2e7d32; color: white; font-weight: bold; padding: 5px";
-  case EVerdict::Unknown: return "background: #6b6e73; color: white; padding: 5px";
+  case quality::EVerdict::Pass: return "background: #2e7d32; color: white; font-weight: bold; padding: 5px";
+  case quality::EVerdict::Unknown: return "background: #6b6e73; color: white; padding: 5px";
   default: return "background: #b3261e; color: white; font-weight: bold; padding: 5px";
   }
 }
@@ -107,12 +108,12 @@ void CQualityPanel::SetLimit(double dLimitPercent)
   m_pLimit->setValue(dLimitPercent);
 }
 
-void CQualityPanel::ShowResult(std::shared_ptr<const SQualityResult> pResult)
+void CQualityPanel::ShowResult(std::shared_ptr<const quality::SResult> pResult)
 {
   m_pResult = std::move(pResult);
   m_dDrift.reset();
   FillTable(m_pResult->stReport);
-  m_pFindings->setText(ListFindings(*m_pResult).join(QLatin1Char('\n')));
+  m_pFindings->setText(quality::ListFindings(*m_pResult).join(QLatin1Char('\n')));
   SetBusy(false);
   ShowPictures();
   ShowVerdict();
@@ -128,7 +129,7 @@ void CQualityPanel::Clear()
 {
   m_pResult.reset();
   m_dDrift.reset();
-  FillTable(SReport());
+  FillTable(quality::SReport());
   m_pFindings->clear();
   SetBusy(false);
   ShowPictures();
@@ -161,9 +162,9 @@ void CQualityPanel::ShowMessage(const QString &strMessage)
   m_pDrift->setVisible(!strMessage.isEmpty());
 }
 
-void CQualityPanel::FillTable(const SReport &stReport)
+void CQualityPanel::FillTable(const quality::SReport &stReport)
 {
-  const QList<SFigureRow> listRows = ListFigureRows(stReport);
+  const QList<quality::SFigureRow> listRows = quality::ListFigureRows(stReport);
   m_pTable->setVisible(!listRows.isEmpty());
   m_pTable->setHorizontalHeaderLabels({tr("before"), tr("after")});
   m_pTable->setRowCount(listRows.size());
@@ -180,11 +181,14 @@ void CQualityPanel::FillTable(const SReport &stReport)
 
 void CQualityPanel::ShowVerdict()
 {
-  const SReport stReport = m_pResult == nullptr ? SReport() : m_pResult->stReport;
-  const EVerdict eVerdict = JudgeShading(stReport.stBefore, stReport.stAfter, GetLimit());
-  m_pVerdict->setText(DescribeVerdict(eVerdict, stReport.stAfter, GetLimit()));
+  const quality::SReport stReport = m_pResult == nullptr ? quality::SReport() : m_pResult->stReport;
+  const quality::EVerdict eVerdict = quality::JudgeShading(stReport.stBefore, stReport.stAfter, GetLimit());
+  m_pVerdict->setText(quality::DescribeVerdict(eVerdict, stReport.stAfter, GetLimit()));
   m_pVerdict->setStyleSheet(QLatin1String(GetStyle(eVerdict)));
   const double dThen = m_pResult == nullptr ? -1.0 : stReport.stAfter.stOverall.dShadingPercent;
-  ShowMessage(m_dDrift ? DescribeDrift(JudgeDrift(dThen, *m_dDrift, GetLimit()), dThen, *m_dDrift, GetLimit())
-                       : QString());
+  ShowMessage(
+    m_dDrift ? quality::DescribeDrift(quality::JudgeDrift(dThen, *m_dDrift, GetLimit()), dThen, *m_dDrift, GetLimit())
+             : QString());
 }
+
+} // namespace ffc::host

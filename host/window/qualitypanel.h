@@ -14,6 +14,8 @@ class QLabel;
 class QPushButton;
 class QTableWidget;
 
+namespace ffc::host {
+
 /// Figures before and after, per colour plane, with a verdict against the user's limit, advice on the frame count, and
 /// drift. It shows and asks; measuring is the window's matter.
 class CQualityPanel : public QWidget {
@@ -24,7 +26,7 @@ public:
 
   double GetLimit() const;
   void SetLimit(double dLimitPercent);
-  void ShowResult(std::shared_ptr<const SQualityResult> pResult);
+  void ShowResult(std::shared_ptr<const quality::SResult> pResult);
   void ShowDrift(double dShadingPercent);
   /// Another camera: nothing is known.
   void Clear();
@@ -32,7 +34,7 @@ public:
   void SetBusy(bool bBusy);
   void ShowMessage(const QString &strMessage);
   /// Null before a measurement.
-  const std::shared_ptr<const SQualityResult> &GetResult() const { return m_pResult; }
+  const std::shared_ptr<const quality::SResult> &GetResult() const { return m_pResult; }
 
 signals:
   void SigMeasure();
@@ -41,11 +43,11 @@ signals:
 
 private:
   QLabel *AddText(const char *pName);
-  void FillTable(const SReport &stReport);
+  void FillTable(const quality::SReport &stReport);
   void ShowPictures();
   void ShowVerdict();
 
-  std::shared_ptr<const SQualityResult> m_pResult;
+  std::shared_ptr<const quality::SResult> m_pResult;
   std::optional<double> m_dDrift; ///< percent
   QPushButton *m_pMeasure;
   QPushButton *m_pCheckDrift;
@@ -59,3 +61,5 @@ private:
   QLabel *m_pFindings;
   QLabel *m_pDrift;
 };
+
+} // namespace ffc::host

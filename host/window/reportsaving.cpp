@@ -11,6 +11,7 @@
 #include "host/window/waitbox.h"
 #include "quality/htmlreport.h"
 
+namespace ffc::host {
 namespace {
 
 QString Translate(const char *pText)
@@ -36,7 +37,7 @@ QString AskReportPath(QWidget *pParent)
   return strPath;
 }
 
-QString SaveReport(const QString &strPath, const std::shared_ptr<const SQualityResult> &pResult, double dLimitPercent,
+QString SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult, double dLimitPercent,
                    QWidget *pParent)
 {
   CWaitBox box(Translate("Save report"), pParent);
@@ -44,7 +45,7 @@ QString SaveReport(const QString &strPath, const std::shared_ptr<const SQualityR
   QByteArray byteHtml;
   const QDateTime dtNow = QDateTime::currentDateTime();
   background.Start([&]() -> std::function<void()> {
-    QByteArray byteMade = MakeHtmlReport(*pResult, dLimitPercent, dtNow);
+    QByteArray byteMade = quality::MakeHtmlReport(*pResult, dLimitPercent, dtNow);
     return [&byteHtml, byteMade] { byteHtml = byteMade; };
   });
   box.ShowProgress(Translate("Writing the report"), 0, 0);
@@ -57,8 +58,10 @@ QString SaveReport(const QString &strPath, const std::shared_ptr<const SQualityR
   }
   const QFileInfo info(strPath);
   const QString strJson = info.dir().filePath(info.completeBaseName() + QStringLiteral(".json"));
-  const ffc::Result<> result =
-    ffc::RunUntilFailure([&] { return ffc::frames::SaveWholeFile(strPath, byteHtml); },
-                         [&] { return ffc::frames::SaveWholeFile(strJson, MakeQualityJson(*pResult, dLimitPercent)); });
+  const Result<> result =
+    RunUntilFailure([&] { return frames::SaveWholeFile(strPath, byteHtml); },
+                    [&] { return frames::SaveWholeFile(strJson, quality::MakeJson(*pResult, dLimitPercent)); });
   return QString::fromStdString(result.GetError());
 }
+
+} // namespace ffc::host

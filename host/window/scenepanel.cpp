@@ -6,6 +6,7 @@
 #include <QSignalBlocker>
 #include <QSlider>
 
+namespace ffc::host {
 namespace {
 
 constexpr int FULL = 100; ///< percent
@@ -96,3 +97,5 @@ void CScenePanel::ShowIllumination(int nPercent)
 {
   m_pLampValue->setText(QStringLiteral("%1 %").arg(nPercent));
 }
+
+} // namespace ffc::host

@@ -10,6 +10,8 @@ class QCheckBox;
 class QLabel;
 class QSlider;
 
+namespace ffc::host {
+
 /// Hidden for a camera without a scene control.
 class CScenePanel : public QGroupBox {
   Q_OBJECT
@@ -38,3 +40,5 @@ private:
   QSlider *m_pLamp; ///< percent
   QLabel *m_pLampValue;
 };
+
+} // namespace ffc::host

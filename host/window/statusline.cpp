@@ -2,6 +2,7 @@
 
 #include <QLabel>
 
+namespace ffc::host {
 namespace {
 
 const char *GetStyle(SCorrectionState::EKind eKind)
@@ -66,3 +67,5 @@ void CStatusLine::ShowPixel(const QString &strPixel)
 {
   m_pPixel->setText(strPixel);
 }
+
+} // namespace ffc::host

@@ -9,6 +9,8 @@
 
 class QLabel;
 
+namespace ffc::host {
+
 /// Whether the image is corrected, how fast frames come, what was dropped, and the pixel that is read.
 class CStatusLine : public QStatusBar {
   Q_OBJECT
@@ -32,3 +34,5 @@ private:
   QLabel *m_pShape;
   QLabel *m_pPixel;
 };
+
+} // namespace ffc::host

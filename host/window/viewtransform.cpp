@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+namespace ffc::host {
 namespace {
 
 /// Along one axis: in the middle when there is room, else without a gap.
@@ -78,3 +79,5 @@ void CViewTransform::Update()
   m_ptOrigin = {Place(m_ptOrigin.x(), m_sizeImage.width() * m_dScale, m_sizeView.width()),
                 Place(m_ptOrigin.y(), m_sizeImage.height() * m_dScale, m_sizeView.height())};
 }
+
+} // namespace ffc::host

@@ -6,6 +6,8 @@
 #include <QRectF>
 #include <QSize>
 
+namespace ffc::host {
+
 /// Scale and place of an image in a view: fitted to it, or at a scale of the user's own. An image smaller than the
 /// view lies in its middle; a larger one never leaves a gap at an edge.
 class CViewTransform {
@@ -41,3 +43,5 @@ private:
   QPointF m_ptOrigin; ///< the image's upper left corner in the view
   bool m_bFitted = true;
 };
+
+} // namespace ffc::host

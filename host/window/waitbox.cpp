@@ -1,5 +1,6 @@
 #include "host/window/waitbox.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr int BOX_WIDTH = 360; ///< wide enough for every step, so that the box does not jump
@@ -28,3 +29,5 @@ void CWaitBox::ShowProgress(const QString &strStep, uint32_t nDone, uint32_t nTo
   setMaximum(int(nTotal));
   setValue(int(nDone));
 }
+
+} // namespace ffc::host

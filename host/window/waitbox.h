@@ -6,6 +6,8 @@
 
 #include <QProgressDialog>
 
+namespace ffc::host {
+
 /// Modal to the whole program, so that nothing else can be pressed meanwhile. Shown at once.
 class CWaitBox : public QProgressDialog {
   Q_OBJECT
@@ -17,3 +19,5 @@ public:
   void ShowProgress(const QString &strStep, uint32_t nDone, uint32_t nTotal);
   bool IsCancelled() const { return wasCanceled(); }
 };
+
+} // namespace ffc::host

@@ -11,6 +11,7 @@
 #include "frames/wholefile.h"
 #include "host/headless/steps.h"
 
+namespace ffc::host {
 namespace {
 
 constexpr QSize WINDOW_SIZE(1280, 800);
@@ -110,5 +111,7 @@ QString CWindowTour::SavePicture(const char *pName)
     painter.drawRect(QRect(DIALOG_PLACE, imgDialog.size()).adjusted(-1, -1, 0, 0));
   }
   const QString strPath = QDir(m_strFolder).filePath(QLatin1String(pName) + QStringLiteral(".png"));
-  return QString::fromStdString(ffc::frames::SaveWholePicture(strPath, imgPicture).GetError());
+  return QString::fromStdString(frames::SaveWholePicture(strPath, imgPicture).GetError());
 }
+
+} // namespace ffc::host

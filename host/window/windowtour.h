@@ -10,6 +10,8 @@
 #include "host/viewer/framecollector.h"
 #include "host/window/mainwindow.h"
 
+namespace ffc::host {
+
 /// Raw image, dark field, bright field, corrected image, figures; after each a picture of the window with the plug-in's
 /// dialog before it. For a camera whose scene software can arrange. User-interface thread.
 class CWindowTour {
@@ -33,3 +35,5 @@ private:
   QString m_strFolder;
   std::optional<CDialogDriver> m_driver;
 };
+
+} // namespace ffc::host

@@ -4,6 +4,8 @@
 
 #include "camera/simulated/simulatedcamera.h"
 
+namespace ffc::host {
+
 /// A wire that a test cuts. Nobody is told, only asked.
 class CFaultyCamera::CLink final : public ICameraLink {
 public:
@@ -71,3 +73,5 @@ ISceneControl *CFaultyCamera::GetSceneControl()
   }
   return m_pStuckCap ? m_pStuckCap.get() : m_pCamera->GetSceneControl();
 }
+
+} // namespace ffc::host

@@ -10,6 +10,8 @@
 #include "camera/icameralink.h"
 #include "camera/selfcorrection/correctionmode.h"
 
+namespace ffc::host {
+
 /// A small simulated camera, with faults.
 class CFaultyCamera final : public ICamera {
 public:
@@ -47,3 +49,5 @@ private:
   std::unique_ptr<CStuckCap> m_pStuckCap;
   std::unique_ptr<ICameraLink> m_pLink;
 };
+
+} // namespace ffc::host

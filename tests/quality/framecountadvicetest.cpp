@@ -6,6 +6,8 @@
 
 #include "tests/quality/syntheticscene.h"
 
+using namespace ffc::quality;
+
 namespace {
 
 using EVerdict = SFrameCountAdvice::EVerdict;

@@ -5,6 +5,8 @@
 #include "quality/pairedstacks.h"
 #include "tests/quality/syntheticscene.h"
 
+using namespace ffc::quality;
+
 namespace {
 
 const SColorPlane WHOLE = GetWholeImagePlane();

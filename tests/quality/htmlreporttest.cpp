@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::quality;
+
 namespace {
 
 SUniformity MakeUniformity(double dShading)
@@ -20,9 +22,9 @@ SUniformity MakeUniformity(double dShading)
   return stUniformity;
 }
 
-SQualityResult MakeResult()
+SResult MakeResult()
 {
-  SQualityResult stResult;
+  SResult stResult;
   stResult.stReport.strCamera = "Maker <Model> (7)";
   stResult.stReport.nBrightFrames = 16;
   stResult.stReport.nDarkFrames = 15;
@@ -39,7 +41,7 @@ SQualityResult MakeResult()
   return stResult;
 }
 
-QString MakePage(const SQualityResult &stResult, double dLimit)
+QString MakePage(const SResult &stResult, double dLimit)
 {
   return QString::fromUtf8(MakeHtmlReport(stResult, dLimit, QDateTime({2024, 5, 17}, {13, 5, 9})));
 }
@@ -77,7 +79,7 @@ TEST(HtmlReport, SaysVerdictFiguresFindingsAndSettings)
 
 TEST(HtmlReport, OfACameraThatCorrectsItselfCountsNoClippedSamples)
 {
-  SQualityResult stResult = MakeResult();
+  SResult stResult = MakeResult();
   stResult.bSameExposures = false;
   const QString strPage = MakePage(stResult, 1.0);
   EXPECT_FALSE(strPage.contains("gain limit"));
@@ -96,7 +98,7 @@ TEST(FigureRows, AreOnePerFigureAndPlane)
 
 TEST(QualityJson, AddsVerdictNoiseAdviceAndCounts)
 {
-  const QJsonObject json = QJsonDocument::fromJson(MakeQualityJson(MakeResult(), 0.3)).object();
+  const QJsonObject json = QJsonDocument::fromJson(MakeJson(MakeResult(), 0.3)).object();
   EXPECT_EQ(json["verdict"].toString().toStdString(), "fail");
   EXPECT_EQ(json["shading_limit_percent"].toDouble(), 0.3);
   EXPECT_EQ(json["advised_frames"].toInt(), 16);

@@ -7,6 +7,8 @@
 #include "quality/profileplot.h"
 #include "tests/quality/syntheticscene.h"
 
+using namespace ffc::quality;
+
 TEST(Pictures, AMosaicIsShownInColourAtHalfSize)
 {
   SSyntheticScene stScene{6, 4, 10, nullptr, 0};

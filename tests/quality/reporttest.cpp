@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::quality;
+
 namespace {
 
 SUniformity MakeUniformity(double dPrnu, const std::vector<std::string> &listPlanes)

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <functional>
 
+using namespace ffc::quality;
+
 namespace {
 
 /// Everything about one stack, pixel by pixel, in floating point.

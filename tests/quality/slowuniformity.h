@@ -8,5 +8,6 @@
 #include "tests/quality/syntheticscene.h"
 
 /// Figures of the pixels of one colour (0 red, 1 green, 2 blue), or of all pixels with -1.
-SUniformityFigures MeasureSlowly(const SSyntheticScene &stScene, const std::vector<TestFrame> &listBright,
-                                 const std::vector<TestFrame> &listDark, EColorLayout eLayout, int nColor);
+ffc::quality::SUniformityFigures MeasureSlowly(const SSyntheticScene &stScene, const std::vector<TestFrame> &listBright,
+                                               const std::vector<TestFrame> &listDark, EColorLayout eLayout,
+                                               int nColor);

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstring>
 
+using namespace ffc::quality;
+
 std::vector<TestFrame> SSyntheticScene::MakeFrames(uint32_t nFrames, uint32_t nSeed) const
 {
   std::mt19937 generator(nSeed);

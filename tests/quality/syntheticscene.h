@@ -23,7 +23,7 @@ struct SSyntheticScene {
 
   std::vector<TestFrame> MakeFrames(uint32_t nFrames, uint32_t nSeed) const;
   /// The frames in one stack.
-  CFrameStack MakeStack(const std::vector<TestFrame> &listFrames) const;
+  ffc::quality::CFrameStack MakeStack(const std::vector<TestFrame> &listFrames) const;
 };
 
 /// The bytes of one frame at a bit depth.

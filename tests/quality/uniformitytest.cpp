@@ -6,6 +6,8 @@
 
 #include "tests/quality/slowuniformity.h"
 
+using namespace ffc::quality;
+
 namespace {
 
 /// A repeatable number from 0 to 1 for each pixel.

@@ -7,6 +7,8 @@
 #include "quality/gainlimit.h"
 #include "tests/quality/syntheticscene.h"
 
+using namespace ffc::quality;
+
 namespace {
 
 SUniformity MakeUniformity(const std::vector<double> &listShading)

@@ -118,7 +118,7 @@ TEST(LostHost, TheNextOneGivesTheUserHisSettingsWithOneClick)
   Settings mapLost;
   AddSettings(mapLost, camera.Device());
   EXPECT_NE("", DescribeChanges(mapBefore, mapLost));
-  CSettingsRescue rescue(camera.Device());
+  ffc::host::CSettingsRescue rescue(camera.Device());
   EXPECT_TRUE(rescue.IsPossible());
   EXPECT_EQ("", rescue.Restore().toStdString());
   Settings mapAfter;

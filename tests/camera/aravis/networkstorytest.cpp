@@ -14,6 +14,9 @@
 #include "tests/camera/aravis/coverablecamera.h"
 #include "tests/camera/aravis/gigecameraprocess.h"
 
+using namespace ffc::host;
+using namespace ffc::quality;
+
 namespace {
 
 class NetworkStory : public testing::Test {

@@ -16,6 +16,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::host;
+
 namespace {
 
 /// A dialog with the widgets that the driver knows by name; a test gives them their behaviour.

@@ -10,6 +10,8 @@
 #include "host/dialogdriver/dialogdriver.h"
 #include "tests/host/headless/devicestoryfixture.h"
 
+using namespace ffc::host;
+
 namespace {
 
 constexpr uint32_t MANY_FRAMES = 100000;

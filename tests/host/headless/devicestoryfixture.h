@@ -16,6 +16,8 @@
 #include "genapi/softwarenodemap/softwarenodemap.h"
 #include "host/headless/headlessrun.h"
 
+namespace ffc::host {
+
 /// A quick camera of 256 x 192 pixels, which a test may change each time it gets power.
 class DeviceStoryFixture : public testing::Test {
 protected:
@@ -67,7 +69,7 @@ protected:
 
   bool IsFirstPowerOn() const { return m_nPowerOns == 1; }
   QString GetPath(const char *pFile) const { return m_dir.filePath("out/" + QLatin1String(pFile)); }
-  double GetShading(const SUniformity &stUniformity) const { return stUniformity.stOverall.dShadingPercent; }
+  double GetShading(const quality::SUniformity &stUniformity) const { return stUniformity.stOverall.dShadingPercent; }
 
   /// Change the camera to be made, and the features of the one that was made.
   std::function<void(SSimulatedCameraOptions &)> m_fnBuild;
@@ -75,6 +77,8 @@ protected:
   int m_nPowerOns = 0;
   QTemporaryDir m_dir;
   SHostOptions m_stOptions;
-  SReport m_stReport;
+  quality::SReport m_stReport;
   QString m_strSummary;
 };
+
+} // namespace ffc::host

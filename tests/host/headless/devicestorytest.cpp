@@ -1,5 +1,8 @@
 #include "tests/host/headless/devicestoryfixture.h"
 
+using namespace ffc::host;
+using namespace ffc::quality;
+
 namespace {
 
 class DeviceStory : public DeviceStoryFixture {

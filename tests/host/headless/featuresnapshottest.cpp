@@ -7,6 +7,8 @@
 #include "genapi/softwarenodemap/softwarenodemap.h"
 #include "host/viewer/featuretext.h"
 
+using namespace ffc::host;
+
 namespace {
 
 /// A map with a feature of each kind.

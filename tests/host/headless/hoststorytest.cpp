@@ -8,6 +8,9 @@
 
 #include "tests/host/faultycamera.h"
 
+using namespace ffc::host;
+using namespace ffc::quality;
+
 namespace {
 
 /// Runs with the real module, in this process, with a camera of 64 x 64 pixels.

@@ -3,6 +3,8 @@
 
 #include "tests/host/headless/devicestoryfixture.h"
 
+using namespace ffc::host;
+
 namespace {
 
 class InertStory : public DeviceStoryFixture {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::host;
+
 TEST(ProgressLine, CountsFramesUpToTheStepsNumber)
 {
   std::ostringstream stream;

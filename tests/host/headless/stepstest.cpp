@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::host;
+
 TEST(Steps, RunOneAfterTheOther)
 {
   CProgressLine progress(nullptr);

@@ -1,5 +1,8 @@
 #include "tests/host/headless/devicestoryfixture.h"
 
+using namespace ffc::host;
+using namespace ffc::quality;
+
 namespace {
 
 /// Pixel format, block side, and the shading in percent that so few blocks leave at most.

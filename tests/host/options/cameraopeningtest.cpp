@@ -4,6 +4,8 @@
 
 #include "host/viewer/featuretext.h"
 
+using namespace ffc::host;
+
 namespace {
 
 SHostOptions MakeOptions(ECorrectionMode eMode)

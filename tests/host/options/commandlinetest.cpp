@@ -7,6 +7,8 @@
 
 #include "camera/realcameras.h"
 
+using namespace ffc::host;
+
 namespace {
 
 SCommandLine Parse(std::vector<const char *> listArguments)

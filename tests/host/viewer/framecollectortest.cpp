@@ -4,6 +4,8 @@
 
 #include "tests/support/framepump.h"
 
+using namespace ffc::host;
+
 namespace {
 
 /// Delivers frames of one byte to the pipeline from a thread of their own.

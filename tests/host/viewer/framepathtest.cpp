@@ -8,6 +8,8 @@
 #include "host/viewer/framepipeline.h"
 #include "tests/host/fakeplugin.h"
 
+using namespace ffc::host;
+
 namespace {
 
 constexpr uint32_t WIDTH = 2448;

@@ -7,6 +7,8 @@
 
 #include "tests/host/fakeplugin.h"
 
+using namespace ffc::host;
+
 namespace {
 
 /// A pipeline with a fake plug-in, and frames of 4 x 2 bytes.

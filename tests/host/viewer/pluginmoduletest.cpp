@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::host;
+
 TEST(PluginModule, AMissingFileIsNamed)
 {
   CPluginModule module;

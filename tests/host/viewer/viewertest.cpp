@@ -7,6 +7,8 @@
 #include "camera/simulated/simulatedcamera.h"
 #include "host/viewer/framecollector.h"
 
+using namespace ffc::host;
+
 namespace {
 
 class Viewer : public testing::Test {

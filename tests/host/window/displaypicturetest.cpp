@@ -7,6 +7,8 @@
 
 #include "host/window/frameanalysis.h"
 
+using namespace ffc::host;
+
 namespace {
 
 using FnSample = std::function<uint32_t(uint32_t nX, uint32_t nY)>;

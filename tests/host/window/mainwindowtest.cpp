@@ -9,11 +9,13 @@
 #include <QTabWidget>
 #include <QWheelEvent>
 
-#include "host/options/language.h"
 #include "host/dialogdriver/modalanswerer.h"
+#include "host/options/language.h"
 #include "host/window/imageview.h"
 #include "tests/host/faultycamera.h"
 #include "tests/host/window/windowfixture.h"
+
+using namespace ffc::host;
 
 namespace {
 
@@ -326,7 +328,7 @@ TEST_F(MainWindow, RemembersHowItWasLeft)
 TEST_F(MainWindow, EveryKeyStandsForOneThingInBothLanguages)
 {
   for (const bool bChinese : {false, true}) {
-    const CHostLanguage language(bChinese);
+    const CLanguage language(bChinese);
     ShowWindow();
     QStringList listTexts;
     for (const QAction *pAction : m_pWindow->menuBar()->actions()) {

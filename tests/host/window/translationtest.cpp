@@ -3,6 +3,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QMap>
+#include <QPair>
 #include <QRegularExpression>
 #include <QSet>
 #include <QString>
@@ -10,53 +11,98 @@
 #include <gtest/gtest.h>
 
 #include "host/options/language.h"
+#include "host/window/mainwindow.h"
+
+using namespace ffc::host;
 
 namespace {
 
 const QRegularExpression LITERAL(R"-("((?:[^"\\]|\\.)*)")-");
 
-/// Every text in the sources that passes through a translation.
-QSet<QString> ListSourceTexts()
+/// Who asks for a text, and the text.
+using Message = QPair<QString, QString>;
+
+/// The class whose member function the place lies in, as the toolkit knows it.
+QString FindClass(const QString &strSource, int nPlace)
+{
+  const QRegularExpression definition(R"-(^\S.*?\b(C[A-Z]\w*)::~?\w+\()-", QRegularExpression::MultilineOption);
+  QString strClass;
+  for (QRegularExpressionMatchIterator it = definition.globalMatch(strSource); it.hasNext();) {
+    const QRegularExpressionMatch match = it.next();
+    strClass = match.capturedStart() < nPlace ? match.captured(1) : strClass;
+  }
+  return QStringLiteral("ffc::host::") + strClass;
+}
+
+QString JoinLiterals(const QString &strLiterals)
+{
+  QString strText;
+  for (QRegularExpressionMatchIterator it = LITERAL.globalMatch(strLiterals); it.hasNext();) {
+    strText += it.next().captured(1);
+  }
+  return strText.replace(QStringLiteral("\\n"), QStringLiteral("\n"));
+}
+
+/// Every text of one source that passes through a translation.
+QSet<Message> ListMessages(const QString &strSource)
 {
   const QRegularExpression call(
-    R"-((?:\btr\(|\bTranslate\(|QT_TRANSLATE_NOOP\("\w+",)\s*((?:"(?:[^"\\]|\\.)*"\s*)+))-");
-  QSet<QString> setTexts;
+    R"-((?:\b(tr)\(|\bTranslate\(|QT_TRANSLATE_NOOP\("\w+",)\s*((?:"(?:[^"\\]|\\.)*"\s*)+))-");
+  const QString strContext =
+    QRegularExpression(R"-(QCoreApplication::translate\("(\w+)")-").match(strSource).captured(1);
+  QSet<Message> setMessages;
+  for (QRegularExpressionMatchIterator it = call.globalMatch(strSource); it.hasNext();) {
+    const QRegularExpressionMatch match = it.next();
+    const bool bOfClass = !match.captured(1).isEmpty();
+    setMessages.insert(
+      {bOfClass ? FindClass(strSource, match.capturedStart()) : strContext, JoinLiterals(match.captured(2))});
+  }
+  return setMessages;
+}
+
+QSet<Message> ListSourceMessages()
+{
+  QSet<Message> setMessages;
   for (const char *pFolder : {FFC_SOURCE_DIR "/host", FFC_SOURCE_DIR "/quality"}) {
     QDirIterator it(QString::fromUtf8(pFolder), {"*.cpp"}, QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext()) {
       QFile file(it.next());
       EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-      QRegularExpressionMatchIterator itCall = call.globalMatch(QString::fromUtf8(file.readAll()));
-      while (itCall.hasNext()) {
-        QString strText;
-        QRegularExpressionMatchIterator itPart = LITERAL.globalMatch(itCall.next().captured(1));
-        while (itPart.hasNext()) {
-          strText += itPart.next().captured(1);
-        }
-        setTexts.insert(strText.replace(QStringLiteral("\\n"), QStringLiteral("\n")));
-      }
+      setMessages += ListMessages(QString::fromUtf8(file.readAll()));
     }
   }
-  return setTexts;
+  return setMessages;
 }
 
-/// Source texts and their translations, over all contexts.
-QMap<QString, QString> ReadTranslations()
+QString Plain(QString strText)
+{
+  return strText.replace("&lt;", "<").replace("&gt;", ">").replace("&quot;", "\"").replace("&amp;", "&");
+}
+
+/// Messages and their translations.
+QMap<Message, QString> ReadTranslations()
 {
   QFile file(QStringLiteral(FFC_SOURCE_DIR "/host/translations/ffchost_zh.ts"));
   EXPECT_TRUE(file.open(QIODevice::ReadOnly));
   const QString strContent = QString::fromUtf8(file.readAll());
-  const QRegularExpression message(R"-(<source>(.*?)</source>\s*<translation>(.*?)</translation>)-",
-                                   QRegularExpression::DotMatchesEverythingOption);
-  const auto Plain = [](QString strText) {
-    return strText.replace("&lt;", "<").replace("&gt;", ">").replace("&quot;", "\"").replace("&amp;", "&");
-  };
-  QMap<QString, QString> mapTexts;
-  for (QRegularExpressionMatchIterator it = message.globalMatch(strContent); it.hasNext();) {
+  const QRegularExpression part(R"-(<name>(.*?)</name>|<source>(.*?)</source>\s*<translation>(.*?)</translation>)-",
+                                QRegularExpression::DotMatchesEverythingOption);
+  QMap<Message, QString> mapTexts;
+  QString strContext;
+  for (QRegularExpressionMatchIterator it = part.globalMatch(strContent); it.hasNext();) {
     const QRegularExpressionMatch match = it.next();
-    mapTexts.insert(Plain(match.captured(1)), Plain(match.captured(2)));
+    if (!match.captured(1).isEmpty()) {
+      strContext = match.captured(1);
+    } else {
+      mapTexts.insert({strContext, Plain(match.captured(2))}, Plain(match.captured(3)));
+    }
   }
   return mapTexts;
+}
+
+std::string Describe(const Message &message)
+{
+  return (message.first + ": " + message.second).toStdString();
 }
 
 QSet<QString> ListMarkers(const QString &strText, const char *pPattern)
@@ -71,25 +117,25 @@ QSet<QString> ListMarkers(const QString &strText, const char *pPattern)
 
 } // namespace
 
-TEST(HostTranslation, HasEveryTextOfTheHostAndNoOther)
+TEST(HostTranslation, HasEveryTextOfTheHostWhereItIsAskedForAndNoOther)
 {
-  const QSet<QString> setSources = ListSourceTexts();
-  const QMap<QString, QString> mapTexts = ReadTranslations();
+  const QSet<Message> setSources = ListSourceMessages();
+  const QMap<Message, QString> mapTexts = ReadTranslations();
   EXPECT_GT(setSources.size(), 100);
-  for (const QString &strSource : setSources) {
-    EXPECT_FALSE(mapTexts.value(strSource).isEmpty()) << "no translation: " << strSource.toStdString();
+  for (const Message &message : setSources) {
+    EXPECT_FALSE(mapTexts.value(message).isEmpty()) << "no translation: " << Describe(message);
   }
-  for (const QString &strText : mapTexts.keys()) {
-    EXPECT_TRUE(setSources.contains(strText)) << "not used any more: " << strText.toStdString();
+  for (const Message &message : mapTexts.keys()) {
+    EXPECT_TRUE(setSources.contains(message)) << "not used any more: " << Describe(message);
   }
 }
 
 TEST(HostTranslation, KeepsPlacesForValuesAndKeys)
 {
-  const QMap<QString, QString> mapTexts = ReadTranslations();
+  const QMap<Message, QString> mapTexts = ReadTranslations();
   for (auto it = mapTexts.cbegin(); it != mapTexts.cend(); ++it) {
     for (const char *pPattern : {"%[0-9]", "&[a-z0-9]"}) {
-      EXPECT_EQ(ListMarkers(it.key(), pPattern), ListMarkers(it.value(), pPattern)) << it.key().toStdString();
+      EXPECT_EQ(ListMarkers(it.key().second, pPattern), ListMarkers(it.value(), pPattern)) << Describe(it.key());
     }
   }
 }
@@ -97,10 +143,11 @@ TEST(HostTranslation, KeepsPlacesForValuesAndKeys)
 TEST(HostTranslation, IsCompiledIn)
 {
   {
-    const CHostLanguage language(true);
+    const CLanguage language(true);
     EXPECT_EQ(QCoreApplication::translate("CorrectionState", "corrected"), QString::fromUtf8("已校正"));
+    EXPECT_EQ(CMainWindow::tr("Flat field"), QString::fromUtf8("平场"));
   }
   EXPECT_EQ(QCoreApplication::translate("CorrectionState", "corrected"), QString("corrected"));
-  const CHostLanguage language(false);
+  const CLanguage language(false);
   EXPECT_EQ(QCoreApplication::translate("CorrectionState", "corrected"), QString("corrected"));
 }

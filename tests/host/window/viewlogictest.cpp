@@ -7,6 +7,8 @@
 #include "host/window/framerate.h"
 #include "host/window/viewtransform.h"
 
+using namespace ffc::host;
+
 namespace {
 
 using EKind = SCorrectionState::EKind;

@@ -18,6 +18,8 @@
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/window/mainwindow.h"
 
+namespace ffc::host {
+
 /// What the window remembers goes to a folder of the test's own.
 class WindowFixture : public testing::Test {
 protected:
@@ -89,3 +91,5 @@ protected:
   double m_dFrameRate = 100;
   std::unique_ptr<CMainWindow> m_pWindow;
 };
+
+} // namespace ffc::host

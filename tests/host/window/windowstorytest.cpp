@@ -15,6 +15,8 @@
 #include "host/dialogdriver/modalanswerer.h"
 #include "tests/host/window/windowfixture.h"
 
+using namespace ffc::host;
+
 namespace {
 
 class WindowStory : public WindowFixture {
