@@ -16,9 +16,9 @@ using namespace ffc::host;
 
 namespace {
 
-int Fail(const QString &strError)
+int Fail(const ffc::Failure &failure)
 {
-  std::cerr << "ffchost: " << strError.toStdString() << std::endl;
+  std::cerr << "ffchost: " << failure.GetText() << std::endl;
   return EXIT_FAILURE;
 }
 
@@ -34,9 +34,9 @@ int RunHeadless(const SHostOptions &stOptions)
 {
   CProgressLine progress(IsErrorStreamTerminal() ? &std::cerr : nullptr);
   CHeadlessRun run(stOptions, OpenCamera, progress);
-  const QString strError = run.Run();
-  if (!strError.isEmpty()) {
-    return Fail(strError);
+  const ffc::Result<> result = run.Run();
+  if (!result) {
+    return Fail(result.GetFailure());
   }
   std::cout << run.GetSummary().toStdString();
   std::cout << "  written to " << stOptions.strOutFolder << std::endl;
@@ -46,20 +46,19 @@ int RunHeadless(const SHostOptions &stOptions)
 /// Gives the camera its user's settings back.
 int RunRescue(const SHostOptions &stOptions)
 {
-  const SOpenedCamera stOpened = OpenCamera(stOptions);
-  if (stOpened.pCamera == nullptr) {
-    return Fail(stOpened.strError);
+  const OpenedCamera opened = OpenCamera(stOptions);
+  if (!opened) {
+    return Fail(opened.GetFailure());
   }
-  CSettingsRescue rescue(*stOpened.pCamera->GetDeviceNodeMap());
-  const QString strError = rescue.Restore();
-  if (!strError.isEmpty()) {
-    return Fail(strError);
+  const ffc::Result<QStringList> changes = CSettingsRescue(*opened.GetValue()->GetDeviceNodeMap()).Restore();
+  if (!changes) {
+    return Fail(changes.GetFailure());
   }
-  for (const QString &strChange : rescue.GetChanges()) {
+  for (const QString &strChange : changes.GetValue()) {
     std::cout << strChange.toStdString() << '\n';
   }
-  std::cout << (rescue.GetChanges().isEmpty() ? "The camera has the settings of UserSet0 already."
-                                              : "The camera has the settings of UserSet0 again.")
+  std::cout << (changes.GetValue().isEmpty() ? "The camera has the settings of UserSet0 already."
+                                             : "The camera has the settings of UserSet0 again.")
             << std::endl;
   return EXIT_SUCCESS;
 }
@@ -68,14 +67,14 @@ int RunLive(const SHostOptions &stOptions)
 {
   CLanguage language(stOptions.bChinese);
   CMainWindow window(stOptions, OpenCamera);
-  const QString strError = window.OpenCamera(stOptions);
-  if (!strError.isEmpty()) {
-    return Fail(strError);
+  const ffc::Result<> opened = window.OpenCamera(stOptions);
+  if (!opened) {
+    return Fail(opened.GetFailure());
   }
   window.show();
   if (!stOptions.strTourFolder.empty()) {
-    const QString strTourError = CWindowTour(window, QString::fromStdString(stOptions.strTourFolder)).Run();
-    return strTourError.isEmpty() ? EXIT_SUCCESS : Fail(strTourError);
+    const ffc::Result<> toured = CWindowTour(window, QString::fromStdString(stOptions.strTourFolder)).Run();
+    return toured ? EXIT_SUCCESS : Fail(toured.GetFailure());
   }
   return QApplication::exec();
 }

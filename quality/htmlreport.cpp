@@ -158,10 +158,10 @@ QByteArray MakeHtmlReport(const SResult &stResult, double dLimitPercent, const Q
     strPage += QStringLiteral("<li>%1</li>\n").arg(strFinding.toHtmlEscaped());
   }
   strPage += QStringLiteral("</ul>\n<h2>%1</h2>\n").arg(Translate("Pictures"));
-  AddFigure(strPage, stResult.imgBefore, Translate("Before"));
-  AddFigure(strPage, stResult.imgAfter, Translate("After"));
-  AddFigure(strPage, stResult.imgContrastBefore, Translate("Before, unevenness stretched"));
-  AddFigure(strPage, stResult.imgContrastAfter, Translate("After, stretched alike"));
+  AddFigure(strPage, stResult.stPictures.imgBefore, Translate("Before"));
+  AddFigure(strPage, stResult.stPictures.imgAfter, Translate("After"));
+  AddFigure(strPage, stResult.stPictures.imgContrastBefore, Translate("Before, unevenness stretched"));
+  AddFigure(strPage, stResult.stPictures.imgContrastAfter, Translate("After, stretched alike"));
   AddFigure(strPage, stResult.imgProfile, Translate("Grey along the middle"), "wide");
   strPage += QStringLiteral("<h2>%1</h2>\n").arg(Translate("Settings")) + MakeSettings(stResult);
   strPage += QStringLiteral("</body></html>\n");

@@ -29,6 +29,13 @@ bool CPairedStacks::Prepare(uint32_t nWidth, uint32_t nHeight, const SSensorForm
          m_stackCorrected.Prepare(nWidth, nHeight, stFormat.nBitDepth);
 }
 
+double CPairedStacks::GetNewlyClippedPercent() const
+{
+  const double dSamples =
+    static_cast<double>(m_stackRaw.GetWidth()) * m_stackRaw.GetHeight() * m_stackRaw.GetFrameCount();
+  return dSamples > 0 ? 100.0 * static_cast<double>(m_nNewlyClipped) / dSamples : 0.0;
+}
+
 bool CPairedStacks::Add(const void *pRaw, const void *pCorrected, std::size_t nSize)
 {
   if (pRaw == nullptr || pCorrected == nullptr || nSize == 0 || nSize != m_stackRaw.GetFrameSize()) {

@@ -30,6 +30,8 @@ public:
   uint32_t GetRepeatedCount() const { return m_nRepeated; }
   /// Samples at the depth's maximum in a corrected frame that were not there in its raw frame.
   uint64_t GetNewlyClippedCount() const { return m_nNewlyClipped; }
+  /// The same in percent of all samples; 0 for empty stacks.
+  double GetNewlyClippedPercent() const;
 
 private:
   CFrameStack m_stackRaw;

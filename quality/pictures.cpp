@@ -103,4 +103,11 @@ QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, dou
   return imgContrast;
 }
 
+SPictures MakePictures(const CFrameStack &stBefore, const CFrameStack &stAfter, EColorLayout eLayout)
+{
+  const double dRange = GetContrastRange(stBefore, eLayout);
+  return {MakeViewPicture(stBefore, eLayout), MakeViewPicture(stAfter, eLayout),
+          MakeContrastPicture(stBefore, eLayout, dRange), MakeContrastPicture(stAfter, eLayout, dRange)};
+}
+
 } // namespace ffc::quality

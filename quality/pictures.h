@@ -21,4 +21,14 @@ double GetContrastRange(const CFrameStack &stStack, EColorLayout eLayout);
 /// middle grey, +dRange white. With one range for two images their contrast can be compared.
 QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, double dRange);
 
+/// The mean images before and after, as a viewer shows them, and stretched about their means, both alike.
+struct SPictures {
+  QImage imgBefore;
+  QImage imgAfter;
+  QImage imgContrastBefore;
+  QImage imgContrastAfter;
+};
+
+SPictures MakePictures(const CFrameStack &stBefore, const CFrameStack &stAfter, EColorLayout eLayout);
+
 } // namespace ffc::quality

@@ -11,6 +11,7 @@
 
 #include "quality/framecountadvice.h"
 #include "quality/noise.h"
+#include "quality/pictures.h"
 #include "quality/report.h"
 #include "quality/verdict.h"
 
@@ -23,10 +24,7 @@ struct SResult {
   bool bSameExposures = true; ///< before and after; what follows is known only then
   uint64_t nNewlyClipped = 0; ///< samples of all measured bright frames
   uint64_t nAtGainLimit = 0;  ///< pixels
-  QImage imgBefore;           ///< as a viewer shows them
-  QImage imgAfter;
-  QImage imgContrastBefore; ///< stretched about the mean, both alike
-  QImage imgContrastAfter;
+  SPictures stPictures;
   QImage imgProfile;
   QList<std::pair<QString, QString>> listSettings; ///< feature and value
 };

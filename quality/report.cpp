@@ -72,12 +72,10 @@ bool HasExpectGray(const SReport &stReport)
 
 void AddHostFigures(const SReport &stReport, QJsonObject &json)
 {
-  const SThroughput &stThroughput = stReport.stThroughput;
   json.insert(QStringLiteral("exposures"), QStringLiteral("the same before and after"));
   json.insert(QStringLiteral("newly_clipped_percent"), stReport.dNewlyClippedPercent);
-  json.insert(QStringLiteral("throughput"),
-              QJsonObject{{"frames_per_second", stThroughput.GetFramesPerSecond()},
-                          {"megapixels_per_second", stThroughput.GetMegapixelsPerSecond()}});
+  json.insert(QStringLiteral("throughput"), QJsonObject{{"frames_per_second", stReport.dFramesPerSecond},
+                                                        {"megapixels_per_second", stReport.dMegapixelsPerSecond}});
 }
 
 void AddCameraFigures(const SReport &stReport, QJsonObject &json)
@@ -164,6 +162,14 @@ QString MakeHeading(const SReport &stReport)
 
 } // namespace
 
+void MeasureFigures(const SFigureStacks &stStacks, SReport &stReport)
+{
+  stReport.nBrightFrames = stStacks.stBrightBefore.GetFrameCount();
+  stReport.nDarkFrames = stStacks.stDarkBefore.GetFrameCount();
+  stReport.stBefore = MeasureUniformity(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.eLayout);
+  stReport.stAfter = MeasureUniformity(stStacks.stBrightAfter, stStacks.stDarkAfter, stStacks.eLayout);
+}
+
 QStringList MakeFigureNotes(const SReport &stReport)
 {
   const bool bByHost = stReport.eMode == ECorrectionMode::None;
@@ -217,8 +223,8 @@ QString MakeReportTable(const SReport &stReport)
   QString strTable = MakeHeading(stReport) + MakeFigureTable(stReport) + QLatin1Char('\n');
   if (stReport.eMode == ECorrectionMode::None) {
     strTable += QStringLiteral("  ProcessImage: %1 frames/s, %2 megapixels/s\n")
-                  .arg(stReport.stThroughput.GetFramesPerSecond(), 0, 'f', 1)
-                  .arg(stReport.stThroughput.GetMegapixelsPerSecond(), 0, 'f', 1);
+                  .arg(stReport.dFramesPerSecond, 0, 'f', 1)
+                  .arg(stReport.dMegapixelsPerSecond, 0, 'f', 1);
   } else {
     strTable += QStringLiteral("  before and after: %1\n").arg(QLatin1String(OTHER_EXPOSURES));
   }

@@ -18,19 +18,6 @@ namespace ffc::quality {
 /// figures of noisy frames.
 constexpr double RELOAD_TOLERANCE_PERCENT = 0.2;
 
-/// What went through ProcessImage and came back corrected.
-struct SThroughput {
-  uint64_t nFrames = 0;
-  uint64_t nPixels = 0;
-  uint64_t nNanoseconds = 0; ///< spent inside ProcessImage
-
-  double GetFramesPerSecond() const { return PerSecond(double(nFrames)); }
-  double GetMegapixelsPerSecond() const { return PerSecond(double(nPixels) / 1e6); }
-
-private:
-  double PerSecond(double dAmount) const { return nNanoseconds == 0 ? 0.0 : dAmount * 1e9 / double(nNanoseconds); }
-};
-
 struct SReport {
   ECorrectionMode eMode = ECorrectionMode::None; ///< None: the host corrects, else the camera
   QString strCamera;
@@ -49,9 +36,22 @@ struct SReport {
   std::optional<SUniformity> stAfterReload;
   /// Samples clipped by the correction alone; only known where before and after are the same exposures.
   double dNewlyClippedPercent = 0;
-  SThroughput stThroughput; ///< of the host's correction
+  double dFramesPerSecond = 0;     ///< of the host's correction
+  double dMegapixelsPerSecond = 0; ///< the same
   QStringList listNotes;
 };
+
+/// Bright and dark frames before and after the correction. Of one size and depth.
+struct SFigureStacks {
+  const CFrameStack &stDarkBefore;
+  const CFrameStack &stDarkAfter;
+  const CFrameStack &stBrightBefore;
+  const CFrameStack &stBrightAfter;
+  EColorLayout eLayout;
+};
+
+/// Fills in the figures before and after, and the numbers of frames that they come from.
+void MeasureFigures(const SFigureStacks &stStacks, SReport &stReport);
 
 /// What the figures mean, in words; empty when there is nothing to remark. Says so when the correction
 /// made PRNU worse, and why.

@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 #include <QFile>
 
-#include "host/headless/steps.h"
+#include "host/viewer/blocksize.h"
 
 namespace ffc::host {
 namespace {
@@ -36,18 +36,15 @@ void CBench::StopStream()
   }
 }
 
-QString CBench::Open()
+Result<> CBench::Open()
 {
-  return RunUntilFailure({
-    [this] { return m_folder.Prepare(); },
-    [this] { return PrepareFlash(); },
-    [this] { return OpenCameraInViewer(); },
-    [this] { return SelectBlockSize(m_pViewer->GetCamera(), m_stOptions.nBlockSize); },
-    [this] { return m_pViewer->Open(m_stOptions); },
-  });
+  return RunUntilFailure([this] { return m_folder.Prepare(); }, [this] { return PrepareFlash(); },
+                         [this] { return OpenCameraInViewer(); },
+                         [this] { return SelectBlockSize(m_pViewer->GetCamera(), m_stOptions.nBlockSize); },
+                         [this] { return m_pViewer->Open(m_stOptions); });
 }
 
-QString CBench::PrepareFlash()
+Result<> CBench::PrepareFlash()
 {
   if (m_stOptions.eMode == ECorrectionMode::None || !m_stOptions.strFlashFile.empty()) {
     return {};
@@ -55,55 +52,56 @@ QString CBench::PrepareFlash()
   const QString strFlash = m_folder.GetPath(FLASH_FILE);
   m_stOptions.strFlashFile = strFlash.toStdString();
   QFile file(strFlash);
-  return !file.exists() || file.remove() ? QString()
-                                         : QStringLiteral("cannot replace %1: %2").arg(strFlash, file.errorString());
+  if (file.exists() && !file.remove()) {
+    return Failure(QStringLiteral("cannot replace %1: %2").arg(strFlash, file.errorString()));
+  }
+  return {};
 }
 
-QString CBench::OpenCameraInViewer()
+Result<> CBench::OpenCameraInViewer()
 {
-  SOpenedCamera stOpened = m_fnOpenCamera(m_stOptions);
-  if (stOpened.pCamera == nullptr) {
-    return stOpened.strError;
+  OpenedCamera opened = m_fnOpenCamera(m_stOptions);
+  if (!opened) {
+    return opened.GetFailure();
   }
-  m_pViewer = std::make_unique<CViewer>(std::move(stOpened.pCamera));
+  m_pViewer = std::make_unique<CViewer>(std::move(opened).GetValue());
   m_pViewer->GetPipeline().SetObserver([this] { m_progress.CountFrame(); });
   m_collector.emplace(m_pViewer->GetPipeline());
-  m_collector->SetTroubleCheck([this] { return m_pViewer->GetStreamError(); });
+  m_collector->SetCheck([this] { return m_pViewer->GetStreamState(); });
   m_stReport.strCamera = QString::fromStdString(m_pViewer->GetCamera().GetDisplayName());
-  return m_pViewer->GetCamera().GetSceneControl() != nullptr
-           ? QString()
-           : QStringLiteral("the scene of this camera cannot be set by software");
+  if (m_pViewer->GetCamera().GetSceneControl() == nullptr) {
+    return Failure("the scene of this camera cannot be set by software");
+  }
+  return {};
 }
 
-QString CBench::OpenDialog()
+Result<> CBench::OpenDialog()
 {
   m_pViewer->ShowDialog();
   QCoreApplication::processEvents();
   QDialog *pDialog = CDialogDriver::FindDialog();
   if (pDialog == nullptr) {
-    return QStringLiteral("the plug-in shows no dialog");
+    return Failure("the plug-in shows no dialog");
   }
   m_driver.emplace(*pDialog);
   return {};
 }
 
-QString CBench::ReopenDialog()
+Result<> CBench::ReopenDialog()
 {
   m_driver.reset();
-  const QString strError = m_pViewer->Reopen();
-  return strError.isEmpty() ? OpenDialog() : strError;
+  return RunUntilFailure([this] { return m_pViewer->Reopen(); }, [this] { return OpenDialog(); });
 }
 
-QString CBench::PowerCycle()
+Result<> CBench::PowerCycle()
 {
   m_driver.reset();
   m_collector.reset();
   m_pViewer.reset();
-  const QString strError = OpenCameraInViewer();
-  return strError.isEmpty() ? m_pViewer->Open(m_stOptions) : strError;
+  return RunUntilFailure([this] { return OpenCameraInViewer(); }, [this] { return m_pViewer->Open(m_stOptions); });
 }
 
-QString CBench::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
+Result<> CBench::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
 {
   m_pViewer->StopStream();
   ISceneControl *pScene = m_pViewer->GetCamera().GetSceneControl();
@@ -112,64 +110,62 @@ QString CBench::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
   return m_pViewer->StartStream();
 }
 
-QString CBench::ReadFormat()
+Result<> CBench::ReadFormat()
 {
-  // A new frame: the latest may be of a format that an acquisition selected for itself.
-  SCameraFrame stFrame;
-  QString strError =
-    m_collector->Collect(1, CFramePipeline::EWanted::Any, [&stFrame](const SProcessedFrame &stProcessed) {
-      stFrame = *stProcessed.pRaw;
-      return true;
-    });
-  if (!strError.isEmpty()) {
-    return strError;
+  const Result<SStreamFormat> format = ReadStreamFormat(*m_collector);
+  if (!format) {
+    return format.GetFailure();
   }
-  m_pFormat = FindSensorFormat(stFrame.nPixelFormat);
-  if (m_pFormat == nullptr) {
-    return QStringLiteral("unknown pixel format 0x%1").arg(stFrame.nPixelFormat, 8, 16, QLatin1Char('0'));
-  }
-  m_stReport.strPixelFormat = QString::fromStdString(m_pFormat->strName);
-  m_stReport.nWidth = stFrame.nWidth;
-  m_stReport.nHeight = stFrame.nHeight;
+  m_stFormat = format.GetValue();
+  m_stReport.strPixelFormat = QString::fromStdString(m_stFormat.pFormat->strName);
+  m_stReport.nWidth = m_stFormat.nWidth;
+  m_stReport.nHeight = m_stFormat.nHeight;
   return {};
 }
 
-QString CBench::AcquireDark()
+Result<> CBench::PrepareMeasurement(bool bLensCap)
+{
+  const Result<> result = SetScene(bLensCap, ISceneControl::EPurpose::Measurement);
+  m_progress.BeginStep(bLensCap ? "measuring dark frames" : "measuring bright frames", MEASURED_FRAMES);
+  return result;
+}
+
+Result<> CBench::AcquireDark()
 {
   m_progress.BeginStep("dark field", 1);
   const SDialogAnswer stAnswer = m_driver->AcquireDark();
-  const QString strError = Judge(stAnswer);
-  return strError.isEmpty() && stAnswer.strPrompt.isEmpty() ? QStringLiteral("the dialog reports no result") : strError;
+  const Result<> result = Judge(stAnswer);
+  return result && stAnswer.strPrompt.isEmpty() ? Failure("the dialog reports no result") : result;
 }
 
-QString CBench::SelectFrameCount()
+Result<> CBench::SelectFrameCount()
 {
   return Judge(m_driver->SetFrameCount(m_stOptions.nFrames));
 }
 
-QString CBench::AcquireBright()
+Result<> CBench::AcquireBright()
 {
-  const uint32_t nSettling = m_pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
+  const uint32_t nSettling = m_stFormat.pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
   m_progress.BeginStep("bright field", uint32_t(m_stOptions.nFrames) + nSettling);
-  const QString strError = Judge(m_driver->AcquireBright());
-  return strError.isEmpty() && !m_driver->IsExecuteEnabled()
-           ? QStringLiteral("the dialog does not accept the bright field")
-           : strError;
+  const Result<> result = Judge(m_driver->AcquireBright());
+  return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
 }
 
-QString CBench::SelectExpectGray()
+Result<> CBench::SelectExpectGray()
 {
-  QString strError = m_stOptions.nExpectGray >= 0 ? Judge(m_driver->SetExpectGray(m_stOptions.nExpectGray)) : QString();
+  const Result<> result =
+    m_stOptions.nExpectGray >= 0 ? Judge(m_driver->SetExpectGray(m_stOptions.nExpectGray)) : Result<>();
   m_stReport.nExpectGray = m_driver->GetExpectGray();
-  m_stReport.nExpectGrayDn = m_stReport.nExpectGray << (m_pFormat->nBitDepth - 8);
-  return strError;
+  m_stReport.nExpectGrayDn = m_stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
+  return result;
 }
 
-QString CBench::Judge(const SDialogAnswer &stAnswer)
+Result<> CBench::Judge(const SDialogAnswer &stAnswer)
 {
   if (!stAnswer.strBox.isEmpty()) {
-    const QString strStream = m_pViewer->GetStreamError();
-    return strStream.isEmpty() ? stAnswer.strBox : QStringLiteral("%1 (%2)").arg(stAnswer.strBox, strStream);
+    const Result<> stream = m_pViewer->GetStreamState();
+    return Failure(stream ? stAnswer.strBox
+                          : QStringLiteral("%1 (%2)").arg(stAnswer.strBox, QString::fromStdString(stream.GetError())));
   }
   if (stAnswer.bWarning && !m_stReport.listNotes.contains(stAnswer.strPrompt)) {
     m_stReport.listNotes << stAnswer.strPrompt;

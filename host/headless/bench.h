@@ -11,6 +11,7 @@
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/headless/progressline.h"
 #include "host/headless/resultfolder.h"
+#include "host/measurement/freshframes.h"
 #include "host/options/cameraopening.h"
 #include "host/options/commandline.h"
 #include "host/viewer/framecollector.h"
@@ -19,11 +20,7 @@
 
 namespace ffc::host {
 
-/// Fresh frames that a figure is taken on.
-constexpr uint32_t MEASURED_FRAMES = 16;
-
-/// A camera in the viewer, the plug-in's dialog, and the common steps of the stories. Each step returns
-/// empty or why it failed. User-interface thread.
+/// A camera in the viewer, the plug-in's dialog, and the common steps of the stories. User-interface thread.
 class CBench {
 public:
   /// \param fnOpenCamera called by Open and PowerCycle
@@ -34,32 +31,34 @@ public:
 
   /// Makes the folder, the camera and the plug-in's binding to it. A camera that corrects itself gets a
   /// fresh flash in that folder, unless the user named one.
-  QString Open();
+  Result<> Open();
   /// Shows the dialog.
-  QString OpenDialog();
+  Result<> OpenDialog();
   /// Binds the plug-in anew and shows its dialog, as after closing and opening the camera. The stream stops.
-  QString ReopenDialog();
+  Result<> ReopenDialog();
   /// Takes the power from the camera and gives it back: the old camera is gone before the new one is made,
   /// and only its flash is the same. The stream is stopped then, and no dialog open.
-  QString PowerCycle();
+  Result<> PowerCycle();
   void StopStream();
 
   /// Sets what stands before the lens, with the stream stopped meanwhile, so that no frame of the old scene is
   /// under way.
-  QString SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose);
+  Result<> SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose);
   /// Fills the report's format and size from a frame of the running stream.
-  QString ReadFormat();
+  Result<> ReadFormat();
+  /// Sets the scene for figures, and shows progress.
+  Result<> PrepareMeasurement(bool bLensCap);
 
   /// Presses the button for the dark field. The scene is set, the stream runs.
-  QString AcquireDark();
-  QString SelectFrameCount();
+  Result<> AcquireDark();
+  Result<> SelectFrameCount();
   /// Presses the button for the bright field. The scene is set, the format known, the stream runs.
-  QString AcquireBright();
+  Result<> AcquireBright();
   /// Sets the expected grey of the command line, if it names one, and fills the report's.
-  QString SelectExpectGray();
+  Result<> SelectExpectGray();
 
-  /// Empty when the action had no error box; a red prompt becomes a note.
-  QString Judge(const SDialogAnswer &stAnswer);
+  /// Fails when the action had an error box; a red prompt becomes a note.
+  Result<> Judge(const SDialogAnswer &stAnswer);
 
   const SHostOptions &GetOptions() const { return m_stOptions; }
   CProgressLine &GetProgress() { return m_progress; }
@@ -68,14 +67,14 @@ public:
   /// Only with a dialog.
   CDialogDriver &GetDriver() { return *m_driver; }
   CResultFolder &GetFolder() { return m_folder; }
-  /// Null before ReadFormat.
-  const SSensorFormat *GetFormat() const { return m_pFormat; }
+  /// Known after ReadFormat.
+  const SStreamFormat &GetFormat() const { return m_stFormat; }
   quality::SReport &GetReport() { return m_stReport; }
   const quality::SReport &GetReport() const { return m_stReport; }
 
 private:
-  QString PrepareFlash();
-  QString OpenCameraInViewer();
+  Result<> PrepareFlash();
+  Result<> OpenCameraInViewer();
 
   SHostOptions m_stOptions;
   CameraFactory m_fnOpenCamera;
@@ -84,7 +83,7 @@ private:
   std::unique_ptr<CViewer> m_pViewer;
   std::optional<ffc::host::CFrameCollector> m_collector;
   std::optional<CDialogDriver> m_driver;
-  const SSensorFormat *m_pFormat = nullptr;
+  SStreamFormat m_stFormat;
   quality::SReport m_stReport;
 };
 

@@ -4,21 +4,22 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "host/headless/steps.h"
-
 namespace ffc::host {
 namespace {
 
 const QString FILE_NAME = QStringLiteral("coefficients.ffc");
 
-QString ReadWholeFile(const QString &strPath, QByteArray &byteContent)
+Result<QByteArray> ReadWholeFile(const QString &strPath)
 {
   QFile file(strPath);
   if (!file.open(QIODevice::ReadOnly)) {
-    return QStringLiteral("cannot read %1: %2").arg(strPath, file.errorString());
+    return Failure(QStringLiteral("cannot read %1: %2").arg(strPath, file.errorString()));
   }
-  byteContent = file.readAll();
-  return byteContent.isEmpty() ? QStringLiteral("%1 is empty").arg(strPath) : QString();
+  QByteArray byteContent = file.readAll();
+  if (byteContent.isEmpty()) {
+    return Failure(QStringLiteral("%1 is empty").arg(strPath));
+  }
+  return byteContent;
 }
 
 } // namespace
@@ -28,28 +29,30 @@ QString GetCoefficientPath(CBench &bench)
   return bench.GetFolder().GetPath(FILE_NAME);
 }
 
-QString SaveCoefficients(CBench &bench)
+Result<> SaveCoefficients(CBench &bench)
 {
   const QString strPath = GetCoefficientPath(bench);
   QFile::remove(strPath);
   return bench.Judge(bench.GetDriver().SaveFile(strPath));
 }
 
-QString CheckSavedAgain(CBench &bench)
+Result<> CheckSavedAgain(CBench &bench)
 {
   const QTemporaryDir dir;
   const QString strAgain = dir.filePath(FILE_NAME);
-  QByteArray byteFirst;
-  QByteArray byteAgain;
-  return RunUntilFailure({
-    [&] { return bench.Judge(bench.GetDriver().SaveFile(strAgain)); },
-    [&] { return ReadWholeFile(GetCoefficientPath(bench), byteFirst); },
-    [&] { return ReadWholeFile(strAgain, byteAgain); },
-    [&] {
-      return byteFirst == byteAgain ? QString()
-                                    : QStringLiteral("the coefficients change when they are loaded and saved again");
-    },
-  });
+  const Result<> saved = bench.Judge(bench.GetDriver().SaveFile(strAgain));
+  if (!saved) {
+    return saved;
+  }
+  const Result<QByteArray> first = ReadWholeFile(GetCoefficientPath(bench));
+  const Result<QByteArray> again = ReadWholeFile(strAgain);
+  if (!first || !again) {
+    return first ? again.GetFailure() : first.GetFailure();
+  }
+  if (first.GetValue() != again.GetValue()) {
+    return Failure("the coefficients change when they are loaded and saved again");
+  }
+  return {};
 }
 
 } // namespace ffc::host

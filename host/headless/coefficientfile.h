@@ -12,10 +12,9 @@ namespace ffc::host {
 QString GetCoefficientPath(CBench &bench);
 
 /// Saves through the dialog's button; an earlier run's file goes first.
-/// \return empty, or why not, as for the next
-QString SaveCoefficients(CBench &bench);
+Result<> SaveCoefficients(CBench &bench);
 
 /// Saves what was loaded once more, and expects the same bytes.
-QString CheckSavedAgain(CBench &bench);
+Result<> CheckSavedAgain(CBench &bench);
 
 } // namespace ffc::host

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "host/headless/coefficientfile.h"
-#include "host/headless/featuresnapshot.h"
+#include "host/viewer/blocksize.h"
 #include "host/viewer/featuretext.h"
 #include "host/viewer/framecopy.h"
 
@@ -12,6 +12,14 @@ namespace {
 
 const char *const COEFFICIENTS = "FFCValueAll";
 
+Result<> DescribeDifferences(const char *pWhat, const QStringList &listNames)
+{
+  if (listNames.isEmpty()) {
+    return {};
+  }
+  return Failure(QStringLiteral("%1: %2").arg(QLatin1String(pWhat), listNames.join(QStringLiteral(", "))));
+}
+
 } // namespace
 
 CDeviceStory::CDeviceStory(CBench &bench)
@@ -19,7 +27,7 @@ CDeviceStory::CDeviceStory(CBench &bench)
 {
 }
 
-QString CDeviceStory::Run()
+Result<> CDeviceStory::Run()
 {
   return RunSteps(ListSteps(), m_bench.GetProgress());
 }
@@ -56,216 +64,188 @@ QString CDeviceStory::GetSummary() const
 
 /// Runs an action that must leave every feature of the camera as it is. The stream runs before and after it,
 /// or at neither time.
-QString CDeviceStory::RunUnchanged(const std::function<QString()> &fnAction)
+Result<> CDeviceStory::RunUnchanged(const std::function<Result<>()> &fnAction)
 {
   const CFeatureSnapshot stBefore(GetNodeMap());
-  QString strError = fnAction();
-  if (!strError.isEmpty()) {
-    return strError;
+  const Result<> result = fnAction();
+  if (!result) {
+    return result;
   }
   QStringList listDifferences = CFeatureSnapshot(GetNodeMap()).GetDifferences(stBefore);
-  if (!m_bFlatField && CheckCorrection(false).isEmpty()) {
+  if (!m_bFlatField && CheckCorrection(false)) {
     // This process leaves the camera uncorrected.
     listDifferences.removeAll(CORRECTION_FEATURE);
   }
-  return listDifferences.isEmpty()
-           ? QString()
-           : QStringLiteral("the camera is not as it was before: %1").arg(listDifferences.join(QStringLiteral(", ")));
+  return DescribeDifferences("the camera is not as it was before", listDifferences);
 }
 
-QString CDeviceStory::AcquireDark()
+Result<> CDeviceStory::AcquireDark()
 {
-  return RunUntilFailure({
-    [this] { return m_bench.SetScene(true, ISceneControl::EPurpose::Acquisition); },
-    [this] { return RunUnchanged([this] { return m_bench.AcquireDark(); }); },
-  });
+  return RunUntilFailure([this] { return m_bench.SetScene(true, ISceneControl::EPurpose::Acquisition); },
+                         [this] { return RunUnchanged([this] { return m_bench.AcquireDark(); }); });
 }
 
-QString CDeviceStory::AcquireBright()
+Result<> CDeviceStory::AcquireBright()
 {
-  return RunUntilFailure({
-    [this] { return m_bench.SetScene(false, ISceneControl::EPurpose::Acquisition); },
-    [this] { return m_bench.ReadFormat(); },
-    [this] { return m_bench.SelectFrameCount(); },
-    [this] { return RunUnchanged([this] { return m_bench.AcquireBright(); }); },
-    [this] { return m_bFlatField ? m_bench.SelectExpectGray() : QString(); },
-  });
+  return RunUntilFailure([this] { return m_bench.SetScene(false, ISceneControl::EPurpose::Acquisition); },
+                         [this] { return m_bench.ReadFormat(); }, [this] { return m_bench.SelectFrameCount(); },
+                         [this] { return RunUnchanged([this] { return m_bench.AcquireBright(); }); },
+                         [this] { return m_bFlatField ? m_bench.SelectExpectGray() : Result<>(); });
 }
 
-QString CDeviceStory::Execute()
+Result<> CDeviceStory::Execute()
 {
   const SDialogAnswer stAnswer = m_bench.GetDriver().Execute();
-  QString strError = m_bench.Judge(stAnswer);
-  if (!strError.isEmpty()) {
-    return strError;
+  const Result<> result = m_bench.Judge(stAnswer);
+  if (!result) {
+    return result;
   }
-  return m_bench.GetDriver().IsPreviewOn() ? CheckCorrection(true) : stAnswer.strPrompt;
+  return m_bench.GetDriver().IsPreviewOn() ? CheckCorrection(true) : Failure(stAnswer.strPrompt);
 }
 
-QString CDeviceStory::CheckCorrection(bool bOn)
+Result<> CDeviceStory::CheckCorrection(bool bOn)
 {
   const std::string strCorrection = ReadFeature(GetNodeMap(), CORRECTION_FEATURE);
-  return strCorrection == (bOn ? "On" : "Off")
-           ? QString()
-           : QStringLiteral("the camera's correction is \"%1\"").arg(QString::fromStdString(strCorrection));
+  if (strCorrection != (bOn ? "On" : "Off")) {
+    return Failure("the camera's correction is \"" + strCorrection + "\"");
+  }
+  return {};
 }
 
-QString CDeviceStory::MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement)
+Result<> CDeviceStory::MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement)
 {
   quality::SReport &stReport = m_bench.GetReport();
-  return RunUntilFailure({
-    [&] { return m_bench.Judge(m_bench.GetDriver().SetPreview(bPreview)); },
-    [&] { return CheckCorrection(bPreview); },
-    [&] { return MeasureState(stMeasurement, bPreview ? stReport.stAfter : stReport.stBefore); },
-    [&] { return SaveFrames(pKind); },
-  });
+  return RunUntilFailure([&] { return m_bench.Judge(m_bench.GetDriver().SetPreview(bPreview)); },
+                         [&] { return CheckCorrection(bPreview); },
+                         [&] { return MeasureState(stMeasurement, bPreview ? stReport.stAfter : stReport.stBefore); },
+                         [&] { return SaveFrames(pKind); });
 }
 
-QString CDeviceStory::MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity)
+Result<> CDeviceStory::MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity)
 {
-  QString strError = MeasureScene(true, stMeasurement.stDark);
-  strError = strError.isEmpty() ? MeasureScene(false, stMeasurement.stBright) : strError;
-  if (strError.isEmpty()) {
+  const Result<> result = RunUntilFailure([&] { return MeasureScene(true, stMeasurement.stDark); },
+                                          [&] { return MeasureScene(false, stMeasurement.stBright); });
+  if (result) {
     stUniformity =
-      quality::MeasureUniformity(stMeasurement.stBright, stMeasurement.stDark, m_bench.GetFormat()->eLayout);
+      quality::MeasureUniformity(stMeasurement.stBright, stMeasurement.stDark, m_bench.GetFormat().pFormat->eLayout);
   }
-  return strError;
+  return result;
 }
 
-QString CDeviceStory::MeasureScene(bool bLensCap, quality::CFrameStack &stStack)
+Result<> CDeviceStory::MeasureScene(bool bLensCap, quality::CFrameStack &stStack)
 {
-  const quality::SReport &stReport = m_bench.GetReport();
-  QString strError = m_bench.SetScene(bLensCap, ISceneControl::EPurpose::Measurement);
-  if (strError.isEmpty() && !stStack.Prepare(stReport.nWidth, stReport.nHeight, m_bench.GetFormat()->nBitDepth)) {
-    strError = QStringLiteral("out of memory");
-  }
-  if (!strError.isEmpty()) {
-    return strError;
-  }
-  m_bench.GetProgress().BeginStep(bLensCap ? "measuring dark frames" : "measuring bright frames", MEASURED_FRAMES);
-  return m_bench.GetCollector().Collect(
-    MEASURED_FRAMES, CFramePipeline::EWanted::Any,
-    [&stStack](const SProcessedFrame &stFrame) { return stStack.Add(stFrame.pRaw->pBuffer, stFrame.pRaw->nSize); });
+  return RunUntilFailure(
+    [&] { return m_bench.PrepareMeasurement(bLensCap); },
+    [&] { return TakeFrames(m_bench.GetCollector(), m_bench.GetFormat(), CFramePipeline::EWanted::Any, stStack); });
 }
 
-QString CDeviceStory::SaveFrames(const char *pKind)
+Result<> CDeviceStory::SaveFrames(const char *pKind)
 {
   const uint32_t nFrames = uint32_t(m_bench.GetOptions().nSaveFrames);
-  QString strError;
-  for (uint32_t nFrame = 0; nFrame < nFrames && strError.isEmpty(); ++nFrame) {
+  Result<> result;
+  for (uint32_t nFrame = 0; nFrame < nFrames && result; ++nFrame) {
     std::vector<uint8_t> listFrame;
-    strError = m_bench.GetCollector().Collect(1, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
+    const auto Keep = [&listFrame](const SProcessedFrame &stFrame) {
       return CopyFrame(stFrame.pRaw->pBuffer, stFrame.pRaw->nSize, listFrame);
-    });
-    if (strError.isEmpty()) {
-      strError = m_bench.GetFolder().WriteFrame(pKind, nFrame, listFrame, m_bench.GetReport(), *m_bench.GetFormat());
-    }
+    };
+    result =
+      RunUntilFailure([&] { return m_bench.GetCollector().Collect(1, CFramePipeline::EWanted::Any, Keep); },
+                      [&] { return m_bench.GetFolder().WriteFrame(pKind, nFrame, listFrame, m_bench.GetFormat()); });
   }
-  return strError;
+  return result;
 }
 
-QString CDeviceStory::SaveToFlash()
+Result<> CDeviceStory::SaveToFlash()
 {
   // A camera may refuse its user sets as long as it streams.
   m_bench.StopStream();
-  return RunUntilFailure({
-    [this] { return m_bench.GetFolder().WriteDialog(m_bench.GetDriver().GrabPicture()); },
-    [this] { return m_bench.Judge(m_bench.GetDriver().SaveFlash()); },
-  });
+  return RunUntilFailure([this] { return m_bench.GetFolder().WriteDialog(m_bench.GetDriver().GrabPicture()); },
+                         [this] { return m_bench.Judge(m_bench.GetDriver().SaveFlash()); });
 }
 
-QString CDeviceStory::CyclePower()
+Result<> CDeviceStory::CyclePower()
 {
   m_bench.StopStream();
   const CFeatureSnapshot stSaved(GetNodeMap());
-  QString strError = m_bench.PowerCycle();
-  if (!strError.isEmpty()) {
-    return strError;
-  }
+  return RunUntilFailure([this] { return m_bench.PowerCycle(); }, [&] { return CheckStartsAsSaved(stSaved); },
+                         [this] { return CheckCorrection(true); }, [this] { return m_bench.OpenDialog(); });
+}
+
+Result<> CDeviceStory::CheckStartsAsSaved(const CFeatureSnapshot &stSaved)
+{
   const std::string strStartSet = ReadFeature(GetNodeMap(), "UserSetDefault");
   if (strStartSet != "UserSet0") {
-    return QStringLiteral("the camera starts with the user set \"%1\"").arg(QString::fromStdString(strStartSet));
+    return Failure("the camera starts with the user set \"" + strStartSet + "\"");
   }
   QStringList listDifferences = CFeatureSnapshot(GetNodeMap()).GetDifferences(stSaved);
   // Which set would be loaded or saved next is no part of a set.
   listDifferences.removeAll(QStringLiteral("UserSetSelector"));
-  if (!listDifferences.isEmpty()) {
-    return QStringLiteral("the camera does not start as UserSet0 was saved: %1")
-      .arg(listDifferences.join(QStringLiteral(", ")));
-  }
-  return RunUntilFailure({[this] { return CheckCorrection(true); }, [this] { return m_bench.OpenDialog(); }});
+  return DescribeDifferences("the camera does not start as UserSet0 was saved", listDifferences);
 }
 
 /// So that nothing but what is loaded next can bring the coefficients back.
-QString CDeviceStory::ClearCoefficients()
+Result<> CDeviceStory::ClearCoefficients()
 {
   auto *pRegister = dynamic_cast<GenApi::IRegister *>(GetNodeMap().GetNode(COEFFICIENTS));
   if (pRegister == nullptr) {
-    return QStringLiteral("the camera has no %1").arg(QLatin1String(COEFFICIENTS));
+    return Failure(std::string("the camera has no ") + COEFFICIENTS);
   }
   try {
     const std::vector<uint8_t> listZeros(std::size_t(pRegister->GetLength()));
     pRegister->Set(listZeros.data(), int64_t(listZeros.size()));
   } catch (const GenICam::GenericException &exception) {
-    return QString::fromUtf8(exception.GetDescription());
+    return Failure(exception.GetDescription());
   }
   return {};
 }
 
-QString CDeviceStory::LoadFromFlash()
+Result<> CDeviceStory::LoadFromFlash()
 {
   m_bench.GetReport().stAfterReload.emplace();
   SMeasurement stMeasurement;
-  return RunUntilFailure({
-    [&] { return ClearCoefficients(); },
-    [&] { return m_bench.Judge(m_bench.GetDriver().LoadFlash()); },
-    [&] { return CheckCorrection(true); },
-    [&] { return CheckDialogReloaded(); },
-    [&] { return MeasureState(stMeasurement, *m_bench.GetReport().stAfterReload); },
-    [&] { return CheckFlatness(); },
-  });
+  return RunUntilFailure(
+    [&] { return ClearCoefficients(); }, [&] { return m_bench.Judge(m_bench.GetDriver().LoadFlash()); },
+    [&] { return CheckCorrection(true); }, [&] { return CheckDialogReloaded(); },
+    [&] { return MeasureState(stMeasurement, *m_bench.GetReport().stAfterReload); }, [&] { return CheckFlatness(); });
 }
 
 /// The record behind the coefficients brings the dialog's values back.
-QString CDeviceStory::CheckDialogReloaded()
+Result<> CDeviceStory::CheckDialogReloaded()
 {
   const quality::SReport &stReport = m_bench.GetReport();
   const int nFrames = m_bench.GetDriver().GetFrameCount();
   const int nGray = m_bench.GetDriver().GetExpectGray();
   if (nFrames != stReport.nFrameCount || (m_bFlatField && nGray != stReport.nExpectGray)) {
-    return QStringLiteral("the dialog shows %1 frames and expected grey %2 instead of %3 and %4")
-      .arg(nFrames)
-      .arg(nGray)
-      .arg(stReport.nFrameCount)
-      .arg(stReport.nExpectGray);
+    return Failure(QStringLiteral("the dialog shows %1 frames and expected grey %2 instead of %3 and %4")
+                     .arg(nFrames)
+                     .arg(nGray)
+                     .arg(stReport.nFrameCount)
+                     .arg(stReport.nExpectGray));
   }
   return {};
 }
 
-QString CDeviceStory::CheckFlatness()
+Result<> CDeviceStory::CheckFlatness()
 {
   const quality::SReport &stReport = m_bench.GetReport();
   const double dAfter = stReport.stAfter.stOverall.dShadingPercent;
   const double dReloaded = stReport.stAfterReload->stOverall.dShadingPercent;
-  return std::abs(dReloaded - dAfter) <= quality::RELOAD_TOLERANCE_PERCENT
-           ? QString()
-           : QStringLiteral("the reloaded coefficients leave a shading of %1 % instead of %2 %")
-               .arg(dReloaded)
-               .arg(dAfter);
+  if (std::abs(dReloaded - dAfter) > quality::RELOAD_TOLERANCE_PERCENT) {
+    return Failure(
+      QStringLiteral("the reloaded coefficients leave a shading of %1 % instead of %2 %").arg(dReloaded).arg(dAfter));
+  }
+  return {};
 }
 
-QString CDeviceStory::LoadFromFile()
+Result<> CDeviceStory::LoadFromFile()
 {
-  return RunUntilFailure({
-    [this] { return ClearCoefficients(); },
-    [this] { return m_bench.Judge(m_bench.GetDriver().LoadFile(GetCoefficientPath(m_bench))); },
-    [this] { return CheckCorrection(true); },
-    [this] { return CheckDialogReloaded(); },
-    [this] { return CheckSavedAgain(m_bench); },
-  });
+  return RunUntilFailure([this] { return ClearCoefficients(); },
+                         [this] { return m_bench.Judge(m_bench.GetDriver().LoadFile(GetCoefficientPath(m_bench))); },
+                         [this] { return CheckCorrection(true); }, [this] { return CheckDialogReloaded(); },
+                         [this] { return CheckSavedAgain(m_bench); });
 }
 
-QString CDeviceStory::WriteResults()
+Result<> CDeviceStory::WriteResults()
 {
   quality::SReport &stReport = m_bench.GetReport();
   stReport.nBrightFrames = m_stAfter.stBright.GetFrameCount();
@@ -273,9 +253,12 @@ QString CDeviceStory::WriteResults()
   stReport.nBlockSize = ReadBlockSize(m_bench.GetViewer().GetCamera());
   const CResultFolder &folder = m_bench.GetFolder();
   const QString strTitle = QStringLiteral("%1, %2").arg(stReport.strCamera, stReport.strPixelFormat);
-  const QString strError =
-    folder.WritePictures(m_stBefore.stBright, m_stAfter.stBright, m_bench.GetFormat()->eLayout, strTitle);
-  return strError.isEmpty() ? folder.WriteReport(quality::MakeReportJson(stReport)) : strError;
+  return RunUntilFailure(
+    [&] {
+      return folder.WritePictures(m_stBefore.stBright, m_stAfter.stBright, m_bench.GetFormat().pFormat->eLayout,
+                                  strTitle);
+    },
+    [&] { return folder.WriteReport(quality::MakeReportJson(stReport)); });
 }
 
 } // namespace ffc::host

@@ -9,6 +9,7 @@
 #include <QString>
 
 #include "host/headless/bench.h"
+#include "host/headless/featuresnapshot.h"
 #include "host/headless/steps.h"
 #include "host/headless/story.h"
 #include "quality/framestack.h"
@@ -26,7 +27,7 @@ public:
   /// \param bench outlives the story
   explicit CDeviceStory(CBench &bench);
 
-  QString Run() override;
+  Result<> Run() override;
   QString GetSummary() const override;
 
 private:
@@ -37,24 +38,25 @@ private:
   };
 
   std::vector<SStep> ListSteps();
-  QString AcquireDark();
-  QString AcquireBright();
-  QString RunUnchanged(const std::function<QString()> &fnAction);
-  QString Execute();
-  QString MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement);
-  QString MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity);
-  QString MeasureScene(bool bLensCap, quality::CFrameStack &stStack);
-  QString SaveFrames(const char *pKind);
-  QString SaveToFlash();
-  QString CyclePower();
-  QString LoadFromFlash();
-  QString CheckDialogReloaded();
-  QString CheckFlatness();
-  QString LoadFromFile();
-  QString WriteResults();
+  Result<> AcquireDark();
+  Result<> AcquireBright();
+  Result<> RunUnchanged(const std::function<Result<>()> &fnAction);
+  Result<> Execute();
+  Result<> MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement);
+  Result<> MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity);
+  Result<> MeasureScene(bool bLensCap, quality::CFrameStack &stStack);
+  Result<> SaveFrames(const char *pKind);
+  Result<> SaveToFlash();
+  Result<> CyclePower();
+  Result<> CheckStartsAsSaved(const CFeatureSnapshot &stSaved);
+  Result<> LoadFromFlash();
+  Result<> CheckDialogReloaded();
+  Result<> CheckFlatness();
+  Result<> LoadFromFile();
+  Result<> WriteResults();
 
-  QString CheckCorrection(bool bOn);
-  QString ClearCoefficients();
+  Result<> CheckCorrection(bool bOn);
+  Result<> ClearCoefficients();
   GenApi::INodeMap &GetNodeMap() { return *m_bench.GetViewer().GetCamera().GetDeviceNodeMap(); }
 
   CBench &m_bench;

@@ -25,12 +25,12 @@ CHeadlessRun::CHeadlessRun(const SHostOptions &stOptions, CameraFactory fnOpenCa
 {
 }
 
-QString CHeadlessRun::Run()
+Result<> CHeadlessRun::Run()
 {
-  QString strError = m_pStory->Run();
+  const Result<> result = m_pStory->Run();
   m_bench.StopStream();
   m_bench.GetProgress().Clear();
-  return strError;
+  return result;
 }
 
 } // namespace ffc::host

@@ -20,8 +20,8 @@ public:
   /// \param fnOpenCamera makes a camera whose scene can be set by software
   CHeadlessRun(const SHostOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
 
-  /// \return empty, or one line: the step and why it failed
-  QString Run();
+  /// \return on failure one line: the step and why it failed
+  Result<> Run();
   /// Figures and notes; complete after a run that succeeded.
   const quality::SReport &GetReport() const { return m_bench.GetReport(); }
   /// What to tell a person after a run that succeeded; ends with a line feed.

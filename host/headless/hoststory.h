@@ -20,7 +20,7 @@ public:
   /// \param bench outlives the story
   explicit CHostStory(CBench &bench) : m_bench(bench) {}
 
-  QString Run() override;
+  Result<> Run() override;
   QString GetSummary() const override;
 
 private:
@@ -30,16 +30,16 @@ private:
     std::vector<uint8_t> listCorrected;
   };
 
-  QString AcquireDark();
-  QString AcquireBright();
-  QString Execute();
-  QString Measure();
-  QString MeasureScene(bool bLensCap, quality::CPairedStacks &stStacks);
-  QString CollectPair(SFramePair &stPair);
-  QString SaveFrames();
-  QString CheckFile();
-  QString CheckReloaded(const SFramePair &stReference);
-  QString WriteResults();
+  Result<> AcquireDark();
+  Result<> AcquireBright();
+  Result<> Execute();
+  Result<> Measure();
+  Result<> MeasureScene(bool bLensCap, quality::CPairedStacks &stStacks);
+  Result<> CollectPair(SFramePair &stPair);
+  Result<> SaveFrames();
+  Result<> CheckFile();
+  Result<> CheckReloaded(const SFramePair &stReference);
+  Result<> WriteResults();
 
   CBench &m_bench;
   quality::CPairedStacks m_stBright;

@@ -8,7 +8,7 @@
 
 namespace ffc::host {
 
-QString CInertStory::Run()
+Result<> CInertStory::Run()
 {
   return RunSteps(
     {
@@ -24,40 +24,38 @@ QString CInertStory::Run()
 QString CInertStory::GetSummary() const
 {
   const quality::SReport &stReport = m_bench.GetReport();
-  return QStringLiteral("%1, %2: the plug-in does not know this camera's correction; every control of its dialog is "
-                        "disabled, and the stream runs on\n")
-    .arg(stReport.strCamera, stReport.strPixelFormat);
+  return (QStringLiteral("%1, %2: the plug-in does not know this camera's correction; every control of its dialog is "
+                         "disabled, and the stream runs on\n")
+            .arg(stReport.strCamera, stReport.strPixelFormat));
 }
 
-QString CInertStory::OpenDialogWhileStreaming()
+Result<> CInertStory::OpenDialogWhileStreaming()
 {
-  return RunUntilFailure({
-    [this] { return m_bench.SetScene(false, ISceneControl::EPurpose::Measurement); },
-    [this] { return m_bench.ReadFormat(); },
-    [this] { return m_bench.OpenDialog(); },
-  });
+  return RunUntilFailure([this] { return m_bench.SetScene(false, ISceneControl::EPurpose::Measurement); },
+                         [this] { return m_bench.ReadFormat(); }, [this] { return m_bench.OpenDialog(); });
 }
 
-QString CInertStory::CheckControls()
+Result<> CInertStory::CheckControls()
 {
   const QStringList listEnabled = m_bench.GetDriver().ListEnabledControls();
-  return listEnabled.isEmpty()
-           ? QString()
-           : QStringLiteral("enabled in spite of it: %1").arg(listEnabled.join(QStringLiteral(", ")));
+  if (!listEnabled.isEmpty()) {
+    return Failure(QStringLiteral("enabled in spite of it: %1").arg(listEnabled.join(QStringLiteral(", "))));
+  }
+  return {};
 }
 
-QString CInertStory::CheckStream()
+Result<> CInertStory::CheckStream()
 {
   bool bTouched = false;
-  const QString strError =
+  const Result<> result =
     m_bench.GetCollector().Collect(MEASURED_FRAMES, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
       bTouched = bTouched || stFrame.pCorrected != nullptr;
       return true;
     });
-  return strError.isEmpty() && bTouched ? QStringLiteral("the plug-in changes frames all the same") : strError;
+  return result && bTouched ? Failure("the plug-in changes frames all the same") : result;
 }
 
-QString CInertStory::WriteResults()
+Result<> CInertStory::WriteResults()
 {
   const quality::SReport &stReport = m_bench.GetReport();
   const QJsonObject json{
@@ -70,9 +68,9 @@ QString CInertStory::WriteResults()
     {"stream_runs_on", true},
     {"frames_seen", int(MEASURED_FRAMES)},
   };
-  const QString strError = m_bench.GetFolder().WriteDialog(m_bench.GetDriver().GrabPicture());
-  return strError.isEmpty() ? m_bench.GetFolder().WriteReport(QJsonDocument(json).toJson(QJsonDocument::Indented))
-                            : strError;
+  const CResultFolder &folder = m_bench.GetFolder();
+  return RunUntilFailure([&] { return folder.WriteDialog(m_bench.GetDriver().GrabPicture()); },
+                         [&] { return folder.WriteReport(QJsonDocument(json).toJson(QJsonDocument::Indented)); });
 }
 
 } // namespace ffc::host

@@ -15,14 +15,14 @@ public:
   /// \param bench outlives the story
   explicit CInertStory(CBench &bench) : m_bench(bench) {}
 
-  QString Run() override;
+  Result<> Run() override;
   QString GetSummary() const override;
 
 private:
-  QString OpenDialogWhileStreaming();
-  QString CheckControls();
-  QString CheckStream();
-  QString WriteResults();
+  Result<> OpenDialogWhileStreaming();
+  Result<> CheckControls();
+  Result<> CheckStream();
+  Result<> WriteResults();
 
   CBench &m_bench;
 };

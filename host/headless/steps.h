@@ -5,23 +5,18 @@
 #include <functional>
 #include <vector>
 
-#include <QString>
-
 #include "host/headless/progressline.h"
+#include "platform/result.h"
 
 namespace ffc::host {
 
 struct SStep {
   const char *pName;
-  std::function<QString()> fnRun; ///< \return empty, or why it failed
+  std::function<Result<>()> fnRun;
 };
 
 /// Runs the steps one after the other, up to the first that fails.
-/// \return empty, or one line: the step and why it failed
-QString RunSteps(const std::vector<SStep> &listSteps, CProgressLine &progress);
-
-/// Runs checks or actions one after the other, up to the first that fails.
-/// \return empty, or its reason
-QString RunUntilFailure(const std::vector<std::function<QString()>> &listActions);
+/// \return on failure one line: the step and why it failed
+Result<> RunSteps(const std::vector<SStep> &listSteps, CProgressLine &progress);
 
 } // namespace ffc::host

@@ -4,14 +4,16 @@
 
 #include <QString>
 
+#include "platform/result.h"
+
 namespace ffc::host {
 
 class IStory {
 public:
   virtual ~IStory() = default;
 
-  /// \return empty, or one line: the step and why it failed
-  virtual QString Run() = 0;
+  /// \return on failure one line: the step and why it failed
+  virtual Result<> Run() = 0;
   /// What to tell a person after a run that succeeded; ends with a line feed.
   virtual QString GetSummary() const = 0;
 };

@@ -7,22 +7,21 @@
 #include <QCoreApplication>
 
 #include "host/dialogdriver/dialogdriver.h"
-#include "host/headless/steps.h"
 #include "host/measurement/background.h"
-#include "host/options/cameraopening.h"
+#include "host/viewer/blocksize.h"
 #include "host/viewer/featuretext.h"
 #include "quality/gainlimit.h"
-#include "quality/pictures.h"
 #include "quality/profileplot.h"
 
 namespace ffc::host {
 namespace {
 
+using EWanted = CFramePipeline::EWanted;
+
 constexpr uint32_t STALL_MS = 3000; ///< beside some exposures
 constexpr double STALL_EXPOSURES = 4;
 /// Frames that may still be of the scene, or the correction, before a change.
 constexpr uint32_t OLD_FRAMES = 3;
-const QString CANCELLED = QStringLiteral("cancelled");
 
 const char *const SETTINGS[] = {"PixelFormat",         "Width", "Height", "ExposureTime", "Gain", "BlackLevel",
                                 "AcquisitionFrameRate"};
@@ -35,7 +34,7 @@ QString Translate(const char *pText)
 uint32_t GetStallMs(CViewer &viewer)
 {
   const double dMicroseconds = std::atof(ReadFeature(*viewer.GetCamera().GetDeviceNodeMap(), "ExposureTime").c_str());
-  return STALL_MS + uint32_t(std::clamp(STALL_EXPOSURES * dMicroseconds / 1000.0, 0.0, 1e6));
+  return STALL_MS + static_cast<uint32_t>(std::clamp(STALL_EXPOSURES * dMicroseconds / 1000.0, 0.0, 1e6));
 }
 
 bool HasCorrection(CViewer &viewer)
@@ -49,168 +48,143 @@ CMeasurement::CMeasurement(CViewer &viewer, IMeasurementGuide &guide)
   : m_viewer(viewer), m_guide(guide), m_collector(viewer.GetPipeline(), GetStallMs(viewer)),
     m_bByCamera(HasCorrection(viewer))
 {
-  m_collector.SetTroubleCheck([this] {
-    m_guide.ShowProgress(m_strStep, m_nDone, m_nTotal);
-    return m_guide.IsCancelled() ? CANCELLED : m_viewer.GetStreamError();
+  m_collector.SetCheck([this] {
+    m_guide.ShowProgress(m_strStep, m_collector.GetTakenCount(), m_nTotal);
+    return m_guide.IsCancelled() ? Cancel() : m_viewer.GetStreamState();
   });
 }
 
-QString CMeasurement::Collect(const QString &strStep, uint32_t nFrames, CFramePipeline::EWanted eWanted,
-                              std::function<bool(const SProcessedFrame &)> fnSink)
+Failure CMeasurement::Cancel()
+{
+  m_bCancelled = true;
+  return Failure("cancelled");
+}
+
+CFrameCollector &CMeasurement::BeginStep(const QString &strStep, uint32_t nFrames)
 {
   m_strStep = strStep;
   m_nTotal = nFrames;
-  m_nDone = 0;
-  return m_collector.Collect(nFrames, eWanted, [this, &fnSink](const SProcessedFrame &stFrame) {
-    ++m_nDone;
-    return fnSink(stFrame);
-  });
+  return m_collector;
 }
 
-QString CMeasurement::SkipOldFrames()
+Result<> CMeasurement::SkipOldFrames()
 {
-  return Collect(Translate("Waiting for the scene"), OLD_FRAMES, CFramePipeline::EWanted::Any,
-                 [](const SProcessedFrame &) { return true; });
+  return SkipFrames(BeginStep(Translate("Waiting for the scene"), OLD_FRAMES), OLD_FRAMES);
 }
 
 /// Also makes sure, before anybody is asked to cover a lens, that there is a correction to measure.
-QString CMeasurement::ReadFormat()
+Result<> CMeasurement::ReadFormat()
 {
   if (!m_viewer.GetCamera().IsStreaming()) {
-    return Translate("Start the camera first.");
+    return Failure(Translate("Start the camera first."));
   }
-  SCameraFrame stFrame;
-  const auto TakeShape = [&stFrame](const SProcessedFrame &stProcessed) {
-    stFrame = *stProcessed.pRaw;
-    return true;
-  };
-  QString strError = Collect(Translate("Waiting for a frame"), 1, CFramePipeline::EWanted::Any, TakeShape);
-  if (strError.isEmpty() && !m_bByCamera) {
-    strError = Collect(Translate("Waiting for a corrected frame"), 1, CFramePipeline::EWanted::Corrected, TakeShape);
-    strError = strError.isEmpty() || strError == CANCELLED
-                 ? strError
-                 : Translate("No corrected frame came. Execute the correction and tick its Preview first.");
+  Result<SStreamFormat> format = ReadStreamFormat(BeginStep(Translate("Waiting for a frame"), 1));
+  if (format && !m_bByCamera) {
+    format = ReadStreamFormat(BeginStep(Translate("Waiting for a corrected frame"), 1), EWanted::Corrected);
+    if (!format && !m_bCancelled) {
+      return Failure(Translate("No corrected frame came. Execute the correction and tick its Preview first."));
+    }
   }
-  m_pFormat = FindSensorFormat(stFrame.nPixelFormat);
-  m_nWidth = stFrame.nWidth;
-  m_nHeight = stFrame.nHeight;
-  return strError.isEmpty() && m_pFormat == nullptr ? Translate("Frames of this pixel format cannot be measured.")
-                                                    : strError;
+  if (!format) {
+    return format.GetFailure();
+  }
+  m_stFormat = format.GetValue();
+  return {};
 }
 
-QString CMeasurement::SwitchCamera(const char *pEntry)
+Result<> CMeasurement::SwitchCamera(const char *pEntry)
 {
   try {
     GenApi::INode *pNode = m_viewer.GetCamera().GetDeviceNodeMap()->GetNode(CORRECTION_FEATURE);
     dynamic_cast<GenApi::IEnumeration &>(*pNode).FromString(pEntry);
     return {};
   } catch (const GenICam::GenericException &exception) {
-    return QString::fromUtf8(exception.GetDescription());
+    return Failure(exception.GetDescription());
   }
 }
 
-QString CMeasurement::TakePairs(const QString &strStep, SStacks &stStacks)
+Result<> CMeasurement::TakeByCamera(const QString &strStep, const char *pEntry, quality::CFrameStack &stStack)
 {
-  if (!stStacks.stPairs.Prepare(m_nWidth, m_nHeight, *m_pFormat)) {
-    return Translate("There is not enough memory.");
-  }
-  return Collect(strStep, QUALITY_FRAMES, CFramePipeline::EWanted::Corrected,
-                 [&stStacks](const SProcessedFrame &stFrame) {
-                   return stStacks.stPairs.Add(stFrame.pRaw->pBuffer, stFrame.pCorrected, stFrame.pRaw->nSize);
-                 });
+  return RunUntilFailure(
+    [&] { return SwitchCamera(pEntry); }, [&] { return SkipOldFrames(); },
+    [&] { return TakeFrames(BeginStep(strStep, MEASURED_FRAMES), m_stFormat, EWanted::Any, stStack); });
 }
 
-QString CMeasurement::TakeByCamera(const QString &strStep, const char *pEntry, quality::CFrameStack &stStack)
+Result<> CMeasurement::Arrange(bool bCovered)
 {
-  if (!stStack.Prepare(m_nWidth, m_nHeight, m_pFormat->nBitDepth)) {
-    return Translate("There is not enough memory.");
-  }
-  return RunUntilFailure({
-    [&] { return SwitchCamera(pEntry); },
-    [&] { return SkipOldFrames(); },
-    [&] {
-      return Collect(strStep, QUALITY_FRAMES, CFramePipeline::EWanted::Any, [&stStack](const SProcessedFrame &stFrame) {
-        return stStack.Add(stFrame.pRaw->pBuffer, stFrame.pRaw->nSize);
-      });
-    },
-  });
+  return m_guide.ArrangeScene(bCovered) ? Result<>() : Cancel();
 }
 
-QString CMeasurement::TakeScene(bool bCovered, SStacks &stStacks)
+Result<> CMeasurement::TakeScene(bool bCovered, SScene &stScene)
 {
-  if (!m_guide.ArrangeScene(bCovered)) {
-    return CANCELLED;
-  }
   const QString strStep = bCovered ? Translate("Measuring dark frames") : Translate("Measuring bright frames");
-  if (!m_bByCamera) {
-    return RunUntilFailure({[&] { return SkipOldFrames(); }, [&] { return TakePairs(strStep, stStacks); }});
+  const Result<> arranged = Arrange(bCovered);
+  if (!arranged) {
+    return arranged;
   }
-  return RunUntilFailure({
-    [&] { return TakeByCamera(strStep, "Off", stStacks.stBefore); },
-    [&] { return TakeByCamera(strStep, "On", stStacks.stAfter); },
-  });
+  if (!m_bByCamera) {
+    return RunUntilFailure([&] { return SkipOldFrames(); },
+                           [&] { return TakePairs(BeginStep(strStep, MEASURED_FRAMES), m_stFormat, stScene.stPairs); });
+  }
+  return RunUntilFailure([&] { return TakeByCamera(strStep, "Off", stScene.stBefore); },
+                         [&] { return TakeByCamera(strStep, "On", stScene.stAfter); });
 }
 
-SMeasured CMeasurement::Measure()
+Result<CMeasurement::QualityResult> CMeasurement::Measure()
 {
-  SMeasured stMeasured;
+  m_bCancelled = false;
   const std::string strCorrection = ReadFeature(*m_viewer.GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE);
-  auto pDark = std::make_shared<SStacks>();
-  auto pBright = std::make_shared<SStacks>();
-  stMeasured.strError = RunUntilFailure({
-    [&] { return ReadFormat(); },
-    [&] { return TakeScene(true, *pDark); },
-    [&] { return TakeScene(false, *pBright); },
-  });
+  SScene stDark;
+  SScene stBright;
+  const Result<> taken = RunUntilFailure([&] { return ReadFormat(); }, [&] { return TakeScene(true, stDark); },
+                                         [&] { return TakeScene(false, stBright); });
   if (m_bByCamera) {
     (void)SwitchCamera(strCorrection.c_str());
   }
-  if (!stMeasured.strError.isEmpty()) {
-    stMeasured.strError = stMeasured.strError == CANCELLED ? QString() : stMeasured.strError;
-    return stMeasured;
+  if (m_bCancelled) {
+    return QualityResult();
   }
-  stMeasured.pResult = Evaluate(*pDark, *pBright);
+  if (!taken) {
+    return taken.GetFailure();
+  }
+  QualityResult pResult = Evaluate(stDark, stBright);
   if (m_guide.IsCancelled()) {
-    stMeasured.pResult.reset();
-    return stMeasured;
+    return QualityResult();
   }
-  stMeasured.strError = stMeasured.pResult == nullptr ? Translate("There is not enough memory.") : QString();
-  return stMeasured;
+  if (pResult == nullptr) {
+    return Failure(Translate("There is not enough memory."));
+  }
+  return pResult;
 }
 
-std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SStacks &stDark, const SStacks &stBright)
+quality::SFigureStacks CMeasurement::GetStacks(const SScene &stDark, const SScene &stBright) const
+{
+  if (m_bByCamera) {
+    return {stDark.stBefore, stDark.stAfter, stBright.stBefore, stBright.stAfter, m_stFormat.pFormat->eLayout};
+  }
+  return {stDark.stPairs.GetRaw(), stDark.stPairs.GetCorrected(), stBright.stPairs.GetRaw(),
+          stBright.stPairs.GetCorrected(), m_stFormat.pFormat->eLayout};
+}
+
+std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, const SScene &stBright)
 {
   auto pResult = std::make_shared<quality::SResult>();
-  FillReport(pResult->stReport);
-  for (const char *pSetting : SETTINGS) {
-    const std::string strValue = ReadFeature(*m_viewer.GetCamera().GetDeviceNodeMap(), pSetting);
-    if (!strValue.empty()) {
-      pResult->listSettings.append({QLatin1String(pSetting), QString::fromStdString(strValue)});
-    }
-  }
-  const quality::CFrameStack &stBefore = stBright.GetBefore(m_bByCamera);
-  const quality::CFrameStack &stAfter = stBright.GetAfter(m_bByCamera);
-  const EColorLayout eLayout = m_pFormat->eLayout;
+  DescribeStream(*pResult);
+  DescribeDialog(pResult->stReport);
+  const quality::SFigureStacks stStacks = GetStacks(stDark, stBright);
   CBackground background;
   bool bDone = false;
   background.Start([&]() -> std::function<void()> {
     quality::SResult &stResult = *pResult;
-    stResult.stReport.nBrightFrames = stBefore.GetFrameCount();
-    stResult.stReport.nDarkFrames = stDark.GetBefore(m_bByCamera).GetFrameCount();
-    stResult.stReport.stBefore = quality::MeasureUniformity(stBefore, stDark.GetBefore(m_bByCamera), eLayout);
-    stResult.stReport.stAfter = quality::MeasureUniformity(stAfter, stDark.GetAfter(m_bByCamera), eLayout);
-    stResult.listNoise = quality::MeasureNoise(stBefore, eLayout);
+    quality::MeasureFigures(stStacks, stResult.stReport);
+    stResult.stReport.dNewlyClippedPercent = stBright.stPairs.GetNewlyClippedPercent();
+    stResult.listNoise = quality::MeasureNoise(stStacks.stBrightBefore, stStacks.eLayout);
     stResult.stAdvice = quality::AdviseFrameCount(stResult.listNoise);
     stResult.bSameExposures = !m_bByCamera;
     stResult.nNewlyClipped = stBright.stPairs.GetNewlyClippedCount();
-    stResult.nAtGainLimit = quality::CountPixelsAtGainLimit(stBefore, stDark.GetBefore(m_bByCamera), stAfter);
-    const double dSamples = double(m_nWidth) * m_nHeight * stBefore.GetFrameCount();
-    stResult.stReport.dNewlyClippedPercent = 100.0 * double(stResult.nNewlyClipped) / dSamples;
-    const double dRange = quality::GetContrastRange(stBefore, eLayout);
-    stResult.imgBefore = quality::MakeViewPicture(stBefore, eLayout);
-    stResult.imgAfter = quality::MakeViewPicture(stAfter, eLayout);
-    stResult.imgContrastBefore = quality::MakeContrastPicture(stBefore, eLayout, dRange);
-    stResult.imgContrastAfter = quality::MakeContrastPicture(stAfter, eLayout, dRange);
+    stResult.nAtGainLimit =
+      quality::CountPixelsAtGainLimit(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.stBrightAfter);
+    stResult.stPictures = quality::MakePictures(stStacks.stBrightBefore, stStacks.stBrightAfter, stStacks.eLayout);
     return [&bDone] { bDone = true; };
   });
   m_guide.ShowProgress(Translate("Computing the figures"), 0, 0);
@@ -219,56 +193,63 @@ std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SStacks &stDark, 
     return nullptr;
   }
   // Widgets draw the plot, so it is made on this thread.
-  pResult->imgProfile = quality::DrawProfilePlot(
-    quality::MakeRowProfile(stBefore, eLayout), quality::MakeRowProfile(stAfter, eLayout), pResult->stReport.strCamera);
+  pResult->imgProfile = quality::DrawProfilePlot(quality::MakeRowProfile(stStacks.stBrightBefore, stStacks.eLayout),
+                                                 quality::MakeRowProfile(stStacks.stBrightAfter, stStacks.eLayout),
+                                                 pResult->stReport.strCamera);
   return pResult;
 }
 
-void CMeasurement::FillReport(quality::SReport &stReport) const
+void CMeasurement::DescribeStream(quality::SResult &stResult) const
 {
+  GenApi::INodeMap &nodeMap = *m_viewer.GetCamera().GetDeviceNodeMap();
+  quality::SReport &stReport = stResult.stReport;
   stReport.strCamera = QString::fromStdString(m_viewer.GetCamera().GetDisplayName());
-  stReport.strPixelFormat = QString::fromStdString(m_pFormat->strName);
-  stReport.nWidth = m_nWidth;
-  stReport.nHeight = m_nHeight;
-  const std::string strMode = ReadFeature(*m_viewer.GetCamera().GetDeviceNodeMap(), "ShadingCorrectionMode");
+  stReport.strPixelFormat = QString::fromStdString(m_stFormat.pFormat->strName);
+  stReport.nWidth = m_stFormat.nWidth;
+  stReport.nHeight = m_stFormat.nHeight;
+  const std::string strMode = ReadFeature(nodeMap, "ShadingCorrectionMode");
   stReport.eMode = strMode.empty()                          ? ECorrectionMode::None
                    : strMode == "TailorFlatFieldCorrection" ? ECorrectionMode::Vignetting
                                                             : ECorrectionMode::FlatField;
   stReport.nBlockSize = ReadBlockSize(m_viewer.GetCamera());
-  stReport.stThroughput = m_viewer.GetPipeline().GetThroughput();
+  const SThroughput stThroughput = m_viewer.GetPipeline().GetThroughput();
+  stReport.dFramesPerSecond = stThroughput.GetFramesPerSecond();
+  stReport.dMegapixelsPerSecond = stThroughput.GetMegapixelsPerSecond();
+  for (const char *pSetting : SETTINGS) {
+    const std::string strValue = ReadFeature(nodeMap, pSetting);
+    if (!strValue.empty()) {
+      stResult.listSettings.append({QLatin1String(pSetting), QString::fromStdString(strValue)});
+    }
+  }
+}
+
+void CMeasurement::DescribeDialog(quality::SReport &stReport) const
+{
   if (QDialog *pDialog = CDialogDriver::FindAnyDialog()) {
     const CDialogDriver driver(*pDialog);
     stReport.nFrameCount = driver.GetFrameCount();
     stReport.nExpectGray = driver.GetExpectGray();
-    stReport.nExpectGrayDn = stReport.nExpectGray << (m_pFormat->nBitDepth - 8);
+    stReport.nExpectGrayDn = stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
   }
 }
 
-SDriftMeasured CMeasurement::MeasureDrift()
+Result<std::optional<double>> CMeasurement::MeasureDrift()
 {
-  SDriftMeasured stMeasured;
+  m_bCancelled = false;
   quality::CFrameStack stStack;
-  stMeasured.strError = RunUntilFailure({
-    [&] { return ReadFormat(); },
-    [&] { return m_guide.ArrangeScene(false) ? SkipOldFrames() : CANCELLED; },
-    [&] {
-      return stStack.Prepare(m_nWidth, m_nHeight, m_pFormat->nBitDepth) ? QString()
-                                                                        : Translate("There is not enough memory.");
-    },
-    [&] {
-      const auto eWanted = m_bByCamera ? CFramePipeline::EWanted::Any : CFramePipeline::EWanted::Corrected;
-      return Collect(Translate("Measuring a fresh flat"), QUALITY_FRAMES, eWanted, [&](const SProcessedFrame &stFrame) {
-        return stStack.Add(m_bByCamera ? stFrame.pRaw->pBuffer : stFrame.pCorrected, stFrame.pRaw->nSize);
-      });
-    },
-  });
-  stMeasured.bCancelled = stMeasured.strError == CANCELLED;
-  if (stMeasured.bCancelled) {
-    stMeasured.strError.clear();
-  } else if (stMeasured.strError.isEmpty()) {
-    stMeasured.dShadingPercent = quality::MeasureShading(stStack, m_pFormat->eLayout);
+  const Result<> taken =
+    RunUntilFailure([&] { return ReadFormat(); }, [&] { return Arrange(false); }, [&] { return SkipOldFrames(); },
+                    [&] {
+                      return TakeFrames(BeginStep(Translate("Measuring a fresh flat"), MEASURED_FRAMES), m_stFormat,
+                                        m_bByCamera ? EWanted::Any : EWanted::Corrected, stStack);
+                    });
+  if (m_bCancelled) {
+    return std::optional<double>();
   }
-  return stMeasured;
+  if (!taken) {
+    return taken.GetFailure();
+  }
+  return std::optional<double>(quality::MeasureShading(stStack, m_stFormat.pFormat->eLayout));
 }
 
 } // namespace ffc::host

@@ -1,7 +1,5 @@
 #include "host/options/cameraopening.h"
 
-#include <cmath>
-#include <cstdlib>
 #include <string>
 
 #include "camera/realcameras.h"
@@ -10,14 +8,6 @@
 
 namespace ffc::host {
 namespace {
-
-/// Entries are named after the pixels of a block: "BlockSize_1024".
-const std::string BLOCK_PREFIX = "BlockSize_";
-
-GenApi::IEnumeration *FindBlockSize(ICamera &camera)
-{
-  return dynamic_cast<GenApi::IEnumeration *>(camera.GetDeviceNodeMap()->GetNode("FFCBlockSize"));
-}
 
 std::unique_ptr<ICamera> OpenSimulated(const SHostOptions &stOptions, std::string *pstrError)
 {
@@ -61,21 +51,21 @@ std::unique_ptr<ICamera> OpenReal(const SHostOptions &stOptions, std::string *ps
 
 } // namespace
 
-SOpenedCamera OpenCamera(const SHostOptions &stOptions)
+OpenedCamera OpenCamera(const SHostOptions &stOptions)
 {
-  SOpenedCamera stOpened;
+  std::unique_ptr<ICamera> pCamera;
   std::string strError;
   if (!stOptions.strCameraId.empty()) {
-    stOpened.pCamera = OpenReal(stOptions, &strError);
+    pCamera = OpenReal(stOptions, &strError);
   } else if (!stOptions.strReplayFolder.empty()) {
-    stOpened.pCamera = OpenReplay(stOptions, &strError);
+    pCamera = OpenReplay(stOptions, &strError);
   } else {
-    stOpened.pCamera = OpenSimulated(stOptions, &strError);
+    pCamera = OpenSimulated(stOptions, &strError);
   }
-  if (stOpened.pCamera == nullptr) {
-    stOpened.strError = QStringLiteral("camera: %1").arg(QString::fromStdString(strError));
+  if (pCamera == nullptr) {
+    return Failure("camera: " + strError);
   }
-  return stOpened;
+  return OpenedCamera(std::move(pCamera));
 }
 
 std::string DescribeRealCameras()
@@ -90,38 +80,6 @@ std::string DescribeRealCameras()
   }
   return AreRealCamerasSupported() ? "no real camera answers\n"
                                    : "this program was built without support for real cameras\n";
-}
-
-QString SelectBlockSize(ICamera &camera, uint32_t nSide)
-{
-  if (nSide == 0) {
-    return {};
-  }
-  GenApi::IEnumeration *pBlockSize = FindBlockSize(camera);
-  try {
-    if (pBlockSize != nullptr) {
-      pBlockSize->FromString((BLOCK_PREFIX + std::to_string(nSide * nSide)).c_str());
-      return {};
-    }
-  } catch (const GenICam::GenericException &exception) {
-    return QStringLiteral("block size %1: %2").arg(nSide).arg(QString::fromUtf8(exception.GetDescription()));
-  }
-  return QStringLiteral("this camera has no coefficient blocks");
-}
-
-uint32_t ReadBlockSize(ICamera &camera)
-{
-  GenApi::IEnumeration *pBlockSize = FindBlockSize(camera);
-  if (pBlockSize == nullptr) {
-    return 0;
-  }
-  try {
-    const std::string strEntry = pBlockSize->ToString().c_str();
-    const bool bKnown = strEntry.compare(0, BLOCK_PREFIX.size(), BLOCK_PREFIX) == 0;
-    return bKnown ? uint32_t(std::lround(std::sqrt(std::atof(strEntry.c_str() + BLOCK_PREFIX.size())))) : 0;
-  } catch (const GenICam::GenericException &) {
-    return 0;
-  }
 }
 
 } // namespace ffc::host

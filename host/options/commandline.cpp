@@ -8,6 +8,7 @@
 #include "camera/realcameras.h"
 #include "camera/selfcorrection/modename.h"
 #include "camera/sensorformat.h"
+#include "platform/result.h"
 
 namespace ffc::host {
 namespace {
@@ -190,26 +191,28 @@ void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
     ->check([](const std::string &str) { return CheckNumber(str, 999); });
 }
 
-/// Options that do not go together. \return empty, or what is wrong
-std::string CheckTogether(const CLI::App &app, const SHostOptions &stOptions)
+/// Options that do not go together.
+Result<> CheckTogether(const CLI::App &app, const SHostOptions &stOptions)
 {
   const bool bSimulated = stOptions.strReplayFolder.empty() && stOptions.strCameraId.empty();
   if (!bSimulated && app.count("--size") + app.count("--seed") + app.count("--mode") > 0) {
-    return "--size, --seed and --mode belong to the simulated camera";
+    return Failure("--size, --seed and --mode belong to the simulated camera");
   }
   if (stOptions.bHeadless && !stOptions.strCameraId.empty()) {
-    return "--headless covers the lens by software, which a real camera does not let it do: without it, the window "
-           "runs the workflow and you cover the lens";
+    return Failure(
+      "--headless covers the lens by software, which a real camera does not let it do: without it, the window "
+      "runs the workflow and you cover the lens");
   }
   if (app.count("--flash") > 0 && stOptions.eMode == ECorrectionMode::None) {
-    return "--flash belongs to a simulated camera with a --mode";
+    return Failure("--flash belongs to a simulated camera with a --mode");
   }
   if (stOptions.nBlockSize > 0 && !IsBlockSizeOf(stOptions.eMode, stOptions.nBlockSize)) {
-    return "--block-size is 32 or 16 with --mode flatfield, 128 or 64 with --mode vignetting, and nothing without";
+    return Failure(
+      "--block-size is 32 or 16 with --mode flatfield, 128 or 64 with --mode vignetting, and nothing without");
   }
   const bool bExpectGray = stOptions.eMode == ECorrectionMode::None || stOptions.eMode == ECorrectionMode::FlatField;
   if (app.count("--expect-gray") > 0 && !bExpectGray) {
-    return "--expect-gray has no meaning with --mode vignetting and unknown";
+    return Failure("--expect-gray has no meaning with --mode vignetting and unknown");
   }
   return {};
 }
@@ -239,9 +242,9 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   } catch (const CLI::ParseError &error) {
     return Leave(EXIT_USAGE, error.what());
   }
-  const std::string strError = CheckTogether(app, stResult.stOptions);
-  if (!strError.empty()) {
-    return Leave(EXIT_USAGE, strError);
+  const Result<> together = CheckTogether(app, stResult.stOptions);
+  if (!together) {
+    return Leave(EXIT_USAGE, together.GetError());
   }
   stResult.stOptions.bChinese = stWords.strLanguage == "zh";
   stResult.bRun = true;

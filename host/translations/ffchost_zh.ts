@@ -576,6 +576,17 @@ Frames received: %3</source>
     </message>
 </context>
 <context>
+    <name>FreshFrames</name>
+    <message>
+        <source>Frames of the pixel format 0x%1 cannot be measured.</source>
+        <translation>无法测量像素格式为 0x%1 的图像。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+</context>
+<context>
     <name>Measurement</name>
     <message>
         <source>Waiting for the scene</source>
@@ -596,10 +607,6 @@ Frames received: %3</source>
     <message>
         <source>No corrected frame came. Execute the correction and tick its Preview first.</source>
         <translation>没有校正后的图像。请先执行校正并勾选预览。</translation>
-    </message>
-    <message>
-        <source>Frames of this pixel format cannot be measured.</source>
-        <translation>无法测量此像素格式的图像。</translation>
     </message>
     <message>
         <source>There is not enough memory.</source>

@@ -14,8 +14,8 @@ constexpr uint32_t POLL_MS = 10;
 
 } // namespace
 
-QString CFrameCollector::Collect(uint32_t nFrames, CFramePipeline::EWanted eWanted,
-                                 std::function<bool(const SProcessedFrame &)> fnSink)
+Result<> CFrameCollector::Collect(uint32_t nFrames, CFramePipeline::EWanted eWanted,
+                                  std::function<bool(const SProcessedFrame &)> fnSink)
 {
   std::atomic<bool> bRefused{false};
   m_pipeline.Request(nFrames, eWanted, [&bRefused, &fnSink](const SProcessedFrame &stFrame) {
@@ -25,31 +25,33 @@ QString CFrameCollector::Collect(uint32_t nFrames, CFramePipeline::EWanted eWant
   });
   QElapsedTimer timer;
   timer.start();
-  QString strError;
+  Result<> result;
   uint32_t nMissing = nFrames;
-  while (strError.isEmpty()) {
+  m_nTaken = 0;
+  while (result) {
     const uint32_t nNow = m_pipeline.WaitServed(POLL_MS);
+    m_nTaken = nFrames - nNow;
     QCoreApplication::processEvents();
     if (bRefused) {
-      strError = QStringLiteral("a frame of another size came, or memory is short");
+      result = Failure("a frame of another size came, or memory is short");
     } else if (nNow == 0) {
       break;
-    } else if (m_fnTrouble) {
-      strError = m_fnTrouble();
+    } else if (m_fnCheck) {
+      result = m_fnCheck();
     }
     if (nNow != nMissing) {
       nMissing = nNow;
       timer.restart();
-    } else if (strError.isEmpty() && timer.elapsed() > qint64(m_nStallMilliseconds)) {
-      strError = QStringLiteral("no %1frame came for %2 s, %3 of %4 were there")
-                   .arg(eWanted == CFramePipeline::EWanted::Corrected ? "corrected " : "")
-                   .arg(m_nStallMilliseconds / 1000.0)
-                   .arg(nFrames - nMissing)
-                   .arg(nFrames);
+    } else if (result && timer.elapsed() > qint64(m_nStallMilliseconds)) {
+      result = Failure(QStringLiteral("no %1frame came for %2 s, %3 of %4 were there")
+                         .arg(eWanted == CFramePipeline::EWanted::Corrected ? "corrected " : "")
+                         .arg(m_nStallMilliseconds / 1000.0)
+                         .arg(nFrames - nMissing)
+                         .arg(nFrames));
     }
   }
   m_pipeline.CancelRequest();
-  return strError;
+  return result;
 }
 
 bool CFrameCollector::WaitUntil(const std::function<bool()> &fnDone) const

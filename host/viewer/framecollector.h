@@ -4,9 +4,8 @@
 
 #include <functional>
 
-#include <QString>
-
 #include "host/viewer/framepipeline.h"
+#include "platform/result.h"
 
 namespace ffc::host {
 
@@ -21,13 +20,16 @@ public:
   {
   }
 
-  /// Asked while waiting; a text ends the wait with it as the reason.
-  void SetTroubleCheck(std::function<QString()> fnTrouble) { m_fnTrouble = std::move(fnTrouble); }
+  /// Asked while waiting; a failure ends the wait.
+  void SetCheck(std::function<Result<>()> fnCheck) { m_fnCheck = std::move(fnCheck); }
 
   /// \param fnSink takes each frame on the frame thread; false: it cannot use the frame, which ends the wait
-  /// \return empty when nFrames frames were taken, else why not; the sink is not called any more
-  QString Collect(uint32_t nFrames, CFramePipeline::EWanted eWanted,
-                  std::function<bool(const SProcessedFrame &)> fnSink);
+  /// \return why fewer than nFrames frames were taken; the sink is not called any more
+  Result<> Collect(uint32_t nFrames, CFramePipeline::EWanted eWanted,
+                   std::function<bool(const SProcessedFrame &)> fnSink);
+
+  /// Frames that the last Collect has taken so far.
+  uint32_t GetTakenCount() const { return m_nTaken; }
 
   /// Processes events until fnDone is true or the stall time is over.
   /// \return the last answer of fnDone
@@ -36,7 +38,8 @@ public:
 private:
   CFramePipeline &m_pipeline;
   uint32_t m_nStallMilliseconds;
-  std::function<QString()> m_fnTrouble;
+  uint32_t m_nTaken = 0;
+  std::function<Result<>()> m_fnCheck;
 };
 
 } // namespace ffc::host

@@ -141,7 +141,7 @@ SFrameCounts CFramePipeline::GetCounts() const
   return m_stCounts;
 }
 
-quality::SThroughput CFramePipeline::GetThroughput() const
+SThroughput CFramePipeline::GetThroughput() const
 {
   const std::lock_guard<std::mutex> lock(m_mutex);
   return m_stThroughput;
@@ -150,7 +150,7 @@ quality::SThroughput CFramePipeline::GetThroughput() const
 void CFramePipeline::ResetThroughput()
 {
   const std::lock_guard<std::mutex> lock(m_mutex);
-  m_stThroughput = quality::SThroughput();
+  m_stThroughput = SThroughput();
 }
 
 } // namespace ffc::host

@@ -12,7 +12,6 @@
 
 #include "camera/icamera.h"
 #include "pluginobject/iplugin.h"
-#include "quality/report.h"
 
 namespace ffc::host {
 
@@ -39,6 +38,19 @@ struct SFrameCounts {
   uint64_t nLost = 0;        ///< camera frames that never came: gaps in their numbers
   uint64_t nOverwritten = 0; ///< kept for the display, and replaced before it took them
   uint64_t nCopiedBytes = 0; ///< by the pipeline itself
+};
+
+/// What went through ProcessImage and came back corrected.
+struct SThroughput {
+  uint64_t nFrames = 0;
+  uint64_t nPixels = 0;
+  uint64_t nNanoseconds = 0; ///< spent inside ProcessImage
+
+  double GetFramesPerSecond() const { return PerSecond(double(nFrames)); }
+  double GetMegapixelsPerSecond() const { return PerSecond(double(nPixels) / 1e6); }
+
+private:
+  double PerSecond(double dAmount) const { return nNanoseconds == 0 ? 0.0 : dAmount * 1e9 / double(nNanoseconds); }
 };
 
 /// Passes every frame through ProcessImage, keeps the latest, counts, and hands out frames on request.
@@ -80,7 +92,7 @@ public:
   uint64_t GetReceivedCount() const;
   SFrameCounts GetCounts() const;
   /// Of the corrected frames since the last reset.
-  quality::SThroughput GetThroughput() const;
+  SThroughput GetThroughput() const;
   void ResetThroughput();
 
 private:
@@ -103,7 +115,7 @@ private:
   bool m_bLatestIsNew = false;
   SFrameCounts m_stCounts;
   std::optional<uint64_t> m_nLastFrameId;
-  quality::SThroughput m_stThroughput;
+  SThroughput m_stThroughput;
 };
 
 } // namespace ffc::host

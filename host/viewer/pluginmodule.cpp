@@ -16,28 +16,28 @@ QString CPluginModule::GetDefaultPath()
   return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("FlatFieldCorrection.plx"));
 }
 
-QString CPluginModule::Load(const QString &strPath)
+Result<> CPluginModule::Load(const QString &strPath)
 {
   Unload();
   const QFileInfo info(strPath);
   if (!info.isFile()) {
-    return QStringLiteral("plug-in %1: no such file").arg(strPath);
+    return Failure(QStringLiteral("plug-in %1: no such file").arg(strPath));
   }
   m_library.setFileName(info.absoluteFilePath());
   if (!m_library.load()) {
-    return QStringLiteral("plug-in %1: %2").arg(strPath, m_library.errorString());
+    return Failure(QStringLiteral("plug-in %1: %2").arg(strPath, m_library.errorString()));
   }
   const auto fnCreate = reinterpret_cast<FnCreatePluginObject>(m_library.resolve(CREATE_PLUGIN_OBJECT));
   m_fnDestroy = reinterpret_cast<FnDestoryPluginObject>(m_library.resolve(DESTORY_PLUGIN_OBJECT));
   if (fnCreate == nullptr || m_fnDestroy == nullptr) {
     const char *pMissing = fnCreate == nullptr ? CREATE_PLUGIN_OBJECT : DESTORY_PLUGIN_OBJECT;
     Unload();
-    return QStringLiteral("plug-in %1: it does not export %2").arg(strPath, QLatin1String(pMissing));
+    return Failure(QStringLiteral("plug-in %1: it does not export %2").arg(strPath, QLatin1String(pMissing)));
   }
   m_pPlugin = fnCreate();
   if (m_pPlugin == nullptr) {
     Unload();
-    return QStringLiteral("plug-in %1: it made no object (out of memory)").arg(strPath);
+    return Failure(QStringLiteral("plug-in %1: it made no object (out of memory)").arg(strPath));
   }
   return {};
 }

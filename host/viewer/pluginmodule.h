@@ -5,6 +5,7 @@
 #include <QLibrary>
 #include <QString>
 
+#include "platform/result.h"
 #include "pluginobject/iplugin.h"
 
 namespace ffc::host {
@@ -23,8 +24,8 @@ public:
   static QString GetDefaultPath();
 
   /// Loads the module and makes its plug-in; what was loaded before goes first.
-  /// \return empty, or one line that names the file and the reason; nothing is loaded then
-  QString Load(const QString &strPath);
+  /// \return on failure one line that names the file and the reason; nothing is loaded then
+  Result<> Load(const QString &strPath);
 
   /// Does nothing when nothing is loaded.
   void Unload();

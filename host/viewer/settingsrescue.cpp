@@ -64,37 +64,38 @@ bool CSettingsRescue::IsPossible() const
   }
 }
 
-QString CSettingsRescue::Restore()
+Result<QStringList> CSettingsRescue::Restore()
 {
-  m_listChanges.clear();
   if (!IsPossible()) {
-    return QStringLiteral("this camera has no user set \"UserSet0\"");
+    return Failure("this camera has no user set \"UserSet0\"");
   }
   try {
     const Texts mapBefore = ReadAll(m_nodeMap);
-    QString strError = Load();
-    m_listChanges = ListChanges(mapBefore, ReadAll(m_nodeMap));
-    return strError;
+    const Result<> loaded = Load();
+    if (!loaded) {
+      return loaded.GetFailure();
+    }
+    return ListChanges(mapBefore, ReadAll(m_nodeMap));
   } catch (const GenICam::GenericException &exception) {
-    return QString::fromUtf8(exception.GetDescription());
+    return Failure(exception.GetDescription());
   } catch (...) {
-    return QStringLiteral("the camera does not answer");
+    return Failure("the camera does not answer");
   }
 }
 
-QString CSettingsRescue::Load()
+Result<> CSettingsRescue::Load()
 {
   GenApi::IEnumeration &selector = *FindSelector(m_nodeMap);
   const GenICam::gcstring strSelected = selector.ToString();
-  QString strError;
+  Result<> result;
   try {
     selector.FromString(USER_SET);
     FindLoad(m_nodeMap)->Execute();
   } catch (const GenICam::GenericException &exception) {
-    strError = QString::fromUtf8(exception.GetDescription());
+    result = Failure(exception.GetDescription());
   }
   selector.FromString(strSelected);
-  return strError;
+  return result;
 }
 
 } // namespace ffc::host

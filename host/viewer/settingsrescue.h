@@ -7,6 +7,8 @@
 
 #include <GenApi/GenApi.h>
 
+#include "platform/result.h"
+
 namespace ffc::host {
 
 /// While the plug-in acquires on a camera that corrects flat fields itself, the user's state is in "UserSet0" and
@@ -21,17 +23,14 @@ public:
 
   /// Whether the camera has user sets with a "UserSet0" among them.
   bool IsPossible() const;
-  /// Loads "UserSet0" and puts the selector back.
-  /// \return empty, or one line that says what failed; the selector is put back all the same
-  QString Restore();
-  /// What Restore changed, one line for each feature: "Gain: 0 -> 7.5".
-  const QStringList &GetChanges() const { return m_listChanges; }
+  /// Loads "UserSet0" and puts the selector back, also on failure.
+  /// \return what that changed, one line for each feature: "Gain: 0 -> 7.5"
+  Result<QStringList> Restore();
 
 private:
-  QString Load();
+  Result<> Load();
 
   GenApi::INodeMap &m_nodeMap;
-  QStringList m_listChanges;
 };
 
 } // namespace ffc::host

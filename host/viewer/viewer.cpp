@@ -25,13 +25,13 @@ CViewer::~CViewer()
   m_pCamera->SetFrameCallback(nullptr);
 }
 
-QString CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
+Result<> CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
 {
   StopStream();
   Release();
-  QString strError = m_module.Load(strPluginPath);
-  if (!strError.isEmpty()) {
-    return strError;
+  const Result<> loaded = m_module.Load(strPluginPath);
+  if (!loaded) {
+    return loaded;
   }
   m_byteDeviceName = QString::fromStdString(m_pCamera->GetDisplayName()).toLocal8Bit();
   m_stInitParam = PLUGIN_INIT_PARAM();
@@ -60,28 +60,28 @@ void CViewer::Watch(const SNodeAccess &stAccess)
   }
 }
 
-QString CViewer::Open(const SHostOptions &stOptions)
+Result<> CViewer::Open(const SHostOptions &stOptions)
 {
   const QString strPlugin =
     stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(stOptions.strPlugin);
   return Open(strPlugin, stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
 }
 
-QString CViewer::Reopen()
+Result<> CViewer::Reopen()
 {
   StopStream();
   Release();
   return Bind();
 }
 
-QString CViewer::Bind()
+Result<> CViewer::Bind()
 {
   IPlugin *pPlugin = m_module.GetPlugin();
   const int32_t nStatus = pPlugin->Initialize(&m_stInitParam);
   if (nStatus != 0) {
     const QString strText = QString::fromUtf8(pPlugin->GetStatusText(nStatus));
     m_module.Unload();
-    return QStringLiteral("plug-in does not initialise: %1 (%2)").arg(strText).arg(nStatus);
+    return Failure(QStringLiteral("plug-in does not initialise: %1 (%2)").arg(strText).arg(nStatus));
   }
   m_bInitialized = true;
   // By name and not by pointer to member: the module has a meta-object of its own for the interface.
@@ -141,10 +141,11 @@ QString CViewer::GetStatusText(int32_t nStatus) const
   return m_bInitialized ? QString::fromUtf8(m_module.GetPlugin()->GetStatusText(nStatus)).trimmed() : QString();
 }
 
-QString CViewer::StartStream()
+Result<> CViewer::StartStream()
 {
-  m_strStreamError = QString::fromStdString(m_pCamera->Start());
-  return m_strStreamError;
+  const std::string strError = m_pCamera->Start();
+  m_streamState = strError.empty() ? Result<>() : Failure(strError);
+  return m_streamState;
 }
 
 void CViewer::StopStream()
@@ -159,7 +160,7 @@ void CViewer::SlotPluginMsg(const PLUGIN_MSG &stPluginMsg)
     return;
   }
   if (bOn) {
-    StartStream();
+    (void)StartStream(); // GetStreamState tells how it went
   } else {
     StopStream();
   }

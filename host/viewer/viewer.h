@@ -32,12 +32,11 @@ public:
   void SetAcquisitionObserver(IAcquisitionObserver *pObserver) { m_pObserver = pObserver; }
 
   /// Loads the module and binds its plug-in to the camera.
-  /// \return empty, or one line that says what failed
-  QString Open(const QString &strPluginPath, ELanguage eLanguage);
+  Result<> Open(const QString &strPluginPath, ELanguage eLanguage);
   /// The same as the command line asks for it.
-  QString Open(const SHostOptions &stOptions);
+  Result<> Open(const SHostOptions &stOptions);
   /// Uninitialises the plug-in and binds it anew, as after closing and opening the camera. The stream stops.
-  QString Reopen();
+  Result<> Reopen();
 
   void ShowDialog();
   void HideDialog();
@@ -48,14 +47,13 @@ public:
   /// The plug-in's words for a status of its own; empty without a plug-in.
   QString GetStatusText(int32_t nStatus) const;
 
-  /// \return empty, or the camera's reason
-  QString StartStream();
+  Result<> StartStream();
   void StopStream();
 
   ICamera &GetCamera() { return *m_pCamera; }
   CFramePipeline &GetPipeline() { return m_pipeline; }
-  /// Why the camera did not start when the plug-in last asked for frames; empty when it did.
-  QString GetStreamError() const { return m_strStreamError; }
+  /// Whether the camera started when it was last asked to, by the plug-in or by StartStream.
+  Result<> GetStreamState() const { return m_streamState; }
 
 signals:
   /// The plug-in made the stream start or stop.
@@ -65,7 +63,7 @@ private slots:
   void SlotPluginMsg(const PLUGIN_MSG &stPluginMsg);
 
 private:
-  QString Bind();
+  Result<> Bind();
   void Release();
   void Send(EPluginMsgCode eCode);
   GenApi::INodeMap *WatchDeviceMap();
@@ -80,7 +78,7 @@ private:
   PLUGIN_INIT_PARAM m_stInitParam; ///< the plug-in keeps the pointer until Uninitialize
   QByteArray m_byteDeviceName;
   bool m_bInitialized = false;
-  QString m_strStreamError;
+  Result<> m_streamState;
 };
 
 } // namespace ffc::host

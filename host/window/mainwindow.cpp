@@ -14,6 +14,7 @@
 #include "camera/icameralink.h"
 #include "camera/realcameras.h"
 #include "host/dialogdriver/dialogdriver.h"
+#include "host/viewer/blocksize.h"
 #include "host/viewer/featuretext.h"
 #include "host/viewer/settingsrescue.h"
 #include "host/window/camerapanel.h"
@@ -84,32 +85,33 @@ void CMainWindow::CloseCamera()
   m_bStalled = false;
 }
 
-QString CMainWindow::OpenCamera(const SHostOptions &stOptions)
+Result<> CMainWindow::OpenCamera(const SHostOptions &stOptions)
 {
   CloseCamera();
-  SOpenedCamera stOpened = m_fnOpenCamera(stOptions);
-  if (stOpened.pCamera == nullptr) {
-    m_pCameraPanel->ShowError(stOpened.strError);
-    return stOpened.strError;
+  OpenedCamera opened = m_fnOpenCamera(stOptions);
+  if (!opened) {
+    m_pCameraPanel->ShowError(QString::fromStdString(opened.GetError()));
+    return opened.GetFailure();
   }
-  Adopt(std::move(stOpened), stOptions);
+  Adopt(std::move(opened).GetValue(), stOptions);
   return {};
 }
 
-void CMainWindow::Adopt(SOpenedCamera stOpened, const SHostOptions &stOptions)
+void CMainWindow::Adopt(std::unique_ptr<ICamera> pCamera, const SHostOptions &stOptions)
 {
   m_stCameraOptions = stOptions;
-  QString strError = SelectBlockSize(*stOpened.pCamera, stOptions.nBlockSize);
-  m_pViewer = std::make_unique<CViewer>(std::move(stOpened.pCamera));
+  Result<> result = SelectBlockSize(*pCamera, stOptions.nBlockSize);
+  m_pViewer = std::make_unique<CViewer>(std::move(pCamera));
   m_pViewer->SetAcquisitionObserver(&m_progress);
   connect(m_pViewer.get(), &CViewer::SigStreamChanged, m_pCameraPanel, &CCameraPanel::Refresh);
-  m_strPluginError = m_pViewer->Open(stOptions);
+  const Result<> plugin = m_pViewer->Open(stOptions);
+  m_strPluginError = QString::fromStdString(plugin.GetError());
   m_pScenePanel->SetScene(m_pViewer->GetCamera().GetSceneControl());
   m_pCameraPanel->SetViewer(m_pViewer.get());
   setWindowTitle(QString::fromStdString(m_pViewer->GetCamera().GetDisplayName()));
-  strError = strError.isEmpty() ? m_pViewer->StartStream() : strError;
-  strError = strError.isEmpty() ? m_strPluginError : strError;
-  m_pCameraPanel->ShowError(strError);
+  result = result ? m_pViewer->StartStream() : result;
+  result = result ? plugin : result;
+  m_pCameraPanel->ShowError(QString::fromStdString(result.GetError()));
   m_pCameraPanel->Refresh();
   m_nFrameMs = m_clock.elapsed();
 }
@@ -128,9 +130,9 @@ void CMainWindow::SlotChoose(int nChoice)
   }
   m_nChoice = nChoice;
   m_pCameraPanel->Select(nChoice);
-  const QString strError = OpenCamera(stChoice.stOptions);
-  if (!strError.isEmpty()) {
-    Complain(strError);
+  const Result<> opened = OpenCamera(stChoice.stOptions);
+  if (!opened) {
+    Complain(opened.GetFailure());
   }
 }
 
@@ -163,15 +165,14 @@ void CMainWindow::SlotRestoreSettings()
   const bool bStreaming = m_pViewer->GetCamera().IsStreaming();
   m_pViewer->StopStream();
   CSettingsRescue rescue(*m_pViewer->GetCamera().GetDeviceNodeMap());
-  QString strError = rescue.Restore();
-  const QString strStartError = bStreaming ? m_pViewer->StartStream() : QString();
+  const Result<QStringList> restored = rescue.Restore();
+  const Result<> started = bStreaming ? m_pViewer->StartStream() : Result<>();
   m_pCameraPanel->Refresh();
-  strError = strError.isEmpty() ? strStartError : strError;
-  if (!strError.isEmpty()) {
-    Complain(strError);
+  if (!restored || !started) {
+    Complain(restored ? started.GetFailure() : restored.GetFailure());
     return;
   }
-  const QStringList listChanges = rescue.GetChanges();
+  const QStringList &listChanges = restored.GetValue();
   Say(listChanges.isEmpty() ? tr("The camera has the settings of UserSet0 already.")
                             : tr("The camera has the settings of UserSet0 again:\n%1").arg(listChanges.join('\n')));
 }
@@ -185,7 +186,7 @@ void CMainWindow::SlotStartStop()
     m_pViewer->StopStream();
   } else {
     m_nFrameMs = m_clock.elapsed();
-    m_pCameraPanel->ShowError(m_pViewer->StartStream());
+    m_pCameraPanel->ShowError(QString::fromStdString(m_pViewer->StartStream().GetError()));
   }
   m_pCameraPanel->Refresh();
 }
@@ -281,11 +282,11 @@ void CMainWindow::Reconnect()
   if (m_bBusy || QApplication::activeModalWidget() != nullptr || bAskedJustNow) {
     return;
   }
-  SOpenedCamera stOpened = m_fnOpenCamera(m_stCameraOptions);
+  OpenedCamera opened = m_fnOpenCamera(m_stCameraOptions);
   m_nReconnectMs = std::max<int64_t>(m_clock.elapsed(), 1);
-  if (stOpened.pCamera != nullptr) {
+  if (opened) {
     CloseCamera();
-    Adopt(std::move(stOpened), m_stCameraOptions);
+    Adopt(std::move(opened).GetValue(), m_stCameraOptions);
   }
 }
 
@@ -335,9 +336,9 @@ void CMainWindow::SetBusy(bool bBusy)
   m_pQualityPanel->SetBusy(bBusy);
 }
 
-void CMainWindow::Complain(const QString &strError)
+void CMainWindow::Complain(const Failure &failure)
 {
-  ShowBox(QMessageBox::Warning, strError);
+  ShowBox(QMessageBox::Warning, QString::fromStdString(failure.GetText()));
 }
 
 void CMainWindow::Say(const QString &strText)
@@ -359,17 +360,16 @@ void CMainWindow::SlotMeasure()
     return;
   }
   SetBusy(true);
-  SMeasured stMeasured;
-  {
+  Result<CMeasurement::QualityResult> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    stMeasured = CMeasurement(*m_pViewer, guide).Measure();
-  }
+    return CMeasurement(*m_pViewer, guide).Measure();
+  }();
   SetBusy(false);
-  if (stMeasured.pResult != nullptr) {
-    m_pQualityPanel->ShowResult(stMeasured.pResult);
+  if (!measured) {
+    Complain(measured.GetFailure());
+  } else if (measured.GetValue() != nullptr) {
+    m_pQualityPanel->ShowResult(measured.GetValue());
     m_pTabs->setCurrentWidget(m_pQualityPanel);
-  } else if (!stMeasured.strError.isEmpty()) {
-    Complain(stMeasured.strError);
   }
 }
 
@@ -379,16 +379,15 @@ void CMainWindow::SlotCheckDrift()
     return;
   }
   SetBusy(true);
-  SDriftMeasured stMeasured;
-  {
+  const Result<std::optional<double>> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    stMeasured = CMeasurement(*m_pViewer, guide).MeasureDrift();
-  }
+    return CMeasurement(*m_pViewer, guide).MeasureDrift();
+  }();
   SetBusy(false);
-  if (!stMeasured.strError.isEmpty()) {
-    Complain(stMeasured.strError);
-  } else if (!stMeasured.bCancelled) {
-    m_pQualityPanel->ShowDrift(stMeasured.dShadingPercent);
+  if (!measured) {
+    Complain(measured.GetFailure());
+  } else if (measured.GetValue()) {
+    m_pQualityPanel->ShowDrift(*measured.GetValue());
     m_pTabs->setCurrentWidget(m_pQualityPanel);
   }
 }
@@ -403,10 +402,10 @@ void CMainWindow::SlotSaveReport()
     return;
   }
   SetBusy(true);
-  const QString strError = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimit(), this);
+  const Result<> saved = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimit(), this);
   SetBusy(false);
-  if (!strError.isEmpty()) {
-    Complain(strError);
+  if (!saved) {
+    Complain(saved.GetFailure());
   }
 }
 

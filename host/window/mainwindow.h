@@ -43,8 +43,7 @@ public:
 
   /// Opens the camera, binds the plug-in and starts the stream; the camera that was open goes first. A camera without
   /// plug-in stays open and streams uncorrected.
-  /// \return empty, or one line that says why there is no camera
-  QString OpenCamera(const SHostOptions &stOptions);
+  Result<> OpenCamera(const SHostOptions &stOptions);
   /// Null while no camera is open.
   CViewer *GetViewer() { return m_pViewer.get(); }
 
@@ -80,7 +79,7 @@ private:
   void SaveLayout() const;
 
   void CloseCamera();
-  void Adopt(SOpenedCamera stOpened, const SHostOptions &stOptions);
+  void Adopt(std::unique_ptr<ICamera> pCamera, const SHostOptions &stOptions);
   bool IsCameraLost();
   void Reconnect();
   void TakeFrame();
@@ -90,7 +89,7 @@ private:
   bool IsPreviewOn() const;
   uint32_t GetAcquisitionTotal() const;
   void SetBusy(bool bBusy);
-  void Complain(const QString &strError);
+  void Complain(const Failure &failure);
   void Say(const QString &strText);
   void ShowBox(int nIcon, const QString &strText);
 

@@ -144,8 +144,8 @@ void CQualityPanel::ShowPictures()
                         ? QPixmap()
                         : QPixmap::fromImage(imgPicture.scaledToWidth(PICTURE_WIDTH, Qt::SmoothTransformation)));
   };
-  Show(m_pPictureBefore, m_pResult == nullptr ? QImage() : m_pResult->imgContrastBefore);
-  Show(m_pPictureAfter, m_pResult == nullptr ? QImage() : m_pResult->imgContrastAfter);
+  Show(m_pPictureBefore, m_pResult == nullptr ? QImage() : m_pResult->stPictures.imgContrastBefore);
+  Show(m_pPictureAfter, m_pResult == nullptr ? QImage() : m_pResult->stPictures.imgContrastAfter);
   m_pPictureTitle->setVisible(m_pResult != nullptr);
 }
 

@@ -37,8 +37,8 @@ QString AskReportPath(QWidget *pParent)
   return strPath;
 }
 
-QString SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult, double dLimitPercent,
-                   QWidget *pParent)
+Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult,
+                    double dLimitPercent, QWidget *pParent)
 {
   CWaitBox box(Translate("Save report"), pParent);
   CBackground background;
@@ -54,14 +54,12 @@ QString SaveReport(const QString &strPath, const std::shared_ptr<const quality::
     return {};
   }
   if (byteHtml.isEmpty()) {
-    return Translate("There is not enough memory.");
+    return Failure(Translate("There is not enough memory."));
   }
   const QFileInfo info(strPath);
   const QString strJson = info.dir().filePath(info.completeBaseName() + QStringLiteral(".json"));
-  const Result<> result =
-    RunUntilFailure([&] { return frames::SaveWholeFile(strPath, byteHtml); },
-                    [&] { return frames::SaveWholeFile(strJson, quality::MakeJson(*pResult, dLimitPercent)); });
-  return QString::fromStdString(result.GetError());
+  return RunUntilFailure([&] { return frames::SaveWholeFile(strPath, byteHtml); },
+                         [&] { return frames::SaveWholeFile(strJson, quality::MakeJson(*pResult, dLimitPercent)); });
 }
 
 } // namespace ffc::host

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include "platform/result.h"
 #include "quality/qualityresult.h"
 
 class QWidget;
@@ -18,8 +19,8 @@ QString AskReportPath(QWidget *pParent);
 
 /// Writes the HTML file, and the JSON of the same base name beside it, each whole or not at all. A box in front shows
 /// that it works, and cancels.
-/// \return empty, also when cancelled, or one line that names the file and the reason
-QString SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult, double dLimitPercent,
-                   QWidget *pParent);
+/// \return success also when cancelled; a failure names the file and the reason
+Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult,
+                    double dLimitPercent, QWidget *pParent);
 
 } // namespace ffc::host

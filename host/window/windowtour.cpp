@@ -9,7 +9,6 @@
 #include <QThread>
 
 #include "frames/wholefile.h"
-#include "host/headless/steps.h"
 
 namespace ffc::host {
 namespace {
@@ -20,24 +19,22 @@ constexpr int BRIGHT_FRAMES = 16;
 constexpr int SETTLE_MS = 1500; ///< status and plots follow the frames some times a second
 constexpr int POLL_MS = 10;
 
+Result<> Judge(const SDialogAnswer &stAnswer)
+{
+  return stAnswer.strBox.isEmpty() ? Result<>() : Failure(stAnswer.strBox);
+}
+
 } // namespace
 
 CWindowTour::CWindowTour(CMainWindow &window, const QString &strFolder) : m_window(window), m_strFolder(strFolder) {}
 
-QString CWindowTour::Run()
+Result<> CWindowTour::Run()
 {
-  return RunUntilFailure({
-    [this] { return Prepare(); },
-    [this] { return SavePicture("1-raw"); },
-    [this] { return AcquireDark(); },
-    [this] { return SavePicture("2-dark"); },
-    [this] { return AcquireBright(); },
-    [this] { return SavePicture("3-bright"); },
-    [this] { return Execute(); },
-    [this] { return SavePicture("4-corrected"); },
-    [this] { return Measure(); },
-    [this] { return SavePicture("5-quality"); },
-  });
+  return RunUntilFailure([this] { return Prepare(); }, [this] { return SavePicture("1-raw"); },
+                         [this] { return AcquireDark(); }, [this] { return SavePicture("2-dark"); },
+                         [this] { return AcquireBright(); }, [this] { return SavePicture("3-bright"); },
+                         [this] { return Execute(); }, [this] { return SavePicture("4-corrected"); },
+                         [this] { return Measure(); }, [this] { return SavePicture("5-quality"); });
 }
 
 void CWindowTour::Settle()
@@ -50,13 +47,13 @@ void CWindowTour::Settle()
   }
 }
 
-QString CWindowTour::Prepare()
+Result<> CWindowTour::Prepare()
 {
   if (!QDir().mkpath(m_strFolder)) {
-    return QStringLiteral("cannot make the folder %1").arg(m_strFolder);
+    return Failure(QStringLiteral("cannot make the folder %1").arg(m_strFolder));
   }
   if (m_window.GetViewer()->GetCamera().GetSceneControl() == nullptr) {
-    return QStringLiteral("the scene of this camera cannot be set by software");
+    return Failure("the scene of this camera cannot be set by software");
   }
   m_window.resize(WINDOW_SIZE);
   m_window.findChild<QTabWidget *>(QStringLiteral("Tabs"))->setCurrentIndex(0);
@@ -64,42 +61,42 @@ QString CWindowTour::Prepare()
   return {};
 }
 
-QString CWindowTour::AcquireDark()
+Result<> CWindowTour::AcquireDark()
 {
   m_window.SlotShowDialog();
   QCoreApplication::processEvents();
   QDialog *pDialog = CDialogDriver::FindDialog();
   if (pDialog == nullptr) {
-    return QStringLiteral("the plug-in shows no dialog");
+    return Failure("the plug-in shows no dialog");
   }
   m_driver.emplace(*pDialog);
   m_window.GetViewer()->GetCamera().GetSceneControl()->SetLensCap(true);
   Settle();
-  return m_driver->AcquireDark().strBox;
+  return Judge(m_driver->AcquireDark());
 }
 
-QString CWindowTour::AcquireBright()
+Result<> CWindowTour::AcquireBright()
 {
   m_window.GetViewer()->GetCamera().GetSceneControl()->SetLensCap(false);
   Settle();
-  const QString strError = m_driver->SetFrameCount(BRIGHT_FRAMES).strBox;
-  return strError.isEmpty() ? m_driver->AcquireBright().strBox : strError;
+  return RunUntilFailure([this] { return Judge(m_driver->SetFrameCount(BRIGHT_FRAMES)); },
+                         [this] { return Judge(m_driver->AcquireBright()); });
 }
 
-QString CWindowTour::Execute()
+Result<> CWindowTour::Execute()
 {
-  const QString strError = m_driver->Execute().strBox;
+  const Result<> result = Judge(m_driver->Execute());
   m_window.GetViewer()->HideDialog(); // the image is behind it
-  return strError;
+  return result;
 }
 
-QString CWindowTour::Measure()
+Result<> CWindowTour::Measure()
 {
   m_window.SlotMeasure();
   return {};
 }
 
-QString CWindowTour::SavePicture(const char *pName)
+Result<> CWindowTour::SavePicture(const char *pName)
 {
   Settle();
   QImage imgPicture = m_window.grab().toImage();
@@ -111,7 +108,7 @@ QString CWindowTour::SavePicture(const char *pName)
     painter.drawRect(QRect(DIALOG_PLACE, imgDialog.size()).adjusted(-1, -1, 0, 0));
   }
   const QString strPath = QDir(m_strFolder).filePath(QLatin1String(pName) + QStringLiteral(".png"));
-  return QString::fromStdString(frames::SaveWholePicture(strPath, imgPicture).GetError());
+  return frames::SaveWholePicture(strPath, imgPicture);
 }
 
 } // namespace ffc::host

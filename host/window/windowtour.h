@@ -19,16 +19,15 @@ public:
   /// \param window shown, with a camera
   CWindowTour(CMainWindow &window, const QString &strFolder);
 
-  /// \return empty, or the step and why it failed
-  QString Run();
+  Result<> Run();
 
 private:
-  QString Prepare();
-  QString AcquireDark();
-  QString AcquireBright();
-  QString Execute();
-  QString Measure();
-  QString SavePicture(const char *pName);
+  Result<> Prepare();
+  Result<> AcquireDark();
+  Result<> AcquireBright();
+  Result<> Execute();
+  Result<> Measure();
+  Result<> SavePicture(const char *pName);
   void Settle();
 
   CMainWindow &m_window;

@@ -34,9 +34,9 @@ SResult MakeResult()
   stResult.stAdvice = AdviseFrameCount(stResult.listNoise);
   stResult.nNewlyClipped = 12;
   stResult.nAtGainLimit = 34;
-  stResult.imgBefore = QImage(1600, 1200, QImage::Format_Grayscale8);
-  stResult.imgBefore.fill(80);
-  stResult.imgAfter = stResult.imgBefore;
+  stResult.stPictures.imgBefore = QImage(1600, 1200, QImage::Format_Grayscale8);
+  stResult.stPictures.imgBefore.fill(80);
+  stResult.stPictures.imgAfter = stResult.stPictures.imgBefore;
   stResult.listSettings = {{"ExposureTime", "10000"}, {"Gain", "0 & more"}};
   return stResult;
 }

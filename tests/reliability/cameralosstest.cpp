@@ -120,9 +120,10 @@ TEST(LostHost, TheNextOneGivesTheUserHisSettingsWithOneClick)
   EXPECT_NE("", DescribeChanges(mapBefore, mapLost));
   ffc::host::CSettingsRescue rescue(camera.Device());
   EXPECT_TRUE(rescue.IsPossible());
-  EXPECT_EQ("", rescue.Restore().toStdString());
+  const ffc::Result<QStringList> changes = rescue.Restore();
+  ASSERT_EQ("", changes.GetError());
   Settings mapAfter;
   AddSettings(mapAfter, camera.Device());
   EXPECT_EQ("", DescribeChanges(mapBefore, mapAfter));
-  EXPECT_FALSE(rescue.GetChanges().isEmpty());
+  EXPECT_FALSE(changes.GetValue().isEmpty());
 }

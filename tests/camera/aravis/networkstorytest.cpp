@@ -11,6 +11,7 @@
 #include "camera/realcameras.h"
 #include "host/headless/bench.h"
 #include "host/headless/headlessrun.h"
+#include "host/measurement/freshframes.h"
 #include "tests/camera/aravis/coverablecamera.h"
 #include "tests/camera/aravis/gigecameraprocess.h"
 
@@ -32,15 +33,13 @@ protected:
   static CameraFactory MakeFactory(CGigeCameraProcess &process, CCoverableCamera::SHooks stHooks = {})
   {
     stHooks.fnCover = [&process](bool bCovered) { process.SetLensCap(bCovered); };
-    return [&process, stHooks = std::move(stHooks)](const SHostOptions &) {
-      SOpenedCamera stOpened;
+    return [&process, stHooks = std::move(stHooks)](const SHostOptions &) -> OpenedCamera {
       std::string strError;
       auto pCamera = OpenRealCamera(process.GetSerial(), &strError);
-      stOpened.strError = QString::fromStdString(strError);
-      if (pCamera != nullptr) {
-        stOpened.pCamera = std::make_unique<CCoverableCamera>(std::move(pCamera), stHooks);
+      if (pCamera == nullptr) {
+        return ffc::Failure(strError);
       }
-      return stOpened;
+      return std::make_unique<CCoverableCamera>(std::move(pCamera), stHooks);
     };
   }
 
@@ -61,7 +60,7 @@ TEST_P(NetworkStoryInFormat, DarkBrightExecuteAndPreviewGiveAFlatImage)
   stCamera.nPixelFormat = nCode;
   CGigeCameraProcess process(stCamera);
   CHeadlessRun run(m_stOptions, MakeFactory(process), m_progress);
-  ASSERT_EQ(run.Run().toStdString(), "");
+  ASSERT_EQ(run.Run().GetError(), "");
   const SReport &stReport = run.GetReport();
   EXPECT_EQ(stReport.strPixelFormat.toStdString(), pName);
   EXPECT_EQ(stReport.nWidth, stCamera.nWidth);
@@ -95,13 +94,12 @@ TEST_F(NetworkStory, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoes
   };
   CBench bench(m_stOptions, MakeFactory(process, stHooks), m_progress);
   const auto fnPrepareBright = [&] {
-    QString strError = bench.SetScene(false, ISceneControl::EPurpose::Acquisition);
-    strError = strError.isEmpty() ? bench.ReadFormat() : strError;
-    strError = strError.isEmpty() ? bench.SelectFrameCount() : strError;
-    return strError.toStdString();
+    return ffc::RunUntilFailure([&] { return bench.SetScene(false, ISceneControl::EPurpose::Acquisition); },
+                                [&] { return bench.ReadFormat(); }, [&] { return bench.SelectFrameCount(); })
+      .GetError();
   };
-  ASSERT_EQ(bench.Open().toStdString(), "");
-  ASSERT_EQ(bench.OpenDialog().toStdString(), "");
+  ASSERT_EQ(bench.Open().GetError(), "");
+  ASSERT_EQ(bench.OpenDialog().GetError(), "");
   ASSERT_EQ(fnPrepareBright(), "");
 
   bArmed = true;
@@ -110,16 +108,16 @@ TEST_F(NetworkStory, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoes
   EXPECT_THAT(stAnswer.strBox.toStdString(),
               testing::AnyOf("Get buffer time out", "Failure to operation device feature"));
   EXPECT_TRUE(bench.GetViewer().GetCamera().GetLink()->IsLost());
-  EXPECT_EQ(bench.GetViewer().GetStreamError().toStdString(), "The camera does not answer any more.");
+  EXPECT_EQ(bench.GetViewer().GetStreamState().GetError(), "The camera does not answer any more.");
   EXPECT_FALSE(bench.GetViewer().GetCamera().IsStreaming());
   bench.GetDriver().AcquireDark();
   EXPECT_FALSE(bench.GetViewer().GetCamera().IsStreaming()) << "what is lost stays lost";
 
   process.Restart();
-  ASSERT_EQ(bench.PowerCycle().toStdString(), "");
-  ASSERT_EQ(bench.OpenDialog().toStdString(), "");
+  ASSERT_EQ(bench.PowerCycle().GetError(), "");
+  ASSERT_EQ(bench.OpenDialog().GetError(), "");
   ASSERT_EQ(fnPrepareBright(), "");
-  EXPECT_EQ(bench.AcquireBright().toStdString(), "");
+  EXPECT_EQ(bench.AcquireBright().GetError(), "");
   EXPECT_TRUE(bench.GetDriver().IsExecuteEnabled());
   EXPECT_FALSE(bench.GetViewer().GetCamera().GetLink()->IsLost());
 }

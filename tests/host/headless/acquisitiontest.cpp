@@ -22,12 +22,12 @@ protected:
   Acquisition()
   {
     m_stOptions.strPixelFormat = "Mono12";
-    m_pViewer = std::make_unique<CViewer>(OpenFast(m_stOptions).pCamera);
+    m_pViewer = std::make_unique<CViewer>(OpenFast(m_stOptions).GetValue());
   }
 
   void SetUp() override
   {
-    ASSERT_EQ(m_pViewer->Open(m_stOptions).toStdString(), "");
+    ASSERT_EQ(m_pViewer->Open(m_stOptions).GetError(), "");
     m_pViewer->ShowDialog();
     QApplication::processEvents();
     QDialog *pDialog = CDialogDriver::FindDialog();
@@ -63,7 +63,7 @@ protected:
 
 TEST_F(Acquisition, OfTheDarkFieldStopsTheStreamForTheUserSetsAndGetsItsOneTriggeredFrame)
 {
-  ASSERT_EQ(m_pViewer->StartStream().toStdString(), "");
+  ASSERT_EQ(m_pViewer->StartStream().GetError(), "");
   ASSERT_FALSE(CanSwitchUserSets()) << "else this test shows nothing";
   auto mapFrames = CountFrames([this] { return m_driver->AcquireDark(); });
   EXPECT_EQ(mapFrames["Mono8"], 1) << "of the factory's set";
@@ -83,7 +83,7 @@ TEST_F(Acquisition, OfTheDarkFieldLeavesAStandingStreamStanding)
 
 TEST_F(Acquisition, OfTheBrightFieldTakesFreeRunningFramesOfTheFactorysSet)
 {
-  ASSERT_EQ(m_pViewer->StartStream().toStdString(), "");
+  ASSERT_EQ(m_pViewer->StartStream().GetError(), "");
   ASSERT_EQ(m_driver->SetFrameCount(8).strBox.toStdString(), "");
   auto mapFrames = CountFrames([this] { return m_driver->AcquireBright(); });
   EXPECT_GE(mapFrames["Mono8"], 8);

@@ -39,13 +39,13 @@ protected:
     CProgressLine progress(nullptr);
     CHeadlessRun run(
       m_stOptions, [this](const SHostOptions &stOptions) { return OpenFast(stOptions); }, progress);
-    const QString strError = run.Run();
+    const Result<> result = run.Run();
     m_stReport = run.GetReport();
-    m_strSummary = strError.isEmpty() ? run.GetSummary() : QString();
-    return strError.toStdString();
+    m_strSummary = result ? run.GetSummary() : QString();
+    return result.GetError();
   }
 
-  SOpenedCamera OpenFast(const SHostOptions &stOptions)
+  OpenedCamera OpenFast(const SHostOptions &stOptions)
   {
     ++m_nPowerOns;
     SSimulatedCameraOptions stCamera;
@@ -59,12 +59,14 @@ protected:
       m_fnBuild(stCamera);
     }
     std::string strError;
-    SOpenedCamera stOpened{CreateSimulatedCamera(stCamera, &strError), QString()};
-    stOpened.strError = QString::fromStdString(strError);
-    if (stOpened.pCamera != nullptr && m_fnAdapt) {
-      m_fnAdapt(dynamic_cast<CSoftwareNodeMap &>(*stOpened.pCamera->GetDeviceNodeMap()));
+    std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stCamera, &strError);
+    if (pCamera == nullptr) {
+      return Failure(strError);
     }
-    return stOpened;
+    if (m_fnAdapt) {
+      m_fnAdapt(dynamic_cast<CSoftwareNodeMap &>(*pCamera->GetDeviceNodeMap()));
+    }
+    return OpenedCamera(std::move(pCamera));
   }
 
   bool IsFirstPowerOn() const { return m_nPowerOns == 1; }

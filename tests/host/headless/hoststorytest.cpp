@@ -27,11 +27,11 @@ protected:
   std::string Run(const CFaultyCamera::SFaults &stFaults, const std::string &strPixelFormat = "Mono8")
   {
     CProgressLine progress(nullptr);
-    const auto openCamera = [&](const SHostOptions &) {
-      return SOpenedCamera{std::make_unique<CFaultyCamera>(strPixelFormat, stFaults), QString()};
+    const auto openCamera = [&](const SHostOptions &) -> OpenedCamera {
+      return std::make_unique<CFaultyCamera>(strPixelFormat, stFaults);
     };
     CHeadlessRun run(m_stOptions, openCamera, progress);
-    std::string strError = run.Run().toStdString();
+    std::string strError = run.Run().GetError();
     m_stReport = run.GetReport();
     return strError;
   }
@@ -84,12 +84,8 @@ TEST_F(HostStory, ACameraThatCannotBeOpenedIsToldWithItsReason)
 {
   CProgressLine progress(nullptr);
   CHeadlessRun run(
-    m_stOptions,
-    [](const SHostOptions &) {
-      return SOpenedCamera{nullptr, QStringLiteral("no such camera")};
-    },
-    progress);
-  EXPECT_EQ(run.Run().toStdString(), "open: no such camera");
+    m_stOptions, [](const SHostOptions &) { return ffc::Failure("no such camera"); }, progress);
+  EXPECT_EQ(run.Run().GetError(), "open: no such camera");
 }
 
 TEST_F(HostStory, AWarningOfTheDialogIsANote)

@@ -13,10 +13,10 @@ TEST(Steps, RunOneAfterTheOther)
   const auto step = [&](const char *pName) {
     return SStep{pName, [&listRun, pName] {
                    listRun << pName;
-                   return QString();
+                   return ffc::Result<>();
                  }};
   };
-  EXPECT_EQ(RunSteps({step("one"), step("two")}, progress), "");
+  EXPECT_TRUE(RunSteps({step("one"), step("two")}, progress).IsOk());
   EXPECT_EQ(listRun, QStringList({"one", "two"}));
 }
 
@@ -25,28 +25,14 @@ TEST(Steps, TheFirstFailureEndsTheStoryAndIsOneLineWithItsStep)
   CProgressLine progress(nullptr);
   bool bWentOn = false;
   const std::vector<SStep> listSteps = {
-    {"one", [] { return QString(); }},
-    {"two", [] { return QStringLiteral("it\nbroke"); }},
+    {"one", [] { return ffc::Result<>(); }},
+    {"two", [] { return ffc::Failure("it\nbroke"); }},
     {"three",
      [&] {
        bWentOn = true;
-       return QString();
+       return ffc::Result<>();
      }},
   };
-  EXPECT_EQ(RunSteps(listSteps, progress), "two: it broke");
+  EXPECT_EQ(RunSteps(listSteps, progress).GetError(), "two: it broke");
   EXPECT_FALSE(bWentOn);
-}
-
-TEST(Steps, ActionsStopAtTheFirstFailureWithItsReasonAsItIs)
-{
-  int nRun = 0;
-  const auto action = [&nRun](const QString &strResult) {
-    return [&nRun, strResult] {
-      ++nRun;
-      return strResult;
-    };
-  };
-  EXPECT_EQ(RunUntilFailure({action(QString()), action("no"), action("never")}), "no");
-  EXPECT_EQ(nRun, 2);
-  EXPECT_EQ(RunUntilFailure({action(QString())}), "");
 }

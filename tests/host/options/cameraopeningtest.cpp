@@ -32,13 +32,13 @@ TEST(CameraOpening, TheModeIsTheCameras)
     {ECorrectionMode::Vignetting, "TailorFlatFieldCorrection"},
   };
   for (const auto &[eMode, pName] : MODES) {
-    const SOpenedCamera stOpened = OpenCamera(MakeOptions(eMode));
-    ASSERT_NE(stOpened.pCamera, nullptr) << stOpened.strError.toStdString();
-    EXPECT_EQ(GetMode(*stOpened.pCamera), pName);
+    const OpenedCamera opened = OpenCamera(MakeOptions(eMode));
+    ASSERT_EQ(opened.GetError(), "");
+    EXPECT_EQ(GetMode(*opened.GetValue()), pName);
   }
-  const SOpenedCamera stUnknown = OpenCamera(MakeOptions(ECorrectionMode::Unknown));
-  ASSERT_NE(stUnknown.pCamera, nullptr) << stUnknown.strError.toStdString();
-  const std::string strMode = GetMode(*stUnknown.pCamera);
+  const OpenedCamera unknown = OpenCamera(MakeOptions(ECorrectionMode::Unknown));
+  ASSERT_EQ(unknown.GetError(), "");
+  const std::string strMode = GetMode(*unknown.GetValue());
   EXPECT_NE(strMode, "");
   EXPECT_NE(strMode, "FlatFieldCorrection");
   EXPECT_NE(strMode, "TailorFlatFieldCorrection");
@@ -48,39 +48,8 @@ TEST(CameraOpening, AFlashThatIsNoneIsToldInOneLine)
 {
   SHostOptions stOptions = MakeOptions(ECorrectionMode::FlatField);
   stOptions.strFlashFile = PLUGIN_MODULE;
-  const SOpenedCamera stOpened = OpenCamera(stOptions);
-  EXPECT_EQ(stOpened.pCamera, nullptr);
-  EXPECT_TRUE(stOpened.strError.startsWith("camera: ")) << stOpened.strError.toStdString();
-  EXPECT_TRUE(stOpened.strError.contains(PLUGIN_MODULE));
-}
-
-TEST(CameraOpening, SelectsAndReadsTheBlockSize)
-{
-  const std::pair<ECorrectionMode, std::vector<uint32_t>> SIZES[] = {
-    {ECorrectionMode::FlatField, {16, 32}},
-    {ECorrectionMode::Vignetting, {64, 128}},
-  };
-  for (const auto &[eMode, listSizes] : SIZES) {
-    const SOpenedCamera stOpened = OpenCamera(MakeOptions(eMode));
-    ASSERT_NE(stOpened.pCamera, nullptr);
-    for (const uint32_t nSize : listSizes) {
-      EXPECT_EQ(SelectBlockSize(*stOpened.pCamera, nSize).toStdString(), "");
-      EXPECT_EQ(ReadBlockSize(*stOpened.pCamera), nSize);
-    }
-    EXPECT_EQ(SelectBlockSize(*stOpened.pCamera, 0).toStdString(), "");
-    EXPECT_EQ(ReadBlockSize(*stOpened.pCamera), listSizes.back()) << "left alone";
-  }
-}
-
-TEST(CameraOpening, ABlockSizeThatTheCameraDoesNotHaveIsRefused)
-{
-  const SOpenedCamera stOpened = OpenCamera(MakeOptions(ECorrectionMode::FlatField));
-  ASSERT_NE(stOpened.pCamera, nullptr);
-  EXPECT_TRUE(SelectBlockSize(*stOpened.pCamera, 64).startsWith("block size 64: "));
-  EXPECT_EQ(ReadBlockSize(*stOpened.pCamera), 32U);
-  const SOpenedCamera stPlain = OpenCamera(MakeOptions(ECorrectionMode::None));
-  ASSERT_NE(stPlain.pCamera, nullptr);
-  EXPECT_EQ(SelectBlockSize(*stPlain.pCamera, 32).toStdString(), "this camera has no coefficient blocks");
-  EXPECT_EQ(SelectBlockSize(*stPlain.pCamera, 0).toStdString(), "");
-  EXPECT_EQ(ReadBlockSize(*stPlain.pCamera), 0U);
+  const OpenedCamera opened = OpenCamera(stOptions);
+  EXPECT_FALSE(opened.IsOk());
+  EXPECT_EQ(opened.GetError().rfind("camera: ", 0), 0U) << opened.GetError();
+  EXPECT_NE(opened.GetError().find(PLUGIN_MODULE), std::string::npos);
 }

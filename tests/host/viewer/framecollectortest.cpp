@@ -29,12 +29,12 @@ TEST(FrameCollector, CollectsConsecutiveFrames)
 {
   CPumpedPipeline stream;
   std::vector<uint8_t> listSeen;
-  ffc::host::CFrameCollector collector(stream.m_pipeline);
-  const QString strError = collector.Collect(5, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
+  CFrameCollector collector(stream.m_pipeline);
+  const ffc::Result<> result = collector.Collect(5, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
     listSeen.push_back(*static_cast<const uint8_t *>(stFrame.pRaw->pBuffer));
     return true;
   });
-  EXPECT_EQ(strError.toStdString(), "");
+  EXPECT_EQ(result.GetError(), "");
   ASSERT_EQ(listSeen.size(), 5U);
   for (std::size_t nFrame = 1; nFrame < 5; ++nFrame) {
     EXPECT_EQ(listSeen[nFrame], uint8_t(listSeen[0] + nFrame));
@@ -44,40 +44,57 @@ TEST(FrameCollector, CollectsConsecutiveFrames)
 TEST(FrameCollector, GivesUpWhenNoWantedFrameComes)
 {
   CPumpedPipeline stream;
-  ffc::host::CFrameCollector collector(stream.m_pipeline, 50);
-  const QString strError =
+  CFrameCollector collector(stream.m_pipeline, 50);
+  const ffc::Result<> result =
     collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; });
-  EXPECT_EQ(strError.toStdString(), "no corrected frame came for 0.05 s, 0 of 3 were there");
+  EXPECT_EQ(result.GetError(), "no corrected frame came for 0.05 s, 0 of 3 were there");
 }
 
-TEST(FrameCollector, EndsWithTheReasonOfTheTroubleCheck)
+TEST(FrameCollector, EndsWithTheFailureOfTheCheck)
 {
   CPumpedPipeline stream;
-  ffc::host::CFrameCollector collector(stream.m_pipeline);
-  collector.SetTroubleCheck([] { return QStringLiteral("the lens fell off"); });
-  EXPECT_EQ(collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; })
-              .toStdString(),
-            "the lens fell off");
+  CFrameCollector collector(stream.m_pipeline);
+  collector.SetCheck([] { return ffc::Failure("the lens fell off"); });
+  EXPECT_EQ(
+    collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; }).GetError(),
+    "the lens fell off");
 }
 
 TEST(FrameCollector, EndsWhenAFrameCannotBeUsed)
 {
   CPumpedPipeline stream;
-  ffc::host::CFrameCollector collector(stream.m_pipeline);
+  CFrameCollector collector(stream.m_pipeline);
   int nCalls = 0;
-  const QString strError = collector.Collect(1000, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &) {
+  const ffc::Result<> result = collector.Collect(1000, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &) {
     ++nCalls;
     return false;
   });
-  EXPECT_TRUE(strError.contains("another size"));
+  EXPECT_NE(result.GetError().find("another size"), std::string::npos);
   EXPECT_EQ(nCalls, 1);
 }
 
 TEST(FrameCollector, WaitUntilReturnsTheLastAnswer)
 {
   CFramePipeline pipeline;
-  const ffc::host::CFrameCollector collector(pipeline, 30);
+  const CFrameCollector collector(pipeline, 30);
   int nAsked = 0;
   EXPECT_TRUE(collector.WaitUntil([&] { return ++nAsked == 2; }));
   EXPECT_FALSE(collector.WaitUntil([] { return false; }));
+}
+
+TEST(FrameCollector, CountsTheFramesThatItHasTaken)
+{
+  CPumpedPipeline stream;
+  CFrameCollector collector(stream.m_pipeline);
+  uint32_t nSeen = 0;
+  collector.SetCheck([&] {
+    nSeen = collector.GetTakenCount();
+    return nSeen < 3 ? ffc::Result<>() : ffc::Failure("enough");
+  });
+  const auto Take = [](const SProcessedFrame &) { return true; };
+  EXPECT_EQ(collector.Collect(1000000, CFramePipeline::EWanted::Any, Take).GetError(), "enough");
+  EXPECT_GE(nSeen, 3U);
+  collector.SetCheck(nullptr);
+  EXPECT_TRUE(collector.Collect(2, CFramePipeline::EWanted::Any, Take).IsOk());
+  EXPECT_EQ(collector.GetTakenCount(), 2U);
 }

@@ -184,3 +184,9 @@ TEST_F(FramePipeline, TheObserverSeesEveryFrame)
   Deliver(2);
   EXPECT_EQ(nSeen, 2);
 }
+
+TEST(FramePipeline, NoTimeSpentIsNoThroughput)
+{
+  EXPECT_EQ(SThroughput().GetFramesPerSecond(), 0);
+  EXPECT_EQ(SThroughput().GetMegapixelsPerSecond(), 0);
+}

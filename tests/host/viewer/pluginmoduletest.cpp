@@ -10,7 +10,7 @@ using namespace ffc::host;
 TEST(PluginModule, AMissingFileIsNamed)
 {
   CPluginModule module;
-  EXPECT_EQ(module.Load("/no/such/module.plx").toStdString(), "plug-in /no/such/module.plx: no such file");
+  EXPECT_EQ(module.Load("/no/such/module.plx").GetError(), "plug-in /no/such/module.plx: no such file");
   EXPECT_EQ(module.GetPlugin(), nullptr);
 }
 
@@ -18,7 +18,7 @@ TEST(PluginModule, AFolderIsNoModule)
 {
   CPluginModule module;
   const QTemporaryDir dir;
-  EXPECT_TRUE(module.Load(dir.path()).contains("no such file"));
+  EXPECT_NE(module.Load(dir.path()).GetError().find("no such file"), std::string::npos);
 }
 
 TEST(PluginModule, AFileThatIsNoModuleIsRefused)
@@ -30,15 +30,15 @@ TEST(PluginModule, AFileThatIsNoModuleIsRefused)
   file.write("not a module");
   file.close();
   CPluginModule module;
-  const QString strError = module.Load(strPath);
-  EXPECT_TRUE(strError.startsWith("plug-in " + strPath + ": ")) << strError.toStdString();
+  const std::string strError = module.Load(strPath).GetError();
+  EXPECT_EQ(strError.rfind("plug-in " + strPath.toStdString() + ": ", 0), 0U) << strError;
   EXPECT_EQ(module.GetPlugin(), nullptr);
 }
 
 TEST(PluginModule, AModuleWithoutAnExportIsRefusedWithItsName)
 {
   CPluginModule module;
-  EXPECT_TRUE(module.Load(HALF_MODULE).contains("does not export DestoryPluginObject"));
+  EXPECT_NE(module.Load(HALF_MODULE).GetError().find("does not export DestoryPluginObject"), std::string::npos);
   EXPECT_EQ(module.GetPlugin(), nullptr);
 }
 
@@ -46,7 +46,7 @@ TEST(PluginModule, LoadsDestroysAndLoadsAgain)
 {
   CPluginModule module;
   for (int nRound = 0; nRound < 2; ++nRound) {
-    ASSERT_EQ(module.Load(FAKE_MODULE).toStdString(), "");
+    ASSERT_EQ(module.Load(FAKE_MODULE).GetError(), "");
     ASSERT_NE(module.GetPlugin(), nullptr);
     EXPECT_STREQ(module.GetPlugin()->GetPluginName(), "fake");
     module.Unload();
@@ -57,7 +57,7 @@ TEST(PluginModule, LoadsDestroysAndLoadsAgain)
 TEST(PluginModule, AFailedLoadDropsWhatWasLoaded)
 {
   CPluginModule module;
-  ASSERT_EQ(module.Load(FAKE_MODULE).toStdString(), "");
-  EXPECT_NE(module.Load("/no/such/module.plx").toStdString(), "");
+  ASSERT_EQ(module.Load(FAKE_MODULE).GetError(), "");
+  EXPECT_NE(module.Load("/no/such/module.plx").GetError(), "");
   EXPECT_EQ(module.GetPlugin(), nullptr);
 }

@@ -23,8 +23,8 @@ class MainWindow : public WindowFixture {
 protected:
   CameraFactory MakeFaulty(const CFaultyCamera::SFaults &stFaults)
   {
-    return [stFaults](const SHostOptions &) {
-      return SOpenedCamera{std::make_unique<CFaultyCamera>("BayerRG8", stFaults), {}};
+    return [stFaults](const SHostOptions &) -> OpenedCamera {
+      return std::make_unique<CFaultyCamera>("BayerRG8", stFaults);
     };
   }
 
@@ -198,15 +198,15 @@ TEST_F(MainWindow, ALostCameraIsSaidToBeLostAndOpenedAgainWhenItAnswers)
   auto pLost = std::make_shared<std::atomic<bool>>(false);
   int nOpened = 0;
   int nRefused = 0;
-  ShowWindow([&](const SHostOptions &) {
+  ShowWindow([&](const SHostOptions &) -> OpenedCamera {
     if (*pLost && nRefused == 0) {
       ++nRefused;
-      return SOpenedCamera{nullptr, QStringLiteral("camera: none answers")};
+      return ffc::Failure("camera: none answers");
     }
     ++nOpened;
     CFaultyCamera::SFaults stFaults;
     stFaults.pLost = pLost = std::make_shared<std::atomic<bool>>(false);
-    return SOpenedCamera{std::make_unique<CFaultyCamera>("Mono12", stFaults), {}};
+    return std::make_unique<CFaultyCamera>("Mono12", stFaults);
   });
   ASSERT_TRUE(WaitPicture());
   *pLost = true;
@@ -223,11 +223,11 @@ TEST_F(MainWindow, ALostCameraIsNotTakenFromUnderAQuestion)
 {
   auto pLost = std::make_shared<std::atomic<bool>>(false);
   int nAsked = 0;
-  ShowWindow([&](const SHostOptions &) {
+  ShowWindow([&](const SHostOptions &) -> OpenedCamera {
     ++nAsked;
     CFaultyCamera::SFaults stFaults;
     stFaults.pLost = pLost;
-    return SOpenedCamera{std::make_unique<CFaultyCamera>("Mono12", stFaults), {}};
+    return std::make_unique<CFaultyCamera>("Mono12", stFaults);
   });
   QDialog question(m_pWindow.get());
   question.setModal(true);

@@ -33,7 +33,7 @@ protected:
   }
 
   /// 256 x 192 pixels; the frame rate is the fixture's.
-  SOpenedCamera OpenSimulated(const SHostOptions &stOptions) const
+  OpenedCamera OpenSimulated(const SHostOptions &stOptions) const
   {
     SSimulatedCameraOptions stCamera;
     stCamera.strPixelFormat = stOptions.strPixelFormat;
@@ -42,10 +42,11 @@ protected:
     stCamera.dFrameRate = m_dFrameRate;
     stCamera.eMode = stOptions.eMode;
     std::string strError;
-    SOpenedCamera stOpened;
-    stOpened.pCamera = CreateSimulatedCamera(stCamera, &strError);
-    stOpened.strError = QString::fromStdString(strError);
-    return stOpened;
+    std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stCamera, &strError);
+    if (pCamera == nullptr) {
+      return Failure(strError);
+    }
+    return OpenedCamera(std::move(pCamera));
   }
 
   /// Shows the window on the camera of the factory, by default the simulated one.
@@ -55,7 +56,7 @@ protected:
       fnOpen = [this](const SHostOptions &stOptions) { return OpenSimulated(stOptions); };
     }
     m_pWindow = std::make_unique<CMainWindow>(m_stOptions, fnOpen);
-    ASSERT_EQ(m_pWindow->OpenCamera(m_stOptions).toStdString(), "");
+    ASSERT_EQ(m_pWindow->OpenCamera(m_stOptions).GetError(), "");
     m_pWindow->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(m_pWindow.get()));
     QApplication::setActiveWindow(m_pWindow.get());
