@@ -30,7 +30,7 @@ void DropRemarks(QtMsgType eType, const QMessageLogContext &, const QString &str
   }
 }
 
-int RunHeadless(const SHostOptions &stOptions)
+int RunHeadless(const SHeadlessOptions &stOptions)
 {
   CProgressLine progress(IsErrorStreamTerminal() ? &std::cerr : nullptr);
   CHeadlessRun run(stOptions, OpenCamera, progress);
@@ -39,14 +39,14 @@ int RunHeadless(const SHostOptions &stOptions)
     return Fail(result.GetFailure());
   }
   std::cout << run.GetSummary().toStdString();
-  std::cout << "  written to " << stOptions.strOutFolder << std::endl;
+  std::cout << "  written to " << stOptions.stWorkflow.strOutFolder << std::endl;
   return EXIT_SUCCESS;
 }
 
 /// Gives the camera its user's settings back.
-int RunRescue(const SHostOptions &stOptions)
+int RunRescue(const SCameraOptions &stCamera)
 {
-  const OpenedCamera opened = OpenCamera(stOptions);
+  const OpenedCamera opened = OpenCamera(stCamera);
   if (!opened) {
     return Fail(opened.GetFailure());
   }
@@ -63,17 +63,17 @@ int RunRescue(const SHostOptions &stOptions)
   return EXIT_SUCCESS;
 }
 
-int RunLive(const SHostOptions &stOptions)
+int RunLive(const SCameraOptions &stCamera, const SPluginOptions &stPlugin, const std::string &strScreenshots)
 {
-  CLanguage language(stOptions.bChinese);
-  CMainWindow window(stOptions, OpenCamera);
-  const ffc::Result<> opened = window.OpenCamera(stOptions);
+  CLanguage language(stPlugin.bChinese);
+  CMainWindow window(stCamera, stPlugin, OpenCamera);
+  const ffc::Result<> opened = window.OpenCamera(stCamera);
   if (!opened) {
     return Fail(opened.GetFailure());
   }
   window.show();
-  if (!stOptions.strTourFolder.empty()) {
-    const ffc::Result<> toured = CWindowTour(window, QString::fromStdString(stOptions.strTourFolder)).Run();
+  if (!strScreenshots.empty()) {
+    const ffc::Result<> toured = CWindowTour(window, QString::fromStdString(strScreenshots)).Run();
     return toured ? EXIT_SUCCESS : Fail(toured.GetFailure());
   }
   return QApplication::exec();
@@ -89,12 +89,12 @@ int main(int nArguments, char **pArguments)
     stream << (stCommandLine.nExitCode == 0 ? "" : "ffchost: ") << stCommandLine.strText << std::endl;
     return stCommandLine.nExitCode;
   }
-  if (stCommandLine.stOptions.bListCameras) {
+  if (stCommandLine.stTask.bListCameras) {
     std::cout << DescribeRealCameras() << std::flush;
     return EXIT_SUCCESS;
   }
-  const bool bRescue = stCommandLine.stOptions.bRestoreSettings;
-  const bool bHeadless = stCommandLine.stOptions.bHeadless || bRescue || !HasDisplay();
+  const bool bRescue = stCommandLine.stTask.bRestoreSettings;
+  const bool bHeadless = stCommandLine.stTask.bHeadless || bRescue || !HasDisplay();
   if (bHeadless && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
     PrepareOffScreen();
   }
@@ -109,8 +109,10 @@ int main(int nArguments, char **pArguments)
   // Where the window remembers how it was left.
   QCoreApplication::setOrganizationName(QStringLiteral("FlatFieldCorrection"));
   QCoreApplication::setApplicationName(QStringLiteral("ffchost"));
+  const SHeadlessOptions &stOptions = stCommandLine.stOptions;
   if (bRescue) {
-    return RunRescue(stCommandLine.stOptions);
+    return RunRescue(stOptions.stCamera);
   }
-  return bHeadless ? RunHeadless(stCommandLine.stOptions) : RunLive(stCommandLine.stOptions);
+  return bHeadless ? RunHeadless(stOptions)
+                   : RunLive(stOptions.stCamera, stOptions.stPlugin, stCommandLine.stTask.strScreenshots);
 }

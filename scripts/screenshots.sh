@@ -15,7 +15,7 @@ trap 'rm -rf "$pictures"' EXIT
 # tell_story LANGUAGE: with settings of its own, so that the window looks as it does the first time.
 tell_story() {
   XDG_CONFIG_HOME="$pictures/settings" xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' \
-    build/release/bin/ffchost --language "$1" --tour "$pictures/$1"
+    build/release/bin/ffchost --language "$1" --screenshots "$pictures/$1"
 }
 
 # keep LANGUAGE PICTURE NAME COLOURS: below 150 KB. The noise of a flat image is what costs; few greys hide it.

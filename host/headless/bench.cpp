@@ -16,12 +16,12 @@ const QString FLASH_FILE = QStringLiteral("camera.flash");
 
 } // namespace
 
-CBench::CBench(const SHostOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress)
+CBench::CBench(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress)
   : m_stOptions(stOptions), m_fnOpenCamera(std::move(fnOpenCamera)), m_progress(progress),
-    m_folder(QString::fromStdString(stOptions.strOutFolder))
+    m_folder(QString::fromStdString(stOptions.stWorkflow.strOutFolder))
 {
-  m_stReport.eMode = stOptions.eMode;
-  m_stReport.nFrameCount = stOptions.nFrames;
+  m_stReport.eMode = stOptions.stCamera.eMode;
+  m_stReport.nFrameCount = stOptions.stWorkflow.nFrames;
 }
 
 CBench::~CBench()
@@ -40,17 +40,17 @@ Result<> CBench::Open()
 {
   return RunUntilFailure([this] { return m_folder.Prepare(); }, [this] { return PrepareFlash(); },
                          [this] { return OpenCameraInViewer(); },
-                         [this] { return SelectBlockSize(m_pViewer->GetCamera(), m_stOptions.nBlockSize); },
-                         [this] { return m_pViewer->Open(m_stOptions); });
+                         [this] { return SelectBlockSize(m_pViewer->GetCamera(), m_stOptions.stCamera.nBlockSize); },
+                         [this] { return OpenPlugin(); });
 }
 
 Result<> CBench::PrepareFlash()
 {
-  if (m_stOptions.eMode == ECorrectionMode::None || !m_stOptions.strFlashFile.empty()) {
+  if (m_stOptions.stCamera.eMode == ECorrectionMode::None || !m_stOptions.stCamera.strFlashFile.empty()) {
     return {};
   }
   const QString strFlash = m_folder.GetPath(FLASH_FILE);
-  m_stOptions.strFlashFile = strFlash.toStdString();
+  m_stOptions.stCamera.strFlashFile = strFlash.toStdString();
   QFile file(strFlash);
   if (file.exists() && !file.remove()) {
     return Failure(QStringLiteral("cannot replace %1: %2").arg(strFlash, file.errorString()));
@@ -60,7 +60,7 @@ Result<> CBench::PrepareFlash()
 
 Result<> CBench::OpenCameraInViewer()
 {
-  OpenedCamera opened = m_fnOpenCamera(m_stOptions);
+  OpenedCamera opened = m_fnOpenCamera(m_stOptions.stCamera);
   if (!opened) {
     return opened.GetFailure();
   }
@@ -73,6 +73,13 @@ Result<> CBench::OpenCameraInViewer()
     return Failure("the scene of this camera cannot be set by software");
   }
   return {};
+}
+
+Result<> CBench::OpenPlugin()
+{
+  const SPluginOptions &stPlugin = m_stOptions.stPlugin;
+  return m_pViewer->Open(QString::fromStdString(stPlugin.strModule),
+                         stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English);
 }
 
 Result<> CBench::OpenDialog()
@@ -98,7 +105,7 @@ Result<> CBench::PowerCycle()
   m_driver.reset();
   m_collector.reset();
   m_pViewer.reset();
-  return RunUntilFailure([this] { return OpenCameraInViewer(); }, [this] { return m_pViewer->Open(m_stOptions); });
+  return RunUntilFailure([this] { return OpenCameraInViewer(); }, [this] { return OpenPlugin(); });
 }
 
 Result<> CBench::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
@@ -140,21 +147,22 @@ Result<> CBench::AcquireDark()
 
 Result<> CBench::SelectFrameCount()
 {
-  return Judge(m_driver->SetFrameCount(m_stOptions.nFrames));
+  return Judge(m_driver->SetFrameCount(m_stOptions.stWorkflow.nFrames));
 }
 
 Result<> CBench::AcquireBright()
 {
   const uint32_t nSettling = m_stFormat.pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
-  m_progress.BeginStep("bright field", uint32_t(m_stOptions.nFrames) + nSettling);
+  m_progress.BeginStep("bright field", uint32_t(m_stOptions.stWorkflow.nFrames) + nSettling);
   const Result<> result = Judge(m_driver->AcquireBright());
   return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
 }
 
 Result<> CBench::SelectExpectGray()
 {
-  const Result<> result =
-    m_stOptions.nExpectGray >= 0 ? Judge(m_driver->SetExpectGray(m_stOptions.nExpectGray)) : Result<>();
+  const Result<> result = m_stOptions.stWorkflow.nExpectGray >= 0
+                            ? Judge(m_driver->SetExpectGray(m_stOptions.stWorkflow.nExpectGray))
+                            : Result<>();
   m_stReport.nExpectGray = m_driver->GetExpectGray();
   m_stReport.nExpectGrayDn = m_stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
   return result;

@@ -13,7 +13,7 @@
 #include "host/headless/resultfolder.h"
 #include "host/measurement/freshframes.h"
 #include "host/options/cameraopening.h"
-#include "host/options/commandline.h"
+#include "host/options/hostoptions.h"
 #include "host/viewer/framecollector.h"
 #include "host/viewer/viewer.h"
 #include "quality/report.h"
@@ -24,7 +24,7 @@ namespace ffc::host {
 class CBench {
 public:
   /// \param fnOpenCamera called by Open and PowerCycle
-  CBench(const SHostOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
+  CBench(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
   ~CBench();
   CBench(const CBench &) = delete;
   CBench &operator=(const CBench &) = delete;
@@ -60,7 +60,7 @@ public:
   /// Fails when the action had an error box; a red prompt becomes a note.
   Result<> Judge(const SDialogAnswer &stAnswer);
 
-  const SHostOptions &GetOptions() const { return m_stOptions; }
+  const SHeadlessOptions &GetOptions() const { return m_stOptions; }
   CProgressLine &GetProgress() { return m_progress; }
   CViewer &GetViewer() { return *m_pViewer; }
   ffc::host::CFrameCollector &GetCollector() { return *m_collector; }
@@ -75,8 +75,9 @@ public:
 private:
   Result<> PrepareFlash();
   Result<> OpenCameraInViewer();
+  Result<> OpenPlugin();
 
-  SHostOptions m_stOptions;
+  SHeadlessOptions m_stOptions;
   CameraFactory m_fnOpenCamera;
   CProgressLine &m_progress;
   CResultFolder m_folder;

@@ -23,7 +23,7 @@ Result<> DescribeDifferences(const char *pWhat, const QStringList &listNames)
 } // namespace
 
 CDeviceStory::CDeviceStory(CBench &bench)
-  : m_bench(bench), m_bFlatField(bench.GetOptions().eMode == ECorrectionMode::FlatField)
+  : m_bench(bench), m_bFlatField(bench.GetOptions().stCamera.eMode == ECorrectionMode::FlatField)
 {
 }
 
@@ -141,7 +141,7 @@ Result<> CDeviceStory::MeasureScene(bool bLensCap, quality::CFrameStack &stStack
 
 Result<> CDeviceStory::SaveFrames(const char *pKind)
 {
-  const uint32_t nFrames = uint32_t(m_bench.GetOptions().nSaveFrames);
+  const uint32_t nFrames = uint32_t(m_bench.GetOptions().stWorkflow.nSaveFrames);
   Result<> result;
   for (uint32_t nFrame = 0; nFrame < nFrames && result; ++nFrame) {
     std::vector<uint8_t> listFrame;

@@ -20,8 +20,8 @@ std::unique_ptr<IStory> MakeStory(ECorrectionMode eMode, CBench &bench)
 
 } // namespace
 
-CHeadlessRun::CHeadlessRun(const SHostOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress)
-  : m_bench(stOptions, std::move(fnOpenCamera), progress), m_pStory(MakeStory(stOptions.eMode, m_bench))
+CHeadlessRun::CHeadlessRun(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress)
+  : m_bench(stOptions, std::move(fnOpenCamera), progress), m_pStory(MakeStory(stOptions.stCamera.eMode, m_bench))
 {
 }
 

@@ -9,7 +9,7 @@
 #include "host/headless/bench.h"
 #include "host/headless/progressline.h"
 #include "host/headless/story.h"
-#include "host/options/commandline.h"
+#include "host/options/hostoptions.h"
 
 namespace ffc::host {
 
@@ -18,7 +18,7 @@ namespace ffc::host {
 class CHeadlessRun {
 public:
   /// \param fnOpenCamera makes a camera whose scene can be set by software
-  CHeadlessRun(const SHostOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
+  CHeadlessRun(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
 
   /// \return on failure one line: the step and why it failed
   Result<> Run();

@@ -122,7 +122,7 @@ Result<> CHostStory::SaveFrames()
 {
   const CResultFolder &folder = m_bench.GetFolder();
   const SStreamFormat &stFormat = m_bench.GetFormat();
-  const uint32_t nFrames = uint32_t(m_bench.GetOptions().nSaveFrames);
+  const uint32_t nFrames = uint32_t(m_bench.GetOptions().stWorkflow.nSaveFrames);
   Result<> result;
   for (uint32_t nFrame = 0; nFrame < nFrames && result; ++nFrame) {
     SFramePair stPair;

@@ -23,49 +23,48 @@ const SKind ALL_KINDS[] = {
   {"Mono12", ECorrectionMode::Vignetting, QT_TRANSLATE_NOOP("CameraChoice", "Simulated, corrects vignetting itself")},
 };
 
-QString NameStarted(const SHostOptions &stOptions)
+QString NameStarted(const SCameraOptions &stCamera)
 {
-  if (!stOptions.strCameraId.empty()) {
-    return Translate("%1 (as started)").arg(QString::fromStdString(stOptions.strCameraId));
+  if (!stCamera.strCameraId.empty()) {
+    return Translate("%1 (as started)").arg(QString::fromStdString(stCamera.strCameraId));
   }
-  if (!stOptions.strReplayFolder.empty()) {
-    return Translate("Recorded: %1").arg(QString::fromStdString(stOptions.strReplayFolder));
+  if (!stCamera.strReplayFolder.empty()) {
+    return Translate("Recorded: %1").arg(QString::fromStdString(stCamera.strReplayFolder));
   }
   return Translate("%1 (as started)")
-    .arg(stOptions.strPixelFormat.empty() ? QStringLiteral("Mono12")
-                                          : QString::fromStdString(stOptions.strPixelFormat));
+    .arg(stCamera.strPixelFormat.empty() ? QStringLiteral("Mono12") : QString::fromStdString(stCamera.strPixelFormat));
 }
 
 /// What was said for the first camera alone is left out.
-SHostOptions ForAnother(SHostOptions stOptions)
+SCameraOptions ForAnother(SCameraOptions stCamera)
 {
-  stOptions.strCameraId.clear();
-  stOptions.strReplayFolder.clear();
-  stOptions.strFlashFile.clear();
-  stOptions.strPixelFormat.clear();
-  stOptions.nBlockSize = 0;
-  stOptions.eMode = ECorrectionMode::None;
-  return stOptions;
+  stCamera.strCameraId.clear();
+  stCamera.strReplayFolder.clear();
+  stCamera.strFlashFile.clear();
+  stCamera.strPixelFormat.clear();
+  stCamera.nBlockSize = 0;
+  stCamera.eMode = ECorrectionMode::None;
+  return stCamera;
 }
 
 } // namespace
 
-std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions,
+std::vector<SCameraChoice> ListCameraChoices(const SCameraOptions &stCamera,
                                              const std::vector<SRealCameraInfo> &listRealCameras)
 {
-  std::vector<SCameraChoice> listChoices{{NameStarted(stOptions), stOptions, false}};
+  std::vector<SCameraChoice> listChoices{{NameStarted(stCamera), stCamera, false}};
   for (const SRealCameraInfo &stInfo : listRealCameras) {
-    SCameraChoice stChoice{QString::fromStdString(stInfo.GetDisplayName()), ForAnother(stOptions), false};
-    stChoice.stOptions.strCameraId = stInfo.strId;
+    SCameraChoice stChoice{QString::fromStdString(stInfo.GetDisplayName()), ForAnother(stCamera), false};
+    stChoice.stCamera.strCameraId = stInfo.strId;
     listChoices.push_back(stChoice);
   }
   for (const SKind &stKind : ALL_KINDS) {
-    SCameraChoice stChoice{Translate(stKind.pName), ForAnother(stOptions), false};
-    stChoice.stOptions.strPixelFormat = stKind.pFormat;
-    stChoice.stOptions.eMode = stKind.eMode;
+    SCameraChoice stChoice{Translate(stKind.pName), ForAnother(stCamera), false};
+    stChoice.stCamera.strPixelFormat = stKind.pFormat;
+    stChoice.stCamera.eMode = stKind.eMode;
     listChoices.push_back(stChoice);
   }
-  listChoices.push_back({Translate("Recorded frames..."), ForAnother(stOptions), true});
+  listChoices.push_back({Translate("Recorded frames..."), ForAnother(stCamera), true});
   return listChoices;
 }
 

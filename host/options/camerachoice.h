@@ -7,19 +7,19 @@
 #include <QString>
 
 #include "camera/realcameras.h"
-#include "host/options/commandline.h"
+#include "host/options/hostoptions.h"
 
 namespace ffc::host {
 
 struct SCameraChoice {
   QString strName;          ///< in the language of the program
-  SHostOptions stOptions;   ///< what opens it
+  SCameraOptions stCamera;  ///< what opens it
   bool bAsksFolder = false; ///< the user has to name the folder of recorded frames first
 };
 
 /// First the camera of the command line, then the real ones, the simulated ones, and recorded frames at the end.
 /// \param listRealCameras those that answered when they were looked for
-std::vector<SCameraChoice> ListCameraChoices(const SHostOptions &stOptions,
+std::vector<SCameraChoice> ListCameraChoices(const SCameraOptions &stCamera,
                                              const std::vector<SRealCameraInfo> &listRealCameras = {});
 
 } // namespace ffc::host

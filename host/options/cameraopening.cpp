@@ -9,7 +9,7 @@
 namespace ffc::host {
 namespace {
 
-std::unique_ptr<ICamera> OpenSimulated(const SHostOptions &stOptions, std::string *pstrError)
+std::unique_ptr<ICamera> OpenSimulated(const SCameraOptions &stOptions, std::string *pstrError)
 {
   SSimulatedCameraOptions stCamera;
   stCamera.strPixelFormat = stOptions.strPixelFormat.empty() ? stCamera.strPixelFormat : stOptions.strPixelFormat;
@@ -21,7 +21,7 @@ std::unique_ptr<ICamera> OpenSimulated(const SHostOptions &stOptions, std::strin
   return CreateSimulatedCamera(stCamera, pstrError);
 }
 
-std::unique_ptr<ICamera> OpenReplay(const SHostOptions &stOptions, std::string *pstrError)
+std::unique_ptr<ICamera> OpenReplay(const SCameraOptions &stOptions, std::string *pstrError)
 {
   SReplayCameraOptions stCamera;
   stCamera.strFolder = stOptions.strReplayFolder;
@@ -30,7 +30,7 @@ std::unique_ptr<ICamera> OpenReplay(const SHostOptions &stOptions, std::string *
 }
 
 /// A real camera keeps the format that it is set to unless the user asks for another.
-std::unique_ptr<ICamera> OpenReal(const SHostOptions &stOptions, std::string *pstrError)
+std::unique_ptr<ICamera> OpenReal(const SCameraOptions &stOptions, std::string *pstrError)
 {
   std::unique_ptr<ICamera> pCamera = OpenRealCamera(stOptions.strCameraId, pstrError);
   if (pCamera == nullptr || stOptions.strPixelFormat.empty()) {
@@ -51,7 +51,7 @@ std::unique_ptr<ICamera> OpenReal(const SHostOptions &stOptions, std::string *ps
 
 } // namespace
 
-OpenedCamera OpenCamera(const SHostOptions &stOptions)
+OpenedCamera OpenCamera(const SCameraOptions &stOptions)
 {
   std::unique_ptr<ICamera> pCamera;
   std::string strError;

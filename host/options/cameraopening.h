@@ -7,15 +7,15 @@
 #include <string>
 
 #include "camera/icamera.h"
-#include "host/options/commandline.h"
+#include "host/options/hostoptions.h"
 #include "platform/result.h"
 
 namespace ffc::host {
 
 using OpenedCamera = Result<std::unique_ptr<ICamera>>;
-using CameraFactory = std::function<OpenedCamera(const SHostOptions &)>;
+using CameraFactory = std::function<OpenedCamera(const SCameraOptions &)>;
 
-OpenedCamera OpenCamera(const SHostOptions &stOptions);
+OpenedCamera OpenCamera(const SCameraOptions &stOptions);
 
 /// One line per real camera that answers: id, protocol, address and display name with tabs between them; a line that
 /// says so when there is none. Takes about a second.

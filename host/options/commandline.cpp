@@ -38,32 +38,32 @@ std::string ParseSide(const std::string &strSide, uint32_t &nSide)
   return {};
 }
 
-std::string ParseSize(const std::string &strSize, SHostOptions &stOptions)
+std::string ParseSize(const std::string &strSize, SCameraOptions &stCamera)
 {
   const std::size_t nCross = strSize.find('x');
   if (nCross == std::string::npos) {
     return "write it as WIDTHxHEIGHT, such as 2048x1536";
   }
-  const std::string strError = ParseSide(strSize.substr(0, nCross), stOptions.nWidth);
-  return strError.empty() ? ParseSide(strSize.substr(nCross + 1), stOptions.nHeight) : strError;
+  const std::string strError = ParseSide(strSize.substr(0, nCross), stCamera.nWidth);
+  return strError.empty() ? ParseSide(strSize.substr(nCross + 1), stCamera.nHeight) : strError;
 }
 
-std::string ParseCamera(const std::string &strCamera, SHostOptions &stOptions)
+std::string ParseCamera(const std::string &strCamera, SCameraOptions &stCamera)
 {
-  stOptions.strReplayFolder.clear();
-  stOptions.strCameraId.clear();
+  stCamera.strReplayFolder.clear();
+  stCamera.strCameraId.clear();
   if (strCamera == "simulated") {
     return {};
   }
   const bool bReplay = strCamera.compare(0, REPLAY_PREFIX.size(), REPLAY_PREFIX) == 0;
   if (bReplay && strCamera.size() > REPLAY_PREFIX.size()) {
-    stOptions.strReplayFolder = strCamera.substr(REPLAY_PREFIX.size());
+    stCamera.strReplayFolder = strCamera.substr(REPLAY_PREFIX.size());
     return {};
   }
   if (bReplay || strCamera.empty() || !AreRealCamerasSupported()) {
     return "'" + strCamera + "' is neither simulated nor replay:DIR";
   }
-  stOptions.strCameraId = strCamera;
+  stCamera.strCameraId = strCamera;
   return {};
 }
 
@@ -85,18 +85,18 @@ std::string CheckLanguage(const std::string &strLanguage)
   return strLanguage == "en" || strLanguage == "zh" ? std::string() : "'" + strLanguage + "' is neither en nor zh";
 }
 
-std::string ParseMode(const std::string &strMode, SHostOptions &stOptions)
+std::string ParseMode(const std::string &strMode, SCameraOptions &stCamera)
 {
-  return camera::FindMode(strMode, stOptions.eMode)
+  return camera::FindMode(strMode, stCamera.eMode)
            ? std::string()
            : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
 }
 
-std::string ParseBlockSize(const std::string &strSize, SHostOptions &stOptions)
+std::string ParseBlockSize(const std::string &strSize, SCameraOptions &stCamera)
 {
   for (const uint32_t nSize : {16U, 32U, 64U, 128U}) {
     if (strSize == std::to_string(nSize)) {
-      stOptions.nBlockSize = nSize;
+      stCamera.nBlockSize = nSize;
       return {};
     }
   }
@@ -124,93 +124,103 @@ struct SWords {
   std::string strBlockSize;
 };
 
-void AddCameraOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
+void AddCameraOptions(CLI::App &app, SCameraOptions &stCamera, SWords &stWords)
 {
   app
     .add_option("--camera", stWords.strCamera,
-                "simulated (default), replay:DIR for a folder of recorded frames, or a real camera by its id, IP "
-                "address or serial number")
+                "simulated (default), replay:DIR for a folder of recorded frames, or the id, IP address or "
+                "serial number of a real camera")
     ->type_name("CAMERA")
-    ->check([&](const std::string &str) { return ParseCamera(str, stOptions); });
-  app.add_flag("--list-cameras", stOptions.bListCameras, "print the real cameras that answer, and leave");
-  app.add_option("--pixel-format", stOptions.strPixelFormat, "such as Mono12 (default) or BayerRG8")
+    ->check([&](const std::string &str) { return ParseCamera(str, stCamera); });
+  app.add_option("--pixel-format", stCamera.strPixelFormat, "such as Mono12 (default) or BayerRG8")
     ->type_name("NAME")
     ->check(CheckPixelFormat);
-  app.add_option("--size", stWords.strSize, "size of the simulated sensor, 2048x1536 unless said")
+  app.add_option("--size", stWords.strSize, "size of the simulated sensor (default 2048x1536)")
     ->type_name("WxH")
-    ->check([&](const std::string &str) { return ParseSize(str, stOptions); });
-  app.add_option("--seed", stOptions.nSeed, "seed of the simulated sensor, 1 unless said")
+    ->check([&](const std::string &str) { return ParseSize(str, stCamera); });
+  app.add_option("--seed", stCamera.nSeed, "seed of the simulated sensor (default 1)")
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, MAX_SEED); });
 }
 
-void AddCorrectionOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
+void AddCorrectionOptions(CLI::App &app, SCameraOptions &stCamera, SWords &stWords)
 {
   app
     .add_option("--mode", stWords.strMode,
-                "correction that the simulated camera has of its own: none (default), flatfield, vignetting, or "
-                "unknown for one that the plug-in does not know")
+                "correction built into the simulated camera: none (default), flatfield, vignetting, or unknown "
+                "for one that the plug-in does not support")
     ->type_name("MODE")
-    ->check([&](const std::string &str) { return ParseMode(str, stOptions); });
+    ->check([&](const std::string &str) { return ParseMode(str, stCamera); });
   app
-    .add_option("--flash", stOptions.strFlashFile,
-                "file that is the flash of a camera with a --mode, and is kept; a fresh one unless said")
+    .add_option("--flash", stCamera.strFlashFile,
+                "file that holds the flash memory of a camera with a --mode (default: a new one)")
     ->type_name("FILE");
   app
     .add_option("--block-size", stWords.strBlockSize,
                 "side of a coefficient block in pixels: 32 or 16 with flatfield, 128 or 64 with vignetting")
     ->type_name("N")
-    ->check([&](const std::string &str) { return ParseBlockSize(str, stOptions); });
+    ->check([&](const std::string &str) { return ParseBlockSize(str, stCamera); });
 }
 
-void AddRunOptions(CLI::App &app, SHostOptions &stOptions, SWords &stWords)
+void AddTaskOptions(CLI::App &app, STaskOptions &stTask)
 {
-  app.add_flag("--headless", stOptions.bHeadless, "run the whole workflow without a window and write a report");
-  app.add_flag("--restore-settings", stOptions.bRestoreSettings,
-               "give the camera the settings of its UserSet0, where an interrupted acquisition left them, and leave");
-  app.add_option("--plugin", stOptions.strPlugin, "module to load; FlatFieldCorrection.plx beside this program")
+  app.add_flag("--headless", stTask.bHeadless, "run the whole workflow without a window and write a report");
+  app.add_flag("--restore-settings", stTask.bRestoreSettings,
+               "load the settings that an interrupted acquisition left in the camera's UserSet0, and exit");
+  app.add_flag("--list-cameras", stTask.bListCameras, "print the real cameras that answer, and exit");
+  app
+    .add_option("--screenshots", stTask.strScreenshots,
+                "run the workflow in the window and save a picture of each step")
+    ->type_name("DIR");
+}
+
+void AddWorkflowOptions(CLI::App &app, SHeadlessOptions &stOptions, SWords &stWords)
+{
+  SWorkflowOptions &stWorkflow = stOptions.stWorkflow;
+  app
+    .add_option("--plugin", stOptions.stPlugin.strModule,
+                "plug-in module to load (default: FlatFieldCorrection.plx beside this program)")
     ->type_name("FILE");
-  app.add_option("--frames", stOptions.nFrames, "bright frames to average: 1, 2, 4, 8 or 16 (default)")
+  app.add_option("--frames", stWorkflow.nFrames, "bright frames to average: 1, 2, 4, 8 or 16 (default)")
     ->type_name("N")
     ->check(CheckFrames);
   app
-    .add_option("--expect-gray", stOptions.nExpectGray,
-                "expected grey, 0 to 255; unless said the bright frames' own, or the "
-                "camera's with --mode flatfield")
+    .add_option("--expect-gray", stWorkflow.nExpectGray,
+                "expected grey, 0 to 255 (default: that of the bright frames, or with --mode flatfield that of the "
+                "camera)")
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 255); });
   app.add_option("--language", stWords.strLanguage, "language of the dialog: en (default) or zh")
     ->type_name("LANG")
     ->check(CheckLanguage);
-  app.add_option("--out", stOptions.strOutFolder, "folder for pictures, frames and report.json, out unless said")
+  app.add_option("--out", stWorkflow.strOutFolder, "folder for pictures, frames and report.json (default: out)")
     ->type_name("DIR");
-  app.add_option("--tour", stOptions.strTourFolder, "tell the story in the window and save a picture of each step")
-    ->type_name("DIR");
-  app.add_option("--save-frames", stOptions.nSaveFrames, "fresh raw and corrected frames to save, 1 unless said")
+  app
+    .add_option("--save-frames", stWorkflow.nSaveFrames, "number of fresh raw and corrected frames to save (default 1)")
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 999); });
 }
 
 /// Options that do not go together.
-Result<> CheckTogether(const CLI::App &app, const SHostOptions &stOptions)
+Result<> CheckTogether(const CLI::App &app, const SCameraOptions &stCamera, const STaskOptions &stTask)
 {
-  const bool bSimulated = stOptions.strReplayFolder.empty() && stOptions.strCameraId.empty();
+  const bool bSimulated = stCamera.strReplayFolder.empty() && stCamera.strCameraId.empty();
   if (!bSimulated && app.count("--size") + app.count("--seed") + app.count("--mode") > 0) {
     return Failure("--size, --seed and --mode belong to the simulated camera");
   }
-  if (stOptions.bHeadless && !stOptions.strCameraId.empty()) {
+  if (stTask.bHeadless && !stCamera.strCameraId.empty()) {
     return Failure(
       "--headless covers the lens by software, which a real camera does not let it do: without it, the window "
       "runs the workflow and you cover the lens");
   }
-  if (app.count("--flash") > 0 && stOptions.eMode == ECorrectionMode::None) {
+  if (app.count("--flash") > 0 && stCamera.eMode == ECorrectionMode::None) {
     return Failure("--flash belongs to a simulated camera with a --mode");
   }
-  if (stOptions.nBlockSize > 0 && !IsBlockSizeOf(stOptions.eMode, stOptions.nBlockSize)) {
+  if (stCamera.nBlockSize > 0 && !IsBlockSizeOf(stCamera.eMode, stCamera.nBlockSize)) {
     return Failure(
       "--block-size is 32 or 16 with --mode flatfield, 128 or 64 with --mode vignetting, and nothing without");
   }
-  const bool bExpectGray = stOptions.eMode == ECorrectionMode::None || stOptions.eMode == ECorrectionMode::FlatField;
+  const bool bExpectGray = stCamera.eMode == ECorrectionMode::None || stCamera.eMode == ECorrectionMode::FlatField;
   if (app.count("--expect-gray") > 0 && !bExpectGray) {
     return Failure("--expect-gray has no meaning with --mode vignetting and unknown");
   }
@@ -219,7 +229,7 @@ Result<> CheckTogether(const CLI::App &app, const SHostOptions &stOptions)
 
 SCommandLine Leave(int nExitCode, const std::string &strText)
 {
-  return {false, nExitCode, strText.substr(0, strText.find_last_not_of('\n') + 1), {}};
+  return {false, nExitCode, strText.substr(0, strText.find_last_not_of('\n') + 1), {}, {}};
 }
 
 } // namespace
@@ -230,9 +240,10 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   SWords stWords;
   CLI::App app("Reference host of the flat-field correction plug-in", "ffchost");
   app.set_version_flag("--version", std::string("ffchost ") + FFC_VERSION);
-  AddRunOptions(app, stResult.stOptions, stWords);
-  AddCameraOptions(app, stResult.stOptions, stWords);
-  AddCorrectionOptions(app, stResult.stOptions, stWords);
+  AddTaskOptions(app, stResult.stTask);
+  AddWorkflowOptions(app, stResult.stOptions, stWords);
+  AddCameraOptions(app, stResult.stOptions.stCamera, stWords);
+  AddCorrectionOptions(app, stResult.stOptions.stCamera, stWords);
   try {
     app.parse(nArguments, pArguments);
   } catch (const CLI::CallForHelp &) {
@@ -242,11 +253,11 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   } catch (const CLI::ParseError &error) {
     return Leave(EXIT_USAGE, error.what());
   }
-  const Result<> together = CheckTogether(app, stResult.stOptions);
+  const Result<> together = CheckTogether(app, stResult.stOptions.stCamera, stResult.stTask);
   if (!together) {
     return Leave(EXIT_USAGE, together.GetError());
   }
-  stResult.stOptions.bChinese = stWords.strLanguage == "zh";
+  stResult.stOptions.stPlugin.bChinese = stWords.strLanguage == "zh";
   stResult.bRun = true;
   return stResult;
 }

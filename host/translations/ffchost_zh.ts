@@ -83,6 +83,17 @@
     </message>
 </context>
 <context>
+    <name>ffc::host::CCameraSession</name>
+    <message>
+        <source>The camera is lost. It is opened again as soon as it answers.</source>
+        <translation>相机已断开。一旦应答将重新打开。</translation>
+    </message>
+    <message>
+        <source>No frame for %1 s: the camera is lost, or waits for a trigger.</source>
+        <translation>%1 秒没有图像：相机已断开或正在等待触发。</translation>
+    </message>
+</context>
+<context>
     <name>ffc::host::CFeatureEdit</name>
     <message>
         <source>No camera</source>
@@ -127,10 +138,6 @@
         <translation>本程序编译时未包含真实相机支持。</translation>
     </message>
     <message>
-        <source>The camera is lost. It is opened again as soon as it answers.</source>
-        <translation>相机已断开。一旦应答将重新打开。</translation>
-    </message>
-    <message>
         <source>The camera has the settings of UserSet0 already.</source>
         <translation>相机已经是 UserSet0 的设置。</translation>
     </message>
@@ -143,10 +150,6 @@
     <message>
         <source>Folder of recorded frames</source>
         <translation>录制图像的文件夹</translation>
-    </message>
-    <message>
-        <source>No frame for %1 s: the camera is lost, or waits for a trigger.</source>
-        <translation>%1 秒没有图像：相机已断开或正在等待触发。</translation>
     </message>
     <message>
         <source>Flat field</source>

@@ -29,7 +29,7 @@ Result<> CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
 {
   StopStream();
   Release();
-  const Result<> loaded = m_module.Load(strPluginPath);
+  const Result<> loaded = m_module.Load(strPluginPath.isEmpty() ? CPluginModule::GetDefaultPath() : strPluginPath);
   if (!loaded) {
     return loaded;
   }
@@ -58,13 +58,6 @@ void CViewer::Watch(const SNodeAccess &stAccess)
   if (m_bAcquiring && stAccess.eKind == SNodeAccess::EKind::Read && stAccess.strNode == PAYLOAD_SIZE) {
     m_pObserver->CountAcquiredFrame();
   }
-}
-
-Result<> CViewer::Open(const SHostOptions &stOptions)
-{
-  const QString strPlugin =
-    stOptions.strPlugin.empty() ? CPluginModule::GetDefaultPath() : QString::fromStdString(stOptions.strPlugin);
-  return Open(strPlugin, stOptions.bChinese ? ELanguage::Chinese : ELanguage::English);
 }
 
 Result<> CViewer::Reopen()

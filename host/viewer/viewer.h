@@ -10,7 +10,6 @@
 
 #include "camera/icamera.h"
 #include "genapi/softwarenodemap/observednodemap.h"
-#include "host/options/commandline.h"
 #include "host/viewer/framepipeline.h"
 #include "host/viewer/iacquisitionobserver.h"
 #include "host/viewer/pluginmodule.h"
@@ -32,9 +31,8 @@ public:
   void SetAcquisitionObserver(IAcquisitionObserver *pObserver) { m_pObserver = pObserver; }
 
   /// Loads the module and binds its plug-in to the camera.
+  /// \param strPluginPath empty: the module beside the executable
   Result<> Open(const QString &strPluginPath, ELanguage eLanguage);
-  /// The same as the command line asks for it.
-  Result<> Open(const SHostOptions &stOptions);
   /// Uninitialises the plug-in and binds it anew, as after closing and opening the camera. The stream stops.
   Result<> Reopen();
 

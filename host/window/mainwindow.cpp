@@ -11,12 +11,9 @@
 #include <QSplitter>
 #include <QTabWidget>
 
-#include "camera/icameralink.h"
 #include "camera/realcameras.h"
 #include "host/dialogdriver/dialogdriver.h"
-#include "host/viewer/blocksize.h"
 #include "host/viewer/featuretext.h"
-#include "host/viewer/settingsrescue.h"
 #include "host/window/camerapanel.h"
 #include "host/window/imageview.h"
 #include "host/window/measurementguide.h"
@@ -33,31 +30,20 @@ constexpr int REFRESH_MS = 33;
 constexpr int64_t STATUS_MS = 200;
 constexpr int64_t PLOT_MS = 250;
 constexpr int64_t SLOW_MS = 1000;
-constexpr int64_t RECONNECT_MS = 5000; ///< each attempt holds the window for about a second
-constexpr int64_t STALL_MS = 3000;     ///< beside two exposures
-
-double GetExposureMs(CViewer &viewer)
-{
-  auto *pExposure = dynamic_cast<GenApi::IFloat *>(viewer.GetCamera().GetDeviceNodeMap()->GetNode("ExposureTime"));
-  try {
-    return pExposure == nullptr ? 0.0 : pExposure->GetValue() / 1000.0;
-  } catch (const GenICam::GenericException &) {
-    return 0.0;
-  }
-}
 
 } // namespace
 
-CMainWindow::CMainWindow(const SHostOptions &stOptions, CameraFactory fnOpenCamera)
-  : m_stOptions(stOptions), m_fnOpenCamera(std::move(fnOpenCamera)), m_listChoices(ListCameraChoices(stOptions)),
-    m_progress(this), m_pView(new CImageView(this)), m_pCameraPanel(new CCameraPanel(this)),
-    m_pScenePanel(new CScenePanel(this)), m_pPlotPanel(new CPlotPanel(this)), m_pQualityPanel(new CQualityPanel(this)),
-    m_pStatusLine(new CStatusLine(this))
+CMainWindow::CMainWindow(const SCameraOptions &stCamera, SPluginOptions stPlugin, CameraFactory fnOpenCamera)
+  : m_stFirstCamera(stCamera), m_stPlugin(std::move(stPlugin)), m_fnOpenCamera(std::move(fnOpenCamera)),
+    m_listChoices(ListCameraChoices(stCamera)), m_progress(this), m_session(&m_progress, this),
+    m_pView(new CImageView(this)), m_pCameraPanel(new CCameraPanel(this)), m_pScenePanel(new CScenePanel(this)),
+    m_pPlotPanel(new CPlotPanel(this)), m_pQualityPanel(new CQualityPanel(this)), m_pStatusLine(new CStatusLine(this))
 {
   setObjectName(QStringLiteral("MainWindow"));
   MakeLayout();
   MakeActions();
   ConnectPanels();
+  ConnectSession();
   RestoreLayout();
   m_pCameraPanel->SetChoices(m_listChoices);
   m_progress.SetTotalQuery([this] { return GetAcquisitionTotal(); });
@@ -67,53 +53,42 @@ CMainWindow::CMainWindow(const SHostOptions &stOptions, CameraFactory fnOpenCame
 
 CMainWindow::~CMainWindow()
 {
-  CloseCamera();
+  m_session.Close();
 }
 
-void CMainWindow::CloseCamera()
+void CMainWindow::ConnectSession()
+{
+  connect(&m_session, &CCameraSession::SigOpened, this, &CMainWindow::ShowCamera);
+  connect(&m_session, &CCameraSession::SigClosing, this, &CMainWindow::ForgetCamera);
+  connect(&m_session, &CCameraSession::SigChanged, m_pCameraPanel, &CCameraPanel::Refresh);
+  connect(&m_session, &CCameraSession::SigError, m_pCameraPanel, &CCameraPanel::ShowError);
+}
+
+void CMainWindow::ForgetCamera()
 {
   m_pCameraPanel->SetViewer(nullptr);
   m_pScenePanel->SetScene(nullptr);
   m_pQualityPanel->Clear();
-  m_pViewer.reset();
   m_pView->SetPicture(QImage());
   m_pFrame.reset();
   m_stCorrectedShape.reset();
   m_frameRate.Reset();
-  m_strPluginError.clear();
   m_bByCamera = false;
-  m_bStalled = false;
 }
 
-Result<> CMainWindow::OpenCamera(const SHostOptions &stOptions)
+void CMainWindow::ShowCamera()
 {
-  CloseCamera();
-  OpenedCamera opened = m_fnOpenCamera(stOptions);
-  if (!opened) {
-    m_pCameraPanel->ShowError(QString::fromStdString(opened.GetError()));
-    return opened.GetFailure();
-  }
-  Adopt(std::move(opened).GetValue(), stOptions);
-  return {};
+  CViewer &viewer = *m_session.GetViewer();
+  m_pScenePanel->SetScene(viewer.GetCamera().GetSceneControl());
+  m_pCameraPanel->SetViewer(&viewer);
+  setWindowTitle(QString::fromStdString(viewer.GetCamera().GetDisplayName()));
 }
 
-void CMainWindow::Adopt(std::unique_ptr<ICamera> pCamera, const SHostOptions &stOptions)
+Result<> CMainWindow::OpenCamera(const SCameraOptions &stCamera)
 {
-  m_stCameraOptions = stOptions;
-  Result<> result = SelectBlockSize(*pCamera, stOptions.nBlockSize);
-  m_pViewer = std::make_unique<CViewer>(std::move(pCamera));
-  m_pViewer->SetAcquisitionObserver(&m_progress);
-  connect(m_pViewer.get(), &CViewer::SigStreamChanged, m_pCameraPanel, &CCameraPanel::Refresh);
-  const Result<> plugin = m_pViewer->Open(stOptions);
-  m_strPluginError = QString::fromStdString(plugin.GetError());
-  m_pScenePanel->SetScene(m_pViewer->GetCamera().GetSceneControl());
-  m_pCameraPanel->SetViewer(m_pViewer.get());
-  setWindowTitle(QString::fromStdString(m_pViewer->GetCamera().GetDisplayName()));
-  result = result ? m_pViewer->StartStream() : result;
-  result = result ? plugin : result;
-  m_pCameraPanel->ShowError(QString::fromStdString(result.GetError()));
-  m_pCameraPanel->Refresh();
-  m_nFrameMs = m_clock.elapsed();
+  return m_session.Open({[this, stCamera] { return m_fnOpenCamera(stCamera); }, stCamera.nBlockSize,
+                         QString::fromStdString(m_stPlugin.strModule),
+                         m_stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English});
 }
 
 void CMainWindow::SlotChoose(int nChoice)
@@ -121,8 +96,8 @@ void CMainWindow::SlotChoose(int nChoice)
   SCameraChoice &stChoice = m_listChoices[std::size_t(nChoice)];
   if (stChoice.bAsksFolder) {
     const QString strFolder = QFileDialog::getExistingDirectory(this, tr("Folder of recorded frames"));
-    stChoice.stOptions.strReplayFolder = strFolder.toStdString();
-    stChoice.stOptions.strPixelFormat.clear();
+    stChoice.stCamera.strReplayFolder = strFolder.toStdString();
+    stChoice.stCamera.strPixelFormat.clear();
     if (strFolder.isEmpty()) {
       m_pCameraPanel->Select(m_nChoice);
       return;
@@ -130,7 +105,7 @@ void CMainWindow::SlotChoose(int nChoice)
   }
   m_nChoice = nChoice;
   m_pCameraPanel->Select(nChoice);
-  const Result<> opened = OpenCamera(stChoice.stOptions);
+  const Result<> opened = OpenCamera(stChoice.stCamera);
   if (!opened) {
     Complain(opened.GetFailure());
   }
@@ -141,12 +116,12 @@ void CMainWindow::SlotLookForCameras()
   QApplication::setOverrideCursor(Qt::WaitCursor);
   const std::vector<SRealCameraInfo> listCameras = ListRealCameras();
   QApplication::restoreOverrideCursor();
-  const SHostOptions stOptions = m_listChoices[std::size_t(m_nChoice)].stOptions;
-  m_listChoices = ListCameraChoices(m_stOptions, listCameras);
+  const SCameraOptions stCamera = m_listChoices[std::size_t(m_nChoice)].stCamera;
+  m_listChoices = ListCameraChoices(m_stFirstCamera, listCameras);
   const auto it = std::find_if(m_listChoices.begin(), m_listChoices.end(), [&](const SCameraChoice &stChoice) {
-    return !stChoice.bAsksFolder && stChoice.stOptions.strCameraId == stOptions.strCameraId &&
-           stChoice.stOptions.strReplayFolder == stOptions.strReplayFolder &&
-           stChoice.stOptions.strPixelFormat == stOptions.strPixelFormat && stChoice.stOptions.eMode == stOptions.eMode;
+    return !stChoice.bAsksFolder && stChoice.stCamera.strCameraId == stCamera.strCameraId &&
+           stChoice.stCamera.strReplayFolder == stCamera.strReplayFolder &&
+           stChoice.stCamera.strPixelFormat == stCamera.strPixelFormat && stChoice.stCamera.eMode == stCamera.eMode;
   });
   m_nChoice = it == m_listChoices.end() ? 0 : int(it - m_listChoices.begin());
   m_pCameraPanel->SetChoices(m_listChoices);
@@ -159,48 +134,36 @@ void CMainWindow::SlotLookForCameras()
 
 void CMainWindow::SlotRestoreSettings()
 {
-  if (m_bBusy || m_pViewer == nullptr || m_progress.IsAcquiring()) {
+  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
     return;
   }
-  const bool bStreaming = m_pViewer->GetCamera().IsStreaming();
-  m_pViewer->StopStream();
-  CSettingsRescue rescue(*m_pViewer->GetCamera().GetDeviceNodeMap());
-  const Result<QStringList> restored = rescue.Restore();
-  const Result<> started = bStreaming ? m_pViewer->StartStream() : Result<>();
-  m_pCameraPanel->Refresh();
-  if (!restored || !started) {
-    Complain(restored ? started.GetFailure() : restored.GetFailure());
+  const Result<QStringList> changes = m_session.RestoreSettings();
+  if (!changes) {
+    Complain(changes.GetFailure());
     return;
   }
-  const QStringList &listChanges = restored.GetValue();
-  Say(listChanges.isEmpty() ? tr("The camera has the settings of UserSet0 already.")
-                            : tr("The camera has the settings of UserSet0 again:\n%1").arg(listChanges.join('\n')));
+  Say(changes.GetValue().isEmpty()
+        ? tr("The camera has the settings of UserSet0 already.")
+        : tr("The camera has the settings of UserSet0 again:\n%1").arg(changes.GetValue().join('\n')));
 }
 
 void CMainWindow::SlotStartStop()
 {
-  if (m_pViewer == nullptr) {
-    return;
+  if (GetViewer() != nullptr) {
+    m_session.StartOrStop();
   }
-  if (m_pViewer->GetCamera().IsStreaming()) {
-    m_pViewer->StopStream();
-  } else {
-    m_nFrameMs = m_clock.elapsed();
-    m_pCameraPanel->ShowError(QString::fromStdString(m_pViewer->StartStream().GetError()));
-  }
-  m_pCameraPanel->Refresh();
 }
 
 void CMainWindow::SlotShowDialog()
 {
-  if (m_pViewer != nullptr) {
-    m_pViewer->ShowDialog();
+  if (GetViewer() != nullptr) {
+    GetViewer()->ShowDialog();
   }
 }
 
 void CMainWindow::timerEvent(QTimerEvent *)
 {
-  if (m_pViewer == nullptr) {
+  if (GetViewer() == nullptr) {
     return;
   }
   TakeFrame();
@@ -219,12 +182,13 @@ void CMainWindow::TakeFrame()
 {
   // A frame that an analysis still reads stays as it is.
   auto pFrame = m_pFrame != nullptr && m_pFrame.use_count() == 1 ? m_pFrame : std::make_shared<SFrameCopy>();
-  if (!m_pViewer->GetPipeline().TakeLatest(*pFrame)) {
+  if (!GetViewer()->GetPipeline().TakeLatest(*pFrame)) {
     return;
   }
   const bool bFirst = m_pFrame == nullptr;
   m_pFrame = std::move(pFrame);
   m_nFrameMs = m_clock.elapsed();
+  m_session.NoteFrame();
   if (m_pFrame->bCorrected) {
     m_stCorrectedShape = SFrameShape{m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
   }
@@ -244,13 +208,13 @@ void CMainWindow::ShowPicture()
 
 void CMainWindow::UpdateStatus()
 {
-  const SFrameCounts stCounts = m_pViewer->GetPipeline().GetCounts();
+  const SFrameCounts stCounts = GetViewer()->GetPipeline().GetCounts();
   m_pStatusLine->ShowCounts(stCounts);
   m_pStatusLine->ShowRate(m_frameRate.Update(stCounts.nReceived, m_clock.elapsed()));
   SCorrectionFacts stFacts;
-  stFacts.bLost = IsCameraLost();
+  stFacts.bLost = m_session.IsLost();
   stFacts.bHasFrame = m_pFrame != nullptr;
-  stFacts.strPluginError = m_strPluginError;
+  stFacts.strPluginError = m_session.GetPluginError();
   stFacts.bAcquiring = m_progress.IsAcquiring();
   stFacts.bWithheld = m_progress.IsCancelled();
   stFacts.bPreview = IsPreviewOn();
@@ -259,64 +223,29 @@ void CMainWindow::UpdateStatus()
   if (m_pFrame != nullptr) {
     stFacts.bCorrected = m_pFrame->bCorrected;
     stFacts.nStatus = m_pFrame->nStatus;
-    stFacts.strStatusText = m_pFrame->nStatus == 0 ? QString() : m_pViewer->GetStatusText(m_pFrame->nStatus);
+    stFacts.strStatusText = m_pFrame->nStatus == 0 ? QString() : GetViewer()->GetStatusText(m_pFrame->nStatus);
     stFacts.stShape = {m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
     m_pStatusLine->ShowShape(stFacts.stShape.GetText(), m_pView->GetTransform().GetScale());
   }
   m_pStatusLine->ShowCorrection(JudgeCorrection(stFacts));
 }
 
-bool CMainWindow::IsCameraLost()
-{
-  ICameraLink *pLink = m_pViewer->GetCamera().GetLink();
-  return pLink != nullptr && pLink->IsLost();
-}
-
-/// Opens a lost camera again when it answers. While something waits for the user's answer, nothing is taken from
-/// under it.
-void CMainWindow::Reconnect()
-{
-  m_pCameraPanel->ShowError(tr("The camera is lost. It is opened again as soon as it answers."));
-  const int64_t nNow = m_clock.elapsed();
-  const bool bAskedJustNow = m_nReconnectMs > 0 && nNow - m_nReconnectMs < RECONNECT_MS;
-  if (m_bBusy || QApplication::activeModalWidget() != nullptr || bAskedJustNow) {
-    return;
-  }
-  OpenedCamera opened = m_fnOpenCamera(m_stCameraOptions);
-  m_nReconnectMs = std::max<int64_t>(m_clock.elapsed(), 1);
-  if (opened) {
-    CloseCamera();
-    Adopt(std::move(opened).GetValue(), m_stCameraOptions);
-  }
-}
-
 void CMainWindow::UpdateSlowly()
 {
-  if (IsCameraLost()) {
-    Reconnect();
-    return;
+  if (m_session.Watch(!m_bBusy && QApplication::activeModalWidget() == nullptr)) {
+    m_bByCamera = ReadFeature(*GetViewer()->GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE) == "On";
+    m_pCameraPanel->Refresh();
+    m_pScenePanel->Refresh();
   }
-  m_bByCamera = ReadFeature(*m_pViewer->GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE) == "On";
-  m_pCameraPanel->Refresh();
-  m_pScenePanel->Refresh();
-  const int64_t nSilent = m_clock.elapsed() - m_nFrameMs;
-  const bool bStalled =
-    m_pViewer->GetCamera().IsStreaming() && double(nSilent) > double(STALL_MS) + 2 * GetExposureMs(*m_pViewer);
-  if (bStalled) {
-    m_pCameraPanel->ShowError(tr("No frame for %1 s: the camera is lost, or waits for a trigger.").arg(nSilent / 1000));
-  } else if (m_bStalled) {
-    m_pCameraPanel->ShowError(QString());
-  }
-  m_bStalled = bStalled;
 }
 
 /// Whether the plug-in was told to correct on the host. Its dialog shows that; hidden, it says so itself.
-bool CMainWindow::IsPreviewOn() const
+bool CMainWindow::IsPreviewOn()
 {
   if (QDialog *pDialog = CDialogDriver::FindDialog()) {
     return CDialogDriver(*pDialog).IsPreviewOn();
   }
-  return m_pViewer->IsPluginInUse();
+  return GetViewer()->IsPluginInUse();
 }
 
 uint32_t CMainWindow::GetAcquisitionTotal() const
@@ -356,13 +285,13 @@ void CMainWindow::ShowBox(int nIcon, const QString &strText)
 
 void CMainWindow::SlotMeasure()
 {
-  if (m_bBusy || m_pViewer == nullptr) {
+  if (m_bBusy || GetViewer() == nullptr) {
     return;
   }
   SetBusy(true);
   Result<CMeasurement::QualityResult> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    return CMeasurement(*m_pViewer, guide).Measure();
+    return CMeasurement(*GetViewer(), guide).Measure();
   }();
   SetBusy(false);
   if (!measured) {
@@ -375,13 +304,13 @@ void CMainWindow::SlotMeasure()
 
 void CMainWindow::SlotCheckDrift()
 {
-  if (m_bBusy || m_pViewer == nullptr) {
+  if (m_bBusy || GetViewer() == nullptr) {
     return;
   }
   SetBusy(true);
   const Result<std::optional<double>> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    return CMeasurement(*m_pViewer, guide).MeasureDrift();
+    return CMeasurement(*GetViewer(), guide).MeasureDrift();
   }();
   SetBusy(false);
   if (!measured) {

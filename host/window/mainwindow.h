@@ -11,7 +11,7 @@
 
 #include "host/options/camerachoice.h"
 #include "host/options/cameraopening.h"
-#include "host/viewer/viewer.h"
+#include "host/viewer/camerasession.h"
 #include "host/window/acquisitionprogress.h"
 #include "host/window/correctionstate.h"
 #include "host/window/displaypicture.h"
@@ -37,15 +37,14 @@ class CMainWindow : public QMainWindow {
   Q_OBJECT
 
 public:
-  /// \param stOptions of the command line; they name the first camera and the language
-  CMainWindow(const SHostOptions &stOptions, CameraFactory fnOpenCamera);
+  /// \param stCamera of the command line: the first choice among the cameras
+  CMainWindow(const SCameraOptions &stCamera, SPluginOptions stPlugin, CameraFactory fnOpenCamera);
   ~CMainWindow() override;
 
-  /// Opens the camera, binds the plug-in and starts the stream; the camera that was open goes first. A camera without
-  /// plug-in stays open and streams uncorrected.
-  Result<> OpenCamera(const SHostOptions &stOptions);
+  /// See CCameraSession::Open.
+  Result<> OpenCamera(const SCameraOptions &stCamera);
   /// Null while no camera is open.
-  CViewer *GetViewer() { return m_pViewer.get(); }
+  CViewer *GetViewer() { return m_session.GetViewer(); }
 
 public slots:
   void SlotStartStop();
@@ -78,29 +77,27 @@ private:
   void RestoreLayout();
   void SaveLayout() const;
 
-  void CloseCamera();
-  void Adopt(std::unique_ptr<ICamera> pCamera, const SHostOptions &stOptions);
-  bool IsCameraLost();
-  void Reconnect();
+  void ConnectSession();
+  void ShowCamera();
+  void ForgetCamera();
   void TakeFrame();
   void ShowPicture();
   void UpdateStatus();
   void UpdateSlowly();
-  bool IsPreviewOn() const;
+  bool IsPreviewOn();
   uint32_t GetAcquisitionTotal() const;
   void SetBusy(bool bBusy);
   void Complain(const Failure &failure);
   void Say(const QString &strText);
   void ShowBox(int nIcon, const QString &strText);
 
-  SHostOptions m_stOptions;
-  SHostOptions m_stCameraOptions; ///< of the camera that is open
+  SCameraOptions m_stFirstCamera;
+  SPluginOptions m_stPlugin;
   CameraFactory m_fnOpenCamera;
   std::vector<SCameraChoice> m_listChoices;
   int m_nChoice = 0;
   CAcquisitionProgress m_progress;
-  std::unique_ptr<CViewer> m_pViewer;
-  QString m_strPluginError;
+  CCameraSession m_session;
 
   CImageView *m_pView;
   CCameraPanel *m_pCameraPanel;
@@ -121,9 +118,7 @@ private:
   int64_t m_nPlotMs = 0;
   int64_t m_nStatusMs = 0;
   int64_t m_nSlowMs = 0;
-  int64_t m_nReconnectMs = 0; ///< when a lost camera was last asked for; 0: not yet
   bool m_bByCamera = false;
-  bool m_bStalled = false;
   bool m_bBusy = false;
 };
 

@@ -138,8 +138,9 @@ void CMainWindow::ConnectPanels()
       m_pStatusLine->ShowPixel(GetPixelText(*m_pFrame, m_pView->GetPixel().x(), m_pView->GetPixel().y()));
     }
   });
-  connect(&m_progress, &CAcquisitionProgress::SigCancelled, this, [this] { m_pViewer->GetPipeline().Withhold(true); });
-  connect(&m_progress, &CAcquisitionProgress::SigEnded, this, [this] { m_pViewer->GetPipeline().Withhold(false); });
+  connect(&m_progress, &CAcquisitionProgress::SigCancelled, this,
+          [this] { GetViewer()->GetPipeline().Withhold(true); });
+  connect(&m_progress, &CAcquisitionProgress::SigEnded, this, [this] { GetViewer()->GetPipeline().Withhold(false); });
 }
 
 void CMainWindow::RestoreLayout()

@@ -24,16 +24,16 @@ class NetworkStory : public testing::Test {
 protected:
   NetworkStory()
   {
-    m_stOptions.strPlugin = PLUGIN_MODULE;
-    m_stOptions.strOutFolder = m_dir.path().toStdString();
-    m_stOptions.nFrames = 8;
+    m_stOptions.stPlugin.strModule = PLUGIN_MODULE;
+    m_stOptions.stWorkflow.strOutFolder = m_dir.path().toStdString();
+    m_stOptions.stWorkflow.nFrames = 8;
   }
 
   /// Opens the process's camera through the network.
   static CameraFactory MakeFactory(CGigeCameraProcess &process, CCoverableCamera::SHooks stHooks = {})
   {
     stHooks.fnCover = [&process](bool bCovered) { process.SetLensCap(bCovered); };
-    return [&process, stHooks = std::move(stHooks)](const SHostOptions &) -> OpenedCamera {
+    return [&process, stHooks = std::move(stHooks)](const SCameraOptions &) -> OpenedCamera {
       std::string strError;
       auto pCamera = OpenRealCamera(process.GetSerial(), &strError);
       if (pCamera == nullptr) {
@@ -44,7 +44,7 @@ protected:
   }
 
   QTemporaryDir m_dir;
-  SHostOptions m_stOptions;
+  SHeadlessOptions m_stOptions;
   CProgressLine m_progress{nullptr};
 };
 

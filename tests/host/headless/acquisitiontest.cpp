@@ -21,13 +21,13 @@ class Acquisition : public DeviceStoryFixture {
 protected:
   Acquisition()
   {
-    m_stOptions.strPixelFormat = "Mono12";
-    m_pViewer = std::make_unique<CViewer>(OpenFast(m_stOptions).GetValue());
+    m_stOptions.stCamera.strPixelFormat = "Mono12";
+    m_pViewer = std::make_unique<CViewer>(OpenFast(m_stOptions.stCamera).GetValue());
   }
 
   void SetUp() override
   {
-    ASSERT_EQ(m_pViewer->Open(m_stOptions).GetError(), "");
+    ASSERT_EQ(m_pViewer->Open(PLUGIN_MODULE, ELanguage::English).GetError(), "");
     m_pViewer->ShowDialog();
     QApplication::processEvents();
     QDialog *pDialog = CDialogDriver::FindDialog();

@@ -23,13 +23,13 @@ class DeviceStoryFixture : public testing::Test {
 protected:
   DeviceStoryFixture()
   {
-    m_stOptions.strPlugin = PLUGIN_MODULE;
-    m_stOptions.strOutFolder = m_dir.filePath("out").toStdString();
-    m_stOptions.strPixelFormat = "Mono8";
-    m_stOptions.nWidth = 256;
-    m_stOptions.nHeight = 192;
-    m_stOptions.nFrames = 4;
-    m_stOptions.eMode = ECorrectionMode::FlatField;
+    m_stOptions.stPlugin.strModule = PLUGIN_MODULE;
+    m_stOptions.stWorkflow.strOutFolder = m_dir.filePath("out").toStdString();
+    m_stOptions.stCamera.strPixelFormat = "Mono8";
+    m_stOptions.stCamera.nWidth = 256;
+    m_stOptions.stCamera.nHeight = 192;
+    m_stOptions.stWorkflow.nFrames = 4;
+    m_stOptions.stCamera.eMode = ECorrectionMode::FlatField;
   }
 
   /// \return the run's error
@@ -38,14 +38,14 @@ protected:
     m_nPowerOns = 0;
     CProgressLine progress(nullptr);
     CHeadlessRun run(
-      m_stOptions, [this](const SHostOptions &stOptions) { return OpenFast(stOptions); }, progress);
+      m_stOptions, [this](const SCameraOptions &stOptions) { return OpenFast(stOptions); }, progress);
     const Result<> result = run.Run();
     m_stReport = run.GetReport();
     m_strSummary = result ? run.GetSummary() : QString();
     return result.GetError();
   }
 
-  OpenedCamera OpenFast(const SHostOptions &stOptions)
+  OpenedCamera OpenFast(const SCameraOptions &stOptions)
   {
     ++m_nPowerOns;
     SSimulatedCameraOptions stCamera;
@@ -78,7 +78,7 @@ protected:
   std::function<void(CSoftwareNodeMap &)> m_fnAdapt;
   int m_nPowerOns = 0;
   QTemporaryDir m_dir;
-  SHostOptions m_stOptions;
+  SHeadlessOptions m_stOptions;
   quality::SReport m_stReport;
   QString m_strSummary;
 };

@@ -21,8 +21,8 @@ class FlatFieldStory : public DeviceStoryFixture, public testing::WithParamInter
 TEST_P(FlatFieldStory, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
 {
   const auto &[pFormat, nBlockSize, dLimit] = GetParam();
-  m_stOptions.strPixelFormat = pFormat;
-  m_stOptions.nBlockSize = nBlockSize;
+  m_stOptions.stCamera.strPixelFormat = pFormat;
+  m_stOptions.stCamera.nBlockSize = nBlockSize;
   ASSERT_EQ(Run(), "");
   EXPECT_EQ(m_stReport.strPixelFormat.toStdString(), pFormat) << "the user's, not the factory's";
   EXPECT_EQ(m_stReport.nBlockSize, nBlockSize) << "after the power cycle";
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, FlatFieldStory,
 
 TEST_F(DeviceStory, LeavesPicturesFramesCoefficientsAndTheFlash)
 {
-  m_stOptions.nSaveFrames = 2;
+  m_stOptions.stWorkflow.nSaveFrames = 2;
   ASSERT_EQ(Run(), "");
   for (const char *pFile : {"before.png", "after.png", "contrast_before.png", "contrast_after.png", "profile.png",
                             "dialog.png", "raw_001.png", "corrected_001.png", "report.json", "camera.flash"}) {
@@ -63,7 +63,7 @@ TEST_F(DeviceStory, TheExpectedGreyIsTheCamerasUntilTheUserSaysOne)
   ASSERT_EQ(Run(), "");
   EXPECT_EQ(m_stReport.nExpectGray, 128) << "the factory's";
   EXPECT_NEAR(m_stReport.stAfter.stOverall.dMeanGray, 128, 2);
-  m_stOptions.nExpectGray = 90;
+  m_stOptions.stWorkflow.nExpectGray = 90;
   ASSERT_EQ(Run(), "");
   EXPECT_NEAR(m_stReport.stAfter.stOverall.dMeanGray, 90, 2);
   EXPECT_NEAR(m_stReport.stAfterReload->stOverall.dMeanGray, 90, 2);
@@ -71,7 +71,7 @@ TEST_F(DeviceStory, TheExpectedGreyIsTheCamerasUntilTheUserSaysOne)
 
 TEST_F(DeviceStory, ADarkFieldAtAnotherBlackLevelIsNotUsedAndTheRunSaysSo)
 {
-  m_stOptions.nBlockSize = 16;
+  m_stOptions.stCamera.nBlockSize = 16;
   ASSERT_EQ(Run(), "");
   const double dDarkLevelUsed = m_stReport.stAfter.stOverall.dMeanGray;
   EXPECT_TRUE(m_stReport.listNotes.isEmpty());
@@ -90,14 +90,14 @@ TEST_F(DeviceStory, ADarkFieldAtAnotherBlackLevelIsNotUsedAndTheRunSaysSo)
 TEST_F(DeviceStory, TheFlashOfAnEarlierRunInTheFolderIsReplaced)
 {
   ASSERT_EQ(Run(), "");
-  m_stOptions.nWidth = 320; // a flash of another sensor would be refused
+  m_stOptions.stCamera.nWidth = 320; // a flash of another sensor would be refused
   EXPECT_EQ(Run(), "");
 }
 
 TEST_F(DeviceStory, AFlashThatTheUserNamesIsKeptAndUsedAgain)
 {
   const QString strFlash = m_dir.filePath("my.flash");
-  m_stOptions.strFlashFile = strFlash.toStdString();
+  m_stOptions.stCamera.strFlashFile = strFlash.toStdString();
   ASSERT_EQ(Run(), "");
   EXPECT_TRUE(QFile::exists(strFlash));
   EXPECT_FALSE(QFile::exists(GetPath("camera.flash")));
@@ -195,7 +195,7 @@ TEST_F(DeviceStory, ARegisterThatRefusesIsTold)
 
 TEST_F(DeviceStory, AFlashThatCannotBeWrittenIsTold)
 {
-  m_stOptions.strFlashFile = m_dir.filePath("no/such/folder/my.flash").toStdString();
+  m_stOptions.stCamera.strFlashFile = m_dir.filePath("no/such/folder/my.flash").toStdString();
   const std::string strError = Run();
   EXPECT_EQ(strError.rfind("dark acquisition: ", 0), 0U) << "UserSet0 is parked in it: " << strError;
 }

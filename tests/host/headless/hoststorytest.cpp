@@ -18,16 +18,16 @@ class HostStory : public testing::Test {
 protected:
   HostStory()
   {
-    m_stOptions.strPlugin = PLUGIN_MODULE;
-    m_stOptions.strOutFolder = m_dir.path().toStdString();
-    m_stOptions.nFrames = 2;
+    m_stOptions.stPlugin.strModule = PLUGIN_MODULE;
+    m_stOptions.stWorkflow.strOutFolder = m_dir.path().toStdString();
+    m_stOptions.stWorkflow.nFrames = 2;
   }
 
   /// \return the run's error
   std::string Run(const CFaultyCamera::SFaults &stFaults, const std::string &strPixelFormat = "Mono8")
   {
     CProgressLine progress(nullptr);
-    const auto openCamera = [&](const SHostOptions &) -> OpenedCamera {
+    const auto openCamera = [&](const SCameraOptions &) -> OpenedCamera {
       return std::make_unique<CFaultyCamera>(strPixelFormat, stFaults);
     };
     CHeadlessRun run(m_stOptions, openCamera, progress);
@@ -37,7 +37,7 @@ protected:
   }
 
   QTemporaryDir m_dir;
-  SHostOptions m_stOptions;
+  SHeadlessOptions m_stOptions;
   SReport m_stReport;
 };
 
@@ -84,7 +84,7 @@ TEST_F(HostStory, ACameraThatCannotBeOpenedIsToldWithItsReason)
 {
   CProgressLine progress(nullptr);
   CHeadlessRun run(
-    m_stOptions, [](const SHostOptions &) { return ffc::Failure("no such camera"); }, progress);
+    m_stOptions, [](const SCameraOptions &) { return ffc::Failure("no such camera"); }, progress);
   EXPECT_EQ(run.Run().GetError(), "open: no such camera");
 }
 
@@ -101,6 +101,6 @@ TEST_F(HostStory, AFolderThatCannotBeMadeIsNamed)
 {
   QFile file(m_dir.filePath("file"));
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  m_stOptions.strOutFolder = (file.fileName() + "/out").toStdString();
+  m_stOptions.stWorkflow.strOutFolder = (file.fileName() + "/out").toStdString();
   EXPECT_EQ(Run({}).rfind("open: cannot make the folder", 0), 0U);
 }

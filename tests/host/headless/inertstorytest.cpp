@@ -9,7 +9,7 @@ namespace {
 
 class InertStory : public DeviceStoryFixture {
 protected:
-  InertStory() { m_stOptions.eMode = ECorrectionMode::Unknown; }
+  InertStory() { m_stOptions.stCamera.eMode = ECorrectionMode::Unknown; }
 
   QJsonObject ReadReport() const
   {

@@ -12,9 +12,9 @@ class VignettingStory : public DeviceStoryFixture, public testing::WithParamInte
 protected:
   VignettingStory()
   {
-    m_stOptions.eMode = ECorrectionMode::Vignetting;
-    m_stOptions.nWidth = 640;
-    m_stOptions.nHeight = 480;
+    m_stOptions.stCamera.eMode = ECorrectionMode::Vignetting;
+    m_stOptions.stCamera.nWidth = 640;
+    m_stOptions.stCamera.nHeight = 480;
   }
 };
 
@@ -23,8 +23,8 @@ protected:
 TEST_P(VignettingStory, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
 {
   const auto &[pFormat, nBlockSize, dLimit] = GetParam();
-  m_stOptions.strPixelFormat = pFormat;
-  m_stOptions.nBlockSize = nBlockSize;
+  m_stOptions.stCamera.strPixelFormat = pFormat;
+  m_stOptions.stCamera.nBlockSize = nBlockSize;
   ASSERT_EQ(Run(), "");
   EXPECT_EQ(m_stReport.strPixelFormat.toStdString(), pFormat);
   EXPECT_EQ(m_stReport.nBlockSize, nBlockSize);
@@ -50,7 +50,7 @@ namespace {
 
 class VignettingStoryFaults : public DeviceStoryFixture {
 protected:
-  VignettingStoryFaults() { m_stOptions.eMode = ECorrectionMode::Vignetting; }
+  VignettingStoryFaults() { m_stOptions.stCamera.eMode = ECorrectionMode::Vignetting; }
 };
 
 } // namespace

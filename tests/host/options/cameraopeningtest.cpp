@@ -8,9 +8,9 @@ using namespace ffc::host;
 
 namespace {
 
-SHostOptions MakeOptions(ECorrectionMode eMode)
+SCameraOptions MakeOptions(ECorrectionMode eMode)
 {
-  SHostOptions stOptions;
+  SCameraOptions stOptions;
   stOptions.nWidth = 256;
   stOptions.nHeight = 256;
   stOptions.eMode = eMode;
@@ -46,7 +46,7 @@ TEST(CameraOpening, TheModeIsTheCameras)
 
 TEST(CameraOpening, AFlashThatIsNoneIsToldInOneLine)
 {
-  SHostOptions stOptions = MakeOptions(ECorrectionMode::FlatField);
+  SCameraOptions stOptions = MakeOptions(ECorrectionMode::FlatField);
   stOptions.strFlashFile = PLUGIN_MODULE;
   const OpenedCamera opened = OpenCamera(stOptions);
   EXPECT_FALSE(opened.IsOk());

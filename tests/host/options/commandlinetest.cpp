@@ -23,20 +23,20 @@ TEST(CommandLine, HasSensibleDefaults)
 {
   const SCommandLine stResult = Parse({});
   ASSERT_TRUE(stResult.bRun);
-  EXPECT_FALSE(stResult.stOptions.bHeadless);
-  EXPECT_EQ(stResult.stOptions.strPlugin, "");
-  EXPECT_EQ(stResult.stOptions.strReplayFolder, "");
-  EXPECT_EQ(stResult.stOptions.nWidth, 2048U);
-  EXPECT_EQ(stResult.stOptions.nHeight, 1536U);
-  EXPECT_EQ(stResult.stOptions.nFrames, 16);
-  EXPECT_EQ(stResult.stOptions.nExpectGray, -1);
-  EXPECT_EQ(stResult.stOptions.nSeed, 1U);
-  EXPECT_FALSE(stResult.stOptions.bChinese);
-  EXPECT_EQ(stResult.stOptions.strOutFolder, "out");
-  EXPECT_EQ(stResult.stOptions.nSaveFrames, 1);
-  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::None);
-  EXPECT_EQ(stResult.stOptions.strFlashFile, "");
-  EXPECT_EQ(stResult.stOptions.nBlockSize, 0U);
+  EXPECT_FALSE(stResult.stTask.bHeadless);
+  EXPECT_EQ(stResult.stOptions.stPlugin.strModule, "");
+  EXPECT_EQ(stResult.stOptions.stCamera.strReplayFolder, "");
+  EXPECT_EQ(stResult.stOptions.stCamera.nWidth, 2048U);
+  EXPECT_EQ(stResult.stOptions.stCamera.nHeight, 1536U);
+  EXPECT_EQ(stResult.stOptions.stWorkflow.nFrames, 16);
+  EXPECT_EQ(stResult.stOptions.stWorkflow.nExpectGray, -1);
+  EXPECT_EQ(stResult.stOptions.stCamera.nSeed, 1U);
+  EXPECT_FALSE(stResult.stOptions.stPlugin.bChinese);
+  EXPECT_EQ(stResult.stOptions.stWorkflow.strOutFolder, "out");
+  EXPECT_EQ(stResult.stOptions.stWorkflow.nSaveFrames, 1);
+  EXPECT_EQ(stResult.stOptions.stCamera.eMode, ECorrectionMode::None);
+  EXPECT_EQ(stResult.stOptions.stCamera.strFlashFile, "");
+  EXPECT_EQ(stResult.stOptions.stCamera.nBlockSize, 0U);
 }
 
 TEST(CommandLine, TakesEveryOption)
@@ -47,34 +47,34 @@ TEST(CommandLine, TakesEveryOption)
      "zh",         "--out",        "dir",   "--save-frames", "0",         "--mode",         "flatfield", "--flash",
      "a.flash",    "--block-size", "16"});
   ASSERT_TRUE(stResult.bRun) << stResult.strText;
-  EXPECT_TRUE(stResult.stOptions.bHeadless);
-  EXPECT_EQ(stResult.stOptions.strPlugin, "x.plx");
-  EXPECT_EQ(stResult.stOptions.strPixelFormat, "BayerGB10");
-  EXPECT_EQ(stResult.stOptions.nWidth, 640U);
-  EXPECT_EQ(stResult.stOptions.nHeight, 480U);
-  EXPECT_EQ(stResult.stOptions.nFrames, 4);
-  EXPECT_EQ(stResult.stOptions.nExpectGray, 0);
-  EXPECT_EQ(stResult.stOptions.nSeed, 77U);
-  EXPECT_TRUE(stResult.stOptions.bChinese);
-  EXPECT_EQ(stResult.stOptions.strOutFolder, "dir");
-  EXPECT_EQ(stResult.stOptions.nSaveFrames, 0);
-  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::FlatField);
-  EXPECT_EQ(stResult.stOptions.strFlashFile, "a.flash");
-  EXPECT_EQ(stResult.stOptions.nBlockSize, 16U);
+  EXPECT_TRUE(stResult.stTask.bHeadless);
+  EXPECT_EQ(stResult.stOptions.stPlugin.strModule, "x.plx");
+  EXPECT_EQ(stResult.stOptions.stCamera.strPixelFormat, "BayerGB10");
+  EXPECT_EQ(stResult.stOptions.stCamera.nWidth, 640U);
+  EXPECT_EQ(stResult.stOptions.stCamera.nHeight, 480U);
+  EXPECT_EQ(stResult.stOptions.stWorkflow.nFrames, 4);
+  EXPECT_EQ(stResult.stOptions.stWorkflow.nExpectGray, 0);
+  EXPECT_EQ(stResult.stOptions.stCamera.nSeed, 77U);
+  EXPECT_TRUE(stResult.stOptions.stPlugin.bChinese);
+  EXPECT_EQ(stResult.stOptions.stWorkflow.strOutFolder, "dir");
+  EXPECT_EQ(stResult.stOptions.stWorkflow.nSaveFrames, 0);
+  EXPECT_EQ(stResult.stOptions.stCamera.eMode, ECorrectionMode::FlatField);
+  EXPECT_EQ(stResult.stOptions.stCamera.strFlashFile, "a.flash");
+  EXPECT_EQ(stResult.stOptions.stCamera.nBlockSize, 16U);
 }
 
 TEST(CommandLine, AReplayNamesItsFolder)
 {
-  EXPECT_EQ(Parse({"--camera", "replay:a/b c"}).stOptions.strReplayFolder, "a/b c");
+  EXPECT_EQ(Parse({"--camera", "replay:a/b c"}).stOptions.stCamera.strReplayFolder, "a/b c");
 }
 
 TEST(CommandLine, AnyOtherCameraIsARealOneWhereTheProgramKnowsThem)
 {
   const SCommandLine stResult = Parse({"--camera", "192.168.1.20"});
   EXPECT_EQ(stResult.bRun, AreRealCamerasSupported()) << stResult.strText;
-  EXPECT_EQ(stResult.stOptions.strCameraId, AreRealCamerasSupported() ? "192.168.1.20" : "");
-  EXPECT_EQ(Parse({"--camera", "simulated"}).stOptions.strCameraId, "");
-  EXPECT_EQ(Parse({"--camera", "replay:dir"}).stOptions.strCameraId, "");
+  EXPECT_EQ(stResult.stOptions.stCamera.strCameraId, AreRealCamerasSupported() ? "192.168.1.20" : "");
+  EXPECT_EQ(Parse({"--camera", "simulated"}).stOptions.stCamera.strCameraId, "");
+  EXPECT_EQ(Parse({"--camera", "replay:dir"}).stOptions.stCamera.strCameraId, "");
 }
 
 TEST(CommandLine, ARealCameraTakesNeitherTheSimulatedOnesOptionsNorAHeadlessRun)
@@ -96,8 +96,8 @@ TEST(CommandLine, ARealCameraTakesNeitherTheSimulatedOnesOptionsNorAHeadlessRun)
 
 TEST(CommandLine, ListingCamerasIsAsked)
 {
-  EXPECT_TRUE(Parse({"--list-cameras"}).stOptions.bListCameras);
-  EXPECT_FALSE(Parse({}).stOptions.bListCameras);
+  EXPECT_TRUE(Parse({"--list-cameras"}).stTask.bListCameras);
+  EXPECT_FALSE(Parse({}).stTask.bListCameras);
 }
 
 TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
@@ -169,8 +169,8 @@ TEST(CommandLine, EachModeHasItsBlockSizes)
   for (const auto &[pMode, eMode, pSize] : SIZES) {
     const SCommandLine stResult = Parse({"--block-size", pSize, "--mode", pMode});
     ASSERT_TRUE(stResult.bRun) << stResult.strText;
-    EXPECT_EQ(stResult.stOptions.eMode, eMode);
-    EXPECT_EQ(std::to_string(stResult.stOptions.nBlockSize), pSize);
+    EXPECT_EQ(stResult.stOptions.stCamera.eMode, eMode);
+    EXPECT_EQ(std::to_string(stResult.stOptions.stCamera.nBlockSize), pSize);
   }
 }
 
@@ -178,7 +178,7 @@ TEST(CommandLine, AnUnknownCorrectionHasAFlashAllTheSame)
 {
   const SCommandLine stResult = Parse({"--mode", "unknown", "--flash", "a.flash"});
   ASSERT_TRUE(stResult.bRun) << stResult.strText;
-  EXPECT_EQ(stResult.stOptions.eMode, ECorrectionMode::Unknown);
+  EXPECT_EQ(stResult.stOptions.stCamera.eMode, ECorrectionMode::Unknown);
 }
 
 TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)

@@ -23,7 +23,7 @@ class MainWindow : public WindowFixture {
 protected:
   CameraFactory MakeFaulty(const CFaultyCamera::SFaults &stFaults)
   {
-    return [stFaults](const SHostOptions &) -> OpenedCamera {
+    return [stFaults](const SCameraOptions &) -> OpenedCamera {
       return std::make_unique<CFaultyCamera>("BayerRG8", stFaults);
     };
   }
@@ -174,7 +174,7 @@ TEST_F(MainWindow, AsksTheUserToCoverTheLensOfARealCamera)
 {
   CFaultyCamera::SFaults stFaults;
   stFaults.bHasNoSceneControl = true;
-  m_stOptions.strPlugin = FAKE_MODULE; // corrects from the first frame on
+  m_stPlugin.strModule = FAKE_MODULE; // corrects from the first frame on
   ShowWindow(MakeFaulty(stFaults));
   CModalAnswerer answerer;
   Press("Measure");
@@ -198,7 +198,7 @@ TEST_F(MainWindow, ALostCameraIsSaidToBeLostAndOpenedAgainWhenItAnswers)
   auto pLost = std::make_shared<std::atomic<bool>>(false);
   int nOpened = 0;
   int nRefused = 0;
-  ShowWindow([&](const SHostOptions &) -> OpenedCamera {
+  ShowWindow([&](const SCameraOptions &) -> OpenedCamera {
     if (*pLost && nRefused == 0) {
       ++nRefused;
       return ffc::Failure("camera: none answers");
@@ -223,7 +223,7 @@ TEST_F(MainWindow, ALostCameraIsNotTakenFromUnderAQuestion)
 {
   auto pLost = std::make_shared<std::atomic<bool>>(false);
   int nAsked = 0;
-  ShowWindow([&](const SHostOptions &) -> OpenedCamera {
+  ShowWindow([&](const SCameraOptions &) -> OpenedCamera {
     ++nAsked;
     CFaultyCamera::SFaults stFaults;
     stFaults.pLost = pLost;
@@ -240,7 +240,7 @@ TEST_F(MainWindow, ALostCameraIsNotTakenFromUnderAQuestion)
 
 TEST_F(MainWindow, GivesTheSettingsOfAnInterruptedAcquisitionBack)
 {
-  m_stOptions.eMode = ECorrectionMode::FlatField;
+  m_stCamera.eMode = ECorrectionMode::FlatField;
   ShowWindow();
   GenApi::INodeMap &map = *GetCamera().GetDeviceNodeMap();
   auto *pGain = dynamic_cast<GenApi::IFloat *>(map.GetNode("Gain"));
@@ -285,7 +285,7 @@ TEST_F(MainWindow, ACameraThatDoesNotStartSaysWhy)
 
 TEST_F(MainWindow, WithoutPlugInTheImageIsShownAndSaidToBeUncorrected)
 {
-  m_stOptions.strPlugin = "/no/such.plx";
+  m_stPlugin.strModule = "/no/such.plx";
   ShowWindow();
   ASSERT_TRUE(WaitPicture());
   EXPECT_TRUE(WaitText("Correction", "NOT corrected: "));

@@ -28,12 +28,12 @@ protected:
     QCoreApplication::setOrganizationName(QStringLiteral("FlatFieldCorrectionTest"));
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
-    m_stOptions.strPlugin = PLUGIN_MODULE;
-    m_stOptions.strPixelFormat = "Mono12";
+    m_stPlugin.strModule = PLUGIN_MODULE;
+    m_stCamera.strPixelFormat = "Mono12";
   }
 
   /// 256 x 192 pixels; the frame rate is the fixture's.
-  OpenedCamera OpenSimulated(const SHostOptions &stOptions) const
+  OpenedCamera OpenSimulated(const SCameraOptions &stOptions) const
   {
     SSimulatedCameraOptions stCamera;
     stCamera.strPixelFormat = stOptions.strPixelFormat;
@@ -53,10 +53,10 @@ protected:
   void ShowWindow(CameraFactory fnOpen = nullptr)
   {
     if (!fnOpen) {
-      fnOpen = [this](const SHostOptions &stOptions) { return OpenSimulated(stOptions); };
+      fnOpen = [this](const SCameraOptions &stOptions) { return OpenSimulated(stOptions); };
     }
-    m_pWindow = std::make_unique<CMainWindow>(m_stOptions, fnOpen);
-    ASSERT_EQ(m_pWindow->OpenCamera(m_stOptions).GetError(), "");
+    m_pWindow = std::make_unique<CMainWindow>(m_stCamera, m_stPlugin, fnOpen);
+    ASSERT_EQ(m_pWindow->OpenCamera(m_stCamera).GetError(), "");
     m_pWindow->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(m_pWindow.get()));
     QApplication::setActiveWindow(m_pWindow.get());
@@ -88,7 +88,8 @@ protected:
   ICamera &GetCamera() const { return m_pWindow->GetViewer()->GetCamera(); }
 
   QTemporaryDir m_folder;
-  SHostOptions m_stOptions;
+  SCameraOptions m_stCamera;
+  SPluginOptions m_stPlugin;
   double m_dFrameRate = 100;
   std::unique_ptr<CMainWindow> m_pWindow;
 };

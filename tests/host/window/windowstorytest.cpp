@@ -178,7 +178,7 @@ TEST_F(WindowStory, MeasuringWithoutPreviewSaysWhatToDo)
 
 TEST_F(WindowStory, ACameraThatCorrectsItselfIsMeasuredOffAndOn)
 {
-  m_stOptions.eMode = ECorrectionMode::FlatField;
+  m_stCamera.eMode = ECorrectionMode::FlatField;
   ShowWindow();
   ASSERT_TRUE(WaitText("Correction", "raw"));
   Correct();

@@ -1,0 +1,54 @@
+/// \file
+/// What a user asked for, by who needs it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "camera/selfcorrection/correctionmode.h"
+
+namespace ffc::host {
+
+/// Which camera, and how it is set up.
+struct SCameraOptions {
+  std::string strReplayFolder; ///< of recorded frames; empty: none
+  std::string strCameraId;     ///< of a real camera: id, IP address or serial number; empty: none
+  std::string strPixelFormat;  ///< PFNC name; empty: the camera's own choice
+  uint32_t nWidth = 2048;      ///< pixels, simulated camera only, as all that follows
+  uint32_t nHeight = 1536;
+  uint64_t nSeed = 1;
+  ECorrectionMode eMode = ECorrectionMode::None; ///< its own correction
+  std::string strFlashFile;                      ///< empty: a flash that nobody keeps
+  uint32_t nBlockSize = 0;                       ///< of its coefficients, pixels; 0: the camera's own choice
+};
+
+/// Which plug-in.
+struct SPluginOptions {
+  std::string strModule; ///< path; empty: the one beside the executable
+  bool bChinese = false; ///< language of the dialog
+};
+
+/// How the workflow runs without a person.
+struct SWorkflowOptions {
+  int nFrames = 16;     ///< bright frames averaged: 1, 2, 4, 8 or 16
+  int nExpectGray = -1; ///< 0 to 255; -1: what the bright frames suggest
+  int nSaveFrames = 1;  ///< pairs of fresh raw and corrected frames
+  std::string strOutFolder = "out";
+};
+
+/// All that a run without a person needs.
+struct SHeadlessOptions {
+  SCameraOptions stCamera;
+  SPluginOptions stPlugin;
+  SWorkflowOptions stWorkflow;
+};
+
+/// What the program is to do, instead of showing its window.
+struct STaskOptions {
+  bool bHeadless = false;        ///< the workflow without a person
+  bool bRestoreSettings = false; ///< load "UserSet0", say what changed and leave
+  bool bListCameras = false;     ///< print the real cameras that answer, and leave
+  std::string strScreenshots;    ///< folder for pictures of the workflow in the window; empty: none
+};
+
+} // namespace ffc::host
