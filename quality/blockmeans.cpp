@@ -20,12 +20,12 @@ SBlockMeans GetBlockMeans(const CFrameStack &stStack, const SColorPlane &stPlane
 {
   const SBlockLength stAcross = CutIntoBlocks(stStack.GetWidth());
   const SBlockLength stDown = CutIntoBlocks(stStack.GetHeight());
-  const std::size_t nBlocks = std::size_t(stAcross.nBlocks) * stDown.nBlocks;
+  const std::size_t nBlocks = static_cast<std::size_t>(stAcross.nBlocks) * stDown.nBlocks;
   std::vector<uint64_t> listSums(nBlocks, 0);
   std::vector<uint64_t> listCounts(nBlocks, 0);
   const uint32_t nWidth = stAcross.nBlocks * stAcross.nLength;
   for (uint32_t nLine = 0; nLine < stDown.nBlocks * stDown.nLength; ++nLine) {
-    const std::size_t nFirst = std::size_t(nLine / stDown.nLength) * stAcross.nBlocks;
+    const std::size_t nFirst = static_cast<std::size_t>(nLine / stDown.nLength) * stAcross.nBlocks;
     const uint32_t *pSums = stStack.GetSums(nLine);
     VisitPlaneLine(stPlane, nWidth, nLine, [&](uint32_t nColumn) {
       const std::size_t nBlock = nFirst + nColumn / stAcross.nLength;
@@ -36,8 +36,8 @@ SBlockMeans GetBlockMeans(const CFrameStack &stStack, const SColorPlane &stPlane
 
   SBlockMeans stMeans{stAcross.nBlocks, stDown.nBlocks, {}};
   for (std::size_t nBlock = 0; nBlock < nBlocks; ++nBlock) {
-    const double dSamples = double(listCounts[nBlock]) * double(stStack.GetFrameCount());
-    stMeans.listMeans.push_back(dSamples > 0 ? double(listSums[nBlock]) / dSamples : 0.0);
+    const double dSamples = static_cast<double>(listCounts[nBlock]) * static_cast<double>(stStack.GetFrameCount());
+    stMeans.listMeans.push_back(dSamples > 0 ? static_cast<double>(listSums[nBlock]) / dSamples : 0.0);
   }
   return stMeans;
 }

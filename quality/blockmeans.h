@@ -19,7 +19,10 @@ struct SBlockMeans {
   uint32_t nLines = 0;
   std::vector<double> listMeans;
 
-  double At(uint32_t nColumn, uint32_t nLine) const { return listMeans[std::size_t(nLine) * nColumns + nColumn]; }
+  double At(uint32_t nColumn, uint32_t nLine) const
+  {
+    return listMeans[static_cast<std::size_t>(nLine) * nColumns + nColumn];
+  }
 };
 
 /// Blocks that would hang over the right or lower edge are left out; an image smaller than a block is one

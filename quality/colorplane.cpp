@@ -15,7 +15,7 @@ std::vector<SColorPlane> GetColorPlanes(EColorLayout eLayout)
   std::vector<SColorPlane> listPlanes{{"R", {}}, {"G", {}}, {"B", {}}};
   for (uint32_t nSite = 0; nSite < CELL_SITES; ++nSite) {
     const EColor eColor = GetPixelColor(eLayout, nSite & 1U, nSite >> 1U);
-    listPlanes[std::size_t(eColor)].abSites[nSite] = true;
+    listPlanes[static_cast<std::size_t>(eColor)].abSites[nSite] = true;
   }
   return listPlanes;
 }

@@ -36,7 +36,7 @@ SFrameCountAdvice AdviseFrameCount(const SNoise &stNoise)
     return stAdvice;
   }
   stAdvice.dPattern = stNoise.dPattern;
-  stAdvice.dNoise = stNoise.dTemporal / std::sqrt(double(stAdvice.nAdvised));
+  stAdvice.dNoise = stNoise.dTemporal / std::sqrt(static_cast<double>(stAdvice.nAdvised));
   if (!(stNoise.dPattern > 0)) {
     stAdvice.eVerdict = EVerdict::NoPattern;
     return stAdvice;
@@ -46,7 +46,7 @@ SFrameCountAdvice AdviseFrameCount(const SNoise &stNoise)
   stAdvice.nBreakEven = RoundUp(stAdvice.dBreakEven);
   const int nWellBelow = RoundUp(stAdvice.dBreakEven * WELL_BELOW);
   stAdvice.nAdvised = nWellBelow == 0 ? FRAME_COUNTS.back() : nWellBelow;
-  stAdvice.dNoise = stNoise.dTemporal / std::sqrt(double(stAdvice.nAdvised));
+  stAdvice.dNoise = stNoise.dTemporal / std::sqrt(static_cast<double>(stAdvice.nAdvised));
   stAdvice.eVerdict = stAdvice.nBreakEven == 0 ? EVerdict::NeverEnough
                       : stAdvice.nAdvised == 1 ? EVerdict::OneIsEnough
                                                : EVerdict::TakeMore;

@@ -18,7 +18,7 @@ bool CFrameStack::Prepare(uint32_t nWidth, uint32_t nHeight, uint32_t nBitDepth)
     return false;
   }
   try {
-    m_listSums.assign(std::size_t(nWidth) * nHeight, 0);
+    m_listSums.assign(static_cast<std::size_t>(nWidth) * nHeight, 0);
     m_listSquareSums.assign(nHeight, {0, 0});
   } catch (const std::bad_alloc &) {
     return false;
@@ -33,7 +33,7 @@ bool CFrameStack::Prepare(uint32_t nWidth, uint32_t nHeight, uint32_t nBitDepth)
 
 std::size_t CFrameStack::GetFrameSize() const
 {
-  return std::size_t(m_nWidth) * m_nHeight * (m_nBitDepth > 8 ? 2U : 1U);
+  return static_cast<std::size_t>(m_nWidth) * m_nHeight * (m_nBitDepth > 8 ? 2U : 1U);
 }
 
 bool CFrameStack::Add(const void *pFrame, std::size_t nSize)
@@ -62,7 +62,7 @@ void CFrameStack::AddSamples(const TSample *pSamples)
       for (uint32_t nColumn = nParity; nColumn < m_nWidth; nColumn += 2) {
         const uint32_t nValue = pSamples[nColumn];
         pSums[nColumn] += nValue;
-        nSquares += uint64_t(nValue) * nValue;
+        nSquares += static_cast<uint64_t>(nValue) * nValue;
         nClipped += nValue >= nMaximum ? 1U : 0U;
       }
       m_listSquareSums[nLine][nParity] += nSquares;
@@ -75,12 +75,12 @@ void CFrameStack::AddSamples(const TSample *pSamples)
 
 const uint32_t *CFrameStack::GetSums(uint32_t nLine) const
 {
-  return m_listSums.data() + std::size_t(nLine) * m_nWidth;
+  return m_listSums.data() + static_cast<std::size_t>(nLine) * m_nWidth;
 }
 
 double CFrameStack::GetMean(uint32_t nColumn, uint32_t nLine) const
 {
-  return double(GetSums(nLine)[nColumn]) / double(m_nFrames);
+  return static_cast<double>(GetSums(nLine)[nColumn]) / static_cast<double>(m_nFrames);
 }
 
 uint64_t CFrameStack::GetSquareSum(const SColorPlane &stPlane, uint32_t nLine) const

@@ -25,7 +25,7 @@ SPlaneSums AddUp(const CFrameStack &stStack, const SColorPlane &stPlane)
       stSums.dSum += pSums[nColumn];
       stSums.dPixels += 1;
       if (nColumn >= NEIGHBOUR) {
-        const double dStep = double(pSums[nColumn]) - double(pSums[nColumn - NEIGHBOUR]);
+        const double dStep = static_cast<double>(pSums[nColumn]) - static_cast<double>(pSums[nColumn - NEIGHBOUR]);
         stSums.dSquaredSteps += dStep * dStep;
         stSums.dSteps += 1;
       }
@@ -47,11 +47,11 @@ double SumTemporalVariances(const CFrameStack &stStack, const SColorPlane &stPla
     const uint32_t *pSums = stStack.GetSums(nLine);
     uint64_t nSquaredSums = 0;
     VisitPlaneLine(stPlane, stStack.GetWidth(), nLine,
-                   [&](uint32_t nColumn) { nSquaredSums += uint64_t(pSums[nColumn]) * pSums[nColumn]; });
+                   [&](uint32_t nColumn) { nSquaredSums += static_cast<uint64_t>(pSums[nColumn]) * pSums[nColumn]; });
     // Exact in whole numbers: the difference of two large, nearly equal sums.
-    dTotal += double(nFrames * stStack.GetSquareSum(stPlane, nLine) - nSquaredSums);
+    dTotal += static_cast<double>(nFrames * stStack.GetSquareSum(stPlane, nLine) - nSquaredSums);
   }
-  return dTotal / (double(nFrames) * double(nFrames - 1));
+  return dTotal / (static_cast<double>(nFrames) * static_cast<double>(nFrames - 1));
 }
 
 SNoise MeasureNoise(const CFrameStack &stStack, const SColorPlane &stPlane)

@@ -10,7 +10,7 @@ namespace {
 
 int ToByte(double dValue)
 {
-  return int(std::lround(std::clamp(dValue, 0.0, 255.0)));
+  return static_cast<int>(std::lround(std::clamp(dValue, 0.0, 255.0)));
 }
 
 /// Mean of a plane in the cell at an even column and line.
@@ -20,7 +20,7 @@ double GetCellMean(const CFrameStack &stStack, const SColorPlane &stPlane, uint3
   int nCount = 0;
   for (std::size_t nSite = 0; nSite < CELL_SITES; ++nSite) {
     if (stPlane.abSites[nSite]) {
-      dSum += stStack.GetMean(nColumn + uint32_t(nSite & 1U), nLine + uint32_t(nSite >> 1U));
+      dSum += stStack.GetMean(nColumn + static_cast<uint32_t>(nSite & 1U), nLine + static_cast<uint32_t>(nSite >> 1U));
       ++nCount;
     }
   }
@@ -29,12 +29,14 @@ double GetCellMean(const CFrameStack &stStack, const SColorPlane &stPlane, uint3
 
 QImage MakeGreyView(const CFrameStack &stStack)
 {
-  QImage imgView(int(stStack.GetWidth()), int(stStack.GetHeight()), QImage::Format_Grayscale8);
-  const double dScale = 255.0 / double(stStack.GetMaximum());
+  QImage imgView(static_cast<int>(stStack.GetWidth()), static_cast<int>(stStack.GetHeight()),
+                 QImage::Format_Grayscale8);
+  const double dScale = 255.0 / static_cast<double>(stStack.GetMaximum());
   for (int nLine = 0; nLine < imgView.height(); ++nLine) {
     uchar *pLine = imgView.scanLine(nLine);
     for (int nColumn = 0; nColumn < imgView.width(); ++nColumn) {
-      pLine[nColumn] = uchar(ToByte(stStack.GetMean(uint32_t(nColumn), uint32_t(nLine)) * dScale));
+      pLine[nColumn] = static_cast<uchar>(
+        ToByte(stStack.GetMean(static_cast<uint32_t>(nColumn), static_cast<uint32_t>(nLine)) * dScale));
     }
   }
   return imgView;
@@ -42,14 +44,16 @@ QImage MakeGreyView(const CFrameStack &stStack)
 
 QImage MakeColorView(const CFrameStack &stStack, EColorLayout eLayout)
 {
-  QImage imgView(int(stStack.GetWidth() / 2), int(stStack.GetHeight() / 2), QImage::Format_RGB32);
+  QImage imgView(static_cast<int>(stStack.GetWidth() / 2), static_cast<int>(stStack.GetHeight() / 2),
+                 QImage::Format_RGB32);
   const std::vector<SColorPlane> listPlanes = GetColorPlanes(eLayout);
-  const double dScale = 255.0 / double(stStack.GetMaximum());
+  const double dScale = 255.0 / static_cast<double>(stStack.GetMaximum());
   for (int nLine = 0; nLine < imgView.height(); ++nLine) {
     QRgb *pLine = reinterpret_cast<QRgb *>(imgView.scanLine(nLine));
     for (int nColumn = 0; nColumn < imgView.width(); ++nColumn) {
       const auto Channel = [&](std::size_t nPlane) {
-        return ToByte(dScale * GetCellMean(stStack, listPlanes[nPlane], uint32_t(nColumn) * 2, uint32_t(nLine) * 2));
+        return ToByte(dScale * GetCellMean(stStack, listPlanes[nPlane], static_cast<uint32_t>(nColumn) * 2,
+                                           static_cast<uint32_t>(nLine) * 2));
       };
       pLine[nColumn] = qRgb(Channel(0), Channel(1), Channel(2));
     }
@@ -63,7 +67,7 @@ double GetAverage(const SBlockMeans &stMeans)
   for (const double dMean : stMeans.listMeans) {
     dSum += dMean;
   }
-  return dSum / double(stMeans.listMeans.size());
+  return dSum / static_cast<double>(stMeans.listMeans.size());
 }
 
 } // namespace
@@ -89,14 +93,15 @@ double GetContrastRange(const CFrameStack &stStack, EColorLayout eLayout)
 
 QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, double dRange)
 {
-  QImage imgContrast(int(stStack.GetWidth()), int(stStack.GetHeight()), QImage::Format_Grayscale8);
+  QImage imgContrast(static_cast<int>(stStack.GetWidth()), static_cast<int>(stStack.GetHeight()),
+                     QImage::Format_Grayscale8);
   for (const SColorPlane &stPlane : GetColorPlanes(eLayout)) {
     const double dAverage = std::max(GetAverage(GetBlockMeans(stStack, stPlane)), 1e-9);
     for (int nLine = 0; nLine < imgContrast.height(); ++nLine) {
       uchar *pLine = imgContrast.scanLine(nLine);
-      VisitPlaneLine(stPlane, stStack.GetWidth(), uint32_t(nLine), [&](uint32_t nColumn) {
-        const double dDeviation = stStack.GetMean(nColumn, uint32_t(nLine)) / dAverage - 1;
-        pLine[nColumn] = uchar(ToByte(127.5 + 127.5 * dDeviation / dRange));
+      VisitPlaneLine(stPlane, stStack.GetWidth(), static_cast<uint32_t>(nLine), [&](uint32_t nColumn) {
+        const double dDeviation = stStack.GetMean(nColumn, static_cast<uint32_t>(nLine)) / dAverage - 1;
+        pLine[nColumn] = static_cast<uchar>(ToByte(127.5 + 127.5 * dDeviation / dRange));
       });
     }
   }

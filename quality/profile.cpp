@@ -46,7 +46,7 @@ public:
     SProfile stProfile;
     for (std::size_t nPoint = 0; nPoint < m_listSums.size(); ++nPoint) {
       if (m_listCounts[nPoint] > 0) {
-        stProfile.listPositions << double(nPoint * m_nBin) + 0.5 * double(m_nBin - 1);
+        stProfile.listPositions << static_cast<double>(nPoint * m_nBin) + 0.5 * static_cast<double>(m_nBin - 1);
         stProfile.listGrays << m_listSums[nPoint] / m_listCounts[nPoint];
       }
     }

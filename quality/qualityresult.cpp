@@ -48,8 +48,8 @@ QByteArray MakeJson(const SResult &stResult, double dLimitPercent)
   json.insert(QStringLiteral("advised_frames"), stResult.stAdvice.nAdvised);
   json.insert(QStringLiteral("break_even_frames"), stResult.stAdvice.dBreakEven);
   if (stResult.bSameExposures) {
-    json.insert(QStringLiteral("newly_clipped_samples"), double(stResult.nNewlyClipped));
-    json.insert(QStringLiteral("pixels_at_gain_limit"), double(stResult.nAtGainLimit));
+    json.insert(QStringLiteral("newly_clipped_samples"), static_cast<double>(stResult.nNewlyClipped));
+    json.insert(QStringLiteral("pixels_at_gain_limit"), static_cast<double>(stResult.nAtGainLimit));
   }
   return QJsonDocument(json).toJson(QJsonDocument::Indented);
 }

@@ -81,7 +81,7 @@ void AddHostFigures(const SReport &stReport, QJsonObject &json)
 void AddCameraFigures(const SReport &stReport, QJsonObject &json)
 {
   json.insert(QStringLiteral("exposures"), QLatin1String(OTHER_EXPOSURES));
-  json.insert(QStringLiteral("block_size"), int(stReport.nBlockSize));
+  json.insert(QStringLiteral("block_size"), static_cast<int>(stReport.nBlockSize));
   if (stReport.stAfterReload) {
     json.insert(QStringLiteral("after_reload"), MakeUniformityJson(*stReport.stAfterReload));
     json.insert(QStringLiteral("reload_tolerance_percent"), RELOAD_TOLERANCE_PERCENT);
@@ -196,11 +196,11 @@ QByteArray MakeReportJson(const SReport &stReport)
     {"camera", stReport.strCamera},
     {"mode", QLatin1String(camera::GetModeName(stReport.eMode))},
     {"pixel_format", stReport.strPixelFormat},
-    {"width", int(stReport.nWidth)},
-    {"height", int(stReport.nHeight)},
+    {"width", static_cast<int>(stReport.nWidth)},
+    {"height", static_cast<int>(stReport.nHeight)},
     {"frame_count", stReport.nFrameCount},
-    {"measured_bright_frames", int(stReport.nBrightFrames)},
-    {"measured_dark_frames", int(stReport.nDarkFrames)},
+    {"measured_bright_frames", static_cast<int>(stReport.nBrightFrames)},
+    {"measured_dark_frames", static_cast<int>(stReport.nDarkFrames)},
     {"method", QLatin1String(METHOD)},
     {"before", MakeUniformityJson(stReport.stBefore)},
     {"after", MakeUniformityJson(stReport.stAfter)},

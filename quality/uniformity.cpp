@@ -23,7 +23,7 @@ double SumSquaredDistances(const CFrameStack &stStack, const SColorPlane &stPlan
     const uint32_t *pSums = stStack.GetSums(nLine);
     double dLine = 0;
     VisitPlaneLine(stPlane, stStack.GetWidth(), nLine, [&](uint32_t nColumn) {
-      const double dDistance = double(pSums[nColumn]) - dMeanSum;
+      const double dDistance = static_cast<double>(pSums[nColumn]) - dMeanSum;
       dLine += dDistance * dDistance;
     });
     dTotal += dLine;
@@ -45,9 +45,9 @@ SSpatial MeasureSpatial(const CFrameStack &stStack, const SColorPlane &stPlane)
   if (nPixels == 0) {
     return {};
   }
-  const double dPixels = double(nPixels);
-  const double dFrames = double(stStack.GetFrameCount());
-  const double dMeanSum = double(nSum) / dPixels;
+  const double dPixels = static_cast<double>(nPixels);
+  const double dFrames = static_cast<double>(stStack.GetFrameCount());
+  const double dMeanSum = static_cast<double>(nSum) / dPixels;
   const double dMeasured = SumSquaredDistances(stStack, stPlane, dMeanSum) / (dPixels * dFrames * dFrames);
   const double dTemporal = SumTemporalVariances(stStack, stPlane) / dPixels;
   return {dMeanSum / dFrames, dMeasured - dTemporal / dFrames, dPixels};
@@ -60,7 +60,7 @@ double GetShadingPercent(const SBlockMeans &stMeans)
   for (const double dMean : stMeans.listMeans) {
     dSum += dMean;
   }
-  const double dMean = dSum / double(stMeans.listMeans.size());
+  const double dMean = dSum / static_cast<double>(stMeans.listMeans.size());
   return dMean > 0 ? 100.0 * (*itMax - *itMin) / dMean : 0;
 }
 
@@ -82,7 +82,7 @@ SUniformityFigures MeasurePlane(const CFrameStack &stBright, const CFrameStack &
   const SSpatial stNone = MeasureSpatial(stDark, stPlane);
   const SBlockMeans stLightBlocks = GetBlockMeans(stBright, stPlane);
   const double dSignal = stLight.dMean - stNone.dMean;
-  const double dSamples = stLight.dPixels * double(stBright.GetFrameCount());
+  const double dSamples = stLight.dPixels * static_cast<double>(stBright.GetFrameCount());
 
   SUniformityFigures stFigures;
   stFigures.strName = stPlane.strName;
@@ -92,7 +92,8 @@ SUniformityFigures MeasurePlane(const CFrameStack &stBright, const CFrameStack &
   stFigures.dPrnuPercent = dSignal > 0 ? 100.0 * dResponse / dSignal : 0;
   stFigures.dDsnuDn = std::sqrt(std::max(0.0, stNone.dVariance));
   stFigures.dMeanGray = stLight.dMean;
-  stFigures.dClippedPercent = dSamples > 0 ? 100.0 * double(stBright.GetClippedCount(stPlane)) / dSamples : 0;
+  stFigures.dClippedPercent =
+    dSamples > 0 ? 100.0 * static_cast<double>(stBright.GetClippedCount(stPlane)) / dSamples : 0;
   return stFigures;
 }
 
@@ -140,11 +141,11 @@ SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &st
   }
   stResult.stOverall = TakeWorst(stResult.listPlanes);
   if (eLayout != EColorLayout::Mono) {
-    const double dSamples = double(stBright.GetWidth()) * stBright.GetHeight() * stBright.GetFrameCount();
+    const double dSamples = static_cast<double>(stBright.GetWidth()) * stBright.GetHeight() * stBright.GetFrameCount();
     const SColorPlane stWhole = GetWholeImagePlane();
     stResult.stOverall.strName = "Overall";
     stResult.stOverall.dMeanGray = MeasureSpatial(stBright, stWhole).dMean;
-    stResult.stOverall.dClippedPercent = 100.0 * double(stBright.GetClippedCount(stWhole)) / dSamples;
+    stResult.stOverall.dClippedPercent = 100.0 * static_cast<double>(stBright.GetClippedCount(stWhole)) / dSamples;
   }
   return stResult;
 }

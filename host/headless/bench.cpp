@@ -153,7 +153,7 @@ Result<> CBench::SelectFrameCount()
 Result<> CBench::AcquireBright()
 {
   const uint32_t nSettling = m_stFormat.pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
-  m_progress.BeginStep("bright field", uint32_t(m_stOptions.stWorkflow.nFrames) + nSettling);
+  m_progress.BeginStep("bright field", static_cast<uint32_t>(m_stOptions.stWorkflow.nFrames) + nSettling);
   const Result<> result = Judge(m_driver->AcquireBright());
   return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
 }

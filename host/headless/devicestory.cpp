@@ -141,7 +141,7 @@ Result<> CDeviceStory::MeasureScene(bool bLensCap, quality::CFrameStack &stStack
 
 Result<> CDeviceStory::SaveFrames(const char *pKind)
 {
-  const uint32_t nFrames = uint32_t(m_bench.GetOptions().stWorkflow.nSaveFrames);
+  const uint32_t nFrames = static_cast<uint32_t>(m_bench.GetOptions().stWorkflow.nSaveFrames);
   Result<> result;
   for (uint32_t nFrame = 0; nFrame < nFrames && result; ++nFrame) {
     std::vector<uint8_t> listFrame;
@@ -191,8 +191,8 @@ Result<> CDeviceStory::ClearCoefficients()
     return Failure(std::string("the camera has no ") + COEFFICIENTS);
   }
   try {
-    const std::vector<uint8_t> listZeros(std::size_t(pRegister->GetLength()));
-    pRegister->Set(listZeros.data(), int64_t(listZeros.size()));
+    const std::vector<uint8_t> listZeros(static_cast<std::size_t>(pRegister->GetLength()));
+    pRegister->Set(listZeros.data(), static_cast<int64_t>(listZeros.size()));
   } catch (const GenICam::GenericException &exception) {
     return Failure(exception.GetDescription());
   }

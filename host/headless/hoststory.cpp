@@ -11,7 +11,7 @@ SCameraFrame MakeFrame(const std::vector<uint8_t> &listRaw, const SStreamFormat 
 {
   SCameraFrame stFrame;
   stFrame.pBuffer = listRaw.data();
-  stFrame.nSize = uint32_t(listRaw.size());
+  stFrame.nSize = static_cast<uint32_t>(listRaw.size());
   stFrame.nWidth = stFormat.nWidth;
   stFrame.nHeight = stFormat.nHeight;
   stFrame.nPixelFormat = stFormat.pFormat->nCode;
@@ -122,7 +122,7 @@ Result<> CHostStory::SaveFrames()
 {
   const CResultFolder &folder = m_bench.GetFolder();
   const SStreamFormat &stFormat = m_bench.GetFormat();
-  const uint32_t nFrames = uint32_t(m_bench.GetOptions().stWorkflow.nSaveFrames);
+  const uint32_t nFrames = static_cast<uint32_t>(m_bench.GetOptions().stWorkflow.nSaveFrames);
   Result<> result;
   for (uint32_t nFrame = 0; nFrame < nFrames && result; ++nFrame) {
     SFramePair stPair;

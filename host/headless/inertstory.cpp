@@ -62,11 +62,11 @@ Result<> CInertStory::WriteResults()
     {"camera", stReport.strCamera},
     {"mode", QLatin1String(camera::GetModeName(stReport.eMode))},
     {"pixel_format", stReport.strPixelFormat},
-    {"width", int(stReport.nWidth)},
-    {"height", int(stReport.nHeight)},
+    {"width", static_cast<int>(stReport.nWidth)},
+    {"height", static_cast<int>(stReport.nHeight)},
     {"every_control_disabled", true},
     {"stream_runs_on", true},
-    {"frames_seen", int(MEASURED_FRAMES)},
+    {"frames_seen", static_cast<int>(MEASURED_FRAMES)},
   };
   const CResultFolder &folder = m_bench.GetFolder();
   return RunUntilFailure([&] { return folder.WriteDialog(m_bench.GetDriver().GrabPicture()); },

@@ -31,7 +31,7 @@ std::string ParseSide(const std::string &strSide, uint32_t &nSide)
   if (!IsWholeNumber(strSide)) {
     return "write it as WIDTHxHEIGHT, such as 2048x1536";
   }
-  nSide = uint32_t(std::min<uint64_t>(std::stoull(strSide), MAX_SIDE + 1));
+  nSide = static_cast<uint32_t>(std::min<uint64_t>(std::stoull(strSide), MAX_SIDE + 1));
   if (nSide < MIN_SIDE || nSide > MAX_SIDE || nSide % 2 != 0) {
     return "width and height are even numbers from 64 to 16384";
   }

@@ -43,7 +43,8 @@ uint32_t ReadBlockSize(ICamera &camera)
   try {
     const std::string strEntry = pBlockSize->ToString().c_str();
     const bool bKnown = strEntry.compare(0, BLOCK_PREFIX.size(), BLOCK_PREFIX) == 0;
-    return bKnown ? uint32_t(std::lround(std::sqrt(std::atof(strEntry.c_str() + BLOCK_PREFIX.size())))) : 0;
+    return bKnown ? static_cast<uint32_t>(std::lround(std::sqrt(std::atof(strEntry.c_str() + BLOCK_PREFIX.size()))))
+                  : 0;
   } catch (const GenICam::GenericException &) {
     return 0;
   }

@@ -42,7 +42,7 @@ Result<> CFrameCollector::Collect(uint32_t nFrames, CFramePipeline::EWanted eWan
     if (nNow != nMissing) {
       nMissing = nNow;
       timer.restart();
-    } else if (result && timer.elapsed() > qint64(m_nStallMilliseconds)) {
+    } else if (result && timer.elapsed() > static_cast<qint64>(m_nStallMilliseconds)) {
       result = Failure(QStringLiteral("no %1frame came for %2 s, %3 of %4 were there")
                          .arg(eWanted == CFramePipeline::EWanted::Corrected ? "corrected " : "")
                          .arg(m_nStallMilliseconds / 1000.0)
@@ -59,7 +59,7 @@ bool CFrameCollector::WaitUntil(const std::function<bool()> &fnDone) const
   QElapsedTimer timer;
   timer.start();
   bool bDone = fnDone();
-  while (!bDone && timer.elapsed() <= qint64(m_nStallMilliseconds)) {
+  while (!bDone && timer.elapsed() <= static_cast<qint64>(m_nStallMilliseconds)) {
     QThread::msleep(POLL_MS);
     QCoreApplication::processEvents();
     bDone = fnDone();

@@ -34,7 +34,7 @@ void CFramePipeline::Count(const SCameraFrame &stFrame, bool bCorrected, uint64_
   if (bCorrected) {
     ++m_stCounts.nCorrected;
     ++m_stThroughput.nFrames;
-    m_stThroughput.nPixels += uint64_t(stFrame.nWidth) * stFrame.nHeight;
+    m_stThroughput.nPixels += static_cast<uint64_t>(stFrame.nWidth) * stFrame.nHeight;
     m_stThroughput.nNanoseconds += nNanoseconds;
   }
 }
@@ -50,10 +50,10 @@ bool CFramePipeline::Correct(const SCameraFrame &stFrame, int32_t &nStatus, uint
     return false;
   }
   PLUGIN_IMAGE_INFO stInput;
-  stInput.nPixelFormat = int32_t(stFrame.nPixelFormat);
-  stInput.nWidth = int32_t(stFrame.nWidth);
-  stInput.nHeight = int32_t(stFrame.nHeight);
-  stInput.nPayloadSize = int32_t(stFrame.nSize);
+  stInput.nPixelFormat = static_cast<int32_t>(stFrame.nPixelFormat);
+  stInput.nWidth = static_cast<int32_t>(stFrame.nWidth);
+  stInput.nHeight = static_cast<int32_t>(stFrame.nHeight);
+  stInput.nPayloadSize = static_cast<int32_t>(stFrame.nSize);
   PLUGIN_IMAGE_INFO stOutput = stInput;
   // The interface has one record for both directions; the plug-in only reads its input.
   stInput.pBuffer = const_cast<void *>(stFrame.pBuffer);
@@ -63,7 +63,7 @@ bool CFramePipeline::Correct(const SCameraFrame &stFrame, int32_t &nStatus, uint
   const auto tBegin = std::chrono::steady_clock::now();
   nStatus = m_pPlugin->ProcessImage(&stInput, &stOutput, PLUGIN_PROCESS_MODE_FRAME, &stResult);
   const auto tSpent = std::chrono::steady_clock::now() - tBegin;
-  nNanoseconds = uint64_t(std::chrono::duration_cast<std::chrono::nanoseconds>(tSpent).count());
+  nNanoseconds = static_cast<uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(tSpent).count());
   return nStatus == 0 && stResult.bCorrected != 0;
 }
 

@@ -46,11 +46,14 @@ struct SThroughput {
   uint64_t nPixels = 0;
   uint64_t nNanoseconds = 0; ///< spent inside ProcessImage
 
-  double GetFramesPerSecond() const { return PerSecond(double(nFrames)); }
-  double GetMegapixelsPerSecond() const { return PerSecond(double(nPixels) / 1e6); }
+  double GetFramesPerSecond() const { return PerSecond(static_cast<double>(nFrames)); }
+  double GetMegapixelsPerSecond() const { return PerSecond(static_cast<double>(nPixels) / 1e6); }
 
 private:
-  double PerSecond(double dAmount) const { return nNanoseconds == 0 ? 0.0 : dAmount * 1e9 / double(nNanoseconds); }
+  double PerSecond(double dAmount) const
+  {
+    return nNanoseconds == 0 ? 0.0 : dAmount * 1e9 / static_cast<double>(nNanoseconds);
+  }
 };
 
 /// Passes every frame through ProcessImage, keeps the latest, counts, and hands out frames on request.

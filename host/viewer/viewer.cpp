@@ -38,7 +38,7 @@ Result<> CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
   m_stInitParam.pOutputNodeMap = m_pCamera->GetOutputNodeMap();
   m_stInitParam.pStreamNodeMap = m_pCamera->GetStreamNodeMap();
   m_stInitParam.pDeviceNodeMap = WatchDeviceMap();
-  m_stInitParam.nLanguage = uint32_t(eLanguage);
+  m_stInitParam.nLanguage = static_cast<uint32_t>(eLanguage);
   m_stInitParam.pDeviceName = m_byteDeviceName.constData();
   return Bind();
 }

@@ -68,7 +68,7 @@ void CAcquisitionProgress::ShowBox()
       m_bCancelled = true;
       emit SigCancelled();
     });
-    m_pBox->setRange(0, int(m_nTotal));
+    m_pBox->setRange(0, static_cast<int>(m_nTotal));
     m_pBox->show();
   }
   m_pBox->setLabelText(m_nTotal == 0 ? tr("Taking frames: %1").arg(m_nFrames)
@@ -79,7 +79,7 @@ void CAcquisitionProgress::LetEventsPass()
 {
   m_bPassing = true;
   // Lets events pass itself, being modal; more may wait behind those.
-  m_pBox->setValue(int(m_nTotal == 0 ? 0 : std::min(m_nFrames, m_nTotal)));
+  m_pBox->setValue(static_cast<int>(m_nTotal == 0 ? 0 : std::min(m_nFrames, m_nTotal)));
   QCoreApplication::processEvents();
   m_bPassing = false;
 }

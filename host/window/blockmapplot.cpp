@@ -59,7 +59,7 @@ void CBlockMapPlot::SetBlocks(const quality::SBlockMeans &stBlocks)
   const double dHalf = std::max(MIN_SPAN, *itMax - *itMin) / 2;
   const QwtInterval interval(dMiddle - dHalf, dMiddle + dHalf);
   QwtMatrixRasterData *pData = new QwtMatrixRasterData;
-  pData->setValueMatrix(listValues, int(stBlocks.nColumns));
+  pData->setValueMatrix(listValues, static_cast<int>(stBlocks.nColumns));
   pData->setInterval(Qt::XAxis, QwtInterval(0, stBlocks.nColumns, QwtInterval::ExcludeMaximum));
   pData->setInterval(Qt::YAxis, QwtInterval(0, stBlocks.nLines, QwtInterval::ExcludeMaximum));
   pData->setInterval(Qt::ZAxis, interval);

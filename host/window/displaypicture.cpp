@@ -8,7 +8,8 @@ namespace {
 template <class TSample>
 const TSample *GetLine(const SFrameCopy &stFrame, int nLine)
 {
-  return reinterpret_cast<const TSample *>(stFrame.listBytes.data()) + std::ptrdiff_t(nLine) * int(stFrame.nWidth);
+  return reinterpret_cast<const TSample *>(stFrame.listBytes.data()) +
+         static_cast<std::ptrdiff_t>(nLine) * static_cast<int>(stFrame.nWidth);
 }
 
 /// Places beyond an edge are mirrored at it, so that colours stay in step.
@@ -20,12 +21,12 @@ int Mirror(int nPlace, int nSize)
 template <class TSample>
 QImage MakeGrey(const SFrameCopy &stFrame, uint32_t nShift)
 {
-  QImage imgGrey(int(stFrame.nWidth), int(stFrame.nHeight), QImage::Format_Grayscale8);
+  QImage imgGrey(static_cast<int>(stFrame.nWidth), static_cast<int>(stFrame.nHeight), QImage::Format_Grayscale8);
   for (int nY = 0; nY < imgGrey.height(); ++nY) {
     const TSample *pSource = GetLine<TSample>(stFrame, nY);
     uchar *pLine = imgGrey.scanLine(nY);
     for (int nX = 0; nX < imgGrey.width(); ++nX) {
-      pLine[nX] = uchar(pSource[nX] >> nShift);
+      pLine[nX] = static_cast<uchar>(pSource[nX] >> nShift);
     }
   }
   return imgGrey;
@@ -36,12 +37,12 @@ QImage MakeGrey(const SFrameCopy &stFrame, uint32_t nShift)
 template <class TSample>
 void InterpolateLine(const SFrameCopy &stFrame, EColorLayout eLayout, uint32_t nShift, int nY, QRgb *pTarget)
 {
-  const int nWidth = int(stFrame.nWidth);
-  const TSample *pAbove = GetLine<TSample>(stFrame, Mirror(nY - 1, int(stFrame.nHeight)));
+  const int nWidth = static_cast<int>(stFrame.nWidth);
+  const TSample *pAbove = GetLine<TSample>(stFrame, Mirror(nY - 1, static_cast<int>(stFrame.nHeight)));
   const TSample *pOwn = GetLine<TSample>(stFrame, nY);
-  const TSample *pBelow = GetLine<TSample>(stFrame, Mirror(nY + 1, int(stFrame.nHeight)));
-  const int nGreenParity = GetPixelColor(eLayout, 0, uint32_t(nY)) == EColor::Green ? 0 : 1;
-  const bool bRedLine = GetPixelColor(eLayout, nGreenParity == 0 ? 1 : 0, uint32_t(nY)) == EColor::Red;
+  const TSample *pBelow = GetLine<TSample>(stFrame, Mirror(nY + 1, static_cast<int>(stFrame.nHeight)));
+  const int nGreenParity = GetPixelColor(eLayout, 0, static_cast<uint32_t>(nY)) == EColor::Green ? 0 : 1;
+  const bool bRedLine = GetPixelColor(eLayout, nGreenParity == 0 ? 1 : 0, static_cast<uint32_t>(nY)) == EColor::Red;
   for (int nX = 0; nX < nWidth; ++nX) {
     const int nLeft = Mirror(nX - 1, nWidth);
     const int nRight = Mirror(nX + 1, nWidth);
@@ -63,7 +64,7 @@ void InterpolateLine(const SFrameCopy &stFrame, EColorLayout eLayout, uint32_t n
 template <class TSample>
 QImage MakeColor(const SFrameCopy &stFrame, EColorLayout eLayout, uint32_t nShift)
 {
-  QImage imgColor(int(stFrame.nWidth), int(stFrame.nHeight), QImage::Format_RGB32);
+  QImage imgColor(static_cast<int>(stFrame.nWidth), static_cast<int>(stFrame.nHeight), QImage::Format_RGB32);
   for (int nY = 0; nY < imgColor.height(); ++nY) {
     InterpolateLine<TSample>(stFrame, eLayout, nShift, nY, reinterpret_cast<QRgb *>(imgColor.scanLine(nY)));
   }
@@ -105,7 +106,7 @@ const SSensorFormat *GetShownFormat(const SFrameCopy &stFrame)
   if (pFormat == nullptr || stFrame.nWidth == 0 || stFrame.nHeight == 0) {
     return nullptr;
   }
-  const std::size_t nSize = std::size_t(stFrame.nWidth) * stFrame.nHeight * pFormat->GetBytesPerPixel();
+  const std::size_t nSize = static_cast<std::size_t>(stFrame.nWidth) * stFrame.nHeight * pFormat->GetBytesPerPixel();
   return stFrame.listBytes.size() == nSize ? pFormat : nullptr;
 }
 
@@ -121,7 +122,7 @@ QImage MakeDisplayPicture(const SFrameCopy &stFrame, const SDisplayOptions &stOp
 
 uint32_t GetSample(const SFrameCopy &stFrame, const SSensorFormat &stFormat, uint32_t nColumn, uint32_t nLine)
 {
-  const std::size_t nPlace = std::size_t(nLine) * stFrame.nWidth + nColumn;
+  const std::size_t nPlace = static_cast<std::size_t>(nLine) * stFrame.nWidth + nColumn;
   if (stFormat.GetBytesPerPixel() == 1) {
     return stFrame.listBytes[nPlace];
   }
@@ -133,18 +134,18 @@ uint32_t GetSample(const SFrameCopy &stFrame, const SSensorFormat &stFormat, uin
 QString GetPixelText(const SFrameCopy &stFrame, int nColumn, int nLine)
 {
   const SSensorFormat *pFormat = GetShownFormat(stFrame);
-  if (pFormat == nullptr || nColumn < 0 || nLine < 0 || uint32_t(nColumn) >= stFrame.nWidth ||
-      uint32_t(nLine) >= stFrame.nHeight) {
+  if (pFormat == nullptr || nColumn < 0 || nLine < 0 || static_cast<uint32_t>(nColumn) >= stFrame.nWidth ||
+      static_cast<uint32_t>(nLine) >= stFrame.nHeight) {
     return {};
   }
   static const char *const ALL_COLORS[] = {"R  ", "G  ", "B  "};
   const bool bMosaic = pFormat->eLayout != EColorLayout::Mono;
-  const EColor eColor = GetPixelColor(pFormat->eLayout, uint32_t(nColumn), uint32_t(nLine));
-  const uint32_t nSample = GetSample(stFrame, *pFormat, uint32_t(nColumn), uint32_t(nLine));
+  const EColor eColor = GetPixelColor(pFormat->eLayout, static_cast<uint32_t>(nColumn), static_cast<uint32_t>(nLine));
+  const uint32_t nSample = GetSample(stFrame, *pFormat, static_cast<uint32_t>(nColumn), static_cast<uint32_t>(nLine));
   return QStringLiteral("x %1  y %2  %3%4 DN  %5 %")
     .arg(nColumn)
     .arg(nLine)
-    .arg(QLatin1String(bMosaic ? ALL_COLORS[int(eColor)] : ""))
+    .arg(QLatin1String(bMosaic ? ALL_COLORS[static_cast<int>(eColor)] : ""))
     .arg(nSample)
     .arg(100.0 * nSample / pFormat->GetMaxValue(), 0, 'f', 1);
 }

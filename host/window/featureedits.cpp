@@ -17,7 +17,8 @@ namespace {
 /// A feature may be wider than a field.
 int ToInt(int64_t nValue)
 {
-  return int(std::clamp<int64_t>(nValue, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+  return static_cast<int>(
+    std::clamp<int64_t>(nValue, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
 QStringList ListEntries(GenApi::IEnumeration &enumeration)

@@ -15,7 +15,7 @@ QVector<double> MakeHistogram(const quality::CFrameStack &stStack, const quality
   for (uint32_t nLine = 0; nLine < stStack.GetHeight(); ++nLine) {
     const uint32_t *pSamples = stStack.GetSums(nLine);
     quality::VisitPlaneLine(stPlane, stStack.GetWidth(), nLine, [&](uint32_t nColumn) {
-      listHistogram[std::min(int(pSamples[nColumn] >> nShift), HISTOGRAM_BINS - 1)] += 1;
+      listHistogram[std::min(static_cast<int>(pSamples[nColumn] >> nShift), HISTOGRAM_BINS - 1)] += 1;
     });
   }
   return listHistogram;
@@ -27,7 +27,7 @@ void AddRelative(const quality::SBlockMeans &stPlane, double dShare, quality::SB
   for (const double dMean : stPlane.listMeans) {
     dTotal += dMean;
   }
-  const double dAverage = dTotal / double(stPlane.listMeans.size());
+  const double dAverage = dTotal / static_cast<double>(stPlane.listMeans.size());
   stSum.nColumns = stPlane.nColumns;
   stSum.nLines = stPlane.nLines;
   stSum.listMeans.resize(stPlane.listMeans.size(), 0.0);
@@ -52,7 +52,8 @@ SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame)
   for (const quality::SColorPlane &stPlane : listPlanes) {
     stAnalysis.listPlanes.push_back({QString::fromStdString(stPlane.strName), quality::MakeRowProfile(stStack, stPlane),
                                      quality::MakeColumnProfile(stStack, stPlane), MakeHistogram(stStack, stPlane)});
-    AddRelative(quality::GetBlockMeans(stStack, stPlane), 1.0 / double(listPlanes.size()), stAnalysis.stBlocks);
+    AddRelative(quality::GetBlockMeans(stStack, stPlane), 1.0 / static_cast<double>(listPlanes.size()),
+                stAnalysis.stBlocks);
   }
   return stAnalysis;
 }

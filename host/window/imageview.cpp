@@ -141,7 +141,7 @@ void CImageView::mouseMoveEvent(QMouseEvent *pEvent)
   }
   m_bByKeyboard = false;
   const QPointF ptImage = m_transform.ToImage(pEvent->localPos());
-  SetPixel({int(std::floor(ptImage.x())), int(std::floor(ptImage.y()))});
+  SetPixel({static_cast<int>(std::floor(ptImage.x())), static_cast<int>(std::floor(ptImage.y()))});
 }
 
 void CImageView::mouseDoubleClickEvent(QMouseEvent *pEvent)

@@ -93,7 +93,7 @@ Result<> CMainWindow::OpenCamera(const SCameraOptions &stCamera)
 
 void CMainWindow::SlotChoose(int nChoice)
 {
-  SCameraChoice &stChoice = m_listChoices[std::size_t(nChoice)];
+  SCameraChoice &stChoice = m_listChoices[static_cast<std::size_t>(nChoice)];
   if (stChoice.bAsksFolder) {
     const QString strFolder = QFileDialog::getExistingDirectory(this, tr("Folder of recorded frames"));
     stChoice.stCamera.strReplayFolder = strFolder.toStdString();
@@ -116,14 +116,14 @@ void CMainWindow::SlotLookForCameras()
   QApplication::setOverrideCursor(Qt::WaitCursor);
   const std::vector<SRealCameraInfo> listCameras = ListRealCameras();
   QApplication::restoreOverrideCursor();
-  const SCameraOptions stCamera = m_listChoices[std::size_t(m_nChoice)].stCamera;
+  const SCameraOptions stCamera = m_listChoices[static_cast<std::size_t>(m_nChoice)].stCamera;
   m_listChoices = ListCameraChoices(m_stFirstCamera, listCameras);
   const auto it = std::find_if(m_listChoices.begin(), m_listChoices.end(), [&](const SCameraChoice &stChoice) {
     return !stChoice.bAsksFolder && stChoice.stCamera.strCameraId == stCamera.strCameraId &&
            stChoice.stCamera.strReplayFolder == stCamera.strReplayFolder &&
            stChoice.stCamera.strPixelFormat == stCamera.strPixelFormat && stChoice.stCamera.eMode == stCamera.eMode;
   });
-  m_nChoice = it == m_listChoices.end() ? 0 : int(it - m_listChoices.begin());
+  m_nChoice = it == m_listChoices.end() ? 0 : static_cast<int>(it - m_listChoices.begin());
   m_pCameraPanel->SetChoices(m_listChoices);
   m_pCameraPanel->Select(m_nChoice);
   if (listCameras.empty()) {
@@ -255,7 +255,7 @@ uint32_t CMainWindow::GetAcquisitionTotal() const
     return 0;
   }
   const CDialogDriver driver(*pDialog);
-  return driver.IsAcquiringBright() ? uint32_t(driver.GetFrameCount()) : 1;
+  return driver.IsAcquiringBright() ? static_cast<uint32_t>(driver.GetFrameCount()) : 1;
 }
 
 void CMainWindow::SetBusy(bool bBusy)

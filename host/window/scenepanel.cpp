@@ -46,7 +46,7 @@ CScenePanel::CScenePanel(QWidget *pParent)
     m_pScene->SetScene(bOn ? ISceneControl::EScene::TestChart : ISceneControl::EScene::Target);
   });
   connect(m_pLamp, &QSlider::valueChanged, this, [this](int nPercent) {
-    m_pScene->SetIllumination(double(nPercent) / FULL);
+    m_pScene->SetIllumination(static_cast<double>(nPercent) / FULL);
     ShowIllumination(nPercent);
   });
   hide();

@@ -72,8 +72,8 @@ void CViewTransform::Update()
     return;
   }
   if (m_bFitted) {
-    const double dScale =
-      std::min(double(m_sizeView.width()) / m_sizeImage.width(), double(m_sizeView.height()) / m_sizeImage.height());
+    const double dScale = std::min(static_cast<double>(m_sizeView.width()) / m_sizeImage.width(),
+                                   static_cast<double>(m_sizeView.height()) / m_sizeImage.height());
     m_dScale = std::clamp(dScale, MIN_SCALE, MAX_SCALE);
   }
   m_ptOrigin = {Place(m_ptOrigin.x(), m_sizeImage.width() * m_dScale, m_sizeView.width()),

@@ -26,8 +26,8 @@ void CWaitBox::ShowProgress(const QString &strStep, uint32_t nDone, uint32_t nTo
     return;
   }
   setLabelText(strStep);
-  setMaximum(int(nTotal));
-  setValue(int(nDone));
+  setMaximum(static_cast<int>(nTotal));
+  setValue(static_cast<int>(nDone));
 }
 
 } // namespace ffc::host

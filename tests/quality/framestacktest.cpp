@@ -76,7 +76,7 @@ TEST(ColorPlanes, EveryPixelBelongsToThePlaneOfItsColour)
       int nVisited = 0;
       for (std::size_t nPlane = 0; nPlane < 3; ++nPlane) {
         VisitPlaneLine(listPlanes[nPlane], 5, nLine, [&](uint32_t nColumn) {
-          EXPECT_EQ(std::size_t(GetPixelColor(eLayout, nColumn, nLine)), nPlane);
+          EXPECT_EQ(static_cast<std::size_t>(GetPixelColor(eLayout, nColumn, nLine)), nPlane);
           ++nVisited;
         });
       }

@@ -58,8 +58,8 @@ TEST(HtmlReport, NeedsNothingBesideIt)
   for (; it.hasNext(); ++nPictures) {
     const QString strSource = it.next().captured(1);
     ASSERT_TRUE(strSource.startsWith("data:image/png;base64,"));
-    const QImage imgPicture =
-      QImage::fromData(QByteArray::fromBase64(strSource.mid(int(std::strlen("data:image/png;base64,"))).toLatin1()));
+    const QImage imgPicture = QImage::fromData(
+      QByteArray::fromBase64(strSource.mid(static_cast<int>(std::strlen("data:image/png;base64,"))).toLatin1()));
     EXPECT_EQ(imgPicture.size(), QSize(800, 600)) << "large pictures are made smaller";
   }
   EXPECT_EQ(nPictures, 2) << "pictures that there are";

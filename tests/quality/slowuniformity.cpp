@@ -23,7 +23,7 @@ public:
     for (const TestFrame &listSamples : m_listFrames) {
       dSum += listSamples[nY * m_stScene.nWidth + nX];
     }
-    return dSum / double(m_listFrames.size());
+    return dSum / static_cast<double>(m_listFrames.size());
   }
 
   double PixelVariance(uint32_t nX, uint32_t nY) const
@@ -32,7 +32,7 @@ public:
     for (const TestFrame &listSamples : m_listFrames) {
       dSum += std::pow(listSamples[nY * m_stScene.nWidth + nX] - PixelMean(nX, nY), 2);
     }
-    return m_listFrames.size() < 2 ? 0 : dSum / double(m_listFrames.size() - 1);
+    return m_listFrames.size() < 2 ? 0 : dSum / static_cast<double>(m_listFrames.size() - 1);
   }
 
   /// Mean over the members in a rectangle of a value per pixel.
@@ -68,7 +68,7 @@ public:
     const double dMeasured =
       AverageAll([&](uint32_t nX, uint32_t nY) { return std::pow(PixelMean(nX, nY) - dMean, 2); });
     const double dTemporal = AverageAll([&](uint32_t nX, uint32_t nY) { return PixelVariance(nX, nY); });
-    return dMeasured - dTemporal / double(m_listFrames.size());
+    return dMeasured - dTemporal / static_cast<double>(m_listFrames.size());
   }
 
   /// Means of the 32 x 32 blocks, line by line.
@@ -98,7 +98,7 @@ public:
              for (const TestFrame &listSamples : m_listFrames) {
                dShare += listSamples[nY * m_stScene.nWidth + nX] == nMaximum ? 1 : 0;
              }
-             return dShare / double(m_listFrames.size());
+             return dShare / static_cast<double>(m_listFrames.size());
            });
   }
 
@@ -114,7 +114,7 @@ SUniformityFigures MeasureSlowly(const SSyntheticScene &stScene, const std::vect
                                  const std::vector<TestFrame> &listDark, EColorLayout eLayout, int nColor)
 {
   const auto IsMember = [&](uint32_t nX, uint32_t nY) {
-    return nColor < 0 || int(GetPixelColor(eLayout, nX, nY)) == nColor;
+    return nColor < 0 || static_cast<int>(GetPixelColor(eLayout, nX, nY)) == nColor;
   };
   const CSlowStack bright(stScene, listBright, IsMember);
   const CSlowStack dark(stScene, listDark, IsMember);

@@ -13,7 +13,7 @@ namespace {
 /// A repeatable number from 0 to 1 for each pixel.
 double Scatter(uint32_t nColumn, uint32_t nLine)
 {
-  return double((nColumn * 7919U + nLine * 104729U + (nColumn * nLine) * 31U) % 1009U) / 1009.0;
+  return static_cast<double>((nColumn * 7919U + nLine * 104729U + (nColumn * nLine) * 31U) % 1009U) / 1009.0;
 }
 
 void ExpectEqualFigures(const SUniformityFigures &stFast, const SUniformityFigures &stSlow)
@@ -34,13 +34,14 @@ struct SStacks {
 /// Shaded, scattered and noisy bright frames, partly clipped, over scattered dark ones.
 SStacks MakeUnevenFrames(SSyntheticScene &stScene, uint32_t nBright, uint32_t nDark)
 {
-  const double dFull = double(1U << stScene.nBitDepth);
+  const double dFull = static_cast<double>(1U << stScene.nBitDepth);
   SStacks stStacks;
   stScene.fnLevel = [&](uint32_t nX, uint32_t nY) { return dFull * (0.05 + 0.02 * Scatter(nX, nY)); };
   stScene.dNoise = dFull * 0.01;
   stStacks.listDark = stScene.MakeFrames(nDark, 11);
   stScene.fnLevel = [&](uint32_t nX, uint32_t nY) {
-    const double dFalloff = 0.5 + 0.5 * double(nX + nY) / double(stScene.nWidth + stScene.nHeight);
+    const double dFalloff =
+      0.5 + 0.5 * static_cast<double>(nX + nY) / static_cast<double>(stScene.nWidth + stScene.nHeight);
     return dFull * dFalloff * (0.9 + 0.2 * Scatter(nY, nX));
   };
   stStacks.listBright = stScene.MakeFrames(nBright, 12);
@@ -75,7 +76,7 @@ TEST(Uniformity, EqualsTheSlowTwinForEveryPlaneOfEveryMosaic)
     ASSERT_EQ(stFast.listPlanes.size(), 3U);
     for (int nColor = 0; nColor < 3; ++nColor) {
       SCOPED_TRACE(testing::Message() << GetLayoutName(eLayout) << " " << nColor);
-      ExpectEqualFigures(stFast.listPlanes[std::size_t(nColor)],
+      ExpectEqualFigures(stFast.listPlanes[static_cast<std::size_t>(nColor)],
                          MeasureSlowly(stScene, stStacks.listBright, stStacks.listDark, eLayout, nColor));
     }
     const SUniformityFigures stWhole = MeasureSlowly(stScene, stStacks.listBright, stStacks.listDark, eLayout, -1);
@@ -90,7 +91,7 @@ TEST(Uniformity, ColourBalanceAloneIsNoShading)
   stScene.fnLevel = [](uint32_t, uint32_t) { return 10.0; };
   const auto listDark = stScene.MakeFrames(2, 1);
   stScene.fnLevel = [](uint32_t nX, uint32_t nY) {
-    return 500.0 * (1 + int(GetPixelColor(EColorLayout::BayerBG, nX, nY)));
+    return 500.0 * (1 + static_cast<int>(GetPixelColor(EColorLayout::BayerBG, nX, nY)));
   };
   const SUniformity stFigures =
     MeasureUniformity(stScene.MakeStack(stScene.MakeFrames(2, 1)), stScene.MakeStack(listDark), EColorLayout::BayerBG);

@@ -26,7 +26,7 @@ SUniformity MakeUniformity(const std::vector<double> &listShading)
 CFrameStack MakeStack(const std::vector<uint8_t> &listPixels)
 {
   CFrameStack stStack;
-  stStack.Prepare(uint32_t(listPixels.size()), 1, 8);
+  stStack.Prepare(static_cast<uint32_t>(listPixels.size()), 1, 8);
   stStack.Add(listPixels.data(), listPixels.size());
   return stStack;
 }

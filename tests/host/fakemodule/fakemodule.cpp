@@ -25,7 +25,7 @@ public:
       const uint8_t *pInput = static_cast<const uint8_t *>(stInput.pBuffer);
       uint8_t *pOutput = static_cast<uint8_t *>(stOutput.pBuffer);
       for (int32_t nByte = 0; nByte < stInput.nPayloadSize; ++nByte) {
-        pOutput[nByte] = uint8_t(~pInput[nByte]);
+        pOutput[nByte] = static_cast<uint8_t>(~pInput[nByte]);
       }
       stResult.bCorrected = 1;
       return 0;

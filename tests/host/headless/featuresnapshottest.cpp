@@ -85,7 +85,7 @@ TEST_F(FeatureSnapshot, ReadsTheRatioOfEveryColourAndPutsTheSelectorBack)
   std::array<double, 3> adRatios = {1.0, 2.0, 3.0};
   CSoftwareEnumeration &selector =
     m_map.AddEnumeration("BalanceRatioSelector").Entry("Red", 0).Entry("Green", 1).Entry("Blue", 2).Select("Green");
-  m_map.AddFloat("BalanceRatio").OnRead([&] { return adRatios[std::size_t(selector.Peek())]; });
+  m_map.AddFloat("BalanceRatio").OnRead([&] { return adRatios[static_cast<std::size_t>(selector.Peek())]; });
   const CFeatureSnapshot before(m_map);
   EXPECT_EQ(selector.PeekSymbolic(), "Green");
   adRatios[2] = 3.5;

@@ -14,7 +14,7 @@ namespace {
 SCommandLine Parse(std::vector<const char *> listArguments)
 {
   listArguments.insert(listArguments.begin(), "ffchost");
-  return ParseCommandLine(int(listArguments.size()), listArguments.data());
+  return ParseCommandLine(static_cast<int>(listArguments.size()), listArguments.data());
 }
 
 } // namespace

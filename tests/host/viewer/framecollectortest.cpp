@@ -14,13 +14,14 @@ public:
   CFramePipeline m_pipeline;
 
 private:
-  CFramePump m_pump{[](std::vector<uint8_t> &listFrame, uint64_t nIndex) { listFrame.assign(1, uint8_t(nIndex)); },
-                    [this](const std::vector<uint8_t> &listFrame) {
-                      SCameraFrame stFrame;
-                      stFrame.pBuffer = listFrame.data();
-                      stFrame.nSize = stFrame.nWidth = stFrame.nHeight = 1;
-                      m_pipeline.Receive(stFrame);
-                    }};
+  CFramePump m_pump{
+    [](std::vector<uint8_t> &listFrame, uint64_t nIndex) { listFrame.assign(1, static_cast<uint8_t>(nIndex)); },
+    [this](const std::vector<uint8_t> &listFrame) {
+      SCameraFrame stFrame;
+      stFrame.pBuffer = listFrame.data();
+      stFrame.nSize = stFrame.nWidth = stFrame.nHeight = 1;
+      m_pipeline.Receive(stFrame);
+    }};
 };
 
 } // namespace
@@ -37,7 +38,7 @@ TEST(FrameCollector, CollectsConsecutiveFrames)
   EXPECT_EQ(result.GetError(), "");
   ASSERT_EQ(listSeen.size(), 5U);
   for (std::size_t nFrame = 1; nFrame < 5; ++nFrame) {
-    EXPECT_EQ(listSeen[nFrame], uint8_t(listSeen[0] + nFrame));
+    EXPECT_EQ(listSeen[nFrame], static_cast<uint8_t>(listSeen[0] + nFrame));
   }
 }
 

@@ -77,7 +77,7 @@ TEST_F(FramePath, ARawFrameIsCopiedOnce)
     Deliver(nFrame);
   }
   const SFrameCounts stCounts = m_pipeline.GetCounts();
-  RecordProperty("bytes per frame", int(FRAME_BYTES));
+  RecordProperty("bytes per frame", static_cast<int>(FRAME_BYTES));
   EXPECT_EQ(FRAME_BYTES, 10027008U);
   EXPECT_EQ(stCounts.nCopiedBytes, 12ULL * FRAME_BYTES);
 }

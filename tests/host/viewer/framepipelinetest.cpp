@@ -39,7 +39,7 @@ protected:
       const uint8_t *pInput = static_cast<const uint8_t *>(stInput.pBuffer);
       uint8_t *pOutput = static_cast<uint8_t *>(stOutput.pBuffer);
       EXPECT_NE(pInput, pOutput);
-      std::memset(pOutput, *pInput + 100, std::size_t(stOutput.nPayloadSize));
+      std::memset(pOutput, *pInput + 100, static_cast<std::size_t>(stOutput.nPayloadSize));
       stResult.bCorrected = bFlag ? 1 : 0;
       return nStatus;
     };

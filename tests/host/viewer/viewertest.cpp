@@ -67,7 +67,7 @@ TEST_F(Viewer, FramesPassThroughThePlugIn)
               .Collect(2, CFramePipeline::EWanted::Corrected,
                        [&](const SProcessedFrame &stFrame) {
                          const uint8_t nRaw = *static_cast<const uint8_t *>(stFrame.pRaw->pBuffer);
-                         bInverted = *static_cast<const uint8_t *>(stFrame.pCorrected) == uint8_t(~nRaw);
+                         bInverted = *static_cast<const uint8_t *>(stFrame.pCorrected) == static_cast<uint8_t>(~nRaw);
                          return stFrame.pRaw->nSize == 64 * 48;
                        })
               .GetError(),

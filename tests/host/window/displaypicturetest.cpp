@@ -22,11 +22,11 @@ SFrameCopy MakeFrame(const char *pFormat, uint32_t nWidth, uint32_t nHeight, con
   stFrame.nPixelFormat = pSensorFormat->nCode;
   for (uint32_t nY = 0; nY < nHeight; ++nY) {
     for (uint32_t nX = 0; nX < nWidth; ++nX) {
-      const uint16_t nSample = uint16_t(fnSample(nX, nY));
+      const uint16_t nSample = static_cast<uint16_t>(fnSample(nX, nY));
       uint8_t abBytes[2];
       std::memcpy(abBytes, &nSample, 2);
       if (pSensorFormat->GetBytesPerPixel() == 1) {
-        stFrame.listBytes.push_back(uint8_t(nSample));
+        stFrame.listBytes.push_back(static_cast<uint8_t>(nSample));
       } else {
         stFrame.listBytes.insert(stFrame.listBytes.end(), abBytes, abBytes + 2);
       }
@@ -44,17 +44,19 @@ QRgb InterpolateSlowly(const FnSample &fnSample, EColorLayout eLayout, int nWidt
   int anCount[3] = {};
   for (int nDown = -1; nDown <= 1; ++nDown) {
     for (int nAcross = -1; nAcross <= 1; ++nAcross) {
-      const uint32_t nAtX = uint32_t(Mirror(nX + nAcross, nWidth));
-      const uint32_t nAtY = uint32_t(Mirror(nY + nDown, nHeight));
-      const int nColor = int(GetPixelColor(eLayout, nAtX, nAtY));
-      const bool bOwn = nColor == int(GetPixelColor(eLayout, uint32_t(nX), uint32_t(nY)));
+      const uint32_t nAtX = static_cast<uint32_t>(Mirror(nX + nAcross, nWidth));
+      const uint32_t nAtY = static_cast<uint32_t>(Mirror(nY + nDown, nHeight));
+      const int nColor = static_cast<int>(GetPixelColor(eLayout, nAtX, nAtY));
+      const bool bOwn =
+        nColor == static_cast<int>(GetPixelColor(eLayout, static_cast<uint32_t>(nX), static_cast<uint32_t>(nY)));
       if (!bOwn || (nAcross == 0 && nDown == 0)) {
         adSum[nColor] += fnSample(nAtX, nAtY);
         ++anCount[nColor];
       }
     }
   }
-  return qRgb(int(adSum[0] / anCount[0]), int(adSum[1] / anCount[1]), int(adSum[2] / anCount[2]));
+  return qRgb(static_cast<int>(adSum[0] / anCount[0]), static_cast<int>(adSum[1] / anCount[1]),
+              static_cast<int>(adSum[2] / anCount[2]));
 }
 
 } // namespace
@@ -75,8 +77,8 @@ TEST(DisplayPicture, OfAMosaicEqualsTheSlowTwinInEveryLayoutAndOddSizes)
   for (const char *pFormat : {"BayerRG8", "BayerGR8", "BayerGB8", "BayerBG8"}) {
     const EColorLayout eLayout = FindSensorFormat(std::string(pFormat))->eLayout;
     for (const auto &[nWidth, nHeight] : {std::pair(2, 2), {3, 5}, {8, 7}}) {
-      const QImage imgPicture =
-        MakeDisplayPicture(MakeFrame(pFormat, uint32_t(nWidth), uint32_t(nHeight), fnSample), {});
+      const QImage imgPicture = MakeDisplayPicture(
+        MakeFrame(pFormat, static_cast<uint32_t>(nWidth), static_cast<uint32_t>(nHeight), fnSample), {});
       for (int nY = 0; nY < nHeight; ++nY) {
         for (int nX = 0; nX < nWidth; ++nX) {
           const QRgb nExpected = InterpolateSlowly(fnSample, eLayout, nWidth, nHeight, nX, nY);
