@@ -10,7 +10,7 @@
 #include "host/options/language.h"
 #include "host/viewer/settingsrescue.h"
 #include "host/window/mainwindow.h"
-#include "host/window/windowtour.h"
+#include "host/window/screenshotrun.h"
 
 using namespace ffc::host;
 
@@ -73,8 +73,8 @@ int RunLive(const SCameraOptions &stCamera, const SPluginOptions &stPlugin, cons
   }
   window.show();
   if (!strScreenshots.empty()) {
-    const ffc::Result<> toured = CWindowTour(window, QString::fromStdString(strScreenshots)).Run();
-    return toured ? EXIT_SUCCESS : Fail(toured.GetFailure());
+    const ffc::Result<> result = CScreenshotRun(window, QString::fromStdString(strScreenshots)).Run();
+    return result ? EXIT_SUCCESS : Fail(result.GetFailure());
   }
   return QApplication::exec();
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the pictures in docs/images/: builds the program, lets it tell its story on a display of its own, in
+# Makes the pictures in docs/images/: builds the program, lets it run its workflow on a display of its own, in
 # English and in Chinese, and makes the pictures small.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -12,8 +12,8 @@ build_preset release -DFFC_BUILD_TESTS=OFF
 pictures=$(mktemp -d)
 trap 'rm -rf "$pictures"' EXIT
 
-# tell_story LANGUAGE: with settings of its own, so that the window looks as it does the first time.
-tell_story() {
+# run_workflow LANGUAGE: with settings of its own, so that the window looks as it does the first time.
+run_workflow() {
   XDG_CONFIG_HOME="$pictures/settings" xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' \
     build/release/bin/ffchost --language "$1" --screenshots "$pictures/$1"
 }
@@ -23,8 +23,8 @@ keep() {
   pngquant --force --nofs --strip --speed 1 --output "docs/images/$3.png" "$4" "$pictures/$1/$2.png"
 }
 
-tell_story en
-tell_story zh
+run_workflow en
+run_workflow zh
 mkdir -p docs/images
 keep en 1-raw 1-raw 96
 keep en 3-bright 3-bright 96

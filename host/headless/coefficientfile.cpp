@@ -24,27 +24,27 @@ Result<QByteArray> ReadWholeFile(const QString &strPath)
 
 } // namespace
 
-QString GetCoefficientPath(CBench &bench)
+QString GetCoefficientPath(CWorkflowSession &session)
 {
-  return bench.GetFolder().GetPath(FILE_NAME);
+  return session.GetFolder().GetPath(FILE_NAME);
 }
 
-Result<> SaveCoefficients(CBench &bench)
+Result<> SaveCoefficients(CWorkflowSession &session)
 {
-  const QString strPath = GetCoefficientPath(bench);
+  const QString strPath = GetCoefficientPath(session);
   QFile::remove(strPath);
-  return bench.Judge(bench.GetDriver().SaveFile(strPath));
+  return session.Judge(session.GetDriver().SaveFile(strPath));
 }
 
-Result<> CheckSavedAgain(CBench &bench)
+Result<> CheckSavedAgain(CWorkflowSession &session)
 {
   const QTemporaryDir dir;
   const QString strAgain = dir.filePath(FILE_NAME);
-  const Result<> saved = bench.Judge(bench.GetDriver().SaveFile(strAgain));
+  const Result<> saved = session.Judge(session.GetDriver().SaveFile(strAgain));
   if (!saved) {
     return saved;
   }
-  const Result<QByteArray> first = ReadWholeFile(GetCoefficientPath(bench));
+  const Result<QByteArray> first = ReadWholeFile(GetCoefficientPath(session));
   const Result<QByteArray> again = ReadWholeFile(strAgain);
   if (!first || !again) {
     return first ? again.GetFailure() : first.GetFailure();

@@ -4,17 +4,17 @@
 
 #include <QString>
 
-#include "host/headless/bench.h"
+#include "host/headless/workflowsession.h"
 
 namespace ffc::host {
 
-/// coefficients.ffc in the bench's folder.
-QString GetCoefficientPath(CBench &bench);
+/// coefficients.ffc in the session's folder.
+QString GetCoefficientPath(CWorkflowSession &session);
 
 /// Saves through the dialog's button; an earlier run's file goes first.
-Result<> SaveCoefficients(CBench &bench);
+Result<> SaveCoefficients(CWorkflowSession &session);
 
 /// Saves what was loaded once more, and expects the same bytes.
-Result<> CheckSavedAgain(CBench &bench);
+Result<> CheckSavedAgain(CWorkflowSession &session);
 
 } // namespace ffc::host

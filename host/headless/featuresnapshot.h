@@ -1,5 +1,5 @@
 /// \file
-/// What a camera's features say at one moment.
+/// The values of a camera's features at one moment.
 #pragma once
 
 #include <map>

@@ -2,34 +2,35 @@
 
 #include <utility>
 
-#include "host/headless/devicestory.h"
-#include "host/headless/hoststory.h"
-#include "host/headless/inertstory.h"
+#include "host/headless/deviceworkflow.h"
+#include "host/headless/hostworkflow.h"
+#include "host/headless/inertworkflow.h"
 
 namespace ffc::host {
 namespace {
 
-std::unique_ptr<IStory> MakeStory(ECorrectionMode eMode, CBench &bench)
+std::unique_ptr<IWorkflow> MakeWorkflow(ECorrectionMode eMode, CWorkflowSession &session)
 {
   switch (eMode) {
-  case ECorrectionMode::None: return std::make_unique<CHostStory>(bench);
-  case ECorrectionMode::Unknown: return std::make_unique<CInertStory>(bench);
-  default: return std::make_unique<CDeviceStory>(bench);
+  case ECorrectionMode::None: return std::make_unique<CHostWorkflow>(session);
+  case ECorrectionMode::Unknown: return std::make_unique<CInertWorkflow>(session);
+  default: return std::make_unique<CDeviceWorkflow>(session);
   }
 }
 
 } // namespace
 
 CHeadlessRun::CHeadlessRun(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress)
-  : m_bench(stOptions, std::move(fnOpenCamera), progress), m_pStory(MakeStory(stOptions.stCamera.eMode, m_bench))
+  : m_session(stOptions, std::move(fnOpenCamera), progress),
+    m_pWorkflow(MakeWorkflow(stOptions.stCamera.eMode, m_session))
 {
 }
 
 Result<> CHeadlessRun::Run()
 {
-  const Result<> result = m_pStory->Run();
-  m_bench.StopStream();
-  m_bench.GetProgress().Clear();
+  const Result<> result = m_pWorkflow->Run();
+  m_session.StopStream();
+  m_session.GetProgress().Clear();
   return result;
 }
 

@@ -6,14 +6,14 @@
 
 #include <QString>
 
-#include "host/headless/bench.h"
+#include "host/headless/iworkflow.h"
 #include "host/headless/progressline.h"
-#include "host/headless/story.h"
+#include "host/headless/workflowsession.h"
 #include "host/options/hostoptions.h"
 
 namespace ffc::host {
 
-/// The story that fits the camera, told once: to its end, or to the first step that fails. User-interface
+/// The workflow that fits the camera, run once: to its end, or to the first step that fails. User-interface
 /// thread.
 class CHeadlessRun {
 public:
@@ -23,13 +23,13 @@ public:
   /// \return on failure one line: the step and why it failed
   Result<> Run();
   /// Figures and notes; complete after a run that succeeded.
-  const quality::SReport &GetReport() const { return m_bench.GetReport(); }
-  /// What to tell a person after a run that succeeded; ends with a line feed.
-  QString GetSummary() const { return m_pStory->GetSummary(); }
+  const quality::SReport &GetReport() const { return m_session.GetReport(); }
+  /// What to print after a run that succeeded; ends with a line feed.
+  QString GetSummary() const { return m_pWorkflow->GetSummary(); }
 
 private:
-  CBench m_bench;
-  std::unique_ptr<IStory> m_pStory;
+  CWorkflowSession m_session;
+  std::unique_ptr<IWorkflow> m_pWorkflow;
 };
 
 } // namespace ffc::host

@@ -1,5 +1,5 @@
 /// \file
-/// One line that tells a waiting user how far the work is.
+/// One line that shows how far the work is.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,5 @@
 /// \file
-/// A story as a list of named steps.
+/// A workflow as a list of named steps.
 #pragma once
 
 #include <functional>

@@ -13,7 +13,7 @@
 
 namespace ffc::host {
 
-/// Who arranges the scene and tells the user how far it is. User-interface thread.
+/// Who arranges the scene and shows the user how far it is. User-interface thread.
 class IMeasurementGuide {
 public:
   virtual ~IMeasurementGuide() = default;

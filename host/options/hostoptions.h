@@ -46,8 +46,8 @@ struct SHeadlessOptions {
 /// What the program is to do, instead of showing its window.
 struct STaskOptions {
   bool bHeadless = false;        ///< the workflow without a person
-  bool bRestoreSettings = false; ///< load "UserSet0", say what changed and leave
-  bool bListCameras = false;     ///< print the real cameras that answer, and leave
+  bool bRestoreSettings = false; ///< load "UserSet0", print what changed and exit
+  bool bListCameras = false;     ///< print the real cameras that answer, and exit
   std::string strScreenshots;    ///< folder for pictures of the workflow in the window; empty: none
 };
 

@@ -153,7 +153,7 @@ void CViewer::SlotPluginMsg(const PLUGIN_MSG &stPluginMsg)
     return;
   }
   if (bOn) {
-    (void)StartStream(); // GetStreamState tells how it went
+    (void)StartStream(); // see GetStreamState
   } else {
     StopStream();
   }

@@ -107,7 +107,7 @@ void CMainWindow::SlotChoose(int nChoice)
   m_pCameraPanel->Select(nChoice);
   const Result<> opened = OpenCamera(stChoice.stCamera);
   if (!opened) {
-    Complain(opened.GetFailure());
+    ShowError(opened.GetFailure());
   }
 }
 
@@ -139,12 +139,12 @@ void CMainWindow::SlotRestoreSettings()
   }
   const Result<QStringList> changes = m_session.RestoreSettings();
   if (!changes) {
-    Complain(changes.GetFailure());
+    ShowError(changes.GetFailure());
     return;
   }
-  Say(changes.GetValue().isEmpty()
-        ? tr("The camera has the settings of UserSet0 already.")
-        : tr("The camera has the settings of UserSet0 again:\n%1").arg(changes.GetValue().join('\n')));
+  ShowMessage(changes.GetValue().isEmpty()
+                ? tr("The camera has the settings of UserSet0 already.")
+                : tr("The camera has the settings of UserSet0 again:\n%1").arg(changes.GetValue().join('\n')));
 }
 
 void CMainWindow::SlotStartStop()
@@ -265,12 +265,12 @@ void CMainWindow::SetBusy(bool bBusy)
   m_pQualityPanel->SetBusy(bBusy);
 }
 
-void CMainWindow::Complain(const Failure &failure)
+void CMainWindow::ShowError(const Failure &failure)
 {
   ShowBox(QMessageBox::Warning, QString::fromStdString(failure.GetText()));
 }
 
-void CMainWindow::Say(const QString &strText)
+void CMainWindow::ShowMessage(const QString &strText)
 {
   ShowBox(QMessageBox::Information, strText);
 }
@@ -278,7 +278,7 @@ void CMainWindow::Say(const QString &strText)
 void CMainWindow::ShowBox(int nIcon, const QString &strText)
 {
   QMessageBox box(QMessageBox::Icon(nIcon), tr("Flat field"), strText, QMessageBox::NoButton, this);
-  box.setObjectName(QStringLiteral("Complaint"));
+  box.setObjectName(QStringLiteral("MessageBox"));
   box.addButton(tr("&OK"), QMessageBox::AcceptRole);
   box.exec();
 }
@@ -295,7 +295,7 @@ void CMainWindow::SlotMeasure()
   }();
   SetBusy(false);
   if (!measured) {
-    Complain(measured.GetFailure());
+    ShowError(measured.GetFailure());
   } else if (measured.GetValue() != nullptr) {
     m_pQualityPanel->ShowResult(measured.GetValue());
     m_pTabs->setCurrentWidget(m_pQualityPanel);
@@ -314,7 +314,7 @@ void CMainWindow::SlotCheckDrift()
   }();
   SetBusy(false);
   if (!measured) {
-    Complain(measured.GetFailure());
+    ShowError(measured.GetFailure());
   } else if (measured.GetValue()) {
     m_pQualityPanel->ShowDrift(*measured.GetValue());
     m_pTabs->setCurrentWidget(m_pQualityPanel);
@@ -334,7 +334,7 @@ void CMainWindow::SlotSaveReport()
   const Result<> saved = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimit(), this);
   SetBusy(false);
   if (!saved) {
-    Complain(saved.GetFailure());
+    ShowError(saved.GetFailure());
   }
 }
 

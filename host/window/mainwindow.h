@@ -87,8 +87,8 @@ private:
   bool IsPreviewOn();
   uint32_t GetAcquisitionTotal() const;
   void SetBusy(bool bBusy);
-  void Complain(const Failure &failure);
-  void Say(const QString &strText);
+  void ShowError(const Failure &failure);
+  void ShowMessage(const QString &strText);
   void ShowBox(int nIcon, const QString &strText);
 
   SCameraOptions m_stFirstCamera;

@@ -9,8 +9,8 @@
 
 #include "camera/icameralink.h"
 #include "camera/realcameras.h"
-#include "host/headless/bench.h"
 #include "host/headless/headlessrun.h"
+#include "host/headless/workflowsession.h"
 #include "host/measurement/freshframes.h"
 #include "tests/camera/aravis/coverablecamera.h"
 #include "tests/camera/aravis/gigecameraprocess.h"
@@ -92,32 +92,32 @@ TEST_F(NetworkStory, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoes
       process.Kill();
     }
   };
-  CBench bench(m_stOptions, MakeFactory(process, stHooks), m_progress);
+  CWorkflowSession session(m_stOptions, MakeFactory(process, stHooks), m_progress);
   const auto fnPrepareBright = [&] {
-    return ffc::RunUntilFailure([&] { return bench.SetScene(false, ISceneControl::EPurpose::Acquisition); },
-                                [&] { return bench.ReadFormat(); }, [&] { return bench.SelectFrameCount(); })
+    return ffc::RunUntilFailure([&] { return session.SetScene(false, ISceneControl::EPurpose::Acquisition); },
+                                [&] { return session.ReadFormat(); }, [&] { return session.SelectFrameCount(); })
       .GetError();
   };
-  ASSERT_EQ(bench.Open().GetError(), "");
-  ASSERT_EQ(bench.OpenDialog().GetError(), "");
+  ASSERT_EQ(session.Open().GetError(), "");
+  ASSERT_EQ(session.OpenDialog().GetError(), "");
   ASSERT_EQ(fnPrepareBright(), "");
 
   bArmed = true;
-  const SDialogAnswer stAnswer = bench.GetDriver().AcquireBright();
+  const SDialogAnswer stAnswer = session.GetDriver().AcquireBright();
   // As the plug-in was waiting for a frame or looking at the camera's payload size.
   EXPECT_THAT(stAnswer.strBox.toStdString(),
               testing::AnyOf("Get buffer time out", "Failure to operation device feature"));
-  EXPECT_TRUE(bench.GetViewer().GetCamera().GetLink()->IsLost());
-  EXPECT_EQ(bench.GetViewer().GetStreamState().GetError(), "The camera does not answer any more.");
-  EXPECT_FALSE(bench.GetViewer().GetCamera().IsStreaming());
-  bench.GetDriver().AcquireDark();
-  EXPECT_FALSE(bench.GetViewer().GetCamera().IsStreaming()) << "what is lost stays lost";
+  EXPECT_TRUE(session.GetViewer().GetCamera().GetLink()->IsLost());
+  EXPECT_EQ(session.GetViewer().GetStreamState().GetError(), "The camera does not answer any more.");
+  EXPECT_FALSE(session.GetViewer().GetCamera().IsStreaming());
+  session.GetDriver().AcquireDark();
+  EXPECT_FALSE(session.GetViewer().GetCamera().IsStreaming()) << "what is lost stays lost";
 
   process.Restart();
-  ASSERT_EQ(bench.PowerCycle().GetError(), "");
-  ASSERT_EQ(bench.OpenDialog().GetError(), "");
+  ASSERT_EQ(session.PowerCycle().GetError(), "");
+  ASSERT_EQ(session.OpenDialog().GetError(), "");
   ASSERT_EQ(fnPrepareBright(), "");
-  EXPECT_EQ(bench.AcquireBright().GetError(), "");
-  EXPECT_TRUE(bench.GetDriver().IsExecuteEnabled());
-  EXPECT_FALSE(bench.GetViewer().GetCamera().GetLink()->IsLost());
+  EXPECT_EQ(session.AcquireBright().GetError(), "");
+  EXPECT_TRUE(session.GetDriver().IsExecuteEnabled());
+  EXPECT_FALSE(session.GetViewer().GetCamera().GetLink()->IsLost());
 }

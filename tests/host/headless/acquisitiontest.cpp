@@ -8,7 +8,7 @@
 #include <QTest>
 
 #include "host/dialogdriver/dialogdriver.h"
-#include "tests/host/headless/devicestoryfixture.h"
+#include "tests/host/headless/deviceworkflowfixture.h"
 
 using namespace ffc::host;
 
@@ -17,7 +17,7 @@ namespace {
 constexpr uint32_t MANY_FRAMES = 100000;
 
 /// A camera whose user has chosen 12 bits; the factory's format is Mono8.
-class Acquisition : public DeviceStoryFixture {
+class Acquisition : public DeviceWorkflowFixture {
 protected:
   Acquisition()
   {

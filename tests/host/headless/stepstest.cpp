@@ -20,7 +20,7 @@ TEST(Steps, RunOneAfterTheOther)
   EXPECT_EQ(listRun, QStringList({"one", "two"}));
 }
 
-TEST(Steps, TheFirstFailureEndsTheStoryAndIsOneLineWithItsStep)
+TEST(Steps, TheFirstFailureEndsTheWorkflowAndIsOneLineWithItsStep)
 {
   CProgressLine progress(nullptr);
   bool bWentOn = false;

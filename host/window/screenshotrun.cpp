@@ -1,4 +1,4 @@
-#include "host/window/windowtour.h"
+#include "host/window/screenshotrun.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -26,9 +26,11 @@ Result<> Judge(const SDialogAnswer &stAnswer)
 
 } // namespace
 
-CWindowTour::CWindowTour(CMainWindow &window, const QString &strFolder) : m_window(window), m_strFolder(strFolder) {}
+CScreenshotRun::CScreenshotRun(CMainWindow &window, const QString &strFolder) : m_window(window), m_strFolder(strFolder)
+{
+}
 
-Result<> CWindowTour::Run()
+Result<> CScreenshotRun::Run()
 {
   return RunUntilFailure([this] { return Prepare(); }, [this] { return SavePicture("1-raw"); },
                          [this] { return AcquireDark(); }, [this] { return SavePicture("2-dark"); },
@@ -37,7 +39,7 @@ Result<> CWindowTour::Run()
                          [this] { return Measure(); }, [this] { return SavePicture("5-quality"); });
 }
 
-void CWindowTour::Settle()
+void CScreenshotRun::Settle()
 {
   QElapsedTimer timer;
   timer.start();
@@ -47,7 +49,7 @@ void CWindowTour::Settle()
   }
 }
 
-Result<> CWindowTour::Prepare()
+Result<> CScreenshotRun::Prepare()
 {
   if (!QDir().mkpath(m_strFolder)) {
     return Failure(QStringLiteral("cannot make the folder %1").arg(m_strFolder));
@@ -61,7 +63,7 @@ Result<> CWindowTour::Prepare()
   return {};
 }
 
-Result<> CWindowTour::AcquireDark()
+Result<> CScreenshotRun::AcquireDark()
 {
   m_window.SlotShowDialog();
   QCoreApplication::processEvents();
@@ -75,7 +77,7 @@ Result<> CWindowTour::AcquireDark()
   return Judge(m_driver->AcquireDark());
 }
 
-Result<> CWindowTour::AcquireBright()
+Result<> CScreenshotRun::AcquireBright()
 {
   m_window.GetViewer()->GetCamera().GetSceneControl()->SetLensCap(false);
   Settle();
@@ -83,20 +85,20 @@ Result<> CWindowTour::AcquireBright()
                          [this] { return Judge(m_driver->AcquireBright()); });
 }
 
-Result<> CWindowTour::Execute()
+Result<> CScreenshotRun::Execute()
 {
   const Result<> result = Judge(m_driver->Execute());
   m_window.GetViewer()->HideDialog(); // the image is behind it
   return result;
 }
 
-Result<> CWindowTour::Measure()
+Result<> CScreenshotRun::Measure()
 {
   m_window.SlotMeasure();
   return {};
 }
 
-Result<> CWindowTour::SavePicture(const char *pName)
+Result<> CScreenshotRun::SavePicture(const char *pName)
 {
   Settle();
   QImage imgPicture = m_window.grab().toImage();

@@ -1,15 +1,15 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "tests/host/headless/devicestoryfixture.h"
+#include "tests/host/headless/deviceworkflowfixture.h"
 
 using namespace ffc::host;
 
 namespace {
 
-class InertStory : public DeviceStoryFixture {
+class InertWorkflow : public DeviceWorkflowFixture {
 protected:
-  InertStory() { m_stOptions.stCamera.eMode = ECorrectionMode::Unknown; }
+  InertWorkflow() { m_stOptions.stCamera.eMode = ECorrectionMode::Unknown; }
 
   QJsonObject ReadReport() const
   {
@@ -20,7 +20,7 @@ protected:
 
 } // namespace
 
-TEST_F(InertStory, TheDialogOffersNothingAndTheStreamRunsOn)
+TEST_F(InertWorkflow, TheDialogOffersNothingAndTheStreamRunsOn)
 {
   ASSERT_EQ(Run(), "");
   EXPECT_EQ(m_strSummary.count('\n'), 1);
@@ -36,7 +36,7 @@ TEST_F(InertStory, TheDialogOffersNothingAndTheStreamRunsOn)
   EXPECT_TRUE(QFile::exists(GetPath("dialog.png")));
 }
 
-TEST_F(InertStory, AControlThatCanBeOperatedIsNamed)
+TEST_F(InertWorkflow, AControlThatCanBeOperatedIsNamed)
 {
   // A camera whose correction is known after all.
   m_fnBuild = [](SSimulatedCameraOptions &stCamera) { stCamera.eMode = ECorrectionMode::FlatField; };

@@ -1,5 +1,5 @@
 /// \file
-/// The story of a flat field, told in the window by itself.
+/// The workflow of a flat field in the window, without a person, for pictures of it.
 #pragma once
 
 #include <optional>
@@ -14,10 +14,10 @@ namespace ffc::host {
 
 /// Raw image, dark field, bright field, corrected image, figures; after each a picture of the window with the plug-in's
 /// dialog before it. For a camera whose scene software can arrange. User-interface thread.
-class CWindowTour {
+class CScreenshotRun {
 public:
   /// \param window shown, with a camera
-  CWindowTour(CMainWindow &window, const QString &strFolder);
+  CScreenshotRun(CMainWindow &window, const QString &strFolder);
 
   Result<> Run();
 

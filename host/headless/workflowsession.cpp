@@ -1,4 +1,4 @@
-#include "host/headless/bench.h"
+#include "host/headless/workflowsession.h"
 
 #include <utility>
 
@@ -16,7 +16,8 @@ const QString FLASH_FILE = QStringLiteral("camera.flash");
 
 } // namespace
 
-CBench::CBench(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress)
+CWorkflowSession::CWorkflowSession(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera,
+                                   CProgressLine &progress)
   : m_stOptions(stOptions), m_fnOpenCamera(std::move(fnOpenCamera)), m_progress(progress),
     m_folder(QString::fromStdString(stOptions.stWorkflow.strOutFolder))
 {
@@ -24,19 +25,19 @@ CBench::CBench(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CP
   m_stReport.nFrameCount = stOptions.stWorkflow.nFrames;
 }
 
-CBench::~CBench()
+CWorkflowSession::~CWorkflowSession()
 {
   StopStream();
 }
 
-void CBench::StopStream()
+void CWorkflowSession::StopStream()
 {
   if (m_pViewer != nullptr) {
     m_pViewer->StopStream();
   }
 }
 
-Result<> CBench::Open()
+Result<> CWorkflowSession::Open()
 {
   return RunUntilFailure([this] { return m_folder.Prepare(); }, [this] { return PrepareFlash(); },
                          [this] { return OpenCameraInViewer(); },
@@ -44,7 +45,7 @@ Result<> CBench::Open()
                          [this] { return OpenPlugin(); });
 }
 
-Result<> CBench::PrepareFlash()
+Result<> CWorkflowSession::PrepareFlash()
 {
   if (m_stOptions.stCamera.eMode == ECorrectionMode::None || !m_stOptions.stCamera.strFlashFile.empty()) {
     return {};
@@ -58,7 +59,7 @@ Result<> CBench::PrepareFlash()
   return {};
 }
 
-Result<> CBench::OpenCameraInViewer()
+Result<> CWorkflowSession::OpenCameraInViewer()
 {
   OpenedCamera opened = m_fnOpenCamera(m_stOptions.stCamera);
   if (!opened) {
@@ -75,14 +76,14 @@ Result<> CBench::OpenCameraInViewer()
   return {};
 }
 
-Result<> CBench::OpenPlugin()
+Result<> CWorkflowSession::OpenPlugin()
 {
   const SPluginOptions &stPlugin = m_stOptions.stPlugin;
   return m_pViewer->Open(QString::fromStdString(stPlugin.strModule),
                          stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English);
 }
 
-Result<> CBench::OpenDialog()
+Result<> CWorkflowSession::OpenDialog()
 {
   m_pViewer->ShowDialog();
   QCoreApplication::processEvents();
@@ -94,13 +95,13 @@ Result<> CBench::OpenDialog()
   return {};
 }
 
-Result<> CBench::ReopenDialog()
+Result<> CWorkflowSession::ReopenDialog()
 {
   m_driver.reset();
   return RunUntilFailure([this] { return m_pViewer->Reopen(); }, [this] { return OpenDialog(); });
 }
 
-Result<> CBench::PowerCycle()
+Result<> CWorkflowSession::PowerCycle()
 {
   m_driver.reset();
   m_collector.reset();
@@ -108,7 +109,7 @@ Result<> CBench::PowerCycle()
   return RunUntilFailure([this] { return OpenCameraInViewer(); }, [this] { return OpenPlugin(); });
 }
 
-Result<> CBench::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
+Result<> CWorkflowSession::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
 {
   m_pViewer->StopStream();
   ISceneControl *pScene = m_pViewer->GetCamera().GetSceneControl();
@@ -117,7 +118,7 @@ Result<> CBench::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
   return m_pViewer->StartStream();
 }
 
-Result<> CBench::ReadFormat()
+Result<> CWorkflowSession::ReadFormat()
 {
   const Result<SStreamFormat> format = ReadStreamFormat(*m_collector);
   if (!format) {
@@ -130,14 +131,14 @@ Result<> CBench::ReadFormat()
   return {};
 }
 
-Result<> CBench::PrepareMeasurement(bool bLensCap)
+Result<> CWorkflowSession::PrepareMeasurement(bool bLensCap)
 {
   const Result<> result = SetScene(bLensCap, ISceneControl::EPurpose::Measurement);
   m_progress.BeginStep(bLensCap ? "measuring dark frames" : "measuring bright frames", MEASURED_FRAMES);
   return result;
 }
 
-Result<> CBench::AcquireDark()
+Result<> CWorkflowSession::AcquireDark()
 {
   m_progress.BeginStep("dark field", 1);
   const SDialogAnswer stAnswer = m_driver->AcquireDark();
@@ -145,12 +146,12 @@ Result<> CBench::AcquireDark()
   return result && stAnswer.strPrompt.isEmpty() ? Failure("the dialog reports no result") : result;
 }
 
-Result<> CBench::SelectFrameCount()
+Result<> CWorkflowSession::SelectFrameCount()
 {
   return Judge(m_driver->SetFrameCount(m_stOptions.stWorkflow.nFrames));
 }
 
-Result<> CBench::AcquireBright()
+Result<> CWorkflowSession::AcquireBright()
 {
   const uint32_t nSettling = m_stFormat.pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
   m_progress.BeginStep("bright field", static_cast<uint32_t>(m_stOptions.stWorkflow.nFrames) + nSettling);
@@ -158,7 +159,7 @@ Result<> CBench::AcquireBright()
   return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
 }
 
-Result<> CBench::SelectExpectGray()
+Result<> CWorkflowSession::SelectExpectGray()
 {
   const Result<> result = m_stOptions.stWorkflow.nExpectGray >= 0
                             ? Judge(m_driver->SetExpectGray(m_stOptions.stWorkflow.nExpectGray))
@@ -168,7 +169,7 @@ Result<> CBench::SelectExpectGray()
   return result;
 }
 
-Result<> CBench::Judge(const SDialogAnswer &stAnswer)
+Result<> CWorkflowSession::Judge(const SDialogAnswer &stAnswer)
 {
   if (!stAnswer.strBox.isEmpty()) {
     const Result<> stream = m_pViewer->GetStreamState();

@@ -1,4 +1,4 @@
-#include "tests/host/headless/devicestoryfixture.h"
+#include "tests/host/headless/deviceworkflowfixture.h"
 
 using namespace ffc::host;
 using namespace ffc::quality;
@@ -8,9 +8,9 @@ namespace {
 /// Pixel format, block side, and the shading in percent that so few blocks leave at most.
 using VignettingCase = std::tuple<const char *, uint32_t, double>;
 
-class VignettingStory : public DeviceStoryFixture, public testing::WithParamInterface<VignettingCase> {
+class VignettingWorkflow : public DeviceWorkflowFixture, public testing::WithParamInterface<VignettingCase> {
 protected:
-  VignettingStory()
+  VignettingWorkflow()
   {
     m_stOptions.stCamera.eMode = ECorrectionMode::Vignetting;
     m_stOptions.stCamera.nWidth = 640;
@@ -20,7 +20,7 @@ protected:
 
 } // namespace
 
-TEST_P(VignettingStory, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
+TEST_P(VignettingWorkflow, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
 {
   const auto &[pFormat, nBlockSize, dLimit] = GetParam();
   m_stOptions.stCamera.strPixelFormat = pFormat;
@@ -36,7 +36,7 @@ TEST_P(VignettingStory, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
   EXPECT_FALSE(m_strSummary.contains("expected grey"));
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, VignettingStory,
+INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, VignettingWorkflow,
                          testing::Values(VignettingCase{"Mono8", 128, 7.0}, VignettingCase{"Mono8", 64, 2.5},
                                          VignettingCase{"Mono12", 128, 7.0}, VignettingCase{"Mono12", 64, 2.5},
                                          VignettingCase{"BayerRG8", 128, 7.2}, VignettingCase{"BayerRG8", 64, 2.7},
@@ -48,14 +48,14 @@ INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, VignettingStory,
 
 namespace {
 
-class VignettingStoryFaults : public DeviceStoryFixture {
+class VignettingWorkflowFaults : public DeviceWorkflowFixture {
 protected:
-  VignettingStoryFaults() { m_stOptions.stCamera.eMode = ECorrectionMode::Vignetting; }
+  VignettingWorkflowFaults() { m_stOptions.stCamera.eMode = ECorrectionMode::Vignetting; }
 };
 
 } // namespace
 
-TEST_F(VignettingStoryFaults, AFeatureThatTheAcquisitionLeavesChangedIsNamedButNotTheCorrection)
+TEST_F(VignettingWorkflowFaults, AFeatureThatTheAcquisitionLeavesChangedIsNamedButNotTheCorrection)
 {
   m_fnAdapt = [](CSoftwareNodeMap &map) {
     CSoftwareString *pUserID = map.Find<CSoftwareString>("DeviceUserID");

@@ -1,5 +1,5 @@
 /// \file
-/// The camera on the bench: what every headless story does with it.
+/// What every workflow without a person does with its camera.
 #pragma once
 
 #include <functional>
@@ -20,14 +20,14 @@
 
 namespace ffc::host {
 
-/// A camera in the viewer, the plug-in's dialog, and the common steps of the stories. User-interface thread.
-class CBench {
+/// A camera in the viewer, the plug-in's dialog, and the common steps of the workflows. User-interface thread.
+class CWorkflowSession {
 public:
   /// \param fnOpenCamera called by Open and PowerCycle
-  CBench(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
-  ~CBench();
-  CBench(const CBench &) = delete;
-  CBench &operator=(const CBench &) = delete;
+  CWorkflowSession(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
+  ~CWorkflowSession();
+  CWorkflowSession(const CWorkflowSession &) = delete;
+  CWorkflowSession &operator=(const CWorkflowSession &) = delete;
 
   /// Makes the folder, the camera and the plug-in's binding to it. A camera that corrects itself gets a
   /// fresh flash in that folder, unless the user named one.

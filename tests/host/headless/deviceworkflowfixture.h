@@ -19,9 +19,9 @@
 namespace ffc::host {
 
 /// A quick camera of 256 x 192 pixels, which a test may change each time it gets power.
-class DeviceStoryFixture : public testing::Test {
+class DeviceWorkflowFixture : public testing::Test {
 protected:
-  DeviceStoryFixture()
+  DeviceWorkflowFixture()
   {
     m_stOptions.stPlugin.strModule = PLUGIN_MODULE;
     m_stOptions.stWorkflow.strOutFolder = m_dir.filePath("out").toStdString();

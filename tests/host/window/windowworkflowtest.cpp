@@ -19,7 +19,7 @@ using namespace ffc::host;
 
 namespace {
 
-class WindowStory : public WindowFixture {
+class WindowWorkflow : public WindowFixture {
 protected:
   /// Dark field, bright field, execute, in the plug-in's dialog.
   void Correct()
@@ -84,7 +84,7 @@ QByteArray ReadFile(const QString &strPath)
 
 } // namespace
 
-TEST_F(WindowStory, GoesFromAShadedImageToAReport)
+TEST_F(WindowWorkflow, GoesFromAShadedImageToAReport)
 {
   ShowWindow();
   ASSERT_TRUE(WaitText("Correction", "raw"));
@@ -116,7 +116,7 @@ TEST_F(WindowStory, GoesFromAShadedImageToAReport)
   EXPECT_EQ(json["settings"].toObject()["PixelFormat"].toString().toStdString(), "Mono12");
 }
 
-TEST_F(WindowStory, SaysWhyFramesOfAnotherSizeAreNotCorrected)
+TEST_F(WindowWorkflow, SaysWhyFramesOfAnotherSizeAreNotCorrected)
 {
   ShowWindow();
   ASSERT_TRUE(WaitText("Correction", "raw"));
@@ -134,7 +134,7 @@ TEST_F(WindowStory, SaysWhyFramesOfAnotherSizeAreNotCorrected)
     WaitText("Correction", "NOT corrected: the frame is 128 x 192 Mono12, the coefficients are for 256 x 192"));
 }
 
-TEST_F(WindowStory, AnAcquisitionShowsItsProgressAndCanBeCancelled)
+TEST_F(WindowWorkflow, AnAcquisitionShowsItsProgressAndCanBeCancelled)
 {
   m_dFrameRate = 20;
   ShowWindow();
@@ -152,7 +152,7 @@ TEST_F(WindowStory, AnAcquisitionShowsItsProgressAndCanBeCancelled)
   EXPECT_EQ(driver.AcquireDark().strBox.toStdString(), "");
 }
 
-TEST_F(WindowStory, AMeasurementCanBeCancelled)
+TEST_F(WindowWorkflow, AMeasurementCanBeCancelled)
 {
   m_dFrameRate = 20;
   ShowWindow();
@@ -166,7 +166,7 @@ TEST_F(WindowStory, AMeasurementCanBeCancelled)
   EXPECT_FALSE(Find<QAbstractButton>("SaveReport")->isEnabled());
 }
 
-TEST_F(WindowStory, MeasuringWithoutPreviewSaysWhatToDo)
+TEST_F(WindowWorkflow, MeasuringWithoutPreviewSaysWhatToDo)
 {
   ShowWindow();
   ASSERT_TRUE(WaitText("Correction", "raw"));
@@ -176,7 +176,7 @@ TEST_F(WindowStory, MeasuringWithoutPreviewSaysWhatToDo)
   EXPECT_TRUE(answerer.GetMessages()[0].contains("tick its Preview first"));
 }
 
-TEST_F(WindowStory, ACameraThatCorrectsItselfIsMeasuredOffAndOn)
+TEST_F(WindowWorkflow, ACameraThatCorrectsItselfIsMeasuredOffAndOn)
 {
   m_stCamera.eMode = ECorrectionMode::FlatField;
   ShowWindow();

@@ -1,11 +1,11 @@
-#include "tests/host/headless/devicestoryfixture.h"
+#include "tests/host/headless/deviceworkflowfixture.h"
 
 using namespace ffc::host;
 using namespace ffc::quality;
 
 namespace {
 
-class DeviceStory : public DeviceStoryFixture {
+class DeviceWorkflow : public DeviceWorkflowFixture {
 protected:
   /// As a user who has moved the black level before.
   static void RaiseBlackLevel(CSoftwareNodeMap &map) { map.Find<CSoftwareFloat>("BlackLevel")->SetValue(2.0); }
@@ -14,11 +14,11 @@ protected:
 /// Pixel format, block side, and the shading in percent that so few blocks leave at most.
 using FlatFieldCase = std::tuple<const char *, uint32_t, double>;
 
-class FlatFieldStory : public DeviceStoryFixture, public testing::WithParamInterface<FlatFieldCase> {};
+class FlatFieldWorkflow : public DeviceWorkflowFixture, public testing::WithParamInterface<FlatFieldCase> {};
 
 } // namespace
 
-TEST_P(FlatFieldStory, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
+TEST_P(FlatFieldWorkflow, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
 {
   const auto &[pFormat, nBlockSize, dLimit] = GetParam();
   m_stOptions.stCamera.strPixelFormat = pFormat;
@@ -36,7 +36,7 @@ TEST_P(FlatFieldStory, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
   EXPECT_TRUE(m_stReport.listNotes.isEmpty()) << m_stReport.listNotes.join('\n').toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, FlatFieldStory,
+INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, FlatFieldWorkflow,
                          testing::Values(FlatFieldCase{"Mono8", 32, 4.5}, FlatFieldCase{"Mono8", 16, 1.6},
                                          FlatFieldCase{"Mono12", 32, 4.5}, FlatFieldCase{"Mono12", 16, 1.6},
                                          FlatFieldCase{"BayerRG8", 32, 4.7}, FlatFieldCase{"BayerRG8", 16, 1.9},
@@ -46,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, FlatFieldStory,
                                   std::to_string(std::get<1>(stInfo.param));
                          });
 
-TEST_F(DeviceStory, LeavesPicturesFramesCoefficientsAndTheFlash)
+TEST_F(DeviceWorkflow, LeavesPicturesFramesCoefficientsAndTheFlash)
 {
   m_stOptions.stWorkflow.nSaveFrames = 2;
   ASSERT_EQ(Run(), "");
@@ -58,7 +58,7 @@ TEST_F(DeviceStory, LeavesPicturesFramesCoefficientsAndTheFlash)
   EXPECT_EQ(QFile(GetPath("coefficients.ffc")).size(), (8 + 2) * (6 + 2) * 8 + 24) << "8 x 6 blocks and a ring";
 }
 
-TEST_F(DeviceStory, TheExpectedGreyIsTheCamerasUntilTheUserSaysOne)
+TEST_F(DeviceWorkflow, TheExpectedGreyIsTheCamerasUntilTheUserSaysOne)
 {
   ASSERT_EQ(Run(), "");
   EXPECT_EQ(m_stReport.nExpectGray, 128) << "the factory's";
@@ -69,7 +69,7 @@ TEST_F(DeviceStory, TheExpectedGreyIsTheCamerasUntilTheUserSaysOne)
   EXPECT_NEAR(m_stReport.stAfterReload->stOverall.dMeanGray, 90, 2);
 }
 
-TEST_F(DeviceStory, ADarkFieldAtAnotherBlackLevelIsNotUsedAndTheRunSaysSo)
+TEST_F(DeviceWorkflow, ADarkFieldAtAnotherBlackLevelIsNotUsedAndTheRunSaysSo)
 {
   m_stOptions.stCamera.nBlockSize = 16;
   ASSERT_EQ(Run(), "");
@@ -87,14 +87,14 @@ TEST_F(DeviceStory, ADarkFieldAtAnotherBlackLevelIsNotUsedAndTheRunSaysSo)
   EXPECT_NEAR(m_stReport.stAfter.stOverall.dMeanGray, dDarkLevelUsed, 2);
 }
 
-TEST_F(DeviceStory, TheFlashOfAnEarlierRunInTheFolderIsReplaced)
+TEST_F(DeviceWorkflow, TheFlashOfAnEarlierRunInTheFolderIsReplaced)
 {
   ASSERT_EQ(Run(), "");
   m_stOptions.stCamera.nWidth = 320; // a flash of another sensor would be refused
   EXPECT_EQ(Run(), "");
 }
 
-TEST_F(DeviceStory, AFlashThatTheUserNamesIsKeptAndUsedAgain)
+TEST_F(DeviceWorkflow, AFlashThatTheUserNamesIsKeptAndUsedAgain)
 {
   const QString strFlash = m_dir.filePath("my.flash");
   m_stOptions.stCamera.strFlashFile = strFlash.toStdString();
@@ -112,7 +112,7 @@ TEST_F(DeviceStory, AFlashThatTheUserNamesIsKeptAndUsedAgain)
   EXPECT_GT(GetShading(m_stReport.stBefore), 30) << "measured with the correction off all the same";
 }
 
-TEST_F(DeviceStory, AFeatureThatAnAcquisitionLeavesChangedIsNamed)
+TEST_F(DeviceWorkflow, AFeatureThatAnAcquisitionLeavesChangedIsNamed)
 {
   m_fnAdapt = [](CSoftwareNodeMap &map) {
     CSoftwareString *pUserID = map.Find<CSoftwareString>("DeviceUserID");
@@ -122,7 +122,7 @@ TEST_F(DeviceStory, AFeatureThatAnAcquisitionLeavesChangedIsNamed)
   EXPECT_FALSE(QFile::exists(GetPath("report.json")));
 }
 
-TEST_F(DeviceStory, ACorrectionThatCannotBeSwitchedOffIsTold)
+TEST_F(DeviceWorkflow, ACorrectionThatCannotBeSwitchedOffIsTold)
 {
   m_fnAdapt = [](CSoftwareNodeMap &map) {
     map.Find<CSoftwareEnumeration>("FlatFieldCorrection")->OnWrite([](int64_t nValue) {
@@ -134,7 +134,7 @@ TEST_F(DeviceStory, ACorrectionThatCannotBeSwitchedOffIsTold)
   EXPECT_EQ(Run().rfind("measurement before: ", 0), 0U);
 }
 
-TEST_F(DeviceStory, ACameraThatLosesItsStartSetIsTold)
+TEST_F(DeviceWorkflow, ACameraThatLosesItsStartSetIsTold)
 {
   m_fnBuild = [this](SSimulatedCameraOptions &stCamera) {
     if (!IsFirstPowerOn()) {
@@ -144,7 +144,7 @@ TEST_F(DeviceStory, ACameraThatLosesItsStartSetIsTold)
   EXPECT_EQ(Run(), "power cycle: the camera starts with the user set \"Default\"");
 }
 
-TEST_F(DeviceStory, ACameraThatStartsOtherwiseThanItWasSavedIsToldByItsFeatures)
+TEST_F(DeviceWorkflow, ACameraThatStartsOtherwiseThanItWasSavedIsToldByItsFeatures)
 {
   m_fnAdapt = [this](CSoftwareNodeMap &map) {
     if (!IsFirstPowerOn()) {
@@ -154,7 +154,7 @@ TEST_F(DeviceStory, ACameraThatStartsOtherwiseThanItWasSavedIsToldByItsFeatures)
   EXPECT_EQ(Run(), "power cycle: the camera does not start as UserSet0 was saved: Gain");
 }
 
-TEST_F(DeviceStory, ACameraThatDoesNotComeBackIsTold)
+TEST_F(DeviceWorkflow, ACameraThatDoesNotComeBackIsTold)
 {
   m_fnBuild = [this](SSimulatedCameraOptions &stCamera) {
     if (!IsFirstPowerOn()) {
@@ -164,7 +164,7 @@ TEST_F(DeviceStory, ACameraThatDoesNotComeBackIsTold)
   EXPECT_EQ(Run().rfind("power cycle: The frame rate", 0), 0U);
 }
 
-TEST_F(DeviceStory, CoefficientsThatNoLongerFitTheLensAreTold)
+TEST_F(DeviceWorkflow, CoefficientsThatNoLongerFitTheLensAreTold)
 {
   m_fnBuild = [this](SSimulatedCameraOptions &stCamera) {
     if (!IsFirstPowerOn()) {
@@ -174,7 +174,7 @@ TEST_F(DeviceStory, CoefficientsThatNoLongerFitTheLensAreTold)
   EXPECT_EQ(Run().rfind("loading from flash: the reloaded coefficients leave a shading of ", 0), 0U);
 }
 
-TEST_F(DeviceStory, ARegisterThatRefusesIsTold)
+TEST_F(DeviceWorkflow, ARegisterThatRefusesIsTold)
 {
   m_fnAdapt = [](CSoftwareNodeMap &map) {
     map.Find<CSoftwareRegister>("FFCValueAll")->OnWrite([](const std::vector<uint8_t> &) {
@@ -193,14 +193,14 @@ TEST_F(DeviceStory, ARegisterThatRefusesIsTold)
   EXPECT_NE(strError.find("worn out"), std::string::npos) << strError;
 }
 
-TEST_F(DeviceStory, AFlashThatCannotBeWrittenIsTold)
+TEST_F(DeviceWorkflow, AFlashThatCannotBeWrittenIsTold)
 {
   m_stOptions.stCamera.strFlashFile = m_dir.filePath("no/such/folder/my.flash").toStdString();
   const std::string strError = Run();
   EXPECT_EQ(strError.rfind("dark acquisition: ", 0), 0U) << "UserSet0 is parked in it: " << strError;
 }
 
-TEST_F(DeviceStory, TheSummaryIsTheTableWithTheReloadedFigures)
+TEST_F(DeviceWorkflow, TheSummaryIsTheTableWithTheReloadedFigures)
 {
   ASSERT_EQ(Run(), "");
   EXPECT_TRUE(m_strSummary.contains("reloaded"));

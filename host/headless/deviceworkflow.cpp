@@ -1,4 +1,4 @@
-#include "host/headless/devicestory.h"
+#include "host/headless/deviceworkflow.h"
 
 #include <cmath>
 
@@ -22,21 +22,21 @@ Result<> DescribeDifferences(const char *pWhat, const QStringList &listNames)
 
 } // namespace
 
-CDeviceStory::CDeviceStory(CBench &bench)
-  : m_bench(bench), m_bFlatField(bench.GetOptions().stCamera.eMode == ECorrectionMode::FlatField)
+CDeviceWorkflow::CDeviceWorkflow(CWorkflowSession &session)
+  : m_session(session), m_bFlatField(session.GetOptions().stCamera.eMode == ECorrectionMode::FlatField)
 {
 }
 
-Result<> CDeviceStory::Run()
+Result<> CDeviceWorkflow::Run()
 {
-  return RunSteps(ListSteps(), m_bench.GetProgress());
+  return RunSteps(ListSteps(), m_session.GetProgress());
 }
 
-std::vector<SStep> CDeviceStory::ListSteps()
+std::vector<SStep> CDeviceWorkflow::ListSteps()
 {
   std::vector<SStep> listSteps = {
-    {"open", [this] { return m_bench.Open(); }},
-    {"dialog", [this] { return RunUnchanged([this] { return m_bench.OpenDialog(); }); }},
+    {"open", [this] { return m_session.Open(); }},
+    {"dialog", [this] { return RunUnchanged([this] { return m_session.OpenDialog(); }); }},
   };
   if (m_bFlatField) {
     listSteps.push_back({"dark acquisition", [this] { return AcquireDark(); }});
@@ -47,7 +47,7 @@ std::vector<SStep> CDeviceStory::ListSteps()
     {"measurement before", [this] { return MeasureWithPreview(false, "raw", m_stBefore); }},
     {"measurement after", [this] { return MeasureWithPreview(true, "corrected", m_stAfter); }},
     {"saving to flash", [this] { return SaveToFlash(); }},
-    {"saving to file", [this] { return SaveCoefficients(m_bench); }},
+    {"saving to file", [this] { return SaveCoefficients(m_session); }},
     {"power cycle", [this] { return CyclePower(); }},
     {"loading from flash", [this] { return LoadFromFlash(); }},
     {"loading from file", [this] { return LoadFromFile(); }},
@@ -57,14 +57,14 @@ std::vector<SStep> CDeviceStory::ListSteps()
   return listSteps;
 }
 
-QString CDeviceStory::GetSummary() const
+QString CDeviceWorkflow::GetSummary() const
 {
-  return quality::MakeReportTable(m_bench.GetReport());
+  return quality::MakeReportTable(m_session.GetReport());
 }
 
 /// Runs an action that must leave every feature of the camera as it is. The stream runs before and after it,
 /// or at neither time.
-Result<> CDeviceStory::RunUnchanged(const std::function<Result<>()> &fnAction)
+Result<> CDeviceWorkflow::RunUnchanged(const std::function<Result<>()> &fnAction)
 {
   const CFeatureSnapshot stBefore(GetNodeMap());
   const Result<> result = fnAction();
@@ -79,31 +79,31 @@ Result<> CDeviceStory::RunUnchanged(const std::function<Result<>()> &fnAction)
   return DescribeDifferences("the camera is not as it was before", listDifferences);
 }
 
-Result<> CDeviceStory::AcquireDark()
+Result<> CDeviceWorkflow::AcquireDark()
 {
-  return RunUntilFailure([this] { return m_bench.SetScene(true, ISceneControl::EPurpose::Acquisition); },
-                         [this] { return RunUnchanged([this] { return m_bench.AcquireDark(); }); });
+  return RunUntilFailure([this] { return m_session.SetScene(true, ISceneControl::EPurpose::Acquisition); },
+                         [this] { return RunUnchanged([this] { return m_session.AcquireDark(); }); });
 }
 
-Result<> CDeviceStory::AcquireBright()
+Result<> CDeviceWorkflow::AcquireBright()
 {
-  return RunUntilFailure([this] { return m_bench.SetScene(false, ISceneControl::EPurpose::Acquisition); },
-                         [this] { return m_bench.ReadFormat(); }, [this] { return m_bench.SelectFrameCount(); },
-                         [this] { return RunUnchanged([this] { return m_bench.AcquireBright(); }); },
-                         [this] { return m_bFlatField ? m_bench.SelectExpectGray() : Result<>(); });
+  return RunUntilFailure([this] { return m_session.SetScene(false, ISceneControl::EPurpose::Acquisition); },
+                         [this] { return m_session.ReadFormat(); }, [this] { return m_session.SelectFrameCount(); },
+                         [this] { return RunUnchanged([this] { return m_session.AcquireBright(); }); },
+                         [this] { return m_bFlatField ? m_session.SelectExpectGray() : Result<>(); });
 }
 
-Result<> CDeviceStory::Execute()
+Result<> CDeviceWorkflow::Execute()
 {
-  const SDialogAnswer stAnswer = m_bench.GetDriver().Execute();
-  const Result<> result = m_bench.Judge(stAnswer);
+  const SDialogAnswer stAnswer = m_session.GetDriver().Execute();
+  const Result<> result = m_session.Judge(stAnswer);
   if (!result) {
     return result;
   }
-  return m_bench.GetDriver().IsPreviewOn() ? CheckCorrection(true) : Failure(stAnswer.strPrompt);
+  return m_session.GetDriver().IsPreviewOn() ? CheckCorrection(true) : Failure(stAnswer.strPrompt);
 }
 
-Result<> CDeviceStory::CheckCorrection(bool bOn)
+Result<> CDeviceWorkflow::CheckCorrection(bool bOn)
 {
   const std::string strCorrection = ReadFeature(GetNodeMap(), CORRECTION_FEATURE);
   if (strCorrection != (bOn ? "On" : "Off")) {
@@ -112,66 +112,66 @@ Result<> CDeviceStory::CheckCorrection(bool bOn)
   return {};
 }
 
-Result<> CDeviceStory::MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement)
+Result<> CDeviceWorkflow::MeasureWithPreview(bool bPreview, const char *pKind, SMeasurement &stMeasurement)
 {
-  quality::SReport &stReport = m_bench.GetReport();
-  return RunUntilFailure([&] { return m_bench.Judge(m_bench.GetDriver().SetPreview(bPreview)); },
+  quality::SReport &stReport = m_session.GetReport();
+  return RunUntilFailure([&] { return m_session.Judge(m_session.GetDriver().SetPreview(bPreview)); },
                          [&] { return CheckCorrection(bPreview); },
                          [&] { return MeasureState(stMeasurement, bPreview ? stReport.stAfter : stReport.stBefore); },
                          [&] { return SaveFrames(pKind); });
 }
 
-Result<> CDeviceStory::MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity)
+Result<> CDeviceWorkflow::MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity)
 {
   const Result<> result = RunUntilFailure([&] { return MeasureScene(true, stMeasurement.stDark); },
                                           [&] { return MeasureScene(false, stMeasurement.stBright); });
   if (result) {
     stUniformity =
-      quality::MeasureUniformity(stMeasurement.stBright, stMeasurement.stDark, m_bench.GetFormat().pFormat->eLayout);
+      quality::MeasureUniformity(stMeasurement.stBright, stMeasurement.stDark, m_session.GetFormat().pFormat->eLayout);
   }
   return result;
 }
 
-Result<> CDeviceStory::MeasureScene(bool bLensCap, quality::CFrameStack &stStack)
+Result<> CDeviceWorkflow::MeasureScene(bool bLensCap, quality::CFrameStack &stStack)
 {
   return RunUntilFailure(
-    [&] { return m_bench.PrepareMeasurement(bLensCap); },
-    [&] { return TakeFrames(m_bench.GetCollector(), m_bench.GetFormat(), CFramePipeline::EWanted::Any, stStack); });
+    [&] { return m_session.PrepareMeasurement(bLensCap); },
+    [&] { return TakeFrames(m_session.GetCollector(), m_session.GetFormat(), CFramePipeline::EWanted::Any, stStack); });
 }
 
-Result<> CDeviceStory::SaveFrames(const char *pKind)
+Result<> CDeviceWorkflow::SaveFrames(const char *pKind)
 {
-  const uint32_t nFrames = static_cast<uint32_t>(m_bench.GetOptions().stWorkflow.nSaveFrames);
+  const uint32_t nFrames = static_cast<uint32_t>(m_session.GetOptions().stWorkflow.nSaveFrames);
   Result<> result;
   for (uint32_t nFrame = 0; nFrame < nFrames && result; ++nFrame) {
     std::vector<uint8_t> listFrame;
     const auto Keep = [&listFrame](const SProcessedFrame &stFrame) {
       return CopyFrame(stFrame.pRaw->pBuffer, stFrame.pRaw->nSize, listFrame);
     };
-    result =
-      RunUntilFailure([&] { return m_bench.GetCollector().Collect(1, CFramePipeline::EWanted::Any, Keep); },
-                      [&] { return m_bench.GetFolder().WriteFrame(pKind, nFrame, listFrame, m_bench.GetFormat()); });
+    result = RunUntilFailure(
+      [&] { return m_session.GetCollector().Collect(1, CFramePipeline::EWanted::Any, Keep); },
+      [&] { return m_session.GetFolder().WriteFrame(pKind, nFrame, listFrame, m_session.GetFormat()); });
   }
   return result;
 }
 
-Result<> CDeviceStory::SaveToFlash()
+Result<> CDeviceWorkflow::SaveToFlash()
 {
   // A camera may refuse its user sets as long as it streams.
-  m_bench.StopStream();
-  return RunUntilFailure([this] { return m_bench.GetFolder().WriteDialog(m_bench.GetDriver().GrabPicture()); },
-                         [this] { return m_bench.Judge(m_bench.GetDriver().SaveFlash()); });
+  m_session.StopStream();
+  return RunUntilFailure([this] { return m_session.GetFolder().WriteDialog(m_session.GetDriver().GrabPicture()); },
+                         [this] { return m_session.Judge(m_session.GetDriver().SaveFlash()); });
 }
 
-Result<> CDeviceStory::CyclePower()
+Result<> CDeviceWorkflow::CyclePower()
 {
-  m_bench.StopStream();
+  m_session.StopStream();
   const CFeatureSnapshot stSaved(GetNodeMap());
-  return RunUntilFailure([this] { return m_bench.PowerCycle(); }, [&] { return CheckStartsAsSaved(stSaved); },
-                         [this] { return CheckCorrection(true); }, [this] { return m_bench.OpenDialog(); });
+  return RunUntilFailure([this] { return m_session.PowerCycle(); }, [&] { return CheckStartsAsSaved(stSaved); },
+                         [this] { return CheckCorrection(true); }, [this] { return m_session.OpenDialog(); });
 }
 
-Result<> CDeviceStory::CheckStartsAsSaved(const CFeatureSnapshot &stSaved)
+Result<> CDeviceWorkflow::CheckStartsAsSaved(const CFeatureSnapshot &stSaved)
 {
   const std::string strStartSet = ReadFeature(GetNodeMap(), "UserSetDefault");
   if (strStartSet != "UserSet0") {
@@ -184,7 +184,7 @@ Result<> CDeviceStory::CheckStartsAsSaved(const CFeatureSnapshot &stSaved)
 }
 
 /// So that nothing but what is loaded next can bring the coefficients back.
-Result<> CDeviceStory::ClearCoefficients()
+Result<> CDeviceWorkflow::ClearCoefficients()
 {
   auto *pRegister = dynamic_cast<GenApi::IRegister *>(GetNodeMap().GetNode(COEFFICIENTS));
   if (pRegister == nullptr) {
@@ -199,22 +199,22 @@ Result<> CDeviceStory::ClearCoefficients()
   return {};
 }
 
-Result<> CDeviceStory::LoadFromFlash()
+Result<> CDeviceWorkflow::LoadFromFlash()
 {
-  m_bench.GetReport().stAfterReload.emplace();
+  m_session.GetReport().stAfterReload.emplace();
   SMeasurement stMeasurement;
   return RunUntilFailure(
-    [&] { return ClearCoefficients(); }, [&] { return m_bench.Judge(m_bench.GetDriver().LoadFlash()); },
+    [&] { return ClearCoefficients(); }, [&] { return m_session.Judge(m_session.GetDriver().LoadFlash()); },
     [&] { return CheckCorrection(true); }, [&] { return CheckDialogReloaded(); },
-    [&] { return MeasureState(stMeasurement, *m_bench.GetReport().stAfterReload); }, [&] { return CheckFlatness(); });
+    [&] { return MeasureState(stMeasurement, *m_session.GetReport().stAfterReload); }, [&] { return CheckFlatness(); });
 }
 
 /// The record behind the coefficients brings the dialog's values back.
-Result<> CDeviceStory::CheckDialogReloaded()
+Result<> CDeviceWorkflow::CheckDialogReloaded()
 {
-  const quality::SReport &stReport = m_bench.GetReport();
-  const int nFrames = m_bench.GetDriver().GetFrameCount();
-  const int nGray = m_bench.GetDriver().GetExpectGray();
+  const quality::SReport &stReport = m_session.GetReport();
+  const int nFrames = m_session.GetDriver().GetFrameCount();
+  const int nGray = m_session.GetDriver().GetExpectGray();
   if (nFrames != stReport.nFrameCount || (m_bFlatField && nGray != stReport.nExpectGray)) {
     return Failure(QStringLiteral("the dialog shows %1 frames and expected grey %2 instead of %3 and %4")
                      .arg(nFrames)
@@ -225,9 +225,9 @@ Result<> CDeviceStory::CheckDialogReloaded()
   return {};
 }
 
-Result<> CDeviceStory::CheckFlatness()
+Result<> CDeviceWorkflow::CheckFlatness()
 {
-  const quality::SReport &stReport = m_bench.GetReport();
+  const quality::SReport &stReport = m_session.GetReport();
   const double dAfter = stReport.stAfter.stOverall.dShadingPercent;
   const double dReloaded = stReport.stAfterReload->stOverall.dShadingPercent;
   if (std::abs(dReloaded - dAfter) > quality::RELOAD_TOLERANCE_PERCENT) {
@@ -237,25 +237,26 @@ Result<> CDeviceStory::CheckFlatness()
   return {};
 }
 
-Result<> CDeviceStory::LoadFromFile()
+Result<> CDeviceWorkflow::LoadFromFile()
 {
-  return RunUntilFailure([this] { return ClearCoefficients(); },
-                         [this] { return m_bench.Judge(m_bench.GetDriver().LoadFile(GetCoefficientPath(m_bench))); },
-                         [this] { return CheckCorrection(true); }, [this] { return CheckDialogReloaded(); },
-                         [this] { return CheckSavedAgain(m_bench); });
+  return RunUntilFailure(
+    [this] { return ClearCoefficients(); },
+    [this] { return m_session.Judge(m_session.GetDriver().LoadFile(GetCoefficientPath(m_session))); },
+    [this] { return CheckCorrection(true); }, [this] { return CheckDialogReloaded(); },
+    [this] { return CheckSavedAgain(m_session); });
 }
 
-Result<> CDeviceStory::WriteResults()
+Result<> CDeviceWorkflow::WriteResults()
 {
-  quality::SReport &stReport = m_bench.GetReport();
+  quality::SReport &stReport = m_session.GetReport();
   stReport.nBrightFrames = m_stAfter.stBright.GetFrameCount();
   stReport.nDarkFrames = m_stAfter.stDark.GetFrameCount();
-  stReport.nBlockSize = ReadBlockSize(m_bench.GetViewer().GetCamera());
-  const CResultFolder &folder = m_bench.GetFolder();
+  stReport.nBlockSize = ReadBlockSize(m_session.GetViewer().GetCamera());
+  const CResultFolder &folder = m_session.GetFolder();
   const QString strTitle = QStringLiteral("%1, %2").arg(stReport.strCamera, stReport.strPixelFormat);
   return RunUntilFailure(
     [&] {
-      return folder.WritePictures(m_stBefore.stBright, m_stAfter.stBright, m_bench.GetFormat().pFormat->eLayout,
+      return folder.WritePictures(m_stBefore.stBright, m_stAfter.stBright, m_session.GetFormat().pFormat->eLayout,
                                   strTitle);
     },
     [&] { return folder.WriteReport(quality::MakeReportJson(stReport)); });

@@ -1,5 +1,5 @@
 /// \file
-/// The story of a camera that corrects its own frames.
+/// The workflow on a camera that corrects its own frames.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@
 
 #include <QString>
 
-#include "host/headless/bench.h"
 #include "host/headless/featuresnapshot.h"
+#include "host/headless/iworkflow.h"
 #include "host/headless/steps.h"
-#include "host/headless/story.h"
+#include "host/headless/workflowsession.h"
 #include "quality/framestack.h"
 
 namespace ffc::host {
@@ -22,10 +22,10 @@ namespace ffc::host {
 ///
 /// After opening the dialog and after each acquisition all features of the camera must be as they were before. Before
 /// and after are measured on different exposures: the camera delivers a frame only once.
-class CDeviceStory final : public IStory {
+class CDeviceWorkflow final : public IWorkflow {
 public:
-  /// \param bench outlives the story
-  explicit CDeviceStory(CBench &bench);
+  /// \param session outlives the workflow
+  explicit CDeviceWorkflow(CWorkflowSession &session);
 
   Result<> Run() override;
   QString GetSummary() const override;
@@ -57,9 +57,9 @@ private:
 
   Result<> CheckCorrection(bool bOn);
   Result<> ClearCoefficients();
-  GenApi::INodeMap &GetNodeMap() { return *m_bench.GetViewer().GetCamera().GetDeviceNodeMap(); }
+  GenApi::INodeMap &GetNodeMap() { return *m_session.GetViewer().GetCamera().GetDeviceNodeMap(); }
 
-  CBench &m_bench;
+  CWorkflowSession &m_session;
   bool m_bFlatField; ///< else vignetting
   SMeasurement m_stBefore;
   SMeasurement m_stAfter;

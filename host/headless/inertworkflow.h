@@ -1,19 +1,19 @@
 /// \file
-/// The story of a camera whose correction the plug-in does not know.
+/// The workflow on a camera whose correction the plug-in does not know.
 #pragma once
 
 #include <QString>
 
-#include "host/headless/bench.h"
-#include "host/headless/story.h"
+#include "host/headless/iworkflow.h"
+#include "host/headless/workflowsession.h"
 
 namespace ffc::host {
 
 /// The dialog comes up with every control disabled, and the stream runs on.
-class CInertStory final : public IStory {
+class CInertWorkflow final : public IWorkflow {
 public:
-  /// \param bench outlives the story
-  explicit CInertStory(CBench &bench) : m_bench(bench) {}
+  /// \param session outlives the workflow
+  explicit CInertWorkflow(CWorkflowSession &session) : m_session(session) {}
 
   Result<> Run() override;
   QString GetSummary() const override;
@@ -24,7 +24,7 @@ private:
   Result<> CheckStream();
   Result<> WriteResults();
 
-  CBench &m_bench;
+  CWorkflowSession &m_session;
 };
 
 } // namespace ffc::host

@@ -14,9 +14,9 @@ using namespace ffc::quality;
 namespace {
 
 /// Runs with the real module, in this process, with a camera of 64 x 64 pixels.
-class HostStory : public testing::Test {
+class HostWorkflow : public testing::Test {
 protected:
-  HostStory()
+  HostWorkflow()
   {
     m_stOptions.stPlugin.strModule = PLUGIN_MODULE;
     m_stOptions.stWorkflow.strOutFolder = m_dir.path().toStdString();
@@ -43,7 +43,7 @@ protected:
 
 } // namespace
 
-TEST_F(HostStory, ASoundCameraPassesEveryStep)
+TEST_F(HostWorkflow, ASoundCameraPassesEveryStep)
 {
   EXPECT_EQ(Run({}), "");
   EXPECT_EQ(m_stReport.strPixelFormat, "Mono8");
@@ -55,7 +55,7 @@ TEST_F(HostStory, ASoundCameraPassesEveryStep)
   EXPECT_FALSE(QFile::exists(m_dir.filePath("camera.flash"))) << "this camera corrects nothing itself";
 }
 
-TEST_F(HostStory, ACoefficientFileOfAnEarlierRunIsReplaced)
+TEST_F(HostWorkflow, ACoefficientFileOfAnEarlierRunIsReplaced)
 {
   QFile file(m_dir.filePath("coefficients.ffc"));
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -65,7 +65,7 @@ TEST_F(HostStory, ACoefficientFileOfAnEarlierRunIsReplaced)
   EXPECT_EQ(QFile(file.fileName()).size(), 64 * 64 * 4);
 }
 
-TEST_F(HostStory, AFailingCameraIsToldInOneLineThatNamesTheStep)
+TEST_F(HostWorkflow, AFailingCameraIsToldInOneLineThatNamesTheStep)
 {
   const std::pair<bool CFaultyCamera::SFaults::*, const char *> FAULTS[] = {
     {&CFaultyCamera::SFaults::bRefusesToStart, "dark acquisition: the cable is out"},
@@ -80,7 +80,7 @@ TEST_F(HostStory, AFailingCameraIsToldInOneLineThatNamesTheStep)
   EXPECT_FALSE(QFile::exists(m_dir.filePath("report.json")));
 }
 
-TEST_F(HostStory, ACameraThatCannotBeOpenedIsToldWithItsReason)
+TEST_F(HostWorkflow, ACameraThatCannotBeOpenedIsToldWithItsReason)
 {
   CProgressLine progress(nullptr);
   CHeadlessRun run(
@@ -88,7 +88,7 @@ TEST_F(HostStory, ACameraThatCannotBeOpenedIsToldWithItsReason)
   EXPECT_EQ(run.Run().GetError(), "open: no such camera");
 }
 
-TEST_F(HostStory, AWarningOfTheDialogIsANote)
+TEST_F(HostWorkflow, AWarningOfTheDialogIsANote)
 {
   CFaultyCamera::SFaults stFaults;
   stFaults.bLensCapIsStuck = true;
@@ -97,7 +97,7 @@ TEST_F(HostStory, AWarningOfTheDialogIsANote)
   EXPECT_TRUE(m_stReport.listNotes.at(0).startsWith("The bright field image is too dark"));
 }
 
-TEST_F(HostStory, AFolderThatCannotBeMadeIsNamed)
+TEST_F(HostWorkflow, AFolderThatCannotBeMadeIsNamed)
 {
   QFile file(m_dir.filePath("file"));
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));

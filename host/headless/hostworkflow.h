@@ -1,11 +1,11 @@
 /// \file
-/// The story of a camera whose frames the host corrects.
+/// The workflow on a camera whose frames the host corrects.
 #pragma once
 
 #include <QString>
 
-#include "host/headless/bench.h"
-#include "host/headless/story.h"
+#include "host/headless/iworkflow.h"
+#include "host/headless/workflowsession.h"
 #include "quality/pairedstacks.h"
 
 namespace ffc::host {
@@ -15,10 +15,10 @@ namespace ffc::host {
 ///
 /// Before and after are measured on the same exposures: each fresh frame as it came, and as ProcessImage
 /// corrected it.
-class CHostStory final : public IStory {
+class CHostWorkflow final : public IWorkflow {
 public:
-  /// \param bench outlives the story
-  explicit CHostStory(CBench &bench) : m_bench(bench) {}
+  /// \param session outlives the workflow
+  explicit CHostWorkflow(CWorkflowSession &session) : m_session(session) {}
 
   Result<> Run() override;
   QString GetSummary() const override;
@@ -41,7 +41,7 @@ private:
   Result<> CheckReloaded(const SFramePair &stReference);
   Result<> WriteResults();
 
-  CBench &m_bench;
+  CWorkflowSession &m_session;
   quality::CPairedStacks m_stBright;
   quality::CPairedStacks m_stDark;
 };

@@ -8,13 +8,13 @@
 
 namespace ffc::host {
 
-class IStory {
+class IWorkflow {
 public:
-  virtual ~IStory() = default;
+  virtual ~IWorkflow() = default;
 
   /// \return on failure one line: the step and why it failed
   virtual Result<> Run() = 0;
-  /// What to tell a person after a run that succeeded; ends with a line feed.
+  /// What to print after a run that succeeded; ends with a line feed.
   virtual QString GetSummary() const = 0;
 };
 
