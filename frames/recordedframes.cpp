@@ -6,8 +6,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "frames/ifilekind.h"
-
 namespace ffc::frames {
 namespace {
 
@@ -33,10 +31,7 @@ std::string DescribeBits(uint32_t nBytesPerSample)
 /// Reads the files of one recording; the first one sets what all others must be.
 class CRecordingReader {
 public:
-  CRecordingReader(const QDir &dir, std::string strPixelFormat)
-    : m_dir(dir), m_strPixelFormat(std::move(strPixelFormat))
-  {
-  }
+  CRecordingReader(const QDir &dir, const std::optional<SSampleFormat> &stFormat) : m_dir(dir), m_stFormat(stFormat) {}
 
   Result<SRecordedFrames> ReadAll()
   {
@@ -77,7 +72,7 @@ private:
       return content.GetFailure();
     }
     const SLayout &stLayout = content.GetValue().stLayout;
-    Result<> result = m_stFrames.nWidth == 0 ? SetUp(stLayout) : CheckLikeFirst(stLayout);
+    Result<> result = m_stFrames.stLayout.nWidth == 0 ? SetUp(stLayout) : CheckLikeFirst(stLayout);
     for (std::vector<uint8_t> &listFrame : content.GetValue().listFrames) {
       result = result ? CheckValues(listFrame) : result;
       listFrames.push_back(std::move(listFrame));
@@ -87,25 +82,17 @@ private:
 
   Result<> SetUp(const SLayout &stLayout)
   {
-    const char *pDefault = stLayout.nBytesPerSample == 1 ? "Mono8" : "Mono16";
-    const std::string strName = m_strPixelFormat.empty() ? pDefault : m_strPixelFormat;
-    const SSensorFormat *pFormat = FindSensorFormat(strName);
-    if (pFormat == nullptr) {
-      return Failure("cannot be played: there is no pixel format \"" + strName + "\".");
+    if (m_stFormat && m_stFormat->GetBytesPerSample() != stLayout.nBytesPerSample) {
+      return Failure("has " + DescribeBits(stLayout.nBytesPerSample) + ", which the pixel format " +
+                     m_stFormat->strName + " does not have.");
     }
-    if (pFormat->GetBytesPerPixel() != stLayout.nBytesPerSample) {
-      return Failure("has " + DescribeBits(stLayout.nBytesPerSample) + ", which the pixel format " + strName +
-                     " does not have.");
-    }
-    m_stFrames.stFormat = *pFormat;
-    m_stFrames.nWidth = stLayout.nWidth;
-    m_stFrames.nHeight = stLayout.nHeight;
+    m_stFrames.stLayout = stLayout;
     return {};
   }
 
   Result<> CheckLikeFirst(const SLayout &stLayout) const
   {
-    const SLayout stFirst{m_stFrames.nWidth, m_stFrames.nHeight, m_stFrames.stFormat.GetBytesPerPixel()};
+    const SLayout &stFirst = m_stFrames.stLayout;
     if (stLayout == stFirst) {
       return {};
     }
@@ -117,33 +104,32 @@ private:
 
   Result<> CheckValues(const std::vector<uint8_t> &listFrame) const
   {
-    const SSensorFormat &stFormat = m_stFrames.stFormat;
-    if (stFormat.nBitDepth == 8 || stFormat.nBitDepth == 16) {
+    if (!m_stFormat || m_stFormat->nBitDepth == 8 * m_stFormat->GetBytesPerSample()) {
       return {};
     }
     const auto *pSamples = reinterpret_cast<const uint16_t *>(listFrame.data());
     const uint16_t nLargest = *std::max_element(pSamples, pSamples + listFrame.size() / sizeof(uint16_t));
-    if (nLargest > stFormat.GetMaxValue()) {
-      return Failure("holds the value " + std::to_string(nLargest) + ", but " + stFormat.strName + " ends at " +
-                     std::to_string(stFormat.GetMaxValue()) + ".");
+    if (nLargest > m_stFormat->GetMaximum()) {
+      return Failure("holds the value " + std::to_string(nLargest) + ", but " + m_stFormat->strName + " ends at " +
+                     std::to_string(m_stFormat->GetMaximum()) + ".");
     }
     return {};
   }
 
   QDir m_dir;
-  std::string m_strPixelFormat;
+  std::optional<SSampleFormat> m_stFormat;
   SRecordedFrames m_stFrames;
 };
 
 } // namespace
 
-Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::string &strPixelFormat)
+Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::optional<SSampleFormat> &stFormat)
 {
   const QString strPath = QString::fromStdString(strFolder);
   if (!QFileInfo(strPath).isDir()) {
     return Failure("There is no folder \"" + strFolder + "\".");
   }
-  return CRecordingReader(QDir(strPath), strPixelFormat).ReadAll();
+  return CRecordingReader(QDir(strPath), stFormat).ReadAll();
 }
 
 } // namespace ffc::frames

@@ -3,25 +3,33 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "camera/sensorformat.h"
+#include "frames/ifilekind.h"
 #include "platform/result.h"
 
 namespace ffc::frames {
 
-/// All frames of a recording, as the camera delivers them. All have one size and one format.
+/// What the samples are, whatever they lie in.
+struct SSampleFormat {
+  std::string strName; ///< as messages call it
+  uint32_t nBitDepth = 8;
+
+  uint32_t GetBytesPerSample() const { return nBitDepth > 8 ? 2 : 1; }
+  uint32_t GetMaximum() const { return (1U << nBitDepth) - 1; }
+};
+
+/// All frames of a recording. All lie alike.
 struct SRecordedFrames {
-  SSensorFormat stFormat;
-  uint32_t nWidth = 0; ///< pixels
-  uint32_t nHeight = 0;
-  std::vector<std::vector<uint8_t>> listDark; ///< tightly packed, in the order of the file names; at least 2
+  SLayout stLayout;
+  std::vector<std::vector<uint8_t>> listDark; ///< in the order of the file names; at least 2
   std::vector<std::vector<uint8_t>> listBright;
 };
 
 /// Reads the files "dark_*" and "bright_*" of every kind in ifilekind.h.
-/// \param strPixelFormat PFNC name; empty: Mono8 or Mono16, as the files are
-Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::string &strPixelFormat);
+/// \param stFormat that all samples must have; none: any samples of 8 or 16 bits
+Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::optional<SSampleFormat> &stFormat);
 
 } // namespace ffc::frames

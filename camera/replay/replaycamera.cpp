@@ -10,18 +10,39 @@
 
 namespace {
 
-SCameraDescription Describe(const SReplayCameraOptions &stOptions, const ffc::frames::SRecordedFrames &stFrames)
+/// The format that the frames are played in; null when there is none of that name.
+const SSensorFormat *FindFormat(const std::string &strName, uint32_t nBytesPerSample)
 {
+  return FindSensorFormat(!strName.empty() ? strName : nBytesPerSample == 1 ? "Mono8" : "Mono16");
+}
+
+SCameraDescription Describe(const SReplayCameraOptions &stOptions, const ffc::frames::SLayout &stLayout)
+{
+  const SSensorFormat &stFormat = *FindFormat(stOptions.strPixelFormat, stLayout.nBytesPerSample);
   SCameraDescription stDescription;
   stDescription.strVendor = "Replay";
-  stDescription.strModel = stFrames.stFormat.strName;
+  stDescription.strModel = stFormat.strName;
   stDescription.strSerial = QDir(QString::fromStdString(stOptions.strFolder)).dirName().toStdString();
-  stDescription.listFormats = {stFrames.stFormat};
-  stDescription.strPixelFormat = stFrames.stFormat.strName;
-  stDescription.nSensorWidth = stFrames.nWidth;
-  stDescription.nSensorHeight = stFrames.nHeight;
+  stDescription.listFormats = {stFormat};
+  stDescription.strPixelFormat = stFormat.strName;
+  stDescription.nSensorWidth = stLayout.nWidth;
+  stDescription.nSensorHeight = stLayout.nHeight;
   stDescription.dFrameRate = stOptions.dFrameRate;
   return stDescription;
+}
+
+ffc::Result<ffc::frames::SRecordedFrames> Load(const SReplayCameraOptions &stOptions)
+{
+  if (stOptions.strPixelFormat.empty()) {
+    return ffc::frames::LoadRecordedFrames(stOptions.strFolder, std::nullopt);
+  }
+  const SSensorFormat *pFormat = FindSensorFormat(stOptions.strPixelFormat);
+  if (pFormat == nullptr) {
+    return ffc::Failure("The recording cannot be played: there is no pixel format \"" + stOptions.strPixelFormat +
+                        "\".");
+  }
+  return ffc::frames::LoadRecordedFrames(stOptions.strFolder,
+                                         ffc::frames::SSampleFormat{pFormat->strName, pFormat->nBitDepth});
 }
 
 } // namespace
@@ -33,12 +54,12 @@ std::unique_ptr<ICamera> CreateReplayCamera(const SReplayCameraOptions &stOption
     return nullptr;
   }
   try {
-    auto frames = ffc::frames::LoadRecordedFrames(stOptions.strFolder, stOptions.strPixelFormat);
+    auto frames = Load(stOptions);
     if (!frames) {
       *pstrError = frames.GetError();
       return nullptr;
     }
-    const SCameraDescription stDescription = Describe(stOptions, frames.GetValue());
+    const SCameraDescription stDescription = Describe(stOptions, frames.GetValue().stLayout);
     return std::make_unique<CSoftwareCamera>(stDescription,
                                              std::make_unique<CFrameReplay>(std::move(frames).GetValue()));
   } catch (const std::bad_alloc &) {

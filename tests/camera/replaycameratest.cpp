@@ -150,7 +150,7 @@ TEST(ReplayCamera, FilesArePlayedInTheOrderOfTheirNames)
   folder.Add("bright_a.png", QImage::Format_Grayscale8, 1);
   folder.Add("bright_c.png", QImage::Format_Grayscale8, 3);
   folder.Add("other_a.png", QImage::Format_Grayscale8, 9);
-  const auto frames = ffc::frames::LoadRecordedFrames(folder.GetPath(), {});
+  const auto frames = ffc::frames::LoadRecordedFrames(folder.GetPath(), std::nullopt);
   ASSERT_EQ(frames.GetError(), "");
   const auto &stFrames = frames.GetValue();
   ASSERT_EQ(stFrames.listBright.size(), 3U);
@@ -166,10 +166,10 @@ TEST(ReplayCamera, SixteenBitFilesLoseNoBit)
     CRecordingFolder folder;
     folder.AddFrames(2, 1, QImage::Format_Grayscale16);
     folder.Add("bright_x.png", QImage::Format_Grayscale16, nValue);
-    const auto frames = ffc::frames::LoadRecordedFrames(folder.GetPath(), {});
+    const auto frames = ffc::frames::LoadRecordedFrames(folder.GetPath(), std::nullopt);
     ASSERT_EQ(frames.GetError(), "");
     const auto &stFrames = frames.GetValue();
-    EXPECT_EQ(stFrames.stFormat.strName, "Mono16");
+    EXPECT_EQ(stFrames.stLayout.nBytesPerSample, 2U);
     const auto &listFrame = stFrames.listBright[1];
     ASSERT_EQ(listFrame.size(), 6U * 4U * 2U);
     for (std::size_t n = 0; n < listFrame.size(); n += 2) {
@@ -305,11 +305,11 @@ TEST(ReplayCamera, RealFramesHaveTheirPublishedMeans)
   if (strFolder.empty()) {
     GTEST_SKIP() << "the recorded frames are not on this machine";
   }
-  const auto frames = ffc::frames::LoadRecordedFrames(strFolder, "Mono12");
+  const auto frames = ffc::frames::LoadRecordedFrames(strFolder, ffc::frames::SSampleFormat{"Mono12", 12});
   ASSERT_EQ(frames.GetError(), "");
   const auto &stFrames = frames.GetValue();
-  EXPECT_EQ(stFrames.nWidth, 640U);
-  EXPECT_EQ(stFrames.nHeight, 480U);
+  EXPECT_EQ(stFrames.stLayout.nWidth, 640U);
+  EXPECT_EQ(stFrames.stLayout.nHeight, 480U);
   ASSERT_EQ(stFrames.listDark.size(), 8U);
   ASSERT_EQ(stFrames.listBright.size(), 40U);
   const auto fnGetMean = [](const std::vector<uint8_t> &listBytes) {
