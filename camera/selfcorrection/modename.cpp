@@ -27,15 +27,14 @@ const char *GetModeName(ECorrectionMode eMode)
   return "";
 }
 
-bool FindMode(const std::string &strName, ECorrectionMode &eMode)
+std::optional<ECorrectionMode> FindMode(const std::string &strName)
 {
   for (const SModeName &stMode : ALL_MODES) {
     if (strName == stMode.pName) {
-      eMode = stMode.eMode;
-      return true;
+      return stMode.eMode;
     }
   }
-  return false;
+  return std::nullopt;
 }
 
 } // namespace ffc::camera

@@ -2,6 +2,7 @@
 /// The words for the corrections that a camera can have of its own.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "camera/selfcorrection/correctionmode.h"
@@ -11,7 +12,7 @@ namespace ffc::camera {
 /// "none", "flatfield", "vignetting" or "unknown".
 const char *GetModeName(ECorrectionMode eMode);
 
-/// \return false for another word; eMode is then left alone
-bool FindMode(const std::string &strName, ECorrectionMode &eMode);
+/// None for another word.
+std::optional<ECorrectionMode> FindMode(const std::string &strName);
 
 } // namespace ffc::camera

@@ -87,9 +87,9 @@ std::string CheckLanguage(const std::string &strLanguage)
 
 std::string ParseMode(const std::string &strMode, SCameraOptions &stCamera)
 {
-  return camera::FindMode(strMode, stCamera.eMode)
-           ? std::string()
-           : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
+  const std::optional<ECorrectionMode> eMode = camera::FindMode(strMode);
+  stCamera.eMode = eMode.value_or(stCamera.eMode);
+  return eMode ? std::string() : "'" + strMode + "' is none of none, flatfield, vignetting and unknown";
 }
 
 std::string ParseBlockSize(const std::string &strSize, SCameraOptions &stCamera)

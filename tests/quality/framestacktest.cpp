@@ -113,3 +113,15 @@ TEST(PairedStacks, OnlySamplesThatTheCorrectionClippedAreNewlyClipped)
   ASSERT_TRUE(stStacks.Add(listRaw.data(), listCorrected.data(), 8));
   EXPECT_EQ(stStacks.GetNewlyClippedCount(), 2U);
 }
+
+TEST(PairedStacks, NewlyClippedSamplesInPercentAreThoseOfAllFrames)
+{
+  CPairedStacks stacks;
+  EXPECT_EQ(stacks.GetNewlyClippedPercent(), 0) << "of no frames";
+  ASSERT_TRUE(stacks.Prepare(2, 2, *FindSensorFormat("Mono8")));
+  const uint8_t anRaw[][4] = {{1, 2, 3, 255}, {1, 2, 4, 255}};
+  const uint8_t anCorrected[][4] = {{1, 255, 3, 255}, {1, 2, 4, 255}};
+  ASSERT_TRUE(stacks.Add(anRaw[0], anCorrected[0], 4));
+  ASSERT_TRUE(stacks.Add(anRaw[1], anCorrected[1], 4));
+  EXPECT_DOUBLE_EQ(stacks.GetNewlyClippedPercent(), 12.5);
+}

@@ -166,3 +166,28 @@ TEST(Report, TheTableNamesTheMethodAndStaysNarrow)
     EXPECT_LE(strLine.size(), 120) << strLine.toStdString();
   }
 }
+
+TEST(Report, FiguresComeFromTheStacksBeforeAndAfter)
+{
+  CFrameStack stDark;
+  CFrameStack stBefore;
+  CFrameStack stAfter;
+  for (CFrameStack *pStack : {&stDark, &stBefore, &stAfter}) {
+    ASSERT_TRUE(pStack->Prepare(64, 32, 8)); // two blocks
+  }
+  const std::vector<uint8_t> listDark(64 * 32, 0);
+  std::vector<uint8_t> listBright(64 * 32, 100);
+  ASSERT_TRUE(stDark.Add(listDark.data(), listDark.size()));
+  ASSERT_TRUE(stAfter.Add(listBright.data(), listBright.size()));
+  for (std::size_t nPixel = 0; nPixel < listBright.size(); ++nPixel) {
+    listBright[nPixel] = nPixel % 64 < 32 ? 90 : 110;
+  }
+  ASSERT_TRUE(stBefore.Add(listBright.data(), listBright.size()));
+  ASSERT_TRUE(stBefore.Add(listBright.data(), listBright.size()));
+  SReport stReport;
+  MeasureFigures({stDark, stDark, stBefore, stAfter, EColorLayout::Mono}, stReport);
+  EXPECT_EQ(stReport.nBrightFrames, 2U);
+  EXPECT_EQ(stReport.nDarkFrames, 1U);
+  EXPECT_DOUBLE_EQ(stReport.stBefore.stOverall.dShadingPercent, 20);
+  EXPECT_DOUBLE_EQ(stReport.stAfter.stOverall.dShadingPercent, 0);
+}

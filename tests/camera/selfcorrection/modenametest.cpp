@@ -6,11 +6,7 @@ TEST(ModeName, FindsEveryModeByItsName)
 {
   for (const ECorrectionMode eMode :
        {ECorrectionMode::None, ECorrectionMode::FlatField, ECorrectionMode::Vignetting, ECorrectionMode::Unknown}) {
-    ECorrectionMode eFound = eMode == ECorrectionMode::None ? ECorrectionMode::Unknown : ECorrectionMode::None;
-    EXPECT_TRUE(ffc::camera::FindMode(ffc::camera::GetModeName(eMode), eFound));
-    EXPECT_EQ(eFound, eMode);
+    EXPECT_EQ(ffc::camera::FindMode(ffc::camera::GetModeName(eMode)), eMode);
   }
-  ECorrectionMode eFound = ECorrectionMode::FlatField;
-  EXPECT_FALSE(ffc::camera::FindMode("Flatfield", eFound));
-  EXPECT_EQ(eFound, ECorrectionMode::FlatField);
+  EXPECT_EQ(ffc::camera::FindMode("Flatfield"), std::nullopt);
 }

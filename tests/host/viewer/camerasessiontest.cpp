@@ -1,0 +1,154 @@
+#include "host/viewer/camerasession.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/faultycamera.h"
+
+using namespace ffc::host;
+
+namespace {
+
+class CameraSession : public testing::Test {
+protected:
+  /// A camera with faults, and a plug-in that is there.
+  static CCameraSession::SSetup MakeSetup(const CFaultyCamera::SFaults &stFaults = {})
+  {
+    CCameraSession::SSetup stSetup;
+    stSetup.fnOpenCamera = [stFaults]() -> ffc::Result<std::unique_ptr<ICamera>> {
+      return std::make_unique<CFaultyCamera>("Mono8", stFaults);
+    };
+    stSetup.strModule = FAKE_MODULE;
+    return stSetup;
+  }
+
+  std::string GetLastError() const
+  {
+    return m_spyError.isEmpty() ? "nothing was said" : m_spyError.last().at(0).toString().toStdString();
+  }
+  bool IsStreaming() { return m_session.GetViewer()->GetCamera().IsStreaming(); }
+
+  CCameraSession m_session{nullptr, nullptr};
+  QSignalSpy m_spyOpened{&m_session, &CCameraSession::SigOpened};
+  QSignalSpy m_spyClosing{&m_session, &CCameraSession::SigClosing};
+  QSignalSpy m_spyChanged{&m_session, &CCameraSession::SigChanged};
+  QSignalSpy m_spyError{&m_session, &CCameraSession::SigError};
+};
+
+} // namespace
+
+TEST_F(CameraSession, AnOpenedCameraStreamsWithThePlugInOnIt)
+{
+  ASSERT_EQ(m_session.Open(MakeSetup()).GetError(), "");
+  EXPECT_EQ(m_spyOpened.size(), 1);
+  EXPECT_EQ(m_spyChanged.size(), 1);
+  EXPECT_EQ(GetLastError(), "");
+  EXPECT_EQ(m_session.GetPluginError().toStdString(), "");
+  EXPECT_TRUE(m_session.GetViewer()->HasPlugin());
+  EXPECT_TRUE(IsStreaming());
+  m_session.Close();
+  EXPECT_EQ(m_session.GetViewer(), nullptr);
+}
+
+TEST_F(CameraSession, ACameraThatCannotBeOpenedLeavesNone)
+{
+  ASSERT_TRUE(m_session.Open(MakeSetup()).IsOk());
+  CCameraSession::SSetup stSetup = MakeSetup();
+  stSetup.fnOpenCamera = [] { return ffc::Failure("camera: none answers"); };
+  EXPECT_EQ(m_session.Open(stSetup).GetError(), "camera: none answers");
+  EXPECT_EQ(GetLastError(), "camera: none answers");
+  EXPECT_EQ(m_session.GetViewer(), nullptr);
+  EXPECT_FALSE(m_session.IsLost());
+}
+
+TEST_F(CameraSession, WithoutAPlugInTheCameraStreamsAllTheSame)
+{
+  CCameraSession::SSetup stSetup = MakeSetup();
+  stSetup.strModule = "/no/such.plx";
+  EXPECT_TRUE(m_session.Open(stSetup).IsOk());
+  EXPECT_TRUE(IsStreaming());
+  EXPECT_NE(m_session.GetPluginError().toStdString().find("no such file"), std::string::npos);
+  EXPECT_EQ(GetLastError(), m_session.GetPluginError().toStdString());
+}
+
+TEST_F(CameraSession, ABlockSizeThatTheCameraDoesNotHaveKeepsTheStreamFromStarting)
+{
+  CCameraSession::SSetup stSetup = MakeSetup();
+  stSetup.nBlockSize = 32;
+  EXPECT_TRUE(m_session.Open(stSetup).IsOk());
+  EXPECT_EQ(GetLastError(), "this camera has no coefficient blocks");
+  EXPECT_FALSE(IsStreaming());
+}
+
+TEST_F(CameraSession, StartsAndStopsTheStream)
+{
+  ASSERT_TRUE(m_session.Open(MakeSetup()).IsOk());
+  m_session.StartOrStop();
+  EXPECT_FALSE(IsStreaming());
+  m_session.StartOrStop();
+  EXPECT_TRUE(IsStreaming());
+  EXPECT_EQ(m_spyChanged.size(), 3);
+}
+
+TEST_F(CameraSession, ACameraThatRefusesToStartIsReported)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.bRefusesToStart = true;
+  EXPECT_TRUE(m_session.Open(MakeSetup(stFaults)).IsOk());
+  EXPECT_EQ(GetLastError(), "the cable is out");
+}
+
+TEST_F(CameraSession, ALostCameraIsOpenedAgainWhenItAnswersAndNotTooOften)
+{
+  auto pLost = std::make_shared<std::atomic<bool>>(false);
+  bool bAnswers = false;
+  int nAsked = 0;
+  CCameraSession::SSetup stSetup = MakeSetup();
+  stSetup.fnOpenCamera = [&]() -> ffc::Result<std::unique_ptr<ICamera>> {
+    if (++nAsked > 1 && !bAnswers) {
+      return ffc::Failure("none answers");
+    }
+    CFaultyCamera::SFaults stFaults;
+    stFaults.pLost = pLost;
+    return std::make_unique<CFaultyCamera>("Mono8", stFaults);
+  };
+  ASSERT_TRUE(m_session.Open(stSetup).IsOk());
+  EXPECT_TRUE(m_session.Watch(true));
+  *pLost = true;
+  EXPECT_TRUE(m_session.IsLost());
+  EXPECT_FALSE(m_session.Watch(false));
+  EXPECT_EQ(nAsked, 1) << "something waited for the user's answer";
+  EXPECT_EQ(GetLastError().rfind("The camera is lost.", 0), 0U);
+  EXPECT_FALSE(m_session.Watch(true));
+  EXPECT_EQ(nAsked, 2);
+  bAnswers = true;
+  EXPECT_FALSE(m_session.Watch(true));
+  EXPECT_EQ(nAsked, 2) << "it was asked just now";
+  EXPECT_EQ(m_spyClosing.size(), 1) << "by opening only: a lost camera stays until it answers";
+}
+
+TEST_F(CameraSession, ALostCameraThatAnswersAtOnceStreamsAgain)
+{
+  auto pLost = std::make_shared<std::atomic<bool>>(false);
+  CCameraSession::SSetup stSetup = MakeSetup();
+  stSetup.fnOpenCamera = [&]() -> ffc::Result<std::unique_ptr<ICamera>> {
+    CFaultyCamera::SFaults stFaults;
+    stFaults.pLost = pLost = std::make_shared<std::atomic<bool>>(false);
+    return std::make_unique<CFaultyCamera>("Mono8", stFaults);
+  };
+  ASSERT_TRUE(m_session.Open(stSetup).IsOk());
+  *pLost = true;
+  EXPECT_FALSE(m_session.Watch(true));
+  EXPECT_FALSE(m_session.IsLost());
+  EXPECT_TRUE(IsStreaming());
+  EXPECT_EQ(m_spyOpened.size(), 2);
+  EXPECT_EQ(GetLastError(), "");
+}
+
+TEST_F(CameraSession, ACameraWithoutUserSetsHasNoSettingsToRestoreAndStreamsOn)
+{
+  ASSERT_TRUE(m_session.Open(MakeSetup()).IsOk());
+  EXPECT_EQ(m_session.RestoreSettings().GetError(), "this camera has no user set \"UserSet0\"");
+  EXPECT_TRUE(IsStreaming());
+}
