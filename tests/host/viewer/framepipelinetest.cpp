@@ -185,7 +185,7 @@ TEST_F(FramePipeline, TheObserverSeesEveryFrame)
   EXPECT_EQ(nSeen, 2);
 }
 
-TEST(FramePipeline, NoTimeSpentIsNoThroughput)
+TEST(Throughput, NoTimeSpentIsNone)
 {
   EXPECT_EQ(SThroughput().GetFramesPerSecond(), 0);
   EXPECT_EQ(SThroughput().GetMegapixelsPerSecond(), 0);

@@ -25,7 +25,7 @@ using Message = QPair<QString, QString>;
 /// The class whose member function the place lies in, as the toolkit knows it.
 QString FindClass(const QString &strSource, int nPlace)
 {
-  const QRegularExpression definition(R"-(^\S.*?\b(C[A-Z]\w*)::~?\w+\()-", QRegularExpression::MultilineOption);
+  const QRegularExpression definition(R"-(^(?=\S).*?\b(C[A-Z]\w*)::~?\w+\()-", QRegularExpression::MultilineOption);
   QString strClass;
   for (QRegularExpressionMatchIterator it = definition.globalMatch(strSource); it.hasNext();) {
     const QRegularExpressionMatch match = it.next();
