@@ -13,7 +13,7 @@ constexpr int64_t SOURCE_SOFTWARE = 0;
 void AddFormatEntries(CSoftwareEnumeration &node, const std::vector<SSensorFormat> &listFormats)
 {
   for (const SSensorFormat &stFormat : listFormats) {
-    node.Entry(stFormat.strName, stFormat.nCode);
+    node.Entry(stFormat.pName, stFormat.nCode);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QTextCodec>
 
+#include "genapi/pfnc.h"
 #include "platform/event.h"
 #include "platform/moduleversion.h"
 #include "pluginobject/featureaccess.h"
@@ -30,7 +31,7 @@ QString AppendDeviceName(const QString &strDeviceName)
 // format's code says that a pixel takes 16 bits.
 bool HasAllPixels(const PLUGIN_IMAGE_INFO &stImage)
 {
-  const bool bWords = (static_cast<uint32_t>(stImage.nPixelFormat) >> 16 & 0xFFU) == 16;
+  const bool bWords = ffc::genapi::GetBitsPerPixel(static_cast<uint32_t>(stImage.nPixelFormat)) == 16;
   const int64_t nPixels = std::max<int64_t>(stImage.nWidth, 0) * std::max<int64_t>(stImage.nHeight, 0);
   return nPixels * (bWords ? 2 : 1) <= std::max(stImage.nPayloadSize, 0);
 }

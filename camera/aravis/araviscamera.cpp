@@ -35,7 +35,7 @@ void ReleaseLink(void *pLink, GClosure *)
 /// Bytes of a pixel; 0 for formats that are packed.
 uint32_t GetPixelSize(uint32_t nPixelFormat)
 {
-  const uint32_t nBits = nPixelFormat >> 16U & 0xFFU; // where PFNC codes have it
+  const uint32_t nBits = ffc::genapi::GetBitsPerPixel(nPixelFormat);
   return nBits % 8 == 0 ? nBits / 8 : 0;
 }
 
@@ -221,15 +221,15 @@ bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)
 
 bool CAravisCamera::Unpack(SCameraFrame *pstFrame)
 {
-  const SPackedFormat *pFormat = FindPackedFormat(pstFrame->nPixelFormat);
+  const ffc::genapi::SPixelFormat *pFormat = FindPackedFormat(pstFrame->nPixelFormat);
   const std::size_t nSamples = std::size_t{pstFrame->nWidth} * pstFrame->nHeight;
-  if (pFormat == nullptr || nSamples > INT32_MAX / 2 || pFormat->GetPackedSize(nSamples) > pstFrame->nSize) {
+  if (pFormat == nullptr || nSamples > INT32_MAX / 2 || GetPackedSize(*pFormat, nSamples) > pstFrame->nSize) {
     return false;
   }
   m_listSamples.resize(nSamples);
   UnpackSamples(*pFormat, static_cast<const uint8_t *>(pstFrame->pBuffer), nSamples, m_listSamples.data());
   pstFrame->pBuffer = m_listSamples.data();
   pstFrame->nSize = static_cast<uint32_t>(nSamples * 2);
-  pstFrame->nPixelFormat = pFormat->nUnpackedCode;
+  pstFrame->nPixelFormat = ffc::genapi::FindUnpackedFormat(*pFormat)->nCode;
   return true;
 }

@@ -21,10 +21,10 @@ SCameraDescription Describe(const SReplayCameraOptions &stOptions, const ffc::fr
   const SSensorFormat &stFormat = *FindFormat(stOptions.strPixelFormat, stLayout.nBytesPerSample);
   SCameraDescription stDescription;
   stDescription.strVendor = "Replay";
-  stDescription.strModel = stFormat.strName;
+  stDescription.strModel = stFormat.pName;
   stDescription.strSerial = QDir(QString::fromStdString(stOptions.strFolder)).dirName().toStdString();
   stDescription.listFormats = {stFormat};
-  stDescription.strPixelFormat = stFormat.strName;
+  stDescription.strPixelFormat = stFormat.pName;
   stDescription.nSensorWidth = stLayout.nWidth;
   stDescription.nSensorHeight = stLayout.nHeight;
   stDescription.dFrameRate = stOptions.dFrameRate;
@@ -42,7 +42,7 @@ ffc::Result<ffc::frames::SRecordedFrames> Load(const SReplayCameraOptions &stOpt
                         "\".");
   }
   return ffc::frames::LoadRecordedFrames(stOptions.strFolder,
-                                         ffc::frames::SSampleFormat{pFormat->strName, pFormat->nBitDepth});
+                                         ffc::frames::SSampleFormat{pFormat->pName, pFormat->nBitDepth});
 }
 
 } // namespace

@@ -37,7 +37,7 @@ CSelfCorrection::CSelfCorrection(const SCameraDescription &stDescription, const 
   if (stOptions.eMode == ECorrectionMode::FlatField) {
     m_sensor.emplace(deviceMap);
   }
-  deviceMap.Find<CSoftwareEnumeration>("PixelFormat")->Select(stDescription.listFormats.front().strName);
+  deviceMap.Find<CSoftwareEnumeration>("PixelFormat")->Select(stDescription.listFormats.front().pName);
   m_userSets.emplace(deviceMap, m_flash, ListSettings(deviceMap, pWhiteBalance));
 }
 

@@ -125,7 +125,7 @@ Result<> CWorkflowSession::ReadFormat()
     return format.GetFailure();
   }
   m_stFormat = format.GetValue();
-  m_stReport.strPixelFormat = QString::fromStdString(m_stFormat.pFormat->strName);
+  m_stReport.strPixelFormat = QString::fromLatin1(m_stFormat.pFormat->pName);
   m_stReport.nWidth = m_stFormat.nWidth;
   m_stReport.nHeight = m_stFormat.nHeight;
   return {};

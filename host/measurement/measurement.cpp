@@ -204,7 +204,7 @@ void CMeasurement::DescribeStream(quality::SResult &stResult) const
   GenApi::INodeMap &nodeMap = *m_viewer.GetCamera().GetDeviceNodeMap();
   quality::SReport &stReport = stResult.stReport;
   stReport.strCamera = QString::fromStdString(m_viewer.GetCamera().GetDisplayName());
-  stReport.strPixelFormat = QString::fromStdString(m_stFormat.pFormat->strName);
+  stReport.strPixelFormat = QString::fromLatin1(m_stFormat.pFormat->pName);
   stReport.nWidth = m_stFormat.nWidth;
   stReport.nHeight = m_stFormat.nHeight;
   const std::string strMode = ReadFeature(nodeMap, "ShadingCorrectionMode");

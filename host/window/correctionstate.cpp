@@ -25,7 +25,7 @@ QString SFrameShape::GetText() const
 {
   const SSensorFormat *pFormat = FindSensorFormat(nPixelFormat);
   const QString strFormat = pFormat == nullptr ? QStringLiteral("0x%1").arg(nPixelFormat, 8, 16, QLatin1Char('0'))
-                                               : QString::fromStdString(pFormat->strName);
+                                               : QString::fromLatin1(pFormat->pName);
   return QStringLiteral("%1 x %2 %3").arg(nWidth).arg(nHeight).arg(strFormat);
 }
 

@@ -109,12 +109,12 @@ TEST(SimulatedCamera, RegionsStayOnTheSensor)
 TEST(SimulatedCamera, PayloadAndOutputFollowTheFormat)
 {
   for (const SSensorFormat &stFormat : GetSensorFormats()) {
-    CCameraBench bench(SmallOptions(stFormat.strName));
+    CCameraBench bench(SmallOptions(stFormat.pName));
     const std::string strPayload = std::to_string(64 * 48 * (stFormat.nBitDepth == 8 ? 1 : 2));
-    EXPECT_EQ(bench.Get("PixelFormat"), stFormat.strName);
+    EXPECT_EQ(bench.Get("PixelFormat"), stFormat.pName);
     EXPECT_EQ(bench.Device<GenApi::IEnumeration>("PixelFormat").GetIntValue(), stFormat.nCode);
     EXPECT_EQ(bench.Get("PayloadSize"), strPayload);
-    EXPECT_EQ(bench.GetOutput("OutPixelFormat"), stFormat.strName);
+    EXPECT_EQ(bench.GetOutput("OutPixelFormat"), stFormat.pName);
     EXPECT_EQ(bench.GetOutput("OutputPayloadSize"), strPayload);
     bench.Set("Height", "20");
     EXPECT_EQ(bench.GetOutput("OutputWidth"), "64");

@@ -85,7 +85,7 @@ public:
     if (!stFrame.IsHeld()) {
       return;
     }
-    const std::size_t nBytes = stFrame.CountPixels() * ((nFormat >> 16U & 0xFFU) > 8 ? 2 : 1);
+    const std::size_t nBytes = stFrame.CountPixels() * (ffc::genapi::GetBitsPerPixel(nFormat) > 8 ? 2 : 1);
     const CExactBuffer source = m_input.TakeBuffer(nBytes);
     CExactBuffer destination(nBytes);
     const int32_t nStatus =

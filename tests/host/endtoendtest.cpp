@@ -128,7 +128,7 @@ INSTANTIATE_TEST_SUITE_P(AllFormats, EveryMosaic, testing::ValuesIn([] {
                            std::vector<std::string> listNames;
                            for (const SSensorFormat &stFormat : GetSensorFormats()) {
                              if (stFormat.eLayout != EColorLayout::Mono) {
-                               listNames.push_back(stFormat.strName);
+                               listNames.push_back(stFormat.pName);
                              }
                            }
                            return listNames;

@@ -1,7 +1,8 @@
 #include "tests/support/testcamera.h"
 
 #include <cstring>
-#include <map>
+
+#include "genapi/pfnc.h"
 
 namespace {
 
@@ -9,36 +10,27 @@ constexpr int64_t BALANCE_OFF = 0;
 constexpr int64_t BALANCE_ONCE = 1;
 constexpr int64_t BALANCE_CONTINUOUS = 2;
 
-// Formats by layout, in the order in which a camera lists them.
-const std::map<std::string, std::vector<std::pair<const char *, int64_t>>> &GetFormats()
-{
-  static const std::map<std::string, std::vector<std::pair<const char *, int64_t>>> MAP_FORMATS = {
-    {"Mono", {{"8", 0x01080001}, {"10", 0x01100003}, {"12", 0x01100005}, {"14", 0x01100025}, {"16", 0x01100007}}},
-    {"BayerGR", {{"8", 0x01080008}, {"10", 0x0110000C}, {"12", 0x01100010}, {"16", 0x0110002E}}},
-    {"BayerRG", {{"8", 0x01080009}, {"10", 0x0110000D}, {"12", 0x01100011}, {"16", 0x0110002F}}},
-    {"BayerGB", {{"8", 0x0108000A}, {"10", 0x0110000E}, {"12", 0x01100012}, {"16", 0x01100030}}},
-    {"BayerBG", {{"8", 0x0108000B}, {"10", 0x0110000F}, {"12", 0x01100013}, {"16", 0x01100031}}},
-  };
-  return MAP_FORMATS;
-}
-
 // "BayerRG" of "BayerRG12".
 std::string GetLayout(const std::string &strPixelFormat)
 {
   return strPixelFormat.substr(0, strPixelFormat.find_first_of("0123456789"));
 }
 
+// The formats of a layout that are not packed, in the order in which a camera lists them; no Bayer format of 14 bits,
+// which a correction in the host takes for 8.
 void AddFormatEntries(CSoftwareEnumeration &node, const std::string &strLayout)
 {
-  for (const auto &[pDepth, nCode] : GetFormats().at(strLayout)) {
-    node.Entry(strLayout + pDepth, nCode);
+  for (const char *pDepth : {"8", "10", "12", "14", "16"}) {
+    const auto *pFormat = ffc::genapi::FindPixelFormat(strLayout + pDepth);
+    if (!pFormat->IsBayer() || pFormat->nBitDepth != 14) {
+      node.Entry(pFormat->pName, pFormat->nCode);
+    }
   }
 }
 
-// Bits that one pixel takes, as every PFNC code tells.
 int64_t GetBitsPerPixel(int64_t nPixelFormat)
 {
-  return (nPixelFormat >> 16) & 0xFF;
+  return ffc::genapi::GetBitsPerPixel(static_cast<uint32_t>(nPixelFormat));
 }
 
 } // namespace
@@ -163,8 +155,8 @@ void CTestCamera::AddOutput()
 {
   auto &outputFormat = m_outputMap.AddEnumeration("OutPixelFormat");
   outputFormat.OnRead([this] { return m_pPixelFormat->Peek(); });
-  for (const auto &stLayout : GetFormats()) {
-    AddFormatEntries(outputFormat, stLayout.first);
+  for (const char *pLayout : {"BayerBG", "BayerGB", "BayerGR", "BayerRG", "Mono"}) {
+    AddFormatEntries(outputFormat, pLayout);
   }
   m_outputMap.AddInteger("OutputPayloadSize").OnRead([this] { return int64_t{GetPayloadSize()}; });
   m_outputMap.AddInteger("OutputWidth").OnRead([this] { return m_pWidth->Peek(); });

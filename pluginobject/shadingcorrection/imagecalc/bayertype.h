@@ -4,14 +4,14 @@
 
 #include <cstdint>
 
-/// The name tells the colours of a cell's top row.
-enum EBayerType : int32_t {
-  BAYER_TYPE_MONO = 0,
-  BAYER_TYPE_RG = 1, ///< R G / G B
-  BAYER_TYPE_GB = 2, ///< G B / R G
-  BAYER_TYPE_GR = 3, ///< G R / B G
-  BAYER_TYPE_BG = 4, ///< B G / G R
-};
+#include "genapi/pfnc.h"
+
+/// Colour layouts as numbers, which callers hand over. The name tells the colours of a cell's top row.
+constexpr int32_t BAYER_TYPE_MONO = static_cast<int32_t>(ffc::genapi::EColorLayout::Mono);
+constexpr int32_t BAYER_TYPE_RG = static_cast<int32_t>(ffc::genapi::EColorLayout::BayerRG); ///< R G / G B
+constexpr int32_t BAYER_TYPE_GB = static_cast<int32_t>(ffc::genapi::EColorLayout::BayerGB); ///< G B / R G
+constexpr int32_t BAYER_TYPE_GR = static_cast<int32_t>(ffc::genapi::EColorLayout::BayerGR); ///< G R / B G
+constexpr int32_t BAYER_TYPE_BG = static_cast<int32_t>(ffc::genapi::EColorLayout::BayerBG); ///< B G / G R
 
 /// Places of a 2x2 cell, row by row.
 enum EBayerPlace : uint32_t {

@@ -13,7 +13,7 @@ struct BLOCK_PARAM {
   int32_t nHeight = 0;
   int32_t nBlockWidth = 0;
   int32_t nBlockHeight = 0;
-  /// EBayerType. Any other value counts as Bayer where sizes are concerned, but has no colours: its block
+  /// One of BAYER_TYPE_*. Any other value counts as Bayer where sizes are concerned, but has no colours: its block
   /// means are zero.
   int32_t nBayerType = BAYER_TYPE_MONO;
 };

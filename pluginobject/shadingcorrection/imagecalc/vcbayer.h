@@ -13,7 +13,7 @@ class CVCBayer : public IVignettingCorrection {
 public:
   /// Of R G / G B cells.
   CVCBayer() noexcept;
-  /// \param nBayerType an EBayerType from 1 to 4; with any other there are no means, and all gains are zero
+  /// \param nBayerType 1 to 4, as in bayertype.h; with any other there are no means, and all gains are zero
   explicit CVCBayer(uint32_t nBayerType) noexcept;
   ~CVCBayer() override;
 

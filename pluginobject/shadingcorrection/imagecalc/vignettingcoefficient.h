@@ -8,7 +8,7 @@
 #include <cstdint>
 
 /// The size of a gain table.
-/// \param nBayerType an EBayerType
+/// \param nBayerType one of BAYER_TYPE_*
 /// \param pnSize out: bytes
 /// \return -101 for a missing output; -105 for a Bayer type outside 0 to 4; -101 for an odd image side, a block
 ///         larger than the image, a block side below 2 or that is no power of two, or a size beyond 63 bits

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "genapi/pfnc.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
@@ -25,8 +26,7 @@ constexpr double MIN_CONTRAST = 80.0;
 // Whatever the camera delivers is read as one byte per pixel.
 SFrameFormat ReadAsEightBit(SFrameFormat stFormat)
 {
-  constexpr uint32_t MONO8 = 0x01080001;
-  stFormat.nPixelFormat = MONO8;
+  stFormat.nPixelFormat = ffc::genapi::GetPixelFormatCode("Mono8");
   return stFormat;
 }
 

@@ -8,8 +8,8 @@ namespace {
 
 std::vector<uint16_t> Unpack(uint32_t nCode, const std::vector<uint8_t> &listPacked, std::size_t nSamples)
 {
-  const SPackedFormat *pFormat = FindPackedFormat(nCode);
-  EXPECT_EQ(pFormat->GetPackedSize(nSamples), listPacked.size());
+  const ffc::genapi::SPixelFormat *pFormat = FindPackedFormat(nCode);
+  EXPECT_EQ(GetPackedSize(*pFormat, nSamples), listPacked.size());
   std::vector<uint16_t> listSamples(nSamples);
   UnpackSamples(*pFormat, listPacked.data(), nSamples, listSamples.data());
   return listSamples;
@@ -32,12 +32,16 @@ TEST(FrameUnpacker, TheStreamLayoutStartsWithTheLeastSignificantBit)
   EXPECT_EQ(Unpack(0x010C0047, {0xFF, 0xFF, 0x00, 0x01, 0x00}, 3), (std::vector<uint16_t>{0xFFF, 0x00F, 0x001}));
 }
 
-TEST(FrameUnpacker, EachPackedFormatHasItsUnpackedTwin)
+TEST(FrameUnpacker, EveryPackedFormatOf10And12BitsIsUnpackedAndNoOther)
 {
-  EXPECT_EQ(FindPackedFormat(0x010C002B)->nUnpackedCode, 0x01100011U) << "BayerRG12Packed";
-  EXPECT_EQ(FindPackedFormat(0x010C0059)->nUnpackedCode, 0x01100011U) << "BayerRG12p";
-  EXPECT_EQ(FindPackedFormat(0x010A0052)->nUnpackedCode, 0x0110000FU) << "BayerBG10p";
-  EXPECT_EQ(FindPackedFormat(0x01100005), nullptr) << "Mono12 is not packed";
+  std::size_t nFound = 0;
+  for (const ffc::genapi::SPixelFormat &stFormat : ffc::genapi::PIXEL_FORMATS) {
+    const bool bPacked = stFormat.ePacking != ffc::genapi::EPacking::None && stFormat.nBitDepth != 14;
+    EXPECT_EQ(FindPackedFormat(stFormat.nCode), bPacked ? &stFormat : nullptr) << stFormat.pName;
+    nFound += bPacked ? 1U : 0U;
+  }
+  EXPECT_EQ(nFound, 20U);
+  EXPECT_EQ(FindPackedFormat(0), nullptr);
 }
 
 TEST(FrameQueue, TheHandlingModeSaysHowManyFramesWait)

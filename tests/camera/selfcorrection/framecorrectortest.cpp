@@ -93,8 +93,8 @@ TEST(FrameCorrector, FlatFieldFollowsTheFormulaInEveryFormatAndGrid)
 {
   for (const SSensorFormat &stFormat : GetSensorFormats()) {
     for (const auto &[nWidth, nHeight] : FLAT_SIZES) {
-      ExpectFormula(ECorrectionMode::FlatField, stFormat.strName, nWidth, nHeight, 32, 128.0);
-      ExpectFormula(ECorrectionMode::FlatField, stFormat.strName, nWidth, nHeight, 16, 97.0);
+      ExpectFormula(ECorrectionMode::FlatField, stFormat.pName, nWidth, nHeight, 32, 128.0);
+      ExpectFormula(ECorrectionMode::FlatField, stFormat.pName, nWidth, nHeight, 16, 97.0);
     }
   }
 }
@@ -102,10 +102,10 @@ TEST(FrameCorrector, FlatFieldFollowsTheFormulaInEveryFormatAndGrid)
 TEST(FrameCorrector, VignettingFollowsTheFormulaInEveryFormatAndGrid)
 {
   for (const SSensorFormat &stFormat : GetSensorFormats()) {
-    ExpectFormula(ECorrectionMode::Vignetting, stFormat.strName, 256, 192, 64, 255.0); // even counts of points
-    ExpectFormula(ECorrectionMode::Vignetting, stFormat.strName, 192, 224, 64, 255.0); // odd ones, half a block left
-    ExpectFormula(ECorrectionMode::Vignetting, stFormat.strName, 300, 130, 128, 255.0);
-    ExpectFormula(ECorrectionMode::Vignetting, stFormat.strName, 330, 200, 128, 255.0);
+    ExpectFormula(ECorrectionMode::Vignetting, stFormat.pName, 256, 192, 64, 255.0); // even counts of points
+    ExpectFormula(ECorrectionMode::Vignetting, stFormat.pName, 192, 224, 64, 255.0); // odd ones, half a block left
+    ExpectFormula(ECorrectionMode::Vignetting, stFormat.pName, 300, 130, 128, 255.0);
+    ExpectFormula(ECorrectionMode::Vignetting, stFormat.pName, 330, 200, 128, 255.0);
   }
 }
 

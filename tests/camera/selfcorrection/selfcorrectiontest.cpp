@@ -114,17 +114,17 @@ TEST(SelfCorrection, ACameraWithoutOneHasNoneOfItsFeatures)
 TEST(SelfCorrection, FlatFieldOffersEveryFormatOfTheSensorAndVignettingThreeDepths)
 {
   for (const SSensorFormat &stFormat : GetSensorFormats()) {
-    CCameraBench flat(SmallOptions(stFormat.strName, ECorrectionMode::FlatField));
-    EXPECT_EQ(flat.Get("PixelFormat"), stFormat.strName);
+    CCameraBench flat(SmallOptions(stFormat.pName, ECorrectionMode::FlatField));
+    EXPECT_EQ(flat.Get("PixelFormat"), stFormat.pName);
     EXPECT_EQ(flat.GetEntries("PixelFormat").size(), GetSensorFormats(stFormat.eLayout).size());
-    const auto stOptions = SmallOptions(stFormat.strName, ECorrectionMode::Vignetting);
+    const auto stOptions = SmallOptions(stFormat.pName, ECorrectionMode::Vignetting);
     if (stFormat.nBitDepth <= 12) {
       CCameraBench vignetting(stOptions);
-      EXPECT_EQ(vignetting.Get("PixelFormat"), stFormat.strName);
+      EXPECT_EQ(vignetting.Get("PixelFormat"), stFormat.pName);
       EXPECT_EQ(vignetting.GetEntries("PixelFormat").size(), 3U);
     } else {
       const std::string strError = GetCreationError(stOptions);
-      EXPECT_NE(strError.find(stFormat.strName), std::string::npos) << strError;
+      EXPECT_NE(strError.find(stFormat.pName), std::string::npos) << strError;
       EXPECT_NE(strError.find("vignetting"), std::string::npos) << strError;
     }
   }

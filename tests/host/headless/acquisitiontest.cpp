@@ -40,7 +40,7 @@ protected:
   {
     std::map<std::string, int> mapFrames;
     m_pViewer->GetPipeline().Request(MANY_FRAMES, CFramePipeline::EWanted::Any, [&](const SProcessedFrame &stFrame) {
-      ++mapFrames[FindSensorFormat(stFrame.pRaw->nPixelFormat)->strName];
+      ++mapFrames[FindSensorFormat(stFrame.pRaw->nPixelFormat)->pName];
     });
     const SDialogAnswer stAnswer = fnAcquire();
     EXPECT_EQ(stAnswer.strBox.toStdString(), "");

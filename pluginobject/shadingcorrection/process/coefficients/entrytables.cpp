@@ -1,5 +1,7 @@
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 
+#include "genapi/pfnc.h"
+
 namespace {
 
 template <typename TValue>
@@ -21,13 +23,6 @@ constexpr SEntry<SCorrectionBlock> FLAT_FIELD_BLOCKS[] = {
 constexpr SEntry<SCorrectionBlock> VIGNETTING_BLOCKS[] = {
   {"BlockSize_16384", {128, 128, 3}},
   {"BlockSize_4096", {64, 64, 2}},
-};
-
-constexpr SEntry<int32_t> BAYER_TYPES[] = {
-  {"BayerRG", 1},
-  {"BayerGB", 2},
-  {"BayerGR", 3},
-  {"BayerBG", 4},
 };
 
 // First match wins; anything else leaves the value.
@@ -71,7 +66,5 @@ void ApplyVignettingBlockEntry(const std::string &strEntry, SCorrectionBlock &st
 
 int32_t GetBayerType(const std::string &strPixelColorFilter)
 {
-  int32_t nBayerType = 0;
-  ApplyEntry(BAYER_TYPES, strPixelColorFilter, nBayerType);
-  return nBayerType;
+  return static_cast<int32_t>(ffc::genapi::GetColorLayout(strPixelColorFilter));
 }

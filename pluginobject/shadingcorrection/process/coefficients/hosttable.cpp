@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "genapi/pfnc.h"
 #include "ombrix/ombrix.h"
 #include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
@@ -13,22 +14,16 @@ namespace {
 constexpr uint64_t GAIN_BYTES = 2;
 constexpr uint64_t GAIN_AND_DARK_BYTES = 4;
 
-// Depth of a delivered frame: unpacked formats only, since the host unpacks the others.
+// Depth of a delivered frame: unpacked formats only, since the host unpacks the others. What is not known here, a
+// Bayer format of 14 bits too, counts as 8.
 int32_t GetDeliveredBitDepth(uint32_t nPixelFormat)
 {
-  if (nPixelFormat == 0x01100003 || (nPixelFormat >= 0x0110000C && nPixelFormat <= 0x0110000F)) {
-    return 10;
+  const ffc::genapi::SPixelFormat *pFormat = ffc::genapi::FindPixelFormat(nPixelFormat);
+  if (pFormat == nullptr || pFormat->ePacking != ffc::genapi::EPacking::None ||
+      (pFormat->IsBayer() && pFormat->nBitDepth == 14)) {
+    return 8;
   }
-  if (nPixelFormat == 0x01100005 || (nPixelFormat >= 0x01100010 && nPixelFormat <= 0x01100013)) {
-    return 12;
-  }
-  if (nPixelFormat == 0x01100025) {
-    return 14;
-  }
-  if (nPixelFormat == 0x01100007 || (nPixelFormat >= 0x0110002E && nPixelFormat <= 0x01100031)) {
-    return 16;
-  }
-  return 8;
+  return static_cast<int32_t>(pFormat->nBitDepth);
 }
 
 // shared_ptr's own allocation is the one that throws.

@@ -43,8 +43,8 @@ uint32_t Read(ArvFakeCamera &camera, uint32_t nAddress)
 /// The format of the samples before they are packed.
 const SSensorFormat &GetSampleFormat(uint32_t nPixelFormat)
 {
-  const SPackedFormat *pPacked = FindPackedFormat(nPixelFormat);
-  return *FindSensorFormat(pPacked == nullptr ? nPixelFormat : pPacked->nUnpackedCode);
+  const ffc::genapi::SPixelFormat *pPacked = FindPackedFormat(nPixelFormat);
+  return *FindSensorFormat(pPacked == nullptr ? nPixelFormat : ffc::genapi::FindUnpackedFormat(*pPacked)->nCode);
 }
 
 /// Two samples of 12 bits in three bytes, their low bits in the middle one.
