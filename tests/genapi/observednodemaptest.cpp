@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include "genapi/softwarenodemap/accessrecorder.h"
-#include "genapi/softwarenodemap/failnthaccess.h"
 #include "genapi/softwarenodemap/observednodemap.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
+#include "tests/support/accessrecorder.h"
+#include "tests/support/failnthaccess.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include <GenApi/GenApi.h>
 
-#include "genapi/softwarenodemap/failnthaccess.h"
 #include "genapi/softwarenodemap/observednodemap.h"
+#include "tests/support/failnthaccess.h"
 #include "tests/support/refusals.h"
 
 /// Counts the accesses of all maps that it is given to, and fails some of them. On one thread.

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "genapi/softwarenodemap/failnthaccess.h"
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
+#include "tests/support/failnthaccess.h"
 
 /// An access that belongs to the n-th look-up of a feature, counted from 0.
 struct SFeatureAccess {

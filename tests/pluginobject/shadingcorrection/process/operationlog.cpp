@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "genapi/softwarenodemap/accessrecorder.h"
+#include "tests/support/accessrecorder.h"
 
 Log Join(const std::vector<Log> &listParts)
 {

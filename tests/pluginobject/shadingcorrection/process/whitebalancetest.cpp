@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "genapi/softwarenodemap/accessrecorder.h"
 #include "genapi/softwarenodemap/observednodemap.h"
+#include "tests/support/accessrecorder.h"
 #include "tests/support/refusals.h"
 #include "tests/support/testcamera.h"
 

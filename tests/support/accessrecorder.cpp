@@ -1,4 +1,4 @@
-#include "genapi/softwarenodemap/accessrecorder.h"
+#include "tests/support/accessrecorder.h"
 
 #include <map>
 

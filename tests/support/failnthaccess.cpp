@@ -1,4 +1,4 @@
-#include "genapi/softwarenodemap/failnthaccess.h"
+#include "tests/support/failnthaccess.h"
 
 #include <new>
 
