@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr int64_t MIN_REGION = 16; ///< pixels
@@ -10,7 +12,7 @@ constexpr int64_t TRIGGER_OFF = 0;
 constexpr int64_t TRIGGER_ON = 1;
 constexpr int64_t SOURCE_SOFTWARE = 0;
 
-void AddFormatEntries(CSoftwareEnumeration &node, const std::vector<SSensorFormat> &listFormats)
+void AddFormatEntries(genapi::CSoftwareEnumeration &node, const std::vector<SSensorFormat> &listFormats)
 {
   for (const SSensorFormat &stFormat : listFormats) {
     node.Entry(stFormat.pName, stFormat.nCode);
@@ -74,9 +76,9 @@ void CCameraFeatures::AddIdentity(const SCameraDescription &stDescription)
 void CCameraFeatures::AddGeometry(const SCameraDescription &stDescription)
 {
   const auto fnAddAxis = [&](const char *pSizeName, const char *pOffsetName, int64_t nSensorSize,
-                             CSoftwareInteger **ppSize, CSoftwareInteger **ppOffset) {
-    CSoftwareInteger &size = m_deviceMap.AddInteger(pSizeName, nSensorSize).LockedWhile(*m_pLocked).Strict();
-    CSoftwareInteger &offset = m_deviceMap.AddInteger(pOffsetName).LockedWhile(*m_pLocked).Strict();
+                             genapi::CSoftwareInteger **ppSize, genapi::CSoftwareInteger **ppOffset) {
+    genapi::CSoftwareInteger &size = m_deviceMap.AddInteger(pSizeName, nSensorSize).LockedWhile(*m_pLocked).Strict();
+    genapi::CSoftwareInteger &offset = m_deviceMap.AddInteger(pOffsetName).LockedWhile(*m_pLocked).Strict();
     if (stDescription.bRegionOfInterest) {
       size.Range(MIN_REGION, [nSensorSize, &offset] { return nSensorSize - offset.Peek(); }).Increment(REGION_STEP);
       offset.Range(0, [nSensorSize, &size] { return nSensorSize - size.Peek(); }).Increment(REGION_STEP);
@@ -158,3 +160,5 @@ bool CCameraFeatures::IsSoftwareTriggered() const
 {
   return m_pTriggerMode->Peek() == TRIGGER_ON && m_pTriggerSource->Peek() == SOURCE_SOFTWARE;
 }
+
+} // namespace ffc::camera

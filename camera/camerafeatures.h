@@ -12,6 +12,8 @@
 #include "camera/framestreamer.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::camera {
+
 constexpr double MIN_FRAME_RATE = 0.1; ///< frames per second
 constexpr double MAX_FRAME_RATE = 10000.0;
 
@@ -39,9 +41,9 @@ class CCameraFeatures {
 public:
   explicit CCameraFeatures(const SCameraDescription &stDescription);
 
-  CSoftwareNodeMap &GetOutputMap() { return m_outputMap; }
-  CSoftwareNodeMap &GetStreamMap() { return m_streamMap; }
-  CSoftwareNodeMap &GetDeviceMap() { return m_deviceMap; }
+  genapi::CSoftwareNodeMap &GetOutputMap() { return m_outputMap; }
+  genapi::CSoftwareNodeMap &GetStreamMap() { return m_streamMap; }
+  genapi::CSoftwareNodeMap &GetDeviceMap() { return m_deviceMap; }
 
   /// Called, with the device map locked, when a frame is triggered by software and when the timing of
   /// the stream changes. Set before the maps are handed out.
@@ -66,22 +68,24 @@ private:
   void AddOutputMap(const SCameraDescription &stDescription);
   bool IsSoftwareTriggered() const;
 
-  CSoftwareNodeMap m_deviceMap;
-  CSoftwareNodeMap m_streamMap;
-  CSoftwareNodeMap m_outputMap; ///< its nodes ask the device map, never the other way round
+  genapi::CSoftwareNodeMap m_deviceMap;
+  genapi::CSoftwareNodeMap m_streamMap;
+  genapi::CSoftwareNodeMap m_outputMap; ///< its nodes ask the device map, never the other way round
 
-  CSoftwareInteger *m_pLocked = nullptr;
-  CSoftwareInteger *m_pWidth = nullptr;
-  CSoftwareInteger *m_pHeight = nullptr;
-  CSoftwareInteger *m_pOffsetX = nullptr;
-  CSoftwareInteger *m_pOffsetY = nullptr;
-  CSoftwareEnumeration *m_pPixelFormat = nullptr;
-  CSoftwareFloat *m_pExposureTime = nullptr;
-  CSoftwareFloat *m_pGain = nullptr;
-  CSoftwareFloat *m_pBlackLevel = nullptr;
-  CSoftwareFloat *m_pFrameRate = nullptr;
-  CSoftwareEnumeration *m_pTriggerMode = nullptr;
-  CSoftwareEnumeration *m_pTriggerSource = nullptr;
+  genapi::CSoftwareInteger *m_pLocked = nullptr;
+  genapi::CSoftwareInteger *m_pWidth = nullptr;
+  genapi::CSoftwareInteger *m_pHeight = nullptr;
+  genapi::CSoftwareInteger *m_pOffsetX = nullptr;
+  genapi::CSoftwareInteger *m_pOffsetY = nullptr;
+  genapi::CSoftwareEnumeration *m_pPixelFormat = nullptr;
+  genapi::CSoftwareFloat *m_pExposureTime = nullptr;
+  genapi::CSoftwareFloat *m_pGain = nullptr;
+  genapi::CSoftwareFloat *m_pBlackLevel = nullptr;
+  genapi::CSoftwareFloat *m_pFrameRate = nullptr;
+  genapi::CSoftwareEnumeration *m_pTriggerMode = nullptr;
+  genapi::CSoftwareEnumeration *m_pTriggerSource = nullptr;
   std::function<void()> m_fnTrigger;
   std::function<void()> m_fnTimingChanged;
 };
+
+} // namespace ffc::camera

@@ -7,6 +7,8 @@
 
 #include "camera/sensorformat.h"
 
+namespace ffc::camera {
+
 /// One consistent reading of a camera's features, taken once per frame.
 struct SCameraSettings {
   const SSensorFormat *pFormat = nullptr; ///< one of GetSensorFormats()
@@ -32,3 +34,5 @@ struct SCameraSettings {
            bDeadPixelCorrection == stOther.bDeadPixelCorrection;
   }
 };
+
+} // namespace ffc::camera

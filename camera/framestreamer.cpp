@@ -3,6 +3,8 @@
 #include <system_error>
 #include <utility>
 
+namespace ffc::camera {
+
 CFrameStreamer::CFrameStreamer(TimingQuery fnTiming, Delivery fnDeliver)
   : m_fnTiming(std::move(fnTiming)), m_fnDeliver(std::move(fnDeliver))
 {
@@ -103,3 +105,5 @@ bool CFrameStreamer::WaitForTurn(const STiming &stTiming, uint64_t nWakeCount)
   m_tNext = (tNow - m_tNext < stTiming.nPeriod ? m_tNext : tNow) + stTiming.nPeriod;
   return true;
 }
+
+} // namespace ffc::camera

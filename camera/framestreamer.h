@@ -10,6 +10,8 @@
 #include <string>
 #include <thread>
 
+namespace ffc::camera {
+
 /// Calls "deliver" at the camera's rate, or once per trigger, on a thread of its own.
 ///
 /// No lock is held while a callback runs. Start, Stop and IsStreaming belong to one thread, which must
@@ -57,3 +59,5 @@ private:
   uint64_t m_nTriggers = 0;
   uint64_t m_nWakeCount = 0;
 };
+
+} // namespace ffc::camera

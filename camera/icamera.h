@@ -8,6 +8,8 @@
 
 #include <GenApi/GenApi.h>
 
+namespace ffc::camera {
+
 class ICameraLink;
 
 /// One delivered frame. Valid during the callback only.
@@ -77,3 +79,10 @@ public:
   /// Null for a camera that cannot be lost.
   virtual ICameraLink *GetLink() { return nullptr; }
 };
+
+} // namespace ffc::camera
+
+// Until those who use them name the room.
+using ffc::camera::ICamera;
+using ffc::camera::ISceneControl;
+using ffc::camera::SCameraFrame;

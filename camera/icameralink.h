@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace ffc::camera {
+
 /// Tells when a camera is gone. What is lost stays lost: a camera that is back is opened anew.
 class ICameraLink {
 public:
@@ -21,3 +23,8 @@ public:
   /// Frames since the camera was opened that came incomplete, or for which there was no room. From any thread.
   virtual uint64_t GetLostFrameCount() const = 0;
 };
+
+} // namespace ffc::camera
+
+// Until those who use them name the room.
+using ffc::camera::ICameraLink;

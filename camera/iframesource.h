@@ -8,6 +8,8 @@
 #include "camera/camerasettings.h"
 #include "camera/scenestate.h"
 
+namespace ffc::camera {
+
 /// Used on the camera's thread only.
 class IFrameSource {
 public:
@@ -18,3 +20,5 @@ public:
   virtual void Expose(const SCameraSettings &stSettings, const SScene &stScene, uint64_t nFrameId,
                       std::vector<uint8_t> *pFrame) = 0;
 };
+
+} // namespace ffc::camera

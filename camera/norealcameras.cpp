@@ -1,6 +1,8 @@
 // Where the library for real cameras is missing.
 #include "camera/realcameras.h"
 
+namespace ffc::camera {
+
 bool AreRealCamerasSupported()
 {
   return false;
@@ -16,3 +18,5 @@ std::unique_ptr<ICamera> OpenRealCamera(const std::string &, std::string *pstrEr
   *pstrError = "this program was built without support for real cameras";
   return nullptr;
 }
+
+} // namespace ffc::camera

@@ -8,6 +8,8 @@
 
 #include "camera/icamera.h"
 
+namespace ffc::camera {
+
 struct SRealCameraInfo {
   std::string strId;       ///< opens this camera and no other
   std::string strProtocol; ///< "GigEVision" or "USB3Vision"
@@ -30,3 +32,11 @@ std::vector<SRealCameraInfo> ListRealCameras();
 /// \param strId id, IP address or serial number; empty: the first camera there is
 /// \param pstrError why there is none when the result is null
 std::unique_ptr<ICamera> OpenRealCamera(const std::string &strId, std::string *pstrError);
+
+} // namespace ffc::camera
+
+// Until those who use them name the room.
+using ffc::camera::AreRealCamerasSupported;
+using ffc::camera::ListRealCameras;
+using ffc::camera::OpenRealCamera;
+using ffc::camera::SRealCameraInfo;

@@ -7,6 +7,8 @@
 
 #include "camera/icamera.h"
 
+namespace ffc::camera {
+
 /// One moment's scene.
 struct SScene {
   bool bLensCapOn = false;
@@ -42,3 +44,5 @@ private:
   std::atomic<EPurpose> m_ePurpose{EPurpose::Acquisition};
   std::atomic<double> m_dIllumination{1.0};
 };
+
+} // namespace ffc::camera

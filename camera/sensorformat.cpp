@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace ffc::camera {
+
 namespace {
 
 // No Bayer format of 14 bits: a correction in the host takes those for 8.
@@ -16,7 +18,7 @@ std::vector<SSensorFormat> MakeFormats()
 {
   std::vector<SSensorFormat> listFormats;
   std::transform(std::begin(NAMES), std::end(NAMES), std::back_inserter(listFormats),
-                 [](const char *pName) { return *ffc::genapi::FindPixelFormat(std::string_view(pName)); });
+                 [](const char *pName) { return *genapi::FindPixelFormat(std::string_view(pName)); });
   return listFormats;
 }
 
@@ -53,3 +55,5 @@ std::vector<SSensorFormat> GetSensorFormats(EColorLayout eLayout)
                [eLayout](const SSensorFormat &stFormat) { return stFormat.eLayout == eLayout; });
   return listFormats;
 }
+
+} // namespace ffc::camera

@@ -8,13 +8,15 @@
 
 #include "genapi/pfnc.h"
 
-// For the rooms whose names are still global.
-using ffc::genapi::COLOR_COUNT;
-using ffc::genapi::EColor;
-using ffc::genapi::EColorLayout;
-using ffc::genapi::GetLayoutName;
-using ffc::genapi::GetPixelColor;
-using SSensorFormat = ffc::genapi::SPixelFormat;
+namespace ffc::camera {
+
+// What a format is made of, under the names that cameras use.
+using genapi::COLOR_COUNT;
+using genapi::EColor;
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+using genapi::GetPixelColor;
+using SSensorFormat = genapi::SPixelFormat;
 
 /// Mono8, 10, 12, 14, 16 and the four Bayer layouts at 8, 10, 12 and 16 bits; by layout, then by rising bit depth.
 const std::vector<SSensorFormat> &GetSensorFormats();
@@ -23,3 +25,10 @@ const SSensorFormat *FindSensorFormat(std::string_view strName);
 const SSensorFormat *FindSensorFormat(uint32_t nCode);
 /// The formats of a sensor with this layout, by rising bit depth.
 std::vector<SSensorFormat> GetSensorFormats(EColorLayout eLayout);
+
+} // namespace ffc::camera
+
+// Until those who use them name the room.
+using ffc::camera::FindSensorFormat;
+using ffc::camera::GetSensorFormats;
+using ffc::camera::SSensorFormat;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace ffc::camera {
+
 namespace {
 
 bool IsInRange(GenApi::IInteger &node, int64_t nValue)
@@ -24,7 +26,7 @@ void CSettingList::Add(const std::string &strName, SSetting stSetting)
   m_mapSettings[strName] = std::move(stSetting);
 }
 
-void CSettingList::AddNodes(const CSoftwareNodeMap &map)
+void CSettingList::AddNodes(const genapi::CSoftwareNodeMap &map)
 {
   GenApi::NodeList_t listNodes;
   map.GetNodes(listNodes);
@@ -33,13 +35,13 @@ void CSettingList::AddNodes(const CSoftwareNodeMap &map)
     if (m_setExcluded.count(strName) + m_mapSettings.count(strName) > 0 || !GenApi::IsWritable(pNode)) {
       continue;
     }
-    if (auto *pEnumeration = dynamic_cast<CSoftwareEnumeration *>(pNode)) {
+    if (auto *pEnumeration = dynamic_cast<genapi::CSoftwareEnumeration *>(pNode)) {
       AddNode(*pEnumeration,
-              [](CSoftwareEnumeration &node, int64_t nValue) { return node.GetEntry(nValue) != nullptr; });
-    } else if (auto *pInteger = dynamic_cast<CSoftwareInteger *>(pNode)) {
-      AddNode(*pInteger, [](CSoftwareInteger &node, int64_t nValue) { return IsInRange(node, nValue); });
-    } else if (auto *pFloat = dynamic_cast<CSoftwareFloat *>(pNode)) {
-      AddNode(*pFloat, [](CSoftwareFloat &node, double dValue) { return IsInRange(node, dValue); });
+              [](genapi::CSoftwareEnumeration &node, int64_t nValue) { return node.GetEntry(nValue) != nullptr; });
+    } else if (auto *pInteger = dynamic_cast<genapi::CSoftwareInteger *>(pNode)) {
+      AddNode(*pInteger, [](genapi::CSoftwareInteger &node, int64_t nValue) { return IsInRange(node, nValue); });
+    } else if (auto *pFloat = dynamic_cast<genapi::CSoftwareFloat *>(pNode)) {
+      AddNode(*pFloat, [](genapi::CSoftwareFloat &node, double dValue) { return IsInRange(node, dValue); });
     }
   }
 }
@@ -95,3 +97,5 @@ bool CSettingList::AreAcceptable(const SettingSnapshot &mapSnapshot) const
   return std::all_of(mapSnapshot.begin(), mapSnapshot.end(),
                      [this](const auto &entry) { return m_mapSettings.at(entry.first).fnIsAcceptable(entry.second); });
 }
+
+} // namespace ffc::camera

@@ -11,6 +11,8 @@
 
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::camera {
+
 using SettingValue = std::variant<int64_t, double>;
 /// The values of all settings at one moment, by name.
 using SettingSnapshot = std::map<std::string, SettingValue>;
@@ -29,7 +31,7 @@ public:
   /// Keeps a node of that name out.
   void Exclude(const std::string &strName) { m_setExcluded.insert(strName); }
   /// Each number and enumeration that can be written now, except those excluded or added before.
-  void AddNodes(const CSoftwareNodeMap &map);
+  void AddNodes(const genapi::CSoftwareNodeMap &map);
 
   SettingSnapshot Save() const;
   /// \return false when the names, the kinds or the values are not this camera's; then all is as before
@@ -44,3 +46,5 @@ private:
   std::map<std::string, SSetting> m_mapSettings;
   std::set<std::string> m_setExcluded;
 };
+
+} // namespace ffc::camera

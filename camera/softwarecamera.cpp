@@ -3,6 +3,8 @@
 #include <new>
 #include <utility>
 
+namespace ffc::camera {
+
 CSoftwareCamera::CSoftwareCamera(const SCameraDescription &stDescription, std::unique_ptr<IFrameSource> pSource)
   : m_strDisplayName(stDescription.GetDisplayName()), m_features(stDescription),
     m_scene(stDescription.bArrangeableScene), m_pSource(std::move(pSource)),
@@ -89,3 +91,5 @@ void CSoftwareCamera::DeliverFrame()
     m_fnCallback(stFrame);
   }
 }
+
+} // namespace ffc::camera

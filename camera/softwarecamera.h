@@ -15,6 +15,8 @@
 #include "camera/selfcorrection/selfcorrection.h"
 #include "camera/whitebalance.h"
 
+namespace ffc::camera {
+
 /// Joins features, white balance, scene, stream and a source of frames to a camera, and a shading
 /// correction where the camera has one. What the frames show is the source's matter.
 class CSoftwareCamera final : public ICamera {
@@ -54,3 +56,5 @@ private:
   uint64_t m_nFrameId = 0;
   CFrameStreamer m_streamer; ///< last: its thread uses all of the above
 };
+
+} // namespace ffc::camera

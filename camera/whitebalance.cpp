@@ -52,7 +52,7 @@ std::array<double, COLOR_COUNT> MeasureSignal(const SCameraSettings &stSettings,
 
 } // namespace
 
-CWhiteBalance::CWhiteBalance(CSoftwareNodeMap &deviceMap) : m_deviceMap(deviceMap)
+CWhiteBalance::CWhiteBalance(genapi::CSoftwareNodeMap &deviceMap) : m_deviceMap(deviceMap)
 {
   m_pAuto = &deviceMap.AddEnumeration("BalanceWhiteAuto")
                .Entry("Off", AUTO_OFF)

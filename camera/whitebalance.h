@@ -20,7 +20,7 @@ public:
   static constexpr int SETTLING_FRAMES = 3;
 
   /// \param deviceMap must outlive this object
-  explicit CWhiteBalance(CSoftwareNodeMap &deviceMap);
+  explicit CWhiteBalance(genapi::CSoftwareNodeMap &deviceMap);
 
   /// The gain of each colour, by EColor.
   std::array<double, COLOR_COUNT> GetRatios() const;
@@ -36,10 +36,10 @@ public:
 private:
   void AdjustTo(const std::array<double, COLOR_COUNT> &adSignal);
 
-  CSoftwareNodeMap &m_deviceMap; ///< its lock guards the members below
-  CSoftwareEnumeration *m_pAuto = nullptr;
-  CSoftwareEnumeration *m_pSelector = nullptr;
-  CSoftwareEnumeration *m_pLamp = nullptr;
+  genapi::CSoftwareNodeMap &m_deviceMap; ///< its lock guards the members below
+  genapi::CSoftwareEnumeration *m_pAuto = nullptr;
+  genapi::CSoftwareEnumeration *m_pSelector = nullptr;
+  genapi::CSoftwareEnumeration *m_pLamp = nullptr;
   std::array<double, COLOR_COUNT> m_adRatios{1.0, 1.0, 1.0};
   int m_nFramesLeft = 0;
 };

@@ -24,7 +24,7 @@ enum class EPacking {
 };
 
 struct SPixelFormat {
-  const char *pName = "";  ///< as PFNC or GigE Vision calls it, which is the PixelFormat entry's name
+  const char *pName = ""; ///< as PFNC or GigE Vision calls it, which is the PixelFormat entry's name
   uint32_t nCode = 0;     ///< PFNC code
   uint32_t nBitDepth = 0; ///< significant bits per sample
   EPacking ePacking = EPacking::None;
@@ -177,3 +177,9 @@ constexpr EColor GetPixelColor(EColorLayout eLayout, uint32_t nX, uint32_t nY)
 }
 
 } // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::EColor;
+using ffc::genapi::EColorLayout;
+using ffc::genapi::GetLayoutName;
+using ffc::genapi::GetPixelColor;

@@ -7,11 +7,11 @@
 #include "platform/instructionlevel.h"
 
 #if defined(__AVX512BW__) && defined(__AVX512VL__)
-#define FFC_BUILT_LEVEL INSTRUCTION_LEVEL_V4
+#define FFC_BUILT_LEVEL ffc::platform::INSTRUCTION_LEVEL_V4
 #elif defined(__AVX2__)
-#define FFC_BUILT_LEVEL INSTRUCTION_LEVEL_V3
+#define FFC_BUILT_LEVEL ffc::platform::INSTRUCTION_LEVEL_V3
 #elif defined(__SSE4_2__)
-#define FFC_BUILT_LEVEL INSTRUCTION_LEVEL_V2
+#define FFC_BUILT_LEVEL ffc::platform::INSTRUCTION_LEVEL_V2
 #else
-#define FFC_BUILT_LEVEL INSTRUCTION_LEVEL_BASELINE
+#define FFC_BUILT_LEVEL ffc::platform::INSTRUCTION_LEVEL_BASELINE
 #endif

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace ffc::platform {
+
 /// A recursive lock between the threads of this process, for use with std::lock_guard.
 class CCriticalSection {
 public:
@@ -21,3 +23,8 @@ private:
   struct SImpl;
   std::unique_ptr<SImpl> m_pImpl;
 };
+
+} // namespace ffc::platform
+
+// Until those who use them name the room.
+using ffc::platform::CCriticalSection;

@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+namespace ffc::platform {
+
 struct CCriticalSection::SImpl {
   std::recursive_mutex m_mutex;
 };
@@ -24,3 +26,5 @@ bool CCriticalSection::try_lock()
 {
   return m_pImpl->m_mutex.try_lock();
 }
+
+} // namespace ffc::platform

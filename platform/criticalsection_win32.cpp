@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace ffc::platform {
+
 struct CCriticalSection::SImpl {
   CRITICAL_SECTION m_stSection;
 
@@ -27,3 +29,5 @@ bool CCriticalSection::try_lock()
 {
   return TryEnterCriticalSection(&m_pImpl->m_stSection) != FALSE;
 }
+
+} // namespace ffc::platform

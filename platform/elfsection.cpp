@@ -5,6 +5,8 @@
 
 #include <elf.h>
 
+namespace ffc::platform {
+
 namespace {
 
 // Reads nSize bytes at an offset, or returns false and leaves the output unspecified.
@@ -62,3 +64,5 @@ std::vector<char> ReadElfSection(const std::string &strPath, const std::string &
   }
   return {};
 }
+
+} // namespace ffc::platform

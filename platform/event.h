@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace ffc::platform {
+
 /// Results of CEvent::Wait, with the values that Windows gives them.
 enum EWaitResult : uint32_t {
   WAIT_RESULT_SIGNALLED = 0,
@@ -34,3 +36,10 @@ private:
   struct SImpl;
   std::unique_ptr<SImpl> m_pImpl;
 };
+
+} // namespace ffc::platform
+
+// Until those who use them name the room.
+using ffc::platform::CEvent;
+using ffc::platform::WAIT_RESULT_SIGNALLED;
+using ffc::platform::WAIT_RESULT_TIMEOUT;

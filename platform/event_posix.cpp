@@ -5,6 +5,8 @@
 #include <mutex>
 #include <new>
 
+namespace ffc::platform {
+
 struct CEvent::SImpl {
   std::mutex m_mutex;
   std::condition_variable m_condition;
@@ -53,3 +55,5 @@ uint32_t CEvent::Wait(uint32_t nMilliseconds) noexcept
   m_pImpl->m_bSignalled = false;
   return WAIT_RESULT_SIGNALLED;
 }
+
+} // namespace ffc::platform

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+namespace ffc::platform {
+
 static_assert(WAIT_RESULT_SIGNALLED == WAIT_OBJECT_0);
 static_assert(static_cast<DWORD>(WAIT_RESULT_TIMEOUT) == WAIT_TIMEOUT);
 static_assert(static_cast<DWORD>(WAIT_RESULT_FAILED) == WAIT_FAILED);
@@ -41,3 +43,5 @@ uint32_t CEvent::Wait(uint32_t nMilliseconds) noexcept
 {
   return m_pImpl == nullptr ? uint32_t{WAIT_RESULT_FAILED} : WaitForSingleObject(m_pImpl->m_hEvent, nMilliseconds);
 }
+
+} // namespace ffc::platform

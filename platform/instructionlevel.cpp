@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace ffc::platform {
+
 namespace {
 
 constexpr const char *LEVEL_NAMES[] = {"baseline", "v2", "v3", "v4"};
@@ -29,3 +31,5 @@ const char *GetInstructionLevelName(EInstructionLevel eLevel) noexcept
 {
   return LEVEL_NAMES[eLevel];
 }
+
+} // namespace ffc::platform

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace ffc::platform {
+
 /// The levels of the x86-64 psABI, each including those before it. Processors of other kinds have the baseline
 /// alone, whatever theirs is.
 enum EInstructionLevel : int32_t {
@@ -28,3 +30,11 @@ EInstructionLevel GetInstructionLevel() noexcept;
 
 /// The name of a level, as in the environment variable.
 const char *GetInstructionLevelName(EInstructionLevel eLevel) noexcept;
+
+} // namespace ffc::platform
+
+// Until those who use them name the room.
+using ffc::platform::EInstructionLevel;
+using ffc::platform::GetInstructionLevel;
+using ffc::platform::GetInstructionLevelName;
+using ffc::platform::INSTRUCTION_LEVEL_BASELINE;

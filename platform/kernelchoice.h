@@ -6,6 +6,8 @@
 
 #include "platform/instructionlevel.h"
 
+namespace ffc::platform {
+
 /// The table of the highest level that was built, from eLevel downwards.
 /// \param fnFind gives a level's table, null for a level that was not built; there always is a baseline
 template <class TKernels>
@@ -17,3 +19,8 @@ const TKernels &ChooseKernels(const TKernels *(&fnFind)(EInstructionLevel), EIns
   }
   return *fnFind(static_cast<EInstructionLevel>(nLevel));
 }
+
+} // namespace ffc::platform
+
+// Until those who use them name the room.
+using ffc::platform::ChooseKernels;

@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+namespace ffc::platform {
+
 void KeepModuleResident()
 {
   Dl_info stInfo = {};
@@ -12,3 +14,5 @@ void KeepModuleResident()
     dlclose(pHandle);
   }
 }
+
+} // namespace ffc::platform

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+namespace ffc::platform {
+
 /// Reads the file version of the module (shared library or program) that this function is linked into,
 /// from the module's own file.
 ///
@@ -17,3 +19,8 @@ bool QueryModuleVersion(uint16_t (&anVersion)[4], std::string &strError);
 /// The same for the module in a given file.
 /// \param strPath the module's file, in the system's own encoding (UTF-8 on Windows)
 bool QueryModuleFileVersion(const std::string &strPath, uint16_t (&anVersion)[4], std::string &strError);
+
+} // namespace ffc::platform
+
+// Until those who use them name the room.
+using ffc::platform::QueryModuleVersion;

@@ -9,6 +9,8 @@
 #include "platform/elfsection.h"
 #include "platform/moduleversionrecord.h"
 
+namespace ffc::platform {
+
 namespace {
 
 // The file that is mapped at an address, by the system's own list; empty when it is not there.
@@ -73,3 +75,5 @@ bool QueryModuleFileVersion(const std::string &strPath, uint16_t (&anVersion)[4]
   std::memcpy(anVersion, stRecord.anVersion, sizeof anVersion);
   return true;
 }
+
+} // namespace ffc::platform

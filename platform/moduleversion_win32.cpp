@@ -5,6 +5,8 @@
 
 #include <windows.h>
 
+namespace ffc::platform {
+
 namespace {
 
 constexpr const char *NO_PATH = "Failed to get the full path of current process";
@@ -60,3 +62,5 @@ bool QueryModuleFileVersion(const std::string &strPath, uint16_t (&anVersion)[4]
   }
   return QueryFileVersion(strWide.c_str(), anVersion, strError);
 }
+
+} // namespace ffc::platform

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace ffc::platform {
+
 /// Lies in the module's section FFC_VERSION_SECTION, in the machine's byte order.
 struct SModuleVersionRecord {
   char acSignature[8];   ///< FFC_VERSION_SIGNATURE
@@ -13,3 +15,5 @@ static_assert(sizeof(SModuleVersionRecord) == 16);
 
 #define FFC_VERSION_SECTION ".ffc_version"
 #define FFC_VERSION_SIGNATURE "FFCVERS"
+
+} // namespace ffc::platform

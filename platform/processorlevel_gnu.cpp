@@ -2,6 +2,8 @@
 
 #include <cpuid.h>
 
+namespace ffc::platform {
+
 namespace {
 
 // What not every compiler has a name for.
@@ -57,3 +59,5 @@ EInstructionLevel DetectProcessorLevel() noexcept
   }
   return HasV2() ? INSTRUCTION_LEVEL_V2 : INSTRUCTION_LEVEL_BASELINE;
 }
+
+} // namespace ffc::platform

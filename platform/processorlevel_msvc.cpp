@@ -2,6 +2,8 @@
 
 #include <intrin.h>
 
+namespace ffc::platform {
+
 namespace {
 
 enum ERegister { REGISTER_EAX, REGISTER_EBX, REGISTER_ECX, REGISTER_EDX };
@@ -73,3 +75,5 @@ EInstructionLevel DetectProcessorLevel() noexcept
   }
   return HasV2() ? INSTRUCTION_LEVEL_V2 : INSTRUCTION_LEVEL_BASELINE;
 }
+
+} // namespace ffc::platform

@@ -6,6 +6,8 @@
 #include "camera/aravis/frameunpacker.h"
 #include "camera/sensorformat.h"
 
+namespace ffc::camera {
+
 namespace {
 
 using LinkPointer = std::shared_ptr<CCameraLink>;
@@ -35,7 +37,7 @@ void ReleaseLink(void *pLink, GClosure *)
 /// Bytes of a pixel; 0 for formats that are packed.
 uint32_t GetPixelSize(uint32_t nPixelFormat)
 {
-  const uint32_t nBits = ffc::genapi::GetBitsPerPixel(nPixelFormat);
+  const uint32_t nBits = genapi::GetBitsPerPixel(nPixelFormat);
   return nBits % 8 == 0 ? nBits / 8 : 0;
 }
 
@@ -221,7 +223,7 @@ bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)
 
 bool CAravisCamera::Unpack(SCameraFrame *pstFrame)
 {
-  const ffc::genapi::SPixelFormat *pFormat = FindPackedFormat(pstFrame->nPixelFormat);
+  const genapi::SPixelFormat *pFormat = FindPackedFormat(pstFrame->nPixelFormat);
   const std::size_t nSamples = std::size_t{pstFrame->nWidth} * pstFrame->nHeight;
   if (pFormat == nullptr || nSamples > INT32_MAX / 2 || GetPackedSize(*pFormat, nSamples) > pstFrame->nSize) {
     return false;
@@ -230,6 +232,8 @@ bool CAravisCamera::Unpack(SCameraFrame *pstFrame)
   UnpackSamples(*pFormat, static_cast<const uint8_t *>(pstFrame->pBuffer), nSamples, m_listSamples.data());
   pstFrame->pBuffer = m_listSamples.data();
   pstFrame->nSize = static_cast<uint32_t>(nSamples * 2);
-  pstFrame->nPixelFormat = ffc::genapi::FindUnpackedFormat(*pFormat)->nCode;
+  pstFrame->nPixelFormat = genapi::FindUnpackedFormat(*pFormat)->nCode;
   return true;
 }
+
+} // namespace ffc::camera

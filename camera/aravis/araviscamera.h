@@ -15,6 +15,8 @@
 #include "camera/aravis/nodemap/aravisnodemap.h"
 #include "camera/icamera.h"
 
+namespace ffc::camera {
+
 /// Its own features are the device map; frames of packed formats are unpacked to 16 bits per sample, with the
 /// unpacked format's code, and all others delivered where they were received. A frame that is no image, or not of
 /// the size that it says, counts as lost. Its scene cannot be set: the user covers the lens.
@@ -61,3 +63,5 @@ private:
   CAravisStream m_stream;
   CHostFeatures m_features; ///< tells the stream
 };
+
+} // namespace ffc::camera

@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr std::size_t MAX_BUFFERS = 16;
@@ -161,3 +163,5 @@ void CAravisStream::GiveBack(Buffer pBuffer)
 {
   arv_stream_push_buffer(m_pStream.get(), pBuffer.release());
 }
+
+} // namespace ffc::camera

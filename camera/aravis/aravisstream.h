@@ -17,6 +17,8 @@
 #include "camera/aravis/framequeue.h"
 #include "camera/aravis/gobject.h"
 
+namespace ffc::camera {
+
 /// Takes complete frames from the library's receiving thread and delivers them on another, so that a receiver of
 /// frames who takes his time costs no packets. The delivered buffer is the one that the frame was received into.
 ///
@@ -68,3 +70,5 @@ private:
   bool m_bStop = false;
   bool m_bNews = false;
 };
+
+} // namespace ffc::camera

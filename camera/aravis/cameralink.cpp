@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ffc::camera {
+
 void CCameraLink::SetLostCallback(LostCallback fnLost)
 {
   const std::lock_guard lock(m_mutex);
@@ -18,3 +20,5 @@ void CCameraLink::MarkLost()
     m_fnLost();
   }
 }
+
+} // namespace ffc::camera

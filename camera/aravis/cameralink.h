@@ -7,6 +7,8 @@
 
 #include "camera/icameralink.h"
 
+namespace ffc::camera {
+
 /// Shared by everything that talks to one camera. All operations from any thread.
 class CCameraLink final : public ICameraLink {
 public:
@@ -24,3 +26,5 @@ private:
   std::mutex m_mutex; ///< held while the callback runs
   LostCallback m_fnLost;
 };
+
+} // namespace ffc::camera

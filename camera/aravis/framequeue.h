@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ffc::camera {
+
 /// The entries of StreamBufferHandlingMode.
 enum class EBufferHandling : int64_t { OldestFirst = 0, OldestFirstOverwrite = 1, NewestOnly = 2 };
 
@@ -20,3 +22,5 @@ constexpr std::size_t GetKeptFrames(EBufferHandling eHandling, std::size_t nBuff
   default: return nBuffers;
   }
 }
+
+} // namespace ffc::camera

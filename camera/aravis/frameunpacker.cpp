@@ -1,7 +1,9 @@
 #include "camera/aravis/frameunpacker.h"
 
-using ffc::genapi::EPacking;
-using ffc::genapi::SPixelFormat;
+namespace ffc::camera {
+
+using genapi::EPacking;
+using genapi::SPixelFormat;
 
 namespace {
 
@@ -33,23 +35,27 @@ void UnpackStream(uint32_t nBits, const uint8_t *pPacked, std::size_t nSamples, 
 
 } // namespace
 
-const SPixelFormat *FindPackedFormat(uint32_t nCode)
+const genapi::SPixelFormat *FindPackedFormat(uint32_t nCode)
 {
-  const SPixelFormat *pFormat = ffc::genapi::FindPixelFormat(nCode);
-  const bool bPacked = pFormat != nullptr && pFormat->ePacking != EPacking::None && pFormat->nBitDepth <= 12;
+  const genapi::SPixelFormat *pFormat = genapi::FindPixelFormat(nCode);
+  const bool bPacked = pFormat != nullptr && pFormat->ePacking != genapi::EPacking::None && pFormat->nBitDepth <= 12;
   return bPacked ? pFormat : nullptr;
 }
 
-std::size_t GetPackedSize(const SPixelFormat &stFormat, std::size_t nSamples)
+std::size_t GetPackedSize(const genapi::SPixelFormat &stFormat, std::size_t nSamples)
 {
-  return stFormat.ePacking == EPacking::Shared ? (nSamples * 3 + 1) / 2 : (nSamples * stFormat.nBitDepth + 7) / 8;
+  return stFormat.ePacking == genapi::EPacking::Shared ? (nSamples * 3 + 1) / 2
+                                                       : (nSamples * stFormat.nBitDepth + 7) / 8;
 }
 
-void UnpackSamples(const SPixelFormat &stFormat, const uint8_t *pPacked, std::size_t nSamples, uint16_t *pSamples)
+void UnpackSamples(const genapi::SPixelFormat &stFormat, const uint8_t *pPacked, std::size_t nSamples,
+                   uint16_t *pSamples)
 {
-  if (stFormat.ePacking == EPacking::Shared) {
+  if (stFormat.ePacking == genapi::EPacking::Shared) {
     UnpackShared(stFormat.nBitDepth, pPacked, nSamples, pSamples);
   } else {
     UnpackStream(stFormat.nBitDepth, pPacked, nSamples, pSamples);
   }
 }
+
+} // namespace ffc::camera

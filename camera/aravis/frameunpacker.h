@@ -7,13 +7,17 @@
 
 #include "genapi/pfnc.h"
 
+namespace ffc::camera {
+
 /// Mono and the four Bayer layouts, 10 and 12 bit, in both ways of packing; null for any other code.
-const ffc::genapi::SPixelFormat *FindPackedFormat(uint32_t nCode);
+const genapi::SPixelFormat *FindPackedFormat(uint32_t nCode);
 
 /// Bytes of nSamples samples of a format that FindPackedFormat gives.
-std::size_t GetPackedSize(const ffc::genapi::SPixelFormat &stFormat, std::size_t nSamples);
+std::size_t GetPackedSize(const genapi::SPixelFormat &stFormat, std::size_t nSamples);
 
 /// \param pPacked GetPackedSize(stFormat, nSamples) bytes
 /// \param pSamples nSamples samples, right-aligned, in the byte order of the machine
-void UnpackSamples(const ffc::genapi::SPixelFormat &stFormat, const uint8_t *pPacked, std::size_t nSamples,
+void UnpackSamples(const genapi::SPixelFormat &stFormat, const uint8_t *pPacked, std::size_t nSamples,
                    uint16_t *pSamples);
+
+} // namespace ffc::camera

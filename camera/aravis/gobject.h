@@ -6,6 +6,8 @@
 
 #include <glib-object.h>
 
+namespace ffc::camera {
+
 struct SObjectRelease {
   void operator()(void *pObject) const { g_object_unref(pObject); }
 };
@@ -38,3 +40,5 @@ public:
 private:
   GError *m_pError = nullptr;
 };
+
+} // namespace ffc::camera

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ffc::camera {
+
 namespace {
 
 template <class TInterface>
@@ -41,7 +43,7 @@ void CHostFeatures::AddPixelFormat(GenApi::IEnumeration *pSource)
   if (pSource == nullptr) {
     return;
   }
-  CSoftwareEnumeration &node = m_outputMap.AddEnumeration("OutPixelFormat");
+  genapi::CSoftwareEnumeration &node = m_outputMap.AddEnumeration("OutPixelFormat");
   GenApi::NodeList_t listEntries;
   try {
     pSource->GetEntries(listEntries);
@@ -54,3 +56,5 @@ void CHostFeatures::AddPixelFormat(GenApi::IEnumeration *pSource)
   }
   node.OnRead([pSource] { return pSource->GetIntValue(); });
 }
+
+} // namespace ffc::camera

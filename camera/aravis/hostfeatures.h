@@ -10,6 +10,8 @@
 #include "camera/aravis/framequeue.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::camera {
+
 /// The output mirrors the camera: what it is set to is what is delivered. Its nodes ask the camera's map, never the
 /// other way round; where the camera lacks a feature, so does the output.
 class CHostFeatures {
@@ -19,13 +21,15 @@ public:
   CHostFeatures(GenApi::INodeMap &deviceMap, const std::string &strDisplayName,
                 std::function<void(EBufferHandling)> fnHandling);
 
-  CSoftwareNodeMap &GetOutputMap() { return m_outputMap; }
-  CSoftwareNodeMap &GetStreamMap() { return m_streamMap; }
+  genapi::CSoftwareNodeMap &GetOutputMap() { return m_outputMap; }
+  genapi::CSoftwareNodeMap &GetStreamMap() { return m_streamMap; }
 
 private:
   void AddMirror(const char *pName, GenApi::IInteger *pSource);
   void AddPixelFormat(GenApi::IEnumeration *pSource);
 
-  CSoftwareNodeMap m_streamMap;
-  CSoftwareNodeMap m_outputMap;
+  genapi::CSoftwareNodeMap m_streamMap;
+  genapi::CSoftwareNodeMap m_outputMap;
 };
+
+} // namespace ffc::camera

@@ -5,6 +5,8 @@
 
 #include "camera/aravis/araviscamera.h"
 
+namespace ffc::camera {
+
 namespace {
 
 /// The library has null for what it does not know.
@@ -82,3 +84,5 @@ std::unique_ptr<ICamera> OpenRealCamera(const std::string &strId, std::string *p
     return nullptr;
   }
 }
+
+} // namespace ffc::camera

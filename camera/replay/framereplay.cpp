@@ -2,7 +2,9 @@
 
 #include <utility>
 
-CFrameReplay::CFrameReplay(ffc::frames::SRecordedFrames stFrames) : m_stFrames(std::move(stFrames)) {}
+namespace ffc::camera {
+
+CFrameReplay::CFrameReplay(frames::SRecordedFrames stFrames) : m_stFrames(std::move(stFrames)) {}
 
 void CFrameReplay::Expose(const SCameraSettings &, const SScene &stScene, uint64_t, std::vector<uint8_t> *pFrame)
 {
@@ -14,3 +16,5 @@ void CFrameReplay::Expose(const SCameraSettings &, const SScene &stScene, uint64
   std::size_t &nPlayed = m_anPlayed[stScene.bLensCapOn ? 0 : 1][bMeasure ? 1 : 0];
   *pFrame = listFrames[nBegin + nPlayed++ % nCount];
 }
+
+} // namespace ffc::camera

@@ -8,6 +8,8 @@
 #include "camera/iframesource.h"
 #include "frames/recordedframes.h"
 
+namespace ffc::camera {
+
 /// Plays dark frames while the lens cap is on, else bright ones, in order and round again; the first
 /// half of each kind for acquisitions (one more when the number is odd), the second for measurements.
 class CFrameReplay final : public IFrameSource {
@@ -21,3 +23,5 @@ private:
   ffc::frames::SRecordedFrames m_stFrames;
   std::array<std::array<std::size_t, 2>, 2> m_anPlayed{}; ///< how many, by kind and purpose
 };
+
+} // namespace ffc::camera

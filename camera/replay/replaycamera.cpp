@@ -8,6 +8,8 @@
 #include "camera/replay/framereplay.h"
 #include "camera/softwarecamera.h"
 
+namespace ffc::camera {
+
 namespace {
 
 /// The format that the frames are played in; null when there is none of that name.
@@ -67,3 +69,5 @@ std::unique_ptr<ICamera> CreateReplayCamera(const SReplayCameraOptions &stOption
     return nullptr;
   }
 }
+
+} // namespace ffc::camera

@@ -7,6 +7,8 @@
 
 #include "camera/icamera.h"
 
+namespace ffc::camera {
+
 struct SReplayCameraOptions {
   std::string strFolder;      ///< with "dark_*.png" and "bright_*.png"
   std::string strPixelFormat; ///< PFNC name; empty: Mono8 or Mono16, as the files are
@@ -16,3 +18,9 @@ struct SReplayCameraOptions {
 /// Reads all frames at once. Exposure, gain and black level can be set and change nothing.
 /// \param pstrError what is wrong with the folder or the options when the result is null
 std::unique_ptr<ICamera> CreateReplayCamera(const SReplayCameraOptions &stOptions, std::string *pstrError);
+
+} // namespace ffc::camera
+
+// Until those who use them name the room.
+using ffc::camera::CreateReplayCamera;
+using ffc::camera::SReplayCameraOptions;

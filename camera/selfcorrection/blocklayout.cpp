@@ -1,5 +1,7 @@
 #include "camera/selfcorrection/blocklayout.h"
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr uint32_t ELEMENT_SIZE = 8; ///< of a flat-field table: four words
@@ -22,3 +24,5 @@ uint32_t SBlockLayout::GetTableSize() const
   const uint32_t nWords = bColor ? 3 : 1;
   return RoundUpToEven(GetRows()) * RoundUpToEven(GetColumns()) * nWords * 2;
 }
+
+} // namespace ffc::camera

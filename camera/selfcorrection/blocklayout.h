@@ -6,6 +6,8 @@
 
 #include "camera/selfcorrection/correctionmode.h"
 
+namespace ffc::camera {
+
 /// Bytes behind the table in the register: six 32-bit words of the host's, without meaning to the camera.
 constexpr uint32_t RECORD_SIZE = 24;
 
@@ -42,3 +44,5 @@ private:
     return nPixels / nBlockSide + (nPixels % nBlockSide > nBlockSide / 2 ? 1 : 0);
   }
 };
+
+} // namespace ffc::camera

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr double GAIN_UNIT = 256.0;
@@ -69,3 +71,5 @@ SBlockTable ReadBlockTable(const SBlockLayout &stLayout, const std::vector<uint8
   }
   return stTable;
 }
+
+} // namespace ffc::camera

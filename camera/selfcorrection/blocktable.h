@@ -9,6 +9,8 @@
 #include "camera/selfcorrection/blocklayout.h"
 #include "camera/sensorformat.h"
 
+namespace ffc::camera {
+
 /// One number for each point of a block grid, row by row, ring included.
 using GridPlane = std::vector<double>;
 
@@ -26,3 +28,5 @@ struct SBlockTable {
 /// \param stLayout has a table
 /// \param listRegister of GetRegisterSize() bytes
 SBlockTable ReadBlockTable(const SBlockLayout &stLayout, const std::vector<uint8_t> &listRegister);
+
+} // namespace ffc::camera

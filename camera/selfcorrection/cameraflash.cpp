@@ -4,6 +4,8 @@
 
 #include "camera/selfcorrection/flashfile.h"
 
+namespace ffc::camera {
+
 CCameraFlash::CCameraFlash(std::string strFile, std::string strCamera, SFlashContent stFresh)
   : m_strFile(std::move(strFile)), m_strCamera(std::move(strCamera)), m_stContent(std::move(stFresh))
 {
@@ -27,3 +29,5 @@ void CCameraFlash::Store(SFlashContent stContent)
   }
   m_stContent = std::move(stContent);
 }
+
+} // namespace ffc::camera

@@ -9,6 +9,8 @@
 #include "camera/selfcorrection/framecorrector.h"
 #include "camera/settinglist.h"
 
+namespace ffc::camera {
+
 struct SFlashContent {
   std::string strStartSet;                            ///< the user set that is loaded at power-on
   std::map<std::string, SettingSnapshot> mapUserSets; ///< those that were saved
@@ -37,3 +39,5 @@ private:
   std::string m_strCamera;
   SFlashContent m_stContent;
 };
+
+} // namespace ffc::camera

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+namespace ffc::camera {
+
 namespace {
 
 void ExchangeBytePairs(uint8_t *pBytes, std::size_t nCount)
@@ -27,7 +29,7 @@ std::string Describe(const SBlockLayout &stLayout)
 
 } // namespace
 
-CCoefficientRegister::CCoefficientRegister(CSoftwareNodeMap &deviceMap, CCameraFlash &flash,
+CCoefficientRegister::CCoefficientRegister(genapi::CSoftwareNodeMap &deviceMap, CCameraFlash &flash,
                                            std::function<SBlockLayout()> fnLayout)
   : m_flash(flash), m_fnLayout(std::move(fnLayout))
 {
@@ -87,3 +89,5 @@ void CCoefficientRegister::SaveToFlash()
   stContent.pCoefficients = m_pHeld;
   m_flash.Store(std::move(stContent));
 }
+
+} // namespace ffc::camera

@@ -12,6 +12,8 @@
 #include "camera/selfcorrection/framecorrector.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::camera {
+
 /// Declares FFCCoefficientsSize, FFCValueAll, FFCFlashLoad and FFCFlashSave, and holds the coefficients
 /// together with the region and blocks that they were written for. Elsewhere they do not count: the
 /// register reads as zeros there, and counts again when region and blocks are back.
@@ -21,7 +23,8 @@ class CCoefficientRegister {
 public:
   /// \param deviceMap, flash outlive this object; the map's lock guards what it holds
   /// \param fnLayout region and blocks as the camera's features say now
-  CCoefficientRegister(CSoftwareNodeMap &deviceMap, CCameraFlash &flash, std::function<SBlockLayout()> fnLayout);
+  CCoefficientRegister(genapi::CSoftwareNodeMap &deviceMap, CCameraFlash &flash,
+                       std::function<SBlockLayout()> fnLayout);
 
   /// Takes what the flash has, if it has any.
   void PowerOn() { m_pHeld = m_flash.Get().pCoefficients; }
@@ -39,3 +42,5 @@ private:
   std::function<SBlockLayout()> m_fnLayout;
   std::shared_ptr<const SCoefficients> m_pHeld;
 };
+
+} // namespace ffc::camera

@@ -6,6 +6,8 @@
 
 #include "camera/selfcorrection/onoff.h"
 
+namespace ffc::camera {
+
 namespace {
 
 struct SBlockSizeEntry {
@@ -28,16 +30,14 @@ constexpr int64_t FULL_GRAY = 255;
 
 } // namespace
 
-void AddShadingCorrectionMode(CSoftwareNodeMap &deviceMap, ECorrectionMode eMode)
+void AddShadingCorrectionMode(genapi::CSoftwareNodeMap &deviceMap, ECorrectionMode eMode)
 {
   static const char *const ALL_NAMES[] = {nullptr, "FlatFieldCorrection", "TailorFlatFieldCorrection",
                                           "ParallaxCorrection"};
   deviceMap.AddEnumeration("ShadingCorrectionMode").Entry(ALL_NAMES[static_cast<int>(eMode)], 0).Access(GenApi::RO);
 }
 
-namespace ffc::camera {
-
-CCorrectionFeatures::CCorrectionFeatures(CSoftwareNodeMap &deviceMap, ECorrectionMode eMode)
+CCorrectionFeatures::CCorrectionFeatures(genapi::CSoftwareNodeMap &deviceMap, ECorrectionMode eMode)
 {
   m_pCorrection = &AddOnOff(deviceMap, "FlatFieldCorrection");
   m_pBlockSize = &deviceMap.AddEnumeration("FFCBlockSize").Strict();
@@ -46,7 +46,7 @@ CCorrectionFeatures::CCorrectionFeatures(CSoftwareNodeMap &deviceMap, ECorrectio
       m_pBlockSize->Entry(stEntry.pName, stEntry.nCode);
     }
   }
-  CSoftwareEnumeration &frameCount = deviceMap.AddEnumeration("FFCFrameCount").Strict();
+  genapi::CSoftwareEnumeration &frameCount = deviceMap.AddEnumeration("FFCFrameCount").Strict();
   for (const int nCount : ALL_FRAME_COUNTS) {
     frameCount.Entry("FFCFrameCount_" + std::to_string(nCount), nCount);
   }

@@ -12,6 +12,8 @@
 #include <QSaveFile>
 #include <QString>
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr char FILE_MARK[] = "SIMFLASH";
@@ -216,3 +218,5 @@ std::string WriteFlashFile(const std::string &strFile, const std::string &strCam
   }
   return "The camera's flash \"" + strFile + "\" cannot be written: " + file.errorString().toStdString() + ".";
 }
+
+} // namespace ffc::camera

@@ -6,6 +6,8 @@
 
 #include "camera/selfcorrection/cameraflash.h"
 
+namespace ffc::camera {
+
 /// Also true for a folder or a device of that name.
 bool FlashFileExists(const std::string &strFile);
 
@@ -15,3 +17,5 @@ std::string ReadFlashFile(const std::string &strFile, const std::string &strCame
 
 /// \return empty, or why the file could not be written; then it is as it was
 std::string WriteFlashFile(const std::string &strFile, const std::string &strCamera, const SFlashContent &stContent);
+
+} // namespace ffc::camera

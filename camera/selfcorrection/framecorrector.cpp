@@ -6,6 +6,8 @@
 #include "camera/selfcorrection/blocktable.h"
 #include "camera/selfcorrection/gridsampler.h"
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr double FULL_GRAY = 255.0;
@@ -87,3 +89,5 @@ void CFrameCorrector::Prepare(const SCameraSettings &stSettings, const SFrameCor
   m_pPreparedFormat = stSettings.pFormat;
   m_dPreparedGray = stCorrection.dExpectGray;
 }
+
+} // namespace ffc::camera

@@ -9,6 +9,8 @@
 #include "camera/camerasettings.h"
 #include "camera/selfcorrection/blocklayout.h"
 
+namespace ffc::camera {
+
 /// The coefficient register as it was written, and what it was written for. Never changed once it is
 /// shared between threads.
 struct SCoefficients {
@@ -45,3 +47,5 @@ private:
   const SSensorFormat *m_pPreparedFormat = nullptr;
   double m_dPreparedGray = 0.0;
 };
+
+} // namespace ffc::camera

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace ffc::camera {
+
 CGridSampler::CGridSampler(const SBlockLayout &stLayout)
   : m_nBlockSide(stLayout.nBlockSide), m_nColumns(stLayout.GetColumns()), m_listBlended(m_nColumns)
 {
@@ -35,3 +37,5 @@ CGridSampler::SPosition CGridSampler::Locate(uint32_t nPixel) const
   const uint32_t nFromRing = 2 * nPixel + 1 + m_nBlockSide;
   return {nFromRing / nBlock, static_cast<double>(nFromRing % nBlock) / nBlock};
 }
+
+} // namespace ffc::camera

@@ -8,6 +8,8 @@
 #include "camera/selfcorrection/blocklayout.h"
 #include "camera/selfcorrection/blocktable.h"
 
+namespace ffc::camera {
+
 /// Bilinear interpolation. A point stands in the middle of its block, one of the ring in the middle of
 /// the block that would lie there; so every pixel has points on all sides.
 class CGridSampler {
@@ -34,3 +36,5 @@ private:
   std::vector<SPosition> m_listColumns; ///< by pixel of a row
   std::vector<double> m_listBlended;    ///< scratch: the grid's columns at the height of a row
 };
+
+} // namespace ffc::camera

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ffc::camera {
+
 namespace {
 
 /// By which the flash file of one camera is told from that of another, which has other settings or another
@@ -14,7 +16,7 @@ std::string DescribeCamera(const SCameraDescription &stDescription, ECorrectionM
 }
 
 /// All settings of the camera, in their factory state.
-CSettingList ListSettings(CSoftwareNodeMap &deviceMap, ffc::camera::CWhiteBalance *pWhiteBalance)
+CSettingList ListSettings(genapi::CSoftwareNodeMap &deviceMap, CWhiteBalance *pWhiteBalance)
 {
   CSettingList settings;
   if (pWhiteBalance != nullptr) {
@@ -33,11 +35,11 @@ CSelfCorrection::CSelfCorrection(const SCameraDescription &stDescription, const 
     m_correction(features.GetDeviceMap(), stOptions.eMode),
     m_register(features.GetDeviceMap(), m_flash, [this] { return GetLayout(); })
 {
-  CSoftwareNodeMap &deviceMap = features.GetDeviceMap();
+  genapi::CSoftwareNodeMap &deviceMap = features.GetDeviceMap();
   if (stOptions.eMode == ECorrectionMode::FlatField) {
     m_sensor.emplace(deviceMap);
   }
-  deviceMap.Find<CSoftwareEnumeration>("PixelFormat")->Select(stDescription.listFormats.front().pName);
+  deviceMap.Find<genapi::CSoftwareEnumeration>("PixelFormat")->Select(stDescription.listFormats.front().pName);
   m_userSets.emplace(deviceMap, m_flash, ListSettings(deviceMap, pWhiteBalance));
 }
 
@@ -52,7 +54,7 @@ std::string CSelfCorrection::PowerOn()
     return strError;
   }
   if (m_userSets->StartsWithDefault()) {
-    m_features.GetDeviceMap().Find<CSoftwareEnumeration>("PixelFormat")->Select(m_stOptions.strPixelFormat);
+    m_features.GetDeviceMap().Find<genapi::CSoftwareEnumeration>("PixelFormat")->Select(m_stOptions.strPixelFormat);
   }
   m_register.PowerOn();
   return {};
@@ -87,3 +89,5 @@ SBlockLayout CSelfCorrection::GetLayout() const
   stLayout.nBlockSide = m_correction.GetBlockSide();
   return stLayout;
 }
+
+} // namespace ffc::camera

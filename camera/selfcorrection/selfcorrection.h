@@ -15,6 +15,8 @@
 #include "camera/selfcorrection/usersets.h"
 #include "camera/whitebalance.h"
 
+namespace ffc::camera {
+
 struct SSelfCorrectionOptions {
   ECorrectionMode eMode = ECorrectionMode::FlatField; ///< not None
   std::string strFlashFile;                           ///< empty: a flash that ends with the camera
@@ -51,3 +53,5 @@ private:
   CCoefficientRegister m_register;
   std::optional<ffc::camera::CUserSets> m_userSets; ///< always; made when all settings are declared
 };
+
+} // namespace ffc::camera

@@ -5,6 +5,8 @@
 
 #include "camera/selfcorrection/onoff.h"
 
+namespace ffc::camera {
+
 namespace {
 
 struct SLimit {
@@ -15,7 +17,7 @@ constexpr SLimit ALL_LIMITS[] = {{"ExposureTime", 10000000.0}, {"Gain", 36.0}, {
 
 } // namespace
 
-CSensorFeatures::CSensorFeatures(CSoftwareNodeMap &deviceMap)
+CSensorFeatures::CSensorFeatures(genapi::CSoftwareNodeMap &deviceMap)
 {
   m_pFixedPattern = &AddOnOff(deviceMap, "FixedPatternNoiseCorrectMode");
   m_pDeadPixel = &AddOnOff(deviceMap, "DeadPixelCorrect");
@@ -23,7 +25,7 @@ CSensorFeatures::CSensorFeatures(CSoftwareNodeMap &deviceMap)
   m_pRemoveLimit = &AddOnOff(deviceMap, "RemoveParameterLimit");
   std::vector<std::function<void()>> listLimiters;
   for (const SLimit &stLimit : ALL_LIMITS) {
-    CSoftwareFloat &node = *deviceMap.Find<CSoftwareFloat>(stLimit.pName);
+    genapi::CSoftwareFloat &node = *deviceMap.Find<genapi::CSoftwareFloat>(stLimit.pName);
     const double dMin = node.GetMin();
     const double dMax = node.GetMax();
     node.Range(dMin, [this, dMax, dWidest = stLimit.dWidestMax] { return IsOn(*m_pRemoveLimit) ? dWidest : dMax; });
@@ -43,3 +45,5 @@ void CSensorFeatures::CompleteSettings(SCameraSettings *pstSettings) const
   pstSettings->bFixedPatternCorrection = IsOn(*m_pFixedPattern);
   pstSettings->bDeadPixelCorrection = IsOn(*m_pDeadPixel);
 }
+
+} // namespace ffc::camera

@@ -7,20 +7,24 @@
 #include "camera/camerasettings.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::camera {
+
 /// Declares FixedPatternNoiseCorrectMode, DeadPixelCorrect, DigitalShift and RemoveParameterLimit. The last
 /// one, when "On", lets ExposureTime, Gain and BlackLevel go further; switched "Off" it brings them back to
 /// the nearest value that is allowed.
 class CSensorFeatures {
 public:
   /// \param deviceMap has the three features already, and outlives this object
-  explicit CSensorFeatures(CSoftwareNodeMap &deviceMap);
+  explicit CSensorFeatures(genapi::CSoftwareNodeMap &deviceMap);
 
   void CompleteSettings(SCameraSettings *pstSettings) const;
   uint32_t GetDigitalShift() const { return static_cast<uint32_t>(m_pDigitalShift->Peek()); }
 
 private:
-  CSoftwareEnumeration *m_pFixedPattern = nullptr;
-  CSoftwareEnumeration *m_pDeadPixel = nullptr;
-  CSoftwareInteger *m_pDigitalShift = nullptr;
-  CSoftwareEnumeration *m_pRemoveLimit = nullptr;
+  genapi::CSoftwareEnumeration *m_pFixedPattern = nullptr;
+  genapi::CSoftwareEnumeration *m_pDeadPixel = nullptr;
+  genapi::CSoftwareInteger *m_pDigitalShift = nullptr;
+  genapi::CSoftwareEnumeration *m_pRemoveLimit = nullptr;
 };
+
+} // namespace ffc::camera

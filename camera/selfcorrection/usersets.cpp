@@ -9,16 +9,16 @@ namespace {
 constexpr int64_t SET_DEFAULT = 0;
 constexpr int64_t SET_USER = 1;
 
-CSoftwareEnumeration &AddSetList(CSoftwareNodeMap &deviceMap, const char *pName)
+genapi::CSoftwareEnumeration &AddSetList(genapi::CSoftwareNodeMap &deviceMap, const char *pName)
 {
   return deviceMap.AddEnumeration(pName).Entry(DEFAULT_USER_SET, SET_DEFAULT).Entry("UserSet0", SET_USER).Strict();
 }
 
 } // namespace
 
-CUserSets::CUserSets(CSoftwareNodeMap &deviceMap, CCameraFlash &flash, CSettingList settings)
+CUserSets::CUserSets(genapi::CSoftwareNodeMap &deviceMap, CCameraFlash &flash, CSettingList settings)
   : m_flash(flash), m_settings(std::move(settings)), m_mapFactory(m_settings.Save()),
-    m_pLocked(deviceMap.Find<CSoftwareInteger>("TLParamsLocked"))
+    m_pLocked(deviceMap.Find<genapi::CSoftwareInteger>("TLParamsLocked"))
 {
   m_pSelector = &AddSetList(deviceMap, "UserSetSelector");
   m_pStart = &AddSetList(deviceMap, "UserSetDefault");

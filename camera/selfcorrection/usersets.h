@@ -8,10 +8,10 @@
 #include "camera/settinglist.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::camera {
+
 /// The set that a camera without a history starts with.
 constexpr char DEFAULT_USER_SET[] = "Default";
-
-namespace ffc::camera {
 
 /// Declares UserSetSelector, UserSetDefault, UserSetLoad and UserSetSave. "Default" is the state that the
 /// camera has when this object is made, and cannot be saved into; "UserSet0" is kept in the flash, and is
@@ -20,7 +20,7 @@ class CUserSets {
 public:
   /// \param deviceMap, flash outlive this object
   /// \param settings what a set consists of
-  CUserSets(CSoftwareNodeMap &deviceMap, CCameraFlash &flash, CSettingList settings);
+  CUserSets(genapi::CSoftwareNodeMap &deviceMap, CCameraFlash &flash, CSettingList settings);
 
   /// Loads the set that UserSetDefault names in the flash.
   /// \return empty, or why the sets in the flash are of no use
@@ -36,9 +36,9 @@ private:
   CCameraFlash &m_flash;
   CSettingList m_settings;
   SettingSnapshot m_mapFactory;
-  const CSoftwareInteger *m_pLocked = nullptr;
-  CSoftwareEnumeration *m_pSelector = nullptr;
-  CSoftwareEnumeration *m_pStart = nullptr;
+  const genapi::CSoftwareInteger *m_pLocked = nullptr;
+  genapi::CSoftwareEnumeration *m_pSelector = nullptr;
+  genapi::CSoftwareEnumeration *m_pStart = nullptr;
 };
 
 } // namespace ffc::camera

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr float TILT_X = 0.03F; ///< how much brighter the right edge is than the centre
@@ -59,3 +61,5 @@ double GetLampColor(EColor eColor)
   static const double ALL_COLORS[] = {0.7, 1.0, 0.55};
   return ALL_COLORS[static_cast<int>(eColor)];
 }
+
+} // namespace ffc::camera

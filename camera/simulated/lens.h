@@ -7,6 +7,8 @@
 #include "camera/scenestate.h"
 #include "camera/sensorformat.h"
 
+namespace ffc::camera {
+
 /// Lens and scene in front of a sensor of a given size; all results are relative to the centre of an
 /// evenly lit target under green light.
 class CLens {
@@ -31,3 +33,5 @@ private:
 
 /// What the lamp gives in a colour, relative to green.
 double GetLampColor(EColor eColor);
+
+} // namespace ffc::camera

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <random>
 
+namespace ffc::camera {
+
 namespace {
 
 /// Distinct places of a run. Prime, so that runs of no width fall into step with it.
@@ -62,3 +64,5 @@ const float *CNoiseTable::GetRun(CRandomPicker &picker) const
 {
   return m_listNumbers.data() + picker.NextBelow(PLACE_COUNT);
 }
+
+} // namespace ffc::camera

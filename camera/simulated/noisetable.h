@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ffc::camera {
+
 /// A xorshift generator: not for statistics on its own output, but for picking places in a table.
 class CRandomPicker {
 public:
@@ -32,3 +34,5 @@ public:
 private:
   std::vector<float> m_listNumbers;
 };
+
+} // namespace ffc::camera

@@ -6,6 +6,8 @@
 #include "camera/simulated/simulatedsensor.h"
 #include "camera/softwarecamera.h"
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr uint32_t MIN_SIZE = 16;
@@ -103,3 +105,5 @@ std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &st
     return nullptr;
   }
 }
+
+} // namespace ffc::camera

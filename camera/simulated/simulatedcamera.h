@@ -9,6 +9,8 @@
 #include "camera/icamera.h"
 #include "camera/selfcorrection/correctionmode.h"
 
+namespace ffc::camera {
+
 struct SSimulatedCameraOptions {
   std::string strPixelFormat = "Mono12"; ///< PFNC name; also says which sensor it is: mono or a Bayer layout
   uint32_t nWidth = 2048;                ///< of the sensor, pixels: even, 16 to 16384
@@ -25,3 +27,9 @@ struct SSimulatedCameraOptions {
 
 /// \param pstrError what is wrong with the options when the result is null
 std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &stOptions, std::string *pstrError);
+
+} // namespace ffc::camera
+
+// Until those who use them name the room.
+using ffc::camera::CreateSimulatedCamera;
+using ffc::camera::SSimulatedCameraOptions;

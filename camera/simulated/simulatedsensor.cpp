@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+namespace ffc::camera {
+
 CSimulatedSensor::CSimulatedSensor(uint32_t nSensorWidth, uint32_t nSensorHeight, double dCornerFalloff, uint64_t nSeed,
                                    const SSensorModel &stModel)
   : m_stModel(stModel), m_nSensorWidth(nSensorWidth), m_nSeed(nSeed),
@@ -133,3 +135,5 @@ void CSimulatedSensor::Digitise(const SCameraSettings &stSettings, uint64_t nFra
     }
   }
 }
+
+} // namespace ffc::camera

@@ -10,6 +10,8 @@
 #include "camera/simulated/lens.h"
 #include "camera/simulated/noisetable.h"
 
+namespace ffc::camera {
+
 /// The sensor's figures, in electrons where no other unit is said.
 struct SSensorModel {
   double dFullWell = 15000.0;       ///< becomes full scale at 0 dB
@@ -62,3 +64,5 @@ private:
   std::optional<SCameraSettings> m_stPrepared;
   SScene m_stPreparedScene;
 };
+
+} // namespace ffc::camera

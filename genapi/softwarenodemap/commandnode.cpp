@@ -2,6 +2,8 @@
 
 #include "genapi/softwarenodemap/numbertext.h"
 
+namespace ffc::genapi {
+
 CSoftwareCommand &CSoftwareCommand::OnExecute(std::function<void()> fnExecute)
 {
   m_fnExecute = std::move(fnExecute);
@@ -53,3 +55,5 @@ void CSoftwareCommand::FromString(const GenICam::gcstring &strValue, bool bVerif
     Execute(bVerify);
   }
 }
+
+} // namespace ffc::genapi

@@ -6,6 +6,8 @@
 
 #include "genapi/softwarenodemap/softwarenode.h"
 
+namespace ffc::genapi {
+
 class CSoftwareCommand final : public CSoftwareNode<CSoftwareCommand, GenApi::ICommand> {
 public:
   CSoftwareCommand(std::string strName, std::recursive_mutex &mutex) : CSoftwareNode(std::move(strName), mutex) {}
@@ -27,3 +29,8 @@ private:
   std::function<void()> m_fnExecute;
   CValueOrCallback<bool> m_done = true;
 };
+
+} // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::CSoftwareCommand;

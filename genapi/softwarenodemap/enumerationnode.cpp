@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ffc::genapi {
+
 CSoftwareEnumEntry::CSoftwareEnumEntry(const std::string &strEnumeration, std::string strSymbolic, int64_t nValue,
                                        std::recursive_mutex &mutex)
   : CSoftwareNode("EnumEntry_" + strEnumeration + "_" + strSymbolic, mutex), m_strSymbolic(std::move(strSymbolic)),
@@ -143,3 +145,5 @@ CSoftwareEnumEntry *CSoftwareEnumeration::FindByValue(int64_t nValue) const
                                     [&](const auto &pEntry) { return pEntry->GetValue() == nValue; });
   return itEntry == m_listEntries.end() ? nullptr : itEntry->get();
 }
+
+} // namespace ffc::genapi

@@ -7,6 +7,8 @@
 
 #include "genapi/softwarenodemap/softwarenode.h"
 
+namespace ffc::genapi {
+
 class CSoftwareEnumeration;
 
 /// One entry; its node name is "EnumEntry_<enumeration>_<symbolic>". RO unless declared otherwise.
@@ -59,3 +61,8 @@ private:
   std::recursive_mutex &m_mutex;
   std::vector<std::unique_ptr<CSoftwareEnumEntry>> m_listEntries;
 };
+
+} // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::CSoftwareEnumeration;

@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+namespace ffc::genapi {
+
 struct SNodeAccess {
   enum class EKind {
     LookUp,          ///< the map is asked for a node
@@ -32,3 +34,9 @@ struct SNodeAccess {
 
 /// Called on the accessing thread, before the access; what it throws takes the access's place.
 using NodeAccessHook = std::function<void(const SNodeAccess &stAccess)>;
+
+} // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::NodeAccessHook;
+using ffc::genapi::SNodeAccess;

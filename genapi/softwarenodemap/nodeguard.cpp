@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ffc::genapi {
+
 CNodeGuard::CNodeGuard(std::string strName, std::recursive_mutex &mutex) : m_strName(std::move(strName)), m_mutex(mutex)
 {
 }
@@ -61,3 +63,5 @@ std::string CNodeGuard::Describe(const std::string &strReason) const
 {
   return "Node '" + m_strName + "': " + strReason;
 }
+
+} // namespace ffc::genapi

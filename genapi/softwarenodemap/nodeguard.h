@@ -10,6 +10,8 @@
 
 #include "genapi/softwarenodemap/valueorcallback.h"
 
+namespace ffc::genapi {
+
 /// Held by each node of a software node map. The mutex belongs to the map and is recursive, because
 /// callbacks run with it held and may use other nodes of the same map.
 class CNodeGuard {
@@ -44,3 +46,5 @@ private:
   std::recursive_mutex &m_mutex;
   std::optional<CValueOrCallback<GenApi::EAccessMode>> m_access;
 };
+
+} // namespace ffc::genapi

@@ -2,10 +2,12 @@
 
 #include "genapi/softwarenodemap/numberrange.h"
 
+namespace ffc::genapi {
+
 template <class TNode, class TInterface, class TValue>
 void CSoftwareNumber<TNode, TInterface, TValue>::CheckRange(TValue value) const
 {
-  ::CheckRange(this->m_guard, value, m_min.Get(), m_max.Get(), m_inc.Get());
+  genapi::CheckRange(this->m_guard, value, m_min.Get(), m_max.Get(), m_inc.Get());
 }
 
 template class CSoftwareNumber<CSoftwareInteger, GenApi::IInteger, int64_t>;
@@ -32,3 +34,5 @@ bool CSoftwareBoolean::GetValue(bool bVerify, bool) const
   const auto lock = m_guard.Acquire();
   return Read(bVerify);
 }
+
+} // namespace ffc::genapi

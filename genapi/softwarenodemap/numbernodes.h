@@ -8,6 +8,8 @@
 #include "genapi/softwarenodemap/numbertext.h"
 #include "genapi/softwarenodemap/softwarenode.h"
 
+namespace ffc::genapi {
+
 /// A value node with a text form and without a range of its own.
 template <class TNode, class TInterface, class TValue>
 class CSoftwareScalar : public CSoftwareValueNode<TNode, TInterface, TValue> {
@@ -120,3 +122,10 @@ public:
   void SetValue(bool bValue, bool bVerify = true) override;
   bool GetValue(bool bVerify = false, bool bIgnoreCache = false) const override;
 };
+
+} // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::CSoftwareBoolean;
+using ffc::genapi::CSoftwareFloat;
+using ffc::genapi::CSoftwareInteger;

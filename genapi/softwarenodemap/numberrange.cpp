@@ -4,6 +4,8 @@
 
 #include "genapi/softwarenodemap/numbertext.h"
 
+namespace ffc::genapi {
+
 namespace {
 
 /// In unsigned arithmetic, which no distance between two 64-bit values overflows.
@@ -41,3 +43,5 @@ void CheckRange(const CNodeGuard &guard, double dValue, double dMin, double dMax
 {
   Check(guard, dValue, dMin, dMax, dInc);
 }
+
+} // namespace ffc::genapi

@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 
+namespace ffc::genapi {
+
 namespace {
 
 bool HasHexPrefix(const std::string &strText)
@@ -102,3 +104,5 @@ std::optional<std::vector<uint8_t>> ParseBytes(const std::string &strText)
   }
   return listBytes;
 }
+
+} // namespace ffc::genapi

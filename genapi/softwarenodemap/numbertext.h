@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ffc::genapi {
+
 /// \return nothing when any part of the text is no number of that type
 template <class TValue>
 std::optional<TValue> ParseValue(const std::string &strText) = delete;
@@ -27,3 +29,5 @@ std::string FormatValue(bool bValue);
 /// "0x" and two digits per byte; also what ParseBytes takes.
 std::string FormatBytes(const std::vector<uint8_t> &listBytes);
 std::optional<std::vector<uint8_t>> ParseBytes(const std::string &strText);
+
+} // namespace ffc::genapi

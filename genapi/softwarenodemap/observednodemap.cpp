@@ -4,6 +4,8 @@
 
 #include "genapi/softwarenodemap/observednodes.h"
 
+namespace ffc::genapi {
+
 CObservedNodeMap::CObservedNodeMap(GenApi::INodeMap &inner)
   : m_inner(inner), m_fnCallHooks([this](const SNodeAccess &stAccess) {
       for (const NodeAccessHook &fnHook : m_listHooks) {
@@ -49,3 +51,5 @@ GenApi::INode *CObservedNodeMap::Wrap(GenApi::INode *pNode) const
   }
   return pObserved.get();
 }
+
+} // namespace ffc::genapi

@@ -11,6 +11,8 @@
 
 #include "genapi/softwarenodemap/nodeaccess.h"
 
+namespace ffc::genapi {
+
 /// Hands out stand-ins for the nodes of another map: the same interfaces, the same results, and before
 /// each access every hook is called, in the order of adding.
 ///
@@ -44,3 +46,8 @@ private:
   mutable std::mutex m_mutex;
   mutable std::map<GenApi::INode *, std::unique_ptr<GenApi::INode>> m_mapNodes;
 };
+
+} // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::CObservedNodeMap;

@@ -6,6 +6,8 @@
 
 #include "genapi/softwarenodemap/numbertext.h"
 
+namespace ffc::genapi {
+
 namespace {
 
 using EKind = SNodeAccess::EKind;
@@ -256,3 +258,5 @@ std::unique_ptr<GenApi::INode> MakeObservedNode(GenApi::INode *pNode, const Node
   }
   return std::make_unique<CObservedPlainNode>(*pNode, fnHook);
 }
+
+} // namespace ffc::genapi

@@ -11,6 +11,8 @@
 
 #include "genapi/softwarenodemap/nodeguard.h"
 
+namespace ffc::genapi {
+
 /// A node with one GenApi interface. TNode is the concrete class, so that declarations chain.
 template <class TNode, class TInterface>
 class CSoftwareNode : public GenApi::INode, public TInterface {
@@ -126,3 +128,5 @@ private:
   ReadCallback m_fnRead;
   WriteCallback m_fnWrite;
 };
+
+} // namespace ffc::genapi

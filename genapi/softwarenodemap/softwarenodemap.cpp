@@ -1,5 +1,7 @@
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::genapi {
+
 CSoftwareInteger &CSoftwareNodeMap::AddInteger(const std::string &strName, int64_t nValue)
 {
   return Add<CSoftwareInteger>(strName).Poke(nValue);
@@ -63,3 +65,5 @@ TNode &CSoftwareNodeMap::Add(const std::string &strName)
   m_mapNodes[strName] = &node;
   return node;
 }
+
+} // namespace ffc::genapi

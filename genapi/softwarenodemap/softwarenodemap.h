@@ -15,6 +15,8 @@
 #include "genapi/softwarenodemap/numbernodes.h"
 #include "genapi/softwarenodemap/textnodes.h"
 
+namespace ffc::genapi {
+
 /// Declare the nodes first, each with its value, access mode, range and callbacks:
 ///
 ///     map.AddInteger("Width", 640).Range(2, 640).Increment(2).LockedWhile(tlParamsLocked);
@@ -68,3 +70,8 @@ private:
   std::vector<std::unique_ptr<GenApi::INode>> m_listNodes;
   std::map<std::string, GenApi::INode *> m_mapNodes;
 };
+
+} // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::CSoftwareNodeMap;

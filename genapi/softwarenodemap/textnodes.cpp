@@ -4,6 +4,8 @@
 
 #include "genapi/softwarenodemap/numbertext.h"
 
+namespace ffc::genapi {
+
 CSoftwareString &CSoftwareString::MaxLength(CValueOrCallback<int64_t> maxLength)
 {
   m_maxLength = std::move(maxLength);
@@ -108,3 +110,5 @@ void CSoftwareRegister::CheckBlock(const void *pBuffer, int64_t nLength) const
                             std::to_string(nLength));
   }
 }
+
+} // namespace ffc::genapi

@@ -8,6 +8,8 @@
 
 #include "genapi/softwarenodemap/softwarenode.h"
 
+namespace ffc::genapi {
+
 class CSoftwareString final : public CSoftwareValueNode<CSoftwareString, GenApi::IString, std::string> {
 public:
   CSoftwareString(std::string strName, std::recursive_mutex &mutex) : CSoftwareValueNode(std::move(strName), mutex) {}
@@ -47,3 +49,9 @@ private:
 
   CValueOrCallback<int64_t> m_length = int64_t{0};
 };
+
+} // namespace ffc::genapi
+
+// Until those who use them name the room.
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::CSoftwareString;

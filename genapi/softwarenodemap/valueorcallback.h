@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+namespace ffc::genapi {
+
 /// Converts implicitly from a value and from anything callable that returns one, so that a
 /// declaration reads the same for both: Access(GenApi::RO), Access([&] { return ...; }).
 template <class TValue>
@@ -27,3 +29,5 @@ private:
   TValue m_value{};
   std::function<TValue()> m_fnValue;
 };
+
+} // namespace ffc::genapi

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
-SSimulatedCameraOptions SmallOptions(const std::string &strFormat, ECorrectionMode eMode)
+namespace ffc::test {
+
+camera::SSimulatedCameraOptions SmallOptions(const std::string &strFormat, camera::ECorrectionMode eMode)
 {
-  SSimulatedCameraOptions stOptions;
+  camera::SSimulatedCameraOptions stOptions;
   stOptions.strPixelFormat = strFormat;
   stOptions.nWidth = 64;
   stOptions.nHeight = 48;
@@ -13,10 +15,10 @@ SSimulatedCameraOptions SmallOptions(const std::string &strFormat, ECorrectionMo
   return stOptions;
 }
 
-CCameraBench::CCameraBench(const SSimulatedCameraOptions &stOptions)
+CCameraBench::CCameraBench(const camera::SSimulatedCameraOptions &stOptions)
 {
   std::string strError;
-  m_pCamera = CreateSimulatedCamera(stOptions, &strError);
+  m_pCamera = camera::CreateSimulatedCamera(stOptions, &strError);
   EXPECT_EQ(strError, "");
   m_pCollector = std::make_unique<ffc::test::CFrameCollector>(*m_pCamera);
 }
@@ -73,9 +75,11 @@ SKeptFrame CCameraBench::TakeTriggered()
   return listFrames.empty() ? SKeptFrame() : listFrames[0];
 }
 
-std::string GetCreationError(const SSimulatedCameraOptions &stOptions)
+std::string GetCreationError(const camera::SSimulatedCameraOptions &stOptions)
 {
   std::string strError;
-  EXPECT_EQ(CreateSimulatedCamera(stOptions, &strError), nullptr);
+  EXPECT_EQ(camera::CreateSimulatedCamera(stOptions, &strError), nullptr);
   return strError;
 }
+
+} // namespace ffc::test

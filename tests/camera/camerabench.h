@@ -10,18 +10,20 @@
 #include "camera/simulated/simulatedcamera.h"
 #include "tests/camera/framecollector.h"
 
+namespace ffc::test {
+
 /// 64 x 48 pixels at 1000 frames per second.
-SSimulatedCameraOptions SmallOptions(const std::string &strFormat = "Mono12",
-                                     ECorrectionMode eMode = ECorrectionMode::None);
+camera::SSimulatedCameraOptions SmallOptions(const std::string &strFormat = "Mono12",
+                                             camera::ECorrectionMode eMode = camera::ECorrectionMode::None);
 
 /// A camera, its frames and short ways to its features.
 class CCameraBench {
 public:
-  explicit CCameraBench(const SSimulatedCameraOptions &stOptions = SmallOptions());
+  explicit CCameraBench(const camera::SSimulatedCameraOptions &stOptions = SmallOptions());
   ~CCameraBench() { m_pCamera->Stop(); }
 
-  ICamera &Camera() { return *m_pCamera; }
-  ffc::test::CFrameCollector &Frames() { return *m_pCollector; }
+  camera::ICamera &Camera() { return *m_pCamera; }
+  CFrameCollector &Frames() { return *m_pCollector; }
 
   template <class TInterface>
   TInterface &Device(const char *pName)
@@ -47,9 +49,11 @@ public:
   SKeptFrame TakeTriggered();
 
 private:
-  std::unique_ptr<ICamera> m_pCamera;
-  std::unique_ptr<ffc::test::CFrameCollector> m_pCollector;
+  std::unique_ptr<camera::ICamera> m_pCamera;
+  std::unique_ptr<CFrameCollector> m_pCollector;
 };
 
 /// What is wrong with options that make no camera.
-std::string GetCreationError(const SSimulatedCameraOptions &stOptions);
+std::string GetCreationError(const camera::SSimulatedCameraOptions &stOptions);
+
+} // namespace ffc::test

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+namespace ffc::test {
+
 std::vector<uint16_t> SKeptFrame::GetSamples() const
 {
   if (listBytes.size() == std::size_t{stInfo.nWidth} * stInfo.nHeight) {
@@ -14,11 +16,9 @@ std::vector<uint16_t> SKeptFrame::GetSamples() const
   return listSamples;
 }
 
-namespace ffc::test {
-
-CFrameCollector::CFrameCollector(ICamera &camera)
+CFrameCollector::CFrameCollector(camera::ICamera &camera)
 {
-  camera.SetFrameCallback([this](const SCameraFrame &stFrame) { Receive(stFrame); });
+  camera.SetFrameCallback([this](const camera::SCameraFrame &stFrame) { Receive(stFrame); });
 }
 
 std::vector<SKeptFrame> CFrameCollector::Take(std::size_t nCount)
@@ -48,7 +48,7 @@ std::size_t CFrameCollector::GetCount() const
   return m_nReceived;
 }
 
-void CFrameCollector::Receive(const SCameraFrame &stFrame)
+void CFrameCollector::Receive(const camera::SCameraFrame &stFrame)
 {
   const std::lock_guard lock(m_mutex);
   ++m_nReceived;

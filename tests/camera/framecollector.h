@@ -9,21 +9,21 @@
 
 #include "camera/icamera.h"
 
+namespace ffc::test {
+
 /// A frame that outlives its callback.
 struct SKeptFrame {
   std::vector<uint8_t> listBytes;
-  SCameraFrame stInfo; ///< its buffer pointer is null
+  camera::SCameraFrame stInfo; ///< its buffer pointer is null
 
   /// Samples as 16 bit, whatever the format.
   std::vector<uint16_t> GetSamples() const;
 };
 
-namespace ffc::test {
-
 /// Sets itself as the camera's frame callback; must outlive the camera's stream.
 class CFrameCollector {
 public:
-  explicit CFrameCollector(ICamera &camera);
+  explicit CFrameCollector(camera::ICamera &camera);
 
   /// The next nCount frames, or fewer when they do not come within ten seconds.
   std::vector<SKeptFrame> Take(std::size_t nCount);
@@ -34,7 +34,7 @@ public:
   std::size_t GetCount() const;
 
 private:
-  void Receive(const SCameraFrame &stFrame);
+  void Receive(const camera::SCameraFrame &stFrame);
 
   mutable std::mutex m_mutex;
   std::condition_variable m_condition;

@@ -8,6 +8,8 @@
 
 #include "camera/framestreamer.h"
 
+using ffc::camera::CFrameStreamer;
+
 namespace {
 
 using namespace std::chrono_literals;

@@ -19,6 +19,15 @@
 #include "frames/recordedframes.h"
 #include "tests/camera/framecollector.h"
 
+using ffc::camera::CreateReplayCamera;
+using ffc::camera::ICamera;
+using ffc::camera::ISceneControl;
+using ffc::camera::LoadRecordedFrames;
+using ffc::camera::SRecordedFrames;
+using ffc::camera::SReplayCameraOptions;
+using ffc::test::CFrameCollector;
+using ffc::test::SKeptFrame;
+
 namespace {
 
 /// A folder of tiny pictures, each filled with one value.

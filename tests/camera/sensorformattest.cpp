@@ -5,6 +5,11 @@
 
 #include "camera/sensorformat.h"
 
+using ffc::camera::FindSensorFormat;
+using ffc::camera::GetSensorFormats;
+using ffc::camera::SSensorFormat;
+using ffc::genapi::EColorLayout;
+
 TEST(SensorFormat, CodesAndDepthsFollowThePixelFormatNamingConvention)
 {
   const struct {

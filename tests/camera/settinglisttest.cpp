@@ -4,6 +4,14 @@
 
 #include "camera/settinglist.h"
 
+using ffc::camera::CSettingList;
+using ffc::camera::SettingSnapshot;
+using ffc::camera::SettingValue;
+using ffc::genapi::CSoftwareEnumeration;
+using ffc::genapi::CSoftwareFloat;
+using ffc::genapi::CSoftwareInteger;
+using ffc::genapi::CSoftwareNodeMap;
+
 namespace {
 
 /// Every kind of node that there is.

@@ -10,6 +10,20 @@
 #include "camera/sensorformat.h"
 #include "tests/camera/camerabench.h"
 
+using ffc::camera::CreateSimulatedCamera;
+using ffc::camera::FindSensorFormat;
+using ffc::camera::GetSensorFormats;
+using ffc::camera::ISceneControl;
+using ffc::camera::SCameraFrame;
+using ffc::camera::SSensorFormat;
+using ffc::camera::SSimulatedCameraOptions;
+using ffc::genapi::COLOR_COUNT;
+using ffc::genapi::GetPixelColor;
+using ffc::test::CCameraBench;
+using ffc::test::GetCreationError;
+using ffc::test::SKeptFrame;
+using ffc::test::SmallOptions;
+
 namespace {
 
 using namespace std::chrono_literals;

@@ -8,6 +8,17 @@
 
 #include "camera/simulated/simulatedsensor.h"
 
+using ffc::camera::CLens;
+using ffc::camera::CSimulatedSensor;
+using ffc::camera::FindSensorFormat;
+using ffc::camera::IFrameSource;
+using ffc::camera::ISceneControl;
+using ffc::camera::SCameraSettings;
+using ffc::camera::SScene;
+using ffc::camera::SSensorModel;
+using ffc::genapi::EColor;
+using ffc::genapi::GetPixelColor;
+
 namespace {
 
 using Image = std::vector<double>;

@@ -10,6 +10,14 @@
 #include "tests/support/accessrecorder.h"
 #include "tests/support/failnthaccess.h"
 
+using ffc::genapi::CObservedNodeMap;
+using ffc::genapi::CSoftwareInteger;
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::test::ALL_ACCESS_FAILURES;
+using ffc::test::CAccessRecorder;
+using ffc::test::CFailNthAccess;
+using ffc::test::EAccessFailure;
+
 namespace {
 
 /// A software map with one node of each kind, and the map that watches it.

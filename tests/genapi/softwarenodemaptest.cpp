@@ -10,6 +10,14 @@
 
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+using ffc::genapi::CSoftwareBoolean;
+using ffc::genapi::CSoftwareCommand;
+using ffc::genapi::CSoftwareEnumeration;
+using ffc::genapi::CSoftwareFloat;
+using ffc::genapi::CSoftwareInteger;
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::CSoftwareString;
 using GenICam::AccessException;
 using GenICam::InvalidArgumentException;
 using GenICam::OutOfRangeException;

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using ffc::platform::CCriticalSection;
+
 namespace {
 
 // Whether a thread that holds nothing gets the section.

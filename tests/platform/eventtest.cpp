@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using ffc::platform::CEvent;
+
 namespace {
 
 constexpr uint32_t FOR_EVER = 0xFFFFFFFF;

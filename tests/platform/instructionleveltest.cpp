@@ -6,6 +6,18 @@
 
 #include "platform/kernelchoice.h"
 
+using ffc::platform::ChooseInstructionLevel;
+using ffc::platform::ChooseKernels;
+using ffc::platform::DetectProcessorLevel;
+using ffc::platform::EInstructionLevel;
+using ffc::platform::GetInstructionLevel;
+using ffc::platform::GetInstructionLevelName;
+using ffc::platform::INSTRUCTION_LEVEL_BASELINE;
+using ffc::platform::INSTRUCTION_LEVEL_COUNT;
+using ffc::platform::INSTRUCTION_LEVEL_V2;
+using ffc::platform::INSTRUCTION_LEVEL_V3;
+using ffc::platform::INSTRUCTION_LEVEL_V4;
+
 namespace {
 
 constexpr EInstructionLevel LEVELS[] = {INSTRUCTION_LEVEL_BASELINE, INSTRUCTION_LEVEL_V2, INSTRUCTION_LEVEL_V3,

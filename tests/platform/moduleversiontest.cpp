@@ -16,6 +16,10 @@
 
 #include "platform/moduleversionrecord.h"
 
+using ffc::platform::QueryModuleFileVersion;
+using ffc::platform::QueryModuleVersion;
+using ffc::platform::SModuleVersionRecord;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -11,6 +11,9 @@
 
 #include "platform/moduleversion.h"
 
+using ffc::platform::QueryModuleFileVersion;
+using ffc::platform::QueryModuleVersion;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -2,6 +2,8 @@
 
 #include <map>
 
+namespace ffc::test {
+
 namespace {
 
 struct SKindStyle {
@@ -9,9 +11,9 @@ struct SKindStyle {
   bool bDetail; ///< left out of the short log
 };
 
-const SKindStyle &GetStyle(SNodeAccess::EKind eKind)
+const SKindStyle &GetStyle(genapi::SNodeAccess::EKind eKind)
 {
-  using EKind = SNodeAccess::EKind;
+  using EKind = genapi::SNodeAccess::EKind;
   static const std::map<EKind, SKindStyle> MAP_STYLES = {
     {EKind::LookUp, {"find", true}},
     {EKind::AccessMode, {"implemented?", false}},
@@ -31,13 +33,14 @@ const SKindStyle &GetStyle(SNodeAccess::EKind eKind)
   return MAP_STYLES.at(eKind);
 }
 
-std::string Describe(const SNodeAccess &stAccess, const SKindStyle &stStyle)
+std::string Describe(const genapi::SNodeAccess &stAccess, const SKindStyle &stStyle)
 {
   std::string strLine = std::string(stStyle.pVerb) + " " + stAccess.strNode;
-  if (stAccess.eKind == SNodeAccess::EKind::Write) {
+  if (stAccess.eKind == genapi::SNodeAccess::EKind::Write) {
     strLine += " = " + stAccess.strValue;
   }
-  if (stAccess.eKind == SNodeAccess::EKind::RegisterRead || stAccess.eKind == SNodeAccess::EKind::RegisterWrite) {
+  if (stAccess.eKind == genapi::SNodeAccess::EKind::RegisterRead ||
+      stAccess.eKind == genapi::SNodeAccess::EKind::RegisterWrite) {
     strLine += " " + std::to_string(stAccess.nLength);
   }
   return strLine;
@@ -45,7 +48,7 @@ std::string Describe(const SNodeAccess &stAccess, const SKindStyle &stStyle)
 
 } // namespace
 
-void CAccessRecorder::operator()(const SNodeAccess &stAccess)
+void CAccessRecorder::operator()(const genapi::SNodeAccess &stAccess)
 {
   const SKindStyle &stStyle = GetStyle(stAccess.eKind);
   if (stStyle.bDetail && m_eDetail == EDetail::Values) {
@@ -66,3 +69,5 @@ void CAccessRecorder::Clear()
   const std::lock_guard lock(m_mutex);
   m_listLines.clear();
 }
+
+} // namespace ffc::test

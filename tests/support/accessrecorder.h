@@ -8,6 +8,8 @@
 
 #include "genapi/softwarenodemap/nodeaccess.h"
 
+namespace ffc::test {
+
 /// Lines such as "implemented? BalanceWhiteAuto", "get ExposureTime", "set TriggerMode = Off",
 /// "execute TriggerSoftware", "read FFCValueAll 128", "write FFCValueAll 128", "entries PixelFormat".
 /// Give it to a map with std::ref: it must outlive the map. Any thread.
@@ -20,7 +22,7 @@ public:
 
   explicit CAccessRecorder(EDetail eDetail = EDetail::Values) : m_eDetail(eDetail) {}
 
-  void operator()(const SNodeAccess &stAccess);
+  void operator()(const genapi::SNodeAccess &stAccess);
 
   /// A copy, in the order of the accesses.
   std::vector<std::string> GetLog() const;
@@ -31,3 +33,8 @@ private:
   mutable std::mutex m_mutex;
   std::vector<std::string> m_listLines;
 };
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::CAccessRecorder;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ffc::test {
+
 CCorrectingCamera::CCorrectingCamera(const std::string &strPixelFormat, int64_t nWidth, int64_t nHeight,
                                      const std::set<std::string> &setAbsent, ECoefficients eCoefficients)
   : CTestCamera(strPixelFormat, nWidth, nHeight), m_correction(Device(), setAbsent, eCoefficients),
@@ -50,3 +52,5 @@ void CCorrectingCamera::PutBalance(const std::vector<double> &listState)
   std::copy_n(listState.begin(), m_adBalanceRatio.size(), m_adBalanceRatio.begin());
   m_nWhiteBalance = static_cast<int64_t>(listState.back());
 }
+
+} // namespace ffc::test

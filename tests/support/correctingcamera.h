@@ -11,6 +11,8 @@
 #include "tests/support/testcamera.h"
 #include "tests/support/usersets.h"
 
+namespace ffc::test {
+
 /// A test camera with user sets, a software trigger and a register of coefficients. It starts in the factory
 /// state, which is the state of its construction until SaveAsDefault.
 class CCorrectingCamera : public CTestCamera {
@@ -40,3 +42,8 @@ private:
   ffc::test::CCorrectionFeatures m_correction;
   ffc::test::CUserSets m_userSets;
 };
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::CCorrectingCamera;

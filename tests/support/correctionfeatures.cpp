@@ -22,7 +22,7 @@ int64_t CountBlocks(int64_t nSide, int64_t nBlockSide)
 
 } // namespace
 
-CCorrectionFeatures::CCorrectionFeatures(CSoftwareNodeMap &map, const std::set<std::string> &setAbsent,
+CCorrectionFeatures::CCorrectionFeatures(genapi::CSoftwareNodeMap &map, const std::set<std::string> &setAbsent,
                                          ECoefficients eCoefficients)
   : m_map(map), m_eCoefficients(eCoefficients), m_bRecordExchanged(eCoefficients == ECoefficients::FlatField)
 {
@@ -114,7 +114,7 @@ void CCorrectionFeatures::AddCoefficients()
 // Points along a side: one in each block and one beyond either end; gains come in pairs.
 int64_t CCorrectionFeatures::CountPoints(int64_t nSide) const
 {
-  const auto nEntry = static_cast<std::size_t>(m_map.Find<CSoftwareEnumeration>("FFCBlockSize")->Peek());
+  const auto nEntry = static_cast<std::size_t>(m_map.Find<genapi::CSoftwareEnumeration>("FFCBlockSize")->Peek());
   const int64_t nBlockSide = BLOCK_SIDES[nEntry < std::size(BLOCK_SIDES) ? nEntry : 0];
   const int64_t nPoints = CountBlocks(nSide, nBlockSide) + 2;
   return m_eCoefficients == ECoefficients::Vignetting ? nPoints + nPoints % 2 : nPoints;
@@ -124,8 +124,8 @@ int64_t CCorrectionFeatures::ComputeSize() const
 {
   const int64_t nGains = m_map.GetNode("PixelColorFilter") == nullptr ? 1 : 3;
   const int64_t nPointSize = m_eCoefficients == ECoefficients::Vignetting ? nGains * GAIN_SIZE : ELEMENT_SIZE;
-  const int64_t nColumns = CountPoints(m_map.Find<CSoftwareInteger>("Width")->Peek());
-  const int64_t nRows = CountPoints(m_map.Find<CSoftwareInteger>("Height")->Peek());
+  const int64_t nColumns = CountPoints(m_map.Find<genapi::CSoftwareInteger>("Width")->Peek());
+  const int64_t nRows = CountPoints(m_map.Find<genapi::CSoftwareInteger>("Height")->Peek());
   return nColumns * nRows * nPointSize + static_cast<int64_t>(RECORD_SIZE);
 }
 

@@ -9,13 +9,13 @@
 
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::test {
+
 /// What a camera takes coefficients for.
 enum class ECoefficients {
   FlatField,  ///< small blocks; the record is handed out with the bytes of each pair exchanged
   Vignetting, ///< blocks of 64 x 64 or 128 x 128; the record is handed out as it was written
 };
-
-namespace ffc::test {
 
 /// FFCBlockSize, FFCFrameCount, FFCExpectGray, FFCCoefficientsSize, FFCValueAll, FFCFlashLoad, FFCFlashSave and
 /// FlatFieldCorrection. The register is as long as FFCCoefficientsSize says, which is what the coefficients of
@@ -25,7 +25,7 @@ class CCorrectionFeatures {
 public:
   /// \param map has Width and Height, a colour camera's PixelColorFilter too, and outlives this object
   /// \param setAbsent features that this camera has not at all
-  CCorrectionFeatures(CSoftwareNodeMap &map, const std::set<std::string> &setAbsent,
+  CCorrectionFeatures(genapi::CSoftwareNodeMap &map, const std::set<std::string> &setAbsent,
                       ECoefficients eCoefficients = ECoefficients::FlatField);
   CCorrectionFeatures(const CCorrectionFeatures &) = delete;
   CCorrectionFeatures &operator=(const CCorrectionFeatures &) = delete;
@@ -45,7 +45,7 @@ private:
   int64_t CountPoints(int64_t nSide) const;
   int64_t ComputeSize() const;
 
-  CSoftwareNodeMap &m_map;
+  genapi::CSoftwareNodeMap &m_map;
   const ECoefficients m_eCoefficients;
   bool m_bRecordExchanged;
   std::vector<uint8_t> m_listWritten;
@@ -53,3 +53,6 @@ private:
 };
 
 } // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::ECoefficients;

@@ -7,6 +7,8 @@
 
 #include "platform/elfsection.h"
 
+namespace ffc::test {
+
 namespace {
 
 bool IsExported(const Elf64_Sym &stSymbol)
@@ -22,8 +24,8 @@ bool IsExported(const Elf64_Sym &stSymbol)
 std::vector<std::string> ReadExportedNames(const std::string &strPath)
 {
   constexpr std::size_t LARGEST_SECTION = std::size_t{1} << 26;
-  const std::vector<char> listSymbols = ReadElfSection(strPath, ".dynsym", LARGEST_SECTION);
-  std::vector<char> listNames = ReadElfSection(strPath, ".dynstr", LARGEST_SECTION);
+  const std::vector<char> listSymbols = platform::ReadElfSection(strPath, ".dynsym", LARGEST_SECTION);
+  std::vector<char> listNames = platform::ReadElfSection(strPath, ".dynstr", LARGEST_SECTION);
   listNames.push_back('\0');
   std::vector<std::string> listExported;
   for (std::size_t i = 0; i + sizeof(Elf64_Sym) <= listSymbols.size(); i += sizeof(Elf64_Sym)) {
@@ -39,3 +41,5 @@ std::vector<std::string> ReadExportedNames(const std::string &strPath)
   std::sort(listExported.begin(), listExported.end());
   return listExported;
 }
+
+} // namespace ffc::test

@@ -4,6 +4,8 @@
 
 #include <GenApi/GenApi.h>
 
+namespace ffc::test {
+
 namespace {
 
 template <class TException>
@@ -33,9 +35,11 @@ template <class TException>
 
 } // namespace
 
-void CFailNthAccess::operator()(const SNodeAccess &)
+void CFailNthAccess::operator()(const genapi::SNodeAccess &)
 {
   if (++m_nCount == m_nFailAt) {
     ThrowFailure(m_eFailure);
   }
 }
+
+} // namespace ffc::test

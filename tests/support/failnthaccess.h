@@ -7,6 +7,8 @@
 
 #include "genapi/softwarenodemap/nodeaccess.h"
 
+namespace ffc::test {
+
 /// What the failing access throws: one of GenICam's exceptions, std::bad_alloc, or an int, which no
 /// handler by type expects.
 enum class EAccessFailure {
@@ -41,7 +43,7 @@ public:
   /// \param nFailAt counts from 1; 0 never fails
   CFailNthAccess(uint64_t nFailAt, EAccessFailure eFailure) : m_nFailAt(nFailAt), m_eFailure(eFailure) {}
 
-  void operator()(const SNodeAccess &stAccess);
+  void operator()(const genapi::SNodeAccess &stAccess);
 
   uint64_t GetCount() const { return m_nCount; }
 
@@ -50,3 +52,10 @@ private:
   const EAccessFailure m_eFailure;
   std::atomic<uint64_t> m_nCount{0};
 };
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::ALL_ACCESS_FAILURES;
+using ffc::test::CFailNthAccess;
+using ffc::test::EAccessFailure;

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <utility>
 
+namespace ffc::test {
+
 CFramePump::CFramePump(FnFill fnFill, FnDeliver fnDeliver, double dFramesPerSecond)
   : m_fnFill(std::move(fnFill)), m_fnDeliver(std::move(fnDeliver)), m_dFramesPerSecond(dFramesPerSecond),
     m_thread([this] { Run(); })
@@ -35,3 +37,5 @@ void CFramePump::Run()
     }
   }
 }
+
+} // namespace ffc::test

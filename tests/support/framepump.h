@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+namespace ffc::test {
+
 /// Calls a function with one frame after the other, on its own thread, until it is stopped or destroyed.
 ///
 ///     CFramePump pump(
@@ -49,3 +51,8 @@ private:
   std::atomic<uint64_t> m_nFrameCount{0};
   std::thread m_thread;
 };
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::CFramePump;

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace ffc::test {
+
 /// While one lives, no file of this program can grow beyond nBytes: writing more fails, as on a full volume.
 class CFullVolume {
 public:
@@ -20,3 +22,9 @@ private:
 
 /// Whether this user may write where the access rights say otherwise.
 bool IsAboveAccessRights();
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::CFullVolume;
+using ffc::test::IsAboveAccessRights;

@@ -5,6 +5,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+namespace ffc::test {
+
 struct CFullVolume::SImpl {
   rlimit m_stFormerLimit{};
   void (*m_fnFormerHandler)(int) = nullptr;
@@ -30,3 +32,5 @@ bool IsAboveAccessRights()
 {
   return geteuid() == 0;
 }
+
+} // namespace ffc::test

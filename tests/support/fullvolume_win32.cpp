@@ -7,6 +7,8 @@
 
 #include <windows.h>
 
+namespace ffc::test {
+
 namespace {
 
 using FnWriteFile = decltype(&WriteFile);
@@ -78,3 +80,5 @@ bool IsAboveAccessRights()
 {
   return true;
 }
+
+} // namespace ffc::test

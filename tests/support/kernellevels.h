@@ -9,14 +9,16 @@
 
 #include "platform/instructionlevel.h"
 
+namespace ffc::test {
+
 /// The levels that were built and that this processor has.
 /// \param fnFind gives a level's table of kernels, or null
 template <class TKernels>
-std::vector<EInstructionLevel> GetTestableLevels(const TKernels *(&fnFind)(EInstructionLevel))
+std::vector<platform::EInstructionLevel> GetTestableLevels(const TKernels *(&fnFind)(platform::EInstructionLevel))
 {
-  std::vector<EInstructionLevel> listLevels;
-  for (int32_t nLevel = INSTRUCTION_LEVEL_BASELINE; nLevel <= DetectProcessorLevel(); ++nLevel) {
-    const auto eLevel = static_cast<EInstructionLevel>(nLevel);
+  std::vector<platform::EInstructionLevel> listLevels;
+  for (int32_t nLevel = platform::INSTRUCTION_LEVEL_BASELINE; nLevel <= platform::DetectProcessorLevel(); ++nLevel) {
+    const auto eLevel = static_cast<platform::EInstructionLevel>(nLevel);
     if (fnFind(eLevel) != nullptr) {
       listLevels.push_back(eLevel);
     }
@@ -25,7 +27,13 @@ std::vector<EInstructionLevel> GetTestableLevels(const TKernels *(&fnFind)(EInst
 }
 
 /// Names a test by its level.
-inline std::string GetLevelTestName(const testing::TestParamInfo<EInstructionLevel> &info)
+inline std::string GetLevelTestName(const testing::TestParamInfo<platform::EInstructionLevel> &info)
 {
-  return GetInstructionLevelName(info.param);
+  return platform::GetInstructionLevelName(info.param);
 }
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::GetLevelTestName;
+using ffc::test::GetTestableLevels;

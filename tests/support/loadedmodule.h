@@ -4,6 +4,13 @@
 
 #include <string>
 
+namespace ffc::test {
+
 /// The file of a loaded module (shared library or plug-in) whose path contains a text.
 /// \return its path in the system's own encoding (UTF-8 on Windows), empty when there is none
 std::string FindLoadedModule(const std::string &strPart);
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::FindLoadedModule;

@@ -2,6 +2,8 @@
 
 #include <link.h>
 
+namespace ffc::test {
+
 namespace {
 
 struct SSearch {
@@ -28,3 +30,5 @@ std::string FindLoadedModule(const std::string &strPart)
   dl_iterate_phdr(&Visit, &stSearch);
   return stSearch.strFound;
 }
+
+} // namespace ffc::test

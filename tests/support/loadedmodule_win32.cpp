@@ -4,6 +4,8 @@
 
 #include <tlhelp32.h>
 
+namespace ffc::test {
+
 namespace {
 
 std::string ToUtf8(const wchar_t *pText)
@@ -33,3 +35,5 @@ std::string FindLoadedModule(const std::string &strPart)
   CloseHandle(hSnapshot);
   return strFound;
 }
+
+} // namespace ffc::test

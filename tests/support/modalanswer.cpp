@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+namespace ffc::test {
+
 namespace {
 
 bool IsTipsMessageBox(const QDialog &dialog)
@@ -167,3 +169,5 @@ void CModalAnswer::AnswerBox(QDialog &dialog)
     dialog.reject();
   }
 }
+
+} // namespace ffc::test

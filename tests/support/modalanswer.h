@@ -14,6 +14,8 @@ class QDialog;
 class QFileDialog;
 class QWidget;
 
+namespace ffc::test {
+
 /// While alive, answers every modal dialog as soon as its event loop runs, so that the call under test
 /// returns: message boxes by their accepting button unless told otherwise, file dialogs by choosing the file
 /// that was set, else by cancelling, and any other dialog by rejecting it. Lives on the user-interface
@@ -69,3 +71,8 @@ private:
   std::vector<SBox> m_listBoxes;
   std::vector<SFileDialog> m_listFileDialogs;
 };
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::CModalAnswer;

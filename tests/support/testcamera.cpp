@@ -4,6 +4,8 @@
 
 #include "genapi/pfnc.h"
 
+namespace ffc::test {
+
 namespace {
 
 constexpr int64_t BALANCE_OFF = 0;
@@ -18,19 +20,19 @@ std::string GetLayout(const std::string &strPixelFormat)
 
 // The formats of a layout that are not packed, in the order in which a camera lists them; no Bayer format of 14 bits,
 // which a correction in the host takes for 8.
-void AddFormatEntries(CSoftwareEnumeration &node, const std::string &strLayout)
+void AddFormatEntries(genapi::CSoftwareEnumeration &node, const std::string &strLayout)
 {
   for (const char *pDepth : {"8", "10", "12", "14", "16"}) {
-    const auto *pFormat = ffc::genapi::FindPixelFormat(strLayout + pDepth);
+    const auto *pFormat = genapi::FindPixelFormat(strLayout + pDepth);
     if (!pFormat->IsBayer() || pFormat->nBitDepth != 14) {
       node.Entry(pFormat->pName, pFormat->nCode);
     }
   }
 }
 
-int64_t GetBitsPerPixel(int64_t nPixelFormat)
+int64_t CountBits(int64_t nPixelFormat)
 {
-  return ffc::genapi::GetBitsPerPixel(static_cast<uint32_t>(nPixelFormat));
+  return genapi::GetBitsPerPixel(static_cast<uint32_t>(nPixelFormat));
 }
 
 } // namespace
@@ -86,13 +88,13 @@ uint32_t CTestCamera::GetPixelFormat() const
 uint32_t CTestCamera::GetPayloadSize() const
 {
   const auto lock = m_deviceMap.Lock();
-  return static_cast<uint32_t>(m_pWidth->Peek() * m_pHeight->Peek() * GetBitsPerPixel(m_pPixelFormat->Peek()) / 8);
+  return static_cast<uint32_t>(m_pWidth->Peek() * m_pHeight->Peek() * CountBits(m_pPixelFormat->Peek()) / 8);
 }
 
 std::vector<uint8_t> CTestCamera::MakeFrame(uint32_t nValue) const
 {
   const auto lock = m_deviceMap.Lock();
-  if (GetBitsPerPixel(m_pPixelFormat->Peek()) == 8) {
+  if (CountBits(m_pPixelFormat->Peek()) == 8) {
     return std::vector<uint8_t>(GetPayloadSize(), static_cast<uint8_t>(nValue));
   }
   const std::vector<uint16_t> listSamples(GetPayloadSize() / sizeof(uint16_t), static_cast<uint16_t>(nValue));
@@ -108,7 +110,7 @@ bool CTestCamera::TakeFrame()
 
 void CTestCamera::AddGeometry(int64_t nWidth, int64_t nHeight)
 {
-  const auto &locked = *m_deviceMap.Find<CSoftwareInteger>("TLParamsLocked");
+  const auto &locked = *m_deviceMap.Find<genapi::CSoftwareInteger>("TLParamsLocked");
   m_pWidth = &m_deviceMap.AddInteger("Width", nWidth).LockedWhile(locked);
   m_pHeight = &m_deviceMap.AddInteger("Height", nHeight).LockedWhile(locked);
   m_deviceMap.AddInteger("PayloadSize").OnRead([this] { return int64_t{GetPayloadSize()}; });
@@ -118,7 +120,7 @@ void CTestCamera::AddPixelFormat(const std::string &strPixelFormat)
 {
   m_pPixelFormat = &m_deviceMap.AddEnumeration("PixelFormat");
   AddFormatEntries(*m_pPixelFormat, GetLayout(strPixelFormat));
-  m_pPixelFormat->Select(strPixelFormat).LockedWhile(*m_deviceMap.Find<CSoftwareInteger>("TLParamsLocked"));
+  m_pPixelFormat->Select(strPixelFormat).LockedWhile(*m_deviceMap.Find<genapi::CSoftwareInteger>("TLParamsLocked"));
 }
 
 void CTestCamera::AddAcquisition()
@@ -171,3 +173,5 @@ int64_t CTestCamera::ReadWhiteBalance()
   }
   return m_nWhiteBalance;
 }
+
+} // namespace ffc::test

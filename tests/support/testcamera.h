@@ -9,6 +9,8 @@
 
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+namespace ffc::test {
+
 /// Three software node maps, as a host hands them to the plug-in, with the features that the correction
 /// reads and writes. Everything starts in a state in which all operations succeed: not streaming, trigger
 /// off, the delivered image equal to the camera's. As with many a camera, geometry, format and the stream's buffer
@@ -40,16 +42,22 @@ public:
   /// Has an enumeration of the device refuse to be set while the camera streams.
   CTestCamera &LockWhileStreaming(const std::string &strName);
 
-  CSoftwareNodeMap &Device() { return m_deviceMap; }
-  CSoftwareNodeMap &Stream() { return m_streamMap; }
-  CSoftwareNodeMap &Output() { return m_outputMap; }
+  genapi::CSoftwareNodeMap &Device() { return m_deviceMap; }
+  genapi::CSoftwareNodeMap &Stream() { return m_streamMap; }
+  genapi::CSoftwareNodeMap &Output() { return m_outputMap; }
 
   /// Nodes of the device by name; the name must be one of that kind.
-  CSoftwareInteger &Integer(const std::string &strName) { return *m_deviceMap.Find<CSoftwareInteger>(strName); }
-  CSoftwareFloat &Float(const std::string &strName) { return *m_deviceMap.Find<CSoftwareFloat>(strName); }
-  CSoftwareEnumeration &Enumeration(const std::string &strName)
+  genapi::CSoftwareInteger &Integer(const std::string &strName)
   {
-    return *m_deviceMap.Find<CSoftwareEnumeration>(strName);
+    return *m_deviceMap.Find<genapi::CSoftwareInteger>(strName);
+  }
+  genapi::CSoftwareFloat &Float(const std::string &strName)
+  {
+    return *m_deviceMap.Find<genapi::CSoftwareFloat>(strName);
+  }
+  genapi::CSoftwareEnumeration &Enumeration(const std::string &strName)
+  {
+    return *m_deviceMap.Find<genapi::CSoftwareEnumeration>(strName);
   }
 
   /// As the camera's features are now.
@@ -76,13 +84,18 @@ private:
   void AddOutput();
   int64_t ReadWhiteBalance();
 
-  CSoftwareNodeMap m_deviceMap;
-  CSoftwareNodeMap m_streamMap;
-  CSoftwareNodeMap m_outputMap;
-  CSoftwareInteger *m_pWidth = nullptr;
-  CSoftwareInteger *m_pHeight = nullptr;
-  CSoftwareEnumeration *m_pPixelFormat = nullptr;
-  CSoftwareEnumeration *m_pTriggerMode = nullptr;
+  genapi::CSoftwareNodeMap m_deviceMap;
+  genapi::CSoftwareNodeMap m_streamMap;
+  genapi::CSoftwareNodeMap m_outputMap;
+  genapi::CSoftwareInteger *m_pWidth = nullptr;
+  genapi::CSoftwareInteger *m_pHeight = nullptr;
+  genapi::CSoftwareEnumeration *m_pPixelFormat = nullptr;
+  genapi::CSoftwareEnumeration *m_pTriggerMode = nullptr;
   int m_nWhiteBalanceReads = 1;
   int m_nReadsLeft = 0;
 };
+
+} // namespace ffc::test
+
+// Until those who use them name the room.
+using ffc::test::CTestCamera;

@@ -19,7 +19,7 @@ void TakeValue(GenApi::INode *pNode, TState &mapValues)
 
 } // namespace
 
-CUserSets::CUserSets(CSoftwareNodeMap &map, FnTake fnTake, FnPut fnPut)
+CUserSets::CUserSets(genapi::CSoftwareNodeMap &map, FnTake fnTake, FnPut fnPut)
   : m_map(map), m_fnTake(std::move(fnTake)), m_fnPut(std::move(fnPut))
 {
   for (const char *pName : {"UserSetSelector", "UserSetDefault"}) {
@@ -36,9 +36,9 @@ void CUserSets::Save(const std::string &strSet)
   }
   SState stState;
   for (GenApi::INode *pNode : m_listNodes) {
-    TakeValue<CSoftwareInteger>(pNode, stState.mapValues);
-    TakeValue<CSoftwareFloat>(pNode, stState.mapValues);
-    TakeValue<CSoftwareEnumeration>(pNode, stState.mapValues);
+    TakeValue<genapi::CSoftwareInteger>(pNode, stState.mapValues);
+    TakeValue<genapi::CSoftwareFloat>(pNode, stState.mapValues);
+    TakeValue<genapi::CSoftwareEnumeration>(pNode, stState.mapValues);
   }
   stState.listMore = m_fnTake();
   m_mapSets[strSet] = stState;
@@ -49,12 +49,12 @@ void CUserSets::Load(const std::string &strSet)
   const auto lock = m_map.Lock();
   const SState &stState = m_mapSets.at(strSet);
   for (const auto &[strName, value] : stState.mapValues) {
-    if (auto *pFloat = m_map.Find<CSoftwareFloat>(strName)) {
+    if (auto *pFloat = m_map.Find<genapi::CSoftwareFloat>(strName)) {
       pFloat->Poke(std::get<double>(value));
-    } else if (auto *pInteger = m_map.Find<CSoftwareInteger>(strName)) {
+    } else if (auto *pInteger = m_map.Find<genapi::CSoftwareInteger>(strName)) {
       pInteger->Poke(std::get<int64_t>(value));
     } else {
-      m_map.Find<CSoftwareEnumeration>(strName)->Poke(std::get<int64_t>(value));
+      m_map.Find<genapi::CSoftwareEnumeration>(strName)->Poke(std::get<int64_t>(value));
     }
   }
   m_fnPut(stState.listMore);
@@ -62,7 +62,7 @@ void CUserSets::Load(const std::string &strSet)
 
 void CUserSets::AddCommands()
 {
-  const auto *pLocked = m_map.Find<CSoftwareInteger>("TLParamsLocked");
+  const auto *pLocked = m_map.Find<genapi::CSoftwareInteger>("TLParamsLocked");
   m_map.AddCommand("UserSetLoad")
     .Access([pLocked] { return pLocked->Peek() != 0 ? GenApi::NA : GenApi::WO; })
     .OnExecute([this] { Load(GetSelected()); });
@@ -90,7 +90,7 @@ void CUserSets::ListNodes()
 
 std::string CUserSets::GetSelected() const
 {
-  return m_map.Find<CSoftwareEnumeration>("UserSetSelector")->PeekSymbolic();
+  return m_map.Find<genapi::CSoftwareEnumeration>("UserSetSelector")->PeekSymbolic();
 }
 
 } // namespace ffc::test

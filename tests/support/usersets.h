@@ -25,7 +25,7 @@ public:
   using FnPut = std::function<void(const std::vector<double> &listState)>;
 
   /// \param map has TLParamsLocked and outlives this object
-  CUserSets(CSoftwareNodeMap &map, FnTake fnTake, FnPut fnPut);
+  CUserSets(genapi::CSoftwareNodeMap &map, FnTake fnTake, FnPut fnPut);
   CUserSets(const CUserSets &) = delete;
   CUserSets &operator=(const CUserSets &) = delete;
 
@@ -47,7 +47,7 @@ private:
   void ListNodes();
   std::string GetSelected() const;
 
-  CSoftwareNodeMap &m_map;
+  genapi::CSoftwareNodeMap &m_map;
   FnTake m_fnTake;
   FnPut m_fnPut;
   std::vector<GenApi::INode *> m_listNodes; // whose values the sets hold

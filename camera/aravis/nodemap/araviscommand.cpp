@@ -4,6 +4,8 @@
 #include "camera/aravis/nodemap/nodelinks.h"
 #include "genapi/softwarenodemap/numbertext.h"
 
+namespace ffc::camera {
+
 CAravisCommand::CAravisCommand(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state)
   : CAravisNode(pNode, std::move(strName), state), m_pCommand(ARV_GC_COMMAND(pNode))
 {
@@ -36,14 +38,14 @@ bool CAravisCommand::IsDone(bool)
 
 GenICam::gcstring CAravisCommand::ToString(bool bVerify, bool)
 {
-  return FormatValue(IsDone(bVerify)).c_str();
+  return genapi::FormatValue(IsDone(bVerify)).c_str();
 }
 
 void CAravisCommand::FromString(const GenICam::gcstring &strValue, bool bVerify)
 {
   const auto lock = m_core.Acquire();
   m_core.CheckWritable(bVerify);
-  const auto bExecute = ParseValue<bool>(strValue.c_str());
+  const auto bExecute = genapi::ParseValue<bool>(strValue.c_str());
   if (!bExecute) {
     m_core.Guard().ThrowInvalidArgument("a command takes \"1\"");
   }
@@ -63,3 +65,5 @@ int64_t CAravisCommand::AskCommandValue() const
   }
   return m_core.Call([pValue](GError **ppError) { return arv_gc_property_node_get_int64(pValue, ppError); });
 }
+
+} // namespace ffc::camera

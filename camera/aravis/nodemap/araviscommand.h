@@ -4,6 +4,8 @@
 
 #include "camera/aravis/nodemap/aravisnode.h"
 
+namespace ffc::camera {
+
 class CAravisCommand final : public CAravisNode<GenApi::ICommand> {
 public:
   CAravisCommand(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state);
@@ -22,3 +24,5 @@ private:
 
   ArvGcCommand *m_pCommand;
 };
+
+} // namespace ffc::camera

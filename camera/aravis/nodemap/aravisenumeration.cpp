@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ffc::camera {
+
 CAravisEnumEntry::CAravisEnumEntry(ArvGcFeatureNode *pNode, const std::string &strEnumeration, std::string strSymbolic,
                                    int64_t nValue, SNodeMapState &state)
   : CAravisNode(pNode, "EnumEntry_" + strEnumeration + "_" + strSymbolic, state), m_strSymbolic(std::move(strSymbolic)),
@@ -123,3 +125,5 @@ CAravisEnumEntry *CAravisEnumeration::FindByValue(int64_t nValue) const
                                     [&](const auto &pEntry) { return pEntry->GetValue() == nValue; });
   return itEntry == m_listEntries.end() ? nullptr : itEntry->get();
 }
+
+} // namespace ffc::camera

@@ -7,6 +7,8 @@
 
 #include "camera/aravis/nodemap/aravisnode.h"
 
+namespace ffc::camera {
+
 /// One entry; its node name is "EnumEntry_<enumeration>_<symbolic>".
 class CAravisEnumEntry final : public CAravisNode<GenApi::IEnumEntry> {
 public:
@@ -51,3 +53,5 @@ private:
   ArvGcEnumeration *m_pEnumeration;
   std::vector<std::unique_ptr<CAravisEnumEntry>> m_listEntries;
 };
+
+} // namespace ffc::camera

@@ -4,6 +4,8 @@
 
 #include "camera/aravis/nodemap/nodeaccessmode.h"
 
+namespace ffc::camera {
+
 namespace {
 
 bool IsDeviceError(const GError *pError, ArvDeviceError eCode)
@@ -104,3 +106,5 @@ void CAravisNodeCore::Judge(const CErrorSlot &error) const
   }
   throw GenICam::RuntimeException(strText.c_str(), __FILE__, __LINE__);
 }
+
+} // namespace ffc::camera

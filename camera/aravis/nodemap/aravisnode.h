@@ -15,6 +15,8 @@
 #include "camera/aravis/nodemap/nodeexaminer.h"
 #include "genapi/softwarenodemap/nodeguard.h"
 
+namespace ffc::camera {
+
 /// What the nodes of one map share. The library has no lock of its own: every use of a node, reading its name
 /// apart, holds this one.
 struct SNodeMapState {
@@ -29,11 +31,11 @@ public:
   CAravisNodeCore(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state);
 
   /// From any thread.
-  CNodeGuard::Lock Acquire() const { return m_guard.Acquire(); }
+  genapi::CNodeGuard::Lock Acquire() const { return m_guard.Acquire(); }
   /// Takes the lock. NA when the camera cannot tell.
   GenApi::EAccessMode GetAccessMode() const;
   /// Name and exceptions; its lock is the map's.
-  const CNodeGuard &Guard() const { return m_guard; }
+  const genapi::CNodeGuard &Guard() const { return m_guard; }
 
   /// AccessException for a node that is not implemented or not available; RuntimeException when the camera is lost.
   void CheckAvailable() const { CheckNow(); }
@@ -76,7 +78,7 @@ private:
   void Judge(const CErrorSlot &error) const;
 
   ArvGcFeatureNode *m_pNode;
-  CNodeGuard m_guard;
+  genapi::CNodeGuard m_guard;
   CCameraLink &m_link;
   bool m_bSound;
   std::vector<ArvGcRegister *> m_listVariable; ///< whose length the camera tells
@@ -113,3 +115,5 @@ public:
 private:
   CAravisNodeCore m_core;
 };
+
+} // namespace ffc::camera

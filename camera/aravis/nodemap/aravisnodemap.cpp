@@ -7,6 +7,8 @@
 #include "camera/aravis/nodemap/aravisnumbers.h"
 #include "camera/aravis/nodemap/aravistexts.h"
 
+namespace ffc::camera {
+
 namespace {
 
 /// In this order: a node of the library may have several kinds, such as an enumeration, which is an integer and a
@@ -101,3 +103,5 @@ void CAravisNodeMap::Add(ArvGcFeatureNode *pNode, const char *pName) const
   }
   m_listNodes.push_back(std::move(pOwned));
 }
+
+} // namespace ffc::camera

@@ -14,6 +14,8 @@
 #include "camera/aravis/gobject.h"
 #include "camera/aravis/nodemap/aravisnode.h"
 
+namespace ffc::camera {
+
 /// The nodes of a GenICam description file, evaluated by the camera library, behind the checks that GenApi makes
 /// and the library does not. Behaves as CSoftwareNodeMap says of itself; beyond that:
 /// - a camera that does not answer, or is lost: TimeoutException or RuntimeException, and the link hears of it;
@@ -47,3 +49,5 @@ private:
   mutable std::vector<std::unique_ptr<GenApi::INode>> m_listNodes;
   mutable std::map<std::string, GenApi::INode *> m_mapNodes;
 };
+
+} // namespace ffc::camera

@@ -5,6 +5,8 @@
 
 #include "genapi/softwarenodemap/numberrange.h"
 
+namespace ffc::camera {
+
 CAravisInteger::CAravisInteger(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state)
   : CAravisScalar(pNode, std::move(strName), state), m_pInteger(ARV_GC_INTEGER(pNode))
 {
@@ -15,7 +17,7 @@ void CAravisInteger::SetValue(int64_t nValue, bool bVerify)
   const auto lock = m_core.Acquire();
   m_core.CheckWritable(bVerify);
   if (bVerify) {
-    CheckRange(m_core.Guard(), nValue, GetMin(), GetMax(), GetInc());
+    genapi::CheckRange(m_core.Guard(), nValue, GetMin(), GetMax(), GetInc());
   }
   m_core.Call([&](GError **ppError) { arv_gc_integer_set_value(m_pInteger, nValue, ppError); });
 }
@@ -60,7 +62,7 @@ void CAravisFloat::SetValue(double dValue, bool bVerify)
   const auto lock = m_core.Acquire();
   m_core.CheckWritable(bVerify);
   if (bVerify) {
-    CheckRange(m_core.Guard(), dValue, GetMin(), GetMax(), AskIncrement());
+    genapi::CheckRange(m_core.Guard(), dValue, GetMin(), GetMax(), AskIncrement());
   }
   m_core.Call([&](GError **ppError) { arv_gc_float_set_value(m_pFloat, dValue, ppError); });
 }
@@ -128,3 +130,5 @@ bool CAravisBoolean::GetValue(bool bVerify, bool) const
   m_core.CheckReadable(bVerify);
   return m_core.Call([this](GError **ppError) { return arv_gc_boolean_get_value(m_pBoolean, ppError) != FALSE; });
 }
+
+} // namespace ffc::camera

@@ -7,20 +7,22 @@
 #include "camera/aravis/nodemap/aravisnode.h"
 #include "genapi/softwarenodemap/numbertext.h"
 
+namespace ffc::camera {
+
 /// The text forms, the same as those of the software nodes.
 template <class TInterface, class TValue>
 class CAravisScalar : public CAravisNode<TInterface> {
 public:
   GenICam::gcstring ToString(bool bVerify = false, bool bIgnoreCache = false) override
   {
-    return FormatValue(this->GetValue(bVerify, bIgnoreCache)).c_str();
+    return genapi::FormatValue(this->GetValue(bVerify, bIgnoreCache)).c_str();
   }
 
   void FromString(const GenICam::gcstring &strValue, bool bVerify = true) override
   {
     const auto lock = this->m_core.Acquire();
     this->m_core.CheckWritable(bVerify);
-    const auto value = ParseValue<TValue>(strValue.c_str());
+    const auto value = genapi::ParseValue<TValue>(strValue.c_str());
     if (!value) {
       this->m_core.Guard().ThrowInvalidArgument("'" + std::string(strValue.c_str()) + "' is no value of this node");
     }
@@ -74,3 +76,5 @@ public:
 private:
   ArvGcBoolean *m_pBoolean;
 };
+
+} // namespace ffc::camera

@@ -6,6 +6,8 @@
 #include "camera/aravis/nodemap/nodelinks.h"
 #include "genapi/softwarenodemap/numbertext.h"
 
+namespace ffc::camera {
+
 CAravisString::CAravisString(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state)
   : CAravisNode(pNode, std::move(strName), state), m_pString(ARV_GC_STRING(pNode))
 {
@@ -118,14 +120,14 @@ GenICam::gcstring CAravisRegister::ToString(bool bVerify, bool)
   m_core.CheckReadable(bVerify);
   std::vector<uint8_t> listBytes(static_cast<std::size_t>(AskLength()));
   Get(listBytes.data(), static_cast<int64_t>(listBytes.size()), bVerify);
-  return FormatBytes(listBytes).c_str();
+  return genapi::FormatBytes(listBytes).c_str();
 }
 
 void CAravisRegister::FromString(const GenICam::gcstring &strValue, bool bVerify)
 {
   const auto lock = m_core.Acquire();
   m_core.CheckWritable(bVerify);
-  const auto listBytes = ParseBytes(strValue.c_str());
+  const auto listBytes = genapi::ParseBytes(strValue.c_str());
   if (!listBytes) {
     m_core.Guard().ThrowInvalidArgument("text is no block of bytes");
   }
@@ -150,3 +152,5 @@ void CAravisRegister::CheckBlock(const void *pBuffer, int64_t nLength) const
                                    std::to_string(nLength));
   }
 }
+
+} // namespace ffc::camera

@@ -6,6 +6,8 @@
 
 #include "camera/aravis/nodemap/aravisnode.h"
 
+namespace ffc::camera {
+
 class CAravisString final : public CAravisNode<GenApi::IString> {
 public:
   CAravisString(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state);
@@ -43,3 +45,5 @@ private:
 
   ArvGcRegister *m_pRegister;
 };
+
+} // namespace ffc::camera

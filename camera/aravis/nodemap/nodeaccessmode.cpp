@@ -2,6 +2,8 @@
 
 #include "camera/aravis/nodemap/nodelinks.h"
 
+namespace ffc::camera {
+
 namespace {
 
 using GenApi::EAccessMode;
@@ -82,3 +84,5 @@ GenApi::EAccessMode AskAccessMode(ArvGcFeatureNode *pNode, GError **ppError)
 {
   return AskMode(pNode, false, ppError);
 }
+
+} // namespace ffc::camera

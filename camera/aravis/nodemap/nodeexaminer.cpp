@@ -5,6 +5,8 @@
 #include "camera/aravis/gobject.h"
 #include "camera/aravis/nodemap/nodelinks.h"
 
+namespace ffc::camera {
+
 namespace {
 
 constexpr uint32_t MAX_HEIGHT = 64;
@@ -96,3 +98,5 @@ void CNodeExaminer::Add(ArvGcNode *pNode, uint32_t nDepth, SNodeDemand *pstDeman
     }
   }
 }
+
+} // namespace ffc::camera

@@ -8,6 +8,8 @@
 
 #include <arv.h>
 
+namespace ffc::camera {
+
 /// What one access to a node sets going.
 struct SNodeDemand {
   /// No circle, no depth and no number of further accesses that a description of a real camera would not have.
@@ -35,3 +37,5 @@ private:
 
   std::unordered_map<ArvGcNode *, SNodeDemand> m_mapDemands; ///< references into it survive an insertion
 };
+
+} // namespace ffc::camera

@@ -2,6 +2,8 @@
 
 #include "camera/aravis/gobject.h"
 
+namespace ffc::camera {
+
 namespace {
 
 /// The node for one index; null when a fixed value, or nothing, stands there.
@@ -59,3 +61,5 @@ ArvGcFeatureNode *FindValueNode(ArvGcFeatureNode *pNode, GError **ppError)
   }
   return FindIndexed(pElement, nIndex);
 }
+
+} // namespace ffc::camera

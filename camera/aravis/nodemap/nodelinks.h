@@ -4,6 +4,8 @@
 
 #include <arv.h>
 
+namespace ffc::camera {
+
 /// The first property of that type below an element; null when it has none.
 ArvGcPropertyNode *FindProperty(ArvDomNode *pElement, ArvGcPropertyNodeType eType);
 /// The node that a property links to, if it is a feature; null else.
@@ -13,3 +15,5 @@ ArvGcFeatureNode *GetLinkedFeature(ArvGcPropertyNode *pProperty);
 ///
 /// A value that an index selects is looked up with the index as it is now, which asks the camera.
 ArvGcFeatureNode *FindValueNode(ArvGcFeatureNode *pNode, GError **ppError);
+
+} // namespace ffc::camera

@@ -8,9 +8,11 @@
 
 #include "camera/icamera.h"
 
+namespace ffc::test {
+
 /// Passes everything on to a camera and, for its scene, to whoever holds the lens cap. Tells a test of each start of
 /// the stream, and of each frame before the host gets it.
-class CCoverableCamera final : public ICamera, private ISceneControl {
+class CCoverableCamera final : public camera::ICamera, private camera::ISceneControl {
 public:
   struct SHooks {
     std::function<void(bool bCovered)> fnCover;
@@ -18,7 +20,7 @@ public:
     std::function<void()> fnFrame; ///< on the frame thread
   };
 
-  CCoverableCamera(std::unique_ptr<ICamera> pCamera, SHooks stHooks)
+  CCoverableCamera(std::unique_ptr<camera::ICamera> pCamera, SHooks stHooks)
     : m_pCamera(std::move(pCamera)), m_stHooks(std::move(stHooks))
   {
   }
@@ -30,7 +32,7 @@ public:
   GenApi::INodeMap *GetDeviceNodeMap() override { return m_pCamera->GetDeviceNodeMap(); }
   void SetFrameCallback(FrameCallback fnCallback) override
   {
-    m_pCamera->SetFrameCallback([this, fnCallback = std::move(fnCallback)](const SCameraFrame &stFrame) {
+    m_pCamera->SetFrameCallback([this, fnCallback = std::move(fnCallback)](const camera::SCameraFrame &stFrame) {
       if (m_stHooks.fnFrame) {
         m_stHooks.fnFrame();
       }
@@ -48,8 +50,8 @@ public:
   }
   void Stop() override { m_pCamera->Stop(); }
   bool IsStreaming() const override { return m_pCamera->IsStreaming(); }
-  ISceneControl *GetSceneControl() override { return this; }
-  ICameraLink *GetLink() override { return m_pCamera->GetLink(); }
+  camera::ISceneControl *GetSceneControl() override { return this; }
+  camera::ICameraLink *GetLink() override { return m_pCamera->GetLink(); }
 
 private:
   void SetLensCap(bool bCovered) override
@@ -63,7 +65,9 @@ private:
   void SetIllumination(double) override {}
   void SetPurpose(EPurpose) override {}
 
-  std::unique_ptr<ICamera> m_pCamera;
+  std::unique_ptr<camera::ICamera> m_pCamera;
   SHooks m_stHooks;
   bool m_bCovered = false;
 };
+
+} // namespace ffc::test

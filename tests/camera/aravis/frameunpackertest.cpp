@@ -4,6 +4,12 @@
 
 #include "camera/aravis/framequeue.h"
 
+using ffc::camera::EBufferHandling;
+using ffc::camera::FindPackedFormat;
+using ffc::camera::GetKeptFrames;
+using ffc::camera::GetPackedSize;
+using ffc::camera::UnpackSamples;
+
 namespace {
 
 std::vector<uint16_t> Unpack(uint32_t nCode, const std::vector<uint8_t> &listPacked, std::size_t nSamples)

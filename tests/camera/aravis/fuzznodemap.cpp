@@ -7,6 +7,8 @@
 
 #include "tests/camera/aravis/memorydevice.h"
 
+using ffc::test::CMemoryDevice;
+
 namespace {
 
 constexpr std::size_t LARGEST_DESCRIPTION = 65536;

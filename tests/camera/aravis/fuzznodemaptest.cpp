@@ -10,6 +10,8 @@
 
 #include "tests/camera/aravis/memorydevice.h"
 
+using ffc::test::MakeDescription;
+
 namespace {
 
 void Feed(const std::string &strBytes)

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 
+namespace ffc::test {
+
 namespace {
 
 constexpr int WAIT_MS = 100000; ///< other cameras may have to end first
@@ -71,3 +73,5 @@ bool CGigeCameraProcess::WaitForLine(const QByteArray &byteLine)
   }
   return false;
 }
+
+} // namespace ffc::test

@@ -7,6 +7,8 @@
 
 #include <QProcess>
 
+namespace ffc::test {
+
 /// Starts the camera and ends it. Test's thread, unless said otherwise.
 class CGigeCameraProcess {
 public:
@@ -45,3 +47,5 @@ private:
   QProcess m_process;
   qint64 m_nProcessId = 0;
 };
+
+} // namespace ffc::test

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace ffc::test {
+
 namespace {
 
 struct SDevice {
@@ -84,7 +86,7 @@ CMemoryDevice::CMemoryDevice(const std::string &strXml, std::vector<uint8_t> lis
   reinterpret_cast<SDevice *>(m_pDevice.get())->pMemory = m_pMemory.get();
   m_pGenicam.reset(arv_gc_new(m_pDevice.get(), strXml.data(), strXml.size()));
   if (m_pGenicam != nullptr) {
-    m_pMap = std::make_unique<CAravisNodeMap>(m_pGenicam.get(), m_pLink);
+    m_pMap = std::make_unique<camera::CAravisNodeMap>(m_pGenicam.get(), m_pLink);
   }
 }
 
@@ -97,3 +99,5 @@ std::string MakeDescription(const std::string &strNodes)
 )" + strNodes +
          "<Port Name=\"Device\"/>\n</RegisterDescription>\n";
 }
+
+} // namespace ffc::test

@@ -11,6 +11,8 @@
 #include "camera/aravis/gobject.h"
 #include "camera/aravis/nodemap/aravisnodemap.h"
 
+namespace ffc::test {
+
 /// What stands behind the device's registers.
 struct SDeviceMemory {
   std::vector<uint8_t> listBytes; ///< address 0 onwards; an access beyond is a protocol error
@@ -28,17 +30,19 @@ public:
   CMemoryDevice &operator=(const CMemoryDevice &) = delete;
 
   /// Null when the library cannot read the description.
-  CAravisNodeMap *GetMap() { return m_pMap.get(); }
+  camera::CAravisNodeMap *GetMap() { return m_pMap.get(); }
   SDeviceMemory &Memory() { return *m_pMemory; }
-  CCameraLink &Link() { return *m_pLink; }
+  camera::CCameraLink &Link() { return *m_pLink; }
 
 private:
-  std::shared_ptr<CCameraLink> m_pLink = std::make_shared<CCameraLink>();
+  std::shared_ptr<camera::CCameraLink> m_pLink = std::make_shared<camera::CCameraLink>();
   std::unique_ptr<SDeviceMemory> m_pMemory;
-  CObjectPointer<ArvDevice> m_pDevice;
-  CObjectPointer<ArvGc> m_pGenicam;
-  std::unique_ptr<CAravisNodeMap> m_pMap;
+  camera::CObjectPointer<ArvDevice> m_pDevice;
+  camera::CObjectPointer<ArvGc> m_pGenicam;
+  std::unique_ptr<camera::CAravisNodeMap> m_pMap;
 };
 
 /// A description file with these nodes between its first and last lines, and a port called "Device".
 std::string MakeDescription(const std::string &strNodes);
+
+} // namespace ffc::test

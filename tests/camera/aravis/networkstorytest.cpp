@@ -17,6 +17,10 @@
 
 using namespace ffc::host;
 using namespace ffc::quality;
+using ffc::camera::ISceneControl;
+using ffc::camera::OpenRealCamera;
+using ffc::test::CCoverableCamera;
+using ffc::test::CGigeCameraProcess;
 
 namespace {
 

@@ -7,6 +7,9 @@
 
 #include "tests/camera/aravis/memorydevice.h"
 
+using ffc::test::CMemoryDevice;
+using ffc::test::MakeDescription;
+
 namespace {
 
 /// One register of 4 bytes, most significant byte first.

@@ -11,6 +11,16 @@
 #include "tests/camera/aravis/gigecameraprocess.h"
 #include "tests/camera/framecollector.h"
 
+using ffc::camera::AreRealCamerasSupported;
+using ffc::camera::ICamera;
+using ffc::camera::ListRealCameras;
+using ffc::camera::OpenRealCamera;
+using ffc::camera::SCameraFrame;
+using ffc::camera::SRealCameraInfo;
+using ffc::test::CFrameCollector;
+using ffc::test::CGigeCameraProcess;
+using ffc::test::SKeptFrame;
+
 namespace {
 
 class RealCameras : public testing::Test {

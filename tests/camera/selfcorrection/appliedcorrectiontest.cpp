@@ -15,6 +15,12 @@
 #include "tests/camera/camerabench.h"
 #include "tests/camera/selfcorrection/handmadetable.h"
 
+using ffc::camera::ECorrectionMode;
+using ffc::camera::SSimulatedCameraOptions;
+using ffc::test::CCameraBench;
+using ffc::test::CHandMadeTable;
+using ffc::test::SmallOptions;
+
 namespace {
 
 constexpr uint32_t WIDTH = 320;

@@ -12,6 +12,17 @@
 #include "tests/camera/camerabench.h"
 #include "tests/support/fullvolume.h"
 
+using ffc::camera::ECorrectionMode;
+using ffc::camera::ReadFlashFile;
+using ffc::camera::SFlashContent;
+using ffc::camera::SSimulatedCameraOptions;
+using ffc::camera::WriteFlashFile;
+using ffc::test::CCameraBench;
+using ffc::test::CFullVolume;
+using ffc::test::GetCreationError;
+using ffc::test::IsAboveAccessRights;
+using ffc::test::SmallOptions;
+
 namespace {
 
 class CameraFlash : public testing::Test {

@@ -9,6 +9,18 @@
 #include "camera/selfcorrection/framecorrector.h"
 #include "tests/camera/selfcorrection/handmadetable.h"
 
+using ffc::camera::CFrameCorrector;
+using ffc::camera::ECorrectionMode;
+using ffc::camera::FindSensorFormat;
+using ffc::camera::GetSensorFormats;
+using ffc::camera::SBlockLayout;
+using ffc::camera::SCameraSettings;
+using ffc::camera::SCoefficients;
+using ffc::camera::SFrameCorrection;
+using ffc::camera::SSensorFormat;
+using ffc::genapi::EColorLayout;
+using ffc::test::CHandMadeTable;
+
 namespace {
 
 SCameraSettings MakeSettings(const std::string &strFormat, uint32_t nWidth, uint32_t nHeight)

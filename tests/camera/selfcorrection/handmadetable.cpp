@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ffc::test {
+
 namespace {
 
 uint32_t CountPoints(uint32_t nPixels, uint32_t nSide)
@@ -45,8 +47,8 @@ void Locate(uint32_t nPixel, uint32_t nSide, uint32_t *pnPoint, double *pdWay)
 
 } // namespace
 
-CHandMadeTable::CHandMadeTable(ECorrectionMode eMode, const std::string &strFormat, uint32_t nWidth, uint32_t nHeight,
-                               uint32_t nSide)
+CHandMadeTable::CHandMadeTable(camera::ECorrectionMode eMode, const std::string &strFormat, uint32_t nWidth,
+                               uint32_t nHeight, uint32_t nSide)
   : m_eMode(eMode), m_strColors(GetColors(strFormat)), m_nWidth(nWidth),
     m_nBits(static_cast<uint32_t>(std::stoul(strFormat.substr(strFormat.find_first_of("0123456789"))))), m_nSide(nSide),
     m_nRows(CountPoints(nHeight, nSide)), m_nColumns(CountPoints(nWidth, nSide)), m_listPoints(m_nRows * m_nColumns)
@@ -58,7 +60,8 @@ void CHandMadeTable::Scatter(uint32_t nSeed)
   std::mt19937 generator(nSeed);
   const auto fnGain = [&] { return static_cast<uint16_t>(128 + generator() % 1152); };
   for (SPoint &stPoint : m_listPoints) {
-    stPoint.nDark = m_eMode == ECorrectionMode::FlatField ? static_cast<uint16_t>(generator() % 41) : uint16_t{0};
+    stPoint.nDark =
+      m_eMode == camera::ECorrectionMode::FlatField ? static_cast<uint16_t>(generator() % 41) : uint16_t{0};
     stPoint.nGreen = fnGain();
     stPoint.nRed = m_strColors.empty() ? stPoint.nGreen : fnGain();
     stPoint.nBlue = m_strColors.empty() ? stPoint.nGreen : fnGain();
@@ -68,7 +71,7 @@ void CHandMadeTable::Scatter(uint32_t nSeed)
 std::vector<uint8_t> CHandMadeTable::Pack() const
 {
   std::vector<uint8_t> listBytes;
-  if (m_eMode == ECorrectionMode::FlatField) {
+  if (m_eMode == camera::ECorrectionMode::FlatField) {
     for (const SPoint &stPoint : m_listPoints) {
       PutWord(listBytes, stPoint.nDark);
       PutWord(listBytes, stPoint.nBlue);
@@ -138,3 +141,5 @@ std::size_t CHandMadeTable::CountWrong(const std::vector<uint16_t> &listRaw, con
   }
   return nWrong;
 }
+
+} // namespace ffc::test

@@ -10,6 +10,8 @@
 
 #include "camera/selfcorrection/correctionmode.h"
 
+namespace ffc::test {
+
 /// A table as its description says it, written out slowly; shares nothing with the camera's own reading.
 class CHandMadeTable {
 public:
@@ -22,7 +24,7 @@ public:
 
   /// Every point leaves a pixel as it is, at the expected grey 255.
   /// \param strFormat PFNC name
-  CHandMadeTable(ECorrectionMode eMode, const std::string &strFormat, uint32_t nWidth, uint32_t nHeight,
+  CHandMadeTable(camera::ECorrectionMode eMode, const std::string &strFormat, uint32_t nWidth, uint32_t nHeight,
                  uint32_t nSide);
 
   uint32_t GetRows() const { return m_nRows; }
@@ -43,7 +45,7 @@ public:
 private:
   double GetGain(const SPoint &stPoint, uint32_t nX, uint32_t nY) const;
 
-  ECorrectionMode m_eMode;
+  camera::ECorrectionMode m_eMode;
   std::string m_strColors; ///< of the pixels of a 2 x 2 cell; empty: mono
   uint32_t m_nWidth;
   uint32_t m_nBits;
@@ -52,3 +54,5 @@ private:
   uint32_t m_nColumns;
   std::vector<SPoint> m_listPoints;
 };
+
+} // namespace ffc::test

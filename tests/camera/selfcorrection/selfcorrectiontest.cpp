@@ -6,6 +6,13 @@
 #include "camera/sensorformat.h"
 #include "tests/camera/camerabench.h"
 
+using ffc::camera::ECorrectionMode;
+using ffc::camera::GetSensorFormats;
+using ffc::camera::SSensorFormat;
+using ffc::test::CCameraBench;
+using ffc::test::GetCreationError;
+using ffc::test::SmallOptions;
+
 namespace {
 
 constexpr const char *ALL_FEATURES[] = {

@@ -7,6 +7,11 @@
 
 #include "tests/camera/camerabench.h"
 
+using ffc::camera::ECorrectionMode;
+using ffc::camera::SSimulatedCameraOptions;
+using ffc::test::CCameraBench;
+using ffc::test::SmallOptions;
+
 namespace {
 
 /// What user sets do not hold, although it can be written.

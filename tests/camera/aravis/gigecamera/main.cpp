@@ -15,6 +15,10 @@
 #include "camera/aravis/gobject.h"
 #include "tests/camera/aravis/gigecamera/shadedscene.h"
 
+using ffc::camera::CObjectPointer;
+using ffc::test::CShadedScene;
+using ffc::test::PowerOn;
+
 namespace {
 
 const char ADDRESS[] = "127.0.0.1";

@@ -6,6 +6,8 @@
 #include "camera/aravis/frameunpacker.h"
 #include "camera/sensorformat.h"
 
+namespace ffc::test {
+
 namespace {
 
 constexpr uint32_t IS_COLOR = 0x1000;
@@ -41,10 +43,10 @@ uint32_t Read(ArvFakeCamera &camera, uint32_t nAddress)
 }
 
 /// The format of the samples before they are packed.
-const SSensorFormat &GetSampleFormat(uint32_t nPixelFormat)
+const camera::SSensorFormat &GetSampleFormat(uint32_t nPixelFormat)
 {
-  const ffc::genapi::SPixelFormat *pPacked = FindPackedFormat(nPixelFormat);
-  return *FindSensorFormat(pPacked == nullptr ? nPixelFormat : ffc::genapi::FindUnpackedFormat(*pPacked)->nCode);
+  const genapi::SPixelFormat *pPacked = camera::FindPackedFormat(nPixelFormat);
+  return *FindSensorFormat(pPacked == nullptr ? nPixelFormat : genapi::FindUnpackedFormat(*pPacked)->nCode);
 }
 
 /// Two samples of 12 bits in three bytes, their low bits in the middle one.
@@ -59,7 +61,7 @@ void PutPacked(uint8_t *pData, std::size_t nSample, uint32_t nValue)
 
 void Put(uint8_t *pData, uint32_t nPixelFormat, std::size_t nSample, uint32_t nValue)
 {
-  if (FindPackedFormat(nPixelFormat) != nullptr) {
+  if (camera::FindPackedFormat(nPixelFormat) != nullptr) {
     PutPacked(pData, nSample, nValue);
   } else if (GetSampleFormat(nPixelFormat).GetBytesPerPixel() == 2) {
     pData[nSample * 2] = uint8_t(nValue);
@@ -86,18 +88,18 @@ void CShadedScene::Expose(ArvFakeCamera &camera, ArvBuffer &buffer)
   const uint32_t nPixelFormat = arv_buffer_get_image_pixel_format(&buffer);
   const uint32_t nWidth = uint32_t(arv_buffer_get_image_width(&buffer));
   const uint32_t nHeight = uint32_t(arv_buffer_get_image_height(&buffer));
-  const SSensorFormat &stFormat = GetSampleFormat(nPixelFormat);
+  const camera::SSensorFormat &stFormat = GetSampleFormat(nPixelFormat);
   const double dExposure = double(Read(camera, ARV_FAKE_CAMERA_REGISTER_EXPOSURE_TIME_US)) / EXPOSURE_TIME;
   const double dGain = std::pow(10.0, double(Read(camera, ARV_FAKE_CAMERA_REGISTER_GAIN_RAW)) / 200.0);
   const double dLight = m_bLensCapOn ? 0.0 : LIGHT * dExposure * dGain;
   const double dBlack = 2.0 + Read(camera, BLACK_LEVEL);
-  double adColors[COLOR_COUNT] = {1.0, 1.0, 1.0};
-  for (uint32_t nColor = 0; stFormat.eLayout != EColorLayout::Mono && nColor < COLOR_COUNT; ++nColor) {
+  double adColors[genapi::COLOR_COUNT] = {1.0, 1.0, 1.0};
+  for (uint32_t nColor = 0; stFormat.eLayout != genapi::EColorLayout::Mono && nColor < genapi::COLOR_COUNT; ++nColor) {
     adColors[nColor] = COLORS[nColor] * Read(camera, BALANCE_RATIO + 4 * nColor) / RATIO_ONE;
   }
   for (uint32_t nY = 0; nY < nHeight; ++nY) {
     for (uint32_t nX = 0; nX < nWidth; ++nX) {
-      const double dColor = adColors[int(GetPixelColor(stFormat.eLayout, nX, nY))];
+      const double dColor = adColors[int(genapi::GetPixelColor(stFormat.eLayout, nX, nY))];
       const double dSignal =
         dBlack + NOISE * Scatter(nX, nY, m_nFrame + 1) + dLight * dColor * GetResponse(nX, nY, nWidth, nHeight);
       const double dScaled = std::clamp(dSignal / FULL_SCALE, 0.0, 1.0) * stFormat.GetMaxValue();
@@ -114,7 +116,7 @@ void CShadedScene::Balance(ArvFakeCamera &camera)
   if (Read(camera, BALANCE_WHITE_AUTO) != BALANCE_ONCE || m_bLensCapOn) {
     return;
   }
-  for (uint32_t nColor = 0; nColor < COLOR_COUNT; ++nColor) {
+  for (uint32_t nColor = 0; nColor < genapi::COLOR_COUNT; ++nColor) {
     arv_fake_camera_write_register(&camera, BALANCE_RATIO + 4 * nColor, uint32_t(RATIO_ONE / COLORS[nColor]));
   }
   arv_fake_camera_write_register(&camera, BALANCE_WHITE_AUTO, BALANCE_OFF);
@@ -122,7 +124,7 @@ void CShadedScene::Balance(ArvFakeCamera &camera)
 
 void PowerOn(ArvFakeCamera &camera, uint32_t nPixelFormat, uint32_t nWidth, uint32_t nHeight, uint32_t nFramePeriod)
 {
-  const bool bColor = GetSampleFormat(nPixelFormat).eLayout != EColorLayout::Mono;
+  const bool bColor = GetSampleFormat(nPixelFormat).eLayout != genapi::EColorLayout::Mono;
   const std::pair<uint32_t, uint32_t> REGISTERS[] = {
     {ARV_FAKE_CAMERA_REGISTER_SENSOR_WIDTH, nWidth},
     {ARV_FAKE_CAMERA_REGISTER_SENSOR_HEIGHT, nHeight},
@@ -140,3 +142,5 @@ void PowerOn(ArvFakeCamera &camera, uint32_t nPixelFormat, uint32_t nWidth, uint
     arv_fake_camera_write_register(&camera, nAddress, nValue);
   }
 }
+
+} // namespace ffc::test

@@ -7,6 +7,8 @@
 
 #include <arv.h>
 
+namespace ffc::test {
+
 /// An evenly lit target through a lens that is darker in its corners, on a sensor whose pixels differ; or the lens
 /// cap. A colour camera sees it reddish until its white balance has run.
 class CShadedScene {
@@ -27,3 +29,5 @@ private:
 /// Gives the camera this sensor and the settings that it has when it gets power.
 /// \param nPixelFormat PFNC code of a format in camera.xml; a Bayer one makes it a colour camera
 void PowerOn(ArvFakeCamera &camera, uint32_t nPixelFormat, uint32_t nWidth, uint32_t nHeight, uint32_t nFramePeriod);
+
+} // namespace ffc::test

@@ -122,12 +122,12 @@ int64_t CountLiveAllocations()
 
 // In place of the platform's, which the linker then leaves out.
 
-void *TakeZeroedMemory(std::size_t nSize) noexcept
+void *ffc::platform::TakeZeroedMemory(std::size_t nSize) noexcept
 {
   return TakeUnlessFailing(nSize, TakeZeroed);
 }
 
-void GiveZeroedMemory(void *pMemory) noexcept
+void ffc::platform::GiveZeroedMemory(void *pMemory) noexcept
 {
   Give(pMemory);
 }
