@@ -1,6 +1,7 @@
 #include "host/options/cameraopening.h"
 
 #include <string>
+#include <utility>
 
 #include "camera/realcameras.h"
 #include "camera/replay/replaycamera.h"
@@ -9,7 +10,16 @@
 namespace ffc::host {
 namespace {
 
-std::unique_ptr<ICamera> OpenSimulated(const SCameraOptions &stOptions, std::string *pstrError)
+/// A camera, or why there is none.
+OpenedCamera Answer(std::unique_ptr<ICamera> pCamera, const std::string &strError)
+{
+  if (pCamera == nullptr) {
+    return Failure("camera: " + strError);
+  }
+  return OpenedCamera(std::move(pCamera));
+}
+
+OpenedCamera OpenSimulated(const SCameraOptions &stOptions)
 {
   SSimulatedCameraOptions stCamera;
   stCamera.strPixelFormat = stOptions.strPixelFormat.empty() ? stCamera.strPixelFormat : stOptions.strPixelFormat;
@@ -18,54 +28,57 @@ std::unique_ptr<ICamera> OpenSimulated(const SCameraOptions &stOptions, std::str
   stCamera.nSeed = stOptions.nSeed;
   stCamera.eMode = stOptions.eMode;
   stCamera.strFlashFile = stOptions.strFlashFile;
-  return CreateSimulatedCamera(stCamera, pstrError);
+  std::string strError;
+  std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stCamera, &strError);
+  return Answer(std::move(pCamera), strError);
 }
 
-std::unique_ptr<ICamera> OpenReplay(const SCameraOptions &stOptions, std::string *pstrError)
+OpenedCamera OpenReplay(const SCameraOptions &stOptions)
 {
   SReplayCameraOptions stCamera;
   stCamera.strFolder = stOptions.strReplayFolder;
   stCamera.strPixelFormat = stOptions.strPixelFormat;
-  return CreateReplayCamera(stCamera, pstrError);
+  std::string strError;
+  std::unique_ptr<ICamera> pCamera = CreateReplayCamera(stCamera, &strError);
+  return Answer(std::move(pCamera), strError);
+}
+
+Result<> SelectPixelFormat(ICamera &camera, const std::string &strPixelFormat)
+{
+  try {
+    auto *pFormat = dynamic_cast<GenApi::IValue *>(camera.GetDeviceNodeMap()->GetNode("PixelFormat"));
+    if (pFormat == nullptr) {
+      return Failure("camera: the camera's pixel format cannot be set");
+    }
+    pFormat->FromString(strPixelFormat.c_str());
+    return {};
+  } catch (const GenICam::GenericException &exception) {
+    return Failure(std::string("camera: ") + exception.GetDescription());
+  }
 }
 
 /// A real camera keeps the format that it is set to unless the user asks for another.
-std::unique_ptr<ICamera> OpenReal(const SCameraOptions &stOptions, std::string *pstrError)
+OpenedCamera OpenReal(const SCameraOptions &stOptions)
 {
-  std::unique_ptr<ICamera> pCamera = OpenRealCamera(stOptions.strCameraId, pstrError);
-  if (pCamera == nullptr || stOptions.strPixelFormat.empty()) {
-    return pCamera;
-  }
-  try {
-    auto *pFormat = dynamic_cast<GenApi::IValue *>(pCamera->GetDeviceNodeMap()->GetNode("PixelFormat"));
-    if (pFormat != nullptr) {
-      pFormat->FromString(stOptions.strPixelFormat.c_str());
-      return pCamera;
+  std::string strError;
+  std::unique_ptr<ICamera> pCamera = OpenRealCamera(stOptions.strCameraId, &strError);
+  if (pCamera != nullptr && !stOptions.strPixelFormat.empty()) {
+    const Result<> selected = SelectPixelFormat(*pCamera, stOptions.strPixelFormat);
+    if (!selected) {
+      return selected.GetFailure();
     }
-    *pstrError = "the camera's pixel format cannot be set";
-  } catch (const GenICam::GenericException &exception) {
-    *pstrError = exception.GetDescription();
   }
-  return nullptr;
+  return Answer(std::move(pCamera), strError);
 }
 
 } // namespace
 
 OpenedCamera OpenCamera(const SCameraOptions &stOptions)
 {
-  std::unique_ptr<ICamera> pCamera;
-  std::string strError;
   if (!stOptions.strCameraId.empty()) {
-    pCamera = OpenReal(stOptions, &strError);
-  } else if (!stOptions.strReplayFolder.empty()) {
-    pCamera = OpenReplay(stOptions, &strError);
-  } else {
-    pCamera = OpenSimulated(stOptions, &strError);
+    return OpenReal(stOptions);
   }
-  if (pCamera == nullptr) {
-    return Failure("camera: " + strError);
-  }
-  return OpenedCamera(std::move(pCamera));
+  return stOptions.strReplayFolder.empty() ? OpenSimulated(stOptions) : OpenReplay(stOptions);
 }
 
 std::string DescribeRealCameras()
