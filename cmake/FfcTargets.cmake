@@ -90,6 +90,7 @@ function(ffc_add_test name)
     gtest_discover_tests(${name}
       DISCOVERY_MODE PRE_TEST
       DISCOVERY_TIMEOUT 60
+      NO_PRETTY_VALUES
       PROPERTIES TIMEOUT ${ARG_TIMEOUT})
   endif()
 endfunction()

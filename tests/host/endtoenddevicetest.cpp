@@ -1,6 +1,7 @@
 /// \file
 /// The built host with the built module on cameras that correct themselves, run as a user runs them.
 
+#include <string>
 #include <tuple>
 
 #include <QFile>
@@ -41,12 +42,18 @@ TEST_P(EndToEndFullSize, ACameraMakesItselfFlatAndStaysSo)
   EXPECT_TRUE(run.m_json["notes"].toArray().isEmpty()) << GetOutput(run);
 }
 
+std::string GetCameraName(const testing::TestParamInfo<std::tuple<const char *, int>> &stInfo)
+{
+  return std::get<0>(stInfo.param) + ("Block" + std::to_string(std::get<1>(stInfo.param)));
+}
+
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(__MINGW32__)
 // One is enough where each takes a minute.
-INSTANTIATE_TEST_SUITE_P(Cameras, EndToEndFullSize, testing::Values(std::tuple{"BayerRG8", 32}));
+INSTANTIATE_TEST_SUITE_P(Cameras, EndToEndFullSize, testing::Values(std::tuple{"BayerRG8", 32}), GetCameraName);
 #else
 INSTANTIATE_TEST_SUITE_P(Cameras, EndToEndFullSize,
-                         testing::Combine(testing::Values("Mono8", "BayerRG8"), testing::Values(32, 16)));
+                         testing::Combine(testing::Values("Mono8", "BayerRG8"), testing::Values(32, 16)),
+                         GetCameraName);
 #endif
 
 TEST(EndToEndDevice, TheFlashOfTheCommandLineOutlivesTheRun)

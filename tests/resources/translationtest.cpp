@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <iterator>
 #include <ostream>
 #include <set>
@@ -146,7 +148,16 @@ TEST_P(TranslatedText, IsInTheCompiledTranslation)
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, TranslatedText, testing::ValuesIn(TEXTS));
+/// The letters of a text, and a number for those that have the same ones.
+std::string GetTextName(const testing::TestParamInfo<SText> &stInfo)
+{
+  std::string strName = stInfo.param.pContext + std::string("_");
+  std::copy_if(stInfo.param.pSource, stInfo.param.pSource + std::strlen(stInfo.param.pSource),
+               std::back_inserter(strName), [](char c) { return c >= '0' && c <= 'z' && std::isalnum(c) != 0; });
+  return strName + "_" + std::to_string(stInfo.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, TranslatedText, testing::ValuesIn(TEXTS), GetTextName);
 
 using ContextAndSource = std::pair<std::string, std::string>;
 
