@@ -15,7 +15,7 @@ CFrameStreamer::~CFrameStreamer()
   Stop();
 }
 
-std::string CFrameStreamer::Start()
+Result<> CFrameStreamer::Start()
 {
   if (IsStreaming()) {
     return {};
@@ -29,7 +29,7 @@ std::string CFrameStreamer::Start()
   try {
     m_thread = std::thread([this] { Run(); });
   } catch (const std::system_error &e) {
-    return std::string("The stream's thread cannot be started: ") + e.what();
+    return Failure(std::string("The stream's thread cannot be started: ") + e.what());
   }
   return {};
 }

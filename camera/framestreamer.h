@@ -7,8 +7,9 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
-#include <string>
 #include <thread>
+
+#include "platform/result.h"
 
 namespace ffc::camera {
 
@@ -31,8 +32,8 @@ public:
   CFrameStreamer(const CFrameStreamer &) = delete;
   CFrameStreamer &operator=(const CFrameStreamer &) = delete;
 
-  /// \return empty, or why there is no thread. Does nothing when it runs.
-  std::string Start();
+  /// \return why there is no thread. Does nothing when it runs.
+  Result<> Start();
   /// When it returns no delivery runs and none will. Does nothing when stopped.
   void Stop();
   bool IsStreaming() const { return m_thread.joinable(); }

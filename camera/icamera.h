@@ -8,6 +8,8 @@
 
 #include <GenApi/GenApi.h>
 
+#include "platform/result.h"
+
 namespace ffc::camera {
 
 class ICameraLink;
@@ -22,32 +24,9 @@ struct SCameraFrame {
   uint64_t nFrameId = 0;         ///< counts delivered frames from 0 since the camera was made
 };
 
-/// What stands before the lens of a camera whose scene can be set by software.
-///
-/// Called from the host's thread; takes effect with the next exposed frame.
-class ISceneControl {
-public:
-  virtual ~ISceneControl() = default;
-
-  enum class EScene { Target, TestChart }; ///< an evenly lit target; a chart with structure
-  enum class EPurpose { Acquisition, Measurement };
-
-  virtual void SetLensCap(bool bCovered) = 0;
-  virtual bool IsLensCapOn() const = 0;
-  /// Whether target, chart and lamp can be chosen; recorded frames show what they show.
-  virtual bool CanArrange() const = 0;
-  virtual void SetScene(EScene eScene) = 0;
-  /// \param dLevel light of the lamp, 0 to 2; 1 is what the camera was made for
-  virtual void SetIllumination(double dLevel) = 0;
-  /// Recorded frames are split in two halves, one per purpose, so that no figure is taken on frames
-  /// that made the coefficients. A camera that exposes afresh ignores it.
-  virtual void SetPurpose(EPurpose ePurpose) = 0;
-};
-
 /// A camera: three node maps, and frames on a thread of the camera's own.
 ///
-/// All operations are called from one thread (the host's). None throws; failures come back as a
-/// message that is empty on success.
+/// All operations are called from one thread (the host's). None throws; a failure is a result with its text.
 class ICamera {
 public:
   /// Runs on the camera's own thread, one frame at a time.
@@ -69,13 +48,11 @@ public:
   /// Set while the camera is stopped.
   virtual void SetFrameCallback(FrameCallback fnCallback) = 0;
   /// Starts the stream; does nothing when it runs.
-  virtual std::string Start() = 0;
+  virtual Result<> Start() = 0;
   /// Stops the stream; when it returns no callback runs and none will. Does nothing when stopped.
   virtual void Stop() = 0;
   virtual bool IsStreaming() const = 0;
 
-  /// Null for a camera whose scene software cannot change.
-  virtual ISceneControl *GetSceneControl() = 0;
   /// Null for a camera that cannot be lost.
   virtual ICameraLink *GetLink() { return nullptr; }
 };
@@ -84,5 +61,4 @@ public:
 
 // Until those who use them name the room.
 using ffc::camera::ICamera;
-using ffc::camera::ISceneControl;
 using ffc::camera::SCameraFrame;

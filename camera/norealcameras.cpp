@@ -13,10 +13,9 @@ std::vector<SRealCameraInfo> ListRealCameras()
   return {};
 }
 
-std::unique_ptr<ICamera> OpenRealCamera(const std::string &, std::string *pstrError)
+Result<std::unique_ptr<ICamera>> OpenRealCamera(const std::string &)
 {
-  *pstrError = "this program was built without support for real cameras";
-  return nullptr;
+  return Failure("this program was built without support for real cameras");
 }
 
 } // namespace ffc::camera

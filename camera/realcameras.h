@@ -30,8 +30,8 @@ std::vector<SRealCameraInfo> ListRealCameras();
 
 /// Looks for the camera and takes control of it. Host's thread.
 /// \param strId id, IP address or serial number; empty: the first camera there is
-/// \param pstrError why there is none when the result is null
-std::unique_ptr<ICamera> OpenRealCamera(const std::string &strId, std::string *pstrError);
+/// \return why not: the camera does not answer, or cannot be controlled or used
+Result<std::unique_ptr<ICamera>> OpenRealCamera(const std::string &strId);
 
 } // namespace ffc::camera
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "camera/icamera.h"
+#include "camera/iscenecontrol.h"
 
 namespace ffc::camera {
 

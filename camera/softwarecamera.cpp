@@ -21,8 +21,8 @@ CSoftwareCamera::~CSoftwareCamera()
   Stop();
 }
 
-std::string CSoftwareCamera::AddSelfCorrection(const SCameraDescription &stDescription,
-                                               const SSelfCorrectionOptions &stOptions)
+Result<> CSoftwareCamera::AddSelfCorrection(const SCameraDescription &stDescription,
+                                            const SSelfCorrectionOptions &stOptions)
 {
   AddShadingCorrectionMode(m_features.GetDeviceMap(), stOptions.eMode);
   if (stOptions.eMode == ECorrectionMode::Unknown) {
@@ -33,17 +33,17 @@ std::string CSoftwareCamera::AddSelfCorrection(const SCameraDescription &stDescr
   return m_pSelfCorrection->PowerOn();
 }
 
-std::string CSoftwareCamera::Start()
+Result<> CSoftwareCamera::Start()
 {
   if (IsStreaming()) {
     return {};
   }
   m_features.SetLocked(true); // first: the geometry stands still as long as frames can come
-  std::string strError = m_streamer.Start();
-  if (!strError.empty()) {
+  Result<> result = m_streamer.Start();
+  if (!result) {
     m_features.SetLocked(false);
   }
-  return strError;
+  return result;
 }
 
 void CSoftwareCamera::Stop()

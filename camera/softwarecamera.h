@@ -19,7 +19,7 @@ namespace ffc::camera {
 
 /// Joins features, white balance, scene, stream and a source of frames to a camera, and a shading
 /// correction where the camera has one. What the frames show is the source's matter.
-class CSoftwareCamera final : public ICamera {
+class CSoftwareCamera final : public ICamera, public ISceneOwner {
 public:
   CSoftwareCamera(const SCameraDescription &stDescription, std::unique_ptr<IFrameSource> pSource);
   ~CSoftwareCamera() override;
@@ -27,15 +27,15 @@ public:
   /// Gives the camera a shading correction of its own; once, before anybody else knows the camera. The
   /// white balance looks at the frames before they are corrected.
   /// \param stDescription that the camera was made from
-  /// \return empty, or what is wrong with the flash; the camera is of no use then
-  std::string AddSelfCorrection(const SCameraDescription &stDescription, const SSelfCorrectionOptions &stOptions);
+  /// \return why not: what is wrong with the flash; the camera is of no use then
+  Result<> AddSelfCorrection(const SCameraDescription &stDescription, const SSelfCorrectionOptions &stOptions);
 
   std::string GetDisplayName() const override { return m_strDisplayName; }
   GenApi::INodeMap *GetOutputNodeMap() override { return &m_features.GetOutputMap(); }
   GenApi::INodeMap *GetStreamNodeMap() override { return &m_features.GetStreamMap(); }
   GenApi::INodeMap *GetDeviceNodeMap() override { return &m_features.GetDeviceMap(); }
   void SetFrameCallback(FrameCallback fnCallback) override { m_fnCallback = std::move(fnCallback); }
-  std::string Start() override;
+  Result<> Start() override;
   void Stop() override;
   bool IsStreaming() const override { return m_streamer.IsStreaming(); }
   ISceneControl *GetSceneControl() override { return &m_scene; }

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "camera/aravis/frameunpacker.h"
-#include "camera/sensorformat.h"
+#include "genapi/pfnc.h"
 
 namespace ffc::camera {
 
@@ -43,18 +43,16 @@ uint32_t GetPixelSize(uint32_t nPixelFormat)
 
 } // namespace
 
-std::unique_ptr<CAravisCamera> CAravisCamera::Create(CObjectPointer<ArvDevice> pDevice,
-                                                     const std::string &strDisplayName, std::string *pstrError)
+Result<std::unique_ptr<CAravisCamera>> CAravisCamera::Create(CObjectPointer<ArvDevice> pDevice,
+                                                             const std::string &strDisplayName)
 {
   if (arv_device_get_genicam(pDevice.get()) == nullptr) {
-    *pstrError = strDisplayName + " has no description of its features that can be read";
-    return nullptr;
+    return Failure(strDisplayName + " has no description of its features that can be read");
   }
   std::unique_ptr<CAravisCamera> pCamera(new CAravisCamera(std::move(pDevice), strDisplayName));
   for (const char *pNeeded : {"Width", "Height", "PixelFormat", "PayloadSize", "AcquisitionStart", "AcquisitionStop"}) {
     if (pCamera->m_deviceMap.GetNode(pNeeded) == nullptr) {
-      *pstrError = strDisplayName + " has no feature " + pNeeded;
-      return nullptr;
+      return Failure(strDisplayName + " has no feature " + pNeeded);
     }
   }
   pCamera->SelectContinuous();
@@ -96,40 +94,40 @@ void CAravisCamera::SelectContinuous()
   }
 }
 
-std::string CAravisCamera::Start()
+Result<> CAravisCamera::Start()
 {
   if (IsStreaming()) {
     return {};
   }
-  std::string strError;
+  Result<> result;
   try {
-    strError = Begin();
+    result = Begin();
   } catch (const GenICam::GenericException &exception) {
-    strError = exception.GetDescription();
+    result = Failure(exception.GetDescription());
   }
-  if (!strError.empty()) {
+  if (!result) {
     End();
   }
-  return m_pLink->IsLost() ? "The camera does not answer any more." : strError;
+  return m_pLink->IsLost() ? Failure("The camera does not answer any more.") : result;
 }
 
-std::string CAravisCamera::Begin()
+Result<> CAravisCamera::Begin()
 {
   const auto lock = m_deviceMap.Lock();
   if (m_pLink->IsLost()) {
-    return "lost";
+    return Failure("lost");
   }
   auto *pPayload = dynamic_cast<GenApi::IInteger *>(m_deviceMap.GetNode("PayloadSize"));
   const int64_t nPayload = pPayload == nullptr ? 0 : pPayload->GetValue();
   if (nPayload <= 0 || nPayload > INT32_MAX) {
-    return "A frame of " + std::to_string(nPayload) + " bytes cannot be received.";
+    return Failure("A frame of " + std::to_string(nPayload) + " bytes cannot be received.");
   }
-  std::string strError = m_stream.Start(m_pDevice.get(), static_cast<std::size_t>(nPayload));
-  if (strError.empty()) {
+  Result<> result = m_stream.Start(m_pDevice.get(), static_cast<std::size_t>(nPayload));
+  if (result) {
     SetLocked(true); // first: the geometry stands still as long as frames can come
     Execute("AcquisitionStart");
   }
-  return strError;
+  return result;
 }
 
 void CAravisCamera::Stop()

@@ -19,13 +19,13 @@ namespace ffc::camera {
 
 /// Its own features are the device map; frames of packed formats are unpacked to 16 bits per sample, with the
 /// unpacked format's code, and all others delivered where they were received. A frame that is no image, or not of
-/// the size that it says, counts as lost. Its scene cannot be set: the user covers the lens.
+/// the size that it says, counts as lost. The user covers its lens.
 class CAravisCamera final : public ICamera {
 public:
   /// \param pDevice controlled by this program
-  /// \param pstrError what the camera lacks when the result is null
-  static std::unique_ptr<CAravisCamera> Create(CObjectPointer<ArvDevice> pDevice, const std::string &strDisplayName,
-                                               std::string *pstrError);
+  /// \return why not: what the camera lacks
+  static Result<std::unique_ptr<CAravisCamera>> Create(CObjectPointer<ArvDevice> pDevice,
+                                                       const std::string &strDisplayName);
   ~CAravisCamera() override;
 
   std::string GetDisplayName() const override { return m_strDisplayName; }
@@ -33,10 +33,9 @@ public:
   GenApi::INodeMap *GetStreamNodeMap() override { return &m_features.GetStreamMap(); }
   GenApi::INodeMap *GetDeviceNodeMap() override { return &m_deviceMap; }
   void SetFrameCallback(FrameCallback fnCallback) override { m_fnCallback = std::move(fnCallback); }
-  std::string Start() override;
+  Result<> Start() override;
   void Stop() override;
   bool IsStreaming() const override { return m_stream.IsRunning(); }
-  ISceneControl *GetSceneControl() override { return nullptr; }
   ICameraLink *GetLink() override { return m_pLink.get(); }
 
 private:
@@ -44,7 +43,7 @@ private:
 
   void WatchControl();
   void SelectContinuous();
-  std::string Begin();
+  Result<> Begin();
   void End();
   void SetLocked(bool bLocked);
   void Execute(const char *pCommand);

@@ -30,7 +30,7 @@ CAravisStream::~CAravisStream()
   Stop();
 }
 
-std::string CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
+Result<> CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
 {
   if (IsRunning()) {
     return {};
@@ -41,30 +41,30 @@ std::string CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
   CErrorSlot error;
   m_pStream.reset(arv_device_create_stream(pDevice, OnStreamEvent, this, error.Out()));
   if (m_pStream == nullptr) {
-    return std::string("The camera's stream cannot be opened: ") + error.GetMessage();
+    return Failure(std::string("The camera's stream cannot be opened: ") + error.GetMessage());
   }
-  std::string strError = PushBuffers(nPayload);
-  if (strError.empty()) {
+  Result<> result = PushBuffers(nPayload);
+  if (result) {
     try {
       m_thread = std::thread([this] { Run(); });
     } catch (const std::system_error &e) {
-      strError = std::string("The stream's thread cannot be started: ") + e.what();
+      result = Failure(std::string("The stream's thread cannot be started: ") + e.what());
     }
   }
-  if (!strError.empty()) {
+  if (!result) {
     m_pStream.reset();
   }
-  return strError;
+  return result;
 }
 
 /// With memory of our own: the library ends the program when it has none.
-std::string CAravisStream::PushBuffers(std::size_t nPayload)
+Result<> CAravisStream::PushBuffers(std::size_t nPayload)
 {
   m_nBuffers = GetBufferCount(nPayload);
   for (std::size_t nBuffer = 0; nBuffer < m_nBuffers; ++nBuffer) {
     auto *pMemory = new (std::nothrow) uint8_t[nPayload];
     if (pMemory == nullptr) {
-      return "There is not enough memory for the camera's frames.";
+      return Failure("There is not enough memory for the camera's frames.");
     }
     arv_stream_push_buffer(m_pStream.get(), arv_buffer_new_full(nPayload, pMemory, pMemory, [](void *pOld) {
                              delete[] static_cast<uint8_t *>(pOld);

@@ -16,6 +16,7 @@
 #include "camera/aravis/cameralink.h"
 #include "camera/aravis/framequeue.h"
 #include "camera/aravis/gobject.h"
+#include "platform/result.h"
 
 namespace ffc::camera {
 
@@ -36,8 +37,8 @@ public:
 
   /// Opens the stream; the camera sends nothing yet. Whoever calls holds the lock of the device's node map.
   /// \param nPayload bytes of a frame
-  /// \return empty, or why there is no stream
-  std::string Start(ArvDevice *pDevice, std::size_t nPayload);
+  /// \return why there is no stream
+  Result<> Start(ArvDevice *pDevice, std::size_t nPayload);
   /// When it returns no delivery runs and none will. Does nothing when stopped.
   void Stop();
   bool IsRunning() const { return m_pStream != nullptr; }
@@ -49,7 +50,7 @@ private:
   using Buffer = CObjectPointer<ArvBuffer>;
 
   static void OnStreamEvent(void *pThis, ArvStreamCallbackType eType, ArvBuffer *pBuffer);
-  std::string PushBuffers(std::size_t nPayload);
+  Result<> PushBuffers(std::size_t nPayload);
   void Run();
   bool WaitForFrames();
   void CollectFrames();

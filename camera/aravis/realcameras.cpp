@@ -57,31 +57,30 @@ std::vector<SRealCameraInfo> ListRealCameras()
   return listCameras;
 }
 
-std::unique_ptr<ICamera> OpenRealCamera(const std::string &strId, std::string *pstrError)
+Result<std::unique_ptr<ICamera>> OpenRealCamera(const std::string &strId)
 {
-  pstrError->clear();
   const std::vector<SRealCameraInfo> listCameras = ListRealCameras();
   const auto itInfo = std::find_if(listCameras.begin(), listCameras.end(),
                                    [&](const SRealCameraInfo &stInfo) { return IsMeant(stInfo, strId); });
   if (itInfo == listCameras.end()) {
-    *pstrError = DescribeMissing(strId, listCameras);
-    return nullptr;
+    return Failure(DescribeMissing(strId, listCameras));
   }
   CErrorSlot error;
   CObjectPointer<ArvDevice> pDevice(arv_open_device(itInfo->strId.c_str(), error.Out()));
   if (pDevice == nullptr) {
-    *pstrError = itInfo->GetDisplayName() + " cannot be opened: " + error.GetMessage();
-    return nullptr;
+    return Failure(itInfo->GetDisplayName() + " cannot be opened: " + error.GetMessage());
   }
   if (ARV_IS_GV_DEVICE(pDevice.get()) && !arv_gv_device_is_controller(ARV_GV_DEVICE(pDevice.get()))) {
-    *pstrError = itInfo->GetDisplayName() + " is in use by another program, or was until a moment ago";
-    return nullptr;
+    return Failure(itInfo->GetDisplayName() + " is in use by another program, or was until a moment ago");
   }
   try {
-    return CAravisCamera::Create(std::move(pDevice), itInfo->GetDisplayName(), pstrError);
+    Result<std::unique_ptr<CAravisCamera>> camera = CAravisCamera::Create(std::move(pDevice), itInfo->GetDisplayName());
+    if (!camera) {
+      return camera.GetFailure();
+    }
+    return std::move(camera).GetValue();
   } catch (const std::bad_alloc &) {
-    *pstrError = "There is not enough memory for the camera.";
-    return nullptr;
+    return Failure("There is not enough memory for the camera.");
   }
 }
 

@@ -49,24 +49,21 @@ ffc::Result<ffc::frames::SRecordedFrames> Load(const SReplayCameraOptions &stOpt
 
 } // namespace
 
-std::unique_ptr<ICamera> CreateReplayCamera(const SReplayCameraOptions &stOptions, std::string *pstrError)
+Result<std::unique_ptr<ICamera>> CreateReplayCamera(const SReplayCameraOptions &stOptions)
 {
   if (!(stOptions.dFrameRate >= MIN_FRAME_RATE && stOptions.dFrameRate <= MAX_FRAME_RATE)) {
-    *pstrError = "The frame rate of a replay must lie between 0.1 and 10000.";
-    return nullptr;
+    return Failure("The frame rate of a replay must lie between 0.1 and 10000.");
   }
   try {
     auto frames = Load(stOptions);
     if (!frames) {
-      *pstrError = frames.GetError();
-      return nullptr;
+      return frames.GetFailure();
     }
     const SCameraDescription stDescription = Describe(stOptions, frames.GetValue().stLayout);
     return std::make_unique<CSoftwareCamera>(stDescription,
                                              std::make_unique<CFrameReplay>(std::move(frames).GetValue()));
   } catch (const std::bad_alloc &) {
-    *pstrError = "There is not enough memory for the recorded frames.";
-    return nullptr;
+    return Failure("There is not enough memory for the recorded frames.");
   }
 }
 

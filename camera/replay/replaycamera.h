@@ -16,8 +16,8 @@ struct SReplayCameraOptions {
 };
 
 /// Reads all frames at once. Exposure, gain and black level can be set and change nothing.
-/// \param pstrError what is wrong with the folder or the options when the result is null
-std::unique_ptr<ICamera> CreateReplayCamera(const SReplayCameraOptions &stOptions, std::string *pstrError);
+/// \return why not: what is wrong with the folder or the options
+Result<std::unique_ptr<ICamera>> CreateReplayCamera(const SReplayCameraOptions &stOptions);
 
 } // namespace ffc::camera
 

@@ -11,20 +11,24 @@ CCameraFlash::CCameraFlash(std::string strFile, std::string strCamera, SFlashCon
 {
 }
 
-std::string CCameraFlash::Load()
+Result<> CCameraFlash::Load()
 {
   if (m_strFile.empty() || !FlashFileExists(m_strFile)) {
     return {};
   }
-  return ReadFlashFile(m_strFile, m_strCamera, &m_stContent);
+  Result<SFlashContent> content = ReadFlashFile(m_strFile, m_strCamera);
+  if (!content) {
+    return content.GetFailure();
+  }
+  m_stContent = std::move(content).GetValue();
+  return {};
 }
 
 void CCameraFlash::Store(SFlashContent stContent)
 {
   if (!m_strFile.empty()) {
-    const std::string strError = WriteFlashFile(m_strFile, m_strCamera, stContent);
-    if (!strError.empty()) {
-      throw GenICam::RuntimeException(strError.c_str(), __FILE__, __LINE__);
+    if (const Result<> result = WriteFlashFile(m_strFile, m_strCamera, stContent); !result) {
+      throw GenICam::RuntimeException(result.GetError().c_str(), __FILE__, __LINE__);
     }
   }
   m_stContent = std::move(stContent);

@@ -8,6 +8,7 @@
 
 #include "camera/selfcorrection/framecorrector.h"
 #include "camera/settinglist.h"
+#include "platform/result.h"
 
 namespace ffc::camera {
 
@@ -27,8 +28,8 @@ public:
   CCameraFlash(std::string strFile, std::string strCamera, SFlashContent stFresh);
 
   /// Reads the file, if there is one.
-  /// \return empty, or why the file is of no use; then the content is the fresh one
-  std::string Load();
+  /// \return why not: what makes the file of no use; then the content is the fresh one
+  Result<> Load();
 
   const SFlashContent &Get() const { return m_stContent; }
   /// \throws GenICam::RuntimeException when the file cannot be written; then file and content are as before

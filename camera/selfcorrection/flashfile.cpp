@@ -132,7 +132,7 @@ QByteArray Pack(const std::string &strCamera, const SFlashContent &stContent)
 }
 
 /// The messages of this and the next go on from the file's name.
-std::string Unpack(const QByteArray &byteContent, const std::string &strCamera, SFlashContent *pstContent)
+Result<SFlashContent> Unpack(const QByteArray &byteContent, const std::string &strCamera)
 {
   QDataStream stream(byteContent);
   stream.setVersion(STREAM_VERSION);
@@ -140,7 +140,7 @@ std::string Unpack(const QByteArray &byteContent, const std::string &strCamera, 
   QByteArray byteStartSet;
   stream >> byteCamera;
   if (byteCamera.toStdString() != strCamera) {
-    return "is the flash of another camera (" + byteCamera.toStdString() + ", not " + strCamera + ").";
+    return Failure("is the flash of another camera (" + byteCamera.toStdString() + ", not " + strCamera + ").");
   }
   SFlashContent stContent;
   bool bCoefficients = false;
@@ -152,36 +152,36 @@ std::string Unpack(const QByteArray &byteContent, const std::string &strCamera, 
     stContent.pCoefficients = ReadCoefficients(stream);
   }
   if (stream.status() != QDataStream::Ok || !stream.atEnd() || bCoefficients != (stContent.pCoefficients != nullptr)) {
-    return "is damaged.";
+    return Failure("is damaged.");
   }
-  *pstContent = std::move(stContent);
-  return {};
+  return stContent;
 }
 
-std::string ReadContent(QFile &file, QByteArray *pbyteContent)
+Result<QByteArray> ReadContent(QFile &file)
 {
   if (!QFileInfo(file).isFile()) {
-    return "is no file.";
+    return Failure("is no file.");
   }
   if (!file.open(QIODevice::ReadOnly)) {
-    return "cannot be read: " + file.errorString().toStdString() + ".";
+    return Failure("cannot be read: " + file.errorString().toStdString() + ".");
   }
   if (file.size() > MAX_FILE_SIZE || file.read(sizeof FILE_MARK) != QByteArray(FILE_MARK, sizeof FILE_MARK)) {
-    return "is not the flash of a simulated camera.";
+    return Failure("is not the flash of a simulated camera.");
   }
   QDataStream stream(&file);
   stream.setVersion(STREAM_VERSION);
   quint32 nVersion = 0;
+  QByteArray byteContent;
   QByteArray byteChecksum;
   stream >> nVersion;
   if (nVersion != FILE_VERSION) {
-    return "has the version " + std::to_string(nVersion) + ", which this program does not know.";
+    return Failure("has the version " + std::to_string(nVersion) + ", which this program does not know.");
   }
-  stream >> *pbyteContent >> byteChecksum;
-  if (stream.status() != QDataStream::Ok || !stream.atEnd() || byteChecksum != GetChecksum(*pbyteContent)) {
-    return "is damaged.";
+  stream >> byteContent >> byteChecksum;
+  if (stream.status() != QDataStream::Ok || !stream.atEnd() || byteChecksum != GetChecksum(byteContent)) {
+    return Failure("is damaged.");
   }
-  return {};
+  return byteContent;
 }
 
 } // namespace
@@ -191,18 +191,15 @@ bool FlashFileExists(const std::string &strFile)
   return QFileInfo::exists(QString::fromStdString(strFile));
 }
 
-std::string ReadFlashFile(const std::string &strFile, const std::string &strCamera, SFlashContent *pstContent)
+Result<SFlashContent> ReadFlashFile(const std::string &strFile, const std::string &strCamera)
 {
   QFile file(QString::fromStdString(strFile));
-  QByteArray byteContent;
-  std::string strError = ReadContent(file, &byteContent);
-  if (strError.empty()) {
-    strError = Unpack(byteContent, strCamera, pstContent);
-  }
-  return strError.empty() ? strError : "The camera's flash \"" + strFile + "\" " + strError;
+  const Result<QByteArray> bytes = ReadContent(file);
+  Result<SFlashContent> content = bytes ? Unpack(bytes.GetValue(), strCamera) : bytes.GetFailure();
+  return content ? std::move(content) : Failure("The camera's flash \"" + strFile + "\" " + content.GetError());
 }
 
-std::string WriteFlashFile(const std::string &strFile, const std::string &strCamera, const SFlashContent &stContent)
+Result<> WriteFlashFile(const std::string &strFile, const std::string &strCamera, const SFlashContent &stContent)
 {
   const QByteArray byteContent = Pack(strCamera, stContent);
   QSaveFile file(QString::fromStdString(strFile));
@@ -216,7 +213,7 @@ std::string WriteFlashFile(const std::string &strFile, const std::string &strCam
       return {};
     }
   }
-  return "The camera's flash \"" + strFile + "\" cannot be written: " + file.errorString().toStdString() + ".";
+  return Failure("The camera's flash \"" + strFile + "\" cannot be written: " + file.errorString().toStdString() + ".");
 }
 
 } // namespace ffc::camera

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "camera/selfcorrection/cameraflash.h"
+#include "platform/result.h"
 
 namespace ffc::camera {
 
@@ -12,10 +13,10 @@ namespace ffc::camera {
 bool FlashFileExists(const std::string &strFile);
 
 /// \param strCamera the camera that the file must be of
-/// \return empty, or why the file is of no use; then *pstContent is as it was
-std::string ReadFlashFile(const std::string &strFile, const std::string &strCamera, SFlashContent *pstContent);
+/// \return why not: what makes the file of no use
+Result<SFlashContent> ReadFlashFile(const std::string &strFile, const std::string &strCamera);
 
-/// \return empty, or why the file could not be written; then it is as it was
-std::string WriteFlashFile(const std::string &strFile, const std::string &strCamera, const SFlashContent &stContent);
+/// \return why not; then the file is as it was
+Result<> WriteFlashFile(const std::string &strFile, const std::string &strCamera, const SFlashContent &stContent);
 
 } // namespace ffc::camera

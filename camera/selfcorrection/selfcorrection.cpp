@@ -43,15 +43,12 @@ CSelfCorrection::CSelfCorrection(const SCameraDescription &stDescription, const 
   m_userSets.emplace(deviceMap, m_flash, ListSettings(deviceMap, pWhiteBalance));
 }
 
-std::string CSelfCorrection::PowerOn()
+Result<> CSelfCorrection::PowerOn()
 {
   const auto lock = m_features.GetDeviceMap().Lock();
-  std::string strError = m_flash.Load();
-  if (strError.empty()) {
-    strError = m_userSets->PowerOn();
-  }
-  if (!strError.empty()) {
-    return strError;
+  Result<> result = RunUntilFailure([this] { return m_flash.Load(); }, [this] { return m_userSets->PowerOn(); });
+  if (!result) {
+    return result;
   }
   if (m_userSets->StartsWithDefault()) {
     m_features.GetDeviceMap().Find<genapi::CSoftwareEnumeration>("PixelFormat")->Select(m_stOptions.strPixelFormat);

@@ -33,8 +33,8 @@ public:
                   CCameraFeatures &features, ffc::camera::CWhiteBalance *pWhiteBalance);
 
   /// Reads the flash and loads the user set to start with. Before the camera is used.
-  /// \return empty, or what is wrong with the flash
-  std::string PowerOn();
+  /// \return why not: what is wrong with the flash
+  Result<> PowerOn();
 
   /// What to expose the next frame with and what to do to it then, as the features say now; with the
   /// device map's lock held, so that both belong together.

@@ -31,16 +31,17 @@ CUserSets::CUserSets(genapi::CSoftwareNodeMap &deviceMap, CCameraFlash &flash, C
   deviceMap.AddCommand("UserSetSave").Access([this] { return GetAccess(true); }).OnExecute([this] { SaveSelected(); });
 }
 
-std::string CUserSets::PowerOn()
+Result<> CUserSets::PowerOn()
 {
   const SFlashContent &stContent = m_flash.Get();
   for (const auto &[strName, mapSet] : stContent.mapUserSets) {
     if (!m_settings.Load(mapSet)) {
-      return "The user set \"" + strName + "\" in the camera's flash does not fit the camera.";
+      return Failure("The user set \"" + strName + "\" in the camera's flash does not fit the camera.");
     }
   }
   if (m_pStart->GetEntryByName(stContent.strStartSet.c_str()) == nullptr) {
-    return "The camera's flash names a user set \"" + stContent.strStartSet + "\" that the camera does not have.";
+    return Failure("The camera's flash names a user set \"" + stContent.strStartSet +
+                   "\" that the camera does not have.");
   }
   m_pStart->Select(stContent.strStartSet);
   m_settings.Load(GetSet(stContent.strStartSet));

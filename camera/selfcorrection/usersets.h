@@ -7,6 +7,7 @@
 #include "camera/selfcorrection/cameraflash.h"
 #include "camera/settinglist.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
+#include "platform/result.h"
 
 namespace ffc::camera {
 
@@ -23,8 +24,8 @@ public:
   CUserSets(genapi::CSoftwareNodeMap &deviceMap, CCameraFlash &flash, CSettingList settings);
 
   /// Loads the set that UserSetDefault names in the flash.
-  /// \return empty, or why the sets in the flash are of no use
-  std::string PowerOn();
+  /// \return why the sets in the flash are of no use
+  Result<> PowerOn();
   bool StartsWithDefault() const;
 
 private:

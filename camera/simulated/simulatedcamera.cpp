@@ -43,37 +43,36 @@ SSensorModel GetSensorModel(const SSimulatedCameraOptions &stOptions)
   return stModel;
 }
 
-/// Empty when the options make a camera.
-std::string CheckOptions(const SSimulatedCameraOptions &stOptions)
+/// Whether the options make a camera.
+Result<> CheckOptions(const SSimulatedCameraOptions &stOptions)
 {
   if (FindSensorFormat(stOptions.strPixelFormat) == nullptr) {
-    return "The simulated camera has no pixel format \"" + stOptions.strPixelFormat + "\".";
+    return Failure("The simulated camera has no pixel format \"" + stOptions.strPixelFormat + "\".");
   }
   if (!IsOffered(*FindSensorFormat(stOptions.strPixelFormat), stOptions.eMode)) {
-    return "The simulated camera does not correct vignetting in " + stOptions.strPixelFormat +
-           ", but in 8, 10 and 12 bit.";
+    return Failure("The simulated camera does not correct vignetting in " + stOptions.strPixelFormat +
+                   ", but in 8, 10 and 12 bit.");
   }
   if (!IsSensorSize(stOptions.nWidth) || !IsSensorSize(stOptions.nHeight)) {
-    return "The simulated camera cannot be " + std::to_string(stOptions.nWidth) + " x " +
-           std::to_string(stOptions.nHeight) + ": width and height are even numbers from " + std::to_string(MIN_SIZE) +
-           " to " + std::to_string(MAX_SIZE) + ".";
+    return Failure("The simulated camera cannot be " + std::to_string(stOptions.nWidth) + " x " +
+                   std::to_string(stOptions.nHeight) + ": width and height are even numbers from " +
+                   std::to_string(MIN_SIZE) + " to " + std::to_string(MAX_SIZE) + ".");
   }
   if (!(stOptions.dCornerFalloff >= 0.05 && stOptions.dCornerFalloff <= 1.0)) {
-    return "The corner fall-off of the simulated camera must lie between 0.05 and 1.";
+    return Failure("The corner fall-off of the simulated camera must lie between 0.05 and 1.");
   }
   if (!(stOptions.dFrameRate >= MIN_FRAME_RATE && stOptions.dFrameRate <= MAX_FRAME_RATE)) {
-    return "The frame rate of the simulated camera must lie between 0.1 and 10000.";
+    return Failure("The frame rate of the simulated camera must lie between 0.1 and 10000.");
   }
   return {};
 }
 
 } // namespace
 
-std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &stOptions, std::string *pstrError)
+Result<std::unique_ptr<ICamera>> CreateSimulatedCamera(const SSimulatedCameraOptions &stOptions)
 {
-  *pstrError = CheckOptions(stOptions);
-  if (!pstrError->empty()) {
-    return nullptr;
+  if (const Result<> result = CheckOptions(stOptions); !result) {
+    return result.GetFailure();
   }
   try {
     SCameraDescription stDescription;
@@ -96,13 +95,14 @@ std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &st
                                                       stOptions.nSeed, GetSensorModel(stOptions));
     auto pCamera = std::make_unique<CSoftwareCamera>(stDescription, std::move(pSensor));
     if (stOptions.eMode != ECorrectionMode::None) {
-      *pstrError =
-        pCamera->AddSelfCorrection(stDescription, {stOptions.eMode, stOptions.strFlashFile, stOptions.strPixelFormat});
+      const SSelfCorrectionOptions stCorrection = {stOptions.eMode, stOptions.strFlashFile, stOptions.strPixelFormat};
+      if (const Result<> result = pCamera->AddSelfCorrection(stDescription, stCorrection); !result) {
+        return result.GetFailure();
+      }
     }
-    return pstrError->empty() ? std::move(pCamera) : nullptr;
+    return pCamera;
   } catch (const std::bad_alloc &) {
-    *pstrError = "There is not enough memory for the simulated camera.";
-    return nullptr;
+    return Failure("There is not enough memory for the simulated camera.");
   }
 }
 

@@ -25,8 +25,8 @@ struct SSimulatedCameraOptions {
   std::string strFlashFile;
 };
 
-/// \param pstrError what is wrong with the options when the result is null
-std::unique_ptr<ICamera> CreateSimulatedCamera(const SSimulatedCameraOptions &stOptions, std::string *pstrError);
+/// \return why not: what is wrong with the options
+Result<std::unique_ptr<ICamera>> CreateSimulatedCamera(const SSimulatedCameraOptions &stOptions);
 
 } // namespace ffc::camera
 

@@ -70,7 +70,7 @@ Result<> CWorkflowSession::OpenCameraInViewer()
   m_collector.emplace(m_pViewer->GetPipeline());
   m_collector->SetCheck([this] { return m_pViewer->GetStreamState(); });
   m_stReport.strCamera = QString::fromStdString(m_pViewer->GetCamera().GetDisplayName());
-  if (m_pViewer->GetCamera().GetSceneControl() == nullptr) {
+  if (FindSceneControl(m_pViewer->GetCamera()) == nullptr) {
     return Failure("the scene of this camera cannot be set by software");
   }
   return {};
@@ -112,7 +112,7 @@ Result<> CWorkflowSession::PowerCycle()
 Result<> CWorkflowSession::SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose)
 {
   m_pViewer->StopStream();
-  ISceneControl *pScene = m_pViewer->GetCamera().GetSceneControl();
+  ISceneControl *pScene = FindSceneControl(m_pViewer->GetCamera());
   pScene->SetLensCap(bLensCap);
   pScene->SetPurpose(ePurpose);
   return m_pViewer->StartStream();

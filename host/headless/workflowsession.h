@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include "camera/iscenecontrol.h"
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/headless/progressline.h"
 #include "host/headless/resultfolder.h"

@@ -10,15 +10,6 @@
 namespace ffc::host {
 namespace {
 
-/// A camera, or why there is none.
-OpenedCamera Answer(std::unique_ptr<ICamera> pCamera, const std::string &strError)
-{
-  if (pCamera == nullptr) {
-    return Failure("camera: " + strError);
-  }
-  return OpenedCamera(std::move(pCamera));
-}
-
 OpenedCamera OpenSimulated(const SCameraOptions &stOptions)
 {
   SSimulatedCameraOptions stCamera;
@@ -28,9 +19,7 @@ OpenedCamera OpenSimulated(const SCameraOptions &stOptions)
   stCamera.nSeed = stOptions.nSeed;
   stCamera.eMode = stOptions.eMode;
   stCamera.strFlashFile = stOptions.strFlashFile;
-  std::string strError;
-  std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stCamera, &strError);
-  return Answer(std::move(pCamera), strError);
+  return CreateSimulatedCamera(stCamera);
 }
 
 OpenedCamera OpenReplay(const SCameraOptions &stOptions)
@@ -38,9 +27,7 @@ OpenedCamera OpenReplay(const SCameraOptions &stOptions)
   SReplayCameraOptions stCamera;
   stCamera.strFolder = stOptions.strReplayFolder;
   stCamera.strPixelFormat = stOptions.strPixelFormat;
-  std::string strError;
-  std::unique_ptr<ICamera> pCamera = CreateReplayCamera(stCamera, &strError);
-  return Answer(std::move(pCamera), strError);
+  return CreateReplayCamera(stCamera);
 }
 
 Result<> SelectPixelFormat(ICamera &camera, const std::string &strPixelFormat)
@@ -48,37 +35,42 @@ Result<> SelectPixelFormat(ICamera &camera, const std::string &strPixelFormat)
   try {
     auto *pFormat = dynamic_cast<GenApi::IValue *>(camera.GetDeviceNodeMap()->GetNode("PixelFormat"));
     if (pFormat == nullptr) {
-      return Failure("camera: the camera's pixel format cannot be set");
+      return Failure("the camera's pixel format cannot be set");
     }
     pFormat->FromString(strPixelFormat.c_str());
     return {};
   } catch (const GenICam::GenericException &exception) {
-    return Failure(std::string("camera: ") + exception.GetDescription());
+    return Failure(exception.GetDescription());
   }
 }
 
 /// A real camera keeps the format that it is set to unless the user asks for another.
 OpenedCamera OpenReal(const SCameraOptions &stOptions)
 {
-  std::string strError;
-  std::unique_ptr<ICamera> pCamera = OpenRealCamera(stOptions.strCameraId, &strError);
-  if (pCamera != nullptr && !stOptions.strPixelFormat.empty()) {
-    const Result<> selected = SelectPixelFormat(*pCamera, stOptions.strPixelFormat);
+  OpenedCamera opened = OpenRealCamera(stOptions.strCameraId);
+  if (opened && !stOptions.strPixelFormat.empty()) {
+    const Result<> selected = SelectPixelFormat(*opened.GetValue(), stOptions.strPixelFormat);
     if (!selected) {
       return selected.GetFailure();
     }
   }
-  return Answer(std::move(pCamera), strError);
+  return opened;
+}
+
+OpenedCamera OpenSource(const SCameraOptions &stOptions)
+{
+  if (!stOptions.strCameraId.empty()) {
+    return OpenReal(stOptions);
+  }
+  return stOptions.strReplayFolder.empty() ? OpenSimulated(stOptions) : OpenReplay(stOptions);
 }
 
 } // namespace
 
 OpenedCamera OpenCamera(const SCameraOptions &stOptions)
 {
-  if (!stOptions.strCameraId.empty()) {
-    return OpenReal(stOptions);
-  }
-  return stOptions.strReplayFolder.empty() ? OpenSimulated(stOptions) : OpenReplay(stOptions);
+  OpenedCamera opened = OpenSource(stOptions);
+  return opened ? std::move(opened) : OpenedCamera(Failure("camera: " + opened.GetError()));
 }
 
 std::string DescribeRealCameras()

@@ -136,8 +136,7 @@ QString CViewer::GetStatusText(int32_t nStatus) const
 
 Result<> CViewer::StartStream()
 {
-  const std::string strError = m_pCamera->Start();
-  m_streamState = strError.empty() ? Result<>() : Failure(strError);
+  m_streamState = m_pCamera->Start();
   return m_streamState;
 }
 

@@ -11,6 +11,7 @@
 #include <QSplitter>
 #include <QTabWidget>
 
+#include "camera/iscenecontrol.h"
 #include "camera/realcameras.h"
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/viewer/featuretext.h"
@@ -79,7 +80,7 @@ void CMainWindow::ForgetCamera()
 void CMainWindow::ShowCamera()
 {
   CViewer &viewer = *m_session.GetViewer();
-  m_pScenePanel->SetScene(viewer.GetCamera().GetSceneControl());
+  m_pScenePanel->SetScene(FindSceneControl(viewer.GetCamera()));
   m_pCameraPanel->SetViewer(&viewer);
   setWindowTitle(QString::fromStdString(viewer.GetCamera().GetDisplayName()));
 }

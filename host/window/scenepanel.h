@@ -4,7 +4,7 @@
 
 #include <QGroupBox>
 
-#include "camera/icamera.h"
+#include "camera/iscenecontrol.h"
 
 class QCheckBox;
 class QLabel;

@@ -8,6 +8,7 @@
 #include <QTabWidget>
 #include <QThread>
 
+#include "camera/iscenecontrol.h"
 #include "frames/wholefile.h"
 
 namespace ffc::host {
@@ -54,7 +55,7 @@ Result<> CScreenshotRun::Prepare()
   if (!QDir().mkpath(m_strFolder)) {
     return Failure(QStringLiteral("cannot make the folder %1").arg(m_strFolder));
   }
-  if (m_window.GetViewer()->GetCamera().GetSceneControl() == nullptr) {
+  if (FindSceneControl(m_window.GetViewer()->GetCamera()) == nullptr) {
     return Failure("the scene of this camera cannot be set by software");
   }
   m_window.resize(WINDOW_SIZE);
@@ -72,14 +73,14 @@ Result<> CScreenshotRun::AcquireDark()
     return Failure("the plug-in shows no dialog");
   }
   m_driver.emplace(*pDialog);
-  m_window.GetViewer()->GetCamera().GetSceneControl()->SetLensCap(true);
+  FindSceneControl(m_window.GetViewer()->GetCamera())->SetLensCap(true);
   Settle();
   return Judge(m_driver->AcquireDark());
 }
 
 Result<> CScreenshotRun::AcquireBright()
 {
-  m_window.GetViewer()->GetCamera().GetSceneControl()->SetLensCap(false);
+  FindSceneControl(m_window.GetViewer()->GetCamera())->SetLensCap(false);
   Settle();
   return RunUntilFailure([this] { return Judge(m_driver->SetFrameCount(BRIGHT_FRAMES)); },
                          [this] { return Judge(m_driver->AcquireBright()); });

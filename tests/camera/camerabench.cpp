@@ -17,9 +17,9 @@ camera::SSimulatedCameraOptions SmallOptions(const std::string &strFormat, camer
 
 CCameraBench::CCameraBench(const camera::SSimulatedCameraOptions &stOptions)
 {
-  std::string strError;
-  m_pCamera = camera::CreateSimulatedCamera(stOptions, &strError);
-  EXPECT_EQ(strError, "");
+  auto created = camera::CreateSimulatedCamera(stOptions);
+  EXPECT_EQ(created.GetError(), "");
+  m_pCamera = std::move(created).GetValue();
   m_pCollector = std::make_unique<ffc::test::CFrameCollector>(*m_pCamera);
 }
 
@@ -67,7 +67,7 @@ void CCameraBench::LoadUserSet(const char *pName)
 SKeptFrame CCameraBench::TakeTriggered()
 {
   EXPECT_EQ(Get("TriggerMode"), "On");
-  EXPECT_EQ(m_pCamera->Start(), "");
+  EXPECT_EQ(m_pCamera->Start().GetError(), "");
   m_pCollector->Expect(1);
   Execute("TriggerSoftware");
   const auto listFrames = m_pCollector->Collect();
@@ -77,9 +77,9 @@ SKeptFrame CCameraBench::TakeTriggered()
 
 std::string GetCreationError(const camera::SSimulatedCameraOptions &stOptions)
 {
-  std::string strError;
-  EXPECT_EQ(camera::CreateSimulatedCamera(stOptions, &strError), nullptr);
-  return strError;
+  const auto created = camera::CreateSimulatedCamera(stOptions);
+  EXPECT_FALSE(created);
+  return created.GetError();
 }
 
 } // namespace ffc::test

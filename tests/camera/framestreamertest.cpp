@@ -57,7 +57,7 @@ protected:
 TEST_F(FrameStreamer, AFreeStreamDeliversUntilItIsStopped)
 {
   EXPECT_FALSE(m_streamer.IsStreaming());
-  ASSERT_EQ(m_streamer.Start(), "");
+  ASSERT_EQ(m_streamer.Start().GetError(), "");
   EXPECT_TRUE(m_streamer.IsStreaming());
   EXPECT_TRUE(m_counter.WaitFor(5));
   m_streamer.Stop();
@@ -71,7 +71,7 @@ TEST_F(FrameStreamer, FramesKeepTheirDistance)
 {
   m_nPeriod = 20ms;
   const auto tStart = std::chrono::steady_clock::now();
-  ASSERT_EQ(m_streamer.Start(), "");
+  ASSERT_EQ(m_streamer.Start().GetError(), "");
   ASSERT_TRUE(m_counter.WaitFor(6));
   EXPECT_GE(std::chrono::steady_clock::now() - tStart, 100ms) << "five periods lie between six frames";
 }
@@ -80,7 +80,7 @@ TEST_F(FrameStreamer, ATriggeredStreamDeliversOncePerTrigger)
 {
   m_bTriggered = true;
   m_streamer.Trigger(); // before the start: forgotten
-  ASSERT_EQ(m_streamer.Start(), "");
+  ASSERT_EQ(m_streamer.Start().GetError(), "");
   std::this_thread::sleep_for(20ms);
   EXPECT_EQ(m_counter.Get(), 0);
   m_streamer.Trigger();
@@ -93,7 +93,7 @@ TEST_F(FrameStreamer, ATriggeredStreamDeliversOncePerTrigger)
 TEST_F(FrameStreamer, AChangedTimingTakesEffectAtOnce)
 {
   m_nPeriod = 1h;
-  ASSERT_EQ(m_streamer.Start(), "");
+  ASSERT_EQ(m_streamer.Start().GetError(), "");
   ASSERT_TRUE(m_counter.WaitFor(1)); // the next one is an hour away
   m_bTriggered = true;
   m_streamer.Wake();
@@ -104,7 +104,7 @@ TEST_F(FrameStreamer, AChangedTimingTakesEffectAtOnce)
 TEST_F(FrameStreamer, StopEndsALongWait)
 {
   m_nPeriod = 1h;
-  ASSERT_EQ(m_streamer.Start(), "");
+  ASSERT_EQ(m_streamer.Start().GetError(), "");
   ASSERT_TRUE(m_counter.WaitFor(1));
   m_streamer.Stop();
   EXPECT_FALSE(m_streamer.IsStreaming());
@@ -115,8 +115,8 @@ TEST_F(FrameStreamer, StartAndStopMayBeRepeated)
   m_nPeriod = 0ms;
   m_streamer.Stop();
   for (int nRound = 0; nRound < 100; ++nRound) {
-    ASSERT_EQ(m_streamer.Start(), "");
-    ASSERT_EQ(m_streamer.Start(), "");
+    ASSERT_EQ(m_streamer.Start().GetError(), "");
+    ASSERT_EQ(m_streamer.Start().GetError(), "");
     if (nRound % 3 == 0) {
       ASSERT_TRUE(m_counter.WaitFor(m_counter.Get() + 1));
     }
@@ -139,7 +139,7 @@ TEST(FrameStreamerStop, WaitsForARunningDelivery)
                             std::this_thread::sleep_for(5ms);
                             bDone = true;
                           });
-  ASSERT_EQ(streamer.Start(), "");
+  ASSERT_EQ(streamer.Start().GetError(), "");
   while (!bInside) {
     std::this_thread::yield();
   }

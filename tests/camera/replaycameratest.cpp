@@ -15,15 +15,15 @@
 
 #include <gtest/gtest.h>
 
+#include "camera/iscenecontrol.h"
 #include "camera/replay/replaycamera.h"
 #include "frames/recordedframes.h"
 #include "tests/camera/framecollector.h"
 
 using ffc::camera::CreateReplayCamera;
+using ffc::camera::FindSceneControl;
 using ffc::camera::ICamera;
 using ffc::camera::ISceneControl;
-using ffc::camera::LoadRecordedFrames;
-using ffc::camera::SRecordedFrames;
 using ffc::camera::SReplayCameraOptions;
 using ffc::test::CFrameCollector;
 using ffc::test::SKeptFrame;
@@ -68,17 +68,17 @@ private:
 
 std::unique_ptr<ICamera> Open(const CRecordingFolder &folder, const std::string &strFormat = {})
 {
-  std::string strError;
-  auto pCamera = CreateReplayCamera({folder.GetPath(), strFormat, 2000.0}, &strError);
-  EXPECT_EQ(strError, "");
+  auto created = CreateReplayCamera({folder.GetPath(), strFormat, 2000.0});
+  EXPECT_EQ(created.GetError(), "");
+  std::unique_ptr<ICamera> pCamera = std::move(created).GetValue();
   return pCamera;
 }
 
 std::string GetError(const CRecordingFolder &folder, const std::string &strFormat = {})
 {
-  std::string strError;
-  EXPECT_EQ(CreateReplayCamera({folder.GetPath(), strFormat, 50.0}, &strError), nullptr);
-  return strError;
+  const auto created = CreateReplayCamera({folder.GetPath(), strFormat, 50.0});
+  EXPECT_FALSE(created);
+  return created.GetError();
 }
 
 std::string GetText(GenApi::INodeMap *pMap, const char *pName)
@@ -118,7 +118,7 @@ TEST(ReplayCamera, PlaysBrightFramesInOrderAndRoundAgain)
   folder.AddFrames(2, 6);
   const auto pCamera = Open(folder);
   ffc::test::CFrameCollector collector(*pCamera);
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   const std::vector<int> listValues = TakeValues(collector, 12);
   ASSERT_EQ(listValues.size(), 12U);
   for (std::size_t n = 1; n < listValues.size(); ++n) {
@@ -134,9 +134,9 @@ TEST(ReplayCamera, AcquisitionAndMeasurementNeverShareAFrame)
   folder.AddFrames(4, 5);
   const auto pCamera = Open(folder);
   ffc::test::CFrameCollector collector(*pCamera);
-  ISceneControl *pScene = pCamera->GetSceneControl();
+  ISceneControl *pScene = FindSceneControl(*pCamera);
   EXPECT_FALSE(pScene->CanArrange()) << "recorded frames show what they show";
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   for (int nRound = 0; nRound < 2; ++nRound) {
     pScene->SetLensCap(false);
     pScene->SetPurpose(EPurpose::Acquisition);
@@ -197,7 +197,7 @@ TEST(ReplayCamera, LinesAreTightlyPackedWhateverTheWidth)
   }
   const auto pCamera = Open(folder, "BayerRG8");
   ffc::test::CFrameCollector collector(*pCamera);
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   const auto listFrames = collector.Take(1);
   ASSERT_EQ(listFrames.size(), 1U);
   EXPECT_EQ(listFrames[0].listBytes, std::vector<uint8_t>(21, 77));
@@ -229,9 +229,7 @@ TEST(ReplayCamera, FiftyFramesPerSecondUnlessSaid)
 
 TEST(ReplayCamera, AFolderThatIsNoneIsNamed)
 {
-  std::string strError;
-  EXPECT_EQ(CreateReplayCamera({"/no/such/folder", "", 50.0}, &strError), nullptr);
-  EXPECT_EQ(strError, "There is no folder \"/no/such/folder\".");
+  EXPECT_EQ(CreateReplayCamera({"/no/such/folder", "", 50.0}).GetError(), "There is no folder \"/no/such/folder\".");
 }
 
 TEST(ReplayCamera, TooFewFramesOfAKindAreCounted)
@@ -303,9 +301,8 @@ TEST(ReplayCamera, FormatsThatTheFilesDoNotHaveAreRefused)
             std::string::npos)
     << GetError(folder, "Mono12");
   EXPECT_NE(GetError(folder, "RGB8").find("there is no pixel format \"RGB8\""), std::string::npos);
-  std::string strError;
-  EXPECT_EQ(CreateReplayCamera({folder.GetPath(), "", std::nan("")}, &strError), nullptr);
-  EXPECT_NE(strError.find("frame rate"), std::string::npos);
+  const auto created = CreateReplayCamera({folder.GetPath(), "", std::nan("")});
+  EXPECT_NE(created.GetError().find("frame rate"), std::string::npos);
 }
 
 TEST(ReplayCamera, RealFramesHaveTheirPublishedMeans)

@@ -9,6 +9,7 @@ using ffc::camera::FindSensorFormat;
 using ffc::camera::GetSensorFormats;
 using ffc::camera::SSensorFormat;
 using ffc::genapi::EColorLayout;
+using ffc::genapi::GetLayoutName;
 
 TEST(SensorFormat, CodesAndDepthsFollowThePixelFormatNamingConvention)
 {

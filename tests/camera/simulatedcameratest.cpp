@@ -7,12 +7,15 @@
 
 #include <gtest/gtest.h>
 
+#include "camera/iscenecontrol.h"
 #include "camera/sensorformat.h"
 #include "tests/camera/camerabench.h"
 
 using ffc::camera::CreateSimulatedCamera;
+using ffc::camera::FindSceneControl;
 using ffc::camera::FindSensorFormat;
 using ffc::camera::GetSensorFormats;
+using ffc::camera::ICamera;
 using ffc::camera::ISceneControl;
 using ffc::camera::SCameraFrame;
 using ffc::camera::SSensorFormat;
@@ -52,7 +55,7 @@ std::vector<double> GetColorSignals(const SKeptFrame &stFrame)
 TEST(SimulatedCamera, FramesCarryTheirGeometryAndCount)
 {
   CCameraBench bench;
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   const auto listFrames = bench.Frames().Take(5);
   ASSERT_EQ(listFrames.size(), 5U);
   for (std::size_t n = 0; n < listFrames.size(); ++n) {
@@ -71,8 +74,8 @@ TEST(SimulatedCamera, TwoCamerasOfOneSeedDeliverTheSameBytes)
   CCameraBench second;
   first.Set("TriggerMode", "On"); // so that no frame is missed
   second.Set("TriggerMode", "On");
-  ASSERT_EQ(first.Camera().Start(), "");
-  ASSERT_EQ(second.Camera().Start(), "");
+  ASSERT_EQ(first.Camera().Start().GetError(), "");
+  ASSERT_EQ(second.Camera().Start().GetError(), "");
   for (int n = 0; n < 3; ++n) {
     for (CCameraBench *pBench : {&first, &second}) {
       pBench->Frames().Expect(1);
@@ -92,7 +95,7 @@ TEST(SimulatedCamera, GeometryIsLockedWhileStreaming)
   EXPECT_EQ(bench.Get("TLParamsLocked"), "0");
   bench.Set("Width", "32");
   bench.Set("PixelFormat", "Mono8");
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   EXPECT_EQ(bench.Get("TLParamsLocked"), "1");
   for (const char *pName : {"Width", "Height", "OffsetX", "OffsetY", "PixelFormat"}) {
     EXPECT_EQ(bench.Value(pName).GetAccessMode(), GenApi::RO) << pName;
@@ -177,7 +180,7 @@ TEST(SimulatedCamera, ATriggeredCameraDeliversOneFramePerSoftwareTrigger)
 {
   CCameraBench bench;
   bench.Set("TriggerMode", "On");
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   std::this_thread::sleep_for(20ms);
   EXPECT_EQ(bench.Frames().GetCount(), 0U);
   auto &trigger = bench.Device<GenApi::ICommand>("TriggerSoftware");
@@ -201,10 +204,10 @@ TEST(SimulatedCamera, ATriggeredCameraDeliversOneFramePerSoftwareTrigger)
 TEST(SimulatedCamera, TheLensCapMakesTheNextFrameDark)
 {
   CCameraBench bench(SmallOptions("Mono8"));
-  ISceneControl *pScene = bench.Camera().GetSceneControl();
+  ISceneControl *pScene = FindSceneControl(bench.Camera());
   ASSERT_NE(pScene, nullptr);
   EXPECT_FALSE(pScene->IsLensCapOn());
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   EXPECT_GT(bench.Frames().Take(1)[0].GetSamples()[64 * 24 + 32], 150);
   pScene->SetLensCap(true);
   EXPECT_TRUE(pScene->IsLensCapOn());
@@ -218,9 +221,9 @@ TEST(SimulatedCamera, TheLensCapMakesTheNextFrameDark)
 TEST(SimulatedCamera, TheLampDimsAndBrightensTheTarget)
 {
   CCameraBench bench(SmallOptions("Mono8"));
-  ISceneControl *pScene = bench.Camera().GetSceneControl();
+  ISceneControl *pScene = FindSceneControl(bench.Camera());
   EXPECT_TRUE(pScene->CanArrange());
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   const auto Centre = [&] { return int(bench.Frames().Take(2)[1].GetSamples()[64 * 24 + 32]); };
   const int nFull = Centre();
   pScene->SetIllumination(0.5);
@@ -240,7 +243,7 @@ TEST(SimulatedCamera, WhiteBalanceOnceTakesSomeFramesAndTurnsItselfOff)
     CCameraBench bench(stOptions);
     bench.Set("TriggerMode", "On");
     bench.Set("BalanceWhiteAuto", "Once");
-    ASSERT_EQ(bench.Camera().Start(), "");
+    ASSERT_EQ(bench.Camera().Start().GetError(), "");
     std::size_t nFrames = 0;
     while (bench.Get("BalanceWhiteAuto") != "Off" && nFrames < 20) {
       bench.Device<GenApi::ICommand>("TriggerSoftware").Execute();
@@ -269,10 +272,10 @@ TEST(SimulatedCamera, WhiteBalanceOnceTakesSomeFramesAndTurnsItselfOff)
 TEST(SimulatedCamera, WhiteBalanceInTheDarkLeavesTheRatiosAlone)
 {
   CCameraBench bench(SmallOptions("BayerBG8"));
-  bench.Camera().GetSceneControl()->SetLensCap(true);
+  FindSceneControl(bench.Camera())->SetLensCap(true);
   bench.Set("BalanceRatio", "1.5");
   bench.Set("BalanceWhiteAuto", "Once");
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   ASSERT_EQ(bench.Frames().Take(6).size(), 6U);
   EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Off");
   EXPECT_EQ(bench.Get("BalanceRatio"), "1.5");
@@ -283,7 +286,7 @@ TEST(SimulatedCamera, ContinuousWhiteBalanceStaysOnAndAKnownLampHasFixedRatios)
   CCameraBench bench(SmallOptions("BayerGR12"));
   bench.Set("AWBLampHouse", "D65");
   bench.Set("BalanceWhiteAuto", "Continuous");
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   ASSERT_EQ(bench.Frames().Take(6).size(), 6U);
   EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Continuous");
   EXPECT_EQ(bench.Get("BalanceRatio"), "1.45");
@@ -298,7 +301,7 @@ TEST(SimulatedCamera, NoFrameComesAfterStop)
 {
   CCameraBench bench;
   for (int nRound = 0; nRound < 50; ++nRound) {
-    ASSERT_EQ(bench.Camera().Start(), "");
+    ASSERT_EQ(bench.Camera().Start().GetError(), "");
     EXPECT_TRUE(bench.Camera().IsStreaming());
     if (nRound % 5 == 0) {
       ASSERT_EQ(bench.Frames().Take(1).size(), 1U);
@@ -313,8 +316,7 @@ TEST(SimulatedCamera, NoFrameComesAfterStop)
 
 TEST(SimulatedCamera, FeaturesMayBeUsedFromTheFrameCallbackAndOtherThreads)
 {
-  std::string strError;
-  const auto pCamera = CreateSimulatedCamera(SmallOptions("BayerRG8"), &strError);
+  const std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(SmallOptions("BayerRG8")).GetValue();
   auto *pExposure = dynamic_cast<GenApi::IFloat *>(pCamera->GetDeviceNodeMap()->GetNode("ExposureTime"));
   auto *pWidth = dynamic_cast<GenApi::IInteger *>(pCamera->GetOutputNodeMap()->GetNode("OutputWidth"));
   auto *pAuto = dynamic_cast<GenApi::IEnumeration *>(pCamera->GetDeviceNodeMap()->GetNode("BalanceWhiteAuto"));
@@ -324,12 +326,12 @@ TEST(SimulatedCamera, FeaturesMayBeUsedFromTheFrameCallbackAndOtherThreads)
     pExposure->SetValue(pExposure->GetValue() + 1.0);
     ++nFrames;
   });
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   const auto tEnd = std::chrono::steady_clock::now() + 10s;
   while (nFrames < 50 && std::chrono::steady_clock::now() < tEnd) {
     pExposure->SetValue(10000.0);
     pAuto->FromString("Once");
-    pCamera->GetSceneControl()->SetLensCap(nFrames % 2 == 0);
+    FindSceneControl(*pCamera)->SetLensCap(nFrames % 2 == 0);
   }
   pCamera->Stop();
   EXPECT_GE(nFrames, 50);

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "camera/iscenecontrol.h"
 #include "camera/simulated/simulatedcamera.h"
 
 namespace ffc::host {
@@ -44,13 +45,12 @@ CFaultyCamera::CFaultyCamera(const std::string &strPixelFormat, const SFaults &s
   stOptions.nHeight = 64;
   stOptions.dFrameRate = 200;
   stOptions.eMode = eMode;
-  std::string strError;
-  m_pCamera = CreateSimulatedCamera(stOptions, &strError);
+  m_pCamera = CreateSimulatedCamera(stOptions).GetValue();
   if (m_stFaults.pLost != nullptr) {
     m_pLink = std::make_unique<CLink>(m_stFaults.pLost);
   }
   if (m_stFaults.bLensCapIsStuck) {
-    m_pStuckCap = std::make_unique<CStuckCap>(*m_pCamera->GetSceneControl());
+    m_pStuckCap = std::make_unique<CStuckCap>(*FindSceneControl(*m_pCamera));
   }
 }
 
@@ -61,9 +61,9 @@ void CFaultyCamera::SetFrameCallback(FrameCallback fnCallback)
   m_pCamera->SetFrameCallback(m_stFaults.bDeliversNothing ? FrameCallback([](const SCameraFrame &) {}) : fnCallback);
 }
 
-std::string CFaultyCamera::Start()
+ffc::Result<> CFaultyCamera::Start()
 {
-  return m_stFaults.bRefusesToStart ? "the cable is out" : m_pCamera->Start();
+  return m_stFaults.bRefusesToStart ? ffc::Failure("the cable is out") : m_pCamera->Start();
 }
 
 ISceneControl *CFaultyCamera::GetSceneControl()
@@ -71,7 +71,7 @@ ISceneControl *CFaultyCamera::GetSceneControl()
   if (m_stFaults.bHasNoSceneControl) {
     return nullptr;
   }
-  return m_pStuckCap ? m_pStuckCap.get() : m_pCamera->GetSceneControl();
+  return m_pStuckCap ? m_pStuckCap.get() : FindSceneControl(*m_pCamera);
 }
 
 } // namespace ffc::host

@@ -8,12 +8,13 @@
 
 #include "camera/icamera.h"
 #include "camera/icameralink.h"
+#include "camera/iscenecontrol.h"
 #include "camera/selfcorrection/correctionmode.h"
 
 namespace ffc::host {
 
 /// A small simulated camera, with faults.
-class CFaultyCamera final : public ICamera {
+class CFaultyCamera final : public ICamera, public ISceneOwner {
 public:
   struct SFaults {
     bool bRefusesToStart = false;
@@ -34,7 +35,7 @@ public:
   GenApi::INodeMap *GetStreamNodeMap() override { return m_pCamera->GetStreamNodeMap(); }
   GenApi::INodeMap *GetDeviceNodeMap() override { return m_pCamera->GetDeviceNodeMap(); }
   void SetFrameCallback(FrameCallback fnCallback) override;
-  std::string Start() override;
+  ffc::Result<> Start() override;
   void Stop() override { m_pCamera->Stop(); }
   bool IsStreaming() const override { return m_pCamera->IsStreaming(); }
   ISceneControl *GetSceneControl() override;

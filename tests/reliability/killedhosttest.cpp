@@ -27,9 +27,9 @@ protected:
     stOptions.nHeight = 128;
     stOptions.eMode = ECorrectionMode::FlatField;
     stOptions.strFlashFile = m_strFlash.toStdString();
-    std::string strError;
-    std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stOptions, &strError);
-    EXPECT_EQ("", strError);
+    auto created = CreateSimulatedCamera(stOptions);
+    EXPECT_EQ(created.GetError(), "");
+    std::unique_ptr<ICamera> pCamera = std::move(created).GetValue();
     return pCamera;
   }
 

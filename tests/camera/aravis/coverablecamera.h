@@ -6,13 +6,13 @@
 #include <memory>
 #include <utility>
 
-#include "camera/icamera.h"
+#include "camera/iscenecontrol.h"
 
 namespace ffc::test {
 
 /// Passes everything on to a camera and, for its scene, to whoever holds the lens cap. Tells a test of each start of
 /// the stream, and of each frame before the host gets it.
-class CCoverableCamera final : public camera::ICamera, private camera::ISceneControl {
+class CCoverableCamera final : public camera::ICamera, public camera::ISceneOwner, private camera::ISceneControl {
 public:
   struct SHooks {
     std::function<void(bool bCovered)> fnCover;
@@ -41,7 +41,7 @@ public:
       }
     });
   }
-  std::string Start() override
+  Result<> Start() override
   {
     if (m_stHooks.fnStart) {
       m_stHooks.fnStart();

@@ -38,12 +38,11 @@ protected:
   {
     stHooks.fnCover = [&process](bool bCovered) { process.SetLensCap(bCovered); };
     return [&process, stHooks = std::move(stHooks)](const SCameraOptions &) -> OpenedCamera {
-      std::string strError;
-      auto pCamera = OpenRealCamera(process.GetSerial(), &strError);
-      if (pCamera == nullptr) {
-        return ffc::Failure(strError);
+      auto opened = OpenRealCamera(process.GetSerial());
+      if (!opened) {
+        return opened.GetFailure();
       }
-      return std::make_unique<CCoverableCamera>(std::move(pCamera), stHooks);
+      return std::make_unique<CCoverableCamera>(std::move(opened).GetValue(), stHooks);
     };
   }
 

@@ -1,4 +1,5 @@
 #include "camera/realcameras.h"
+#include "camera/iscenecontrol.h"
 
 #include <algorithm>
 #include <atomic>
@@ -12,6 +13,7 @@
 #include "tests/camera/framecollector.h"
 
 using ffc::camera::AreRealCamerasSupported;
+using ffc::camera::FindSceneControl;
 using ffc::camera::ICamera;
 using ffc::camera::ListRealCameras;
 using ffc::camera::OpenRealCamera;
@@ -28,9 +30,9 @@ protected:
   /// The camera, which is expected to be there.
   std::unique_ptr<ICamera> Open(const std::string &strId)
   {
-    std::string strError;
-    auto pCamera = OpenRealCamera(strId, &strError);
-    EXPECT_EQ(strError, "");
+    auto opened = OpenRealCamera(strId);
+    EXPECT_EQ(opened.GetError(), "");
+    std::unique_ptr<ICamera> pCamera = opened ? std::move(opened).GetValue() : nullptr;
     return pCamera;
   }
 
@@ -81,12 +83,11 @@ TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrSerialNumber)
     ASSERT_NE(pCamera, nullptr) << strId;
     EXPECT_EQ(pCamera->GetDisplayName(), itCamera->GetDisplayName());
     EXPECT_EQ(Read(pCamera->GetOutputNodeMap(), "DeviceDisplayName"), itCamera->GetDisplayName());
-    EXPECT_EQ(pCamera->GetSceneControl(), nullptr);
+    EXPECT_EQ(FindSceneControl(*pCamera), nullptr);
     ASSERT_NE(pCamera->GetLink(), nullptr);
     EXPECT_FALSE(pCamera->GetLink()->IsLost());
   }
-  std::string strError;
-  EXPECT_EQ(OpenRealCamera("nowhere", &strError), nullptr);
+  const std::string strError = OpenRealCamera("nowhere").GetError();
   EXPECT_EQ(strError.rfind("no camera 'nowhere' answers; there are: ", 0), 0U) << strError;
   EXPECT_NE(strError.find(itCamera->strId), std::string::npos) << strError;
 }
@@ -109,7 +110,7 @@ TEST_F(RealCameras, FramesComeInEveryFormatAndTheOutputMirrorsTheCamera)
       EXPECT_EQ(Read(pCamera->GetOutputNodeMap(), pOutput), Read(pCamera->GetDeviceNodeMap(), pDevice));
     }
     ffc::test::CFrameCollector frames(*pCamera);
-    ASSERT_EQ(pCamera->Start(), "");
+    ASSERT_EQ(pCamera->Start().GetError(), "");
     const std::vector<SKeptFrame> listFrames = frames.Take(3);
     pCamera->Stop();
     ASSERT_EQ(listFrames.size(), 3U);
@@ -132,8 +133,8 @@ TEST_F(RealCameras, TheGeometryIsLockedWhileFramesCome)
   auto &width = Device<GenApi::IInteger>(*pCamera, "Width");
   EXPECT_EQ(Read(pCamera->GetDeviceNodeMap(), "TLParamsLocked"), "0");
   for (int nTurn = 0; nTurn < 2; ++nTurn) {
-    ASSERT_EQ(pCamera->Start(), "");
-    EXPECT_EQ(pCamera->Start(), "") << "it runs already";
+    ASSERT_EQ(pCamera->Start().GetError(), "");
+    EXPECT_EQ(pCamera->Start().GetError(), "") << "it runs already";
     EXPECT_TRUE(pCamera->IsStreaming());
     EXPECT_EQ(Read(pCamera->GetDeviceNodeMap(), "TLParamsLocked"), "1");
     EXPECT_EQ(width.GetAccessMode(), GenApi::RO);
@@ -144,7 +145,7 @@ TEST_F(RealCameras, TheGeometryIsLockedWhileFramesCome)
   }
   width.SetValue(64);
   ffc::test::CFrameCollector frames(*pCamera);
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   const std::vector<SKeptFrame> listFrames = frames.Take(1);
   pCamera->Stop();
   ASSERT_EQ(listFrames.size(), 1U);
@@ -158,7 +159,7 @@ TEST_F(RealCameras, NoFrameComesAfterStopAndTheLensCapIsSeen)
   ASSERT_NE(pCamera, nullptr);
   ffc::test::CFrameCollector frames(*pCamera);
   process.SetLensCap(true);
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   const std::vector<SKeptFrame> listDark = frames.Take(2);
   pCamera->Stop();
   ASSERT_EQ(listDark.size(), 2U);
@@ -167,7 +168,7 @@ TEST_F(RealCameras, NoFrameComesAfterStopAndTheLensCapIsSeen)
   process.SetLensCap(false); // a round trip to the camera, in which it would have sent
   EXPECT_EQ(frames.GetCount(), nCount);
   Device<GenApi::IFloat>(*pCamera, "ExposureTime").SetValue(5000);
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   const std::vector<SKeptFrame> listBright = frames.Take(2);
   pCamera->Stop();
   ASSERT_EQ(listBright.size(), 2U);
@@ -186,7 +187,7 @@ TEST_F(RealCameras, ASlowReceiverOfNewestFramesOnlyMissesTheOthers)
     std::this_thread::sleep_for(std::chrono::milliseconds(60)); // six frames of the camera
     ++nFrames;
   });
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   while (nFrames < 4) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
@@ -199,9 +200,8 @@ TEST_F(RealCameras, ACameraInUseByAnotherProgramIsRefused)
   const CGigeCameraProcess process({});
   const auto pCamera = Open(process.GetSerial());
   ASSERT_NE(pCamera, nullptr);
-  std::string strError;
-  EXPECT_EQ(OpenRealCamera(process.GetSerial(), &strError), nullptr);
-  EXPECT_EQ(strError, pCamera->GetDisplayName() + " is in use by another program, or was until a moment ago");
+  EXPECT_EQ(OpenRealCamera(process.GetSerial()).GetError(),
+            pCamera->GetDisplayName() + " is in use by another program, or was until a moment ago");
 }
 
 TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenItIsBack)
@@ -213,7 +213,7 @@ TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenIt
   pCamera->GetLink()->SetLostCallback([&] { ++nTold; });
   {
     ffc::test::CFrameCollector frames(*pCamera);
-    ASSERT_EQ(pCamera->Start(), "");
+    ASSERT_EQ(pCamera->Start().GetError(), "");
     ASSERT_EQ(frames.Take(1).size(), 1U);
     process.Kill();
     while (nTold == 0) { // the test's own time limit ends it
@@ -224,7 +224,7 @@ TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenIt
     EXPECT_EQ(Device<GenApi::IInteger>(*pCamera, "Width").GetAccessMode(), GenApi::NA);
     pCamera->Stop();
     EXPECT_FALSE(pCamera->IsStreaming());
-    EXPECT_EQ(pCamera->Start(), "The camera does not answer any more.");
+    EXPECT_EQ(pCamera->Start().GetError(), "The camera does not answer any more.");
     EXPECT_FALSE(pCamera->IsStreaming());
     pCamera.reset();
   }
@@ -233,7 +233,7 @@ TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenIt
   pCamera = Open(process.GetSerial());
   ASSERT_NE(pCamera, nullptr);
   ffc::test::CFrameCollector frames(*pCamera);
-  ASSERT_EQ(pCamera->Start(), "");
+  ASSERT_EQ(pCamera->Start().GetError(), "");
   EXPECT_EQ(frames.Take(2).size(), 2U);
   pCamera->Stop();
 }

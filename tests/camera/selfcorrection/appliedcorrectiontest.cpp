@@ -11,11 +11,13 @@
 
 #include <gtest/gtest.h>
 
+#include "camera/iscenecontrol.h"
 #include "camera/sensorformat.h"
 #include "tests/camera/camerabench.h"
 #include "tests/camera/selfcorrection/handmadetable.h"
 
 using ffc::camera::ECorrectionMode;
+using ffc::camera::FindSceneControl;
 using ffc::camera::SSimulatedCameraOptions;
 using ffc::test::CCameraBench;
 using ffc::test::CHandMadeTable;
@@ -269,8 +271,8 @@ TEST(AppliedCorrection, DigitalShiftDoublesTheFrames)
 TEST(AppliedCorrection, TheSensorsOwnPatternCanBeSwitchedOff)
 {
   CCameraPair pair(Options("Mono16"));
-  pair.Raw().Camera().GetSceneControl()->SetLensCap(true);
-  pair.Corrected().Camera().GetSceneControl()->SetLensCap(true);
+  FindSceneControl(pair.Raw().Camera())->SetLensCap(true);
+  FindSceneControl(pair.Corrected().Camera())->SetLensCap(true);
   const auto fnCountHot = [](const std::vector<uint16_t> &listFrame) {
     return std::count_if(listFrame.begin(), listFrame.end(), [](uint16_t nSample) { return nSample > 8000; });
   };
@@ -318,7 +320,7 @@ TEST(AppliedCorrection, EverythingMayBeWrittenWhileFramesCome)
   CHandMadeTable table(ECorrectionMode::FlatField, "BayerBG10", WIDTH, HEIGHT, 32);
   bench.WriteRegister(table.Pack()); // so that there is something to save from the start
   std::atomic<bool> bStop{false};
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   std::thread other([&] {
     while (!bStop) {
       bench.Execute("FFCFlashSave");

@@ -161,20 +161,17 @@ TEST_F(CameraFlash, EveryWrongByteAndEveryMissingEndIsNoticed)
 {
   FillFlash();
   const QByteArray byteGood = ReadFile();
-  SFlashContent stContent;
-  ASSERT_EQ(ReadFlashFile(m_stOptions.strFlashFile, CAMERA, &stContent), "");
-  stContent = {};
+  ASSERT_EQ(ReadFlashFile(m_stOptions.strFlashFile, CAMERA).GetError(), "");
   for (int nAt = 0; nAt < byteGood.size(); ++nAt) {
     QByteArray byteBad = byteGood;
     byteBad[nAt] = static_cast<char>(byteBad[nAt] ^ 1);
     WriteFile(byteBad);
-    ASSERT_NE(ReadFlashFile(m_stOptions.strFlashFile, CAMERA, &stContent), "") << nAt;
+    ASSERT_FALSE(ReadFlashFile(m_stOptions.strFlashFile, CAMERA)) << nAt;
     WriteFile(byteGood.left(nAt));
-    ASSERT_NE(ReadFlashFile(m_stOptions.strFlashFile, CAMERA, &stContent), "") << nAt;
+    ASSERT_FALSE(ReadFlashFile(m_stOptions.strFlashFile, CAMERA)) << nAt;
   }
   WriteFile(byteGood + '\0');
   ExpectError("is damaged");
-  EXPECT_EQ(stContent.strStartSet, "") << "nothing was taken from any of them";
   WriteFile(byteGood);
   CCameraBench bench(m_stOptions);
 }
@@ -230,12 +227,13 @@ TEST_F(CameraFlash, BelongsToOneKindOfCamera)
 TEST_F(CameraFlash, ContentThatDoesNotFitTheCameraIsAnError)
 {
   FillFlash();
-  SFlashContent stGood;
-  ASSERT_EQ(ReadFlashFile(m_stOptions.strFlashFile, CAMERA, &stGood), "");
+  const auto content = ReadFlashFile(m_stOptions.strFlashFile, CAMERA);
+  ASSERT_TRUE(content) << content.GetError();
+  const SFlashContent &stGood = content.GetValue();
   const auto fnExpectError = [&](auto fnChange, const char *pPart) {
     SFlashContent stBad = stGood;
     fnChange(stBad);
-    ASSERT_EQ(WriteFlashFile(m_stOptions.strFlashFile, CAMERA, stBad), "");
+    ASSERT_EQ(WriteFlashFile(m_stOptions.strFlashFile, CAMERA, stBad).GetError(), "");
     const std::string strError = GetCreationError(m_stOptions);
     EXPECT_NE(strError.find(pPart), std::string::npos) << strError;
   };
@@ -254,7 +252,7 @@ TEST_F(CameraFlash, ContentThatDoesNotFitTheCameraIsAnError)
   fnExpectError(
     [&](SFlashContent &st) { fnChangeCoefficients(st, [](SCoefficients &stBad) { stBad.stLayout.nBlockSide = 0; }); },
     "is damaged");
-  ASSERT_EQ(WriteFlashFile(m_stOptions.strFlashFile, CAMERA, stGood), "");
+  ASSERT_EQ(WriteFlashFile(m_stOptions.strFlashFile, CAMERA, stGood).GetError(), "");
   EXPECT_EQ(CCameraBench(m_stOptions).Get("Gain"), "6");
 }
 

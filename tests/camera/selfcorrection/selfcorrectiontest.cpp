@@ -106,7 +106,7 @@ TEST(SelfCorrection, AnUnknownCorrectionHasANameAndNothingElse)
   for (std::size_t n = 1; n < std::size(ALL_FEATURES); ++n) {
     EXPECT_FALSE(bench.Has(ALL_FEATURES[n])) << ALL_FEATURES[n];
   }
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   EXPECT_EQ(bench.Frames().Take(2).size(), 2U);
 }
 

@@ -207,7 +207,7 @@ TEST(UserSets, AreLockedWhileTheCameraStreams)
 {
   CCameraBench bench(Options("Mono8", ECorrectionMode::FlatField));
   bench.Set("UserSetSelector", "UserSet0");
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   bench.Set("Gain", "6");
   for (const char *pCommand : {"UserSetLoad", "UserSetSave"}) {
     EXPECT_THROW(bench.Execute(pCommand), GenICam::AccessException) << pCommand;

@@ -58,15 +58,14 @@ protected:
     if (m_fnBuild) {
       m_fnBuild(stCamera);
     }
-    std::string strError;
-    std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stCamera, &strError);
-    if (pCamera == nullptr) {
-      return Failure(strError);
+    OpenedCamera created = CreateSimulatedCamera(stCamera);
+    if (!created) {
+      return created;
     }
     if (m_fnAdapt) {
-      m_fnAdapt(dynamic_cast<CSoftwareNodeMap &>(*pCamera->GetDeviceNodeMap()));
+      m_fnAdapt(dynamic_cast<CSoftwareNodeMap &>(*created.GetValue()->GetDeviceNodeMap()));
     }
-    return OpenedCamera(std::move(pCamera));
+    return created;
   }
 
   bool IsFirstPowerOn() const { return m_nPowerOns == 1; }

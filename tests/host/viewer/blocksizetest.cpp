@@ -14,10 +14,9 @@ std::unique_ptr<ICamera> MakeCamera(ECorrectionMode eMode)
   stOptions.nWidth = 256;
   stOptions.nHeight = 256;
   stOptions.eMode = eMode;
-  std::string strError;
-  std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stOptions, &strError);
-  EXPECT_EQ(strError, "");
-  return pCamera;
+  auto created = CreateSimulatedCamera(stOptions);
+  EXPECT_EQ(created.GetError(), "");
+  return std::move(created).GetValue();
 }
 
 } // namespace

@@ -22,8 +22,7 @@ protected:
     stOptions.nWidth = 64;
     stOptions.nHeight = 48;
     stOptions.dFrameRate = 200;
-    std::string strError;
-    return CreateSimulatedCamera(stOptions, &strError);
+    return CreateSimulatedCamera(stOptions).GetValue();
   }
 
   static QStringList GetLog() { return qApp->property("fakePluginLog").toStringList(); }

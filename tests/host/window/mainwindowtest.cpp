@@ -9,6 +9,7 @@
 #include <QTabWidget>
 #include <QWheelEvent>
 
+#include "camera/iscenecontrol.h"
 #include "host/dialogdriver/modalanswerer.h"
 #include "host/options/language.h"
 #include "host/window/imageview.h"
@@ -131,7 +132,7 @@ TEST_F(MainWindow, ZoomsWithTheWheelAndReadsPixelsWithMouseAndKeys)
 TEST_F(MainWindow, MarksOverexposedPixelsOnRequest)
 {
   ShowWindow();
-  GetCamera().GetSceneControl()->SetIllumination(2.0);
+  FindSceneControl(GetCamera())->SetIllumination(2.0);
   const auto HasMark = [this] {
     const QImage imgPicture = GetView()->GetPicture();
     return !imgPicture.isNull() && imgPicture.pixel(imgPicture.rect().center()) == OVEREXPOSED;
@@ -161,7 +162,7 @@ TEST_F(MainWindow, SceneControlsAreForCamerasThatHaveThem)
   EXPECT_TRUE(Find<QWidget>("LensCap")->isVisible());
   EXPECT_TRUE(Find<QWidget>("Illumination")->isVisible());
   Key(Qt::Key_L, Qt::AltModifier);
-  EXPECT_TRUE(QTest::qWaitFor([this] { return GetCamera().GetSceneControl()->IsLensCapOn(); }));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return FindSceneControl(GetCamera())->IsLensCapOn(); }));
 
   CFaultyCamera::SFaults stFaults;
   stFaults.bHasNoSceneControl = true;

@@ -41,12 +41,7 @@ protected:
     stCamera.nHeight = 192;
     stCamera.dFrameRate = m_dFrameRate;
     stCamera.eMode = stOptions.eMode;
-    std::string strError;
-    std::unique_ptr<ICamera> pCamera = CreateSimulatedCamera(stCamera, &strError);
-    if (pCamera == nullptr) {
-      return Failure(strError);
-    }
-    return OpenedCamera(std::move(pCamera));
+    return CreateSimulatedCamera(stCamera);
   }
 
   /// Shows the window on the camera of the factory, by default the simulated one.

@@ -12,6 +12,7 @@
 #include <QTableWidget>
 #include <QTimer>
 
+#include "camera/iscenecontrol.h"
 #include "host/dialogdriver/modalanswerer.h"
 #include "tests/host/window/windowfixture.h"
 
@@ -28,12 +29,12 @@ protected:
     ASSERT_NE(CDialogDriver::FindDialog(), nullptr);
     CDialogDriver driver = GetDriver();
     Key(Qt::Key_L, Qt::AltModifier);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return GetCamera().GetSceneControl()->IsLensCapOn(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return FindSceneControl(GetCamera())->IsLensCapOn(); }));
     QTest::qWait(100);
     ASSERT_EQ(driver.AcquireDark().strBox.toStdString(), "");
     QApplication::setActiveWindow(m_pWindow.get());
     Key(Qt::Key_L, Qt::AltModifier);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !GetCamera().GetSceneControl()->IsLensCapOn(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !FindSceneControl(GetCamera())->IsLensCapOn(); }));
     QTest::qWait(100);
     driver.SetFrameCount(16);
     const SDialogAnswer stBright = driver.AcquireBright();
@@ -97,7 +98,7 @@ TEST_F(WindowWorkflow, GoesFromAShadedImageToAReport)
   ASSERT_EQ(pFigures->rowCount(), 6);
   EXPECT_GT(pFigures->item(0, 0)->text().toDouble(), 20.0) << "shading before";
   EXPECT_LT(pFigures->item(0, 1)->text().toDouble(), 1.0);
-  EXPECT_FALSE(GetCamera().GetSceneControl()->IsLensCapOn()) << "as before";
+  EXPECT_FALSE(FindSceneControl(GetCamera())->IsLensCapOn()) << "as before";
   EXPECT_NE(GetText("Findings").find("take "), std::string::npos);
 
   Key(Qt::Key_D, Qt::ControlModifier);
