@@ -170,7 +170,7 @@ TEST(SimulatedCamera, NamesItselfToViewers)
   auto *pMode = bench.Camera().GetStreamNodeMap()->GetNode("StreamBufferHandlingMode");
   EXPECT_TRUE(dynamic_cast<GenApi::IValue *>(pMode)->ToString() == "OldestFirst");
   dynamic_cast<GenApi::IValue *>(pMode)->FromString("NewestOnly");
-  ASSERT_EQ(bench.Camera().Start(), "");
+  ASSERT_EQ(bench.Camera().Start().GetError(), "");
   EXPECT_THROW(dynamic_cast<GenApi::IValue *>(pMode)->FromString("OldestFirst"), GenICam::AccessException);
   bench.Camera().Stop();
   dynamic_cast<GenApi::IValue *>(pMode)->FromString("OldestFirst");

@@ -14,6 +14,7 @@
 
 using ffc::camera::ECorrectionMode;
 using ffc::camera::ReadFlashFile;
+using ffc::camera::SCoefficients;
 using ffc::camera::SFlashContent;
 using ffc::camera::SSimulatedCameraOptions;
 using ffc::camera::WriteFlashFile;
