@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "pluginobject/shadingcorrection/process/featurechain.h"
-#include "pluginobject/shadingcorrection/process/scopeguard.h"
 
 namespace {
 
@@ -21,16 +20,6 @@ std::vector<int> RunSteps(const std::vector<int32_t> &listResults, int32_t *pnSt
   }
   *pnStatus = chain.Status();
   return listRan;
-}
-
-int32_t LeaveEarly(bool bEarly, int &nRuns)
-{
-  const CScopeGuard guard([&nRuns] { ++nRuns; });
-  if (bEarly) {
-    return -1;
-  }
-  EXPECT_EQ(0, nRuns);
-  return 0;
 }
 
 } // namespace
@@ -61,47 +50,6 @@ TEST(FeatureChain, TakesAPositiveStatusForAFailureToo)
   int32_t nStatus = 0;
   EXPECT_EQ((std::vector<int>{0}), RunSteps({5, 0}, &nStatus));
   EXPECT_EQ(5, nStatus);
-}
-
-TEST(ScopeGuard, RunsOnceOnEveryPathOutOfTheScope)
-{
-  int nRuns = 0;
-  EXPECT_EQ(-1, LeaveEarly(true, nRuns));
-  EXPECT_EQ(1, nRuns);
-  nRuns = 0;
-  EXPECT_EQ(0, LeaveEarly(false, nRuns));
-  EXPECT_EQ(1, nRuns);
-}
-
-TEST(ScopeGuard, RunsWhenAnExceptionPasses)
-{
-  int nRuns = 0;
-  try {
-    const CScopeGuard guard([&nRuns] { ++nRuns; });
-    throw 42;
-  } catch (int) {
-    EXPECT_EQ(1, nRuns);
-  }
-}
-
-TEST(ScopeGuard, RunsInTheReverseOrderOfDeclaration)
-{
-  std::vector<int> listRan;
-  {
-    const CScopeGuard first([&listRan] { listRan.push_back(1); });
-    const CScopeGuard second([&listRan] { listRan.push_back(2); });
-  }
-  EXPECT_EQ((std::vector<int>{2, 1}), listRan);
-}
-
-TEST(ScopeGuard, EndsWhatItsActionThrowsAlsoWhileAnotherExceptionPasses)
-{
-  try {
-    const CScopeGuard guard([] { throw 1; });
-    throw 42;
-  } catch (int nThrown) {
-    EXPECT_EQ(42, nThrown);
-  }
 }
 
 TEST(FeatureChain, AStepWithoutMemoryIsOutOfMemory)
