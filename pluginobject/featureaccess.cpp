@@ -26,7 +26,7 @@ int32_t Access(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAccess)
       return PLUGIN_STATUS_INVALID_PARAM;
     }
     auto *pInterface = dynamic_cast<TInterface *>(pNode);
-    return pInterface == nullptr ? int32_t{PLUGIN_STATUS_FEATURE_ERROR} : fnAccess(*pInterface);
+    return pInterface == nullptr ? PLUGIN_STATUS_FEATURE_ERROR : fnAccess(*pInterface);
   } catch (...) {
     return PLUGIN_STATUS_FEATURE_ERROR;
   }

@@ -131,7 +131,7 @@ int32_t CShadingCorrectionDlg::__CheckAcquisition()
 {
   const int32_t nStatus = CheckDeliveredImage(m_outputFeatures, m_deviceFeatures);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    return nStatus == PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED ? nStatus : int32_t{PLUGIN_STATUS_SILENT};
+    return nStatus == PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED ? nStatus : PLUGIN_STATUS_SILENT;
   }
   return m_pProcess->IsPixelFormatSupported() ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_NEED_BAYER_FORMAT;
 }
@@ -416,8 +416,7 @@ void CShadingCorrectionDlg::Slot_objSaveFlash_Button_clicked()
 int32_t CShadingCorrectionDlg::__SaveFlash(ffc::dialog::CSlotScope &slot)
 {
   slot.BeBusy();
-  return __IsReady() ? __CallProcess([this] { return m_pProcess->SaveToFlash(); })
-                     : int32_t{PLUGIN_STATUS_INVALID_PARAM};
+  return __IsReady() ? __CallProcess([this] { return m_pProcess->SaveToFlash(); }) : PLUGIN_STATUS_INVALID_PARAM;
 }
 
 void CShadingCorrectionDlg::Slot_objLoadPC_Button_clicked()

@@ -48,7 +48,7 @@ public:
       auto pHostProcess = std::make_unique<CShadingCorrectionPro_PC>(deviceFeatures, streamFeatures);
       InstallChooser(*pHostProcess, CFuzzedFile::GetFileName());
       pProcess = std::move(pHostProcess);
-      return int32_t{PLUGIN_STATUS_SUCCESS};
+      return PLUGIN_STATUS_SUCCESS;
     });
     return CShadingCorrectionPlugin::InitDialogProcess();
   }

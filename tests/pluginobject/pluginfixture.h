@@ -39,7 +39,7 @@ public:
     FindDialog()->SetProcessFactory([this](EProcessKind, const CFeatureAccess &, const CFeatureAccess &,
                                            std::unique_ptr<IShadingCorrectionProcess> &pProcess) {
       pProcess = std::make_unique<CScriptedProcess>(m_stScript);
-      return int32_t{PLUGIN_STATUS_SUCCESS};
+      return PLUGIN_STATUS_SUCCESS;
     });
     return CShadingCorrectionPlugin::InitDialogProcess();
   }

@@ -12,9 +12,11 @@
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
-#include "pluginobject/shadingcorrection/process/scopeguard.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
+
+using ffc::process::CScopeGuard;
+using ffc::process::CSteps;
 
 namespace {
 
@@ -56,21 +58,17 @@ int32_t CShadingCorrectionPro_Dev::InitProcess()
   }
   m_bColor = ReadIsColorCamera(m_deviceFeatures);
   int64_t nExpectGray = 0;
-  return CFeatureChain()
-    .Then(
-      [&] { return ReadDeviceSettings(m_deviceFeatures, m_bColor, ApplyFlatFieldBlockEntry, m_stSettings, m_stInfo); })
-    .Then([&] { return m_deviceFeatures.GetIntFeature("FFCExpectGray", nExpectGray); })
-    .Then([&]() -> int32_t {
-      m_stInfo.nExpectGray = static_cast<uint32_t>(nExpectGray);
-      return PLUGIN_STATUS_SUCCESS;
-    })
-    .Then([&] { return InitCoefficients(m_deviceFeatures, m_stInfo, m_coefficients); })
+  return CSteps(m_deviceFeatures)
+    .Then(ReadDeviceSettings, m_deviceFeatures, m_bColor, ApplyFlatFieldBlockEntry, m_stSettings, m_stInfo)
+    .Get("FFCExpectGray", nExpectGray)
+    .Then([&] { m_stInfo.nExpectGray = static_cast<uint32_t>(nExpectGray); })
+    .Then(InitCoefficients, m_deviceFeatures, m_stInfo, m_coefficients)
     .Status();
 }
 
 int32_t CShadingCorrectionPro_Dev::SaveUserParam()
 {
-  return m_deviceFeatures.HasNodeMap() ? m_guard.SaveUserParam(m_deviceFeatures) : int32_t{PLUGIN_STATUS_INVALID_PARAM};
+  return m_deviceFeatures.HasNodeMap() ? m_guard.SaveUserParam(m_deviceFeatures) : PLUGIN_STATUS_INVALID_PARAM;
 }
 
 int32_t CShadingCorrectionPro_Dev::PrepareDeviceParam()
@@ -148,34 +146,33 @@ int32_t CShadingCorrectionPro_Dev::AcquireDarkImage()
 
 int32_t CShadingCorrectionPro_Dev::__CaptureDark()
 {
-  const auto allocate = [this]() -> int32_t {
+  const auto allocate = [this] {
     m_exchange.BeginRequests();
     const uint64_t nSize = m_stFormat.nFrameSize;
     const bool bAllocated = m_stDark.data.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
     return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
   };
-  return CFeatureChain()
-    .Then([this] { return SaveUserParam(); })
-    .Then([this] { return PrepareDeviceParam(); })
+  return CSteps(m_deviceFeatures)
+    .Then(&CShadingCorrectionPro_Dev::SaveUserParam, this)
+    .Then(&CShadingCorrectionPro_Dev::PrepareDeviceParam, this)
     .Then(allocate)
-    .Then([this] { return __TriggerFrame(); })
-    .Then([this] { return m_exchange.WaitFrame(m_guard.GetTimeout()); })
-    .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
-    .Then([this] { return __AnalyseFrame(); })
+    .Then(&CShadingCorrectionPro_Dev::__TriggerFrame, this)
+    .Then(&CFrameExchange::WaitFrame, m_exchange, m_guard.GetTimeout())
+    .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
+    .Then(&CShadingCorrectionPro_Dev::__AnalyseFrame, this)
     .Status();
 }
 
 int32_t CShadingCorrectionPro_Dev::__TriggerFrame()
 {
-  return CFeatureChain()
-    .Then([this] { return m_deviceFeatures.SetEnumFeature("TriggerMode", "On"); })
-    .Then([this] { return m_deviceFeatures.SetEnumFeature("TriggerSource", "Software"); })
-    .Then([this]() -> int32_t {
+  return CSteps(m_deviceFeatures)
+    .Set("TriggerMode", "On")
+    .Set("TriggerSource", "Software")
+    .Then([this] {
       m_exchange.ZeroBuffer();
       __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
-      return PLUGIN_STATUS_SUCCESS;
     })
-    .Then([this] { return m_deviceFeatures.ExecuteCommand("TriggerSoftware"); })
+    .Execute("TriggerSoftware")
     .Status();
 }
 
@@ -192,7 +189,10 @@ int32_t CShadingCorrectionPro_Dev::__AnalyseFrame()
   };
   const BLOCK_PARAM stParam = MakeBlockParam(m_stFormat, stBlock.nWidth, stBlock.nHeight, nBayerType);
   m_stGeneratorFormat = m_stFormat;
-  return CFeatureChain().Then([&] { return MapCalcStatus(m_generator.SetBlockParam(stParam)); }).Then(measure).Status();
+  return CSteps(m_deviceFeatures)
+    .Then([&] { return MapCalcStatus(m_generator.SetBlockParam(stParam)); })
+    .Then(measure)
+    .Status();
 }
 
 void CShadingCorrectionPro_Dev::__KeepDarkFrame()
@@ -225,13 +225,13 @@ int32_t CShadingCorrectionPro_Dev::AcquireBrightImage()
 
 int32_t CShadingCorrectionPro_Dev::__CaptureBright()
 {
-  return CFeatureChain()
-    .Then([this] { return SaveUserParam(); })
-    .Then([this] { return PrepareDeviceParam(); })
-    .Then([this] { return m_bright.Allocate(m_stFormat.nFrameSize); })
-    .Then([this] { return __StartBrightStream(); })
-    .Then([this] { return __TakeBrightFrames(); })
-    .Then([this] { return m_bright.Average(m_stInfo.nFrameCount, ReadAsEightBit(m_stFormat)); })
+  return CSteps(m_deviceFeatures)
+    .Then(&CShadingCorrectionPro_Dev::SaveUserParam, this)
+    .Then(&CShadingCorrectionPro_Dev::PrepareDeviceParam, this)
+    .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
+    .Then(&CShadingCorrectionPro_Dev::__StartBrightStream, this)
+    .Then(&CShadingCorrectionPro_Dev::__TakeBrightFrames, this)
+    .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, ReadAsEightBit(m_stFormat))
     .Status();
 }
 
@@ -244,18 +244,17 @@ int32_t CShadingCorrectionPro_Dev::__StartBrightStream()
   const int32_t nStatus = __BalanceWhite();
   // The frames of the balance went into the buffer.
   m_exchange.ZeroBuffer();
-  return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? int32_t{PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED} : nStatus;
+  return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED : nStatus;
 }
 
 int32_t CShadingCorrectionPro_Dev::__BalanceWhite()
 {
-  return CFeatureChain()
-    .Then([this] { return m_deviceFeatures.SetEnumFeature("AWBLampHouse", "Adaptive"); })
-    .Then([this] { return m_deviceFeatures.SetEnumFeature("BalanceWhiteAuto", "Once"); })
-    .Then([this]() -> int32_t {
+  return CSteps(m_deviceFeatures)
+    .Set("AWBLampHouse", "Adaptive")
+    .Set("BalanceWhiteAuto", "Once")
+    .Then([this] {
       ffc::process::RunWhiteBalance(m_deviceFeatures, m_exchange, m_guard.GetTimeout(),
                                     [this] { __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON); });
-      return PLUGIN_STATUS_SUCCESS;
     })
     .Status();
 }
@@ -265,19 +264,17 @@ int32_t CShadingCorrectionPro_Dev::__TakeBrightFrames()
   // A frame that cannot be analysed is told at the end: the user has shown the target for all of them.
   int32_t nAnalysis = PLUGIN_STATUS_SUCCESS;
   const auto takeFrame = [&](uint32_t nFrame) {
-    return CFeatureChain()
-      .Then([&] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
-      .Then([&]() -> int32_t {
+    return CSteps(m_deviceFeatures)
+      .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
+      .Then([&] {
         if (nFrame == 0) {
           nAnalysis = __AnalyseFrame();
           m_dBrightMaxGray = m_stGray.dMax;
           m_stBrightFormat = m_stFormat;
         }
-        return PLUGIN_STATUS_SUCCESS;
       })
-      .Then([&]() -> int32_t {
-        return nAnalysis == PLUGIN_STATUS_SUCCESS ? m_bright.Add(ReadAsEightBit(m_stFormat))
-                                                  : int32_t{PLUGIN_STATUS_SUCCESS};
+      .Then([&] {
+        return nAnalysis == PLUGIN_STATUS_SUCCESS ? m_bright.Add(ReadAsEightBit(m_stFormat)) : PLUGIN_STATUS_SUCCESS;
       })
       .Status();
   };
@@ -345,10 +342,10 @@ int32_t CShadingCorrectionPro_Dev::LoadFromFlash()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   CFrameBuffer image;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return AllocateCoefficients(m_coefficients.GetSize(), image); })
-                            .Then([&] { return LoadFlashCoefficients(m_deviceFeatures, image); })
-                            .Then([&] { return SwitchCorrectionOn(m_deviceFeatures); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(AllocateCoefficients, m_coefficients.GetSize(), image)
+                            .Then(LoadFlashCoefficients, m_deviceFeatures, image)
+                            .Then(SwitchCorrectionOn, m_deviceFeatures)
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS && HasRecord(image)) {
     ExchangeRecordBytes(image);
@@ -404,9 +401,9 @@ int32_t CShadingCorrectionPro_Dev::SaveToFile()
     return PLUGIN_STATUS_SILENT;
   }
   CCoefficientFileWriter writer(strFileName);
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return ReadCoefficients(m_deviceFeatures, image); })
-                            .Then([&] { return writer.Open(); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(ReadCoefficients, m_deviceFeatures, image)
+                            .Then(&CCoefficientFileWriter::Open, writer)
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;

@@ -8,9 +8,11 @@
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
-#include "pluginobject/shadingcorrection/process/scopeguard.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
+
+using ffc::process::CScopeGuard;
+using ffc::process::CSteps;
 
 namespace {
 
@@ -53,11 +55,10 @@ int32_t CShadingCorrectionPro_PC::InitProcess()
   m_bColor = bColor;
   if (bColor) {
     std::vector<std::string> listFormats;
-    const int32_t nStatus =
-      CFeatureChain()
-        .Then([&] { return m_deviceFeatures.GetEnumEntries("PixelFormat", listFormats); })
-        .Then([&] { return m_deviceFeatures.GetEnumFeature("PixelColorFilter", m_strPixelColorFilter); })
-        .Status();
+    const int32_t nStatus = CSteps(m_deviceFeatures)
+                              .GetEntries("PixelFormat", listFormats)
+                              .Get("PixelColorFilter", m_strPixelColorFilter)
+                              .Status();
     if (nStatus != PLUGIN_STATUS_SUCCESS) {
       return nStatus;
     }
@@ -77,15 +78,15 @@ int32_t CShadingCorrectionPro_PC::__SaveCameraState()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   SFrameFormat stFormat;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return m_deviceFeatures.GetFloatFeature("ExposureTime", m_fExposureTime); })
-                            .Then([&] { return m_deviceFeatures.GetFloatFeature("Gain", m_fGain); })
-                            .Then([&] { return m_streamGuard.Streaming().Save(m_deviceFeatures); })
-                            .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
-                            .Then([&] { return m_streamGuard.SaveTriggerMode(m_deviceFeatures); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Get("ExposureTime", m_fExposureTime)
+                            .Get("Gain", m_fGain)
+                            .Save(m_streamGuard.Streaming())
+                            .Then(ReadPayloadSize, m_deviceFeatures, stFormat)
+                            .Then(ReadWidth, m_deviceFeatures, stFormat)
+                            .Then(ReadHeight, m_deviceFeatures, stFormat)
+                            .Then(ReadPixelFormat, m_deviceFeatures, stFormat)
+                            .Then(&ffc::process::CHostStreamGuard::SaveTriggerMode, m_streamGuard, m_deviceFeatures)
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     m_streamGuard.Streaming().SaveLate(m_deviceFeatures);
@@ -142,7 +143,7 @@ int32_t CShadingCorrectionPro_PC::AcquireDarkImage()
 
 int32_t CShadingCorrectionPro_PC::__CaptureDark()
 {
-  const auto allocate = [this]() -> int32_t {
+  const auto allocate = [this] {
     const bool bAllocated =
       m_darkFrame.Allocate(m_stFormat.nFrameSize) && m_exchange.AllocateBuffer(m_stFormat.nFrameSize);
     return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
@@ -152,12 +153,12 @@ int32_t CShadingCorrectionPro_PC::__CaptureDark()
     m_exchange.BeginRequests();
     return m_exchange.WaitFrame(m_nTimeout);
   };
-  const int32_t nStatus = CFeatureChain()
-                            .Then([this] { return __SaveCameraState(); })
-                            .Then([this] { return PrepareDeviceParam(); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(&CShadingCorrectionPro_PC::__SaveCameraState, this)
+                            .Then(&CShadingCorrectionPro_PC::PrepareDeviceParam, this)
                             .Then(allocate)
                             .Then(takeFrame)
-                            .Then([this] { return __JudgeFrame(); })
+                            .Then(&CShadingCorrectionPro_PC::__JudgeFrame, this)
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     m_darkFrame.Release();
@@ -191,13 +192,13 @@ int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
 
 int32_t CShadingCorrectionPro_PC::__CaptureBright()
 {
-  return CFeatureChain()
-    .Then([this] { return __SaveCameraState(); })
-    .Then([this] { return PrepareDeviceParam(); })
-    .Then([this] { return m_bright.Allocate(m_stFormat.nFrameSize); })
-    .Then([this] { return __StartBrightStream(); })
-    .Then([this] { return __TakeBrightFrames(); })
-    .Then([this] { return m_bright.Average(m_stInfo.nFrameCount, m_stFormat); })
+  return CSteps(m_deviceFeatures)
+    .Then(&CShadingCorrectionPro_PC::__SaveCameraState, this)
+    .Then(&CShadingCorrectionPro_PC::PrepareDeviceParam, this)
+    .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
+    .Then(&CShadingCorrectionPro_PC::__StartBrightStream, this)
+    .Then(&CShadingCorrectionPro_PC::__TakeBrightFrames, this)
+    .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, m_stFormat)
     .Status();
 }
 
@@ -211,23 +212,23 @@ int32_t CShadingCorrectionPro_PC::__StartBrightStream()
   const int32_t nStatus = m_whiteBalance.BalanceOnce(m_deviceFeatures, m_exchange, m_nTimeout, startStream);
   // The frames of the balance went into the buffer.
   m_exchange.ZeroBuffer();
-  return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? int32_t{PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED} : nStatus;
+  return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED : nStatus;
 }
 
 int32_t CShadingCorrectionPro_PC::__TakeBrightFrames()
 {
   const uint32_t nToDiscard = m_bColor ? SETTLING_FRAMES : 0;
-  return TakeFrames(m_exchange, m_nTimeout, nToDiscard + m_stInfo.nFrameCount, [&](uint32_t nFrame) -> int32_t {
-    return nFrame < nToDiscard ? int32_t{PLUGIN_STATUS_SUCCESS} : __KeepBrightFrame(nFrame == nToDiscard);
+  return TakeFrames(m_exchange, m_nTimeout, nToDiscard + m_stInfo.nFrameCount, [&](uint32_t nFrame) {
+    return nFrame < nToDiscard ? PLUGIN_STATUS_SUCCESS : __KeepBrightFrame(nFrame == nToDiscard);
   });
 }
 
 int32_t CShadingCorrectionPro_PC::__KeepBrightFrame(bool bFirst)
 {
-  return CFeatureChain()
-    .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
-    .Then([&]() -> int32_t { return bFirst ? __JudgeFrame() : int32_t{PLUGIN_STATUS_SUCCESS}; })
-    .Then([this] { return m_bright.Add(m_stFormat); })
+  return CSteps(m_deviceFeatures)
+    .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
+    .Then([&] { return bFirst ? __JudgeFrame() : PLUGIN_STATUS_SUCCESS; })
+    .Then(&CBrightField::Add, m_bright, m_stFormat)
     .Status();
 }
 
@@ -301,11 +302,11 @@ int32_t CShadingCorrectionPro_PC::__LoadTable(QFile &file)
 {
   SFrameFormat stFormat;
   HostTablePtr pTable;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadHostTable(file, stFormat, pTable); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(ReadWidth, m_deviceFeatures, stFormat)
+                            .Then(ReadHeight, m_deviceFeatures, stFormat)
+                            .Then(ReadPixelFormat, m_deviceFeatures, stFormat)
+                            .Then(ReadHostTable, file, stFormat, pTable)
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     __PutIntoForce(std::move(pTable));

@@ -68,6 +68,18 @@ public:
 
   CSteps &Execute(const char *pName) { return Then(&CFeatureAccess::ExecuteCommand, m_features, pName); }
 
+  /// A setting that is saved and written as one, such as those in camerastate/savedsettings.h.
+  template <class TSetting>
+  CSteps &Save(TSetting &setting)
+  {
+    return Then([&] { return setting.Save(m_features); });
+  }
+  template <class TSetting>
+  CSteps &Write(TSetting &setting)
+  {
+    return Then([&] { return setting.Write(m_features); });
+  }
+
   /// Any other step: a function, or a member function and its object, with its arguments, which are read when the
   /// step's turn comes. It answers a status, or nothing when it cannot fail.
   template <class TStep, class... TArguments>

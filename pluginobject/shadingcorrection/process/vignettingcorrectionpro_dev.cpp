@@ -11,9 +11,11 @@
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
-#include "pluginobject/shadingcorrection/process/scopeguard.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
+
+using ffc::process::CScopeGuard;
+using ffc::process::CSteps;
 
 namespace {
 
@@ -34,7 +36,7 @@ int32_t ReadImage(QFile &file, uint64_t nSize, CFrameBuffer &image)
     return nStatus;
   }
   return static_cast<uint64_t>(file.size()) == nSize ? ReadCoefficientFile(file, nSize, image)
-                                                     : int32_t{PLUGIN_STATUS_ROI_MISMATCH};
+                                                     : PLUGIN_STATUS_ROI_MISMATCH;
 }
 
 } // namespace
@@ -74,14 +76,14 @@ int32_t CVignettingCorrectionPro_Dev::__SaveCameraState()
   m_streaming = ffc::process::CStreamingState();
   SFrameFormat stFormat;
   float fExposureTime = 0.0F;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return m_deviceFeatures.GetFloatFeature("ExposureTime", fExposureTime); })
-                            .Then([&] { return m_streaming.Save(m_deviceFeatures); })
-                            .Then([&] { return ReadPayloadSize(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadWidth(m_deviceFeatures, stFormat); })
-                            .Then([&] { return ReadHeight(m_deviceFeatures, stFormat); })
-                            .Then([&] { return m_triggerMode.Save(m_deviceFeatures); })
-                            .Then([&] { return ReadPixelFormat(m_deviceFeatures, stFormat); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Get("ExposureTime", fExposureTime)
+                            .Save(m_streaming)
+                            .Then(ReadPayloadSize, m_deviceFeatures, stFormat)
+                            .Then(ReadWidth, m_deviceFeatures, stFormat)
+                            .Then(ReadHeight, m_deviceFeatures, stFormat)
+                            .Save(m_triggerMode)
+                            .Then(ReadPixelFormat, m_deviceFeatures, stFormat)
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     m_streaming.SaveLate(m_deviceFeatures);
@@ -98,9 +100,9 @@ int32_t CVignettingCorrectionPro_Dev::PrepareDeviceParam()
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  const int32_t nStatus = CFeatureChain()
-                            .Then([this] { return ffc::process::SwitchTriggerOff(m_deviceFeatures, m_triggerMode); })
-                            .Then([this] { return SwitchCorrectionOff(m_deviceFeatures); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(ffc::process::SwitchTriggerOff, m_deviceFeatures, m_triggerMode)
+                            .Then(SwitchCorrectionOff, m_deviceFeatures)
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS && !m_streaming.WasStreaming()) {
     __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
@@ -139,21 +141,21 @@ int32_t CVignettingCorrectionPro_Dev::__CaptureBright()
     return TakeFrames(m_exchange, m_nTimeout, m_stInfo.nFrameCount,
                       [this](uint32_t nFrame) { return __TakeBrightFrame(nFrame == 0); });
   };
-  return CFeatureChain()
-    .Then([this] { return __SaveCameraState(); })
-    .Then([this] { return PrepareDeviceParam(); })
-    .Then([this] { return m_bright.Allocate(m_stFormat.nFrameSize); })
+  return CSteps(m_deviceFeatures)
+    .Then(&CVignettingCorrectionPro_Dev::__SaveCameraState, this)
+    .Then(&CVignettingCorrectionPro_Dev::PrepareDeviceParam, this)
+    .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
     .Then(takeFrames)
-    .Then([this] { return m_bright.Average(m_stInfo.nFrameCount, m_stFormat); })
+    .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, m_stFormat)
     .Status();
 }
 
 int32_t CVignettingCorrectionPro_Dev::__TakeBrightFrame(bool bFirst)
 {
-  return CFeatureChain()
-    .Then([this] { return CheckFrameSize(m_deviceFeatures, m_stFormat); })
-    .Then([&]() -> int32_t { return bFirst ? __AnalyseFrame() : int32_t{PLUGIN_STATUS_SUCCESS}; })
-    .Then([this] { return m_bright.Add(m_stFormat); })
+  return CSteps(m_deviceFeatures)
+    .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
+    .Then([&] { return bFirst ? __AnalyseFrame() : PLUGIN_STATUS_SUCCESS; })
+    .Then(&CBrightField::Add, m_bright, m_stFormat)
     .Status();
 }
 
@@ -171,8 +173,10 @@ int32_t CVignettingCorrectionPro_Dev::ExecuteCorrection()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   CFrameBuffer body;
-  const int32_t nStatus =
-    CFeatureChain().Then([&] { return __SizeCoefficients(body); }).Then([&] { return __ComputeBody(body); }).Status();
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(&CVignettingCorrectionPro_Dev::__SizeCoefficients, this, body)
+                            .Then(&CVignettingCorrectionPro_Dev::__ComputeBody, this, body)
+                            .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }
@@ -223,20 +227,20 @@ int32_t CVignettingCorrectionPro_Dev::SetFrameCount(std::string strEntry)
 int32_t CVignettingCorrectionPro_Dev::__AllocateImage(CFrameBuffer &image)
 {
   uint64_t nSize = 0;
-  return CFeatureChain()
-    .Then([&] { return ReadCoefficientsSize(m_deviceFeatures, nSize); })
-    .Then([&] { return AllocateCoefficients(nSize, image); })
+  return CSteps(m_deviceFeatures)
+    .Then(ReadCoefficientsSize, m_deviceFeatures, nSize)
+    .Then(AllocateCoefficients, nSize, image)
     .Status();
 }
 
 int32_t CVignettingCorrectionPro_Dev::LoadFromFlash()
 {
   CFrameBuffer image;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return __AllocateImage(image); })
-                            .Then([&] { return LoadFlashCoefficients(m_deviceFeatures, image); })
-                            .Then([&] { return CheckRecord(image); })
-                            .Then([&] { return SwitchCorrectionOn(m_deviceFeatures); })
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(&CVignettingCorrectionPro_Dev::__AllocateImage, this, image)
+                            .Then(LoadFlashCoefficients, m_deviceFeatures, image)
+                            .Then(CheckRecord, image)
+                            .Then(SwitchCorrectionOn, m_deviceFeatures)
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     m_stInfo = GetRecord(image);
@@ -262,10 +266,10 @@ int32_t CVignettingCorrectionPro_Dev::LoadFromFile()
   }
   QFile file(strFileName);
   CFrameBuffer image;
-  return CFeatureChain()
-    .Then([&] { return ReadImage(file, nSize, image); })
-    .Then([&] { return CheckRecord(image); })
-    .Then([&] { return PutIntoForce(m_deviceFeatures, image, m_stInfo); })
+  return CSteps(m_deviceFeatures)
+    .Then(ReadImage, file, nSize, image)
+    .Then(CheckRecord, image)
+    .Then(PutIntoForce, m_deviceFeatures, image, m_stInfo)
     .Status();
 }
 
@@ -280,9 +284,9 @@ int32_t CVignettingCorrectionPro_Dev::SaveToFile()
   if (strFileName.isEmpty()) {
     return PLUGIN_STATUS_SILENT;
   }
-  return CFeatureChain()
-    .Then([&] { return ReadCoefficients(m_deviceFeatures, image); })
-    .Then([&] { return CheckRecord(image); })
-    .Then([&] { return WriteCoefficientFile(strFileName, image.GetData(), image.GetSize()); })
+  return CSteps(m_deviceFeatures)
+    .Then(ReadCoefficients, m_deviceFeatures, image)
+    .Then(CheckRecord, image)
+    .Then(WriteCoefficientFile, strFileName, image.GetData(), image.GetSize())
     .Status();
 }

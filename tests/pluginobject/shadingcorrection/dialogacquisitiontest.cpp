@@ -433,7 +433,7 @@ TEST_F(DialogAcquisition, TheFocusStaysOnTheButtonThatWasPressed)
 {
   ASSERT_EQ(Open(), 0);
   m_stScript.dMaxGray = 100;
-  for (const int32_t nStatus : {int32_t{PLUGIN_STATUS_SUCCESS}, int32_t{PLUGIN_STATUS_BUFFER_TIMEOUT}}) {
+  for (const int32_t nStatus : {PLUGIN_STATUS_SUCCESS, PLUGIN_STATUS_BUFFER_TIMEOUT}) {
     m_stScript.nDarkStatus = nStatus;
     m_stScript.nBrightStatus = nStatus;
     for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {

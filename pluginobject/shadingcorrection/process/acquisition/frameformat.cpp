@@ -6,17 +6,17 @@
 #include <vector>
 
 #include "pluginobject/pixelformat.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 
 namespace {
 
 int32_t ReadFrameFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
 {
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return ReadPayloadSize(features, stFormat); })
-                            .Then([&] { return ReadPixelFormat(features, stFormat); })
-                            .Then([&] { return ReadWidth(features, stFormat); })
-                            .Then([&] { return ReadHeight(features, stFormat); })
+  const int32_t nStatus = ffc::process::CSteps(features)
+                            .Then(ReadPayloadSize, features, stFormat)
+                            .Then(ReadPixelFormat, features, stFormat)
+                            .Then(ReadWidth, features, stFormat)
+                            .Then(ReadHeight, features, stFormat)
                             .Status();
   stFormat.ApplyUnpackedSize();
   return nStatus;

@@ -25,7 +25,7 @@ struct SFrameFormat {
   void ApplyUnpackedSize();
 };
 
-/// One reading step each, for a CFeatureChain.
+/// One reading step each, for CSteps.
 int32_t ReadPayloadSize(const CFeatureAccess &features, SFrameFormat &stFormat);
 int32_t ReadWidth(const CFeatureAccess &features, SFrameFormat &stFormat);
 int32_t ReadHeight(const CFeatureAccess &features, SFrameFormat &stFormat);

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
 namespace ffc::process {
@@ -18,7 +18,7 @@ int32_t CDeviceParamGuard::SaveOptional(const CFeatureAccess &features, const ch
 {
   bool bImplemented = false;
   (void)features.IsFeatureImplemented(pName, bImplemented);
-  return bImplemented ? features.GetEnumFeature(pName, strSaved) : int32_t{PLUGIN_STATUS_SUCCESS};
+  return bImplemented ? features.GetEnumFeature(pName, strSaved) : PLUGIN_STATUS_SUCCESS;
 }
 
 int32_t CDeviceParamGuard::WriteOptional(const CFeatureAccess &features, const char *pName, const std::string &strSaved)
@@ -31,16 +31,16 @@ int32_t CDeviceParamGuard::WriteOptional(const CFeatureAccess &features, const c
 int32_t CDeviceParamGuard::SaveUserParam(const CFeatureAccess &features)
 {
   const int32_t nStatus =
-    CFeatureChain()
-      .Then([&] { return m_userSets.SaveSelector(features); })
-      .Then([&] { return m_exposureTime.Save(features); })
-      .Then([&] { return m_streaming.Save(features); })
-      .Then([&] { return m_gain.Save(features); })
-      .Then([&] { return m_blackLevel.Save(features); })
-      .Then([&] { return m_digitalShift.Save(features); })
-      .Then([&] { return SaveOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
-      .Then([&] { return SaveOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
-      .Then([&] { return SaveOptional(features, "RemoveParameterLimit", m_strRemoveParameterLimit); })
+    CSteps(features)
+      .Then(&CUserSetGuard::SaveSelector, m_userSets, features)
+      .Save(m_exposureTime)
+      .Save(m_streaming)
+      .Save(m_gain)
+      .Save(m_blackLevel)
+      .Save(m_digitalShift)
+      .Then(SaveOptional, features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode)
+      .Then(SaveOptional, features, "DeadPixelCorrect", m_strDeadPixelCorrect)
+      .Then(SaveOptional, features, "RemoveParameterLimit", m_strRemoveParameterLimit)
       .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     m_streaming.SaveLate(features);
@@ -51,45 +51,44 @@ int32_t CDeviceParamGuard::SaveUserParam(const CFeatureAccess &features)
 
 int32_t CDeviceParamGuard::Prepare(const CFeatureAccess &features, SFrameFormat &stFormat)
 {
-  return CFeatureChain()
-    .Then([&] { return m_userSets.SwitchToDefault(features); })
-    .Then([&] { return features.GetFloatFeature("BlackLevel", m_fDefaultBlackLevel); })
-    .Then([&] { return ReadFormat(features, stFormat); })
-    .Then([&] { return WriteUserParam(features); })
+  return CSteps(features)
+    .Then(&CUserSetGuard::SwitchToDefault, m_userSets, features)
+    .Get("BlackLevel", m_fDefaultBlackLevel)
+    .Then(ReadFormat, features, stFormat)
+    .Then(&CDeviceParamGuard::WriteUserParam, this, features)
     .Status();
 }
 
 int32_t CDeviceParamGuard::ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
 {
-  return CFeatureChain()
-    .Then([&] { return ReadPayloadSize(features, stFormat); })
-    .Then([&] { return ReadPixelFormat(features, stFormat); })
-    .Then([&]() -> int32_t {
+  return CSteps(features)
+    .Then(ReadPayloadSize, features, stFormat)
+    .Then(ReadPixelFormat, features, stFormat)
+    .Then([&] {
       // On purpose with the width and height of the acquisition before: the geometry is read only now.
       stFormat.ApplyUnpackedSize();
-      return PLUGIN_STATUS_SUCCESS;
     })
-    .Then([&] { return ReadWidth(features, stFormat); })
-    .Then([&] { return ReadHeight(features, stFormat); })
+    .Then(ReadWidth, features, stFormat)
+    .Then(ReadHeight, features, stFormat)
     .Status();
 }
 
 int32_t CDeviceParamGuard::WriteUserParam(const CFeatureAccess &features)
 {
-  return CFeatureChain()
-    .Then([&]() -> int32_t {
+  return CSteps(features)
+    .Then([&] {
       // A camera that does not tell whether it has limits is taken for one that has none to remove.
       bool bImplemented = false;
       (void)features.IsFeatureImplemented("RemoveParameterLimit", bImplemented);
       return bImplemented ? features.SetEnumFeature("RemoveParameterLimit", m_strRemoveParameterLimit)
-                          : int32_t{PLUGIN_STATUS_SUCCESS};
+                          : PLUGIN_STATUS_SUCCESS;
     })
-    .Then([&] { return m_exposureTime.Write(features); })
-    .Then([&] { return m_gain.Write(features); })
-    .Then([&] { return m_blackLevel.Write(features); })
-    .Then([&] { return m_digitalShift.Write(features); })
-    .Then([&] { return WriteOptional(features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode); })
-    .Then([&] { return WriteOptional(features, "DeadPixelCorrect", m_strDeadPixelCorrect); })
+    .Write(m_exposureTime)
+    .Write(m_gain)
+    .Write(m_blackLevel)
+    .Write(m_digitalShift)
+    .Then(WriteOptional, features, "FixedPatternNoiseCorrectMode", m_strFixedPatternNoiseCorrectMode)
+    .Then(WriteOptional, features, "DeadPixelCorrect", m_strDeadPixelCorrect)
     .Status();
 }
 
@@ -115,10 +114,10 @@ void CDeviceParamGuard::Restore(const CFeatureAccess &features)
 int32_t CDeviceParamGuard::ReviewPendingRestore(const CFeatureAccess &features)
 {
   bool bUnchanged = true;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return CompareUserParam(features, bUnchanged); })
-                            .Then([&] { return m_streaming.Save(features); })
-                            .Then([&] { return m_userSets.RefreshSelector(features); })
+  const int32_t nStatus = CSteps(features)
+                            .Then(&CDeviceParamGuard::CompareUserParam, this, features, bUnchanged)
+                            .Save(m_streaming)
+                            .Then(&CUserSetGuard::RefreshSelector, m_userSets, features)
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED;
@@ -137,11 +136,11 @@ int32_t CDeviceParamGuard::CompareUserParam(const CFeatureAccess &features, bool
     bUnchanged = bUnchanged && bSame;
     return nStatus;
   };
-  return CFeatureChain()
-    .Then([&] { return compare(m_exposureTime); })
-    .Then([&] { return compare(m_gain); })
-    .Then([&] { return compare(m_blackLevel); })
-    .Then([&] { return compare(m_digitalShift); })
+  return CSteps(features)
+    .Then(compare, m_exposureTime)
+    .Then(compare, m_gain)
+    .Then(compare, m_blackLevel)
+    .Then(compare, m_digitalShift)
     .Status();
 }
 

@@ -1,6 +1,6 @@
 #include "pluginobject/shadingcorrection/process/camerastate/hoststreamguard.h"
 
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 
 namespace ffc::process {
 
@@ -18,9 +18,9 @@ void CHostStreamGuard::SaveStreamMode(const CFeatureAccess &streamFeatures)
 
 int32_t CHostStreamGuard::Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures)
 {
-  return CFeatureChain()
-    .Then([&] { return SwitchTriggerOff(deviceFeatures, m_triggerMode); })
-    .Then([&]() -> int32_t {
+  return CSteps(deviceFeatures)
+    .Then(SwitchTriggerOff, deviceFeatures, m_triggerMode)
+    .Then([&] {
       return !m_streamMode.Get().empty() && m_streamMode.Get() != "NewestOnly"
                ? m_streamMode.Replace(streamFeatures, "NewestOnly")
                : PLUGIN_STATUS_SUCCESS;

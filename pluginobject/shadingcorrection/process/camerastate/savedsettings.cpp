@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 
 namespace ffc::process {
 
@@ -69,13 +69,12 @@ void CSavedEntry::Restore(const CFeatureAccess &features)
     return;
   }
   m_bToRestore = false;
-  (void)TryTwice(
-    [&] { return CFeatureChain().Then([&] { return features.SetEnumFeature(m_pName, m_strSaved); }).Status(); });
+  (void)TryTwice([&] { return CSteps(features).Set(m_pName, m_strSaved).Status(); });
 }
 
 int32_t SwitchTriggerOff(const CFeatureAccess &features, CSavedEntry &triggerMode)
 {
-  return triggerMode.Get() == "On" ? triggerMode.Replace(features, "Off") : int32_t{PLUGIN_STATUS_SUCCESS};
+  return triggerMode.Get() == "On" ? triggerMode.Replace(features, "Off") : PLUGIN_STATUS_SUCCESS;
 }
 
 void CStreamingState::SaveLate(const CFeatureAccess &features)

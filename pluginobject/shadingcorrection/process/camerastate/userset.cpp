@@ -1,7 +1,7 @@
 #include "pluginobject/shadingcorrection/process/camerastate/userset.h"
 
 #include "pluginobject/shadingcorrection/process/camerastate/savedsettings.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
 namespace ffc::process {
@@ -12,17 +12,14 @@ constexpr const char *USER_SET = "UserSet0";
 
 int32_t Select(const CFeatureAccess &features, const std::string &strUserSet)
 {
-  return CFeatureChain().Then([&] { return features.SetEnumFeature("UserSetSelector", strUserSet); }).Status();
+  return CSteps(features).Set("UserSetSelector", strUserSet).Status();
 }
 
 } // namespace
 
 int32_t SaveUserSet(const CFeatureAccess &features, const char *pUserSet)
 {
-  return CFeatureChain()
-    .Then([&] { return Select(features, pUserSet); })
-    .Then([&] { return features.ExecuteCommand("UserSetSave"); })
-    .Status();
+  return CSteps(features).Then(Select, features, pUserSet).Execute("UserSetSave").Status();
 }
 
 void CUserSetGuard::BeginAcquisition()
@@ -39,8 +36,8 @@ int32_t CUserSetGuard::SaveSelector(const CFeatureAccess &features)
 int32_t CUserSetGuard::Run(const CFeatureAccess &features, const char *pUserSet, const char *pCommand)
 {
   m_bSelectorMoved = true;
-  return CFeatureChain()
-    .Then([&] { return Select(features, pUserSet); })
+  return CSteps(features)
+    .Then(Select, features, pUserSet)
     .Then([&] {
       m_strLastSelected = pUserSet;
       return features.ExecuteCommand(pCommand);
@@ -77,8 +74,7 @@ void CUserSetGuard::Restore(const CFeatureAccess &features)
 int32_t CUserSetGuard::RefreshSelector(const CFeatureAccess &features)
 {
   std::string strSelector;
-  const int32_t nStatus =
-    CFeatureChain().Then([&] { return features.GetEnumFeature("UserSetSelector", strSelector); }).Status();
+  const int32_t nStatus = CSteps(features).Get("UserSetSelector", strSelector).Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS && (!m_bSelectorMoved || strSelector != m_strLastSelected)) {
     m_strSelector = strSelector;
   }

@@ -1,7 +1,7 @@
 #include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
 
 #include "pluginobject/shadingcorrection/process/camerastate/savedsettings.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 
 namespace ffc::process {
 
@@ -11,18 +11,14 @@ namespace {
 void RestoreEntry(const CFeatureAccess &features, const char *pName, const std::string &strSaved)
 {
   if (!strSaved.empty()) {
-    (void)TryTwice(
-      [&] { return CFeatureChain().Then([&] { return features.SetEnumFeature(pName, strSaved); }).Status(); });
+    (void)TryTwice([&] { return CSteps(features).Set(pName, strSaved).Status(); });
   }
 }
 
 int32_t SaveRatio(const CFeatureAccess &features, const char *pColour, std::optional<float> &fSaved)
 {
   float fRatio = 0.0F;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&] { return features.SetEnumFeature("BalanceRatioSelector", pColour); })
-                            .Then([&] { return features.GetFloatFeature("BalanceRatio", fRatio); })
-                            .Status();
+  const int32_t nStatus = CSteps(features).Set("BalanceRatioSelector", pColour).Get("BalanceRatio", fRatio).Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     fSaved = fRatio;
   }
@@ -31,9 +27,9 @@ int32_t SaveRatio(const CFeatureAccess &features, const char *pColour, std::opti
 
 int32_t WriteRatio(const CFeatureAccess &features, const char *pColour, float fRatio)
 {
-  return CFeatureChain()
-    .Then([&] { return features.SetEnumFeature("BalanceRatioSelector", pColour); })
-    .Then([&] { return features.RestoreFloatFeature("BalanceRatio", fRatio); })
+  return CSteps(features)
+    .Set("BalanceRatioSelector", pColour)
+    .Then(&CFeatureAccess::RestoreFloatFeature, features, "BalanceRatio", fRatio)
     .Status();
 }
 
@@ -103,10 +99,10 @@ int32_t CWhiteBalance::Save(const CFeatureAccess &features)
   if (nStatus != PLUGIN_STATUS_SUCCESS || !m_bBalanceWhite) {
     return nStatus;
   }
-  return CFeatureChain()
-    .Then([&] { return features.GetEnumFeature("BalanceRatioSelector", m_strBalanceRatioSelector); })
-    .Then([&] { return features.GetEnumFeature("BalanceWhiteAuto", m_strBalanceWhiteAuto); })
-    .Then([&] { return SaveRatios(features); })
+  return CSteps(features)
+    .Get("BalanceRatioSelector", m_strBalanceRatioSelector)
+    .Get("BalanceWhiteAuto", m_strBalanceWhiteAuto)
+    .Then(&CWhiteBalance::SaveRatios, this, features)
     .Status();
 }
 
@@ -115,24 +111,21 @@ int32_t CWhiteBalance::SaveRatios(const CFeatureAccess &features)
   if (m_strBalanceWhiteAuto != "Continuous") {
     return PLUGIN_STATUS_SUCCESS;
   }
-  return CFeatureChain()
-    .Then([&] { return SaveRatio(features, "Red", m_fRatioRed); })
-    .Then([&] { return SaveRatio(features, "Green", m_fRatioGreen); })
-    .Then([&] { return SaveRatio(features, "Blue", m_fRatioBlue); })
+  return CSteps(features)
+    .Then(SaveRatio, features, "Red", m_fRatioRed)
+    .Then(SaveRatio, features, "Green", m_fRatioGreen)
+    .Then(SaveRatio, features, "Blue", m_fRatioBlue)
     .Status();
 }
 
 int32_t CWhiteBalance::SwitchOn(const CFeatureAccess &features)
 {
   bool bLampHouse = false;
-  return CFeatureChain()
-    .Then([&] { return features.IsFeatureWritable("AWBLampHouse", bLampHouse); })
-    .Then([&]() -> int32_t {
-      return bLampHouse ? features.GetEnumFeature("AWBLampHouse", m_strAWBLampHouse) : PLUGIN_STATUS_SUCCESS;
-    })
-    .Then([&]() -> int32_t {
-      return bLampHouse ? features.SetEnumFeature("AWBLampHouse", "Adaptive") : PLUGIN_STATUS_SUCCESS;
-    })
+  return CSteps(features)
+    .Then(&CFeatureAccess::IsFeatureWritable, features, "AWBLampHouse", bLampHouse)
+    .Then(
+      [&] { return bLampHouse ? features.GetEnumFeature("AWBLampHouse", m_strAWBLampHouse) : PLUGIN_STATUS_SUCCESS; })
+    .Then([&] { return bLampHouse ? features.SetEnumFeature("AWBLampHouse", "Adaptive") : PLUGIN_STATUS_SUCCESS; })
     .Then([&] {
       m_bOnceWritten = true;
       return features.SetEnumFeature("BalanceWhiteAuto", "Once");

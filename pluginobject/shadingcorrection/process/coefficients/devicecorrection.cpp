@@ -4,7 +4,7 @@
 
 #include "pluginobject/shadingcorrection/process/camerastate/userset.h"
 #include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 
 int32_t ReadCoefficientsSize(const CFeatureAccess &features, uint64_t &nSize)
 {
@@ -27,8 +27,8 @@ int32_t AllocateCoefficients(uint64_t nSize, CFrameBuffer &image)
 int32_t InitCoefficients(const CFeatureAccess &features, FFCInfo &stInfo, CFrameBuffer &image)
 {
   uint64_t nSize = 0;
-  return CFeatureChain()
-    .Then([&] { return ReadCoefficientsSize(features, nSize); })
+  return ffc::process::CSteps(features)
+    .Then(ReadCoefficientsSize, features, nSize)
     .Then([&] {
       stInfo.nCoefficientsSize = static_cast<uint32_t>(nSize);
       return AllocateCoefficients(nSize, image);
@@ -64,18 +64,15 @@ int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, 
 
 int32_t LoadFlashCoefficients(const CFeatureAccess &features, CFrameBuffer &image)
 {
-  return CFeatureChain()
-    .Then([&] { return features.ExecuteCommand("FFCFlashLoad"); })
-    .Then([&] { return ReadCoefficients(features, image); })
-    .Status();
+  return ffc::process::CSteps(features).Execute("FFCFlashLoad").Then(ReadCoefficients, features, image).Status();
 }
 
 int32_t SaveFlashCoefficients(const CFeatureAccess &features)
 {
-  return CFeatureChain()
-    .Then([&] { return features.ExecuteCommand("FFCFlashSave"); })
-    .Then([&] { return SwitchCorrectionOn(features); })
-    .Then([&] { return ffc::process::SaveUserSet(features, "UserSet0"); })
-    .Then([&] { return features.SetEnumFeature("UserSetDefault", "UserSet0"); })
+  return ffc::process::CSteps(features)
+    .Execute("FFCFlashSave")
+    .Then(SwitchCorrectionOn, features)
+    .Then(ffc::process::SaveUserSet, features, "UserSet0")
+    .Set("UserSetDefault", "UserSet0")
     .Status();
 }

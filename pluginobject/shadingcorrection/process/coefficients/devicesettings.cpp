@@ -1,6 +1,6 @@
 #include "pluginobject/shadingcorrection/process/coefficients/devicesettings.h"
 
-#include "pluginobject/shadingcorrection/process/featurechain.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 
 bool ReadIsColorCamera(const CFeatureAccess &features)
 {
@@ -15,14 +15,14 @@ int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, Fn
   std::string strPixelColorFilter;
   std::string strBlockSize;
   std::string strFrameCount;
-  const int32_t nStatus = CFeatureChain()
-                            .Then([&]() -> int32_t {
-                              return bColorCamera ? features.GetEnumFeature("PixelColorFilter", strPixelColorFilter)
-                                                  : int32_t{PLUGIN_STATUS_SUCCESS};
-                            })
-                            .Then([&] { return features.GetEnumFeature("FFCBlockSize", strBlockSize); })
-                            .Then([&] { return features.GetEnumFeature("FFCFrameCount", strFrameCount); })
-                            .Status();
+  const int32_t nStatus =
+    ffc::process::CSteps(features)
+      .Then([&] {
+        return bColorCamera ? features.GetEnumFeature("PixelColorFilter", strPixelColorFilter) : PLUGIN_STATUS_SUCCESS;
+      })
+      .Get("FFCBlockSize", strBlockSize)
+      .Get("FFCFrameCount", strFrameCount)
+      .Status();
   // Also of a camera that has lost its filter since the last time.
   stSettings.strPixelColorFilter = strPixelColorFilter;
   fnApplyBlockEntry(strBlockSize, stSettings.stBlock);
@@ -33,8 +33,7 @@ int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, Fn
 
 int32_t WriteFrameCount(const CFeatureAccess &features, const std::string &strEntry, FFCInfo &stInfo)
 {
-  const int32_t nStatus =
-    CFeatureChain().Then([&] { return features.SetEnumFeature("FFCFrameCount", strEntry); }).Status();
+  const int32_t nStatus = ffc::process::CSteps(features).Set("FFCFrameCount", strEntry).Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     ApplyFrameCountEntry(strEntry, stInfo.nFrameCount);
   }

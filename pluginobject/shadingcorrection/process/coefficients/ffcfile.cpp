@@ -66,7 +66,7 @@ int32_t CCoefficientFileWriter::WriteInPlace(const uint8_t *pData, uint64_t nSiz
   if (nFormerSize > 0) {
     const int32_t nStatus = ReadCoefficientFile(m_inPlace, nFormerSize, former);
     if (nStatus != PLUGIN_STATUS_SUCCESS) {
-      return nStatus == PLUGIN_STATUS_READ_FILE_ERROR ? int32_t{PLUGIN_STATUS_WRITE_FILE_ERROR} : nStatus;
+      return nStatus == PLUGIN_STATUS_READ_FILE_ERROR ? PLUGIN_STATUS_WRITE_FILE_ERROR : nStatus;
     }
   }
   const bool bWritten = Overwrite(m_inPlace, pData, nSize);
