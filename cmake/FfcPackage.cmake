@@ -8,11 +8,9 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 
 set(programs)
-foreach(program IN ITEMS ffchost ffc)
-  if(TARGET ${program})
-    list(APPEND programs ${program})
-  endif()
-endforeach()
+if(TARGET ffchost)
+  list(APPEND programs ffchost)
+endif()
 
 # Everything in one folder, because a program finds the module beside itself and the module the image library.
 if(WIN32)

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <numeric>
@@ -105,9 +104,9 @@ std::set<int> AsSet(const std::vector<int> &listValues)
 /// The real frames, when the machine has them.
 std::string FindRealFrames()
 {
-  const char *pData = std::getenv("FFC_TEST_DATA");
-  const QString strFolder = QString(pData != nullptr ? pData : "../shared/data") + "/emva1288_set001";
-  return QDir(strFolder).exists() ? strFolder.toStdString() : std::string();
+  const QString strData = qEnvironmentVariable("FFC_TEST_DATA");
+  const QString strFolder = strData + "/emva1288_set001";
+  return !strData.isEmpty() && QDir(strFolder).exists() ? strFolder.toStdString() : std::string();
 }
 
 } // namespace

@@ -24,9 +24,9 @@ void ExpectMeanAtExpectedGrey(const CHostRun &run)
 /// Empty when the recorded frames are not there.
 QString FindRecordedFrames()
 {
-  const QString strData = qEnvironmentVariable("FFC_TEST_DATA", QStringLiteral(FFC_SOURCE_DIR "/../shared/data"));
+  const QString strData = qEnvironmentVariable("FFC_TEST_DATA");
   const QDir dir(strData + "/emva1288_set001");
-  return dir.exists() ? dir.absolutePath() : QString();
+  return !strData.isEmpty() && dir.exists() ? dir.absolutePath() : QString();
 }
 
 } // namespace
