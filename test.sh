@@ -1,31 +1,61 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds and runs the whole test suite: optimised, with the address and
-# undefined-behaviour sanitizers, and with the thread sanitizer. "./test.sh release" (asan, tsan) runs one.
-# "./test.sh --soak" runs the long forms of the reliability tests instead: all combinations and millions of frames,
-# and each fuzz target for FFC_SOAK_MINUTES (60). FFC_SEED sets another order of what happens.
-# "./test.sh --windows" builds for 64-bit Windows instead, with a tool chain that it makes first, and runs
-# the suite under Wine (FFC_QT_MINGW_CACHE: see scripts/windows/toolchain.sh).
+# Installs what is missing, builds the optimised program and runs its tests. More, on request:
+#
+#   ./test.sh --all        the same, then with the sanitizers, and the fuzz targets
+#   ./test.sh PRESET ...   one or several of release, debug, asan, tsan
+#   ./test.sh --windows    built for 64-bit Windows with a tool chain that is made first, run under Wine
+#                          (FFC_QT_MINGW_CACHE: see scripts/windows/toolchain.sh)
+#   ./test.sh --soak       the long forms of the reliability tests: all combinations and millions of frames, and each
+#                          fuzz target for FFC_SOAK_MINUTES (60). FFC_SEED sets another order of what happens.
+#
+# FFC_TEST_DATA names a folder with recorded frames; without it the tests on such frames are skipped.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/common.sh
 
-# run_tests PRESET: with real windows, on a display of their own, which must not reset itself whenever the last
-# program closes it.
-run_tests() {
+# run_ctest PRESET [CTEST OPTION ...]: with real windows, on a display of their own, which must not reset itself
+# whenever the last program closes it.
+run_ctest() {
+  xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' ctest --preset "$@"
+}
+
+# show_failures PRESET: what the failed tests of the last run said, last on the screen: of a program with many tests, what
+# those said that did not pass.
+show_failures() {
+  local logs=build/$1/Testing/Temporary
+  [ -f "$logs/LastTestsFailed.log" ] || return 0
+  awk '
+    FNR == NR { sub(/^[0-9]+:/, ""); failed[$0] = 1; next }
+    /^[0-9]+\/[0-9]+ Test: / { sub(/^[^:]*: /, ""); name = $0 }
+    /^Output:$/ { count = -1; collecting = 1; next }
+    collecting && /^<end of output>$/ {
+      collecting = 0
+      if (name in failed) {
+        printf "\n== failed: %s\n", name
+        for (i = count > 80 ? count - 80 : 0; i < count; i++) print lines[i]
+      }
+    }
+    collecting && /^\[ RUN      \]/ { mark = count }
+    collecting && /^\[       OK \]/ { count = mark; next }
+    collecting { if (count >= 0) lines[count] = $0; count++ }' "$logs/LastTestsFailed.log" "$logs/LastTest.log"
+}
+
+# test_preset PRESET
+test_preset() {
+  echo "== $1: build"
+  build_preset "$1" -DFFC_BUILD_TESTS=ON
   echo "== $1: test"
-  xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' ctest --preset "$1" --parallel "$(nproc)"
+  run_ctest "$1" --parallel "$(nproc)" || { show_failures "$1"; return 1; }
 }
 
 test_windows() {
   install_packages packages.txt packages-windows.txt
   echo '== windows-mingw: tool chain'
   scripts/windows/toolchain.sh
-  echo '== windows-mingw: build'
-  build_preset windows-mingw -DFFC_BUILD_TESTS=ON
   # What an interrupted run left would sit on a display that is gone.
   scripts/windows/wine.sh --end
   trap 'scripts/windows/wine.sh --end' EXIT
-  run_tests windows-mingw
+  test_preset windows-mingw
 }
 
 # soak_reliability PRESET OPERATIONS FRAMES: the long forms, with so many operations and frames in each mode.
@@ -33,34 +63,38 @@ soak_reliability() {
   echo "== $1: soak"
   build_preset "$1" -DFFC_BUILD_TESTS=ON
   FFC_SOAK=1 FFC_SOAK_OPERATIONS=$2 FFC_SOAK_FRAMES=$3 \
-    xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' ctest --preset "$1" --tests-regex 'reliability' --timeout 36000 \
-    --verbose
+    run_ctest "$1" --tests-regex 'reliability' --timeout 36000 --verbose
 }
 
-mkdir -p build
-if [ "${1:-}" = --soak ]; then
-  install_packages packages.txt
+soak() {
   soak_reliability release 10000 1000000
   soak_reliability tsan 10000 1000000
   soak_reliability asan 2000 200000
   scripts/fuzz.sh --soak
-  exit
-fi
+}
+
+mkdir -p build
 if [ "${1:-}" = --windows ]; then
   test_windows
   exit
 fi
-
 install_packages packages.txt
-presets=("$@")
-if [ ${#presets[@]} -eq 0 ]; then
-  presets=(asan tsan release)
-  # The fuzz targets too, for a short time.
-  scripts/fuzz.sh
-fi
-
-for preset in "${presets[@]}"; do
-  echo "== $preset: build"
-  build_preset "$preset" -DFFC_BUILD_TESTS=ON
-  run_tests "$preset"
-done
+case "${1:-}" in
+  '') test_preset release ;;
+  --all)
+    for preset in release asan tsan; do
+      test_preset "$preset"
+    done
+    scripts/fuzz.sh
+    ;;
+  --soak) soak ;;
+  -*)
+    sed -n '2,/^set /{s/^# \{0,1\}//;/^set /d;p}' "$0" >&2
+    exit 2
+    ;;
+  *)
+    for preset in "$@"; do
+      test_preset "$preset"
+    done
+    ;;
+esac

@@ -75,9 +75,10 @@ function(ffc_add_kernel_tests target program)
   endif()
   set(levels ${FFC_KERNEL_LEVELS})
   list(REMOVE_ITEM levels v4)
+  ffc_get_schedule(schedule "" 0)
   foreach(level IN LISTS levels)
     add_test(NAME ${program}_${level} COMMAND ${program})
-    set_tests_properties(${program}_${level} PROPERTIES TIMEOUT 600
+    set_tests_properties(${program}_${level} PROPERTIES TIMEOUT 600 ${schedule}
       ENVIRONMENT "${FFC_TEST_ENVIRONMENT};FFC_INSTRUCTION_LEVEL=${level}")
   endforeach()
   if(NOT MSVC)
@@ -88,5 +89,6 @@ function(ffc_add_kernel_tests target program)
     list(JOIN objects "," objects)
     add_test(NAME ${target}_symbols_test COMMAND "${CMAKE_COMMAND}" "-DNM=${CMAKE_NM}" "-DFILES=${objects}"
       -P "${PROJECT_SOURCE_DIR}/tests/support/kernelsymbols.cmake")
+    set_tests_properties(${target}_symbols_test PROPERTIES ${schedule})
   endif()
 endfunction()

@@ -53,13 +53,16 @@ function(ffc_add_library name kind)
   endif()
 endfunction()
 
-# ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [ONE_THREAD] [ENVIRONMENT VAR=VALUE ...] [TIMEOUT seconds])
+# ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [SYSTEM] [COST seconds] [ONE_THREAD] [ENVIRONMENT VAR=VALUE ...]
+#              [TIMEOUT seconds])
 #
 # A GoogleTest program; each of its tests is one ctest entry (with a sanitizer or an emulator, whose
 # start-up is slow, the whole program is one). With QT it gets a QApplication (on the display there is, else off screen).
+# SYSTEM: it runs whole programs, or the module with everything around it, and so after all tests that do not. Of those,
+# the ones with the greatest COST start first, so that no long one is left over at the end.
 # ONE_THREAD: the thread sanitizer has nothing to see in it that other programs do not show, so it is left out there.
 function(ffc_add_test name)
-  cmake_parse_arguments(ARG "QT;ONE_THREAD" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "QT;SYSTEM;ONE_THREAD" "COST;TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -77,20 +80,43 @@ function(ffc_add_test name)
     set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
     return()
   endif()
+  ffc_get_schedule(schedule "${ARG_SYSTEM}" "${ARG_COST}")
   set(environment ${FFC_TEST_ENVIRONMENT} ${ARG_ENVIRONMENT})
   if(FFC_SANITIZE OR CMAKE_CROSSCOMPILING)
     math(EXPR timeout "${ARG_TIMEOUT} * 5")
     add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}")
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}" ${schedule})
   else()
-    # Discovery would break the list of an ENVIRONMENT property apart, and needs the variables itself.
-    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
-      "${CMAKE_COMMAND};-E;env;${environment};${CMAKE_CROSSCOMPILING_EMULATOR}")
+    # Discovery would break the list of an ENVIRONMENT property apart, and needs the variables itself. CMake's own env
+    # takes longer to start than many a test.
+    if(UNIX)
+      set(env /usr/bin/env)
+    else()
+      set(env "${CMAKE_COMMAND};-E;env")
+    endif()
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${env};${environment}")
     include(GoogleTest)
     gtest_discover_tests(${name}
       DISCOVERY_MODE PRE_TEST
       DISCOVERY_TIMEOUT 60
       NO_PRETTY_VALUES
-      PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+      PROPERTIES TIMEOUT ${ARG_TIMEOUT} ${schedule})
+  endif()
+endfunction()
+
+# ffc_get_schedule(OUT SYSTEM COST): the properties that say when a test runs. ctest starts those of the greatest cost
+# first; what no test takes is given to those that come before all system tests.
+function(ffc_get_schedule out system cost)
+  if(system)
+    if(NOT cost)
+      set(cost 1)
+    endif()
+    set(${out} LABELS system COST ${cost} PARENT_SCOPE)
+  else()
+    if(NOT cost)
+      set(cost 0)
+    endif()
+    math(EXPR cost "${cost} + 10000")
+    set(${out} LABELS unit COST ${cost} PARENT_SCOPE)
   endif()
 endfunction()

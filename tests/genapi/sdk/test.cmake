@@ -41,7 +41,7 @@ expect_refused("which the environment variable GENICAM_ROOT_V3_4 names")
 
 # The whole module, all symbols of it found. The newest SDK of the environment is taken.
 set(ENV{GENICAM_ROOT_V3_7} "${sdk}")
-run("${CMAKE_COMMAND}" -S "${PROJECT}" -B "${WORK}/build" ${options} -DFFC_GENAPI=sdk -DCMAKE_BUILD_TYPE=Debug
+run("${CMAKE_COMMAND}" -S "${PROJECT}" -B "${WORK}/build" ${options} -DFFC_GENAPI=sdk -DCMAKE_BUILD_TYPE=None
   -DCMAKE_MODULE_LINKER_FLAGS=-Wl,--no-undefined)
 run("${CMAKE_COMMAND}" --build "${WORK}/build")
 file(GLOB built RELATIVE "${WORK}/build/bin" "${WORK}/build/bin/*")
