@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Runs clang-tidy over the project's own code, with the compile commands of a built preset (default: debug).
+# Not of one with precompiled headers, which are another compiler's.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit 1
 build=build/${1:-debug}
