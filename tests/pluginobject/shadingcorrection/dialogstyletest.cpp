@@ -1,7 +1,10 @@
 // What the style sheets in force, the plug-in's own and a viewer's, leave of the dialog as it is shown.
 #include <QApplication>
 
+#include "tests/pluginobject/shadingcorrection/countpixels.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
+
+using ffc::test::CountPixels;
 
 namespace {
 
@@ -13,20 +16,6 @@ constexpr const char *VIEWER_SHEETS[] = {
   "QWidget { color: white; } QLabel:enabled { color: palette(bright-text); background-color: black; }",
   "QPushButton { min-width: 120px; min-height: 48px; max-height: 64px; margin: 3px; padding: 9px; }",
 };
-
-/// The pixels of a picture that are nearly the given colour.
-int CountPixels(const QImage &image, const QColor &colour)
-{
-  int nCount = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) {
-      const QColor pixel = image.pixelColor(x, y);
-      nCount += qAbs(pixel.red() - colour.red()) < 24 && qAbs(pixel.green() - colour.green()) < 24 &&
-                qAbs(pixel.blue() - colour.blue()) < 24;
-    }
-  }
-  return nCount;
-}
 
 class DialogStyle : public CDialogTest {
 public:

@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/pluginobject/shadingcorrection/countpixels.h"
+
+using ffc::test::CountPixels;
+
 namespace {
 
 constexpr const char *LONG_PROMPTS[] = {
@@ -55,20 +59,6 @@ protected:
   QDialog m_dialog;
   Ui::ShadingCorrectionDlg m_ui;
 };
-
-/// The pixels of a picture that are nearly the given colour.
-int CountPixels(const QImage &image, const QColor &colour)
-{
-  int nCount = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) {
-      const QColor pixel = image.pixelColor(x, y);
-      nCount += qAbs(pixel.red() - colour.red()) < 24 && qAbs(pixel.green() - colour.green()) < 24 &&
-                qAbs(pixel.blue() - colour.blue()) < 24;
-    }
-  }
-  return nCount;
-}
 
 TEST_F(FormStyle, ThePromptIsWrittenInTheColourOfItsPalette)
 {

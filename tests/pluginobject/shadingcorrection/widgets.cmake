@@ -1,6 +1,7 @@
 # Tests of the form, the small widgets and the message box.
 ffc_add_test(widgets_test
   SOURCES
+    "${CMAKE_CURRENT_LIST_DIR}/countpixels.h"
     "${CMAKE_CURRENT_LIST_DIR}/failingcreation.cpp"
     "${CMAKE_CURRENT_LIST_DIR}/failingcreation.h"
     "${CMAKE_CURRENT_LIST_DIR}/formtest.cpp"
