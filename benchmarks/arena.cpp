@@ -16,7 +16,8 @@ CArena &CArena::ForDepth(int32_t nBitDepth)
 
 CArena::CArena(int32_t nBitDepth)
   : m_nBitDepth(nBitDepth), m_listSource(LARGEST_PIXELS * GetBytesPerPixel()),
-    m_listDestination(LARGEST_PIXELS * GetBytesPerPixel()), m_listTable(2 * LARGEST_PIXELS), m_listSums(LARGEST_PIXELS)
+    m_listDark(LARGEST_PIXELS * GetBytesPerPixel()), m_listDestination(LARGEST_PIXELS * GetBytesPerPixel()),
+    m_listTable(2 * LARGEST_PIXELS), m_listSums(LARGEST_PIXELS)
 {
   const uint32_t nMax = (1U << nBitDepth) - 1;
   uint32_t nNoise = 1;
@@ -24,6 +25,7 @@ CArena::CArena(int32_t nBitDepth)
     nNoise = nNoise * 1664525U + 1013904223U;
     const uint32_t nGrey = nMax / 2 + static_cast<uint32_t>(i % 4096) * nMax / 16384 + (nNoise >> 24) * nMax / 4096;
     const auto nWord = static_cast<uint16_t>(nGrey);
+    m_listDark[i * GetBytesPerPixel()] = static_cast<uint8_t>(nNoise >> 28);
     if (nBitDepth == 8) {
       m_listSource[i] = static_cast<uint8_t>(nWord);
     } else {

@@ -30,6 +30,8 @@ public:
 
   /// Grey values as of an evenly lit frame: a slope and noise, all within the depth.
   const void *Source() const { return m_listSource.data(); }
+  /// Small grey values.
+  const void *Dark() const { return m_listDark.data(); }
   void *Destination() { return m_listDestination.data(); }
   /// Gains around 1 and, LARGEST_PIXELS words later, small dark levels.
   const void *Table() const { return m_listTable.data(); }
@@ -41,6 +43,7 @@ private:
 
   int32_t m_nBitDepth;
   std::vector<uint8_t> m_listSource;
+  std::vector<uint8_t> m_listDark;
   std::vector<uint8_t> m_listDestination;
   std::vector<uint16_t> m_listTable;
   std::vector<uint32_t> m_listSums;

@@ -6,6 +6,7 @@
 #include <opencv2/core.hpp>
 
 #include "benchmarks/registration.h"
+#include "ombrix/bandpool.h"
 #include "ombrix/flatfield.h"
 #include "tests/ombrix/reference.h"
 
@@ -16,20 +17,28 @@ std::size_t CountTableBytes(const SFrameSize &stSize, bool bDark)
   return stSize.CountPixels() * (bDark ? 4 : 2);
 }
 
-// The arena's dark levels stand behind the gains of its largest frame, but any words serve as levels here.
-void ApplyOurs(CArena &arena, const SFrameSize &stSize, const void *pSource, bool bDark)
+constexpr uint32_t MOST_THREADS = 2; // of the machines that the goals are for
+
+ffc::ombrix::CBandPool &GetPool(uint32_t nThreads)
 {
-  ApplyTable(pSource, arena.Destination(), static_cast<uint32_t>(arena.GetBitDepth()), stSize.CountPixels(),
-             arena.Table(), bDark);
+  static ffc::ombrix::CBandPool s_aPools[MOST_THREADS] = {ffc::ombrix::CBandPool(1U), ffc::ombrix::CBandPool(2U)};
+  return s_aPools[nThreads - 1];
 }
 
-uint32_t ReadPixel(const CArena &arena, std::size_t nIndex)
+// The arena's dark levels stand behind the gains of its largest frame, but any words serve as levels here.
+void ApplyOurs(CArena &arena, const SFrameSize &stSize, const void *pSource, bool bDark, uint32_t nThreads = 1)
+{
+  ffc::ombrix::ApplyTable(pSource, arena.Destination(), static_cast<uint32_t>(arena.GetBitDepth()),
+                          stSize.CountPixels(), arena.Table(), bDark, GetPool(nThreads));
+}
+
+uint32_t ReadPixel(const void *pPixels, const CArena &arena, std::size_t nIndex)
 {
   if (arena.GetBitDepth() == 8) {
-    return static_cast<const uint8_t *>(arena.Source())[nIndex];
+    return static_cast<const uint8_t *>(pPixels)[nIndex];
   }
   uint16_t nWord = 0;
-  std::memcpy(&nWord, static_cast<const uint8_t *>(arena.Source()) + 2 * nIndex, sizeof nWord);
+  std::memcpy(&nWord, static_cast<const uint8_t *>(pPixels) + 2 * nIndex, sizeof nWord);
   return nWord;
 }
 
@@ -38,8 +47,8 @@ void ApplySlowly(CArena &arena, const SFrameSize &stSize, bool bDark)
   const auto *const pTable = static_cast<const uint16_t *>(arena.Table());
   auto *const pTo = static_cast<uint8_t *>(arena.Destination());
   for (std::size_t i = 0; i < stSize.CountPixels(); ++i) {
-    const int64_t nValue =
-      GetReferencePixel(ReadPixel(arena, i), bDark ? pTable[LARGEST_PIXELS + i] : 0, pTable[i], arena.GetBitDepth());
+    const int64_t nValue = GetReferencePixel(ReadPixel(arena.Source(), arena, i),
+                                             bDark ? pTable[LARGEST_PIXELS + i] : 0, pTable[i], arena.GetBitDepth());
     std::memcpy(pTo + i * arena.GetBytesPerPixel(), &nValue, arena.GetBytesPerPixel());
   }
 }
@@ -61,6 +70,7 @@ struct SOpenCvBuffers {
   cv::Mat dark;
   cv::Mat floatGains;
   cv::Mat signal;
+  cv::Mat floatSignal;
 };
 
 SOpenCvBuffers &GetBuffers(CArena &arena, const SFrameSize &stSize)
@@ -121,49 +131,97 @@ void RegisterDepth(int32_t nBitDepth, bool bDark)
     })
     .OpenCv("fixed point", [=](const SFrameSize &stSize) { ApplyOpenCv(fnArena(), stSize, bDark, false); })
     .OpenCv("float", [=](const SFrameSize &stSize) { ApplyOpenCv(fnArena(), stSize, bDark, true); })
-    .Twin([=](const SFrameSize &stSize) { ApplySlowly(fnArena(), stSize, bDark); });
+    .Twin([=](const SFrameSize &stSize) { ApplySlowly(fnArena(), stSize, bDark); })
+    .ByClock("1 thread", [=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Source(), bDark); })
+    .ByClock("2 threads",
+             [=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Source(), bDark, 2); });
 }
 
-void RegisterInPlace(int32_t nBitDepth)
+void RegisterInPlace(int32_t nBitDepth, bool bDark)
 {
   const auto fnArena = [=]() -> CArena & { return CArena::ForDepth(nBitDepth); };
-  CKernelBenchmarks("correction " + std::to_string(nBitDepth) + " bit, gain, in place")
-    .Ours([=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Destination(), false); })
+  CKernelBenchmarks("correction " + std::to_string(nBitDepth) + " bit, gain" + (bDark ? " and dark" : "") +
+                    ", in place")
+    .Ours([=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Destination(), bDark); })
     .Limit([=](const SFrameSize &stSize) {
       CArena &arena = fnArena();
       const std::size_t nFrame = stSize.CountPixels() * arena.GetBytesPerPixel();
       return SStream{
-        arena.Table(), CountTableBytes(stSize, false), nullptr, nullptr, 0, arena.Destination(), nFrame, nullptr, 0};
+        arena.Table(), CountTableBytes(stSize, bDark), nullptr, nullptr, 0, arena.Destination(), nFrame, nullptr, 0};
     });
 }
 
-void RegisterTable(int32_t nBitDepth)
+constexpr uint8_t TARGET = 200; // on an 8-bit scale
+
+const void *FindDark(const CArena &arena, bool bDark)
+{
+  return bDark ? arena.Dark() : nullptr;
+}
+
+// The table goes where the sums are, which are as large.
+void ComputeOurs(CArena &arena, const SFrameSize &stSize, bool bDark, uint32_t nThreads)
+{
+  const auto nBitDepth = static_cast<uint32_t>(arena.GetBitDepth());
+  ffc::ombrix::ComputeTable(arena.Source(), FindDark(arena, bDark), nBitDepth, stSize.CountPixels(),
+                            uint32_t{TARGET} << (nBitDepth - 8), arena.Sums(), GetPool(nThreads));
+}
+
+// Quotients rounded to even, and 0 where there is no signal.
+void ComputeOpenCv(CArena &arena, const SFrameSize &stSize, bool bDark, bool bFloat)
+{
+  const int nType = GetPixelType(arena);
+  const double dScaledTarget = (TARGET << (arena.GetBitDepth() - 8)) * 4096.0;
+  cv::Mat signal = Wrap(stSize, nType, arena.Source());
+  cv::Mat gains = Wrap(stSize, CV_16U, arena.Sums());
+  SOpenCvBuffers &stBuffers = GetBuffers(arena, stSize);
+  if (bDark) {
+    const cv::Mat dark = Wrap(stSize, nType, arena.Dark());
+    cv::Mat levels = Wrap(stSize, CV_16U, reinterpret_cast<uint16_t *>(arena.Sums()) + stSize.CountPixels());
+    dark.convertTo(levels, CV_16U, 1 << (16 - arena.GetBitDepth()));
+    cv::subtract(signal, dark, stBuffers.signal);
+    signal = stBuffers.signal;
+  }
+  if (bFloat) {
+    signal.convertTo(stBuffers.floatSignal, CV_32F);
+    cv::divide(dScaledTarget, stBuffers.floatSignal, stBuffers.floatSignal);
+    stBuffers.floatSignal.convertTo(gains, CV_16U);
+  } else {
+    cv::divide(dScaledTarget, signal, gains, CV_16U);
+  }
+}
+
+void ComputeSlowly(CArena &arena, const SFrameSize &stSize, bool bDark)
+{
+  const int nBitDepth = arena.GetBitDepth();
+  auto *const pTable = reinterpret_cast<uint16_t *>(arena.Sums());
+  for (std::size_t i = 0; i < stSize.CountPixels(); ++i) {
+    const uint32_t nDark = bDark ? ReadPixel(arena.Dark(), arena, i) : 0;
+    pTable[i] = static_cast<uint16_t>(
+      GetReferenceGain(ReadPixel(arena.Source(), arena, i), nDark, int64_t{TARGET} << (nBitDepth - 8), nBitDepth));
+    if (bDark) {
+      pTable[stSize.CountPixels() + i] = static_cast<uint16_t>(nDark << (16 - nBitDepth));
+    }
+  }
+}
+
+void RegisterTable(int32_t nBitDepth, bool bDark)
 {
   const auto fnArena = [=]() -> CArena & { return CArena::ForDepth(nBitDepth); };
-  // The table goes where the sums are, which are as large.
-  CKernelBenchmarks("table " + std::to_string(nBitDepth) + " bit")
-    .Ours([=](const SFrameSize &stSize) {
-      ComputeTable(fnArena().Source(), nullptr, static_cast<uint32_t>(nBitDepth), stSize.CountPixels(),
-                   200U << (nBitDepth - 8), fnArena().Sums());
-    })
+  CKernelBenchmarks("table " + std::to_string(nBitDepth) + " bit" + (bDark ? ", dark" : ""))
+    .Ours([=](const SFrameSize &stSize) { ComputeOurs(fnArena(), stSize, bDark, 1); })
     .Limit([=](const SFrameSize &stSize) {
       CArena &arena = fnArena();
-      return SStream{arena.Source(),
-                     stSize.CountPixels() * arena.GetBytesPerPixel(),
-                     nullptr,
-                     nullptr,
-                     0,
-                     nullptr,
-                     0,
-                     arena.Sums(),
-                     CountTableBytes(stSize, false)};
+      const std::size_t nFrame = stSize.CountPixels() * arena.GetBytesPerPixel();
+      auto *const pTable = reinterpret_cast<uint8_t *>(arena.Sums());
+      const std::size_t nTable = CountTableBytes(stSize, bDark);
+      // With a dark frame, its bytes are copied into the table and the rest of that is written.
+      const std::size_t nCopied = bDark ? nFrame : 0;
+      return SStream{arena.Source(), nFrame, FindDark(arena, bDark), pTable,          nCopied,
+                     nullptr,        0,      pTable + nCopied,       nTable - nCopied};
     })
-    .Twin([=](const SFrameSize &stSize) {
-      for (std::size_t i = 0; i < stSize.CountPixels(); ++i) {
-        fnArena().Sums()[i] = static_cast<uint32_t>(
-          GetReferenceGain(ReadPixel(fnArena(), i), 0, int64_t{200} << (nBitDepth - 8), nBitDepth));
-      }
-    });
+    .OpenCv("integer quotient", [=](const SFrameSize &stSize) { ComputeOpenCv(fnArena(), stSize, bDark, false); })
+    .OpenCv("float quotient", [=](const SFrameSize &stSize) { ComputeOpenCv(fnArena(), stSize, bDark, true); })
+    .Twin([=](const SFrameSize &stSize) { ComputeSlowly(fnArena(), stSize, bDark); });
 }
 
 } // namespace
@@ -174,7 +232,9 @@ void RegisterCorrection()
     for (const bool bDark : {false, true}) {
       RegisterDepth(nBitDepth, bDark);
     }
-    RegisterInPlace(nBitDepth);
-    RegisterTable(nBitDepth);
+    for (const bool bDark : {false, true}) {
+      RegisterInPlace(nBitDepth, bDark);
+      RegisterTable(nBitDepth, bDark);
+    }
   }
 }

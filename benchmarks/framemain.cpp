@@ -10,6 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/pluginbench.h"
+#include "ombrix/bandpool.h"
 #include "ombrix/flatfield.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
@@ -54,6 +55,7 @@ double GetMedian(std::vector<double> &listValues)
 void ComparePairs(benchmark::State &state, CPluginBench &bench)
 {
   const std::size_t nPixels = bench.GetFrameBytes();
+  ffc::ombrix::CBandPool pool(1U);
   CFrameBuffer table;
   if (!table.Allocate(4 * nPixels)) {
     state.SkipWithError("no memory");
@@ -65,8 +67,8 @@ void ComparePairs(benchmark::State &state, CPluginBench &bench)
   for ([[maybe_unused]] auto _ : state) {
     bool bCorrected = false;
     listCalls.push_back(MeasureSeconds([&] { bCorrected = bench.Process(); }));
-    listKernels.push_back(
-      MeasureSeconds([&] { ApplyTable(bench.GetFrame(), bench.GetOutput(), 8, nPixels, table.GetData(), false); }));
+    listKernels.push_back(MeasureSeconds(
+      [&] { ffc::ombrix::ApplyTable(bench.GetFrame(), bench.GetOutput(), 8, nPixels, table.GetData(), false, pool); }));
     listRatios.push_back(listCalls.back() / listKernels.back());
     if (!bCorrected) {
       state.SkipWithError("not corrected");
@@ -99,6 +101,7 @@ void PollRequest(benchmark::State &state)
 int main(int argc, char **argv)
 {
   qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("OMBRIX_THREADS", "1"); // as the bare kernel
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   for (const SFrame &stFrame : FRAMES) {

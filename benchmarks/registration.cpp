@@ -8,6 +8,7 @@ namespace {
 
 constexpr const char *GOAL_SIZES[] = {"5", "26"};
 constexpr double SHORTEST_SECONDS = 0.02;
+constexpr std::size_t SMALLEST_BY_CLOCK = 5'000'000;
 // Of sizes that only tell how the time grows; the others have as many as the command line says.
 constexpr int GROWTH_REPETITIONS = 3;
 
@@ -25,7 +26,8 @@ const SStreamKernels &STREAM = ChooseKernels(FindSStreamKernels, GetInstructionL
 
 } // namespace
 
-void CKernelBenchmarks::Register(const SFrameSize &stSize, const std::string &strWho, const FnWork &fnWork)
+void CKernelBenchmarks::Register(const SFrameSize &stSize, const std::string &strWho, const FnWork &fnWork,
+                                 bool bByClock)
 {
   const std::string strName = m_strKernel + "|" + stSize.pName + "|" + strWho;
   auto *const pBenchmark = benchmark::RegisterBenchmark(strName.c_str(),
@@ -40,6 +42,9 @@ void CKernelBenchmarks::Register(const SFrameSize &stSize, const std::string &st
                              ->MinTime(SHORTEST_SECONDS);
   if (!IsGoalSize(stSize)) {
     pBenchmark->Repetitions(GROWTH_REPETITIONS);
+  }
+  if (bByClock) {
+    pBenchmark->UseRealTime();
   }
 }
 
@@ -73,5 +78,15 @@ CKernelBenchmarks &CKernelBenchmarks::OpenCv(const std::string &strForm, const F
 CKernelBenchmarks &CKernelBenchmarks::Twin(const FnWork &fnWork)
 {
   Register(FRAME_SIZES[0], "twin", fnWork);
+  return *this;
+}
+
+CKernelBenchmarks &CKernelBenchmarks::ByClock(const std::string &strWay, const FnWork &fnWork)
+{
+  for (const SFrameSize &stSize : FRAME_SIZES) {
+    if (stSize.CountPixels() >= SMALLEST_BY_CLOCK) {
+      Register(stSize, strWay, fnWork, true);
+    }
+  }
   return *this;
 }

@@ -24,9 +24,12 @@ public:
   /// \param strForm which of OpenCV's functions
   CKernelBenchmarks &OpenCv(const std::string &strForm, const FnWork &fnWork);
   CKernelBenchmarks &Twin(const FnWork &fnWork);
+  /// Another way of doing the work, for frames from 5 megapixels on, measured by the clock: of several threads it is
+  /// not the caller's processor time that counts.
+  CKernelBenchmarks &ByClock(const std::string &strWay, const FnWork &fnWork);
 
 private:
-  void Register(const SFrameSize &stSize, const std::string &strWho, const FnWork &fnWork);
+  void Register(const SFrameSize &stSize, const std::string &strWho, const FnWork &fnWork, bool bByClock = false);
 
   std::string m_strKernel;
 };

@@ -1,6 +1,7 @@
 #include "ombrix/ombrix.h"
 
 #include "ombrix/flatfield.h"
+#include "ombrix/librarypool.h"
 
 namespace {
 
@@ -65,14 +66,15 @@ int32_t OmbrixComputeFlatField(OMBRIX_FFC_PARAM stParam, void *pCoefficient, uin
   if (nStatus != OMBRIX_STATUS_SUCCESS) {
     return nStatus;
   }
-  if (*pnExpectGray > GetMaxPixelValue(stParam.nBitDepth)) {
+  if (*pnExpectGray > ffc::ombrix::GetMaxPixelValue(stParam.nBitDepth)) {
     return OMBRIX_STATUS_OUT_OF_RANGE;
   }
   if (*pnSize < nTableSize) {
     return OMBRIX_STATUS_BUFFER_SIZE;
   }
-  ComputeTable(stParam.pBright, stParam.pDark, stParam.nBitDepth, std::size_t{stParam.nWidth} * stParam.nHeight,
-               *pnExpectGray, pCoefficient);
+  ffc::ombrix::ComputeTable(stParam.pBright, stParam.pDark, stParam.nBitDepth,
+                            std::size_t{stParam.nWidth} * stParam.nHeight, *pnExpectGray, pCoefficient,
+                            ffc::ombrix::GetLibraryPool());
   *pnSize = nTableSize;
   return OMBRIX_STATUS_SUCCESS;
 }
@@ -94,6 +96,7 @@ int32_t OmbrixApplyFlatField(const void *pSource, void *pDestination, uint32_t n
   if (!bDark && *pnSize != nGainSize) {
     return OMBRIX_STATUS_BUFFER_SIZE;
   }
-  ApplyTable(pSource, pDestination, nBitDepth, std::size_t{nWidth} * nHeight, pCoefficient, bDark);
+  ffc::ombrix::ApplyTable(pSource, pDestination, nBitDepth, std::size_t{nWidth} * nHeight, pCoefficient, bDark,
+                          ffc::ombrix::GetLibraryPool());
   return OMBRIX_STATUS_SUCCESS;
 }

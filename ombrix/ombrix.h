@@ -2,9 +2,15 @@
 /// C interface of the image library Ombrix: flat-field correction of single frames.
 ///
 /// Two functions: one makes a coefficient table from a bright and, when there is one, a dark frame; the
-/// other corrects a frame with it. Neither keeps anything between calls, starts a thread or allocates
-/// memory; both may run on any number of threads at once as long as no buffer that one call writes is
-/// used by another.
+/// other corrects a frame with it. Neither keeps anything between calls or allocates memory; both may run on
+/// any number of threads at once as long as no buffer that one call writes is used by another.
+///
+/// **Threads.** Frames of some four megapixels and more are shared among the caller and a few threads of the
+/// library's own: with the caller half the processors that the process may use, 4 at most. The environment variable
+/// OMBRIX_THREADS asks for another number, from 1 (none of its own) to 16; it is read with the first such frame, which
+/// starts the threads. They sleep between frames, get no signals, and end when the library is unloaded (Windows keeps
+/// it loaded from the first such frame on). A call that comes while another's frame is shared runs on its own thread
+/// alone. A forked process starts threads of its own. What is computed does not depend on any of this.
 ///
 /// **Frames** are tightly packed, row by row. A bit depth of 8 means one byte per pixel; 9 to 16 mean one
 /// 16-bit word per pixel in the machine's byte order, the value in its low bits. A value above the bit
@@ -55,7 +61,7 @@ enum EOmbrixStatus {
   OMBRIX_STATUS_SUCCESS = 0,
   OMBRIX_STATUS_MISSING_POINTER = -101,
   OMBRIX_STATUS_OUT_OF_RANGE = -102,  ///< an empty or too large image, or an expected grey above the maximum
-  OMBRIX_STATUS_OUT_OF_MEMORY = -103, ///< reserved: this implementation allocates nothing
+  OMBRIX_STATUS_OUT_OF_MEMORY = -103, ///< reserved: this implementation never fails so
   OMBRIX_STATUS_NOT_SUPPORTED = -105, ///< bit depth not 8 to 16, or Bayer type not 0 to 4
   OMBRIX_STATUS_BUFFER_SIZE = -106,   ///< the coefficient buffer does not fit the image
 };

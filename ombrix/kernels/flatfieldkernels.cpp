@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/builtlevel.h"
+#include "platform/prefetch.h"
 
 extern const SFlatFieldKernels FFC_KERNEL_TABLE;
 
@@ -14,6 +15,12 @@ constexpr int32_t GAIN_LIMIT = 65535;
 constexpr uint32_t GAIN_BITS = 12;
 constexpr uint32_t LEVEL_BITS = 16;
 constexpr std::size_t WORD_BYTES = 2;
+// Many streams at once are more than a processor's own prefetching follows: pixels are worked on in steps, each of
+// which asks for the cache lines of a later one.
+constexpr std::size_t STEP_PIXELS = 256;
+constexpr std::size_t BYTES_AHEAD = 2048;
+constexpr std::size_t LINE_BYTES = 64;
+constexpr uint32_t EXACT_FLOAT_DEPTH = 12;
 
 template <uint32_t DEPTH>
 struct SDepth {
@@ -54,6 +61,7 @@ inline uint16_t Justify(uint16_t nValue)
   return static_cast<uint16_t>(Limit<DEPTH>(nValue) << (LEVEL_BITS - DEPTH));
 }
 
+// All in 16 bits: from a wider difference compilers make a branch, and no vectors.
 inline uint16_t SubtractSaturating(uint16_t nFrom, uint16_t nValue)
 {
   return static_cast<uint16_t>((nFrom > nValue ? nFrom : nValue) - nValue);
@@ -74,7 +82,8 @@ inline uint16_t Scale(uint16_t nSignal, uint16_t nGain)
     return nValue < MAX ? nValue : MAX;
   } else if constexpr (SHIFT == 16) {
     const auto nHigh = static_cast<uint16_t>(nProduct >> 16);
-    const auto nLow = static_cast<uint16_t>(nProduct);
+    // A product of its own: as the lower half of the other one it would be multiplied in 32 bits.
+    const auto nLow = static_cast<uint16_t>(uint32_t{nSignal} * nGain);
     const auto nValue = static_cast<uint16_t>(nHigh + (nLow >> 15));
     return nValue < MAX ? nValue : MAX;
   } else {
@@ -84,16 +93,28 @@ inline uint16_t Scale(uint16_t nSignal, uint16_t nGain)
   }
 }
 
+inline void AskToRead(const unsigned char *pData, std::size_t nBytes)
+{
+  for (std::size_t n = 0; n < nBytes; n += LINE_BYTES) {
+    FFC_PREFETCH_TO_READ(pData + BYTES_AHEAD + n);
+  }
+}
+
+inline void AskToWrite(const unsigned char *pData, std::size_t nBytes)
+{
+  for (std::size_t n = 0; n < nBytes; n += LINE_BYTES) {
+    FFC_PREFETCH_TO_WRITE(pData + BYTES_AHEAD + n);
+  }
+}
+
 // In place, all accesses go through one pointer: a compiler that must expect two of them to overlap would step
 // pixel by pixel.
 template <uint32_t DEPTH, bool HAS_DARK, bool IN_PLACE>
-void Apply(const void *pSource, void *__restrict pDestination, std::size_t nPixels, const void *__restrict pTable)
+inline void ApplyStep(const unsigned char *pSource, unsigned char *__restrict pTo, std::size_t nPixels,
+                      const unsigned char *__restrict pGains, const unsigned char *__restrict pLevels)
 {
   using TPixel = typename SDepth<DEPTH>::TPixel;
-  auto *const pTo = static_cast<unsigned char *>(pDestination);
-  const auto *const pFrom = IN_PLACE ? pTo : static_cast<const unsigned char *>(pSource);
-  const auto *const pGains = static_cast<const unsigned char *>(pTable);
-  const auto *const pLevels = pGains + nPixels * WORD_BYTES;
+  const unsigned char *const pFrom = IN_PLACE ? pTo : pSource;
   for (std::size_t i = 0; i < nPixels; ++i) {
     uint16_t nSignal = Justify<DEPTH>(Load<TPixel>(pFrom, i));
     if constexpr (HAS_DARK) {
@@ -103,40 +124,132 @@ void Apply(const void *pSource, void *__restrict pDestination, std::size_t nPixe
   }
 }
 
-// (target x 4096 + signal / 2) / signal, which has no vector form in integers. The quotient of two doubles is exact
-// enough: one that is no integer lies at least 1 / 65535 below the next. Where there is no signal is
-// computed too: from a comparison, compilers make a branch, in which a division does not become a vector's.
-inline uint16_t GetGain(int32_t nSignal, int32_t nTarget)
+template <uint32_t DEPTH, bool HAS_DARK, bool IN_PLACE>
+void Apply(const SFrameRun &stRun)
 {
-  const auto nNoSignal = static_cast<int32_t>(static_cast<uint32_t>(nSignal - 1) >> 31);
-  const int32_t nDividend = nTarget * GAIN_ONE + nSignal / 2;
-  const double dQuotient = static_cast<double>(nDividend) / (nSignal + nNoSignal);
-  const auto nQuotient = static_cast<int32_t>(dQuotient);
+  constexpr std::size_t PIXEL_BYTES = sizeof(typename SDepth<DEPTH>::TPixel);
+  const auto *pSource = static_cast<const unsigned char *>(stRun.pSource);
+  auto *pTo = static_cast<unsigned char *>(stRun.pDestination);
+  const auto *pGains = static_cast<const unsigned char *>(stRun.pGains);
+  const auto *pLevels = static_cast<const unsigned char *>(stRun.pLevels);
+  std::size_t nLeft = stRun.nPixels;
+  for (; nLeft >= STEP_PIXELS; nLeft -= STEP_PIXELS) {
+    AskToWrite(pTo, STEP_PIXELS * PIXEL_BYTES);
+    AskToRead(pGains, STEP_PIXELS * WORD_BYTES);
+    if constexpr (!IN_PLACE) {
+      AskToRead(pSource, STEP_PIXELS * PIXEL_BYTES);
+    }
+    if constexpr (HAS_DARK) {
+      AskToRead(pLevels, STEP_PIXELS * WORD_BYTES);
+    }
+    ApplyStep<DEPTH, HAS_DARK, IN_PLACE>(pSource, pTo, STEP_PIXELS, pGains, pLevels);
+    pSource += STEP_PIXELS * PIXEL_BYTES;
+    pTo += STEP_PIXELS * PIXEL_BYTES;
+    pGains += STEP_PIXELS * WORD_BYTES;
+    if constexpr (HAS_DARK) {
+      pLevels += STEP_PIXELS * WORD_BYTES;
+    }
+  }
+  ApplyStep<DEPTH, HAS_DARK, IN_PLACE>(pSource, pTo, nLeft, pGains, pLevels);
+}
+
+// 1 for 0, else 0. Computed: from a comparison, compilers make a branch, in which a division does not become a
+// vector's.
+inline int32_t IsZero(int32_t nValue)
+{
+  return static_cast<int32_t>(static_cast<uint32_t>(nValue - 1) >> 31);
+}
+
+inline int32_t IsNegative(int32_t nValue)
+{
+  return static_cast<int32_t>(static_cast<uint32_t>(nValue) >> 31);
+}
+
+// dividend / divisor cut to an integer, which has no vector form in integers, by a quotient of floats. To 12 bits a
+// dividend is below 2^24: both floats are exact, and a quotient q that is no integer lies at least 1 / divisor below
+// the next one, which is more than the half unit in the last place that it is rounded by. Above, it may be one off
+// where it is no more than twice the limit; the remainder tells.
+template <uint32_t DEPTH>
+inline int32_t Divide(int32_t nDividend, int32_t nDivisor)
+{
+  const auto nQuotient = static_cast<int32_t>(static_cast<float>(nDividend) / static_cast<float>(nDivisor));
+  if constexpr (DEPTH <= EXACT_FLOAT_DEPTH) {
+    return nQuotient;
+  } else {
+    const int32_t nRemainder = nDividend - nQuotient * nDivisor;
+    return nQuotient + 1 - IsNegative(nRemainder) - IsNegative(nRemainder - nDivisor);
+  }
+}
+
+// min(65535, (target x 4096 + signal / 2) / signal), 65535 without a signal.
+template <uint32_t DEPTH>
+inline uint16_t GetGain(int32_t nSignal, int32_t nScaledTarget)
+{
+  const int32_t nNoSignal = IsZero(nSignal);
+  const int32_t nQuotient = Divide<DEPTH>(nScaledTarget + nSignal / 2, nSignal + nNoSignal);
   const int32_t nGain = nQuotient < GAIN_LIMIT ? nQuotient : GAIN_LIMIT;
   return static_cast<uint16_t>(nGain | nNoSignal * GAIN_LIMIT);
 }
 
 template <uint32_t DEPTH, bool HAS_DARK>
-void Compute(const void *pBright, const void *pDark, std::size_t nPixels, uint32_t nTarget, void *__restrict pTable)
+inline void ComputeGains(const unsigned char *pBright, const unsigned char *pDark, std::size_t nPixels,
+                         int32_t nScaledTarget, unsigned char *__restrict pGains)
 {
   using TPixel = typename SDepth<DEPTH>::TPixel;
-  const auto *const pBrightPixels = static_cast<const unsigned char *>(pBright);
-  const auto *const pDarkPixels = static_cast<const unsigned char *>(pDark);
-  auto *const pGains = static_cast<unsigned char *>(pTable);
   for (std::size_t i = 0; i < nPixels; ++i) {
-    int32_t nSignal = Limit<DEPTH>(Load<TPixel>(pBrightPixels, i));
+    uint16_t nSignal = Limit<DEPTH>(Load<TPixel>(pBright, i));
     if constexpr (HAS_DARK) {
-      const int32_t nDark = Limit<DEPTH>(Load<TPixel>(pDarkPixels, i));
-      nSignal = (nSignal > nDark ? nSignal : nDark) - nDark;
+      nSignal = SubtractSaturating(nSignal, Limit<DEPTH>(Load<TPixel>(pDark, i)));
     }
-    Store<uint16_t>(pGains, i, GetGain(nSignal, static_cast<int32_t>(nTarget)));
+    Store<uint16_t>(pGains, i, GetGain<DEPTH>(nSignal, nScaledTarget));
   }
+}
+
+template <uint32_t DEPTH>
+inline void CopyLevels(const unsigned char *pDark, std::size_t nPixels, unsigned char *__restrict pLevels)
+{
+  using TPixel = typename SDepth<DEPTH>::TPixel;
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    Store<uint16_t>(pLevels, i, Justify<DEPTH>(Load<TPixel>(pDark, i)));
+  }
+}
+
+template <uint32_t DEPTH, bool HAS_DARK>
+inline void ComputeStep(const unsigned char *pBright, const unsigned char *pDark, std::size_t nPixels,
+                        int32_t nScaledTarget, unsigned char *pGains, unsigned char *pLevels)
+{
+  ComputeGains<DEPTH, HAS_DARK>(pBright, pDark, nPixels, nScaledTarget, pGains);
   if constexpr (HAS_DARK) {
-    auto *const pLevels = pGains + nPixels * WORD_BYTES;
-    for (std::size_t i = 0; i < nPixels; ++i) {
-      Store<uint16_t>(pLevels, i, Justify<DEPTH>(Load<TPixel>(pDarkPixels, i)));
+    CopyLevels<DEPTH>(pDark, nPixels, pLevels);
+  }
+}
+
+template <uint32_t DEPTH, bool HAS_DARK>
+void Compute(const STableRun &stRun)
+{
+  constexpr std::size_t PIXEL_BYTES = sizeof(typename SDepth<DEPTH>::TPixel);
+  const auto *pBright = static_cast<const unsigned char *>(stRun.pBright);
+  const auto *pDark = static_cast<const unsigned char *>(stRun.pDark);
+  auto *pGains = static_cast<unsigned char *>(stRun.pGains);
+  auto *pLevels = static_cast<unsigned char *>(stRun.pLevels);
+  const int32_t nScaledTarget = static_cast<int32_t>(stRun.nTarget) * GAIN_ONE;
+  std::size_t nLeft = stRun.nPixels;
+  for (; nLeft >= STEP_PIXELS; nLeft -= STEP_PIXELS) {
+    AskToRead(pBright, STEP_PIXELS * PIXEL_BYTES);
+    AskToWrite(pGains, STEP_PIXELS * WORD_BYTES);
+    if constexpr (HAS_DARK) {
+      AskToRead(pDark, STEP_PIXELS * PIXEL_BYTES);
+      AskToWrite(pLevels, STEP_PIXELS * WORD_BYTES);
+    }
+    ComputeStep<DEPTH, HAS_DARK>(pBright, pDark, STEP_PIXELS, nScaledTarget, pGains, pLevels);
+    pBright += STEP_PIXELS * PIXEL_BYTES;
+    pGains += STEP_PIXELS * WORD_BYTES;
+    if constexpr (HAS_DARK) {
+      pDark += STEP_PIXELS * PIXEL_BYTES;
+      pLevels += STEP_PIXELS * WORD_BYTES;
     }
   }
+  ComputeStep<DEPTH, HAS_DARK>(pBright, pDark, nLeft, nScaledTarget, pGains, pLevels);
 }
 
 } // namespace

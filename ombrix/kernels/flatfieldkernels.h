@@ -16,11 +16,27 @@ enum : uint32_t {
   FLATFIELD_BIT_DEPTHS = FLATFIELD_MAX_BIT_DEPTH - FLATFIELD_MIN_BIT_DEPTH + 1,
 };
 
-/// As ComputeTable. Tables overlap no frame.
-using FnComputeTable = void (*)(const void *pBright, const void *pDark, std::size_t nPixels, uint32_t nTarget,
-                                void *pTable);
-/// As ApplyTable.
-using FnApplyTable = void (*)(const void *pSource, void *pDestination, std::size_t nPixels, const void *pTable);
+/// What a table, or a part of one, is made from, and where it goes. Tables overlap no frame.
+struct STableRun {
+  const void *pBright;
+  const void *pDark; ///< null without a dark frame
+  std::size_t nPixels;
+  uint32_t nTarget;
+  void *pGains;
+  void *pLevels; ///< not used without a dark frame
+};
+
+/// A frame, or a part of one, to correct.
+struct SFrameRun {
+  const void *pSource;
+  void *pDestination;
+  std::size_t nPixels;
+  const void *pGains;
+  const void *pLevels; ///< not used without a dark frame
+};
+
+using FnComputeTable = void (*)(const STableRun &stRun);
+using FnApplyTable = void (*)(const SFrameRun &stRun);
 
 /// Functions by bit depth less FLATFIELD_MIN_BIT_DEPTH; then by whether there is a dark frame.
 struct SFlatFieldKernels {

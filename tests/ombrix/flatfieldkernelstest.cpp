@@ -2,6 +2,7 @@
 #include "ombrix/kernels/flatfieldkernels.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include <gtest/gtest.h>
 
@@ -11,13 +12,46 @@
 
 namespace {
 
+// Sizes around one and several of the steps that the loops take, beside all small ones.
 constexpr std::size_t LONGEST = 67;
+constexpr std::size_t STEPPED_SIZES[] = {255, 256, 257, 511, 512, 513, 1024, 1099};
 constexpr unsigned char UNTOUCHED = 0xA5;
 constexpr std::size_t GUARD = 8; // bytes behind what a kernel may write
 
 class FlatFieldKernels : public testing::TestWithParam<EInstructionLevel> {
 protected:
   const SFlatFieldKernels &Kernels() const { return *FindSFlatFieldKernels(GetParam()); }
+
+  // The gains of all signals of a depth, in one call.
+  void ExpectQuotients(uint32_t nBitDepth, uint32_t nTarget) const
+  {
+    const std::size_t nSignals = std::size_t{1} << nBitDepth;
+    const std::size_t nBytes = GetBytesPerPixel(nBitDepth);
+    m_listGains.resize(nSignals);
+    Kernels().afnCompute[nBitDepth - FLATFIELD_MIN_BIT_DEPTH][0](
+      {GetAllSignals(nBytes).data(), nullptr, nSignals, nTarget, m_listGains.data(), nullptr});
+    ASSERT_EQ(m_listGains[0], 65535) << nBitDepth << " bit, target " << nTarget;
+    for (uint32_t nSignal = 1; nSignal < nSignals; ++nSignal) {
+      if (m_listGains[nSignal] != std::min(65535U, (nTarget * 4096 + nSignal / 2) / nSignal)) {
+        FAIL() << nBitDepth << " bit, target " << nTarget << ", signal " << nSignal << ": " << m_listGains[nSignal];
+      }
+    }
+  }
+
+private:
+  static const TBytes &GetAllSignals(std::size_t nBytes)
+  {
+    static const TBytes s_aSignals[] = {MakeSignals(1), MakeSignals(2)};
+    return s_aSignals[nBytes - 1];
+  }
+  static TBytes MakeSignals(std::size_t nBytes)
+  {
+    TValues listSignals(nBytes == 1 ? 256 : 65536);
+    std::iota(listSignals.begin(), listSignals.end(), 0U);
+    return PackValues(listSignals, nBytes);
+  }
+
+  mutable std::vector<uint16_t> m_listGains;
 };
 
 // What is handed to a kernel, each part some bytes off from any alignment.
@@ -30,6 +64,11 @@ struct SCase {
   std::size_t PixelBytes() const { return GetBytesPerPixel(nBitDepth); }
   uint32_t Index() const { return nBitDepth - FLATFIELD_MIN_BIT_DEPTH; }
   TValues MakePixels(uint32_t nSeed) const { return MakeRandomValues(nPixels, GetMaxStoredValue(nBitDepth), nSeed); }
+  template <typename TByte>
+  TByte *FindLevels(TByte *pGains) const
+  {
+    return bDark ? pGains + 2 * nPixels : nullptr;
+  }
   TBytes MakeOutput(std::size_t nBytes) const { return TBytes(nOffset + nBytes + GUARD, UNTOUCHED); }
 
   // The values of an output, after a look at the bytes around it.
@@ -43,12 +82,21 @@ struct SCase {
   }
 };
 
+std::vector<std::size_t> ListSizes()
+{
+  std::vector<std::size_t> listSizes(std::begin(STEPPED_SIZES), std::end(STEPPED_SIZES));
+  for (std::size_t nPixels = 1; nPixels <= LONGEST; ++nPixels) {
+    listSizes.push_back(nPixels);
+  }
+  return listSizes;
+}
+
 template <typename TCheck>
 void ForAllCases(TCheck fnCheck)
 {
   for (uint32_t nBitDepth = FLATFIELD_MIN_BIT_DEPTH; nBitDepth <= FLATFIELD_MAX_BIT_DEPTH; ++nBitDepth) {
     for (const bool bDark : {false, true}) {
-      for (std::size_t nPixels = 1; nPixels <= LONGEST; ++nPixels) {
+      for (const std::size_t nPixels : ListSizes()) {
         for (const std::size_t nOffset : {0U, 1U, 2U, 7U}) {
           fnCheck(SCase{nBitDepth, bDark, nPixels, nOffset});
           if (testing::Test::HasFailure()) {
@@ -114,9 +162,10 @@ TEST_P(FlatFieldKernels, ApplyEqualsTheSlowTwinOutOfPlaceForEverySizeAndStart)
     const TBytes listSourceBytes = PackValues(listSource, stCase.PixelBytes(), stCase.nOffset);
     const TBytes listTableBytes = PackValues(listTable, 2, stCase.nOffset);
     TBytes listResult = stCase.MakeOutput(stCase.nPixels * stCase.PixelBytes());
-    Kernels().afnApply[stCase.Index()][stCase.bDark][0](listSourceBytes.data() + stCase.nOffset,
-                                                        listResult.data() + stCase.nOffset, stCase.nPixels,
-                                                        listTableBytes.data() + stCase.nOffset);
+    const unsigned char *const pGains = listTableBytes.data() + stCase.nOffset;
+    Kernels().afnApply[stCase.Index()][stCase.bDark][0]({listSourceBytes.data() + stCase.nOffset,
+                                                         listResult.data() + stCase.nOffset, stCase.nPixels, pGains,
+                                                         stCase.FindLevels(pGains)});
     EXPECT_EQ(stCase.Read(listResult, stCase.PixelBytes()), ApplyReference(stCase, listSource, listTable));
   });
 }
@@ -132,8 +181,9 @@ TEST_P(FlatFieldKernels, ApplyEqualsTheSlowTwinInPlaceForEverySizeAndStart)
     std::copy(listSourceBytes.begin(), listSourceBytes.end(),
               listFrame.begin() + static_cast<std::ptrdiff_t>(stCase.nOffset));
     unsigned char *const pFrame = listFrame.data() + stCase.nOffset;
-    Kernels().afnApply[stCase.Index()][stCase.bDark][1](pFrame, pFrame, stCase.nPixels,
-                                                        listTableBytes.data() + stCase.nOffset);
+    const unsigned char *const pGains = listTableBytes.data() + stCase.nOffset;
+    Kernels().afnApply[stCase.Index()][stCase.bDark][1](
+      {pFrame, pFrame, stCase.nPixels, pGains, stCase.FindLevels(pGains)});
     EXPECT_EQ(stCase.Read(listFrame, stCase.PixelBytes()), ApplyReference(stCase, listSource, listTable));
   });
 }
@@ -145,27 +195,34 @@ TEST_P(FlatFieldKernels, ComputeEqualsTheSlowTwinForEverySizeAndStart)
     const TValues listDark = stCase.MakePixels(10);
     const TBytes listBrightBytes = PackValues(listBright, stCase.PixelBytes(), stCase.nOffset);
     const TBytes listDarkBytes = PackValues(listDark, stCase.PixelBytes(), stCase.nOffset);
-    const auto nTarget = static_cast<uint32_t>(stCase.nPixels << (stCase.nBitDepth - 8));
+    const auto nTarget = static_cast<uint32_t>(stCase.nPixels % 256 << (stCase.nBitDepth - 8));
     TBytes listTable = stCase.MakeOutput(stCase.nPixels * (stCase.bDark ? 4 : 2));
-    Kernels().afnCompute[stCase.Index()][stCase.bDark](listBrightBytes.data() + stCase.nOffset,
-                                                       stCase.bDark ? listDarkBytes.data() + stCase.nOffset : nullptr,
-                                                       stCase.nPixels, nTarget, listTable.data() + stCase.nOffset);
+    unsigned char *const pGains = listTable.data() + stCase.nOffset;
+    Kernels().afnCompute[stCase.Index()][stCase.bDark]({listBrightBytes.data() + stCase.nOffset,
+                                                        stCase.bDark ? listDarkBytes.data() + stCase.nOffset : nullptr,
+                                                        stCase.nPixels, nTarget, pGains, stCase.FindLevels(pGains)});
     EXPECT_EQ(stCase.Read(listTable, 2), ComputeReference(stCase, listBright, listDark, nTarget));
   });
 }
 
-TEST_P(FlatFieldKernels, EveryGainOfEverySignalEqualsTheSlowTwin)
+TEST_P(FlatFieldKernels, EveryGainOfEverySignalAndTargetToTwelveBitsEqualsTheQuotient)
 {
-  TValues listBright(65536);
-  for (uint32_t i = 0; i < listBright.size(); ++i) {
-    listBright[i] = i;
+  for (uint32_t nBitDepth = FLATFIELD_MIN_BIT_DEPTH; nBitDepth <= 12; ++nBitDepth) {
+    for (uint32_t nTarget = 0; nTarget < 1U << nBitDepth; ++nTarget) {
+      ExpectQuotients(nBitDepth, nTarget);
+    }
   }
-  const TBytes listBytes = PackValues(listBright, 2);
-  for (const uint32_t nTarget : {0U, 1U, 2U, 255U, 4096U, 32768U, 65535U}) {
-    TBytes listTable(listBright.size() * 2);
-    Kernels().afnCompute[FLATFIELD_BIT_DEPTHS - 1][0](listBytes.data(), nullptr, listBright.size(), nTarget,
-                                                      listTable.data());
-    EXPECT_EQ(UnpackValues(listTable, 2), ComputeReference({16, false, listBright.size(), 0}, listBright, {}, nTarget));
+}
+
+// Above, some targets for each value of the upper byte, and all signals.
+TEST_P(FlatFieldKernels, EveryGainOfEverySignalAboveTwelveBitsEqualsTheQuotient)
+{
+  for (uint32_t nBitDepth = 13; nBitDepth <= FLATFIELD_MAX_BIT_DEPTH; ++nBitDepth) {
+    for (uint32_t nUpper = 0; nUpper < 1U << nBitDepth; nUpper += 256) {
+      for (const uint32_t nLower : {0U, 1U, nUpper / 256 * 151 % 256, nUpper / 256 * 89 % 256, 255U}) {
+        ExpectQuotients(nBitDepth, nUpper + nLower);
+      }
+    }
   }
 }
 

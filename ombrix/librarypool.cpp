@@ -1,0 +1,47 @@
+#include "ombrix/librarypool.h"
+
+#include <new>
+
+#include "platform/workerthread.h"
+
+namespace ffc::ombrix {
+
+namespace {
+
+void PrepareForThreads();
+
+// Never destroyed: while the process ends, frames may still come.
+alignas(CBandPool) unsigned char g_aStorage[sizeof(CBandPool)];
+CBandPool *g_pPool = new (g_aStorage) CBandPool(PrepareForThreads);
+
+// The threads are not in the forked process, and its copy of the locks may be held by one of them.
+void ForgetThreads()
+{
+  g_pPool = new (g_aStorage) CBandPool(PrepareForThreads);
+}
+
+void PrepareForThreads()
+{
+  static const bool s_bPrepared = (platform::PrepareForThreads(ForgetThreads), true);
+  (void)s_bPrepared;
+}
+
+struct SCloser {
+  ~SCloser()
+  {
+    if (platform::CanJoinAtUnload()) {
+      g_pPool->Close();
+    }
+  }
+};
+
+const SCloser CLOSER;
+
+} // namespace
+
+CBandPool &GetLibraryPool() noexcept
+{
+  return *g_pPool;
+}
+
+} // namespace ffc::ombrix

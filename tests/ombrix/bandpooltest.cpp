@@ -1,0 +1,149 @@
+#include "ombrix/bandpool.h"
+
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/workerthread.h"
+
+using namespace ffc::ombrix;
+
+namespace {
+
+constexpr std::size_t LARGE = SMALLEST_SPLIT_PIXELS;
+
+// How often each pixel was worked on, and by which thread.
+struct SVisits {
+  explicit SVisits(std::size_t nPixels) : listCounts(nPixels), listThreads(nPixels / BAND_PIXELS + 1) {}
+
+  static void Work(const void *pContext, std::size_t nFirst, std::size_t nPixels)
+  {
+    auto &stVisits = **static_cast<SVisits *const *>(pContext);
+    for (std::size_t i = nFirst; i < nFirst + nPixels; ++i) {
+      ++stVisits.listCounts[i];
+    }
+    stVisits.listThreads[nFirst / BAND_PIXELS] = std::this_thread::get_id();
+  }
+
+  bool IsEachVisitedOnce() const { return listCounts == std::vector<uint8_t>(listCounts.size(), 1); }
+  bool IsOwnWork() const
+  {
+    for (const std::thread::id &id : listThreads) {
+      if (id != std::thread::id() && id != std::this_thread::get_id()) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  std::vector<uint8_t> listCounts;
+  std::vector<std::thread::id> listThreads;
+};
+
+SVisits Visit(CBandPool &pool, std::size_t nPixels)
+{
+  SVisits stVisits(nPixels);
+  SVisits *const pVisits = &stVisits;
+  pool.Run(nPixels, SVisits::Work, &pVisits);
+  return stVisits;
+}
+
+} // namespace
+
+TEST(BandPool, WorksOnEveryPixelOnceWithAnyNumberOfThreads)
+{
+  for (const uint32_t nThreads : {1U, 2U, 3U, MAX_THREADS}) {
+    CBandPool pool(nThreads);
+    for (const std::size_t nPixels : {std::size_t{1}, BAND_PIXELS + 1, LARGE - 1, LARGE, LARGE + 1, BAND_PIXELS * 62,
+                                      BAND_PIXELS * 62 + 1, BAND_PIXELS * 63 - 1}) {
+      EXPECT_TRUE(Visit(pool, nPixels).IsEachVisitedOnce()) << nThreads << " threads, " << nPixels << " pixels";
+    }
+  }
+}
+
+TEST(BandPool, LeavesSmallFramesToTheirCaller)
+{
+  CBandPool pool(4);
+  EXPECT_TRUE(Visit(pool, LARGE - 1).IsOwnWork());
+}
+
+TEST(BandPool, SharesLargeFramesWithItsThreads)
+{
+  CBandPool pool(2);
+  bool bShared = false;
+  for (int n = 0; n < 1000 && !bShared; ++n) {
+    bShared = !Visit(pool, LARGE).IsOwnWork();
+  }
+  EXPECT_TRUE(bShared);
+}
+
+TEST(BandPool, OneThreadIsTheCallers)
+{
+  CBandPool pool(1);
+  EXPECT_TRUE(Visit(pool, LARGE).IsOwnWork());
+}
+
+TEST(BandPool, ServesCallersFromSeveralThreadsAtOnce)
+{
+  CBandPool pool(3);
+  std::vector<std::thread> listCallers;
+  std::vector<int> listRight(4);
+  for (int &nRight : listRight) {
+    listCallers.emplace_back([&pool, &nRight] {
+      for (int n = 0; n < 10; ++n) {
+        nRight += Visit(pool, LARGE + static_cast<std::size_t>(n)).IsEachVisitedOnce() ? 1 : 0;
+      }
+    });
+  }
+  for (std::thread &caller : listCallers) {
+    caller.join();
+  }
+  EXPECT_EQ(listRight, std::vector<int>(4, 10));
+}
+
+TEST(BandPool, LeavesFramesToTheirCallersOnceItIsClosed)
+{
+  CBandPool pool(3);
+  EXPECT_TRUE(Visit(pool, LARGE).IsEachVisitedOnce());
+  pool.Close();
+  const SVisits stVisits = Visit(pool, LARGE);
+  EXPECT_TRUE(stVisits.IsEachVisitedOnce());
+  EXPECT_TRUE(stVisits.IsOwnWork());
+}
+
+TEST(BandPool, ClosesWithoutEverHavingStarted)
+{
+  CBandPool pool(3);
+  pool.Close();
+  EXPECT_TRUE(Visit(pool, LARGE).IsOwnWork());
+}
+
+TEST(BandPool, PreparesOnceBeforeItsFirstThread)
+{
+  static int s_nPrepared = 0;
+  CBandPool pool([] { ++s_nPrepared; });
+  EXPECT_EQ(s_nPrepared, 0);
+  (void)Visit(pool, LARGE);
+  (void)Visit(pool, LARGE);
+  EXPECT_EQ(s_nPrepared, 1); // OMBRIX_THREADS is set for this program
+}
+
+TEST(BandPool, TakesHalfTheProcessorsAndFourThreadsAtMostUnlessAskedForAnotherNumber)
+{
+  const uint32_t anExpected[][2] = {{1, 1}, {2, 1}, {3, 1}, {4, 2}, {6, 3}, {8, 4}, {9, 4}, {256, 4}};
+  for (const auto &anPair : anExpected) {
+    EXPECT_EQ(ChooseThreadCount(nullptr, anPair[0]), anPair[1]) << anPair[0] << " processors";
+  }
+  EXPECT_EQ(ChooseThreadCount("1", 8), 1U);
+  EXPECT_EQ(ChooseThreadCount("2", 2), 2U);
+  EXPECT_EQ(ChooseThreadCount("16", 2), 16U);
+  for (const char *const pNoWish : {"", "0", "17", "-1", " 2", "2 ", "two", "4294967297", "99999999999999999999999"}) {
+    EXPECT_EQ(ChooseThreadCount(pNoWish, 8), 4U) << pNoWish;
+  }
+}
+
+TEST(WorkerThread, KnowsAtLeastOneProcessor)
+{
+  EXPECT_GE(ffc::platform::CountUsableProcessors(), 1U);
+}
