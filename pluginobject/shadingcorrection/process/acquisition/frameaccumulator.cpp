@@ -18,11 +18,6 @@ void CFrameAccumulator::Release()
   m_sums.Release();
 }
 
-void CFrameAccumulator::Zero()
-{
-  m_sums.Zero();
-}
-
 bool CFrameAccumulator::Holds(const SFrameFormat &stFormat) const
 {
   return stFormat.GetPixelCount() <= m_sums.GetSize() / sizeof(uint32_t);

@@ -15,7 +15,6 @@ public:
   /// \return false when there is no memory
   bool Allocate(uint64_t nFrameSize);
   void Release();
-  void Zero();
 
   /// Adds a frame. \return -1012 when the frame or the sums are smaller than the format says
   int32_t Add(const CFrameBuffer &frame, const SFrameFormat &stFormat);

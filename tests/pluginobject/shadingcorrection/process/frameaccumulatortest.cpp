@@ -67,20 +67,6 @@ TEST(FrameAccumulator, AveragesTheBrightestFrames)
   EXPECT_TRUE(listFrames.front() == Average(listFrames, MONO_16));
 }
 
-TEST(FrameAccumulator, StartsAgainAfterZero)
-{
-  const SFrameFormat stFormat = MakeFormat(MONO_8, 4, 4);
-  CFrameAccumulator accumulator;
-  CFrameBuffer average;
-  ASSERT_TRUE(accumulator.Allocate(16));
-  ASSERT_TRUE(average.Allocate(16));
-  EXPECT_EQ(0, accumulator.Add(MakeFrame(CTestImage(4, 4, 8, 200)), stFormat));
-  accumulator.Zero();
-  EXPECT_EQ(0, accumulator.Add(MakeFrame(CTestImage(4, 4, 8, 3)), stFormat));
-  EXPECT_EQ(0, accumulator.Average(1, stFormat, average));
-  EXPECT_TRUE(CTestImage(4, 4, 8, 3) == MakeImage(average, 4, 4, 8));
-}
-
 TEST(FrameAccumulator, RefusesAFrameSmallerThanItsFormat)
 {
   CFrameAccumulator accumulator;
