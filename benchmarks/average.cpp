@@ -6,6 +6,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "benchmarks/registration.h"
+#include "platform/zeroedmemory.h"
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
 
 namespace {
@@ -58,6 +59,22 @@ void RegisterAccumulation(int32_t nBitDepth)
     });
 }
 
+// The first frame of an acquisition, added into sums that were just taken; and into sums that were used before.
+void RegisterFreshSums(int32_t nBitDepth)
+{
+  const auto fnAdd = [=](const SFrameSize &stSize, uint32_t *pSums) {
+    AddFrame(CArena::ForDepth(nBitDepth).Source(), nBitDepth, static_cast<int64_t>(stSize.CountPixels()), pSums);
+  };
+  CKernelBenchmarks("first frame " + std::to_string(nBitDepth) + " bit")
+    .ByClock("fresh sums",
+             [=](const SFrameSize &stSize) {
+               void *const pSums = TakeZeroedMemory(stSize.CountPixels() * sizeof(uint32_t));
+               fnAdd(stSize, static_cast<uint32_t *>(pSums));
+               GiveZeroedMemory(pSums);
+             })
+    .ByClock("used sums", [=](const SFrameSize &stSize) { fnAdd(stSize, CArena::ForDepth(nBitDepth).Sums()); });
+}
+
 void RegisterAverageOf(int32_t nBitDepth, uint32_t nFrameCount)
 {
   const auto fnArena = [=]() -> CArena & { return CArena::ForDepth(nBitDepth); };
@@ -92,7 +109,8 @@ void RegisterAverage()
 {
   for (const int32_t nBitDepth : {8, 12}) {
     RegisterAccumulation(nBitDepth);
-    for (const uint32_t nFrameCount : {16U, 10U}) {
+    RegisterFreshSums(nBitDepth);
+    for (const uint32_t nFrameCount : {16U}) {
       RegisterAverageOf(nBitDepth, nFrameCount);
     }
   }
