@@ -1,13 +1,18 @@
 #include <QFileInfo>
 
 #include "frames/pngfile.h"
+#include "frames/serfile.h"
+#include "frames/tifffile.h"
 
 namespace ffc::frames {
 
 const std::vector<const IFileKind *> &ListFileKinds()
 {
   static const CPngFile png;
-  static const std::vector<const IFileKind *> listKinds{&png};
+  static const CTiffFile tiff;
+  static const CSerFile ser;
+  static const std::vector<const IFileKind *> listKinds =
+    IsTiffSupported() ? std::vector<const IFileKind *>{&png, &tiff, &ser} : std::vector<const IFileKind *>{&png, &ser};
   return listKinds;
 }
 
@@ -20,6 +25,22 @@ const IFileKind *FindFileKind(const QString &strPath)
     }
   }
   return nullptr;
+}
+
+Result<> SaveFrame(const QString &strPath, const SLayout &stLayout, const void *pFrame)
+{
+  const IFileKind *pKind = FindFileKind(strPath);
+  if (pKind == nullptr) {
+    return Failure("cannot write " + strPath.toStdString() + ": no kind of file has this ending");
+  }
+  SFrameInfo stInfo;
+  stInfo.stLayout = stLayout;
+  Result<std::unique_ptr<IFrameWriter>> writer = pKind->Create(strPath, stInfo);
+  if (!writer) {
+    return writer.GetFailure();
+  }
+  return RunUntilFailure([&] { return writer.GetValue()->Write(pFrame, {}); },
+                         [&] { return writer.GetValue()->Commit(); });
 }
 
 } // namespace ffc::frames

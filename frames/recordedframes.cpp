@@ -1,10 +1,14 @@
 #include "frames/recordedframes.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include <QDir>
 #include <QFileInfo>
+
+#include "frames/fileio.h"
+#include "frames/ifilekind.h"
 
 namespace ffc::frames {
 namespace {
@@ -26,6 +30,13 @@ QStringList ListPatterns(const char *pScene)
 std::string DescribeBits(uint32_t nBytesPerSample)
 {
   return std::to_string(8 * nBytesPerSample) + " bits per pixel";
+}
+
+/// PFNC name of what a file says of its frames.
+std::string GetStatedFormat(const SFrameInfo &stInfo)
+{
+  const uint32_t nBits = stInfo.nBitDepth == 0 ? 8 * stInfo.stLayout.nBytesPerSample : stInfo.nBitDepth;
+  return GetLayoutName(stInfo.eColors.value_or(EColorLayout::Mono)) + std::to_string(nBits);
 }
 
 /// Reads the files of one recording; the first one sets what all others must be.
@@ -57,9 +68,9 @@ private:
       }
     }
     if (listFrames.size() < MIN_FRAMES) {
-      return Failure("The folder \"" + m_dir.path().toStdString() + "\" has " + std::to_string(listNames.size()) +
-                     " \"" + listPatterns.join(QStringLiteral("\", \"")).toStdString() + "\" files; at least " +
-                     std::to_string(MIN_FRAMES) + " are needed.");
+      return Failure("The folder \"" + m_dir.path().toStdString() + "\" has " + std::to_string(listFrames.size()) +
+                     " frames in \"" + pScene + "_*\" files; at least " + std::to_string(MIN_FRAMES) + " are needed (" +
+                     listPatterns.join(QStringLiteral(", ")).toStdString() + ").");
     }
     return {};
   }
@@ -67,21 +78,28 @@ private:
   /// The messages go on from the file's name.
   Result<> ReadFile(const QString &strPath, Frames &listFrames)
   {
-    Result<SContent> content = FindFileKind(strPath)->Read(strPath);
-    if (!content) {
-      return content.GetFailure();
+    Result<std::unique_ptr<IFrameReader>> reader = FindFileKind(strPath)->Open(strPath);
+    if (!reader) {
+      return reader.GetFailure();
     }
-    const SLayout &stLayout = content.GetValue().stLayout;
-    Result<> result = m_stFrames.stLayout.nWidth == 0 ? SetUp(stLayout) : CheckLikeFirst(stLayout);
-    for (std::vector<uint8_t> &listFrame : content.GetValue().listFrames) {
-      result = result ? CheckValues(listFrame) : result;
+    const SFrameInfo &stInfo = reader.GetValue()->GetInfo();
+    Result<> result = m_stFrames.stLayout.nWidth == 0 ? SetUp(stInfo) : CheckLikeFirst(stInfo.stLayout);
+    for (uint64_t n = 0; result && n < stInfo.nFrames; ++n) {
+      std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
+      result = RunUntilFailure([&] { return reader.GetValue()->Read(listFrame.data()); },
+                               [&] { return CheckValues(listFrame); });
       listFrames.push_back(std::move(listFrame));
     }
     return result;
   }
 
-  Result<> SetUp(const SLayout &stLayout)
+  Result<> SetUp(const SFrameInfo &stInfo)
   {
+    const SLayout &stLayout = stInfo.stLayout;
+    m_stFrames.strStatedFormat = GetStatedFormat(stInfo);
+    if (!m_stFormat && stInfo.nBitDepth != 0) {
+      m_stFormat = SSampleFormat{m_stFrames.strStatedFormat, stInfo.nBitDepth};
+    }
     if (m_stFormat && m_stFormat->GetBytesPerSample() != stLayout.nBytesPerSample) {
       return Failure("has " + DescribeBits(stLayout.nBytesPerSample) + ", which the pixel format " +
                      m_stFormat->strName + " does not have.");
@@ -96,10 +114,7 @@ private:
     if (stLayout == stFirst) {
       return {};
     }
-    return Failure("is " + std::to_string(stLayout.nWidth) + " x " + std::to_string(stLayout.nHeight) + " with " +
-                   DescribeBits(stLayout.nBytesPerSample) +
-                   ", unlike the first one: " + std::to_string(stFirst.nWidth) + " x " +
-                   std::to_string(stFirst.nHeight) + " with " + std::to_string(8 * stFirst.nBytesPerSample) + ".");
+    return Failure("is " + Describe(stLayout) + ", unlike the first one: " + Describe(stFirst) + ".");
   }
 
   Result<> CheckValues(const std::vector<uint8_t> &listFrame) const

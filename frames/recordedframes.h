@@ -24,6 +24,7 @@ struct SSampleFormat {
 /// All frames of a recording. All lie alike.
 struct SRecordedFrames {
   SLayout stLayout;
+  std::string strStatedFormat;                ///< what the first file says of them, as PFNC calls it
   std::vector<std::vector<uint8_t>> listDark; ///< in the order of the file names; at least 2
   std::vector<std::vector<uint8_t>> listBright;
 };

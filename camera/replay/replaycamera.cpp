@@ -13,14 +13,14 @@ namespace ffc::camera {
 namespace {
 
 /// The format that the frames are played in; null when there is none of that name.
-const SSensorFormat *FindFormat(const std::string &strName, uint32_t nBytesPerSample)
+const SSensorFormat *FindFormat(const SReplayCameraOptions &stOptions, const ffc::frames::SRecordedFrames &stFrames)
 {
-  return FindSensorFormat(!strName.empty() ? strName : nBytesPerSample == 1 ? "Mono8" : "Mono16");
+  return FindSensorFormat(stOptions.strPixelFormat.empty() ? stFrames.strStatedFormat : stOptions.strPixelFormat);
 }
 
-SCameraDescription Describe(const SReplayCameraOptions &stOptions, const ffc::frames::SLayout &stLayout)
+SCameraDescription Describe(const SReplayCameraOptions &stOptions, const SSensorFormat &stFormat,
+                            const ffc::frames::SLayout &stLayout)
 {
-  const SSensorFormat &stFormat = *FindFormat(stOptions.strPixelFormat, stLayout.nBytesPerSample);
   SCameraDescription stDescription;
   stDescription.strVendor = "Replay";
   stDescription.strModel = stFormat.pName;
@@ -59,7 +59,12 @@ Result<std::unique_ptr<ICamera>> CreateReplayCamera(const SReplayCameraOptions &
     if (!frames) {
       return frames.GetFailure();
     }
-    const SCameraDescription stDescription = Describe(stOptions, frames.GetValue().stLayout);
+    const SSensorFormat *pFormat = FindFormat(stOptions, frames.GetValue());
+    if (pFormat == nullptr) {
+      return Failure("The recording cannot be played: there is no pixel format \"" + frames.GetValue().strStatedFormat +
+                     "\".");
+    }
+    const SCameraDescription stDescription = Describe(stOptions, *pFormat, frames.GetValue().stLayout);
     return std::make_unique<CSoftwareCamera>(stDescription,
                                              std::make_unique<CFrameReplay>(std::move(frames).GetValue()));
   } catch (const std::bad_alloc &) {

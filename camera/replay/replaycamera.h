@@ -10,7 +10,7 @@
 namespace ffc::camera {
 
 struct SReplayCameraOptions {
-  std::string strFolder;      ///< with "dark_*.png" and "bright_*.png"
+  std::string strFolder;      ///< with "dark_*" and "bright_*" files of any kind in frames/
   std::string strPixelFormat; ///< PFNC name; empty: Mono8 or Mono16, as the files are
   double dFrameRate = 50.0;   ///< frames per second: 0.1 to 10000
 };

@@ -44,7 +44,7 @@ Result<> CResultFolder::WriteFrame(const char *pKind, uint32_t nIndex, const std
   const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(pKind)).arg(nIndex, 3, 10, QLatin1Char('0'));
   const QString strPath = GetPath(strName);
   const frames::SLayout stLayout{stFormat.nWidth, stFormat.nHeight, stFormat.pFormat->GetBytesPerPixel()};
-  return frames::FindFileKind(strPath)->Write(strPath, stLayout, listFrame.data());
+  return frames::SaveFrame(strPath, stLayout, listFrame.data());
 }
 
 Result<> CResultFolder::WriteDialog(const QImage &imgDialog) const

@@ -235,10 +235,10 @@ TEST(ReplayCamera, TooFewFramesOfAKindAreCounted)
 {
   CRecordingFolder folder;
   folder.AddFrames(2, 1);
-  EXPECT_NE(GetError(folder).find("has 1 \"bright_*.png\" files; at least 2"), std::string::npos) << GetError(folder);
+  EXPECT_NE(GetError(folder).find("has 1 frames in \"bright_*\" files; at least 2"), std::string::npos) << GetError(folder);
   folder.Remove("dark_000.png");
   folder.Remove("dark_001.png");
-  EXPECT_NE(GetError(folder).find("has 0 \"dark_*.png\" files"), std::string::npos) << GetError(folder);
+  EXPECT_NE(GetError(folder).find("has 0 frames in \"dark_*\" files"), std::string::npos) << GetError(folder);
 }
 
 TEST(ReplayCamera, FilesThatDoNotFitTogetherAreNamed)

@@ -1,32 +1,36 @@
 #include "frames/ifilekind.h"
 
-#include <cstring>
-#include <numeric>
-
+#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include "frames/rawfile.h"
+#include "tests/frames/framefiles.h"
+#include "tests/support/fullvolume.h"
+
 using namespace ffc::frames;
+using namespace ffc::test;
 
 namespace {
 
-/// Writes a frame and reads it back.
-std::vector<uint8_t> WriteAndRead(const SLayout &stLayout, const std::vector<uint8_t> &listFrame)
+SFrameInfo MakeInfo(uint32_t nWidth, uint32_t nHeight, uint32_t nBytes)
 {
-  const QTemporaryDir dir;
-  const QString strPath = dir.filePath("frame.png");
-  const IFileKind &kind = *FindFileKind(strPath);
-  EXPECT_EQ(kind.Write(strPath, stLayout, listFrame.data()).GetError(), "");
-  const ffc::Result<SContent> content = kind.Read(strPath);
-  EXPECT_EQ(content.GetError(), "");
-  if (!content || content.GetValue().listFrames.size() != 1) {
-    return {};
-  }
-  EXPECT_EQ(content.GetValue().stLayout, stLayout);
-  return content.GetValue().listFrames[0];
+  SFrameInfo stInfo;
+  stInfo.stLayout = {nWidth, nHeight, nBytes};
+  return stInfo;
+}
+
+QString GetPath(const QTemporaryDir &dir, const IFileKind &kind)
+{
+  return dir.filePath(QStringLiteral("frame.") + kind.GetSuffixes().front());
+}
+
+QStringList ListFiles(const QTemporaryDir &dir)
+{
+  return QDir(dir.path()).entryList(QDir::Files | QDir::Hidden);
 }
 
 } // namespace
@@ -49,19 +53,116 @@ TEST(FileKind, EveryKindIsFoundByItsOwnEndings)
   }
 }
 
-TEST(PngFile, AFrameOfEveryDeepValueComesBack)
+TEST(FileKind, FramesOfEveryKindComeBackAsTheyWere)
 {
-  std::vector<uint16_t> listSamples(65536);
-  std::iota(listSamples.begin(), listSamples.end(), uint16_t{0});
-  std::vector<uint8_t> listFrame(2 * listSamples.size());
-  std::memcpy(listFrame.data(), listSamples.data(), listFrame.size());
-  EXPECT_EQ(WriteAndRead({256, 256, 2}, listFrame), listFrame);
+  for (const IFileKind *pKind : ListFileKinds()) {
+    for (const uint32_t nBytes : {1U, 2U}) {
+      const QTemporaryDir dir;
+      const SFrameInfo stInfo = MakeInfo(67, 31, nBytes);
+      const Frames listFrames = MakeFrames(stInfo.stLayout, pKind->GetMaxFrames() == 1 ? 1 : 5, 8 * nBytes);
+      const QString strPath = GetPath(dir, *pKind);
+      EXPECT_EQ(WriteFile(*pKind, strPath, stInfo, listFrames).GetError(), "");
+      std::string strError;
+      SFrameInfo stRead;
+      // Noise says nothing about the byte order of a SER file.
+      const bool bNoise = pKind->GetName() == "SER" && nBytes == 2;
+      const Frames listRead = ReadFile(*pKind, strPath, &strError, &stRead);
+      EXPECT_EQ(strError, "") << pKind->GetName().toStdString();
+      EXPECT_EQ(stRead.stLayout, stInfo.stLayout);
+      EXPECT_EQ(stRead.nFrames, listFrames.size());
+      EXPECT_TRUE(bNoise || listRead == listFrames) << pKind->GetName().toStdString() << " " << nBytes;
+      EXPECT_EQ(ListFiles(dir).size(), 1) << "nothing else is left";
+    }
+  }
 }
 
-TEST(PngFile, AnEightBitFrameOfOddWidthComesBackWithoutPadding)
+TEST(FileKind, TextsComeBackFromKindsThatKeepThem)
 {
-  const std::vector<uint8_t> listFrame{0, 255, 3, 4, 128, 6};
-  EXPECT_EQ(WriteAndRead({3, 2, 1}, listFrame), listFrame);
+  for (const IFileKind *pKind : ListFileKinds()) {
+    const QTemporaryDir dir;
+    SFrameInfo stInfo = MakeInfo(8, 4, 1);
+    stInfo.mapTexts = {{TEXT_DESCRIPTION, QStringLiteral("two lines\nof 20 \u00b5m")},
+                       {TEXT_CORRECTION, QStringLiteral("{\"flat\":\"x\"}")}};
+    const QString strPath = GetPath(dir, *pKind);
+    ASSERT_EQ(WriteFile(*pKind, strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+    std::string strError;
+    SFrameInfo stRead;
+    (void)ReadFile(*pKind, strPath, &strError, &stRead);
+    EXPECT_EQ(stRead.mapTexts, pKind->KeepsTexts() ? stInfo.mapTexts : Texts()) << pKind->GetName().toStdString();
+  }
+}
+
+TEST(FileKind, AFileThatEndsEarlyIsRefusedByEveryKind)
+{
+  for (const IFileKind *pKind : ListFileKinds()) {
+    const QTemporaryDir dir;
+    const SFrameInfo stInfo = MakeInfo(64, 64, 2);
+    const QString strPath = GetPath(dir, *pKind);
+    ASSERT_EQ(WriteFile(*pKind, strPath, stInfo, MakeFrames(stInfo.stLayout, 1)).GetError(), "");
+    const qint64 nSize = QFile(strPath).size();
+    for (const qint64 nLeft : {qint64{0}, qint64{10}, qint64{100}, qint64{200}, nSize / 2, nSize - 300}) {
+      QFile file(strPath);
+      ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+      const QByteArray byteContent = file.readAll().left(static_cast<int>(nLeft));
+      file.close();
+      const QString strShort = dir.filePath("short." + pKind->GetSuffixes().front());
+      QFile shortFile(strShort);
+      ASSERT_TRUE(shortFile.open(QIODevice::WriteOnly) && shortFile.write(byteContent) == nLeft);
+      shortFile.close();
+      std::string strError;
+      (void)ReadFile(*pKind, strShort, &strError);
+      EXPECT_NE(strError, "") << pKind->GetName().toStdString() << " of " << nLeft << " bytes";
+    }
+  }
+}
+
+TEST(FileKind, AFullVolumeLeavesTheFormerFileAndNothingElse)
+{
+  for (const IFileKind *pKind : ListFileKinds()) {
+    const QTemporaryDir dir;
+    const SFrameInfo stInfo = MakeInfo(64, 64, 2);
+    const Frames listFrames = MakeFrames(stInfo.stLayout, 1);
+    const QString strPath = GetPath(dir, *pKind);
+    ASSERT_EQ(WriteFile(*pKind, strPath, stInfo, listFrames).GetError(), "");
+    QFile file(strPath);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray byteFormer = file.readAll();
+    ffc::Result<> result;
+    {
+      const CFullVolume fullVolume(1000);
+      result = WriteFile(*pKind, strPath, stInfo, listFrames);
+    }
+    EXPECT_NE(result.GetError().find("cannot write"), std::string::npos)
+      << pKind->GetName().toStdString() << ": " << result.GetError();
+    ASSERT_TRUE(file.seek(0));
+    EXPECT_EQ(file.readAll(), byteFormer);
+    EXPECT_EQ(ListFiles(dir).size(), 1);
+  }
+}
+
+TEST(FileKind, AWriterThatIsNotCommittedLeavesNothing)
+{
+  for (const IFileKind *pKind : ListFileKinds()) {
+    const QTemporaryDir dir;
+    const SFrameInfo stInfo = MakeInfo(8, 8, 1);
+    {
+      auto writer = pKind->Create(GetPath(dir, *pKind), stInfo);
+      ASSERT_TRUE(writer.IsOk());
+      ASSERT_TRUE(writer.GetValue()->Write(MakeFrames(stInfo.stLayout, 1, 8)[0].data(), {}).IsOk());
+    }
+    EXPECT_EQ(ListFiles(dir), QStringList()) << pKind->GetName().toStdString();
+  }
+}
+
+TEST(FileKind, AFolderIsNoFileForAnyKind)
+{
+  const QTemporaryDir dir;
+  for (const IFileKind *pKind : ListFileKinds()) {
+    EXPECT_EQ(pKind->Open(dir.path()).GetError(), "is no file.");
+    EXPECT_NE(pKind->Create(dir.path(), MakeInfo(2, 2, 1)).GetError().find("it is no file"), std::string::npos);
+    EXPECT_NE(pKind->Open(dir.filePath("missing")).GetError().find("cannot be opened"), std::string::npos);
+    EXPECT_FALSE(pKind->Create(dir.filePath("missing/file"), MakeInfo(2, 2, 1)).IsOk());
+  }
 }
 
 TEST(PngFile, AFileThatIsNoPictureIsRefused)
@@ -72,7 +173,7 @@ TEST(PngFile, AFileThatIsNoPictureIsRefused)
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write("no picture");
   file.close();
-  EXPECT_EQ(FindFileKind(strPath)->Read(strPath).GetError().find("cannot be read"), 0U);
+  EXPECT_EQ(FindFileKind(strPath)->Open(strPath).GetError().find("cannot be read"), 0U);
 }
 
 TEST(PngFile, AColourPictureIsNoFrame)
@@ -82,13 +183,49 @@ TEST(PngFile, AColourPictureIsNoFrame)
   QImage image(2, 2, QImage::Format_RGB32);
   image.fill(Qt::red);
   ASSERT_TRUE(image.save(strPath));
-  EXPECT_EQ(FindFileKind(strPath)->Read(strPath).GetError(), "is not a grey picture of 8 or 16 bit.");
+  EXPECT_EQ(FindFileKind(strPath)->Open(strPath).GetError(), "is not a grey picture of 8 or 16 bit.");
 }
 
 TEST(PngFile, AFrameWithoutPixelsIsNotWritten)
 {
   const QTemporaryDir dir;
   const QString strPath = dir.filePath("frame.png");
-  EXPECT_FALSE(FindFileKind(strPath)->Write(strPath, {}, nullptr).IsOk());
+  EXPECT_FALSE(SaveFrame(strPath, {}, nullptr).IsOk());
   EXPECT_FALSE(QFile::exists(strPath));
+}
+
+TEST(SaveFrame, AnEndingThatNoKindHasIsNamed)
+{
+  const uint8_t nPixel = 1;
+  EXPECT_NE(SaveFrame("frame.jpeg", {1, 1, 1}, &nPixel).GetError().find("no kind of file has this ending"),
+            std::string::npos);
+}
+
+TEST(RawFile, FramesFollowEachOtherWithoutAHeader)
+{
+  const QTemporaryDir dir;
+  const QString strPath = dir.filePath("frames.raw");
+  const ffc::Result<CRawFile> raw = CRawFile::Parse("5x3:BayerGB12");
+  ASSERT_EQ(raw.GetError(), "");
+  const SFrameInfo stInfo = MakeInfo(5, 3, 2);
+  const Frames listFrames = MakeFrames(stInfo.stLayout, 4, 12);
+  ASSERT_EQ(WriteFile(raw.GetValue(), strPath, stInfo, listFrames).GetError(), "");
+  EXPECT_EQ(QFile(strPath).size(), 4 * 5 * 3 * 2);
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(raw.GetValue(), strPath, &strError, &stRead), listFrames);
+  EXPECT_EQ(strError, "");
+  EXPECT_EQ(stRead.nBitDepth, 12U);
+  EXPECT_EQ(stRead.eColors, EColorLayout::BayerGB);
+  ASSERT_TRUE(QFile(strPath).resize(4 * 5 * 3 * 2 - 1));
+  EXPECT_EQ(raw.GetValue().Open(strPath).GetError(),
+            "has 119 bytes, which is no multiple of the 30 bytes of a frame of 5 x 3 with 16 bits per pixel.");
+}
+
+TEST(RawFile, AFormatThatIsNoneIsExplained)
+{
+  for (const char *pFormat : {"", "5x3", "5:Mono8", "x3:Mono8", "0x3:Mono8", "-5x3:Mono8", "5x3x2:Mono8",
+                              "999999x5:Mono8", "100000x100000:Mono8", "5x3:", "5x3:Mono12p", "5x3:RGB8"}) {
+    EXPECT_NE(CRawFile::Parse(pFormat).GetError(), "") << pFormat;
+  }
 }

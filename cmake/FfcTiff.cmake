@@ -1,0 +1,13 @@
+# The library for TIFF files: TIFF::TIFF when FFC_WITH_TIFF is on.
+find_package(TIFF QUIET)
+set(tiff_new_enough OFF)
+if(TIFF_FOUND AND NOT TIFF_VERSION_STRING VERSION_LESS 4.5)
+  set(tiff_new_enough ON)
+endif()
+option(FFC_WITH_TIFF "Reading and writing TIFF files" ${tiff_new_enough})
+if(FFC_WITH_TIFF AND NOT tiff_new_enough)
+  message(FATAL_ERROR "FFC_WITH_TIFF is on, but there is no libtiff of version 4.5 or later.")
+endif()
+if(FFC_WITH_TIFF)
+  set_target_properties(TIFF::TIFF PROPERTIES IMPORTED_GLOBAL ON)
+endif()

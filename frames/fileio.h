@@ -1,0 +1,48 @@
+/// \file
+/// Reading files that may say anything.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include <QFile>
+
+#include "frames/frameinfo.h"
+#include "platform/result.h"
+
+namespace ffc::frames {
+
+/// Largest frame: what a coefficient table can have entries for.
+constexpr uint64_t MAX_PIXELS = uint64_t{1} << 30U;
+/// No kind of compression that is read makes data smaller than this, so a file cannot ask for more memory.
+constexpr uint64_t MAX_COMPRESSION = 4096;
+
+/// Opens a file for reading. A folder or a device is none.
+Result<> OpenForReading(QFile &file);
+
+/// Whether frames of this size can be in the file, before memory is taken for one.
+/// \param nFileSize bytes of the file, or more where it is compressed
+Result<> CheckFrameSize(uint64_t nWidth, uint64_t nHeight, uint32_t nBytesPerSample, uint64_t nFileSize);
+
+/// Reads exactly so many bytes at the place where the file stands.
+Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes);
+
+/// Brings 16-bit samples from one byte order to the other; leaves others alone.
+void SwapSamples(void *pFrame, const SLayout &stLayout);
+
+/// A reader or writer, once its Open has succeeded.
+template <class TInterface, class TObject, class... TArguments>
+Result<std::unique_ptr<TInterface>> OpenObject(std::unique_ptr<TObject> pObject, const TArguments &...arguments)
+{
+  const Result<> result = pObject->Open(arguments...);
+  if (!result) {
+    return result.GetFailure();
+  }
+  return std::unique_ptr<TInterface>(std::move(pObject));
+}
+
+/// "640 x 480 with 16 bits per pixel"
+std::string Describe(const SLayout &stLayout);
+
+} // namespace ffc::frames

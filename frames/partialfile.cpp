@@ -1,0 +1,100 @@
+#include "frames/partialfile.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+namespace ffc::frames {
+namespace {
+
+/// The same for every program that writes this file. A hash, because the name may be as long as names can be.
+QString GetNameBegin(const QString &strPath)
+{
+  const QByteArray byteName = QFileInfo(strPath).fileName().toUtf8();
+  const QByteArray byteHash = QCryptographicHash::hash(byteName, QCryptographicHash::Md5).toHex();
+  return QStringLiteral(".ffc-%1-").arg(QLatin1String(byteHash));
+}
+
+/// The file behind a link: the link stays one.
+QString Resolve(const QString &strPath)
+{
+  const QString strTarget = QFileInfo(strPath).canonicalFilePath();
+  return strTarget.isEmpty() ? strPath : strTarget;
+}
+
+std::filesystem::path ToPath(const QString &strPath)
+{
+  return std::filesystem::u8path(strPath.toStdString());
+}
+
+} // namespace
+
+CPartialFile::CPartialFile(const QString &strPath) : m_strPath(Resolve(strPath))
+{
+  const QString strName =
+    QStringLiteral("%1%2.part").arg(GetNameBegin(m_strPath)).arg(QRandomGenerator::global()->generate64(), 0, 16);
+  m_file.setFileName(QFileInfo(m_strPath).dir().filePath(strName));
+}
+
+CPartialFile::~CPartialFile()
+{
+  if (m_file.isOpen()) {
+    m_file.remove();
+  }
+}
+
+Result<> CPartialFile::Open()
+{
+  const QFileInfo info(m_strPath);
+  if (info.exists() && !info.isFile()) {
+    return Describe(QStringLiteral("it is no file"));
+  }
+  const auto eMode = QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered;
+  return m_file.open(eMode) ? Result<>() : Describe();
+}
+
+Result<> CPartialFile::Write(const void *pBytes, uint64_t nBytes)
+{
+  const auto nWanted = static_cast<qint64>(nBytes);
+  return m_file.write(static_cast<const char *>(pBytes), nWanted) == nWanted ? Result<>() : Describe();
+}
+
+Result<> CPartialFile::Commit()
+{
+  if (QFile::exists(m_strPath)) {
+    m_file.setPermissions(QFile::permissions(m_strPath));
+  }
+  m_file.close();
+  std::error_code error;
+  if (m_file.error() == QFileDevice::NoError) {
+    std::filesystem::rename(ToPath(m_file.fileName()), ToPath(m_strPath), error);
+    if (!error) {
+      return {};
+    }
+  }
+  const Failure failure = error ? Describe(QString::fromStdString(error.message())) : Describe();
+  m_file.remove();
+  return failure;
+}
+
+Failure CPartialFile::Describe(const QString &strReason) const
+{
+  return Failure(QStringLiteral("cannot write %1: %2").arg(QDir::toNativeSeparators(m_strPath), strReason));
+}
+
+void CPartialFile::RemoveLeftOvers(const QString &strPath)
+{
+  QDir dir = QFileInfo(Resolve(strPath)).dir();
+  const QStringList listNames =
+    dir.entryList({GetNameBegin(Resolve(strPath)) + QStringLiteral("*.part")}, QDir::Files | QDir::Hidden);
+  for (const QString &strName : listNames) {
+    dir.remove(strName);
+  }
+}
+
+} // namespace ffc::frames

@@ -1,0 +1,130 @@
+#include "frames/rawfile.h"
+
+#include <algorithm>
+#include <cctype>
+#include <vector>
+
+#include <QFile>
+#include <QtGlobal>
+
+#include "frames/fileio.h"
+#include "frames/partialfile.h"
+
+namespace ffc::frames {
+namespace {
+
+constexpr bool SWAPS = Q_BYTE_ORDER == Q_BIG_ENDIAN;
+constexpr uint64_t MAX_SIDE = 100000; ///< of the image computations
+
+class CRawReader final : public IFrameReader {
+public:
+  explicit CRawReader(const SFrameInfo &stInfo) : m_stInfo(stInfo) {}
+
+  Result<> Open(const QString &strPath)
+  {
+    m_file.setFileName(strPath);
+    const Result<> result = OpenForReading(m_file);
+    if (!result) {
+      return result;
+    }
+    const auto nSize = static_cast<uint64_t>(m_file.size());
+    const uint64_t nFrame = m_stInfo.stLayout.GetFrameSize();
+    if (nFrame == 0 || nSize == 0 || nSize % nFrame != 0) {
+      return Failure("has " + std::to_string(nSize) + " bytes, which is no multiple of the " + std::to_string(nFrame) +
+                     " bytes of a frame of " + Describe(m_stInfo.stLayout) + ".");
+    }
+    m_stInfo.nFrames = nSize / nFrame;
+    return {};
+  }
+
+  const SFrameInfo &GetInfo() const override { return m_stInfo; }
+
+  Result<> Read(void *pFrame, Texts *pTexts) override
+  {
+    if (pTexts != nullptr) {
+      pTexts->clear();
+    }
+    const Result<> result = ReadExactly(m_file, pFrame, m_stInfo.stLayout.GetFrameSize());
+    if (result && SWAPS) {
+      SwapSamples(pFrame, m_stInfo.stLayout);
+    }
+    return result;
+  }
+
+private:
+  SFrameInfo m_stInfo;
+  QFile m_file;
+};
+
+class CRawWriter final : public IFrameWriter {
+public:
+  CRawWriter(const QString &strPath, const SLayout &stLayout) : m_file(strPath), m_stLayout(stLayout) {}
+
+  Result<> Open() { return m_file.Open(); }
+
+  Result<> Write(const void *pFrame, const Texts &) override
+  {
+    if (!SWAPS) {
+      return m_file.Write(pFrame, m_stLayout.GetFrameSize());
+    }
+    const auto *pBytes = static_cast<const uint8_t *>(pFrame);
+    std::vector<uint8_t> listSwapped(pBytes, pBytes + m_stLayout.GetFrameSize());
+    SwapSamples(listSwapped.data(), m_stLayout);
+    return m_file.Write(listSwapped.data(), listSwapped.size());
+  }
+
+  Result<> Commit() override { return m_file.Commit(); }
+
+private:
+  CPartialFile m_file;
+  SLayout m_stLayout;
+};
+
+/// A side of a frame; 0 for a text that is none.
+uint64_t ParseSide(const std::string &strSide)
+{
+  const bool bNumber =
+    !strSide.empty() && strSide.size() <= 6 &&
+    std::all_of(strSide.begin(), strSide.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+  return bNumber ? std::stoull(strSide) : 0;
+}
+
+} // namespace
+
+CRawFile::CRawFile(uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFormat)
+{
+  m_stInfo.stLayout = {nWidth, nHeight, stFormat.GetBytesPerPixel()};
+  m_stInfo.nBitDepth = stFormat.nBitDepth;
+  m_stInfo.eColors = stFormat.eLayout;
+}
+
+Result<CRawFile> CRawFile::Parse(const std::string &strFormat)
+{
+  const std::size_t nCross = strFormat.find('x');
+  const std::size_t nColon = strFormat.find(':');
+  if (nCross == std::string::npos || nColon == std::string::npos || nColon < nCross) {
+    return Failure("write it as WIDTHxHEIGHT:FORMAT, such as 2048x1536:Mono12");
+  }
+  const uint64_t nWidth = ParseSide(strFormat.substr(0, nCross));
+  const uint64_t nHeight = ParseSide(strFormat.substr(nCross + 1, nColon - nCross - 1));
+  if (nWidth == 0 || nHeight == 0 || nWidth > MAX_SIDE || nHeight > MAX_SIDE || nWidth * nHeight > MAX_PIXELS) {
+    return Failure("width and height are numbers from 1 to " + std::to_string(MAX_SIDE));
+  }
+  const SSensorFormat *pFormat = FindSensorFormat(strFormat.substr(nColon + 1));
+  if (pFormat == nullptr) {
+    return Failure("there is no unpacked pixel format \"" + strFormat.substr(nColon + 1) + "\"");
+  }
+  return CRawFile(static_cast<uint32_t>(nWidth), static_cast<uint32_t>(nHeight), *pFormat);
+}
+
+Result<std::unique_ptr<IFrameReader>> CRawFile::Open(const QString &strPath) const
+{
+  return OpenObject<IFrameReader>(std::make_unique<CRawReader>(m_stInfo), strPath);
+}
+
+Result<std::unique_ptr<IFrameWriter>> CRawFile::Create(const QString &strPath, const SFrameInfo &stInfo) const
+{
+  return OpenObject<IFrameWriter>(std::make_unique<CRawWriter>(strPath, stInfo.stLayout));
+}
+
+} // namespace ffc::frames

@@ -1,0 +1,32 @@
+/// \file
+/// What reading and writing TIFF files share: the library's handle on a file of the toolkit, and the texts' tags.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <QFile>
+
+#include <tiffio.h>
+
+#include "frames/frameinfo.h"
+
+namespace ffc::frames {
+
+struct SCloseTiff {
+  void operator()(TIFF *pTiff) const { TIFFClose(pTiff); }
+};
+using TiffPtr = std::unique_ptr<TIFF, SCloseTiff>;
+
+/// Opens a file of the toolkit, which stays open and the caller's.
+/// \param pMode as TIFFOpen takes it
+/// \param pstrError where the library's messages go, as long as the handle lives
+/// \return null when the library cannot
+TiffPtr OpenTiff(QFile &file, const char *pMode, std::string *pstrError);
+
+/// Texts of the directory that was read last.
+Texts GetTiffTexts(TIFF *pTiff);
+/// Texts without a tag of their own are left out.
+void SetTiffTexts(TIFF *pTiff, const Texts &mapTexts);
+
+} // namespace ffc::frames

@@ -1,0 +1,112 @@
+#include <algorithm>
+
+#include "frames/fileio.h"
+#include "frames/partialfile.h"
+#include "frames/tifffile.h"
+#include "frames/tifftags.h"
+
+namespace ffc::frames {
+namespace {
+
+constexpr std::size_t STRIP_SIZE = std::size_t{1} << 20U;
+/// Leaves room for the directories below the 4 GB that offsets of 32 bits reach.
+constexpr uint64_t LARGEST_SMALL_FILE = 3900000000U;
+constexpr uint64_t DIRECTORY_SIZE = 4096;
+
+class CTiffWriter final : public IFrameWriter {
+public:
+  CTiffWriter(const QString &strPath, const SFrameInfo &stInfo) : m_file(strPath), m_stInfo(stInfo) {}
+
+  Result<> Open()
+  {
+    const Result<> result = m_file.Open();
+    if (!result) {
+      return result;
+    }
+    const uint64_t nFrame = m_stInfo.stLayout.GetFrameSize() + DIRECTORY_SIZE;
+    const bool bBig = m_stInfo.stTiff.bBig || m_stInfo.nFrames > LARGEST_SMALL_FILE / nFrame;
+    m_pTiff = OpenTiff(m_file.GetFile(), bBig ? "w8" : "w", &m_strError);
+    return m_pTiff == nullptr ? Result<>(Describe()) : Result<>();
+  }
+
+  Result<> Write(const void *pFrame, const Texts &mapTexts) override
+  {
+    SetTags();
+    SetTiffTexts(m_pTiff.get(), mapTexts);
+    const bool bWritten = WriteStrips(static_cast<const uint8_t *>(pFrame)) && TIFFWriteDirectory(m_pTiff.get()) == 1;
+    return bWritten && m_strError.empty() ? Result<>() : Describe();
+  }
+
+  Result<> Commit() override
+  {
+    m_pTiff.reset();
+    return m_strError.empty() && m_file.GetFile().error() == QFileDevice::NoError ? m_file.Commit() : Describe();
+  }
+
+private:
+  Failure Describe() const
+  {
+    const QString strSystem = m_file.GetFile().error() == QFileDevice::NoError ? QString::fromStdString(m_strError)
+                                                                               : m_file.GetFile().errorString();
+    return m_file.Describe(strSystem);
+  }
+
+  uint32_t GetStripRows() const
+  {
+    const std::size_t nRows = std::max<std::size_t>(1, STRIP_SIZE / m_stInfo.stLayout.GetLineSize());
+    return static_cast<uint32_t>(std::min<std::size_t>(nRows, m_stInfo.stLayout.nHeight));
+  }
+
+  void SetTags()
+  {
+    TIFF *pTiff = m_pTiff.get();
+    const STiffFeatures &stFeatures = m_stInfo.stTiff;
+    TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, m_stInfo.stLayout.nWidth);
+    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, m_stInfo.stLayout.nHeight);
+    TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 8 * m_stInfo.stLayout.nBytesPerSample);
+    TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    TIFFSetField(pTiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(pTiff, TIFFTAG_COMPRESSION, stFeatures.nCompression);
+    TIFFSetField(pTiff, TIFFTAG_ORIENTATION, stFeatures.nOrientation);
+    TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, GetStripRows());
+    if (stFeatures.fResolutionX > 0 && stFeatures.fResolutionY > 0) {
+      TIFFSetField(pTiff, TIFFTAG_XRESOLUTION, stFeatures.fResolutionX);
+      TIFFSetField(pTiff, TIFFTAG_YRESOLUTION, stFeatures.fResolutionY);
+      TIFFSetField(pTiff, TIFFTAG_RESOLUTIONUNIT, stFeatures.nResolutionUnit);
+    }
+    if (m_stInfo.nBitDepth > 8 && m_stInfo.nBitDepth < 16) {
+      TIFFSetField(pTiff, TIFFTAG_MAXSAMPLEVALUE, (1U << m_stInfo.nBitDepth) - 1);
+    }
+  }
+
+  bool WriteStrips(const uint8_t *pFrame)
+  {
+    const std::size_t nStrip = GetStripRows() * m_stInfo.stLayout.GetLineSize();
+    const std::size_t nFrame = m_stInfo.stLayout.GetFrameSize();
+    uint32_t nIndex = 0;
+    for (std::size_t nDone = 0; nDone < nFrame; nDone += nStrip, ++nIndex) {
+      const std::size_t nBytes = std::min(nStrip, nFrame - nDone);
+      // The library reverses bits in place only for fax compressions.
+      void *pStrip = const_cast<uint8_t *>(pFrame + nDone);
+      if (TIFFWriteEncodedStrip(m_pTiff.get(), nIndex, pStrip, static_cast<tmsize_t>(nBytes)) < 0) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  CPartialFile m_file;
+  SFrameInfo m_stInfo;
+  std::string m_strError;
+  TiffPtr m_pTiff;
+};
+
+} // namespace
+
+Result<std::unique_ptr<IFrameWriter>> CTiffFile::Create(const QString &strPath, const SFrameInfo &stInfo) const
+{
+  return OpenObject<IFrameWriter>(std::make_unique<CTiffWriter>(strPath, stInfo));
+}
+
+} // namespace ffc::frames

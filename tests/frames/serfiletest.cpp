@@ -1,0 +1,130 @@
+#include "frames/serfile.h"
+
+#include <cstring>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <gtest/gtest.h>
+
+#include "frames/serheader.h"
+#include "tests/frames/framefiles.h"
+
+using namespace ffc::frames;
+using namespace ffc::test;
+
+namespace {
+
+/// A picture as cameras make it: neighbours are alike.
+std::vector<uint8_t> MakeRamp(const SLayout &stLayout)
+{
+  std::vector<uint8_t> listFrame(stLayout.GetFrameSize());
+  for (std::size_t n = 0; n < listFrame.size() / 2; ++n) {
+    const uint16_t nSample = static_cast<uint16_t>(200 + 3 * n);
+    std::memcpy(listFrame.data() + 2 * n, &nSample, 2);
+  }
+  return listFrame;
+}
+
+QByteArray ReadAll(const QString &strPath)
+{
+  QFile file(strPath);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  return file.readAll();
+}
+
+void WriteAll(const QString &strPath, const QByteArray &byteContent)
+{
+  QFile file(strPath);
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteContent) == byteContent.size());
+}
+
+class CSerTest : public ::testing::Test {
+protected:
+  /// A file with one number of its header changed. \return why it is refused
+  std::string OpenWith(int nOffset, int32_t nNumber)
+  {
+    QByteArray byteContent = m_byteFile;
+    qToLittleEndian<int32_t>(nNumber, byteContent.data() + nOffset);
+    WriteAll(m_strPath, byteContent);
+    return m_kind.Open(m_strPath).GetError();
+  }
+
+  void SetUp() override
+  {
+    m_strPath = m_dir.filePath("frames.ser");
+    m_stInfo.stLayout = {32, 16, 2};
+    m_stInfo.nBitDepth = 12;
+    m_stInfo.eColors = EColorLayout::BayerGR;
+    m_stInfo.mapTexts = {{"Observer", "somebody"}, {"Telescope", QString(40, 'x')}};
+    m_stInfo.byteSerDates = QByteArray("0123456789abcdef") + QByteArray("frame 0 frame 1 ");
+    m_listFrames = {MakeRamp(m_stInfo.stLayout), MakeRamp(m_stInfo.stLayout)};
+    ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+    m_byteFile = ReadAll(m_strPath);
+  }
+
+  QTemporaryDir m_dir;
+  CSerFile m_kind;
+  QString m_strPath;
+  SFrameInfo m_stInfo;
+  Frames m_listFrames;
+  QByteArray m_byteFile;
+};
+
+} // namespace
+
+TEST_F(CSerTest, EverythingThatTheFormatHasComesBack)
+{
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames);
+  EXPECT_EQ(strError, "");
+  EXPECT_EQ(stRead.nBitDepth, 12U);
+  EXPECT_EQ(stRead.eColors, EColorLayout::BayerGR);
+  EXPECT_EQ(stRead.mapTexts, m_stInfo.mapTexts);
+  EXPECT_EQ(stRead.byteSerDates, m_stInfo.byteSerDates);
+  EXPECT_EQ(m_byteFile.size(), 178 + 2 * 32 * 16 * 2 + 2 * 8);
+}
+
+TEST_F(CSerTest, TheByteOrderIsSeenWhateverTheFlagSays)
+{
+  const int nData = SER_HEADER_SIZE;
+  for (const int32_t nFlag : {0, 1}) {
+    for (const bool bSwap : {false, true}) {
+      QByteArray byteContent = m_byteFile;
+      qToLittleEndian<int32_t>(nFlag, byteContent.data() + 22);
+      if (bSwap) {
+        qbswap<2>(byteContent.data() + nData, static_cast<qsizetype>(m_stInfo.stLayout.GetFrameSize()),
+                  byteContent.data() + nData);
+      }
+      WriteAll(m_strPath, byteContent);
+      std::string strError;
+      SFrameInfo stRead;
+      EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames) << nFlag << bSwap;
+      EXPECT_TRUE(stRead.strRemark.contains(bSwap ? "high byte first" : "low byte first"));
+    }
+  }
+}
+
+TEST_F(CSerTest, HeadersThatMakeNoSenseAreRefused)
+{
+  EXPECT_NE(OpenWith(18, 100).find("colours 100"), std::string::npos);
+  EXPECT_NE(OpenWith(34, 0).find("0 bits per sample"), std::string::npos);
+  EXPECT_NE(OpenWith(34, 17).find("17 bits per sample"), std::string::npos);
+  EXPECT_NE(OpenWith(26, 0).find("nothing to read"), std::string::npos);
+  EXPECT_NE(OpenWith(30, -16).find("nothing to read"), std::string::npos);
+  EXPECT_NE(OpenWith(38, 0).find("nothing to read"), std::string::npos);
+  EXPECT_NE(OpenWith(38, INT32_MAX).find("is too short for 2147483647 frames"), std::string::npos);
+  EXPECT_NE(OpenWith(26, INT32_MAX).find("at most"), std::string::npos);
+  EXPECT_NE(OpenWith(0, 0).find("is no SER file"), std::string::npos);
+}
+
+TEST_F(CSerTest, TimesThatAreMissingAreNotMissed)
+{
+  WriteAll(m_strPath, m_byteFile.left(m_byteFile.size() - 1));
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames);
+  EXPECT_EQ(stRead.byteSerDates.size(), 16);
+}

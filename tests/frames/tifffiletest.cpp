@@ -1,0 +1,180 @@
+#include "frames/tifffile.h"
+
+#include <functional>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <tiffio.h>
+
+#include "tests/frames/framefiles.h"
+
+using namespace ffc::frames;
+using namespace ffc::test;
+
+namespace {
+
+class CTiffTest : public ::testing::Test {
+protected:
+  CTiffTest() : m_strPath(m_dir.filePath("frame.tif")) {}
+
+  /// A file of the library's own making, 4 x 4 with 8 bits unless fnChange says otherwise.
+  void WriteForeign(const std::function<void(TIFF *)> &fnChange, const char *pMode = "w", int nPages = 1)
+  {
+    TIFF *pTiff = TIFFOpen(m_strPath.toUtf8().constData(), pMode);
+    ASSERT_NE(pTiff, nullptr);
+    for (int nPage = 0; nPage < nPages; ++nPage) {
+      TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, 4);
+      TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, 4);
+      TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 8);
+      TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+      TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+      TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 4);
+      fnChange(pTiff);
+      uint8_t anSamples[256] = {};
+      for (uint8_t n = 0; n < 16; ++n) {
+        anSamples[n] = static_cast<uint8_t>(n + nPage);
+      }
+      if (TIFFIsTiled(pTiff) != 0) {
+        TIFFWriteEncodedTile(pTiff, 0, anSamples, 256);
+      } else {
+        TIFFWriteEncodedStrip(pTiff, 0, anSamples, TIFFStripSize(pTiff));
+      }
+      TIFFWriteDirectory(pTiff);
+    }
+    TIFFClose(pTiff);
+  }
+
+  std::string GetError(const std::function<void(TIFF *)> &fnChange)
+  {
+    WriteForeign(fnChange);
+    std::string strError;
+    (void)ReadFile(m_kind, m_strPath, &strError);
+    return strError;
+  }
+
+  QTemporaryDir m_dir;
+  CTiffFile m_kind;
+  QString m_strPath;
+};
+
+} // namespace
+
+TEST_F(CTiffTest, FilesOfOthersAreReadInEitherByteOrderAndAsBigTiff)
+{
+  for (const char *pMode : {"wl", "wb", "wl8", "wb8"}) {
+    WriteForeign(
+      [](TIFF *pTiff) {
+        TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 16);
+        TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, 2);
+        TIFFSetField(pTiff, TIFFTAG_IMAGEDESCRIPTION, "what it shows");
+      },
+      pMode, 3);
+    std::string strError;
+    SFrameInfo stInfo;
+    const Frames listFrames = ReadFile(m_kind, m_strPath, &strError, &stInfo);
+    EXPECT_EQ(strError, "") << pMode;
+    ASSERT_EQ(listFrames.size(), 3U) << pMode;
+    EXPECT_EQ(listFrames[2], (std::vector<uint8_t>{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17})) << pMode;
+    EXPECT_EQ(stInfo.mapTexts.value(TEXT_DESCRIPTION), "what it shows");
+    EXPECT_EQ(stInfo.stTiff.bBig, pMode[2] == '8');
+  }
+}
+
+TEST_F(CTiffTest, WhatAFileHadIsKept)
+{
+  for (const uint16_t nCompression : {uint16_t{COMPRESSION_NONE}, uint16_t{COMPRESSION_LZW}}) {
+    for (const bool bBig : {false, true}) {
+      SFrameInfo stInfo;
+      stInfo.stLayout = {700, 900, 2}; // more than one strip
+      stInfo.nBitDepth = 12;
+      stInfo.stTiff = {bBig, nCompression, 3, RESUNIT_CENTIMETER, 100.0F, 200.0F};
+      const Frames listFrames = MakeFrames(stInfo.stLayout, 2, 12);
+      ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, listFrames).GetError(), "");
+      std::string strError;
+      SFrameInfo stRead;
+      EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), listFrames);
+      EXPECT_EQ(strError, "");
+      EXPECT_EQ(stRead.nBitDepth, 12U);
+      EXPECT_EQ(stRead.stTiff.bBig, bBig);
+      EXPECT_EQ(stRead.stTiff.nCompression, nCompression);
+      EXPECT_EQ(stRead.stTiff.nOrientation, 3);
+      EXPECT_EQ(stRead.stTiff.fResolutionY, 200.0F);
+      EXPECT_EQ(stRead.stTiff.nResolutionUnit, RESUNIT_CENTIMETER);
+    }
+  }
+}
+
+TEST_F(CTiffTest, EveryFrameHasTextsOfItsOwn)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 4, 1};
+  stInfo.nFrames = 2;
+  const Frames listFrames = MakeFrames(stInfo.stLayout, 2, 8);
+  {
+    auto writer = m_kind.Create(m_strPath, stInfo);
+    ASSERT_TRUE(writer.GetValue()->Write(listFrames[0].data(), {{TEXT_DESCRIPTION, "first"}}).IsOk());
+    ASSERT_TRUE(writer.GetValue()->Write(listFrames[1].data(), {{TEXT_DESCRIPTION, "second"}}).IsOk());
+    ASSERT_EQ(writer.GetValue()->Commit().GetError(), "");
+  }
+  auto reader = m_kind.Open(m_strPath);
+  std::vector<uint8_t> listFrame(16);
+  Texts mapTexts;
+  ASSERT_TRUE(reader.GetValue()->Read(listFrame.data(), &mapTexts).IsOk());
+  EXPECT_EQ(mapTexts.value(TEXT_DESCRIPTION), "first");
+  ASSERT_TRUE(reader.GetValue()->Read(listFrame.data(), &mapTexts).IsOk());
+  EXPECT_EQ(mapTexts.value(TEXT_DESCRIPTION), "second");
+  EXPECT_EQ(reader.GetValue()->Read(listFrame.data(), &mapTexts).GetError(), "ends early.");
+}
+
+TEST_F(CTiffTest, WhatIsNoGreyFrameIsRefusedByName)
+{
+  const auto fnSet = [](uint32_t nTag, int nValue) {
+    return [nTag, nValue](TIFF *pTiff) { TIFFSetField(pTiff, nTag, nValue); };
+  };
+  EXPECT_EQ(GetError(fnSet(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE)),
+            "is a grey picture with white as zero; only black as zero is read.");
+  EXPECT_EQ(GetError([](TIFF *pTiff) {
+              uint16_t anMap[256] = {};
+              TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_PALETTE);
+              TIFFSetField(pTiff, TIFFTAG_COLORMAP, anMap, anMap, anMap);
+            }),
+            "is a palette picture; only grey pictures are read.");
+  EXPECT_EQ(GetError([](TIFF *pTiff) {
+              TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+              TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 3);
+            }),
+            "is a colour picture; only grey pictures are read.");
+  EXPECT_EQ(GetError(fnSet(TIFFTAG_BITSPERSAMPLE, 32)), "has samples of 32 bits; unsigned ones of 8 or 16 are read.");
+  EXPECT_NE(GetError(fnSet(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT)).find("no unsigned numbers"), std::string::npos);
+  EXPECT_EQ(GetError([](TIFF *pTiff) {
+              TIFFSetField(pTiff, TIFFTAG_TILEWIDTH, 16);
+              TIFFSetField(pTiff, TIFFTAG_TILELENGTH, 16);
+            }),
+            "is stored in tiles; only strips are read.");
+  EXPECT_NE(GetError([](TIFF *pTiff) {
+              TIFFSetField(pTiff, TIFFTAG_IMAGEDESCRIPTION, "ImageJ=1.53\nimages=500\nslices=500");
+            }).find("it holds 500 frames, but has directories for 1"),
+            std::string::npos);
+}
+
+TEST_F(CTiffTest, FramesOfDifferentSizesAreRefused)
+{
+  int nPage = 0;
+  WriteForeign([&nPage](TIFF *pTiff) { TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, nPage++ == 0 ? 4 : 2); }, "w", 2);
+  std::string strError;
+  (void)ReadFile(m_kind, m_strPath, &strError);
+  EXPECT_EQ(strError, "has frames of different sizes: frame 2 is 4 x 2 with 8 bits per pixel, unlike the first one: "
+                      "4 x 4 with 8 bits per pixel.");
+}
+
+TEST_F(CTiffTest, ASizeThatTheFileCannotHoldTakesNoMemory)
+{
+  WriteForeign([](TIFF *pTiff) {
+    TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, 30000);
+    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, 30000);
+    TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 1);
+  });
+  EXPECT_NE(m_kind.Open(m_strPath).GetError(), "");
+}
