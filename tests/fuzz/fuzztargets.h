@@ -23,3 +23,11 @@ void FuzzPluginRecords(const uint8_t *pData, std::size_t nSize);
 /// The node map of a real camera: a camera's description file up to the first zero byte; behind it what its registers
 /// answer. Reads, verifies and writes every node. Only where Aravis is.
 void FuzzAravisNodeMap(const uint8_t *pData, std::size_t nSize);
+/// A TIFF file; without the library for them there is nothing to find.
+void FuzzTiffFile(const uint8_t *pData, std::size_t nSize);
+/// A SER file.
+void FuzzSerFile(const uint8_t *pData, std::size_t nSize);
+/// A line with size and format as --raw takes them, and a file of raw frames.
+void FuzzRawFile(const uint8_t *pData, std::size_t nSize);
+/// The side file of a coefficient file.
+void FuzzSideFile(const uint8_t *pData, std::size_t nSize);
