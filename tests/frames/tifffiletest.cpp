@@ -1,5 +1,6 @@
 #include "frames/tifffile.h"
 
+#include <algorithm>
 #include <functional>
 
 #include <QFile>
@@ -39,7 +40,7 @@ protected:
       if (TIFFIsTiled(pTiff) != 0) {
         TIFFWriteEncodedTile(pTiff, 0, anSamples, 256);
       } else {
-        TIFFWriteEncodedStrip(pTiff, 0, anSamples, TIFFStripSize(pTiff));
+        TIFFWriteEncodedStrip(pTiff, 0, anSamples, std::min<tmsize_t>(TIFFStripSize(pTiff), sizeof anSamples));
       }
       TIFFWriteDirectory(pTiff);
     }

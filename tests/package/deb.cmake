@@ -20,7 +20,8 @@ endforeach()
 # Not installed, which would change this machine: its programs find each other wherever they stand.
 run(dpkg-deb --extract "${package}" root)
 file(GLOB_RECURSE files RELATIVE "${WORK}/root" "${WORK}/root/*")
-foreach(file IN ITEMS usr/bin/ffchost usr/lib/flatfieldcorrection/FlatFieldCorrection.plx
+foreach(file IN ITEMS usr/bin/ffchost usr/bin/ffc usr/share/man/man1/ffc.1 usr/share/bash-completion/completions/ffc
+                      usr/lib/flatfieldcorrection/FlatFieldCorrection.plx
                       usr/lib/flatfieldcorrection/libOmbrix.so usr/share/doc/flatfieldcorrection/README.md)
   if(NOT file IN_LIST files)
     message(FATAL_ERROR "${file} is not in the package, but ${files}")
@@ -31,3 +32,7 @@ if(NOT run_output MATCHES "libOmbrix\\.so => [^\n]*root/usr/lib/flatfieldcorrect
   message(FATAL_ERROR "the module takes another image library:\n${run_output}")
 endif()
 expect_host_works("${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen root/usr/bin/ffchost)
+run("${CMAKE_COMMAND}" -E env --unset=DISPLAY root/usr/bin/ffc --version)
+if(NOT run_output MATCHES "^ffc ${VERSION}")
+  message(FATAL_ERROR "ffc --version says ${run_output}")
+endif()

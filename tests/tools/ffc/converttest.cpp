@@ -1,0 +1,113 @@
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include "frames/ifilekind.h"
+#include "frames/tifffile.h"
+#include "tests/tools/ffc/toolrun.h"
+
+using namespace ffc::test;
+
+TEST(Convert, ValuesTextsAndFramesComeThroughAndBack)
+{
+  if (!ffc::frames::IsTiffSupported()) {
+    GTEST_SKIP() << "built without TIFF";
+  }
+  const CRecording recording;
+  ffc::frames::SFrameInfo stInfo;
+  stInfo.stLayout = recording.GetLayout();
+  stInfo.mapTexts = {{ffc::frames::TEXT_DESCRIPTION, "a flat"}};
+  const auto listFrame = recording.MakeBright(0);
+  {
+    const QString strPath = recording.Path("frame.png");
+    auto writer = ffc::frames::FindFileKind(strPath)->Create(strPath, stInfo);
+    ASSERT_TRUE(writer.GetValue()->Write(listFrame.data(), stInfo.mapTexts).IsOk());
+    ASSERT_TRUE(writer.GetValue()->Commit().IsOk());
+  }
+  ASSERT_EQ(RunTool({"convert", recording.Path("frame.png"), "--to", "tif", "-o", recording.Path("tif")}).nExitCode, 0);
+  ASSERT_EQ(
+    RunTool({"convert", recording.Path("tif/frame.tif"), "--to", "png", "-o", recording.Path("back")}).nExitCode, 0);
+  ffc::frames::SFrameInfo stBack;
+  EXPECT_TRUE(ReadFrame(recording.Path("back/frame.png"), &stBack) == listFrame);
+  EXPECT_EQ(stBack.mapTexts.value(ffc::frames::TEXT_DESCRIPTION), "a flat");
+}
+
+TEST(Convert, ManyFramesDoNotBecomeOnePicture)
+{
+  const CRecording recording;
+  QByteArray byteFrames;
+  for (uint32_t n = 0; n < 3; ++n) {
+    const auto listFrame = recording.MakeBright(n);
+    byteFrames.append(reinterpret_cast<const char *>(listFrame.data()), static_cast<int>(listFrame.size()));
+  }
+  WriteBytes(recording.Path("three.raw"), byteFrames);
+  const QStringList listBegin{"convert", recording.Path("three.raw"), "--raw", "64x48:Mono12",
+                              "-o",      recording.Path("out"),       "--to"};
+  const SToolResult stResult = RunTool(listBegin + QStringList{"png"});
+  EXPECT_EQ(stResult.nExitCode, 3);
+  EXPECT_TRUE(stResult.byteErrors.contains("has 3 frames, but a PNG file takes 1")) << stResult.byteErrors.constData();
+  EXPECT_EQ(RunTool(listBegin + QStringList{"ser"}).nExitCode, 0);
+  EXPECT_EQ(ReadBytes(recording.Path("out/three.ser")).mid(178), byteFrames);
+}
+
+TEST(Convert, TwoFilesThatWouldBecomeOneAreRefusedBeforeAnythingIsWritten)
+{
+  const CRecording recording;
+  recording.Write(1, 1);
+  QDir(recording.GetFolder()).mkpath("dark2");
+  ASSERT_TRUE(QFile::copy(recording.Path("dark/dark_0.png"), recording.Path("dark2/dark_0.png")));
+  const SToolResult stResult =
+    RunTool({"convert", recording.Path("dark"), recording.Path("dark2"), "--to", "ser", "-o", recording.Path("out")});
+  EXPECT_EQ(stResult.nExitCode, 2);
+  EXPECT_TRUE(stResult.byteErrors.contains("would both become")) << stResult.byteErrors.constData();
+  EXPECT_FALSE(QDir(recording.Path("out")).exists());
+}
+
+TEST(Inspect, FramesTellTheirDepthAndTheEvidence)
+{
+  const CRecording recording;
+  recording.Write(0, 1);
+  const SToolResult stResult = RunTool({"inspect", recording.Path("bright"), "--json"});
+  ASSERT_EQ(stResult.nExitCode, 0);
+  const QJsonObject object = stResult.GetObjects().front();
+  EXPECT_EQ(object["bitDepth"].toInt(), 12);
+  EXPECT_EQ(object["alignment"].toString(), "right");
+  EXPECT_EQ(object["width"].toInt(), 64);
+  EXPECT_LT(object["largestValue"].toInt(), 4096);
+  EXPECT_TRUE(object["reason"].toString().contains("the largest is"));
+}
+
+TEST(Inspect, AFlatTellsItsGainsAndPaintsThem)
+{
+  const CRecording recording;
+  recording.Write(1, 2);
+  ASSERT_EQ(RunTool({"make", "--dark", recording.Path("dark"), "--bright", recording.Path("bright"), "--pixel-format",
+                     "Mono12", "-o", recording.Path("flat.ffc")})
+              .nExitCode,
+            0);
+  const SToolResult stResult =
+    RunTool({"inspect", recording.Path("flat.ffc"), "--json", "--plot", recording.Path("gains.png")});
+  ASSERT_EQ(stResult.nExitCode, 0) << stResult.byteErrors.constData();
+  const QJsonObject object = stResult.GetObjects().front();
+  EXPECT_GT(object["gainLargest"].toDouble(), 1.1);
+  EXPECT_LT(object["gainSmallest"].toDouble(), 1.1);
+  EXPECT_EQ(object["pixelsAtGainLimit"].toInt(), 0);
+  ffc::frames::SFrameInfo stInfo;
+  const auto listPicture = ReadFrame(recording.Path("gains.png"), &stInfo);
+  EXPECT_EQ(stInfo.stLayout.nWidth, 64U);
+  EXPECT_GT(listPicture[0], listPicture[64 * 24 + 32]) << "corners are raised most";
+}
+
+TEST(Inspect, ACamerasFileIsToldByItsRecord)
+{
+  const CRecording recording;
+  QByteArray byteFile(1000, '\x11');
+  const uint32_t anRecord[6] = {1, 0, 4, 1, 1024, 130};
+  byteFile.append(reinterpret_cast<const char *>(anRecord), sizeof anRecord);
+  WriteBytes(recording.Path("camera.ffc"), byteFile);
+  const SToolResult stResult = RunTool({"inspect", recording.Path("camera.ffc"), "--json"});
+  ASSERT_EQ(stResult.nExitCode, 0) << stResult.byteErrors.constData();
+  EXPECT_TRUE(stResult.GetObjects().front()["kind"].toString().startsWith("camera's vignetting"));
+  EXPECT_EQ(stResult.GetObjects().front()["expectedGray"].toInt(), 130);
+}

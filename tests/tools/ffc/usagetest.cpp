@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+
+#include "tests/tools/ffc/toolrun.h"
+
+using namespace ffc::test;
+
+TEST(Usage, HelpHasExamplesForEveryCommand)
+{
+  const SToolResult stResult = RunTool({"--help"});
+  EXPECT_EQ(stResult.nExitCode, 0);
+  for (const char *pExample :
+       {"ffc make --dark", "ffc apply FLAT.ffc", "ffc check FLAT.ffc", "ffc inspect", "ffc convert", "Exit codes"}) {
+    EXPECT_TRUE(stResult.byteOutput.contains(pExample)) << pExample;
+  }
+  EXPECT_EQ(RunTool({"apply", "--help"}).nExitCode, 0);
+  EXPECT_TRUE(RunTool({"--version"}).byteOutput.startsWith("ffc 1."));
+}
+
+TEST(Usage, WhatMakesNoSenseIsAUsageError)
+{
+  const QList<QStringList> listWrong{{},
+                                     {"correct"},
+                                     {"make", "-o", "x.ffc"},
+                                     {"make", "--bright", "x", "-o", "x.ffc", "--expect-gray", "256"},
+                                     {"make", "--bright", "x", "-o", "x.ffc", "--pixel-format", "RGB8"},
+                                     {"make", "--bright", "x", "-o", "x.ffc", "--method", "magic"},
+                                     {"apply", "x.ffc", "-o", "out"},
+                                     {"apply", "x.ffc", "frames"},
+                                     {"apply", "x.ffc", "frames", "-o", "out", "--in-place"},
+                                     {"apply", "x.ffc", "frames", "-o", "out", "--shard", "3/2"},
+                                     {"apply", "x.ffc", "frames", "-o", "out", "--threads", "0"},
+                                     {"apply", "x.ffc", "frames", "-o", "out", "--raw", "64:Mono8"},
+                                     {"convert", "frames", "-o", "out", "--to", "jpeg"}};
+  for (const QStringList &listArguments : listWrong) {
+    const SToolResult stResult = RunTool(listArguments);
+    EXPECT_EQ(stResult.nExitCode, 2) << listArguments.join(' ').toStdString();
+    EXPECT_TRUE(stResult.byteErrors.startsWith("ffc: ")) << stResult.byteErrors.constData();
+  }
+}
+
+TEST(Usage, FilesThatAreNotThereAreNamed)
+{
+  const SToolResult stResult = RunTool({"apply", "no-such.ffc", "no-such-frames", "-o", "out"});
+  EXPECT_EQ(stResult.nExitCode, 1);
+  EXPECT_TRUE(stResult.byteErrors.contains("no-such-frames")) << stResult.byteErrors.constData();
+}

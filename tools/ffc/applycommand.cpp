@@ -1,0 +1,226 @@
+#include <QDir>
+#include <QFileInfo>
+
+#include "frames/partialfile.h"
+#include "frames/wholefile.h"
+#include "tools/ffc/commands.h"
+#include "tools/ffc/contenthash.h"
+#include "tools/ffc/flat.h"
+#include "tools/ffc/inputs.h"
+#include "tools/ffc/manifest.h"
+#include "tools/ffc/transfer.h"
+
+namespace ffc::tool {
+namespace {
+
+STrouble Refuse(const QString &strText)
+{
+  return {true, strText};
+}
+
+/// The samples of a whole file; empty when it cannot be read.
+QString HashFrames(const QString &strFile, const SOptions &stOptions)
+{
+  auto reader = OpenFrames(strFile, stOptions);
+  if (!reader) {
+    return {};
+  }
+  CContentHash hash;
+  std::vector<uint8_t> listFrame(reader.GetValue()->GetInfo().stLayout.GetFrameSize());
+  for (uint64_t n = 0; n < reader.GetValue()->GetInfo().nFrames; ++n) {
+    if (!reader.GetValue()->Read(listFrame.data())) {
+      return {};
+    }
+    hash.Add(listFrame.data(), listFrame.size());
+  }
+  return hash.Get();
+}
+
+class CApplication {
+public:
+  CApplication(const SOptions &stOptions, const CFlat &flat, CManifest *pManifest, bool bReadAhead, CReport &report)
+    : m_stOptions(stOptions), m_flat(flat), m_pManifest(pManifest), m_report(report), m_bReadAhead(bReadAhead)
+  {
+  }
+
+  /// From any thread.
+  void Correct(const QString &strFile)
+  {
+    const QString strOut = m_stOptions.bInPlace
+                             ? strFile
+                             : QDir(QString::fromStdString(m_stOptions.strOut)).filePath(QFileInfo(strFile).fileName());
+    QString strStatus = QStringLiteral("corrected");
+    uint64_t nFrames = 0;
+    const std::optional<STrouble> stTrouble = Process(strFile, strOut, &strStatus, &nFrames);
+    if (stTrouble) {
+      m_report.AddTrouble(strFile, *stTrouble);
+      return;
+    }
+    m_report.AddDone(strFile, {{"status", strStatus}, {"output", strOut}, {"frames", static_cast<double>(nFrames)}},
+                     QStringLiteral("%1: %2, %3 frame(s), in %4").arg(strFile, strStatus).arg(nFrames).arg(strOut));
+  }
+
+private:
+  std::optional<STrouble> Process(const QString &strFile, const QString &strOut, QString *pstrStatus,
+                                  uint64_t *pnFrames)
+  {
+    auto reader = OpenFrames(strFile, m_stOptions);
+    if (!reader) {
+      return STrouble{false, QString::fromStdString(reader.GetError())};
+    }
+    const frames::SFrameInfo &stInfo = reader.GetValue()->GetInfo();
+    *pnFrames = stInfo.nFrames;
+    if (m_stOptions.bResume && IsDone(strFile, strOut, stInfo)) {
+      *pstrStatus = QStringLiteral("done before");
+      return std::nullopt;
+    }
+    std::optional<STrouble> stTrouble = CheckInput(strFile, stInfo);
+    stTrouble = stTrouble ? stTrouble : CheckOutput(strOut);
+    if (stTrouble || m_stOptions.bDryRun) {
+      *pstrStatus = QStringLiteral("would be corrected");
+      return stTrouble;
+    }
+    return Write(*reader.GetValue(), strFile, strOut);
+  }
+
+  /// What is really there decides: the same frames, and the output that was made of them.
+  bool IsDone(const QString &strFile, const QString &strOut, const frames::SFrameInfo &stInfo)
+  {
+    if (m_stOptions.bInPlace) {
+      return FindCorrection(strFile, stInfo) == m_flat.GetSha256();
+    }
+    const std::optional<SManifestEntry> stEntry = m_pManifest->Find(QFileInfo(strOut).fileName());
+    return stEntry && QFile::exists(strOut) && stEntry->strFlat == m_flat.GetSha256() &&
+           HashFrames(strFile, m_stOptions) == stEntry->stHashes.strRead &&
+           HashFrames(strOut, m_stOptions) == stEntry->stHashes.strWritten;
+  }
+
+  std::optional<STrouble> CheckInput(const QString &strFile, const frames::SFrameInfo &stInfo) const
+  {
+    if (!m_stOptions.bForce && !FindCorrection(strFile, stInfo).isEmpty()) {
+      return Refuse(MakeSentence(strFile, "is corrected already; correcting it once more takes --force."));
+    }
+    return m_flat.CheckFits(strFile, stInfo);
+  }
+
+  std::optional<STrouble> CheckOutput(const QString &strOut) const
+  {
+    if (m_stOptions.bForce || m_stOptions.bInPlace || !QFileInfo::exists(strOut)) {
+      return std::nullopt;
+    }
+    auto reader = OpenFrames(strOut, m_stOptions);
+    const QString strFlat = reader ? FindCorrection(strOut, reader.GetValue()->GetInfo()) : QString();
+    // Of a run that was killed before it could note it.
+    if (m_stOptions.bResume && strFlat == m_flat.GetSha256()) {
+      return std::nullopt;
+    }
+    return STrouble{false, MakeSentence(strOut, "is there already; replacing it takes --force.")};
+  }
+
+  /// The mark comes first: a file that only seems to be corrected is refused, one that only seems not to be would be
+  /// corrected twice.
+  std::optional<STrouble> WriteMark(const QString &strOut, const frames::IFileKind &kind) const
+  {
+    if (kind.KeepsTexts()) {
+      return std::nullopt;
+    }
+    const Result<> result = frames::SaveWholeFile(GetMarkPath(strOut), m_flat.DescribeCorrection().toUtf8() + '\n');
+    return result ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(result.GetError())});
+  }
+
+  std::optional<STrouble> Write(frames::IFrameReader &reader, const QString &strFile, const QString &strOut)
+  {
+    STransfer stTransfer;
+    stTransfer.strFrom = strFile;
+    stTransfer.strTo = strOut;
+    stTransfer.pKind = FindKind(strFile, m_stOptions);
+    stTransfer.stInfo = reader.GetInfo();
+    stTransfer.mapTexts[frames::TEXT_CORRECTION] = m_flat.DescribeCorrection();
+    stTransfer.bReadAhead = m_bReadAhead;
+    stTransfer.fnChange = [&](void *pFrame) { return CorrectFrame(pFrame, reader.GetInfo()); };
+    if (m_stOptions.bResume) {
+      frames::CPartialFile::RemoveLeftOvers(strOut);
+    }
+    SHashes stHashes;
+    std::optional<STrouble> stTrouble = WriteMark(strOut, *stTransfer.pKind);
+    stTrouble = stTrouble ? stTrouble : Transfer(reader, stTransfer, m_pManifest == nullptr ? nullptr : &stHashes);
+    if (stTrouble && !stTransfer.pKind->KeepsTexts() && !QFileInfo::exists(strOut)) {
+      QFile::remove(GetMarkPath(strOut));
+    }
+    if (stTrouble || m_pManifest == nullptr) {
+      return stTrouble;
+    }
+    const Result<> added = m_pManifest->Add(QFileInfo(strOut).fileName(), {m_flat.GetSha256(), stHashes});
+    return added ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(added.GetError())});
+  }
+
+  Result<> CorrectFrame(void *pFrame, const frames::SFrameInfo &stInfo) const
+  {
+    frames::SEvidence stEvidence;
+    stEvidence.Add(pFrame, stInfo.stLayout);
+    const Result<frames::SDepth> depth = m_flat.DecideDepth(stEvidence, stInfo);
+    if (!depth) {
+      return Failure(depth.GetError() + " If the values stand elsewhere in the 16 bits, use --align.");
+    }
+    const uint32_t nShift = depth.GetValue().GetShift(stInfo.stLayout);
+    if (nShift > 0) {
+      frames::ShiftRight(pFrame, stInfo.stLayout, nShift);
+    }
+    if (!m_flat.Apply(pFrame, stInfo.stLayout, depth.GetValue().nBitDepth)) {
+      return Failure("cannot be corrected: the image library refuses its frames.");
+    }
+    if (nShift > 0) {
+      frames::ShiftLeft(pFrame, stInfo.stLayout, nShift);
+    }
+    return {};
+  }
+
+  const SOptions &m_stOptions;
+  const CFlat &m_flat;
+  CManifest *m_pManifest;
+  CReport &m_report;
+  const bool m_bReadAhead; ///< where there are more threads than files
+};
+
+EExitCode Stop(CReport &report, const SOptions &stOptions, const STrouble &stTrouble)
+{
+  report.AddTrouble(QString::fromStdString(stOptions.strFlat), stTrouble);
+  return report.Finish(QStringLiteral("apply"));
+}
+
+} // namespace
+
+EExitCode RunApply(const SOptions &stOptions, CReport &report)
+{
+  const Result<QStringList> listFiles = ListInputs(stOptions);
+  if (!listFiles) {
+    return Stop(report, stOptions, {false, QString::fromStdString(listFiles.GetError())});
+  }
+  CFlat flat;
+  const std::optional<STrouble> stTrouble = flat.Load(QString::fromStdString(stOptions.strFlat), stOptions);
+  if (stTrouble) {
+    return Stop(report, stOptions, *stTrouble);
+  }
+  CManifest manifest;
+  if (!stOptions.bInPlace) {
+    const QString strFolder = QString::fromStdString(stOptions.strOut);
+    const Result<QStringList> listOutputs = PlanOutputs(listFiles.GetValue(), strFolder, {});
+    if (!listOutputs) {
+      report.Warn(QString::fromStdString(listOutputs.GetError()));
+      return EXIT_USAGE;
+    }
+    const Result<> prepared = stOptions.bDryRun ? Result<>()
+                                                : RunUntilFailure([&] { return MakeFolder(strFolder); },
+                                                                  [&] { return manifest.Open(strFolder); });
+    if (!prepared) {
+      return Stop(report, stOptions, {false, QString::fromStdString(prepared.GetError())});
+    }
+  }
+  const bool bReadAhead = stOptions.nThreads > static_cast<uint32_t>(listFiles.GetValue().size());
+  CApplication application(stOptions, flat, stOptions.bInPlace ? nullptr : &manifest, bReadAhead, report);
+  ForEachFile(listFiles.GetValue(), stOptions.nThreads, report,
+              [&](const QString &strFile) { application.Correct(strFile); });
+  return report.Finish(QStringLiteral("apply"));
+}
+
+} // namespace ffc::tool

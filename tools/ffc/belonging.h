@@ -1,0 +1,29 @@
+/// \file
+/// Whether coefficients were made with the camera that made the frames.
+#pragma once
+
+#include <cstdint>
+
+#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "quality/framestack.h"
+
+namespace ffc::tool {
+
+enum class EBelonging {
+  Yes,
+  No,
+  Unknown, ///< noise drowns the pattern of the frames: more of them are needed
+};
+
+struct SBelonging {
+  EBelonging eBelonging = EBelonging::Unknown;
+  double dCorrelation = 0; ///< of the pixels' own pattern in the frames and in the coefficients, -1 to 1
+};
+
+/// Compares how each pixel differs from its neighbours of the same colour, in which shading leaves no trace, with what
+/// the gains expect.
+/// \param stack bright frames as they came, right-aligned
+/// \param table of the same size
+SBelonging JudgeBelonging(const quality::CFrameStack &stack, const CFrameBuffer &table);
+
+} // namespace ffc::tool

@@ -1,0 +1,26 @@
+// Where the faster hash is not at hand.
+#include <QCryptographicHash>
+
+#include "tools/ffc/contenthash.h"
+
+namespace ffc::tool {
+
+struct CContentHash::SState {
+  QCryptographicHash m_hash{QCryptographicHash::Sha256};
+};
+
+CContentHash::CContentHash() : m_pState(std::make_unique<SState>()) {}
+
+CContentHash::~CContentHash() = default;
+
+void CContentHash::Add(const void *pBytes, std::size_t nBytes)
+{
+  m_pState->m_hash.addData(QByteArray::fromRawData(static_cast<const char *>(pBytes), static_cast<int>(nBytes)));
+}
+
+QString CContentHash::Get() const
+{
+  return QStringLiteral("sha256:") + QLatin1String(m_pState->m_hash.result().toHex());
+}
+
+} // namespace ffc::tool

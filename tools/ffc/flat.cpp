@@ -1,0 +1,187 @@
+#include "tools/ffc/flat.h"
+
+#include <algorithm>
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "camera/sensorformat.h"
+#include "ombrix/ombrix.h"
+#include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
+#include "tools/ffc/inputs.h"
+
+namespace ffc::tool {
+namespace {
+
+constexpr uint64_t GAIN_BYTES = 2;
+constexpr uint64_t GAIN_AND_DARK_BYTES = 4;
+/// A depth that programs state for any samples in 16 bits. What the values are is checked frame by frame.
+constexpr uint32_t WHOLE_WORD = 16;
+constexpr qint64 LARGEST_MARK = 1 << 16;
+
+STrouble Refuse(const QString &strText)
+{
+  return {true, strText};
+}
+
+} // namespace
+
+std::optional<STrouble> CFlat::Load(const QString &strPath, const SOptions &stOptions)
+{
+  m_strName = QFileInfo(strPath).fileName();
+  QFile file(strPath);
+  if (OpenCoefficientFile(file) != 0) {
+    return STrouble{false, MakeSentence(strPath, "cannot be opened: " + file.errorString().toStdString() + ".")};
+  }
+  const auto nSize = static_cast<uint64_t>(file.size());
+  if (nSize == 0 || nSize > UINT32_MAX || nSize % GAIN_BYTES != 0) {
+    return Refuse(MakeSentence(strPath, "has " + std::to_string(nSize) + " bytes, which no coefficient file has."));
+  }
+  if (ReadCoefficientFile(file, nSize, m_table) != 0) {
+    return STrouble{false, MakeSentence(strPath, "cannot be read.")};
+  }
+  m_strSha256 = HashTable(m_table.GetData(), m_table.GetSize());
+  Result<std::optional<frames::SSideFile>> side = frames::ReadSideFile(strPath);
+  if (!side) {
+    return Refuse(MakeSentence(frames::GetSideFilePath(strPath), side.GetError()));
+  }
+  m_stSide = side.GetValue();
+  m_strPixelFormat = stOptions.strPixelFormat;
+  m_eAlignment = stOptions.eAlignment;
+  return CheckSide(stOptions.bForce);
+}
+
+std::optional<STrouble> CFlat::CheckSide(bool bForce)
+{
+  if (!m_stSide) {
+    return std::nullopt;
+  }
+  const uint64_t nPixels = uint64_t{m_stSide->nWidth} * m_stSide->nHeight;
+  if (m_table.GetSize() != nPixels * GAIN_BYTES && m_table.GetSize() != nPixels * GAIN_AND_DARK_BYTES) {
+    return Refuse(QStringLiteral("The file \"%1\" has %2 bytes, which are no coefficients for the %3 x %4 pixels that "
+                                 "its side file states: one of the two belongs to another flat.")
+                    .arg(m_strName)
+                    .arg(m_table.GetSize())
+                    .arg(m_stSide->nWidth)
+                    .arg(m_stSide->nHeight));
+  }
+  if (!bForce && !m_stSide->strSha256.isEmpty() && m_stSide->strSha256 != m_strSha256) {
+    return Refuse(QStringLiteral("The file \"%1\" is not the one that its side file describes (another SHA-256): make "
+                                 "it anew, or use --force.")
+                    .arg(m_strName));
+  }
+  if (!m_strPixelFormat.empty() && !bForce && m_strPixelFormat != m_stSide->strPixelFormat.toStdString()) {
+    return Refuse(QStringLiteral("The flat \"%1\" is for %2, not for %3 as --pixel-format says.")
+                    .arg(m_strName, m_stSide->strPixelFormat, QString::fromStdString(m_strPixelFormat)));
+  }
+  m_strPixelFormat = m_strPixelFormat.empty() ? m_stSide->strPixelFormat.toStdString() : m_strPixelFormat;
+  m_eAlignment = m_eAlignment ? m_eAlignment : m_stSide->eAlignment;
+  return std::nullopt;
+}
+
+std::optional<STrouble> CFlat::CheckFits(const QString &strFile, const frames::SFrameInfo &stInfo) const
+{
+  const frames::SLayout &stLayout = stInfo.stLayout;
+  const QString strSize = QStringLiteral("%1 x %2").arg(stLayout.nWidth).arg(stLayout.nHeight);
+  const uint64_t nPixels = uint64_t{stLayout.nWidth} * stLayout.nHeight;
+  if (m_stSide && (stLayout.nWidth != m_stSide->nWidth || stLayout.nHeight != m_stSide->nHeight)) {
+    return Refuse(QStringLiteral("The file \"%1\" has frames of %2 pixels, but the flat \"%3\" is for %4 x %5: use the "
+                                 "flat that was made for these frames.")
+                    .arg(strFile, strSize, m_strName)
+                    .arg(m_stSide->nWidth)
+                    .arg(m_stSide->nHeight));
+  }
+  if (m_table.GetSize() != nPixels * GAIN_BYTES && m_table.GetSize() != nPixels * GAIN_AND_DARK_BYTES) {
+    return Refuse(QStringLiteral("The file \"%1\" has frames of %2 pixels, for which a flat has %3 or %4 bytes; \"%5\" "
+                                 "has %6.")
+                    .arg(strFile, strSize)
+                    .arg(nPixels * GAIN_BYTES)
+                    .arg(nPixels * GAIN_AND_DARK_BYTES)
+                    .arg(m_strName)
+                    .arg(m_table.GetSize()));
+  }
+  if (m_strPixelFormat.empty()) {
+    return stLayout.nBytesPerSample == 1 || stInfo.nBitDepth != 0
+             ? std::nullopt
+             : std::optional<STrouble>(
+                 Refuse(QStringLiteral("The flat \"%1\" has no side file, so nobody knows the bit "
+                                       "depth of \"%2\": state --pixel-format.")
+                          .arg(m_strName, strFile)));
+  }
+  const SSensorFormat &stFormat = *FindSensorFormat(m_strPixelFormat);
+  const QString strFormat = QString::fromStdString(m_strPixelFormat);
+  if (stFormat.GetBytesPerPixel() != stLayout.nBytesPerSample ||
+      (stInfo.nBitDepth != 0 && stInfo.nBitDepth != WHOLE_WORD && stInfo.nBitDepth != stFormat.nBitDepth)) {
+    const uint32_t nBits = stInfo.nBitDepth != 0 ? stInfo.nBitDepth : 8 * stLayout.nBytesPerSample;
+    return Refuse(QStringLiteral("The file \"%1\" has %2 bits per pixel, but the flat \"%3\" is for %4.")
+                    .arg(strFile)
+                    .arg(nBits)
+                    .arg(m_strName, strFormat));
+  }
+  if (stInfo.eColors && *stInfo.eColors != stFormat.eLayout) {
+    return Refuse(QStringLiteral("The file \"%1\" has the colours %2, but the flat \"%3\" is for %4.")
+                    .arg(strFile, QLatin1String(GetLayoutName(*stInfo.eColors)), m_strName, strFormat));
+  }
+  return std::nullopt;
+}
+
+Result<frames::SDepth> CFlat::DecideDepth(const frames::SEvidence &stEvidence, const frames::SFrameInfo &stInfo) const
+{
+  const uint32_t nStated = m_strPixelFormat.empty() ? stInfo.nBitDepth : FindSensorFormat(m_strPixelFormat)->nBitDepth;
+  return frames::DecideDepth(stEvidence, stInfo.stLayout, {nStated, m_eAlignment.value_or(frames::EAlignment::Right)});
+}
+
+bool CFlat::Apply(void *pFrame, const frames::SLayout &stLayout, uint32_t nBitDepth) const
+{
+  const auto nSize = static_cast<uint32_t>(m_table.GetSize());
+  return OmbrixApplyFlatField(pFrame, pFrame, nBitDepth, stLayout.nWidth, stLayout.nHeight, m_table.GetData(),
+                              &nSize) == OMBRIX_STATUS_SUCCESS;
+}
+
+std::optional<EColorLayout> CFlat::GetColors() const
+{
+  return m_strPixelFormat.empty() ? std::nullopt
+                                  : std::optional<EColorLayout>(FindSensorFormat(m_strPixelFormat)->eLayout);
+}
+
+QString CFlat::DescribeCorrection() const
+{
+  const QJsonObject object{
+    {"flat", m_strName}, {"sha256", m_strSha256}, {"tool", QStringLiteral("ffc %1").arg(QStringLiteral(FFC_VERSION))}};
+  return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+QString HashTable(const uint8_t *pTable, uint64_t nSize)
+{
+  QCryptographicHash hash(QCryptographicHash::Sha256);
+  constexpr uint64_t STEP = uint64_t{1} << 30U;
+  for (uint64_t nDone = 0; nDone < nSize; nDone += STEP) {
+    hash.addData(reinterpret_cast<const char *>(pTable + nDone), static_cast<int>(std::min(STEP, nSize - nDone)));
+  }
+  return QString::fromLatin1(hash.result().toHex());
+}
+
+QString GetMarkPath(const QString &strFile)
+{
+  return strFile + QStringLiteral(".json");
+}
+
+QString FindCorrection(const QString &strFile, const frames::SFrameInfo &stInfo)
+{
+  QByteArray byteMark = stInfo.mapTexts.value(frames::TEXT_CORRECTION).toUtf8();
+  QFile file(GetMarkPath(strFile));
+  if (byteMark.isEmpty() && file.exists() && file.size() <= LARGEST_MARK && file.open(QIODevice::ReadOnly)) {
+    byteMark = file.readAll();
+  }
+  if (byteMark.isEmpty()) {
+    return {};
+  }
+  const QJsonObject object = QJsonDocument::fromJson(byteMark).object();
+  const bool bMark = object.contains(QStringLiteral("flat")) && object.contains(QStringLiteral("sha256"));
+  return bMark ? object.value(QStringLiteral("sha256")).toString(QStringLiteral("?")) : QString();
+}
+
+} // namespace ffc::tool

@@ -1,0 +1,140 @@
+#include "tools/ffc/inputs.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+
+#include "frames/ifilekind.h"
+
+namespace ffc::tool {
+namespace {
+
+QStringList ListFramesIn(const QString &strFolder, bool bRaw)
+{
+  QStringList listPatterns;
+  for (const frames::IFileKind *pKind : frames::ListFileKinds()) {
+    for (const QString &strSuffix : pKind->GetSuffixes()) {
+      listPatterns << QStringLiteral("*.") + strSuffix;
+    }
+  }
+  if (bRaw) {
+    listPatterns = QStringList{QStringLiteral("*.raw"), QStringLiteral("*.bin")};
+  }
+  return QDir(strFolder).entryList(listPatterns, QDir::Files, QDir::Name);
+}
+
+/// \return full names; empty when there is nothing
+QStringList Expand(const QString &strName, bool bRaw)
+{
+  const QFileInfo info(strName);
+  if (info.isDir()) {
+    QStringList listFiles;
+    for (const QString &strFile : ListFramesIn(strName, bRaw)) {
+      listFiles << QDir(strName).filePath(strFile);
+    }
+    return listFiles;
+  }
+  if (info.exists()) {
+    return {strName};
+  }
+  QStringList listFiles;
+  const QDir dir = info.dir();
+  if (strName.contains('*') || strName.contains('?') || strName.contains('[')) {
+    for (const QString &strFile : dir.entryList({info.fileName()}, QDir::Files, QDir::Name)) {
+      listFiles << dir.filePath(strFile);
+    }
+  }
+  return listFiles;
+}
+
+Result<std::vector<std::string>> ReadNames(const std::string &strFile)
+{
+  QFile file(QString::fromStdString(strFile));
+  const bool bOpened = strFile == "-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+  if (!bOpened) {
+    return Failure("The list \"" + strFile + "\" cannot be read: " + file.errorString().toStdString() + ".");
+  }
+  const QByteArray byteNames = file.readAll();
+  std::vector<std::string> listNames;
+  for (QByteArray byteName : byteNames.split(byteNames.contains('\0') ? '\0' : '\n')) {
+    if (byteName.endsWith('\r')) {
+      byteName.chop(1);
+    }
+    if (!byteName.isEmpty()) {
+      listNames.push_back(byteName.toStdString());
+    }
+  }
+  return listNames;
+}
+
+} // namespace
+
+Result<QStringList> ListFiles(const std::vector<std::string> &listNames, bool bRaw)
+{
+  QStringList listFiles;
+  QSet<QString> setSeen;
+  for (const std::string &strName : listNames) {
+    const QStringList listExpanded = Expand(QString::fromStdString(strName), bRaw);
+    if (listExpanded.isEmpty()) {
+      return Failure("There are no frames behind \"" + strName +
+                     "\": name a file, a folder with frames, or a pattern.");
+    }
+    for (const QString &strFile : listExpanded) {
+      const QString strFull = QFileInfo(strFile).absoluteFilePath();
+      if (!setSeen.contains(strFull)) {
+        setSeen.insert(strFull);
+        listFiles << strFile;
+      }
+    }
+  }
+  return listFiles;
+}
+
+Result<QStringList> ListInputs(const SOptions &stOptions)
+{
+  std::vector<std::string> listNames = stOptions.listFrames;
+  if (!stOptions.strFilesFrom.empty()) {
+    const Result<std::vector<std::string>> listMore = ReadNames(stOptions.strFilesFrom);
+    if (!listMore) {
+      return listMore.GetFailure();
+    }
+    listNames.insert(listNames.end(), listMore.GetValue().begin(), listMore.GetValue().end());
+  }
+  const Result<QStringList> listAll = ListFiles(listNames, stOptions.raw.has_value());
+  if (!listAll) {
+    return listAll;
+  }
+  QStringList listFiles;
+  for (int n = static_cast<int>(stOptions.nShard) - 1; n < listAll.GetValue().size();
+       n += static_cast<int>(stOptions.nShards)) {
+    listFiles << listAll.GetValue()[n];
+  }
+  return listFiles;
+}
+
+const frames::IFileKind *FindKind(const QString &strPath, const SOptions &stOptions)
+{
+  return stOptions.raw ? &*stOptions.raw : frames::FindFileKind(strPath);
+}
+
+Result<std::unique_ptr<frames::IFrameReader>> OpenFrames(const QString &strPath, const SOptions &stOptions)
+{
+  const frames::IFileKind *pKind = FindKind(strPath, stOptions);
+  if (pKind == nullptr) {
+    return Failure(MakeSentence(strPath, "has an ending that no kind of frames has; for frames without a header, "
+                                         "state --raw WIDTHxHEIGHT:FORMAT."));
+  }
+  Result<std::unique_ptr<frames::IFrameReader>> reader = pKind->Open(strPath);
+  if (!reader) {
+    return Failure(MakeSentence(strPath, reader.GetError()));
+  }
+  return reader;
+}
+
+QString MakeSentence(const QString &strFile, const std::string &strEnd)
+{
+  return QStringLiteral("The file \"%1\" %2").arg(strFile, QString::fromStdString(strEnd));
+}
+
+} // namespace ffc::tool

@@ -1,0 +1,237 @@
+#include "tools/ffc/options.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+#include <QThread>
+
+#include "frames/tifffile.h"
+#include "tools/ffc/report.h"
+
+namespace ffc::tool {
+namespace {
+
+constexpr uint32_t MAX_THREADS = 256;
+constexpr uint32_t MAX_SHARDS = 1000000;
+
+const char *const DESCRIPTION = "Flat-field correction of recorded frames, exactly as the plug-in does it.\n\n"
+                                "  ffc make --dark darks/ --bright brights/ -o FLAT.ffc\n"
+                                "  ffc apply FLAT.ffc frames/ -o corrected/\n"
+                                "  ffc check FLAT.ffc flats/ --dark darks/ --limit shading=1.0,prnu=0.5\n"
+                                "  ffc inspect FLAT.ffc frames/\n"
+                                "  ffc convert frames/ --to tif -o converted/\n\n"
+                                "Frames are PNG, TIFF (also with many frames) or SER files, or raw ones with --raw.";
+
+const char *const EXIT_CODES = "\nExit codes: 0 all done; 1 some files failed, the others are done; 2 usage;\n"
+                               "3 frames or coefficients do not fit; 4 not flat enough.";
+
+/// Words that are not stored as they are typed.
+struct SWords {
+  std::string strAlignment;
+  std::string strRaw;
+  std::string strShard;
+  std::string strMethod = "average";
+};
+
+CLI::Validator MakeCheck(const char *pName, std::function<std::string(std::string &)> fnCheck)
+{
+  return CLI::Validator(std::move(fnCheck), pName);
+}
+
+std::string ParseRaw(const std::string &strRaw, SOptions &stOptions)
+{
+  Result<frames::CRawFile> raw = frames::CRawFile::Parse(strRaw);
+  if (raw) {
+    stOptions.raw = raw.GetValue();
+  }
+  return raw.GetError();
+}
+
+std::string ParseShard(const std::string &strShard, SOptions &stOptions)
+{
+  const std::size_t nSlash = strShard.find('/');
+  unsigned nShard = 0;
+  unsigned nShards = 0;
+  const bool bNumbers = nSlash != std::string::npos && CLI::detail::lexical_cast(strShard.substr(0, nSlash), nShard) &&
+                        CLI::detail::lexical_cast(strShard.substr(nSlash + 1), nShards);
+  if (!bNumbers || nShard < 1 || nShard > nShards || nShards > MAX_SHARDS) {
+    return "write it as I/N with 1 <= I <= N";
+  }
+  stOptions.nShard = nShard;
+  stOptions.nShards = nShards;
+  return {};
+}
+
+std::string CheckFormat(const std::string &strFormat)
+{
+  return FindSensorFormat(strFormat) != nullptr ? std::string()
+                                                : "there is no unpacked pixel format \"" + strFormat + "\"";
+}
+
+void AddFrameOptions(CLI::App &command, SOptions &stOptions, SWords &stWords)
+{
+  command.add_option("--pixel-format", stOptions.strPixelFormat, "PFNC name, such as Mono12 or BayerRG12")
+    ->check(MakeCheck("FORMAT", [](std::string &strWord) { return CheckFormat(strWord); }));
+  command.add_option("--align", stWords.strAlignment, "where the bits stand in 16: right or left")
+    ->check(CLI::IsMember({"right", "left"}));
+  command.add_option("--raw", stWords.strRaw, "frames without a header, WIDTHxHEIGHT:FORMAT")
+    ->check(MakeCheck("WxH:FORMAT", [&stOptions](std::string &strWord) { return ParseRaw(strWord, stOptions); }));
+}
+
+void AddReportOptions(CLI::App &command, SOptions &stOptions)
+{
+  command.add_flag("--json", stOptions.bJson, "one JSON object a line on standard output");
+  command.add_flag("--quiet", stOptions.bQuiet, "nothing but errors");
+}
+
+void AddWritingOptions(CLI::App &command, SOptions &stOptions)
+{
+  command.add_flag("--force", stOptions.bForce, "replace files, and correct what was corrected already");
+  command.add_flag("--dry-run", stOptions.bDryRun, "check files, sizes and formats; write nothing");
+}
+
+void AddBatchOptions(CLI::App &command, SOptions &stOptions, SWords &stWords)
+{
+  command.add_option("frames", stOptions.listFrames, "files, folders or patterns");
+  command.add_option("--files-from", stOptions.strFilesFrom, "file with one name a line, or ended by NUL; - is input");
+  command.add_option("--shard", stWords.strShard, "only part I of N of the files, I/N")
+    ->check(MakeCheck("I/N", [&stOptions](std::string &strWord) { return ParseShard(strWord, stOptions); }));
+  command.add_option("--threads", stOptions.nThreads, "files at a time; as many as processors unless told")
+    ->check(CLI::Range(1U, MAX_THREADS));
+}
+
+void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
+{
+  CLI::App &command = *app.add_subcommand("make", "coefficients from dark and bright frames");
+  command.add_option("--dark", stOptions.listDark, "frames without light: files, folders or patterns");
+  command.add_option("--bright", stOptions.listBright, "evenly lit frames")->required();
+  command.add_option("-o,--out", stOptions.strOut, "the .ffc file")->required();
+  command.add_option("--expect-gray", stOptions.nExpectGray, "target, 0 to 255; the brightest block unless told")
+    ->check(CLI::Range(0U, 255U));
+  command.add_option("--method", stWords.strMethod, "average")->check(CLI::IsMember({"average"}));
+  command.add_option("--camera", stOptions.stOrigin.strCamera, "model, kept in the side file");
+  command.add_option("--serial", stOptions.stOrigin.strSerial, "serial number, kept there too");
+  command.add_option("--exposure", stOptions.stOrigin.dExposureTime, "microseconds");
+  command.add_option("--gain", stOptions.stOrigin.dGain, "dB");
+  command.add_option("--black-level", stOptions.stOrigin.dBlackLevel);
+  command.add_option("--temperature", stOptions.stOrigin.dTemperature, "degrees Celsius");
+  AddFrameOptions(command, stOptions, stWords);
+  AddWritingOptions(command, stOptions);
+  AddReportOptions(command, stOptions);
+}
+
+void AddApply(CLI::App &app, SOptions &stOptions, SWords &stWords)
+{
+  CLI::App &command = *app.add_subcommand("apply", "correct frames");
+  command.add_option("flat", stOptions.strFlat, "the .ffc file")->required();
+  AddBatchOptions(command, stOptions, stWords);
+  CLI::Option *pOut = command.add_option("-o,--out", stOptions.strOut, "folder for the corrected files");
+  command.add_flag("--in-place", stOptions.bInPlace, "replace the frames themselves")->excludes(pOut);
+  command.add_flag("--resume", stOptions.bResume, "skip what a former run has done");
+  AddFrameOptions(command, stOptions, stWords);
+  AddWritingOptions(command, stOptions);
+  AddReportOptions(command, stOptions);
+}
+
+void AddCheck(CLI::App &app, SOptions &stOptions, SWords &stWords)
+{
+  CLI::App &command = *app.add_subcommand("check", "figures of flats before and after");
+  command.add_option("flat", stOptions.strFlat, "the .ffc file")->required();
+  command.add_option("frames", stOptions.listFrames, "evenly lit frames")->required();
+  command.add_option("--dark", stOptions.listDark, "frames without light, for PRNU and DSNU");
+  command.add_option("--limit", stOptions.strLimits, "such as shading=1.0,prnu=0.5,dsnu=2");
+  AddFrameOptions(command, stOptions, stWords);
+  AddReportOptions(command, stOptions);
+}
+
+void AddInspect(CLI::App &app, SOptions &stOptions, SWords &stWords)
+{
+  CLI::App &command = *app.add_subcommand("inspect", "what coefficient files and frames hold");
+  command.add_option("files", stOptions.listFrames, ".ffc files, frames, folders or patterns")->required();
+  command.add_option("--plot", stOptions.strPlot, "picture of the gains, PNG");
+  AddFrameOptions(command, stOptions, stWords);
+  AddReportOptions(command, stOptions);
+}
+
+void AddConvert(CLI::App &app, SOptions &stOptions, SWords &stWords)
+{
+  CLI::App &command = *app.add_subcommand("convert", "frames into another kind of file, value for value");
+  AddBatchOptions(command, stOptions, stWords);
+  command.add_option("--to", stOptions.strTo, "png, tif, ser or raw")
+    ->required()
+    ->check(CLI::IsMember({"png", "tif", "tiff", "ser", "raw"}));
+  command.add_option("-o,--out", stOptions.strOut, "folder for the files")->required();
+  AddFrameOptions(command, stOptions, stWords);
+  AddWritingOptions(command, stOptions);
+  AddReportOptions(command, stOptions);
+}
+
+ECommand GetCommand(const CLI::App &app)
+{
+  const std::string strName = app.get_subcommands().front()->get_name();
+  return strName == "make"      ? ECommand::Make
+         : strName == "apply"   ? ECommand::Apply
+         : strName == "check"   ? ECommand::Check
+         : strName == "inspect" ? ECommand::Inspect
+                                : ECommand::Convert;
+}
+
+/// What no single option can check. \return what is wrong; empty when nothing
+std::string CheckTogether(const SOptions &stOptions)
+{
+  const bool bBatch = stOptions.eCommand == ECommand::Apply || stOptions.eCommand == ECommand::Convert;
+  if (bBatch && stOptions.listFrames.empty() && stOptions.strFilesFrom.empty()) {
+    return "there are no frames: name files, folders or patterns, or use --files-from";
+  }
+  if (stOptions.eCommand == ECommand::Apply && !stOptions.bInPlace && stOptions.strOut.empty()) {
+    return "say where the corrected frames go: -o FOLDER, or --in-place";
+  }
+  return {};
+}
+
+SCommandLine MakeError(const std::string &strText)
+{
+  return {false, EXIT_USAGE, strText, {}};
+}
+
+} // namespace
+
+SCommandLine ParseCommandLine(const std::vector<std::string> &listArguments)
+{
+  SCommandLine stCommandLine;
+  SOptions &stOptions = stCommandLine.stOptions;
+  stOptions.nThreads = static_cast<uint32_t>(std::max(1, QThread::idealThreadCount()));
+  SWords stWords;
+  CLI::App app(DESCRIPTION, "ffc");
+  app.footer(EXIT_CODES);
+  app.require_subcommand(1);
+  app.set_version_flag("--version",
+                       std::string("ffc " FFC_VERSION) + (frames::IsTiffSupported() ? "" : " (without TIFF)"));
+  AddMake(app, stOptions, stWords);
+  AddApply(app, stOptions, stWords);
+  AddCheck(app, stOptions, stWords);
+  AddInspect(app, stOptions, stWords);
+  AddConvert(app, stOptions, stWords);
+  try {
+    std::vector<std::string> listReversed(listArguments.rbegin(), listArguments.rend());
+    app.parse(std::move(listReversed));
+  } catch (const CLI::CallForVersion &version) {
+    return {false, EXIT_DONE, version.what(), {}};
+  } catch (const CLI::CallForHelp &) {
+    return {false, EXIT_DONE, app.help(), {}};
+  } catch (const CLI::ParseError &error) {
+    return MakeError(std::string(error.what()) + " (ffc --help tells more)");
+  }
+  stOptions.eCommand = GetCommand(app);
+  if (!stWords.strAlignment.empty()) {
+    stOptions.eAlignment = stWords.strAlignment == "left" ? frames::EAlignment::Left : frames::EAlignment::Right;
+  }
+  const std::string strError = CheckTogether(stOptions);
+  if (!strError.empty()) {
+    return MakeError(strError);
+  }
+  stCommandLine.bRun = true;
+  return stCommandLine;
+}
+
+} // namespace ffc::tool

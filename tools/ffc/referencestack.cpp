@@ -1,0 +1,133 @@
+#include "tools/ffc/referencestack.h"
+
+#include "tools/ffc/flat.h"
+#include "tools/ffc/inputs.h"
+
+namespace ffc::tool {
+namespace {
+
+/// Sums of 32 bits hold this many of the largest samples.
+constexpr uint32_t MAX_FRAMES = 65536;
+constexpr uint32_t MONO8 = 0x01080001;
+constexpr uint32_t MONO16 = 0x01100007;
+
+STrouble Refuse(const QString &strText)
+{
+  return {true, strText};
+}
+
+bool IsAlike(const frames::SFrameInfo &stOne, const frames::SFrameInfo &stOther)
+{
+  return stOne.stLayout == stOther.stLayout && stOne.nBitDepth == stOther.nBitDepth &&
+         stOne.eColors.value_or(EColorLayout::Mono) == stOther.eColors.value_or(EColorLayout::Mono);
+}
+
+QString Describe(const frames::SFrameInfo &stInfo)
+{
+  const uint32_t nBits = stInfo.nBitDepth != 0 ? stInfo.nBitDepth : 8 * stInfo.stLayout.nBytesPerSample;
+  return QStringLiteral("%1 x %2 with %3 bits, %4")
+    .arg(stInfo.stLayout.nWidth)
+    .arg(stInfo.stLayout.nHeight)
+    .arg(nBits)
+    .arg(QLatin1String(GetLayoutName(stInfo.eColors.value_or(EColorLayout::Mono))));
+}
+
+} // namespace
+
+std::optional<STrouble> CReferenceStack::Read(const QStringList &listFiles, const SOptions &stOptions,
+                                              const frames::SFrameInfo *pLike)
+{
+  for (const QString &strFile : listFiles) {
+    const std::optional<STrouble> stTrouble = ReadFile(strFile, stOptions, m_nFrames == 0 ? pLike : &m_stInfo);
+    if (stTrouble) {
+      return stTrouble;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<STrouble> CReferenceStack::ReadFile(const QString &strFile, const SOptions &stOptions,
+                                                  const frames::SFrameInfo *pLike)
+{
+  auto reader = OpenFrames(strFile, stOptions);
+  if (!reader) {
+    return STrouble{false, QString::fromStdString(reader.GetError())};
+  }
+  const frames::SFrameInfo &stInfo = reader.GetValue()->GetInfo();
+  if (pLike != nullptr && !IsAlike(stInfo, *pLike)) {
+    return Refuse(QStringLiteral("The file \"%1\" has frames of %2, unlike the others: %3. All frames of a flat have "
+                                 "one size and format.")
+                    .arg(strFile, Describe(stInfo), Describe(*pLike)));
+  }
+  if (!stOptions.bForce && !FindCorrection(strFile, stInfo).isEmpty()) {
+    return Refuse(MakeSentence(strFile, "is corrected already; a flat is made from frames as they came (or --force)."));
+  }
+  if (!stInfo.strRemark.isEmpty() && !m_listRemarks.contains(stInfo.strRemark)) {
+    m_listRemarks << stInfo.strRemark;
+  }
+  std::optional<STrouble> stTrouble = m_nFrames == 0 ? Prepare(strFile, stInfo) : std::nullopt;
+  for (uint64_t n = 0; !stTrouble && n < stInfo.nFrames; ++n) {
+    const Result<> read = reader.GetValue()->Read(m_frame.GetData());
+    stTrouble = read ? AddFrame(strFile) : STrouble{false, MakeSentence(strFile, read.GetError())};
+  }
+  return stTrouble;
+}
+
+std::optional<STrouble> CReferenceStack::Prepare(const QString &strFile, const frames::SFrameInfo &stInfo)
+{
+  m_stInfo = stInfo;
+  const uint64_t nSize = stInfo.stLayout.GetFrameSize();
+  const bool bAllocated = m_frame.Allocate(nSize) && m_first.Allocate(nSize) && m_sums.Allocate(nSize);
+  return bAllocated ? std::nullopt
+                    : std::optional<STrouble>(
+                        STrouble{false, MakeSentence(strFile, "has frames that need more memory than there is.")});
+}
+
+std::optional<STrouble> CReferenceStack::AddFrame(const QString &strFile)
+{
+  if (m_nFrames == MAX_FRAMES) {
+    return Refuse(MakeSentence(strFile, "brings more than the 65536 frames that can be averaged."));
+  }
+  if (m_nFrames == 0) {
+    m_first.CopyFrom(m_frame);
+  }
+  m_stEvidence.Add(m_frame.GetData(), m_stInfo.stLayout);
+  if (m_sums.Add(m_frame, MakeFormat()) != 0) {
+    return Refuse(MakeSentence(strFile, "has frames that the image statistics refuse."));
+  }
+  ++m_nFrames;
+  return std::nullopt;
+}
+
+/// Sums and averages depend on the samples' size alone, so the depth may be found out afterwards.
+SFrameFormat CReferenceStack::MakeFormat() const
+{
+  const frames::SLayout &stLayout = m_stInfo.stLayout;
+  return {stLayout.nBytesPerSample == 1 ? MONO8 : MONO16, stLayout.nWidth, stLayout.nHeight, stLayout.GetFrameSize()};
+}
+
+bool CReferenceStack::Average(const frames::SDepth &stDepth, CFrameBuffer &average)
+{
+  if (!average.Allocate(m_stInfo.stLayout.GetFrameSize()) || m_sums.Average(m_nFrames, MakeFormat(), average) != 0) {
+    return false;
+  }
+  // Shifting a truncated average is the truncated average of shifted samples.
+  if (stDepth.GetShift(m_stInfo.stLayout) > 0) {
+    frames::ShiftRight(average.GetData(), m_stInfo.stLayout, stDepth.GetShift(m_stInfo.stLayout));
+  }
+  return true;
+}
+
+bool CReferenceStack::TakeFirst(const frames::SDepth &stDepth, CFrameBuffer &first)
+{
+  if (!first.Allocate(m_first.GetSize())) {
+    return false;
+  }
+  first.CopyFrom(m_first);
+  if (stDepth.GetShift(m_stInfo.stLayout) > 0) {
+    frames::ShiftRight(first.GetData(), m_stInfo.stLayout, stDepth.GetShift(m_stInfo.stLayout));
+  }
+  return true;
+}
+
+} // namespace ffc::tool

@@ -1,0 +1,25 @@
+#include <iostream>
+
+#include "tools/ffc/commands.h"
+
+namespace ffc::tool {
+
+int RunTool(const std::vector<std::string> &listArguments, bool bTerminal, std::ostream &output, std::ostream &errors)
+{
+  const SCommandLine stCommandLine = ParseCommandLine(listArguments);
+  if (!stCommandLine.bRun) {
+    (stCommandLine.nExitCode == EXIT_DONE ? output : errors << "ffc: ") << stCommandLine.strText << std::endl;
+    return stCommandLine.nExitCode;
+  }
+  const SOptions &stOptions = stCommandLine.stOptions;
+  CReport report({stOptions.bJson, stOptions.bQuiet, bTerminal}, output, errors);
+  switch (stOptions.eCommand) {
+  case ECommand::Make: return RunMake(stOptions, report);
+  case ECommand::Apply: return RunApply(stOptions, report);
+  case ECommand::Check: return RunCheck(stOptions, report);
+  case ECommand::Inspect: return RunInspect(stOptions, report);
+  default: return RunConvert(stOptions, report);
+  }
+}
+
+} // namespace ffc::tool
