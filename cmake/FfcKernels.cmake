@@ -15,6 +15,9 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID
     foreach(level v2 v3 v4)
       set(FFC_KERNEL_OPTIONS_${level} -march=x86-64-${level})
     endforeach()
+    # Prefetching to write is of no level, but every processor with AVX2 takes it.
+    list(APPEND FFC_KERNEL_OPTIONS_v3 -mprfchw)
+    list(APPEND FFC_KERNEL_OPTIONS_v4 -mprfchw)
     if(WIN32)
       # GCC keeps vectors of 32 and 64 bytes on a stack that 64-bit Windows aligns to 16, and stores them with
       # instructions that fault there (GCC bug 54412). The assembler can write the forgiving form of each, which is
