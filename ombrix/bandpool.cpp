@@ -1,6 +1,7 @@
 #include "ombrix/bandpool.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 
 namespace ffc::ombrix {
@@ -8,6 +9,11 @@ namespace ffc::ombrix {
 namespace {
 
 constexpr uint32_t MAX_THREADS_UNASKED = 4;
+// A thread that others keep from its processor within a band is waited for. Where that took more than this part of a
+// frame's work, the processors are busy: the next frames are their callers' alone.
+constexpr int LONGEST_WAIT = 4;
+
+using TClock = std::chrono::steady_clock;
 
 } // namespace
 
@@ -30,7 +36,8 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
     return;
   }
   const std::unique_lock<std::mutex> busy(m_busy, std::try_to_lock);
-  if (!busy.owns_lock() || !HasWorkers()) {
+  if (!busy.owns_lock() || m_nAlone > 0 || !HasWorkers()) {
+    m_nAlone -= busy.owns_lock() && m_nAlone > 0 ? 1 : 0;
     fnBand(pContext, 0, nPixels);
     return;
   }
@@ -43,11 +50,16 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
     m_bOpen = true;
   }
   m_wake.notify_all();
+  const TClock::time_point start = TClock::now();
   WorkOnBands(stFrame);
+  const TClock::time_point finish = TClock::now();
   // A worker that has not woken yet finds nothing left, and need not be waited for.
   std::unique_lock<std::mutex> lock(m_lock);
   m_bOpen = false;
   m_done.wait(lock, [this] { return m_nWorking == 0; });
+  if (TClock::now() - finish > (finish - start) / LONGEST_WAIT) {
+    m_nAlone = FRAMES_ALONE;
+  }
 }
 
 void CBandPool::Close() noexcept

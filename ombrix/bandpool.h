@@ -17,6 +17,8 @@ constexpr std::size_t SMALLEST_SPLIT_PIXELS = 4'000'000;
 /// A band is a run of so many pixels, the last one of fewer. Short, so that no thread waits long for another's last.
 constexpr std::size_t BAND_PIXELS = std::size_t{1} << 16;
 constexpr uint32_t MAX_THREADS = 16;
+/// How many frames are not shared after one whose caller waited long for the others.
+constexpr uint32_t FRAMES_ALONE = 32;
 
 /// How many threads work on a frame, the caller's among them: at most half the processors and 4, unless the user asks
 /// for another number.
@@ -63,6 +65,7 @@ private:
   uint32_t m_nThreads = 0; ///< with the caller; 0 until the environment was asked
   bool m_bStarted = false;
   uint32_t m_nWorkers = 0;
+  uint32_t m_nAlone = 0; ///< frames that are not to be shared
   platform::CWorkerThread m_aWorkers[MAX_THREADS - 1];
 
   /// Guards what follows.

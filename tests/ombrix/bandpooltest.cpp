@@ -1,5 +1,7 @@
 #include "ombrix/bandpool.h"
 
+#include <atomic>
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -76,6 +78,29 @@ TEST(BandPool, SharesLargeFramesWithItsThreads)
     bShared = !Visit(pool, LARGE).IsOwnWork();
   }
   EXPECT_TRUE(bShared);
+}
+
+TEST(BandPool, SharesNoFrameForAWhileAfterItWaitedLongForAThread)
+{
+  static std::thread::id s_caller;
+  s_caller = std::this_thread::get_id();
+  CBandPool pool(2);
+  static std::atomic<bool> s_bHelped{false};
+  // The other thread is slow, as one without its processor.
+  for (int n = 0; n < 1000 && !s_bHelped; ++n) {
+    pool.Run(
+      LARGE,
+      [](const void *, std::size_t, std::size_t) {
+        const bool bHelps = std::this_thread::get_id() != s_caller;
+        s_bHelped = s_bHelped || bHelps;
+        std::this_thread::sleep_for(std::chrono::milliseconds(bHelps ? 500 : 1));
+      },
+      nullptr);
+  }
+  ASSERT_TRUE(s_bHelped);
+  for (uint32_t n = 0; n < FRAMES_ALONE; ++n) {
+    EXPECT_TRUE(Visit(pool, LARGE).IsOwnWork()) << n;
+  }
 }
 
 TEST(BandPool, OneThreadIsTheCallers)
