@@ -79,6 +79,9 @@ private:
   void ChangeEach()
   {
     for (GenApi::INode *pNode : m_listNodes) {
+      if (!GenApi::IsWritable(pNode->GetAccessMode())) {
+        continue; // locked by another setting
+      }
       if (auto *pEnumeration = dynamic_cast<GenApi::IEnumeration *>(pNode)) {
         GenApi::NodeList_t listEntries;
         pEnumeration->GetEntries(listEntries);
