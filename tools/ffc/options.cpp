@@ -203,6 +203,8 @@ SCommandLine ParseCommandLine(const std::vector<std::string> &listArguments)
   stOptions.nThreads = static_cast<uint32_t>(std::max(1, QThread::idealThreadCount()));
   SWords stWords;
   CLI::App app(DESCRIPTION, "ffc");
+  // The same words mean the same on every system: a path may begin with a slash.
+  app.allow_windows_style_options(false);
   app.footer(EXIT_CODES);
   app.require_subcommand(1);
   app.set_version_flag("--version",
