@@ -36,8 +36,12 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
     return;
   }
   const std::unique_lock<std::mutex> busy(m_busy, std::try_to_lock);
-  if (!busy.owns_lock() || m_nAlone > 0 || !HasWorkers()) {
-    m_nAlone -= busy.owns_lock() && m_nAlone > 0 ? 1 : 0;
+  bool bShared = busy.owns_lock();
+  if (bShared && m_nAlone > 0) {
+    --m_nAlone;
+    bShared = false;
+  }
+  if (!bShared || !HasWorkers()) {
     fnBand(pContext, 0, nPixels);
     return;
   }
