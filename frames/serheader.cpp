@@ -79,7 +79,8 @@ Result<SSerHeader> ParseSerHeader(const QByteArray &byteHeader)
   }
   for (int nText = 0; nText < static_cast<int>(std::size(TEXT_KEYS)); ++nText) {
     const QByteArray byteText = byteHeader.mid(TEXTS_AT + nText * TEXT_SIZE, TEXT_SIZE);
-    const QString strText = QString::fromUtf8(byteText.constData(), qstrnlen(byteText.constData(), TEXT_SIZE));
+    const auto nLength = static_cast<int>(qstrnlen(byteText.constData(), TEXT_SIZE));
+    const QString strText = QString::fromUtf8(byteText.constData(), nLength);
     if (!strText.trimmed().isEmpty()) {
       stHeader.mapTexts[QLatin1String(TEXT_KEYS[nText])] = strText;
     }
