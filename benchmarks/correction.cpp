@@ -25,6 +25,39 @@ ffc::ombrix::CBandPool &GetPool(uint32_t nThreads)
   return s_aPools[nThreads - 1];
 }
 
+// The bytes that a correction touches, streamed by one thread or, band by band, by several.
+SStream GetCorrectionStream(CArena &arena, bool bDark, std::size_t nFirst, std::size_t nPixels)
+{
+  const auto nPixelBytes = arena.GetBytesPerPixel();
+  const std::size_t nTableBytes = bDark ? 4 : 2;
+  return {static_cast<const uint8_t *>(arena.Table()) + nFirst * nTableBytes,
+          nPixels * nTableBytes,
+          static_cast<const uint8_t *>(arena.Source()) + nFirst * nPixelBytes,
+          static_cast<uint8_t *>(arena.Destination()) + nFirst * nPixelBytes,
+          nPixels * nPixelBytes,
+          nullptr,
+          0,
+          nullptr,
+          0};
+}
+
+struct SStreamFrame {
+  CArena &arena;
+  bool bDark;
+};
+
+void StreamBand(const void *pContext, std::size_t nFirst, std::size_t nPixels)
+{
+  const auto &stFrame = *static_cast<const SStreamFrame *>(pContext);
+  Stream(GetCorrectionStream(stFrame.arena, stFrame.bDark, nFirst, nPixels));
+}
+
+void StreamShared(CArena &arena, const SFrameSize &stSize, bool bDark, uint32_t nThreads)
+{
+  const SStreamFrame stFrame = {arena, bDark};
+  GetPool(nThreads).Run(stSize.CountPixels(), StreamBand, &stFrame);
+}
+
 // The arena's dark levels stand behind the gains of its largest frame, but any words serve as levels here.
 void ApplyOurs(CArena &arena, const SFrameSize &stSize, const void *pSource, bool bDark, uint32_t nThreads = 1)
 {
@@ -116,25 +149,14 @@ void RegisterDepth(int32_t nBitDepth, bool bDark)
   const std::string strName = "correction " + std::to_string(nBitDepth) + " bit, gain" + (bDark ? " and dark" : "");
   CKernelBenchmarks(strName)
     .Ours([=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Source(), bDark); })
-    .Limit([=](const SFrameSize &stSize) {
-      CArena &arena = fnArena();
-      const std::size_t nFrame = stSize.CountPixels() * arena.GetBytesPerPixel();
-      return SStream{arena.Table(),
-                     CountTableBytes(stSize, bDark),
-                     arena.Source(),
-                     arena.Destination(),
-                     nFrame,
-                     nullptr,
-                     0,
-                     nullptr,
-                     0};
-    })
+    .Limit([=](const SFrameSize &stSize) { return GetCorrectionStream(fnArena(), bDark, 0, stSize.CountPixels()); })
     .OpenCv("fixed point", [=](const SFrameSize &stSize) { ApplyOpenCv(fnArena(), stSize, bDark, false); })
     .OpenCv("float", [=](const SFrameSize &stSize) { ApplyOpenCv(fnArena(), stSize, bDark, true); })
     .Twin([=](const SFrameSize &stSize) { ApplySlowly(fnArena(), stSize, bDark); })
     .ByClock("1 thread", [=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Source(), bDark); })
-    .ByClock("2 threads",
-             [=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Source(), bDark, 2); });
+    .ByClock("2 threads", [=](const SFrameSize &stSize) { ApplyOurs(fnArena(), stSize, fnArena().Source(), bDark, 2); })
+    .ByClock("stream, 1 thread", [=](const SFrameSize &stSize) { StreamShared(fnArena(), stSize, bDark, 1); })
+    .ByClock("stream, 2 threads", [=](const SFrameSize &stSize) { StreamShared(fnArena(), stSize, bDark, 2); });
 }
 
 void RegisterInPlace(int32_t nBitDepth, bool bDark)

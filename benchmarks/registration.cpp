@@ -48,6 +48,11 @@ void CKernelBenchmarks::Register(const SFrameSize &stSize, const std::string &st
   }
 }
 
+void Stream(const SStream &stStream)
+{
+  benchmark::DoNotOptimize(STREAM.fnStream(stStream));
+}
+
 CKernelBenchmarks &CKernelBenchmarks::Ours(const FnWork &fnWork)
 {
   for (const SFrameSize &stSize : FRAME_SIZES) {
@@ -59,8 +64,7 @@ CKernelBenchmarks &CKernelBenchmarks::Ours(const FnWork &fnWork)
 CKernelBenchmarks &CKernelBenchmarks::Limit(const std::function<SStream(const SFrameSize &)> &fnStream)
 {
   for (const SFrameSize &stSize : FRAME_SIZES) {
-    Register(stSize, "limit",
-             [=](const SFrameSize &stFrame) { benchmark::DoNotOptimize(STREAM.fnStream(fnStream(stFrame))); });
+    Register(stSize, "limit", [=](const SFrameSize &stFrame) { Stream(fnStream(stFrame)); });
   }
   return *this;
 }

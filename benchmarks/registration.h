@@ -12,6 +12,9 @@
 /// One way of doing a kernel's work on a frame.
 using FnWork = std::function<void(const SFrameSize &stSize)>;
 
+/// Streams at the instruction level that the kernels run at.
+void Stream(const SStream &stStream);
+
 /// Registers benchmarks "kernel|size|who": ours and the stream limit for every size, OpenCV's forms for 5 and 26
 /// megapixels, the slow twin for the smallest.
 class CKernelBenchmarks {

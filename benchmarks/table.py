@@ -91,8 +91,8 @@ def print_growth(kernels):
 
 
 def print_threads(kernels):
-    print("| kernel | Mpx | frames/s, 1 thread | GB/s | frames/s, 2 threads | GB/s | 2 threads / 1 |")
-    print("|---|---|---|---|---|---|---|")
+    print("| kernel | Mpx | frames/s, 1 thread | GB/s | frames/s, 2 threads | GB/s | 2 threads / 1 | stream, 2 / 1 | of the stream, 2 threads |")
+    print("|---|---|---|---|---|---|---|---|---|")
     for kernel, sizes in kernels.items():
         for size, goal in SHARED_SIZES.items():
             times = sizes.get(size, {})
@@ -104,7 +104,10 @@ def print_threads(kernels):
             for who in ("1 thread", "2 threads"):
                 rates.append(f"{1e6 / times[who]:.0f}")
                 rates.append(f"{frame_bytes / times[who] / 1e3:.1f}")
-            print(f"| {kernel} | {size} | {' | '.join(rates)} | {judge(times['1 thread'] / times['2 threads'], goal)} |")
+            gain = judge(times["1 thread"] / times["2 threads"], goal)
+            stream = f"{times['stream, 1 thread'] / times['stream, 2 threads']:.2f}"
+            share = f"{times['stream, 2 threads'] / times['2 threads']:.2f}"
+            print(f"| {kernel} | {size} | {' | '.join(rates)} | {gain} | {stream} | {share} |")
 
 
 def print_fresh(kernels):

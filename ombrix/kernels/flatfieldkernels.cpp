@@ -17,8 +17,8 @@ constexpr uint32_t LEVEL_BITS = 16;
 constexpr std::size_t WORD_BYTES = 2;
 // Many streams at once are more than a processor's own prefetching follows: pixels are worked on in steps, each of
 // which asks for the cache lines of a later one.
-constexpr std::size_t STEP_PIXELS = 256;
-constexpr std::size_t BYTES_AHEAD = 4096;
+constexpr std::size_t STEP_PIXELS = 64;
+constexpr std::size_t BYTES_AHEAD = 6144;
 constexpr std::size_t LINE_BYTES = 64;
 constexpr uint32_t EXACT_FLOAT_DEPTH = 12;
 
