@@ -38,6 +38,16 @@ if(FFC_SANITIZE)
   target_link_options(ffc_options INTERFACE -fsanitize=${FFC_SANITIZE})
 endif()
 
+# Sources are compiled several at a time, their headers once: for builds that nobody works in. The other ones show what a
+# source lacks by itself.
+if(FFC_UNITY_BUILD)
+  set(CMAKE_UNITY_BUILD ON)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # A fixture may stand in an unnamed namespace of a source: which is an included file here.
+    target_compile_options(ffc_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
+  endif()
+endif()
+
 # ffc_add_library(NAME [STATIC|SHARED|OBJECT|MODULE] SOURCES ... [LINK ...])
 #
 # A library with the project's warnings. Its folder's headers are reached from the

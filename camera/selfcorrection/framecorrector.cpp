@@ -10,7 +10,7 @@ namespace ffc::camera {
 
 namespace {
 
-constexpr double FULL_GRAY = 255.0;
+constexpr double WHITE = 255.0;
 
 template <class TSample>
 void Shift(TSample *pFrame, std::size_t nPixels, uint32_t nShift, uint32_t nMax)
@@ -71,7 +71,7 @@ void CFrameCorrector::Prepare(const SCameraSettings &stSettings, const SFrameCor
   const SBlockLayout &stLayout = stCorrection.pCoefficients->stLayout;
   const SBlockTable stTable = ReadBlockTable(stLayout, stCorrection.pCoefficients->listRegister);
   const double dDarkScale = 1U << (stSettings.pFormat->nBitDepth - 8);
-  const double dGray = stCorrection.dExpectGray / FULL_GRAY;
+  const double dGray = stCorrection.dExpectGray / WHITE;
   CGridSampler sampler(stLayout);
   m_listDark.resize(std::size_t{stSettings.nWidth} * stSettings.nHeight);
   m_listFactor.resize(m_listDark.size());
