@@ -195,7 +195,7 @@ int32_t CShadingCorrectionPlugin::ProcessImage(PLUGIN_IMAGE_INFO *pInput, PLUGIN
       nMode != PLUGIN_PROCESS_MODE_FRAME) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  const CFrameGate::CPass pass(m_gateFrames);
+  const ffc::dialog::CFrameGate::CPass pass(m_gateFrames);
   if (!pass.IsGranted()) {
     return PLUGIN_STATUS_SUCCESS;
   }

@@ -10,8 +10,8 @@
 #include <QString>
 #include <QTranslator>
 
-#include "pluginobject/framegate.h"
 #include "pluginobject/iplugin.h"
+#include "pluginobject/shadingcorrection/liveframes.h"
 #include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
 
 /// The one object that a host creates: identity, translation, and the correction dialog, to which it
@@ -80,5 +80,5 @@ private:
   const char *m_pDescription = "";
   std::string m_strLastStatusText;
   // Open while the dialog and its process can take frames.
-  CFrameGate m_gateFrames;
+  ffc::dialog::CFrameGate m_gateFrames;
 };

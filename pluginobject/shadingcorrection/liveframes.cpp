@@ -1,7 +1,9 @@
-#include "pluginobject/framegate.h"
+#include "pluginobject/shadingcorrection/liveframes.h"
 
 #include <chrono>
 #include <thread>
+
+namespace ffc::dialog {
 
 CFrameGate::CPass::CPass(CFrameGate &gate) : m_gate(gate)
 {
@@ -32,3 +34,5 @@ void CFrameGate::Close()
     std::this_thread::sleep_for(PAUSE);
   }
 }
+
+} // namespace ffc::dialog

@@ -1,4 +1,4 @@
-#include "pluginobject/framegate.h"
+#include "pluginobject/shadingcorrection/liveframes.h"
 
 #include <atomic>
 #include <memory>
@@ -7,6 +7,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+
+using ffc::dialog::CFrameGate;
 
 TEST(FrameGate, IsClosedAtFirst)
 {

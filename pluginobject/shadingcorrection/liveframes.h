@@ -4,6 +4,8 @@
 
 #include <atomic>
 
+namespace ffc::dialog {
+
 /// Counts the frames that are being processed, without a lock.
 ///
 /// Open and Close belong to the user-interface thread; a CPass may be taken on any other thread.
@@ -32,3 +34,5 @@ private:
   std::atomic<bool> m_bOpen{false};
   std::atomic<int> m_nWithin{0};
 };
+
+} // namespace ffc::dialog
