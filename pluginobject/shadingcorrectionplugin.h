@@ -14,8 +14,8 @@
 #include "pluginobject/shadingcorrection/liveframes.h"
 #include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
 
-/// The one object that a host creates: identity, translation, and the correction dialog, to which it
-/// passes frames and whose messages it relays.
+/// The one object that a host creates: identity, translation, the correction dialog, whose messages it relays, and
+/// the way of frames to the dialog's process.
 class CShadingCorrectionPlugin : public IPluginExtended {
   Q_OBJECT
 
@@ -62,7 +62,6 @@ private:
   const char *__KeepText(const QString &strText);
   void __ProcessMessage(const PLUGIN_MSG &stPluginMsg);
   QString __GetTitle(const PLUGIN_INIT_PARAM &stInitParam) const;
-  void __ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, bool &bCorrected);
 
   // The dialog in service.
   QPointer<CShadingCorrectionDlg> m_pDialog;
@@ -79,6 +78,6 @@ private:
   const char *m_pDisplayName = "";
   const char *m_pDescription = "";
   std::string m_strLastStatusText;
-  // Open while the dialog and its process can take frames.
-  ffc::dialog::CFrameGate m_gateFrames;
+  // The frames' way past the dialog. It never changes, so that the frame thread may ask for it at any time.
+  const std::shared_ptr<ffc::dialog::CLiveFrames> m_pLiveFrames = std::make_shared<ffc::dialog::CLiveFrames>();
 };

@@ -2,7 +2,6 @@
 /// The correction dialog.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 
@@ -12,6 +11,7 @@
 
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/pluginrecords.h"
+#include "pluginobject/shadingcorrection/liveframes.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 #include "pluginobject/shadingcorrection/process/processfactory.h"
 #include "pluginobject/shadingcorrection/slotscope.h"
@@ -34,7 +34,10 @@ class CShadingCorrectionDlg : public QDialog {
   Q_OBJECT
 
 public:
-  CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam);
+  /// \param pLiveFrames the frames' way to the process that the dialog will have; its gate is the host's side's
+  CShadingCorrectionDlg(
+    QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam,
+    std::shared_ptr<ffc::dialog::CLiveFrames> pLiveFrames = std::make_shared<ffc::dialog::CLiveFrames>());
   ~CShadingCorrectionDlg() override;
 
   /// Replaces the maker of the correction process. Before InitDialog.
@@ -48,23 +51,23 @@ public:
   void Retire();
   void SetDialogTitle(const QString &strTitle);
 
-  // Frame thread.
-
-  /// Corrects a frame while the host-side preview is on.
-  /// \param bCorrected true when pDestination holds a corrected image; else as it was
-  /// \return -3 for a missing buffer or process; else the process's status, 0 when there was nothing to do
-  int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat,
-                       bool &bCorrected);
   bool HasNoProcess() const { return m_pProcess == nullptr; }
-  bool IsApplyingCorrection() const { return m_bApplyCorrection; }
-  /// Whether the correction can use a colour camera's frame of this format.
-  static bool IsPixelFormatSupported(uint32_t nPixelFormat);
-  void ReceiveImage(const void *pFrame, uint32_t nSize);
-  void SetImageReady();
+  bool IsApplyingCorrection() const { return m_pLiveFrames->IsPreviewOn(); }
+
+  // Frame thread. Straight on; without a process each does nothing.
+
+  /// See CLiveFrames::CorrectFrame.
+  int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat,
+                       bool &bCorrected)
+  {
+    return m_pLiveFrames->CorrectFrame(pSource, pDestination, nWidth, nHeight, nPixelFormat, bCorrected);
+  }
+  void ReceiveImage(const void *pFrame, uint32_t nSize) { m_pLiveFrames->ReceiveImage(pFrame, nSize); }
+  void SetImageReady() { m_pLiveFrames->SetImageReady(); }
   /// \return the process's answer; 258 without a process
-  uint32_t WaitImageRequest();
-  void SetStopFlag(bool bStop);
-  bool IsColorCamera();
+  uint32_t WaitImageRequest() { return m_pLiveFrames->WaitImageRequest(); }
+  void SetStopFlag(bool bStop) { m_pLiveFrames->SetStopFlag(bStop); }
+  bool IsColorCamera() { return m_pLiveFrames->IsColorCamera(); }
 
 signals:
   void SigDlgStatusChanged(const PLUGIN_MSG &stPluginMsg);
@@ -99,8 +102,6 @@ private:
   void __DisableEverything();
   void __LoadControls();
   void __ConnectControls();
-
-  void __ReportFrame(std::atomic<bool> &bFlag, bool bSuccess);
 
   // Bodies of the slots. Each returns the status to report.
   template <typename TBody>
@@ -142,9 +143,6 @@ private:
 
   bool m_bBrightAcquired = false;
   bool m_bFFCExecuted = false;
-  // Set here, read and cleared on the frame thread.
-  std::atomic<bool> m_bApplyCorrection{false};
-  std::atomic<bool> m_bReportSuccess{false};
   bool m_bModeFeatureAvailable = false;
   QString m_strShadingCorrectionMode;
   int32_t m_nFrameCount = 0;
@@ -155,6 +153,7 @@ private:
   CFeatureAccess m_streamFeatures;
   CFeatureAccess m_deviceFeatures;
   FnCreateProcess m_fnCreateProcess;
+  const std::shared_ptr<ffc::dialog::CLiveFrames> m_pLiveFrames;
   // Shared with the slots that are on the stack. Destroyed before the features that it uses.
   std::shared_ptr<IShadingCorrectionProcess> m_pProcess;
   ffc::dialog::CSlotStack m_slots;

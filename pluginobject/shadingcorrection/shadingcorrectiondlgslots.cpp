@@ -108,7 +108,7 @@ int32_t CShadingCorrectionDlg::__CallProcess(TOperation fnOperation)
 template <typename TOperation>
 int32_t CShadingCorrectionDlg::__Acquire(TOperation fnOperation)
 {
-  m_bApplyCorrection = false;
+  (void)m_pLiveFrames->StopPreview();
   m_bAcquiring = true;
   const int32_t nStatus = __CallProcess(fnOperation);
   m_bAcquiring = false;
@@ -327,7 +327,7 @@ int32_t CShadingCorrectionDlg::__Execute(ffc::dialog::CSlotScope &slot)
   slot.BeBusy();
   int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
   if (__IsReady()) {
-    m_bApplyCorrection = false;
+    (void)m_pLiveFrames->StopPreview();
     nStatus = __CallProcess([this] { return m_pProcess->ExecuteCorrection(); });
     if (nStatus == PLUGIN_STATUS_SILENT || !__IsReady()) {
       // What it threw has been shown; the controls stay as they were.
@@ -343,10 +343,9 @@ int32_t CShadingCorrectionDlg::__Execute(ffc::dialog::CSlotScope &slot)
 void CShadingCorrectionDlg::__ShowExecuteResult(int32_t nStatus)
 {
   if (__IsHostMode()) {
-    // The success text comes with the first corrected frame. The text first, the frames' leave last.
+    // The success text comes with the first corrected frame.
     if (m_bFFCExecuted) {
-      m_bReportSuccess = true;
-      m_bApplyCorrection = true;
+      m_pLiveFrames->SetPreview(true);
     }
   } else if (nStatus == PLUGIN_STATUS_SUCCESS) {
     __ShowPrompt(tr("FFC executed successfully"), SUCCESS_COLOUR);
@@ -385,8 +384,7 @@ int32_t CShadingCorrectionDlg::__SwitchPreview(bool checked)
   if (!__IsHostMode()) {
     return m_deviceFeatures.SetEnumFeature("FlatFieldCorrection", checked ? "On" : "Off");
   }
-  m_bReportSuccess = checked;
-  m_bApplyCorrection = checked;
+  m_pLiveFrames->SetPreview(checked);
   return PLUGIN_STATUS_SUCCESS;
 }
 
@@ -429,7 +427,7 @@ int32_t CShadingCorrectionDlg::__LoadFile()
   if (!__IsReady()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  const bool bApplied = m_bApplyCorrection.exchange(false);
+  const bool bApplied = m_pLiveFrames->StopPreview();
   bool bCancelled = false;
   const int32_t nStatus = __CallProcess([this, &bCancelled] {
     const int32_t nLoadStatus = m_pProcess->LoadFromFile();
@@ -440,13 +438,15 @@ int32_t CShadingCorrectionDlg::__LoadFile()
     return nStatus;
   }
   if (bCancelled) {
-    m_bApplyCorrection = bApplied;
+    if (bApplied) {
+      m_pLiveFrames->ResumePreview();
+    }
   } else if (nStatus != PLUGIN_STATUS_SUCCESS) {
     __UncheckStoppedPreview();
   } else if (__IsHostMode()) {
     m_bFFCExecuted = true;
     __SetPreview(true);
-    m_bApplyCorrection = true;
+    m_pLiveFrames->ResumePreview();
   } else {
     __ReloadSettings();
   }

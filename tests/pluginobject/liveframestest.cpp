@@ -8,7 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
+#include "tests/pluginobject/shadingcorrection/scriptedprocess.h"
+
 using ffc::dialog::CFrameGate;
+using ffc::dialog::CLiveFrames;
 
 TEST(FrameGate, IsClosedAtFirst)
 {
@@ -94,4 +98,99 @@ TEST(FrameGate, NoFrameEverMeetsWhatItsOwnerHasTakenAway)
     thread.join();
   }
   EXPECT_GE(nGranted, ROUNDS);
+}
+
+namespace {
+
+constexpr uint32_t MONO8 = 0x01080001;
+
+// Frames of one pixel for a process that corrects on the host.
+class LiveFrames : public testing::Test {
+protected:
+  LiveFrames()
+  {
+    m_liveFrames.Attach([this](bool bCorrected) { m_listReports.push_back(bCorrected); });
+    m_liveFrames.SetProcess(&m_process, true);
+    m_stImage.nPixelFormat = MONO8;
+    m_stImage.nWidth = 1;
+    m_stImage.nHeight = 1;
+    m_stImage.nPayloadSize = 1;
+    m_stImage.pBuffer = &m_nPixel;
+  }
+
+  bool IsCorrected()
+  {
+    bool bCorrected = false;
+    EXPECT_EQ(m_liveFrames.ProcessFrame(m_stImage, m_stImage, bCorrected), PLUGIN_STATUS_SUCCESS);
+    return bCorrected;
+  }
+
+  SProcessScript m_stScript;
+  CScriptedProcess m_process{m_stScript};
+  CLiveFrames m_liveFrames;
+  std::vector<bool> m_listReports;
+  uint8_t m_nPixel = 0;
+  PLUGIN_IMAGE_INFO m_stImage;
+};
+
+} // namespace
+
+TEST_F(LiveFrames, AFrameReachesTheProcessOnlyThroughTheOpenGate)
+{
+  m_liveFrames.SetPreview(true);
+  EXPECT_FALSE(IsCorrected());
+  EXPECT_TRUE(m_stScript.listStopFlags.empty());
+  m_liveFrames.Open();
+  EXPECT_TRUE(IsCorrected());
+  m_liveFrames.Close();
+  EXPECT_FALSE(IsCorrected());
+}
+
+TEST_F(LiveFrames, OnlyTheFirstCorrectedFrameIsReported)
+{
+  m_liveFrames.Open();
+  m_liveFrames.SetPreview(true);
+  EXPECT_TRUE(IsCorrected());
+  EXPECT_TRUE(IsCorrected());
+  EXPECT_EQ(m_listReports, std::vector<bool>{true});
+}
+
+TEST_F(LiveFrames, AStoppedPreviewGoesOnWithoutAReport)
+{
+  m_liveFrames.Open();
+  m_liveFrames.SetPreview(true);
+  EXPECT_TRUE(IsCorrected());
+  EXPECT_TRUE(m_liveFrames.StopPreview());
+  EXPECT_FALSE(IsCorrected());
+  EXPECT_FALSE(m_liveFrames.StopPreview());
+  m_liveFrames.ResumePreview();
+  EXPECT_TRUE(IsCorrected());
+  EXPECT_EQ(m_listReports, std::vector<bool>{true});
+}
+
+TEST_F(LiveFrames, FramesThatTheCameraCorrectsAreLeftAlone)
+{
+  m_liveFrames.SetProcess(&m_process, false);
+  m_liveFrames.Open();
+  m_liveFrames.SetPreview(true);
+  EXPECT_FALSE(IsCorrected());
+}
+
+TEST_F(LiveFrames, ADialogThatHasGoneLeavesNothingToTheNextOne)
+{
+  m_liveFrames.Open();
+  m_liveFrames.SetPreview(true);
+  m_liveFrames.Detach();
+  EXPECT_FALSE(IsCorrected());
+  int nReports = 0;
+  m_liveFrames.Attach([&nReports](bool) { ++nReports; });
+  EXPECT_FALSE(m_liveFrames.IsPreviewOn());
+  m_liveFrames.Open();
+  EXPECT_FALSE(IsCorrected()) << "without a process";
+  m_liveFrames.SetProcess(&m_process, true);
+  EXPECT_FALSE(IsCorrected()) << "with the preview off";
+  m_liveFrames.SetPreview(true);
+  EXPECT_TRUE(IsCorrected());
+  EXPECT_EQ(nReports, 1);
+  EXPECT_TRUE(m_listReports.empty());
 }

@@ -85,6 +85,15 @@ TEST_F(ProcessImage, BeforeInitialisationAndAfterUninitialisingLetsFramesPass)
   EXPECT_EQ(m_listOutput, m_camera.MakeFrame(7));
 }
 
+TEST_F(ProcessImage, ADialogThatWasDeletedBehindThePlugInLetsFramesPass)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  delete FindDialog();
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+}
+
 TEST_F(ProcessImage, HandsARequestedFrameOverAndDoesNotCorrectIt)
 {
   InitializeWithScript();
