@@ -8,7 +8,6 @@
 #include <QSignalBlocker>
 #include <QStyle>
 
-#include "pluginobject/shadingcorrection/busyscope.h"
 #include "pluginobject/shadingcorrection/deliveredimagecheck.h"
 #include "pluginobject/shadingcorrection/framecountposition.h"
 #include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
@@ -241,7 +240,7 @@ int32_t CShadingCorrectionDlg::__AcquireDark(ffc::dialog::CSlotScope &slot)
     return nCheckStatus;
   }
   slot.BeBusy(m_pUi->AcquisitionDarkFrame_Button);
-  CBusyScope::Paint();
+  ffc::dialog::CBusyScope::Paint();
   if (!__IsReady()) {
     return PLUGIN_STATUS_SUCCESS;
   }
@@ -276,7 +275,7 @@ void CShadingCorrectionDlg::Slot_objAcquisitionBrightFrame_Button_clicked()
 int32_t CShadingCorrectionDlg::__AcquireBright(ffc::dialog::CSlotScope &slot)
 {
   slot.BeBusy(m_pUi->AcquisitionBrightFrame_Button);
-  CBusyScope::Paint();
+  ffc::dialog::CBusyScope::Paint();
   if (!__IsReady()) {
     return PLUGIN_STATUS_SUCCESS;
   }
