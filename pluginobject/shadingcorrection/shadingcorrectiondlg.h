@@ -103,37 +103,25 @@ private:
   void __LoadControls();
   void __ConnectControls();
 
-  // Bodies of the slots. Each returns the status to report.
+  // What every slot runs in; each body returns the status to report.
+  struct SOperation;
+  struct SOutcome;
   template <typename TBody>
   void __RunSlot(TBody fnBody);
-  int32_t __ChangeFrameCount(int nValue);
-  int32_t __ChangeExpectGray(int nValue);
-  int32_t __ChangeExpectGrayBox(int nValue);
-  int32_t __AcquireDark(ffc::dialog::CSlotScope &slot);
-  int32_t __AcquireBright(ffc::dialog::CSlotScope &slot);
-  int32_t __Execute(ffc::dialog::CSlotScope &slot);
-  int32_t __ShowInfo(bool bStatus);
-  int32_t __SwitchPreview(bool checked);
-  int32_t __LoadFlash(ffc::dialog::CSlotScope &slot);
-  int32_t __SaveFlash(ffc::dialog::CSlotScope &slot);
-  int32_t __LoadFile();
-  int32_t __SaveFile();
+  SOutcome __RunOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
+  int32_t __BeginOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
+  void __EndUncorrected(int32_t nStatus, bool bPreview);
 
   // Helpers of the slots.
   /// To be asked again after everything that may open an event loop or call the host.
   bool __IsReady() const { return m_pUi != nullptr && m_pProcess != nullptr; }
   bool __IsHostMode() const { return !m_bModeFeatureAvailable; }
   int32_t __CheckAcquisition();
-  template <typename TOperation>
-  int32_t __CallProcess(TOperation fnOperation);
-  template <typename TOperation>
-  int32_t __Acquire(TOperation fnOperation);
   void __UncheckStoppedPreview();
   void __ShowDarkVerdict();
   int32_t __AcceptBright();
-  void __ShowExecuteResult(int32_t nStatus);
+  void __ShowExecuteResult();
   void __ShowPrompt(const QString &strText, Qt::GlobalColor eColor);
-  void __ForgetExecution();
   void __ApplyEnableRule();
   void __SetPreview(bool bAvailableAndOn);
   void __SetFrameCount(uint32_t nFrameCount);

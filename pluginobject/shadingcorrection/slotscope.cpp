@@ -87,6 +87,16 @@ CSlotScope::~CSlotScope()
   }
 }
 
+void CSlotScope::BeBusy(EBusy eBusy, QWidget *pButton)
+{
+  if (eBusy != EBusy::No) {
+    m_busy.emplace(pButton);
+  }
+  if (eBusy == EBusy::Button) {
+    CBusyScope::Paint();
+  }
+}
+
 void CSlotScope::PopCursor()
 {
   if (m_busy.has_value()) {

@@ -36,6 +36,13 @@ private:
   bool m_bCursor = true;
 };
 
+/// What the user sees of a slot that takes long.
+enum class EBusy {
+  No,
+  Cursor, ///< a wait cursor
+  Button, ///< a wait cursor, and the slot's button out of use
+};
+
 class CSlotScope;
 
 /// The slots of one window that are on the stack. Whoever opens an event loop within one of them (a message box, a
@@ -65,8 +72,9 @@ public:
   CSlotScope(const CSlotScope &) = delete;
   CSlotScope &operator=(const CSlotScope &) = delete;
 
-  /// Shows a wait cursor and disables a button, if one is given, until the end of the scope. Once.
-  void BeBusy(QWidget *pButton = nullptr) { m_busy.emplace(pButton); }
+  /// Until the end of the scope. Once. Opens an event loop when a button is disabled, so that it is painted so.
+  /// \param pButton for EBusy::Button
+  void BeBusy(EBusy eBusy, QWidget *pButton = nullptr);
   void PopCursor();
   /// The end of the scope, with what the disabled button got meanwhile dropped. Opens an event loop.
   void EndBusy();
