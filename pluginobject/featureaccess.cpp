@@ -5,6 +5,8 @@
 
 #include "pluginobject/statuscode.h"
 
+namespace ffc::pluginobject {
+
 namespace {
 
 GenApi::INode *FindNode(GenApi::INodeMap *pNodeMap, const char *pName)
@@ -236,3 +238,5 @@ int32_t CFeatureAccess::ExecuteCommand(const char *pName) const
 {
   return AccessValue<GenApi::ICommand>(*m_ppNodeMap, pName, [](GenApi::ICommand &node) { node.Execute(); });
 }
+
+} // namespace ffc::pluginobject

@@ -9,6 +9,8 @@
 
 #include <GenApi/GenApi.h>
 
+namespace ffc::pluginobject {
+
 /// Typed access to the features of one node map.
 ///
 /// Every operation returns 0; PLUGIN_STATUS_INVALID_PARAM for a missing name, buffer or feature;
@@ -64,3 +66,8 @@ public:
 private:
   std::shared_ptr<GenApi::INodeMap *> m_ppNodeMap;
 };
+
+} // namespace ffc::pluginobject
+
+// Until those who use them name the room.
+using ffc::pluginobject::CFeatureAccess;

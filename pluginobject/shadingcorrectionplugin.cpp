@@ -9,6 +9,11 @@
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/statuscode.h"
 
+using ffc::platform::QueryModuleVersion;
+using ffc::pluginobject::CFeatureAccess;
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
+
 namespace {
 
 constexpr int32_t LANGUAGE_CHINESE = 1;
@@ -126,7 +131,7 @@ bool CShadingCorrectionPlugin::IsDialogHidden()
 
 const char *CShadingCorrectionPlugin::GetStatusText(int32_t nStatus)
 {
-  const char *const pSource = GetStatusSourceText(nStatus, EStatusTextAudience::Host);
+  const char *const pSource = GetStatusSourceText(nStatus, ETextAudience::Host);
   try {
     m_strLastStatusText = QObject::tr(pSource).toStdString();
     return m_strLastStatusText.c_str();

@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QPixmap>
 
-#include "pluginobject/shadingcorrection/framecountposition.h"
 #include "pluginobject/shadingcorrection/toolstitlebar.h"
 #include "pluginobject/statuscode.h"
 #include "ui_shadingcorrectiondlg.h"
@@ -256,7 +255,7 @@ void CShadingCorrectionDlg::Retire()
   disconnect(this, &CShadingCorrectionDlg::SigDlgStatusChanged, nullptr, nullptr);
   ReleaseProcess();
   m_pLiveFrames->Detach();
-  for (CFeatureAccess *pFeatures : {&m_deviceFeatures, &m_outputFeatures, &m_streamFeatures}) {
+  for (ffc::pluginobject::CFeatureAccess *pFeatures : {&m_deviceFeatures, &m_outputFeatures, &m_streamFeatures}) {
     pFeatures->Detach();
   }
   if (m_slots.IsEmpty()) {
@@ -279,13 +278,13 @@ void CShadingCorrectionDlg::SetDialogTitle(const QString &strTitle)
 void CShadingCorrectionDlg::showEvent(QShowEvent *pEvent)
 {
   const ffc::dialog::CSlotScope slot(m_slots); // the host may end the service when it hears of this
-  emit SigDlgStatusChanged(MakePluginMsg(PLUGIN_MSG_DIALOG_SHOWN));
+  emit SigDlgStatusChanged(ffc::pluginobject::MakePluginMsg(PLUGIN_MSG_DIALOG_SHOWN));
   QDialog::showEvent(pEvent);
 }
 
 void CShadingCorrectionDlg::hideEvent(QHideEvent *pEvent)
 {
   const ffc::dialog::CSlotScope slot(m_slots);
-  emit SigDlgStatusChanged(MakePluginMsg(PLUGIN_MSG_DIALOG_HIDDEN));
+  emit SigDlgStatusChanged(ffc::pluginobject::MakePluginMsg(PLUGIN_MSG_DIALOG_HIDDEN));
   QWidget::hideEvent(pEvent);
 }

@@ -137,9 +137,9 @@ private:
   int32_t m_nFrameSliderPos = 0;
   int32_t m_nExpectGray = 0;
   std::unique_ptr<Ui::ShadingCorrectionDlg> m_pUi;
-  CFeatureAccess m_outputFeatures;
-  CFeatureAccess m_streamFeatures;
-  CFeatureAccess m_deviceFeatures;
+  ffc::pluginobject::CFeatureAccess m_outputFeatures;
+  ffc::pluginobject::CFeatureAccess m_streamFeatures;
+  ffc::pluginobject::CFeatureAccess m_deviceFeatures;
   FnCreateProcess m_fnCreateProcess;
   const std::shared_ptr<ffc::dialog::CLiveFrames> m_pLiveFrames;
   // Shared with the slots that are on the stack. Destroyed before the features that it uses.

@@ -16,6 +16,11 @@
 #include "pluginobject/statuscode.h"
 #include "ui_shadingcorrectiondlg.h"
 
+using ffc::dialog::CSlotScope;
+using ffc::dialog::EBusy;
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
+
 namespace {
 
 constexpr Qt::GlobalColor SUCCESS_COLOUR = Qt::black;
@@ -58,9 +63,6 @@ QString DescribeException()
 }
 
 } // namespace
-
-using ffc::dialog::CSlotScope;
-using ffc::dialog::EBusy;
 
 // An operation of the process, and what is to hold while it runs.
 struct CShadingCorrectionDlg::SOperation {
@@ -168,7 +170,7 @@ void CShadingCorrectionDlg::__EndUncorrected(int32_t nStatus, bool bPreview)
 // Silent when an acquisition makes no sense now and there is nothing to be said about it.
 int32_t CShadingCorrectionDlg::__CheckAcquisition()
 {
-  const int32_t nStatus = CheckDeliveredImage(m_outputFeatures, m_deviceFeatures);
+  const int32_t nStatus = ffc::dialog::CheckDeliveredImage(m_outputFeatures, m_deviceFeatures);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus == PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED ? nStatus : PLUGIN_STATUS_SILENT;
   }
@@ -189,7 +191,7 @@ void CShadingCorrectionDlg::__UncheckStoppedPreview()
 void CShadingCorrectionDlg::__ReportStatus(int32_t nStatus)
 {
   if (nStatus != PLUGIN_STATUS_SUCCESS && nStatus != PLUGIN_STATUS_SILENT && !m_bRetired) {
-    __ShowError(QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Dialog)));
+    __ShowError(QObject::tr(GetStatusSourceText(nStatus, ETextAudience::Dialog)));
   }
 }
 
@@ -233,7 +235,7 @@ void CShadingCorrectionDlg::__SetPreview(bool bAvailableAndOn)
 void CShadingCorrectionDlg::__SetFrameCount(uint32_t nFrameCount)
 {
   m_nFrameCount = static_cast<int32_t>(nFrameCount);
-  m_nFrameSliderPos = FrameCountToPosition(m_nFrameCount);
+  m_nFrameSliderPos = ffc::dialog::FrameCountToPosition(m_nFrameCount);
   m_pFrameCountSlider->setValue(m_nFrameSliderPos);
 }
 
@@ -242,8 +244,8 @@ void CShadingCorrectionDlg::Slot_objAcquisitionFrame_Slider_valueChanged(int nVa
   __RunSlot([this, nValue](CSlotScope &) {
     int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
     if (__IsReady()) {
-      const int nPosition = SnapPosition(nValue);
-      m_nFrameCount = PositionToFrameCount(nPosition);
+      const int nPosition = ffc::dialog::SnapPosition(nValue);
+      m_nFrameCount = ffc::dialog::PositionToFrameCount(nPosition);
       nStatus = m_pProcess->SetFrameCount("FFCFrameCount_" + std::to_string(m_nFrameCount));
       if (nStatus == PLUGIN_STATUS_SUCCESS) {
         m_nFrameSliderPos = nPosition;
@@ -459,7 +461,7 @@ void CShadingCorrectionDlg::Slot_objSavePC_Button_clicked()
       __RunOperation(slot, {&IShadingCorrectionProcess::SaveToFile, EFrames::AsTheyAre, EBusy::No}).nStatus;
     if (m_bRetired && nStatus != PLUGIN_STATUS_SUCCESS && nStatus != PLUGIN_STATUS_SILENT) {
       // The camera went while the user chose a file: that nothing is in it must be said all the same.
-      __ShowError(QObject::tr(GetStatusSourceText(nStatus, EStatusTextAudience::Dialog)));
+      __ShowError(QObject::tr(GetStatusSourceText(nStatus, ETextAudience::Dialog)));
     }
     return nStatus;
   });

@@ -4,6 +4,10 @@
 
 #include "tests/pluginobject/pluginfixture.h"
 
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 class PluginIdentity : public CPluginTest {};
@@ -62,7 +66,7 @@ TEST_F(PluginIdentity, AModuleWithoutAVersionIsVersionZero)
 TEST_F(PluginIdentity, StatusTextsAreThoseForHostsByteForByte)
 {
   for (int32_t nStatus = -1025; nStatus <= 5; ++nStatus) {
-    EXPECT_STREQ(m_pPlugin->GetStatusText(nStatus), GetStatusSourceText(nStatus, EStatusTextAudience::Host)) << nStatus;
+    EXPECT_STREQ(m_pPlugin->GetStatusText(nStatus), GetStatusSourceText(nStatus, ETextAudience::Host)) << nStatus;
   }
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1012), "Buffer size is error  ");
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1019), "Unknown error");

@@ -3,6 +3,8 @@
 
 #include "tests/pluginobject/pluginfixture.h"
 
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 class PluginMessage : public CPluginTest {

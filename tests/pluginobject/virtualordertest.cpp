@@ -4,6 +4,8 @@
 
 #include "tests/pluginobject/pluginfixture.h"
 
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 // QObject's own: metaObject, qt_metacast, qt_metacall, two entries of the destructor, event, eventFilter,

@@ -2,6 +2,10 @@
 #include "pluginobject/shadingcorrection/framecountposition.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using ffc::dialog::FrameCountToPosition;
+using ffc::dialog::PositionToFrameCount;
+using ffc::dialog::SnapPosition;
+
 using DialogControls = CDialogTest;
 
 TEST(FrameCountPosition, CountsAndPositionsBelongTogether)

@@ -7,6 +7,9 @@
 
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
+
 namespace {
 
 constexpr const char *EXECUTED = "FFC executed successfully";
@@ -342,8 +345,7 @@ TEST_F(DialogExecution, EveryStatusButTheSilentOnesIsReportedInItsWords)
   for (const int32_t nStatus : listStatuses) {
     m_stScript.nFileStatus = nStatus;
     if (nStatus != PLUGIN_STATUS_SILENT) {
-      EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }),
-                GetStatusSourceText(nStatus, EStatusTextAudience::Dialog))
+      EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }), GetStatusSourceText(nStatus, ETextAudience::Dialog))
         << nStatus;
     }
   }

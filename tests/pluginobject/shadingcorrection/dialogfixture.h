@@ -39,7 +39,8 @@ public:
     stParam.pStreamNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Stream());
     stParam.pDeviceNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Device());
     m_pDialog = std::make_unique<CShadingCorrectionDlg>(nullptr, stParam);
-    m_pDialog->SetProcessFactory([this](EProcessKind eKind, const CFeatureAccess &, const CFeatureAccess &,
+    m_pDialog->SetProcessFactory([this](EProcessKind eKind, const ffc::pluginobject::CFeatureAccess &,
+                                        const ffc::pluginobject::CFeatureAccess &,
                                         std::unique_ptr<IShadingCorrectionProcess> &pProcess) {
       m_eKind = eKind;
       if (m_nFactoryStatus == 0) {

@@ -12,6 +12,8 @@
 #include "pluginobject/shadingcorrection/toolstitlebar.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using ffc::pluginobject::MakePluginMsg;
+
 using DialogSetup = CDialogTest;
 
 TEST_F(DialogSetup, ACameraWithoutAModeFeatureIsCorrectedOnTheHost)
