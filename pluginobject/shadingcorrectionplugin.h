@@ -35,7 +35,7 @@ public:
   bool IsDialogVisible() override;
   bool IsDialogHidden() override;
   const char *GetStatusText(int32_t nStatus) override;
-  int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) override;
+  [[nodiscard]] int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) override;
   int32_t Uninitialize() override;
   int32_t ProcessImage(PLUGIN_IMAGE_INFO *pInput, PLUGIN_IMAGE_INFO *pOutput, uint32_t nMode,
                        PLUGIN_PROCESS_RESULT *pResult) override;
@@ -52,8 +52,8 @@ public:
   /// codec is set all the same
   virtual bool LoadTranslation(QString strPath);
   /// Builds the hidden dialog and its title. \return 0; -3 without device node map; -2 without memory
-  virtual int32_t CreateDialog(PLUGIN_INIT_PARAM *pInitParam);
-  virtual int32_t InitDialogProcess();
+  [[nodiscard]] virtual int32_t CreateDialog(PLUGIN_INIT_PARAM *pInitParam);
+  [[nodiscard]] virtual int32_t InitDialogProcess();
   virtual void CloseDialogProcess();
   virtual void DestroyDialog();
   virtual void ConnectDialogSignals();

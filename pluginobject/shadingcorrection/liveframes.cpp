@@ -147,7 +147,10 @@ void CLiveFrames::SetImageReady()
 
 uint32_t CLiveFrames::WaitImageRequest()
 {
-  return m_pProcess == nullptr ? uint32_t{platform::WAIT_RESULT_TIMEOUT} : m_pProcess->WaitImageRequest();
+  if (m_pProcess == nullptr) {
+    return platform::WAIT_RESULT_TIMEOUT;
+  }
+  return m_pProcess->WaitImageRequest();
 }
 
 void CLiveFrames::SetStopFlag(bool bStop)

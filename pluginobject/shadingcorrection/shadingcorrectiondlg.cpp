@@ -240,7 +240,7 @@ void CShadingCorrectionDlg::ReleaseProcess()
   // A slot on the stack may go on in the process, which then speaks to nobody.
   disconnect(m_pProcess.get(), nullptr, this, nullptr);
   if (m_bAcquiring) {
-    m_pProcess->RestoreDeviceParam();
+    (void)m_pProcess->RestoreDeviceParam(); // always 0
   }
   m_pLiveFrames->SetProcess(nullptr, false);
   m_pProcess.reset();

@@ -43,7 +43,7 @@ public:
   /// Replaces the maker of the correction process. Before InitDialog.
   void SetProcessFactory(FnCreateProcess fnCreateProcess);
   /// Builds the title bar, chooses and initialises the process, loads and connects the controls.
-  int32_t InitDialog();
+  [[nodiscard]] int32_t InitDialog();
   /// Ends the process's service. An acquisition that it is in the middle of puts the camera's settings back first.
   void ReleaseProcess();
   /// Releases the process, lets host and camera go, and deletes the dialog: at once, or, hidden, when the last of its
@@ -57,8 +57,8 @@ public:
   // Frame thread. Straight on; without a process each does nothing.
 
   /// See CLiveFrames::CorrectFrame.
-  int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat,
-                       bool &bCorrected)
+  [[nodiscard]] int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight,
+                                     uint32_t nPixelFormat, bool &bCorrected)
   {
     return m_pLiveFrames->CorrectFrame(pSource, pDestination, nWidth, nHeight, nPixelFormat, bCorrected);
   }
@@ -97,8 +97,8 @@ private:
   void __LoadStyleSheet();
   void __LoadWindowIcon();
   void __CreateTitleBar();
-  int32_t __ChooseProcess(EProcessKind &eKind, bool &bInert);
-  int32_t __CreateProcess();
+  [[nodiscard]] int32_t __ChooseProcess(EProcessKind &eKind, bool &bInert);
+  [[nodiscard]] int32_t __CreateProcess();
   void __DisableEverything();
   void __LoadControls();
   void __ConnectControls();
@@ -108,18 +108,18 @@ private:
   struct SOutcome;
   template <typename TBody>
   void __RunSlot(TBody fnBody);
-  SOutcome __RunOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
-  int32_t __BeginOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
+  [[nodiscard]] SOutcome __RunOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
+  [[nodiscard]] int32_t __BeginOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
   void __EndUncorrected(int32_t nStatus, bool bPreview);
 
   // Helpers of the slots.
   /// To be asked again after everything that may open an event loop or call the host.
   bool __IsReady() const { return m_pUi != nullptr && m_pProcess != nullptr; }
   bool __IsHostMode() const { return !m_bModeFeatureAvailable; }
-  int32_t __CheckAcquisition();
+  [[nodiscard]] int32_t __CheckAcquisition();
   void __UncheckStoppedPreview();
   void __ShowDarkVerdict();
-  int32_t __AcceptBright();
+  [[nodiscard]] int32_t __AcceptBright();
   void __ShowExecuteResult();
   void __ShowPrompt(const QString &strText, Qt::GlobalColor eColor);
   void __ApplyEnableRule();

@@ -16,8 +16,12 @@
 #include "pluginobject/statuscode.h"
 #include "ui_shadingcorrectiondlg.h"
 
+using ffc::dialog::CheckDeliveredImage;
 using ffc::dialog::CSlotScope;
 using ffc::dialog::EBusy;
+using ffc::dialog::FrameCountToPosition;
+using ffc::dialog::PositionToFrameCount;
+using ffc::dialog::SnapPosition;
 using ffc::pluginobject::ETextAudience;
 using ffc::pluginobject::GetStatusSourceText;
 
@@ -170,7 +174,7 @@ void CShadingCorrectionDlg::__EndUncorrected(int32_t nStatus, bool bPreview)
 // Silent when an acquisition makes no sense now and there is nothing to be said about it.
 int32_t CShadingCorrectionDlg::__CheckAcquisition()
 {
-  const int32_t nStatus = ffc::dialog::CheckDeliveredImage(m_outputFeatures, m_deviceFeatures);
+  const int32_t nStatus = CheckDeliveredImage(m_outputFeatures, m_deviceFeatures);
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus == PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED ? nStatus : PLUGIN_STATUS_SILENT;
   }
@@ -235,7 +239,7 @@ void CShadingCorrectionDlg::__SetPreview(bool bAvailableAndOn)
 void CShadingCorrectionDlg::__SetFrameCount(uint32_t nFrameCount)
 {
   m_nFrameCount = static_cast<int32_t>(nFrameCount);
-  m_nFrameSliderPos = ffc::dialog::FrameCountToPosition(m_nFrameCount);
+  m_nFrameSliderPos = FrameCountToPosition(m_nFrameCount);
   m_pFrameCountSlider->setValue(m_nFrameSliderPos);
 }
 
@@ -244,8 +248,8 @@ void CShadingCorrectionDlg::Slot_objAcquisitionFrame_Slider_valueChanged(int nVa
   __RunSlot([this, nValue](CSlotScope &) {
     int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
     if (__IsReady()) {
-      const int nPosition = ffc::dialog::SnapPosition(nValue);
-      m_nFrameCount = ffc::dialog::PositionToFrameCount(nPosition);
+      const int nPosition = SnapPosition(nValue);
+      m_nFrameCount = PositionToFrameCount(nPosition);
       nStatus = m_pProcess->SetFrameCount("FFCFrameCount_" + std::to_string(m_nFrameCount));
       if (nStatus == PLUGIN_STATUS_SUCCESS) {
         m_nFrameSliderPos = nPosition;
