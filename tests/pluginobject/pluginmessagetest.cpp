@@ -167,3 +167,22 @@ TEST_F(PluginProperty, WithNowhereToStoreItIsAnInvalidParameter)
   ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, nullptr), PLUGIN_STATUS_INVALID_PARAM);
 }
+
+TEST_F(PluginMessage, AHostMayEndTheServiceWhileAnAcquisitionReadsItsFeatures)
+{
+  const auto fnUninitialize = [this] {
+    m_pPlugin->Uninitialize();
+    return 1;
+  };
+  for (const auto fnSlot : {&CShadingCorrectionDlg::Slot_objAcquisitionDarkFrame_Button_clicked,
+                            &CShadingCorrectionDlg::Slot_objAcquisitionBrightFrame_Button_clicked}) {
+    ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
+    m_stScript.listCalls.clear();
+    m_camera.Output().Find<ffc::genapi::CSoftwareInteger>("OutputHeight")->OnRead(fnUninitialize);
+    (FindDialog()->*fnSlot)();
+    EXPECT_TRUE(m_stScript.bDestroyed);
+    EXPECT_TRUE(m_stScript.listCalls.empty());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(FindDialog(), nullptr);
+  }
+}
