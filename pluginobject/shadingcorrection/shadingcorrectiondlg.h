@@ -34,7 +34,7 @@ class CShadingCorrectionDlg : public QDialog {
   Q_OBJECT
 
 public:
-  /// \param pLiveFrames the frames' way to the process that the dialog will have; its gate is the host's side's
+  /// \param pLiveFrames the frames' way to the process that the dialog will have; its gate is the caller's to open
   CShadingCorrectionDlg(
     QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam,
     std::shared_ptr<ffc::dialog::CLiveFrames> pLiveFrames = std::make_shared<ffc::dialog::CLiveFrames>());
