@@ -119,6 +119,13 @@ constexpr const SPixelFormat *FindPixelFormat(std::string_view strName)
   return nullptr;
 }
 
+/// Whether the code is that of a Bayer format of the table.
+constexpr bool IsBayerFormat(uint32_t nCode)
+{
+  const SPixelFormat *pFormat = FindPixelFormat(nCode);
+  return pFormat != nullptr && pFormat->IsBayer();
+}
+
 /// The code of a format that the table has; of any other name, where it is a constant, there is no code to compile.
 constexpr uint32_t GetPixelFormatCode(std::string_view strName)
 {

@@ -10,6 +10,3 @@ namespace ffc::platform {
 void KeepModuleResident();
 
 } // namespace ffc::platform
-
-// Until those who use them name the room.
-using ffc::platform::KeepModuleResident;

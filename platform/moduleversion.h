@@ -21,6 +21,3 @@ bool QueryModuleVersion(uint16_t (&anVersion)[4], std::string &strError);
 bool QueryModuleFileVersion(const std::string &strPath, uint16_t (&anVersion)[4], std::string &strError);
 
 } // namespace ffc::platform
-
-// Until those who use them name the room.
-using ffc::platform::QueryModuleVersion;

@@ -5,6 +5,8 @@
 
 #include "pluginobject/statuscode.h"
 
+namespace ffc::pluginobject {
+
 namespace {
 
 GenApi::INode *FindNode(GenApi::INodeMap *pNodeMap, const char *pName)
@@ -57,7 +59,7 @@ int32_t AccessRegister(GenApi::INodeMap *pNodeMap, const char *pName, const uint
   if (pBuffer == nullptr) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  return Access<GenApi::IRegister>(pNodeMap, pName, [&](GenApi::IRegister &node) -> int32_t {
+  return Access<GenApi::IRegister>(pNodeMap, pName, [&](GenApi::IRegister &node) {
     if (node.GetLength() != nLength) {
       return PLUGIN_STATUS_ROI_MISMATCH;
     }
@@ -70,7 +72,7 @@ int32_t AccessRegister(GenApi::INodeMap *pNodeMap, const char *pName, const uint
 template <typename TAccess>
 int32_t AccessCurrentEntry(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAccess)
 {
-  return Access<GenApi::IEnumeration>(pNodeMap, pName, [&](GenApi::IEnumeration &node) -> int32_t {
+  return Access<GenApi::IEnumeration>(pNodeMap, pName, [&](GenApi::IEnumeration &node) {
     GenApi::IEnumEntry *pEntry = node.GetCurrentEntry();
     if (pEntry == nullptr) {
       return PLUGIN_STATUS_FEATURE_ERROR;
@@ -84,7 +86,7 @@ int32_t AccessCurrentEntry(GenApi::INodeMap *pNodeMap, const char *pName, TAcces
 template <typename TInterface, typename TAccess>
 int32_t AccessValue(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAccess)
 {
-  return Access<TInterface>(pNodeMap, pName, [&](TInterface &node) -> int32_t {
+  return Access<TInterface>(pNodeMap, pName, [&](TInterface &node) {
     fnAccess(node);
     return PLUGIN_STATUS_SUCCESS;
   });
@@ -149,7 +151,7 @@ int32_t CFeatureAccess::RestoreFloatFeature(const char *pName, float fValue) con
   if (nStatus != PLUGIN_STATUS_FEATURE_ERROR) {
     return nStatus;
   }
-  return Access<GenApi::IFloat>(*m_ppNodeMap, pName, [&](GenApi::IFloat &node) -> int32_t {
+  return Access<GenApi::IFloat>(*m_ppNodeMap, pName, [&](GenApi::IFloat &node) {
     const std::optional<double> dLimit = FindPassedLimit(node, fValue);
     if (!dLimit.has_value()) {
       return PLUGIN_STATUS_FEATURE_ERROR;
@@ -236,3 +238,5 @@ int32_t CFeatureAccess::ExecuteCommand(const char *pName) const
 {
   return AccessValue<GenApi::ICommand>(*m_ppNodeMap, pName, [](GenApi::ICommand &node) { node.Execute(); });
 }
+
+} // namespace ffc::pluginobject

@@ -9,6 +9,8 @@
 
 #include <GenApi/GenApi.h>
 
+namespace ffc::pluginobject {
+
 /// Typed access to the features of one node map.
 ///
 /// Every operation returns 0; PLUGIN_STATUS_INVALID_PARAM for a missing name, buffer or feature;
@@ -28,39 +30,44 @@ public:
 
   /// Whether the feature exists and is implemented. A missing feature is no failure; a null name is, and
   /// also answers false.
-  int32_t IsFeatureImplemented(const char *pName, bool &bImplemented) const;
+  [[nodiscard]] int32_t IsFeatureImplemented(const char *pName, bool &bImplemented) const;
   /// Whether the feature exists and can be written now.
-  int32_t IsFeatureWritable(const char *pName, bool &bWritable) const;
+  [[nodiscard]] int32_t IsFeatureWritable(const char *pName, bool &bWritable) const;
 
-  int32_t GetIntFeature(const char *pName, int64_t &nValue) const;
-  int32_t SetIntFeature(const char *pName, int64_t nValue) const;
-  int32_t GetFloatFeature(const char *pName, float &fValue) const;
-  int32_t SetFloatFeature(const char *pName, float fValue) const;
+  [[nodiscard]] int32_t GetIntFeature(const char *pName, int64_t &nValue) const;
+  [[nodiscard]] int32_t SetIntFeature(const char *pName, int64_t nValue) const;
+  [[nodiscard]] int32_t GetFloatFeature(const char *pName, float &fValue) const;
+  [[nodiscard]] int32_t SetFloatFeature(const char *pName, float fValue) const;
   /// Writes a value back that was read as a float. A limit of the feature that no float has, such as 24.1, was read as
   /// one beyond it: the limit itself is written then.
-  int32_t RestoreFloatFeature(const char *pName, float fValue) const;
-  int32_t GetBoolFeature(const char *pName, bool &bValue) const;
-  int32_t SetBoolFeature(const char *pName, bool bValue) const;
+  [[nodiscard]] int32_t RestoreFloatFeature(const char *pName, float fValue) const;
+  [[nodiscard]] int32_t GetBoolFeature(const char *pName, bool &bValue) const;
+  [[nodiscard]] int32_t SetBoolFeature(const char *pName, bool bValue) const;
 
   /// Symbolic name of the current entry.
-  int32_t GetEnumFeature(const char *pName, std::string &strValue) const;
+  [[nodiscard]] int32_t GetEnumFeature(const char *pName, std::string &strValue) const;
   /// Integer value of the current entry.
-  int32_t GetEnumIntFeature(const char *pName, int64_t &nValue) const;
-  int32_t SetEnumFeature(const char *pName, std::string strValue) const;
+  [[nodiscard]] int32_t GetEnumIntFeature(const char *pName, int64_t &nValue) const;
+  [[nodiscard]] int32_t SetEnumFeature(const char *pName, std::string strValue) const;
   /// Symbolic names of the implemented and available entries, in the node map's order.
-  int32_t GetEnumEntries(const char *pName, std::vector<std::string> &listEntries) const;
+  [[nodiscard]] int32_t GetEnumEntries(const char *pName, std::vector<std::string> &listEntries) const;
 
-  int32_t GetStringFeature(const char *pName, std::string &strValue) const;
-  int32_t SetStringFeature(const char *pName, std::string strValue) const;
+  [[nodiscard]] int32_t GetStringFeature(const char *pName, std::string &strValue) const;
+  [[nodiscard]] int32_t SetStringFeature(const char *pName, std::string strValue) const;
 
   /// Length of a register in bytes.
-  int32_t GetRegisterLength(const char *pName, int64_t &nLength) const;
+  [[nodiscard]] int32_t GetRegisterLength(const char *pName, int64_t &nLength) const;
   /// \param nLength must be the register's length
-  int32_t ReadRegisterFeature(const char *pName, uint8_t *pBuffer, int64_t nLength) const;
-  int32_t WriteRegisterFeature(const char *pName, const uint8_t *pBuffer, int64_t nLength) const;
+  [[nodiscard]] int32_t ReadRegisterFeature(const char *pName, uint8_t *pBuffer, int64_t nLength) const;
+  [[nodiscard]] int32_t WriteRegisterFeature(const char *pName, const uint8_t *pBuffer, int64_t nLength) const;
 
-  int32_t ExecuteCommand(const char *pName) const;
+  [[nodiscard]] int32_t ExecuteCommand(const char *pName) const;
 
 private:
   std::shared_ptr<GenApi::INodeMap *> m_ppNodeMap;
 };
+
+} // namespace ffc::pluginobject
+
+// Until those who use them name the room.
+using ffc::pluginobject::CFeatureAccess;

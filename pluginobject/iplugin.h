@@ -46,7 +46,7 @@ public:
   virtual bool IsDialogHidden() = 0;
   /// Translated text of a status code, UTF-8, the English one without memory; valid until the next call.
   virtual const char *GetStatusText(int32_t nStatus) = 0;
-  virtual int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) = 0;
+  [[nodiscard]] virtual int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) = 0;
   virtual int32_t Uninitialize() = 0;
   /// Entry of every frame. A frame of fewer bytes than its pixels take is not corrected; the output's buffer must
   /// have room for as many pixels as the input has.
@@ -67,7 +67,7 @@ public:
   /// \param nKey EPluginProperty
   /// \param pInput further input that a key may ask for
   /// \return 0, or -4 for an unknown key, with the value untouched
-  virtual int32_t GetProperty(uint32_t nKey, const QVariant *pInput, QVariant *pValue);
+  [[nodiscard]] virtual int32_t GetProperty(uint32_t nKey, const QVariant *pInput, QVariant *pValue);
 };
 
 extern "C" {

@@ -15,7 +15,7 @@ extern "C" {
 FFC_EXPORT IPlugin *CreatePluginObject()
 {
   try {
-    KeepModuleResident();
+    ffc::platform::KeepModuleResident();
     return new CShadingCorrectionPlugin;
   } catch (...) {
     return nullptr;

@@ -32,9 +32,3 @@ int64_t GetUnpackedPayloadSize(uint32_t nPixelFormat, int64_t nWidth, int64_t nH
   }
   return nWidth * nHeight * BYTES_PER_SAMPLE;
 }
-
-bool IsBayerPixelFormat(uint32_t nPixelFormat)
-{
-  const SPixelFormat *pFormat = FindPixelFormat(nPixelFormat);
-  return pFormat != nullptr && pFormat->IsBayer();
-}

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <type_traits>
 
+namespace ffc::pluginobject {
+
 PLUGIN_MSG MakePluginMsg(EPluginMsgCode eCode)
 {
   static_assert(std::is_trivially_copyable_v<PLUGIN_MSG>);
@@ -11,3 +13,5 @@ PLUGIN_MSG MakePluginMsg(EPluginMsgCode eCode)
   stPluginMsg.nMsgCode = eCode;
   return stPluginMsg;
 }
+
+} // namespace ffc::pluginobject

@@ -115,5 +115,12 @@ static_assert(sizeof(PLUGIN_VERSION) == 8);
 
 Q_DECLARE_METATYPE(PLUGIN_MSG)
 
+namespace ffc::pluginobject {
+
 /// A message with all 252 bytes zero but its code, as every sender makes it.
 PLUGIN_MSG MakePluginMsg(EPluginMsgCode eCode);
+
+} // namespace ffc::pluginobject
+
+// Until those who use them name the room.
+using ffc::pluginobject::MakePluginMsg;

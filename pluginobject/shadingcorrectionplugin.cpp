@@ -1,16 +1,18 @@
 #include "pluginobject/shadingcorrectionplugin.h"
 
-#include <algorithm>
 #include <new>
 
 #include <QCoreApplication>
 #include <QTextCodec>
 
-#include "genapi/pfnc.h"
-#include "platform/event.h"
 #include "platform/moduleversion.h"
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/statuscode.h"
+
+using ffc::platform::QueryModuleVersion;
+using ffc::pluginobject::CFeatureAccess;
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
 
 namespace {
 
@@ -25,15 +27,6 @@ QString GetTranslatedName()
 QString AppendDeviceName(const QString &strDeviceName)
 {
   return GetTranslatedName() + QStringLiteral("  ") + strDeviceName;
-}
-
-// Whether a frame's buffer has all the pixels that a correction reads: more than one byte for each only where the
-// format's code says that a pixel takes 16 bits.
-bool HasAllPixels(const PLUGIN_IMAGE_INFO &stImage)
-{
-  const bool bWords = ffc::genapi::GetBitsPerPixel(static_cast<uint32_t>(stImage.nPixelFormat)) == 16;
-  const int64_t nPixels = std::max<int64_t>(stImage.nWidth, 0) * std::max<int64_t>(stImage.nHeight, 0);
-  return nPixels * (bWords ? 2 : 1) <= std::max(stImage.nPayloadSize, 0);
 }
 
 PLUGIN_VERSION ReadModuleVersion()
@@ -138,7 +131,7 @@ bool CShadingCorrectionPlugin::IsDialogHidden()
 
 const char *CShadingCorrectionPlugin::GetStatusText(int32_t nStatus)
 {
-  const char *const pSource = GetStatusSourceText(nStatus, EStatusTextAudience::Host);
+  const char *const pSource = GetStatusSourceText(nStatus, ETextAudience::Host);
   try {
     m_strLastStatusText = QObject::tr(pSource).toStdString();
     return m_strLastStatusText.c_str();
@@ -172,7 +165,7 @@ int32_t CShadingCorrectionPlugin::Initialize(PLUGIN_INIT_PARAM *pInitParam)
       return nStatus;
     }
     ConnectDialogSignals();
-    m_gateFrames.Open();
+    m_pLiveFrames->Open();
     return PLUGIN_STATUS_SUCCESS;
   } catch (const std::bad_alloc &) {
     return PLUGIN_STATUS_OUT_OF_MEMORY;
@@ -195,43 +188,17 @@ int32_t CShadingCorrectionPlugin::ProcessImage(PLUGIN_IMAGE_INFO *pInput, PLUGIN
       nMode != PLUGIN_PROCESS_MODE_FRAME) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  const CFrameGate::CPass pass(m_gateFrames);
-  if (!pass.IsGranted()) {
-    return PLUGIN_STATUS_SUCCESS;
-  }
-  if (m_pDialog->IsColorCamera() &&
-      !CShadingCorrectionDlg::IsPixelFormatSupported(static_cast<uint32_t>(pInput->nPixelFormat))) {
-    m_pDialog->SetStopFlag(true);
-    return PLUGIN_STATUS_INVALID_PARAM;
-  }
-  m_pDialog->SetStopFlag(false);
+  int32_t nStatus = PLUGIN_STATUS_SUCCESS;
   bool bCorrected = false;
   try {
-    __ProcessFrame(*pInput, *pOutput, bCorrected);
+    nStatus = m_pLiveFrames->ProcessFrame(*pInput, *pOutput, bCorrected);
   } catch (...) {
-    // What could not be told is told with a later frame; this one is what it became so far.
+    // This frame is what it became so far.
   }
   if (bCorrected && pResult != nullptr) {
     pResult->bCorrected = 1;
   }
-  return PLUGIN_STATUS_SUCCESS;
-}
-
-// A frame that the process asked for is handed over; any other is offered for correction.
-void CShadingCorrectionPlugin::__ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, bool &bCorrected)
-{
-  if (m_pDialog->WaitImageRequest() == WAIT_RESULT_SIGNALLED) {
-    m_pDialog->ReceiveImage(stInput.pBuffer, static_cast<uint32_t>(std::max(stInput.nPayloadSize, 0)));
-    m_pDialog->SetImageReady();
-    return;
-  }
-  // An incomplete frame is left alone; the next one may be whole.
-  if (!HasAllPixels(stInput)) {
-    return;
-  }
-  // Only an image that was really written counts: CorrectFrame also succeeds when there is nothing to do.
-  (void)m_pDialog->CorrectFrame(stInput.pBuffer, stOutput.pBuffer, static_cast<uint32_t>(stInput.nWidth),
-                                stInput.nHeight, static_cast<uint32_t>(stInput.nPixelFormat), bCorrected);
+  return nStatus;
 }
 
 int32_t CShadingCorrectionPlugin::GetProperty(uint32_t nKey, const QVariant * /*pInput*/, QVariant *pValue)
@@ -292,7 +259,7 @@ int32_t CShadingCorrectionPlugin::CreateDialog(PLUGIN_INIT_PARAM *pInitParam)
     m_parentDestroyed = connect(pInitParam->pParent, &QObject::destroyed, this, [this] { DestroyDialog(); });
   }
   try {
-    m_pDialog = new CShadingCorrectionDlg(pInitParam->pParent, *pInitParam);
+    m_pDialog = new CShadingCorrectionDlg(pInitParam->pParent, *pInitParam, m_pLiveFrames);
   } catch (const std::bad_alloc &) {
     return PLUGIN_STATUS_OUT_OF_MEMORY;
   }
@@ -320,7 +287,7 @@ int32_t CShadingCorrectionPlugin::InitDialogProcess()
 
 void CShadingCorrectionPlugin::CloseDialogProcess()
 {
-  m_gateFrames.Close();
+  m_pLiveFrames->Close();
   if (m_pDialog != nullptr) {
     m_pDialog->ReleaseProcess();
   }
@@ -328,7 +295,7 @@ void CShadingCorrectionPlugin::CloseDialogProcess()
 
 void CShadingCorrectionPlugin::DestroyDialog()
 {
-  m_gateFrames.Close();
+  m_pLiveFrames->Close();
   disconnect(m_parentDestroyed);
   if (m_pDialog != nullptr) {
     CShadingCorrectionDlg *pDialog = m_pDialog;

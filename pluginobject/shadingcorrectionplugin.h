@@ -10,12 +10,12 @@
 #include <QString>
 #include <QTranslator>
 
-#include "pluginobject/framegate.h"
 #include "pluginobject/iplugin.h"
+#include "pluginobject/shadingcorrection/liveframes.h"
 #include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
 
-/// The one object that a host creates: identity, translation, and the correction dialog, to which it
-/// passes frames and whose messages it relays.
+/// The one object that a host creates: identity, translation, the correction dialog, whose messages it relays, and
+/// the way of frames to the dialog's process.
 class CShadingCorrectionPlugin : public IPluginExtended {
   Q_OBJECT
 
@@ -35,7 +35,7 @@ public:
   bool IsDialogVisible() override;
   bool IsDialogHidden() override;
   const char *GetStatusText(int32_t nStatus) override;
-  int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) override;
+  [[nodiscard]] int32_t Initialize(PLUGIN_INIT_PARAM *pInitParam) override;
   int32_t Uninitialize() override;
   int32_t ProcessImage(PLUGIN_IMAGE_INFO *pInput, PLUGIN_IMAGE_INFO *pOutput, uint32_t nMode,
                        PLUGIN_PROCESS_RESULT *pResult) override;
@@ -52,8 +52,8 @@ public:
   /// codec is set all the same
   virtual bool LoadTranslation(QString strPath);
   /// Builds the hidden dialog and its title. \return 0; -3 without device node map; -2 without memory
-  virtual int32_t CreateDialog(PLUGIN_INIT_PARAM *pInitParam);
-  virtual int32_t InitDialogProcess();
+  [[nodiscard]] virtual int32_t CreateDialog(PLUGIN_INIT_PARAM *pInitParam);
+  [[nodiscard]] virtual int32_t InitDialogProcess();
   virtual void CloseDialogProcess();
   virtual void DestroyDialog();
   virtual void ConnectDialogSignals();
@@ -62,7 +62,6 @@ private:
   const char *__KeepText(const QString &strText);
   void __ProcessMessage(const PLUGIN_MSG &stPluginMsg);
   QString __GetTitle(const PLUGIN_INIT_PARAM &stInitParam) const;
-  void __ProcessFrame(PLUGIN_IMAGE_INFO &stInput, PLUGIN_IMAGE_INFO &stOutput, bool &bCorrected);
 
   // The dialog in service.
   QPointer<CShadingCorrectionDlg> m_pDialog;
@@ -79,6 +78,6 @@ private:
   const char *m_pDisplayName = "";
   const char *m_pDescription = "";
   std::string m_strLastStatusText;
-  // Open while the dialog and its process can take frames.
-  CFrameGate m_gateFrames;
+  // The frames' way past the dialog. It never changes, so that the frame thread may ask for it at any time.
+  const std::shared_ptr<ffc::dialog::CLiveFrames> m_pLiveFrames = std::make_shared<ffc::dialog::CLiveFrames>();
 };

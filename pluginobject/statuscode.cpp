@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace ffc::pluginobject {
+
 namespace {
 
 constexpr const char *UNKNOWN_ERROR = QT_TRANSLATE_NOOP("QObject", "Unknown error");
@@ -36,7 +38,7 @@ static_assert(sizeof TEXTS / sizeof TEXTS[0] == FIRST_CODE - LAST_CODE_OF_DIALOG
 
 } // namespace
 
-const char *GetStatusSourceText(int32_t nStatus, EStatusTextAudience eAudience)
+const char *GetStatusSourceText(int32_t nStatus, ETextAudience eAudience)
 {
   switch (nStatus) {
   case PLUGIN_STATUS_SUCCESS: return QT_TRANSLATE_NOOP("QObject", "Success");
@@ -45,6 +47,8 @@ const char *GetStatusSourceText(int32_t nStatus, EStatusTextAudience eAudience)
   case PLUGIN_STATUS_INVALID_PARAM: return QT_TRANSLATE_NOOP("QObject", "Invalid input param");
   default: break;
   }
-  const int32_t nLast = eAudience == EStatusTextAudience::Host ? LAST_CODE_OF_HOST : LAST_CODE_OF_DIALOG;
+  const int32_t nLast = eAudience == ETextAudience::Host ? LAST_CODE_OF_HOST : LAST_CODE_OF_DIALOG;
   return nStatus <= FIRST_CODE && nStatus >= nLast ? TEXTS[FIRST_CODE - nStatus] : UNKNOWN_ERROR;
 }
+
+} // namespace ffc::pluginobject

@@ -26,9 +26,13 @@ inline constexpr int32_t PLUGIN_STATUS_NEED_BAYER_FORMAT = -1017;
 inline constexpr int32_t PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED = -1018;
 inline constexpr int32_t PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED = -1019;
 
+namespace ffc::pluginobject {
+
 /// Who asks for a text: the host's text function does not know PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED.
-enum class EStatusTextAudience { Host, Dialog };
+enum class ETextAudience { Host, Dialog };
 
 /// The English text of a code, which is also its translation key (context "QObject").
 /// \return a static text; "Unknown error" for a code without one
-const char *GetStatusSourceText(int32_t nStatus, EStatusTextAudience eAudience);
+const char *GetStatusSourceText(int32_t nStatus, ETextAudience eAudience);
+
+} // namespace ffc::pluginobject

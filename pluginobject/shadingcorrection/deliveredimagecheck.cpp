@@ -4,6 +4,10 @@
 
 #include "pluginobject/statuscode.h"
 
+namespace ffc::dialog {
+
+using pluginobject::CFeatureAccess;
+
 namespace {
 
 // Reads a feature if it is implemented.
@@ -56,3 +60,5 @@ int32_t CheckDeliveredImage(const CFeatureAccess &outputFeatures, const CFeature
   }
   return PLUGIN_STATUS_SUCCESS;
 }
+
+} // namespace ffc::dialog

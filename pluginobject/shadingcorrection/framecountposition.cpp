@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace ffc::dialog {
+
 namespace {
 
 constexpr int STEP = 4;
@@ -26,3 +28,5 @@ int PositionToFrameCount(int nPosition)
 {
   return FRAME_COUNTS[SnapPosition(nPosition) / STEP];
 }
+
+} // namespace ffc::dialog

@@ -1,4 +1,4 @@
-// Set-up of the dialog, and what it does on the frame thread. The slots are in shadingcorrectiondlgslots.cpp.
+// Set-up of the dialog, and its service. The slots are in shadingcorrectiondlgslots.cpp.
 #include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
 
 #include <utility>
@@ -7,9 +7,6 @@
 #include <QFile>
 #include <QPixmap>
 
-#include "platform/event.h"
-#include "pluginobject/pixelformat.h"
-#include "pluginobject/shadingcorrection/framecountposition.h"
 #include "pluginobject/shadingcorrection/toolstitlebar.h"
 #include "pluginobject/statuscode.h"
 #include "ui_shadingcorrectiondlg.h"
@@ -28,11 +25,14 @@ GenApi::INodeMap *ToNodeMap(void *pNodeMap)
 
 } // namespace
 
-CShadingCorrectionDlg::CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam)
+CShadingCorrectionDlg::CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam,
+                                             std::shared_ptr<ffc::dialog::CLiveFrames> pLiveFrames)
   : QDialog(pParent), m_pUi(std::make_unique<Ui::ShadingCorrectionDlg>()),
     m_outputFeatures(ToNodeMap(stInitParam.pOutputNodeMap)), m_streamFeatures(ToNodeMap(stInitParam.pStreamNodeMap)),
-    m_deviceFeatures(ToNodeMap(stInitParam.pDeviceNodeMap)), m_fnCreateProcess(CreateShadingCorrectionProcess)
+    m_deviceFeatures(ToNodeMap(stInitParam.pDeviceNodeMap)), m_fnCreateProcess(CreateShadingCorrectionProcess),
+    m_pLiveFrames(std::move(pLiveFrames))
 {
+  m_pLiveFrames->Attach([this](bool bCorrected) { emit SetInfoShowSignal(bCorrected); });
   m_pUi->setupUi(this);
   m_pFrameCountSlider = m_pUi->AcquisitionFrame_Slider;
   m_pExpectGraySlider = m_pUi->ExpectGrayValue_Slider;
@@ -56,7 +56,13 @@ CShadingCorrectionDlg::CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT
   }
 }
 
-CShadingCorrectionDlg::~CShadingCorrectionDlg() = default;
+CShadingCorrectionDlg::~CShadingCorrectionDlg()
+{
+  // A retired one has no share in it any more; its successor may.
+  if (!m_bRetired) {
+    m_pLiveFrames->Detach();
+  }
+}
 
 void CShadingCorrectionDlg::__LoadStyleSheet()
 {
@@ -159,6 +165,7 @@ int32_t CShadingCorrectionDlg::__CreateProcess()
   std::unique_ptr<IShadingCorrectionProcess> pProcess;
   const int32_t nCreateStatus = m_fnCreateProcess(eKind, m_deviceFeatures, m_streamFeatures, pProcess);
   m_pProcess = std::move(pProcess);
+  m_pLiveFrames->SetProcess(m_pProcess.get(), __IsHostMode());
   return nCreateStatus;
 }
 
@@ -233,8 +240,9 @@ void CShadingCorrectionDlg::ReleaseProcess()
   // A slot on the stack may go on in the process, which then speaks to nobody.
   disconnect(m_pProcess.get(), nullptr, this, nullptr);
   if (m_bAcquiring) {
-    m_pProcess->RestoreDeviceParam();
+    (void)m_pProcess->RestoreDeviceParam(); // always 0
   }
+  m_pLiveFrames->SetProcess(nullptr, false);
   m_pProcess.reset();
 }
 
@@ -246,7 +254,8 @@ void CShadingCorrectionDlg::Retire()
   m_bRetired = true;
   disconnect(this, &CShadingCorrectionDlg::SigDlgStatusChanged, nullptr, nullptr);
   ReleaseProcess();
-  for (CFeatureAccess *pFeatures : {&m_deviceFeatures, &m_outputFeatures, &m_streamFeatures}) {
+  m_pLiveFrames->Detach();
+  for (ffc::pluginobject::CFeatureAccess *pFeatures : {&m_deviceFeatures, &m_outputFeatures, &m_streamFeatures}) {
     pFeatures->Detach();
   }
   if (m_slots.IsEmpty()) {
@@ -269,81 +278,13 @@ void CShadingCorrectionDlg::SetDialogTitle(const QString &strTitle)
 void CShadingCorrectionDlg::showEvent(QShowEvent *pEvent)
 {
   const ffc::dialog::CSlotScope slot(m_slots); // the host may end the service when it hears of this
-  emit SigDlgStatusChanged(MakePluginMsg(PLUGIN_MSG_DIALOG_SHOWN));
+  emit SigDlgStatusChanged(ffc::pluginobject::MakePluginMsg(PLUGIN_MSG_DIALOG_SHOWN));
   QDialog::showEvent(pEvent);
 }
 
 void CShadingCorrectionDlg::hideEvent(QHideEvent *pEvent)
 {
   const ffc::dialog::CSlotScope slot(m_slots);
-  emit SigDlgStatusChanged(MakePluginMsg(PLUGIN_MSG_DIALOG_HIDDEN));
+  emit SigDlgStatusChanged(ffc::pluginobject::MakePluginMsg(PLUGIN_MSG_DIALOG_HIDDEN));
   QWidget::hideEvent(pEvent);
-}
-
-int32_t CShadingCorrectionDlg::CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight,
-                                            uint32_t nPixelFormat, bool &bCorrected)
-{
-  if (pSource == nullptr || pDestination == nullptr || !__IsReady()) {
-    return PLUGIN_STATUS_INVALID_PARAM;
-  }
-  if (!__IsHostMode() || !m_bApplyCorrection) {
-    return PLUGIN_STATUS_SUCCESS;
-  }
-  const int32_t nStatus = m_pProcess->CorrectImage(pSource, pDestination, nWidth, nHeight, nPixelFormat);
-  if (nStatus != PLUGIN_STATUS_SUCCESS) {
-    __ReportFrame(m_bApplyCorrection, false);
-    return nStatus;
-  }
-  bCorrected = true;
-  __ReportFrame(m_bReportSuccess, true);
-  return nStatus;
-}
-
-// Once only: the next frame finds the flag cleared, unless there was no memory for the message.
-void CShadingCorrectionDlg::__ReportFrame(std::atomic<bool> &bFlag, bool bSuccess)
-{
-  if (!bFlag.exchange(false)) {
-    return;
-  }
-  try {
-    emit SetInfoShowSignal(bSuccess);
-  } catch (...) {
-    bFlag = true;
-  }
-}
-
-bool CShadingCorrectionDlg::IsPixelFormatSupported(uint32_t nPixelFormat)
-{
-  return IsBayerPixelFormat(nPixelFormat);
-}
-
-void CShadingCorrectionDlg::ReceiveImage(const void *pFrame, uint32_t nSize)
-{
-  if (m_pProcess != nullptr) {
-    m_pProcess->ReceiveImage(pFrame, nSize);
-  }
-}
-
-void CShadingCorrectionDlg::SetImageReady()
-{
-  if (m_pProcess != nullptr) {
-    m_pProcess->SetImageReady();
-  }
-}
-
-uint32_t CShadingCorrectionDlg::WaitImageRequest()
-{
-  return m_pProcess == nullptr ? uint32_t{WAIT_RESULT_TIMEOUT} : m_pProcess->WaitImageRequest();
-}
-
-void CShadingCorrectionDlg::SetStopFlag(bool bStop)
-{
-  if (m_pProcess != nullptr) {
-    m_pProcess->SetStopFlag(bStop);
-  }
-}
-
-bool CShadingCorrectionDlg::IsColorCamera()
-{
-  return m_pProcess != nullptr && m_pProcess->IsColorCamera();
 }

@@ -2,7 +2,6 @@
 /// The correction dialog.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 
@@ -12,6 +11,7 @@
 
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/pluginrecords.h"
+#include "pluginobject/shadingcorrection/liveframes.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 #include "pluginobject/shadingcorrection/process/processfactory.h"
 #include "pluginobject/shadingcorrection/slotscope.h"
@@ -34,13 +34,16 @@ class CShadingCorrectionDlg : public QDialog {
   Q_OBJECT
 
 public:
-  CShadingCorrectionDlg(QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam);
+  /// \param pLiveFrames the frames' way to the process that the dialog will have; its gate is the caller's to open
+  CShadingCorrectionDlg(
+    QWidget *pParent, const PLUGIN_INIT_PARAM &stInitParam,
+    std::shared_ptr<ffc::dialog::CLiveFrames> pLiveFrames = std::make_shared<ffc::dialog::CLiveFrames>());
   ~CShadingCorrectionDlg() override;
 
   /// Replaces the maker of the correction process. Before InitDialog.
   void SetProcessFactory(FnCreateProcess fnCreateProcess);
   /// Builds the title bar, chooses and initialises the process, loads and connects the controls.
-  int32_t InitDialog();
+  [[nodiscard]] int32_t InitDialog();
   /// Ends the process's service. An acquisition that it is in the middle of puts the camera's settings back first.
   void ReleaseProcess();
   /// Releases the process, lets host and camera go, and deletes the dialog: at once, or, hidden, when the last of its
@@ -48,23 +51,23 @@ public:
   void Retire();
   void SetDialogTitle(const QString &strTitle);
 
-  // Frame thread.
-
-  /// Corrects a frame while the host-side preview is on.
-  /// \param bCorrected true when pDestination holds a corrected image; else as it was
-  /// \return -3 for a missing buffer or process; else the process's status, 0 when there was nothing to do
-  int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat,
-                       bool &bCorrected);
   bool HasNoProcess() const { return m_pProcess == nullptr; }
-  bool IsApplyingCorrection() const { return m_bApplyCorrection; }
-  /// Whether the correction can use a colour camera's frame of this format.
-  static bool IsPixelFormatSupported(uint32_t nPixelFormat);
-  void ReceiveImage(const void *pFrame, uint32_t nSize);
-  void SetImageReady();
+  bool IsApplyingCorrection() const { return m_pLiveFrames->IsPreviewOn(); }
+
+  // Frame thread. Straight on; without a process each does nothing.
+
+  /// See CLiveFrames::CorrectFrame.
+  [[nodiscard]] int32_t CorrectFrame(const void *pSource, void *pDestination, uint32_t nWidth, int32_t nHeight,
+                                     uint32_t nPixelFormat, bool &bCorrected)
+  {
+    return m_pLiveFrames->CorrectFrame(pSource, pDestination, nWidth, nHeight, nPixelFormat, bCorrected);
+  }
+  void ReceiveImage(const void *pFrame, uint32_t nSize) { m_pLiveFrames->ReceiveImage(pFrame, nSize); }
+  void SetImageReady() { m_pLiveFrames->SetImageReady(); }
   /// \return the process's answer; 258 without a process
-  uint32_t WaitImageRequest();
-  void SetStopFlag(bool bStop);
-  bool IsColorCamera();
+  uint32_t WaitImageRequest() { return m_pLiveFrames->WaitImageRequest(); }
+  void SetStopFlag(bool bStop) { m_pLiveFrames->SetStopFlag(bStop); }
+  bool IsColorCamera() { return m_pLiveFrames->IsColorCamera(); }
 
 signals:
   void SigDlgStatusChanged(const PLUGIN_MSG &stPluginMsg);
@@ -94,45 +97,31 @@ private:
   void __LoadStyleSheet();
   void __LoadWindowIcon();
   void __CreateTitleBar();
-  int32_t __ChooseProcess(EProcessKind &eKind, bool &bInert);
-  int32_t __CreateProcess();
+  [[nodiscard]] int32_t __ChooseProcess(EProcessKind &eKind, bool &bInert);
+  [[nodiscard]] int32_t __CreateProcess();
   void __DisableEverything();
   void __LoadControls();
   void __ConnectControls();
 
-  void __ReportFrame(std::atomic<bool> &bFlag, bool bSuccess);
-
-  // Bodies of the slots. Each returns the status to report.
+  // What every slot runs in; each body returns the status to report.
+  struct SOperation;
+  struct SOutcome;
   template <typename TBody>
   void __RunSlot(TBody fnBody);
-  int32_t __ChangeFrameCount(int nValue);
-  int32_t __ChangeExpectGray(int nValue);
-  int32_t __ChangeExpectGrayBox(int nValue);
-  int32_t __AcquireDark(ffc::dialog::CSlotScope &slot);
-  int32_t __AcquireBright(ffc::dialog::CSlotScope &slot);
-  int32_t __Execute(ffc::dialog::CSlotScope &slot);
-  int32_t __ShowInfo(bool bStatus);
-  int32_t __SwitchPreview(bool checked);
-  int32_t __LoadFlash(ffc::dialog::CSlotScope &slot);
-  int32_t __SaveFlash(ffc::dialog::CSlotScope &slot);
-  int32_t __LoadFile();
-  int32_t __SaveFile();
+  [[nodiscard]] SOutcome __RunOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
+  [[nodiscard]] int32_t __BeginOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
+  void __EndUncorrected(int32_t nStatus, bool bPreview);
 
   // Helpers of the slots.
   /// To be asked again after everything that may open an event loop or call the host.
   bool __IsReady() const { return m_pUi != nullptr && m_pProcess != nullptr; }
   bool __IsHostMode() const { return !m_bModeFeatureAvailable; }
-  int32_t __CheckAcquisition();
-  template <typename TOperation>
-  int32_t __CallProcess(TOperation fnOperation);
-  template <typename TOperation>
-  int32_t __Acquire(TOperation fnOperation);
+  [[nodiscard]] int32_t __CheckAcquisition();
   void __UncheckStoppedPreview();
   void __ShowDarkVerdict();
-  int32_t __AcceptBright();
-  void __ShowExecuteResult(int32_t nStatus);
+  [[nodiscard]] int32_t __AcceptBright();
+  void __ShowExecuteResult();
   void __ShowPrompt(const QString &strText, Qt::GlobalColor eColor);
-  void __ForgetExecution();
   void __ApplyEnableRule();
   void __SetPreview(bool bAvailableAndOn);
   void __SetFrameCount(uint32_t nFrameCount);
@@ -142,19 +131,17 @@ private:
 
   bool m_bBrightAcquired = false;
   bool m_bFFCExecuted = false;
-  // Set here, read and cleared on the frame thread.
-  std::atomic<bool> m_bApplyCorrection{false};
-  std::atomic<bool> m_bReportSuccess{false};
   bool m_bModeFeatureAvailable = false;
   QString m_strShadingCorrectionMode;
   int32_t m_nFrameCount = 0;
   int32_t m_nFrameSliderPos = 0;
   int32_t m_nExpectGray = 0;
   std::unique_ptr<Ui::ShadingCorrectionDlg> m_pUi;
-  CFeatureAccess m_outputFeatures;
-  CFeatureAccess m_streamFeatures;
-  CFeatureAccess m_deviceFeatures;
+  ffc::pluginobject::CFeatureAccess m_outputFeatures;
+  ffc::pluginobject::CFeatureAccess m_streamFeatures;
+  ffc::pluginobject::CFeatureAccess m_deviceFeatures;
   FnCreateProcess m_fnCreateProcess;
+  const std::shared_ptr<ffc::dialog::CLiveFrames> m_pLiveFrames;
   // Shared with the slots that are on the stack. Destroyed before the features that it uses.
   std::shared_ptr<IShadingCorrectionProcess> m_pProcess;
   ffc::dialog::CSlotStack m_slots;

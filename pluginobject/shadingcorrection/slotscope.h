@@ -1,15 +1,47 @@
 /// \file
-/// Slots that are on the stack, for windows that may have to go while one of them runs.
+/// Slots that are on the stack, for windows that may have to go while one of them runs, and what long ones show.
 #pragma once
 
 #include <memory>
 #include <optional>
 
-#include <QObject>
-
-#include "pluginobject/shadingcorrection/busyscope.h"
+#include <QPointer>
+#include <QWidget>
 
 namespace ffc::dialog {
+
+/// A wait cursor and, if asked, a disabled button, until the end of a scope. User-interface thread only.
+///
+/// A button that has the focus has it again afterwards, unless the user gave it to another widget.
+class CBusyScope {
+public:
+  /// \param pButton disabled meanwhile; null for none. May go away before the scope ends.
+  explicit CBusyScope(QWidget *pButton = nullptr);
+  ~CBusyScope();
+  CBusyScope(const CBusyScope &) = delete;
+  CBusyScope &operator=(const CBusyScope &) = delete;
+
+  /// Lets what is pending run once, so that the change is painted. What the user does stays queued: it
+  /// must not start a second operation within the first.
+  static void Paint();
+  /// Takes the cursor back before the scope ends, for a message.
+  void PopCursor();
+  /// Lets the queued input run while the button is still disabled, so that clicks on it are lost. Input for other
+  /// widgets does what it does. Nothing without a button.
+  void DropInput();
+
+private:
+  QPointer<QWidget> m_pButton;
+  bool m_bFocused = false;
+  bool m_bCursor = true;
+};
+
+/// What the user sees of a slot that takes long.
+enum class EBusy {
+  No,
+  Cursor, ///< a wait cursor
+  Button, ///< a wait cursor, and the slot's button out of use
+};
 
 class CSlotScope;
 
@@ -40,8 +72,9 @@ public:
   CSlotScope(const CSlotScope &) = delete;
   CSlotScope &operator=(const CSlotScope &) = delete;
 
-  /// Shows a wait cursor and disables a button, if one is given, until the end of the scope. Once.
-  void BeBusy(QWidget *pButton = nullptr) { m_busy.emplace(pButton); }
+  /// Until the end of the scope. Once. Opens an event loop when a button is disabled, so that it is painted so.
+  /// \param pButton for EBusy::Button
+  void BeBusy(EBusy eBusy, QWidget *pButton = nullptr);
   void PopCursor();
   /// The end of the scope, with what the disabled button got meanwhile dropped. Opens an event loop.
   void EndBusy();

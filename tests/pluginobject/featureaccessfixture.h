@@ -79,5 +79,5 @@ protected:
   CSoftwareRegister &m_register = m_map.AddRegister("Register");
   CSoftwareCommand &m_command = m_map.AddCommand("Command");
   int m_nExecuted = 0;
-  CFeatureAccess m_features{&m_map};
+  ffc::pluginobject::CFeatureAccess m_features{&m_map};
 };

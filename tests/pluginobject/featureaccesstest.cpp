@@ -6,6 +6,8 @@
 
 #include "tests/pluginobject/featureaccessfixture.h"
 
+using ffc::pluginobject::CFeatureAccess;
+
 using FeatureAccess = CFeatureAccessTest;
 
 namespace {

@@ -15,9 +15,12 @@
 #include <gtest/gtest.h>
 
 #include "pluginobject/shadingcorrectionplugin.h"
+#include "pluginobject/statuscode.h"
 #include "tests/support/framepump.h"
 #include "tests/support/modalanswer.h"
 #include "tests/support/testcamera.h"
+
+using ffc::pluginobject::MakePluginMsg;
 
 namespace {
 
@@ -45,7 +48,7 @@ public:
 
   void Open()
   {
-    ASSERT_EQ(m_plugin.Initialize(&m_stParam), 0);
+    ASSERT_EQ(m_plugin.Initialize(&m_stParam), PLUGIN_STATUS_SUCCESS);
     PLUGIN_MSG stShow = MakePluginMsg(PLUGIN_MSG_SHOW_DIALOG);
     m_plugin.SlotProcessDemoMsg(stShow);
     m_pDialog = nullptr;

@@ -16,9 +16,12 @@
 #include <gtest/gtest.h>
 
 #include "pluginobject/iplugin.h"
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/messagereceiver.h"
 #include "tests/support/loadedmodule.h"
 #include "tests/support/testcamera.h"
+
+using ffc::pluginobject::MakePluginMsg;
 
 namespace {
 
@@ -142,7 +145,7 @@ TEST_F(Module, DestroyingNothingDoesNothing)
 TEST_F(Module, DestroyingAnInitialisedObjectTakesItsDialogAlong)
 {
   IPlugin *pPlugin = m_fnCreate();
-  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), 0);
+  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), PLUGIN_STATUS_SUCCESS);
   ASSERT_NE(FindDialog(), nullptr);
   m_fnDestory(pPlugin);
   EXPECT_EQ(FindDialog(), nullptr);
@@ -153,7 +156,7 @@ TEST_F(Module, MakesIndependentObjects)
   IPlugin *pFirst = m_fnCreate();
   IPlugin *pSecond = m_fnCreate();
   EXPECT_NE(pFirst, pSecond);
-  ASSERT_EQ(pFirst->Initialize(&m_stInitParam), 0);
+  ASSERT_EQ(pFirst->Initialize(&m_stInitParam), PLUGIN_STATUS_SUCCESS);
   m_fnDestory(pSecond);
   EXPECT_NE(FindDialog(), nullptr);
   m_fnDestory(pFirst);
@@ -167,11 +170,11 @@ TEST_F(Module, CanBeUsedAndClosedTwentyTimes)
     IPlugin *pPlugin = m_fnCreate();
     ASSERT_NE(pPlugin, nullptr);
     m_stInitParam.nLanguage = i % 2 == 0 ? 1 : 0;
-    ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), 0);
+    ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), PLUGIN_STATUS_SUCCESS);
     Send(pPlugin, PLUGIN_MSG_SHOW_DIALOG);
     EXPECT_TRUE(pPlugin->IsDialogVisible());
     QApplication::processEvents();
-    EXPECT_EQ(pPlugin->Uninitialize(), 0);
+    EXPECT_EQ(pPlugin->Uninitialize(), PLUGIN_STATUS_SUCCESS);
     m_fnDestory(pPlugin);
     Unload();
   }
@@ -188,7 +191,7 @@ TEST_F(Module, QueuedMessagesArrive)
 {
   CMessageReceiver receiver;
   IPlugin *pPlugin = m_fnCreate();
-  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), 0);
+  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), PLUGIN_STATUS_SUCCESS);
   ConnectQueued(pPlugin, receiver);
   Send(pPlugin, PLUGIN_MSG_SHOW_DIALOG);
   EXPECT_TRUE(receiver.m_listReceived.empty());
@@ -204,7 +207,7 @@ TEST_F(Module, QueuedMessagesArriveAfterTheModuleWasClosedAndLoadedAgain)
   for (int i = 0; i < 3; ++i) {
     receiver.m_listReceived.clear();
     IPlugin *pPlugin = m_fnCreate();
-    ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), 0);
+    ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), PLUGIN_STATUS_SUCCESS);
     ConnectQueued(pPlugin, receiver);
     Send(pPlugin, PLUGIN_MSG_SHOW_DIALOG);
     Send(pPlugin, PLUGIN_MSG_HIDE_DIALOG);
@@ -222,7 +225,7 @@ TEST_F(Module, AMessageThatIsStillQueuedWhenTheModuleIsClosedArrives)
 {
   CMessageReceiver receiver;
   IPlugin *pPlugin = m_fnCreate();
-  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), 0);
+  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), PLUGIN_STATUS_SUCCESS);
   ConnectQueued(pPlugin, receiver);
   Send(pPlugin, PLUGIN_MSG_SHOW_DIALOG);
   m_fnDestory(pPlugin);
@@ -245,7 +248,7 @@ TEST_F(Module, BringsItsOwnResources)
 {
   m_stInitParam.nLanguage = 1;
   IPlugin *pPlugin = m_fnCreate();
-  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), 0);
+  ASSERT_EQ(pPlugin->Initialize(&m_stInitParam), PLUGIN_STATUS_SUCCESS);
   EXPECT_STREQ(pPlugin->GetPluginDisplayName(), "\u5E73\u573A\u6821\u6B63\u63D2\u4EF6");
   EXPECT_FALSE(FindDialog()->styleSheet().isEmpty());
   m_fnDestory(pPlugin);

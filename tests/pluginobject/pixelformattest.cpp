@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "genapi/pfnc.h"
+
 namespace {
 
 using DepthTable = std::map<uint32_t, int32_t>;
@@ -143,6 +145,6 @@ TEST(PixelFormat, BayerFormatsAreThoseWithFourLayouts)
     }
   }
   ForEachCodeOfTheFamilies([&](uint32_t nFormat) {
-    EXPECT_EQ(IsBayerPixelFormat(nFormat), setBayer.count(nFormat) > 0) << std::hex << nFormat;
+    EXPECT_EQ(ffc::genapi::IsBayerFormat(nFormat), setBayer.count(nFormat) > 0) << std::hex << nFormat;
   });
 }

@@ -4,6 +4,10 @@
 
 #include "tests/pluginobject/pluginfixture.h"
 
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 class PluginIdentity : public CPluginTest {};
@@ -44,7 +48,7 @@ TEST_F(PluginIdentity, TranslatedTextsAreEmptyUntilInitialisation)
 {
   EXPECT_STREQ(m_pPlugin->GetPluginDisplayName(), "");
   EXPECT_STREQ(m_pPlugin->GetPluginDescription(), "");
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   EXPECT_STREQ(m_pPlugin->GetPluginDisplayName(), "Flat Field Correction Plugin");
   EXPECT_STREQ(m_pPlugin->GetPluginDescription(),
                "This plugin can calculate flat field correction coefficient and set the coefficient to device");
@@ -62,7 +66,7 @@ TEST_F(PluginIdentity, AModuleWithoutAVersionIsVersionZero)
 TEST_F(PluginIdentity, StatusTextsAreThoseForHostsByteForByte)
 {
   for (int32_t nStatus = -1025; nStatus <= 5; ++nStatus) {
-    EXPECT_STREQ(m_pPlugin->GetStatusText(nStatus), GetStatusSourceText(nStatus, EStatusTextAudience::Host)) << nStatus;
+    EXPECT_STREQ(m_pPlugin->GetStatusText(nStatus), GetStatusSourceText(nStatus, ETextAudience::Host)) << nStatus;
   }
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1012), "Buffer size is error  ");
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1019), "Unknown error");
@@ -82,7 +86,7 @@ TEST_F(PluginIdentity, AnExtensionWithoutPropertiesSupportsNone)
   CMinimalPlugin plugin;
   QVariant value(7);
   for (const uint32_t nKey : {0U, 1003U, 0xFFFFFFFFU}) {
-    EXPECT_EQ(plugin.GetProperty(nKey, nullptr, &value), -4);
+    EXPECT_EQ(plugin.GetProperty(nKey, nullptr, &value), PLUGIN_STATUS_NOT_SUPPORTED);
   }
   EXPECT_EQ(value, QVariant(7));
 }
@@ -128,7 +132,7 @@ TEST(PluginMetaObject, TheOtherClassesAddNoMethodsAndNoProperties)
 TEST_F(PluginIdentity, TheHostsSlotCanBeConnectedByName)
 {
   CMinimalPlugin sender;
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   ASSERT_TRUE(
     QObject::connect(&sender, SIGNAL(SigPluginMsg(PLUGIN_MSG)), m_pPlugin.get(), SLOT(SlotProcessDemoMsg(PLUGIN_MSG))));
   emit sender.SigPluginMsg(MakePluginMsg(PLUGIN_MSG_SHOW_DIALOG));

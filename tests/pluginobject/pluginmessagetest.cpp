@@ -3,6 +3,8 @@
 
 #include "tests/pluginobject/pluginfixture.h"
 
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 class PluginMessage : public CPluginTest {
@@ -31,7 +33,7 @@ protected:
   QVariant GetInUse()
   {
     QVariant value;
-    EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, &value), 0);
+    EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, &value), PLUGIN_STATUS_SUCCESS);
     return value;
   }
 };
@@ -40,7 +42,7 @@ protected:
 
 TEST_F(PluginMessage, OneShowsTheDialogAndTwoHidesIt)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   Send(1);
   EXPECT_TRUE(m_pPlugin->IsDialogVisible());
   EXPECT_FALSE(m_pPlugin->IsDialogHidden());
@@ -52,7 +54,7 @@ TEST_F(PluginMessage, OneShowsTheDialogAndTwoHidesIt)
 
 TEST_F(PluginMessage, OneRestoresAMinimisedDialog)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   Send(1);
   FindDialog()->showMinimized();
   ASSERT_TRUE(FindDialog()->isMinimized());
@@ -63,7 +65,7 @@ TEST_F(PluginMessage, OneRestoresAMinimisedDialog)
 
 TEST_F(PluginMessage, ShowingAndHidingIsReportedWithZeroFilledRecords)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   Send(1);
   Send(2);
   Send(1);
@@ -78,7 +80,7 @@ TEST_F(PluginMessage, ShowingAndHidingIsReportedWithZeroFilledRecords)
 
 TEST_F(PluginMessage, WhatTheProcessAsksOfTheStreamIsRelayed)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   auto *pDialog = FindDialog();
   PLUGIN_MSG stPluginMsg = MakePluginMsg(PLUGIN_MSG_ACQUISITION_ON);
   std::fill(std::begin(stPluginMsg.anReserved), std::end(stPluginMsg.anReserved), uint8_t{0x5A});
@@ -90,7 +92,7 @@ TEST_F(PluginMessage, WhatTheProcessAsksOfTheStreamIsRelayed)
 
 TEST_F(PluginMessage, OtherCodesAreIgnored)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   const std::string strTitle = GetBarTitle();
   for (const int32_t nCode : {0, 3, 10, 11, 12, 14, 1001, 1002, 1003, -1}) {
     Send(nCode, "text");
@@ -114,25 +116,25 @@ TEST_F(PluginProperty, WithoutADialogEveryKeySucceedsAndNothingIsStored)
 {
   QVariant value(7);
   for (const uint32_t nKey : {1003U, 0U, 1004U}) {
-    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, &value), 0);
-    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, nullptr), 0);
+    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, &value), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, nullptr), PLUGIN_STATUS_SUCCESS);
   }
   EXPECT_EQ(value, QVariant(7));
 }
 
 TEST_F(PluginProperty, UnknownKeysAreNotSupported)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   QVariant value(7);
   for (const uint32_t nKey : {0U, 1002U, 1004U, 0xFFFFFFFFU}) {
-    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, &value), -4);
+    EXPECT_EQ(m_pPlugin->GetProperty(nKey, nullptr, &value), PLUGIN_STATUS_NOT_SUPPORTED);
   }
   EXPECT_EQ(value, QVariant(7));
 }
 
 TEST_F(PluginProperty, ThePluginIsInUseWhileItsDialogIsVisible)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(GetInUse(), QVariant(0));
   EXPECT_EQ(GetInUse().type(), QVariant::Int);
   Send(PLUGIN_MSG_SHOW_DIALOG);
@@ -143,7 +145,7 @@ TEST_F(PluginProperty, ThePluginIsInUseWhileItsDialogIsVisible)
 
 TEST_F(PluginProperty, ThePluginIsInUseWhileFramesAreCorrectedAlthoughItsDialogIsHidden)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   FindDialog()->Slot_objExecuteShadingCorrection_Button_clicked();
   EXPECT_FALSE(m_pPlugin->IsDialogVisible());
   EXPECT_EQ(GetInUse(), QVariant(1));
@@ -153,15 +155,34 @@ TEST_F(PluginProperty, ThePluginIsInUseWhileFramesAreCorrectedAlthoughItsDialogI
 
 TEST_F(PluginProperty, TheFurtherInputIsIgnored)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   const QVariant input(99);
   QVariant value;
-  EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, &input, &value), 0);
+  EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, &input, &value), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(value, QVariant(0));
 }
 
 TEST_F(PluginProperty, WithNowhereToStoreItIsAnInvalidParameter)
 {
-  ASSERT_EQ(Initialize(), 0);
-  EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, nullptr), -3);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_pPlugin->GetProperty(PLUGIN_PROPERTY_IN_USE, nullptr, nullptr), PLUGIN_STATUS_INVALID_PARAM);
+}
+
+TEST_F(PluginMessage, AHostMayEndTheServiceWhileAnAcquisitionReadsItsFeatures)
+{
+  const auto fnUninitialize = [this] {
+    m_pPlugin->Uninitialize();
+    return 1;
+  };
+  for (const auto fnSlot : {&CShadingCorrectionDlg::Slot_objAcquisitionDarkFrame_Button_clicked,
+                            &CShadingCorrectionDlg::Slot_objAcquisitionBrightFrame_Button_clicked}) {
+    ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
+    m_stScript.listCalls.clear();
+    m_camera.Output().Find<ffc::genapi::CSoftwareInteger>("OutputHeight")->OnRead(fnUninitialize);
+    (FindDialog()->*fnSlot)();
+    EXPECT_TRUE(m_stScript.bDestroyed);
+    EXPECT_TRUE(m_stScript.listCalls.empty());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(FindDialog(), nullptr);
+  }
 }

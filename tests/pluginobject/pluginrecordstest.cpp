@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 template <typename TRecord>

@@ -19,7 +19,7 @@ protected:
 
   void InitializeWithScript()
   {
-    ASSERT_EQ(Initialize(), 0);
+    ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
     m_stScript.listCalls.clear();
     Describe();
   }
@@ -54,12 +54,12 @@ TEST_F(ProcessImage, NeedsBothBuffers)
   InitializeWithScript();
   m_stScript.nWaitResult = REQUESTED;
   m_stInput.pBuffer = nullptr;
-  EXPECT_EQ(Process(), -3);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_INVALID_PARAM);
   Describe();
   m_stOutput.pBuffer = nullptr;
-  EXPECT_EQ(Process(), -3);
-  EXPECT_EQ(m_pPlugin->ProcessImage(nullptr, &m_stOutput, 1, &m_stResult), -3);
-  EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, nullptr, 1, &m_stResult), -3);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(m_pPlugin->ProcessImage(nullptr, &m_stOutput, 1, &m_stResult), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, nullptr, 1, &m_stResult), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_TRUE(m_stScript.listCalls.empty());
   EXPECT_TRUE(m_stScript.listStopFlags.empty());
 }
@@ -69,7 +69,7 @@ TEST_F(ProcessImage, KnowsOneModeOnly)
   InitializeWithScript();
   StartCorrecting();
   for (const uint32_t nMode : {0U, 2U, 0xFFFFFFFFU}) {
-    EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, &m_stOutput, nMode, &m_stResult), -3);
+    EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, &m_stOutput, nMode, &m_stResult), PLUGIN_STATUS_INVALID_PARAM);
     EXPECT_EQ(m_stResult.bCorrected, 0);
   }
 }
@@ -77,12 +77,21 @@ TEST_F(ProcessImage, KnowsOneModeOnly)
 TEST_F(ProcessImage, BeforeInitialisationAndAfterUninitialisingLetsFramesPass)
 {
   Describe();
-  EXPECT_EQ(Process(), 0);
-  ASSERT_EQ(Initialize(), 0);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   m_pPlugin->Uninitialize();
-  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_stResult.bCorrected, 0);
   EXPECT_EQ(m_listOutput, m_camera.MakeFrame(7));
+}
+
+TEST_F(ProcessImage, ADialogThatWasDeletedBehindThePlugInLetsFramesPass)
+{
+  InitializeWithScript();
+  StartCorrecting();
+  delete FindDialog();
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_stResult.bCorrected, 0);
 }
 
 TEST_F(ProcessImage, HandsARequestedFrameOverAndDoesNotCorrectIt)
@@ -91,7 +100,7 @@ TEST_F(ProcessImage, HandsARequestedFrameOverAndDoesNotCorrectIt)
   StartCorrecting();
   m_stScript.listCalls.clear();
   m_stScript.nWaitResult = REQUESTED;
-  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_stScript.listCalls, (std::vector<std::string>{"receive " + std::to_string(m_listInput.size()), "ready"}));
   EXPECT_EQ(m_stResult.bCorrected, 0);
 }
@@ -101,7 +110,7 @@ TEST_F(ProcessImage, KeepsNoFrameThatNobodyRequested)
   InitializeWithScript();
   for (const uint32_t nWaitResult : {NOT_REQUESTED, 0xFFFFFFFFU}) {
     m_stScript.nWaitResult = nWaitResult;
-    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   }
   EXPECT_TRUE(m_stScript.listCalls.empty());
 }
@@ -111,7 +120,7 @@ TEST_F(ProcessImage, WithoutPreviewLeavesTheResultAsItWas)
   InitializeWithScript();
   for (const uint8_t nBefore : {uint8_t{0}, uint8_t{1}}) {
     m_stResult.bCorrected = nBefore;
-    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(m_stResult.bCorrected, nBefore);
   }
 }
@@ -121,7 +130,7 @@ TEST_F(ProcessImage, ReportsACorrectedFrame)
   InitializeWithScript();
   StartCorrecting();
   m_stResult.nReserved = 1234;
-  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_stResult.bCorrected, 1);
   EXPECT_EQ(m_stResult.nReserved, 1234);
 }
@@ -130,19 +139,19 @@ TEST_F(ProcessImage, NeedsNoPlaceForTheResult)
 {
   InitializeWithScript();
   StartCorrecting();
-  EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, &m_stOutput, 1, nullptr), 0);
+  EXPECT_EQ(m_pPlugin->ProcessImage(&m_stInput, &m_stOutput, 1, nullptr), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST_F(ProcessImage, AFailingCorrectionSucceedsWithoutAResultAndEndsThePreview)
 {
   InitializeWithScript();
   StartCorrecting();
-  m_stScript.nCorrectStatus = -3;
-  EXPECT_EQ(Process(), 0);
+  m_stScript.nCorrectStatus = PLUGIN_STATUS_INVALID_PARAM;
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_stResult.bCorrected, 0);
   EXPECT_FALSE(FindDialog()->IsApplyingCorrection());
-  m_stScript.nCorrectStatus = 0;
-  EXPECT_EQ(Process(), 0);
+  m_stScript.nCorrectStatus = PLUGIN_STATUS_SUCCESS;
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_stResult.bCorrected, 0);
 }
 
@@ -155,12 +164,12 @@ TEST_F(ProcessImage, AFrameShorterThanItsPixelsIsLeftAloneAndThePreviewGoesOn)
     const int32_t nWhole = m_stInput.nWidth * m_stInput.nHeight * (bWords ? 2 : 1);
     for (const int32_t nPayloadSize : {nWhole - 1, nWhole / 2, 1, 0, -1, INT32_MIN}) {
       m_stInput.nPayloadSize = nPayloadSize;
-      EXPECT_EQ(Process(), 0);
+      EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
       EXPECT_EQ(m_stResult.bCorrected, 0) << nPayloadSize;
     }
     EXPECT_TRUE(FindDialog()->IsApplyingCorrection());
     m_stInput.nPayloadSize = nWhole;
-    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(m_stResult.bCorrected, 1);
     m_stResult = PLUGIN_PROCESS_RESULT();
   }
@@ -176,7 +185,7 @@ TEST_F(ProcessImage, TheSidesOfAFrameDoNotOverflowItsSize)
     for (const auto &[nWidth, nHeight] : {std::pair{INT32_MAX, INT32_MAX}, {1 << 16, 1 << 16}, {INT32_MAX, 2}}) {
       m_stInput.nWidth = nWidth;
       m_stInput.nHeight = nHeight;
-      EXPECT_EQ(Process(), 0);
+      EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
       EXPECT_EQ(m_stResult.bCorrected, 0) << nWidth;
     }
   }
@@ -187,7 +196,7 @@ TEST_F(ProcessImage, AMonochromeCamerasFormatIsNotLookedAt)
   InitializeWithScript();
   for (const int32_t nFormat : {0x01080001, 0x02180014, 0}) {
     m_stInput.nPixelFormat = nFormat;
-    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   }
   EXPECT_EQ(m_stScript.listStopFlags, (std::vector<bool>{false, false, false}));
 }
@@ -201,7 +210,7 @@ TEST_F(ProcessImage, AColourCamerasUnsupportedFormatStopsTheAcquisition)
   for (const int32_t nFormat : {0x01080001, 0x02180014, 0x010E0104, 0}) {
     m_stScript.listStopFlags.clear();
     m_stInput.nPixelFormat = nFormat;
-    EXPECT_EQ(Process(), -3);
+    EXPECT_EQ(Process(), PLUGIN_STATUS_INVALID_PARAM);
     EXPECT_EQ(m_stScript.listStopFlags, std::vector<bool>{true});
   }
   EXPECT_TRUE(m_stScript.listCalls.empty());
@@ -213,11 +222,11 @@ TEST_F(ProcessImage, AColourCamerasBayerFormatTakesTheStopBack)
   m_stScript.bColor = true;
   InitializeWithScript();
   m_stInput.nPixelFormat = 0x01080001;
-  EXPECT_EQ(Process(), -3);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_INVALID_PARAM);
   for (const int32_t nFormat : {0x01080008, 0x0108000B, 0x010A0052, 0x010C0059, 0x0110000F, 0x01100031, 0x010E0105}) {
     m_stScript.listStopFlags.clear();
     m_stInput.nPixelFormat = nFormat;
-    EXPECT_EQ(Process(), 0);
+    EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(m_stScript.listStopFlags, std::vector<bool>{false});
   }
 }
@@ -227,16 +236,16 @@ TEST_F(ProcessImage, TheDialogMayBeUninitialisedWhileFramesArrive)
   CFramePump pump([](std::vector<uint8_t> &, uint64_t) {},
                   [this](const std::vector<uint8_t> &) {
                     PLUGIN_PROCESS_RESULT stResult;
-                    EXPECT_EQ(DeliverFrame(&stResult), 0);
+                    EXPECT_EQ(DeliverFrame(&stResult), PLUGIN_STATUS_SUCCESS);
                   },
                   0.0);
   for (int i = 0; i < 20; ++i) {
-    ASSERT_EQ(Initialize(), 0);
+    ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
     const uint64_t nBefore = pump.GetFrameCount();
     while (pump.GetFrameCount() < nBefore + 3) {
       std::this_thread::yield();
     }
-    EXPECT_EQ(m_pPlugin->Uninitialize(), 0);
+    EXPECT_EQ(m_pPlugin->Uninitialize(), PLUGIN_STATUS_SUCCESS);
   }
   pump.Stop();
 }
@@ -251,7 +260,7 @@ TEST_F(ProcessImage, FramesAcquiredAndCorrectedThroughItBecomeFlat)
     }
   };
   m_pPlugin = std::make_unique<CShadingCorrectionPlugin>();
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   fnShade(m_listInput);
   Describe();
   CModalAnswer answer;
@@ -261,14 +270,14 @@ TEST_F(ProcessImage, FramesAcquiredAndCorrectedThroughItBecomeFlat)
                       PLUGIN_IMAGE_INFO stImage = m_stInput;
                       std::vector<uint8_t> listCopy = listFrame;
                       stImage.pBuffer = listCopy.data();
-                      EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, nullptr), 0);
+                      EXPECT_EQ(m_pPlugin->ProcessImage(&stImage, &stImage, 1, nullptr), PLUGIN_STATUS_SUCCESS);
                     });
     FindDialog()->findChild<QPushButton *>(QStringLiteral("AcquisitionBrightFrame_Button"))->click();
   }
-  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_stResult.bCorrected, 0);
   FindDialog()->findChild<QPushButton *>(QStringLiteral("ExecuteShadingCorrection_Button"))->click();
-  EXPECT_EQ(Process(), 0);
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_stResult.bCorrected, 1);
   EXPECT_EQ(m_listOutput, m_camera.MakeFrame(120));
   EXPECT_TRUE(answer.GetBoxes().empty());

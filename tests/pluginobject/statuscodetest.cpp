@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
+
 namespace {
 
 const std::string UNKNOWN = "Unknown error";
@@ -32,12 +35,12 @@ const std::map<int32_t, std::string> COMMON_TEXTS = {
 
 std::string ForHost(int32_t nStatus)
 {
-  return GetStatusSourceText(nStatus, EStatusTextAudience::Host);
+  return GetStatusSourceText(nStatus, ETextAudience::Host);
 }
 
 std::string ForDialog(int32_t nStatus)
 {
-  return GetStatusSourceText(nStatus, EStatusTextAudience::Dialog);
+  return GetStatusSourceText(nStatus, ETextAudience::Dialog);
 }
 
 } // namespace

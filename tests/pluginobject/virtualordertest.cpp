@@ -4,6 +4,8 @@
 
 #include "tests/pluginobject/pluginfixture.h"
 
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 // QObject's own: metaObject, qt_metacast, qt_metacall, two entries of the destructor, event, eventFilter,
@@ -34,7 +36,7 @@ protected:
 
 TEST_F(VirtualOrder, TheIdentityQueriesAreAtTheirPlaces)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   EXPECT_STREQ(Call<const char *>(2), "5b1e7d42-9c0a-4f63-8e21-d7a4c90b3f18");
   EXPECT_STREQ(Call<const char *>(3), "Flat Field Correction Plugin");
   EXPECT_EQ(Call<const char *>(3), m_pPlugin->GetPluginName());
@@ -44,12 +46,12 @@ TEST_F(VirtualOrder, TheIdentityQueriesAreAtTheirPlaces)
   EXPECT_EQ(Call<uint32_t>(6), 0x10000U);
   EXPECT_EQ(Call<PLUGIN_VERSION>(7).nMajor, 0);
   EXPECT_TRUE(Call<bool>(8));
-  EXPECT_STREQ(Call<const char *>(11, int32_t{-3}), "Invalid input param");
+  EXPECT_STREQ(Call<const char *>(11, PLUGIN_STATUS_INVALID_PARAM), "Invalid input param");
 }
 
 TEST_F(VirtualOrder, MessageAndVisibilityAreAtTheirPlaces)
 {
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   EXPECT_FALSE(Call<bool>(9));
   EXPECT_TRUE(Call<bool>(10));
   CallMessage(PLUGIN_MSG_SHOW_DIALOG);
@@ -68,11 +70,12 @@ TEST_F(VirtualOrder, InitialisationFramesAndPropertiesAreAtTheirPlaces)
   stImage.pBuffer = listFrame.data();
   PLUGIN_PROCESS_RESULT stResult;
   EXPECT_EQ(Call<int32_t>(14, &stImage, &stImage, uint32_t{1}, &stResult), 0);
-  EXPECT_EQ(Call<int32_t>(14, &stImage, &stImage, uint32_t{2}, &stResult), -3);
+  EXPECT_EQ(Call<int32_t>(14, &stImage, &stImage, uint32_t{2}, &stResult), PLUGIN_STATUS_INVALID_PARAM);
   QVariant value;
   EXPECT_EQ(Call<int32_t>(15, uint32_t{1003}, static_cast<const QVariant *>(nullptr), &value), 0);
   EXPECT_EQ(value, QVariant(0));
-  EXPECT_EQ(Call<int32_t>(15, uint32_t{1004}, static_cast<const QVariant *>(nullptr), &value), -4);
+  EXPECT_EQ(Call<int32_t>(15, uint32_t{1004}, static_cast<const QVariant *>(nullptr), &value),
+            PLUGIN_STATUS_NOT_SUPPORTED);
   EXPECT_EQ(Call<int32_t>(13), 0);
   EXPECT_EQ(FindDialog(), nullptr);
 }
@@ -105,7 +108,7 @@ TEST_F(VirtualOrder, TheClassesOwnOperationsFollow)
 TEST_F(VirtualOrder, TheFirstOfTheClassesOwnOperationsReleasesTheObject)
 {
   const QPointer<CShadingCorrectionPlugin> pPlugin = m_pPlugin.get();
-  ASSERT_EQ(Initialize(), 0);
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   Call<void>(16);
   EXPECT_EQ(pPlugin, nullptr);
   EXPECT_EQ(FindDialog(), nullptr);

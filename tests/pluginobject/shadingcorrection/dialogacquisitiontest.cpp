@@ -48,7 +48,7 @@ TEST_F(DialogAcquisition, ADarkFieldIsJudgedWithBothLimitsAllowed)
     {3.0, 5.01, true, DARK_TOO_BRIGHT, Qt::red},  {20.0, 5.0, false, DARK_BLACK_LEVEL, Qt::red},
     {21.0, 0.0, false, DARK_TOO_BRIGHT, Qt::red},
   };
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   for (const SCase &stCase : listCases) {
     m_stScript.dMaxGray = stCase.dMax;
     m_stScript.dGrayDiff = stCase.dDiff;
@@ -61,7 +61,7 @@ TEST_F(DialogAcquisition, ADarkFieldIsJudgedWithBothLimitsAllowed)
 
 TEST_F(DialogAcquisition, ADarkFieldLeavesExecuteAsItWasAndForgetsThePreview)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   Click(Dark());
   EXPECT_FALSE(Execute()->isEnabled());
   m_stScript.dMaxGray = 100;
@@ -89,7 +89,7 @@ TEST_F(DialogAcquisition, EveryCompletedBrightFieldIsAcceptedWithItsVerdict)
     {250.01, BRIGHT_TOO_BRIGHT, Qt::red},
   };
   for (const SCase &stCase : listCases) {
-    ASSERT_EQ(Open(), 0);
+    ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
     ASSERT_FALSE(Execute()->isEnabled());
     m_stScript.dMaxGray = stCase.dMax;
     Click(Bright());
@@ -102,7 +102,7 @@ TEST_F(DialogAcquisition, EveryCompletedBrightFieldIsAcceptedWithItsVerdict)
 
 TEST_F(DialogAcquisition, OnTheHostTheBrightFieldsGrayBecomesTheExpectedOne)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 187.9;
   Click(Bright());
   EXPECT_EQ(GraySlider()->value(), 187);
@@ -113,7 +113,7 @@ TEST_F(DialogAcquisition, OnTheHostTheBrightFieldsGrayBecomesTheExpectedOne)
 
 TEST_F(DialogAcquisition, ARefusedExpectedGrayIsTheStatusOfTheBrightField)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 100;
   m_stScript.nExpectGrayStatus = PLUGIN_STATUS_FEATURE_ERROR;
   CModalAnswer answer;
@@ -126,7 +126,7 @@ TEST_F(DialogAcquisition, ARefusedExpectedGrayIsTheStatusOfTheBrightField)
 TEST_F(DialogAcquisition, InDeviceModeTheExpectedGrayStaysTheCameras)
 {
   m_stScript.stInfo.nExpectGray = 50;
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 187.9;
   Click(Bright());
   EXPECT_EQ(GraySlider()->value(), 50);
@@ -135,7 +135,7 @@ TEST_F(DialogAcquisition, InDeviceModeTheExpectedGrayStaysTheCameras)
 
 TEST_F(DialogAcquisition, WhileItRunsTheButtonIsDisabledUnderAWaitCursorAndBothComeBack)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
     QPushButton *pButton = (this->*fnButton)();
     bool bSeen = false;
@@ -154,7 +154,7 @@ TEST_F(DialogAcquisition, WhileItRunsTheButtonIsDisabledUnderAWaitCursorAndBothC
 
 TEST_F(DialogAcquisition, AHostsOwnWaitCursorSurvives)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   QApplication::setOverrideCursor(Qt::BusyCursor);
   Click(Dark());
   Click(Bright());
@@ -189,7 +189,7 @@ TEST_F(DialogAcquisition, AConvertedImageRefusesBothAcquisitions)
     stParam.pStreamNodeMap = static_cast<GenApi::INodeMap *>(&camera.Stream());
     stParam.pDeviceNodeMap = static_cast<GenApi::INodeMap *>(&camera.Device());
     m_pDialog = std::make_unique<CShadingCorrectionDlg>(nullptr, stParam);
-    ASSERT_EQ(m_pDialog->InitDialog(), 0);
+    ASSERT_EQ(m_pDialog->InitDialog(), PLUGIN_STATUS_SUCCESS);
     m_pDialog->show();
     EXPECT_EQ(BoxOf([&] { Click(Dark()); }), PARAMETERS_MODIFIED) << pName;
     EXPECT_EQ(BoxOf([&] { Click(Bright()); }), PARAMETERS_MODIFIED) << pName;
@@ -200,7 +200,7 @@ TEST_F(DialogAcquisition, AConvertedImageRefusesBothAcquisitions)
 
 TEST_F(DialogAcquisition, AMissingOutputFeatureSkipsItsComparison)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_camera.Output().Find<CSoftwareInteger>("OutputWidth")->OnRead([] { return 1; });
   m_camera.Output().Find<CSoftwareInteger>("OutputWidth")->Access(GenApi::NI);
   Click(Dark());
@@ -209,7 +209,7 @@ TEST_F(DialogAcquisition, AMissingOutputFeatureSkipsItsComparison)
 
 TEST_F(DialogAcquisition, AFailingComparisonEndsTheAcquisitionWithoutAMessage)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_camera.Output().Find<CSoftwareInteger>("OutputHeight")->Access(GenApi::NA);
   CModalAnswer answer;
   Click(Dark());
@@ -220,7 +220,7 @@ TEST_F(DialogAcquisition, AFailingComparisonEndsTheAcquisitionWithoutAMessage)
 
 TEST_F(DialogAcquisition, AnUnsupportedPixelFormatIsRefused)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.bPixelFormatSupported = false;
   EXPECT_EQ(BoxOf([&] { Click(Dark()); }), "The pixelformat should be changed to bayer!");
   EXPECT_EQ(BoxOf([&] { Click(Bright()); }), "The pixelformat should be changed to bayer!");
@@ -229,7 +229,7 @@ TEST_F(DialogAcquisition, AnUnsupportedPixelFormatIsRefused)
 
 TEST_F(DialogAcquisition, AFailureKeepsTheControlsAndEndsTheLiveCorrectionAsThePreviewShows)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 100;
   Click(Bright());
   Click(Execute());
@@ -254,7 +254,7 @@ TEST_F(DialogAcquisition, AFailureKeepsTheControlsAndEndsTheLiveCorrectionAsTheP
 
 TEST_F(DialogAcquisition, AFailureOfACameraThatCorrectsItselfLeavesThePreview)
 {
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   Click(Bright());
   Click(Execute());
   m_stScript.nDarkStatus = PLUGIN_STATUS_BUFFER_TIMEOUT;
@@ -272,7 +272,7 @@ TEST_F(DialogAcquisition, WhatAnOperationThrowsIsShownOnceAndLeavesTheControls)
     {"standard", [] { throw std::runtime_error("standard"); }},
     {"Unknown error", [] { throw 42; }},
   };
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 100;
   Click(Bright());
   for (const auto &[pText, fnThrow] : listThrows) {
@@ -289,7 +289,7 @@ TEST_F(DialogAcquisition, WhatAnOperationThrowsIsShownOnceAndLeavesTheControls)
 
 TEST_F(DialogAcquisition, WithoutAProcessTheButtonsDoNothing)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_pDialog->ReleaseProcess();
   CModalAnswer answer;
   Click(Dark());
@@ -300,7 +300,7 @@ TEST_F(DialogAcquisition, WithoutAProcessTheButtonsDoNothing)
 
 TEST_F(DialogAcquisition, ClicksMadeMeanwhileStartNothingWithinTheOperation)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 100;
   // A second click is already queued when the first one's slot lets events run.
   QTimer::singleShot(0, m_pDialog.get(), [this] { m_stScript.listCalls.emplace_back("pending event"); });
@@ -313,7 +313,7 @@ TEST_F(DialogAcquisition, ClicksMadeMeanwhileStartNothingWithinTheOperation)
 TEST_F(DialogAcquisition, APendingEventThatRetiresTheDialogEndsTheSlot)
 {
   for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
-    ASSERT_EQ(Open(), 0);
+    ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
     const QPointer<QWidget> pDialog = m_pDialog.get();
     QPushButton *pButton = (this->*fnButton)();
     QTimer::singleShot(0, pButton, [this] { m_pDialog.release()->Retire(); });
@@ -330,7 +330,7 @@ TEST_F(DialogAcquisition, APendingEventThatRetiresTheDialogEndsTheSlot)
 
 TEST_F(DialogAcquisition, ADialogWithoutASlotOnTheStackRetiresAtOnce)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   const QPointer<QWidget> pDialog = m_pDialog.get();
   m_pDialog.release()->Retire();
   EXPECT_EQ(pDialog, nullptr);
@@ -341,7 +341,7 @@ TEST_F(DialogAcquisition, AServiceThatEndsWithinAnAcquisitionPutsTheCameraBackAn
 {
   for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
     m_stScript.bDestroyed = false;
-    ASSERT_EQ(Open(), 0);
+    ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
     m_stScript.fnMeanwhile = [this] {
       m_pDialog.release()->Retire();
       EXPECT_EQ(m_stScript.listCalls.back(), "restore");
@@ -358,7 +358,7 @@ TEST_F(DialogAcquisition, AServiceThatEndsWithinAnAcquisitionPutsTheCameraBackAn
 
 TEST_F(DialogAcquisition, NoBoxStandsUnderAWaitCursor)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 100;
   Click(Bright());
   CModalAnswer answer;
@@ -383,7 +383,7 @@ TEST_F(DialogAcquisition, NoBoxStandsUnderAWaitCursor)
 
 TEST_F(DialogAcquisition, ImpatientClicksStartNoOther)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 100;
   for (const auto fnButton : {&DialogAcquisition::Dark, &DialogAcquisition::Bright}) {
     QPushButton *pButton = (this->*fnButton)();
@@ -413,7 +413,7 @@ TEST_F(DialogAcquisition, ImpatientClicksStartNoOther)
 
 TEST_F(DialogAcquisition, ClicksOnOtherWidgetsMeanwhileAreNotLost)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.fnMeanwhile = [this, bPosted = false]() mutable {
     if (std::exchange(bPosted, true)) {
       return;
@@ -431,7 +431,7 @@ TEST_F(DialogAcquisition, ClicksOnOtherWidgetsMeanwhileAreNotLost)
 
 TEST_F(DialogAcquisition, TheFocusStaysOnTheButtonThatWasPressed)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.dMaxGray = 100;
   for (const int32_t nStatus : {PLUGIN_STATUS_SUCCESS, PLUGIN_STATUS_BUFFER_TIMEOUT}) {
     m_stScript.nDarkStatus = nStatus;

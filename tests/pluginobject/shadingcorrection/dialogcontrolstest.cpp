@@ -2,6 +2,10 @@
 #include "pluginobject/shadingcorrection/framecountposition.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using ffc::dialog::FrameCountToPosition;
+using ffc::dialog::PositionToFrameCount;
+using ffc::dialog::SnapPosition;
+
 using DialogControls = CDialogTest;
 
 TEST(FrameCountPosition, CountsAndPositionsBelongTogether)
@@ -28,7 +32,7 @@ TEST(FrameCountPosition, APositionSnapsDown)
 
 TEST_F(DialogControls, DraggingTheFrameCountToSevenLeavesItAtFourWithTwoFrames)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   FrameSlider()->setValue(7);
   EXPECT_EQ(FrameSlider()->value(), 4);
   EXPECT_EQ(m_stScript.listCalls, std::vector<std::string>{"FFCFrameCount_2"});
@@ -36,7 +40,7 @@ TEST_F(DialogControls, DraggingTheFrameCountToSevenLeavesItAtFourWithTwoFrames)
 
 TEST_F(DialogControls, EveryFrameCountIsSentByItsEntryName)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   for (const int nPosition : {16, 12, 8, 4, 0}) {
     FrameSlider()->setValue(nPosition);
   }
@@ -47,7 +51,7 @@ TEST_F(DialogControls, EveryFrameCountIsSentByItsEntryName)
 TEST_F(DialogControls, ARefusedFrameCountPutsTheHandleBack)
 {
   m_stScript.stInfo.nFrameCount = 4;
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.nFrameCountStatus = PLUGIN_STATUS_FEATURE_ERROR;
   EXPECT_EQ(BoxOf([&] { FrameSlider()->setValue(16); }), "Failure to operation device feature");
   EXPECT_EQ(FrameSlider()->value(), 8);
@@ -56,7 +60,7 @@ TEST_F(DialogControls, ARefusedFrameCountPutsTheHandleBack)
 TEST_F(DialogControls, WithoutAProcessTheFrameCountIsRefused)
 {
   m_stScript.stInfo.nFrameCount = 4;
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_pDialog->ReleaseProcess();
   EXPECT_EQ(BoxOf([&] { FrameSlider()->setValue(16); }), "Invalid input param");
   EXPECT_EQ(FrameSlider()->value(), 8);
@@ -64,7 +68,7 @@ TEST_F(DialogControls, WithoutAProcessTheFrameCountIsRefused)
 
 TEST_F(DialogControls, SliderAndSpinBoxOfTheExpectedGrayFollowEachOther)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   GraySlider()->setValue(77);
   EXPECT_EQ(GrayBox()->value(), 77);
   GrayBox()->setValue(255);
@@ -74,7 +78,7 @@ TEST_F(DialogControls, SliderAndSpinBoxOfTheExpectedGrayFollowEachOther)
 
 TEST_F(DialogControls, TypingThreeHundredPutsBackTheLastAcceptedValue)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   GrayBox()->setValue(120);
   GrayBox()->setFocus();
   GrayBox()->selectAll();
@@ -90,7 +94,7 @@ TEST_F(DialogControls, TypingThreeHundredPutsBackTheLastAcceptedValue)
 TEST_F(DialogControls, ARefusedExpectedGrayPutsSliderAndSpinBoxBack)
 {
   m_stScript.stInfo.nExpectGray = 100;
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.nExpectGrayStatus = PLUGIN_STATUS_FEATURE_ERROR;
   EXPECT_EQ(BoxOf([&] { GraySlider()->setValue(200); }), "Failure to operation device feature");
   EXPECT_EQ(GraySlider()->value(), 100);
@@ -101,7 +105,7 @@ TEST_F(DialogControls, ARefusedExpectedGrayPutsSliderAndSpinBoxBack)
 TEST_F(DialogControls, ARefusalThroughTheSpinBoxShowsOneMessage)
 {
   m_stScript.stInfo.nExpectGray = 100;
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.nExpectGrayStatus = PLUGIN_STATUS_FEATURE_ERROR;
   EXPECT_EQ(BoxOf([&] { GrayBox()->setValue(200); }), "Failure to operation device feature");
   EXPECT_EQ(GraySlider()->value(), 100);
@@ -110,14 +114,14 @@ TEST_F(DialogControls, ARefusalThroughTheSpinBoxShowsOneMessage)
 
 TEST_F(DialogControls, WithoutAProcessTheExpectedGrayIsRefused)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_pDialog->ReleaseProcess();
   EXPECT_EQ(BoxOf([&] { GraySlider()->setValue(5); }), "Invalid input param");
 }
 
 TEST_F(DialogControls, ThePromptSlotSetsTheText)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_pDialog->Slot_objPromptInformation_label_clicked(QStringLiteral("some text"));
   EXPECT_EQ(Prompt(), "some text");
 }

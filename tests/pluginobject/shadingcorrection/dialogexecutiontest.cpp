@@ -7,6 +7,9 @@
 
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using ffc::pluginobject::ETextAudience;
+using ffc::pluginobject::GetStatusSourceText;
+
 namespace {
 
 constexpr const char *EXECUTED = "FFC executed successfully";
@@ -20,7 +23,7 @@ class DialogExecution : public CDialogTest {
 protected:
   void OpenWithBright(const std::string &strMode = std::string())
   {
-    ASSERT_EQ(Open(strMode), 0);
+    ASSERT_EQ(Open(strMode), PLUGIN_STATUS_SUCCESS);
     m_stScript.dMaxGray = 100;
     Click(Bright());
     m_stScript.listCalls.clear();
@@ -114,7 +117,7 @@ TEST_F(DialogExecution, WithoutPreviewAFrameIsLeftAloneSuccessfully)
 {
   OpenWithBright();
   bool bCorrected = false;
-  EXPECT_EQ(OfferFrame(bCorrected), 0);
+  EXPECT_EQ(OfferFrame(bCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_FALSE(bCorrected);
 }
 
@@ -137,7 +140,7 @@ TEST_F(DialogExecution, InDeviceModeTheTextComesAtOnce)
   EXPECT_EQ(PromptColour(), QColor(Qt::black));
   EXPECT_TRUE(Preview()->isChecked());
   bool bCorrected = false;
-  EXPECT_EQ(OfferFrame(bCorrected), 0);
+  EXPECT_EQ(OfferFrame(bCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_FALSE(bCorrected) << "the camera corrects";
   m_stScript.nExecuteStatus = PLUGIN_STATUS_ROI_MISMATCH;
   EXPECT_EQ(BoxOf([&] { Click(Execute()); }), "Current ROI is not matching with the coefficient  ");
@@ -185,7 +188,7 @@ TEST_F(DialogExecution, ThePreviewBoxSwitchesTheCamerasCorrection)
 TEST_F(DialogExecution, FlashOperationsReloadTheSettings)
 {
   m_stScript.stInfo.nFrameCount = 1;
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   m_stScript.stInfo.nFrameCount = 16;
   m_stScript.stInfo.nExpectGray = 44;
   Click(Button("LoadFlash_Button"));
@@ -203,7 +206,7 @@ TEST_F(DialogExecution, FlashOperationsReloadTheSettings)
 
 TEST_F(DialogExecution, InTailorModeALoadLeavesTheExpectedGray)
 {
-  ASSERT_EQ(Open("TailorFlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("TailorFlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   m_stScript.stInfo.nFrameCount = 16;
   m_stScript.stInfo.nExpectGray = 44;
   Click(Button("LoadFlash_Button"));
@@ -213,7 +216,7 @@ TEST_F(DialogExecution, InTailorModeALoadLeavesTheExpectedGray)
 
 TEST_F(DialogExecution, LoadingAFileOnTheHostSwitchesThePreviewOn)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   Click(Button("LoadPC_Button"));
   EXPECT_TRUE(Preview()->isEnabled());
   EXPECT_TRUE(Preview()->isChecked());
@@ -223,7 +226,7 @@ TEST_F(DialogExecution, LoadingAFileOnTheHostSwitchesThePreviewOn)
 
 TEST_F(DialogExecution, LoadingAFileInDeviceModeReloadsTheSettings)
 {
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   m_stScript.stInfo.nFrameCount = 2;
   m_stScript.stInfo.nExpectGray = 9;
   Click(Button("LoadPC_Button"));
@@ -234,7 +237,7 @@ TEST_F(DialogExecution, LoadingAFileInDeviceModeReloadsTheSettings)
 
 TEST_F(DialogExecution, LoadingAFileInTailorModeReloadsTheFrameCountAlone)
 {
-  ASSERT_EQ(Open("TailorFlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("TailorFlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   m_stScript.stInfo.nFrameCount = 8;
   m_stScript.stInfo.nExpectGray = 9;
   Click(Button("LoadPC_Button"));
@@ -247,7 +250,7 @@ TEST_F(DialogExecution, LoadingAFileInTailorModeReloadsTheFrameCountAlone)
 TEST_F(DialogExecution, InTailorModeThePreviewBoxSwitchesTheCamerasCorrection)
 {
   m_camera.Device().AddEnumeration("FlatFieldCorrection").Entry("Off", 0).Entry("On", 1);
-  ASSERT_EQ(Open("TailorFlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("TailorFlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   Click(Bright());
   Click(Execute());
   ClickBox(Preview());
@@ -261,18 +264,18 @@ TEST_F(DialogExecution, InTailorModeThePreviewBoxSwitchesTheCamerasCorrection)
 TEST_F(DialogExecution, SettingsThatTheCameraRefusesAfterALoadAreReported)
 {
   m_stScript.stInfo.nFrameCount = 1;
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   m_stScript.stInfo.nFrameCount = 16;
   m_stScript.nFrameCountStatus = PLUGIN_STATUS_FEATURE_ERROR;
   EXPECT_EQ(BoxOf([&] { Click(Button("LoadPC_Button")); }), "Failure to operation device feature");
   EXPECT_EQ(FrameSlider()->value(), 16); // what the coefficients were made with
-  m_stScript.nFrameCountStatus = 0;
+  m_stScript.nFrameCountStatus = PLUGIN_STATUS_SUCCESS;
   m_stScript.stInfo.nExpectGray = 77;
   m_stScript.nExpectGrayStatus = PLUGIN_STATUS_FEATURE_ERROR;
   EXPECT_EQ(BoxOf([&] { Click(Button("LoadFlash_Button")); }), "Failure to operation device feature");
   EXPECT_EQ(GraySlider()->value(), 0);
   EXPECT_EQ(GrayBox()->value(), 0);
-  m_stScript.nExpectGrayStatus = 0;
+  m_stScript.nExpectGrayStatus = PLUGIN_STATUS_SUCCESS;
   Click(Button("LoadFlash_Button"));
   EXPECT_EQ(GraySlider()->value(), 77);
 }
@@ -315,7 +318,7 @@ TEST_F(DialogExecution, WhatALoadThrowsIsNoCancelledLoad)
 
 TEST_F(DialogExecution, FailingFileOperationsAreReported)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.nFileStatus = PLUGIN_STATUS_OPEN_FILE_ERROR;
   EXPECT_EQ(BoxOf([&] { Click(Button("LoadPC_Button")); }), "Open file error");
   m_stScript.nFileStatus = PLUGIN_STATUS_WRITE_FILE_ERROR;
@@ -325,7 +328,7 @@ TEST_F(DialogExecution, FailingFileOperationsAreReported)
 
 TEST_F(DialogExecution, FlashAndFileWithoutAProcessAreRefused)
 {
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   m_pDialog->ReleaseProcess();
   for (const char *pName : {"LoadFlash_Button", "SaveFlash_Button", "LoadPC_Button", "SavePC_Button"}) {
     EXPECT_EQ(BoxOf([&] { Click(Button(pName)); }), "Invalid input param") << pName;
@@ -334,7 +337,7 @@ TEST_F(DialogExecution, FlashAndFileWithoutAProcessAreRefused)
 
 TEST_F(DialogExecution, EveryStatusButTheSilentOnesIsReportedInItsWords)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   std::vector<int32_t> listStatuses = {1, -1, -2, -3, -4, -2000};
   for (int32_t nStatus = -1020; nStatus <= -1001; ++nStatus) {
     listStatuses.push_back(nStatus);
@@ -342,8 +345,7 @@ TEST_F(DialogExecution, EveryStatusButTheSilentOnesIsReportedInItsWords)
   for (const int32_t nStatus : listStatuses) {
     m_stScript.nFileStatus = nStatus;
     if (nStatus != PLUGIN_STATUS_SILENT) {
-      EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }),
-                GetStatusSourceText(nStatus, EStatusTextAudience::Dialog))
+      EXPECT_EQ(BoxOf([&] { Click(Button("SavePC_Button")); }), GetStatusSourceText(nStatus, ETextAudience::Dialog))
         << nStatus;
     }
   }

@@ -39,10 +39,11 @@ public:
     stParam.pStreamNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Stream());
     stParam.pDeviceNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Device());
     m_pDialog = std::make_unique<CShadingCorrectionDlg>(nullptr, stParam);
-    m_pDialog->SetProcessFactory([this](EProcessKind eKind, const CFeatureAccess &, const CFeatureAccess &,
+    m_pDialog->SetProcessFactory([this](EProcessKind eKind, const ffc::pluginobject::CFeatureAccess &,
+                                        const ffc::pluginobject::CFeatureAccess &,
                                         std::unique_ptr<IShadingCorrectionProcess> &pProcess) {
       m_eKind = eKind;
-      if (m_nFactoryStatus == 0) {
+      if (m_nFactoryStatus == PLUGIN_STATUS_SUCCESS) {
         pProcess = std::make_unique<CScriptedProcess>(m_stScript);
         m_pMade = pProcess.get();
       }
@@ -102,7 +103,7 @@ public:
 
   CTestCamera m_camera;
   SProcessScript m_stScript;
-  int32_t m_nFactoryStatus = 0;
+  int32_t m_nFactoryStatus = PLUGIN_STATUS_SUCCESS;
   EProcessKind m_eKind = EProcessKind::DeviceVignetting;
   IShadingCorrectionProcess *m_pMade = nullptr; // the dialog's
   std::unique_ptr<CShadingCorrectionDlg> m_pDialog;

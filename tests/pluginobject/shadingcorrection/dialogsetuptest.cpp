@@ -12,11 +12,13 @@
 #include "pluginobject/shadingcorrection/toolstitlebar.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using ffc::pluginobject::MakePluginMsg;
+
 using DialogSetup = CDialogTest;
 
 TEST_F(DialogSetup, ACameraWithoutAModeFeatureIsCorrectedOnTheHost)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_eKind, EProcessKind::HostFlatField);
   EXPECT_FALSE(Button("LoadFlash_Button")->isEnabled());
   EXPECT_FALSE(Button("SaveFlash_Button")->isEnabled());
@@ -26,7 +28,7 @@ TEST_F(DialogSetup, ACameraWithoutAModeFeatureIsCorrectedOnTheHost)
 
 TEST_F(DialogSetup, FlatFieldModeGetsTheDeviceProcessWithEverythingReady)
 {
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_eKind, EProcessKind::DeviceFlatField);
   for (const char *pName : {"AcquisitionDarkFrame_Button", "AcquisitionBrightFrame_Button", "LoadFlash_Button",
                             "SaveFlash_Button", "LoadPC_Button", "SavePC_Button"}) {
@@ -39,7 +41,7 @@ TEST_F(DialogSetup, FlatFieldModeGetsTheDeviceProcessWithEverythingReady)
 TEST_F(DialogSetup, TailorModeGetsTheVignettingProcessWithoutDarkFieldAndExpectedGray)
 {
   m_stScript.stInfo.nExpectGray = 99;
-  ASSERT_EQ(Open("TailorFlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("TailorFlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_eKind, EProcessKind::DeviceVignetting);
   EXPECT_FALSE(Dark()->isEnabled());
   EXPECT_TRUE(Bright()->isEnabled());
@@ -52,7 +54,7 @@ TEST_F(DialogSetup, TailorModeGetsTheVignettingProcessWithoutDarkFieldAndExpecte
 
 TEST_F(DialogSetup, AnyOtherModeGivesAnInertDialogAndSuccess)
 {
-  ASSERT_EQ(Open("SomethingElse"), 0);
+  ASSERT_EQ(Open("SomethingElse"), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(m_pDialog->HasNoProcess());
   EXPECT_EQ(Prompt(), "");
   for (const char *pName : {"groupBox_2", "AcquisitionDarkFrame_Button", "AcquisitionBrightFrame_Button",
@@ -109,7 +111,7 @@ TEST_F(DialogSetup, TheControlsShowTheProcesssSettings)
 {
   m_stScript.stInfo.nFrameCount = 8;
   m_stScript.stInfo.nExpectGray = 123;
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(FrameSlider()->value(), 12);
   EXPECT_EQ(FrameSlider()->singleStep(), 4);
   EXPECT_EQ(FrameSlider()->minimum(), 0);
@@ -127,7 +129,7 @@ TEST_F(DialogSetup, TheWindowIsFramelessWithATitleBarThatOnlyCloses)
 {
   Build();
   m_pDialog->setWindowTitle(QStringLiteral("Some title"));
-  ASSERT_EQ(Init(), 0);
+  ASSERT_EQ(Init(), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(m_pDialog->windowFlags() & Qt::FramelessWindowHint);
   EXPECT_TRUE(m_pDialog->windowFlags() & Qt::CustomizeWindowHint);
   auto *pBar = Find<QToolsTitleBar>("QToolsTitleBar");
@@ -161,7 +163,7 @@ TEST_F(DialogSetup, TheWindowIconIsTheHostsPictureWhereItHasOne)
 
 TEST_F(DialogSetup, NoPushButtonIsTheDefaultOneAndSavingToFlashWarnsInItsToolTip)
 {
-  ASSERT_EQ(Open("FlatFieldCorrection"), 0);
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
   for (const char *pName :
        {"AcquisitionDarkFrame_Button", "AcquisitionBrightFrame_Button", "ExecuteShadingCorrection_Button",
         "LoadFlash_Button", "SaveFlash_Button", "LoadPC_Button", "SavePC_Button"}) {
@@ -176,7 +178,7 @@ TEST_F(DialogSetup, ShowingAndHidingAreReportedWithZeroFilledMessages)
   qRegisterMetaType<PLUGIN_MSG>();
   Build();
   QSignalSpy spy(m_pDialog.get(), &CShadingCorrectionDlg::SigDlgStatusChanged);
-  ASSERT_EQ(m_pDialog->InitDialog(), 0);
+  ASSERT_EQ(m_pDialog->InitDialog(), PLUGIN_STATUS_SUCCESS);
   m_pDialog->show();
   m_pDialog->hide();
   ASSERT_EQ(spy.size(), 2);
@@ -189,7 +191,7 @@ TEST_F(DialogSetup, ShowingAndHidingAreReportedWithZeroFilledMessages)
 
 TEST_F(DialogSetup, TheProcesssMessagesAreRelayedAsTheyAre)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   QSignalSpy spy(m_pDialog.get(), &CShadingCorrectionDlg::SigDlgStatusChanged);
   m_stScript.fnMeanwhile = [this] {
     emit m_pMade->SigAcquisitionStatusChanged(MakePluginMsg(PLUGIN_MSG_ACQUISITION_ON));
@@ -201,7 +203,7 @@ TEST_F(DialogSetup, TheProcesssMessagesAreRelayedAsTheyAre)
 
 TEST_F(DialogSetup, ReleasingTheProcessLeavesADialogThatAnswersWithoutIt)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_pDialog->ReleaseProcess();
   EXPECT_TRUE(m_stScript.bDestroyed);
   EXPECT_TRUE(m_pDialog->HasNoProcess());

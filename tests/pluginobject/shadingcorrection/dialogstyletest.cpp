@@ -54,7 +54,7 @@ TEST_F(DialogStyle, TheVerdictIsReadableWhateverStyleSheetTheViewerHad)
   for (const char *pSheet : VIEWER_SHEETS) {
     SCOPED_TRACE(pSheet);
     qApp->setStyleSheet(QString::fromLatin1(pSheet));
-    ASSERT_EQ(Open(), 0);
+    ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
     ExpectBothVerdictsAreReadable();
     m_pDialog.reset();
   }
@@ -62,7 +62,7 @@ TEST_F(DialogStyle, TheVerdictIsReadableWhateverStyleSheetTheViewerHad)
 
 TEST_F(DialogStyle, TheVerdictStaysReadableWhenTheViewerChangesItsStyleSheet)
 {
-  ASSERT_EQ(Open(), 0);
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   for (const bool bWarning : {false, true}) {
     ShowVerdict(bWarning);
     for (const char *pSheet : VIEWER_SHEETS) {
@@ -78,7 +78,7 @@ TEST_F(DialogStyle, TheFrameCountSliderDoesNotTrackTheMouse)
   for (const char *pSheet : VIEWER_SHEETS) {
     SCOPED_TRACE(pSheet);
     qApp->setStyleSheet(QString::fromLatin1(pSheet));
-    ASSERT_EQ(Open(), 0);
+    ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
     QCoreApplication::processEvents();
     EXPECT_FALSE(FrameSlider()->hasMouseTracking());
     EXPECT_TRUE(FrameSlider()->hasTracking());
@@ -91,7 +91,7 @@ TEST_F(DialogStyle, ButtonsOfTheTitleBarKeepTheirSize)
   for (const char *pSheet : VIEWER_SHEETS) {
     SCOPED_TRACE(pSheet);
     qApp->setStyleSheet(QString::fromLatin1(pSheet));
-    ASSERT_EQ(Open(), 0);
+    ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
     QCoreApplication::processEvents();
     for (const char *pName : {"ButtonMin", "ButtonRestore", "ButtonMax", "ButtonClose"}) {
       // Only what is shown has got the sheet.

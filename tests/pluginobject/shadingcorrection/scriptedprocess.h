@@ -9,18 +9,19 @@
 
 #include "platform/event.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
+#include "pluginobject/statuscode.h"
 
 /// What a scripted process answers, and what it was asked. Outlives the process.
 struct SProcessScript {
-  int32_t nInitStatus = 0;
-  int32_t nDarkStatus = 0;
-  int32_t nBrightStatus = 0;
-  int32_t nExecuteStatus = 0;
-  int32_t nFrameCountStatus = 0;
-  int32_t nExpectGrayStatus = 0;
-  int32_t nFlashStatus = 0;
-  int32_t nFileStatus = 0;
-  std::atomic<int32_t> nCorrectStatus{0};
+  int32_t nInitStatus = PLUGIN_STATUS_SUCCESS;
+  int32_t nDarkStatus = PLUGIN_STATUS_SUCCESS;
+  int32_t nBrightStatus = PLUGIN_STATUS_SUCCESS;
+  int32_t nExecuteStatus = PLUGIN_STATUS_SUCCESS;
+  int32_t nFrameCountStatus = PLUGIN_STATUS_SUCCESS;
+  int32_t nExpectGrayStatus = PLUGIN_STATUS_SUCCESS;
+  int32_t nFlashStatus = PLUGIN_STATUS_SUCCESS;
+  int32_t nFileStatus = PLUGIN_STATUS_SUCCESS;
+  std::atomic<int32_t> nCorrectStatus{PLUGIN_STATUS_SUCCESS};
   FFCInfo stInfo;
   double dMaxGray = 0.0;
   double dGrayDiff = 0.0;
@@ -45,8 +46,8 @@ public:
   ~CScriptedProcess() override { m_stScript.bDestroyed = true; }
 
   int32_t InitProcess() override { return Note("init", m_stScript.nInitStatus); }
-  int32_t PrepareDeviceParam() override { return 0; }
-  int32_t RestoreDeviceParam() override { return Note("restore", 0); }
+  int32_t PrepareDeviceParam() override { return PLUGIN_STATUS_SUCCESS; }
+  int32_t RestoreDeviceParam() override { return Note("restore", PLUGIN_STATUS_SUCCESS); }
   int32_t AcquireDarkImage() override { return NoteLong("dark", m_stScript.nDarkStatus); }
   int32_t AcquireBrightImage() override { return NoteLong("bright", m_stScript.nBrightStatus); }
   int32_t ExecuteCorrection() override { return NoteLong("execute", m_stScript.nExecuteStatus); }
@@ -59,8 +60,11 @@ public:
   int32_t SaveToFlash() override { return Note("save flash", m_stScript.nFlashStatus); }
   int32_t LoadFromFile() override { return NoteLong("load file", m_stScript.nFileStatus); }
   int32_t SaveToFile() override { return NoteLong("save file", m_stScript.nFileStatus); }
-  void ReceiveImage(const void *, uint32_t nSize) override { Note("receive " + std::to_string(nSize), 0); }
-  void SetImageReady() override { Note("ready", 0); }
+  void ReceiveImage(const void *, uint32_t nSize) override
+  {
+    m_stScript.listCalls.push_back("receive " + std::to_string(nSize));
+  }
+  void SetImageReady() override { m_stScript.listCalls.push_back("ready"); }
   uint32_t WaitImageRequest() override { return m_stScript.nWaitResult; }
   FFCInfo GetCorrectionInfo() override { return m_stScript.stInfo; }
   double GetImageMaxGray() override { return m_stScript.dMaxGray; }
