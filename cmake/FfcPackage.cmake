@@ -68,6 +68,8 @@ else()
   install(FILES README.md CHANGELOG.md DESTINATION share/doc/flatfieldcorrection)
   if(TARGET ffc)
     install(FILES packaging/ffc.1 DESTINATION share/man/man1)
+    install(FILES tools/ffc/examples/Snakefile tools/ffc/examples/ffc-array.sbatch
+      DESTINATION share/doc/flatfieldcorrection/examples)
     install(FILES packaging/ffc.bash DESTINATION share/bash-completion/completions RENAME ffc)
   endif()
 endif()
