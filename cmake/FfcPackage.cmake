@@ -67,7 +67,7 @@ else()
   endforeach()
   install(FILES README.md CHANGELOG.md DESTINATION share/doc/flatfieldcorrection)
   if(TARGET ffc)
-    install(FILES packaging/ffc.1 DESTINATION share/man/man1)
+    install(FILES packaging/ffc.1 packaging/ffchost.1 DESTINATION share/man/man1)
     install(FILES tools/ffc/examples/Snakefile tools/ffc/examples/ffc-array.sbatch
       DESTINATION share/doc/flatfieldcorrection/examples)
     install(FILES packaging/ffc.bash DESTINATION share/bash-completion/completions RENAME ffc)
