@@ -140,12 +140,18 @@ def print_frames(path):
     print(f"- A poll for a request takes {poll * 1000:.0f} ns, {100 * poll / kernel:.4f} % of the kernel at 5 Mpx.")
 
 
-def print_acquisition(path):
+def read_values(path):
+    """The values of lines "part name value", by part and name."""
     values = {}
     with open(path, encoding="utf-8") as file:
         for line in file:
-            pixel_format, name, value = line.split()
-            values.setdefault(pixel_format, {})[name] = float(value)
+            part, name, value = line.split()
+            values.setdefault(part, {})[name] = float(value)
+    return values
+
+
+def print_acquisition(path):
+    values = read_values(path)
     print("| | acquisition / bare work | execution / acquisition | peak memory / buffers | peak memory |")
     print("|---|---|---|---|---|")
     for pixel_format, figures in values.items():
@@ -157,11 +163,7 @@ def print_acquisition(path):
 
 
 def print_batch(path):
-    values = {}
-    with open(path, encoding="utf-8") as file:
-        for line in file:
-            part, name, value = line.split()
-            values.setdefault(part, {})[name] = float(value)
+    values = read_values(path)
     print("| | apply, 2 threads / copy | apply, 1 thread / copy | OpenCV / copy | OpenCV / apply, 2 threads |")
     print("|---|---|---|---|---|")
     for part, title in (("one_file", "one file"), ("single_files", "single files")):
