@@ -5,6 +5,7 @@
 #   ./test.sh PRESET ...   one or several of release, debug, asan, tsan
 #   ./test.sh --windows    built for 64-bit Windows with a tool chain that is made first, run under Wine
 #                          (FFC_QT_MINGW_CACHE: see scripts/windows/toolchain.sh)
+#   ./test.sh --cluster    a Slurm cluster of one node is started (as root) and the tests that need one are run there
 #   ./test.sh --soak       the long forms of the reliability tests: all combinations and millions of frames, and each
 #                          fuzz target for FFC_SOAK_MINUTES (60). FFC_SEED sets another order of what happens.
 #
@@ -58,6 +59,14 @@ test_windows() {
   test_preset windows-mingw
 }
 
+test_cluster() {
+  install_packages packages-cluster.txt
+  echo '== release: build'
+  build_preset release -DFFC_BUILD_TESTS=ON
+  echo '== release: test on a cluster'
+  scripts/cluster.sh ctest --preset release --tests-regex '^Slurm\.' --no-tests=error --verbose
+}
+
 # soak_reliability PRESET OPERATIONS FRAMES: the long forms, with so many operations and frames in each mode.
 soak_reliability() {
   echo "== $1: soak"
@@ -78,7 +87,7 @@ if [ "${1:-}" = --windows ]; then
   test_windows
   exit
 fi
-install_packages packages.txt
+install_packages packages.txt packages-test.txt
 case "${1:-}" in
   '') test_preset release ;;
   --all)
@@ -87,6 +96,7 @@ case "${1:-}" in
     done
     scripts/fuzz.sh
     ;;
+  --cluster) test_cluster ;;
   --soak) soak ;;
   -*)
     sed -n '2,/^set /{s/^# \{0,1\}//;/^set /d;p}' "$0" >&2

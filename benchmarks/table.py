@@ -60,6 +60,11 @@ def judge(value, goal):
     return f"{value:.2f}" + ("" if goal is None or value >= goal else " (!)")
 
 
+def judge_cost(value, goal):
+    """A value, marked where it exceeds its goal."""
+    return f"{value:.2f}" + ("" if value <= goal else " (!)")
+
+
 def print_kernels(kernels):
     print("| kernel | of the limit, 0.3 | 5 | 26 | x OpenCV's best, 5 | 26 | OpenCV's best | x slow twin |")
     print("|---|---|---|---|---|---|---|---|")
@@ -138,12 +143,18 @@ def print_frames(path):
     print(f"- A poll for a request takes {poll * 1000:.0f} ns, {100 * poll / kernel:.4f} % of the kernel at 5 Mpx.")
 
 
-def print_acquisition(path):
+def read_values(path):
+    """The values of lines "part name value", by part and name."""
     values = {}
     with open(path, encoding="utf-8") as file:
         for line in file:
-            pixel_format, name, value = line.split()
-            values.setdefault(pixel_format, {})[name] = float(value)
+            part, name, value = line.split()
+            values.setdefault(part, {})[name] = float(value)
+    return values
+
+
+def print_acquisition(path):
+    values = read_values(path)
     print("| | acquisition / bare work | execution / acquisition | peak memory / buffers | peak memory |")
     print("|---|---|---|---|---|")
     for pixel_format, figures in values.items():
@@ -154,7 +165,24 @@ def print_acquisition(path):
         )
 
 
+def print_batch(path):
+    values = read_values(path)
+    print("| | apply, 2 threads / copy | apply, 1 thread / copy | OpenCV / copy | OpenCV / apply, 2 threads |")
+    print("|---|---|---|---|---|")
+    for part, title in (("one_file", "one file"), ("single_files", "single files")):
+        times = values[part]
+        print(
+            f"| {title} | {judge_cost(times['apply2'] / times['copy'], 1.3)} | {times['apply1'] / times['copy']:.2f}"
+            f" | {times['opencv'] / times['copy']:.2f} | {times['opencv'] / times['apply2']:.2f} |"
+        )
+    few, many = values["memory"]["frames_20"], values["memory"]["frames_2000"]
+    print(f"\nPeak memory with 20 frames of 0.08 Mpx {few:.1f} MB, with 2000 {many:.1f} MB.")
+
+
 def main():
+    if len(sys.argv) == 2:
+        print_batch(sys.argv[1])
+        return
     times_by_name, context = read_times(sys.argv[1])
     kernels = group(times_by_name)
     print(f"Kernels, instruction level {context['instruction_level']}, one thread. (!) misses the goal.\n")

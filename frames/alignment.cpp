@@ -1,5 +1,6 @@
 #include "frames/alignment.h"
 
+#include <cstring>
 #include <string>
 
 namespace ffc::frames {
@@ -120,6 +121,33 @@ Result<SDepth> DecideDepth(const SEvidence &stEvidence, const SLayout &stLayout,
   }
   return bFitsLeft && !stStated.eAlignment ? Result<SDepth>(MakeLeft(nBitDepth, nEmpty))
                                            : DescribeTooLarge(stEvidence, nBitDepth);
+}
+
+uint32_t FindUsedBits(const void *pFrame, const SLayout &stLayout)
+{
+  // Several words at once, none of which waits for the one before.
+  constexpr std::size_t LANES = 16;
+  uint64_t anUsed[LANES] = {};
+  const auto *pBytes = static_cast<const uint8_t *>(pFrame);
+  const std::size_t nBytes = stLayout.GetFrameSize();
+  std::size_t n = 0;
+  for (; n + sizeof anUsed <= nBytes; n += sizeof anUsed) {
+    uint64_t anWords[LANES];
+    std::memcpy(anWords, pBytes + n, sizeof anWords);
+    for (std::size_t nLane = 0; nLane < LANES; ++nLane) {
+      anUsed[nLane] |= anWords[nLane];
+    }
+  }
+  uint64_t anRest[LANES] = {};
+  std::memcpy(anRest, pBytes + n, nBytes - n);
+  uint64_t nUsed = 0;
+  for (std::size_t nLane = 0; nLane < LANES; ++nLane) {
+    nUsed |= anUsed[nLane] | anRest[nLane];
+  }
+  for (uint32_t nBits = 32; nBits >= 8 * stLayout.nBytesPerSample; nBits /= 2) {
+    nUsed |= nUsed >> nBits;
+  }
+  return static_cast<uint32_t>(nUsed & ((uint64_t{1} << 8 * stLayout.nBytesPerSample) - 1));
 }
 
 void ShiftRight(void *pFrame, const SLayout &stLayout, uint32_t nBits)

@@ -52,6 +52,9 @@ struct SStated {
 /// \return why the evidence speaks against what is stated, or is none, as the end of a sentence about the file
 Result<SDepth> DecideDepth(const SEvidence &stEvidence, const SLayout &stLayout, const SStated &stStated);
 
+/// Bits that are set in any sample: faster than all the evidence.
+uint32_t FindUsedBits(const void *pFrame, const SLayout &stLayout);
+
 /// Shift all samples of 16 bits.
 void ShiftRight(void *pFrame, const SLayout &stLayout, uint32_t nBits);
 void ShiftLeft(void *pFrame, const SLayout &stLayout, uint32_t nBits);

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "frames/alignment.h"
 #include "frames/fileio.h"
 #include "frames/ifilekind.h"
 
@@ -48,6 +49,7 @@ public:
   {
     Result<> result = RunUntilFailure([this] { return ReadScene("dark", m_stFrames.listDark); },
                                       [this] { return ReadScene("bright", m_stFrames.listBright); });
+    result = result ? AlignRight() : result;
     if (!result) {
       return result.GetFailure();
     }
@@ -86,8 +88,8 @@ private:
     Result<> result = m_stFrames.stLayout.nWidth == 0 ? SetUp(stInfo) : CheckLikeFirst(stInfo.stLayout);
     for (uint64_t n = 0; result && n < stInfo.nFrames; ++n) {
       std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
-      result = RunUntilFailure([&] { return reader.GetValue()->Read(listFrame.data()); },
-                               [&] { return CheckValues(listFrame); });
+      result = reader.GetValue()->Read(listFrame.data());
+      NoteValues(strPath, listFrame);
       listFrames.push_back(std::move(listFrame));
     }
     return result;
@@ -117,16 +119,33 @@ private:
     return Failure("is " + Describe(stLayout) + ", unlike the first one: " + Describe(stFirst) + ".");
   }
 
-  Result<> CheckValues(const std::vector<uint8_t> &listFrame) const
+  void NoteValues(const QString &strPath, const std::vector<uint8_t> &listFrame)
   {
-    if (!m_stFormat || m_stFormat->nBitDepth == 8 * m_stFormat->GetBytesPerSample()) {
+    SEvidence stEvidence;
+    stEvidence.Add(listFrame.data(), m_stFrames.stLayout);
+    m_stEvidence.Add(stEvidence);
+    if (m_strBeyond.empty() && m_stFormat && stEvidence.nLargest > m_stFormat->GetMaximum()) {
+      m_strBeyond = "The file \"" + strPath.toStdString() + "\" holds the value " +
+                    std::to_string(stEvidence.nLargest) + ", but " + m_stFormat->strName + " ends at " +
+                    std::to_string(m_stFormat->GetMaximum()) + ".";
+    }
+  }
+
+  /// Values beyond the depth are those of left-aligned samples, or of another format.
+  Result<> AlignRight()
+  {
+    if (m_strBeyond.empty()) {
       return {};
     }
-    const auto *pSamples = reinterpret_cast<const uint16_t *>(listFrame.data());
-    const uint16_t nLargest = *std::max_element(pSamples, pSamples + listFrame.size() / sizeof(uint16_t));
-    if (nLargest > m_stFormat->GetMaximum()) {
-      return Failure("holds the value " + std::to_string(nLargest) + ", but " + m_stFormat->strName + " ends at " +
-                     std::to_string(m_stFormat->GetMaximum()) + ".");
+    const Result<SDepth> depth = DecideDepth(m_stEvidence, m_stFrames.stLayout, {m_stFormat->nBitDepth, std::nullopt});
+    if (!depth) {
+      return Failure(m_strBeyond);
+    }
+    m_stFrames.bLeftAligned = true;
+    for (Frames *pFrames : {&m_stFrames.listDark, &m_stFrames.listBright}) {
+      for (std::vector<uint8_t> &listFrame : *pFrames) {
+        ShiftRight(listFrame.data(), m_stFrames.stLayout, depth.GetValue().GetShift(m_stFrames.stLayout));
+      }
     }
     return {};
   }
@@ -134,6 +153,8 @@ private:
   QDir m_dir;
   std::optional<SSampleFormat> m_stFormat;
   SRecordedFrames m_stFrames;
+  SEvidence m_stEvidence;
+  std::string m_strBeyond; ///< the first value beyond the format, as a sentence
 };
 
 } // namespace

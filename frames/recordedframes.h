@@ -27,9 +27,11 @@ struct SRecordedFrames {
   std::string strStatedFormat;                ///< what the first file says of them, as PFNC calls it
   std::vector<std::vector<uint8_t>> listDark; ///< in the order of the file names; at least 2
   std::vector<std::vector<uint8_t>> listBright;
+  bool bLeftAligned = false; ///< in the files; the frames here are right-aligned
 };
 
 /// Reads the files "dark_*" and "bright_*" of every kind in ifilekind.h.
+/// Where all samples are multiples that only left-aligned ones of the format's depth can be, they are shifted.
 /// \param stFormat that all samples must have; none: any samples of 8 or 16 bits
 Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::optional<SSampleFormat> &stFormat);
 

@@ -19,16 +19,17 @@ const SSensorFormat *FindFormat(const SReplayCameraOptions &stOptions, const ffc
 }
 
 SCameraDescription Describe(const SReplayCameraOptions &stOptions, const SSensorFormat &stFormat,
-                            const ffc::frames::SLayout &stLayout)
+                            const ffc::frames::SRecordedFrames &stFrames)
 {
   SCameraDescription stDescription;
   stDescription.strVendor = "Replay";
-  stDescription.strModel = stFormat.pName;
+  // Wherever the camera is named, people see that the samples were shifted.
+  stDescription.strModel = std::string(stFormat.pName) + (stFrames.bLeftAligned ? ", left-aligned in its files" : "");
   stDescription.strSerial = QDir(QString::fromStdString(stOptions.strFolder)).dirName().toStdString();
   stDescription.listFormats = {stFormat};
   stDescription.strPixelFormat = stFormat.pName;
-  stDescription.nSensorWidth = stLayout.nWidth;
-  stDescription.nSensorHeight = stLayout.nHeight;
+  stDescription.nSensorWidth = stFrames.stLayout.nWidth;
+  stDescription.nSensorHeight = stFrames.stLayout.nHeight;
   stDescription.dFrameRate = stOptions.dFrameRate;
   return stDescription;
 }
@@ -64,7 +65,7 @@ Result<std::unique_ptr<ICamera>> CreateReplayCamera(const SReplayCameraOptions &
       return Failure("The recording cannot be played: there is no pixel format \"" + frames.GetValue().strStatedFormat +
                      "\".");
     }
-    const SCameraDescription stDescription = Describe(stOptions, *pFormat, frames.GetValue().stLayout);
+    const SCameraDescription stDescription = Describe(stOptions, *pFormat, frames.GetValue());
     return std::make_unique<CSoftwareCamera>(stDescription,
                                              std::make_unique<CFrameReplay>(std::move(frames).GetValue()));
   } catch (const std::bad_alloc &) {

@@ -15,8 +15,9 @@ struct SReplayCameraOptions {
   double dFrameRate = 50.0;   ///< frames per second: 0.1 to 10000
 };
 
-/// Reads all frames at once. Exposure, gain and black level can be set and change nothing.
-/// \return why not: what is wrong with the folder or the options
+/// Reads all frames at once. Left-aligned samples of the stated depth are shifted, and the model's name says so.
+/// Exposure, gain and black level can be set and change nothing. \return why not: what is wrong with the folder or the
+/// options
 Result<std::unique_ptr<ICamera>> CreateReplayCamera(const SReplayCameraOptions &stOptions);
 
 } // namespace ffc::camera

@@ -235,7 +235,8 @@ TEST(ReplayCamera, TooFewFramesOfAKindAreCounted)
 {
   CRecordingFolder folder;
   folder.AddFrames(2, 1);
-  EXPECT_NE(GetError(folder).find("has 1 frames in \"bright_*\" files; at least 2"), std::string::npos) << GetError(folder);
+  EXPECT_NE(GetError(folder).find("has 1 frames in \"bright_*\" files; at least 2"), std::string::npos)
+    << GetError(folder);
   folder.Remove("dark_000.png");
   folder.Remove("dark_001.png");
   EXPECT_NE(GetError(folder).find("has 0 frames in \"dark_*\" files"), std::string::npos) << GetError(folder);
@@ -279,6 +280,22 @@ TEST(ReplayCamera, AFileThatEndsEarlyIsNamed)
   QFile file(QString::fromStdString(folder.GetPath()) + "/bright_009.png");
   ASSERT_TRUE(file.resize(file.size() / 2));
   EXPECT_NE(GetError(folder).find("bright_009.png\" cannot be read"), std::string::npos) << GetError(folder);
+}
+
+TEST(ReplayCamera, LeftAlignedSamplesAreShiftedAndTheNameSaysSo)
+{
+  CRecordingFolder folder;
+  for (const char *pName : {"dark_0.png", "dark_1.png", "bright_0.png", "bright_1.png"}) {
+    folder.Add(pName, QImage::Format_Grayscale16, pName[0] == 'd' ? 17 << 4 : 3001 << 4);
+  }
+  const auto pCamera = Open(folder, "Mono12");
+  EXPECT_EQ(GetText(pCamera->GetDeviceNodeMap(), "DeviceModelName"), "Mono12, left-aligned in its files");
+  ffc::test::CFrameCollector collector(*pCamera);
+  ASSERT_EQ(pCamera->Start().GetError(), "");
+  EXPECT_EQ(AsSet(TakeValues(collector, 2)), std::set<int>{3001});
+  pCamera->Stop();
+  folder.Add("bright_2.png", QImage::Format_Grayscale16, 5);
+  EXPECT_NE(GetError(folder, "Mono12").find("but Mono12 ends at 4095"), std::string::npos) << "not all are shifted";
 }
 
 TEST(ReplayCamera, ValuesBeyondTheFormatAreFound)

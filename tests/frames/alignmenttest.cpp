@@ -84,6 +84,23 @@ TEST(Alignment, EvidenceOfManyFramesIsThatOfAll)
   EXPECT_EQ(stEvidence.CountEmptyLowBits(), 4U);
 }
 
+TEST(Alignment, UsedBitsAreThoseOfTheEvidenceForEveryLengthAndPlace)
+{
+  for (const uint32_t nBytes : {1U, 2U}) {
+    for (uint32_t nWidth = 1; nWidth < 200; ++nWidth) {
+      const SLayout stLayout{nWidth, 1, nBytes};
+      std::vector<uint8_t> listFrame(stLayout.GetFrameSize());
+      for (std::size_t n = 0; n < listFrame.size(); ++n) {
+        listFrame[n] = 0x41;
+        SEvidence stEvidence;
+        stEvidence.Add(listFrame.data(), stLayout);
+        ASSERT_EQ(FindUsedBits(listFrame.data(), stLayout), stEvidence.nUsedBits) << nWidth << " byte " << n;
+        listFrame[n] = 0;
+      }
+    }
+  }
+}
+
 TEST(Alignment, ShiftingThereAndBackChangesNothing)
 {
   const Frames listFrames = MakeFrames(DEEP, 1, 12);

@@ -6,6 +6,7 @@
 #include "tools/ffc/commands.h"
 #include "tools/ffc/contenthash.h"
 #include "tools/ffc/flat.h"
+#include "tools/ffc/framecorrector.h"
 #include "tools/ffc/inputs.h"
 #include "tools/ffc/manifest.h"
 #include "tools/ffc/transfer.h"
@@ -31,27 +32,29 @@ QString HashFrames(const QString &strFile, const SOptions &stOptions)
     if (!reader.GetValue()->Read(listFrame.data())) {
       return {};
     }
-    hash.Add(listFrame.data(), listFrame.size());
+    CContentHash hashFrame;
+    hashFrame.Add(listFrame.data(), listFrame.size());
+    hash.Add(hashFrame);
   }
   return hash.Get();
 }
 
 class CApplication {
 public:
-  CApplication(const SOptions &stOptions, const CFlat &flat, CManifest *pManifest, bool bReadAhead, CReport &report)
-    : m_stOptions(stOptions), m_flat(flat), m_pManifest(pManifest), m_report(report), m_bReadAhead(bReadAhead)
+  CApplication(const SOptions &stOptions, const CFlat &flat, CManifest *pManifest, CReport &report)
+    : m_stOptions(stOptions), m_flat(flat), m_pManifest(pManifest), m_report(report), m_corrector(flat)
   {
   }
 
   /// From any thread.
-  void Correct(const QString &strFile)
+  void Correct(const QString &strFile, uint32_t nThreads)
   {
     const QString strOut = m_stOptions.bInPlace
                              ? strFile
                              : QDir(QString::fromStdString(m_stOptions.strOut)).filePath(QFileInfo(strFile).fileName());
     QString strStatus = QStringLiteral("corrected");
     uint64_t nFrames = 0;
-    const std::optional<STrouble> stTrouble = Process(strFile, strOut, &strStatus, &nFrames);
+    const std::optional<STrouble> stTrouble = Process(strFile, strOut, nThreads, &strStatus, &nFrames);
     if (stTrouble) {
       m_report.AddTrouble(strFile, *stTrouble);
       return;
@@ -61,7 +64,7 @@ public:
   }
 
 private:
-  std::optional<STrouble> Process(const QString &strFile, const QString &strOut, QString *pstrStatus,
+  std::optional<STrouble> Process(const QString &strFile, const QString &strOut, uint32_t nThreads, QString *pstrStatus,
                                   uint64_t *pnFrames)
   {
     auto reader = OpenFrames(strFile, m_stOptions);
@@ -80,7 +83,7 @@ private:
       *pstrStatus = QStringLiteral("would be corrected");
       return stTrouble;
     }
-    return Write(*reader.GetValue(), strFile, strOut);
+    return Write(*reader.GetValue(), strFile, strOut, nThreads);
   }
 
   /// What is really there decides: the same frames, and the output that was made of them.
@@ -128,7 +131,8 @@ private:
     return result ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(result.GetError())});
   }
 
-  std::optional<STrouble> Write(frames::IFrameReader &reader, const QString &strFile, const QString &strOut)
+  std::optional<STrouble> Write(frames::IFrameReader &reader, const QString &strFile, const QString &strOut,
+                                uint32_t nThreads)
   {
     STransfer stTransfer;
     stTransfer.strFrom = strFile;
@@ -136,8 +140,10 @@ private:
     stTransfer.pKind = FindKind(strFile, m_stOptions);
     stTransfer.stInfo = reader.GetInfo();
     stTransfer.mapTexts[frames::TEXT_CORRECTION] = m_flat.DescribeCorrection();
-    stTransfer.bReadAhead = m_bReadAhead;
-    stTransfer.fnChange = [&](void *pFrame) { return CorrectFrame(pFrame, reader.GetInfo()); };
+    stTransfer.nThreads = nThreads;
+    stTransfer.fnChange = [&](void *pFrame, SFrameHashes *pHashes) {
+      return m_corrector.Correct(pFrame, reader.GetInfo(), pHashes);
+    };
     if (m_stOptions.bResume) {
       frames::CPartialFile::RemoveLeftOvers(strOut);
     }
@@ -154,32 +160,11 @@ private:
     return added ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(added.GetError())});
   }
 
-  Result<> CorrectFrame(void *pFrame, const frames::SFrameInfo &stInfo) const
-  {
-    frames::SEvidence stEvidence;
-    stEvidence.Add(pFrame, stInfo.stLayout);
-    const Result<frames::SDepth> depth = m_flat.DecideDepth(stEvidence, stInfo);
-    if (!depth) {
-      return Failure(depth.GetError() + " If the values stand elsewhere in the 16 bits, use --align.");
-    }
-    const uint32_t nShift = depth.GetValue().GetShift(stInfo.stLayout);
-    if (nShift > 0) {
-      frames::ShiftRight(pFrame, stInfo.stLayout, nShift);
-    }
-    if (!m_flat.Apply(pFrame, stInfo.stLayout, depth.GetValue().nBitDepth)) {
-      return Failure("cannot be corrected: the image library refuses its frames.");
-    }
-    if (nShift > 0) {
-      frames::ShiftLeft(pFrame, stInfo.stLayout, nShift);
-    }
-    return {};
-  }
-
   const SOptions &m_stOptions;
   const CFlat &m_flat;
   CManifest *m_pManifest;
   CReport &m_report;
-  const bool m_bReadAhead; ///< where there are more threads than files
+  CFrameCorrector m_corrector;
 };
 
 EExitCode Stop(CReport &report, const SOptions &stOptions, const STrouble &stTrouble)
@@ -216,10 +201,9 @@ EExitCode RunApply(const SOptions &stOptions, CReport &report)
       return Stop(report, stOptions, {false, QString::fromStdString(prepared.GetError())});
     }
   }
-  const bool bReadAhead = stOptions.nThreads > static_cast<uint32_t>(listFiles.GetValue().size());
-  CApplication application(stOptions, flat, stOptions.bInPlace ? nullptr : &manifest, bReadAhead, report);
+  CApplication application(stOptions, flat, stOptions.bInPlace ? nullptr : &manifest, report);
   ForEachFile(listFiles.GetValue(), stOptions.nThreads, report,
-              [&](const QString &strFile) { application.Correct(strFile); });
+              [&](const QString &strFile, uint32_t nThreads) { application.Correct(strFile, nThreads); });
   return report.Finish(QStringLiteral("apply"));
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 
+#include <QByteArray>
 #include <QString>
 
 namespace ffc::tool {
@@ -16,12 +17,22 @@ public:
   ~CContentHash();
 
   void Add(const void *pBytes, std::size_t nBytes);
+  /// Adds another one's hash, as it is then: a file's is the hash of its frames' hashes, in their order.
+  void Add(const CContentHash &hashPart);
   /// Name of the hash and the hash, in hexadecimal.
   QString Get() const;
 
 private:
   struct SState;
+  QByteArray GetDigest() const;
+
   std::unique_ptr<SState> m_pState;
+};
+
+/// Of one frame, before and after the correction.
+struct SFrameHashes {
+  CContentHash hashRead;
+  CContentHash hashWritten;
 };
 
 } // namespace ffc::tool

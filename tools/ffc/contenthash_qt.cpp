@@ -18,9 +18,20 @@ void CContentHash::Add(const void *pBytes, std::size_t nBytes)
   m_pState->m_hash.addData(QByteArray::fromRawData(static_cast<const char *>(pBytes), static_cast<int>(nBytes)));
 }
 
+void CContentHash::Add(const CContentHash &hashPart)
+{
+  const QByteArray byteDigest = hashPart.GetDigest();
+  Add(byteDigest.constData(), static_cast<std::size_t>(byteDigest.size()));
+}
+
+QByteArray CContentHash::GetDigest() const
+{
+  return m_pState->m_hash.result();
+}
+
 QString CContentHash::Get() const
 {
-  return QStringLiteral("sha256:") + QLatin1String(m_pState->m_hash.result().toHex());
+  return QStringLiteral("sha256:") + QLatin1String(GetDigest().toHex());
 }
 
 } // namespace ffc::tool

@@ -19,19 +19,19 @@ const frames::IFileKind *FindTarget(const std::string &strTo)
 
 class CConversion {
 public:
-  CConversion(const SOptions &stOptions, const frames::IFileKind &kind, bool bReadAhead, CReport &report)
-    : m_stOptions(stOptions), m_kind(kind), m_report(report), m_bReadAhead(bReadAhead)
+  CConversion(const SOptions &stOptions, const frames::IFileKind &kind, CReport &report)
+    : m_stOptions(stOptions), m_kind(kind), m_report(report)
   {
   }
 
   /// From any thread.
-  void Convert(const QString &strFile)
+  void Convert(const QString &strFile, uint32_t nThreads)
   {
     const QString strOut = QDir(QString::fromStdString(m_stOptions.strOut))
                              .filePath(QFileInfo(strFile).completeBaseName() + QStringLiteral(".") +
                                        QString::fromStdString(m_stOptions.strTo));
     uint64_t nFrames = 0;
-    const std::optional<STrouble> stTrouble = Process(strFile, strOut, &nFrames);
+    const std::optional<STrouble> stTrouble = Process(strFile, strOut, nThreads, &nFrames);
     if (stTrouble) {
       m_report.AddTrouble(strFile, *stTrouble);
       return;
@@ -42,7 +42,7 @@ public:
   }
 
 private:
-  std::optional<STrouble> Process(const QString &strFile, const QString &strOut, uint64_t *pnFrames)
+  std::optional<STrouble> Process(const QString &strFile, const QString &strOut, uint32_t nThreads, uint64_t *pnFrames)
   {
     auto reader = OpenFrames(strFile, m_stOptions);
     if (!reader) {
@@ -64,18 +64,19 @@ private:
     if (!stInfo.strRemark.isEmpty()) {
       m_report.Warn(MakeSentence(strFile, "had to be guessed at: ") + stInfo.strRemark);
     }
-    return m_stOptions.bDryRun ? std::nullopt : Write(*reader.GetValue(), strFile, strOut);
+    return m_stOptions.bDryRun ? std::nullopt : Write(*reader.GetValue(), strFile, strOut, nThreads);
   }
 
-  std::optional<STrouble> Write(frames::IFrameReader &reader, const QString &strFile, const QString &strOut) const
+  std::optional<STrouble> Write(frames::IFrameReader &reader, const QString &strFile, const QString &strOut,
+                                uint32_t nThreads) const
   {
     STransfer stTransfer;
     stTransfer.strFrom = strFile;
     stTransfer.strTo = strOut;
     stTransfer.pKind = &m_kind;
     stTransfer.stInfo = reader.GetInfo();
-    stTransfer.bReadAhead = m_bReadAhead;
-    stTransfer.fnChange = [](void *) { return Result<>(); };
+    stTransfer.nThreads = nThreads;
+    stTransfer.fnChange = [](void *, SFrameHashes *) { return Result<>(); };
     const SSensorFormat *pStated =
       m_stOptions.strPixelFormat.empty() ? nullptr : FindSensorFormat(m_stOptions.strPixelFormat);
     if (pStated != nullptr) {
@@ -88,7 +89,6 @@ private:
   const SOptions &m_stOptions;
   const frames::IFileKind &m_kind;
   CReport &m_report;
-  const bool m_bReadAhead; ///< where there are more threads than files
 };
 
 } // namespace
@@ -117,10 +117,9 @@ EExitCode RunConvert(const SOptions &stOptions, CReport &report)
     report.Warn(QString::fromStdString(made.GetError()));
     return EXIT_SOME_FAILED;
   }
-  const bool bReadAhead = stOptions.nThreads > static_cast<uint32_t>(listFiles.GetValue().size());
-  CConversion conversion(stOptions, *pKind, bReadAhead, report);
+  CConversion conversion(stOptions, *pKind, report);
   ForEachFile(listFiles.GetValue(), stOptions.nThreads, report,
-              [&](const QString &strFile) { conversion.Convert(strFile); });
+              [&](const QString &strFile, uint32_t nThreads) { conversion.Convert(strFile, nThreads); });
   return report.Finish(QStringLiteral("convert"));
 }
 

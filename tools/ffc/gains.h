@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include <QImage>
 
@@ -21,7 +22,17 @@ struct SGains {
 /// \param nPixels at least 1; the table has at least twice as many bytes
 SGains MeasureGains(const CFrameBuffer &table, uint64_t nPixels);
 
-/// The gains as a grey picture, the smallest black and the largest white; pixels at the limit count for none of them.
-QImage PaintGains(const CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight);
+/// How many pixels have which gain. Those at the limit are counted nowhere: they would stretch the range.
+struct SGainHistogram {
+  double dFrom = 0; ///< of the first of the bins, which are equally wide
+  double dTo = 0;   ///< of the last
+  std::vector<uint64_t> listCounts;
+};
+
+SGainHistogram MeasureGainHistogram(const CFrameBuffer &table, uint64_t nPixels, uint32_t nBins);
+
+/// The gains as a picture, the smallest black, the largest white and those at the limit red, and their histogram beside
+/// it. The picture of a large sensor shows every second pixel, or third, and so on.
+QImage PlotGains(const CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight);
 
 } // namespace ffc::tool

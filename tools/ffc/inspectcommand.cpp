@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QtEndian>
 
@@ -18,6 +19,7 @@ namespace {
 constexpr int RECORD_WORDS = 6;
 constexpr int RECORD_SIZE = 4 * RECORD_WORDS;
 constexpr int SIZE_WORD = 4; ///< of the record: size of the file in bytes
+constexpr uint32_t HISTOGRAM_BINS = 64;
 
 /// The record that ends a file of a camera's coefficients.
 /// \param bSwapped whether the bytes of each pair are exchanged, as the flat-field process keeps them
@@ -53,6 +55,36 @@ public:
     if (stTrouble) {
       m_report.AddTrouble(strFile, *stTrouble);
     }
+  }
+
+  /// What the files of frames have in common, where there is more than one.
+  void Summarise()
+  {
+    if (m_stTotal.nFiles < 2) {
+      return;
+    }
+    QString strText =
+      QStringLiteral("Together: %1 files with %2 frames, ").arg(m_stTotal.nFiles).arg(m_stTotal.nFrames);
+    QJsonObject object{{"files", static_cast<double>(m_stTotal.nFiles)},
+                       {"frames", static_cast<double>(m_stTotal.nFrames)},
+                       {"alike", !m_stTotal.bUnlike},
+                       {"corrected", static_cast<double>(m_stTotal.nCorrected)}};
+    if (m_stTotal.bUnlike) {
+      strText += QStringLiteral("of different sizes or depths");
+    } else {
+      const Result<frames::SDepth> depth = Decide(m_stTotal.stEvidence, m_stTotal.stFirst);
+      const QString strReason = depth ? depth.GetValue().strReason : QStringLiteral("It ") + depth.GetError().c_str();
+      object[QStringLiteral("bitDepth")] = static_cast<double>(depth ? depth.GetValue().nBitDepth : 0);
+      object[QStringLiteral("largestValue")] = static_cast<double>(m_stTotal.stEvidence.nLargest);
+      object[QStringLiteral("emptyLowBits")] = static_cast<double>(m_stTotal.stEvidence.CountEmptyLowBits());
+      object[QStringLiteral("reason")] = strReason;
+      strText += QStringLiteral("all alike, largest value %1, %2 empty low bits. %3")
+                   .arg(m_stTotal.stEvidence.nLargest)
+                   .arg(m_stTotal.stEvidence.CountEmptyLowBits())
+                   .arg(strReason);
+    }
+    strText += QStringLiteral("\n  %1 of the files are corrected").arg(m_stTotal.nCorrected);
+    m_report.AddRemark({{"together", object}}, strText);
   }
 
 private:
@@ -110,7 +142,7 @@ private:
     const SGains stGains = MeasureGains(flat.GetTable(), nPixels);
     if (!m_stOptions.strPlot.empty()) {
       const Result<> saved = frames::SaveWholePicture(QString::fromStdString(m_stOptions.strPlot),
-                                                      PaintGains(flat.GetTable(), stSide->nWidth, stSide->nHeight));
+                                                      PlotGains(flat.GetTable(), stSide->nWidth, stSide->nHeight));
       if (!saved) {
         return STrouble{false, QString::fromStdString(saved.GetError())};
       }
@@ -122,6 +154,13 @@ private:
     object[QStringLiteral("gainLargest")] = stGains.dLargest;
     object[QStringLiteral("gainMean")] = stGains.dMean;
     object[QStringLiteral("pixelsAtGainLimit")] = static_cast<double>(stGains.nAtLimit);
+    const SGainHistogram stHistogram = MeasureGainHistogram(flat.GetTable(), nPixels, HISTOGRAM_BINS);
+    QJsonArray listCounts;
+    for (const uint64_t nCount : stHistogram.listCounts) {
+      listCounts.append(static_cast<double>(nCount));
+    }
+    object[QStringLiteral("gainHistogram")] =
+      QJsonObject{{"from", stHistogram.dFrom}, {"to", stHistogram.dTo}, {"pixels", listCounts}};
     m_report.AddDone(strFile, object,
                      QStringLiteral("%1: a table of the host-side correction for %2 x %3 %4, %5 dark levels\n  gains "
                                     "%6 to %7, mean %8; %9 pixels at the limit")
@@ -153,16 +192,32 @@ private:
       stEvidence.Add(listFrame.data(), stInfo.stLayout);
     }
     DescribeFrames(strFile, stInfo, stEvidence);
+    AddToTotal(strFile, stInfo, stEvidence);
     return std::nullopt;
   }
 
-  void DescribeFrames(const QString &strFile, const frames::SFrameInfo &stInfo, const frames::SEvidence &stEvidence)
+  void AddToTotal(const QString &strFile, const frames::SFrameInfo &stInfo, const frames::SEvidence &stEvidence)
+  {
+    const frames::SFrameInfo &stFirst = m_stTotal.nFiles == 0 ? (m_stTotal.stFirst = stInfo) : m_stTotal.stFirst;
+    m_stTotal.bUnlike = m_stTotal.bUnlike || stFirst.stLayout != stInfo.stLayout ||
+                        stFirst.nBitDepth != stInfo.nBitDepth || stFirst.eColors != stInfo.eColors;
+    ++m_stTotal.nFiles;
+    m_stTotal.nFrames += stInfo.nFrames;
+    m_stTotal.nCorrected += FindCorrection(strFile, stInfo).isEmpty() ? 0 : 1;
+    m_stTotal.stEvidence.Add(stEvidence);
+  }
+
+  Result<frames::SDepth> Decide(const frames::SEvidence &stEvidence, const frames::SFrameInfo &stInfo) const
   {
     const SSensorFormat *pStated =
       m_stOptions.strPixelFormat.empty() ? nullptr : FindSensorFormat(m_stOptions.strPixelFormat);
     const uint32_t nStated = pStated != nullptr ? pStated->nBitDepth : stInfo.nBitDepth;
-    const Result<frames::SDepth> depth =
-      frames::DecideDepth(stEvidence, stInfo.stLayout, {nStated, m_stOptions.eAlignment});
+    return frames::DecideDepth(stEvidence, stInfo.stLayout, {nStated, m_stOptions.eAlignment});
+  }
+
+  void DescribeFrames(const QString &strFile, const frames::SFrameInfo &stInfo, const frames::SEvidence &stEvidence)
+  {
+    const Result<frames::SDepth> depth = Decide(stEvidence, stInfo);
     const QString strColors = stInfo.eColors ? QLatin1String(GetLayoutName(*stInfo.eColors)) : QStringLiteral("?");
     QString strReason = depth ? depth.GetValue().strReason : QStringLiteral("It ") + depth.GetError().c_str();
     QJsonObject object{{"kind", "frames"},
@@ -197,8 +252,19 @@ private:
         .trimmed());
   }
 
+  /// Of all files of frames.
+  struct STotal {
+    uint64_t nFiles = 0;
+    uint64_t nFrames = 0;
+    uint64_t nCorrected = 0; ///< files
+    bool bUnlike = false;
+    frames::SFrameInfo stFirst;
+    frames::SEvidence stEvidence;
+  };
+
   const SOptions &m_stOptions;
   CReport &m_report;
+  STotal m_stTotal;
 };
 
 } // namespace
@@ -214,6 +280,7 @@ EExitCode RunInspect(const SOptions &stOptions, CReport &report)
   for (const QString &strFile : listFiles.GetValue()) {
     inspection.Inspect(strFile);
   }
+  inspection.Summarise();
   return report.Finish(QStringLiteral("inspect"));
 }
 

@@ -96,7 +96,9 @@ void AddBatchOptions(CLI::App &command, SOptions &stOptions, SWords &stWords)
   command.add_option("--files-from", stOptions.strFilesFrom, "file with one name a line, or ended by NUL; - is input");
   command.add_option("--shard", stWords.strShard, "only part I of N of the files, I/N")
     ->check(MakeCheck("I/N", [&stOptions](std::string &strWord) { return ParseShard(strWord, stOptions); }));
-  command.add_option("--threads", stOptions.nThreads, "files at a time; as many as processors unless told")
+  command
+    .add_option("--threads", stOptions.nThreads,
+                "files, or frames of one file, at a time; as many as processors unless told")
     ->check(CLI::Range(1U, MAX_THREADS));
 }
 

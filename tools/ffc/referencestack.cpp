@@ -18,7 +18,9 @@ STrouble Refuse(const QString &strText)
 
 bool IsAlike(const frames::SFrameInfo &stOne, const frames::SFrameInfo &stOther)
 {
-  return stOne.stLayout == stOther.stLayout && stOne.nBitDepth == stOther.nBitDepth &&
+  // Not every file states the depth.
+  const bool bDepth = stOne.nBitDepth == 0 || stOther.nBitDepth == 0 || stOne.nBitDepth == stOther.nBitDepth;
+  return stOne.stLayout == stOther.stLayout && bDepth &&
          stOne.eColors.value_or(EColorLayout::Mono) == stOther.eColors.value_or(EColorLayout::Mono);
 }
 

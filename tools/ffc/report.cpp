@@ -31,6 +31,17 @@ void CReport::AddDone(const QString &strFile, QJsonObject object, const QString 
   ShowProgress();
 }
 
+void CReport::AddRemark(const QJsonObject &object, const QString &strText)
+{
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  ClearProgress();
+  if (m_stOptions.bJson) {
+    WriteJson(object);
+  } else if (!m_stOptions.bQuiet) {
+    m_output << strText.toStdString() << '\n';
+  }
+}
+
 void CReport::AddTrouble(const QString &strFile, const STrouble &stTrouble)
 {
   const std::lock_guard<std::mutex> lock(m_mutex);

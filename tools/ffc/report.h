@@ -42,6 +42,8 @@ public:
   void SetTotal(uint64_t nFiles) { m_nTotal = nFiles; }
   /// A file that is done. \param object its JSON line; "file" is set
   void AddDone(const QString &strFile, QJsonObject object, const QString &strText);
+  /// What is known of several files together.
+  void AddRemark(const QJsonObject &object, const QString &strText);
   void AddTrouble(const QString &strFile, const STrouble &stTrouble);
   /// What a person must know although the work goes on.
   void Warn(const QString &strText);

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <exception>
-#include <future>
+#include <mutex>
 #include <new>
 #include <thread>
 #include <vector>
@@ -12,121 +13,154 @@
 #include <QFileInfo>
 #include <QHash>
 
-#include "tools/ffc/contenthash.h"
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
-
 namespace {
 
-/// The frames of a file, the next of which may be read while one is worked on. Used by one thread at a time.
-class CFrameQueue {
-public:
-  CFrameQueue(frames::IFrameReader &reader, bool bReadAhead)
-    : m_reader(reader), m_nLeft(reader.GetInfo().nFrames), m_bReadAhead(bReadAhead && m_nLeft > 1)
-  {
-    for (SFrame &stFrame : m_astFrames) {
-      stFrame.listSamples.resize(m_bReadAhead || &stFrame == m_astFrames ? reader.GetInfo().stLayout.GetFrameSize()
-                                                                         : 0);
-    }
-    StartReading();
+/// What fnWork answers, or throws.
+template <class TWork>
+std::optional<STrouble> CatchTrouble(const QString &strFile, TWork &&fnWork)
+{
+  try {
+    return fnWork();
+  } catch (const std::bad_alloc &) {
+    return STrouble{false, MakeSentence(strFile, "needs more memory than there is.")};
+  } catch (const std::exception &exception) {
+    return STrouble{false, MakeSentence(strFile, std::string("was given up: ") + exception.what() + ".")};
   }
+}
 
-  struct SFrame {
-    std::vector<uint8_t> listSamples;
-    frames::Texts mapTexts;
-  };
-
-  /// \return the next frame, which is the caller's until the next call; as often as there are frames
-  Result<SFrame *> Take()
-  {
-    SFrame &stFrame = m_astFrames[m_nCurrent];
-    const Result<> read = m_next.get();
-    if (!read) {
-      return read.GetFailure();
+/// Starts as many threads as the system has for it, runs fnRun on the caller's too, and waits for all.
+void RunOnThreads(std::size_t nThreads, const std::function<void(std::size_t nThread)> &fnRun)
+{
+  std::vector<std::thread> listThreads;
+  try {
+    for (std::size_t n = 1; n < nThreads; ++n) {
+      listThreads.emplace_back(fnRun, n);
     }
-    m_nCurrent = m_bReadAhead ? 1 - m_nCurrent : 0;
-    if (m_bReadAhead) {
-      StartReading();
-    }
-    return &stFrame;
+  } catch (const std::exception &) {
+    // Fewer do.
   }
-
-  /// After the work on a frame.
-  void Release()
-  {
-    if (!m_bReadAhead) {
-      StartReading();
-    }
+  fnRun(0);
+  for (std::thread &thread : listThreads) {
+    thread.join();
   }
+}
 
-private:
-  void StartReading()
-  {
-    if (m_nLeft > 0) {
-      --m_nLeft;
-      SFrame &stFrame = m_astFrames[m_nCurrent];
-      m_next = std::async(m_bReadAhead ? std::launch::async : std::launch::deferred,
-                          [this, &stFrame] { return m_reader.Read(stFrame.listSamples.data(), &stFrame.mapTexts); });
-    }
-  }
-
-  frames::IFrameReader &m_reader;
-  uint64_t m_nLeft;
-  bool m_bReadAhead;
-  SFrame m_astFrames[2];
-  std::size_t m_nCurrent = 0;
-  std::future<Result<>> m_next; ///< waits for its end when it goes
-};
-
-/// Changes and writes the frames of one file.
+/// Reads, changes and writes the frames of one file. Each thread takes the next frame, changes it while others read or
+/// write theirs, and waits for its turn to write.
 class CFrameTransfer {
 public:
-  CFrameTransfer(const STransfer &stTransfer, bool bHash) : m_stTransfer(stTransfer), m_bHash(bHash) {}
-
-  std::optional<STrouble> Run(frames::IFrameReader &reader, frames::IFrameWriter &writer)
+  CFrameTransfer(const STransfer &stTransfer, frames::IFrameReader &reader, frames::IFrameWriter &writer, bool bHash)
+    : m_stTransfer(stTransfer), m_reader(reader), m_writer(writer), m_bHash(bHash)
   {
-    CFrameQueue queue(reader, m_stTransfer.bReadAhead);
-    for (uint64_t n = 0; n < reader.GetInfo().nFrames; ++n) {
-      const Result<CFrameQueue::SFrame *> frame = queue.Take();
-      if (!frame) {
-        return STrouble{false, MakeSentence(m_stTransfer.strFrom, frame.GetError())};
-      }
-      const std::optional<STrouble> stTrouble = Process(*frame.GetValue(), writer);
-      if (stTrouble) {
-        return stTrouble;
-      }
-      queue.Release();
+  }
+
+  std::optional<STrouble> Run()
+  {
+    const frames::SFrameInfo &stInfo = m_reader.GetInfo();
+    const uint64_t nFrames = std::min<uint64_t>(m_stTransfer.nThreads, stInfo.nFrames);
+    std::vector<SFrame> listFrames(std::max<uint64_t>(1, nFrames));
+    for (SFrame &stFrame : listFrames) {
+      stFrame.listSamples.resize(stInfo.stLayout.GetFrameSize());
     }
-    return std::nullopt;
+    RunOnThreads(listFrames.size(), [&](std::size_t n) { Work(listFrames[n]); });
+    return m_stTrouble;
   }
 
   SHashes GetHashes() const { return {m_hashRead.Get(), m_hashWritten.Get()}; }
 
 private:
-  std::optional<STrouble> Process(CFrameQueue::SFrame &stFrame, frames::IFrameWriter &writer)
+  struct SFrame {
+    uint64_t nIndex = 0;
+    std::vector<uint8_t> listSamples;
+    frames::Texts mapTexts;
+    std::optional<SFrameHashes> stHashes;
+    std::optional<STrouble> stTrouble;
+  };
+
+  void Work(SFrame &stFrame)
   {
-    std::vector<uint8_t> &listSamples = stFrame.listSamples;
+    while (Take(stFrame)) {
+      if (!stFrame.stTrouble) {
+        stFrame.stTrouble = CatchTrouble(m_stTransfer.strFrom, [&] { return Change(stFrame); });
+      }
+      if (!Deliver(stFrame)) {
+        return;
+      }
+    }
+  }
+
+  /// \return false when there is no frame left
+  bool Take(SFrame &stFrame)
+  {
+    const std::lock_guard<std::mutex> lock(m_reading);
+    if (m_nTaken == m_reader.GetInfo().nFrames) {
+      return false;
+    }
+    stFrame.nIndex = m_nTaken++;
+    stFrame.stTrouble = CatchTrouble(m_stTransfer.strFrom, [&] {
+      const Result<> read = m_reader.Read(stFrame.listSamples.data(), &stFrame.mapTexts);
+      return read ? std::nullopt
+                  : std::optional<STrouble>(STrouble{false, MakeSentence(m_stTransfer.strFrom, read.GetError())});
+    });
+    if (stFrame.stTrouble) {
+      m_nTaken = m_reader.GetInfo().nFrames;
+    }
+    return true;
+  }
+
+  std::optional<STrouble> Change(SFrame &stFrame) const
+  {
     if (m_bHash) {
-      m_hashRead.Add(listSamples.data(), listSamples.size());
+      stFrame.stHashes.emplace();
     }
-    const Result<> changed = m_stTransfer.fnChange(listSamples.data());
-    if (!changed) {
-      return STrouble{true, MakeSentence(m_stTransfer.strFrom, changed.GetError())};
-    }
-    if (m_bHash) {
-      m_hashWritten.Add(listSamples.data(), listSamples.size());
-    }
+    const Result<> changed = m_stTransfer.fnChange(stFrame.listSamples.data(), m_bHash ? &*stFrame.stHashes : nullptr);
     for (auto it = m_stTransfer.mapTexts.begin(); it != m_stTransfer.mapTexts.end(); ++it) {
       stFrame.mapTexts[it.key()] = it.value();
     }
-    const Result<> written = writer.Write(listSamples.data(), stFrame.mapTexts);
+    return changed ? std::nullopt
+                   : std::optional<STrouble>(STrouble{true, MakeSentence(m_stTransfer.strFrom, changed.GetError())});
+  }
+
+  /// Writes the frame when all before it are written. \return false when one of them, or this one, cannot be
+  bool Deliver(SFrame &stFrame)
+  {
+    std::unique_lock<std::mutex> lock(m_writing);
+    m_turn.wait(lock, [&] { return m_nDelivered == stFrame.nIndex; });
+    if (!m_stTrouble) {
+      m_stTrouble =
+        stFrame.stTrouble ? stFrame.stTrouble : CatchTrouble(m_stTransfer.strFrom, [&] { return Write(stFrame); });
+    }
+    ++m_nDelivered;
+    m_turn.notify_all();
+    return !m_stTrouble;
+  }
+
+  std::optional<STrouble> Write(SFrame &stFrame)
+  {
+    if (m_bHash) {
+      m_hashRead.Add(stFrame.stHashes->hashRead);
+      m_hashWritten.Add(stFrame.stHashes->hashWritten);
+    }
+    const Result<> written = m_writer.Write(stFrame.listSamples.data(), stFrame.mapTexts);
     return written ? std::nullopt
                    : std::optional<STrouble>(STrouble{false, QString::fromStdString(written.GetError())});
   }
 
   const STransfer &m_stTransfer;
+  frames::IFrameReader &m_reader;
+  frames::IFrameWriter &m_writer;
   const bool m_bHash;
+
+  std::mutex m_reading; ///< guards the reader and
+  uint64_t m_nTaken = 0;
+
+  std::mutex m_writing; ///< guards the writer and what follows
+  std::condition_variable m_turn;
+  uint64_t m_nDelivered = 0;
+  std::optional<STrouble> m_stTrouble; ///< of the first frame that has one
   CContentHash m_hashRead;
   CContentHash m_hashWritten;
 };
@@ -139,8 +173,8 @@ std::optional<STrouble> Transfer(frames::IFrameReader &reader, const STransfer &
   if (!writer) {
     return STrouble{false, QString::fromStdString(writer.GetError())};
   }
-  CFrameTransfer transfer(stTransfer, pHashes != nullptr);
-  const std::optional<STrouble> stTrouble = transfer.Run(reader, *writer.GetValue());
+  CFrameTransfer transfer(stTransfer, reader, *writer.GetValue(), pHashes != nullptr);
+  const std::optional<STrouble> stTrouble = transfer.Run();
   if (stTrouble) {
     return stTrouble;
   }
@@ -152,32 +186,24 @@ std::optional<STrouble> Transfer(frames::IFrameReader &reader, const STransfer &
                    : std::optional<STrouble>(STrouble{false, QString::fromStdString(committed.GetError())});
 }
 
-void ForEachFile(const QStringList &listFiles, uint32_t nThreads, CReport &report,
-                 const std::function<void(const QString &strFile)> &fnWork)
+void ForEachFile(const QStringList &listFiles, uint32_t nThreads, CReport &report, const FnWork &fnWork)
 {
+  const auto nFiles = static_cast<uint32_t>(listFiles.size());
+  report.SetTotal(nFiles);
+  const uint32_t nWorkers = std::min(nThreads, nFiles);
   std::atomic<int> nNext{0};
-  const auto fnRun = [&] {
+  RunOnThreads(nWorkers, [&](std::size_t nWorker) {
+    const uint32_t nShare = nThreads / nWorkers + (nWorker < nThreads % nWorkers ? 1 : 0);
     for (int n = nNext++; n < listFiles.size(); n = nNext++) {
-      try {
-        fnWork(listFiles[n]);
-      } catch (const std::bad_alloc &) {
-        report.AddTrouble(listFiles[n], {false, MakeSentence(listFiles[n], "needs more memory than there is.")});
-      } catch (const std::exception &exception) {
-        report.AddTrouble(listFiles[n],
-                          {false, MakeSentence(listFiles[n], std::string("was given up: ") + exception.what() + ".")});
+      const std::optional<STrouble> stTrouble = CatchTrouble(listFiles[n], [&] {
+        fnWork(listFiles[n], nShare);
+        return std::optional<STrouble>();
+      });
+      if (stTrouble) {
+        report.AddTrouble(listFiles[n], *stTrouble);
       }
     }
-  };
-  report.SetTotal(static_cast<uint64_t>(listFiles.size()));
-  const auto nWorkers = std::min<std::size_t>(nThreads, static_cast<std::size_t>(listFiles.size()));
-  std::vector<std::thread> listWorkers;
-  for (std::size_t n = 1; n < nWorkers; ++n) {
-    listWorkers.emplace_back(fnRun);
-  }
-  fnRun();
-  for (std::thread &worker : listWorkers) {
-    worker.join();
-  }
+  });
 }
 
 Result<QStringList> PlanOutputs(const QStringList &listFiles, const QString &strFolder, const QString &strSuffix)

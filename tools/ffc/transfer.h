@@ -1,16 +1,19 @@
 /// \file
-/// Frames from one file into another, one after the other.
+/// Frames from one file into another, in their order.
 #pragma once
 
 #include <functional>
 
 #include "frames/ifilekind.h"
+#include "tools/ffc/contenthash.h"
 #include "tools/ffc/report.h"
 
 namespace ffc::tool {
 
-/// Changes a frame in place. \return what is wrong, as the end of a sentence about the frame's file
-using FnChange = std::function<Result<>(void *pFrame)>;
+/// Changes a frame in place, from several threads at a time.
+/// \param pHashes of the samples before and after; null when nobody wants them
+/// \return what is wrong, as the end of a sentence about the frame's file
+using FnChange = std::function<Result<>(void *pFrame, SFrameHashes *pHashes)>;
 
 struct STransfer {
   QString strFrom;
@@ -19,7 +22,7 @@ struct STransfer {
   frames::SFrameInfo stInfo;                ///< of the file to write
   frames::Texts mapTexts;                   ///< added to those of every frame
   FnChange fnChange;
-  bool bReadAhead = false; ///< whether the next frame is read while one is changed and written
+  uint32_t nThreads = 1; ///< that work on frames of this file, each with one of its own
 };
 
 /// Hashes of the samples of all frames.
@@ -28,13 +31,17 @@ struct SHashes {
   QString strWritten;
 };
 
-/// Memory for two frames. The file is there when all frames are in it, else nothing of it.
-/// \param pHashes may be null: they are then not computed
+/// Memory for a frame for each thread. What is written and which trouble is found is the same for any number of
+/// threads. The file is there when all frames are in it, else nothing of it. \param pHashes may be null: they are then
+/// not computed
 std::optional<STrouble> Transfer(frames::IFrameReader &reader, const STransfer &stTransfer, SHashes *pHashes);
 
-/// Calls fnWork for every file, on so many threads. What it throws for want of memory becomes a trouble of the file.
-void ForEachFile(const QStringList &listFiles, uint32_t nThreads, CReport &report,
-                 const std::function<void(const QString &strFile)> &fnWork);
+/// \param nThreads of which the work on this file may make use
+using FnWork = std::function<void(const QString &strFile, uint32_t nThreads)>;
+
+/// Calls fnWork for every file, on so many threads; where there are fewer files, they share them out. What it throws
+/// for want of memory becomes a trouble of the file.
+void ForEachFile(const QStringList &listFiles, uint32_t nThreads, CReport &report, const FnWork &fnWork);
 
 /// Where the corrected or converted files go.
 /// \return a failure when two of them would be the same file

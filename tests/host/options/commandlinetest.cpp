@@ -3,6 +3,9 @@
 #include <tuple>
 #include <vector>
 
+#include <QFile>
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 #include "camera/realcameras.h"
@@ -179,6 +182,22 @@ TEST(CommandLine, AnUnknownCorrectionHasAFlashAllTheSame)
   const SCommandLine stResult = Parse({"--mode", "unknown", "--flash", "a.flash"});
   ASSERT_TRUE(stResult.bRun) << stResult.strText;
   EXPECT_EQ(stResult.stOptions.stCamera.eMode, ECorrectionMode::Unknown);
+}
+
+TEST(CommandLine, TheManPageHasEveryOptionOfTheHelp)
+{
+  QFile file(QStringLiteral(FFC_SOURCE_DIR "/packaging/ffchost.1"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QString strPage = QString::fromUtf8(file.readAll()).remove('\\');
+  const QString strHelp = QString::fromStdString(Parse({"--help"}).strText);
+  const QRegularExpression option(QStringLiteral("--[a-z][a-z-]+"));
+  int nOptions = 0;
+  for (auto it = option.globalMatch(strHelp); it.hasNext(); ++nOptions) {
+    const QString strOption = it.next().captured();
+    EXPECT_TRUE(strPage.contains(QRegularExpression(strOption + QStringLiteral("(?![a-z-])"))))
+      << strOption.toStdString();
+  }
+  EXPECT_GT(nOptions, 15);
 }
 
 TEST(CommandLine, HelpNamesEveryOptionAndVersionTheVersion)

@@ -1,12 +1,19 @@
+#include <algorithm>
+
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QThread>
 
 #include <gtest/gtest.h>
 
 #include "frames/ifilekind.h"
 #include "frames/tifffile.h"
+#include "ombrix/ombrix.h"
 #include "tests/support/fullvolume.h"
 #include "tests/tools/ffc/toolrun.h"
 
@@ -189,20 +196,27 @@ TEST_F(Apply, ResumingDoesOnlyWhatIsNotDone)
 
 TEST_F(Apply, KilledAtAnyTimeAndResumedTheResultIsTheSame)
 {
+  QElapsedTimer timer;
+  timer.start();
   ASSERT_EQ(Run("whole").nExitCode, 0);
+  const auto nWholeRun = static_cast<quint32>(timer.nsecsElapsed() / 1000);
   const auto mapWhole = ReadAll("whole");
-  for (unsigned long nMicroseconds = 2000; nMicroseconds <= 30000; nMicroseconds += 2000) {
+  QRandomGenerator random(15);
+  for (int nKill = 0; nKill < 50; ++nKill) {
     QProcess tool;
     tool.start(GetToolPath(), {"apply", m_strFlat, m_recording.Path("bright"), "-o", m_recording.Path("killed"),
                                "--resume", "--threads", "1"});
     ASSERT_TRUE(tool.waitForStarted());
-    QThread::usleep(nMicroseconds);
+    QThread::usleep(random.bounded(nWholeRun));
     tool.kill();
     tool.waitForFinished();
     for (const QString &strName : List("killed")) {
       if (strName.endsWith(".png")) {
         EXPECT_TRUE(ReadBytes(m_recording.Path("killed/" + strName)) == mapWhole[strName]) << "no half file";
       }
+    }
+    if (nKill % 10 == 9) {
+      QDir(m_recording.Path("killed")).removeRecursively(); // the first file is as likely to be hit as the last
     }
   }
   ASSERT_EQ(Run("killed", {"--resume"}).nExitCode, 0);
@@ -213,6 +227,38 @@ TEST_F(Apply, KilledAtAnyTimeAndResumedTheResultIsTheSame)
     }
   }
   EXPECT_TRUE(mapKilled == mapWhole);
+}
+
+TEST_F(Apply, OneBadFileOfAThousandIsNamedAndAllOthersAreDone)
+{
+  const QByteArray byteGood = ReadBytes(m_recording.Path("bright/bright_0.png"));
+  QDir(m_recording.GetFolder()).mkpath("thousand");
+  for (int n = 0; n < 1000; ++n) {
+    WriteBytes(m_recording.Path(QStringLiteral("thousand/%1.png").arg(n)), n == 617 ? byteGood.left(200) : byteGood);
+  }
+  const SToolResult stResult =
+    RunTool({"apply", m_strFlat, m_recording.Path("thousand"), "-o", m_recording.Path("out"), "--quiet"});
+  EXPECT_EQ(stResult.nExitCode, 1);
+  EXPECT_EQ(stResult.byteErrors.count("ffc: "), 1) << stResult.byteErrors.constData();
+  EXPECT_TRUE(stResult.byteErrors.contains("617.png")) << stResult.byteErrors.constData();
+  EXPECT_EQ(List("out").size(), 1000) << "999 frames and the manifest";
+}
+
+TEST_F(Apply, AFolderWithoutTheRightToWriteIsSaid)
+{
+#ifdef Q_OS_WIN
+  GTEST_SKIP() << "folders have no such right";
+#endif
+  if (IsAboveAccessRights()) {
+    GTEST_SKIP() << "this user may write everywhere";
+  }
+  QDir(m_recording.GetFolder()).mkpath("out");
+  QFile::setPermissions(m_recording.Path("out"), QFile::ReadOwner | QFile::ExeOwner);
+  const SToolResult stResult = Run("out");
+  QFile::setPermissions(m_recording.Path("out"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  EXPECT_EQ(stResult.nExitCode, 1);
+  EXPECT_TRUE(stResult.byteErrors.contains("cannot write")) << stResult.byteErrors.constData();
+  EXPECT_TRUE(List("out").isEmpty());
 }
 
 TEST_F(Apply, AFullVolumeFailsTheFilesAndLeavesNothingOfThem)
@@ -305,4 +351,79 @@ TEST_F(Apply, EveryKindOfFileGivesTheSameValues)
     listArguments[4] = m_recording.Path(strKind + "-twice");
     EXPECT_EQ(RunTool(listArguments).nExitCode, 3) << "marked as corrected: " << strKind.toStdString();
   }
+}
+
+TEST_F(Apply, EveryRunOfALargeFrameIsCorrectedWithItsOwnCoefficients)
+{
+  const CRecording large(7, {400, 332, 2});
+  large.Write(1, 1);
+  for (const bool bDark : {false, true}) {
+    const QStringList listDark = bDark ? QStringList{"--dark", large.Path("dark")} : QStringList();
+    ASSERT_EQ(RunTool(QStringList{"make", "--bright", large.Path("bright"), "--pixel-format", "Mono12", "--force", "-o",
+                                  large.Path("flat.ffc")} +
+                      listDark)
+                .nExitCode,
+              0);
+    ASSERT_EQ(
+      RunTool({"apply", large.Path("flat.ffc"), large.Path("bright"), "--force", "-o", large.Path("out")}).nExitCode,
+      0);
+    std::vector<uint8_t> listExpected = large.MakeBright(0);
+    const QByteArray byteTable = ReadBytes(large.Path("flat.ffc"));
+    const auto nTable = static_cast<uint32_t>(byteTable.size());
+    ASSERT_EQ(nTable, 400U * 332U * (bDark ? 4U : 2U));
+    ASSERT_EQ(
+      OmbrixApplyFlatField(listExpected.data(), listExpected.data(), 12, 400, 332, byteTable.constData(), &nTable),
+      OMBRIX_STATUS_SUCCESS);
+    EXPECT_TRUE(ReadFrame(large.Path("out/bright_0.png")) == listExpected) << bDark;
+  }
+}
+
+TEST_F(Apply, ATroubleIsThatOfTheFirstBadFrameForEveryNumberOfThreads)
+{
+  QByteArray byteFrames;
+  for (uint32_t n = 0; n < 12; ++n) {
+    std::vector<uint8_t> listFrame = m_recording.MakeBright(n);
+    if (n == 5 || n > 7) {
+      listFrame[1] = static_cast<uint8_t>(0x10 + n); // beyond 12 bits
+    }
+    byteFrames.append(reinterpret_cast<const char *>(listFrame.data()), static_cast<int>(listFrame.size()));
+  }
+  WriteBytes(m_recording.Path("many.raw"), byteFrames);
+  for (const char *pThreads : {"1", "2", "7"}) {
+    const SToolResult stResult = RunTool({"apply", m_strFlat, m_recording.Path("many.raw"), "--raw", "64x48:Mono12",
+                                          "--threads", pThreads, "-o", m_recording.Path("out")});
+    EXPECT_EQ(stResult.nExitCode, 3);
+    const auto nValue = m_recording.MakeBright(5)[0] + 256 * 0x15;
+    EXPECT_TRUE(stResult.byteErrors.contains("holds the value " + QByteArray::number(nValue)))
+      << stResult.byteErrors.constData();
+    EXPECT_EQ(List("out"), QStringList{"ffc-manifest.jsonl"});
+  }
+}
+
+TEST_F(Apply, MemoryDoesNotGrowWithTheNumberOfFrames)
+{
+  const auto fnGetPeak = [](qint64 nProcess) {
+    QFile file(QStringLiteral("/proc/%1/status").arg(nProcess));
+    const QByteArray byteStatus = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return byteStatus.mid(byteStatus.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toInt();
+  };
+  if (fnGetPeak(QCoreApplication::applicationPid()) == 0) {
+    GTEST_SKIP() << "this system does not tell a program's memory";
+  }
+  const auto listFrame = m_recording.MakeBright(1);
+  const QByteArray byteFrame(reinterpret_cast<const char *>(listFrame.data()), static_cast<int>(listFrame.size()));
+  int anPeaks[2] = {}; // kilobytes
+  for (const int nFrames : {20, 2000}) {
+    WriteBytes(m_recording.Path("many.raw"), byteFrame.repeated(nFrames));
+    QProcess tool;
+    tool.start(GetToolPath(), {"apply", m_strFlat, m_recording.Path("many.raw"), "--raw", "64x48:Mono12", "--threads",
+                               "2", "--force", "-o", m_recording.Path("out")});
+    while (tool.state() != QProcess::NotRunning && !tool.waitForFinished(1)) {
+      int &nPeak = anPeaks[nFrames == 20 ? 0 : 1];
+      nPeak = std::max(nPeak, fnGetPeak(tool.processId()));
+    }
+    ASSERT_EQ(tool.exitCode(), 0);
+    ASSERT_EQ(QFileInfo(m_recording.Path("out/many.raw")).size(), byteFrame.size() * nFrames);
+  }
+  EXPECT_LT(anPeaks[1], anPeaks[0] + byteFrame.size() * 2000 / 1024 / 2) << "half of what the frames have";
 }

@@ -1,5 +1,8 @@
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QJsonArray>
 
 #include <gtest/gtest.h>
 
@@ -64,6 +67,18 @@ TEST(Convert, TwoFilesThatWouldBecomeOneAreRefusedBeforeAnythingIsWritten)
   EXPECT_FALSE(QDir(recording.Path("out")).exists());
 }
 
+/// Pixels of a histogram's bars.
+static int CountBars(const QImage &plot)
+{
+  int nBars = 0;
+  for (int nY = 0; nY < plot.height(); ++nY) {
+    for (int nX = 0; nX < plot.width(); ++nX) {
+      nBars += plot.pixel(nX, nY) == qRgb(40, 80, 160) ? 1 : 0;
+    }
+  }
+  return nBars;
+}
+
 TEST(Inspect, FramesTellTheirDepthAndTheEvidence)
 {
   const CRecording recording;
@@ -93,10 +108,61 @@ TEST(Inspect, AFlatTellsItsGainsAndPaintsThem)
   EXPECT_GT(object["gainLargest"].toDouble(), 1.1);
   EXPECT_LT(object["gainSmallest"].toDouble(), 1.1);
   EXPECT_EQ(object["pixelsAtGainLimit"].toInt(), 0);
-  ffc::frames::SFrameInfo stInfo;
-  const auto listPicture = ReadFrame(recording.Path("gains.png"), &stInfo);
-  EXPECT_EQ(stInfo.stLayout.nWidth, 64U);
-  EXPECT_GT(listPicture[0], listPicture[64 * 24 + 32]) << "corners are raised most";
+  double dCounted = 0;
+  for (const QJsonValue &value : object["gainHistogram"].toObject()["pixels"].toArray()) {
+    dCounted += value.toDouble();
+  }
+  EXPECT_EQ(dCounted, 64 * 48);
+  const QImage plot(recording.Path("gains.png"));
+  ASSERT_EQ(plot.size(), QSize(64 + 256 + 3 * 10, 200 + 2 * 10));
+  EXPECT_GT(qGray(plot.pixel(10, 10)), qGray(plot.pixel(10 + 32, 10 + 24))) << "corners are raised most";
+  EXPECT_EQ(CountBars(plot), CountBars(plot.copy(2 * 10 + 64, 10, 256, 200)));
+  EXPECT_GT(CountBars(plot), 200) << "the most frequent gain fills the height";
+}
+
+TEST(Inspect, GainsAtTheLimitAreCountedAndPaintedRed)
+{
+  const CRecording recording;
+  recording.Write(1, 2);
+  ASSERT_EQ(RunTool({"make", "--bright", recording.Path("bright"), "--pixel-format", "Mono12", "-o",
+                     recording.Path("flat.ffc")})
+              .nExitCode,
+            0);
+  QByteArray byteFlat = ReadBytes(recording.Path("flat.ffc"));
+  byteFlat.replace(2 * (64 * 5 + 7), 2, "\xff\xff", 2);
+  WriteBytes(recording.Path("flat.ffc"), byteFlat);
+  const SToolResult stRefused = RunTool({"inspect", recording.Path("flat.ffc")});
+  EXPECT_EQ(stRefused.nExitCode, 3) << "not the flat that the side file describes";
+  QByteArray byteSide = ReadBytes(recording.Path("flat.ffc.json"));
+  const QByteArray byteHash = QCryptographicHash::hash(byteFlat, QCryptographicHash::Sha256).toHex();
+  const int nHash = byteSide.indexOf("\"sha256\": \"") + 11;
+  WriteBytes(recording.Path("flat.ffc.json"), byteSide.replace(nHash, byteHash.size(), byteHash));
+  const SToolResult stResult =
+    RunTool({"inspect", recording.Path("flat.ffc"), "--json", "--plot", recording.Path("gains.png")});
+  ASSERT_EQ(stResult.nExitCode, 0) << stResult.byteErrors.constData();
+  EXPECT_EQ(stResult.GetObjects().front()["pixelsAtGainLimit"].toInt(), 1);
+  const QImage plot(recording.Path("gains.png"));
+  EXPECT_EQ(plot.pixel(10 + 7, 10 + 5), qRgb(255, 0, 0));
+  EXPECT_NE(plot.pixel(10 + 8, 10 + 5), qRgb(255, 0, 0));
+}
+
+TEST(Inspect, FilesTogetherTellWhatTheyHaveInCommon)
+{
+  const CRecording recording;
+  recording.Write(2, 3);
+  const auto fnInspect = [](const QStringList &listNames) {
+    return RunTool(QStringList{"inspect", "--json"} + listNames).GetObjects();
+  };
+  const auto listAlike = fnInspect({recording.Path("dark"), recording.Path("bright")});
+  ASSERT_EQ(listAlike.size(), 7U) << "five files, all together, and the summary";
+  const QJsonObject alike = listAlike[5]["together"].toObject();
+  EXPECT_EQ(alike["files"].toInt(), 5);
+  EXPECT_TRUE(alike["alike"].toBool());
+  EXPECT_EQ(alike["bitDepth"].toInt(), 12) << "the dark frames alone look like 10 bits";
+  EXPECT_EQ(listAlike[0]["bitDepth"].toInt(), 10);
+  const CRecording other(1, {32, 48, 2});
+  other.Write(0, 1);
+  EXPECT_FALSE(fnInspect({recording.Path("dark"), other.Path("bright")})[3]["together"].toObject()["alike"].toBool());
 }
 
 TEST(Inspect, ACamerasFileIsToldByItsRecord)

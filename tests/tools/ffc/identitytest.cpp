@@ -12,9 +12,20 @@ using namespace ffc::test;
 namespace {
 
 struct SFormat {
-  const char *pName;
+  std::string strName;
   uint32_t nBitDepth;
 };
+
+std::vector<SFormat> ListFormats()
+{
+  std::vector<SFormat> listFormats;
+  for (const char *pColors : {"Mono", "BayerRG", "BayerGB", "BayerGR", "BayerBG"}) {
+    for (const uint32_t nBitDepth : {8U, 10U, 12U, 16U}) {
+      listFormats.push_back({pColors + std::to_string(nBitDepth), nBitDepth});
+    }
+  }
+  return listFormats;
+}
 
 constexpr uint32_t SIDE = 64; ///< of the rig's camera
 
@@ -53,8 +64,13 @@ protected:
       ASSERT_TRUE(ffc::frames::SaveFrame(m_recording.Path(QStringLiteral("b%1.png").arg(n)), stLayout,
                                          m_recording.MakeBright(0).data()));
     }
-    QStringList listArguments{"make",           "--bright", m_recording.Path("b?.png"),  "--pixel-format",
-                              GetParam().pName, "-o",       m_recording.Path("flat.ffc")};
+    QStringList listArguments{"make",
+                              "--bright",
+                              m_recording.Path("b?.png"),
+                              "--pixel-format",
+                              QString::fromStdString(GetParam().strName),
+                              "-o",
+                              m_recording.Path("flat.ffc")};
     if (bDark) {
       listArguments << "--dark" << m_recording.Path("d.png");
     }
@@ -88,11 +104,11 @@ protected:
 TEST_P(Identity, CoefficientsAndCorrectedFramesAreTheModules)
 {
   for (const bool bDark : {true, false}) {
-    CModuleRig rig(EMode::Host, GetParam().pName);
+    CModuleRig rig(EMode::Host, GetParam().strName.c_str());
     const QByteArray byteModule = SaveWithDialog(rig, bDark);
     MakeWithTool(bDark);
     EXPECT_EQ(byteModule.size(), static_cast<int>(SIDE * SIDE * (bDark ? 4 : 2)));
-    EXPECT_TRUE(ReadBytes(m_recording.Path("flat.ffc")) == byteModule) << GetParam().pName << bDark;
+    EXPECT_TRUE(ReadBytes(m_recording.Path("flat.ffc")) == byteModule) << GetParam().strName << bDark;
 
     const auto listFrame = m_recording.MakeBright(9);
     ASSERT_TRUE(ffc::frames::SaveFrame(m_recording.Path("frame.png"), m_recording.GetLayout(), listFrame.data()));
@@ -100,13 +116,10 @@ TEST_P(Identity, CoefficientsAndCorrectedFramesAreTheModules)
       {"apply", m_recording.Path("flat.ffc"), m_recording.Path("frame.png"), "-o", m_recording.Path("out"), "--force"});
     ASSERT_EQ(stResult.nExitCode, 0) << stResult.byteErrors.constData();
     EXPECT_TRUE(ReadFrame(m_recording.Path("out/frame.png")) == CorrectWithModule(rig, listFrame))
-      << GetParam().pName << bDark;
+      << GetParam().strName << bDark;
     ASSERT_TRUE(QFile::remove(m_recording.Path("flat.ffc")));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, Identity,
-                         testing::Values(SFormat{"Mono8", 8}, SFormat{"Mono10", 10}, SFormat{"Mono12", 12},
-                                         SFormat{"Mono16", 16}, SFormat{"BayerRG8", 8}, SFormat{"BayerGB10", 10},
-                                         SFormat{"BayerGR12", 12}, SFormat{"BayerBG16", 16}),
-                         [](const auto &info) { return std::string(info.param.pName); });
+INSTANTIATE_TEST_SUITE_P(Formats, Identity, testing::ValuesIn(ListFormats()),
+                         [](const auto &info) { return info.param.strName; });

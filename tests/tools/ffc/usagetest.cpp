@@ -1,3 +1,5 @@
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 #include "tests/tools/ffc/toolrun.h"
@@ -14,6 +16,25 @@ TEST(Usage, HelpHasExamplesForEveryCommand)
   }
   EXPECT_EQ(RunTool({"apply", "--help"}).nExitCode, 0);
   EXPECT_TRUE(RunTool({"--version"}).byteOutput.startsWith("ffc 1."));
+}
+
+TEST(Usage, ManPageAndCompletionHaveEveryOptionOfTheHelp)
+{
+  const QString strPage = QString::fromUtf8(ReadBytes(FFC_SOURCE_DIR "/packaging/ffc.1")).remove('\\');
+  const QString strCompletion = QString::fromUtf8(ReadBytes(FFC_SOURCE_DIR "/packaging/ffc.bash"));
+  const QRegularExpression option(QStringLiteral("--[a-z][a-z-]+"));
+  int nOptions = 0;
+  for (const char *pCommand : {"make", "apply", "check", "inspect", "convert"}) {
+    const QString strHelp = QString::fromUtf8(RunTool({pCommand, "--help"}).byteOutput);
+    EXPECT_TRUE(strCompletion.contains(QStringLiteral("    %1) options").arg(QLatin1String(pCommand))));
+    for (auto it = option.globalMatch(strHelp); it.hasNext(); ++nOptions) {
+      const QString strOption = it.next().captured();
+      const QRegularExpression word(strOption + QStringLiteral("(?![a-z-])"));
+      EXPECT_TRUE(strPage.contains(word)) << pCommand << " " << strOption.toStdString();
+      EXPECT_TRUE(strCompletion.contains(word)) << pCommand << " " << strOption.toStdString();
+    }
+  }
+  EXPECT_GT(nOptions, 40);
 }
 
 TEST(Usage, WhatMakesNoSenseIsAUsageError)
