@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include <GenApi/GenApi.h>
 
+#include "camera/featurenote.h"
 #include "platform/result.h"
 
 namespace ffc::camera {
@@ -44,6 +46,9 @@ public:
   virtual GenApi::INodeMap *GetStreamNodeMap() = 0;
   /// The camera's own features. TLParamsLocked is 1 between Start and Stop.
   virtual GenApi::INodeMap *GetDeviceNodeMap() = 0;
+
+  /// Where the device map is not as the camera has it. Of the camera as it was when it was opened.
+  virtual std::vector<SFeatureNote> GetFeatureNotes() const { return {}; }
 
   /// Set while the camera is stopped.
   virtual void SetFrameCallback(FrameCallback fnCallback) = 0;

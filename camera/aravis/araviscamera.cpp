@@ -61,9 +61,9 @@ Result<std::unique_ptr<CAravisCamera>> CAravisCamera::Create(CObjectPointer<ArvD
 
 CAravisCamera::CAravisCamera(CObjectPointer<ArvDevice> pDevice, const std::string &strDisplayName)
   : m_strDisplayName(strDisplayName), m_pDevice(std::move(pDevice)),
-    m_deviceMap(PrepareGenicam(m_pDevice.get()), m_pLink),
+    m_deviceMap(PrepareGenicam(m_pDevice.get()), m_pLink), m_overlay(m_deviceMap),
     m_stream(m_pLink, [this](ArvBuffer &buffer) { DeliverFrame(buffer); }),
-    m_features(m_deviceMap, strDisplayName, [this](EBufferHandling eHandling) { m_stream.SetHandling(eHandling); })
+    m_features(m_overlay, strDisplayName, [this](EBufferHandling eHandling) { m_stream.SetHandling(eHandling); })
 {
   WatchControl();
 }
