@@ -23,7 +23,7 @@ struct SCameraFrame {
   uint32_t nWidth = 0;           ///< pixels per line
   uint32_t nHeight = 0;          ///< lines
   uint32_t nPixelFormat = 0;     ///< PFNC code
-  uint64_t nFrameId = 0;         ///< counts delivered frames from 0 since the camera was made
+  uint64_t nFrameId = 0;         ///< counts the camera's frames since it was made; a lost one leaves a gap
 };
 
 /// A camera: three node maps, and frames on a thread of the camera's own.

@@ -62,7 +62,7 @@ Result<std::unique_ptr<CAravisCamera>> CAravisCamera::Create(CObjectPointer<ArvD
 CAravisCamera::CAravisCamera(CObjectPointer<ArvDevice> pDevice, const std::string &strDisplayName)
   : m_strDisplayName(strDisplayName), m_pDevice(std::move(pDevice)),
     m_deviceMap(PrepareGenicam(m_pDevice.get()), m_pLink), m_overlay(m_deviceMap),
-    m_stream(m_pLink, [this](ArvBuffer &buffer) { DeliverFrame(buffer); }),
+    m_stream(m_pLink, [this](ArvBuffer &buffer, uint64_t nNumber) { return DeliverFrame(buffer, nNumber); }),
     m_features(m_overlay, strDisplayName, [this](EBufferHandling eHandling) { m_stream.SetHandling(eHandling); })
 {
   WatchControl();
@@ -169,7 +169,7 @@ void CAravisCamera::Execute(const char *pCommand)
   pNode->Execute();
 }
 
-void CAravisCamera::DeliverFrame(ArvBuffer &buffer)
+bool CAravisCamera::DeliverFrame(ArvBuffer &buffer, uint64_t nNumber)
 {
   SCameraFrame stFrame;
   bool bUsable = false;
@@ -178,14 +178,11 @@ void CAravisCamera::DeliverFrame(ArvBuffer &buffer)
   } catch (const std::bad_alloc &) {
     bUsable = false;
   }
-  if (!bUsable) {
-    m_pLink->CountLostFrames(1);
-    return;
-  }
-  stFrame.nFrameId = m_nFrameId++;
-  if (m_fnCallback) {
+  stFrame.nFrameId = nNumber;
+  if (bUsable && m_fnCallback) {
     m_fnCallback(stFrame);
   }
+  return bUsable;
 }
 
 bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)

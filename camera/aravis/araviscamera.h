@@ -49,7 +49,7 @@ private:
   void End();
   void SetLocked(bool bLocked);
   void Execute(const char *pCommand);
-  void DeliverFrame(ArvBuffer &buffer);
+  bool DeliverFrame(ArvBuffer &buffer, uint64_t nNumber);
   bool DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame);
   bool Unpack(SCameraFrame *pstFrame);
 
@@ -60,8 +60,7 @@ private:
   CAravisNodeMap m_deviceMap;
   CFeatureOverlay m_overlay;
   FrameCallback m_fnCallback;
-  std::vector<uint16_t> m_listSamples; ///< the stream thread's own, as is the next
-  uint64_t m_nFrameId = 0;
+  std::vector<uint16_t> m_listSamples; ///< the stream thread's own
   CAravisStream m_stream;
   CHostFeatures m_features; ///< tells the stream
 };

@@ -167,7 +167,11 @@ void AddTaskOptions(CLI::App &app, STaskOptions &stTask)
   app.add_flag("--headless", stTask.bHeadless, "run the whole workflow without a window and write a report");
   app.add_flag("--restore-settings", stTask.bRestoreSettings,
                "load the settings that an interrupted acquisition left in the camera's UserSet0, and exit");
-  app.add_flag("--list-cameras", stTask.bListCameras, "print the real cameras that answer, and exit");
+  auto *pList = app.add_flag("--list-cameras", stTask.bListCameras, "print the real cameras that answer, and exit");
+  app
+    .add_flag("--verbose", stTask.bVerbose,
+              "with --list-cameras: open each camera and print which of its features are not as the standard has them")
+    ->needs(pList);
   app
     .add_option("--screenshots", stTask.strScreenshots,
                 "run the workflow in the window and save a picture of each step")

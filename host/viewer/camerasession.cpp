@@ -5,6 +5,7 @@
 
 #include "camera/icameralink.h"
 #include "host/viewer/blocksize.h"
+#include "host/viewer/cameratexts.h"
 #include "host/viewer/settingsrescue.h"
 
 namespace ffc::host {
@@ -134,7 +135,13 @@ void CCameraSession::CheckStall()
   const bool bStalled = m_pViewer->GetCamera().IsStreaming() &&
                         static_cast<double>(nSilent) > static_cast<double>(STALL_MS) + 2 * GetExposureMs(*m_pViewer);
   if (bStalled) {
-    emit SigError(tr("No frame for %1 s: the camera is lost, or waits for a trigger.").arg(nSilent / 1000));
+    m_strTriggers = m_bStalled ? m_strTriggers : DescribeTriggers(m_pViewer->GetCamera());
+    emit SigError(
+      m_strTriggers.isEmpty()
+        ? tr("No frame for %1 s, though no trigger is on: the camera is lost, or sends nothing.").arg(nSilent / 1000)
+        : tr("No frame for %1 s: the camera waits for its trigger. On are: %2.")
+            .arg(nSilent / 1000)
+            .arg(m_strTriggers));
   } else if (m_bStalled) {
     emit SigError(QString());
   }

@@ -80,6 +80,7 @@ private:
   int64_t m_nFrameMs = 0;    ///< when the last frame came or was to be expected
   int64_t m_nReopenedMs = 0; ///< when a lost camera was last asked for; 0: not yet
   bool m_bStalled = false;
+  QString m_strTriggers; ///< that were on when the frames ceased
 };
 
 } // namespace ffc::host

@@ -14,7 +14,7 @@ public:
 
   bool IsLost() const override { return *m_pLost; }
   void SetLostCallback(LostCallback) override {}
-  uint64_t GetLostFrameCount() const override { return 0; }
+  camera::SFrameLosses GetLosses() const override { return {}; }
 
 private:
   std::shared_ptr<std::atomic<bool>> m_pLost;

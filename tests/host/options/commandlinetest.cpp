@@ -98,6 +98,9 @@ TEST(CommandLine, ListingCamerasIsAsked)
 {
   EXPECT_TRUE(Parse({"--list-cameras"}).stTask.bListCameras);
   EXPECT_FALSE(Parse({}).stTask.bListCameras);
+  EXPECT_FALSE(Parse({"--list-cameras"}).stTask.bVerbose);
+  EXPECT_TRUE(Parse({"--list-cameras", "--verbose"}).stTask.bVerbose);
+  EXPECT_EQ(Parse({"--verbose"}).nExitCode, 2) << "it says what the list is to have";
 }
 
 TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)
