@@ -31,6 +31,24 @@ OpenedCamera OpenReplay(const SCameraOptions &stOptions)
   return CreateReplayCamera(stCamera);
 }
 
+/// Those that can be selected now, with commas.
+std::string ListPixelFormats(ICamera &camera)
+{
+  std::string strList;
+  auto *pFormat = dynamic_cast<GenApi::IEnumeration *>(camera.GetDeviceNodeMap()->GetNode("PixelFormat"));
+  GenApi::NodeList_t listEntries;
+  if (pFormat != nullptr) {
+    pFormat->GetEntries(listEntries);
+  }
+  for (GenApi::INode *pNode : listEntries) {
+    if (GenApi::IsAvailable(pNode->GetAccessMode())) {
+      strList +=
+        (strList.empty() ? "" : ", ") + std::string(dynamic_cast<GenApi::IEnumEntry &>(*pNode).GetSymbolic().c_str());
+    }
+  }
+  return strList.empty() ? "none" : strList;
+}
+
 Result<> SelectPixelFormat(ICamera &camera, const std::string &strPixelFormat)
 {
   try {
@@ -41,7 +59,7 @@ Result<> SelectPixelFormat(ICamera &camera, const std::string &strPixelFormat)
     pFormat->FromString(strPixelFormat.c_str());
     return {};
   } catch (const GenICam::GenericException &exception) {
-    return Failure(exception.GetDescription());
+    return Failure(exception.GetDescription() + std::string("; the camera has ") + ListPixelFormats(camera));
   }
 }
 

@@ -89,6 +89,10 @@
         <translation>相机已断开。一旦应答将重新打开。</translation>
     </message>
     <message>
+        <source>The camera sends frames that cannot be received: choose another pixel format.</source>
+        <translation>相机发送的图像无法接收：请选择其他像素格式。</translation>
+    </message>
+    <message>
         <source>No frame for %1 s, though no trigger is on: the camera is lost, or sends nothing.</source>
         <translation>%1 秒没有图像，且没有开启触发：相机已断开或未发送图像。</translation>
     </message>
@@ -411,6 +415,10 @@ Frames received: %3</source>
 </context>
 <context>
     <name>CorrectionState</name>
+    <message>
+        <source>frames of the format %1 cannot be corrected, choose a mono or Bayer format</source>
+        <translation>%1 格式的图像无法校正，请选择单色或 Bayer 格式</translation>
+    </message>
     <message>
         <source>the camera is lost</source>
         <translation>相机已断开</translation>

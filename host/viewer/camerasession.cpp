@@ -13,6 +13,7 @@ namespace {
 
 constexpr int64_t REOPEN_MS = 5000; ///< each attempt holds the caller for about a second
 constexpr int64_t STALL_MS = 3000;  ///< beside two exposures
+constexpr int64_t UNUSABLE_MS = 500;
 
 double GetExposureMs(CViewer &viewer)
 {
@@ -74,6 +75,7 @@ void CCameraSession::Adopt(std::unique_ptr<ICamera> pCamera)
   emit SigError(GetText(result));
   emit SigChanged();
   NoteFrame();
+  m_nUnusable = 0;
 }
 
 bool CCameraSession::IsLost()
@@ -132,6 +134,13 @@ void CCameraSession::Reopen(bool bMayReopen)
 void CCameraSession::CheckStall()
 {
   const int64_t nSilent = m_clock.elapsed() - m_nFrameMs;
+  const ICameraLink *pLink = m_pViewer->GetCamera().GetLink();
+  const uint64_t nUnusable = pLink == nullptr ? 0 : pLink->GetLosses().nUnusable;
+  if (nUnusable > std::exchange(m_nUnusable, nUnusable) && nSilent > UNUSABLE_MS) {
+    m_bStalled = true;
+    emit SigError(tr("The camera sends frames that cannot be received: choose another pixel format."));
+    return;
+  }
   const bool bStalled = m_pViewer->GetCamera().IsStreaming() &&
                         static_cast<double>(nSilent) > static_cast<double>(STALL_MS) + 2 * GetExposureMs(*m_pViewer);
   if (bStalled) {

@@ -69,7 +69,7 @@ double GetMean(const SKeptFrame &stFrame)
 
 } // namespace
 
-TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrSerialNumber)
+TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrMakerAndSerialNumber)
 {
   EXPECT_TRUE(AreRealCamerasSupported());
   const CGigeCameraProcess process({});
@@ -81,7 +81,9 @@ TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrSerialNumber)
   ASSERT_NE(itCamera, listCameras.end());
   EXPECT_EQ(itCamera->strProtocol, "GigEVision");
   EXPECT_EQ(itCamera->strAddress, "127.0.0.1");
-  for (const std::string &strId : {itCamera->strId, itCamera->strAddress}) { // the other tests have the serial number
+  for (const std::string &strId :
+       {itCamera->strId, itCamera->strAddress,
+        itCamera->strVendor + "-" + itCamera->strSerial}) { // the other tests have the serial number
     const auto pCamera = Open(strId);
     ASSERT_NE(pCamera, nullptr) << strId;
     EXPECT_EQ(pCamera->GetDisplayName(), itCamera->GetDisplayName());
