@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include <GenApi/GenApi.h>
 
+#include "camera/featurenote.h"
 #include "platform/result.h"
 
 namespace ffc::camera {
@@ -21,7 +23,7 @@ struct SCameraFrame {
   uint32_t nWidth = 0;           ///< pixels per line
   uint32_t nHeight = 0;          ///< lines
   uint32_t nPixelFormat = 0;     ///< PFNC code
-  uint64_t nFrameId = 0;         ///< counts delivered frames from 0 since the camera was made
+  uint64_t nFrameId = 0;         ///< counts the camera's frames since it was made; a lost one leaves a gap
 };
 
 /// A camera: three node maps, and frames on a thread of the camera's own.
@@ -44,6 +46,9 @@ public:
   virtual GenApi::INodeMap *GetStreamNodeMap() = 0;
   /// The camera's own features. TLParamsLocked is 1 between Start and Stop.
   virtual GenApi::INodeMap *GetDeviceNodeMap() = 0;
+
+  /// Where the device map is not as the camera has it. Of the camera as it was when it was opened.
+  virtual std::vector<SFeatureNote> GetFeatureNotes() const { return {}; }
 
   /// Set while the camera is stopped.
   virtual void SetFrameCallback(FrameCallback fnCallback) = 0;

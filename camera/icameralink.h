@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "camera/framelosses.h"
+
 namespace ffc::camera {
 
 /// Tells when a camera is gone. What is lost stays lost: a camera that is back is opened anew.
@@ -20,8 +22,8 @@ public:
   virtual bool IsLost() const = 0;
   /// Host's thread; null: nobody is told. When it returns, the callback before does not run and never will.
   virtual void SetLostCallback(LostCallback fnLost) = 0;
-  /// Frames since the camera was opened that came incomplete, or for which there was no room. From any thread.
-  virtual uint64_t GetLostFrameCount() const = 0;
+  /// Since the camera was opened. From any thread.
+  virtual SFrameLosses GetLosses() const = 0;
 };
 
 } // namespace ffc::camera

@@ -29,7 +29,7 @@ bool AreRealCamerasSupported();
 std::vector<SRealCameraInfo> ListRealCameras();
 
 /// Looks for the camera and takes control of it. Host's thread.
-/// \param strId id, IP address or serial number; empty: the first camera there is
+/// \param strId id, IP address, serial number or "Maker-serial number"; empty: the first camera there is
 /// \return why not: the camera does not answer, or cannot be controlled or used
 Result<std::unique_ptr<ICamera>> OpenRealCamera(const std::string &strId);
 

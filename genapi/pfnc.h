@@ -97,6 +97,79 @@ inline constexpr SPixelFormat PIXEL_FORMATS[] = {
   {"BGR8", 0x02180015, 8, EPacking::None, EColorLayout::Mono, 3},
 };
 
+/// Packed formats of less than 8 bits, by rising code: a host receives and shows them, no correction knows them.
+inline constexpr SPixelFormat NARROW_FORMATS[] = {
+  {"Mono1p", 0x01010037, 1, EPacking::Stream, EColorLayout::Mono, 1},
+  {"Mono2p", 0x01020038, 2, EPacking::Stream, EColorLayout::Mono, 1},
+  {"Mono4p", 0x01040039, 4, EPacking::Stream, EColorLayout::Mono, 1},
+  {"BayerGR4p", 0x0104010D, 4, EPacking::Stream, EColorLayout::BayerGR, 1},
+  {"BayerRG4p", 0x0104010E, 4, EPacking::Stream, EColorLayout::BayerRG, 1},
+  {"BayerGB4p", 0x0104010F, 4, EPacking::Stream, EColorLayout::BayerGB, 1},
+  {"BayerBG4p", 0x01040110, 4, EPacking::Stream, EColorLayout::BayerBG, 1},
+};
+
+/// A format that is no more than a name here.
+struct SNamedFormat {
+  const char *pName;
+  uint32_t nCode; ///< PFNC code
+};
+
+/// Colours after a camera has computed them, coordinates, confidence: no sensor's own samples. By rising code.
+inline constexpr SNamedFormat COMPUTED_FORMATS[] = {
+  {"Coord3D_A8", 0x010800AF},
+  {"Coord3D_B8", 0x010800B0},
+  {"Coord3D_C8", 0x010800B1},
+  {"Confidence8", 0x010800C6},
+  {"Coord3D_A16", 0x011000B6},
+  {"Coord3D_B16", 0x011000B7},
+  {"Coord3D_C16", 0x011000B8},
+  {"Confidence16", 0x011000C7},
+  {"Coord3D_A32f", 0x012000BD},
+  {"Coord3D_B32f", 0x012000BE},
+  {"Coord3D_C32f", 0x012000BF},
+  {"Confidence32f", 0x012000C8},
+  {"YUV411_8_UYYVYY", 0x020C001E},
+  {"YCbCr411_8_CbYYCrYY", 0x020C003C},
+  {"YCbCr601_411_8_CbYYCrYY", 0x020C003F},
+  {"YCbCr709_411_8_CbYYCrYY", 0x020C0042},
+  {"YUV422_8_UYVY", 0x0210001F},
+  {"YUV422_8", 0x02100032},
+  {"RGB565p", 0x02100035},
+  {"BGR565p", 0x02100036},
+  {"YCbCr422_8", 0x0210003B},
+  {"YCbCr601_422_8", 0x0210003E},
+  {"YCbCr709_422_8", 0x02100041},
+  {"YCbCr422_8_CbYCrY", 0x02100043},
+  {"YCbCr601_422_8_CbYCrY", 0x02100044},
+  {"YCbCr709_422_8_CbYCrY", 0x02100045},
+  {"Coord3D_AC8", 0x021000B4},
+  {"YUV8_UYV", 0x02180020},
+  {"RGB8_Planar", 0x02180021},
+  {"YCbCr8_CbYCr", 0x0218003A},
+  {"YCbCr601_8_CbYCr", 0x0218003D},
+  {"YCbCr709_8_CbYCr", 0x02180040},
+  {"Coord3D_ABC8", 0x021800B2},
+  {"RGBa8", 0x02200016},
+  {"BGRa8", 0x02200017},
+  {"RGB10V1Packed", 0x0220001C},
+  {"RGB10p32", 0x0220001D},
+  {"Coord3D_AC16", 0x022000BB},
+  {"RGB10", 0x02300018},
+  {"BGR10", 0x02300019},
+  {"RGB12", 0x0230001A},
+  {"BGR12", 0x0230001B},
+  {"RGB10_Planar", 0x02300022},
+  {"RGB12_Planar", 0x02300023},
+  {"RGB16_Planar", 0x02300024},
+  {"RGB16", 0x02300033},
+  {"BGR16", 0x0230004B},
+  {"Coord3D_ABC16", 0x023000B9},
+  {"Coord3D_AC32f", 0x024000C2},
+  {"Coord3D_AC32f_Planar", 0x024000C3},
+  {"Coord3D_ABC32f", 0x026000C0},
+  {"Coord3D_ABC32f_Planar", 0x026000C1},
+};
+
 /// \return one of PIXEL_FORMATS; null for a code that is not there
 constexpr const SPixelFormat *FindPixelFormat(uint32_t nCode)
 {
@@ -132,11 +205,43 @@ constexpr uint32_t GetPixelFormatCode(std::string_view strName)
   return FindPixelFormat(strName)->nCode;
 }
 
-/// The format with the same samples in whole bytes; null where the table has none.
+/// One of PIXEL_FORMATS or NARROW_FORMATS; null for a code that is in neither.
+constexpr const SPixelFormat *FindReceivedFormat(uint32_t nCode)
+{
+  for (const SPixelFormat &stFormat : NARROW_FORMATS) {
+    if (stFormat.nCode == nCode) {
+      return &stFormat;
+    }
+  }
+  return FindPixelFormat(nCode);
+}
+
+/// Null for a code that is in none of the tables.
+constexpr const char *FindFormatName(uint32_t nCode)
+{
+  for (const SNamedFormat &stFormat : COMPUTED_FORMATS) {
+    if (stFormat.nCode == nCode) {
+      return stFormat.pName;
+    }
+  }
+  const SPixelFormat *pFormat = FindReceivedFormat(nCode);
+  return pFormat == nullptr ? nullptr : pFormat->pName;
+}
+
+/// Whether a frame has one sample of the sensor for each pixel, of 8 bits at least: everything else passes a correction
+/// by.
+constexpr bool IsCorrectable(uint32_t nCode)
+{
+  const SPixelFormat *pFormat = FindPixelFormat(nCode);
+  return pFormat != nullptr && pFormat->nSamples == 1;
+}
+
+/// The format with the same samples in whole bytes, those of less than 8 bits as 8; null where the table has none.
 constexpr const SPixelFormat *FindUnpackedFormat(const SPixelFormat &stPacked)
 {
+  const uint32_t nBitDepth = stPacked.nBitDepth < 8 ? 8 : stPacked.nBitDepth;
   for (const SPixelFormat &stFormat : PIXEL_FORMATS) {
-    if (stFormat.ePacking == EPacking::None && stFormat.nBitDepth == stPacked.nBitDepth &&
+    if (stFormat.ePacking == EPacking::None && stFormat.nBitDepth == nBitDepth &&
         stFormat.eLayout == stPacked.eLayout && stFormat.nSamples == stPacked.nSamples) {
       return &stFormat;
     }

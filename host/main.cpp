@@ -90,7 +90,7 @@ int main(int nArguments, char **pArguments)
     return stCommandLine.nExitCode;
   }
   if (stCommandLine.stTask.bListCameras) {
-    std::cout << DescribeRealCameras() << std::flush;
+    std::cout << DescribeRealCameras(stCommandLine.stTask.bVerbose) << std::flush;
     return EXIT_SUCCESS;
   }
   const bool bRescue = stCommandLine.stTask.bRestoreSettings;

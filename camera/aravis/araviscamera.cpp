@@ -34,11 +34,10 @@ void ReleaseLink(void *pLink, GClosure *)
   delete static_cast<LinkPointer *>(pLink);
 }
 
-/// Bytes of a pixel; 0 for formats that are packed.
-uint32_t GetPixelSize(uint32_t nPixelFormat)
+/// Bytes of a frame as it comes.
+uint64_t GetFrameSize(uint32_t nPixelFormat, uint64_t nPixels)
 {
-  const uint32_t nBits = genapi::GetBitsPerPixel(nPixelFormat);
-  return nBits % 8 == 0 ? nBits / 8 : 0;
+  return (nPixels * genapi::GetBitsPerPixel(nPixelFormat) + 7) / 8;
 }
 
 } // namespace
@@ -61,9 +60,9 @@ Result<std::unique_ptr<CAravisCamera>> CAravisCamera::Create(CObjectPointer<ArvD
 
 CAravisCamera::CAravisCamera(CObjectPointer<ArvDevice> pDevice, const std::string &strDisplayName)
   : m_strDisplayName(strDisplayName), m_pDevice(std::move(pDevice)),
-    m_deviceMap(PrepareGenicam(m_pDevice.get()), m_pLink),
-    m_stream(m_pLink, [this](ArvBuffer &buffer) { DeliverFrame(buffer); }),
-    m_features(m_deviceMap, strDisplayName, [this](EBufferHandling eHandling) { m_stream.SetHandling(eHandling); })
+    m_deviceMap(PrepareGenicam(m_pDevice.get()), m_pLink), m_overlay(m_deviceMap),
+    m_stream(m_pLink, [this](ArvBuffer &buffer, uint64_t nNumber) { return DeliverFrame(buffer, nNumber); }),
+    m_features(m_overlay, strDisplayName, [this](EBufferHandling eHandling) { m_stream.SetHandling(eHandling); })
 {
   WatchControl();
 }
@@ -169,7 +168,7 @@ void CAravisCamera::Execute(const char *pCommand)
   pNode->Execute();
 }
 
-void CAravisCamera::DeliverFrame(ArvBuffer &buffer)
+bool CAravisCamera::DeliverFrame(ArvBuffer &buffer, uint64_t nNumber)
 {
   SCameraFrame stFrame;
   bool bUsable = false;
@@ -178,14 +177,11 @@ void CAravisCamera::DeliverFrame(ArvBuffer &buffer)
   } catch (const std::bad_alloc &) {
     bUsable = false;
   }
-  if (!bUsable) {
-    m_pLink->CountLostFrames(1);
-    return;
-  }
-  stFrame.nFrameId = m_nFrameId++;
-  if (m_fnCallback) {
+  stFrame.nFrameId = nNumber;
+  if (bUsable && m_fnCallback) {
     m_fnCallback(stFrame);
   }
+  return bUsable;
 }
 
 bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)
@@ -208,11 +204,11 @@ bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)
   pstFrame->nWidth = static_cast<uint32_t>(nWidth);
   pstFrame->nHeight = static_cast<uint32_t>(nHeight);
   pstFrame->nPixelFormat = arv_buffer_get_image_pixel_format(&buffer);
-  const uint64_t nNeeded = uint64_t{pstFrame->nWidth} * pstFrame->nHeight * GetPixelSize(pstFrame->nPixelFormat);
-  if (nNeeded == 0 || FindPackedFormat(pstFrame->nPixelFormat) != nullptr) {
+  if (FindPackedFormat(pstFrame->nPixelFormat) != nullptr) {
     return Unpack(pstFrame);
   }
-  if (nNeeded > nReceived) {
+  const uint64_t nNeeded = GetFrameSize(pstFrame->nPixelFormat, uint64_t{pstFrame->nWidth} * pstFrame->nHeight);
+  if (nNeeded == 0 || nNeeded > nReceived) {
     return false;
   }
   pstFrame->nSize = static_cast<uint32_t>(nNeeded);
@@ -226,10 +222,10 @@ bool CAravisCamera::Unpack(SCameraFrame *pstFrame)
   if (pFormat == nullptr || nSamples > INT32_MAX / 2 || GetPackedSize(*pFormat, nSamples) > pstFrame->nSize) {
     return false;
   }
-  m_listSamples.resize(nSamples);
+  m_listSamples.resize((GetUnpackedSize(*pFormat, nSamples) + 1) / 2);
   UnpackSamples(*pFormat, static_cast<const uint8_t *>(pstFrame->pBuffer), nSamples, m_listSamples.data());
   pstFrame->pBuffer = m_listSamples.data();
-  pstFrame->nSize = static_cast<uint32_t>(nSamples * 2);
+  pstFrame->nSize = static_cast<uint32_t>(GetUnpackedSize(*pFormat, nSamples));
   pstFrame->nPixelFormat = genapi::FindUnpackedFormat(*pFormat)->nCode;
   return true;
 }

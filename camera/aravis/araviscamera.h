@@ -13,13 +13,14 @@
 #include "camera/aravis/gobject.h"
 #include "camera/aravis/hostfeatures.h"
 #include "camera/aravis/nodemap/aravisnodemap.h"
+#include "camera/aravis/overlay/featureoverlay.h"
 #include "camera/icamera.h"
 
 namespace ffc::camera {
 
-/// Its own features are the device map; frames of packed formats are unpacked to 16 bits per sample, with the
-/// unpacked format's code, and all others delivered where they were received. A frame that is no image, or not of
-/// the size that it says, counts as lost. The user covers its lens.
+/// Its own features are the device map, under the names that the plug-in knows; frames of packed formats are unpacked
+/// to 16 bits per sample, with the unpacked format's code, and all others delivered where they were received. A frame
+/// that is no image, or not of the size that it says, counts as lost. The user covers its lens.
 class CAravisCamera final : public ICamera {
 public:
   /// \param pDevice controlled by this program
@@ -31,7 +32,8 @@ public:
   std::string GetDisplayName() const override { return m_strDisplayName; }
   GenApi::INodeMap *GetOutputNodeMap() override { return &m_features.GetOutputMap(); }
   GenApi::INodeMap *GetStreamNodeMap() override { return &m_features.GetStreamMap(); }
-  GenApi::INodeMap *GetDeviceNodeMap() override { return &m_deviceMap; }
+  GenApi::INodeMap *GetDeviceNodeMap() override { return &m_overlay; }
+  std::vector<SFeatureNote> GetFeatureNotes() const override { return m_overlay.GetNotes(); }
   void SetFrameCallback(FrameCallback fnCallback) override { m_fnCallback = std::move(fnCallback); }
   Result<> Start() override;
   void Stop() override;
@@ -47,7 +49,7 @@ private:
   void End();
   void SetLocked(bool bLocked);
   void Execute(const char *pCommand);
-  void DeliverFrame(ArvBuffer &buffer);
+  bool DeliverFrame(ArvBuffer &buffer, uint64_t nNumber);
   bool DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame);
   bool Unpack(SCameraFrame *pstFrame);
 
@@ -56,9 +58,9 @@ private:
   CObjectPointer<ArvDevice> m_pDevice;
   gulong m_nControlHandler = 0;
   CAravisNodeMap m_deviceMap;
+  CFeatureOverlay m_overlay;
   FrameCallback m_fnCallback;
-  std::vector<uint16_t> m_listSamples; ///< the stream thread's own, as is the next
-  uint64_t m_nFrameId = 0;
+  std::vector<uint16_t> m_listSamples; ///< the stream thread's own
   CAravisStream m_stream;
   CHostFeatures m_features; ///< tells the stream
 };

@@ -18,6 +18,18 @@ std::size_t GetBufferCount(std::size_t nPayload)
   return std::clamp(BUFFER_MEMORY / nPayload, MIN_BUFFERS, MAX_BUFFERS);
 }
 
+/// Each kind of stream has counters of its own; 0 for one that it has not got.
+uint64_t ReadCounter(ArvStream *pStream, const char *pName)
+{
+  const guint nInfos = arv_stream_get_n_infos(pStream);
+  for (guint nInfo = 0; nInfo < nInfos; ++nInfo) {
+    if (g_strcmp0(arv_stream_get_info_name(pStream, nInfo), pName) == 0) {
+      return arv_stream_get_info_uint64(pStream, nInfo);
+    }
+  }
+  return 0;
+}
+
 } // namespace
 
 CAravisStream::CAravisStream(std::shared_ptr<CCameraLink> pLink, Delivery fnDeliver)
@@ -37,7 +49,10 @@ Result<> CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
   }
   m_bStop = false;
   m_bNews = false;
-  m_nUnderruns = 0;
+  m_numbers.BeginStream();
+  m_stLosses = {};
+  m_nSkipped = 0;
+  m_pLink->BeginStream();
   CErrorSlot error;
   m_pStream.reset(arv_device_create_stream(pDevice, OnStreamEvent, this, error.Out()));
   if (m_pStream == nullptr) {
@@ -120,25 +135,41 @@ bool CAravisStream::WaitForFrames()
 /// Moves what the receiving thread has filled to the waiting ones and drops the oldest of those that are too many.
 void CAravisStream::CollectFrames()
 {
-  uint64_t nLost = 0;
   while (ArvBuffer *pFilled = arv_stream_try_pop_buffer(m_pStream.get())) {
-    Buffer pBuffer(pFilled);
-    if (arv_buffer_get_status(pFilled) == ARV_BUFFER_STATUS_SUCCESS) {
-      m_listWaiting.push_back(std::move(pBuffer));
-    } else {
-      ++nLost;
-      GiveBack(std::move(pBuffer));
-    }
+    TakeFrame(Buffer(pFilled));
   }
   while (m_listWaiting.size() > GetKeptFrames(m_eHandling, m_nBuffers)) {
-    ++nLost;
-    GiveBack(std::move(m_listWaiting.front()));
+    ++m_stLosses.nOverwritten;
+    GiveBack(std::move(m_listWaiting.front().pBuffer));
     m_listWaiting.pop_front();
   }
+  CountLosses();
+}
+
+void CAravisStream::TakeFrame(Buffer pBuffer)
+{
+  const bool bComplete = arv_buffer_get_status(pBuffer.get()) == ARV_BUFFER_STATUS_SUCCESS;
+  const uint64_t nId = arv_buffer_get_frame_id(pBuffer.get()); // stands in the first packet, which may be missing
+  const CFrameNumbers::SNumber stNumber = m_numbers.Next(bComplete || nId > 0 ? std::optional(nId) : std::nullopt);
+  m_nSkipped += stNumber.nSkipped;
+  if (bComplete) {
+    m_listWaiting.push_back({std::move(pBuffer), stNumber.nNumber});
+  } else {
+    ++m_stLosses.nIncomplete;
+    GiveBack(std::move(pBuffer));
+  }
+}
+
+/// A frame for which the library had no buffer leaves a gap in the numbers too.
+void CAravisStream::CountLosses()
+{
   guint64 nUnderruns = 0;
   arv_stream_get_statistics(m_pStream.get(), nullptr, nullptr, &nUnderruns);
-  nLost += nUnderruns - std::exchange(m_nUnderruns, nUnderruns);
-  m_pLink->CountLostFrames(nLost);
+  m_stLosses.nWithoutRoom = nUnderruns;
+  m_stLosses.nNeverSeen = m_nSkipped - std::min<uint64_t>(m_nSkipped, nUnderruns);
+  m_stLosses.nMissingPackets = ReadCounter(m_pStream.get(), "n_missing_packets");
+  m_stLosses.nResentPackets = ReadCounter(m_pStream.get(), "n_resent_packets");
+  m_pLink->SetStreamLosses(m_stLosses);
 }
 
 /// One frame at a time, so that those which come meanwhile count for what is dropped.
@@ -151,10 +182,12 @@ void CAravisStream::DeliverFrames()
         return;
       }
     }
-    Buffer pBuffer = std::move(m_listWaiting.front());
+    SWaiting stFrame = std::move(m_listWaiting.front());
     m_listWaiting.pop_front();
-    m_fnDeliver(*pBuffer);
-    GiveBack(std::move(pBuffer));
+    if (!m_fnDeliver(*stFrame.pBuffer, stFrame.nNumber)) {
+      ++m_stLosses.nUnusable;
+    }
+    GiveBack(std::move(stFrame.pBuffer));
     CollectFrames();
   }
 }

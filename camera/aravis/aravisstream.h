@@ -14,6 +14,7 @@
 #include <arv.h>
 
 #include "camera/aravis/cameralink.h"
+#include "camera/aravis/framenumbers.h"
 #include "camera/aravis/framequeue.h"
 #include "camera/aravis/gobject.h"
 #include "platform/result.h"
@@ -27,7 +28,9 @@ namespace ffc::camera {
 class CAravisStream {
 public:
   /// Runs on the stream's thread; the buffer is the receiver's until it returns.
-  using Delivery = std::function<void(ArvBuffer &buffer)>;
+  /// \param nNumber counts the camera's frames; a lost one leaves a gap
+  /// \return false when the frame cannot be used, and so counts as lost
+  using Delivery = std::function<bool(ArvBuffer &buffer, uint64_t nNumber)>;
 
   /// \param pLink hears of lost frames
   CAravisStream(std::shared_ptr<CCameraLink> pLink, Delivery fnDeliver);
@@ -49,11 +52,18 @@ public:
 private:
   using Buffer = CObjectPointer<ArvBuffer>;
 
+  struct SWaiting {
+    Buffer pBuffer;
+    uint64_t nNumber;
+  };
+
   static void OnStreamEvent(void *pThis, ArvStreamCallbackType eType, ArvBuffer *pBuffer);
   Result<> PushBuffers(std::size_t nPayload);
   void Run();
   bool WaitForFrames();
   void CollectFrames();
+  void TakeFrame(Buffer pBuffer);
+  void CountLosses();
   void DeliverFrames();
   void GiveBack(Buffer pBuffer);
 
@@ -63,8 +73,10 @@ private:
   CObjectPointer<ArvStream> m_pStream;
   std::size_t m_nBuffers = 0;
   std::thread m_thread;
-  std::deque<Buffer> m_listWaiting; ///< the stream's thread's own, as is the next
-  uint64_t m_nUnderruns = 0;        ///< of this stream, as counted so far
+  std::deque<SWaiting> m_listWaiting; ///< the stream's thread's own, as are the next
+  CFrameNumbers m_numbers;
+  SFrameLosses m_stLosses; ///< of this stream
+  uint64_t m_nSkipped = 0; ///< gaps in this stream's numbers
 
   std::mutex m_mutex; ///< guards what follows
   std::condition_variable m_condition;

@@ -14,15 +14,20 @@ class CCameraLink final : public ICameraLink {
 public:
   bool IsLost() const override { return m_bLost; }
   void SetLostCallback(LostCallback fnLost) override;
-  uint64_t GetLostFrameCount() const override { return m_nLostFrames; }
+  SFrameLosses GetLosses() const override;
 
   /// Tells the host, the first time.
   void MarkLost();
-  void CountLostFrames(uint64_t nFrames) { m_nLostFrames += nFrames; }
+  /// What is lost from now on is another stream's.
+  void BeginStream();
+  /// \param stLosses of this stream, since its beginning
+  void SetStreamLosses(const SFrameLosses &stLosses);
 
 private:
   std::atomic<bool> m_bLost{false};
-  std::atomic<uint64_t> m_nLostFrames{0};
+  mutable std::mutex m_mutexLosses;
+  SFrameLosses m_stEarlier; ///< of the streams before
+  SFrameLosses m_stStream;
   std::mutex m_mutex; ///< held while the callback runs
   LostCallback m_fnLost;
 };

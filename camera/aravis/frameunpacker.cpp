@@ -1,5 +1,7 @@
 #include "camera/aravis/frameunpacker.h"
 
+#include <algorithm>
+
 namespace ffc::camera {
 
 using genapi::EPacking;
@@ -21,15 +23,42 @@ void UnpackShared(uint32_t nBits, const uint8_t *pPacked, std::size_t nSamples, 
   }
 }
 
+/// \param nReach bytes that a sample may stand in, which the last ones have not all behind them
+uint32_t GatherStream(const uint8_t *pPacked, std::size_t nBit, std::size_t nReach, std::size_t nSize)
+{
+  uint32_t nWord = 0;
+  for (std::size_t nByte = 0; nByte < nReach && nBit / 8 + nByte < nSize; ++nByte) {
+    nWord |= uint32_t{pPacked[nBit / 8 + nByte]} << (8 * nByte);
+  }
+  return nWord >> (nBit % 8);
+}
+
 void UnpackStream(uint32_t nBits, const uint8_t *pPacked, std::size_t nSamples, uint16_t *pSamples)
 {
   const uint32_t nMask = (1U << nBits) - 1;
+  const std::size_t nSize = (nSamples * nBits + 7) / 8;
+  // 10 or 12 bits that start at an even bit never reach into a third byte.
+  const std::size_t nReach = nBits <= 12 ? 2 : 3;
+  const std::size_t nWhole = nSize < nReach ? 0 : std::min(nSamples, ((nSize - nReach) * 8) / nBits + 1);
+  for (std::size_t i = 0; i < nWhole; ++i) {
+    const std::size_t nBit = i * nBits;
+    const uint8_t *pGroup = pPacked + nBit / 8;
+    const uint32_t nThird = nReach == 3 ? uint32_t{pGroup[2]} << 16U : 0;
+    pSamples[i] = static_cast<uint16_t>((pGroup[0] | uint32_t{pGroup[1]} << 8U | nThird) >> (nBit % 8) & nMask);
+  }
+  for (std::size_t i = nWhole; i < nSamples; ++i) {
+    pSamples[i] = static_cast<uint16_t>(GatherStream(pPacked, i * nBits, nReach, nSize) & nMask);
+  }
+}
+
+/// None of them crosses a byte.
+void UnpackNarrow(uint32_t nBits, const uint8_t *pPacked, std::size_t nSamples, uint8_t *pSamples)
+{
+  const uint32_t nMask = (1U << nBits) - 1;
+  const uint32_t nScale = 255 / nMask;
   for (std::size_t i = 0; i < nSamples; ++i) {
     const std::size_t nBit = i * nBits;
-    // 10 or 12 bits that start at an even bit never reach into a third byte.
-    const uint8_t *pPair = pPacked + nBit / 8;
-    const uint32_t nPair = pPair[0] | uint32_t{pPair[1]} << 8U;
-    pSamples[i] = static_cast<uint16_t>(nPair >> (nBit % 8) & nMask);
+    pSamples[i] = static_cast<uint8_t>((uint32_t{pPacked[nBit / 8]} >> (nBit % 8) & nMask) * nScale);
   }
 }
 
@@ -37,9 +66,8 @@ void UnpackStream(uint32_t nBits, const uint8_t *pPacked, std::size_t nSamples, 
 
 const genapi::SPixelFormat *FindPackedFormat(uint32_t nCode)
 {
-  const genapi::SPixelFormat *pFormat = genapi::FindPixelFormat(nCode);
-  const bool bPacked = pFormat != nullptr && pFormat->ePacking != genapi::EPacking::None && pFormat->nBitDepth <= 12;
-  return bPacked ? pFormat : nullptr;
+  const genapi::SPixelFormat *pFormat = genapi::FindReceivedFormat(nCode);
+  return pFormat != nullptr && pFormat->ePacking != genapi::EPacking::None ? pFormat : nullptr;
 }
 
 std::size_t GetPackedSize(const genapi::SPixelFormat &stFormat, std::size_t nSamples)
@@ -48,13 +76,19 @@ std::size_t GetPackedSize(const genapi::SPixelFormat &stFormat, std::size_t nSam
                                                        : (nSamples * stFormat.nBitDepth + 7) / 8;
 }
 
-void UnpackSamples(const genapi::SPixelFormat &stFormat, const uint8_t *pPacked, std::size_t nSamples,
-                   uint16_t *pSamples)
+std::size_t GetUnpackedSize(const genapi::SPixelFormat &stFormat, std::size_t nSamples)
 {
-  if (stFormat.ePacking == genapi::EPacking::Shared) {
-    UnpackShared(stFormat.nBitDepth, pPacked, nSamples, pSamples);
+  return nSamples * (stFormat.nBitDepth < 8 ? 1 : 2);
+}
+
+void UnpackSamples(const genapi::SPixelFormat &stFormat, const uint8_t *pPacked, std::size_t nSamples, void *pSamples)
+{
+  if (stFormat.nBitDepth < 8) {
+    UnpackNarrow(stFormat.nBitDepth, pPacked, nSamples, static_cast<uint8_t *>(pSamples));
+  } else if (stFormat.ePacking == EPacking::Shared) {
+    UnpackShared(stFormat.nBitDepth, pPacked, nSamples, static_cast<uint16_t *>(pSamples));
   } else {
-    UnpackStream(stFormat.nBitDepth, pPacked, nSamples, pSamples);
+    UnpackStream(stFormat.nBitDepth, pPacked, nSamples, static_cast<uint16_t *>(pSamples));
   }
 }
 

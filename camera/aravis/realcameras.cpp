@@ -17,7 +17,8 @@ std::string MakeString(const char *pText)
 
 bool IsMeant(const SRealCameraInfo &stInfo, const std::string &strId)
 {
-  return strId.empty() || strId == stInfo.strId || strId == stInfo.strAddress || strId == stInfo.strSerial;
+  return strId.empty() || strId == stInfo.strId || strId == stInfo.strAddress || strId == stInfo.strSerial ||
+         strId == stInfo.strVendor + "-" + stInfo.strSerial;
 }
 
 /// The answer to a name that no camera has.

@@ -248,6 +248,7 @@ Result<> CDeviceWorkflow::LoadFromFile()
 
 Result<> CDeviceWorkflow::WriteResults()
 {
+  m_session.NoteCamera();
   quality::SReport &stReport = m_session.GetReport();
   stReport.nBrightFrames = m_stAfter.stBright.GetFrameCount();
   stReport.nDarkFrames = m_stAfter.stDark.GetFrameCount();

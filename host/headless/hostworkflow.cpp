@@ -161,6 +161,7 @@ Result<> CHostWorkflow::CheckReloaded(const SFramePair &stReference)
 
 Result<> CHostWorkflow::WriteResults()
 {
+  m_session.NoteCamera();
   const quality::SReport &stReport = m_session.GetReport();
   const CResultFolder &folder = m_session.GetFolder();
   const QString strTitle = QStringLiteral("%1, %2").arg(stReport.strCamera, stReport.strPixelFormat);

@@ -5,7 +5,9 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include "camera/icameralink.h"
 #include "host/viewer/blocksize.h"
+#include "host/viewer/cameratexts.h"
 
 namespace ffc::host {
 namespace {
@@ -167,6 +169,17 @@ Result<> CWorkflowSession::SelectExpectGray()
   m_stReport.nExpectGray = m_driver->GetExpectGray();
   m_stReport.nExpectGrayDn = m_stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
   return result;
+}
+
+void CWorkflowSession::NoteCamera()
+{
+  camera::ICamera &camera = m_pViewer->GetCamera();
+  m_stReport.listNotes << DescribeFeatureNotes(camera.GetFeatureNotes());
+  const ICameraLink *pLink = camera.GetLink();
+  const QString strLosses = pLink == nullptr ? QString() : DescribeLosses(pLink->GetLosses());
+  if (!strLosses.isEmpty()) {
+    m_stReport.listNotes << strLosses;
+  }
 }
 
 Result<> CWorkflowSession::Judge(const SDialogAnswer &stAnswer)

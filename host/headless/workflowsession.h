@@ -58,6 +58,8 @@ public:
   /// Sets the expected grey of the command line, if it names one, and fills the report's.
   Result<> SelectExpectGray();
 
+  /// Adds to the report's notes what is special about the camera's features, and how many frames it lost.
+  void NoteCamera();
   /// Fails when the action had an error box; a red prompt becomes a note.
   Result<> Judge(const SDialogAnswer &stAnswer);
 

@@ -6,6 +6,7 @@
 #include "camera/realcameras.h"
 #include "camera/replay/replaycamera.h"
 #include "camera/simulated/simulatedcamera.h"
+#include "host/viewer/cameratexts.h"
 
 namespace ffc::host {
 namespace {
@@ -30,6 +31,24 @@ OpenedCamera OpenReplay(const SCameraOptions &stOptions)
   return CreateReplayCamera(stCamera);
 }
 
+/// Those that can be selected now, with commas.
+std::string ListPixelFormats(ICamera &camera)
+{
+  std::string strList;
+  auto *pFormat = dynamic_cast<GenApi::IEnumeration *>(camera.GetDeviceNodeMap()->GetNode("PixelFormat"));
+  GenApi::NodeList_t listEntries;
+  if (pFormat != nullptr) {
+    pFormat->GetEntries(listEntries);
+  }
+  for (GenApi::INode *pNode : listEntries) {
+    if (GenApi::IsAvailable(pNode->GetAccessMode())) {
+      strList +=
+        (strList.empty() ? "" : ", ") + std::string(dynamic_cast<GenApi::IEnumEntry &>(*pNode).GetSymbolic().c_str());
+    }
+  }
+  return strList.empty() ? "none" : strList;
+}
+
 Result<> SelectPixelFormat(ICamera &camera, const std::string &strPixelFormat)
 {
   try {
@@ -40,7 +59,7 @@ Result<> SelectPixelFormat(ICamera &camera, const std::string &strPixelFormat)
     pFormat->FromString(strPixelFormat.c_str());
     return {};
   } catch (const GenICam::GenericException &exception) {
-    return Failure(exception.GetDescription());
+    return Failure(exception.GetDescription() + std::string("; the camera has ") + ListPixelFormats(camera));
   }
 }
 
@@ -65,6 +84,31 @@ OpenedCamera OpenSource(const SCameraOptions &stOptions)
   return stOptions.strReplayFolder.empty() ? OpenSimulated(stOptions) : OpenReplay(stOptions);
 }
 
+std::string MakeLine(const QString &strText)
+{
+  return "\t" + strText.toStdString() + "\n";
+}
+
+/// Lines behind a camera's own; takes control of it meanwhile.
+std::string DescribeOpened(const std::string &strId)
+{
+  const OpenedCamera opened = OpenRealCamera(strId);
+  if (!opened) {
+    return MakeLine(QString::fromStdString(opened.GetError()));
+  }
+  ICamera &camera = *opened.GetValue();
+  std::string strText;
+  for (const QString &strNote : DescribeFeatureNotes(camera.GetFeatureNotes())) {
+    strText += MakeLine(strNote);
+  }
+  if (strText.empty()) {
+    strText = MakeLine(QStringLiteral("All features that the plug-in needs are as the standard has them."));
+  }
+  const QString strTriggers = DescribeTriggers(camera);
+  return strTriggers.isEmpty() ? strText
+                               : strText + MakeLine(QStringLiteral("Frames wait for a trigger: %1.").arg(strTriggers));
+}
+
 } // namespace
 
 OpenedCamera OpenCamera(const SCameraOptions &stOptions)
@@ -73,12 +117,13 @@ OpenedCamera OpenCamera(const SCameraOptions &stOptions)
   return opened ? std::move(opened) : OpenedCamera(Failure("camera: " + opened.GetError()));
 }
 
-std::string DescribeRealCameras()
+std::string DescribeRealCameras(bool bVerbose)
 {
   std::string strText;
   for (const SRealCameraInfo &stInfo : ListRealCameras()) {
     strText +=
       stInfo.strId + "\t" + stInfo.strProtocol + "\t" + stInfo.strAddress + "\t" + stInfo.GetDisplayName() + "\n";
+    strText += bVerbose ? DescribeOpened(stInfo.strId) : std::string();
   }
   if (!strText.empty()) {
     return strText;

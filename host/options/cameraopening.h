@@ -19,6 +19,8 @@ OpenedCamera OpenCamera(const SCameraOptions &stOptions);
 
 /// One line per real camera that answers: id, protocol, address and display name with tabs between them; a line that
 /// says so when there is none. Takes about a second.
-std::string DescribeRealCameras();
+/// \param bVerbose opens each camera, and adds a line for each of its features that is not as the plug-in needs it,
+/// and for its triggers
+std::string DescribeRealCameras(bool bVerbose);
 
 } // namespace ffc::host

@@ -67,11 +67,14 @@ std::string ParseCamera(const std::string &strCamera, SCameraOptions &stCamera)
   return {};
 }
 
-std::string CheckPixelFormat(const std::string &strName)
+/// A real camera has formats of its own.
+Result<> CheckPixelFormat(const SCameraOptions &stCamera)
 {
-  return FindSensorFormat(strName) != nullptr
-           ? std::string()
-           : "'" + strName + "' is none of Mono8, 10, 12, 14, 16 and BayerRG, GB, GR, BG with 8, 10, 12, 16";
+  const bool bKnown = stCamera.strPixelFormat.empty() || FindSensorFormat(stCamera.strPixelFormat) != nullptr;
+  return bKnown || !stCamera.strCameraId.empty()
+           ? Result<>()
+           : Failure("--pixel-format: '" + stCamera.strPixelFormat +
+                     "' is none of Mono8, 10, 12, 14, 16 and BayerRG, GB, GR, BG with 8, 10, 12, 16");
 }
 
 std::string CheckFrames(const std::string &strFrames)
@@ -132,9 +135,10 @@ void AddCameraOptions(CLI::App &app, SCameraOptions &stCamera, SWords &stWords)
                 "serial number of a real camera")
     ->type_name("CAMERA")
     ->check([&](const std::string &str) { return ParseCamera(str, stCamera); });
-  app.add_option("--pixel-format", stCamera.strPixelFormat, "such as Mono12 (default) or BayerRG8")
-    ->type_name("NAME")
-    ->check(CheckPixelFormat);
+  app
+    .add_option("--pixel-format", stCamera.strPixelFormat,
+                "such as Mono12 (default) or BayerRG8; with a real camera, whatever it lists")
+    ->type_name("NAME");
   app.add_option("--size", stWords.strSize, "size of the simulated sensor (default 2048x1536)")
     ->type_name("WxH")
     ->check([&](const std::string &str) { return ParseSize(str, stCamera); });
@@ -167,7 +171,11 @@ void AddTaskOptions(CLI::App &app, STaskOptions &stTask)
   app.add_flag("--headless", stTask.bHeadless, "run the whole workflow without a window and write a report");
   app.add_flag("--restore-settings", stTask.bRestoreSettings,
                "load the settings that an interrupted acquisition left in the camera's UserSet0, and exit");
-  app.add_flag("--list-cameras", stTask.bListCameras, "print the real cameras that answer, and exit");
+  auto *pList = app.add_flag("--list-cameras", stTask.bListCameras, "print the real cameras that answer, and exit");
+  app
+    .add_flag("--verbose", stTask.bVerbose,
+              "with --list-cameras: open each camera and print which of its features are not as the standard has them")
+    ->needs(pList);
   app
     .add_option("--screenshots", stTask.strScreenshots,
                 "run the workflow in the window and save a picture of each step")
@@ -224,7 +232,7 @@ Result<> CheckTogether(const CLI::App &app, const SCameraOptions &stCamera, cons
   if (app.count("--expect-gray") > 0 && !bExpectGray) {
     return Failure("--expect-gray has no meaning with --mode vignetting and unknown");
   }
-  return {};
+  return CheckPixelFormat(stCamera);
 }
 
 SCommandLine Leave(int nExitCode, const std::string &strText)

@@ -48,6 +48,7 @@ struct STaskOptions {
   bool bHeadless = false;        ///< the workflow without a person
   bool bRestoreSettings = false; ///< load "UserSet0", print what changed and exit
   bool bListCameras = false;     ///< print the real cameras that answer, and exit
+  bool bVerbose = false;         ///< with what is special about the features of each
   std::string strScreenshots;    ///< folder for pictures of the workflow in the window; empty: none
 };
 

@@ -89,8 +89,16 @@
         <translation>相机已断开。一旦应答将重新打开。</translation>
     </message>
     <message>
-        <source>No frame for %1 s: the camera is lost, or waits for a trigger.</source>
-        <translation>%1 秒没有图像：相机已断开或正在等待触发。</translation>
+        <source>The camera sends frames that cannot be received: choose another pixel format.</source>
+        <translation>相机发送的图像无法接收：请选择其他像素格式。</translation>
+    </message>
+    <message>
+        <source>No frame for %1 s, though no trigger is on: the camera is lost, or sends nothing.</source>
+        <translation>%1 秒没有图像，且没有开启触发：相机已断开或未发送图像。</translation>
+    </message>
+    <message>
+        <source>No frame for %1 s: the camera waits for its trigger. On are: %2.</source>
+        <translation>%1 秒没有图像：相机正在等待触发。已开启：%2。</translation>
     </message>
 </context>
 <context>
@@ -408,6 +416,10 @@ Frames received: %3</source>
 <context>
     <name>CorrectionState</name>
     <message>
+        <source>frames of the format %1 cannot be corrected, choose a mono or Bayer format</source>
+        <translation>%1 格式的图像无法校正，请选择单色或 Bayer 格式</translation>
+    </message>
+    <message>
         <source>the camera is lost</source>
         <translation>相机已断开</translation>
     </message>
@@ -688,6 +700,57 @@ Frames received: %3</source>
     <message>
         <source>Drifted beyond %1 %: %2; acquire and execute anew</source>
         <translation>漂移超过 %1 %：%2；请重新采集并执行</translation>
+    </message>
+</context>
+<context>
+    <name>CameraTexts</name>
+    <message>
+        <source>%1 is the camera's %2.</source>
+        <translation>%1 对应相机的 %2。</translation>
+    </message>
+    <message>
+        <source>%1 is always %2: the camera has none.</source>
+        <translation>%1 始终为 %2：相机没有该特征。</translation>
+    </message>
+    <message>
+        <source>%1 is kept from the plug-in: %2.</source>
+        <translation>%1 对插件隐藏：%2。</translation>
+    </message>
+    <message>
+        <source>%1 is missing, so that no flat field can be taken: %2.</source>
+        <translation>缺少 %1，无法采集平场：%2。</translation>
+    </message>
+    <message>
+        <source>%1 incomplete</source>
+        <translation>%1 帧不完整</translation>
+    </message>
+    <message>
+        <source>%1 never seen</source>
+        <translation>%1 帧从未到达</translation>
+    </message>
+    <message>
+        <source>%1 without a free buffer</source>
+        <translation>%1 帧没有空闲缓冲区</translation>
+    </message>
+    <message>
+        <source>%1 given up for newer ones</source>
+        <translation>%1 帧让位于更新的帧</translation>
+    </message>
+    <message>
+        <source>%1 in a format that cannot be received</source>
+        <translation>%1 帧的格式无法接收</translation>
+    </message>
+    <message>
+        <source>%1 packets missing</source>
+        <translation>缺少 %1 个数据包</translation>
+    </message>
+    <message>
+        <source>%1 packets sent again</source>
+        <translation>重发 %1 个数据包</translation>
+    </message>
+    <message>
+        <source>Frames lost: %1 (%2)</source>
+        <translation>丢失帧：%1（%2）</translation>
     </message>
 </context>
 </TS>

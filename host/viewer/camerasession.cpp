@@ -5,6 +5,7 @@
 
 #include "camera/icameralink.h"
 #include "host/viewer/blocksize.h"
+#include "host/viewer/cameratexts.h"
 #include "host/viewer/settingsrescue.h"
 
 namespace ffc::host {
@@ -12,6 +13,7 @@ namespace {
 
 constexpr int64_t REOPEN_MS = 5000; ///< each attempt holds the caller for about a second
 constexpr int64_t STALL_MS = 3000;  ///< beside two exposures
+constexpr int64_t UNUSABLE_MS = 500;
 
 double GetExposureMs(CViewer &viewer)
 {
@@ -73,6 +75,7 @@ void CCameraSession::Adopt(std::unique_ptr<ICamera> pCamera)
   emit SigError(GetText(result));
   emit SigChanged();
   NoteFrame();
+  m_nUnusable = 0;
 }
 
 bool CCameraSession::IsLost()
@@ -131,10 +134,23 @@ void CCameraSession::Reopen(bool bMayReopen)
 void CCameraSession::CheckStall()
 {
   const int64_t nSilent = m_clock.elapsed() - m_nFrameMs;
+  const ICameraLink *pLink = m_pViewer->GetCamera().GetLink();
+  const uint64_t nUnusable = pLink == nullptr ? 0 : pLink->GetLosses().nUnusable;
+  if (nUnusable > std::exchange(m_nUnusable, nUnusable) && nSilent > UNUSABLE_MS) {
+    m_bStalled = true;
+    emit SigError(tr("The camera sends frames that cannot be received: choose another pixel format."));
+    return;
+  }
   const bool bStalled = m_pViewer->GetCamera().IsStreaming() &&
                         static_cast<double>(nSilent) > static_cast<double>(STALL_MS) + 2 * GetExposureMs(*m_pViewer);
   if (bStalled) {
-    emit SigError(tr("No frame for %1 s: the camera is lost, or waits for a trigger.").arg(nSilent / 1000));
+    m_strTriggers = m_bStalled ? m_strTriggers : DescribeTriggers(m_pViewer->GetCamera());
+    emit SigError(
+      m_strTriggers.isEmpty()
+        ? tr("No frame for %1 s, though no trigger is on: the camera is lost, or sends nothing.").arg(nSilent / 1000)
+        : tr("No frame for %1 s: the camera waits for its trigger. On are: %2.")
+            .arg(nSilent / 1000)
+            .arg(m_strTriggers));
   } else if (m_bStalled) {
     emit SigError(QString());
   }

@@ -79,7 +79,9 @@ private:
   QElapsedTimer m_clock;
   int64_t m_nFrameMs = 0;    ///< when the last frame came or was to be expected
   int64_t m_nReopenedMs = 0; ///< when a lost camera was last asked for; 0: not yet
+  uint64_t m_nUnusable = 0;  ///< frames that came and could not be used, when that was last looked at
   bool m_bStalled = false;
+  QString m_strTriggers; ///< that were on when the frames ceased
 };
 
 } // namespace ffc::host

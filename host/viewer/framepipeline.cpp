@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "genapi/pfnc.h"
 #include "host/viewer/framecopy.h"
 
 namespace ffc::host {
@@ -41,7 +42,7 @@ void CFramePipeline::Count(const SCameraFrame &stFrame, bool bCorrected, uint64_
 
 bool CFramePipeline::Correct(const SCameraFrame &stFrame, int32_t &nStatus, uint64_t &nNanoseconds)
 {
-  if (m_pPlugin == nullptr || m_bWithheld) {
+  if (m_pPlugin == nullptr || m_bWithheld || !genapi::IsCorrectable(stFrame.nPixelFormat)) {
     return false;
   }
   try {

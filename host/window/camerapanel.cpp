@@ -7,13 +7,14 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "host/viewer/cameratexts.h"
 #include "host/window/featureedits.h"
 
 namespace ffc::host {
 
 CCameraPanel::CCameraPanel(QWidget *pParent)
   : QGroupBox(tr("Camera"), pParent), m_pChooser(new QComboBox(this)), m_pStartStop(new QPushButton(this)),
-    m_pError(new QLabel(this))
+    m_pError(new QLabel(this)), m_pNotes(new QLabel(this))
 {
   m_pChooser->setObjectName(QStringLiteral("CameraChooser"));
   m_pChooser->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -22,6 +23,9 @@ CCameraPanel::CCameraPanel(QWidget *pParent)
   m_pError->setWordWrap(true);
   m_pError->setStyleSheet(QStringLiteral("color: #b3261e"));
   m_pError->hide();
+  m_pNotes->setObjectName(QStringLiteral("CameraNotes"));
+  m_pNotes->setWordWrap(true);
+  m_pNotes->hide();
 
   QFormLayout *pForm = new QFormLayout;
   pForm->setHorizontalSpacing(8);
@@ -42,6 +46,7 @@ CCameraPanel::CCameraPanel(QWidget *pParent)
   pLayout->addLayout(pForm);
   pLayout->addWidget(m_pStartStop);
   pLayout->addWidget(m_pError);
+  pLayout->addWidget(m_pNotes);
 
   connect(m_pChooser, QOverload<int>::of(&QComboBox::activated), this, &CCameraPanel::SigChosen);
   connect(m_pStartStop, &QPushButton::clicked, this, &CCameraPanel::SigStartStop);
@@ -79,6 +84,10 @@ void CCameraPanel::SetViewer(CViewer *pViewer)
   for (const SEdit &stEdit : m_listEdits) {
     stEdit.pEdit->SetNodeMap(pViewer == nullptr ? nullptr : pViewer->GetCamera().GetDeviceNodeMap());
   }
+  m_pNotes->setText(pViewer == nullptr
+                      ? QString()
+                      : DescribeFeatureNotes(pViewer->GetCamera().GetFeatureNotes()).join(QLatin1Char('\n')));
+  m_pNotes->setVisible(!m_pNotes->text().isEmpty());
   Refresh();
 }
 

@@ -50,6 +50,7 @@ private:
   QComboBox *m_pChooser;
   QPushButton *m_pStartStop;
   QLabel *m_pError;
+  QLabel *m_pNotes; ///< features that are not the camera's own
   std::vector<SEdit> m_listEdits;
 };
 

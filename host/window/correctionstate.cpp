@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 
-#include "camera/sensorformat.h"
+#include "genapi/pfnc.h"
 
 namespace ffc::host {
 namespace {
@@ -14,6 +14,13 @@ QString Translate(const char *pText)
   return QCoreApplication::translate("CorrectionState", pText);
 }
 
+QString GetFormatText(uint32_t nPixelFormat)
+{
+  const char *pName = genapi::FindFormatName(nPixelFormat);
+  return pName == nullptr ? QStringLiteral("0x%1").arg(nPixelFormat, 8, 16, QLatin1Char('0'))
+                          : QString::fromLatin1(pName);
+}
+
 SCorrectionState NotCorrected(const QString &strWhy)
 {
   return {EKind::NotCorrected, Translate("NOT corrected: %1").arg(strWhy)};
@@ -23,10 +30,7 @@ SCorrectionState NotCorrected(const QString &strWhy)
 
 QString SFrameShape::GetText() const
 {
-  const SSensorFormat *pFormat = FindSensorFormat(nPixelFormat);
-  const QString strFormat = pFormat == nullptr ? QStringLiteral("0x%1").arg(nPixelFormat, 8, 16, QLatin1Char('0'))
-                                               : QString::fromLatin1(pFormat->pName);
-  return QStringLiteral("%1 x %2 %3").arg(nWidth).arg(nHeight).arg(strFormat);
+  return QStringLiteral("%1 x %2 %3").arg(nWidth).arg(nHeight).arg(GetFormatText(nPixelFormat));
 }
 
 SCorrectionState JudgeCorrection(const SCorrectionFacts &stFacts)
@@ -42,6 +46,10 @@ SCorrectionState JudgeCorrection(const SCorrectionFacts &stFacts)
   }
   if (stFacts.bByCamera) {
     return {EKind::Corrected, Translate("corrected by the camera")};
+  }
+  if (!genapi::IsCorrectable(stFacts.stShape.nPixelFormat)) {
+    return NotCorrected(Translate("frames of the format %1 cannot be corrected, choose a mono or Bayer format")
+                          .arg(GetFormatText(stFacts.stShape.nPixelFormat)));
   }
   if (!stFacts.strPluginError.isEmpty()) {
     return NotCorrected(stFacts.strPluginError);

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "host/window/computedpicture.h"
+
 namespace ffc::host {
 namespace {
 
@@ -102,8 +104,10 @@ QImage MakePicture(const SFrameCopy &stFrame, const SSensorFormat &stFormat, con
 
 const SSensorFormat *GetShownFormat(const SFrameCopy &stFrame)
 {
-  const SSensorFormat *pFormat = FindSensorFormat(stFrame.nPixelFormat);
-  if (pFormat == nullptr || stFrame.nWidth == 0 || stFrame.nHeight == 0) {
+  const SSensorFormat *pFormat =
+    genapi::IsCorrectable(stFrame.nPixelFormat) ? genapi::FindPixelFormat(stFrame.nPixelFormat) : nullptr;
+  if (pFormat == nullptr || pFormat->ePacking != genapi::EPacking::None || stFrame.nWidth == 0 ||
+      stFrame.nHeight == 0) {
     return nullptr;
   }
   const std::size_t nSize = static_cast<std::size_t>(stFrame.nWidth) * stFrame.nHeight * pFormat->GetBytesPerPixel();
@@ -114,7 +118,7 @@ QImage MakeDisplayPicture(const SFrameCopy &stFrame, const SDisplayOptions &stOp
 {
   const SSensorFormat *pFormat = GetShownFormat(stFrame);
   if (pFormat == nullptr) {
-    return {};
+    return MakeComputedPicture(stFrame);
   }
   return pFormat->GetBytesPerPixel() > 1 ? MakePicture<uint16_t>(stFrame, *pFormat, stOptions)
                                          : MakePicture<uint8_t>(stFrame, *pFormat, stOptions);

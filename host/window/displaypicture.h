@@ -20,7 +20,8 @@ struct SDisplayOptions {
 /// The colour of over-exposed pixels.
 constexpr QRgb OVEREXPOSED = 0xFFFF2D2D;
 
-/// The format of a frame whose bytes fit its size; null for any other, which cannot be shown.
+/// The format of a frame of a sensor's own samples whose bytes fit its size; null for any other, of which there are no
+/// figures.
 const SSensorFormat *GetShownFormat(const SFrameCopy &stFrame);
 
 /// The frame at 8 bits per channel and at its own size. The colours of a mosaic are interpolated from the nearest

@@ -11,9 +11,11 @@
 #include <QSplitter>
 #include <QTabWidget>
 
+#include "camera/icameralink.h"
 #include "camera/iscenecontrol.h"
 #include "camera/realcameras.h"
 #include "host/dialogdriver/dialogdriver.h"
+#include "host/viewer/cameratexts.h"
 #include "host/viewer/featuretext.h"
 #include "host/window/camerapanel.h"
 #include "host/window/imageview.h"
@@ -209,8 +211,14 @@ void CMainWindow::ShowPicture()
 
 void CMainWindow::UpdateStatus()
 {
-  const SFrameCounts stCounts = GetViewer()->GetPipeline().GetCounts();
-  m_pStatusLine->ShowCounts(stCounts);
+  SFrameCounts stCounts = GetViewer()->GetPipeline().GetCounts();
+  QString strLosses;
+  if (const ICameraLink *pLink = GetViewer()->GetCamera().GetLink()) {
+    const camera::SFrameLosses stLosses = pLink->GetLosses();
+    stCounts.nLost = stLosses.GetFrames(); // also those before the first that came
+    strLosses = DescribeLosses(stLosses);
+  }
+  m_pStatusLine->ShowCounts(stCounts, strLosses);
   m_pStatusLine->ShowRate(m_frameRate.Update(stCounts.nReceived, m_clock.elapsed()));
   SCorrectionFacts stFacts;
   stFacts.bLost = m_session.IsLost();

@@ -47,14 +47,15 @@ void CStatusLine::ShowRate(double dRate)
   m_pRate->setText(tr("%1 frames/s").arg(dRate, 0, 'f', 1));
 }
 
-void CStatusLine::ShowCounts(const SFrameCounts &stCounts)
+void CStatusLine::ShowCounts(const SFrameCounts &stCounts, const QString &strLosses)
 {
   m_pDropped->setText(tr("dropped %1").arg(stCounts.nLost));
   m_pDropped->setToolTip(tr("Camera frames that never came: %1\nFrames that came and were not shown, because the "
                             "display is slower than the camera: %2\nFrames received: %3")
                            .arg(stCounts.nLost)
                            .arg(stCounts.nOverwritten)
-                           .arg(stCounts.nReceived));
+                           .arg(stCounts.nReceived) +
+                         (strLosses.isEmpty() ? QString() : QLatin1Char('\n') + strLosses));
 }
 
 void CStatusLine::ShowShape(const QString &strShape, double dScale)

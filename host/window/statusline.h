@@ -21,7 +21,8 @@ public:
   void ShowCorrection(const SCorrectionState &stState);
   /// \param dRate frames per second
   void ShowRate(double dRate);
-  void ShowCounts(const SFrameCounts &stCounts);
+  /// \param strLosses how many frames the camera lost and why; empty: none, or it does not tell
+  void ShowCounts(const SFrameCounts &stCounts, const QString &strLosses);
   void ShowShape(const QString &strShape, double dScale);
   void ShowPixel(const QString &strPixel);
 

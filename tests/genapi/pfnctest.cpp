@@ -97,6 +97,42 @@ TEST(Pfnc, EveryPackedFormatHasOneTwinInWholeBytes)
   }
 }
 
+TEST(Pfnc, NarrowFormatsAreReceivedAndNotCorrected)
+{
+  uint32_t nLast = 0;
+  for (const SPixelFormat &stFormat : ffc::genapi::NARROW_FORMATS) {
+    EXPECT_EQ(stFormat.pName, MakeName(stFormat));
+    EXPECT_EQ(ffc::genapi::GetBitsPerPixel(stFormat.nCode), stFormat.nBitDepth) << stFormat.pName;
+    EXPECT_GT(stFormat.nCode, nLast) << stFormat.pName;
+    nLast = stFormat.nCode;
+    EXPECT_EQ(ffc::genapi::FindReceivedFormat(stFormat.nCode), &stFormat) << stFormat.pName;
+    EXPECT_EQ(FindPixelFormat(stFormat.nCode), nullptr) << "the plug-in's table is another: " << stFormat.pName;
+    EXPECT_FALSE(ffc::genapi::IsCorrectable(stFormat.nCode)) << stFormat.pName;
+    const SPixelFormat *pUnpacked = ffc::genapi::FindUnpackedFormat(stFormat);
+    ASSERT_NE(pUnpacked, nullptr) << stFormat.pName;
+    EXPECT_EQ(pUnpacked->nBitDepth, 8U);
+    EXPECT_EQ(pUnpacked->eLayout, stFormat.eLayout);
+  }
+}
+
+TEST(Pfnc, ComputedFormatsHaveANameAndAreNotCorrected)
+{
+  uint32_t nLast = 0;
+  for (const ffc::genapi::SNamedFormat &stFormat : ffc::genapi::COMPUTED_FORMATS) {
+    EXPECT_STREQ(ffc::genapi::FindFormatName(stFormat.nCode), stFormat.pName);
+    EXPECT_EQ(ffc::genapi::FindReceivedFormat(stFormat.nCode), nullptr) << stFormat.pName;
+    EXPECT_FALSE(ffc::genapi::IsCorrectable(stFormat.nCode)) << stFormat.pName;
+    EXPECT_GT(stFormat.nCode, nLast) << stFormat.pName;
+    nLast = stFormat.nCode;
+  }
+  EXPECT_STREQ(ffc::genapi::FindFormatName(0x01080001), "Mono8");
+  EXPECT_STREQ(ffc::genapi::FindFormatName(0x01040039), "Mono4p");
+  EXPECT_EQ(ffc::genapi::FindFormatName(0x81080001), nullptr);
+  EXPECT_TRUE(ffc::genapi::IsCorrectable(0x01100005));
+  EXPECT_FALSE(ffc::genapi::IsCorrectable(0x02180014)) << "RGB8";
+  EXPECT_FALSE(ffc::genapi::IsCorrectable(0x81080001));
+}
+
 TEST(Pfnc, SizesAreThoseOfTheSamples)
 {
   EXPECT_EQ(FindPixelFormat("Mono8")->GetBytesPerPixel(), 1U);

@@ -10,14 +10,21 @@ namespace ffc::host {
 /// A wire that a test cuts. Nobody is told, only asked.
 class CFaultyCamera::CLink final : public ICameraLink {
 public:
-  explicit CLink(std::shared_ptr<std::atomic<bool>> pLost) : m_pLost(std::move(pLost)) {}
+  explicit CLink(const SFaults &stFaults) : m_pLost(stFaults.pLost), m_bUnusableFrames(stFaults.bUnusableFrames) {}
 
   bool IsLost() const override { return *m_pLost; }
   void SetLostCallback(LostCallback) override {}
-  uint64_t GetLostFrameCount() const override { return 0; }
+  camera::SFrameLosses GetLosses() const override
+  {
+    camera::SFrameLosses stLosses;
+    stLosses.nUnusable = m_bUnusableFrames ? ++m_nUnusable : 0;
+    return stLosses;
+  }
 
 private:
   std::shared_ptr<std::atomic<bool>> m_pLost;
+  bool m_bUnusableFrames;
+  mutable uint64_t m_nUnusable = 0;
 };
 
 /// Passes everything on but the lens cap.
@@ -47,7 +54,7 @@ CFaultyCamera::CFaultyCamera(const std::string &strPixelFormat, const SFaults &s
   stOptions.eMode = eMode;
   m_pCamera = CreateSimulatedCamera(stOptions).GetValue();
   if (m_stFaults.pLost != nullptr) {
-    m_pLink = std::make_unique<CLink>(m_stFaults.pLost);
+    m_pLink = std::make_unique<CLink>(m_stFaults);
   }
   if (m_stFaults.bLensCapIsStuck) {
     m_pStuckCap = std::make_unique<CStuckCap>(*FindSceneControl(*m_pCamera));

@@ -19,6 +19,7 @@ public:
   struct SFaults {
     bool bRefusesToStart = false;
     bool bDeliversNothing = false;
+    bool bUnusableFrames = false; ///< one more each time that somebody asks, with pLost
     bool bHasNoSceneControl = false;
     bool bLensCapIsStuck = false; ///< on, whatever the host does
     /// When not null: whether the camera has been unplugged.

@@ -40,10 +40,31 @@ CAravisEnumeration::CAravisEnumeration(ArvGcFeatureNode *pNode, std::string strN
   std::reverse(m_listEntries.begin(), m_listEntries.end());
 }
 
-void CAravisEnumeration::GetEntries(GenApi::NodeList_t &listEntries)
+GenApi::EAccessMode CAravisEnumeration::GetAccessMode() const
 {
   const auto lock = m_core.Acquire();
-  m_core.CheckAvailable();
+  const GenApi::EAccessMode eMode = m_core.GetAccessMode();
+  return GenApi::IsAvailable(eMode) && !HasEntries() ? GenApi::NI : eMode;
+}
+
+/// Whether the camera has one of them, which never changes; a description may name none.
+bool CAravisEnumeration::HasEntries() const
+{
+  m_bHasEntries = m_bHasEntries || m_listEntries.empty() ||
+                  std::any_of(m_listEntries.begin(), m_listEntries.end(),
+                              [](const auto &pEntry) { return GenApi::IsImplemented(pEntry.get()); });
+  return m_bHasEntries;
+}
+
+void CAravisEnumeration::CheckEntries() const
+{
+  if (!HasEntries()) {
+    m_core.Guard().ThrowAccess("none of its entries is implemented");
+  }
+}
+
+void CAravisEnumeration::GetEntries(GenApi::NodeList_t &listEntries)
+{
   for (const auto &pEntry : m_listEntries) {
     listEntries.push_back(pEntry.get());
   }
@@ -53,6 +74,7 @@ void CAravisEnumeration::SetIntValue(int64_t nValue, bool bVerify)
 {
   const auto lock = m_core.Acquire();
   m_core.CheckWritable(bVerify);
+  CheckEntries();
   if (bVerify) {
     const CAravisEnumEntry *pEntry = FindByValue(nValue);
     if (pEntry == nullptr) {
@@ -69,20 +91,17 @@ int64_t CAravisEnumeration::GetIntValue(bool bVerify, bool)
 {
   const auto lock = m_core.Acquire();
   m_core.CheckReadable(bVerify);
+  CheckEntries();
   return m_core.Call([this](GError **ppError) { return arv_gc_enumeration_get_int_value(m_pEnumeration, ppError); });
 }
 
 GenApi::IEnumEntry *CAravisEnumeration::GetEntryByName(const GenICam::gcstring &strSymbolic)
 {
-  const auto lock = m_core.Acquire();
-  m_core.CheckAvailable();
   return FindByName(strSymbolic);
 }
 
 GenApi::IEnumEntry *CAravisEnumeration::GetEntry(const int64_t nValue)
 {
-  const auto lock = m_core.Acquire();
-  m_core.CheckAvailable();
   return FindByValue(nValue);
 }
 

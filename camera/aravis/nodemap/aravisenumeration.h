@@ -34,6 +34,9 @@ public:
   /// In the order of the description file.
   const std::vector<std::unique_ptr<CAravisEnumEntry>> &GetEntryNodes() const { return m_listEntries; }
 
+  /// NI also when none of the entries is implemented.
+  GenApi::EAccessMode GetAccessMode() const override;
+  /// Of the description, whether the camera has them or not; so are the entries found by name and value.
   void GetEntries(GenApi::NodeList_t &listEntries) override;
   /// Verified: InvalidArgumentException for a value without an entry, AccessException for an entry that is not
   /// available.
@@ -47,11 +50,14 @@ public:
   void FromString(const GenICam::gcstring &strValue, bool bVerify = true) override;
 
 private:
+  bool HasEntries() const;
+  void CheckEntries() const;
   CAravisEnumEntry *FindByName(const GenICam::gcstring &strSymbolic) const;
   CAravisEnumEntry *FindByValue(int64_t nValue) const;
 
   ArvGcEnumeration *m_pEnumeration;
   std::vector<std::unique_ptr<CAravisEnumEntry>> m_listEntries;
+  mutable bool m_bHasEntries = false; ///< known to be so
 };
 
 } // namespace ffc::camera

@@ -8,6 +8,8 @@ namespace ffc::camera {
 
 namespace {
 
+const char LOST[] = "the camera does not answer any more";
+
 bool IsDeviceError(const GError *pError, ArvDeviceError eCode)
 {
   return g_error_matches(pError, ARV_DEVICE_ERROR, eCode) != FALSE;
@@ -31,16 +33,16 @@ bool IsRefusal(const GError *pError)
 CAravisNodeCore::CAravisNodeCore(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state)
   : m_pNode(pNode), m_guard(std::move(strName), state.mutex), m_link(*state.pLink)
 {
-  const SNodeDemand &stDemand = state.examiner.Examine(ARV_GC_NODE(pNode));
-  m_bSound = stDemand.bSound;
-  m_listVariable = stDemand.listVariable;
+  SNodeDemand stDemand = state.examiner.Examine(ARV_GC_NODE(pNode));
+  m_strFault = std::move(stDemand.strFault);
+  m_listVariable = std::move(stDemand.listVariable);
 }
 
 GenApi::EAccessMode CAravisNodeCore::GetAccessMode() const
 {
   const auto lock = Acquire();
-  if (!m_bSound || m_link.IsLost()) {
-    return m_bSound ? GenApi::NA : GenApi::NI;
+  if (!m_strFault.empty() || m_link.IsLost()) {
+    return m_strFault.empty() ? GenApi::NA : GenApi::NI;
   }
   try {
     CheckLengths();
@@ -53,15 +55,24 @@ GenApi::EAccessMode CAravisNodeCore::GetAccessMode() const
 GenApi::EAccessMode CAravisNodeCore::CheckNow() const
 {
   if (m_link.IsLost()) {
-    m_guard.ThrowRuntime("the camera does not answer any more");
+    m_guard.ThrowRuntime(LOST);
   }
-  if (!m_bSound) {
-    m_guard.ThrowAccess("the camera's description of this node cannot be used");
+  if (!m_strFault.empty()) {
+    m_guard.ThrowAccess("the camera's description of this node cannot be used: " + m_strFault);
   }
   CheckLengths();
   const GenApi::EAccessMode eMode = Call([this](GError **ppError) { return AskAccessMode(m_pNode, ppError); });
   m_guard.CheckAvailable(eMode);
   return eMode;
+}
+
+bool CAravisNodeCore::IsAvailable() const
+{
+  const bool bAvailable = GenApi::IsAvailable(GetAccessMode());
+  if (m_link.IsLost()) {
+    m_guard.ThrowRuntime(LOST);
+  }
+  return bAvailable;
 }
 
 void CAravisNodeCore::CheckWritable(bool bVerify) const

@@ -37,8 +37,11 @@ public:
   /// Name and exceptions; its lock is the map's.
   const genapi::CNodeGuard &Guard() const { return m_guard; }
 
-  /// AccessException for a node that is not implemented or not available; RuntimeException when the camera is lost.
+  /// AccessException for a node that is not implemented or not available, or whose description cannot be used;
+  /// RuntimeException when the camera is lost.
   void CheckAvailable() const { CheckNow(); }
+  /// Throws only when the camera is lost.
+  bool IsAvailable() const;
   /// Also AccessException when verified and not readable.
   void CheckReadable(bool bVerify) const { m_guard.CheckReadable(CheckNow(), bVerify); }
   /// Also AccessException when verified and not writable, and always when the description has no way to write.
@@ -80,7 +83,7 @@ private:
   ArvGcFeatureNode *m_pNode;
   genapi::CNodeGuard m_guard;
   CCameraLink &m_link;
-  bool m_bSound;
+  std::string m_strFault;                      ///< of its description; empty: none
   std::vector<ArvGcRegister *> m_listVariable; ///< whose length the camera tells
 };
 

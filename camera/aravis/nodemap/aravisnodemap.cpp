@@ -77,6 +77,19 @@ void CAravisNodeMap::GetNodes(GenApi::NodeList_t &listNodes) const
   }
 }
 
+std::string CAravisNodeMap::GetUnit(const std::string &strName) const
+{
+  const auto lock = Lock();
+  ArvGcNode *pNode = arv_gc_get_node(m_pGenicam.get(), strName.c_str());
+  const char *pUnit = nullptr;
+  if (ARV_IS_GC_FLOAT(pNode)) {
+    pUnit = arv_gc_float_get_unit(ARV_GC_FLOAT(pNode));
+  } else if (ARV_IS_GC_INTEGER(pNode)) {
+    pUnit = arv_gc_integer_get_unit(ARV_GC_INTEGER(pNode));
+  }
+  return pUnit == nullptr ? std::string() : std::string(pUnit);
+}
+
 /// Groups and structures have no name of their own; what has one has nothing below it that is a node of the map.
 void CAravisNodeMap::AddBelow(ArvDomNode *pParent) const
 {

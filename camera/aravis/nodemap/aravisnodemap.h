@@ -36,8 +36,13 @@ public:
   /// In the order of the description file; entries of enumerations are not among them.
   void GetNodes(GenApi::NodeList_t &listNodes) const override;
 
+  /// Of a number, as the description has it; empty when it names none, and for every other node.
+  std::string GetUnit(const std::string &strName) const;
+
   /// Held by whoever uses the library's device beside this map, in ways that touch its nodes.
   std::unique_lock<std::recursive_mutex> Lock() const { return std::unique_lock(m_pState->mutex); }
+  /// Of that lock: for nodes that stand before those of this map.
+  std::recursive_mutex &GetMutex() const { return m_pState->mutex; }
 
 private:
   void AddBelow(ArvDomNode *pParent) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "camera/aravis/nodemap/floatchain.h"
 #include "genapi/softwarenodemap/numberrange.h"
 
 namespace ffc::camera {
@@ -46,7 +47,9 @@ int64_t CAravisInteger::GetMax()
 int64_t CAravisInteger::GetInc()
 {
   const auto lock = m_core.Acquire();
-  m_core.CheckAvailable();
+  if (!m_core.IsAvailable()) {
+    return 1;
+  }
   const int64_t nInc =
     m_core.CallForLimit([this](GError **ppError) { return arv_gc_integer_get_inc(m_pInteger, ppError); });
   return std::max<int64_t>(nInc, 1);
@@ -62,9 +65,24 @@ void CAravisFloat::SetValue(double dValue, bool bVerify)
   const auto lock = m_core.Acquire();
   m_core.CheckWritable(bVerify);
   if (bVerify) {
-    genapi::CheckRange(m_core.Guard(), dValue, GetMin(), GetMax(), AskIncrement());
+    dValue = CheckRange(dValue);
   }
-  m_core.Call([&](GError **ppError) { arv_gc_float_set_value(m_pFloat, dValue, ppError); });
+  m_core.Call([&](GError **ppError) { SetNearestValue(m_pFloat, dValue, ppError); });
+}
+
+/// A limit that went through single precision may have moved beyond itself; it still means the limit.
+double CAravisFloat::CheckRange(double dValue)
+{
+  const double dMin = GetMin();
+  const double dMax = GetMax();
+  if (dValue < dMin && dValue == static_cast<double>(static_cast<float>(dMin))) {
+    return dMin;
+  }
+  if (dValue > dMax && dValue == static_cast<double>(static_cast<float>(dMax))) {
+    return dMax;
+  }
+  genapi::CheckRange(m_core.Guard(), dValue, dMin, dMax, 0.0);
+  return dValue;
 }
 
 double CAravisFloat::GetValue(bool bVerify, bool)
@@ -107,7 +125,9 @@ double CAravisFloat::GetInc()
 /// 0 when there is none: the library's word for that is the least number above 0.
 double CAravisFloat::AskIncrement() const
 {
-  m_core.CheckAvailable();
+  if (!m_core.IsAvailable()) {
+    return 0.0;
+  }
   const double dInc = m_core.CallForLimit([this](GError **ppError) { return arv_gc_float_get_inc(m_pFloat, ppError); });
   return dInc > std::numeric_limits<double>::min() ? dInc : 0.0;
 }

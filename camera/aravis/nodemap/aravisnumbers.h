@@ -41,7 +41,7 @@ public:
   int64_t GetValue(bool bVerify = false, bool bIgnoreCache = false) override;
   int64_t GetMin() override;
   int64_t GetMax() override;
-  /// At least 1.
+  /// At least 1, which is also that of a node that is not available.
   int64_t GetInc() override;
 
 private:
@@ -52,6 +52,8 @@ class CAravisFloat final : public CAravisScalar<GenApi::IFloat, double> {
 public:
   CAravisFloat(ArvGcFeatureNode *pNode, std::string strName, SNodeMapState &state);
 
+  /// To the nearest value that the camera can have, verified against the range only: an increment is no more than
+  /// told.
   void SetValue(double dValue, bool bVerify = true) override;
   double GetValue(bool bVerify = false, bool bIgnoreCache = false) override;
   double GetMin() override;
@@ -62,6 +64,7 @@ public:
 
 private:
   double AskIncrement() const;
+  double CheckRange(double dValue);
 
   ArvGcFloat *m_pFloat;
 };

@@ -30,6 +30,7 @@ public:
   GenApi::INodeMap *GetOutputNodeMap() override { return m_pCamera->GetOutputNodeMap(); }
   GenApi::INodeMap *GetStreamNodeMap() override { return m_pCamera->GetStreamNodeMap(); }
   GenApi::INodeMap *GetDeviceNodeMap() override { return m_pCamera->GetDeviceNodeMap(); }
+  std::vector<camera::SFeatureNote> GetFeatureNotes() const override { return m_pCamera->GetFeatureNotes(); }
   void SetFrameCallback(FrameCallback fnCallback) override
   {
     m_pCamera->SetFrameCallback([this, fnCallback = std::move(fnCallback)](const camera::SCameraFrame &stFrame) {

@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include <QCoreApplication>
+#include <QStandardPaths>
 
 namespace ffc::test {
 
@@ -17,6 +18,11 @@ std::string MakeSerial()
 }
 
 } // namespace
+
+bool CGigeCameraProcess::IsStockThere()
+{
+  return !QStandardPaths::findExecutable(QStringLiteral(STOCK_CAMERA)).isEmpty();
+}
 
 CGigeCameraProcess::CGigeCameraProcess(const SOptions &stOptions) : m_stOptions(stOptions), m_strSerial(MakeSerial())
 {
@@ -52,7 +58,9 @@ void CGigeCameraProcess::Start()
   m_process.start(QStringLiteral(GIGE_CAMERA),
                   {QString::fromStdString(m_strSerial), QString::number(m_stOptions.nPixelFormat, 16),
                    QString::number(m_stOptions.nWidth), QString::number(m_stOptions.nHeight),
-                   QString::number(m_stOptions.nFramePeriod), QStringLiteral(GIGE_CAMERA_XML)});
+                   QString::number(m_stOptions.nFramePeriod),
+                   m_stOptions.bStock ? QStringLiteral(STOCK_CAMERA) : QStringLiteral(GIGE_CAMERA_XML),
+                   QString::number(m_stOptions.nLostPackets)});
   m_process.waitForStarted();
   m_nProcessId = m_process.processId();
   WaitForLine("ready");

@@ -17,9 +17,15 @@ public:
     uint32_t nWidth = 128;              ///< pixels
     uint32_t nHeight = 96;
     uint32_t nFramePeriod = 10000; ///< microseconds
+    uint32_t nLostPackets = 0;     ///< of a thousand packets of the frames
+    bool bStock = false; ///< the fake camera of the camera library's tools, which is as it is; see IsStockThere
   };
 
-  /// Waits until the camera answers. There is one at a time on a machine: the others wait for it to end.
+  /// Whether the camera library's tools are installed on this machine.
+  static bool IsStockThere();
+
+  /// Waits until the camera answers; the stock one is only started. There is one at a time on a machine: the others
+  /// wait for it to end.
   explicit CGigeCameraProcess(const SOptions &stOptions);
   ~CGigeCameraProcess();
   CGigeCameraProcess(const CGigeCameraProcess &) = delete;

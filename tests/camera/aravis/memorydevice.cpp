@@ -90,6 +90,29 @@ CMemoryDevice::CMemoryDevice(const std::string &strXml, std::vector<uint8_t> lis
   }
 }
 
+void CMemoryDevice::Poke(std::size_t nAddress, uint32_t nValue)
+{
+  for (std::size_t nByte = 0; nByte < 4; ++nByte) {
+    m_pMemory->listBytes[nAddress + nByte] = static_cast<uint8_t>(nValue >> (24 - 8 * nByte));
+  }
+}
+
+uint32_t CMemoryDevice::Peek(std::size_t nAddress) const
+{
+  uint32_t nValue = 0;
+  for (std::size_t nByte = 0; nByte < 4; ++nByte) {
+    nValue = nValue << 8U | m_pMemory->listBytes[nAddress + nByte];
+  }
+  return nValue;
+}
+
+std::string MakeRegister(const std::string &strName, int nAddress, const std::string &strAccess)
+{
+  return "<IntReg Name=\"" + strName + "\"><Address>" + std::to_string(nAddress) +
+         "</Address><Length>4</Length><AccessMode>" + strAccess +
+         "</AccessMode><pPort>Device</pPort><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>\n";
+}
+
 std::string MakeDescription(const std::string &strNodes)
 {
   return R"(<?xml version="1.0" encoding="utf-8"?>

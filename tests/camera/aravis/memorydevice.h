@@ -32,6 +32,9 @@ public:
   /// Null when the library cannot read the description.
   camera::CAravisNodeMap *GetMap() { return m_pMap.get(); }
   SDeviceMemory &Memory() { return *m_pMemory; }
+  /// What a register of MakeRegister has.
+  void Poke(std::size_t nAddress, uint32_t nValue);
+  uint32_t Peek(std::size_t nAddress) const;
   camera::CCameraLink &Link() { return *m_pLink; }
 
 private:
@@ -44,5 +47,8 @@ private:
 
 /// A description file with these nodes between its first and last lines, and a port called "Device".
 std::string MakeDescription(const std::string &strNodes);
+/// One register of 4 bytes, unsigned, most significant byte first.
+/// \param strAccess "RO", "WO" or "RW"
+std::string MakeRegister(const std::string &strName, int nAddress, const std::string &strAccess = "RW");
 
 } // namespace ffc::test

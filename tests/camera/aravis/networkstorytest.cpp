@@ -2,6 +2,7 @@
 #include <atomic>
 #include <utility>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -82,6 +83,46 @@ INSTANTIATE_TEST_SUITE_P(Formats, NetworkStoryInFormat,
                          testing::Values(std::pair("Mono8", 0x01080001U), std::pair("Mono16", 0x01100007U),
                                          std::pair("BayerRG8", 0x01080009U), std::pair("BayerRG16", 0x0110002FU)),
                          [](const auto &info) { return std::string(info.param.first); });
+
+/// A camera that nobody here wrote, with an exposure time and a gain from before the present names and nothing else
+/// that the plug-in asks for. Its picture, a ramp that moves, is black at a tenth of its exposure time.
+TEST_F(NetworkStory, TheStockCameraOfTheLibrarysToolsIsCorrected)
+{
+  if (!CGigeCameraProcess::IsStockThere()) {
+    GTEST_SKIP() << "the camera library's tools (aravis-tools) are not installed";
+  }
+  CGigeCameraProcess::SOptions stCamera;
+  stCamera.bStock = true;
+  CGigeCameraProcess process(stCamera);
+  const CameraFactory fnOpen = [&](const SCameraOptions &) -> OpenedCamera {
+    auto opened = OpenRealCamera(process.GetSerial());
+    for (int nTry = 0; nTry < 20 && !opened; ++nTry) { // it does not say when it is ready
+      opened = OpenRealCamera(process.GetSerial());
+    }
+    if (!opened) {
+      return opened.GetFailure();
+    }
+    GenApi::INodeMap *pNodeMap = opened.GetValue()->GetDeviceNodeMap();
+    CCoverableCamera::SHooks stHooks;
+    stHooks.fnCover = [pNodeMap](bool bCovered) {
+      dynamic_cast<GenApi::IFloat &>(*pNodeMap->GetNode("ExposureTime")).SetValue(bCovered ? 1000 : 10000);
+    };
+    return std::make_unique<CCoverableCamera>(std::move(opened).GetValue(), stHooks);
+  };
+  CHeadlessRun run(m_stOptions, fnOpen, m_progress);
+  ASSERT_EQ(run.Run().GetError(), "");
+  const SReport &stReport = run.GetReport();
+  EXPECT_EQ(stReport.strPixelFormat, "Mono8");
+  EXPECT_EQ(stReport.nBrightFrames, MEASURED_FRAMES);
+  // The ramp has moved on since the bright field, so that much of it is left.
+  EXPECT_LT(stReport.stAfter.stOverall.dShadingPercent, 0.7 * stReport.stBefore.stOverall.dShadingPercent);
+  EXPECT_LT(stReport.stAfter.stOverall.dPrnuPercent, 0.8 * stReport.stBefore.stOverall.dPrnuPercent);
+  EXPECT_THAT(stReport.listNotes.join('\n').toStdString(),
+              testing::AllOf(testing::HasSubstr("ExposureTime is the camera's ExposureTimeAbs."),
+                             testing::HasSubstr("Gain is the camera's GainRaw in raw steps.")));
+  QFile file(m_dir.filePath("report.json"));
+  EXPECT_TRUE(file.exists());
+}
 
 TEST_F(NetworkStory, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoesOnWhenItIsBack)
 {

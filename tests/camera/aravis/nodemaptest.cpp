@@ -9,16 +9,9 @@
 
 using ffc::test::CMemoryDevice;
 using ffc::test::MakeDescription;
+using ffc::test::MakeRegister;
 
 namespace {
-
-/// One register of 4 bytes, most significant byte first.
-std::string Register(const std::string &strName, int nAddress, const std::string &strAccess = "RW")
-{
-  return "<IntReg Name=\"" + strName + "\"><Address>" + std::to_string(nAddress) +
-         "</Address><Length>4</Length><AccessMode>" + strAccess +
-         "</AccessMode><pPort>Device</pPort><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>\n";
-}
 
 const std::string NODES =
   R"(<Category Name="Root"><pFeature>Width</pFeature></Category>
@@ -46,6 +39,11 @@ const std::string NODES =
   <EnumEntry Name="NotNow"><pIsAvailable>Zero</pIsAvailable><Value>2</Value></EnumEntry>
   <pValue>FormatReg</pValue>
 </Enumeration>
+<Enumeration Name="Nowhere">
+  <EnumEntry Name="One"><pIsImplemented>Zero</pIsImplemented><Value>1</Value></EnumEntry>
+  <EnumEntry Name="Two"><pIsImplemented>Zero</pIsImplemented><Value>2</Value></EnumEntry>
+  <pValue>SpareReg</pValue>
+</Enumeration>
 <Integer Name="Zero"><Value>0</Value></Integer>
 <StringReg Name="UserID"><Address>0x80</Address><Length>8</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></StringReg>
 <String Name="UserIDToo"><pValue>UserID</pValue></String>
@@ -55,15 +53,16 @@ const std::string NODES =
 <Register Name="Sized"><Address>0x100</Address><pLength>LengthReg</pLength><AccessMode>RW</AccessMode><pPort>Device</pPort></Register>
 <Integer Name="Missing"><pIsImplemented>Zero</pIsImplemented><pValue>SpareReg</pValue></Integer>
 <Integer Name="Away"><pIsAvailable>Zero</pIsAvailable><pValue>SpareReg</pValue></Integer>
+<Float Name="FloatAway"><pIsAvailable>Zero</pIsAvailable><Value>1</Value><Inc>0.5</Inc></Float>
 <Integer Name="BehindAway"><pValue>Away</pValue></Integer>
 <Integer Name="Circle"><pValue>CircleToo</pValue></Integer>
 <Integer Name="CircleToo"><pValue>Circle</pValue></Integer>
 <StructReg><Address>0x20</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Endianess>BigEndian</Endianess>
   <StructEntry Name="Bits"><LSB>31</LSB><MSB>28</MSB></StructEntry></StructReg>
 )" +
-  Register("WidthReg", 0) + Register("ReadOnlyReg", 4, "RO") + Register("WriteOnlyReg", 8, "WO") +
-  Register("SpareReg", 12) + Register("SwitchReg", 16) + Register("GoReg", 20) + Register("FormatReg", 24) +
-  Register("ExposureReg", 28) + Register("LengthReg", 36);
+  MakeRegister("WidthReg", 0) + MakeRegister("ReadOnlyReg", 4, "RO") + MakeRegister("WriteOnlyReg", 8, "WO") +
+  MakeRegister("SpareReg", 12) + MakeRegister("SwitchReg", 16) + MakeRegister("GoReg", 20) +
+  MakeRegister("FormatReg", 24) + MakeRegister("ExposureReg", 28) + MakeRegister("LengthReg", 36);
 
 class AravisNodeMap : public testing::Test {
 protected:
@@ -74,22 +73,6 @@ protected:
   }
   GenApi::IInteger &Integer(const char *pName) { return Node<GenApi::IInteger>(pName); }
   GenApi::EAccessMode GetMode(const char *pName) { return m_device.GetMap()->GetNode(pName)->GetAccessMode(); }
-
-  void PokeRegister(std::size_t nAddress, uint32_t nValue)
-  {
-    for (std::size_t nByte = 0; nByte < 4; ++nByte) {
-      m_device.Memory().listBytes[nAddress + nByte] = static_cast<uint8_t>(nValue >> (24 - 8 * nByte));
-    }
-  }
-
-  uint32_t PeekRegister(std::size_t nAddress)
-  {
-    uint32_t nValue = 0;
-    for (std::size_t nByte = 0; nByte < 4; ++nByte) {
-      nValue = nValue << 8U | m_device.Memory().listBytes[nAddress + nByte];
-    }
-    return nValue;
-  }
 
   CMemoryDevice m_device{MakeDescription(NODES)};
 };
@@ -160,10 +143,10 @@ TEST_F(AravisNodeMap, ALockedNodeIsReadOnlyAsLongAsItIsLocked)
   Integer("Lock").SetValue(1);
   EXPECT_EQ(GetMode("Width"), GenApi::RO);
   EXPECT_THROW(Integer("Width").SetValue(64), GenICam::AccessException);
-  EXPECT_EQ(PeekRegister(0), 0U);
+  EXPECT_EQ(m_device.Peek(0), 0U);
   Integer("Lock").SetValue(0);
   Integer("Width").SetValue(64);
-  EXPECT_EQ(PeekRegister(0), 64U);
+  EXPECT_EQ(m_device.Peek(0), 64U);
 }
 
 TEST_F(AravisNodeMap, AnIntegerIsVerifiedAgainstRangeAndIncrement)
@@ -176,7 +159,7 @@ TEST_F(AravisNodeMap, AnIntegerIsVerifiedAgainstRangeAndIncrement)
                                std::numeric_limits<int64_t>::min()}) {
     EXPECT_THROW(width.SetValue(nWrong), GenICam::OutOfRangeException) << nWrong;
   }
-  EXPECT_EQ(PeekRegister(0), 0U) << "nothing is written when a test fails";
+  EXPECT_EQ(m_device.Peek(0), 0U) << "nothing is written when a test fails";
   width.SetValue(18, false);
   EXPECT_EQ(width.GetValue(), 18) << "unverified it is the camera's matter";
 }
@@ -203,8 +186,8 @@ TEST_F(AravisNodeMap, ReadingAndWritingKeepToTheAccessMode)
     EXPECT_THROW(Integer(pName).GetMin(), GenICam::AccessException) << pName;
     EXPECT_THROW(Integer(pName).ToString(), GenICam::AccessException) << pName;
   }
-  EXPECT_EQ(PeekRegister(4), 0U);
-  EXPECT_EQ(PeekRegister(12), 0U);
+  EXPECT_EQ(m_device.Peek(4), 0U);
+  EXPECT_EQ(m_device.Peek(12), 0U);
 }
 
 TEST_F(AravisNodeMap, NumbersHaveATextForm)
@@ -214,7 +197,7 @@ TEST_F(AravisNodeMap, NumbersHaveATextForm)
   EXPECT_EQ(Integer("Sum").ToString(), "65");
   EXPECT_THROW(Integer("Width").FromString("wide"), GenICam::InvalidArgumentException);
   Node<GenApi::IBoolean>("Switch").FromString("true");
-  EXPECT_EQ(PeekRegister(16), 7U);
+  EXPECT_EQ(m_device.Peek(16), 7U);
   EXPECT_EQ(Node<GenApi::IBoolean>("Switch").ToString(), "1");
 }
 
@@ -222,7 +205,7 @@ TEST_F(AravisNodeMap, AFloatIsVerifiedAndNaNIsInNoRange)
 {
   auto &exposure = Node<GenApi::IFloat>("Exposure");
   exposure.SetValue(500);
-  EXPECT_EQ(PeekRegister(28), 500U);
+  EXPECT_EQ(m_device.Peek(28), 500U);
   for (const double dWrong : {9.0, 1001.0, std::nan(""), std::numeric_limits<double>::infinity()}) {
     EXPECT_THROW(exposure.SetValue(dWrong), GenICam::OutOfRangeException) << dWrong;
   }
@@ -230,24 +213,23 @@ TEST_F(AravisNodeMap, AFloatIsVerifiedAndNaNIsInNoRange)
   auto &stepped = Node<GenApi::IFloat>("Stepped");
   ASSERT_TRUE(stepped.HasInc());
   EXPECT_EQ(stepped.GetInc(), 0.5);
-  EXPECT_THROW(stepped.SetValue(1.25), GenICam::OutOfRangeException);
-  stepped.SetValue(1.5);
-  EXPECT_EQ(stepped.GetValue(), 1.5);
+  stepped.SetValue(1.25);
+  EXPECT_EQ(stepped.GetValue(), 1.25) << "a float's increment is told, not enforced";
   auto &gain = Node<GenApi::IFloat>("Gain");
   EXPECT_FALSE(gain.HasInc());
   EXPECT_THROW(gain.GetInc(), GenICam::AccessException);
   gain.SetValue(2.5);
-  EXPECT_EQ(PeekRegister(12), 25U);
+  EXPECT_EQ(m_device.Peek(12), 25U);
 }
 
 TEST_F(AravisNodeMap, ABooleanWritesItsOwnTwoValues)
 {
   auto &node = Node<GenApi::IBoolean>("Switch");
   node.SetValue(true);
-  EXPECT_EQ(PeekRegister(16), 7U);
+  EXPECT_EQ(m_device.Peek(16), 7U);
   EXPECT_TRUE(node.GetValue());
   node.SetValue(false);
-  EXPECT_EQ(PeekRegister(16), 3U);
+  EXPECT_EQ(m_device.Peek(16), 3U);
   EXPECT_FALSE(node.GetValue());
 }
 
@@ -256,13 +238,13 @@ TEST_F(AravisNodeMap, ACommandIsDoneWhenItsRegisterReadsDifferently)
   auto &node = Node<GenApi::ICommand>("Go");
   EXPECT_TRUE(node.IsDone());
   node.Execute();
-  EXPECT_EQ(PeekRegister(20), 9U);
+  EXPECT_EQ(m_device.Peek(20), 9U);
   EXPECT_FALSE(node.IsDone());
   EXPECT_EQ(node.ToString(), "0");
-  PokeRegister(20, 0);
+  m_device.Poke(20, 0);
   EXPECT_TRUE(node.IsDone());
   node.FromString("1");
-  EXPECT_EQ(PeekRegister(20), 9U);
+  EXPECT_EQ(m_device.Peek(20), 9U);
   Node<GenApi::ICommand>("GoBlind").Execute();
   EXPECT_TRUE(Node<GenApi::ICommand>("GoBlind").IsDone()) << "what cannot be read is done";
   EXPECT_THROW(Node<GenApi::ICommand>("GoNowhere").Execute(), GenICam::AccessException);
@@ -286,7 +268,7 @@ TEST_F(AravisNodeMap, AnEnumerationTakesItsAvailableEntriesOnly)
 {
   auto &node = Node<GenApi::IEnumeration>("Format");
   node.FromString("Mono12");
-  EXPECT_EQ(PeekRegister(24), 0x01100005U);
+  EXPECT_EQ(m_device.Peek(24), 0x01100005U);
   EXPECT_EQ(node.ToString(), "Mono12");
   EXPECT_EQ(node.GetIntValue(), 0x01100005);
   EXPECT_EQ(node.GetCurrentEntry(), node.GetEntryByName("Mono12"));
@@ -294,14 +276,36 @@ TEST_F(AravisNodeMap, AnEnumerationTakesItsAvailableEntriesOnly)
   EXPECT_THROW(node.FromString("Never"), GenICam::AccessException);
   EXPECT_THROW(node.FromString("NotNow"), GenICam::AccessException);
   EXPECT_THROW(node.SetIntValue(77), GenICam::InvalidArgumentException);
-  EXPECT_EQ(PeekRegister(24), 0x01100005U);
+  EXPECT_EQ(m_device.Peek(24), 0x01100005U);
   EXPECT_EQ(node.GetEntryByName("RGB8"), nullptr);
   EXPECT_EQ(node.GetEntry(77), nullptr);
 }
 
+TEST_F(AravisNodeMap, AnEnumerationWithoutAnImplementedEntryIsNotImplementedAndStillListsThem)
+{
+  auto &node = Node<GenApi::IEnumeration>("Nowhere");
+  EXPECT_EQ(GetMode("Nowhere"), GenApi::NI);
+  EXPECT_THROW(node.GetIntValue(), GenICam::AccessException);
+  EXPECT_THROW(node.SetIntValue(1, false), GenICam::AccessException);
+  EXPECT_EQ(m_device.Peek(12), 0U);
+  GenApi::NodeList_t listEntries;
+  node.GetEntries(listEntries);
+  EXPECT_EQ(listEntries.size(), 2U);
+  EXPECT_EQ(node.GetEntry(2), node.GetEntryByName("Two"));
+}
+
+TEST_F(AravisNodeMap, AnAbsentNodeTellsItsIncrement)
+{
+  for (const char *pName : {"Missing", "Away", "Circle"}) {
+    EXPECT_EQ(Integer(pName).GetInc(), 1) << pName;
+  }
+  EXPECT_FALSE(Node<GenApi::IFloat>("FloatAway").HasInc());
+  EXPECT_THROW(Node<GenApi::IFloat>("FloatAway").GetInc(), GenICam::AccessException) << "it has none";
+}
+
 TEST_F(AravisNodeMap, AValueThatIsNoEntryHasNoCurrentEntryAndNoText)
 {
-  PokeRegister(24, 77);
+  m_device.Poke(24, 77);
   auto &node = Node<GenApi::IEnumeration>("Format");
   EXPECT_EQ(node.GetIntValue(), 77);
   EXPECT_EQ(node.GetCurrentEntry(), nullptr);
@@ -358,10 +362,10 @@ TEST_F(AravisNodeMap, ALengthThatTheCameraTellsIsLookedAtBeforeEachAccess)
 {
   auto &node = Node<GenApi::IRegister>("Sized");
   EXPECT_THROW(node.ToString(), GenICam::RuntimeException) << "no bytes";
-  PokeRegister(36, 3);
+  m_device.Poke(36, 3);
   EXPECT_EQ(node.GetLength(), 3);
   EXPECT_EQ(node.ToString(), "0x000000");
-  PokeRegister(36, 0xFFFFFFFF);
+  m_device.Poke(36, 0xFFFFFFFF);
   EXPECT_THROW(node.ToString(), GenICam::RuntimeException) << "4 GB";
 }
 
@@ -370,6 +374,80 @@ TEST_F(AravisNodeMap, ACircleIsNotImplemented)
   EXPECT_EQ(GetMode("Circle"), GenApi::NI);
   EXPECT_EQ(GetMode("CircleToo"), GenApi::NI);
   EXPECT_THROW(Integer("Circle").GetValue(), GenICam::AccessException);
+}
+
+TEST_F(AravisNodeMap, ACircleIsCalledByName)
+{
+  try {
+    Integer("Circle").GetValue();
+    FAIL() << "a value in a circle";
+  } catch (const GenICam::AccessException &exception) {
+    EXPECT_NE(std::string(exception.GetDescription()).find("'Circle' asks itself"), std::string::npos)
+      << exception.GetDescription();
+  }
+}
+
+TEST_F(AravisNodeMap, TwoFeaturesMayLimitEachOther)
+{
+  CMemoryDevice device(MakeDescription(
+    R"(<Integer Name="Wide"><pValue>WideReg</pValue><Min>16</Min><pMax>WideMax</pMax></Integer>
+<Integer Name="Shift"><pIsAvailable>WideIsNotFull</pIsAvailable><pValue>ShiftReg</pValue><Min>0</Min><pMax>ShiftMax</pMax></Integer>
+<IntSwissKnife Name="WideMax"><pVariable Name="S">Shift</pVariable><Formula>640 - S</Formula></IntSwissKnife>
+<IntSwissKnife Name="ShiftMax"><pVariable Name="W">Wide</pVariable><Formula>640 - W</Formula></IntSwissKnife>
+<IntSwissKnife Name="WideIsNotFull"><pVariable Name="W">Wide</pVariable><Formula>W &lt; 640</Formula></IntSwissKnife>
+<Integer Name="OwnLimit"><pValue>ShiftReg</pValue><pMax>TwiceOwn</pMax></Integer>
+<IntSwissKnife Name="TwiceOwn"><pVariable Name="O">OwnLimit</pVariable><Formula>O * 2</Formula></IntSwissKnife>
+)" + MakeRegister("WideReg", 0) +
+    MakeRegister("ShiftReg", 4)));
+  auto &wide = dynamic_cast<GenApi::IInteger &>(*device.GetMap()->GetNode("Wide"));
+  auto &shift = dynamic_cast<GenApi::IInteger &>(*device.GetMap()->GetNode("Shift"));
+  wide.SetValue(600);
+  EXPECT_EQ(shift.GetMax(), 40);
+  EXPECT_THROW(shift.SetValue(41), GenICam::OutOfRangeException);
+  shift.SetValue(30);
+  EXPECT_EQ(wide.GetMax(), 610);
+  EXPECT_EQ(dynamic_cast<GenApi::IInteger &>(*device.GetMap()->GetNode("OwnLimit")).GetMax(), 60);
+  shift.SetValue(0);
+  wide.SetValue(640);
+  EXPECT_EQ(shift.GetAccessMode(), GenApi::NA);
+}
+
+TEST_F(AravisNodeMap, ALimitThatAsksItselfIsACircleAllTheSame)
+{
+  CMemoryDevice device(MakeDescription(
+    R"(<Integer Name="Wide"><pValue>WideReg</pValue><pMax>Loop</pMax></Integer>
+<IntSwissKnife Name="Loop"><pVariable Name="L">LoopToo</pVariable><Formula>L + 1</Formula></IntSwissKnife>
+<IntSwissKnife Name="LoopToo"><pVariable Name="L">Loop</pVariable><Formula>L + 1</Formula></IntSwissKnife>
+<Integer Name="Locked"><pIsLocked>LockedToo</pIsLocked><pValue>WideReg</pValue></Integer>
+<Integer Name="LockedToo"><pValue>LoopToo</pValue></Integer>
+)" + MakeRegister("WideReg", 0)));
+  EXPECT_EQ(device.GetMap()->GetNode("Wide")->GetAccessMode(), GenApi::NI);
+  EXPECT_EQ(device.GetMap()->GetNode("Locked")->GetAccessMode(), GenApi::NI);
+  EXPECT_EQ(device.GetMap()->GetNode("WideReg")->GetAccessMode(), GenApi::RW);
+}
+
+TEST_F(AravisNodeMap, AFormulaWithABooleanIsRefusedAndTheBooleanNamed)
+{
+  CMemoryDevice device(MakeDescription(
+    R"(<Boolean Name="IsFast"><pValue>FastReg</pValue><OnValue>1</OnValue><OffValue>0</OffValue></Boolean>
+<Integer Name="WhenFast"><pIsAvailable>IsFast</pIsAvailable><pValue>FastReg</pValue></Integer>
+<Integer Name="UnlessFast"><pIsLocked>IsFast</pIsLocked><pValue>FastReg</pValue></Integer>
+<IntSwissKnife Name="Rate"><pVariable Name="F">IsFast</pVariable><Formula>F ? 100 : 10</Formula></IntSwissKnife>
+)" + MakeRegister("FastReg", 0)));
+  auto &rate = dynamic_cast<GenApi::IInteger &>(*device.GetMap()->GetNode("Rate"));
+  EXPECT_EQ(device.GetMap()->GetNode("IsFast")->GetAccessMode(), GenApi::RW);
+  for (const bool bFast : {false, true}) { // a boolean that is asked itself is no matter
+    device.Poke(0, bFast ? 1 : 0);
+    EXPECT_EQ(device.GetMap()->GetNode("WhenFast")->GetAccessMode(), bFast ? GenApi::RW : GenApi::NA);
+    EXPECT_EQ(device.GetMap()->GetNode("UnlessFast")->GetAccessMode(), bFast ? GenApi::RO : GenApi::RW);
+  }
+  try {
+    rate.GetValue();
+    FAIL() << "a value without its variable";
+  } catch (const GenICam::AccessException &exception) {
+    EXPECT_NE(std::string(exception.GetDescription()).find("Node 'Rate'"), std::string::npos);
+    EXPECT_NE(std::string(exception.GetDescription()).find("the boolean 'IsFast'"), std::string::npos);
+  }
 }
 
 TEST_F(AravisNodeMap, AChainThatIsTooLongIsNotImplemented)
@@ -400,9 +478,9 @@ TEST_F(AravisNodeMap, FormulasThatAskEachOtherTooOftenAreNotImplemented)
 
 TEST_F(AravisNodeMap, ValuesAreNeverKept)
 {
-  PokeRegister(0, 32);
+  m_device.Poke(0, 32);
   EXPECT_EQ(Integer("Width").GetValue(), 32);
-  PokeRegister(0, 48);
+  m_device.Poke(0, 48);
   EXPECT_EQ(Integer("Width").GetValue(), 48);
 }
 

@@ -18,6 +18,7 @@ using ffc::camera::ICamera;
 using ffc::camera::ListRealCameras;
 using ffc::camera::OpenRealCamera;
 using ffc::camera::SCameraFrame;
+using ffc::camera::SFrameLosses;
 using ffc::camera::SRealCameraInfo;
 using ffc::test::CFrameCollector;
 using ffc::test::CGigeCameraProcess;
@@ -47,6 +48,8 @@ protected:
   }
 };
 
+class RealCamerasThatLosePackets : public RealCameras, public testing::WithParamInterface<uint32_t> {};
+
 struct SFormat {
   const char *pName;
   uint32_t nCode;
@@ -66,7 +69,7 @@ double GetMean(const SKeptFrame &stFrame)
 
 } // namespace
 
-TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrSerialNumber)
+TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrMakerAndSerialNumber)
 {
   EXPECT_TRUE(AreRealCamerasSupported());
   const CGigeCameraProcess process({});
@@ -78,7 +81,9 @@ TEST_F(RealCameras, ACameraIsListedAndOpenedByIdAddressOrSerialNumber)
   ASSERT_NE(itCamera, listCameras.end());
   EXPECT_EQ(itCamera->strProtocol, "GigEVision");
   EXPECT_EQ(itCamera->strAddress, "127.0.0.1");
-  for (const std::string &strId : {itCamera->strId, itCamera->strAddress}) { // the other tests have the serial number
+  for (const std::string &strId :
+       {itCamera->strId, itCamera->strAddress,
+        itCamera->strVendor + "-" + itCamera->strSerial}) { // the other tests have the serial number
     const auto pCamera = Open(strId);
     ASSERT_NE(pCamera, nullptr) << strId;
     EXPECT_EQ(pCamera->GetDisplayName(), itCamera->GetDisplayName());
@@ -192,8 +197,49 @@ TEST_F(RealCameras, ASlowReceiverOfNewestFramesOnlyMissesTheOthers)
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
   pCamera->Stop();
-  EXPECT_GE(pCamera->GetLink()->GetLostFrameCount(), 3U);
+  EXPECT_GE(pCamera->GetLink()->GetLosses().nOverwritten, 3U);
 }
+
+TEST_P(RealCamerasThatLosePackets, EveryLostFrameIsCountedAndSaidToBeLost)
+{
+  CGigeCameraProcess::SOptions stOptions;
+  stOptions.nFramePeriod = 20000; // slow enough that an incomplete frame is given up before all buffers are in use
+  stOptions.nLostPackets = GetParam();
+  const CGigeCameraProcess process(stOptions);
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  std::atomic<uint64_t> nDelivered{0};
+  std::atomic<uint64_t> nGaps{0};
+  uint64_t nNext = 0;
+  pCamera->SetFrameCallback([&](const SCameraFrame &stFrame) {
+    nGaps += stFrame.nFrameId - nNext;
+    nNext = stFrame.nFrameId + 1;
+    ++nDelivered;
+  });
+  ASSERT_EQ(pCamera->Start().GetError(), "");
+  while (nDelivered + pCamera->GetLink()->GetLosses().GetFrames() < 40) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  pCamera->Stop();
+  const SFrameLosses stLosses = pCamera->GetLink()->GetLosses();
+  SCOPED_TRACE(testing::Message() << stLosses.nIncomplete << " incomplete, " << stLosses.nNeverSeen << " never seen, "
+                                  << stLosses.nWithoutRoom << " without room, " << nDelivered << " delivered");
+  EXPECT_LE(nGaps, stLosses.GetFrames()) << "a frame that was lost behind the last that came is no gap yet";
+  EXPECT_EQ(stLosses.nUnusable + stLosses.nOverwritten, 0U);
+  // Of a frame's packets, some ten, at least one is lost in one frame of twenty, in two of five, and in nearly all.
+  EXPECT_EQ(stLosses.nIncomplete > 0, stLosses.nMissingPackets > 0);
+  if (GetParam() >= 50) {
+    EXPECT_GT(stLosses.nIncomplete, 4U);
+  }
+  if (GetParam() == 500) {
+    EXPECT_LT(nDelivered, 5U);
+  } else {
+    EXPECT_GT(nDelivered, GetParam() == 5 ? 25U : 8U);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(PerMille, RealCamerasThatLosePackets, testing::Values(5U, 50U, 500U),
+                         [](const auto &info) { return std::to_string(info.param); });
 
 TEST_F(RealCameras, ACameraInUseByAnotherProgramIsRefused)
 {

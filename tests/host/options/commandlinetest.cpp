@@ -86,6 +86,8 @@ TEST(CommandLine, ARealCameraTakesNeitherTheSimulatedOnesOptionsNorAHeadlessRun)
     GTEST_SKIP() << "built without support for real cameras";
   }
   EXPECT_TRUE(Parse({"--camera", "CAM1", "--pixel-format", "Mono12"}).bRun);
+  EXPECT_TRUE(Parse({"--pixel-format", "YUV422_8", "--camera", "CAM1"}).bRun) << "whatever the camera lists";
+  EXPECT_FALSE(Parse({"--pixel-format", "YUV422_8", "--camera", "replay:dir"}).bRun);
   for (const auto &listMore :
        {std::vector<const char *>{"--size", "64x64"}, {"--seed", "1"}, {"--mode", "none"}, {"--headless"}}) {
     std::vector<const char *> listArguments = {"--camera", "CAM1"};
@@ -101,6 +103,9 @@ TEST(CommandLine, ListingCamerasIsAsked)
 {
   EXPECT_TRUE(Parse({"--list-cameras"}).stTask.bListCameras);
   EXPECT_FALSE(Parse({}).stTask.bListCameras);
+  EXPECT_FALSE(Parse({"--list-cameras"}).stTask.bVerbose);
+  EXPECT_TRUE(Parse({"--list-cameras", "--verbose"}).stTask.bVerbose);
+  EXPECT_EQ(Parse({"--verbose"}).nExitCode, 2) << "it says what the list is to have";
 }
 
 TEST(CommandLine, ARefusalIsOneLineThatNamesTheOption)

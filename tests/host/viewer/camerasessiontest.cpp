@@ -1,6 +1,8 @@
 #include "host/viewer/camerasession.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -144,6 +146,22 @@ TEST_F(CameraSession, ALostCameraThatAnswersAtOnceStreamsAgain)
   EXPECT_TRUE(IsStreaming());
   EXPECT_EQ(m_spyOpened.size(), 2);
   EXPECT_EQ(GetLastError(), "");
+}
+
+TEST_F(CameraSession, FramesThatCannotBeReceivedAreSaidToBeSoAtOnce)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.pLost = std::make_shared<std::atomic<bool>>(false);
+  stFaults.bDeliversNothing = true;
+  stFaults.bUnusableFrames = true;
+  ASSERT_TRUE(m_session.Open(MakeSetup(stFaults)).IsOk());
+  QElapsedTimer timer;
+  timer.start();
+  while (GetLastError().empty() && timer.elapsed() < 20000) {
+    EXPECT_TRUE(m_session.Watch(true));
+    QThread::msleep(10);
+  }
+  EXPECT_EQ(GetLastError(), "The camera sends frames that cannot be received: choose another pixel format.");
 }
 
 TEST_F(CameraSession, ACameraWithoutUserSetsHasNoSettingsToRestoreAndStreamsOn)

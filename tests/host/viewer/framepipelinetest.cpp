@@ -16,7 +16,7 @@ class FramePipeline : public testing::Test {
 protected:
   FramePipeline() { m_pipeline.SetPlugin(&m_plugin); }
 
-  void Deliver(uint8_t nValue)
+  void Deliver(uint8_t nValue, uint32_t nPixelFormat = 0x01080001)
   {
     const std::vector<uint8_t> listBytes(8, nValue);
     SCameraFrame stFrame;
@@ -24,7 +24,7 @@ protected:
     stFrame.nSize = 8;
     stFrame.nWidth = 4;
     stFrame.nHeight = 2;
-    stFrame.nPixelFormat = 0x01080001;
+    stFrame.nPixelFormat = nPixelFormat;
     m_pipeline.Receive(stFrame);
   }
 
@@ -50,6 +50,18 @@ protected:
 };
 
 } // namespace
+
+TEST_F(FramePipeline, AFrameThatIsNoSensorsOwnPassesThePlugInBy)
+{
+  SFrameCopy stCopy;
+  CorrectWithFlag(true);
+  for (const uint32_t nPixelFormat : {0x02180014U, 0x0210001FU, 0x011000B8U, 0x81080001U}) {
+    Deliver(5, nPixelFormat);
+    ASSERT_TRUE(m_pipeline.TakeLatest(stCopy));
+    EXPECT_FALSE(stCopy.bCorrected) << nPixelFormat;
+    EXPECT_EQ(stCopy.listBytes[0], 5) << nPixelFormat;
+  }
+}
 
 TEST_F(FramePipeline, ShowsTheOutputOnlyWhenTheFlagIsSet)
 {

@@ -130,6 +130,29 @@ TEST(DisplayPicture, ThereIsNoneOfAFrameThatDoesNotFitItsSize)
   EXPECT_TRUE(MakeDisplayPicture(SFrameCopy(), {}).isNull());
 }
 
+TEST(DisplayPicture, OfComputedColoursAndCoordinatesIsShownAsItCame)
+{
+  const auto fnPixel = [](uint32_t nCode, const std::vector<uint8_t> &listBytes) {
+    SFrameCopy stFrame;
+    stFrame.nWidth = 2;
+    stFrame.nHeight = 1;
+    stFrame.nPixelFormat = nCode;
+    stFrame.listBytes = listBytes;
+    const QImage imgPicture = MakeDisplayPicture(stFrame, {});
+    return imgPicture.isNull() ? QRgb(0) : imgPicture.pixel(1, 0);
+  };
+  EXPECT_EQ(fnPixel(0x02180014, {1, 2, 3, 4, 5, 6}), qRgb(4, 5, 6));
+  EXPECT_EQ(fnPixel(0x02180015, {1, 2, 3, 4, 5, 6}), qRgb(6, 5, 4));
+  EXPECT_EQ(fnPixel(0x02300033, {0, 1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 6}), qRgb(4, 5, 6));
+  EXPECT_EQ(fnPixel(0x0210001F, {100, 1, 100, 2}), qRgb(2, 2, 2));
+  EXPECT_EQ(fnPixel(0x02100032, {1, 100, 2, 100}), qRgb(2, 2, 2));
+  EXPECT_EQ(fnPixel(0x011000B8, {0, 1, 0, 2}), qRgb(2, 2, 2)) << "Coord3D_C16";
+  EXPECT_EQ(fnPixel(0x81080001, {1, 2}), qRgb(2, 2, 2)) << "a maker's own";
+  EXPECT_EQ(fnPixel(0x02180014, {1, 2, 3, 4, 5}), QRgb(0)) << "a byte is missing";
+  EXPECT_EQ(fnPixel(0x026000C0, std::vector<uint8_t>(24)), QRgb(0)) << "three floats";
+  EXPECT_NE(fnPixel(0x0110010A, {0, 0, 0, 0x20}), QRgb(0)) << "BayerRG14 is a sensor's own";
+}
+
 TEST(PixelText, SaysPlaceValueShareAndColour)
 {
   const SFrameCopy stMono = MakeFrame("Mono12", 4, 3, [](uint32_t nX, uint32_t nY) { return nX * 1000 + nY; });

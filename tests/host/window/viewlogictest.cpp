@@ -132,6 +132,19 @@ TEST(CorrectionState, NamesAnotherSizeOrFormatAlthoughThePlugInHasSwitchedItsPre
   EXPECT_EQ((SFrameShape{4, 2, 0xAB}).GetText().toStdString(), "4 x 2 0x000000ab");
 }
 
+TEST(CorrectionState, AFormatThatIsNoSensorsIsNamedAndNeverCorrected)
+{
+  SCorrectionFacts stFacts = MakeFacts();
+  stFacts.stShape.nPixelFormat = 0x02180014;
+  stFacts.bPreview = true;
+  ExpectState(stFacts, EKind::NotCorrected,
+              "NOT corrected: frames of the format RGB8 cannot be corrected, choose a mono or Bayer format");
+  stFacts.stShape.nPixelFormat = 0x026000C0;
+  ExpectState(stFacts, EKind::NotCorrected,
+              "NOT corrected: frames of the format Coord3D_ABC32f cannot be corrected, choose a mono or Bayer format");
+  EXPECT_EQ((SFrameShape{4, 2, 0x0210001F}).GetText().toStdString(), "4 x 2 YUV422_8_UYVY");
+}
+
 TEST(FrameRate, CountsOverHalfSeconds)
 {
   CFrameRate rate;

@@ -1,8 +1,12 @@
 // A GigE Vision camera on this machine's own network: gigecamera SERIAL PIXELFORMAT WIDTH HEIGHT FRAMEPERIOD XML
+// LOSTPACKETS
 //
 // The pixel format is a PFNC code in hexadecimal, the frame period in microseconds. Writes "ready" when it answers.
+// Where a program stands for the XML file, that program is the camera, with its own settings; it is started when no
+// other camera has the address, and killed at the end. Of a thousand packets of the frames, LOSTPACKETS are not sent.
 // Each line "cover" or "uncover" on its standard input is obeyed and echoed; the end of the input ends it.
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
@@ -11,6 +15,8 @@
 
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "camera/aravis/gobject.h"
 #include "tests/camera/aravis/gigecamera/shadedscene.h"
@@ -47,6 +53,30 @@ struct SCamera {
   CShadedScene scene;
 };
 
+bool IsDescription(const std::string &strFile)
+{
+  const std::string EXTENSION = ".xml";
+  return strFile.size() > EXTENSION.size() &&
+         strFile.compare(strFile.size() - EXTENSION.size(), EXTENSION.size(), EXTENSION) == 0;
+}
+
+/// Until the input ends.
+int RunProgram(const char *pProgram, const char *pSerial)
+{
+  const pid_t nProcess = fork();
+  if (nProcess == 0) {
+    execlp(pProgram, pProgram, "-i", ADDRESS, "-s", pSerial, static_cast<char *>(nullptr));
+    std::_Exit(EXIT_FAILURE);
+  }
+  std::cout << "ready" << std::endl;
+  std::string strLine;
+  while (std::getline(std::cin, strLine)) {
+  }
+  kill(nProcess, SIGKILL);
+  waitpid(nProcess, nullptr, 0);
+  return nProcess > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 void Fill(ArvBuffer *pBuffer, void *pCamera, guint32, guint32, ArvPixelFormat)
 {
   auto *pOwn = static_cast<SCamera *>(pCamera);
@@ -57,8 +87,11 @@ void Fill(ArvBuffer *pBuffer, void *pCamera, guint32, guint32, ArvPixelFormat)
 
 int main(int nArguments, char **pArguments)
 {
-  if (nArguments != 7 || !WaitForAddress()) {
+  if (nArguments != 8 || !WaitForAddress()) {
     return EXIT_FAILURE;
+  }
+  if (!IsDescription(pArguments[6])) {
+    return RunProgram(pArguments[6], pArguments[1]);
   }
   SCamera stCamera;
   stCamera.pCamera.reset(arv_gv_fake_camera_new_full(ADDRESS, pArguments[1], pArguments[6]));
@@ -70,6 +103,7 @@ int main(int nArguments, char **pArguments)
     return uint32_t(std::strtoul(pArguments[nArgument], nullptr, nBase));
   };
   PowerOn(*pFakeCamera, fnNumber(2, 16), fnNumber(3, 10), fnNumber(4, 10), fnNumber(5, 10));
+  g_object_set(stCamera.pCamera.get(), "gvsp-lost-ratio", fnNumber(7, 10) / 1000.0, nullptr);
   arv_fake_camera_set_fill_pattern(pFakeCamera, Fill, &stCamera);
   std::cout << "ready" << std::endl;
   std::string strLine;
