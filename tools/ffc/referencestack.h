@@ -3,7 +3,7 @@
 #pragma once
 
 #include "frames/alignment.h"
-#include "pluginobject/shadingcorrection/process/acquisition/frameaccumulator.h"
+#include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
 #include "tools/ffc/options.h"
 #include "tools/ffc/report.h"
 

@@ -5,10 +5,8 @@
 #include <utility>
 
 #include "genapi/pfnc.h"
-#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
-#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
@@ -190,7 +188,7 @@ int32_t CShadingCorrectionPro_Dev::__AnalyseFrame()
   const BLOCK_PARAM stParam = MakeBlockParam(m_stFormat, stBlock.nWidth, stBlock.nHeight, nBayerType);
   m_stGeneratorFormat = m_stFormat;
   return CSteps(m_deviceFeatures)
-    .Then([&] { return MapCalcStatus(m_generator.SetBlockParam(stParam)); })
+    .Then([&] { return ffc::process::MapCalcStatus(m_generator.SetBlockParam(stParam)); })
     .Then(measure)
     .Status();
 }
@@ -317,9 +315,9 @@ int32_t CShadingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
   constexpr uint64_t LARGEST = std::numeric_limits<int32_t>::max();
   auto nSize = static_cast<int32_t>(std::min(body.GetSize(), LARGEST));
   const uint8_t *pBright = m_bright.GetAverage().GetData();
-  return MapCalcStatus(__IsDarkUsed()
-                         ? m_generator.CalcWithDark(pBright, m_stDark.data.GetData(), BIT_DEPTH, body.GetData(), &nSize)
-                         : m_generator.CalcWithoutDark(pBright, BIT_DEPTH, body.GetData(), &nSize));
+  return ffc::process::MapCalcStatus(
+    __IsDarkUsed() ? m_generator.CalcWithDark(pBright, m_stDark.data.GetData(), BIT_DEPTH, body.GetData(), &nSize)
+                   : m_generator.CalcWithoutDark(pBright, BIT_DEPTH, body.GetData(), &nSize));
 }
 
 int32_t CShadingCorrectionPro_Dev::SetFrameCount(std::string strEntry)

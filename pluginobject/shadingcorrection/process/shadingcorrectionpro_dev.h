@@ -14,7 +14,7 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
 #include "pluginobject/shadingcorrection/process/camerastate/deviceparamguard.h"
-#include "pluginobject/shadingcorrection/process/coefficients/devicesettings.h"
+#include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/filechooser.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 #include "pluginobject/statuscode.h"

@@ -3,8 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
-#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"

@@ -17,7 +17,7 @@
 #include "pluginobject/shadingcorrection/process/camerastate/hoststreamguard.h"
 #include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
 #include "pluginobject/shadingcorrection/process/coefficients/filechooser.h"
-#include "pluginobject/shadingcorrection/process/coefficients/hostcoefficients.h"
+#include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 #include "pluginobject/statuscode.h"
 

@@ -4,10 +4,7 @@
 
 #include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
-#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
-#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
-#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
@@ -213,7 +210,7 @@ int32_t CVignettingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
   const SCorrectionBlock &stBlock = m_stSettings.stBlock;
-  return MapCalcStatus(CalcVignettingCoefficient(
+  return ffc::process::MapCalcStatus(CalcVignettingCoefficient(
     m_bright.GetAverage().GetData(), m_stFormat.GetBitDepth(), m_stSettings.GetBayerType(), m_stFormat.nWidth,
     m_stFormat.nHeight, stBlock.nWidth, stBlock.nHeight, static_cast<int64_t>(body.GetSize()), body.GetData()));
 }

@@ -3,11 +3,30 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
-#include "pluginobject/shadingcorrection/process/acquisition/frameaccumulator.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
+
+/// One 32-bit sum per pixel. Statuses are the plug-in's.
+class CFrameAccumulator {
+public:
+  /// Takes zeroed sums for frames of nFrameSize bytes, one for each byte: 4 x nFrameSize bytes.
+  /// \return false when there is no memory
+  bool Allocate(uint64_t nFrameSize);
+  void Release();
+
+  /// Adds a frame. \return -1012 when the frame or the sums are smaller than the format says
+  int32_t Add(const CFrameBuffer &frame, const SFrameFormat &stFormat);
+  /// Writes the truncated average of nFrameCount frames. \return -1012 as above
+  int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average) const;
+
+private:
+  bool Holds(const SFrameFormat &stFormat) const;
+
+  CFrameBuffer m_sums;
+};
 
 /// Averages frames that arrive in an exchange, and keeps the average. User-interface thread only.
 class CBrightField {

@@ -8,6 +8,16 @@
 
 #include "pluginobject/statuscode.h"
 
+uint32_t GetFrameTimeout(float fExposureTime)
+{
+  constexpr uint32_t LONGEST = 0xFFFFFFFE;
+  const float fTimeout = fExposureTime / 1000.0F + 1000.0F;
+  if (!(fTimeout > 0.0F)) {
+    return 0;
+  }
+  return fTimeout >= static_cast<float>(LONGEST) ? LONGEST : static_cast<uint32_t>(fTimeout);
+}
+
 bool CFrameExchange::AllocateBuffer(uint64_t nSize)
 {
   // The host counts the bytes of a frame in 32 bits: a larger one never comes.

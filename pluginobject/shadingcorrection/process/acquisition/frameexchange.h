@@ -9,6 +9,12 @@
 #include "platform/criticalsection.h"
 #include "platform/event.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "pluginobject/statuscode.h"
+
+/// Milliseconds to wait for a frame: exposure / 1000 + 1000, in single precision, truncated.
+/// \param fExposureTime microseconds
+/// \return 0 for a result below 0 or not a number; at most 0xFFFFFFFE, since all ones would wait for ever
+uint32_t GetFrameTimeout(float fExposureTime);
 
 /// Request and ready signal, the acquisition buffer and the stop flag.
 ///
@@ -79,3 +85,26 @@ private:
   CFrameBuffer m_buffer;
   uint64_t m_nWritten = 0; // bytes of the buffer that frames have touched
 };
+
+/// Requests and waits for nCount frames; each is handed to fnTakeFrame(nIndex), which returns a status,
+/// before the next one is requested. Stops at the first failure and returns it: -1017 and -1009 come from
+/// the wait. User-interface thread only.
+/// \param nTimeout milliseconds to wait for each frame
+template <typename TTakeFrame>
+int32_t TakeFrames(CFrameExchange &exchange, uint32_t nTimeout, uint32_t nCount, TTakeFrame fnTakeFrame)
+{
+  exchange.BeginRequests();
+  for (uint32_t nFrame = 0; nFrame < nCount; ++nFrame) {
+    int32_t nStatus = exchange.WaitFrame(nTimeout);
+    if (nStatus == PLUGIN_STATUS_SUCCESS) {
+      nStatus = fnTakeFrame(nFrame);
+    }
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
+    if (nFrame + 1 < nCount) {
+      exchange.RequestFrame();
+    }
+  }
+  return PLUGIN_STATUS_SUCCESS;
+}

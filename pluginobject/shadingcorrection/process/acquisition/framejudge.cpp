@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "pluginobject/shadingcorrection/imagecalc/imagecalc.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
 BLOCK_PARAM MakeBlockParam(const SFrameFormat &stFormat, int64_t nBlockWidth, int64_t nBlockHeight, int32_t nBayerType)
@@ -20,7 +20,7 @@ int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stForma
                           int64_t nBlockHeight, int32_t nBayerType, SBlockMeanRange &stRange)
 {
   const BLOCK_PARAM stParam = MakeBlockParam(stFormat, nBlockWidth, nBlockHeight, nBayerType);
-  const int32_t nGridStatus = MapCalcStatus(CImageCalc().CheckBlockParam(stParam));
+  const int32_t nGridStatus = ffc::process::MapCalcStatus(CImageCalc().CheckBlockParam(stParam));
   if (nGridStatus != PLUGIN_STATUS_SUCCESS) {
     return nGridStatus;
   }
@@ -29,8 +29,8 @@ int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stForma
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
   SBlockMeanRange stMeasured;
-  const int32_t nStatus = MapCalcStatus(CImageCalc().GetBlockMeanMaxMin(frame.GetData(), stFormat.GetBitDepth(),
-                                                                        stParam, &stMeasured.dMax, &stMeasured.dMin));
+  const int32_t nStatus = ffc::process::MapCalcStatus(CImageCalc().GetBlockMeanMaxMin(
+    frame.GetData(), stFormat.GetBitDepth(), stParam, &stMeasured.dMax, &stMeasured.dMin));
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     stRange = stMeasured;
   }

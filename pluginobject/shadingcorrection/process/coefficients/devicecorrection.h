@@ -3,10 +3,55 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcinfo.h"
+
+/// Bytes of the record.
+constexpr uint64_t FFC_INFO_SIZE = sizeof(FFCInfo);
+
+/// Whether there is room for a record.
+inline bool HasRecord(const CFrameBuffer &image)
+{
+  return image.GetSize() >= FFC_INFO_SIZE;
+}
+
+/// The last 24 bytes of an image that has a record.
+FFCInfo GetRecord(const CFrameBuffer &image);
+
+/// Puts body and record together.
+/// \param image as large as both
+void FillImage(const CFrameBuffer &body, const FFCInfo &stInfo, CFrameBuffer &image);
+
+/// Exchanges bytes 0 and 1, 2 and 3, and so on up to 22 and 23, of the record of an image that has one:
+/// flat-field cameras hand it out in that order.
+void ExchangeRecordBytes(CFrameBuffer &image);
+
+/// The settings that the coefficients depend on.
+struct SDeviceSettings {
+  std::string strPixelColorFilter; ///< empty for a monochrome camera
+  SCorrectionBlock stBlock;
+
+  int32_t GetBayerType() const { return ::GetBayerType(strPixelColorFilter); }
+};
+
+/// One of the tables of block-size entries.
+using FnApplyBlockEntry = void (*)(const std::string &strEntry, SCorrectionBlock &stBlock);
+
+/// Whether the camera has a colour filter; false when it does not tell.
+bool ReadIsColorCamera(const CFeatureAccess &features);
+
+/// Reads the colour filter of a colour camera, the block size and the frame count.
+/// \return the code of the first failing read
+int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, FnApplyBlockEntry fnApplyBlockEntry,
+                           SDeviceSettings &stSettings, FFCInfo &stInfo);
+
+/// Sets the number of frames to average in the camera and, when it took it, in the record.
+/// \param strEntry an entry of FFCFrameCount
+int32_t WriteFrameCount(const CFeatureAccess &features, const std::string &strEntry, FFCInfo &stInfo);
 
 // All return the code of the first failing step. User-interface thread only.
 

@@ -5,8 +5,8 @@
 
 #include "genapi/pfnc.h"
 #include "ombrix/ombrix.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
 namespace {
@@ -50,6 +50,27 @@ bool HoldFrames(const SHostReference &stReference)
 
 } // namespace
 
+CHostCoefficients::SSnapshot CHostCoefficients::Get() const
+{
+  const std::lock_guard<CCriticalSection> lock(m_section);
+  return m_stCurrent;
+}
+
+void CHostCoefficients::SetFormat(const SFrameFormat &stFormat)
+{
+  const std::lock_guard<CCriticalSection> lock(m_section);
+  m_stCurrent.stFormat = stFormat;
+}
+
+void CHostCoefficients::SetTable(HostTablePtr pTable)
+{
+  {
+    const std::lock_guard<CCriticalSection> lock(m_section);
+    std::swap(m_stCurrent.pTable, pTable);
+  }
+  // The former table, if nobody corrects with it, goes here, after the lock.
+}
+
 int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable)
 {
   if (!HoldFrames(stReference)) {
@@ -71,7 +92,8 @@ int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable
     return PLUGIN_STATUS_OUT_OF_MEMORY;
   }
   const uint32_t nTarget = stReference.nExpectGray << (nBitDepth - 8);
-  const int32_t nStatus = MapCalcStatus(OmbrixComputeFlatField(stParam, stTable.data.GetData(), &nSize, &nTarget));
+  const int32_t nStatus =
+    ffc::process::MapCalcStatus(OmbrixComputeFlatField(stParam, stTable.data.GetData(), &nSize, &nTarget));
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }
@@ -108,7 +130,7 @@ int32_t ApplyHostTable(const SHostTable &stTable, const void *pSource, void *pDe
 {
   const SFrameFormat &stFormat = stTable.stFormat;
   const uint32_t nSize = stTable.nSize;
-  return MapCalcStatus(OmbrixApplyFlatField(pSource, pDestination, static_cast<uint32_t>(stFormat.GetBitDepth()),
-                                            static_cast<uint32_t>(stFormat.nWidth),
-                                            static_cast<uint32_t>(stFormat.nHeight), stTable.data.GetData(), &nSize));
+  return ffc::process::MapCalcStatus(OmbrixApplyFlatField(
+    pSource, pDestination, static_cast<uint32_t>(stFormat.GetBitDepth()), static_cast<uint32_t>(stFormat.nWidth),
+    static_cast<uint32_t>(stFormat.nHeight), stTable.data.GetData(), &nSize));
 }

@@ -1,4 +1,4 @@
-#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
+#include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 
 #include <numeric>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "pluginobject/shadingcorrection/process/coefficients/devicesettings.h"
+#include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 
 namespace {
 
@@ -100,17 +100,17 @@ TEST(EntryTables, AnyOtherColourFilterIsMono)
 
 TEST(CalcStatusMapping, EveryStatusOfTheComputationsHasAPluginCode)
 {
-  EXPECT_EQ(0, MapCalcStatus(0));
-  EXPECT_EQ(-3, MapCalcStatus(-101));
-  EXPECT_EQ(-3, MapCalcStatus(-102));
-  EXPECT_EQ(-2, MapCalcStatus(-103));
-  EXPECT_EQ(-1011, MapCalcStatus(-105));
-  EXPECT_EQ(-3, MapCalcStatus(-106));
+  EXPECT_EQ(0, ffc::process::MapCalcStatus(0));
+  EXPECT_EQ(-3, ffc::process::MapCalcStatus(-101));
+  EXPECT_EQ(-3, ffc::process::MapCalcStatus(-102));
+  EXPECT_EQ(-2, ffc::process::MapCalcStatus(-103));
+  EXPECT_EQ(-1011, ffc::process::MapCalcStatus(-105));
+  EXPECT_EQ(-3, ffc::process::MapCalcStatus(-106));
 }
 
 TEST(CalcStatusMapping, AnyOtherStatusIsAnUnknownError)
 {
   for (const int32_t nStatus : {-100, -104, -107, -108, -1, -3, 1, 101, INT32_MIN, INT32_MAX}) {
-    EXPECT_EQ(-1, MapCalcStatus(nStatus)) << nStatus;
+    EXPECT_EQ(-1, ffc::process::MapCalcStatus(nStatus)) << nStatus;
   }
 }

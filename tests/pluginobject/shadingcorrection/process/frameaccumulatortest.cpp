@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/acquisition/frameaccumulator.h"
+#include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 

@@ -1,4 +1,4 @@
-#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 
 #include <atomic>
 #include <thread>

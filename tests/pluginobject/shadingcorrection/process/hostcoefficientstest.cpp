@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/coefficients/hostcoefficients.h"
+#include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 
 TEST(WaitTimeout, IsTheExposureInMillisecondsAndASecond)
 {
