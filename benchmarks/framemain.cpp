@@ -15,6 +15,8 @@
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
 
+using ffc::process::CFrameBuffer;
+
 namespace {
 
 struct SFrame {

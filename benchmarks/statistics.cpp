@@ -11,6 +11,8 @@
 #include "pluginobject/shadingcorrection/imagecalc/smooth.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using ffc::test::CTestImage;
+
 namespace {
 
 constexpr int32_t BLOCK_SIDE = 32;

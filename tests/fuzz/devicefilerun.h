@@ -150,5 +150,5 @@ private:
   const bool m_bExchanged;
   const int64_t m_nSize; // when the process was initialised
   TProcess m_process;
-  CScriptedChooser &m_chooser;
+  ffc::test::CScriptedChooser &m_chooser;
 };

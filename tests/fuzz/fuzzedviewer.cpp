@@ -12,6 +12,8 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/modalanswer.h"
 
+using ffc::process::EProcessKind;
+
 namespace {
 
 void *ToPointer(CSoftwareNodeMap &map)

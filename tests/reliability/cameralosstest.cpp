@@ -5,6 +5,8 @@
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
+using namespace ffc::test;
+
 namespace {
 
 class CameraLoss : public testing::TestWithParam<EMode> {

@@ -119,7 +119,7 @@ public:
   void SetMessageHook(std::function<void(int32_t)> fnHook) { m_fnMessageHook = std::move(fnHook); }
 
   /// The camera's features as texts, but for those that an operation need not put back.
-  Settings TakeSettings();
+  ffc::test::Settings TakeSettings();
   /// What must not be so between two operations; empty when all is well.
   std::string FindTrouble() const;
 

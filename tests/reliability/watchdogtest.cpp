@@ -10,6 +10,8 @@
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 #include "tests/reliability/scriptedevent.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr uint64_t TIMEOUT = 1010; // milliseconds, at an exposure of 10000 microseconds

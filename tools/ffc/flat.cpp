@@ -14,6 +14,10 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using process::OpenCoefficientFile;
+using process::ReadCoefficientFile;
+
 namespace {
 
 constexpr uint64_t GAIN_BYTES = 2;

@@ -19,9 +19,9 @@ struct SGains {
 };
 
 /// \param nPixels at least 1; the table has at least twice as many bytes
-SGains MeasureGains(const CFrameBuffer &table, uint64_t nPixels);
+SGains MeasureGains(const process::CFrameBuffer &table, uint64_t nPixels);
 
 /// The gains as a grey picture, the smallest black and the largest white; pixels at the limit count for none of them.
-QImage PaintGains(const CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight);
+QImage PaintGains(const process::CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight);
 
 } // namespace ffc::tool

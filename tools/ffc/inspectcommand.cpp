@@ -13,6 +13,9 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using process::CFrameBuffer;
+
 namespace {
 
 constexpr int RECORD_WORDS = 6;

@@ -4,6 +4,10 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using process::CFrameBuffer;
+using process::SFrameFormat;
+
 namespace {
 
 /// Sums of 32 bits hold this many of the largest samples.

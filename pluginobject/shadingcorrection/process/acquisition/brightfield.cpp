@@ -6,6 +6,8 @@
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
+namespace ffc::process {
+
 bool CFrameAccumulator::Allocate(uint64_t nFrameSize)
 {
   constexpr uint64_t LARGEST = std::numeric_limits<uint64_t>::max() / sizeof(uint32_t);
@@ -28,9 +30,9 @@ int32_t CFrameAccumulator::Add(const CFrameBuffer &frame, const SFrameFormat &st
   if (!Holds(stFormat) || !stFormat.FitsInto(frame.GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  return ffc::process::MapCalcStatus(CImageCalc().AccumulateFrame(frame.GetData(), stFormat.GetBitDepth(),
-                                                                  static_cast<int64_t>(stFormat.GetPixelCount()),
-                                                                  reinterpret_cast<uint32_t *>(m_sums.GetData())));
+  return MapCalcStatus(CImageCalc().AccumulateFrame(frame.GetData(), stFormat.GetBitDepth(),
+                                                    static_cast<int64_t>(stFormat.GetPixelCount()),
+                                                    reinterpret_cast<uint32_t *>(m_sums.GetData())));
 }
 
 int32_t CFrameAccumulator::Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average) const
@@ -38,7 +40,7 @@ int32_t CFrameAccumulator::Average(uint32_t nFrameCount, const SFrameFormat &stF
   if (!Holds(stFormat) || !stFormat.FitsInto(average.GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  return ffc::process::MapCalcStatus(CImageCalc().DivideFrame(
+  return MapCalcStatus(CImageCalc().DivideFrame(
     reinterpret_cast<const uint32_t *>(m_sums.GetData()), static_cast<int64_t>(stFormat.GetPixelCount()),
     static_cast<int32_t>(nFrameCount), stFormat.GetBitDepth(), average.GetData()));
 }
@@ -73,3 +75,5 @@ int32_t CBrightField::KeepOnSuccess(int32_t nStatus)
   }
   return nStatus;
 }
+
+} // namespace ffc::process

@@ -9,6 +9,8 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 
+namespace ffc::process {
+
 /// One 32-bit sum per pixel. Statuses are the plug-in's.
 class CFrameAccumulator {
 public:
@@ -56,3 +58,5 @@ private:
   CFrameAccumulator m_accumulator;
   CFrameBuffer m_average;
 };
+
+} // namespace ffc::process

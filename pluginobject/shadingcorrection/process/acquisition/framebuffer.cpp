@@ -4,6 +4,8 @@
 #include <cstring>
 #include <limits>
 
+namespace ffc::process {
+
 bool CFrameBuffer::Allocate(uint64_t nSize)
 {
   Release();
@@ -38,3 +40,5 @@ void CFrameBuffer::CopyFrom(const CFrameBuffer &other)
     std::memcpy(m_pData.get(), other.m_pData.get(), nCommon);
   }
 }
+
+} // namespace ffc::process

@@ -8,6 +8,8 @@
 
 #include "platform/zeroedmemory.h"
 
+namespace ffc::process {
+
 /// Bytes of a frame or of a coefficient table. Allocation failure is an answer, not an exception.
 class CFrameBuffer {
 public:
@@ -35,3 +37,5 @@ private:
   std::unique_ptr<uint8_t[], SGiveBack> m_pData;
   uint64_t m_nSize = 0;
 };
+
+} // namespace ffc::process

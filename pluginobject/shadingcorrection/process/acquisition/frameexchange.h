@@ -4,12 +4,14 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 
 #include "platform/criticalsection.h"
 #include "platform/event.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
-#include "pluginobject/statuscode.h"
+
+namespace ffc::process {
 
 /// Milliseconds to wait for a frame: exposure / 1000 + 1000, in single precision, truncated.
 /// \param fExposureTime microseconds
@@ -32,6 +34,8 @@ public:
 
   /// Takes a zeroed buffer of nSize bytes. \return false when there is no memory, or no frame can be so large
   bool AllocateBuffer(uint64_t nSize);
+  /// The same with as much memory for the frame to be kept. \return 0, or -2
+  [[nodiscard]] int32_t AllocateFrame(uint64_t nSize, CFrameBuffer &kept);
   /// Frees the buffer and withdraws the request, also from a frame that is on its way.
   void ReleaseBuffer();
   void ZeroBuffer();
@@ -48,6 +52,16 @@ public:
   }
   /// Waits for a frame: 0, -1017 when the stop flag is set (even if the frame came), -1009 when none came.
   int32_t WaitFrame(uint32_t nTimeout);
+  /// Asks for the first frame and waits for it.
+  [[nodiscard]] int32_t TakeFrame(uint32_t nTimeout)
+  {
+    BeginRequests();
+    return WaitFrame(nTimeout);
+  }
+  /// Takes nCount frames, one request at a time: fnUse(nIndex) works on each before the next one is asked for. Stops
+  /// at the first failure, the wait's or fnUse's, and answers it.
+  /// \param nTimeout milliseconds to wait for each frame
+  [[nodiscard]] int32_t TakeFrames(uint32_t nTimeout, uint32_t nCount, const std::function<int32_t(uint32_t)> &fnUse);
   /// Waits for a frame, whatever the stop flag. \return true when it came
   bool WaitFrameReady(uint32_t nTimeout);
 
@@ -86,25 +100,4 @@ private:
   uint64_t m_nWritten = 0; // bytes of the buffer that frames have touched
 };
 
-/// Requests and waits for nCount frames; each is handed to fnTakeFrame(nIndex), which returns a status,
-/// before the next one is requested. Stops at the first failure and returns it: -1017 and -1009 come from
-/// the wait. User-interface thread only.
-/// \param nTimeout milliseconds to wait for each frame
-template <typename TTakeFrame>
-int32_t TakeFrames(CFrameExchange &exchange, uint32_t nTimeout, uint32_t nCount, TTakeFrame fnTakeFrame)
-{
-  exchange.BeginRequests();
-  for (uint32_t nFrame = 0; nFrame < nCount; ++nFrame) {
-    int32_t nStatus = exchange.WaitFrame(nTimeout);
-    if (nStatus == PLUGIN_STATUS_SUCCESS) {
-      nStatus = fnTakeFrame(nFrame);
-    }
-    if (nStatus != PLUGIN_STATUS_SUCCESS) {
-      return nStatus;
-    }
-    if (nFrame + 1 < nCount) {
-      exchange.RequestFrame();
-    }
-  }
-  return PLUGIN_STATUS_SUCCESS;
-}
+} // namespace ffc::process

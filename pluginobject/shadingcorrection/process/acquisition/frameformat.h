@@ -6,6 +6,20 @@
 
 #include "pluginobject/featureaccess.h"
 
+namespace ffc::process {
+
+/// What a frame must have in common with another one to be worked on together.
+struct SFrameShape {
+  int64_t nWidth = 0;    ///< pixels
+  int64_t nHeight = 0;   ///< pixels
+  int32_t nBitDepth = 0; ///< -1 when not known
+
+  bool operator==(const SFrameShape &stOther) const
+  {
+    return nWidth == stOther.nWidth && nHeight == stOther.nHeight && nBitDepth == stOther.nBitDepth;
+  }
+};
+
 /// What a frame of the camera looks like. Values come from the camera and may be anything.
 struct SFrameFormat {
   uint32_t nPixelFormat = 0; ///< PFNC code
@@ -19,8 +33,8 @@ struct SFrameFormat {
   uint64_t GetPixelCount() const;
   /// Whether a buffer of nBytes holds every pixel at the format's depth.
   bool FitsInto(uint64_t nBytes) const;
-  /// Whether a frame of the other format can stand beside one of this: same geometry, same depth.
-  bool HasSameShape(const SFrameFormat &stOther) const;
+  SFrameShape GetShape() const { return {nWidth, nHeight, GetBitDepth()}; }
+  bool HasSameShape(const SFrameFormat &stOther) const { return GetShape() == stOther.GetShape(); }
   /// Replaces the frame size by the unpacked one where the format is delivered unpacked.
   void ApplyUnpackedSize();
 };
@@ -36,6 +50,11 @@ int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKep
 /// The same for size, geometry and depth.
 int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept);
 
+/// Whether the camera has a colour filter; false when it does not tell.
+bool ReadIsColorCamera(const CFeatureAccess &features);
+
 /// True for a monochrome camera, and for a colour camera that can only deliver Bayer formats or is set
 /// to one. False when the camera does not tell.
 bool IsBayerFormatSelected(const CFeatureAccess &features, bool bColorCamera);
+
+} // namespace ffc::process

@@ -7,6 +7,8 @@
 #include "pluginobject/shadingcorrection/process/camerastate/userset.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 
+namespace ffc::process {
+
 FFCInfo GetRecord(const CFrameBuffer &image)
 {
   FFCInfo stInfo;
@@ -27,13 +29,6 @@ void ExchangeRecordBytes(CFrameBuffer &image)
   }
 }
 
-bool ReadIsColorCamera(const CFeatureAccess &features)
-{
-  bool bColor = false;
-  (void)features.IsFeatureImplemented("PixelColorFilter", bColor);
-  return bColor;
-}
-
 int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, FnApplyBlockEntry fnApplyBlockEntry,
                            SDeviceSettings &stSettings, FFCInfo &stInfo)
 {
@@ -41,7 +36,7 @@ int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, Fn
   std::string strBlockSize;
   std::string strFrameCount;
   const int32_t nStatus =
-    ffc::process::CSteps(features)
+    CSteps(features)
       .Then([&] {
         return bColorCamera ? features.GetEnumFeature("PixelColorFilter", strPixelColorFilter) : PLUGIN_STATUS_SUCCESS;
       })
@@ -58,7 +53,7 @@ int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, Fn
 
 int32_t WriteFrameCount(const CFeatureAccess &features, const std::string &strEntry, FFCInfo &stInfo)
 {
-  const int32_t nStatus = ffc::process::CSteps(features).Set("FFCFrameCount", strEntry).Status();
+  const int32_t nStatus = CSteps(features).Set("FFCFrameCount", strEntry).Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     ApplyFrameCountEntry(strEntry, stInfo.nFrameCount);
   }
@@ -86,7 +81,7 @@ int32_t AllocateCoefficients(uint64_t nSize, CFrameBuffer &image)
 int32_t InitCoefficients(const CFeatureAccess &features, FFCInfo &stInfo, CFrameBuffer &image)
 {
   uint64_t nSize = 0;
-  return ffc::process::CSteps(features)
+  return CSteps(features)
     .Then(ReadCoefficientsSize, features, nSize)
     .Then([&] {
       stInfo.nCoefficientsSize = static_cast<uint32_t>(nSize);
@@ -123,15 +118,17 @@ int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, 
 
 int32_t LoadFlashCoefficients(const CFeatureAccess &features, CFrameBuffer &image)
 {
-  return ffc::process::CSteps(features).Execute("FFCFlashLoad").Then(ReadCoefficients, features, image).Status();
+  return CSteps(features).Execute("FFCFlashLoad").Then(ReadCoefficients, features, image).Status();
 }
 
 int32_t SaveFlashCoefficients(const CFeatureAccess &features)
 {
-  return ffc::process::CSteps(features)
+  return CSteps(features)
     .Execute("FFCFlashSave")
     .Then(SwitchCorrectionOn, features)
-    .Then(ffc::process::SaveUserSet, features, "UserSet0")
+    .Then(SaveUserSet, features, "UserSet0")
     .Set("UserSetDefault", "UserSet0")
     .Status();
 }
+
+} // namespace ffc::process

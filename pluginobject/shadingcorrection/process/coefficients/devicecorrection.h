@@ -7,8 +7,11 @@
 
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcinfo.h"
+
+namespace ffc::process {
 
 /// Bytes of the record.
 constexpr uint64_t FFC_INFO_SIZE = sizeof(FFCInfo);
@@ -35,14 +38,11 @@ struct SDeviceSettings {
   std::string strPixelColorFilter; ///< empty for a monochrome camera
   SCorrectionBlock stBlock;
 
-  int32_t GetBayerType() const { return ::GetBayerType(strPixelColorFilter); }
+  SBlockGrid GetGrid() const { return {stBlock.nWidth, stBlock.nHeight, GetBayerType(strPixelColorFilter)}; }
 };
 
 /// One of the tables of block-size entries.
 using FnApplyBlockEntry = void (*)(const std::string &strEntry, SCorrectionBlock &stBlock);
-
-/// Whether the camera has a colour filter; false when it does not tell.
-bool ReadIsColorCamera(const CFeatureAccess &features);
 
 /// Reads the colour filter of a colour camera, the block size and the frame count.
 /// \return the code of the first failing read
@@ -81,3 +81,5 @@ int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, 
 int32_t LoadFlashCoefficients(const CFeatureAccess &features, CFrameBuffer &image);
 /// Has the camera keep its coefficients in its flash, and start with them from now on.
 int32_t SaveFlashCoefficients(const CFeatureAccess &features);
+
+} // namespace ffc::process

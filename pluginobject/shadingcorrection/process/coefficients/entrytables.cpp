@@ -2,6 +2,8 @@
 
 #include "genapi/pfnc.h"
 
+namespace ffc::process {
+
 namespace {
 
 template <typename TValue>
@@ -68,3 +70,5 @@ int32_t GetBayerType(const std::string &strPixelColorFilter)
 {
   return static_cast<int32_t>(ffc::genapi::GetColorLayout(strPixelColorFilter));
 }
+
+} // namespace ffc::process

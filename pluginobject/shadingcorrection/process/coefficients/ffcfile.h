@@ -10,6 +10,8 @@
 
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 
+namespace ffc::process {
+
 /// Opens a file for reading. \return 0, or -1004 when it cannot be opened (also: a folder)
 int32_t OpenCoefficientFile(QFile &file);
 
@@ -41,3 +43,5 @@ private:
 
 /// Opens and writes in one go. \return 0, -1004, -1006 or -2 as above
 int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, uint64_t nSize);
+
+} // namespace ffc::process

@@ -9,6 +9,8 @@
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
+namespace ffc::process {
+
 namespace {
 
 constexpr uint64_t GAIN_BYTES = 2;
@@ -56,10 +58,10 @@ CHostCoefficients::SSnapshot CHostCoefficients::Get() const
   return m_stCurrent;
 }
 
-void CHostCoefficients::SetFormat(const SFrameFormat &stFormat)
+void CHostCoefficients::SetShape(const SFrameShape &stShape)
 {
   const std::lock_guard<CCriticalSection> lock(m_section);
-  m_stCurrent.stFormat = stFormat;
+  m_stCurrent.stShape = stShape;
 }
 
 void CHostCoefficients::SetTable(HostTablePtr pTable)
@@ -92,13 +94,12 @@ int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable
     return PLUGIN_STATUS_OUT_OF_MEMORY;
   }
   const uint32_t nTarget = stReference.nExpectGray << (nBitDepth - 8);
-  const int32_t nStatus =
-    ffc::process::MapCalcStatus(OmbrixComputeFlatField(stParam, stTable.data.GetData(), &nSize, &nTarget));
+  const int32_t nStatus = MapCalcStatus(OmbrixComputeFlatField(stParam, stTable.data.GetData(), &nSize, &nTarget));
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;
   }
   stTable.nSize = nSize;
-  stTable.stFormat = stFormat;
+  stTable.stShape = stFormat.GetShape();
   return Publish(std::move(stTable), pTable);
 }
 
@@ -116,21 +117,23 @@ int32_t ReadHostTable(QFile &file, const SFrameFormat &stFormat, HostTablePtr &p
     return nStatus;
   }
   stTable.nSize = static_cast<uint32_t>(nFileSize);
-  stTable.stFormat = stFormat;
+  stTable.stShape = stFormat.GetShape();
   return Publish(std::move(stTable), pTable);
 }
 
-bool IsFrameOfFormat(const SFrameFormat &stFormat, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat)
+bool IsFrameOfShape(const SFrameShape &stShape, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat)
 {
-  return nWidth == stFormat.nWidth && nHeight == stFormat.nHeight &&
-         GetDeliveredBitDepth(nPixelFormat) == stFormat.GetBitDepth();
+  return nWidth == stShape.nWidth && nHeight == stShape.nHeight &&
+         GetDeliveredBitDepth(nPixelFormat) == stShape.nBitDepth;
 }
 
 int32_t ApplyHostTable(const SHostTable &stTable, const void *pSource, void *pDestination)
 {
-  const SFrameFormat &stFormat = stTable.stFormat;
+  const SFrameShape &stShape = stTable.stShape;
   const uint32_t nSize = stTable.nSize;
-  return ffc::process::MapCalcStatus(OmbrixApplyFlatField(
-    pSource, pDestination, static_cast<uint32_t>(stFormat.GetBitDepth()), static_cast<uint32_t>(stFormat.nWidth),
-    static_cast<uint32_t>(stFormat.nHeight), stTable.data.GetData(), &nSize));
+  return MapCalcStatus(OmbrixApplyFlatField(pSource, pDestination, static_cast<uint32_t>(stShape.nBitDepth),
+                                            static_cast<uint32_t>(stShape.nWidth),
+                                            static_cast<uint32_t>(stShape.nHeight), stTable.data.GetData(), &nSize));
 }
+
+} // namespace ffc::process

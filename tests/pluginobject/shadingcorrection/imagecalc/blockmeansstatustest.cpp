@@ -7,6 +7,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr double UNTOUCHED = -7.0;

@@ -7,6 +7,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using TMeans = std::vector<double>;

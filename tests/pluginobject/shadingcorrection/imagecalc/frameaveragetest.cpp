@@ -6,6 +6,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using TSums = std::vector<uint32_t>;

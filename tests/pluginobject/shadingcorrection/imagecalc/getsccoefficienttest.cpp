@@ -5,6 +5,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using namespace ffc::test;
+
 static_assert(std::has_virtual_destructor_v<CGetSCCoefficient>);
 
 namespace {

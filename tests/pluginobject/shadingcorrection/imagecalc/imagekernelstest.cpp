@@ -10,6 +10,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 #include "tests/support/kernellevels.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using TBytes = std::vector<unsigned char>;

@@ -6,6 +6,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using namespace ffc::test;
+
 namespace {
 
 CTestImage Smooth(const CTestImage &image, bool bBayer)

@@ -7,6 +7,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
+using namespace ffc::test;
+
 // No state: nothing but the virtual-function table.
 static_assert(sizeof(CImageCalc) == sizeof(void *) && std::has_virtual_destructor_v<CImageCalc>);
 

@@ -9,6 +9,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int64_t UNTOUCHED_SIZE = -7;

@@ -48,7 +48,7 @@ struct SGainTable {
   TGains GetGains(uint32_t nGainsPerPoint) const { return {pTable, pTable + nColumns * nRows * nGainsPerPoint}; }
 };
 
-inline SGainTable CalcTable(IVignettingCorrection &calculator, const CTestImage &image)
+inline SGainTable CalcTable(IVignettingCorrection &calculator, const ffc::test::CTestImage &image)
 {
   SGainTable stTable;
   stTable.nStatus = calculator.CalcCoefficient(image.GetData(), static_cast<uint32_t>(image.GetWidth()),
@@ -58,7 +58,7 @@ inline SGainTable CalcTable(IVignettingCorrection &calculator, const CTestImage 
 }
 
 /// The gains of a frame, quad by quad.
-inline TGains CalcGains(IVignettingCorrection &calculator, const CTestImage &image, uint32_t nGainsPerPoint)
+inline TGains CalcGains(IVignettingCorrection &calculator, const ffc::test::CTestImage &image, uint32_t nGainsPerPoint)
 {
   const SGainTable stTable = CalcTable(calculator, image);
   EXPECT_EQ(stTable.nStatus, 0);
@@ -66,10 +66,10 @@ inline TGains CalcGains(IVignettingCorrection &calculator, const CTestImage &ima
 }
 
 /// An 8-bit image of whole blocks, each as grey as it is told.
-inline CTestImage MakeBlocks(int32_t nBlockSide, const std::vector<std::vector<int32_t>> &listRows)
+inline ffc::test::CTestImage MakeBlocks(int32_t nBlockSide, const std::vector<std::vector<int32_t>> &listRows)
 {
   const auto nColumns = static_cast<int32_t>(listRows[0].size());
-  CTestImage image(nColumns * nBlockSide, static_cast<int32_t>(listRows.size()) * nBlockSide, 8);
+  ffc::test::CTestImage image(nColumns * nBlockSide, static_cast<int32_t>(listRows.size()) * nBlockSide, 8);
   for (int32_t y = 0; y < image.GetHeight(); ++y) {
     for (int32_t x = 0; x < image.GetWidth(); ++x) {
       image.Set(x, y, listRows[static_cast<std::size_t>(y / nBlockSide)][static_cast<std::size_t>(x / nBlockSide)]);

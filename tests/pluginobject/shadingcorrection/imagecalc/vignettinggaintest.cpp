@@ -4,6 +4,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/vignettingfixture.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // The gains of two columns and two rows of blocks, which a ring of copies surrounds: the quads' inner corners.

@@ -5,6 +5,8 @@
 #include "pluginobject/shadingcorrection/imagecalc/gridring.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/vignettingfixture.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using TMeans = std::vector<double>;

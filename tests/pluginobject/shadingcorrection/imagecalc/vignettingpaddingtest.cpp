@@ -1,6 +1,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/vignettingfixture.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/vignettingtwin.h"
 
+using namespace ffc::test;
+
 namespace {
 
 template <typename TPixel>

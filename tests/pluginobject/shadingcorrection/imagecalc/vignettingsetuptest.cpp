@@ -4,6 +4,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/vignettingfixture.h"
 
+using namespace ffc::test;
+
 static_assert(std::has_virtual_destructor_v<IVignettingCorrection>);
 static_assert(std::is_base_of_v<IVignettingCorrection, CVCBayer> && std::is_base_of_v<IVignettingCorrection, CVCGary>);
 

@@ -3,6 +3,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/vignettingfixture.h"
 
+using namespace ffc::test;
+
 namespace {
 
 template <class TCalculator>

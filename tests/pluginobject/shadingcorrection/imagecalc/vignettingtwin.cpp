@@ -6,6 +6,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using TPlane = std::vector<std::vector<double>>; // by row, then by column

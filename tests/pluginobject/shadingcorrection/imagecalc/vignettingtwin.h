@@ -23,7 +23,7 @@ struct SVignettingTwinTable {
   std::vector<int32_t> listGains;
 };
 
-SVignettingTwinTable ComputeVignettingSlowly(const CTestImage &image, const SVignettingCase &stCase);
+SVignettingTwinTable ComputeVignettingSlowly(const ffc::test::CTestImage &image, const SVignettingCase &stCase);
 
 /// An image cut off or extended to whole blocks.
-CTestImage PadSlowly(const CTestImage &image, const SVignettingCase &stCase);
+ffc::test::CTestImage PadSlowly(const ffc::test::CTestImage &image, const SVignettingCase &stCase);

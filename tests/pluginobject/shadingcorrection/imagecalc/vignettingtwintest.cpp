@@ -6,6 +6,8 @@
 #include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/vignettingfixture.h"
 
+using namespace ffc::test;
+
 namespace {
 
 std::unique_ptr<IVignettingCorrection> MakeCalculator(const SVignettingCase &stCase)

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::process;
+
 namespace {
 
 using Bytes = std::vector<uint8_t>;

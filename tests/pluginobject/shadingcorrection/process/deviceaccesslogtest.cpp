@@ -3,6 +3,8 @@
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 
+using namespace ffc::test;
+
 namespace {
 
 const Log SAVE_BASE = {"get UserSetSelector", "get ExposureTime", "get TLParamsLocked", "get Gain",

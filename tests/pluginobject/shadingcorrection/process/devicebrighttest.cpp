@@ -5,6 +5,8 @@
 #include "tests/pluginobject/shadingcorrection/process/blockframe.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // What the gain of every element is for a signal: all of a uniform frame are alike.

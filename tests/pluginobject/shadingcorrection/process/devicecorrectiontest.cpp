@@ -5,6 +5,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/support/correctingcamera.h"
 
+using namespace ffc::process;
+
 namespace {
 
 class DeviceCorrection : public testing::Test {

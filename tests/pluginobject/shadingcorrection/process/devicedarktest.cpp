@@ -5,6 +5,8 @@
 #include "tests/pluginobject/shadingcorrection/process/blockframe.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // Takes the given dark frame and a bright one, and tells whether the coefficients use the dark one.

@@ -4,6 +4,8 @@
 #include "tests/pluginobject/shadingcorrection/process/blockframe.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using Bytes = std::vector<uint8_t>;

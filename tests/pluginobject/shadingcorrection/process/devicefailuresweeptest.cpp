@@ -10,6 +10,8 @@
 #include "tests/pluginobject/shadingcorrection/process/failuresweep.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 
+using namespace ffc::test;
+
 namespace {
 
 struct SOperation {

@@ -9,6 +9,8 @@
 #include "tests/support/fullvolume.h"
 #include "tests/support/modalanswer.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int SIZE = 152; // of a camera of 64 x 64

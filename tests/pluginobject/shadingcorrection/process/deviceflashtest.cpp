@@ -2,6 +2,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using Bytes = std::vector<uint8_t>;

@@ -3,6 +3,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int64_t SIDES[] = {0,         -1,       -64, int64_t{1} << 31, (int64_t{1} << 32) + 64, int64_t{1} << 62,

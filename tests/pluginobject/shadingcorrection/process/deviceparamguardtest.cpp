@@ -4,6 +4,8 @@
 
 #include "tests/support/correctingcamera.h"
 
+using namespace ffc::process;
+
 namespace {
 
 class DeviceParamGuard : public testing::Test {

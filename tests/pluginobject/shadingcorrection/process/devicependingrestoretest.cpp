@@ -6,6 +6,8 @@
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/support/refusals.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // A camera with both frames, whose second one has left a restore pending.

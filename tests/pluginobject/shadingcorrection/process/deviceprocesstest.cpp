@@ -2,6 +2,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using namespace ffc::test;
+
 TEST(DeviceProcess, TakesItsSettingsFromTheCamera)
 {
   CDeviceRig rig("Mono8", 128, 96);

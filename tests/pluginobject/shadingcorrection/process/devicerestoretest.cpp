@@ -4,6 +4,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // A camera, idle or streaming, on which an acquisition has succeeded once, with another state in "UserSet0".

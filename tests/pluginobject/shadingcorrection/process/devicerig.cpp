@@ -2,6 +2,8 @@
 
 #include <memory>
 
+namespace ffc::test {
+
 namespace {
 
 constexpr std::size_t RECORD_SIZE = 24;
@@ -83,3 +85,5 @@ bool CDeviceRig::IsDarkInForce()
   }
   return false;
 }
+
+} // namespace ffc::test

@@ -4,6 +4,8 @@
 
 #include "tests/support/correctingcamera.h"
 
+using namespace ffc::process;
+
 namespace {
 
 class DeviceSettings : public testing::Test {
@@ -29,7 +31,7 @@ TEST_F(DeviceSettings, AreReadFromTheCamera)
   m_camera.Enumeration("FFCFrameCount").Select("FFCFrameCount_16");
   EXPECT_EQ(0, Read());
   EXPECT_EQ("BayerGR", m_stSettings.strPixelColorFilter);
-  EXPECT_EQ(3, m_stSettings.GetBayerType());
+  EXPECT_EQ(3, m_stSettings.GetGrid().nBayerType);
   EXPECT_EQ(16, m_stSettings.stBlock.nWidth);
   EXPECT_EQ(16, m_stSettings.stBlock.nHeight);
   EXPECT_EQ(1U, m_stInfo.nBlockSizeCode);
@@ -40,16 +42,16 @@ TEST_F(DeviceSettings, OfAMonochromeCameraHaveNoFilter)
 {
   EXPECT_EQ(0, Read(false));
   EXPECT_EQ("", m_stSettings.strPixelColorFilter);
-  EXPECT_EQ(0, m_stSettings.GetBayerType());
+  EXPECT_EQ(0, m_stSettings.GetGrid().nBayerType);
 }
 
 TEST_F(DeviceSettings, OfACameraThatLostItsFilterHaveNoneAnyMore)
 {
   EXPECT_EQ(0, Read());
-  EXPECT_EQ(3, m_stSettings.GetBayerType());
+  EXPECT_EQ(3, m_stSettings.GetGrid().nBayerType);
   EXPECT_EQ(0, Read(false));
   EXPECT_EQ("", m_stSettings.strPixelColorFilter);
-  EXPECT_EQ(0, m_stSettings.GetBayerType());
+  EXPECT_EQ(0, m_stSettings.GetGrid().nBayerType);
 }
 
 TEST_F(DeviceSettings, StopAtTheFirstThatCannotBeRead)

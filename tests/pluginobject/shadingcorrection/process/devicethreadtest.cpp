@@ -5,6 +5,8 @@
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/framehammer.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int OPERATIONS = 300;

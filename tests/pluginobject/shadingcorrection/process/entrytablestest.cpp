@@ -3,6 +3,8 @@
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 
+using namespace ffc::process;
+
 namespace {
 
 uint32_t ApplyTo(uint32_t nFrameCount, const std::string &strEntry)

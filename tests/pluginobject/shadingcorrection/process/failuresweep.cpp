@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ffc::test {
+
 SMeaning PickMeaning(const std::vector<SMeaning> &listMeanings, const SFeatureAccess &stAccess)
 {
   return listMeanings.at(std::min(stAccess.nLookUp, listMeanings.size() - 1));
@@ -34,3 +36,5 @@ int32_t RunWithFailure(CProcessRig &rig, std::size_t nAccess, EAccessFailure eFa
   EXPECT_GT(fail.GetCount(), nAccess);
   return nStatus;
 }
+
+} // namespace ffc::test

@@ -11,6 +11,8 @@
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
 #include "tests/support/failnthaccess.h"
 
+namespace ffc::test {
+
 /// An access that belongs to the n-th look-up of a feature, counted from 0.
 struct SFeatureAccess {
   std::string strNode;
@@ -39,3 +41,5 @@ std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<i
 /// Runs an operation whose nAccess-th access, counted from 0, fails.
 int32_t RunWithFailure(CProcessRig &rig, std::size_t nAccess, EAccessFailure eFailure,
                        const std::function<int32_t()> &fnOperation);
+
+} // namespace ffc::test

@@ -17,6 +17,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/support/fullvolume.h"
 
+using namespace ffc::process;
+
 namespace {
 
 std::vector<uint8_t> MakeBytes(std::size_t nSize, uint8_t nFirst)

@@ -4,6 +4,9 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 
+using namespace ffc::process;
+using namespace ffc::test;
+
 namespace {
 
 // The slow twin: one pixel after the other, in 64 bits.

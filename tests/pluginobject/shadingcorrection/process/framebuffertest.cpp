@@ -9,6 +9,8 @@
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 
+using namespace ffc::process;
+
 namespace {
 
 CFrameBuffer MakeCounting(uint64_t nSize, uint8_t nFirst)

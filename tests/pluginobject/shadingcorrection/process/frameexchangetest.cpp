@@ -7,6 +7,8 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 
+using namespace ffc::process;
+
 namespace {
 
 constexpr uint32_t REQUESTED = 0;

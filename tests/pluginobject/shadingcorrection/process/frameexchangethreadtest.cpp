@@ -9,6 +9,9 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
+using namespace ffc::process;
+using namespace ffc::test;
+
 namespace {
 
 constexpr uint32_t BUFFER_SIZE = 512;

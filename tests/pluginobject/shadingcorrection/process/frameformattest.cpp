@@ -5,6 +5,9 @@
 #include "genapi/softwarenodemap/softwarenodemap.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 
+using namespace ffc::process;
+using namespace ffc::test;
+
 namespace {
 
 constexpr int64_t SIDE_31 = int64_t{1} << 31;

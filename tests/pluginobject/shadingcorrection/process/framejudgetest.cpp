@@ -4,6 +4,9 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 
+using namespace ffc::process;
+using namespace ffc::test;
+
 namespace {
 
 // 64 x 64 in 32 x 32 blocks, each block of one value.
@@ -20,8 +23,8 @@ CTestImage MakeBlocks(int32_t nBitDepth, const int32_t (&anBlock)[4])
 
 int32_t Measure(const CTestImage &image, uint32_t nPixelFormat, SBlockMeanRange &stRange, int32_t nBayerType = 0)
 {
-  return MeasureBlockMeans(MakeFrame(image), MakeFormat(nPixelFormat, image.GetWidth(), image.GetHeight()), 32, 32,
-                           nBayerType, stRange);
+  return MeasureBlockMeans(MakeFrame(image), MakeFormat(nPixelFormat, image.GetWidth(), image.GetHeight()),
+                           {32, 32, nBayerType}, stRange);
 }
 
 // What a measurement must not change when it fails.
@@ -63,8 +66,8 @@ TEST(FrameJudge, RefusesAFrameSmallerThanItsFormat)
   CFrameBuffer frame;
   ASSERT_TRUE(frame.Allocate(64 * 64 * 2 - 1));
   SBlockMeanRange stRange = MARKED;
-  EXPECT_EQ(-1012, MeasureBlockMeans(frame, MakeFormat(MONO_12, 64, 64), 32, 32, 0, stRange));
-  EXPECT_EQ(-1012, MeasureBlockMeans(CFrameBuffer(), MakeFormat(MONO_8, 64, 64), 32, 32, 0, stRange));
+  EXPECT_EQ(-1012, MeasureBlockMeans(frame, MakeFormat(MONO_12, 64, 64), {32, 32, 0}, stRange));
+  EXPECT_EQ(-1012, MeasureBlockMeans(CFrameBuffer(), MakeFormat(MONO_8, 64, 64), {32, 32, 0}, stRange));
   ExpectUntouched(stRange);
 }
 
@@ -74,12 +77,12 @@ TEST(FrameJudge, RefusesAHostileGeometry)
   ASSERT_TRUE(frame.Allocate(64 * 64 * 2));
   SBlockMeanRange stRange = MARKED;
   for (const int64_t nSide : {int64_t{0}, int64_t{-64}, int64_t{1} << 31, (int64_t{1} << 32) + 64, int64_t{1} << 62}) {
-    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, nSide, 64), 32, 32, 0, stRange)) << nSide;
-    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, nSide), 32, 32, 0, stRange)) << nSide;
+    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, nSide, 64), {32, 32, 0}, stRange)) << nSide;
+    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, nSide), {32, 32, 0}, stRange)) << nSide;
   }
   for (const int64_t nSide : {int64_t{1} << 31, (int64_t{1} << 32) + 32, INT64_MAX, INT64_MIN}) {
-    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), nSide, 32, 0, stRange)) << nSide;
-    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), 32, nSide, 0, stRange)) << nSide;
+    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), {nSide, 32, 0}, stRange)) << nSide;
+    EXPECT_EQ(-3, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), {32, nSide, 0}, stRange)) << nSide;
   }
   ExpectUntouched(stRange);
 }
@@ -104,7 +107,7 @@ TEST(FrameJudge, TellsThatThereIsNoMemory)
   const CFrameBuffer frame = MakeFrame(CTestImage(64, 64, 8, 9));
   SBlockMeanRange stRange = MARKED;
   const CFailingNew failing;
-  EXPECT_EQ(-2, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), 32, 32, 0, stRange));
+  EXPECT_EQ(-2, MeasureBlockMeans(frame, MakeFormat(MONO_8, 64, 64), {32, 32, 0}, stRange));
   ExpectUntouched(stRange);
 }
 
@@ -120,7 +123,7 @@ TEST(FrameJudge, AFrameUpToTwentyThatIsEvenWithinFiveIsDark)
 TEST(FrameJudge, SidesBeyondThirtyOneBitsBecomeTheLargestOnes)
 {
   SFrameFormat stFormat = MakeFormat(MONO_8, 64, 48);
-  BLOCK_PARAM stParam = MakeBlockParam(stFormat, 32, 16, 3);
+  BLOCK_PARAM stParam = MakeBlockParam(stFormat, {32, 16, 3});
   EXPECT_EQ(64, stParam.nWidth);
   EXPECT_EQ(48, stParam.nHeight);
   EXPECT_EQ(32, stParam.nBlockWidth);
@@ -128,7 +131,7 @@ TEST(FrameJudge, SidesBeyondThirtyOneBitsBecomeTheLargestOnes)
   EXPECT_EQ(3, stParam.nBayerType);
   stFormat.nWidth = (int64_t{1} << 32) + 64;
   stFormat.nHeight = INT64_MIN;
-  stParam = MakeBlockParam(stFormat, INT64_MAX, -1, 0);
+  stParam = MakeBlockParam(stFormat, {INT64_MAX, -1, 0});
   EXPECT_EQ(INT32_MAX, stParam.nWidth);
   EXPECT_EQ(INT32_MIN, stParam.nHeight);
   EXPECT_EQ(INT32_MAX, stParam.nBlockWidth);

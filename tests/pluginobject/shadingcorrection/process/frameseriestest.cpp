@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::process;
+
 namespace {
 
 constexpr uint32_t REQUESTED = 0;
@@ -39,7 +41,7 @@ int32_t Take(uint32_t nCount, int nAnswers, std::vector<uint32_t> &listTaken, ui
 {
   CFrameExchange exchange;
   const CAnsweringHost host(exchange, nAnswers);
-  return TakeFrames(exchange, LONG, nCount, [&](uint32_t nFrame) {
+  return exchange.TakeFrames(LONG, nCount, [&](uint32_t nFrame) {
     listTaken.push_back(nFrame);
     return nFrame == nFailing ? -1012 : 0;
   });
@@ -63,7 +65,7 @@ TEST(FrameSeries, OfOneFrameAsksOnce)
   CFrameExchange exchange;
   {
     const CAnsweringHost host(exchange, 1);
-    EXPECT_EQ(0, TakeFrames(exchange, LONG, 1, [](uint32_t) { return 0; }));
+    EXPECT_EQ(0, exchange.TakeFrames(LONG, 1, [](uint32_t) { return 0; }));
   }
   EXPECT_EQ(NOT_REQUESTED, exchange.PollRequest());
 }
@@ -71,7 +73,7 @@ TEST(FrameSeries, OfOneFrameAsksOnce)
 TEST(FrameSeries, OfNoFrameTakesNone)
 {
   CFrameExchange exchange;
-  EXPECT_EQ(0, TakeFrames(exchange, 0, 0, [](uint32_t) { return -1; }));
+  EXPECT_EQ(0, exchange.TakeFrames(0, 0, [](uint32_t) { return -1; }));
 }
 
 TEST(FrameSeries, AsksForTheNextFrameOnlyAfterTheLastOneWasUsed)
@@ -79,7 +81,7 @@ TEST(FrameSeries, AsksForTheNextFrameOnlyAfterTheLastOneWasUsed)
   CFrameExchange exchange;
   std::vector<uint32_t> listPending;
   const CAnsweringHost host(exchange, 1);
-  EXPECT_EQ(-1, TakeFrames(exchange, LONG, 3, [&](uint32_t nFrame) {
+  EXPECT_EQ(-1, exchange.TakeFrames(LONG, 3, [&](uint32_t nFrame) {
     listPending.push_back(exchange.PollRequest());
     exchange.SetFrameReady(); // the next one is there before it is asked for
     return nFrame == 2 ? -1 : 0;
@@ -92,7 +94,7 @@ TEST(FrameSeries, ForgetsAFrameThatCameBeforeItBegan)
 {
   CFrameExchange exchange;
   exchange.SetFrameReady();
-  EXPECT_EQ(-1009, TakeFrames(exchange, 0, 1, [](uint32_t) { return 0; }));
+  EXPECT_EQ(-1009, exchange.TakeFrames(0, 1, [](uint32_t) { return 0; }));
   EXPECT_EQ(REQUESTED, exchange.PollRequest());
 }
 
@@ -110,7 +112,7 @@ TEST(FrameSeries, IsStoppedByTheFlagBeforeTheFrameIsUsed)
   CFrameExchange exchange;
   const CAnsweringHost host(exchange, 2, 1);
   int nTaken = 0;
-  EXPECT_EQ(-1017, TakeFrames(exchange, LONG, 4, [&](uint32_t) {
+  EXPECT_EQ(-1017, exchange.TakeFrames(LONG, 4, [&](uint32_t) {
     ++nTaken;
     return 0;
   }));

@@ -3,6 +3,8 @@
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 
+using namespace ffc::test;
+
 namespace {
 
 const Log SIZE_CHECK = {"get PayloadSize", "get PixelFormat", "get Width", "get Height"};

@@ -4,6 +4,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr const char *FRAME_COUNT_ENTRIES[] = {"FFCFrameCount_1", "FFCFrameCount_2", "FFCFrameCount_4",

@@ -7,6 +7,9 @@
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 
+using namespace ffc::process;
+using namespace ffc::test;
+
 namespace {
 
 // A table of nSize bytes, every one nSize.
@@ -25,19 +28,19 @@ TEST(HostCoefficients, HoldNoTableAtFirst)
 {
   const CHostCoefficients coefficients;
   EXPECT_EQ(nullptr, coefficients.Get().pTable);
-  EXPECT_EQ(0, coefficients.Get().stFormat.nWidth);
+  EXPECT_EQ(0, coefficients.Get().stShape.nWidth);
 }
 
 TEST(HostCoefficients, KeepTableAndFormatApart)
 {
   CHostCoefficients coefficients;
   coefficients.SetTable(MakeTable(8));
-  coefficients.SetFormat(MakeFormat(MONO_12, 64, 48));
+  coefficients.SetShape(MakeFormat(MONO_12, 64, 48).GetShape());
   EXPECT_EQ(8U, coefficients.Get().pTable->nSize);
-  EXPECT_EQ(64, coefficients.Get().stFormat.nWidth);
+  EXPECT_EQ(64, coefficients.Get().stShape.nWidth);
   coefficients.SetTable(nullptr);
   EXPECT_EQ(nullptr, coefficients.Get().pTable);
-  EXPECT_EQ(MONO_12, coefficients.Get().stFormat.nPixelFormat);
+  EXPECT_EQ(12, coefficients.Get().stShape.nBitDepth);
 }
 
 TEST(HostCoefficients, ASnapshotKeepsItsTableWhenItIsReplaced)
@@ -72,7 +75,7 @@ TEST(HostCoefficients, AReaderSeesWholeTablesWhileTheyAreReplaced)
   });
   for (uint32_t i = 0; nReads < 1000; ++i) {
     coefficients.SetTable(MakeTable(i % 200 + 1));
-    coefficients.SetFormat(MakeFormat(MONO_8, i, i));
+    coefficients.SetShape(MakeFormat(MONO_8, i, i).GetShape());
   }
   bStop = true;
   reader.join();

@@ -2,6 +2,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int SETTLING_FRAMES = 7;

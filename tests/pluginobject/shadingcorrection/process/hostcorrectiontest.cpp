@@ -2,6 +2,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr uint32_t MONO_8 = 0x01080001;

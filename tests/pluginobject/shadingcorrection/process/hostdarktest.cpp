@@ -6,6 +6,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // Takes the given dark frame and a bright one, and tells whether the coefficients use the dark one.

@@ -7,6 +7,8 @@
 #include "tests/pluginobject/shadingcorrection/process/failuresweep.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // A camera, and which of the two acquisitions runs on it.

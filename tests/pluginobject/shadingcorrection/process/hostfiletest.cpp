@@ -9,6 +9,8 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/modalanswer.h"
 
+using namespace ffc::test;
+
 namespace {
 
 class HostFile : public testing::Test {

@@ -5,6 +5,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int32_t WIDTH = 96;

@@ -8,6 +8,8 @@
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int64_t SIDES[] = {0,         -1,       -64, int64_t{1} << 31, (int64_t{1} << 32) + 64, int64_t{1} << 62,

@@ -3,6 +3,9 @@
 #include "pluginobject/shadingcorrection/process/processfactory.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using namespace ffc::process;
+using namespace ffc::test;
+
 namespace {
 
 int32_t InitOf(CTestCamera &camera)

@@ -6,6 +6,9 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 
+using namespace ffc::process;
+using namespace ffc::test;
+
 namespace {
 
 constexpr int32_t WIDTH = 32;
@@ -167,13 +170,13 @@ TEST(HostTable, IsNotReadForAHostileGeometry)
 TEST(HostTable, AppliesToFramesOfTheKeptSizeAndDepthOnly)
 {
   const SFrameFormat stKept = MakeFormat(MONO_12, WIDTH, HEIGHT);
-  EXPECT_TRUE(IsFrameOfFormat(stKept, WIDTH, HEIGHT, MONO_12));
-  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH + 1, HEIGHT, MONO_12));
-  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH, HEIGHT + 1, MONO_12));
-  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH, -HEIGHT, MONO_12));
-  EXPECT_FALSE(IsFrameOfFormat(stKept, WIDTH, HEIGHT, MONO_10));
-  EXPECT_FALSE(IsFrameOfFormat(MakeFormat(MONO_8, -1, HEIGHT), UINT32_MAX, HEIGHT, MONO_8));
-  EXPECT_FALSE(IsFrameOfFormat(MakeFormat(UNKNOWN_FORMAT, WIDTH, HEIGHT), WIDTH, HEIGHT, UNKNOWN_FORMAT));
+  EXPECT_TRUE(IsFrameOfShape(stKept.GetShape(), WIDTH, HEIGHT, MONO_12));
+  EXPECT_FALSE(IsFrameOfShape(stKept.GetShape(), WIDTH + 1, HEIGHT, MONO_12));
+  EXPECT_FALSE(IsFrameOfShape(stKept.GetShape(), WIDTH, HEIGHT + 1, MONO_12));
+  EXPECT_FALSE(IsFrameOfShape(stKept.GetShape(), WIDTH, -HEIGHT, MONO_12));
+  EXPECT_FALSE(IsFrameOfShape(stKept.GetShape(), WIDTH, HEIGHT, MONO_10));
+  EXPECT_FALSE(IsFrameOfShape(MakeFormat(MONO_8, -1, HEIGHT).GetShape(), UINT32_MAX, HEIGHT, MONO_8));
+  EXPECT_FALSE(IsFrameOfShape(MakeFormat(UNKNOWN_FORMAT, WIDTH, HEIGHT).GetShape(), WIDTH, HEIGHT, UNKNOWN_FORMAT));
 }
 
 TEST(HostTable, KnowsTheDepthOfEveryFormatThatAHostDelivers)
@@ -189,7 +192,7 @@ TEST(HostTable, KnowsTheDepthOfEveryFormatThatAHostDelivers)
     for (const auto &stDelivered : aDepths) {
       for (const uint32_t nDelivered : stDelivered.second) {
         EXPECT_EQ(stKept.first == stDelivered.first,
-                  IsFrameOfFormat(MakeFormat(stKept.first, WIDTH, HEIGHT), WIDTH, HEIGHT, nDelivered))
+                  IsFrameOfShape(MakeFormat(stKept.first, WIDTH, HEIGHT).GetShape(), WIDTH, HEIGHT, nDelivered))
           << std::hex << stKept.first << " " << nDelivered;
       }
     }
@@ -199,11 +202,12 @@ TEST(HostTable, KnowsTheDepthOfEveryFormatThatAHostDelivers)
 TEST(HostTable, TakesEveryOtherFormatForEightBits)
 {
   for (const uint32_t nDelivered : {UNKNOWN_FORMAT, MONO_12_PACKED, uint32_t{0x01100109}, uint32_t{0x01100014}, 0U}) {
-    EXPECT_TRUE(IsFrameOfFormat(MakeFormat(MONO_8, WIDTH, HEIGHT), WIDTH, HEIGHT, nDelivered)) << nDelivered;
-    EXPECT_FALSE(IsFrameOfFormat(MakeFormat(MONO_12, WIDTH, HEIGHT), WIDTH, HEIGHT, nDelivered)) << nDelivered;
+    EXPECT_TRUE(IsFrameOfShape(MakeFormat(MONO_8, WIDTH, HEIGHT).GetShape(), WIDTH, HEIGHT, nDelivered)) << nDelivered;
+    EXPECT_FALSE(IsFrameOfShape(MakeFormat(MONO_12, WIDTH, HEIGHT).GetShape(), WIDTH, HEIGHT, nDelivered))
+      << nDelivered;
   }
   // So a 14-bit Bayer frame is refused although its depth is known.
-  EXPECT_FALSE(IsFrameOfFormat(MakeFormat(0x01100109, WIDTH, HEIGHT), WIDTH, HEIGHT, 0x01100109));
+  EXPECT_FALSE(IsFrameOfShape(MakeFormat(0x01100109, WIDTH, HEIGHT).GetShape(), WIDTH, HEIGHT, 0x01100109));
 }
 
 TEST(HostTable, MapsTheStatusesOfItsApplication)
@@ -221,7 +225,7 @@ TEST(HostTable, MapsTheStatusesOfItsApplication)
   for (const auto &[stFormat, nStatus] : {std::pair{MakeFormat(MONO_8, WIDTH, HEIGHT - 1), -3},
                                           {MakeFormat(MONO_8, 0, HEIGHT), -3},
                                           {MakeFormat(UNKNOWN_FORMAT, WIDTH, HEIGHT), -1011}}) {
-    stOther.stFormat = stFormat;
+    stOther.stShape = stFormat.GetShape();
     EXPECT_EQ(nStatus, ApplyHostTable(stOther, bright.GetData(), corrected.GetData()));
   }
   EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 8, 0) == corrected);
@@ -233,8 +237,8 @@ TEST(HostTable, KnowsTheFormatThatItWasMadeOrReadFor)
   const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 12, 2000));
   HostTablePtr pTable;
   ASSERT_EQ(0, ComputeHostTable(MakeReference(bright, nullptr, MONO_12, 200), pTable));
-  EXPECT_TRUE(pTable->stFormat.HasSameShape(stFormat));
+  EXPECT_TRUE(pTable->stShape == stFormat.GetShape());
   const SFrameFormat stTurned = MakeFormat(MONO_8, HEIGHT, WIDTH);
   ASSERT_EQ(0, CZeroFile(2 * PIXELS).ReadAs(stTurned, pTable));
-  EXPECT_TRUE(pTable->stFormat.HasSameShape(stTurned));
+  EXPECT_TRUE(pTable->stShape == stTurned.GetShape());
 }

@@ -9,6 +9,8 @@
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int OPERATIONS = 300;

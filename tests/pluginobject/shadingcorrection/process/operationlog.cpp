@@ -4,6 +4,8 @@
 
 #include "tests/support/accessrecorder.h"
 
+namespace ffc::test {
+
 Log Join(const std::vector<Log> &listParts)
 {
   Log listJoined;
@@ -51,3 +53,5 @@ Log RecordOperation(CProcessRig &rig, const std::function<int32_t()> &fnOperatio
   rig.SetMessageHook(nullptr);
   return listLog;
 }
+
+} // namespace ffc::test

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::process;
+
 namespace {
 
 // Class name of the process of a kind.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ffc::test {
+
 namespace {
 
 constexpr double FRAMES_PER_SECOND = 20000.0;
@@ -141,3 +143,5 @@ void CProcessRig::Deliver()
     }
   }
 }
+
+} // namespace ffc::test

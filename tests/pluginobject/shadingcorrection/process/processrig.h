@@ -18,6 +18,8 @@
 #include "tests/support/framepump.h"
 #include "tests/support/testcamera.h"
 
+namespace ffc::test {
+
 /// Values of features by name, as texts.
 using Settings = std::map<std::string, std::string>;
 
@@ -106,3 +108,5 @@ private:
   std::atomic<int> m_nFrames{0};
   std::unique_ptr<CFramePump> m_pPump;
 };
+
+} // namespace ffc::test

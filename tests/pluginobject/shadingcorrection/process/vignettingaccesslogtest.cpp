@@ -6,6 +6,8 @@
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 const Log SIZE_CHECK = {"get PayloadSize", "get PixelFormat", "get Width", "get Height"};

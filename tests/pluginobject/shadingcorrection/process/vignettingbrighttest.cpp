@@ -8,6 +8,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // An image of 3 x 2 blocks of 64 x 64. The first one has the mean nGray + nHigher / 4096, the others nGray.

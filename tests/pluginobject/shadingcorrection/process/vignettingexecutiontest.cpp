@@ -6,6 +6,8 @@
 #include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using Bytes = std::vector<uint8_t>;

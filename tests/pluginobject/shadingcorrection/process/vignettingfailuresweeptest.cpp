@@ -10,6 +10,8 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 struct SOperation {

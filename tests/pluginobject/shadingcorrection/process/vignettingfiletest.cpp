@@ -9,6 +9,8 @@
 #include "tests/support/fullvolume.h"
 #include "tests/support/modalanswer.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using Words = std::vector<uint32_t>;

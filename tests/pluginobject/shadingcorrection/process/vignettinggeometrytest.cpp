@@ -5,6 +5,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int64_t PAYLOAD = 192 * 128;

@@ -2,6 +2,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using Words = std::vector<uint32_t>;

@@ -8,6 +8,8 @@
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 void RefuseReads(CVignettingRig &rig, const std::string &strNode)

@@ -7,6 +7,8 @@
 #include "tests/pluginobject/shadingcorrection/process/framehammer.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int32_t LONGEST_FRAME = 2 * 320 * 128;

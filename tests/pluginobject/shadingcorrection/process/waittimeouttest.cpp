@@ -4,6 +4,8 @@
 
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 
+using namespace ffc::process;
+
 TEST(WaitTimeout, IsTheExposureInMillisecondsAndASecond)
 {
   EXPECT_EQ(1000U, GetFrameTimeout(0.0F));

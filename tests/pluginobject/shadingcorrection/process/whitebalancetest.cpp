@@ -12,6 +12,8 @@
 #include "tests/support/refusals.h"
 #include "tests/support/testcamera.h"
 
+using namespace ffc::process;
+
 namespace {
 
 // A camera that balances; its frames come whenever its state is read, the first one with the stream.
