@@ -58,7 +58,3 @@ public:
 };
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::ICamera;
-using ffc::camera::SCameraFrame;

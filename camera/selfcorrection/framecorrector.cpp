@@ -8,6 +8,9 @@
 
 namespace ffc::camera {
 
+using genapi::EColor;
+using genapi::GetPixelColor;
+
 namespace {
 
 constexpr double FULL_GRAY = 255.0;

@@ -8,6 +8,17 @@
 #include "camera/simulated/simulatedcamera.h"
 
 namespace ffc::host {
+
+using camera::AreRealCamerasSupported;
+using camera::CreateReplayCamera;
+using camera::CreateSimulatedCamera;
+using camera::ICamera;
+using camera::ListRealCameras;
+using camera::OpenRealCamera;
+using camera::SRealCameraInfo;
+using camera::SReplayCameraOptions;
+using camera::SSimulatedCameraOptions;
+
 namespace {
 
 OpenedCamera OpenSimulated(const SCameraOptions &stOptions)

@@ -5,6 +5,10 @@
 #include "camera/sensorformat.h"
 
 namespace ffc::host {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+
 namespace {
 
 using EKind = SCorrectionState::EKind;

@@ -3,6 +3,13 @@
 #include <cstring>
 
 namespace ffc::host {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::EColor;
+using genapi::EColorLayout;
+using genapi::GetPixelColor;
+
 namespace {
 
 template <class TSample>

@@ -19,6 +19,8 @@
 #include "tests/support/modalanswer.h"
 #include "tests/support/testcamera.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int64_t SIDE = 64;

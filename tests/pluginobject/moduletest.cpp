@@ -20,6 +20,8 @@
 #include "tests/support/loadedmodule.h"
 #include "tests/support/testcamera.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr const char *MODULE_FILE = FFC_MODULE_FILE;

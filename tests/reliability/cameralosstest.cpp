@@ -6,6 +6,8 @@
 #include "tests/reliability/scale.h"
 
 using namespace ffc::test;
+using ffc::genapi::CSoftwareCommand;
+using ffc::genapi::CSoftwareEnumeration;
 
 namespace {
 

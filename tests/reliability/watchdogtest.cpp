@@ -11,6 +11,7 @@
 #include "tests/reliability/scriptedevent.h"
 
 using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 

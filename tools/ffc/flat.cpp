@@ -15,6 +15,11 @@
 
 namespace ffc::tool {
 
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
 using process::OpenCoefficientFile;
 using process::ReadCoefficientFile;
 

@@ -34,7 +34,7 @@ public:
   const std::optional<frames::SSideFile> &GetSide() const { return m_stSide; }
   const process::CFrameBuffer &GetTable() const { return m_table; }
   /// Colours of the frames that it is for, where they are known.
-  std::optional<EColorLayout> GetColors() const;
+  std::optional<genapi::EColorLayout> GetColors() const;
   /// What is to be kept with a corrected frame.
   QString DescribeCorrection() const;
 

@@ -14,6 +14,10 @@
 
 namespace ffc::tool {
 
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::GetLayoutName;
+
 using process::CFrameBuffer;
 
 namespace {

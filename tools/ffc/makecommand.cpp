@@ -14,6 +14,11 @@
 
 namespace ffc::tool {
 
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
 using process::CFrameBuffer;
 using process::ComputeHostTable;
 using process::GetBayerType;

@@ -5,6 +5,9 @@
 
 namespace ffc::tool {
 
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
 using process::CFrameBuffer;
 using process::SFrameFormat;
 

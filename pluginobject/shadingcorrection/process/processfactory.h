@@ -23,9 +23,9 @@ using FnCreateProcess =
                         std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;
 
 /// The factory of the product.
-int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
-                                       const CFeatureAccess &streamFeatures,
-                                       std::unique_ptr<IShadingCorrectionProcess> &pProcess);
+[[nodiscard]] int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
+                                                     const CFeatureAccess &streamFeatures,
+                                                     std::unique_ptr<IShadingCorrectionProcess> &pProcess);
 
 } // namespace ffc::process
 

@@ -17,17 +17,17 @@
 
 namespace ffc::process {
 
-/// A status of the image computations, or of Ombrix, as one of the plug-in.
+/// A status of the image computations (imagecalc/calcstatus.h), or of Ombrix, as one of the plug-in.
 /// \return 0 for 0; -3 for -101, -102 and -106; -2 for -103; -1011 for -105; -1 for anything else
 [[nodiscard]] constexpr int32_t MapCalcStatus(int32_t nCalcStatus)
 {
   switch (nCalcStatus) {
-  case IMAGECALC_STATUS_SUCCESS: return PLUGIN_STATUS_SUCCESS;
-  case IMAGECALC_STATUS_INVALID_ARGUMENT:
-  case IMAGECALC_STATUS_OUT_OF_RANGE:
-  case IMAGECALC_STATUS_SIZE_MISMATCH: return PLUGIN_STATUS_INVALID_PARAM;
-  case IMAGECALC_STATUS_OUT_OF_MEMORY: return PLUGIN_STATUS_OUT_OF_MEMORY;
-  case IMAGECALC_STATUS_NOT_SUPPORTED: return PLUGIN_STATUS_CAMERA_NOT_SUPPORTED;
+  case imagecalc::IMAGECALC_STATUS_SUCCESS: return PLUGIN_STATUS_SUCCESS;
+  case imagecalc::IMAGECALC_STATUS_INVALID_ARGUMENT:
+  case imagecalc::IMAGECALC_STATUS_OUT_OF_RANGE:
+  case imagecalc::IMAGECALC_STATUS_SIZE_MISMATCH: return PLUGIN_STATUS_INVALID_PARAM;
+  case imagecalc::IMAGECALC_STATUS_OUT_OF_MEMORY: return PLUGIN_STATUS_OUT_OF_MEMORY;
+  case imagecalc::IMAGECALC_STATUS_NOT_SUPPORTED: return PLUGIN_STATUS_CAMERA_NOT_SUPPORTED;
   default: return PLUGIN_STATUS_UNKNOWN_ERROR;
   }
 }

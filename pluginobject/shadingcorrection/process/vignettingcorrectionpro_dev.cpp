@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
-#include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignetting/vignettingcoefficient.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
@@ -170,7 +170,7 @@ int32_t CVignettingCorrectionPro_Dev::__SizeCoefficients(CFrameBuffer &body)
   const SBlockGrid stGrid = m_stSettings.GetGrid();
   int64_t nBodySize = 0;
   if (GetVignettingCoefficientSize(stGrid.nBayerType, m_stFormat.nWidth, m_stFormat.nHeight, stGrid.nBlockWidth,
-                                   stGrid.nBlockHeight, &nBodySize) != IMAGECALC_STATUS_SUCCESS) {
+                                   stGrid.nBlockHeight, &nBodySize) != ffc::imagecalc::IMAGECALC_STATUS_SUCCESS) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   const uint64_t nImageSize = static_cast<uint64_t>(nBodySize) + FFC_INFO_SIZE;

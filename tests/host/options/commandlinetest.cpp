@@ -8,6 +8,8 @@
 #include "camera/realcameras.h"
 
 using namespace ffc::host;
+using ffc::camera::AreRealCamerasSupported;
+using ffc::camera::ECorrectionMode;
 
 namespace {
 

@@ -7,6 +7,8 @@
 
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr const char *EXECUTED = "FFC executed successfully";

@@ -6,6 +6,8 @@
 
 namespace ffc::process {
 
+using platform::TakeZeroedMemory;
+
 bool CFrameBuffer::Allocate(uint64_t nSize)
 {
   Release();

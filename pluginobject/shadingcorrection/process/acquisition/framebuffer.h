@@ -31,7 +31,7 @@ public:
 
 private:
   struct SGiveBack {
-    void operator()(uint8_t *pData) const { GiveZeroedMemory(pData); }
+    void operator()(uint8_t *pData) const { platform::GiveZeroedMemory(pData); }
   };
 
   std::unique_ptr<uint8_t[], SGiveBack> m_pData;

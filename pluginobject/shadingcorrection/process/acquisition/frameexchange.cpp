@@ -10,6 +10,10 @@
 
 namespace ffc::process {
 
+using platform::CCriticalSection;
+using platform::WAIT_RESULT_SIGNALLED;
+using platform::WAIT_RESULT_TIMEOUT;
+
 uint32_t GetFrameTimeout(float fExposureTime)
 {
   constexpr uint32_t LONGEST = 0xFFFFFFFE;

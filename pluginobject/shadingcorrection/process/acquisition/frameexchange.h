@@ -51,7 +51,7 @@ public:
     ++m_nGeneration;
   }
   /// Waits for a frame: 0, -1017 when the stop flag is set (even if the frame came), -1009 when none came.
-  int32_t WaitFrame(uint32_t nTimeout);
+  [[nodiscard]] int32_t WaitFrame(uint32_t nTimeout);
   /// Asks for the first frame and waits for it.
   [[nodiscard]] int32_t TakeFrame(uint32_t nTimeout)
   {
@@ -66,10 +66,10 @@ public:
   bool WaitFrameReady(uint32_t nTimeout);
 
   /// Lets fnUse(const CFrameBuffer &) work on the received frame, which stays as it is meanwhile.
-  template <typename TUse>
+  template <class TUse>
   auto UseFrame(TUse fnUse)
   {
-    const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+    const std::lock_guard<platform::CCriticalSection> lock(m_lockBuffer);
     return fnUse(static_cast<const CFrameBuffer &>(m_buffer));
   }
 
@@ -87,7 +87,7 @@ private:
 
   bool IsInForce(uint64_t nRequest) const { return nRequest == NO_REQUEST || nRequest == m_nGeneration; }
 
-  CEvent m_eventImageReady;
+  platform::CEvent m_eventImageReady;
   std::atomic<uint64_t> m_nGeneration{1};
   // Generations of requests: made and not polled yet (an auto-reset event that nobody waits for); polled, its frame not
   // signalled yet; of the frame that was signalled last.
@@ -95,7 +95,7 @@ private:
   std::atomic<uint64_t> m_nInHand{NO_REQUEST};
   std::atomic<uint64_t> m_nReady{NO_REQUEST};
   std::atomic<bool> m_bStop{false};
-  CCriticalSection m_lockBuffer;
+  platform::CCriticalSection m_lockBuffer;
   CFrameBuffer m_buffer;
   uint64_t m_nWritten = 0; // bytes of the buffer that frames have touched
 };

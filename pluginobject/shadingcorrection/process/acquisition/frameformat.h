@@ -28,7 +28,7 @@ struct SFrameFormat {
   uint64_t nFrameSize = 0;   ///< bytes of one frame as the host delivers it
 
   /// Bits per sample, -1 when not known.
-  int32_t GetBitDepth() const;
+  [[nodiscard]] int32_t GetBitDepth() const;
   /// Width x height; 0 unless both sides are positive 31-bit numbers.
   uint64_t GetPixelCount() const;
   /// Whether a buffer of nBytes holds every pixel at the format's depth.
@@ -40,15 +40,15 @@ struct SFrameFormat {
 };
 
 /// One reading step each, for CSteps.
-int32_t ReadPayloadSize(const CFeatureAccess &features, SFrameFormat &stFormat);
-int32_t ReadWidth(const CFeatureAccess &features, SFrameFormat &stFormat);
-int32_t ReadHeight(const CFeatureAccess &features, SFrameFormat &stFormat);
-int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadPayloadSize(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadWidth(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadHeight(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
 
 /// Whether the camera's frames still have the kept size: 0, -1012 when not, or the code of a failing read.
-int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept);
+[[nodiscard]] int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept);
 /// The same for size, geometry and depth.
-int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept);
+[[nodiscard]] int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept);
 
 /// Whether the camera has a colour filter; false when it does not tell.
 bool ReadIsColorCamera(const CFeatureAccess &features);

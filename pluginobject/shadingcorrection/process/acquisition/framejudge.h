@@ -25,7 +25,7 @@ struct SBlockMeanRange {
 struct SBlockGrid {
   int64_t nBlockWidth = 0;  ///< pixels
   int64_t nBlockHeight = 0; ///< pixels
-  int32_t nBayerType = BAYER_TYPE_MONO;
+  int32_t nBayerType = imagecalc::BAYER_TYPE_MONO;
 };
 
 /// The record of a frame's blocks. Sides beyond 31 bits become the largest or smallest number, which the image

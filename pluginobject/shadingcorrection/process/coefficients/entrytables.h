@@ -31,6 +31,6 @@ void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stB
 void ApplyVignettingBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock);
 
 /// Bayer type of a PixelColorFilter value: "BayerRG" 1, "BayerGB" 2, "BayerGR" 3, "BayerBG" 4, any other 0.
-int32_t GetBayerType(const std::string &strPixelColorFilter);
+[[nodiscard]] int32_t GetBayerType(const std::string &strPixelColorFilter);
 
 } // namespace ffc::process

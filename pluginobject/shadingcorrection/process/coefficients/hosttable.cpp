@@ -11,6 +11,8 @@
 
 namespace ffc::process {
 
+using platform::CCriticalSection;
+
 namespace {
 
 constexpr uint64_t GAIN_BYTES = 2;

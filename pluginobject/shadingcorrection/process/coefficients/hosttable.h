@@ -39,7 +39,7 @@ public:
   void SetTable(HostTablePtr pTable);
 
 private:
-  mutable CCriticalSection m_section;
+  mutable platform::CCriticalSection m_section;
   SSnapshot m_stCurrent;
 };
 
@@ -56,17 +56,17 @@ struct SHostReference {
 /// \param pTable written on success
 /// \return 0; -3 when Ombrix asks for no bytes, as it does for input it cannot use; -2 when there is no
 ///   memory; -1012 when a frame is smaller than the format says; else a mapped status of Ombrix
-int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable);
+[[nodiscard]] int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable);
 
 /// Reads a table for frames of a format from an open file.
 /// \return 0; -1007 unless the file has width x height x 2 or x 4 bytes and all can be read; -2 when there
 ///   is no memory
-int32_t ReadHostTable(QFile &file, const SFrameFormat &stFormat, HostTablePtr &pTable);
+[[nodiscard]] int32_t ReadHostTable(QFile &file, const SFrameFormat &stFormat, HostTablePtr &pTable);
 
 /// Whether a delivered frame has a shape.
 bool IsFrameOfShape(const SFrameShape &stShape, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat);
 
 /// Has Ombrix correct a frame of the table's shape. \return a mapped status of Ombrix
-int32_t ApplyHostTable(const SHostTable &stTable, const void *pSource, void *pDestination);
+[[nodiscard]] int32_t ApplyHostTable(const SHostTable &stTable, const void *pSource, void *pDestination);
 
 } // namespace ffc::process

@@ -4,6 +4,8 @@
 
 namespace ffc::test {
 
+using genapi::CSoftwareEnumeration;
+
 namespace {
 
 constexpr std::size_t RECORD_SIZE = 24;

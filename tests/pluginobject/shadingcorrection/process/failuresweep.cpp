@@ -7,6 +7,8 @@
 
 namespace ffc::test {
 
+using genapi::SNodeAccess;
+
 SMeaning PickMeaning(const std::vector<SMeaning> &listMeanings, const SFeatureAccess &stAccess)
 {
   return listMeanings.at(std::min(stAccess.nLookUp, listMeanings.size() - 1));
@@ -21,7 +23,7 @@ std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<i
     mapLookUps[strNode] += stAccess.eKind == SNodeAccess::EKind::LookUp ? 1U : 0U;
     listAccesses.push_back({strNode, mapLookUps[strNode] - 1});
   });
-  EXPECT_EQ(0, fnOperation());
+  EXPECT_EQ(fnOperation(), 0);
   rig.SetHook(nullptr);
   return listAccesses;
 }

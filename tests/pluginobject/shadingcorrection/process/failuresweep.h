@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
 #include "tests/support/failnthaccess.h"
 
@@ -28,8 +29,8 @@ struct SMeaning {
 };
 
 constexpr SMeaning IGNORED = {0, false};
-constexpr SMeaning FAILS = {-1002, false};
-constexpr SMeaning BALANCE_FAILS = {-1018, false};
+constexpr SMeaning FAILS = {PLUGIN_STATUS_FEATURE_ERROR, false};
+constexpr SMeaning BALANCE_FAILS = {PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED, false};
 constexpr SMeaning RESTORES = {0, true};
 
 /// By look-up; the last one stands for all that follow.

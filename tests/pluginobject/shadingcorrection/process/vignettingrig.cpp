@@ -7,6 +7,8 @@
 
 namespace ffc::test {
 
+using genapi::SNodeAccess;
+
 namespace {
 
 constexpr std::size_t RECORD_SIZE = 24;
