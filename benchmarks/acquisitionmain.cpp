@@ -14,6 +14,9 @@
 #include "benchmarks/pluginbench.h"
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
 
+using ffc::imagecalc::AddFrame;
+using ffc::imagecalc::AverageFrames;
+
 namespace {
 
 constexpr int32_t WIDTH = 6240;

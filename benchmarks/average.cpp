@@ -9,6 +9,11 @@
 #include "platform/zeroedmemory.h"
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
 
+using ffc::imagecalc::AddFrame;
+using ffc::imagecalc::AverageFrames;
+using ffc::platform::GiveZeroedMemory;
+using ffc::platform::TakeZeroedMemory;
+
 namespace {
 
 cv::Mat Wrap(const SFrameSize &stSize, int nType, const void *pData)

@@ -61,8 +61,9 @@ void StreamShared(CArena &arena, const SFrameSize &stSize, bool bDark, uint32_t 
 // The arena's dark levels stand behind the gains of its largest frame, but any words serve as levels here.
 void ApplyOurs(CArena &arena, const SFrameSize &stSize, const void *pSource, bool bDark, uint32_t nThreads = 1)
 {
-  ffc::ombrix::ApplyTable(pSource, arena.Destination(), static_cast<uint32_t>(arena.GetBitDepth()),
-                          stSize.CountPixels(), arena.Table(), bDark, GetPool(nThreads));
+  ffc::ombrix::ApplyTable(
+    {pSource, arena.Destination(), stSize.CountPixels(), static_cast<uint32_t>(arena.GetBitDepth())},
+    {arena.Table(), bDark}, GetPool(nThreads));
 }
 
 uint32_t ReadPixel(const void *pPixels, const CArena &arena, std::size_t nIndex)
@@ -184,7 +185,7 @@ const void *FindDark(const CArena &arena, bool bDark)
 void ComputeOurs(CArena &arena, const SFrameSize &stSize, bool bDark, uint32_t nThreads)
 {
   const auto nBitDepth = static_cast<uint32_t>(arena.GetBitDepth());
-  ffc::ombrix::ComputeTable(arena.Source(), FindDark(arena, bDark), nBitDepth, stSize.CountPixels(),
+  ffc::ombrix::ComputeTable({arena.Source(), FindDark(arena, bDark), stSize.CountPixels(), nBitDepth},
                             uint32_t{TARGET} << (nBitDepth - 8), arena.Sums(), GetPool(nThreads));
 }
 

@@ -15,6 +15,8 @@
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
 
+using ffc::process::CFrameBuffer;
+
 namespace {
 
 struct SFrame {
@@ -67,8 +69,9 @@ void ComparePairs(benchmark::State &state, CPluginBench &bench)
   for ([[maybe_unused]] auto _ : state) {
     bool bCorrected = false;
     listCalls.push_back(MeasureSeconds([&] { bCorrected = bench.Process(); }));
-    listKernels.push_back(MeasureSeconds(
-      [&] { ffc::ombrix::ApplyTable(bench.GetFrame(), bench.GetOutput(), 8, nPixels, table.GetData(), false, pool); }));
+    listKernels.push_back(MeasureSeconds([&] {
+      ffc::ombrix::ApplyTable({bench.GetFrame(), bench.GetOutput(), nPixels, 8}, {table.GetData(), false}, pool);
+    }));
     listRatios.push_back(listCalls.back() / listKernels.back());
     if (!bCorrected) {
       state.SkipWithError("not corrected");

@@ -7,6 +7,9 @@
 #include "benchmarks/registration.h"
 #include "platform/instructionlevel.h"
 
+using ffc::platform::GetInstructionLevel;
+using ffc::platform::GetInstructionLevelName;
+
 int main(int argc, char **argv)
 {
   cv::setNumThreads(1);

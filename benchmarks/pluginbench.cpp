@@ -8,6 +8,10 @@
 #include "tests/support/framepump.h"
 #include "tests/support/modalanswer.h"
 
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::test::CFramePump;
+using ffc::test::CModalAnswer;
+
 namespace {
 
 constexpr uint32_t GREY = 120;

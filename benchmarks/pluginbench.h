@@ -30,7 +30,7 @@ private:
   template <class TWidget>
   TWidget *Find(const char *pName);
 
-  CTestCamera m_camera;
+  ffc::test::CTestCamera m_camera;
   std::vector<uint8_t> m_listFrame;
   std::vector<uint8_t> m_listOutput;
   PLUGIN_INIT_PARAM m_stInitParam;

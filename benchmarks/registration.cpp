@@ -4,6 +4,9 @@
 
 #include "platform/kernelchoice.h"
 
+using ffc::platform::ChooseKernels;
+using ffc::platform::GetInstructionLevel;
+
 namespace {
 
 constexpr const char *GOAL_SIZES[] = {"5", "26"};

@@ -6,10 +6,15 @@
 #include <opencv2/imgproc.hpp>
 
 #include "benchmarks/registration.h"
-#include "pluginobject/shadingcorrection/imagecalc/blockgrid.h"
 #include "pluginobject/shadingcorrection/imagecalc/blockmeans.h"
 #include "pluginobject/shadingcorrection/imagecalc/smooth.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
+
+using ffc::imagecalc::BAYER_TYPE_MONO;
+using ffc::imagecalc::BAYER_TYPE_RG;
+using ffc::imagecalc::ComputeBlockMeans;
+using ffc::imagecalc::SmoothPixels;
+using ffc::test::CTestImage;
 
 namespace {
 
@@ -117,7 +122,7 @@ void RegisterSmoothing(int32_t nBitDepth)
   const auto fnArena = [=]() -> CArena & { return CArena::ForDepth(nBitDepth); };
   CKernelBenchmarks("smoothing " + std::to_string(nBitDepth) + " bit")
     .Ours([=](const SFrameSize &stSize) {
-      SmoothPixels(fnArena().Source(), fnArena().Destination(), nBitDepth, stSize.nWidth, stSize.nHeight, 1);
+      SmoothPixels({fnArena().Source(), stSize.nWidth, stSize.nHeight, nBitDepth}, fnArena().Destination(), 1);
     })
     .Limit([=](const SFrameSize &stSize) {
       CArena &arena = fnArena();

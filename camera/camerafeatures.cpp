@@ -4,6 +4,9 @@
 
 namespace ffc::camera {
 
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
 namespace {
 
 constexpr int64_t MIN_REGION = 16; ///< pixels

@@ -63,7 +63,3 @@ public:
 };
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::ICamera;
-using ffc::camera::SCameraFrame;

@@ -27,6 +27,3 @@ public:
 };
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::ICameraLink;

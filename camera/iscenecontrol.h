@@ -45,8 +45,3 @@ inline ISceneControl *FindSceneControl(ICamera &camera)
 }
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::FindSceneControl;
-using ffc::camera::ISceneControl;
-using ffc::camera::ISceneOwner;

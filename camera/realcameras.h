@@ -34,9 +34,3 @@ std::vector<SRealCameraInfo> ListRealCameras();
 Result<std::unique_ptr<ICamera>> OpenRealCamera(const std::string &strId);
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::AreRealCamerasSupported;
-using ffc::camera::ListRealCameras;
-using ffc::camera::OpenRealCamera;
-using ffc::camera::SRealCameraInfo;

@@ -5,6 +5,8 @@
 
 namespace ffc::camera {
 
+using genapi::EColorLayout;
+
 namespace {
 
 // No Bayer format of 14 bits: a correction in the host takes those for 8.

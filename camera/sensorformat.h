@@ -24,11 +24,6 @@ const std::vector<SSensorFormat> &GetSensorFormats();
 const SSensorFormat *FindSensorFormat(std::string_view strName);
 const SSensorFormat *FindSensorFormat(uint32_t nCode);
 /// The formats of a sensor with this layout, by rising bit depth.
-std::vector<SSensorFormat> GetSensorFormats(EColorLayout eLayout);
+std::vector<SSensorFormat> GetSensorFormats(genapi::EColorLayout eLayout);
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::FindSensorFormat;
-using ffc::camera::GetSensorFormats;
-using ffc::camera::SSensorFormat;

@@ -5,6 +5,8 @@
 
 namespace ffc::camera {
 
+using genapi::EColorLayout;
+
 CSoftwareCamera::CSoftwareCamera(const SCameraDescription &stDescription, std::unique_ptr<IFrameSource> pSource)
   : m_strDisplayName(stDescription.GetDisplayName()), m_features(stDescription),
     m_scene(stDescription.bArrangeableScene), m_pSource(std::move(pSource)),

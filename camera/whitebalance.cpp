@@ -7,6 +7,9 @@
 
 namespace ffc::camera {
 
+using genapi::EColor;
+using genapi::GetPixelColor;
+
 namespace {
 
 constexpr int64_t AUTO_OFF = 0;

@@ -33,18 +33,24 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID
   endif()
 endif()
 
-# ffc_add_kernels(TARGET TABLE SName HEADER header.h SOURCE source.cpp)
+# ffc_add_kernels(TARGET TABLE SName HEADER header.h SOURCE source.cpp [NAMESPACE name])
 #
 # Compiles one source of plain loops for every level, fully optimised whatever the build type, into TARGET. The header
 # declares the structure SName, a table of functions, and
 #
 #   const SName *FindSName(EInstructionLevel eLevel);
 #
-# which is made here and answers null for a level that was not built. The source defines the table under the name
-# FFC_KERNEL_TABLE. All else in it needs internal linkage, and it may use no function and no template of a header:
-# the linker would keep one copy of all levels', and an older processor might get a newer one's.
+# which is made here, in that namespace, and answers null for a level that was not built. The source defines the table
+# under the name FFC_KERNEL_TABLE. All else in it needs internal linkage, and it may use no function and no template of a
+# header: the linker would keep one copy of all levels', and an older processor might get a newer one's.
 function(ffc_add_kernels target)
-  cmake_parse_arguments(ARG "" "TABLE;HEADER;SOURCE" "" ${ARGN})
+  cmake_parse_arguments(ARG "" "TABLE;HEADER;SOURCE;NAMESPACE" "" ${ARGN})
+  set(opening "")
+  set(closing "")
+  if(ARG_NAMESPACE)
+    set(opening "namespace ${ARG_NAMESPACE} {\n")
+    set(closing "\n} // namespace ${ARG_NAMESPACE}\n")
+  endif()
   set(declarations "")
   set(cases "")
   foreach(level IN LISTS FFC_KERNEL_LEVELS)

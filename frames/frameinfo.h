@@ -52,10 +52,10 @@ struct STiffFeatures {
 struct SFrameInfo {
   SLayout stLayout;
   uint64_t nFrames = 1;
-  uint32_t nBitDepth = 0;              ///< significant bits that the file states; 0 when it does not
-  std::optional<EColorLayout> eColors; ///< that the file states
-  Texts mapTexts;                      ///< of the first frame
-  QString strRemark;                   ///< what had to be guessed to read the file, as a sentence; empty: nothing
+  uint32_t nBitDepth = 0;                      ///< significant bits that the file states; 0 when it does not
+  std::optional<genapi::EColorLayout> eColors; ///< that the file states
+  Texts mapTexts;                              ///< of the first frame
+  QString strRemark; ///< what had to be guessed to read the file, as a sentence; empty: nothing
   STiffFeatures stTiff;
   QByteArray byteSerDates; ///< dates of a SER file's header and the time of each frame, as they stand in the file
 };

@@ -11,6 +11,10 @@
 #include "frames/partialfile.h"
 
 namespace ffc::frames {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+
 namespace {
 
 constexpr bool SWAPS = Q_BYTE_ORDER == Q_BIG_ENDIAN;

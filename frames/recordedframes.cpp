@@ -12,6 +12,10 @@
 #include "frames/ifilekind.h"
 
 namespace ffc::frames {
+
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
 namespace {
 
 constexpr int MIN_FRAMES = 2; ///< of each kind: one to acquire, one to measure

@@ -12,6 +12,9 @@
 #include "frames/serheader.h"
 
 namespace ffc::frames {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr uint64_t DATE_SIZE = 8;

@@ -5,6 +5,9 @@
 #include <QtEndian>
 
 namespace ffc::frames {
+
+using genapi::EColorLayout;
+
 namespace {
 
 const QByteArray FILE_ID = QByteArrayLiteral("LUCAM-RECORDER");

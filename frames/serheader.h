@@ -32,7 +32,7 @@ Result<SSerHeader> ParseSerHeader(const QByteArray &byteHeader);
 QByteArray MakeSerHeader(const SSerHeader &stHeader);
 
 /// Colour layout of a header's number, and the number of a layout.
-std::optional<EColorLayout> FindSerColors(int32_t nColors);
-int32_t GetSerColors(EColorLayout eLayout);
+std::optional<genapi::EColorLayout> FindSerColors(int32_t nColors);
+int32_t GetSerColors(genapi::EColorLayout eLayout);
 
 } // namespace ffc::frames

@@ -7,6 +7,9 @@
 #include "frames/fileio.h"
 
 namespace ffc::frames {
+
+using camera::FindSensorFormat;
+
 namespace {
 
 const QString KIND = QStringLiteral("flat-field coefficients");

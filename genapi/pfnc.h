@@ -289,9 +289,3 @@ constexpr EColor GetPixelColor(EColorLayout eLayout, uint32_t nX, uint32_t nY)
 }
 
 } // namespace ffc::genapi
-
-// Until those who use them name the room.
-using ffc::genapi::EColor;
-using ffc::genapi::EColorLayout;
-using ffc::genapi::GetLayoutName;
-using ffc::genapi::GetPixelColor;

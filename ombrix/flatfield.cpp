@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t WORD_BYTES = 2;
 
 // Chosen once, when the library is loaded.
-const SFlatFieldKernels &KERNELS = ChooseKernels(FindSFlatFieldKernels, GetInstructionLevel());
+const SFlatFieldKernels &KERNELS = platform::ChooseKernels(FindSFlatFieldKernels, platform::GetInstructionLevel());
 
 // Null stays null.
 const void *Advance(const void *pData, std::size_t nBytes)
@@ -24,7 +24,7 @@ void *Advance(void *pData, std::size_t nBytes)
   return pData == nullptr ? nullptr : static_cast<unsigned char *>(pData) + nBytes;
 }
 
-template <typename TFunction, typename TWork>
+template <class TFunction, class TWork>
 struct SJob {
   TFunction fnKernel;
   TWork stWhole;
@@ -59,25 +59,25 @@ std::size_t GetPixelBytes(uint32_t nBitDepth)
 
 } // namespace
 
-void ComputeTable(const void *pBright, const void *pDark, uint32_t nBitDepth, std::size_t nPixels, uint32_t nTarget,
-                  void *pTable, CBandPool &pool)
+void ComputeTable(const SReference &stReference, uint32_t nTarget, void *pTable, CBandPool &pool)
 {
-  const bool bDark = pDark != nullptr;
+  const std::size_t nPixels = stReference.nPixels;
+  const bool bDark = stReference.pDark != nullptr;
   void *const pLevels = bDark ? Advance(pTable, nPixels * WORD_BYTES) : nullptr;
-  const SComputation stJob = {KERNELS.afnCompute[nBitDepth - FLATFIELD_MIN_BIT_DEPTH][bDark],
-                              {pBright, pDark, nPixels, nTarget, pTable, pLevels},
-                              GetPixelBytes(nBitDepth)};
+  const SComputation stJob = {KERNELS.afnCompute[stReference.nBitDepth - FLATFIELD_MIN_BIT_DEPTH][bDark],
+                              {stReference.pBright, stReference.pDark, nPixels, nTarget, pTable, pLevels},
+                              GetPixelBytes(stReference.nBitDepth)};
   pool.Run(nPixels, ComputeBand, &stJob);
 }
 
-void ApplyTable(const void *pSource, void *pDestination, uint32_t nBitDepth, std::size_t nPixels, const void *pTable,
-                bool bDark, CBandPool &pool)
+void ApplyTable(const SFrame &stFrame, const STable &stTable, CBandPool &pool)
 {
-  const bool bInPlace = pDestination == pSource;
-  const void *const pLevels = bDark ? Advance(pTable, nPixels * WORD_BYTES) : nullptr;
-  const SApplication stJob = {KERNELS.afnApply[nBitDepth - FLATFIELD_MIN_BIT_DEPTH][bDark][bInPlace],
-                              {pSource, pDestination, nPixels, pTable, pLevels},
-                              GetPixelBytes(nBitDepth)};
+  const std::size_t nPixels = stFrame.nPixels;
+  const bool bInPlace = stFrame.pDestination == stFrame.pSource;
+  const void *const pLevels = stTable.bDark ? Advance(stTable.pData, nPixels * WORD_BYTES) : nullptr;
+  const SApplication stJob = {KERNELS.afnApply[stFrame.nBitDepth - FLATFIELD_MIN_BIT_DEPTH][stTable.bDark][bInPlace],
+                              {stFrame.pSource, stFrame.pDestination, nPixels, stTable.pData, pLevels},
+                              GetPixelBytes(stFrame.nBitDepth)};
   pool.Run(nPixels, ApplyBand, &stJob);
 }
 

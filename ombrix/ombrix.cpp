@@ -72,8 +72,8 @@ int32_t OmbrixComputeFlatField(OMBRIX_FFC_PARAM stParam, void *pCoefficient, uin
   if (*pnSize < nTableSize) {
     return OMBRIX_STATUS_BUFFER_SIZE;
   }
-  ffc::ombrix::ComputeTable(stParam.pBright, stParam.pDark, stParam.nBitDepth,
-                            std::size_t{stParam.nWidth} * stParam.nHeight, *pnExpectGray, pCoefficient,
+  const std::size_t nPixels = std::size_t{stParam.nWidth} * stParam.nHeight;
+  ffc::ombrix::ComputeTable({stParam.pBright, stParam.pDark, nPixels, stParam.nBitDepth}, *pnExpectGray, pCoefficient,
                             ffc::ombrix::GetLibraryPool());
   *pnSize = nTableSize;
   return OMBRIX_STATUS_SUCCESS;
@@ -96,7 +96,7 @@ int32_t OmbrixApplyFlatField(const void *pSource, void *pDestination, uint32_t n
   if (!bDark && *pnSize != nGainSize) {
     return OMBRIX_STATUS_BUFFER_SIZE;
   }
-  ffc::ombrix::ApplyTable(pSource, pDestination, nBitDepth, std::size_t{nWidth} * nHeight, pCoefficient, bDark,
+  ffc::ombrix::ApplyTable({pSource, pDestination, std::size_t{nWidth} * nHeight, nBitDepth}, {pCoefficient, bDark},
                           ffc::ombrix::GetLibraryPool());
   return OMBRIX_STATUS_SUCCESS;
 }

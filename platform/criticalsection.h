@@ -25,6 +25,3 @@ private:
 };
 
 } // namespace ffc::platform
-
-// Until those who use them name the room.
-using ffc::platform::CCriticalSection;

@@ -40,6 +40,5 @@ private:
 } // namespace ffc::platform
 
 // Until those who use them name the room.
-using ffc::platform::CEvent;
 using ffc::platform::WAIT_RESULT_SIGNALLED;
 using ffc::platform::WAIT_RESULT_TIMEOUT;

@@ -32,9 +32,3 @@ EInstructionLevel GetInstructionLevel() noexcept;
 const char *GetInstructionLevelName(EInstructionLevel eLevel) noexcept;
 
 } // namespace ffc::platform
-
-// Until those who use them name the room.
-using ffc::platform::EInstructionLevel;
-using ffc::platform::GetInstructionLevel;
-using ffc::platform::GetInstructionLevelName;
-using ffc::platform::INSTRUCTION_LEVEL_BASELINE;

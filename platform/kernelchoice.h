@@ -21,6 +21,3 @@ const TKernels &ChooseKernels(const TKernels *(&fnFind)(EInstructionLevel), EIns
 }
 
 } // namespace ffc::platform
-
-// Until those who use them name the room.
-using ffc::platform::ChooseKernels;

@@ -14,7 +14,3 @@ void *TakeZeroedMemory(std::size_t nSize) noexcept;
 void GiveZeroedMemory(void *pMemory) noexcept;
 
 } // namespace ffc::platform
-
-// Until those who use them name the room.
-using ffc::platform::GiveZeroedMemory;
-using ffc::platform::TakeZeroedMemory;

@@ -2,6 +2,10 @@
 
 namespace ffc::quality {
 
+using genapi::EColor;
+using genapi::EColorLayout;
+using genapi::GetPixelColor;
+
 SColorPlane GetWholeImagePlane()
 {
   return {"Mono", {true, true, true, true}};

@@ -22,7 +22,7 @@ struct SColorPlane {
 };
 
 /// "Mono" alone, or "R", "G" (both greens) and "B".
-std::vector<SColorPlane> GetColorPlanes(EColorLayout eLayout);
+std::vector<SColorPlane> GetColorPlanes(genapi::EColorLayout eLayout);
 
 /// A plane of every pixel.
 SColorPlane GetWholeImagePlane();

@@ -1,5 +1,9 @@
 #include "quality/framecountadvice.h"
 
+#include <iterator>
+
+#include "genapi/framecounts.h"
+
 #include <cmath>
 
 #include <QCoreApplication>
@@ -13,7 +17,7 @@ constexpr double WELL_BELOW = 4.0; ///< times the break-even count
 /// The first offered count from dFrames on; 0 when all are too few.
 int RoundUp(double dFrames)
 {
-  for (const int nCount : FRAME_COUNTS) {
+  for (const int nCount : genapi::FRAME_COUNTS) {
     if (nCount >= dFrames) {
       return nCount;
     }
@@ -45,7 +49,7 @@ SFrameCountAdvice AdviseFrameCount(const SNoise &stNoise)
   stAdvice.dBreakEven = dRatio * dRatio;
   stAdvice.nBreakEven = RoundUp(stAdvice.dBreakEven);
   const int nWellBelow = RoundUp(stAdvice.dBreakEven * WELL_BELOW);
-  stAdvice.nAdvised = nWellBelow == 0 ? FRAME_COUNTS.back() : nWellBelow;
+  stAdvice.nAdvised = nWellBelow == 0 ? *std::rbegin(genapi::FRAME_COUNTS) : nWellBelow;
   stAdvice.dNoise = stNoise.dTemporal / std::sqrt(static_cast<double>(stAdvice.nAdvised));
   stAdvice.eVerdict = stAdvice.nBreakEven == 0 ? EVerdict::NeverEnough
                       : stAdvice.nAdvised == 1 ? EVerdict::OneIsEnough

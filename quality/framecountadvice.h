@@ -2,7 +2,6 @@
 /// How many bright frames a reference should be made of.
 #pragma once
 
-#include <array>
 #include <vector>
 
 #include <QString>
@@ -10,9 +9,6 @@
 #include "quality/noise.h"
 
 namespace ffc::quality {
-
-/// The counts that the dialog offers.
-constexpr std::array<int, 5> FRAME_COUNTS = {1, 2, 4, 8, 16};
 
 /// What N frames leave: the average of N frames carries the noise of one, divided by the root of N, into every
 /// corrected image, in exchange for the pixels' pattern.

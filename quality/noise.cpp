@@ -4,6 +4,9 @@
 #include <cmath>
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 /// Columns between two neighbours of one plane, in every layout.

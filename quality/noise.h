@@ -28,6 +28,6 @@ double SumTemporalVariances(const CFrameStack &stStack, const SColorPlane &stPla
 SNoise MeasureNoise(const CFrameStack &stStack, const SColorPlane &stPlane);
 
 /// All planes of a layout.
-std::vector<SNoise> MeasureNoise(const CFrameStack &stStack, EColorLayout eLayout);
+std::vector<SNoise> MeasureNoise(const CFrameStack &stStack, genapi::EColorLayout eLayout);
 
 } // namespace ffc::quality

@@ -4,6 +4,9 @@
 #include <string_view>
 
 namespace ffc::quality {
+
+using camera::SSensorFormat;
+
 namespace {
 
 template <class TSample>

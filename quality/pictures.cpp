@@ -6,6 +6,9 @@
 #include "quality/blockmeans.h"
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 int ToByte(double dValue)

@@ -11,6 +11,9 @@
 #include <qwt_plot_renderer.h>
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr QSize PLOT_SIZE(1000, 500);

@@ -13,6 +13,9 @@
 #include "camera/selfcorrection/modename.h"
 
 namespace ffc::quality {
+
+using camera::ECorrectionMode;
+
 namespace {
 
 const char *const METHOD =

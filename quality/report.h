@@ -19,7 +19,7 @@ namespace ffc::quality {
 constexpr double RELOAD_TOLERANCE_PERCENT = 0.2;
 
 struct SReport {
-  ECorrectionMode eMode = ECorrectionMode::None; ///< None: the host corrects, else the camera
+  camera::ECorrectionMode eMode = camera::ECorrectionMode::None; ///< None: the host corrects, else the camera
   QString strCamera;
   QString strPixelFormat;
   uint32_t nWidth = 0;
@@ -47,7 +47,7 @@ struct SFigureStacks {
   const CFrameStack &stDarkAfter;
   const CFrameStack &stBrightBefore;
   const CFrameStack &stBrightAfter;
-  EColorLayout eLayout;
+  genapi::EColorLayout eLayout;
 };
 
 /// Fills in the figures before and after, and the numbers of frames that they come from.

@@ -7,6 +7,9 @@
 #include "quality/noise.h"
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 struct SSpatial {

@@ -30,7 +30,7 @@ struct SUniformity {
 
 /// Shading of the worst plane, in percent: (max - min) / mean of the block means. Needs no dark frames.
 /// \return 0 for an empty stack
-double MeasureShading(const CFrameStack &stBright, EColorLayout eLayout);
+double MeasureShading(const CFrameStack &stBright, genapi::EColorLayout eLayout);
 
 /// Measures bright frames and dark frames of one size and depth.
 ///
@@ -43,6 +43,6 @@ double MeasureShading(const CFrameStack &stBright, EColorLayout eLayout);
 ///
 /// A single frame says nothing about temporal noise: none is then taken off.
 /// \return all zero when a stack is empty or the two differ in size or depth
-SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &stDark, EColorLayout eLayout);
+SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &stDark, genapi::EColorLayout eLayout);
 
 } // namespace ffc::quality

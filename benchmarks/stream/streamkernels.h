@@ -21,10 +21,10 @@ struct SStream {
 };
 
 struct SStreamKernels {
-  EInstructionLevel eLevel;
+  ffc::platform::EInstructionLevel eLevel;
   /// Goes through all parts at the same pace. \return something that depends on every byte that was only read
   uint64_t (*fnStream)(const SStream &stStream);
 };
 
 /// \return null for a level that was not built
-const SStreamKernels *FindSStreamKernels(EInstructionLevel eLevel);
+const SStreamKernels *FindSStreamKernels(ffc::platform::EInstructionLevel eLevel);

@@ -21,7 +21,3 @@ struct SReplayCameraOptions {
 Result<std::unique_ptr<ICamera>> CreateReplayCamera(const SReplayCameraOptions &stOptions);
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::CreateReplayCamera;
-using ffc::camera::SReplayCameraOptions;

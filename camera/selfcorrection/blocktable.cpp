@@ -4,6 +4,8 @@
 
 namespace ffc::camera {
 
+using genapi::EColor;
+
 namespace {
 
 constexpr double GAIN_UNIT = 256.0;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "camera/selfcorrection/onoff.h"
+#include "genapi/framecounts.h"
 
 namespace ffc::camera {
 
@@ -23,7 +24,6 @@ constexpr SBlockSizeEntry ALL_BLOCK_SIZES[] = {
   {"BlockSize_16384", 3, ECorrectionMode::Vignetting, 128},
   {"BlockSize_4096", 2, ECorrectionMode::Vignetting, 64},
 };
-constexpr int ALL_FRAME_COUNTS[] = {1, 2, 4, 8, 16};
 constexpr int64_t FACTORY_FRAME_COUNT = 4;
 constexpr int64_t FACTORY_GRAY = 128;
 constexpr int64_t FULL_GRAY = 255;
@@ -47,7 +47,7 @@ CCorrectionFeatures::CCorrectionFeatures(genapi::CSoftwareNodeMap &deviceMap, EC
     }
   }
   genapi::CSoftwareEnumeration &frameCount = deviceMap.AddEnumeration("FFCFrameCount").Strict();
-  for (const int nCount : ALL_FRAME_COUNTS) {
+  for (const int nCount : genapi::FRAME_COUNTS) {
     frameCount.Entry("FFCFrameCount_" + std::to_string(nCount), nCount);
   }
   frameCount.Poke(FACTORY_FRAME_COUNT);

@@ -12,6 +12,3 @@ enum class ECorrectionMode {
 };
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::ECorrectionMode;

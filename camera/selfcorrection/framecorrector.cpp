@@ -8,6 +8,9 @@
 
 namespace ffc::camera {
 
+using genapi::EColor;
+using genapi::GetPixelColor;
+
 namespace {
 
 constexpr double WHITE = 255.0;

@@ -4,6 +4,8 @@
 
 namespace ffc::camera {
 
+using genapi::GetLayoutName;
+
 namespace {
 
 /// By which the flash file of one camera is told from that of another, which has other settings or another

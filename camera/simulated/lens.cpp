@@ -4,6 +4,8 @@
 
 namespace ffc::camera {
 
+using genapi::EColor;
+
 namespace {
 
 constexpr float TILT_X = 0.03F; ///< how much brighter the right edge is than the centre

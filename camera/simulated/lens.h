@@ -32,6 +32,6 @@ private:
 };
 
 /// What the lamp gives in a colour, relative to green.
-double GetLampColor(EColor eColor);
+double GetLampColor(genapi::EColor eColor);
 
 } // namespace ffc::camera

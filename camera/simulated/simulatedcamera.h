@@ -29,7 +29,3 @@ struct SSimulatedCameraOptions {
 Result<std::unique_ptr<ICamera>> CreateSimulatedCamera(const SSimulatedCameraOptions &stOptions);
 
 } // namespace ffc::camera
-
-// Until those who use them name the room.
-using ffc::camera::CreateSimulatedCamera;
-using ffc::camera::SSimulatedCameraOptions;

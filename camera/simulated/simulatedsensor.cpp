@@ -6,6 +6,10 @@
 
 namespace ffc::camera {
 
+using genapi::EColor;
+using genapi::EColorLayout;
+using genapi::GetPixelColor;
+
 CSimulatedSensor::CSimulatedSensor(uint32_t nSensorWidth, uint32_t nSensorHeight, double dCornerFalloff, uint64_t nSeed,
                                    const SSensorModel &stModel)
   : m_stModel(stModel), m_nSensorWidth(nSensorWidth), m_nSeed(nSeed),

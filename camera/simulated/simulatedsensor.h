@@ -43,7 +43,7 @@ public:
 private:
   void Prepare(const SCameraSettings &stSettings, const SScene &stScene);
   void MakeHotPixels(CRandomPicker &picker);
-  double GetGain(const SCameraSettings &stSettings, EColor eColor) const;
+  double GetGain(const SCameraSettings &stSettings, genapi::EColor eColor) const;
   void PrepareHotPixels(const SCameraSettings &stSettings);
   void PrepareRow(const SCameraSettings &stSettings, const SScene &stScene, uint32_t nY);
   template <class TSample>

@@ -36,7 +36,3 @@ struct SNodeAccess {
 using NodeAccessHook = std::function<void(const SNodeAccess &stAccess)>;
 
 } // namespace ffc::genapi
-
-// Until those who use them name the room.
-using ffc::genapi::NodeAccessHook;
-using ffc::genapi::SNodeAccess;

@@ -124,8 +124,3 @@ public:
 };
 
 } // namespace ffc::genapi
-
-// Until those who use them name the room.
-using ffc::genapi::CSoftwareBoolean;
-using ffc::genapi::CSoftwareFloat;
-using ffc::genapi::CSoftwareInteger;

@@ -72,6 +72,3 @@ private:
 };
 
 } // namespace ffc::genapi
-
-// Until those who use them name the room.
-using ffc::genapi::CSoftwareNodeMap;

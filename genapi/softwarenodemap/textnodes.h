@@ -51,7 +51,3 @@ private:
 };
 
 } // namespace ffc::genapi
-
-// Until those who use them name the room.
-using ffc::genapi::CSoftwareRegister;
-using ffc::genapi::CSoftwareString;

@@ -8,6 +8,10 @@
 #include "host/viewer/framecopy.h"
 
 namespace ffc::host {
+
+using camera::ECorrectionMode;
+using camera::ISceneControl;
+
 namespace {
 
 const char *const COEFFICIENTS = "FFCValueAll";

@@ -7,6 +7,9 @@
 #include "host/headless/inertworkflow.h"
 
 namespace ffc::host {
+
+using camera::ECorrectionMode;
+
 namespace {
 
 std::unique_ptr<IWorkflow> MakeWorkflow(ECorrectionMode eMode, CWorkflowSession &session)

@@ -5,6 +5,10 @@
 #include "host/viewer/framecopy.h"
 
 namespace ffc::host {
+
+using camera::ISceneControl;
+using camera::SCameraFrame;
+
 namespace {
 
 SCameraFrame MakeFrame(const std::vector<uint8_t> &listRaw, const SStreamFormat &stFormat)

@@ -8,6 +8,8 @@
 
 namespace ffc::host {
 
+using camera::ISceneControl;
+
 Result<> CInertWorkflow::Run()
 {
   return RunSteps(

@@ -9,6 +9,8 @@
 
 namespace ffc::host {
 
+using genapi::EColorLayout;
+
 Result<> CResultFolder::Prepare()
 {
   if (!m_dir.mkpath(QStringLiteral("."))) {

@@ -28,7 +28,7 @@ public:
   /// before.png, after.png: the mean images. contrast_before.png, contrast_after.png: the same stretched
   /// about their means, with one stretch for both. profile.png.
   Result<> WritePictures(const quality::CFrameStack &stBefore, const quality::CFrameStack &stAfter,
-                         EColorLayout eLayout, const QString &strTitle) const;
+                         genapi::EColorLayout eLayout, const QString &strTitle) const;
   /// KIND_NNN.png at full depth.
   Result<> WriteFrame(const char *pKind, uint32_t nIndex, const std::vector<uint8_t> &listFrame,
                       const SStreamFormat &stFormat) const;

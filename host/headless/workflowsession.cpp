@@ -10,6 +10,12 @@
 #include "host/viewer/cameratexts.h"
 
 namespace ffc::host {
+
+using camera::ECorrectionMode;
+using camera::FindSceneControl;
+using camera::ISceneControl;
+using genapi::EColorLayout;
+
 namespace {
 
 /// A colour camera's bright acquisition discards so many frames while its white balance settles.

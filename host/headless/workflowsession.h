@@ -44,7 +44,7 @@ public:
 
   /// Sets what stands before the lens, with the stream stopped meanwhile, so that no frame of the old scene is
   /// under way.
-  Result<> SetScene(bool bLensCap, ISceneControl::EPurpose ePurpose);
+  Result<> SetScene(bool bLensCap, camera::ISceneControl::EPurpose ePurpose);
   /// Fills the report's format and size from a frame of the running stream.
   Result<> ReadFormat();
   /// Sets the scene for figures, and shows progress.

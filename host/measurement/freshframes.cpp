@@ -3,6 +3,11 @@
 #include <QCoreApplication>
 
 namespace ffc::host {
+
+using camera::FindSensorFormat;
+using camera::SCameraFrame;
+using camera::SSensorFormat;
+
 namespace {
 
 using EWanted = CFramePipeline::EWanted;

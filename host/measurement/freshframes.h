@@ -15,7 +15,7 @@ namespace ffc::host {
 constexpr uint32_t MEASURED_FRAMES = 16;
 
 struct SStreamFormat {
-  const SSensorFormat *pFormat = nullptr;
+  const camera::SSensorFormat *pFormat = nullptr;
   uint32_t nWidth = 0; ///< pixels
   uint32_t nHeight = 0;
 };

@@ -14,6 +14,9 @@
 #include "quality/profileplot.h"
 
 namespace ffc::host {
+
+using camera::ECorrectionMode;
+
 namespace {
 
 using EWanted = CFramePipeline::EWanted;

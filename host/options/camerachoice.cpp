@@ -3,6 +3,10 @@
 #include <QCoreApplication>
 
 namespace ffc::host {
+
+using camera::ECorrectionMode;
+using camera::SRealCameraInfo;
+
 namespace {
 
 QString Translate(const char *pText)

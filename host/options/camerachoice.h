@@ -20,6 +20,6 @@ struct SCameraChoice {
 /// First the camera of the command line, then the real ones, the simulated ones, and recorded frames at the end.
 /// \param listRealCameras those that answered when they were looked for
 std::vector<SCameraChoice> ListCameraChoices(const SCameraOptions &stCamera,
-                                             const std::vector<SRealCameraInfo> &listRealCameras = {});
+                                             const std::vector<camera::SRealCameraInfo> &listRealCameras = {});
 
 } // namespace ffc::host

@@ -9,6 +9,17 @@
 #include "host/viewer/cameratexts.h"
 
 namespace ffc::host {
+
+using camera::AreRealCamerasSupported;
+using camera::CreateReplayCamera;
+using camera::CreateSimulatedCamera;
+using camera::ICamera;
+using camera::ListRealCameras;
+using camera::OpenRealCamera;
+using camera::SRealCameraInfo;
+using camera::SReplayCameraOptions;
+using camera::SSimulatedCameraOptions;
+
 namespace {
 
 OpenedCamera OpenSimulated(const SCameraOptions &stOptions)

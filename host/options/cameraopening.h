@@ -12,7 +12,7 @@
 
 namespace ffc::host {
 
-using OpenedCamera = Result<std::unique_ptr<ICamera>>;
+using OpenedCamera = Result<std::unique_ptr<camera::ICamera>>;
 using CameraFactory = std::function<OpenedCamera(const SCameraOptions &)>;
 
 OpenedCamera OpenCamera(const SCameraOptions &stOptions);

@@ -11,6 +11,11 @@
 #include "platform/result.h"
 
 namespace ffc::host {
+
+using camera::AreRealCamerasSupported;
+using camera::ECorrectionMode;
+using camera::FindSensorFormat;
+
 namespace {
 
 constexpr int EXIT_USAGE = 2;

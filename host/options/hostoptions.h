@@ -17,9 +17,9 @@ struct SCameraOptions {
   uint32_t nWidth = 2048;      ///< pixels, simulated camera only, as all that follows
   uint32_t nHeight = 1536;
   uint64_t nSeed = 1;
-  ECorrectionMode eMode = ECorrectionMode::None; ///< its own correction
-  std::string strFlashFile;                      ///< empty: a flash that nobody keeps
-  uint32_t nBlockSize = 0;                       ///< of its coefficients, pixels; 0: the camera's own choice
+  camera::ECorrectionMode eMode = camera::ECorrectionMode::None; ///< its own correction
+  std::string strFlashFile;                                      ///< empty: a flash that nobody keeps
+  uint32_t nBlockSize = 0; ///< of its coefficients, pixels; 0: the camera's own choice
 };
 
 /// Which plug-in.

@@ -5,6 +5,9 @@
 #include <string>
 
 namespace ffc::host {
+
+using camera::ICamera;
+
 namespace {
 
 /// Entries are named after the pixels of a block: "BlockSize_1024".

@@ -11,9 +11,9 @@ namespace ffc::host {
 
 /// Selects the side of a self-correcting camera's coefficient blocks. Only while it does not stream.
 /// \param nSide pixels; 0 leaves the camera's own choice
-Result<> SelectBlockSize(ICamera &camera, uint32_t nSide);
+Result<> SelectBlockSize(camera::ICamera &camera, uint32_t nSide);
 
 /// Side of the coefficient blocks in pixels; 0 for a camera that has none.
-uint32_t ReadBlockSize(ICamera &camera);
+uint32_t ReadBlockSize(camera::ICamera &camera);
 
 } // namespace ffc::host

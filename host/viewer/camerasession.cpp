@@ -9,6 +9,10 @@
 #include "host/viewer/settingsrescue.h"
 
 namespace ffc::host {
+
+using camera::ICamera;
+using camera::ICameraLink;
+
 namespace {
 
 constexpr int64_t REOPEN_MS = 5000; ///< each attempt holds the caller for about a second

@@ -23,7 +23,7 @@ class CCameraSession : public QObject {
 public:
   /// What is opened together, now and when a lost camera is back.
   struct SSetup {
-    std::function<Result<std::unique_ptr<ICamera>>()> fnOpenCamera;
+    std::function<Result<std::unique_ptr<camera::ICamera>>()> fnOpenCamera;
     uint32_t nBlockSize = 0; ///< of a self-correcting camera's coefficients, pixels; 0: the camera's own choice
     QString strModule;       ///< of the plug-in
     ELanguage eLanguage = ELanguage::English;
@@ -68,7 +68,7 @@ signals:
   void SigError(const QString &strError);
 
 private:
-  void Adopt(std::unique_ptr<ICamera> pCamera);
+  void Adopt(std::unique_ptr<camera::ICamera> pCamera);
   void Reopen(bool bMayReopen);
   void CheckStall();
 

@@ -9,6 +9,8 @@
 
 namespace ffc::host {
 
+using camera::SCameraFrame;
+
 void CFramePipeline::Receive(const SCameraFrame &stFrame)
 {
   if (m_fnObserver) {

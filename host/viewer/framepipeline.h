@@ -17,7 +17,7 @@ namespace ffc::host {
 
 /// A frame as it came and, when the plug-in wrote one, as it was corrected. Valid during the call only.
 struct SProcessedFrame {
-  const SCameraFrame *pRaw = nullptr;
+  const camera::SCameraFrame *pRaw = nullptr;
   const void *pCorrected = nullptr; ///< of the raw frame's size; null when nobody wrote it
 };
 
@@ -79,7 +79,7 @@ public:
   void Withhold(bool bWithhold) { m_bWithheld = bWithhold; }
 
   /// Takes one frame. On one thread at a time: the camera's.
-  void Receive(const SCameraFrame &stFrame);
+  void Receive(const camera::SCameraFrame &stFrame);
 
   /// Asks for the next nFrames frames; corrected ones only, or any. Replaces an earlier request.
   void Request(uint32_t nFrames, EWanted eWanted, FrameSink fnSink);
@@ -100,9 +100,9 @@ public:
   void ResetThroughput();
 
 private:
-  bool Correct(const SCameraFrame &stFrame, int32_t &nStatus, uint64_t &nNanoseconds);
-  void Count(const SCameraFrame &stFrame, bool bCorrected, uint64_t nNanoseconds);
-  void KeepLatest(const SCameraFrame &stFrame, bool bCorrected, int32_t nStatus);
+  bool Correct(const camera::SCameraFrame &stFrame, int32_t &nStatus, uint64_t &nNanoseconds);
+  void Count(const camera::SCameraFrame &stFrame, bool bCorrected, uint64_t nNanoseconds);
+  void KeepLatest(const camera::SCameraFrame &stFrame, bool bCorrected, int32_t nStatus);
   void Serve(const SProcessedFrame &stFrame);
 
   IPlugin *m_pPlugin = nullptr;

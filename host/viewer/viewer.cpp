@@ -5,6 +5,12 @@
 #include <QVariant>
 
 namespace ffc::host {
+
+using camera::ICamera;
+using camera::SCameraFrame;
+using genapi::CObservedNodeMap;
+using genapi::SNodeAccess;
+
 namespace {
 
 /// Read by the plug-in with every frame that it takes.

@@ -24,7 +24,7 @@ class CViewer : public QObject {
   Q_OBJECT
 
 public:
-  explicit CViewer(std::unique_ptr<ICamera> pCamera);
+  explicit CViewer(std::unique_ptr<camera::ICamera> pCamera);
   ~CViewer() override;
 
   /// \param pObserver outlives the viewer; null for none. Set before Open.
@@ -48,7 +48,7 @@ public:
   Result<> StartStream();
   void StopStream();
 
-  ICamera &GetCamera() { return *m_pCamera; }
+  camera::ICamera &GetCamera() { return *m_pCamera; }
   CFramePipeline &GetPipeline() { return m_pipeline; }
   /// Whether the camera started when it was last asked to, by the plug-in or by StartStream.
   Result<> GetStreamState() const { return m_streamState; }
@@ -65,13 +65,13 @@ private:
   void Release();
   void Send(EPluginMsgCode eCode);
   GenApi::INodeMap *WatchDeviceMap();
-  void Watch(const SNodeAccess &stAccess);
+  void Watch(const genapi::SNodeAccess &stAccess);
 
-  std::unique_ptr<ICamera> m_pCamera;
+  std::unique_ptr<camera::ICamera> m_pCamera;
   CPluginModule m_module;
   CFramePipeline m_pipeline;
   IAcquisitionObserver *m_pObserver = nullptr;
-  std::unique_ptr<CObservedNodeMap> m_pWatchedMap; ///< what the plug-in gets when somebody observes
+  std::unique_ptr<genapi::CObservedNodeMap> m_pWatchedMap; ///< what the plug-in gets when somebody observes
   bool m_bAcquiring = false;
   PLUGIN_INIT_PARAM m_stInitParam; ///< the plug-in keeps the pointer until Uninitialize
   QByteArray m_byteDeviceName;

@@ -5,6 +5,10 @@
 #include "genapi/pfnc.h"
 
 namespace ffc::host {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+
 namespace {
 
 using EKind = SCorrectionState::EKind;

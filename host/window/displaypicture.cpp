@@ -5,6 +5,13 @@
 #include "host/window/computedpicture.h"
 
 namespace ffc::host {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::EColor;
+using genapi::EColorLayout;
+using genapi::GetPixelColor;
+
 namespace {
 
 template <class TSample>

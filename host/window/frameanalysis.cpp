@@ -5,6 +5,9 @@
 #include "host/window/displaypicture.h"
 
 namespace ffc::host {
+
+using camera::SSensorFormat;
+
 namespace {
 
 /// The stack has one frame, so that its sums are the samples.

@@ -27,6 +27,12 @@
 #include "host/window/statusline.h"
 
 namespace ffc::host {
+
+using camera::AreRealCamerasSupported;
+using camera::FindSceneControl;
+using camera::ListRealCameras;
+using camera::SRealCameraInfo;
+
 namespace {
 
 constexpr int REFRESH_MS = 33;

@@ -7,6 +7,9 @@
 #include <QSlider>
 
 namespace ffc::host {
+
+using camera::ISceneControl;
+
 namespace {
 
 constexpr int FULL = 100; ///< percent

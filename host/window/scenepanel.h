@@ -20,7 +20,7 @@ public:
   explicit CScenePanel(QWidget *pParent = nullptr);
 
   /// \param pScene outlives its use here; null: a real camera
-  void SetScene(ISceneControl *pScene);
+  void SetScene(camera::ISceneControl *pScene);
   /// Shows what others have changed.
   void Refresh();
   /// The even target for a measurement, covered or not, whatever the user has chosen.
@@ -32,7 +32,7 @@ public:
 private:
   void ShowIllumination(int nPercent);
 
-  ISceneControl *m_pScene = nullptr;
+  camera::ISceneControl *m_pScene = nullptr;
   bool m_bCapOn = false; ///< as the user left it
   QCheckBox *m_pLensCap;
   QCheckBox *m_pTestChart;

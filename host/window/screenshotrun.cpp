@@ -12,6 +12,9 @@
 #include "frames/wholefile.h"
 
 namespace ffc::host {
+
+using camera::FindSceneControl;
+
 namespace {
 
 constexpr QSize WINDOW_SIZE(1280, 800);

@@ -6,6 +6,8 @@
 #include "platform/builtlevel.h"
 #include "platform/prefetch.h"
 
+namespace ffc::ombrix {
+
 extern const SFlatFieldKernels FFC_KERNEL_TABLE;
 
 namespace {
@@ -32,7 +34,7 @@ struct SDepth<8> {
   using TPixel = uint8_t;
 };
 
-template <typename TPixel>
+template <class TPixel>
 inline TPixel Load(const unsigned char *pData, std::size_t nIndex)
 {
   TPixel nValue;
@@ -40,7 +42,7 @@ inline TPixel Load(const unsigned char *pData, std::size_t nIndex)
   return nValue;
 }
 
-template <typename TPixel>
+template <class TPixel>
 inline void Store(unsigned char *pData, std::size_t nIndex, TPixel nValue)
 {
   std::memcpy(pData + nIndex * sizeof nValue, &nValue, sizeof nValue);
@@ -273,3 +275,5 @@ const SFlatFieldKernels FFC_KERNEL_TABLE = {
   {FFC_APPLY(8), FFC_APPLY(9), FFC_APPLY(10), FFC_APPLY(11), FFC_APPLY(12), FFC_APPLY(13), FFC_APPLY(14), FFC_APPLY(15),
    FFC_APPLY(16)},
 };
+
+} // namespace ffc::ombrix

@@ -10,6 +10,8 @@
 
 #include "platform/instructionlevel.h"
 
+namespace ffc::ombrix {
+
 enum : uint32_t {
   FLATFIELD_MIN_BIT_DEPTH = 8,
   FLATFIELD_MAX_BIT_DEPTH = 16,
@@ -40,11 +42,13 @@ using FnApplyTable = void (*)(const SFrameRun &stRun);
 
 /// Functions by bit depth less FLATFIELD_MIN_BIT_DEPTH; then by whether there is a dark frame.
 struct SFlatFieldKernels {
-  EInstructionLevel eLevel; ///< that the compiler really used
+  platform::EInstructionLevel eLevel; ///< that the compiler really used
   FnComputeTable afnCompute[FLATFIELD_BIT_DEPTHS][2];
   /// Last by whether the destination is the source; otherwise they do not overlap.
   FnApplyTable afnApply[FLATFIELD_BIT_DEPTHS][2][2];
 };
 
 /// \return null for a level that was not built
-const SFlatFieldKernels *FindSFlatFieldKernels(EInstructionLevel eLevel);
+const SFlatFieldKernels *FindSFlatFieldKernels(platform::EInstructionLevel eLevel);
+
+} // namespace ffc::ombrix

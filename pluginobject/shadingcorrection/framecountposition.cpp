@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <iterator>
 
+#include "genapi/framecounts.h"
+
 namespace ffc::dialog {
+
+using genapi::FRAME_COUNTS;
 
 namespace {
 
 constexpr int STEP = 4;
-constexpr int FRAME_COUNTS[] = {1, 2, 4, 8, 16};
 constexpr int LAST_POSITION = 16;
 
 } // namespace

@@ -13,6 +13,7 @@
 
 using namespace ffc::frames;
 using namespace ffc::test;
+using ffc::genapi::EColorLayout;
 
 namespace {
 

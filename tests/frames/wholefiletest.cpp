@@ -9,6 +9,7 @@
 #include "tests/support/fullvolume.h"
 
 using namespace ffc::frames;
+using namespace ffc::test;
 
 TEST(WholeFile, StaysAsItWasWhenTheVolumeIsFull)
 {

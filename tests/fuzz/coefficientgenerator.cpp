@@ -6,6 +6,8 @@
 #include "tests/fuzz/fuzztargets.h"
 #include "tests/fuzz/require.h"
 
+using ffc::imagecalc::IMAGECALC_STATUS_SUCCESS;
+
 namespace {
 
 constexpr int32_t LARGEST_SIDE = 160;

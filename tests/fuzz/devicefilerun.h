@@ -31,13 +31,13 @@ inline void ExchangePairs(uint8_t *pBytes)
 /// A camera that says what it likes about the size of its coefficients and the length of their register.
 class CLyingCamera {
 public:
-  explicit CLyingCamera(ECoefficients eCoefficients) : m_camera("Mono8", 64, 64, {}, eCoefficients)
+  explicit CLyingCamera(ffc::test::ECoefficients eCoefficients) : m_camera("Mono8", 64, 64, {}, eCoefficients)
   {
     m_camera.Integer("FFCCoefficientsSize").OnRead([this] { return m_nSize; });
-    m_camera.Device().Find<CSoftwareRegister>("FFCValueAll")->Length([this] { return m_nLength; });
+    m_camera.Device().Find<ffc::genapi::CSoftwareRegister>("FFCValueAll")->Length([this] { return m_nLength; });
   }
 
-  CCorrectingCamera &Get() { return m_camera; }
+  ffc::test::CCorrectingCamera &Get() { return m_camera; }
   void Reset(int64_t nSize)
   {
     m_camera.Correction().SetWritten({});
@@ -50,7 +50,7 @@ public:
   int64_t m_nLength = 0;
 
 private:
-  CCorrectingCamera m_camera;
+  ffc::test::CCorrectingCamera m_camera;
 };
 
 /// Sizes that a process would take memory for are kept small.
@@ -150,5 +150,5 @@ private:
   const bool m_bExchanged;
   const int64_t m_nSize; // when the process was initialised
   TProcess m_process;
-  CScriptedChooser &m_chooser;
+  ffc::test::CScriptedChooser &m_chooser;
 };

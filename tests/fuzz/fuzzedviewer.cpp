@@ -12,6 +12,10 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/modalanswer.h"
 
+using namespace ffc::test;
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::process::EProcessKind;
+
 namespace {
 
 void *ToPointer(CSoftwareNodeMap &map)

@@ -23,7 +23,7 @@ public:
   ~CFuzzedViewer();
 
   CShadingCorrectionPlugin &Plugin() { return *m_pPlugin; }
-  CTestCamera &Camera() { return m_camera; }
+  ffc::test::CTestCamera &Camera() { return m_camera; }
   /// What the title bar shows.
   QString GetTitle() const;
   /// Frames are offered to the correction again, whatever ended that.
@@ -36,7 +36,7 @@ private:
   class CPlugin;
   CShadingCorrectionDlg &Dialog() const;
 
-  CTestCamera m_camera;
+  ffc::test::CTestCamera m_camera;
   QWidget m_parent;
   PLUGIN_INIT_PARAM m_stParam;
   std::unique_ptr<CShadingCorrectionPlugin> m_pPlugin;

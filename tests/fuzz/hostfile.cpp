@@ -8,6 +8,8 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/testcamera.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int32_t LARGEST_SIDE = 24;

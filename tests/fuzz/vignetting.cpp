@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <memory>
 
-#include "pluginobject/shadingcorrection/imagecalc/vcbayer.h"
-#include "pluginobject/shadingcorrection/imagecalc/vcgary.h"
-#include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignetting/vcbayer.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignetting/vcgary.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignetting/vignettingcoefficient.h"
 #include "tests/fuzz/fuzzinput.h"
 #include "tests/fuzz/fuzztargets.h"
 #include "tests/fuzz/require.h"
+
+using ffc::imagecalc::IMAGECALC_STATUS_SUCCESS;
 
 namespace {
 

@@ -2,6 +2,8 @@
 #include "tests/fuzz/devicefilerun.h"
 #include "tests/fuzz/fuzztargets.h"
 
+using namespace ffc::test;
+
 void FuzzVignettingFile(const uint8_t *pData, std::size_t nSize)
 {
   static CLyingCamera s_camera(ECoefficients::Vignetting);

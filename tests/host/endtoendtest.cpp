@@ -12,6 +12,10 @@
 #include "camera/sensorformat.h"
 #include "tests/host/hostrun.h"
 
+using ffc::camera::GetSensorFormats;
+using ffc::camera::SSensorFormat;
+using ffc::genapi::EColorLayout;
+
 namespace {
 
 void ExpectMeanAtExpectedGrey(const CHostRun &run)

@@ -7,6 +7,14 @@
 
 namespace ffc::host {
 
+using camera::CreateSimulatedCamera;
+using camera::ECorrectionMode;
+using camera::FindSceneControl;
+using camera::ICameraLink;
+using camera::ISceneControl;
+using camera::SCameraFrame;
+using camera::SSimulatedCameraOptions;
+
 /// A wire that a test cuts. Nobody is told, only asked.
 class CFaultyCamera::CLink final : public ICameraLink {
 public:

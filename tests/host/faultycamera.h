@@ -14,7 +14,7 @@
 namespace ffc::host {
 
 /// A small simulated camera, with faults.
-class CFaultyCamera final : public ICamera, public ISceneOwner {
+class CFaultyCamera final : public camera::ICamera, public camera::ISceneOwner {
 public:
   struct SFaults {
     bool bRefusesToStart = false;
@@ -28,7 +28,7 @@ public:
 
   /// \param strPixelFormat PFNC name; 64 x 64 pixels
   CFaultyCamera(const std::string &strPixelFormat, const SFaults &stFaults,
-                ECorrectionMode eMode = ECorrectionMode::None);
+                camera::ECorrectionMode eMode = camera::ECorrectionMode::None);
   ~CFaultyCamera() override;
 
   std::string GetDisplayName() const override { return m_pCamera->GetDisplayName(); }
@@ -39,17 +39,17 @@ public:
   ffc::Result<> Start() override;
   void Stop() override { m_pCamera->Stop(); }
   bool IsStreaming() const override { return m_pCamera->IsStreaming(); }
-  ISceneControl *GetSceneControl() override;
-  ICameraLink *GetLink() override { return m_pLink.get(); }
+  camera::ISceneControl *GetSceneControl() override;
+  camera::ICameraLink *GetLink() override { return m_pLink.get(); }
 
 private:
   class CLink;
   class CStuckCap;
 
   SFaults m_stFaults;
-  std::unique_ptr<ICamera> m_pCamera;
+  std::unique_ptr<camera::ICamera> m_pCamera;
   std::unique_ptr<CStuckCap> m_pStuckCap;
-  std::unique_ptr<ICameraLink> m_pLink;
+  std::unique_ptr<camera::ICameraLink> m_pLink;
 };
 
 } // namespace ffc::host

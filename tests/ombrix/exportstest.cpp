@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::test;
+
 TEST(OmbrixExports, TheBuiltLibraryExportsExactlyItsTwoFunctions)
 {
   EXPECT_EQ(ReadExportedNames(OMBRIX_FILE),

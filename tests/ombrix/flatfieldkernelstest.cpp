@@ -10,6 +10,10 @@
 #include "tests/ombrix/reference.h"
 #include "tests/support/kernellevels.h"
 
+using namespace ffc::ombrix;
+using namespace ffc::test;
+using ffc::platform::EInstructionLevel;
+
 namespace {
 
 // Sizes around one and several of the steps that the loops take, beside all small ones.
@@ -64,7 +68,7 @@ struct SCase {
   std::size_t PixelBytes() const { return GetBytesPerPixel(nBitDepth); }
   uint32_t Index() const { return nBitDepth - FLATFIELD_MIN_BIT_DEPTH; }
   TValues MakePixels(uint32_t nSeed) const { return MakeRandomValues(nPixels, GetMaxStoredValue(nBitDepth), nSeed); }
-  template <typename TByte>
+  template <class TByte>
   TByte *FindLevels(TByte *pGains) const
   {
     return bDark ? pGains + 2 * nPixels : nullptr;
@@ -91,7 +95,7 @@ std::vector<std::size_t> ListSizes()
   return listSizes;
 }
 
-template <typename TCheck>
+template <class TCheck>
 void ForAllCases(TCheck fnCheck)
 {
   for (uint32_t nBitDepth = FLATFIELD_MIN_BIT_DEPTH; nBitDepth <= FLATFIELD_MAX_BIT_DEPTH; ++nBitDepth) {

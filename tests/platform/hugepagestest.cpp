@@ -11,6 +11,9 @@
 
 #include "platform/zeroedmemory.h"
 
+using ffc::platform::GiveZeroedMemory;
+using ffc::platform::TakeZeroedMemory;
+
 namespace {
 
 constexpr std::size_t HUGE_PAGE = std::size_t{1} << 21;

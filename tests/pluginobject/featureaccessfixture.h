@@ -70,14 +70,14 @@ protected:
     EXPECT_EQ(m_nExecuted, 0);
   }
 
-  CSoftwareNodeMap m_map;
-  CSoftwareInteger &m_integer = m_map.AddInteger("Integer", 10);
-  CSoftwareFloat &m_float = m_map.AddFloat("Float", 1.5);
-  CSoftwareBoolean &m_boolean = m_map.AddBoolean("Boolean", true);
-  CSoftwareEnumeration &m_enumeration = m_map.AddEnumeration("Enumeration");
-  CSoftwareString &m_string = m_map.AddString("String", "text");
-  CSoftwareRegister &m_register = m_map.AddRegister("Register");
-  CSoftwareCommand &m_command = m_map.AddCommand("Command");
+  ffc::genapi::CSoftwareNodeMap m_map;
+  ffc::genapi::CSoftwareInteger &m_integer = m_map.AddInteger("Integer", 10);
+  ffc::genapi::CSoftwareFloat &m_float = m_map.AddFloat("Float", 1.5);
+  ffc::genapi::CSoftwareBoolean &m_boolean = m_map.AddBoolean("Boolean", true);
+  ffc::genapi::CSoftwareEnumeration &m_enumeration = m_map.AddEnumeration("Enumeration");
+  ffc::genapi::CSoftwareString &m_string = m_map.AddString("String", "text");
+  ffc::genapi::CSoftwareRegister &m_register = m_map.AddRegister("Register");
+  ffc::genapi::CSoftwareCommand &m_command = m_map.AddCommand("Command");
   int m_nExecuted = 0;
   ffc::pluginobject::CFeatureAccess m_features{&m_map};
 };

@@ -5,6 +5,8 @@
 
 #include "tests/pluginobject/featureaccessfixture.h"
 
+using ffc::genapi::CSoftwareInteger;
+
 using FeatureValue = CFeatureAccessTest;
 
 TEST_F(FeatureValue, AnIntegerIsReadAndWrittenWithAll64Bits)

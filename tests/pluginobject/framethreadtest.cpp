@@ -21,6 +21,7 @@
 #include "tests/support/testcamera.h"
 
 using ffc::pluginobject::MakePluginMsg;
+using namespace ffc::test;
 
 namespace {
 

@@ -2,6 +2,8 @@
 
 #include "tests/support/dynamicsymbols.h"
 
+using namespace ffc::test;
+
 TEST(ModuleFile, ExportsExactlyTwoFunctions)
 {
   EXPECT_EQ(ReadExportedNames(FFC_MODULE_FILE),

@@ -22,6 +22,7 @@
 #include "tests/support/testcamera.h"
 
 using ffc::pluginobject::MakePluginMsg;
+using namespace ffc::test;
 
 namespace {
 

@@ -68,7 +68,7 @@ protected:
   }
 
   /// The host's records carry node maps without their type.
-  static void *ToPointer(CSoftwareNodeMap &map) { return static_cast<GenApi::INodeMap *>(&map); }
+  static void *ToPointer(ffc::genapi::CSoftwareNodeMap &map) { return static_cast<GenApi::INodeMap *>(&map); }
 
   int32_t Initialize() { return m_pPlugin->Initialize(&m_stInitParam); }
 
@@ -97,7 +97,7 @@ protected:
   }
 
   QTextCodec *m_pLocaleCodec;
-  CTestCamera m_camera;
+  ffc::test::CTestCamera m_camera;
   PLUGIN_INIT_PARAM m_stInitParam;
   SProcessScript m_stScript;
   std::unique_ptr<CShadingCorrectionPlugin> m_pPlugin = std::make_unique<CScriptedPlugin>(m_stScript);

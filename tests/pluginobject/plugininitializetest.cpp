@@ -7,6 +7,9 @@
 
 #include "tests/pluginobject/pluginfixture.h"
 
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::genapi::CSoftwareString;
+
 namespace {
 
 const std::string NAME = "Flat Field Correction Plugin";

@@ -8,6 +8,8 @@
 #include "tests/support/framepump.h"
 #include "tests/support/modalanswer.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr uint32_t REQUESTED = 0;

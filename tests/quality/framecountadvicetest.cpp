@@ -7,6 +7,9 @@
 #include "tests/quality/syntheticscene.h"
 
 using namespace ffc::quality;
+using ffc::genapi::EColor;
+using ffc::genapi::EColorLayout;
+using ffc::genapi::GetPixelColor;
 
 namespace {
 

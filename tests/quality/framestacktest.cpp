@@ -6,6 +6,9 @@
 #include "tests/quality/syntheticscene.h"
 
 using namespace ffc::quality;
+using ffc::camera::FindSensorFormat;
+using ffc::genapi::EColorLayout;
+using ffc::genapi::GetPixelColor;
 
 namespace {
 

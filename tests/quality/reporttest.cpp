@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 using namespace ffc::quality;
+using ffc::camera::ECorrectionMode;
+using ffc::genapi::EColorLayout;
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include <functional>
 
 using namespace ffc::quality;
+using ffc::genapi::EColorLayout;
+using ffc::genapi::GetPixelColor;
 
 namespace {
 

@@ -9,5 +9,5 @@
 
 /// Figures of the pixels of one colour (0 red, 1 green, 2 blue), or of all pixels with -1.
 ffc::quality::SUniformityFigures MeasureSlowly(const SSyntheticScene &stScene, const std::vector<TestFrame> &listBright,
-                                               const std::vector<TestFrame> &listDark, EColorLayout eLayout,
-                                               int nColor);
+                                               const std::vector<TestFrame> &listDark,
+                                               ffc::genapi::EColorLayout eLayout, int nColor);

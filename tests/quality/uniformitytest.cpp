@@ -7,6 +7,10 @@
 #include "tests/quality/slowuniformity.h"
 
 using namespace ffc::quality;
+using ffc::genapi::EColor;
+using ffc::genapi::EColorLayout;
+using ffc::genapi::GetLayoutName;
+using ffc::genapi::GetPixelColor;
 
 namespace {
 

@@ -8,6 +8,9 @@
 #include "tests/quality/syntheticscene.h"
 
 using namespace ffc::quality;
+using ffc::genapi::EColor;
+using ffc::genapi::EColorLayout;
+using ffc::genapi::GetPixelColor;
 
 namespace {
 

@@ -1,5 +1,8 @@
 #include "tests/reliability/accessfault.h"
 
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
+
 void CAccessFault::Arm(uint64_t nFirst, uint64_t nLast, std::optional<EAccessFailure> eFailure)
 {
   m_nFirst = nFirst;

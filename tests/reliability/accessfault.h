@@ -18,7 +18,7 @@ public:
 
   /// Fails the accesses nFirst to nLast from now on, counted from 1.
   /// \param eFailure what they throw; none: look-ups give no node, and all others succeed
-  void Arm(uint64_t nFirst, uint64_t nLast, std::optional<EAccessFailure> eFailure);
+  void Arm(uint64_t nFirst, uint64_t nLast, std::optional<ffc::test::EAccessFailure> eFailure);
   /// Counts from 0 again and fails nothing.
   void Disarm() { Arm(0, 0, std::nullopt); }
   uint64_t GetCount() const { return m_nCount; }
@@ -29,12 +29,12 @@ public:
   CRefusals &Refusals() { return m_refusals; }
 
   /// One access. \return whether a look-up shall give no node; throws when it shall fail otherwise
-  bool Count(const SNodeAccess &stAccess);
+  bool Count(const ffc::genapi::SNodeAccess &stAccess);
 
 private:
   uint64_t m_nFirst = 0;
   uint64_t m_nLast = 0;
-  std::optional<EAccessFailure> m_eFailure;
+  std::optional<ffc::test::EAccessFailure> m_eFailure;
   uint64_t m_nCount = 0;
   bool m_bFailed = false;
   CRefusals m_refusals;
@@ -53,7 +53,7 @@ public:
   void GetNodes(GenApi::NodeList_t &listNodes) const override { m_observed.GetNodes(listNodes); }
 
 private:
-  CObservedNodeMap m_observed;
+  ffc::genapi::CObservedNodeMap m_observed;
   const GenApi::INodeMap *m_pOther = nullptr;
   mutable bool m_bNoNode = false; // the look-up under way gives none
 };

@@ -9,6 +9,8 @@
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using Kind = std::optional<EAccessFailure>; // none: there is no such node

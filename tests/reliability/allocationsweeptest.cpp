@@ -13,6 +13,8 @@
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
+using namespace ffc::test;
+
 namespace {
 
 // No memory, as such or as a feature that could not be read.

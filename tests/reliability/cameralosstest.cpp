@@ -5,6 +5,10 @@
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
+using namespace ffc::test;
+using ffc::genapi::CSoftwareCommand;
+using ffc::genapi::CSoftwareEnumeration;
+
 namespace {
 
 class CameraLoss : public testing::TestWithParam<EMode> {

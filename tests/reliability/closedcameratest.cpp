@@ -25,6 +25,9 @@
 
 #include "tests/reliability/modulerig.h"
 
+using namespace ffc::test;
+using ffc::genapi::CSoftwareInteger;
+
 namespace {
 
 enum class EEnd { Uninitialise, UninitialiseAndParent, Parent, Reopen, Destroy };

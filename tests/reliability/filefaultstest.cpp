@@ -19,6 +19,8 @@
 #include "tests/reliability/scale.h"
 #include "tests/support/fullvolume.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr int HOST_WIDTH = 64;

@@ -7,6 +7,8 @@
 
 #include "tests/reliability/modulerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr double SHORT_EXPOSURE = -970000.0; // the process waits 30 ms for each frame

@@ -8,6 +8,8 @@
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
+using ffc::genapi::CSoftwareNodeMap;
+
 namespace {
 
 constexpr int64_t ONE = 1;

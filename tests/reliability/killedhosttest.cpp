@@ -11,6 +11,15 @@
 #include "camera/simulated/simulatedcamera.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
+using ffc::camera::CreateSimulatedCamera;
+using ffc::camera::ECorrectionMode;
+using ffc::camera::ICamera;
+using ffc::camera::SSimulatedCameraOptions;
+using ffc::genapi::CSoftwareCommand;
+using ffc::genapi::CSoftwareEnumeration;
+using ffc::genapi::CSoftwareFloat;
+using ffc::genapi::CSoftwareNodeMap;
+
 namespace {
 
 constexpr int LIMIT_MS = 60000;

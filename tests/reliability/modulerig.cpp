@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::test;
+
 namespace {
 
 constexpr double FRAMES_PER_SECOND = 5000.0;

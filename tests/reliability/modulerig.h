@@ -75,7 +75,7 @@ private:
 class CModuleRig {
 public:
   /// Makes a frame, on the frame thread; an empty one is lost on its way. Null: a uniform one.
-  using FnFrame = std::function<std::vector<uint8_t>(const CTestCamera &camera, uint32_t nGray)>;
+  using FnFrame = std::function<std::vector<uint8_t>(const ffc::test::CTestCamera &camera, uint32_t nGray)>;
 
   explicit CModuleRig(EMode eMode, const std::string &strPixelFormat = "Mono8");
   ~CModuleRig();
@@ -83,9 +83,9 @@ public:
   CModuleRig &operator=(const CModuleRig &) = delete;
 
   EMode GetMode() const { return m_eMode; }
-  CTestCamera &Camera() { return *m_pCamera; }
+  ffc::test::CTestCamera &Camera() { return *m_pCamera; }
   CAccessFault &Fault() { return m_fault; }
-  CModalAnswer &Answer() { return m_answer; }
+  ffc::test::CModalAnswer &Answer() { return m_answer; }
   IPlugin &Plugin() { return *m_pPlugin; }
   QLibrary &Library() { return m_library; }
   QString Path(const QString &strFile) const { return m_folder.filePath(strFile); }
@@ -119,7 +119,7 @@ public:
   void SetMessageHook(std::function<void(int32_t)> fnHook) { m_fnMessageHook = std::move(fnHook); }
 
   /// The camera's features as texts, but for those that an operation need not put back.
-  Settings TakeSettings();
+  ffc::test::Settings TakeSettings();
   /// What must not be so between two operations; empty when all is well.
   std::string FindTrouble() const;
 
@@ -138,13 +138,13 @@ private:
 
   const EMode m_eMode;
   QTemporaryDir m_folder;
-  std::unique_ptr<CTestCamera> m_pCamera;
+  std::unique_ptr<ffc::test::CTestCamera> m_pCamera;
   CAccessFault m_fault;
   CFaultyNodeMap m_deviceMap;
   CFaultyNodeMap m_streamMap;
   CFaultyNodeMap m_outputMap;
   PLUGIN_INIT_PARAM m_stParam;
-  CModalAnswer m_answer;
+  ffc::test::CModalAnswer m_answer;
   QLibrary m_library;
   IPlugin *m_pPlugin = nullptr;
   CMessageRelay m_relay;
@@ -159,5 +159,5 @@ private:
   std::atomic<uint64_t> m_nDelivered{0};
   std::atomic<uint64_t> m_nCorrected{0};
   std::vector<uint8_t> m_listOutput; // frame thread
-  std::unique_ptr<CFramePump> m_pPump;
+  std::unique_ptr<ffc::test::CFramePump> m_pPump;
 };

@@ -6,6 +6,8 @@
 
 #include "tests/reliability/modulerig.h"
 
+using namespace ffc::test;
+
 namespace {
 
 const std::string RECOVERY_TEXT = "Recovery user param fail";

@@ -7,6 +7,9 @@
 
 #include "platform/event.h"
 
+using ffc::platform::WAIT_RESULT_SIGNALLED;
+using ffc::platform::WAIT_RESULT_TIMEOUT;
+
 namespace {
 
 CScriptedTime::FnWait s_fnWait;

@@ -10,6 +10,9 @@
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 #include "tests/reliability/scriptedevent.h"
 
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
+
 namespace {
 
 constexpr uint64_t TIMEOUT = 1010; // milliseconds, at an exposure of 10000 microseconds

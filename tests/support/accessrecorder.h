@@ -35,6 +35,3 @@ private:
 };
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::CAccessRecorder;

@@ -44,6 +44,3 @@ private:
 };
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::CCorrectingCamera;

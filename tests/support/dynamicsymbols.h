@@ -13,6 +13,3 @@ namespace ffc::test {
 std::vector<std::string> ReadExportedNames(const std::string &strPath);
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::ReadExportedNames;

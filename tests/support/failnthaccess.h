@@ -54,8 +54,3 @@ private:
 };
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::ALL_ACCESS_FAILURES;
-using ffc::test::CFailNthAccess;
-using ffc::test::EAccessFailure;

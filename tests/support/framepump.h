@@ -53,6 +53,3 @@ private:
 };
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::CFramePump;

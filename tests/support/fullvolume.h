@@ -24,7 +24,3 @@ private:
 bool IsAboveAccessRights();
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::CFullVolume;
-using ffc::test::IsAboveAccessRights;

@@ -33,7 +33,3 @@ inline std::string GetLevelTestName(const testing::TestParamInfo<platform::EInst
 }
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::GetLevelTestName;
-using ffc::test::GetTestableLevels;

@@ -8,7 +8,7 @@ foreach(file IN LISTS files)
     COMMAND_ERROR_IS_FATAL ANY)
   # A sanitizer's mark of the table.
   string(REGEX REPLACE "[^\n]*__odr_asan[^\n]*\n" "" symbols "${symbols}")
-  if(NOT symbols MATCHES "^[0-9a-f]+ [DRB] _?g_stS[A-Za-z]+Kernels_(baseline|v[234])\n$")
+  if(NOT symbols MATCHES "^[0-9a-f]+ [DRB] _?(_ZN[0-9a-z]+)?g_stS[A-Za-z]+Kernels_(baseline|v[234])E?\n$")
     message(FATAL_ERROR "${file} shows\n${symbols}")
   endif()
 endforeach()

@@ -11,6 +11,3 @@ namespace ffc::test {
 std::string FindLoadedModule(const std::string &strPart);
 
 } // namespace ffc::test
-
-// Until those who use them name the room.
-using ffc::test::FindLoadedModule;

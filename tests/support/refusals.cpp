@@ -4,6 +4,8 @@
 
 #include <GenApi/GenApi.h>
 
+using ffc::genapi::SNodeAccess;
+
 void CRefusals::Refuse(const std::string &strNode, const std::string &strValue)
 {
   m_listRefused.push_back({strNode, strValue});

@@ -19,7 +19,7 @@ public:
   int TakeCount();
 
   /// One access; throws when it is refused.
-  void operator()(const SNodeAccess &stAccess);
+  void operator()(const ffc::genapi::SNodeAccess &stAccess);
 
 private:
   struct SRefused {

@@ -6,6 +6,8 @@
 
 namespace ffc::test {
 
+using genapi::CSoftwareInteger;
+
 namespace {
 
 constexpr int64_t BALANCE_OFF = 0;

@@ -6,6 +6,9 @@
 #include "quality/noise.h"
 
 namespace ffc::tool {
+
+using process::CFrameBuffer;
+
 namespace {
 
 /// Standard deviations from 0 by which a correlation is none of chance.

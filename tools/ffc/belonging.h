@@ -24,6 +24,6 @@ struct SBelonging {
 /// the gains expect.
 /// \param stack bright frames as they came, right-aligned
 /// \param table of the same size
-SBelonging JudgeBelonging(const quality::CFrameStack &stack, const CFrameBuffer &table);
+SBelonging JudgeBelonging(const quality::CFrameStack &stack, const process::CFrameBuffer &table);
 
 } // namespace ffc::tool

@@ -9,6 +9,9 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr uint32_t MAX_FRAMES = 256; ///< of the sums of the figures

@@ -8,6 +8,10 @@
 #include "tools/ffc/transfer.h"
 
 namespace ffc::tool {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+
 namespace {
 
 /// The kind that --to names.

@@ -14,6 +14,15 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
+using process::OpenCoefficientFile;
+using process::ReadCoefficientFile;
+
 namespace {
 
 constexpr uint64_t GAIN_BYTES = 2;

@@ -32,9 +32,9 @@ public:
   const QString &GetName() const { return m_strName; }
   const QString &GetSha256() const { return m_strSha256; }
   const std::optional<frames::SSideFile> &GetSide() const { return m_stSide; }
-  const CFrameBuffer &GetTable() const { return m_table; }
+  const process::CFrameBuffer &GetTable() const { return m_table; }
   /// Colours of the frames that it is for, where they are known.
-  std::optional<EColorLayout> GetColors() const;
+  std::optional<genapi::EColorLayout> GetColors() const;
   /// What is to be kept with a corrected frame.
   QString DescribeCorrection() const;
 
@@ -43,7 +43,7 @@ private:
 
   QString m_strName;
   QString m_strSha256;
-  CFrameBuffer m_table;
+  process::CFrameBuffer m_table;
   std::optional<frames::SSideFile> m_stSide;
   std::string m_strPixelFormat; ///< stated; else the side file's; else empty
   std::optional<frames::EAlignment> m_eAlignment;

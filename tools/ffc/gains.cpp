@@ -3,6 +3,9 @@
 #include <algorithm>
 
 namespace ffc::tool {
+
+using process::CFrameBuffer;
+
 namespace {
 
 constexpr uint16_t LIMIT = 65535;

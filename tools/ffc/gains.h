@@ -20,7 +20,7 @@ struct SGains {
 };
 
 /// \param nPixels at least 1; the table has at least twice as many bytes
-SGains MeasureGains(const CFrameBuffer &table, uint64_t nPixels);
+SGains MeasureGains(const process::CFrameBuffer &table, uint64_t nPixels);
 
 /// How many pixels have which gain. Those at the limit are counted nowhere: they would stretch the range.
 struct SGainHistogram {
@@ -29,10 +29,10 @@ struct SGainHistogram {
   std::vector<uint64_t> listCounts;
 };
 
-SGainHistogram MeasureGainHistogram(const CFrameBuffer &table, uint64_t nPixels, uint32_t nBins);
+SGainHistogram MeasureGainHistogram(const process::CFrameBuffer &table, uint64_t nPixels, uint32_t nBins);
 
 /// The gains as a picture, the smallest black, the largest white and those at the limit red, and their histogram beside
 /// it. The picture of a large sensor shows every second pixel, or third, and so on.
-QImage PlotGains(const CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight);
+QImage PlotGains(const process::CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight);
 
 } // namespace ffc::tool

@@ -14,6 +14,13 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::GetLayoutName;
+
+using process::CFrameBuffer;
+
 namespace {
 
 constexpr int RECORD_WORDS = 6;

@@ -13,6 +13,21 @@
 #include "tools/ffc/referencestack.h"
 
 namespace ffc::tool {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
+using process::CFrameBuffer;
+using process::ComputeHostTable;
+using process::GetBayerType;
+using process::HostTablePtr;
+using process::MeasureEightBitMeans;
+using process::SBlockMeanRange;
+using process::SFrameFormat;
+using process::SHostReference;
+
 namespace {
 
 constexpr int64_t BLOCK_SIDE = 32;     ///< of the blocks that the host-side process judges frames by
@@ -137,7 +152,7 @@ private:
   {
     SBlockMeanRange stRange;
     const int32_t nStatus =
-      MeasureEightBitMeans(m_firstBright, m_stFormat, BLOCK_SIDE, BLOCK_SIDE, m_nBayerType, stRange);
+      MeasureEightBitMeans(m_firstBright, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange);
     if (nStatus != 0) {
       return Refuse(QStringLiteral("Frames of %1 x %2 pixels are not judged: both sides are even and at least 32.")
                       .arg(m_stFormat.nWidth)
@@ -161,7 +176,7 @@ private:
     }
     SBlockMeanRange stRange;
     const int32_t nStatus =
-      MeasureEightBitMeans(m_darkAverage, m_stFormat, BLOCK_SIDE, BLOCK_SIDE, m_nBayerType, stRange);
+      MeasureEightBitMeans(m_darkAverage, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange);
     m_stSide.bDarkUsed = nStatus == 0 && stRange.IsDark();
     if (!m_stSide.bDarkUsed) {
       m_report.Warn(QStringLiteral("The dark frames are too bright or uneven and are not used, as in the dialog: their "

@@ -9,6 +9,9 @@
 #include "tools/ffc/report.h"
 
 namespace ffc::tool {
+
+using camera::FindSensorFormat;
+
 namespace {
 
 constexpr uint32_t MAX_THREADS = 256;

@@ -4,6 +4,13 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using genapi::EColorLayout;
+using genapi::GetLayoutName;
+
+using process::CFrameBuffer;
+using process::SFrameFormat;
+
 namespace {
 
 /// Sums of 32 bits hold this many of the largest samples.

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "frames/alignment.h"
-#include "pluginobject/shadingcorrection/process/acquisition/frameaccumulator.h"
+#include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
 #include "tools/ffc/options.h"
 #include "tools/ffc/report.h"
 
@@ -26,21 +26,21 @@ public:
 
   /// The truncated average and the first frame, right-aligned.
   /// \return false when there is no memory
-  bool Average(const frames::SDepth &stDepth, CFrameBuffer &average);
-  bool TakeFirst(const frames::SDepth &stDepth, CFrameBuffer &first);
+  bool Average(const frames::SDepth &stDepth, process::CFrameBuffer &average);
+  bool TakeFirst(const frames::SDepth &stDepth, process::CFrameBuffer &first);
 
 private:
   std::optional<STrouble> ReadFile(const QString &strFile, const SOptions &stOptions, const frames::SFrameInfo *pLike);
   std::optional<STrouble> Prepare(const QString &strFile, const frames::SFrameInfo &stInfo);
   std::optional<STrouble> AddFrame(const QString &strFile);
-  SFrameFormat MakeFormat() const;
+  process::SFrameFormat MakeFormat() const;
 
   frames::SFrameInfo m_stInfo;
   frames::SEvidence m_stEvidence;
   QStringList m_listRemarks;
-  CFrameBuffer m_frame;
-  CFrameBuffer m_first;
-  CFrameAccumulator m_sums;
+  process::CFrameBuffer m_frame;
+  process::CFrameBuffer m_first;
+  process::CFrameAccumulator m_sums;
   uint32_t m_nFrames = 0;
 };
 

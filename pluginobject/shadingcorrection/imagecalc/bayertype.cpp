@@ -1,5 +1,7 @@
 #include "pluginobject/shadingcorrection/imagecalc/bayertype.h"
 
+namespace ffc::imagecalc {
+
 namespace {
 
 // Indexed by Bayer type - 1.
@@ -17,3 +19,5 @@ const SBayerLayout *GetBayerLayout(int32_t nBayerType)
   return nBayerType >= BAYER_TYPE_RG && nBayerType <= BAYER_TYPE_BG ? &BAYER_LAYOUTS[nBayerType - BAYER_TYPE_RG]
                                                                     : nullptr;
 }
+
+} // namespace ffc::imagecalc

@@ -6,6 +6,8 @@
 
 #include "genapi/pfnc.h"
 
+namespace ffc::imagecalc {
+
 /// Colour layouts as numbers, which callers hand over. The name tells the colours of a cell's top row.
 constexpr int32_t BAYER_TYPE_MONO = static_cast<int32_t>(ffc::genapi::EColorLayout::Mono);
 constexpr int32_t BAYER_TYPE_RG = static_cast<int32_t>(ffc::genapi::EColorLayout::BayerRG); ///< R G / G B
@@ -32,3 +34,5 @@ struct SBayerLayout {
 
 /// \return a static layout; null for a type outside 1 to 4
 const SBayerLayout *GetBayerLayout(int32_t nBayerType);
+
+} // namespace ffc::imagecalc

@@ -15,7 +15,7 @@ struct BLOCK_PARAM {
   int32_t nBlockHeight = 0;
   /// One of BAYER_TYPE_*. Any other value counts as Bayer where sizes are concerned, but has no colours: its block
   /// means are zero.
-  int32_t nBayerType = BAYER_TYPE_MONO;
+  int32_t nBayerType = ffc::imagecalc::BAYER_TYPE_MONO;
 };
 
 static_assert(sizeof(BLOCK_PARAM) == 20 && alignof(BLOCK_PARAM) == 4);

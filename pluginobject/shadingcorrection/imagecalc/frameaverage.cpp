@@ -2,6 +2,8 @@
 
 #include "pluginobject/shadingcorrection/imagecalc/kernels/imagekernels.h"
 
+namespace ffc::imagecalc {
+
 namespace {
 
 constexpr int32_t BYTE_BIT_DEPTH = 8;
@@ -57,3 +59,5 @@ void AverageFrames(const uint32_t *pAccumulator, int64_t nPixelCount, uint32_t n
     stKernels.afnMultiply[bWords](pAccumulator, nPixels, stDivision.stReciprocal, pFrame);
   }
 }
+
+} // namespace ffc::imagecalc

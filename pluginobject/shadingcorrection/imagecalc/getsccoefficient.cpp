@@ -7,6 +7,8 @@
 #include "pluginobject/shadingcorrection/imagecalc/gridframe.h"
 #include "pluginobject/shadingcorrection/imagecalc/imagecalc.h"
 
+using namespace ffc::imagecalc;
+
 namespace {
 
 constexpr int32_t COEFFICIENT_BIT_DEPTH = 8;
@@ -66,8 +68,7 @@ int32_t CGetSCCoefficient::GetCoefficientSize(int32_t *pnSize) const noexcept
 int32_t CGetSCCoefficient::CalcWithDark(const void *pBright, const void *pDark, int32_t nBitDepth, void *pTable,
                                         int32_t *pnSize) noexcept
 {
-  return pDark == nullptr ? static_cast<int32_t>(IMAGECALC_STATUS_INVALID_ARGUMENT)
-                          : __Calc(pBright, pDark, nBitDepth, pTable, pnSize);
+  return pDark == nullptr ? IMAGECALC_STATUS_INVALID_ARGUMENT : __Calc(pBright, pDark, nBitDepth, pTable, pnSize);
 }
 
 int32_t CGetSCCoefficient::CalcWithoutDark(const void *pBright, int32_t nBitDepth, void *pTable,

@@ -17,7 +17,7 @@
 /// is framed by a ring of copies of its outer elements; the table is the framed grid, row by row.
 ///
 /// Frames have 8 bits per pixel and are tightly packed. All buffers stay the caller's. Every operation returns
-/// an EImageCalcStatus, the first failing test deciding; none throws. An object serves one thread at a time.
+/// a status of calcstatus.h, the first failing test deciding; none throws. An object serves one thread at a time.
 class CGetSCCoefficient {
 public:
   CGetSCCoefficient() noexcept;
@@ -25,27 +25,28 @@ public:
 
   /// Accepts a block grid. After a failure there is none.
   /// \return the status of CImageCalc::CheckBlockParam
-  int32_t SetBlockParam(BLOCK_PARAM stParam) noexcept;
+  [[nodiscard]] int32_t SetBlockParam(BLOCK_PARAM stParam) noexcept;
 
   /// The size of the table in bytes.
   /// \return -101 for a missing output, -107 without a block grid
-  int32_t GetCoefficientSize(int32_t *pnSize) const noexcept;
+  [[nodiscard]] int32_t GetCoefficientSize(int32_t *pnSize) const noexcept;
 
   /// Fills the table from a bright and a dark frame. The dark level of a block is the truncated mean of all its
   /// dark pixels; its signal is what a colour's bright mean exceeds it by.
   /// \param pnSize in: bytes of the caller's table; out: bytes that the table takes
   /// \return -101 for a missing argument, -102 for a bit depth other than 8, -107 without a block grid, -101
   ///         for a table that is too small (nothing is written in these cases); -103 when there is no memory
-  int32_t CalcWithDark(const void *pBright, const void *pDark, int32_t nBitDepth, void *pTable,
-                       int32_t *pnSize) noexcept;
+  [[nodiscard]] int32_t CalcWithDark(const void *pBright, const void *pDark, int32_t nBitDepth, void *pTable,
+                                     int32_t *pnSize) noexcept;
 
   /// Fills the table from a bright frame alone: the signal is the bright mean. Otherwise as CalcWithDark.
-  int32_t CalcWithoutDark(const void *pBright, int32_t nBitDepth, void *pTable, int32_t *pnSize) noexcept;
+  [[nodiscard]] int32_t CalcWithoutDark(const void *pBright, int32_t nBitDepth, void *pTable, int32_t *pnSize) noexcept;
 
 private:
-  int32_t __Calc(const void *pBright, const void *pDark, int32_t nBitDepth, void *pTable, int32_t *pnSize);
+  [[nodiscard]] int32_t __Calc(const void *pBright, const void *pDark, int32_t nBitDepth, void *pTable,
+                               int32_t *pnSize);
   bool __AllocateMeans(bool bDark);
-  int32_t __CalcMeans(const void *pBright, const void *pDark, int32_t nBitDepth);
+  [[nodiscard]] int32_t __CalcMeans(const void *pBright, const void *pDark, int32_t nBitDepth);
   void __WriteElements(uint8_t *pTable) const;
 
   BLOCK_PARAM m_stParam;

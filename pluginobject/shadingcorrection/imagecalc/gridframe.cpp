@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace ffc::imagecalc {
+
 namespace {
 
 void CopyElement(uint8_t *pTo, const uint8_t *pFrom)
@@ -26,3 +28,5 @@ void FrameCoefficientGrid(uint8_t *pTable, uint32_t nColumns, uint32_t nRows)
   uint8_t *const pLastRow = pTable + (nRows + std::size_t{1}) * nTableRowBytes;
   std::memcpy(pLastRow, pLastRow - nTableRowBytes, nTableRowBytes);
 }
+
+} // namespace ffc::imagecalc

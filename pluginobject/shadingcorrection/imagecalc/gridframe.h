@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ffc::imagecalc {
+
 /// Bytes of a coefficient element: four little-endian 16-bit words (dark level, gain of B, of G, of R).
 constexpr std::size_t COEFFICIENT_ELEMENT_BYTES = 8;
 
@@ -13,3 +15,5 @@ constexpr std::size_t COEFFICIENT_ELEMENT_BYTES = 8;
 /// \param pTable (nColumns + 2) x (nRows + 2) elements, of any alignment
 /// \param nColumns, nRows size of the grid, at least 1 each
 void FrameCoefficientGrid(uint8_t *pTable, uint32_t nColumns, uint32_t nRows);
+
+} // namespace ffc::imagecalc

@@ -3,10 +3,11 @@
 #include <memory>
 
 #include "pluginobject/shadingcorrection/imagecalc/arrayallocation.h"
-#include "pluginobject/shadingcorrection/imagecalc/blockgrid.h"
 #include "pluginobject/shadingcorrection/imagecalc/blockmeans.h"
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
 #include "pluginobject/shadingcorrection/imagecalc/smooth.h"
+
+using namespace ffc::imagecalc;
 
 namespace {
 
@@ -92,7 +93,7 @@ int32_t CImageCalc::CalcImageMean(const void *pImage, int32_t nBitDepth, int32_t
   if (!IsBitDepthInRange(nBitDepth) || nWidth < 1 || nHeight < 1) {
     return IMAGECALC_STATUS_OUT_OF_RANGE;
   }
-  *pdMean = ComputeImageMean(pImage, nBitDepth, nWidth, nHeight);
+  *pdMean = ComputeImageMean({pImage, nWidth, nHeight, nBitDepth});
   return IMAGECALC_STATUS_SUCCESS;
 }
 
@@ -142,6 +143,6 @@ int32_t CImageCalc::SmoothImage(const void *pSource, void *pDestination, int32_t
   if (nWidth < MIN_SMOOTH_SIDE || nHeight < MIN_SMOOTH_SIDE) {
     return IMAGECALC_STATUS_OUT_OF_RANGE;
   }
-  SmoothPixels(pSource, pDestination, nBitDepth, nWidth, nHeight, bBayer ? 2 : 1);
+  SmoothPixels({pSource, nWidth, nHeight, nBitDepth}, pDestination, bBayer ? 2 : 1);
   return IMAGECALC_STATUS_SUCCESS;
 }

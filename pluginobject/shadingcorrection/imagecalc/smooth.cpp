@@ -4,9 +4,9 @@
 
 #include "pluginobject/shadingcorrection/imagecalc/kernels/imagekernels.h"
 
-namespace {
+namespace ffc::imagecalc {
 
-constexpr int32_t BYTE_BIT_DEPTH = 8;
+namespace {
 
 // Distances in bytes.
 struct SSizes {
@@ -37,15 +37,14 @@ void SmoothInner(const unsigned char *pFrom, unsigned char *pTo, const SSizes &s
 
 } // namespace
 
-void SmoothPixels(const void *pSource, void *pDestination, int32_t nBitDepth, int32_t nWidth, int32_t nHeight,
-                  int32_t nBorder)
+void SmoothPixels(const SImageView &stSource, void *pDestination, int32_t nBorder)
 {
-  const std::size_t nPixel = nBitDepth != BYTE_BIT_DEPTH ? 2 : 1;
-  const SSizes stSizes = {nPixel, static_cast<std::size_t>(nWidth) * nPixel,
+  const std::size_t nPixel = stSource.GetPixelBytes();
+  const SSizes stSizes = {nPixel, static_cast<std::size_t>(stSource.nWidth) * nPixel,
                           static_cast<std::size_t>(nBorder) * nPixel};
   const std::size_t nEdge = static_cast<std::size_t>(nBorder) * stSizes.nRow;
-  const std::size_t nInnerEnd = static_cast<std::size_t>(nHeight) * stSizes.nRow - nEdge;
-  const auto *const pFrom = static_cast<const unsigned char *>(pSource);
+  const std::size_t nInnerEnd = static_cast<std::size_t>(stSource.nHeight) * stSizes.nRow - nEdge;
+  const auto *const pFrom = static_cast<const unsigned char *>(stSource.pPixels);
   auto *const pTo = static_cast<unsigned char *>(pDestination);
   std::memcpy(pTo, pFrom, nEdge);
   for (std::size_t nStart = nEdge; nStart < nInnerEnd; nStart += 2 * stSizes.nRow) {
@@ -53,3 +52,5 @@ void SmoothPixels(const void *pSource, void *pDestination, int32_t nBitDepth, in
   }
   std::memcpy(pTo + nInnerEnd, pFrom + nInnerEnd, nEdge);
 }
+
+} // namespace ffc::imagecalc

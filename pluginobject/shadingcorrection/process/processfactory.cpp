@@ -7,6 +7,8 @@
 #include "pluginobject/shadingcorrection/process/vignettingcorrectionpro_dev.h"
 #include "pluginobject/statuscode.h"
 
+namespace ffc::process {
+
 int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
                                        const CFeatureAccess &streamFeatures,
                                        std::unique_ptr<IShadingCorrectionProcess> &pProcess)
@@ -27,3 +29,5 @@ int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess 
   }
   return pProcess == nullptr ? PLUGIN_STATUS_INVALID_PARAM : PLUGIN_STATUS_SUCCESS;
 }
+
+} // namespace ffc::process

@@ -8,6 +8,8 @@
 #include "pluginobject/featureaccess.h"
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 
+namespace ffc::process {
+
 /// Where the coefficients are computed and applied.
 enum class EProcessKind {
   HostFlatField,   ///< computed and applied on the host
@@ -21,6 +23,13 @@ using FnCreateProcess =
                         std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;
 
 /// The factory of the product.
-int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
-                                       const CFeatureAccess &streamFeatures,
-                                       std::unique_ptr<IShadingCorrectionProcess> &pProcess);
+[[nodiscard]] int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
+                                                     const CFeatureAccess &streamFeatures,
+                                                     std::unique_ptr<IShadingCorrectionProcess> &pProcess);
+
+} // namespace ffc::process
+
+// Until those who use them name the room.
+using ffc::process::CreateShadingCorrectionProcess;
+using ffc::process::EProcessKind;
+using ffc::process::FnCreateProcess;

@@ -5,18 +5,15 @@
 #include <utility>
 
 #include "genapi/pfnc.h"
-#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/camerastate/whitebalance.h"
-#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
-using ffc::process::CScopeGuard;
-using ffc::process::CSteps;
+using namespace ffc::process;
 
 namespace {
 
@@ -35,21 +32,11 @@ SFrameFormat ReadAsEightBit(SFrameFormat stFormat)
 } // namespace
 
 CShadingCorrectionPro_Dev::CShadingCorrectionPro_Dev(const CFeatureAccess &deviceFeatures)
-  : m_deviceFeatures(deviceFeatures), m_pFileChooser(std::make_unique<CFileDialogChooser>())
+  : CProcessBase(deviceFeatures, false)
 {
 }
 
 CShadingCorrectionPro_Dev::~CShadingCorrectionPro_Dev() = default;
-
-void CShadingCorrectionPro_Dev::SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser)
-{
-  m_pFileChooser = std::move(pFileChooser);
-}
-
-void CShadingCorrectionPro_Dev::__EmitAcquisition(EPluginMsgCode eCode)
-{
-  emit SigAcquisitionStatusChanged(MakePluginMsg(eCode));
-}
 
 int32_t CShadingCorrectionPro_Dev::InitProcess()
 {
@@ -78,17 +65,17 @@ int32_t CShadingCorrectionPro_Dev::PrepareDeviceParam()
   }
   if (m_guard.WasStreaming()) {
     // User sets can only be switched while the stream stands still.
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+    StopStream();
   }
   return m_guard.Prepare(m_deviceFeatures, m_stFormat);
 }
 
 int32_t CShadingCorrectionPro_Dev::RestoreDeviceParam()
 {
-  __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+  StopStream();
   m_guard.Restore(m_deviceFeatures);
   if (m_guard.WasStreaming()) {
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+    StartStream();
   }
   return PLUGIN_STATUS_SUCCESS;
 }
@@ -113,6 +100,19 @@ int32_t CShadingCorrectionPro_Dev::__SettlePendingRestore()
   return PLUGIN_STATUS_SUCCESS;
 }
 
+// What comes before the first access of an acquisition.
+int32_t CShadingCorrectionPro_Dev::__BeginAcquisition()
+{
+  if (!m_deviceFeatures.HasNodeMap()) {
+    return PLUGIN_STATUS_INVALID_PARAM;
+  }
+  const int32_t nStatus = __SettlePendingRestore();
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    m_guard.BeginAcquisition();
+  }
+  return nStatus;
+}
+
 void CShadingCorrectionPro_Dev::__DropDark()
 {
   m_bDarkUsable = false;
@@ -123,44 +123,29 @@ void CShadingCorrectionPro_Dev::__DropDark()
 int32_t CShadingCorrectionPro_Dev::AcquireDarkImage()
 {
   __DropDark();
-  if (!m_deviceFeatures.HasNodeMap()) {
-    return PLUGIN_STATUS_INVALID_PARAM;
+  const int32_t nReady = __BeginAcquisition();
+  if (nReady != PLUGIN_STATUS_SUCCESS) {
+    return nReady;
   }
-  const int32_t nPendingStatus = __SettlePendingRestore();
-  if (nPendingStatus != PLUGIN_STATUS_SUCCESS) {
-    return nPendingStatus;
-  }
-  m_guard.BeginAcquisition();
   const CScopeGuard restore([this] {
     m_exchange.ReleaseBuffer();
     RestoreDeviceParam();
   });
-  const int32_t nStatus = __CaptureDark();
-  if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    __KeepDarkFrame();
-  } else {
+  const int32_t nStatus = CSteps(m_deviceFeatures)
+                            .Then(&CShadingCorrectionPro_Dev::SaveUserParam, this)
+                            .Then(&CShadingCorrectionPro_Dev::PrepareDeviceParam, this)
+                            .Then(&CFrameExchange::BeginRequests, m_exchange)
+                            .Then(&CFrameExchange::AllocateFrame, m_exchange, m_stFormat.nFrameSize, m_stDark.data)
+                            .Then(&CShadingCorrectionPro_Dev::__TriggerFrame, this)
+                            .Then(&CFrameExchange::WaitFrame, m_exchange, m_guard.GetTimeout())
+                            .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
+                            .Then(&CShadingCorrectionPro_Dev::__JudgeFrame, this)
+                            .Then(&CShadingCorrectionPro_Dev::__KeepDarkFrame, this)
+                            .Status();
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
     __DropDark();
   }
   return nStatus;
-}
-
-int32_t CShadingCorrectionPro_Dev::__CaptureDark()
-{
-  const auto allocate = [this] {
-    m_exchange.BeginRequests();
-    const uint64_t nSize = m_stFormat.nFrameSize;
-    const bool bAllocated = m_stDark.data.Allocate(nSize) && m_exchange.AllocateBuffer(nSize);
-    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
-  };
-  return CSteps(m_deviceFeatures)
-    .Then(&CShadingCorrectionPro_Dev::SaveUserParam, this)
-    .Then(&CShadingCorrectionPro_Dev::PrepareDeviceParam, this)
-    .Then(allocate)
-    .Then(&CShadingCorrectionPro_Dev::__TriggerFrame, this)
-    .Then(&CFrameExchange::WaitFrame, m_exchange, m_guard.GetTimeout())
-    .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
-    .Then(&CShadingCorrectionPro_Dev::__AnalyseFrame, this)
-    .Status();
 }
 
 int32_t CShadingCorrectionPro_Dev::__TriggerFrame()
@@ -168,30 +153,25 @@ int32_t CShadingCorrectionPro_Dev::__TriggerFrame()
   return CSteps(m_deviceFeatures)
     .Set("TriggerMode", "On")
     .Set("TriggerSource", "Software")
-    .Then([this] {
-      m_exchange.ZeroBuffer();
-      __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
-    })
+    .Then(&CFrameExchange::ZeroBuffer, m_exchange)
+    .Then(&CShadingCorrectionPro_Dev::StartStream, this)
     .Execute("TriggerSoftware")
     .Status();
 }
 
 // Also tells the generator what the frames look like.
-int32_t CShadingCorrectionPro_Dev::__AnalyseFrame()
+int32_t CShadingCorrectionPro_Dev::__JudgeFrame()
 {
-  const SCorrectionBlock &stBlock = m_stSettings.stBlock;
-  const int32_t nBayerType = m_stSettings.GetBayerType();
-  const auto measure = [&] {
-    return m_exchange.UseFrame([&](const CFrameBuffer &frame) {
-      return MeasureBlockMeans(frame, ReadAsEightBit(m_stFormat), stBlock.nWidth, stBlock.nHeight, nBayerType,
-                               m_stGray);
-    });
-  };
-  const BLOCK_PARAM stParam = MakeBlockParam(m_stFormat, stBlock.nWidth, stBlock.nHeight, nBayerType);
+  const SBlockGrid stGrid = m_stSettings.GetGrid();
+  const BLOCK_PARAM stParam = MakeBlockParam(m_stFormat, stGrid);
   m_stGeneratorFormat = m_stFormat;
   return CSteps(m_deviceFeatures)
     .Then([&] { return MapCalcStatus(m_generator.SetBlockParam(stParam)); })
-    .Then(measure)
+    .Then([&] {
+      return m_exchange.UseFrame([&](const CFrameBuffer &frame) {
+        return MeasureBlockMeans(frame, ReadAsEightBit(m_stFormat), stGrid, m_stGray);
+      });
+    })
     .Status();
 }
 
@@ -207,79 +187,60 @@ void CShadingCorrectionPro_Dev::__KeepDarkFrame()
 int32_t CShadingCorrectionPro_Dev::AcquireBrightImage()
 {
   m_bright.Drop();
-  if (!m_deviceFeatures.HasNodeMap()) {
-    return PLUGIN_STATUS_INVALID_PARAM;
+  const int32_t nReady = __BeginAcquisition();
+  if (nReady != PLUGIN_STATUS_SUCCESS) {
+    return nReady;
   }
-  const int32_t nPendingStatus = __SettlePendingRestore();
-  if (nPendingStatus != PLUGIN_STATUS_SUCCESS) {
-    return nPendingStatus;
-  }
-  m_guard.BeginAcquisition();
   m_stInfo.nFrameCount = GetPossibleFrameCount(m_stInfo.nFrameCount);
   const CScopeGuard restore([this] {
     m_bright.EndAcquisition();
     RestoreDeviceParam();
   });
-  return m_bright.KeepOnSuccess(__CaptureBright());
-}
-
-int32_t CShadingCorrectionPro_Dev::__CaptureBright()
-{
-  return CSteps(m_deviceFeatures)
-    .Then(&CShadingCorrectionPro_Dev::SaveUserParam, this)
-    .Then(&CShadingCorrectionPro_Dev::PrepareDeviceParam, this)
-    .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
-    .Then(&CShadingCorrectionPro_Dev::__StartBrightStream, this)
-    .Then(&CShadingCorrectionPro_Dev::__TakeBrightFrames, this)
-    .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, ReadAsEightBit(m_stFormat))
-    .Status();
+  // A frame that cannot be judged fails at the end only: the user has shown the target for all of them.
+  int32_t nJudged = PLUGIN_STATUS_SUCCESS;
+  const auto collectAndJudge = [this, &nJudged](uint32_t nFrame) { return __CollectAndJudge(nFrame == 0, nJudged); };
+  const int32_t nStatus =
+    CSteps(m_deviceFeatures)
+      .Then(&CShadingCorrectionPro_Dev::SaveUserParam, this)
+      .Then(&CShadingCorrectionPro_Dev::PrepareDeviceParam, this)
+      .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
+      .Then(&CShadingCorrectionPro_Dev::__StartBrightStream, this)
+      .Then(&CFrameExchange::TakeFrames, m_exchange, m_guard.GetTimeout(), m_stInfo.nFrameCount, collectAndJudge)
+      .Then([&] { return nJudged; })
+      .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, ReadAsEightBit(m_stFormat))
+      .Status();
+  return m_bright.KeepOnSuccess(nStatus);
 }
 
 int32_t CShadingCorrectionPro_Dev::__StartBrightStream()
 {
   if (!m_bColor) {
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+    StartStream();
     return PLUGIN_STATUS_SUCCESS;
   }
-  const int32_t nStatus = __BalanceWhite();
+  const int32_t nStatus =
+    CSteps(m_deviceFeatures)
+      .Set("AWBLampHouse", "Adaptive")
+      .Set("BalanceWhiteAuto", "Once")
+      .Then(RunWhiteBalance, m_deviceFeatures, m_exchange, m_guard.GetTimeout(), [this] { StartStream(); })
+      .Status();
   // The frames of the balance went into the buffer.
   m_exchange.ZeroBuffer();
   return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED : nStatus;
 }
 
-int32_t CShadingCorrectionPro_Dev::__BalanceWhite()
+int32_t CShadingCorrectionPro_Dev::__CollectAndJudge(bool bFirst, int32_t &nJudged)
 {
-  return CSteps(m_deviceFeatures)
-    .Set("AWBLampHouse", "Adaptive")
-    .Set("BalanceWhiteAuto", "Once")
-    .Then([this] {
-      ffc::process::RunWhiteBalance(m_deviceFeatures, m_exchange, m_guard.GetTimeout(),
-                                    [this] { __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON); });
-    })
-    .Status();
-}
-
-int32_t CShadingCorrectionPro_Dev::__TakeBrightFrames()
-{
-  // A frame that cannot be analysed is told at the end: the user has shown the target for all of them.
-  int32_t nAnalysis = PLUGIN_STATUS_SUCCESS;
-  const auto takeFrame = [&](uint32_t nFrame) {
-    return CSteps(m_deviceFeatures)
-      .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
-      .Then([&] {
-        if (nFrame == 0) {
-          nAnalysis = __AnalyseFrame();
-          m_dBrightMaxGray = m_stGray.dMax;
-          m_stBrightFormat = m_stFormat;
-        }
-      })
-      .Then([&] {
-        return nAnalysis == PLUGIN_STATUS_SUCCESS ? m_bright.Add(ReadAsEightBit(m_stFormat)) : PLUGIN_STATUS_SUCCESS;
-      })
-      .Status();
-  };
-  const int32_t nStatus = TakeFrames(m_exchange, m_guard.GetTimeout(), m_stInfo.nFrameCount, takeFrame);
-  return nStatus == PLUGIN_STATUS_SUCCESS ? nAnalysis : nStatus;
+  const int32_t nStatus = CheckFrameSize(m_deviceFeatures, m_stFormat);
+  if (nStatus != PLUGIN_STATUS_SUCCESS) {
+    return nStatus;
+  }
+  if (bFirst) {
+    nJudged = __JudgeFrame();
+    m_dBrightMaxGray = m_stGray.dMax;
+    m_stBrightFormat = m_stFormat;
+  }
+  return nJudged == PLUGIN_STATUS_SUCCESS ? m_bright.Add(ReadAsEightBit(m_stFormat)) : PLUGIN_STATUS_SUCCESS;
 }
 
 bool CShadingCorrectionPro_Dev::__IsDarkUsed() const

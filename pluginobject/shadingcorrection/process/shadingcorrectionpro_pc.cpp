@@ -3,46 +3,36 @@
 #include <utility>
 #include <vector>
 
-#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
-#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
-using ffc::process::CScopeGuard;
-using ffc::process::CSteps;
+using namespace ffc::process;
 
 namespace {
 
 // Frames that a colour camera delivers before its white balance has settled.
 constexpr uint32_t SETTLING_FRAMES = 7;
 
+// Of the blocks that a frame is judged by, pixels.
+constexpr int64_t BLOCK_SIDE = 32;
+
 } // namespace
 
 CShadingCorrectionPro_PC::CShadingCorrectionPro_PC(const CFeatureAccess &deviceFeatures,
                                                    const CFeatureAccess &streamFeatures)
-  : m_deviceFeatures(deviceFeatures), m_streamFeatures(streamFeatures),
-    m_pFileChooser(std::make_unique<CFileDialogChooser>())
+  : CProcessBase(deviceFeatures, true), m_streamFeatures(streamFeatures)
 {
 }
 
 CShadingCorrectionPro_PC::~CShadingCorrectionPro_PC() = default;
 
-void CShadingCorrectionPro_PC::SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser)
-{
-  m_pFileChooser = std::move(pFileChooser);
-}
-
 bool CShadingCorrectionPro_PC::__HasNodeMaps() const
 {
   return m_deviceFeatures.HasNodeMap() && m_streamFeatures.HasNodeMap();
-}
-
-void CShadingCorrectionPro_PC::__EmitAcquisition(EPluginMsgCode eCode)
-{
-  emit SigAcquisitionStatusChanged(MakePluginMsg(eCode));
 }
 
 int32_t CShadingCorrectionPro_PC::InitProcess()
@@ -50,10 +40,8 @@ int32_t CShadingCorrectionPro_PC::InitProcess()
   if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  bool bColor = false;
-  (void)m_deviceFeatures.IsFeatureImplemented("PixelColorFilter", bColor);
-  m_bColor = bColor;
-  if (bColor) {
+  m_bColor = ReadIsColorCamera(m_deviceFeatures);
+  if (m_bColor) {
     std::vector<std::string> listFormats;
     const int32_t nStatus = CSteps(m_deviceFeatures)
                               .GetEntries("PixelFormat", listFormats)
@@ -65,8 +53,6 @@ int32_t CShadingCorrectionPro_PC::InitProcess()
   }
   m_stInfo.nExpectGray = 0;
   m_stInfo.nFrameCount = 4;
-  m_nBlockWidth = 32;
-  m_nBlockHeight = 32;
   return PLUGIN_STATUS_SUCCESS;
 }
 
@@ -86,7 +72,7 @@ int32_t CShadingCorrectionPro_PC::__SaveCameraState()
                             .Then(ReadWidth, m_deviceFeatures, stFormat)
                             .Then(ReadHeight, m_deviceFeatures, stFormat)
                             .Then(ReadPixelFormat, m_deviceFeatures, stFormat)
-                            .Then(&ffc::process::CHostStreamGuard::SaveTriggerMode, m_streamGuard, m_deviceFeatures)
+                            .Then(&CHostStreamGuard::SaveTriggerMode, m_streamGuard, m_deviceFeatures)
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     m_streamGuard.Streaming().SaveLate(m_deviceFeatures);
@@ -96,7 +82,7 @@ int32_t CShadingCorrectionPro_PC::__SaveCameraState()
   stFormat.ApplyUnpackedSize();
   m_nTimeout = GetFrameTimeout(m_fExposureTime);
   m_stFormat = stFormat;
-  m_coefficients.SetFormat(stFormat);
+  m_coefficients.SetShape(stFormat.GetShape());
   return PLUGIN_STATUS_SUCCESS;
 }
 
@@ -106,19 +92,19 @@ int32_t CShadingCorrectionPro_PC::PrepareDeviceParam()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   if (m_streamGuard.WasStreaming()) {
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+    StopStream();
   }
   return m_streamGuard.Prepare(m_deviceFeatures, m_streamFeatures);
 }
 
 int32_t CShadingCorrectionPro_PC::RestoreDeviceParam()
 {
-  __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+  StopStream();
   if (__HasNodeMaps()) {
     m_streamGuard.Restore(m_deviceFeatures, m_streamFeatures);
   }
   if (m_streamGuard.WasStreaming()) {
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+    StartStream();
   }
   return PLUGIN_STATUS_SUCCESS;
 }
@@ -138,36 +124,26 @@ int32_t CShadingCorrectionPro_PC::AcquireDarkImage()
     m_exchange.ReleaseBuffer();
     RestoreDeviceParam();
   });
-  return __CaptureDark();
-}
-
-int32_t CShadingCorrectionPro_PC::__CaptureDark()
-{
-  const auto allocate = [this] {
-    const bool bAllocated =
-      m_darkFrame.Allocate(m_stFormat.nFrameSize) && m_exchange.AllocateBuffer(m_stFormat.nFrameSize);
-    return bAllocated ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
-  };
-  const auto takeFrame = [this] {
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
-    m_exchange.BeginRequests();
-    return m_exchange.WaitFrame(m_nTimeout);
-  };
   const int32_t nStatus = CSteps(m_deviceFeatures)
                             .Then(&CShadingCorrectionPro_PC::__SaveCameraState, this)
                             .Then(&CShadingCorrectionPro_PC::PrepareDeviceParam, this)
-                            .Then(allocate)
-                            .Then(takeFrame)
+                            .Then(&CFrameExchange::AllocateFrame, m_exchange, m_stFormat.nFrameSize, m_darkFrame)
+                            .Then(&CShadingCorrectionPro_PC::StartStream, this)
+                            .Then(&CFrameExchange::TakeFrame, m_exchange, m_nTimeout)
                             .Then(&CShadingCorrectionPro_PC::__JudgeFrame, this)
+                            .Then(&CShadingCorrectionPro_PC::__KeepDarkFrame, this)
                             .Status();
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     m_darkFrame.Release();
-    return nStatus;
   }
+  return nStatus;
+}
+
+// A frame that is too bright or too uneven is kept but not used.
+void CShadingCorrectionPro_PC::__KeepDarkFrame()
+{
   m_exchange.UseFrame([this](const CFrameBuffer &frame) { m_darkFrame.CopyFrom(frame); });
-  // A frame that is too bright or too uneven is kept but not used.
   m_bDarkValid = m_stGray.IsDark();
-  return PLUGIN_STATUS_SUCCESS;
 }
 
 int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
@@ -187,43 +163,36 @@ int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
     m_bright.EndAcquisition();
     RestoreDeviceParam();
   });
-  return m_bright.KeepOnSuccess(__CaptureBright());
-}
-
-int32_t CShadingCorrectionPro_PC::__CaptureBright()
-{
-  return CSteps(m_deviceFeatures)
-    .Then(&CShadingCorrectionPro_PC::__SaveCameraState, this)
-    .Then(&CShadingCorrectionPro_PC::PrepareDeviceParam, this)
-    .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
-    .Then(&CShadingCorrectionPro_PC::__StartBrightStream, this)
-    .Then(&CShadingCorrectionPro_PC::__TakeBrightFrames, this)
-    .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, m_stFormat)
-    .Status();
+  const uint32_t nToDiscard = m_bColor ? SETTLING_FRAMES : 0;
+  const auto collectAndJudge = [this, nToDiscard](uint32_t nFrame) {
+    return nFrame < nToDiscard ? PLUGIN_STATUS_SUCCESS : __CollectAndJudge(nFrame == nToDiscard);
+  };
+  const int32_t nStatus =
+    CSteps(m_deviceFeatures)
+      .Then(&CShadingCorrectionPro_PC::__SaveCameraState, this)
+      .Then(&CShadingCorrectionPro_PC::PrepareDeviceParam, this)
+      .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
+      .Then(&CShadingCorrectionPro_PC::__StartBrightStream, this)
+      .Then(&CFrameExchange::TakeFrames, m_exchange, m_nTimeout, nToDiscard + m_stInfo.nFrameCount, collectAndJudge)
+      .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, m_stFormat)
+      .Status();
+  return m_bright.KeepOnSuccess(nStatus);
 }
 
 int32_t CShadingCorrectionPro_PC::__StartBrightStream()
 {
-  const auto startStream = [this] { __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON); };
   if (!m_bColor) {
-    startStream();
+    StartStream();
     return PLUGIN_STATUS_SUCCESS;
   }
-  const int32_t nStatus = m_whiteBalance.BalanceOnce(m_deviceFeatures, m_exchange, m_nTimeout, startStream);
+  const int32_t nStatus =
+    m_whiteBalance.BalanceOnce(m_deviceFeatures, m_exchange, m_nTimeout, [this] { StartStream(); });
   // The frames of the balance went into the buffer.
   m_exchange.ZeroBuffer();
   return nStatus == PLUGIN_STATUS_FEATURE_ERROR ? PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED : nStatus;
 }
 
-int32_t CShadingCorrectionPro_PC::__TakeBrightFrames()
-{
-  const uint32_t nToDiscard = m_bColor ? SETTLING_FRAMES : 0;
-  return TakeFrames(m_exchange, m_nTimeout, nToDiscard + m_stInfo.nFrameCount, [&](uint32_t nFrame) {
-    return nFrame < nToDiscard ? PLUGIN_STATUS_SUCCESS : __KeepBrightFrame(nFrame == nToDiscard);
-  });
-}
-
-int32_t CShadingCorrectionPro_PC::__KeepBrightFrame(bool bFirst)
+int32_t CShadingCorrectionPro_PC::__CollectAndJudge(bool bFirst)
 {
   return CSteps(m_deviceFeatures)
     .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
@@ -235,8 +204,8 @@ int32_t CShadingCorrectionPro_PC::__KeepBrightFrame(bool bFirst)
 int32_t CShadingCorrectionPro_PC::__JudgeFrame()
 {
   return m_exchange.UseFrame([this](const CFrameBuffer &frame) {
-    return MeasureEightBitMeans(frame, m_stFormat, m_nBlockWidth, m_nBlockHeight, GetBayerType(m_strPixelColorFilter),
-                                m_stGray);
+    const SBlockGrid stGrid = {BLOCK_SIDE, BLOCK_SIDE, GetBayerType(m_strPixelColorFilter)};
+    return MeasureEightBitMeans(frame, m_stFormat, stGrid, m_stGray);
   });
 }
 
@@ -275,11 +244,11 @@ int32_t CShadingCorrectionPro_PC::CorrectImage(const void *pSource, void *pDesti
   if (pSource == nullptr || pDestination == nullptr || stSnapshot.pTable == nullptr) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
-  if (IsFrameOfFormat(stSnapshot.pTable->stFormat, nWidth, nHeight, nPixelFormat)) {
+  if (IsFrameOfShape(stSnapshot.pTable->stShape, nWidth, nHeight, nPixelFormat)) {
     return ApplyHostTable(*stSnapshot.pTable, pSource, pDestination);
   }
-  // Kept frames of the new format wait for their execution; those of another one are of no use any more.
-  if (!IsFrameOfFormat(stSnapshot.stFormat, nWidth, nHeight, nPixelFormat)) {
+  // Kept frames of the new shape wait for their execution; those of another one are of no use any more.
+  if (!IsFrameOfShape(stSnapshot.stShape, nWidth, nHeight, nPixelFormat)) {
     m_bDarkValid = false;
     m_bBrightValid = false;
   }

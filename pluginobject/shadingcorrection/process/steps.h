@@ -1,5 +1,5 @@
 /// \file
-/// Fallible steps that read as lines, and what happens at the end of a scope.
+/// Fallible steps that read as lines, their statuses, and what happens at the end of a scope.
 #pragma once
 
 #include <cstdint>
@@ -12,9 +12,25 @@
 #include <vector>
 
 #include "pluginobject/featureaccess.h"
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "pluginobject/statuscode.h"
 
 namespace ffc::process {
+
+/// A status of the image computations (imagecalc/calcstatus.h), or of Ombrix, as one of the plug-in.
+/// \return 0 for 0; -3 for -101, -102 and -106; -2 for -103; -1011 for -105; -1 for anything else
+[[nodiscard]] constexpr int32_t MapCalcStatus(int32_t nCalcStatus)
+{
+  switch (nCalcStatus) {
+  case imagecalc::IMAGECALC_STATUS_SUCCESS: return PLUGIN_STATUS_SUCCESS;
+  case imagecalc::IMAGECALC_STATUS_INVALID_ARGUMENT:
+  case imagecalc::IMAGECALC_STATUS_OUT_OF_RANGE:
+  case imagecalc::IMAGECALC_STATUS_SIZE_MISMATCH: return PLUGIN_STATUS_INVALID_PARAM;
+  case imagecalc::IMAGECALC_STATUS_OUT_OF_MEMORY: return PLUGIN_STATUS_OUT_OF_MEMORY;
+  case imagecalc::IMAGECALC_STATUS_NOT_SUPPORTED: return PLUGIN_STATUS_CAMERA_NOT_SUPPORTED;
+  default: return PLUGIN_STATUS_UNKNOWN_ERROR;
+  }
+}
 
 /// Runs steps until one fails, and keeps that one's status:
 ///

@@ -3,19 +3,15 @@
 #include <utility>
 
 #include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
-#include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
-#include "pluginobject/shadingcorrection/process/acquisition/frameseries.h"
-#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
-#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignetting/vignettingcoefficient.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
-using ffc::process::CScopeGuard;
-using ffc::process::CSteps;
+using namespace ffc::process;
 
 namespace {
 
@@ -42,22 +38,12 @@ int32_t ReadImage(QFile &file, uint64_t nSize, CFrameBuffer &image)
 } // namespace
 
 CVignettingCorrectionPro_Dev::CVignettingCorrectionPro_Dev(const CFeatureAccess &deviceFeatures)
-  : m_deviceFeatures(deviceFeatures), m_pFileChooser(std::make_unique<CFileDialogChooser>())
+  : CProcessBase(deviceFeatures, true)
 {
   m_stInfo.nMode = MODE_VIGNETTING;
 }
 
 CVignettingCorrectionPro_Dev::~CVignettingCorrectionPro_Dev() = default;
-
-void CVignettingCorrectionPro_Dev::SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser)
-{
-  m_pFileChooser = std::move(pFileChooser);
-}
-
-void CVignettingCorrectionPro_Dev::__EmitAcquisition(EPluginMsgCode eCode)
-{
-  emit SigAcquisitionStatusChanged(MakePluginMsg(eCode));
-}
 
 int32_t CVignettingCorrectionPro_Dev::InitProcess()
 {
@@ -73,7 +59,7 @@ int32_t CVignettingCorrectionPro_Dev::InitProcess()
 int32_t CVignettingCorrectionPro_Dev::__SaveCameraState()
 {
   m_triggerMode.Forget();
-  m_streaming = ffc::process::CStreamingState();
+  m_streaming = CStreamingState();
   SFrameFormat stFormat;
   float fExposureTime = 0.0F;
   const int32_t nStatus = CSteps(m_deviceFeatures)
@@ -101,11 +87,11 @@ int32_t CVignettingCorrectionPro_Dev::PrepareDeviceParam()
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   const int32_t nStatus = CSteps(m_deviceFeatures)
-                            .Then(ffc::process::SwitchTriggerOff, m_deviceFeatures, m_triggerMode)
+                            .Then(SwitchTriggerOff, m_deviceFeatures, m_triggerMode)
                             .Then(SwitchCorrectionOff, m_deviceFeatures)
                             .Status();
   if (nStatus == PLUGIN_STATUS_SUCCESS && !m_streaming.WasStreaming()) {
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_ON);
+    StartStream();
   }
   return nStatus;
 }
@@ -114,7 +100,7 @@ int32_t CVignettingCorrectionPro_Dev::RestoreDeviceParam()
 {
   m_triggerMode.Restore(m_deviceFeatures);
   if (!m_streaming.WasStreaming()) {
-    __EmitAcquisition(PLUGIN_MSG_ACQUISITION_OFF);
+    StopStream();
   }
   return PLUGIN_STATUS_SUCCESS;
 }
@@ -132,38 +118,31 @@ int32_t CVignettingCorrectionPro_Dev::AcquireBrightImage()
     m_bright.EndAcquisition();
     RestoreDeviceParam();
   });
-  return m_bright.KeepOnSuccess(__CaptureBright());
+  const auto collectAndJudge = [this](uint32_t nFrame) { return __CollectAndJudge(nFrame == 0); };
+  const int32_t nStatus =
+    CSteps(m_deviceFeatures)
+      .Then(&CVignettingCorrectionPro_Dev::__SaveCameraState, this)
+      .Then(&CVignettingCorrectionPro_Dev::PrepareDeviceParam, this)
+      .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
+      .Then(&CFrameExchange::TakeFrames, m_exchange, m_nTimeout, m_stInfo.nFrameCount, collectAndJudge)
+      .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, m_stFormat)
+      .Status();
+  return m_bright.KeepOnSuccess(nStatus);
 }
 
-int32_t CVignettingCorrectionPro_Dev::__CaptureBright()
-{
-  const auto takeFrames = [this] {
-    return TakeFrames(m_exchange, m_nTimeout, m_stInfo.nFrameCount,
-                      [this](uint32_t nFrame) { return __TakeBrightFrame(nFrame == 0); });
-  };
-  return CSteps(m_deviceFeatures)
-    .Then(&CVignettingCorrectionPro_Dev::__SaveCameraState, this)
-    .Then(&CVignettingCorrectionPro_Dev::PrepareDeviceParam, this)
-    .Then(&CBrightField::Allocate, m_bright, m_stFormat.nFrameSize)
-    .Then(takeFrames)
-    .Then(&CBrightField::Average, m_bright, m_stInfo.nFrameCount, m_stFormat)
-    .Status();
-}
-
-int32_t CVignettingCorrectionPro_Dev::__TakeBrightFrame(bool bFirst)
+int32_t CVignettingCorrectionPro_Dev::__CollectAndJudge(bool bFirst)
 {
   return CSteps(m_deviceFeatures)
     .Then(CheckFrameSize, m_deviceFeatures, m_stFormat)
-    .Then([&] { return bFirst ? __AnalyseFrame() : PLUGIN_STATUS_SUCCESS; })
+    .Then([&] { return bFirst ? __JudgeFrame() : PLUGIN_STATUS_SUCCESS; })
     .Then(&CBrightField::Add, m_bright, m_stFormat)
     .Status();
 }
 
-int32_t CVignettingCorrectionPro_Dev::__AnalyseFrame()
+int32_t CVignettingCorrectionPro_Dev::__JudgeFrame()
 {
   return m_exchange.UseFrame([this](const CFrameBuffer &frame) {
-    return MeasureEightBitMeans(frame, m_stFormat, m_stSettings.stBlock.nWidth, m_stSettings.stBlock.nHeight,
-                                m_stSettings.GetBayerType(), m_stGray);
+    return MeasureEightBitMeans(frame, m_stFormat, m_stSettings.GetGrid(), m_stGray);
   });
 }
 
@@ -188,10 +167,10 @@ int32_t CVignettingCorrectionPro_Dev::ExecuteCorrection()
 // Makes room for the coefficients of the kept geometry.
 int32_t CVignettingCorrectionPro_Dev::__SizeCoefficients(CFrameBuffer &body)
 {
-  const SCorrectionBlock &stBlock = m_stSettings.stBlock;
+  const SBlockGrid stGrid = m_stSettings.GetGrid();
   int64_t nBodySize = 0;
-  if (GetVignettingCoefficientSize(m_stSettings.GetBayerType(), m_stFormat.nWidth, m_stFormat.nHeight, stBlock.nWidth,
-                                   stBlock.nHeight, &nBodySize) != IMAGECALC_STATUS_SUCCESS) {
+  if (GetVignettingCoefficientSize(stGrid.nBayerType, m_stFormat.nWidth, m_stFormat.nHeight, stGrid.nBlockWidth,
+                                   stGrid.nBlockHeight, &nBodySize) != ffc::imagecalc::IMAGECALC_STATUS_SUCCESS) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   const uint64_t nImageSize = static_cast<uint64_t>(nBodySize) + FFC_INFO_SIZE;
@@ -212,10 +191,10 @@ int32_t CVignettingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
   if (m_bright.GetAverage().IsAllocated() && !m_stFormat.FitsInto(m_bright.GetAverage().GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  const SCorrectionBlock &stBlock = m_stSettings.stBlock;
+  const SBlockGrid stGrid = m_stSettings.GetGrid();
   return MapCalcStatus(CalcVignettingCoefficient(
-    m_bright.GetAverage().GetData(), m_stFormat.GetBitDepth(), m_stSettings.GetBayerType(), m_stFormat.nWidth,
-    m_stFormat.nHeight, stBlock.nWidth, stBlock.nHeight, static_cast<int64_t>(body.GetSize()), body.GetData()));
+    m_bright.GetAverage().GetData(), m_stFormat.GetBitDepth(), stGrid.nBayerType, m_stFormat.nWidth, m_stFormat.nHeight,
+    stGrid.nBlockWidth, stGrid.nBlockHeight, static_cast<int64_t>(body.GetSize()), body.GetData()));
 }
 
 int32_t CVignettingCorrectionPro_Dev::SetFrameCount(std::string strEntry)

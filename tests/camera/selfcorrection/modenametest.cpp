@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using ffc::camera::ECorrectionMode;
+
 TEST(ModeName, FindsEveryModeByItsName)
 {
   for (const ECorrectionMode eMode :

@@ -11,6 +11,7 @@
 #include "tests/host/headless/deviceworkflowfixture.h"
 
 using namespace ffc::host;
+using ffc::camera::FindSensorFormat;
 
 namespace {
 

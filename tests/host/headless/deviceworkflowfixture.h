@@ -29,7 +29,7 @@ protected:
     m_stOptions.stCamera.nWidth = 256;
     m_stOptions.stCamera.nHeight = 192;
     m_stOptions.stWorkflow.nFrames = 4;
-    m_stOptions.stCamera.eMode = ECorrectionMode::FlatField;
+    m_stOptions.stCamera.eMode = camera::ECorrectionMode::FlatField;
   }
 
   /// \return the run's error
@@ -48,7 +48,7 @@ protected:
   OpenedCamera OpenFast(const SCameraOptions &stOptions)
   {
     ++m_nPowerOns;
-    SSimulatedCameraOptions stCamera;
+    camera::SSimulatedCameraOptions stCamera;
     stCamera.strPixelFormat = stOptions.strPixelFormat;
     stCamera.nWidth = stOptions.nWidth;
     stCamera.nHeight = stOptions.nHeight;
@@ -58,12 +58,12 @@ protected:
     if (m_fnBuild) {
       m_fnBuild(stCamera);
     }
-    OpenedCamera created = CreateSimulatedCamera(stCamera);
+    OpenedCamera created = camera::CreateSimulatedCamera(stCamera);
     if (!created) {
       return created;
     }
     if (m_fnAdapt) {
-      m_fnAdapt(dynamic_cast<CSoftwareNodeMap &>(*created.GetValue()->GetDeviceNodeMap()));
+      m_fnAdapt(dynamic_cast<genapi::CSoftwareNodeMap &>(*created.GetValue()->GetDeviceNodeMap()));
     }
     return created;
   }
@@ -73,8 +73,8 @@ protected:
   double GetShading(const quality::SUniformity &stUniformity) const { return stUniformity.stOverall.dShadingPercent; }
 
   /// Change the camera to be made, and the features of the one that was made.
-  std::function<void(SSimulatedCameraOptions &)> m_fnBuild;
-  std::function<void(CSoftwareNodeMap &)> m_fnAdapt;
+  std::function<void(camera::SSimulatedCameraOptions &)> m_fnBuild;
+  std::function<void(genapi::CSoftwareNodeMap &)> m_fnAdapt;
   int m_nPowerOns = 0;
   QTemporaryDir m_dir;
   SHeadlessOptions m_stOptions;

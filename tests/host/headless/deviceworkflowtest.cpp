@@ -2,6 +2,12 @@
 
 using namespace ffc::host;
 using namespace ffc::quality;
+using ffc::camera::SSimulatedCameraOptions;
+using ffc::genapi::CSoftwareEnumeration;
+using ffc::genapi::CSoftwareFloat;
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::CSoftwareString;
 
 namespace {
 

@@ -8,6 +8,13 @@
 #include "host/viewer/featuretext.h"
 
 using namespace ffc::host;
+using ffc::genapi::CSoftwareBoolean;
+using ffc::genapi::CSoftwareEnumeration;
+using ffc::genapi::CSoftwareFloat;
+using ffc::genapi::CSoftwareInteger;
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::CSoftwareString;
 
 namespace {
 

@@ -4,6 +4,8 @@
 #include "tests/host/headless/deviceworkflowfixture.h"
 
 using namespace ffc::host;
+using ffc::camera::ECorrectionMode;
+using ffc::camera::SSimulatedCameraOptions;
 
 namespace {
 

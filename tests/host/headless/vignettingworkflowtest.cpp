@@ -2,6 +2,10 @@
 
 using namespace ffc::host;
 using namespace ffc::quality;
+using ffc::camera::ECorrectionMode;
+using ffc::genapi::CSoftwareEnumeration;
+using ffc::genapi::CSoftwareNodeMap;
+using ffc::genapi::CSoftwareString;
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include "host/viewer/featuretext.h"
 
 using namespace ffc::host;
+using ffc::camera::ECorrectionMode;
+using ffc::camera::ICamera;
 
 namespace {
 

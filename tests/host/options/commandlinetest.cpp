@@ -11,6 +11,8 @@
 #include "camera/realcameras.h"
 
 using namespace ffc::host;
+using ffc::camera::AreRealCamerasSupported;
+using ffc::camera::ECorrectionMode;
 
 namespace {
 

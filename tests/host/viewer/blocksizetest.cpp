@@ -5,6 +5,10 @@
 #include "camera/simulated/simulatedcamera.h"
 
 using namespace ffc::host;
+using ffc::camera::CreateSimulatedCamera;
+using ffc::camera::ECorrectionMode;
+using ffc::camera::ICamera;
+using ffc::camera::SSimulatedCameraOptions;
 
 namespace {
 

@@ -9,6 +9,7 @@
 #include "tests/host/faultycamera.h"
 
 using namespace ffc::host;
+using ffc::camera::ICamera;
 
 namespace {
 

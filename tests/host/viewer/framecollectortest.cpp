@@ -5,6 +5,8 @@
 #include "tests/support/framepump.h"
 
 using namespace ffc::host;
+using namespace ffc::test;
+using ffc::camera::SCameraFrame;
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include "tests/host/fakeplugin.h"
 
 using namespace ffc::host;
+using ffc::camera::SCameraFrame;
 
 namespace {
 

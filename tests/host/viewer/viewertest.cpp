@@ -8,6 +8,9 @@
 #include "host/viewer/framecollector.h"
 
 using namespace ffc::host;
+using ffc::camera::CreateSimulatedCamera;
+using ffc::camera::ICamera;
+using ffc::camera::SSimulatedCameraOptions;
 
 namespace {
 

@@ -17,6 +17,8 @@
 #include "tests/host/window/windowfixture.h"
 
 using namespace ffc::host;
+using ffc::camera::ECorrectionMode;
+using ffc::camera::FindSceneControl;
 
 namespace {
 

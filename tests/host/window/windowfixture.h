@@ -35,13 +35,13 @@ protected:
   /// 256 x 192 pixels; the frame rate is the fixture's.
   OpenedCamera OpenSimulated(const SCameraOptions &stOptions) const
   {
-    SSimulatedCameraOptions stCamera;
+    camera::SSimulatedCameraOptions stCamera;
     stCamera.strPixelFormat = stOptions.strPixelFormat;
     stCamera.nWidth = 256;
     stCamera.nHeight = 192;
     stCamera.dFrameRate = m_dFrameRate;
     stCamera.eMode = stOptions.eMode;
-    return CreateSimulatedCamera(stCamera);
+    return camera::CreateSimulatedCamera(stCamera);
   }
 
   /// Shows the window on the camera of the factory, by default the simulated one.
@@ -80,7 +80,7 @@ protected:
   }
 
   CDialogDriver GetDriver() const { return CDialogDriver(*CDialogDriver::FindAnyDialog()); }
-  ICamera &GetCamera() const { return m_pWindow->GetViewer()->GetCamera(); }
+  camera::ICamera &GetCamera() const { return m_pWindow->GetViewer()->GetCamera(); }
 
   QTemporaryDir m_folder;
   SCameraOptions m_stCamera;

@@ -1,5 +1,5 @@
-/// \file
-/// An image library that paints every corrected frame in one grey.
+// \file
+// An image library that paints every corrected frame in one grey.
 
 #include <cstdint>
 #include <cstring>

@@ -15,7 +15,7 @@ constexpr int RUN_LIMIT_MS = 100000;
 struct SRun {
   int nExitCode = -1;
   QString strError;
-  QImage imgCorrected; ///< the first corrected frame
+  QImage imgCorrected; // the first corrected frame
 };
 
 // The host with the module and an image library, in a folder that has nothing else.

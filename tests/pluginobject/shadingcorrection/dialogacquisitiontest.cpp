@@ -11,6 +11,10 @@
 
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
+using namespace ffc::test;
+using ffc::genapi::CSoftwareEnumeration;
+using ffc::genapi::CSoftwareInteger;
+
 using DialogAcquisition = CDialogTest;
 
 namespace {

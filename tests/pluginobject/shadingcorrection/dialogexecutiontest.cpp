@@ -9,6 +9,7 @@
 
 using ffc::pluginobject::ETextAudience;
 using ffc::pluginobject::GetStatusSourceText;
+using namespace ffc::test;
 
 namespace {
 

@@ -91,7 +91,7 @@ public:
   template <typename TAction>
   std::string BoxOf(TAction fnAction)
   {
-    CModalAnswer answer;
+    ffc::test::CModalAnswer answer;
     fnAction();
     EXPECT_EQ(answer.GetBoxes().size(), 1U);
     if (answer.GetBoxes().size() != 1) {
@@ -101,7 +101,7 @@ public:
     return answer.GetBoxes()[0].strMessage;
   }
 
-  CTestCamera m_camera;
+  ffc::test::CTestCamera m_camera;
   SProcessScript m_stScript;
   int32_t m_nFactoryStatus = PLUGIN_STATUS_SUCCESS;
   EProcessKind m_eKind = EProcessKind::DeviceVignetting;

@@ -28,7 +28,7 @@ struct SProcessScript {
   bool bBlackLevelDefault = true;
   bool bPixelFormatSupported = true;
   bool bColor = false;
-  uint32_t nWaitResult = WAIT_RESULT_TIMEOUT;
+  uint32_t nWaitResult = ffc::platform::WAIT_RESULT_TIMEOUT;
   /// Runs within the acquisitions, the execution and the file operations, for what happens meanwhile; may throw.
   std::function<void()> fnMeanwhile = [] {};
 

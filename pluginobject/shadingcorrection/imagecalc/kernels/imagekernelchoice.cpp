@@ -2,9 +2,11 @@
 
 #include "platform/kernelchoice.h"
 
+namespace ffc::imagecalc {
+
 namespace {
 
-const SImageKernels &KERNELS = ChooseKernels(FindSImageKernels, GetInstructionLevel());
+const SImageKernels &KERNELS = platform::ChooseKernels(FindSImageKernels, platform::GetInstructionLevel());
 
 } // namespace
 
@@ -12,3 +14,5 @@ const SImageKernels &GetImageKernels()
 {
   return KERNELS;
 }
+
+} // namespace ffc::imagecalc

@@ -5,6 +5,8 @@
 
 #include "platform/builtlevel.h"
 
+namespace ffc::imagecalc {
+
 extern const SImageKernels FFC_KERNEL_TABLE;
 
 namespace {
@@ -16,7 +18,7 @@ constexpr std::size_t SMOOTHED_COLUMNS = 512;
 // Rows whose sums 16 bits hold for bytes, and 32 bits for words. Even, for whole cells.
 constexpr std::size_t STRIP_ROWS = 256;
 
-template <typename TPixel>
+template <class TPixel>
 struct SColumnSum {
   using Type = uint32_t;
 };
@@ -26,7 +28,7 @@ struct SColumnSum<uint8_t> {
   using Type = uint16_t;
 };
 
-template <typename TPixel>
+template <class TPixel>
 using TColumnSum = typename SColumnSum<TPixel>::Type;
 
 inline std::size_t Min(std::size_t nFirst, std::size_t nSecond)
@@ -34,7 +36,7 @@ inline std::size_t Min(std::size_t nFirst, std::size_t nSecond)
   return nFirst < nSecond ? nFirst : nSecond;
 }
 
-template <typename TValue>
+template <class TValue>
 inline TValue Load(const unsigned char *pData, std::size_t nIndex)
 {
   TValue nValue;
@@ -42,13 +44,13 @@ inline TValue Load(const unsigned char *pData, std::size_t nIndex)
   return nValue;
 }
 
-template <typename TValue>
+template <class TValue>
 inline void Store(unsigned char *pData, std::size_t nIndex, TValue nValue)
 {
   std::memcpy(pData + nIndex * sizeof nValue, &nValue, sizeof nValue);
 }
 
-template <typename TPixel>
+template <class TPixel>
 void AddPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
@@ -58,7 +60,7 @@ void AddPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
   }
 }
 
-template <typename TPixel>
+template <class TPixel>
 void DividePixels(const void *pSums, std::size_t nPixels, SReciprocal stReciprocal, void *__restrict pPixels)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pSums);
@@ -70,7 +72,7 @@ void DividePixels(const void *pSums, std::size_t nPixels, SReciprocal stReciproc
   }
 }
 
-template <typename TPixel>
+template <class TPixel>
 void MultiplyPixels(const void *pSums, std::size_t nPixels, SReciprocal stReciprocal, void *__restrict pPixels)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pSums);
@@ -81,7 +83,7 @@ void MultiplyPixels(const void *pSums, std::size_t nPixels, SReciprocal stRecipr
   }
 }
 
-template <typename TPixel>
+template <class TPixel>
 void ShiftPixels(const void *pSums, std::size_t nPixels, uint32_t nShift, void *__restrict pPixels)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pSums);
@@ -101,7 +103,7 @@ struct STile {
 };
 
 // Four rows at a time, as the sums of the columns are read and written with each.
-template <typename TPixel>
+template <class TPixel>
 void SumColumns(const STile &stTile, TColumnSum<TPixel> *__restrict pSums)
 {
   using TSum = TColumnSum<TPixel>;
@@ -128,7 +130,7 @@ void SumColumns(const STile &stTile, TColumnSum<TPixel> *__restrict pSums)
 }
 
 // Column sums are below 2^24, so that 32 bits hold those of 256 columns.
-template <typename TSum>
+template <class TSum>
 uint64_t SumRun(const TSum *pSums, std::size_t nColumns)
 {
   uint64_t nTotal = 0;
@@ -172,7 +174,7 @@ inline void SumSomePairs(const uint16_t *pSums, std::size_t nPairs, uint32_t &nE
 }
 
 // The sums of the even columns, and those of the odd ones.
-template <typename TSum>
+template <class TSum>
 void SumPairs(const TSum *pSums, std::size_t nPairs, uint64_t (&anSums)[2])
 {
   while (nPairs > 0) {
@@ -188,7 +190,7 @@ void SumPairs(const TSum *pSums, std::size_t nPairs, uint64_t (&anSums)[2])
 }
 
 // Calls fnSumTile for tiles that cover the row of blocks, of at most STRIP_ROWS x TILE_COLUMNS pixels.
-template <typename TPixel, typename TSumTile>
+template <class TPixel, class TSumTile>
 inline void WalkTiles(const SBlockRow &stRow, TSumTile fnSumTile)
 {
   const auto *const pPixels = static_cast<const unsigned char *>(stRow.pPixels);
@@ -202,7 +204,7 @@ inline void WalkTiles(const SBlockRow &stRow, TSumTile fnSumTile)
 }
 
 // Calls fnTakeRun(block, first column within the tile, columns) for the piece of each block that lies in the tile.
-template <typename TTakeRun>
+template <class TTakeRun>
 inline void WalkBlocks(const STile &stTile, std::size_t nBlockWidth, TTakeRun fnTakeRun)
 {
   std::size_t nBlock = stTile.nFirstColumn / nBlockWidth;
@@ -214,7 +216,7 @@ inline void WalkBlocks(const STile &stTile, std::size_t nBlockWidth, TTakeRun fn
   }
 }
 
-template <typename TPixel>
+template <class TPixel>
 void SumBlocks(const SBlockRow &stRow, double *pSums)
 {
   WalkTiles<TPixel>(stRow, [&](const STile &stTile) {
@@ -227,7 +229,7 @@ void SumBlocks(const SBlockRow &stRow, double *pSums)
 }
 
 // Sums over one parity of rows, with the doubles that the left and the right places count to.
-template <typename TPixel>
+template <class TPixel>
 void SumCellRows(const STile &stTile, std::size_t nBlockWidth, const uint8_t *pTargets, double *pSums)
 {
   TColumnSum<TPixel> anColumns[TILE_COLUMNS];
@@ -241,7 +243,7 @@ void SumCellRows(const STile &stTile, std::size_t nBlockWidth, const uint8_t *pT
 }
 
 // Tiles start at even rows and columns. Blocks have even sides, or a side of 1 and no cell.
-template <typename TPixel>
+template <class TPixel>
 void SumCells(const SBlockRow &stRow, const uint8_t (&anTarget)[4], double *pSums)
 {
   if (stRow.nBlockWidth < 2) {
@@ -259,7 +261,7 @@ void SumCells(const SBlockRow &stRow, const uint8_t (&anTarget)[4], double *pSum
 
 // Sums of three pixels above each other, for one row of results.
 // \return all bits that any of the pixels has
-template <typename TPixel, typename TSum>
+template <class TPixel, class TSum>
 inline uint32_t SumVertically(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels,
                               TSum *__restrict pSums)
 {
@@ -277,7 +279,7 @@ inline uint32_t SumVertically(const unsigned char *pRow, std::size_t nRowBytes, 
 }
 
 // The same for two rows of results, which share two of their four rows of pixels.
-template <typename TPixel>
+template <class TPixel>
 inline uint32_t SumTwoVertically(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels,
                                  uint16_t *__restrict pUpperSums, uint16_t *__restrict pLowerSums)
 {
@@ -299,7 +301,7 @@ inline uint32_t SumTwoVertically(const unsigned char *pRow, std::size_t nRowByte
 }
 
 // ((s + 4) x 7280) >> 16 equals ((s + 4) x 455) >> 12, and is the upper half of a product of 16 bits.
-template <typename TPixel>
+template <class TPixel>
 inline void SmoothNarrowSums(const uint16_t *__restrict pSums, std::size_t nPixels, unsigned char *__restrict pTo)
 {
   for (std::size_t x = 0; x < nPixels; ++x) {
@@ -325,7 +327,7 @@ inline void SmoothWideRow(const unsigned char *pRow, std::size_t nRowBytes, std:
 }
 
 // Whether words are of 12 bits is seen in the pixels, not in what the image claims to be.
-template <typename TPixel>
+template <class TPixel>
 inline void SmoothRow(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
   uint16_t anSums[SMOOTHED_COLUMNS + 2];
@@ -336,7 +338,7 @@ inline void SmoothRow(const unsigned char *pRow, std::size_t nRowBytes, std::siz
   }
 }
 
-template <typename TPixel>
+template <class TPixel>
 inline void SmoothTwoRows(const unsigned char *pRow, std::size_t nRowBytes, std::size_t nPixels, unsigned char *pTo)
 {
   uint16_t anUpper[SMOOTHED_COLUMNS + 2];
@@ -350,7 +352,7 @@ inline void SmoothTwoRows(const unsigned char *pRow, std::size_t nRowBytes, std:
   }
 }
 
-template <typename TPixel>
+template <class TPixel>
 void SmoothRows(const SSmoothing &stSmoothing)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(stSmoothing.pPixels);
@@ -374,3 +376,5 @@ const SImageKernels FFC_KERNEL_TABLE = {
   {SumCells<uint8_t>, SumCells<uint16_t>},
   {SmoothRows<uint8_t>, SmoothRows<uint16_t>},
 };
+
+} // namespace ffc::imagecalc

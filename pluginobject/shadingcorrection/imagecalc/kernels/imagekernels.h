@@ -9,6 +9,8 @@
 
 #include "platform/instructionlevel.h"
 
+namespace ffc::imagecalc {
+
 /// Adds nPixels pixels to as many 32-bit sums, which wrap round.
 using FnAddPixels = void (*)(const void *pPixels, std::size_t nPixels, void *pSums);
 
@@ -55,7 +57,7 @@ using FnSmoothRows = void (*)(const SSmoothing &stSmoothing);
 
 /// Functions by whether pixels are words.
 struct SImageKernels {
-  EInstructionLevel eLevel; ///< that the compiler really used
+  platform::EInstructionLevel eLevel; ///< that the compiler really used
   FnAddPixels afnAdd[2];
   FnMultiplyPixels afnMultiply[2];
   /// For a multiplier that has a 33rd bit, which is left out: ((sum - high) / 2 + high) >> nShift.
@@ -67,7 +69,9 @@ struct SImageKernels {
 };
 
 /// \return null for a level that was not built
-const SImageKernels *FindSImageKernels(EInstructionLevel eLevel);
+const SImageKernels *FindSImageKernels(platform::EInstructionLevel eLevel);
 
 /// What this program uses, chosen when it is loaded.
 const SImageKernels &GetImageKernels();
+
+} // namespace ffc::imagecalc

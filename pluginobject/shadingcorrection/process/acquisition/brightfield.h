@@ -3,11 +3,32 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
-#include "pluginobject/shadingcorrection/process/acquisition/frameaccumulator.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
+
+namespace ffc::process {
+
+/// One 32-bit sum per pixel. Statuses are the plug-in's.
+class CFrameAccumulator {
+public:
+  /// Takes zeroed sums for frames of nFrameSize bytes, one for each byte: 4 x nFrameSize bytes.
+  /// \return false when there is no memory
+  bool Allocate(uint64_t nFrameSize);
+  void Release();
+
+  /// Adds a frame. \return -1012 when the frame or the sums are smaller than the format says
+  [[nodiscard]] int32_t Add(const CFrameBuffer &frame, const SFrameFormat &stFormat);
+  /// Writes the truncated average of nFrameCount frames. \return -1012 as above
+  [[nodiscard]] int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average) const;
+
+private:
+  bool Holds(const SFrameFormat &stFormat) const;
+
+  CFrameBuffer m_sums;
+};
 
 /// Averages frames that arrive in an exchange, and keeps the average. User-interface thread only.
 class CBrightField {
@@ -17,18 +38,18 @@ public:
 
   /// Takes zeroed memory for frames of nSize bytes: the average, its sums and the exchange's buffer.
   /// \return 0, or -2
-  int32_t Allocate(uint64_t nSize);
+  [[nodiscard]] int32_t Allocate(uint64_t nSize);
   /// Adds the frame in the exchange. \return -1012 for a frame smaller than its format says
-  int32_t Add(const SFrameFormat &stFormat);
+  [[nodiscard]] int32_t Add(const SFrameFormat &stFormat);
   /// Computes the average of nFrameCount added frames. \return 0, or a mapped status of the image statistics
-  int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat);
+  [[nodiscard]] int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat);
   /// Frees what only an acquisition needs.
   void EndAcquisition();
   /// Frees the average.
   void Drop() { m_average.Release(); }
 
   /// Half an average is no bright field: drops it unless the status of the acquisition is 0.
-  int32_t KeepOnSuccess(int32_t nStatus);
+  [[nodiscard]] int32_t KeepOnSuccess(int32_t nStatus);
 
   const CFrameBuffer &GetAverage() const { return m_average; }
 
@@ -37,3 +58,5 @@ private:
   CFrameAccumulator m_accumulator;
   CFrameBuffer m_average;
 };
+
+} // namespace ffc::process

@@ -4,6 +4,10 @@
 #include <cstring>
 #include <limits>
 
+namespace ffc::process {
+
+using platform::TakeZeroedMemory;
+
 bool CFrameBuffer::Allocate(uint64_t nSize)
 {
   Release();
@@ -38,3 +42,5 @@ void CFrameBuffer::CopyFrom(const CFrameBuffer &other)
     std::memcpy(m_pData.get(), other.m_pData.get(), nCommon);
   }
 }
+
+} // namespace ffc::process

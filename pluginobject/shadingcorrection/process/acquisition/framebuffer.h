@@ -8,6 +8,8 @@
 
 #include "platform/zeroedmemory.h"
 
+namespace ffc::process {
+
 /// Bytes of a frame or of a coefficient table. Allocation failure is an answer, not an exception.
 class CFrameBuffer {
 public:
@@ -29,9 +31,11 @@ public:
 
 private:
   struct SGiveBack {
-    void operator()(uint8_t *pData) const { GiveZeroedMemory(pData); }
+    void operator()(uint8_t *pData) const { platform::GiveZeroedMemory(pData); }
   };
 
   std::unique_ptr<uint8_t[], SGiveBack> m_pData;
   uint64_t m_nSize = 0;
 };
+
+} // namespace ffc::process

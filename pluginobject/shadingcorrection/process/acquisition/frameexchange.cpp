@@ -8,6 +8,22 @@
 
 #include "pluginobject/statuscode.h"
 
+namespace ffc::process {
+
+using platform::CCriticalSection;
+using platform::WAIT_RESULT_SIGNALLED;
+using platform::WAIT_RESULT_TIMEOUT;
+
+uint32_t GetFrameTimeout(float fExposureTime)
+{
+  constexpr uint32_t LONGEST = 0xFFFFFFFE;
+  const float fTimeout = fExposureTime / 1000.0F + 1000.0F;
+  if (!(fTimeout > 0.0F)) {
+    return 0;
+  }
+  return fTimeout >= static_cast<float>(LONGEST) ? LONGEST : static_cast<uint32_t>(fTimeout);
+}
+
 bool CFrameExchange::AllocateBuffer(uint64_t nSize)
 {
   // The host counts the bytes of a frame in 32 bits: a larger one never comes.
@@ -19,6 +35,11 @@ bool CFrameExchange::AllocateBuffer(uint64_t nSize)
   m_buffer = std::move(buffer);
   m_nWritten = 0;
   return bAllocated;
+}
+
+int32_t CFrameExchange::AllocateFrame(uint64_t nSize, CFrameBuffer &kept)
+{
+  return kept.Allocate(nSize) && AllocateBuffer(nSize) ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OUT_OF_MEMORY;
 }
 
 void CFrameExchange::ReleaseBuffer()
@@ -49,6 +70,24 @@ int32_t CFrameExchange::WaitFrame(uint32_t nTimeout)
     return PLUGIN_STATUS_NEED_BAYER_FORMAT;
   }
   return bReady ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_BUFFER_TIMEOUT;
+}
+
+int32_t CFrameExchange::TakeFrames(uint32_t nTimeout, uint32_t nCount, const std::function<int32_t(uint32_t)> &fnUse)
+{
+  BeginRequests();
+  for (uint32_t nFrame = 0; nFrame < nCount; ++nFrame) {
+    int32_t nStatus = WaitFrame(nTimeout);
+    if (nStatus == PLUGIN_STATUS_SUCCESS) {
+      nStatus = fnUse(nFrame);
+    }
+    if (nStatus != PLUGIN_STATUS_SUCCESS) {
+      return nStatus;
+    }
+    if (nFrame + 1 < nCount) {
+      RequestFrame();
+    }
+  }
+  return PLUGIN_STATUS_SUCCESS;
 }
 
 bool CFrameExchange::WaitFrameReady(uint32_t nTimeout)
@@ -91,3 +130,5 @@ void CFrameExchange::ReceiveFrame(const void *pFrame, uint32_t nSize)
     m_nWritten = std::max(m_nWritten, nBytes);
   }
 }
+
+} // namespace ffc::process

@@ -4,11 +4,19 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 
 #include "platform/criticalsection.h"
 #include "platform/event.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+
+namespace ffc::process {
+
+/// Milliseconds to wait for a frame: exposure / 1000 + 1000, in single precision, truncated.
+/// \param fExposureTime microseconds
+/// \return 0 for a result below 0 or not a number; at most 0xFFFFFFFE, since all ones would wait for ever
+uint32_t GetFrameTimeout(float fExposureTime);
 
 /// Request and ready signal, the acquisition buffer and the stop flag.
 ///
@@ -26,6 +34,8 @@ public:
 
   /// Takes a zeroed buffer of nSize bytes. \return false when there is no memory, or no frame can be so large
   bool AllocateBuffer(uint64_t nSize);
+  /// The same with as much memory for the frame to be kept. \return 0, or -2
+  [[nodiscard]] int32_t AllocateFrame(uint64_t nSize, CFrameBuffer &kept);
   /// Frees the buffer and withdraws the request, also from a frame that is on its way.
   void ReleaseBuffer();
   void ZeroBuffer();
@@ -41,15 +51,25 @@ public:
     ++m_nGeneration;
   }
   /// Waits for a frame: 0, -1017 when the stop flag is set (even if the frame came), -1009 when none came.
-  int32_t WaitFrame(uint32_t nTimeout);
+  [[nodiscard]] int32_t WaitFrame(uint32_t nTimeout);
+  /// Asks for the first frame and waits for it.
+  [[nodiscard]] int32_t TakeFrame(uint32_t nTimeout)
+  {
+    BeginRequests();
+    return WaitFrame(nTimeout);
+  }
+  /// Takes nCount frames, one request at a time: fnUse(nIndex) works on each before the next one is asked for. Stops
+  /// at the first failure, the wait's or fnUse's, and answers it.
+  /// \param nTimeout milliseconds to wait for each frame
+  [[nodiscard]] int32_t TakeFrames(uint32_t nTimeout, uint32_t nCount, const std::function<int32_t(uint32_t)> &fnUse);
   /// Waits for a frame, whatever the stop flag. \return true when it came
   bool WaitFrameReady(uint32_t nTimeout);
 
   /// Lets fnUse(const CFrameBuffer &) work on the received frame, which stays as it is meanwhile.
-  template <typename TUse>
+  template <class TUse>
   auto UseFrame(TUse fnUse)
   {
-    const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+    const std::lock_guard<platform::CCriticalSection> lock(m_lockBuffer);
     return fnUse(static_cast<const CFrameBuffer &>(m_buffer));
   }
 
@@ -67,7 +87,7 @@ private:
 
   bool IsInForce(uint64_t nRequest) const { return nRequest == NO_REQUEST || nRequest == m_nGeneration; }
 
-  CEvent m_eventImageReady;
+  platform::CEvent m_eventImageReady;
   std::atomic<uint64_t> m_nGeneration{1};
   // Generations of requests: made and not polled yet (an auto-reset event that nobody waits for); polled, its frame not
   // signalled yet; of the frame that was signalled last.
@@ -75,7 +95,9 @@ private:
   std::atomic<uint64_t> m_nInHand{NO_REQUEST};
   std::atomic<uint64_t> m_nReady{NO_REQUEST};
   std::atomic<bool> m_bStop{false};
-  CCriticalSection m_lockBuffer;
+  platform::CCriticalSection m_lockBuffer;
   CFrameBuffer m_buffer;
   uint64_t m_nWritten = 0; // bytes of the buffer that frames have touched
 };
+
+} // namespace ffc::process

@@ -8,11 +8,13 @@
 #include "pluginobject/pixelformat.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 
+namespace ffc::process {
+
 namespace {
 
 int32_t ReadFrameFormat(const CFeatureAccess &features, SFrameFormat &stFormat)
 {
-  const int32_t nStatus = ffc::process::CSteps(features)
+  const int32_t nStatus = CSteps(features)
                             .Then(ReadPayloadSize, features, stFormat)
                             .Then(ReadPixelFormat, features, stFormat)
                             .Then(ReadWidth, features, stFormat)
@@ -41,11 +43,6 @@ bool SFrameFormat::FitsInto(uint64_t nBytes) const
   const uint64_t nBytesPerPixel = GetBitDepth() == 8 ? 1 : 2;
   const uint64_t nPixels = GetPixelCount();
   return nPixels > 0 && nPixels * nBytesPerPixel <= nBytes;
-}
-
-bool SFrameFormat::HasSameShape(const SFrameFormat &stOther) const
-{
-  return nWidth == stOther.nWidth && nHeight == stOther.nHeight && GetBitDepth() == stOther.GetBitDepth();
 }
 
 void SFrameFormat::ApplyUnpackedSize()
@@ -107,6 +104,13 @@ int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stK
   return bSame ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_BUFFER_SIZE_ERROR;
 }
 
+bool ReadIsColorCamera(const CFeatureAccess &features)
+{
+  bool bColor = false;
+  (void)features.IsFeatureImplemented("PixelColorFilter", bColor);
+  return bColor;
+}
+
 bool IsBayerFormatSelected(const CFeatureAccess &features, bool bColorCamera)
 {
   if (!bColorCamera) {
@@ -121,3 +125,5 @@ bool IsBayerFormatSelected(const CFeatureAccess &features, bool bColorCamera)
   const auto isBayer = [](const std::string &strName) { return strName.find("Bayer") != std::string::npos; };
   return std::all_of(listEntries.begin(), listEntries.end(), isBayer) || isBayer(strCurrent);
 }
+
+} // namespace ffc::process

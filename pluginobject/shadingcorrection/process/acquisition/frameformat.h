@@ -6,6 +6,20 @@
 
 #include "pluginobject/featureaccess.h"
 
+namespace ffc::process {
+
+/// What a frame must have in common with another one to be worked on together.
+struct SFrameShape {
+  int64_t nWidth = 0;    ///< pixels
+  int64_t nHeight = 0;   ///< pixels
+  int32_t nBitDepth = 0; ///< -1 when not known
+
+  bool operator==(const SFrameShape &stOther) const
+  {
+    return nWidth == stOther.nWidth && nHeight == stOther.nHeight && nBitDepth == stOther.nBitDepth;
+  }
+};
+
 /// What a frame of the camera looks like. Values come from the camera and may be anything.
 struct SFrameFormat {
   uint32_t nPixelFormat = 0; ///< PFNC code
@@ -14,28 +28,33 @@ struct SFrameFormat {
   uint64_t nFrameSize = 0;   ///< bytes of one frame as the host delivers it
 
   /// Bits per sample, -1 when not known.
-  int32_t GetBitDepth() const;
+  [[nodiscard]] int32_t GetBitDepth() const;
   /// Width x height; 0 unless both sides are positive 31-bit numbers.
   uint64_t GetPixelCount() const;
   /// Whether a buffer of nBytes holds every pixel at the format's depth.
   bool FitsInto(uint64_t nBytes) const;
-  /// Whether a frame of the other format can stand beside one of this: same geometry, same depth.
-  bool HasSameShape(const SFrameFormat &stOther) const;
+  SFrameShape GetShape() const { return {nWidth, nHeight, GetBitDepth()}; }
+  bool HasSameShape(const SFrameFormat &stOther) const { return GetShape() == stOther.GetShape(); }
   /// Replaces the frame size by the unpacked one where the format is delivered unpacked.
   void ApplyUnpackedSize();
 };
 
 /// One reading step each, for CSteps.
-int32_t ReadPayloadSize(const CFeatureAccess &features, SFrameFormat &stFormat);
-int32_t ReadWidth(const CFeatureAccess &features, SFrameFormat &stFormat);
-int32_t ReadHeight(const CFeatureAccess &features, SFrameFormat &stFormat);
-int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadPayloadSize(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadWidth(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadHeight(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
 
 /// Whether the camera's frames still have the kept size: 0, -1012 when not, or the code of a failing read.
-int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept);
+[[nodiscard]] int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept);
 /// The same for size, geometry and depth.
-int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept);
+[[nodiscard]] int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept);
+
+/// Whether the camera has a colour filter; false when it does not tell.
+bool ReadIsColorCamera(const CFeatureAccess &features);
 
 /// True for a monochrome camera, and for a colour camera that can only deliver Bayer formats or is set
 /// to one. False when the camera does not tell.
 bool IsBayerFormatSelected(const CFeatureAccess &features, bool bColorCamera);
+
+} // namespace ffc::process

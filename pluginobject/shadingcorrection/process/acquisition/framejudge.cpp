@@ -4,22 +4,25 @@
 #include <limits>
 
 #include "pluginobject/shadingcorrection/imagecalc/imagecalc.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
-BLOCK_PARAM MakeBlockParam(const SFrameFormat &stFormat, int64_t nBlockWidth, int64_t nBlockHeight, int32_t nBayerType)
+namespace ffc::process {
+
+BLOCK_PARAM MakeBlockParam(const SFrameFormat &stFormat, const SBlockGrid &stGrid)
 {
   const auto toSide = [](int64_t nSide) {
     using Limits = std::numeric_limits<int32_t>;
     return static_cast<int32_t>(std::clamp<int64_t>(nSide, Limits::min(), Limits::max()));
   };
-  return {toSide(stFormat.nWidth), toSide(stFormat.nHeight), toSide(nBlockWidth), toSide(nBlockHeight), nBayerType};
+  return {toSide(stFormat.nWidth), toSide(stFormat.nHeight), toSide(stGrid.nBlockWidth), toSide(stGrid.nBlockHeight),
+          stGrid.nBayerType};
 }
 
-int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stFormat, int64_t nBlockWidth,
-                          int64_t nBlockHeight, int32_t nBayerType, SBlockMeanRange &stRange)
+int32_t MeasureBlockMeans(const CFrameBuffer &frame, const SFrameFormat &stFormat, const SBlockGrid &stGrid,
+                          SBlockMeanRange &stRange)
 {
-  const BLOCK_PARAM stParam = MakeBlockParam(stFormat, nBlockWidth, nBlockHeight, nBayerType);
+  const BLOCK_PARAM stParam = MakeBlockParam(stFormat, stGrid);
   const int32_t nGridStatus = MapCalcStatus(CImageCalc().CheckBlockParam(stParam));
   if (nGridStatus != PLUGIN_STATUS_SUCCESS) {
     return nGridStatus;
@@ -42,14 +45,16 @@ double ToEightBitScale(double dGray, int32_t nBitDepth)
   return static_cast<double>(static_cast<uint32_t>(dGray) >> (nBitDepth - 8));
 }
 
-int32_t MeasureEightBitMeans(const CFrameBuffer &frame, const SFrameFormat &stFormat, int64_t nBlockWidth,
-                             int64_t nBlockHeight, int32_t nBayerType, SBlockMeanRange &stRange)
+int32_t MeasureEightBitMeans(const CFrameBuffer &frame, const SFrameFormat &stFormat, const SBlockGrid &stGrid,
+                             SBlockMeanRange &stRange)
 {
   SBlockMeanRange stMeasured;
-  const int32_t nStatus = MeasureBlockMeans(frame, stFormat, nBlockWidth, nBlockHeight, nBayerType, stMeasured);
+  const int32_t nStatus = MeasureBlockMeans(frame, stFormat, stGrid, stMeasured);
   if (nStatus == PLUGIN_STATUS_SUCCESS) {
     stRange.dMax = ToEightBitScale(stMeasured.dMax, stFormat.GetBitDepth());
     stRange.dMin = ToEightBitScale(stMeasured.dMin, stFormat.GetBitDepth());
   }
   return nStatus;
 }
+
+} // namespace ffc::process

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "pluginobject/shadingcorrection/process/acquisition/waittimeout.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 

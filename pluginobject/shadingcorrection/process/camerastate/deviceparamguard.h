@@ -22,7 +22,7 @@ public:
   void BeginAcquisition();
 
   /// Reads what Prepare writes back. \return the code of the first failing read
-  int32_t SaveUserParam(const CFeatureAccess &features);
+  [[nodiscard]] int32_t SaveUserParam(const CFeatureAccess &features);
   bool WasStreaming() const { return m_streaming.WasStreaming(); }
   /// Milliseconds to wait for a frame at the user's exposure.
   uint32_t GetTimeout() const { return m_nTimeout; }
@@ -30,7 +30,7 @@ public:
   /// Switches the camera to the factory state. Expects a stopped stream.
   /// \param stFormat receives the factory set's format; its frame size is computed from the width and height
   ///   that it holds before
-  int32_t Prepare(const CFeatureAccess &features, SFrameFormat &stFormat);
+  [[nodiscard]] int32_t Prepare(const CFeatureAccess &features, SFrameFormat &stFormat);
   /// Whether the user's black level is the factory set's, within a millionth.
   bool IsBlackLevelDefault() const;
 
@@ -42,18 +42,19 @@ public:
   /// Before a pending restore is tried again: reads what the camera has now. Where exposure, gain, black level or
   /// digital shift is no longer as the acquisition left it, the user has taken over, and nothing is pending any more.
   /// \return -1013 when the camera does not tell
-  int32_t ReviewPendingRestore(const CFeatureAccess &features);
+  [[nodiscard]] int32_t ReviewPendingRestore(const CFeatureAccess &features);
   /// Writes a selector back, alone, that the camera has refused at the end of an acquisition, unless the user has
   /// selected another user set since. Failures are ignored.
   void RestoreSelector(const CFeatureAccess &features);
 
 private:
   /// A setting that not every camera has; empty when this one has not.
-  static int32_t SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved);
-  static int32_t WriteOptional(const CFeatureAccess &features, const char *pName, const std::string &strSaved);
-  static int32_t ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
-  int32_t WriteUserParam(const CFeatureAccess &features);
-  int32_t CompareUserParam(const CFeatureAccess &features, bool &bUnchanged) const;
+  [[nodiscard]] static int32_t SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved);
+  [[nodiscard]] static int32_t WriteOptional(const CFeatureAccess &features, const char *pName,
+                                             const std::string &strSaved);
+  [[nodiscard]] static int32_t ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
+  [[nodiscard]] int32_t WriteUserParam(const CFeatureAccess &features);
+  [[nodiscard]] int32_t CompareUserParam(const CFeatureAccess &features, bool &bUnchanged) const;
 
   CUserSetGuard m_userSets;
   CStreamingState m_streaming;

@@ -17,14 +17,17 @@ public:
   void Reset();
 
   CStreamingState &Streaming() { return m_streaming; }
-  int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures) { return m_triggerMode.Save(deviceFeatures); }
+  [[nodiscard]] int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures)
+  {
+    return m_triggerMode.Save(deviceFeatures);
+  }
   /// A stream without buffer handling is no failure.
   void SaveStreamMode(const CFeatureAccess &streamFeatures);
   /// Whether the stream was running when it was saved.
   bool WasStreaming() const { return m_streaming.WasStreaming(); }
 
   /// Trigger "Off", buffer handling "NewestOnly", each only where it is something else.
-  int32_t Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
+  [[nodiscard]] int32_t Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
   /// Writes what was saved; failures are ignored.
   void Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
 

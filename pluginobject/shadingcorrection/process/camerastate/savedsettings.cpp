@@ -84,13 +84,13 @@ void CStreamingState::SaveLate(const CFeatureAccess &features)
   }
 }
 
-template <typename TNumber>
+template <class TNumber>
 int32_t CSavedNumber<TNumber>::Save(const CFeatureAccess &features)
 {
   return Read(features, m_pName, m_saved);
 }
 
-template <typename TNumber>
+template <class TNumber>
 int32_t CSavedNumber<TNumber>::Write(const CFeatureAccess &features)
 {
   const int32_t nStatus = WriteBack(features, m_pName, m_saved);
@@ -100,7 +100,7 @@ int32_t CSavedNumber<TNumber>::Write(const CFeatureAccess &features)
   return nStatus;
 }
 
-template <typename TNumber>
+template <class TNumber>
 void CSavedNumber<TNumber>::ReadBack(const CFeatureAccess &features)
 {
   TNumber value = 0;
@@ -109,7 +109,7 @@ void CSavedNumber<TNumber>::ReadBack(const CFeatureAccess &features)
   }
 }
 
-template <typename TNumber>
+template <class TNumber>
 int32_t CSavedNumber<TNumber>::Compare(const CFeatureAccess &features, bool &bUnchanged) const
 {
   bUnchanged = true;

@@ -14,8 +14,8 @@ namespace ffc::process {
 /// Restoring is tried, and tried once more; what the camera refuses then stays as it is. So no acquisition fails,
 /// and none finds the settings of an earlier one, because a camera refused to take something back.
 /// \return the last status
-template <typename TWrite>
-int32_t TryTwice(TWrite fnWrite)
+template <class TWrite>
+[[nodiscard]] int32_t TryTwice(TWrite fnWrite)
 {
   const int32_t nStatus = fnWrite();
   return nStatus == PLUGIN_STATUS_SUCCESS ? nStatus : fnWrite();
@@ -30,11 +30,11 @@ public:
   /// Forgets what was saved.
   void Forget();
   /// Reads the entry, to be written back by the next Restore. \return the code of what failed
-  int32_t Save(const CFeatureAccess &features);
+  [[nodiscard]] int32_t Save(const CFeatureAccess &features);
   /// The entry last read, empty when there is none.
   const std::string &Get() const { return m_strSaved; }
   /// Writes another entry in its place. Only when the camera took it is there something to write back.
-  int32_t Replace(const CFeatureAccess &features, const char *pEntry);
+  [[nodiscard]] int32_t Replace(const CFeatureAccess &features, const char *pEntry);
   /// Writes the saved entry, a second time when the first fails; once for each Save or Replace: what the user
   /// chooses afterwards stays. One that was never read is left alone.
   void Restore(const CFeatureAccess &features);
@@ -46,12 +46,15 @@ private:
 };
 
 /// Writes "Off" where the saved trigger mode is "On".
-int32_t SwitchTriggerOff(const CFeatureAccess &features, CSavedEntry &triggerMode);
+[[nodiscard]] int32_t SwitchTriggerOff(const CFeatureAccess &features, CSavedEntry &triggerMode);
 
 /// Whether the host's stream ran before an acquisition: the saved TLParamsLocked. User-interface thread only.
 class CStreamingState {
 public:
-  int32_t Save(const CFeatureAccess &features) { return features.GetIntFeature("TLParamsLocked", m_nTLParamsLocked); }
+  [[nodiscard]] int32_t Save(const CFeatureAccess &features)
+  {
+    return features.GetIntFeature("TLParamsLocked", m_nTLParamsLocked);
+  }
   /// After a save of the camera's state that failed before this value was read: the restore that follows
   /// stops the stream, and without knowing that it ran nobody would start it again.
   void SaveLate(const CFeatureAccess &features);
@@ -63,20 +66,20 @@ private:
 
 /// A number that is written over the one of another user set. User-interface thread only.
 /// \tparam TNumber float or int64_t
-template <typename TNumber>
+template <class TNumber>
 class CSavedNumber {
 public:
   /// \param pName of the feature, for the life of this object
   explicit CSavedNumber(const char *pName) : m_pName(pName) {}
 
-  int32_t Save(const CFeatureAccess &features);
+  [[nodiscard]] int32_t Save(const CFeatureAccess &features);
   TNumber Get() const { return m_saved; }
   /// Writes the saved number.
-  int32_t Write(const CFeatureAccess &features);
+  [[nodiscard]] int32_t Write(const CFeatureAccess &features);
   /// Takes what the camera has now for what was written, where it tells: it may have made another number of it.
   void ReadBack(const CFeatureAccess &features);
   /// Reads whether the camera still has what was written or read back; so it does when nothing was.
-  int32_t Compare(const CFeatureAccess &features, bool &bUnchanged) const;
+  [[nodiscard]] int32_t Compare(const CFeatureAccess &features, bool &bUnchanged) const;
 
 private:
   const char *m_pName;

@@ -10,7 +10,7 @@
 namespace ffc::process {
 
 /// Selects a user set and saves the camera's state into it. \return the code of the first failing step
-int32_t SaveUserSet(const CFeatureAccess &features, const char *pUserSet);
+[[nodiscard]] int32_t SaveUserSet(const CFeatureAccess &features, const char *pUserSet);
 
 /// Keeps the user's whole state in "UserSet0" during an acquisition, and what UserSetSelector was before.
 /// User-interface thread only.
@@ -20,10 +20,10 @@ public:
   /// bring an older state over the user's live one. Only when no restore is pending.
   void BeginAcquisition();
   /// Reads which user set is selected.
-  int32_t SaveSelector(const CFeatureAccess &features);
+  [[nodiscard]] int32_t SaveSelector(const CFeatureAccess &features);
   /// Saves the user's state into "UserSet0" and loads "Default".
   /// \return the code of the first failing step; -1013 while a restore is pending, and nothing is done
-  int32_t SwitchToDefault(const CFeatureAccess &features);
+  [[nodiscard]] int32_t SwitchToDefault(const CFeatureAccess &features);
 
   /// Loads "UserSet0" and writes the selector back, each a second time when the first fails.
   void Restore(const CFeatureAccess &features);
@@ -36,12 +36,12 @@ public:
   /// Whether the camera has refused to take the selector back.
   bool IsSelectorMoved() const { return m_bSelectorMoved && !m_strSelector.empty(); }
   /// Reads the selector again, for it to be written back; what an acquisition has left there is not the user's.
-  int32_t RefreshSelector(const CFeatureAccess &features);
+  [[nodiscard]] int32_t RefreshSelector(const CFeatureAccess &features);
   /// Writes the selector back where an acquisition has moved it. One that was never read is not written.
   void RestoreSelector(const CFeatureAccess &features);
 
 private:
-  int32_t Run(const CFeatureAccess &features, const char *pUserSet, const char *pCommand);
+  [[nodiscard]] int32_t Run(const CFeatureAccess &features, const char *pUserSet, const char *pCommand);
 
   std::string m_strSelector;     // the user's
   std::string m_strLastSelected; // by this object

@@ -26,16 +26,16 @@ public:
   /// Balances the camera with frames of the stream that fnStartStream starts. Also starts the stream when
   /// the camera has no automatic white balance. A balance that does not finish is no error.
   /// \param nTimeout milliseconds to wait for each frame
-  int32_t BalanceOnce(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
-                      const std::function<void()> &fnStartStream);
+  [[nodiscard]] int32_t BalanceOnce(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
+                                    const std::function<void()> &fnStartStream);
 
   /// Puts back what the last BalanceOnce changed, each setting a second time when the first fails, and forgets it.
   void Restore(const CFeatureAccess &features);
 
 private:
-  int32_t Save(const CFeatureAccess &features);
-  int32_t SaveRatios(const CFeatureAccess &features);
-  int32_t SwitchOn(const CFeatureAccess &features);
+  [[nodiscard]] int32_t Save(const CFeatureAccess &features);
+  [[nodiscard]] int32_t SaveRatios(const CFeatureAccess &features);
+  [[nodiscard]] int32_t SwitchOn(const CFeatureAccess &features);
   void RestoreLampHouse(const CFeatureAccess &features) const;
   void RestoreRatios(const CFeatureAccess &features) const;
 

@@ -1,10 +1,64 @@
 #include "pluginobject/shadingcorrection/process/coefficients/devicecorrection.h"
 
+#include <cstring>
 #include <limits>
+#include <utility>
 
 #include "pluginobject/shadingcorrection/process/camerastate/userset.h"
-#include "pluginobject/shadingcorrection/process/coefficients/coefficientimage.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
+
+namespace ffc::process {
+
+FFCInfo GetRecord(const CFrameBuffer &image)
+{
+  FFCInfo stInfo;
+  std::memcpy(&stInfo, image.GetData() + (image.GetSize() - FFC_INFO_SIZE), FFC_INFO_SIZE);
+  return stInfo;
+}
+
+void FillImage(const CFrameBuffer &body, const FFCInfo &stInfo, CFrameBuffer &image)
+{
+  image.CopyFrom(body);
+  std::memcpy(image.GetData() + body.GetSize(), &stInfo, FFC_INFO_SIZE);
+}
+
+void ExchangeRecordBytes(CFrameBuffer &image)
+{
+  for (uint64_t nByte = image.GetSize() - FFC_INFO_SIZE; nByte < image.GetSize(); nByte += 2) {
+    std::swap(image.GetData()[nByte], image.GetData()[nByte + 1]);
+  }
+}
+
+int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera, FnApplyBlockEntry fnApplyBlockEntry,
+                           SDeviceSettings &stSettings, FFCInfo &stInfo)
+{
+  std::string strPixelColorFilter;
+  std::string strBlockSize;
+  std::string strFrameCount;
+  const int32_t nStatus =
+    CSteps(features)
+      .Then([&] {
+        return bColorCamera ? features.GetEnumFeature("PixelColorFilter", strPixelColorFilter) : PLUGIN_STATUS_SUCCESS;
+      })
+      .Get("FFCBlockSize", strBlockSize)
+      .Get("FFCFrameCount", strFrameCount)
+      .Status();
+  // Also of a camera that has lost its filter since the last time.
+  stSettings.strPixelColorFilter = strPixelColorFilter;
+  fnApplyBlockEntry(strBlockSize, stSettings.stBlock);
+  stInfo.nBlockSizeCode = stSettings.stBlock.nCode;
+  ApplyFrameCountEntry(strFrameCount, stInfo.nFrameCount);
+  return nStatus;
+}
+
+int32_t WriteFrameCount(const CFeatureAccess &features, const std::string &strEntry, FFCInfo &stInfo)
+{
+  const int32_t nStatus = CSteps(features).Set("FFCFrameCount", strEntry).Status();
+  if (nStatus == PLUGIN_STATUS_SUCCESS) {
+    ApplyFrameCountEntry(strEntry, stInfo.nFrameCount);
+  }
+  return nStatus;
+}
 
 int32_t ReadCoefficientsSize(const CFeatureAccess &features, uint64_t &nSize)
 {
@@ -27,7 +81,7 @@ int32_t AllocateCoefficients(uint64_t nSize, CFrameBuffer &image)
 int32_t InitCoefficients(const CFeatureAccess &features, FFCInfo &stInfo, CFrameBuffer &image)
 {
   uint64_t nSize = 0;
-  return ffc::process::CSteps(features)
+  return CSteps(features)
     .Then(ReadCoefficientsSize, features, nSize)
     .Then([&] {
       stInfo.nCoefficientsSize = static_cast<uint32_t>(nSize);
@@ -64,15 +118,17 @@ int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, 
 
 int32_t LoadFlashCoefficients(const CFeatureAccess &features, CFrameBuffer &image)
 {
-  return ffc::process::CSteps(features).Execute("FFCFlashLoad").Then(ReadCoefficients, features, image).Status();
+  return CSteps(features).Execute("FFCFlashLoad").Then(ReadCoefficients, features, image).Status();
 }
 
 int32_t SaveFlashCoefficients(const CFeatureAccess &features)
 {
-  return ffc::process::CSteps(features)
+  return CSteps(features)
     .Execute("FFCFlashSave")
     .Then(SwitchCorrectionOn, features)
-    .Then(ffc::process::SaveUserSet, features, "UserSet0")
+    .Then(SaveUserSet, features, "UserSet0")
     .Set("UserSetDefault", "UserSet0")
     .Status();
 }
+
+} // namespace ffc::process

@@ -1,19 +1,23 @@
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "genapi/framecounts.h"
 #include "genapi/pfnc.h"
+
+namespace ffc::process {
 
 namespace {
 
-template <typename TValue>
+template <class TValue>
 struct SEntry {
   const char *pName;
   TValue nValue;
 };
 
-constexpr SEntry<uint32_t> FRAME_COUNTS[] = {
-  {"FFCFrameCount_1", 1}, {"FFCFrameCount_2", 2},   {"FFCFrameCount_4", 4},
-  {"FFCFrameCount_8", 8}, {"FFCFrameCount_16", 16},
-};
+constexpr std::string_view FRAME_COUNT_PREFIX = "FFCFrameCount_";
 
 constexpr SEntry<SCorrectionBlock> FLAT_FIELD_BLOCKS[] = {
   {"BlockSize_1024", {32, 32, 0}},
@@ -26,7 +30,7 @@ constexpr SEntry<SCorrectionBlock> VIGNETTING_BLOCKS[] = {
 };
 
 // First match wins; anything else leaves the value.
-template <typename TValue, std::size_t N>
+template <class TValue, std::size_t N>
 void ApplyEntry(const SEntry<TValue> (&listEntries)[N], const std::string &strName, TValue &nValue)
 {
   for (const SEntry<TValue> &stEntry : listEntries) {
@@ -41,17 +45,25 @@ void ApplyEntry(const SEntry<TValue> (&listEntries)[N], const std::string &strNa
 
 void ApplyFrameCountEntry(const std::string &strEntry, uint32_t &nFrameCount)
 {
-  ApplyEntry(FRAME_COUNTS, strEntry, nFrameCount);
+  std::string_view strCount = strEntry;
+  if (strCount.substr(0, FRAME_COUNT_PREFIX.size()) != FRAME_COUNT_PREFIX) {
+    return;
+  }
+  strCount.remove_prefix(FRAME_COUNT_PREFIX.size());
+  for (const int nCount : genapi::FRAME_COUNTS) {
+    if (strCount == std::to_string(nCount)) {
+      nFrameCount = static_cast<uint32_t>(nCount);
+    }
+  }
 }
 
 uint32_t GetPossibleFrameCount(uint32_t nFrameCount)
 {
-  for (const SEntry<uint32_t> &stEntry : FRAME_COUNTS) {
-    if (stEntry.nValue == nFrameCount) {
-      return nFrameCount;
-    }
+  const auto isCount = [nFrameCount](int nCount) { return static_cast<uint32_t>(nCount) == nFrameCount; };
+  if (nFrameCount == 0 || std::any_of(std::begin(genapi::FRAME_COUNTS), std::end(genapi::FRAME_COUNTS), isCount)) {
+    return nFrameCount;
   }
-  return nFrameCount == 0 ? 0 : 1;
+  return 1;
 }
 
 void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock)
@@ -68,3 +80,5 @@ int32_t GetBayerType(const std::string &strPixelColorFilter)
 {
   return static_cast<int32_t>(ffc::genapi::GetColorLayout(strPixelColorFilter));
 }
+
+} // namespace ffc::process

@@ -7,6 +7,8 @@
 #include "platform/replaceablefile.h"
 #include "pluginobject/statuscode.h"
 
+namespace ffc::process {
+
 namespace {
 
 bool IsReplaceable(const QString &strFileName)
@@ -109,3 +111,5 @@ int32_t WriteCoefficientFile(const QString &strFileName, const uint8_t *pData, u
   const int32_t nStatus = writer.Open();
   return nStatus == PLUGIN_STATUS_SUCCESS ? writer.Write(pData, nSize) : nStatus;
 }
+
+} // namespace ffc::process

@@ -2,6 +2,8 @@
 
 #include <QFileDialog>
 
+namespace ffc::process {
+
 namespace {
 
 const auto DEFAULT_FOLDER = QStringLiteral("./resource/tqplugins/FlatFieldCorrection/");
@@ -18,3 +20,5 @@ QString CFileDialogChooser::ChooseFileToSave(const SFileDialogTexts &stTexts)
 {
   return QFileDialog::getSaveFileName(nullptr, stTexts.strCaption, DEFAULT_FILE, stTexts.strFilter);
 }
+
+} // namespace ffc::process

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace ffc::process {
+
 /// The texts of a file dialog, translated by whoever asks.
 struct SFileDialogTexts {
   QString strCaption;
@@ -26,3 +28,5 @@ public:
   QString ChooseFileToOpen(const SFileDialogTexts &stTexts) override;
   QString ChooseFileToSave(const SFileDialogTexts &stTexts) override;
 };
+
+} // namespace ffc::process

@@ -5,9 +5,13 @@
 
 #include "genapi/pfnc.h"
 #include "ombrix/ombrix.h"
-#include "pluginobject/shadingcorrection/process/calcstatusmapping.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
+
+namespace ffc::process {
+
+using platform::CCriticalSection;
 
 namespace {
 
@@ -50,6 +54,27 @@ bool HoldFrames(const SHostReference &stReference)
 
 } // namespace
 
+CHostCoefficients::SSnapshot CHostCoefficients::Get() const
+{
+  const std::lock_guard<CCriticalSection> lock(m_section);
+  return m_stCurrent;
+}
+
+void CHostCoefficients::SetShape(const SFrameShape &stShape)
+{
+  const std::lock_guard<CCriticalSection> lock(m_section);
+  m_stCurrent.stShape = stShape;
+}
+
+void CHostCoefficients::SetTable(HostTablePtr pTable)
+{
+  {
+    const std::lock_guard<CCriticalSection> lock(m_section);
+    std::swap(m_stCurrent.pTable, pTable);
+  }
+  // The former table, if nobody corrects with it, goes here, after the lock.
+}
+
 int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable)
 {
   if (!HoldFrames(stReference)) {
@@ -76,7 +101,7 @@ int32_t ComputeHostTable(const SHostReference &stReference, HostTablePtr &pTable
     return nStatus;
   }
   stTable.nSize = nSize;
-  stTable.stFormat = stFormat;
+  stTable.stShape = stFormat.GetShape();
   return Publish(std::move(stTable), pTable);
 }
 
@@ -94,21 +119,23 @@ int32_t ReadHostTable(QFile &file, const SFrameFormat &stFormat, HostTablePtr &p
     return nStatus;
   }
   stTable.nSize = static_cast<uint32_t>(nFileSize);
-  stTable.stFormat = stFormat;
+  stTable.stShape = stFormat.GetShape();
   return Publish(std::move(stTable), pTable);
 }
 
-bool IsFrameOfFormat(const SFrameFormat &stFormat, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat)
+bool IsFrameOfShape(const SFrameShape &stShape, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat)
 {
-  return nWidth == stFormat.nWidth && nHeight == stFormat.nHeight &&
-         GetDeliveredBitDepth(nPixelFormat) == stFormat.GetBitDepth();
+  return nWidth == stShape.nWidth && nHeight == stShape.nHeight &&
+         GetDeliveredBitDepth(nPixelFormat) == stShape.nBitDepth;
 }
 
 int32_t ApplyHostTable(const SHostTable &stTable, const void *pSource, void *pDestination)
 {
-  const SFrameFormat &stFormat = stTable.stFormat;
+  const SFrameShape &stShape = stTable.stShape;
   const uint32_t nSize = stTable.nSize;
-  return MapCalcStatus(OmbrixApplyFlatField(pSource, pDestination, static_cast<uint32_t>(stFormat.GetBitDepth()),
-                                            static_cast<uint32_t>(stFormat.nWidth),
-                                            static_cast<uint32_t>(stFormat.nHeight), stTable.data.GetData(), &nSize));
+  return MapCalcStatus(OmbrixApplyFlatField(pSource, pDestination, static_cast<uint32_t>(stShape.nBitDepth),
+                                            static_cast<uint32_t>(stShape.nWidth),
+                                            static_cast<uint32_t>(stShape.nHeight), stTable.data.GetData(), &nSize));
 }
+
+} // namespace ffc::process

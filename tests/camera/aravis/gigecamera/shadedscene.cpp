@@ -8,6 +8,8 @@
 
 namespace ffc::test {
 
+using camera::FindSensorFormat;
+
 namespace {
 
 constexpr uint32_t IS_COLOR = 0x1000;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::imagecalc;
+
 namespace {
 
 std::string SpellCell(int32_t nBayerType)

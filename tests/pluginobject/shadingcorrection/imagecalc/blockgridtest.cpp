@@ -1,9 +1,12 @@
-#include "pluginobject/shadingcorrection/imagecalc/blockgrid.h"
+#include "pluginobject/shadingcorrection/imagecalc/blockmeans.h"
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "pluginobject/shadingcorrection/imagecalc/imagecalc.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
+
+using namespace ffc::imagecalc;
 
 namespace {
 
@@ -31,7 +34,7 @@ TEST(CheckBlockParam, ASideAboveTheLargestIsOutOfRange)
     for (const int32_t nSide : {100001, 100002, INT32_MAX}) {
       BLOCK_PARAM stParam = {100000, 100000, 32, 32, 0};
       stParam.*pSide = nSide;
-      EXPECT_EQ(CImageCalc().CheckBlockParam(stParam), -102) << nSide;
+      EXPECT_EQ(CImageCalc().CheckBlockParam(stParam), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
     }
   }
 }
@@ -39,40 +42,41 @@ TEST(CheckBlockParam, ASideAboveTheLargestIsOutOfRange)
 TEST(CheckBlockParam, AnImageSideBelowThirtyTwoIsOutOfRange)
 {
   for (const int32_t nSide : {31, 30, 0, -1, -32, INT32_MIN}) {
-    EXPECT_EQ(Check(nSide, 64, 8, 8), -102) << nSide;
-    EXPECT_EQ(Check(64, nSide, 8, 8), -102) << nSide;
+    EXPECT_EQ(Check(nSide, 64, 8, 8), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
+    EXPECT_EQ(Check(64, nSide, 8, 8), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
   }
 }
 
 TEST(CheckBlockParam, ABlockSideBelowEightIsOutOfRange)
 {
   for (const int32_t nSide : {7, 6, 0, -1, -8, INT32_MIN}) {
-    EXPECT_EQ(Check(64, 64, nSide, 8), -102) << nSide;
-    EXPECT_EQ(Check(64, 64, 8, nSide), -102) << nSide;
+    EXPECT_EQ(Check(64, 64, nSide, 8), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
+    EXPECT_EQ(Check(64, 64, 8, nSide), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
   }
 }
 
 TEST(CheckBlockParam, ABlockLargerThanTheImageDoesNotFit)
 {
-  EXPECT_EQ(Check(64, 64, 66, 8), -101);
-  EXPECT_EQ(Check(64, 64, 8, 66), -101);
+  EXPECT_EQ(Check(64, 64, 66, 8), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(Check(64, 64, 8, 66), IMAGECALC_STATUS_INVALID_ARGUMENT);
   EXPECT_EQ(Check(64, 64, 64, 64), 0);
 }
 
 TEST(CheckBlockParam, AnOddSideDoesNotFit)
 {
-  EXPECT_EQ(Check(65, 64, 8, 8), -101);
-  EXPECT_EQ(Check(64, 65, 8, 8), -101);
-  EXPECT_EQ(Check(64, 64, 9, 8), -101);
-  EXPECT_EQ(Check(64, 64, 8, 9), -101);
+  EXPECT_EQ(Check(65, 64, 8, 8), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(Check(64, 65, 8, 8), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(Check(64, 64, 9, 8), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(Check(64, 64, 8, 9), IMAGECALC_STATUS_INVALID_ARGUMENT);
 }
 
 TEST(CheckBlockParam, RangesWinOverFit)
 {
-  EXPECT_EQ(Check(33, 64, 6, 8), -102) << "small block and odd width";
-  EXPECT_EQ(Check(64, 33, 8, 100001), -102) << "large block, which also exceeds the odd height";
-  EXPECT_EQ(Check(31, 64, 40, 8), -102) << "small odd width, exceeded by the block";
-  EXPECT_EQ(Check(100001, 33, 8, 8), -102) << "large odd width and odd height";
+  EXPECT_EQ(Check(33, 64, 6, 8), IMAGECALC_STATUS_OUT_OF_RANGE) << "small block and odd width";
+  EXPECT_EQ(Check(64, 33, 8, 100001), IMAGECALC_STATUS_OUT_OF_RANGE)
+    << "large block, which also exceeds the odd height";
+  EXPECT_EQ(Check(31, 64, 40, 8), IMAGECALC_STATUS_OUT_OF_RANGE) << "small odd width, exceeded by the block";
+  EXPECT_EQ(Check(100001, 33, 8, 8), IMAGECALC_STATUS_OUT_OF_RANGE) << "large odd width and odd height";
 }
 
 TEST(CheckBlockParam, TheBayerTypeIsNotChecked)
@@ -109,7 +113,7 @@ TEST(GetBlockCount, EqualsTheSlowTwinForAllSmallSides)
       int32_t nColumns = -1;
       int32_t nRows = -1;
       ASSERT_EQ(CImageCalc().GetBlockCount({nSide, 200, nBlockSide, 8, 0}, &nColumns, &nRows), 0);
-      ASSERT_EQ(nColumns, CountBlocksSlowly(nSide, nBlockSide)) << nSide << " by " << nBlockSide;
+      ASSERT_EQ(CountBlocksSlowly(nSide, nBlockSide), nColumns) << nSide << " by " << nBlockSide;
       ASSERT_EQ(nRows, 25);
     }
   }
@@ -128,9 +132,9 @@ TEST(GetBlockCount, AFailingCheckLeavesTheCountsUntouched)
 {
   int32_t nColumns = 17;
   int32_t nRows = 18;
-  EXPECT_EQ(CImageCalc().GetBlockCount({65, 64, 8, 8, 0}, &nColumns, &nRows), -101);
-  EXPECT_EQ(CImageCalc().GetBlockCount({64, 64, 8, 6, 0}, &nColumns, &nRows), -102);
-  EXPECT_EQ(CImageCalc().GetBlockCount({-64, INT32_MIN, -8, -8, 0}, &nColumns, &nRows), -102);
+  EXPECT_EQ(CImageCalc().GetBlockCount({65, 64, 8, 8, 0}, &nColumns, &nRows), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().GetBlockCount({64, 64, 8, 6, 0}, &nColumns, &nRows), IMAGECALC_STATUS_OUT_OF_RANGE);
+  EXPECT_EQ(CImageCalc().GetBlockCount({-64, INT32_MIN, -8, -8, 0}, &nColumns, &nRows), IMAGECALC_STATUS_OUT_OF_RANGE);
   EXPECT_EQ(nColumns, 17);
   EXPECT_EQ(nRows, 18);
 }
@@ -138,8 +142,8 @@ TEST(GetBlockCount, AFailingCheckLeavesTheCountsUntouched)
 TEST(GetBlockCount, AMissingOutputIsRefusedBeforeTheGridIsChecked)
 {
   int32_t nCount = 17;
-  EXPECT_EQ(CImageCalc().GetBlockCount({64, 64, 6, 6, 0}, nullptr, &nCount), -101);
-  EXPECT_EQ(CImageCalc().GetBlockCount({64, 64, 6, 6, 0}, &nCount, nullptr), -101);
+  EXPECT_EQ(CImageCalc().GetBlockCount({64, 64, 6, 6, 0}, nullptr, &nCount), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().GetBlockCount({64, 64, 6, 6, 0}, &nCount, nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
   EXPECT_EQ(nCount, 17);
 }
 

@@ -4,8 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
+
+using namespace ffc::imagecalc;
+using namespace ffc::test;
 
 namespace {
 
@@ -44,55 +48,58 @@ protected:
 
 TEST_F(BlockMeansStatus, MeansRefuseAMissingImageOrOutputBeforeAnythingElse)
 {
-  EXPECT_EQ(CalcMeans(nullptr, 8, GOOD_GRID), -101);
-  EXPECT_EQ(CalcMeans(nullptr, 7, SMALL_BLOCK), -101);
-  EXPECT_EQ(CImageCalc().CalcBlockMeans(m_image.GetData(), 7, SMALL_BLOCK, nullptr), -101);
+  EXPECT_EQ(CalcMeans(nullptr, 8, GOOD_GRID), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CalcMeans(nullptr, 7, SMALL_BLOCK), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().CalcBlockMeans(m_image.GetData(), 7, SMALL_BLOCK, nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
 }
 
 TEST_F(BlockMeansStatus, MeansRefuseABitDepthOutOfRangeBeforeTheGrid)
 {
   for (const int32_t nBitDepth : {INT32_MIN, -8, 0, 7, 17, INT32_MAX}) {
-    EXPECT_EQ(CalcMeans(m_image.GetData(), nBitDepth, GOOD_GRID), -102) << nBitDepth;
+    EXPECT_EQ(CalcMeans(m_image.GetData(), nBitDepth, GOOD_GRID), IMAGECALC_STATUS_OUT_OF_RANGE) << nBitDepth;
   }
-  EXPECT_EQ(CalcMeans(m_image.GetData(), 7, ODD_BLOCK), -102);
+  EXPECT_EQ(CalcMeans(m_image.GetData(), 7, ODD_BLOCK), IMAGECALC_STATUS_OUT_OF_RANGE);
 }
 
 TEST_F(BlockMeansStatus, MeansReturnTheStatusOfTheGrid)
 {
-  EXPECT_EQ(CalcMeans(m_image.GetData(), 8, ODD_BLOCK), -101);
-  EXPECT_EQ(CalcMeans(m_image.GetData(), 8, SMALL_BLOCK), -102);
-  EXPECT_EQ(CalcMeans(m_image.GetData(), 8, BLOCK_PARAM()), -102);
+  EXPECT_EQ(CalcMeans(m_image.GetData(), 8, ODD_BLOCK), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CalcMeans(m_image.GetData(), 8, SMALL_BLOCK), IMAGECALC_STATUS_OUT_OF_RANGE);
+  EXPECT_EQ(CalcMeans(m_image.GetData(), 8, BLOCK_PARAM()), IMAGECALC_STATUS_OUT_OF_RANGE);
 }
 
 TEST_F(BlockMeansStatus, ExtremesReturnTheStatusOfTheGridBeforeAnythingElse)
 {
-  EXPECT_EQ(GetExtremes(m_image.GetData(), 8, ODD_BLOCK), -101);
-  EXPECT_EQ(GetExtremes(nullptr, 7, SMALL_BLOCK), -102);
+  EXPECT_EQ(GetExtremes(m_image.GetData(), 8, ODD_BLOCK), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(GetExtremes(nullptr, 7, SMALL_BLOCK), IMAGECALC_STATUS_OUT_OF_RANGE);
   const CFailingNew failingNew;
-  EXPECT_EQ(GetExtremes(nullptr, 7, SMALL_BLOCK), -102);
+  EXPECT_EQ(GetExtremes(nullptr, 7, SMALL_BLOCK), IMAGECALC_STATUS_OUT_OF_RANGE);
 }
 
 TEST_F(BlockMeansStatus, ExtremesRefuseAMissingImage)
 {
-  EXPECT_EQ(GetExtremes(nullptr, 8, GOOD_GRID), -101);
-  EXPECT_EQ(GetExtremes(nullptr, 7, GOOD_GRID), -101);
+  EXPECT_EQ(GetExtremes(nullptr, 8, GOOD_GRID), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(GetExtremes(nullptr, 7, GOOD_GRID), IMAGECALC_STATUS_INVALID_ARGUMENT);
 }
 
 TEST_F(BlockMeansStatus, ExtremesRefuseABitDepthOutOfRange)
 {
-  EXPECT_EQ(GetExtremes(m_image.GetData(), 7, GOOD_GRID), -102);
-  EXPECT_EQ(GetExtremes(m_image.GetData(), 17, GOOD_GRID), -102);
+  EXPECT_EQ(GetExtremes(m_image.GetData(), 7, GOOD_GRID), IMAGECALC_STATUS_OUT_OF_RANGE);
+  EXPECT_EQ(GetExtremes(m_image.GetData(), 17, GOOD_GRID), IMAGECALC_STATUS_OUT_OF_RANGE);
 }
 
 TEST_F(BlockMeansStatus, ExtremesRefuseAMissingOutput)
 {
-  EXPECT_EQ(CImageCalc().GetBlockMeanMaxMin(m_image.GetData(), 8, GOOD_GRID, nullptr, &m_dMin), -101);
-  EXPECT_EQ(CImageCalc().GetBlockMeanMaxMin(m_image.GetData(), 8, GOOD_GRID, &m_dMax, nullptr), -101);
+  EXPECT_EQ(CImageCalc().GetBlockMeanMaxMin(m_image.GetData(), 8, GOOD_GRID, nullptr, &m_dMin),
+            IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().GetBlockMeanMaxMin(m_image.GetData(), 8, GOOD_GRID, &m_dMax, nullptr),
+            IMAGECALC_STATUS_INVALID_ARGUMENT);
 }
 
 TEST_F(BlockMeansStatus, ExtremesReportMemoryThatRunsOut)
 {
   const CFailingNew failingNew;
-  EXPECT_EQ(GetExtremes(m_image.GetData(), 8, GOOD_GRID), -103);
-  EXPECT_EQ(GetExtremes(nullptr, 7, GOOD_GRID), -103) << "memory is asked for before the image is looked at";
+  EXPECT_EQ(GetExtremes(m_image.GetData(), 8, GOOD_GRID), IMAGECALC_STATUS_OUT_OF_MEMORY);
+  EXPECT_EQ(GetExtremes(nullptr, 7, GOOD_GRID), IMAGECALC_STATUS_OUT_OF_MEMORY)
+    << "memory is asked for before the image is looked at";
 }

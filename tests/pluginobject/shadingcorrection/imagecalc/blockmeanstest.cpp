@@ -7,6 +7,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using namespace ffc::test;
+
 namespace {
 
 using TMeans = std::vector<double>;
@@ -144,7 +146,7 @@ TEST(GetBlockMeanMaxMin, EqualsTheSlowTwinOverRandomSizes)
     double dMax = -1.0;
     double dMin = -1.0;
     ASSERT_EQ(CImageCalc().GetBlockMeanMaxMin(image.GetData(), nBitDepth, stParam, &dMax, &dMin), 0);
-    ASSERT_EQ(dMax, *std::max_element(listMeans.begin(), listMeans.end()));
-    ASSERT_EQ(dMin, *std::min_element(listMeans.begin(), listMeans.end()));
+    ASSERT_EQ(*std::max_element(listMeans.begin(), listMeans.end()), dMax);
+    ASSERT_EQ(*std::min_element(listMeans.begin(), listMeans.end()), dMin);
   }
 }

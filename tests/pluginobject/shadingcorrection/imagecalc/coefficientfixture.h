@@ -21,8 +21,8 @@ protected:
   static constexpr uint8_t UNTOUCHED = 0xA5;
 
   CGetSCCoefficient m_generator;
-  CTestImage m_bright = CTestImage(64, 64, 8, 200);
-  CTestImage m_dark = CTestImage(64, 64, 8, 10);
+  ffc::test::CTestImage m_bright = ffc::test::CTestImage(64, 64, 8, 200);
+  ffc::test::CTestImage m_dark = ffc::test::CTestImage(64, 64, 8, 10);
   TBytes m_listTable = TBytes(TABLE_SIZE, UNTOUCHED);
   int32_t m_nSize = TABLE_SIZE;
 

@@ -5,6 +5,8 @@
 
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using namespace ffc::test;
+
 namespace {
 
 std::vector<int32_t> ComputeElementSlowly(const std::vector<double> &listColourMeans, int32_t nDark)

@@ -9,5 +9,5 @@
 
 /// The table of CGetSCCoefficient.
 /// \param pDark null without a dark frame
-std::vector<uint8_t> ComputeCoefficientTableSlowly(const CTestImage &bright, const CTestImage *pDark,
-                                                   const BLOCK_PARAM &stParam);
+std::vector<uint8_t> ComputeCoefficientTableSlowly(const ffc::test::CTestImage &bright,
+                                                   const ffc::test::CTestImage *pDark, const BLOCK_PARAM &stParam);

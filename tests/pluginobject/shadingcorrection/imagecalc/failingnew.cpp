@@ -17,7 +17,7 @@ constexpr int32_t NEVER_FAILING = std::numeric_limits<int32_t>::max();
 
 std::atomic<int32_t> s_nSuccesses{NEVER_FAILING};
 
-/// Memory for the list of memory, which must not be in it.
+// Memory for the list of memory, which must not be in it.
 template <class T>
 struct SMallocator {
   using value_type = T;
@@ -42,14 +42,14 @@ struct SMallocator {
   }
 };
 
-/// What this program took without exceptions, as everything that is tested takes its arrays. The rest says nothing on
-/// Windows: there the program also gives back what libraries took with a new of their own, and they what it took.
+// What this program took without exceptions, as everything that is tested takes its arrays. The rest says nothing on
+// Windows: there the program also gives back what libraries took with a new of their own, and they what it took.
 struct SLive {
   std::mutex m_mutex;
   std::set<void *, std::less<>, SMallocator<void *>> m_setMemory;
 };
 
-/// Made at the first allocation and never given back: others still allocate when the program ends.
+// Made at the first allocation and never given back: others still allocate when the program ends.
 SLive &GetLive()
 {
   alignas(SLive) static unsigned char s_acLive[sizeof(SLive)];

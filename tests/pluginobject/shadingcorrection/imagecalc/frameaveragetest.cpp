@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
+
+using namespace ffc::imagecalc;
+using namespace ffc::test;
 
 namespace {
 
@@ -116,10 +120,10 @@ TEST(AccumulateFrame, AMissingBufferIsRefusedBeforeAnythingElse)
 {
   const CTestImage frame(4, 1, 8, 5);
   TSums listSums(4, 1);
-  EXPECT_EQ(CImageCalc().AccumulateFrame(nullptr, 8, 4, listSums.data()), -101);
-  EXPECT_EQ(CImageCalc().AccumulateFrame(frame.GetData(), 8, 4, nullptr), -101);
-  EXPECT_EQ(CImageCalc().AccumulateFrame(nullptr, 7, 0, listSums.data()), -101);
-  EXPECT_EQ(listSums, TSums(4, 1));
+  EXPECT_EQ(CImageCalc().AccumulateFrame(nullptr, 8, 4, listSums.data()), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().AccumulateFrame(frame.GetData(), 8, 4, nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().AccumulateFrame(nullptr, 7, 0, listSums.data()), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(TSums(4, 1), listSums);
 }
 
 TEST(AccumulateFrame, ABitDepthOrPixelCountOutOfRangeIsRefused)
@@ -127,22 +131,25 @@ TEST(AccumulateFrame, ABitDepthOrPixelCountOutOfRangeIsRefused)
   const CTestImage frame(4, 1, 8, 5);
   TSums listSums(4, 1);
   for (const int32_t nBitDepth : BAD_DEPTHS) {
-    EXPECT_EQ(CImageCalc().AccumulateFrame(frame.GetData(), nBitDepth, 4, listSums.data()), -102) << nBitDepth;
+    EXPECT_EQ(CImageCalc().AccumulateFrame(frame.GetData(), nBitDepth, 4, listSums.data()),
+              IMAGECALC_STATUS_OUT_OF_RANGE)
+      << nBitDepth;
   }
   for (const int64_t nPixels : BAD_COUNTS) {
-    EXPECT_EQ(CImageCalc().AccumulateFrame(frame.GetData(), 8, nPixels, listSums.data()), -102) << nPixels;
+    EXPECT_EQ(CImageCalc().AccumulateFrame(frame.GetData(), 8, nPixels, listSums.data()), IMAGECALC_STATUS_OUT_OF_RANGE)
+      << nPixels;
   }
-  EXPECT_EQ(listSums, TSums(4, 1));
+  EXPECT_EQ(TSums(4, 1), listSums);
 }
 
 TEST(DivideFrame, AMissingBufferIsRefusedBeforeAnythingElse)
 {
   const TSums listSums(4, 100);
   CTestImage frame(4, 1, 8, 5);
-  EXPECT_EQ(CImageCalc().DivideFrame(nullptr, 4, 2, 8, frame.GetData()), -101);
-  EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), 4, 2, 8, nullptr), -101);
-  EXPECT_EQ(CImageCalc().DivideFrame(nullptr, 0, 0, 7, frame.GetData()), -101);
-  EXPECT_EQ(frame, CTestImage(4, 1, 8, 5));
+  EXPECT_EQ(CImageCalc().DivideFrame(nullptr, 4, 2, 8, frame.GetData()), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), 4, 2, 8, nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().DivideFrame(nullptr, 0, 0, 7, frame.GetData()), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CTestImage(4, 1, 8, 5), frame);
 }
 
 TEST(DivideFrame, ABitDepthPixelOrFrameCountOutOfRangeIsRefused)
@@ -150,13 +157,18 @@ TEST(DivideFrame, ABitDepthPixelOrFrameCountOutOfRangeIsRefused)
   const TSums listSums(4, 100);
   CTestImage frame(4, 1, 8, 5);
   for (const int32_t nBitDepth : BAD_DEPTHS) {
-    EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), 4, 2, nBitDepth, frame.GetData()), -102) << nBitDepth;
+    EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), 4, 2, nBitDepth, frame.GetData()),
+              IMAGECALC_STATUS_OUT_OF_RANGE)
+      << nBitDepth;
   }
   for (const int64_t nPixels : BAD_COUNTS) {
-    EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), nPixels, 2, 8, frame.GetData()), -102) << nPixels;
+    EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), nPixels, 2, 8, frame.GetData()), IMAGECALC_STATUS_OUT_OF_RANGE)
+      << nPixels;
   }
   for (const int32_t nFrameCount : {0, -1, INT32_MIN}) {
-    EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), 4, nFrameCount, 8, frame.GetData()), -102) << nFrameCount;
+    EXPECT_EQ(CImageCalc().DivideFrame(listSums.data(), 4, nFrameCount, 8, frame.GetData()),
+              IMAGECALC_STATUS_OUT_OF_RANGE)
+      << nFrameCount;
   }
-  EXPECT_EQ(frame, CTestImage(4, 1, 8, 5));
+  EXPECT_EQ(CTestImage(4, 1, 8, 5), frame);
 }

@@ -1,6 +1,9 @@
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/coefficientfixture.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
+
+using namespace ffc::imagecalc;
 
 namespace {
 
@@ -71,37 +74,40 @@ TEST_F(CoefficientGeneratorStatus, AGridOutOfRangeOrThatDoesNotFitIsRefused)
     int32_t nStatus;
   };
   constexpr SCase CASES[] = {
-    {{100002, 64, 8, 8, 0}, -102},  {{64, 100002, 8, 8, 0}, -102}, {{64, 64, 100002, 8, 0}, -102},
-    {{64, 64, 8, 100002, 0}, -102}, {{30, 64, 8, 8, 0}, -102},     {{64, 30, 8, 8, 0}, -102},
-    {{64, 64, 6, 8, 0}, -102},      {{64, 64, 8, 6, 0}, -102},     {{0, 0, 0, 0, 0}, -102},
-    {{-64, 64, -8, 8, 0}, -102},    {{64, 64, 66, 8, 0}, -101},    {{64, 64, 8, 66, 0}, -101},
-    {{65, 64, 8, 8, 0}, -101},      {{64, 65, 8, 8, 0}, -101},     {{64, 64, 9, 8, 0}, -101},
-    {{64, 64, 8, 9, 0}, -101},      {{33, 64, 6, 8, 0}, -102},     {{64, 33, 8, 100001, 0}, -102},
+    {{100002, 64, 8, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},  {{64, 100002, 8, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},
+    {{64, 64, 100002, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE}, {{64, 64, 8, 100002, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},
+    {{30, 64, 8, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},      {{64, 30, 8, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},
+    {{64, 64, 6, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},      {{64, 64, 8, 6, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},
+    {{0, 0, 0, 0, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},        {{-64, 64, -8, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},
+    {{64, 64, 66, 8, 0}, IMAGECALC_STATUS_INVALID_ARGUMENT}, {{64, 64, 8, 66, 0}, IMAGECALC_STATUS_INVALID_ARGUMENT},
+    {{65, 64, 8, 8, 0}, IMAGECALC_STATUS_INVALID_ARGUMENT},  {{64, 65, 8, 8, 0}, IMAGECALC_STATUS_INVALID_ARGUMENT},
+    {{64, 64, 9, 8, 0}, IMAGECALC_STATUS_INVALID_ARGUMENT},  {{64, 64, 8, 9, 0}, IMAGECALC_STATUS_INVALID_ARGUMENT},
+    {{33, 64, 6, 8, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},      {{64, 33, 8, 100001, 0}, IMAGECALC_STATUS_OUT_OF_RANGE},
   };
   for (const auto &[stParam, nStatus] : CASES) {
     ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
     EXPECT_EQ(m_generator.SetBlockParam(stParam), nStatus) << stParam.nWidth << " x " << stParam.nHeight;
-    EXPECT_EQ(Calc(), -107) << "the grid accepted before must not stay in force";
+    EXPECT_EQ(Calc(), IMAGECALC_STATUS_NOT_INITIALIZED) << "the grid accepted before must not stay in force";
   }
 }
 
 TEST_F(CoefficientGeneratorStatus, WithoutAGridThereIsNoSizeAndNoTable)
 {
   int32_t nSize = -7;
-  EXPECT_EQ(m_generator.GetCoefficientSize(&nSize), -107);
+  EXPECT_EQ(m_generator.GetCoefficientSize(&nSize), IMAGECALC_STATUS_NOT_INITIALIZED);
   EXPECT_EQ(nSize, -7);
-  EXPECT_EQ(Calc(), -107);
+  EXPECT_EQ(Calc(), IMAGECALC_STATUS_NOT_INITIALIZED);
   m_nSize = 0;
-  EXPECT_EQ(Calc(), -107) << "before the size is looked at";
+  EXPECT_EQ(Calc(), IMAGECALC_STATUS_NOT_INITIALIZED) << "before the size is looked at";
   EXPECT_EQ(m_nSize, 0);
   EXPECT_TRUE(IsTableUntouched());
 }
 
 TEST_F(CoefficientGeneratorStatus, AMissingSizeOutputIsRefused)
 {
-  EXPECT_EQ(m_generator.GetCoefficientSize(nullptr), -101);
+  EXPECT_EQ(m_generator.GetCoefficientSize(nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
   ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
-  EXPECT_EQ(m_generator.GetCoefficientSize(nullptr), -101);
+  EXPECT_EQ(m_generator.GetCoefficientSize(nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
 }
 
 TEST_F(CoefficientGeneratorStatus, AMissingArgumentIsRefusedBeforeAnythingElse)
@@ -109,13 +115,18 @@ TEST_F(CoefficientGeneratorStatus, AMissingArgumentIsRefusedBeforeAnythingElse)
   for (const BLOCK_PARAM &stParam : {BLOCK_PARAM(), GRID}) {
     (void)m_generator.SetBlockParam(stParam);
     for (const int32_t nBitDepth : {8, 12}) {
-      EXPECT_EQ(m_generator.CalcWithDark(nullptr, m_pDark, nBitDepth, Table(), &m_nSize), -101);
-      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, nullptr, nBitDepth, Table(), &m_nSize), -101);
-      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, nullptr, &m_nSize), -101);
-      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, Table(), nullptr), -101);
-      EXPECT_EQ(m_generator.CalcWithoutDark(nullptr, nBitDepth, Table(), &m_nSize), -101);
-      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, nullptr, &m_nSize), -101);
-      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, Table(), nullptr), -101);
+      EXPECT_EQ(m_generator.CalcWithDark(nullptr, m_pDark, nBitDepth, Table(), &m_nSize),
+                IMAGECALC_STATUS_INVALID_ARGUMENT);
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, nullptr, nBitDepth, Table(), &m_nSize),
+                IMAGECALC_STATUS_INVALID_ARGUMENT);
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, nullptr, &m_nSize),
+                IMAGECALC_STATUS_INVALID_ARGUMENT);
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, Table(), nullptr),
+                IMAGECALC_STATUS_INVALID_ARGUMENT);
+      EXPECT_EQ(m_generator.CalcWithoutDark(nullptr, nBitDepth, Table(), &m_nSize), IMAGECALC_STATUS_INVALID_ARGUMENT);
+      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, nullptr, &m_nSize),
+                IMAGECALC_STATUS_INVALID_ARGUMENT);
+      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, Table(), nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
     }
   }
   EXPECT_TRUE(IsTableUntouched());
@@ -127,8 +138,11 @@ TEST_F(CoefficientGeneratorStatus, EveryBitDepthButEightIsOutOfRangeEvenBeforeTh
   for (const BLOCK_PARAM &stParam : {BLOCK_PARAM(), GRID}) {
     (void)m_generator.SetBlockParam(stParam);
     for (const int32_t nBitDepth : {INT32_MIN, -8, 0, 7, 9, 10, 12, 16, INT32_MAX}) {
-      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, Table(), &m_nSize), -102) << nBitDepth;
-      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, Table(), &m_nSize), -102) << nBitDepth;
+      EXPECT_EQ(m_generator.CalcWithDark(m_pBright, m_pDark, nBitDepth, Table(), &m_nSize),
+                IMAGECALC_STATUS_OUT_OF_RANGE)
+        << nBitDepth;
+      EXPECT_EQ(m_generator.CalcWithoutDark(m_pBright, nBitDepth, Table(), &m_nSize), IMAGECALC_STATUS_OUT_OF_RANGE)
+        << nBitDepth;
     }
   }
   EXPECT_TRUE(IsTableUntouched());
@@ -140,8 +154,8 @@ TEST_F(CoefficientGeneratorStatus, ATableThatIsTooSmallIsRefusedAndNotWritten)
   ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
   for (const int32_t nSize : {TABLE_SIZE - 1, TABLE_SIZE - 8, 1, 0, -1, INT32_MIN}) {
     m_nSize = nSize;
-    EXPECT_EQ(CalcWithFailingMemory(true, 0), -101) << "before memory is asked for";
-    EXPECT_EQ(Calc(), -101);
+    EXPECT_EQ(CalcWithFailingMemory(true, 0), IMAGECALC_STATUS_INVALID_ARGUMENT) << "before memory is asked for";
+    EXPECT_EQ(Calc(), IMAGECALC_STATUS_INVALID_ARGUMENT);
     EXPECT_EQ(m_nSize, nSize);
   }
   EXPECT_TRUE(IsTableUntouched());
@@ -167,9 +181,9 @@ TEST_F(CoefficientGeneratorStatus, MemoryThatRunsOutIsReportedAndNothingIsKept)
 {
   for (const int32_t nBayerType : {0, 1}) {
     ASSERT_EQ(m_generator.SetBlockParam({64, 64, 32, 32, nBayerType}), 0);
-    EXPECT_EQ(CalcWithFailingMemory(true, 0), -103);
-    EXPECT_EQ(CalcWithFailingMemory(true, 1), -103);
-    EXPECT_EQ(CalcWithFailingMemory(false, 0), -103);
+    EXPECT_EQ(CalcWithFailingMemory(true, 0), IMAGECALC_STATUS_OUT_OF_MEMORY);
+    EXPECT_EQ(CalcWithFailingMemory(true, 1), IMAGECALC_STATUS_OUT_OF_MEMORY);
+    EXPECT_EQ(CalcWithFailingMemory(false, 0), IMAGECALC_STATUS_OUT_OF_MEMORY);
     EXPECT_TRUE(IsTableUntouched());
   }
 }
@@ -184,7 +198,7 @@ TEST_F(CoefficientGeneratorStatus, AFrameTakesOneArrayAndGivesItBack)
 TEST_F(CoefficientGeneratorStatus, ACalculationSucceedsAfterOneThatHadNoMemory)
 {
   ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
-  EXPECT_EQ(CalcWithFailingMemory(true, 1), -103);
+  EXPECT_EQ(CalcWithFailingMemory(true, 1), IMAGECALC_STATUS_OUT_OF_MEMORY);
   EXPECT_EQ(CalcWithDark(), 0);
   EXPECT_EQ(GetElement(1, 1), (TWords{10, 343, 343, 343}));
 }
@@ -193,7 +207,7 @@ TEST_F(CoefficientGeneratorStatus, TheLargestGridReportsMissingMemoryInsteadOfWr
 {
   ASSERT_EQ(m_generator.SetBlockParam({100000, 100000, 8, 8, 1}), 0);
   m_nSize = INT32_MAX;
-  EXPECT_EQ(CalcWithFailingMemory(true, 0), -103);
+  EXPECT_EQ(CalcWithFailingMemory(true, 0), IMAGECALC_STATUS_OUT_OF_MEMORY);
   EXPECT_EQ(m_nSize, 12502 * 12502 * 8);
   EXPECT_TRUE(IsTableUntouched());
 }

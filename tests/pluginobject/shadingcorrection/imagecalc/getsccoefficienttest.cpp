@@ -5,6 +5,8 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 
+using namespace ffc::test;
+
 static_assert(std::has_virtual_destructor_v<CGetSCCoefficient>);
 
 namespace {
@@ -74,7 +76,7 @@ void ExpectEqualsTwin(const BLOCK_PARAM &stParam, CTestRandom &random)
     ASSERT_EQ(pDark == nullptr ? generator.CalcWithoutDark(bright.GetData(), 8, listTable.data(), &nSize)
                                : generator.CalcWithDark(bright.GetData(), dark.GetData(), 8, listTable.data(), &nSize),
               0);
-    ASSERT_EQ(nSize, static_cast<int32_t>(listExpected.size()));
+    ASSERT_EQ(static_cast<int32_t>(listExpected.size()), nSize);
     ASSERT_EQ(listTable, listExpected) << "type " << stParam.nBayerType << ", " << stParam.nWidth << " x "
                                        << stParam.nHeight << " by " << stParam.nBlockWidth << " x "
                                        << stParam.nBlockHeight << (pDark == nullptr ? "" : ", with dark");
@@ -235,7 +237,7 @@ TEST_F(CoefficientGenerator, TheLastGridThatWasAcceptedCounts)
   ASSERT_EQ(m_generator.SetBlockParam({64, 64, 8, 8, 1}), 0);
   ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
   ASSERT_EQ(CalcWithDark(), 0);
-  EXPECT_EQ(m_listTable, ComputeCoefficientTableSlowly(m_bright, &m_dark, GRID));
+  EXPECT_EQ(ComputeCoefficientTableSlowly(m_bright, &m_dark, GRID), m_listTable);
 }
 
 TEST_F(CoefficientGenerator, ADarkFrameOfAnEarlierCalculationIsForgotten)
@@ -243,5 +245,5 @@ TEST_F(CoefficientGenerator, ADarkFrameOfAnEarlierCalculationIsForgotten)
   ASSERT_EQ(m_generator.SetBlockParam(GRID), 0);
   ASSERT_EQ(CalcWithDark(), 0);
   ASSERT_EQ(CalcWithoutDark(), 0);
-  EXPECT_EQ(m_listTable, ComputeCoefficientTableSlowly(m_bright, nullptr, GRID));
+  EXPECT_EQ(ComputeCoefficientTableSlowly(m_bright, nullptr, GRID), m_listTable);
 }

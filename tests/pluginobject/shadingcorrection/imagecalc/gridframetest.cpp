@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::imagecalc;
+
 namespace {
 
 using TBytes = std::vector<uint8_t>;
@@ -43,7 +45,7 @@ TEST(CoefficientGridFrame, EveryElementOfTheRingCopiesItsNearestInTheGrid)
       }
       listTable.resize((nColumns + 2) * (nRows + 2) * COEFFICIENT_ELEMENT_BYTES, 0xFF);
       FrameCoefficientGrid(listTable.data(), nColumns, nRows);
-      ASSERT_EQ(listTable, FrameSlowly(nColumns, nRows)) << nColumns << " x " << nRows;
+      ASSERT_EQ(FrameSlowly(nColumns, nRows), listTable) << nColumns << " x " << nRows;
     }
   }
 }

@@ -10,6 +10,12 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
 #include "tests/support/kernellevels.h"
 
+using namespace ffc::imagecalc;
+using namespace ffc::test;
+using ffc::platform::EInstructionLevel;
+using ffc::platform::GetInstructionLevel;
+using ffc::platform::INSTRUCTION_LEVEL_BASELINE;
+
 namespace {
 
 using TBytes = std::vector<unsigned char>;
@@ -73,7 +79,7 @@ TWords MakeSums(int32_t nCount, CTestRandom &random)
   return listSums;
 }
 
-template <typename TExpected>
+template <class TExpected>
 CTestImage MakeQuotients(const TWords &listSums, int32_t nBitDepth, TExpected fnExpected)
 {
   CTestImage expected(static_cast<int32_t>(listSums.size()), 1, nBitDepth);

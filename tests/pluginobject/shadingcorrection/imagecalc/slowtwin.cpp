@@ -2,6 +2,8 @@
 
 #include <string>
 
+using namespace ffc::test;
+
 namespace {
 
 // The colour of a pixel of an image of this type; M for a mono image, a blank for a type that is none.

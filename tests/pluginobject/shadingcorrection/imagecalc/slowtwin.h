@@ -10,6 +10,6 @@
 int32_t CountBlocksSlowly(int32_t nImageSide, int32_t nBlockSide);
 
 /// Block means in the order of CImageCalc::CalcBlockMeans.
-std::vector<double> ComputeBlockMeansSlowly(const CTestImage &image, const BLOCK_PARAM &stParam);
+std::vector<double> ComputeBlockMeansSlowly(const ffc::test::CTestImage &image, const BLOCK_PARAM &stParam);
 
-CTestImage SmoothSlowly(const CTestImage &image, bool bBayer);
+ffc::test::CTestImage SmoothSlowly(const ffc::test::CTestImage &image, bool bBayer);

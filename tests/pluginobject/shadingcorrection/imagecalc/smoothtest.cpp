@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/slowtwin.h"
+
+using namespace ffc::imagecalc;
+using namespace ffc::test;
 
 namespace {
 
@@ -114,9 +118,9 @@ TEST(SmoothImage, EveryBitDepthButEightMeansWords)
 TEST(SmoothImage, AMissingBufferIsRefusedBeforeTheSize)
 {
   CTestImage image(5, 5, 8, 3);
-  EXPECT_EQ(CImageCalc().SmoothImage(nullptr, image.GetData(), 8, 4, 4, false), -101);
-  EXPECT_EQ(CImageCalc().SmoothImage(image.GetData(), nullptr, 8, 4, 4, false), -101);
-  EXPECT_EQ(image, CTestImage(5, 5, 8, 3));
+  EXPECT_EQ(CImageCalc().SmoothImage(nullptr, image.GetData(), 8, 4, 4, false), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().SmoothImage(image.GetData(), nullptr, 8, 4, 4, false), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CTestImage(5, 5, 8, 3), image);
 }
 
 TEST(SmoothImage, ASideBelowFiveIsOutOfRange)
@@ -125,9 +129,13 @@ TEST(SmoothImage, ASideBelowFiveIsOutOfRange)
   CTestImage result(5, 5, 8, 7);
   for (const int32_t nSide : {4, 1, 0, -1, INT32_MIN}) {
     for (const bool bBayer : {false, true}) {
-      EXPECT_EQ(CImageCalc().SmoothImage(image.GetData(), result.GetData(), 8, nSide, 5, bBayer), -102) << nSide;
-      EXPECT_EQ(CImageCalc().SmoothImage(image.GetData(), result.GetData(), 8, 5, nSide, bBayer), -102) << nSide;
+      EXPECT_EQ(CImageCalc().SmoothImage(image.GetData(), result.GetData(), 8, nSide, 5, bBayer),
+                IMAGECALC_STATUS_OUT_OF_RANGE)
+        << nSide;
+      EXPECT_EQ(CImageCalc().SmoothImage(image.GetData(), result.GetData(), 8, 5, nSide, bBayer),
+                IMAGECALC_STATUS_OUT_OF_RANGE)
+        << nSide;
     }
   }
-  EXPECT_EQ(result, CTestImage(5, 5, 8, 7));
+  EXPECT_EQ(CTestImage(5, 5, 8, 7), result);
 }

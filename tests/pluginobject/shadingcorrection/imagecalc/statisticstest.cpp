@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
+
+using namespace ffc::imagecalc;
+using namespace ffc::test;
 
 // No state: nothing but the virtual-function table.
 static_assert(sizeof(CImageCalc) == sizeof(void *) && std::has_virtual_destructor_v<CImageCalc>);
@@ -22,7 +26,7 @@ TEST(CalcImageMean, EqualsTheSlowTwinForEveryDepthOverRandomSizes)
       }
       double dMean = -1.0;
       ASSERT_EQ(CImageCalc().CalcImageMean(image.GetData(), nBitDepth, image.GetWidth(), image.GetHeight(), &dMean), 0);
-      ASSERT_EQ(dMean, static_cast<double>(nSum) / image.GetPixelCount());
+      ASSERT_EQ(static_cast<double>(nSum) / image.GetPixelCount(), dMean);
     }
   }
 }
@@ -31,9 +35,9 @@ TEST(CalcImageMean, AMissingImageOrOutputIsRefusedBeforeAnythingElse)
 {
   const uint8_t nPixel = 1;
   double dMean = -1.0;
-  EXPECT_EQ(CImageCalc().CalcImageMean(nullptr, 8, 1, 1, &dMean), -101);
-  EXPECT_EQ(CImageCalc().CalcImageMean(nullptr, 7, 0, 0, &dMean), -101);
-  EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 7, 0, 0, nullptr), -101);
+  EXPECT_EQ(CImageCalc().CalcImageMean(nullptr, 8, 1, 1, &dMean), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().CalcImageMean(nullptr, 7, 0, 0, &dMean), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 7, 0, 0, nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
   EXPECT_EQ(dMean, -1.0);
 }
 
@@ -42,12 +46,12 @@ TEST(CalcImageMean, ABitDepthOrSideOutOfRangeIsRefused)
   const uint8_t nPixel = 1;
   double dMean = -1.0;
   for (const int32_t nBitDepth : {INT32_MIN, 0, 7, 17, INT32_MAX}) {
-    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, nBitDepth, 1, 1, &dMean), -102) << nBitDepth;
+    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, nBitDepth, 1, 1, &dMean), IMAGECALC_STATUS_OUT_OF_RANGE) << nBitDepth;
   }
   for (const int32_t nSide : {0, -1, INT32_MIN}) {
-    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 8, nSide, 1, &dMean), -102) << nSide;
-    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 8, 1, nSide, &dMean), -102) << nSide;
-    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 8, nSide, nSide, &dMean), -102) << nSide;
+    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 8, nSide, 1, &dMean), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
+    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 8, 1, nSide, &dMean), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
+    EXPECT_EQ(CImageCalc().CalcImageMean(&nPixel, 8, nSide, nSide, &dMean), IMAGECALC_STATUS_OUT_OF_RANGE) << nSide;
   }
   EXPECT_EQ(dMean, -1.0);
 }
@@ -93,11 +97,11 @@ TEST(GetMaxMin, AMissingArrayOrOutputAndACountBelowOneAreRefused)
   const double adValues[] = {2.0, 3.0};
   double dMax = -1.0;
   double dMin = -1.0;
-  EXPECT_EQ(CImageCalc().GetMaxMin(nullptr, 2, &dMax, &dMin), -101);
-  EXPECT_EQ(CImageCalc().GetMaxMin(adValues, 2, nullptr, &dMin), -101);
-  EXPECT_EQ(CImageCalc().GetMaxMin(adValues, 2, &dMax, nullptr), -101);
+  EXPECT_EQ(CImageCalc().GetMaxMin(nullptr, 2, &dMax, &dMin), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().GetMaxMin(adValues, 2, nullptr, &dMin), IMAGECALC_STATUS_INVALID_ARGUMENT);
+  EXPECT_EQ(CImageCalc().GetMaxMin(adValues, 2, &dMax, nullptr), IMAGECALC_STATUS_INVALID_ARGUMENT);
   for (const int64_t nCount : {int64_t{0}, int64_t{-1}, INT64_MIN}) {
-    EXPECT_EQ(CImageCalc().GetMaxMin(adValues, nCount, &dMax, &dMin), -101);
+    EXPECT_EQ(CImageCalc().GetMaxMin(adValues, nCount, &dMax, &dMin), IMAGECALC_STATUS_INVALID_ARGUMENT);
   }
   EXPECT_EQ(dMax, -1.0);
   EXPECT_EQ(dMin, -1.0);

@@ -8,6 +8,8 @@
 
 #include "pluginobject/shadingcorrection/imagecalc/blockparam.h"
 
+namespace ffc::test {
+
 /// Random numbers that are the same on every machine.
 class CTestRandom {
 public:
@@ -100,3 +102,5 @@ private:
   std::vector<uint8_t> m_listBytes;
   std::vector<uint16_t> m_listWords;
 };
+
+} // namespace ffc::test

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ffc::test {
+
 /// An 8-bit frame of 64 x 64 pixels, 2 x 2 blocks of 32 x 32: the first block has the mean
 /// nGray + nHigher / 1024, the others nGray.
 inline std::vector<uint8_t> MakeUnevenFrame(uint8_t nGray, int nHigher)
@@ -31,3 +33,5 @@ inline std::vector<uint8_t> MakeEvenFrame(uint8_t nGray, int nHigher)
   }
   return listFrame;
 }
+
+} // namespace ffc::test

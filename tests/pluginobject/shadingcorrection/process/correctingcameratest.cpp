@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::test;
+using ffc::genapi::CSoftwareCommand;
+using ffc::genapi::CSoftwareRegister;
+
 namespace {
 
 class CorrectingCamera : public testing::Test {
@@ -26,20 +30,20 @@ TEST_F(CorrectingCamera, AUserSetHoldsEverythingThatCanBeSet)
   m_camera.m_adBalanceRatio = {4.0, 5.0, 6.0};
   Execute("UserSetSave");
   m_camera.UserSets().Load("Default");
-  EXPECT_EQ(64, m_camera.Integer("Width").Peek());
-  EXPECT_EQ(0.0, m_camera.Float("Gain").Peek());
-  EXPECT_EQ("Off", m_camera.Enumeration("DeadPixelCorrect").PeekSymbolic());
-  EXPECT_EQ("BayerGB8", m_camera.Enumeration("PixelFormat").PeekSymbolic());
-  EXPECT_EQ("Off", m_camera.Enumeration("BalanceWhiteAuto").PeekSymbolic());
+  EXPECT_EQ(m_camera.Integer("Width").Peek(), 64);
+  EXPECT_EQ(m_camera.Float("Gain").Peek(), 0.0);
+  EXPECT_EQ(m_camera.Enumeration("DeadPixelCorrect").PeekSymbolic(), "Off");
+  EXPECT_EQ(m_camera.Enumeration("PixelFormat").PeekSymbolic(), "BayerGB8");
+  EXPECT_EQ(m_camera.Enumeration("BalanceWhiteAuto").PeekSymbolic(), "Off");
   EXPECT_EQ((std::array<double, 3>{1.5, 1.0, 1.75}), m_camera.m_adBalanceRatio);
-  EXPECT_EQ("UserSet0", m_camera.Enumeration("UserSetSelector").PeekSymbolic());
-  EXPECT_EQ("UserSet0", m_camera.Enumeration("UserSetDefault").PeekSymbolic());
+  EXPECT_EQ(m_camera.Enumeration("UserSetSelector").PeekSymbolic(), "UserSet0");
+  EXPECT_EQ(m_camera.Enumeration("UserSetDefault").PeekSymbolic(), "UserSet0");
   Execute("UserSetLoad");
-  EXPECT_EQ(32, m_camera.Integer("Width").Peek());
-  EXPECT_EQ(5.0, m_camera.Float("Gain").Peek());
-  EXPECT_EQ("On", m_camera.Enumeration("DeadPixelCorrect").PeekSymbolic());
-  EXPECT_EQ("BayerGB12", m_camera.Enumeration("PixelFormat").PeekSymbolic());
-  EXPECT_EQ("Continuous", m_camera.Enumeration("BalanceWhiteAuto").PeekSymbolic());
+  EXPECT_EQ(m_camera.Integer("Width").Peek(), 32);
+  EXPECT_EQ(m_camera.Float("Gain").Peek(), 5.0);
+  EXPECT_EQ(m_camera.Enumeration("DeadPixelCorrect").PeekSymbolic(), "On");
+  EXPECT_EQ(m_camera.Enumeration("PixelFormat").PeekSymbolic(), "BayerGB12");
+  EXPECT_EQ(m_camera.Enumeration("BalanceWhiteAuto").PeekSymbolic(), "Continuous");
   EXPECT_EQ((std::array<double, 3>{4.0, 5.0, 6.0}), m_camera.m_adBalanceRatio);
 }
 
@@ -63,11 +67,11 @@ TEST_F(CorrectingCamera, AChangeOfTheFactorySetLeavesThePresentState)
 {
   m_camera.Float("Gain").Poke(5.0);
   m_camera.ChangeDefault([this] { m_camera.Float("BlackLevel").Poke(2.0); });
-  EXPECT_EQ(5.0, m_camera.Float("Gain").Peek());
-  EXPECT_EQ(0.4, m_camera.Float("BlackLevel").Peek());
+  EXPECT_EQ(m_camera.Float("Gain").Peek(), 5.0);
+  EXPECT_EQ(m_camera.Float("BlackLevel").Peek(), 0.4);
   Execute("UserSetLoad");
-  EXPECT_EQ(0.0, m_camera.Float("Gain").Peek());
-  EXPECT_EQ(2.0, m_camera.Float("BlackLevel").Peek());
+  EXPECT_EQ(m_camera.Float("Gain").Peek(), 0.0);
+  EXPECT_EQ(m_camera.Float("BlackLevel").Peek(), 2.0);
 }
 
 TEST_F(CorrectingCamera, WithTheTriggerOnSendsOneFrameForEachTrigger)
@@ -94,20 +98,20 @@ TEST_F(CorrectingCamera, HandsTheRecordOutWithItsBytePairsExchanged)
   }
   m_camera.Correction().SetWritten(listBytes);
   const std::vector<uint8_t> listRead = m_camera.Correction().GetReadBack();
-  EXPECT_EQ(5, listRead[5]);
-  EXPECT_EQ(7, listRead[6]);
-  EXPECT_EQ(6, listRead[7]);
-  EXPECT_EQ(28, listRead[29]);
+  EXPECT_EQ(listRead[5], 5);
+  EXPECT_EQ(listRead[6], 7);
+  EXPECT_EQ(listRead[7], 6);
+  EXPECT_EQ(listRead[29], 28);
 }
 
 TEST_F(CorrectingCamera, ItsRegisterIsAsLongAsTheCoefficientsOfItsFrames)
 {
   CSoftwareRegister &coefficients = *m_camera.Device().Find<CSoftwareRegister>("FFCValueAll");
-  EXPECT_EQ(4 * 3 * 8 + 24, coefficients.GetLength()); // 64 x 48: 2 x 1 blocks, for half a block is none
+  EXPECT_EQ(coefficients.GetLength(), 4 * 3 * 8 + 24); // 64 x 48: 2 x 1 blocks, for half a block is none
   m_camera.Integer("Height").Poke(50);
-  EXPECT_EQ(4 * 4 * 8 + 24, coefficients.GetLength());
+  EXPECT_EQ(coefficients.GetLength(), 4 * 4 * 8 + 24);
   Select("FFCBlockSize", "BlockSize_256");
   m_camera.Integer("Height").Poke(48);
-  EXPECT_EQ(6 * 5 * 8 + 24, coefficients.GetLength());
+  EXPECT_EQ(coefficients.GetLength(), 6 * 5 * 8 + 24);
   EXPECT_EQ(coefficients.GetLength(), m_camera.Integer("FFCCoefficientsSize").Peek());
 }

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -60,15 +63,15 @@ Log RecordBright(CDeviceRig &rig)
 TEST(DeviceAccessLog, OfSavingTheUsersParameters)
 {
   const auto pRig = MakeRig();
-  EXPECT_EQ(SAVE, RecordOperation(*pRig, [&] { return pRig->Process().SaveUserParam(); }));
+  EXPECT_EQ(RecordOperation(*pRig, [&] { return pRig->Process().SaveUserParam(); }), SAVE);
 }
 
 TEST(DeviceAccessLog, OfPreparingAndRestoring)
 {
   const auto pRig = MakeRig();
-  EXPECT_EQ(0, pRig->Process().SaveUserParam());
-  EXPECT_EQ(PREPARE, RecordOperation(*pRig, [&] { return pRig->Process().PrepareDeviceParam(); }));
-  EXPECT_EQ(RESTORE, RecordOperation(*pRig, [&] { return pRig->Process().RestoreDeviceParam(); }));
+  EXPECT_EQ(pRig->Process().SaveUserParam(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(RecordOperation(*pRig, [&] { return pRig->Process().PrepareDeviceParam(); }), PREPARE);
+  EXPECT_EQ(RecordOperation(*pRig, [&] { return pRig->Process().RestoreDeviceParam(); }), RESTORE);
   EXPECT_TRUE(pRig->AreSignalsPlain());
 }
 
@@ -76,7 +79,7 @@ TEST(DeviceAccessLog, OfPreparingAndRestoringWhileTheStreamRuns)
 {
   const auto pRig = MakeRig();
   pRig->SetStreaming(true);
-  EXPECT_EQ(0, pRig->Process().SaveUserParam());
+  EXPECT_EQ(pRig->Process().SaveUserParam(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(Join({STOP, PREPARE}), RecordOperation(*pRig, [&] { return pRig->Process().PrepareDeviceParam(); }));
   EXPECT_EQ(Join({RESTORE, START}), RecordOperation(*pRig, [&] { return pRig->Process().RestoreDeviceParam(); }));
   EXPECT_TRUE(pRig->AreSignalsPlain());
@@ -88,7 +91,7 @@ TEST(DeviceAccessLog, OfADarkAcquisition)
   for (const char *pFormat : {"Mono8", "BayerGB8"}) {
     const auto pRig = MakeRig(pFormat);
     EXPECT_EQ(Join({SAVE, PREPARE, TRIGGER, SIZE_CHECK, RESTORE}), RecordDark(*pRig)) << pFormat;
-    EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals()) << pFormat;
+    EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{10, 11})) << pFormat;
     EXPECT_TRUE(pRig->AreSignalsPlain()) << pFormat;
     EXPECT_FALSE(pRig->IsStreaming()) << pFormat;
   }
@@ -100,7 +103,7 @@ TEST(DeviceAccessLog, OfADarkAcquisitionWhileTheStreamRuns)
     const auto pRig = MakeRig(pFormat);
     pRig->SetStreaming(true);
     EXPECT_EQ(Join({SAVE, STOP, PREPARE, TRIGGER, SIZE_CHECK, RESTORE, START}), RecordDark(*pRig)) << pFormat;
-    EXPECT_EQ((std::vector<int32_t>{11, 10, 11, 10}), pRig->TakeSignals()) << pFormat;
+    EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{11, 10, 11, 10})) << pFormat;
     EXPECT_TRUE(pRig->AreSignalsPlain()) << pFormat;
     EXPECT_TRUE(pRig->IsStreaming()) << pFormat;
   }
@@ -110,17 +113,17 @@ TEST(DeviceAccessLog, OfABrightAcquisition)
 {
   const auto pRig = MakeRig();
   EXPECT_EQ(Join({SAVE, PREPARE, START, SIZE_CHECK, RESTORE}), RecordBright(*pRig));
-  EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals());
+  EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{10, 11}));
   pRig->SetStreaming(true);
   EXPECT_EQ(Join({SAVE, STOP, PREPARE, START, SIZE_CHECK, RESTORE, START}), RecordBright(*pRig));
-  EXPECT_EQ((std::vector<int32_t>{11, 10, 11, 10}), pRig->TakeSignals());
+  EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{11, 10, 11, 10}));
   EXPECT_TRUE(pRig->AreSignalsPlain());
 }
 
 TEST(DeviceAccessLog, OfABrightAcquisitionChecksTheSizeForEveryFrame)
 {
   const auto pRig = MakeRig();
-  EXPECT_EQ(0, pRig->Process().SetFrameCount("FFCFrameCount_4"));
+  EXPECT_EQ(pRig->Process().SetFrameCount("FFCFrameCount_4"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(Join({SAVE, PREPARE, START, SIZE_CHECK, SIZE_CHECK, SIZE_CHECK, SIZE_CHECK, RESTORE}), RecordBright(*pRig));
 }
 
@@ -131,10 +134,10 @@ TEST(DeviceAccessLog, OfABrightAcquisitionOfAColourCamera)
   const Log listBalance = {"set AWBLampHouse = Adaptive", "set BalanceWhiteAuto = Once", "start stream",
                            "get BalanceWhiteAuto", "get BalanceWhiteAuto"};
   EXPECT_EQ(Join({SAVE, PREPARE, listBalance, SIZE_CHECK, RESTORE}), RecordBright(*pRig));
-  EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals());
+  EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{10, 11}));
   pRig->SetStreaming(true);
   EXPECT_EQ(Join({SAVE, STOP, PREPARE, listBalance, SIZE_CHECK, RESTORE, START}), RecordBright(*pRig));
-  EXPECT_EQ((std::vector<int32_t>{11, 10, 11, 10}), pRig->TakeSignals());
+  EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{11, 10, 11, 10}));
   EXPECT_TRUE(pRig->AreSignalsPlain());
 }
 
@@ -168,7 +171,7 @@ TEST(DeviceAccessLog, OfTheInitialisation)
 {
   const Log listSettings = {"get FFCBlockSize", "get FFCFrameCount", "get FFCExpectGray", "get FFCCoefficientsSize"};
   CDeviceRig rig;
-  EXPECT_EQ(listSettings, RecordOperation(rig, [&rig] { return rig.Process().InitProcess(); }))
+  EXPECT_EQ(RecordOperation(rig, [&rig] { return rig.Process().InitProcess(); }), listSettings)
     << "a camera without the colour filter";
   CDeviceRig colourRig("BayerGB8");
   EXPECT_EQ(Join({{"implemented? PixelColorFilter", "get PixelColorFilter"}, listSettings}),
@@ -180,21 +183,21 @@ TEST(DeviceAccessLog, OfWhatNeedsNoFrameHasNoWordToTheHost)
   for (const auto &[pFormat, bStreaming] : {std::pair{"Mono8", false}, {"Mono8", true}, {"BayerGB8", true}}) {
     const auto pRig = MakeRig(pFormat);
     CShadingCorrectionPro_Dev &process = pRig->Process();
-    EXPECT_EQ(0, pRig->AcquireBright(120));
+    EXPECT_EQ(pRig->AcquireBright(120), PLUGIN_STATUS_SUCCESS);
     pRig->Camera().UserSets().SetSaveLocked(false);
     pRig->SetStreaming(bStreaming);
-    const auto fnRecord = [&](const std::function<int32_t()> &fnRun) { return RecordOperation(*pRig, fnRun); };
-    EXPECT_EQ((Log{"write FFCValueAll 152", "set FlatFieldCorrection = On"}),
-              fnRecord([&] { return process.ExecuteCorrection(); }));
-    EXPECT_EQ((Log{"set FFCFrameCount = FFCFrameCount_8"}),
-              fnRecord([&] { return process.SetFrameCount("FFCFrameCount_8"); }));
-    EXPECT_EQ((Log{"set FFCExpectGray = 137"}), fnRecord([&] { return process.SetExpectGray(137); }));
-    EXPECT_EQ((Log{"execute FFCFlashLoad", "read FFCValueAll 152", "set FlatFieldCorrection = On"}),
-              fnRecord([&] { return process.LoadFromFlash(); }));
-    EXPECT_EQ((Log{"execute FFCFlashSave", "set FlatFieldCorrection = On", "set UserSetSelector = UserSet0",
-                   "execute UserSetSave", "set UserSetDefault = UserSet0"}),
-              fnRecord([&] { return process.SaveToFlash(); }));
-    EXPECT_EQ(bStreaming, pRig->IsStreaming()) << pFormat;
+    const auto record = [&](const std::function<int32_t()> &fnRun) { return RecordOperation(*pRig, fnRun); };
+    EXPECT_EQ(record([&] { return process.ExecuteCorrection(); }),
+              (Log{"write FFCValueAll 152", "set FlatFieldCorrection = On"}));
+    EXPECT_EQ(record([&] { return process.SetFrameCount("FFCFrameCount_8"); }),
+              (Log{"set FFCFrameCount = FFCFrameCount_8"}));
+    EXPECT_EQ(record([&] { return process.SetExpectGray(137); }), (Log{"set FFCExpectGray = 137"}));
+    EXPECT_EQ(record([&] { return process.LoadFromFlash(); }),
+              (Log{"execute FFCFlashLoad", "read FFCValueAll 152", "set FlatFieldCorrection = On"}));
+    EXPECT_EQ(record([&] { return process.SaveToFlash(); }),
+              (Log{"execute FFCFlashSave", "set FlatFieldCorrection = On", "set UserSetSelector = UserSet0",
+                   "execute UserSetSave", "set UserSetDefault = UserSet0"}));
+    EXPECT_EQ(pRig->IsStreaming(), bStreaming) << pFormat;
   }
 }
 

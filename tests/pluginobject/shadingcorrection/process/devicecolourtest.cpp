@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -8,7 +12,7 @@ constexpr int FRAME_COUNT = 4;
 
 class DeviceColour : public testing::Test {
 protected:
-  DeviceColour() { EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_4")); }
+  DeviceColour() { EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_4"), PLUGIN_STATUS_SUCCESS); }
 
   CDeviceRig m_rig{"BayerRG8"};
 };
@@ -19,16 +23,16 @@ TEST_F(DeviceColour, TakesFrameCountFramesAfterThoseOfTheBalance)
 {
   for (const int nReads : {1, 2, 3, 4, 5}) {
     m_rig.Camera().SetWhiteBalanceReads(nReads);
-    EXPECT_EQ(0, m_rig.AcquireBright(120));
-    EXPECT_EQ(nReads + FRAME_COUNT, m_rig.GetFrameCount());
-    EXPECT_EQ(258U, m_rig.Process().WaitImageRequest());
+    EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.GetFrameCount(), nReads + FRAME_COUNT);
+    EXPECT_EQ(m_rig.Process().WaitImageRequest(), 258U);
   }
 }
 
 TEST_F(DeviceColour, ABalanceThatNeverEndsIsGivenFiveFramesAndIsNoFailure)
 {
   m_rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(0, m_rig.AcquireBright(120));
+  EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
   // A sixth frame may have been on its way when the last request was withdrawn.
   EXPECT_GE(m_rig.GetFrameCount(), 5 + FRAME_COUNT);
   EXPECT_LE(m_rig.GetFrameCount(), 6 + FRAME_COUNT);
@@ -38,20 +42,20 @@ TEST_F(DeviceColour, TheFramesOfTheBalanceAreNotAveraged)
 {
   m_rig.Camera().SetWhiteBalanceReads(3);
   m_rig.Show([](int nFrame) { return std::vector<uint8_t>(64 * 64, nFrame < 3 ? 250 : 100); });
-  EXPECT_EQ(0, m_rig.Process().AcquireBrightImage());
-  EXPECT_EQ(100.0, m_rig.Process().GetImageMaxGray());
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Process().GetImageMaxGray(), 100.0);
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const std::vector<uint8_t> listBytes = m_rig.Camera().Correction().GetWritten();
-  EXPECT_EQ(65280 / 100, listBytes[2] + 256 * listBytes[3]);
+  EXPECT_EQ(listBytes[2] + 256 * listBytes[3], 65280 / 100);
 }
 
 TEST_F(DeviceColour, TheFramesOfTheBalanceAreWipedFromTheBuffer)
 {
   m_rig.Show(
     [](int nFrame) { return nFrame == 0 ? std::vector<uint8_t>(64 * 64, 250) : std::vector<uint8_t>(64 * 32, 100); });
-  EXPECT_EQ(0, m_rig.Process().AcquireBrightImage());
-  EXPECT_EQ(100.0, m_rig.Process().GetImageMaxGray());
-  EXPECT_EQ(100.0, m_rig.Process().GetImageGrayDiff());
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Process().GetImageMaxGray(), 100.0);
+  EXPECT_EQ(m_rig.Process().GetImageGrayDiff(), 100.0);
 }
 
 TEST_F(DeviceColour, TheCameraBalancesInAdaptiveLightDuringTheAcquisition)
@@ -64,9 +68,9 @@ TEST_F(DeviceColour, TheCameraBalancesInAdaptiveLightDuringTheAcquisition)
     return m_rig.Camera().MakeFrame(120);
   });
   m_rig.Camera().Enumeration("AWBLampHouse").Select("Fluorescence");
-  EXPECT_EQ(0, m_rig.Process().AcquireBrightImage());
-  EXPECT_EQ("Adaptive", strLampHouse);
-  EXPECT_EQ("Fluorescence", m_rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic());
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(strLampHouse, "Adaptive");
+  EXPECT_EQ(m_rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic(), "Fluorescence");
 }
 
 TEST_F(DeviceColour, ModeAndRatiosOfTheUserAreBackAfterwards)
@@ -80,8 +84,8 @@ TEST_F(DeviceColour, ModeAndRatiosOfTheUserAreBackAfterwards)
     camera.m_adBalanceRatio = {9.0, 9.0, 9.0}; // what the balance found
     return camera.MakeFrame(120);
   });
-  EXPECT_EQ(0, m_rig.Process().AcquireBrightImage());
-  EXPECT_EQ("", DescribeChanges(mapBefore, m_rig.TakeSettings()));
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(mapBefore, m_rig.TakeSettings()), "");
 }
 
 TEST_F(DeviceColour, AWhiteBalanceFeatureThatIsRefusedIsReported)
@@ -91,11 +95,11 @@ TEST_F(DeviceColour, AWhiteBalanceFeatureThatIsRefusedIsReported)
       CDeviceRig rig("BayerRG8");
       rig.Camera().Enumeration(pFeature).Access(eMode);
       const auto mapBefore = rig.TakeSettings();
-      EXPECT_EQ(-1018, rig.AcquireBright(120)) << pFeature;
-      EXPECT_EQ(0, rig.GetFrameCount()) << pFeature;
-      EXPECT_EQ((std::vector<int32_t>{11}), rig.TakeSignals()) << pFeature; // the stream never started
-      EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings())) << pFeature;
-      EXPECT_EQ(-3, rig.Process().ExecuteCorrection()) << pFeature;
+      EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED) << pFeature;
+      EXPECT_EQ(rig.GetFrameCount(), 0) << pFeature;
+      EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11})) << pFeature; // the stream never started
+      EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "") << pFeature;
+      EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM) << pFeature;
     }
   }
 }
@@ -106,9 +110,9 @@ TEST_F(DeviceColour, AWhiteBalanceFeatureThatIsMissingIsInvalid)
   CCorrectingCamera camera("Mono8");
   camera.Device().AddEnumeration("PixelColorFilter").Entry("BayerRG", 1);
   CShadingCorrectionPro_Dev process{CFeatureAccess(&camera.Device())};
-  EXPECT_EQ(0, process.InitProcess());
+  EXPECT_EQ(process.InitProcess(), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(process.IsColorCamera());
-  EXPECT_EQ(-3, process.AcquireBrightImage());
+  EXPECT_EQ(process.AcquireBrightImage(), PLUGIN_STATUS_INVALID_PARAM);
 }
 
 TEST_F(DeviceColour, ACameraThatDoesNotTellWhetherItIsBalancedIsGivenFiveFrames)
@@ -118,7 +122,7 @@ TEST_F(DeviceColour, ACameraThatDoesNotTellWhetherItIsBalancedIsGivenFiveFrames)
       throw GenICam::AccessException("refused", __FILE__, __LINE__);
     }
   });
-  EXPECT_EQ(0, m_rig.AcquireBright(120));
+  EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
   EXPECT_GE(m_rig.GetFrameCount(), 5 + FRAME_COUNT);
 }
 
@@ -126,8 +130,8 @@ TEST_F(DeviceColour, WithoutFramesTheBalanceEndsAndTheAcquisitionTimesOut)
 {
   m_rig.ShowNothing();
   m_rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(-1009, m_rig.Process().AcquireBrightImage());
-  EXPECT_EQ("Off", m_rig.Camera().Enumeration("BalanceWhiteAuto").PeekSymbolic());
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
+  EXPECT_EQ(m_rig.Camera().Enumeration("BalanceWhiteAuto").PeekSymbolic(), "Off");
 }
 
 TEST_F(DeviceColour, AStopDuringTheBalanceStopsAtTheFirstFrame)
@@ -137,23 +141,23 @@ TEST_F(DeviceColour, AStopDuringTheBalanceStopsAtTheFirstFrame)
     return m_rig.Camera().MakeFrame(120);
   });
   // The balance does not look at the flag; the first frame has it cleared again.
-  EXPECT_EQ(0, m_rig.Process().AcquireBrightImage());
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
   m_rig.Show([this](int) {
     m_rig.Process().SetStopFlag(true);
     return m_rig.Camera().MakeFrame(120);
   });
-  EXPECT_EQ(-1017, m_rig.Process().AcquireBrightImage());
-  EXPECT_EQ(2, m_rig.GetFrameCount());
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_NEED_BAYER_FORMAT);
+  EXPECT_EQ(m_rig.GetFrameCount(), 2);
 }
 
 TEST_F(DeviceColour, ADarkFrameNeedsNoBalance)
 {
   m_rig.SetHook([](const SNodeAccess &stAccess) {
-    EXPECT_EQ(std::string::npos, stAccess.strNode.find("Balance"));
-    EXPECT_NE("AWBLampHouse", stAccess.strNode);
+    EXPECT_EQ(stAccess.strNode.find("Balance"), std::string::npos);
+    EXPECT_NE(stAccess.strNode, "AWBLampHouse");
   });
-  EXPECT_EQ(0, m_rig.AcquireDark(10));
-  EXPECT_EQ(1, m_rig.GetFrameCount());
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.GetFrameCount(), 1);
 }
 
 TEST_F(DeviceColour, EachColourHasItsOwnGains)
@@ -169,10 +173,10 @@ TEST_F(DeviceColour, EachColourHasItsOwnGains)
     }
     return listFrame;
   });
-  EXPECT_EQ(0, m_rig.Process().AcquireBrightImage());
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const std::vector<uint8_t> listBytes = m_rig.Camera().Correction().GetWritten();
-  const auto fnWord = [&listBytes](std::size_t i) { return listBytes[2 * i] + 256 * listBytes[2 * i + 1]; };
+  const auto word = [&listBytes](std::size_t i) { return listBytes[2 * i] + 256 * listBytes[2 * i + 1]; };
   EXPECT_EQ((std::vector<int>{0, 65280 / 50, 65280 / 100, 65280 / 200}),
-            (std::vector<int>{fnWord(0), fnWord(1), fnWord(2), fnWord(3)}));
+            (std::vector<int>{word(0), word(1), word(2), word(3)}));
 }

@@ -1,8 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 #include "tests/pluginobject/shadingcorrection/process/blockframe.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+
+using namespace ffc::test;
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -33,11 +38,12 @@ Bytes ComputeBody(const BLOCK_PARAM &stParam, const Bytes *pDark, const Bytes &l
 {
   CGetSCCoefficient generator;
   int32_t nSize = 0;
-  EXPECT_EQ(0, generator.SetBlockParam(stParam));
-  EXPECT_EQ(0, generator.GetCoefficientSize(&nSize));
+  EXPECT_EQ(generator.SetBlockParam(stParam), 0);
+  EXPECT_EQ(generator.GetCoefficientSize(&nSize), 0);
   Bytes listBody(static_cast<std::size_t>(nSize));
-  EXPECT_EQ(0, pDark == nullptr ? generator.CalcWithoutDark(listBright.data(), 8, listBody.data(), &nSize)
-                                : generator.CalcWithDark(listBright.data(), pDark->data(), 8, listBody.data(), &nSize));
+  EXPECT_EQ(pDark == nullptr ? generator.CalcWithoutDark(listBright.data(), 8, listBody.data(), &nSize)
+                             : generator.CalcWithDark(listBright.data(), pDark->data(), 8, listBody.data(), &nSize),
+            0);
   return listBody;
 }
 
@@ -68,8 +74,8 @@ Bytes Join(Bytes listFirst, const Bytes &listSecond)
 bool IsDarkUsed(const Bytes &listDark, const Bytes &listBright)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, Acquire(rig, listDark, listBright));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(Acquire(rig, listDark, listBright), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   return rig.IsDarkInForce();
 }
 
@@ -79,12 +85,12 @@ TEST(DeviceExecution, WritesTheGeneratorsTableAndThePlainRecordBehindIt)
 {
   for (const char *pFormat : {"Mono8", "BayerRG8", "BayerGB8", "BayerGR8", "BayerBG8"}) {
     CDeviceRig rig(pFormat, 128, 96);
-    EXPECT_EQ(0, rig.Process().SetExpectGray(0x81));
-    EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_2"));
+    EXPECT_EQ(rig.Process().SetExpectGray(0x81), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
     const Bytes listDark = MakeNoisyFrame(128, 96, 8, 12, 1);
     const Bytes listBright = MakeNoisyFrame(128, 96, 100, 220, 2);
-    EXPECT_EQ(0, Acquire(rig, listDark, listBright));
-    EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+    EXPECT_EQ(Acquire(rig, listDark, listBright), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
     const std::string strFormat = pFormat;
     const std::map<std::string, int32_t> mapTypes = {
       {"BayerRG8", 1}, {"BayerGB8", 2}, {"BayerGR8", 3}, {"BayerBG8", 4}};
@@ -92,8 +98,8 @@ TEST(DeviceExecution, WritesTheGeneratorsTableAndThePlainRecordBehindIt)
     const Bytes listBody = ComputeBody({128, 96, 32, 32, nType}, &listDark, listBright);
     const auto nSize = static_cast<uint32_t>(listBody.size() + 24);
     EXPECT_EQ(Join(listBody, MakeRecord({1, 0, 2, 0, nSize, 0x81})), rig.Camera().Correction().GetWritten()) << pFormat;
-    EXPECT_EQ("On", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic()) << pFormat;
-    EXPECT_EQ(1U, rig.Process().GetCorrectionInfo().nValid) << pFormat;
+    EXPECT_EQ(rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(), "On") << pFormat;
+    EXPECT_EQ(rig.Process().GetCorrectionInfo().nValid, 1U) << pFormat;
   }
 }
 
@@ -102,11 +108,11 @@ TEST(DeviceExecution, UsesTheSmallBlocksWhenTheCameraIsSetToThem)
   CDeviceRig rig("Mono8", 128, 96);
   rig.Camera().Enumeration("FFCBlockSize").Select("BlockSize_256");
   rig.Camera().SaveAsDefault();
-  EXPECT_EQ(0, rig.Process().InitProcess());
+  EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
   const Bytes listDark = MakeNoisyFrame(128, 96, 8, 12, 3);
   const Bytes listBright = MakeNoisyFrame(128, 96, 100, 220, 4);
-  EXPECT_EQ(0, Acquire(rig, listDark, listBright));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(Acquire(rig, listDark, listBright), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const Bytes listBody = ComputeBody({128, 96, 16, 16, 0}, &listDark, listBright);
   EXPECT_EQ(Join(listBody, MakeRecord({1, 0, 1, 1, 10 * 8 * 8 + 24, 200})), rig.Camera().Correction().GetWritten());
 }
@@ -116,8 +122,8 @@ TEST(DeviceExecution, WithoutADarkFrameUsesTheBrightOneAlone)
   CDeviceRig rig;
   const Bytes listBright = MakeNoisyFrame(64, 64, 100, 220, 5);
   rig.Show([&listBright](int) { return Bytes(listBright); });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const Bytes listBody = ComputeBody({64, 64, 32, 32, 0}, nullptr, listBright);
   EXPECT_EQ(Join(listBody, MakeRecord({1, 0, 1, 0, 152, 200})), rig.Camera().Correction().GetWritten());
 }
@@ -140,35 +146,35 @@ TEST(DeviceExecution, IgnoresTheDarkFrameBelowAContrastOfEighty)
 TEST(DeviceExecution, TheContrastIsThatOfTheFirstBrightFrame)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_2"));
-  EXPECT_EQ(0, rig.AcquireDark(10));
+  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
   rig.Show([](int nFrame) { return MakeEvenFrame(nFrame == 0 ? 89 : 250, 0); });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_FALSE(rig.IsDarkInForce());
   rig.Show([](int nFrame) { return MakeEvenFrame(nFrame == 0 ? 90 : 20, 0); });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(rig.IsDarkInForce());
 }
 
 TEST(DeviceExecution, MayBeRepeatedOnTheSameFrames)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.Correct(10, 120));
+  EXPECT_EQ(rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
   const Bytes listFirst = rig.Camera().Correction().GetWritten();
   rig.Camera().Correction().SetWritten({});
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(listFirst, rig.Camera().Correction().GetWritten());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Camera().Correction().GetWritten(), listFirst);
 }
 
 TEST(DeviceExecution, CarriesTheFrameCountAndTheGreyThatAreSetNow)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.Correct(10, 120));
-  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_16"));
-  EXPECT_EQ(0, rig.Process().SetExpectGray(99));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_16"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().SetExpectGray(99), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const Bytes listBytes = rig.Camera().Correction().GetWritten();
   EXPECT_EQ(MakeRecord({1, 0, 16, 0, 152, 99}), Bytes(listBytes.end() - 24, listBytes.end()));
 }
@@ -176,20 +182,20 @@ TEST(DeviceExecution, CarriesTheFrameCountAndTheGreyThatAreSetNow)
 TEST(DeviceExecution, WithoutABrightFrameIsInvalidAndTouchesNothing)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.AcquireDark(10));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
   rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
-  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(0U, rig.Process().GetCorrectionInfo().nValid);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(rig.Process().GetCorrectionInfo().nValid, 0U);
 }
 
 TEST(DeviceExecution, IntoARegisterOfAnotherLengthIsRefusedAndDoesNotSwitchTheCorrectionOn)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(120));
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
   for (const int64_t nLength : {151, 153, 0}) {
     rig.Camera().Device().Find<CSoftwareRegister>("FFCValueAll")->Length(nLength);
-    EXPECT_EQ(-1015, rig.Process().ExecuteCorrection()) << nLength;
-    EXPECT_EQ("Off", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic()) << nLength;
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
+    EXPECT_EQ(rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(), "Off") << nLength;
     EXPECT_TRUE(rig.Camera().Correction().GetWritten().empty()) << nLength;
   }
 }
@@ -198,9 +204,9 @@ TEST(DeviceExecution, ATableLargerThanTheRegisterIsRefused)
 {
   CDeviceRig rig;
   rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 151; });
-  EXPECT_EQ(0, rig.Process().InitProcess());
-  EXPECT_EQ(0, rig.AcquireBright(120));
-  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_TRUE(rig.Camera().Correction().GetWritten().empty());
 }
 
@@ -208,9 +214,9 @@ TEST(DeviceExecution, ARegisterLargerThanTheTableHasZerosBetweenTableAndRecord)
 {
   CDeviceRig rig;
   rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 160; });
-  EXPECT_EQ(0, rig.Process().InitProcess());
-  EXPECT_EQ(0, rig.AcquireBright(120));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const Bytes listBody = ComputeBody({64, 64, 32, 32, 0}, nullptr, Bytes(64 * 64, 120));
   EXPECT_EQ(Join(Join(listBody, Bytes(8, 0)), MakeRecord({1, 0, 1, 0, 160, 200})),
             rig.Camera().Correction().GetWritten());
@@ -219,14 +225,14 @@ TEST(DeviceExecution, ARegisterLargerThanTheTableHasZerosBetweenTableAndRecord)
 TEST(DeviceExecution, ACorrectionThatCannotBeSwitchedOnIsReported)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(120));
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
   rig.Camera().Enumeration("FlatFieldCorrection").Access(GenApi::RO);
-  EXPECT_EQ(-1002, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_FEATURE_ERROR);
 }
 
 TEST(DeviceExecution, OnACameraWithoutTheSwitchIsInvalid)
 {
   CDeviceRig rig("Mono8", 64, 64, {"FlatFieldCorrection"});
-  EXPECT_EQ(0, rig.AcquireBright(120));
-  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
 }

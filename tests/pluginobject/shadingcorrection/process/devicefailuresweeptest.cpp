@@ -6,16 +6,19 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/failuresweep.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
+
+using namespace ffc::test;
 
 namespace {
 
 struct SOperation {
   const char *pName;
   std::function<int32_t(CDeviceRig &)> fnRun;
-  /// What the camera is left with when a later step fails, besides the coefficients.
+  // What the camera is left with when a later step fails, besides the coefficients.
   std::vector<const char *> listLeft;
 };
 
@@ -72,10 +75,10 @@ protected:
   {
     m_pRig = std::make_unique<CDeviceRig>(std::get<1>(GetParam()) ? "BayerRG8" : "Mono8");
     InstallChooser(m_pRig->Process(), m_folder.filePath("a.ffc"));
-    EXPECT_EQ(0, m_pRig->Process().SetFrameCount("FFCFrameCount_2"));
-    EXPECT_EQ(0, m_pRig->Correct(10, 120));
-    EXPECT_EQ(0, m_pRig->Process().SaveToFlash());
-    EXPECT_EQ(0, m_pRig->Process().SaveToFile());
+    EXPECT_EQ(m_pRig->Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_pRig->Correct(10, 120), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_pRig->Process().SaveToFlash(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_pRig->Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
     m_pRig->Camera().UserSets().SetSaveLocked(m_operation.pName != std::string("SaveFlash"));
     Reset();
   }
@@ -106,12 +109,12 @@ protected:
   {
     Reset();
     const Settings mapBefore = TakeSettings(bSelectorLeft);
-    EXPECT_EQ(stMeaning.nStatus, RunWithFailure(*m_pRig, nAccess, eFailure, [this] { return Run(); }));
+    EXPECT_EQ(RunWithFailure(*m_pRig, nAccess, eFailure, [this] { return Run(); }), stMeaning.nStatus);
     if (!stMeaning.bRestoring || bSelectorLeft) {
-      EXPECT_EQ("", DescribeChanges(mapBefore, TakeSettings(bSelectorLeft)));
+      EXPECT_EQ(DescribeChanges(mapBefore, TakeSettings(bSelectorLeft)), "");
     }
     EXPECT_EQ(IsStreaming(), m_pRig->IsStreaming());
-    EXPECT_EQ(258U, m_pRig->Process().WaitImageRequest());
+    EXPECT_EQ(m_pRig->Process().WaitImageRequest(), 258U);
     EXPECT_TRUE(m_pRig->AreSignalsPlain());
   }
 
@@ -122,7 +125,7 @@ protected:
     for (const EAccessFailure eFailure : ALL_ACCESS_FAILURES) {
       FailAccess(nAccess, eFailure, stMeaning, bSelectorLeft);
     }
-    EXPECT_EQ(0, Run());
+    EXPECT_EQ(Run(), 0);
   }
 
   const SOperation &m_operation;

@@ -3,11 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/fullvolume.h"
 #include "tests/support/modalanswer.h"
+
+using namespace ffc::test;
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -89,31 +94,31 @@ protected:
 
 TEST_F(DeviceFile, IsTheRegisterAsTheCameraHandsItOut)
 {
-  EXPECT_EQ(0, m_rig.Correct(10, 120));
+  EXPECT_EQ(m_rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
   m_rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
-  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(ToArray(m_rig.Camera().Correction().GetReadBack()), ReadAll(Path("a.ffc")));
   EXPECT_EQ(ExchangeRecord(GetWritten()), ReadAll(Path("a.ffc")));
-  EXPECT_EQ("On", GetCorrection());
+  EXPECT_EQ(GetCorrection(), "On");
   m_rig.Camera().Correction().SetRecordExchanged(false);
-  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(GetWritten(), ReadAll(Path("a.ffc")));
 }
 
 TEST_F(DeviceFile, SavingLeavesTheRecordOfTheProcess)
 {
   m_rig.Camera().Correction().SetWritten(std::vector<uint8_t>(SIZE, 0x55));
-  EXPECT_EQ(0, Save("a.ffc"));
-  EXPECT_EQ(FRESH_INFO, GetInfo());
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(GetInfo(), FRESH_INFO);
 }
 
 TEST_F(DeviceFile, IsWrittenWithItsRecordExchangedAndItsBodyAsItIs)
 {
-  EXPECT_EQ(0, LoadBytes(MakeFile()));
+  EXPECT_EQ(LoadBytes(MakeFile()), 0);
   EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
   EXPECT_EQ(MakeFile().left(BODY_SIZE), GetWritten().left(BODY_SIZE));
-  EXPECT_EQ(FILE_INFO, GetInfo());
-  EXPECT_EQ("On", GetCorrection());
+  EXPECT_EQ(GetInfo(), FILE_INFO);
+  EXPECT_EQ(GetCorrection(), "On");
 }
 
 TEST_F(DeviceFile, AFrameCountThatNoEntryHasBecomesOneFrameInTheNextAcquisition)
@@ -124,55 +129,55 @@ TEST_F(DeviceFile, AFrameCountThatNoEntryHasBecomesOneFrameInTheNextAcquisition)
       // The bytes of each pair stand exchanged.
       bytes[BODY_SIZE + 8 + (nByte ^ 1)] = static_cast<char>(nFrameCount >> (8 * nByte) & 0xFFU);
     }
-    EXPECT_EQ(0, LoadBytes(bytes));
-    EXPECT_EQ(nFrameCount, GetInfo()[2]);
-    EXPECT_EQ(0, m_rig.AcquireBright(100)) << nFrameCount;
-    EXPECT_EQ(1, m_rig.GetFrameCount()) << nFrameCount;
-    EXPECT_EQ(1U, GetInfo()[2]) << nFrameCount;
+    EXPECT_EQ(LoadBytes(bytes), 0);
+    EXPECT_EQ(GetInfo()[2], nFrameCount);
+    EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS) << nFrameCount;
+    EXPECT_EQ(m_rig.GetFrameCount(), 1) << nFrameCount;
+    EXPECT_EQ(GetInfo()[2], 1U) << nFrameCount;
   }
 }
 
 TEST_F(DeviceFile, LoadedTwiceGivesTheSameRecord)
 {
-  EXPECT_EQ(0, LoadBytes(MakeFile()));
-  EXPECT_EQ(0, Load("load.ffc"));
-  EXPECT_EQ(FILE_INFO, GetInfo());
+  EXPECT_EQ(LoadBytes(MakeFile()), 0);
+  EXPECT_EQ(Load("load.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(GetInfo(), FILE_INFO);
   EXPECT_EQ(MakeFile(), ReadAll(Path("load.ffc")));
   EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
 }
 
 TEST_F(DeviceFile, IsLoadedAsItWasSaved)
 {
-  EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
-  EXPECT_EQ(0, m_rig.Correct(10, 120));
+  EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
   const QByteArray written = GetWritten();
-  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
   CDeviceRig other;
   CScriptedChooser &chooser = InstallChooser(other.Process(), Path("a.ffc"));
-  EXPECT_EQ(0, other.Process().LoadFromFile());
-  EXPECT_EQ(written, ToArray(other.Camera().Correction().GetWritten()));
+  EXPECT_EQ(other.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(ToArray(other.Camera().Correction().GetWritten()), written);
   EXPECT_EQ(GetInfo(), ListWords(other.Process().GetCorrectionInfo()));
   chooser.Choose(Path("b.ffc"));
-  EXPECT_EQ(0, other.Process().SaveToFile());
+  EXPECT_EQ(other.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(ReadAll(Path("a.ffc")), ReadAll(Path("b.ffc")));
 }
 
 TEST_F(DeviceFile, OneByteShortOrEmptyIsRefused)
 {
   for (const QByteArray &bytes : {MakeFile().left(SIZE - 1), MakeFile().left(24), MakeFile().left(1), QByteArray()}) {
-    EXPECT_EQ(-1007, LoadBytes(bytes)) << bytes.size();
-    EXPECT_EQ(FRESH_INFO, GetInfo()) << bytes.size();
+    EXPECT_EQ(LoadBytes(bytes), PLUGIN_STATUS_READ_FILE_ERROR) << bytes.size();
+    EXPECT_EQ(GetInfo(), FRESH_INFO) << bytes.size();
     EXPECT_TRUE(GetWritten().isEmpty()) << bytes.size();
-    EXPECT_EQ("Off", GetCorrection()) << bytes.size();
+    EXPECT_EQ(GetCorrection(), "Off") << bytes.size();
   }
 }
 
 TEST_F(DeviceFile, OneByteLongIsLoadedAndTheByteIgnored)
 {
-  EXPECT_EQ(0, LoadBytes(MakeFile() + 'x'));
+  EXPECT_EQ(LoadBytes(MakeFile() + 'x'), 0);
   EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
-  EXPECT_EQ(FILE_INFO, GetInfo());
-  EXPECT_EQ(0, LoadBytes(MakeFile() + QByteArray(100000, 'x')));
+  EXPECT_EQ(GetInfo(), FILE_INFO);
+  EXPECT_EQ(LoadBytes(MakeFile() + QByteArray(100000, 'x')), 0);
   EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
 }
 
@@ -181,41 +186,41 @@ TEST_F(DeviceFile, IsLoadedAndSavedWithTwoAccessesAndNoWordToTheHost)
   WriteAll(Path("load.ffc"), MakeFile());
   for (const bool bStreaming : {false, true}) {
     m_rig.SetStreaming(bStreaming);
-    EXPECT_EQ((Log{"write FFCValueAll 152", "set FlatFieldCorrection = On"}),
-              RecordOperation(m_rig, [this] { return Load("load.ffc"); }));
-    EXPECT_EQ((Log{"read FFCValueAll 152", "set FlatFieldCorrection = On"}),
-              RecordOperation(m_rig, [this] { return Save("save.ffc"); }));
-    EXPECT_EQ(bStreaming, m_rig.IsStreaming());
+    EXPECT_EQ(RecordOperation(m_rig, [this] { return Load("load.ffc"); }),
+              (Log{"write FFCValueAll 152", "set FlatFieldCorrection = On"}));
+    EXPECT_EQ(RecordOperation(m_rig, [this] { return Save("save.ffc"); }),
+              (Log{"read FFCValueAll 152", "set FlatFieldCorrection = On"}));
+    EXPECT_EQ(m_rig.IsStreaming(), bStreaming);
   }
 }
 
 TEST_F(DeviceFile, IsAskedForWithTheTextsOfEachDialog)
 {
-  EXPECT_EQ(0, Save("a.ffc"));
-  EXPECT_EQ(0, Load("a.ffc"));
-  EXPECT_EQ((std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}),
-            m_chooser.GetQuestions());
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_chooser.GetQuestions(),
+            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
 }
 
 TEST_F(DeviceFile, ACancelledDialogChangesNothing)
 {
-  EXPECT_EQ(0, m_rig.Correct(10, 120));
+  EXPECT_EQ(m_rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
   const auto infoBefore = GetInfo();
   m_rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
-  EXPECT_EQ(-1014, m_rig.Process().LoadFromFile());
-  EXPECT_EQ(-1014, m_rig.Process().SaveToFile());
-  EXPECT_EQ(infoBefore, GetInfo());
+  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(GetInfo(), infoBefore);
   EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
 }
 
 TEST_F(DeviceFile, ThatCannotBeOpenedIsRefusedAndTheCorrectionNotSwitchedOn)
 {
-  EXPECT_EQ(-1004, Load("missing.ffc"));
-  EXPECT_EQ(-1004, Load("."));
-  EXPECT_EQ(-1004, Save("missing/a.ffc"));
-  EXPECT_EQ(-1004, Save("."));
-  EXPECT_EQ("Off", GetCorrection());
-  EXPECT_EQ(FRESH_INFO, GetInfo());
+  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(GetCorrection(), "Off");
+  EXPECT_EQ(GetInfo(), FRESH_INFO);
 }
 
 TEST_F(DeviceFile, ForARegisterOfAnotherLengthIsRefusedAndRecordAndFileStay)
@@ -223,12 +228,12 @@ TEST_F(DeviceFile, ForARegisterOfAnotherLengthIsRefusedAndRecordAndFileStay)
   WriteAll(Path("a.ffc"), "former");
   for (const int64_t nLength : {SIZE - 1, SIZE + 1, 0}) {
     m_rig.Camera().Device().Find<CSoftwareRegister>("FFCValueAll")->Length(nLength);
-    EXPECT_EQ(-1015, LoadBytes(MakeFile())) << nLength;
-    EXPECT_EQ(-1015, Save("a.ffc")) << nLength;
-    EXPECT_EQ(-1015, Save("new.ffc")) << nLength;
-    EXPECT_EQ(FRESH_INFO, GetInfo()) << nLength;
-    EXPECT_EQ("Off", GetCorrection()) << nLength;
-    EXPECT_EQ("former", ReadAll(Path("a.ffc"))) << nLength;
+    EXPECT_EQ(LoadBytes(MakeFile()), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
+    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
+    EXPECT_EQ(Save("new.ffc"), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
+    EXPECT_EQ(GetInfo(), FRESH_INFO) << nLength;
+    EXPECT_EQ(GetCorrection(), "Off") << nLength;
+    EXPECT_EQ(ReadAll(Path("a.ffc")), "former") << nLength;
     EXPECT_FALSE(QFile::exists(Path("new.ffc"))) << nLength;
   }
 }
@@ -236,35 +241,35 @@ TEST_F(DeviceFile, ForARegisterOfAnotherLengthIsRefusedAndRecordAndFileStay)
 TEST_F(DeviceFile, ARegisterThatCannotBeWrittenKeepsTheRecord)
 {
   RefuseWrites("FFCValueAll");
-  EXPECT_EQ(-1002, LoadBytes(MakeFile()));
-  EXPECT_EQ(FRESH_INFO, GetInfo());
-  EXPECT_EQ("Off", GetCorrection());
+  EXPECT_EQ(LoadBytes(MakeFile()), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(GetInfo(), FRESH_INFO);
+  EXPECT_EQ(GetCorrection(), "Off");
 }
 
 TEST_F(DeviceFile, TheRecordIsTakenAsSoonAsTheCameraHasTheCoefficients)
 {
   RefuseWrites("FlatFieldCorrection");
-  EXPECT_EQ(-1002, LoadBytes(MakeFile()));
+  EXPECT_EQ(LoadBytes(MakeFile()), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
-  EXPECT_EQ(FILE_INFO, GetInfo());
+  EXPECT_EQ(GetInfo(), FILE_INFO);
 }
 
 TEST_F(DeviceFile, ANewFileIsLeftEmptyWhenTheCorrectionCannotBeSwitchedOn)
 {
   RefuseWrites("FlatFieldCorrection");
-  EXPECT_EQ(-1002, Save("new.ffc"));
+  EXPECT_EQ(Save("new.ffc"), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_TRUE(QFile::exists(Path("new.ffc")));
   EXPECT_TRUE(ReadAll(Path("new.ffc")).isEmpty());
-  EXPECT_EQ(QStringList{"new.ffc"}, QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden));
+  EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"new.ffc"});
 }
 
 TEST_F(DeviceFile, AnExistingFileStaysWhenTheCorrectionCannotBeSwitchedOn)
 {
   WriteAll(Path("a.ffc"), "former");
   RefuseWrites("FlatFieldCorrection");
-  EXPECT_EQ(-1002, Save("a.ffc"));
-  EXPECT_EQ("former", ReadAll(Path("a.ffc")));
-  EXPECT_EQ(QStringList{"a.ffc"}, QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(ReadAll(Path("a.ffc")), "former");
+  EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"a.ffc"});
 }
 
 TEST_F(DeviceFile, AWriteErrorIsIgnoredAndTheFormerFileStays)
@@ -275,28 +280,28 @@ TEST_F(DeviceFile, AWriteErrorIsIgnoredAndTheFormerFileStays)
     const CFullVolume fullVolume(100);
     nStatus = Save("a.ffc");
   }
-  EXPECT_EQ(0, nStatus);
-  EXPECT_EQ("On", GetCorrection());
-  EXPECT_EQ("former", ReadAll(Path("a.ffc")));
+  EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(GetCorrection(), "On");
+  EXPECT_EQ(ReadAll(Path("a.ffc")), "former");
 }
 
 TEST_F(DeviceFile, ARegisterWithoutRoomForARecordIsNotLoaded)
 {
   for (const int64_t nSize : {0, 1, 23}) {
     m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
-    EXPECT_EQ(0, m_rig.Process().InitProcess()) << nSize;
-    EXPECT_EQ(nSize == 0 ? -1007 : -3, LoadBytes(MakeFile())) << nSize;
+    EXPECT_EQ(m_rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS) << nSize;
+    EXPECT_EQ(LoadBytes(MakeFile()), nSize == 0 ? PLUGIN_STATUS_READ_FILE_ERROR : -3) << nSize;
     EXPECT_TRUE(GetWritten().isEmpty()) << nSize;
-    EXPECT_EQ("Off", GetCorrection()) << nSize;
+    EXPECT_EQ(GetCorrection(), "Off") << nSize;
   }
 }
 
 TEST_F(DeviceFile, ARecordAloneIsLoaded)
 {
   m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 24; });
-  EXPECT_EQ(0, m_rig.Process().InitProcess());
-  EXPECT_EQ(0, LoadBytes(MakeFile(0)));
-  EXPECT_EQ(FILE_INFO, GetInfo());
+  EXPECT_EQ(m_rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(LoadBytes(MakeFile(0)), 0);
+  EXPECT_EQ(GetInfo(), FILE_INFO);
   EXPECT_EQ(ExchangeRecord(MakeFile(0)), GetWritten());
 }
 
@@ -306,12 +311,12 @@ TEST_F(DeviceFile, AnExecutionAfterALoadWritesTheRealSizeWhateverTheLoadedRecord
     QByteArray bytes = MakeFile();
     bytes[BODY_SIZE + 16] = cSize; // bytes 16 to 19 of the record, exchanged
     bytes[BODY_SIZE + 19] = cSize;
-    EXPECT_EQ(0, m_rig.AcquireBright(120));
-    EXPECT_EQ(0, LoadBytes(bytes));
+    EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(LoadBytes(bytes), 0);
     const uint32_t nByte = static_cast<uint8_t>(cSize);
     EXPECT_EQ(SIZE + (nByte << 8) + (nByte << 16), m_rig.Process().GetCorrectionInfo().nCoefficientsSize);
-    EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
-    EXPECT_EQ(SIZE, GetWritten().size());
+    EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(GetWritten().size(), SIZE);
     EXPECT_EQ(static_cast<uint32_t>(SIZE), m_rig.Process().GetCorrectionInfo().nCoefficientsSize);
   }
 }
@@ -321,22 +326,22 @@ TEST_F(DeviceFile, WithoutACameraTheFileIsAskedForAndOpenedFirst)
   WriteAll(Path("a.ffc"), MakeFile());
   CShadingCorrectionPro_Dev process{CFeatureAccess(nullptr)};
   CScriptedChooser &chooser = InstallChooser(process);
-  EXPECT_EQ(-1014, process.LoadFromFile());
+  EXPECT_EQ(process.LoadFromFile(), PLUGIN_STATUS_SILENT);
   chooser.Choose(Path("missing.ffc"));
-  EXPECT_EQ(-1004, process.LoadFromFile());
+  EXPECT_EQ(process.LoadFromFile(), PLUGIN_STATUS_OPEN_FILE_ERROR);
   chooser.Choose(Path("a.ffc"));
-  EXPECT_EQ(-3, process.LoadFromFile());
-  EXPECT_EQ(3U, chooser.GetQuestions().size());
-  EXPECT_EQ(-3, process.SaveToFile()); // without asking
-  EXPECT_EQ(3U, chooser.GetQuestions().size());
+  EXPECT_EQ(process.LoadFromFile(), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(chooser.GetQuestions().size(), 3U);
+  EXPECT_EQ(process.SaveToFile(), PLUGIN_STATUS_INVALID_PARAM); // without asking
+  EXPECT_EQ(chooser.GetQuestions().size(), 3U);
   EXPECT_EQ(MakeFile(), ReadAll(Path("a.ffc")));
 }
 
 TEST_F(DeviceFile, OfAnyBytesIsLoadedAndSavedBack)
 {
   for (const char cFill : {'\x00', '\xFF', '\xA5'}) {
-    EXPECT_EQ(0, LoadBytes(QByteArray(SIZE, cFill)));
-    EXPECT_EQ(0, Save("b.ffc"));
+    EXPECT_EQ(LoadBytes(QByteArray(SIZE, cFill)), 0);
+    EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(QByteArray(SIZE, cFill), ReadAll(Path("b.ffc")));
   }
 }
@@ -351,16 +356,16 @@ TEST(DeviceFileDialog, StartsInTheFolderOfCoefficientFiles)
   {
     CDeviceRig rig;
     const CModalAnswer answer;
-    EXPECT_EQ(-1014, rig.Process().LoadFromFile());
-    EXPECT_EQ(-1014, rig.Process().SaveToFile());
-    ASSERT_EQ(2U, answer.GetFileDialogs().size());
-    EXPECT_EQ("Open FFC", answer.GetFileDialogs()[0].strTitle);
-    EXPECT_EQ("Save FFC", answer.GetFileDialogs()[1].strTitle);
+    EXPECT_EQ(rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
+    EXPECT_EQ(rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
+    ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
+    EXPECT_EQ(answer.GetFileDialogs()[0].strTitle, "Open FFC");
+    EXPECT_EQ(answer.GetFileDialogs()[1].strTitle, "Save FFC");
     for (const CModalAnswer::SFileDialog &stDialog : answer.GetFileDialogs()) {
-      EXPECT_EQ("ini file (*.ffc)", stDialog.strFilter);
+      EXPECT_EQ(stDialog.strFilter, "ini file (*.ffc)");
       EXPECT_EQ(strDefault, stDialog.strDirectory);
     }
-    EXPECT_EQ("FlatFieldCorrection.ffc", answer.GetFileDialogs()[1].strProposed);
+    EXPECT_EQ(answer.GetFileDialogs()[1].strProposed, "FlatFieldCorrection.ffc");
   }
   QDir::setCurrent(strFormer);
 }

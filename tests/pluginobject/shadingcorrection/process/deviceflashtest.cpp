@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+
+using namespace ffc::test;
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -33,12 +38,12 @@ TEST(DeviceFlash, TheRecordOfTheFlashIsTakenWithItsBytePairsExchanged)
 {
   CDeviceRig rig;
   rig.Camera().Correction().SetFlash(MakeImage({1, 1, 8, 1, 152, 0x01020304}));
-  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
   ExpectInfo({1, 1, 8, 1, 152, 0x01020304}, rig.Process().GetCorrectionInfo());
-  EXPECT_EQ("On", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic());
+  EXPECT_EQ(rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(), "On");
   // A camera that hands the record out in plain order: the exchange shows.
   rig.Camera().Correction().SetRecordExchanged(false);
-  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
   ExpectInfo({0x0100, 0x0100, 0x0800, 0x0100, 152 << 8, 0x02010403}, rig.Process().GetCorrectionInfo());
 }
 
@@ -47,38 +52,38 @@ TEST(DeviceFlash, LoadingLeavesTheCoefficientsAsTheFlashHasThem)
   CDeviceRig rig;
   const Bytes listFlash = MakeImage({1, 0, 4, 0, 152, 100});
   rig.Camera().Correction().SetFlash(listFlash);
-  EXPECT_EQ(0, rig.Process().LoadFromFlash());
-  EXPECT_EQ(listFlash, rig.Camera().Correction().GetWritten());
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Camera().Correction().GetWritten(), listFlash);
 }
 
 TEST(DeviceFlash, SavingKeepsTheCoefficientsAndTheCameraStartsWithThem)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.Correct(10, 120));
+  EXPECT_EQ(rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
   rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
-  EXPECT_EQ(0, rig.Process().SaveToFlash());
+  EXPECT_EQ(rig.Process().SaveToFlash(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().Correction().GetWritten(), rig.Camera().Correction().GetFlash());
-  EXPECT_EQ("UserSet0", rig.Camera().Enumeration("UserSetDefault").PeekSymbolic());
+  EXPECT_EQ(rig.Camera().Enumeration("UserSetDefault").PeekSymbolic(), "UserSet0");
   rig.Camera().UserSets().Load("Default");
-  EXPECT_EQ("Off", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic());
+  EXPECT_EQ(rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(), "Off");
   rig.Camera().UserSets().Load("UserSet0");
-  EXPECT_EQ("On", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic());
+  EXPECT_EQ(rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(), "On");
 }
 
 TEST(DeviceFlash, WhatWasSavedIsLoadedWithTheSameRecord)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_2"));
-  EXPECT_EQ(0, rig.Process().SetExpectGray(0x91));
-  EXPECT_EQ(0, rig.Correct(10, 120));
+  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().SetExpectGray(0x91), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
   const Bytes listWritten = rig.Camera().Correction().GetWritten();
-  EXPECT_EQ(0, rig.Process().SaveToFlash());
-  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_16"));
-  EXPECT_EQ(0, rig.Process().SetExpectGray(3));
+  EXPECT_EQ(rig.Process().SaveToFlash(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_16"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().SetExpectGray(3), PLUGIN_STATUS_SUCCESS);
   rig.Camera().Correction().SetWritten({});
-  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
   ExpectInfo({1, 0, 2, 0, 152, 0x91}, rig.Process().GetCorrectionInfo());
-  EXPECT_EQ(listWritten, rig.Camera().Correction().GetWritten());
+  EXPECT_EQ(rig.Camera().Correction().GetWritten(), listWritten);
 }
 
 TEST(DeviceFlash, AFailedLoadKeepsTheRecord)
@@ -91,9 +96,9 @@ TEST(DeviceFlash, AFailedLoadKeepsTheRecord)
         throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
       }
     });
-    EXPECT_EQ(-1002, rig.Process().LoadFromFlash()) << pName;
+    EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_FEATURE_ERROR) << pName;
     ExpectInfo({0, 0, 1, 0, 152, 200}, rig.Process().GetCorrectionInfo());
-    EXPECT_EQ("Off", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic()) << pName;
+    EXPECT_EQ(rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(), "Off") << pName;
   }
 }
 
@@ -102,9 +107,9 @@ TEST(DeviceFlash, ARegisterOfAnotherLengthIsRefusedAndKeepsTheRecord)
   CDeviceRig rig;
   for (const int64_t nLength : {151, 153, 0}) {
     rig.Camera().Device().Find<CSoftwareRegister>("FFCValueAll")->Length(nLength);
-    EXPECT_EQ(-1015, rig.Process().LoadFromFlash()) << nLength;
+    EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
     ExpectInfo({0, 0, 1, 0, 152, 200}, rig.Process().GetCorrectionInfo());
-    EXPECT_EQ("Off", rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic()) << nLength;
+    EXPECT_EQ(rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(), "Off") << nLength;
   }
 }
 
@@ -113,11 +118,11 @@ TEST(DeviceFlash, ARegisterTooShortForARecordHasNone)
   for (const int64_t nSize : {0, 1, 23}) {
     CDeviceRig rig;
     rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
-    EXPECT_EQ(0, rig.Process().InitProcess()) << nSize;
+    EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS) << nSize;
     const FFCInfo stInfo = rig.Process().GetCorrectionInfo();
     (void)rig.Process().LoadFromFlash();
-    EXPECT_EQ(stInfo.nFrameCount, rig.Process().GetCorrectionInfo().nFrameCount) << nSize;
-    EXPECT_EQ(stInfo.nExpectGray, rig.Process().GetCorrectionInfo().nExpectGray) << nSize;
+    EXPECT_EQ(rig.Process().GetCorrectionInfo().nFrameCount, stInfo.nFrameCount) << nSize;
+    EXPECT_EQ(rig.Process().GetCorrectionInfo().nExpectGray, stInfo.nExpectGray) << nSize;
   }
 }
 
@@ -125,10 +130,10 @@ TEST(DeviceFlash, ARecordAloneIsTaken)
 {
   CDeviceRig rig;
   rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 24; });
-  EXPECT_EQ(0, rig.Process().InitProcess());
+  EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
   const Bytes listImage = MakeImage({1, 1, 8, 1, 24, 7});
   rig.Camera().Correction().SetFlash(Bytes(listImage.end() - 24, listImage.end()));
-  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
   ExpectInfo({1, 1, 8, 1, 24, 7}, rig.Process().GetCorrectionInfo());
 }
 
@@ -136,12 +141,12 @@ TEST(DeviceFlash, AnExecutionAfterALoadWritesTheRealSizeWhateverTheLoadedRecordS
 {
   for (const uint32_t nSize : {0U, 24U, 151U, 153U, 100000U, 0xFFFFFFFFU}) {
     CDeviceRig rig;
-    EXPECT_EQ(0, rig.AcquireBright(120));
+    EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
     rig.Camera().Correction().SetFlash(MakeImage({1, 1, 8, 1, nSize, 7}));
-    EXPECT_EQ(0, rig.Process().LoadFromFlash());
-    EXPECT_EQ(nSize, rig.Process().GetCorrectionInfo().nCoefficientsSize);
-    EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-    EXPECT_EQ(152U, rig.Camera().Correction().GetWritten().size()) << nSize;
+    EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().GetCorrectionInfo().nCoefficientsSize, nSize);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Camera().Correction().GetWritten().size(), 152U) << nSize;
     ExpectInfo({1, 1, 8, 1, 152, 7}, rig.Process().GetCorrectionInfo()); // the mode stays that of the record
   }
 }
@@ -156,8 +161,8 @@ TEST(DeviceFlash, ASaveThatTheCameraRefusesIsReported)
         throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
       }
     });
-    EXPECT_EQ(-1002, rig.Process().SaveToFlash()) << pName;
-    EXPECT_EQ("Default", rig.Camera().Enumeration("UserSetDefault").PeekSymbolic()) << pName;
+    EXPECT_EQ(rig.Process().SaveToFlash(), PLUGIN_STATUS_FEATURE_ERROR) << pName;
+    EXPECT_EQ(rig.Camera().Enumeration("UserSetDefault").PeekSymbolic(), "Default") << pName;
   }
 }
 
@@ -165,7 +170,7 @@ TEST(DeviceFlash, WhileTheStreamRunsTheUserSetIsNotSaved)
 {
   CDeviceRig rig;
   rig.SetStreaming(true);
-  EXPECT_EQ(-1002, rig.Process().SaveToFlash());
-  EXPECT_EQ("Default", rig.Camera().Enumeration("UserSetDefault").PeekSymbolic());
+  EXPECT_EQ(rig.Process().SaveToFlash(), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(rig.Camera().Enumeration("UserSetDefault").PeekSymbolic(), "Default");
   EXPECT_TRUE(rig.TakeSignals().empty());
 }

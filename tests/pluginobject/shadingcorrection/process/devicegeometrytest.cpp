@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -42,53 +45,37 @@ std::unique_ptr<CDeviceRig> MakePackedRig()
 TEST(DeviceGeometry, TheFirstFrameOfAPackedFormatHasTheWrongSizeAndTheNextOneTheRightOne)
 {
   const auto pDarkRig = MakePackedRig();
-  EXPECT_EQ(-1012, pDarkRig->Process().AcquireDarkImage());
-  EXPECT_EQ(0, pDarkRig->Process().AcquireDarkImage());
-  EXPECT_EQ(0, pDarkRig->Process().AcquireBrightImage());
+  EXPECT_EQ(pDarkRig->Process().AcquireDarkImage(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
+  EXPECT_EQ(pDarkRig->Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(pDarkRig->Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
   const auto pBrightRig = MakePackedRig();
-  EXPECT_EQ(-1012, pBrightRig->Process().AcquireBrightImage());
-  EXPECT_EQ(0, pBrightRig->Process().AcquireBrightImage());
-  EXPECT_EQ(7.0, pBrightRig->Process().GetImageMaxGray()); // read as bytes
+  EXPECT_EQ(pBrightRig->Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
+  EXPECT_EQ(pBrightRig->Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(pBrightRig->Process().GetImageMaxGray(), 7.0); // read as bytes
 }
 
 TEST(DeviceGeometry, APackedFormatIsTakenWithTheGeometryOfThePreparationBefore)
 {
   const auto pRig = MakePackedRig();
-  EXPECT_EQ(-1012, pRig->Process().AcquireDarkImage());
-  EXPECT_EQ(0, pRig->Process().AcquireDarkImage());
+  EXPECT_EQ(pRig->Process().AcquireDarkImage(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
+  EXPECT_EQ(pRig->Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
   ChangeTo(*pRig, 128, 96);
   ShowBytes(*pRig, std::size_t{2} * 128 * 96);
-  EXPECT_EQ(-1012, pRig->Process().AcquireDarkImage()); // still as large as a frame of 64 x 64
-  EXPECT_EQ(0, pRig->Process().AcquireDarkImage());
+  EXPECT_EQ(pRig->Process().AcquireDarkImage(),
+            PLUGIN_STATUS_BUFFER_SIZE_ERROR); // still as large as a frame of 64 x 64
+  EXPECT_EQ(pRig->Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST(DeviceGeometry, ADarkFrameOfAnotherDepthTakesTheBrightOneAlong)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(120));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   rig.Camera().Enumeration("PixelFormat").Select("Mono12");
   rig.Camera().SaveAsDefault();
   ShowBytes(rig, std::size_t{2} * 64 * 64);
-  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
-  EXPECT_EQ(-1012, rig.Process().ExecuteCorrection());
-}
-
-TEST(DeviceGeometry, APayloadThatCannotBeAllocatedIsOutOfMemory)
-{
-  for (const int64_t nPayloadSize : {int64_t{1} << 62, INT64_MAX, int64_t{-1}, INT64_MIN}) {
-    CDeviceRig rig;
-    const auto mapBefore = rig.TakeSettings();
-    FixPayload(rig, nPayloadSize);
-    EXPECT_EQ(-2, rig.Process().AcquireDarkImage()) << nPayloadSize;
-    EXPECT_EQ(-2, rig.Process().AcquireBrightImage()) << nPayloadSize;
-    EXPECT_EQ(-3, rig.Process().ExecuteCorrection()) << nPayloadSize;
-    EXPECT_EQ((std::vector<int32_t>{11, 11}), rig.TakeSignals()) << nPayloadSize; // the stream never started
-    EXPECT_EQ(258U, rig.Process().WaitImageRequest()) << nPayloadSize;
-    FixPayload(rig, 64 * 64);
-    EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings())) << nPayloadSize;
-    EXPECT_EQ(0, rig.AcquireBright(120)) << nPayloadSize;
-  }
+  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
 }
 
 TEST(DeviceGeometry, WithoutMemoryAnAcquisitionFailsAndTheCameraIsAsBefore)
@@ -97,19 +84,19 @@ TEST(DeviceGeometry, WithoutMemoryAnAcquisitionFailsAndTheCameraIsAsBefore)
   rig.ChangeSettings();
   const auto mapBefore = rig.TakeSettings();
   for (const bool bBright : {false, true}) {
-    const auto fnAcquire = [&] { return bBright ? rig.AcquireBright(120) : rig.AcquireDark(10); };
+    const auto acquire = [&] { return bBright ? rig.AcquireBright(120) : rig.AcquireDark(10); };
     int32_t nStatus = -2;
     int32_t nSuccesses = 0;
     for (; nStatus != 0 && nSuccesses < 50; ++nSuccesses) {
       {
         const CFailingNew failing(nSuccesses);
-        nStatus = fnAcquire();
+        nStatus = acquire();
       }
       EXPECT_TRUE(nStatus == -2 || nStatus == 0) << nStatus;
-      EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings())) << nSuccesses;
-      EXPECT_EQ(258U, rig.Process().WaitImageRequest()) << nSuccesses;
+      EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "") << nSuccesses;
+      EXPECT_EQ(rig.Process().WaitImageRequest(), 258U) << nSuccesses;
     }
-    EXPECT_EQ(0, nStatus);
+    EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
     EXPECT_GE(nSuccesses, 4) << "frame, buffer, block means and then all of them";
   }
 }
@@ -118,47 +105,47 @@ TEST(DeviceGeometry, AFailedAcquisitionGivesAllItsBuffersBack)
 {
   for (const bool bBright : {false, true}) {
     CDeviceRig rig;
-    const auto fnFail = [&] {
+    const auto fail = [&] {
       rig.ShowNothing();
       const int32_t nStatus = bBright ? rig.Process().AcquireBrightImage() : rig.Process().AcquireDarkImage();
       rig.TakeSignals();
       return nStatus;
     };
-    EXPECT_EQ(-1009, fnFail()); // by now all features have been looked up
+    EXPECT_EQ(fail(), PLUGIN_STATUS_BUFFER_TIMEOUT); // by now all features have been looked up
     {
       const CFailingNew failing(1); // ends at the second buffer
-      EXPECT_EQ(-2, fnFail());
+      EXPECT_EQ(fail(), -2);
     }
     const int64_t nWithout = CountLiveAllocations();
-    EXPECT_EQ(-1009, fnFail());
-    EXPECT_EQ(nWithout, CountLiveAllocations()) << (bBright ? "bright" : "dark");
+    EXPECT_EQ(fail(), PLUGIN_STATUS_BUFFER_TIMEOUT);
+    EXPECT_EQ(CountLiveAllocations(), nWithout) << (bBright ? "bright" : "dark");
   }
 }
 
 TEST(DeviceGeometry, WithoutMemoryNothingIsComputedLoadedOrSaved)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.Correct(10, 120));
+  EXPECT_EQ(rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
   const std::vector<uint8_t> listWritten = rig.Camera().Correction().GetWritten();
   const FFCInfo stInfo = rig.Process().GetCorrectionInfo();
   for (int32_t nSuccesses = 0; nSuccesses < 3; ++nSuccesses) { // the body, the bright means and the dark ones
     const CFailingNew failing(nSuccesses);
-    EXPECT_EQ(-2, rig.Process().ExecuteCorrection()) << nSuccesses;
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_OUT_OF_MEMORY) << nSuccesses;
   }
   {
     const CFailingNew failing;
-    EXPECT_EQ(-2, rig.Process().LoadFromFlash());
-    EXPECT_EQ(-2, rig.Process().SaveToFile());
+    EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_OUT_OF_MEMORY);
+    EXPECT_EQ(rig.Process().SaveToFile(), PLUGIN_STATUS_OUT_OF_MEMORY);
   }
-  EXPECT_EQ(listWritten, rig.Camera().Correction().GetWritten());
-  EXPECT_EQ(stInfo.nFrameCount, rig.Process().GetCorrectionInfo().nFrameCount);
+  EXPECT_EQ(rig.Camera().Correction().GetWritten(), listWritten);
+  EXPECT_EQ(rig.Process().GetCorrectionInfo().nFrameCount, stInfo.nFrameCount);
   {
     const CFailingNew failing;
-    EXPECT_EQ(-2, rig.Process().InitProcess());
+    EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_OUT_OF_MEMORY);
   }
-  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(0, rig.Process().InitProcess());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST(DeviceGeometry, AFrameWithoutPixelsIsRefused)
@@ -169,34 +156,22 @@ TEST(DeviceGeometry, AFrameWithoutPixelsIsRefused)
       FixPayload(rig, 64 * 64);
       ShowBytes(rig, 64 * 64);
       ChangeTo(rig, bWidth ? nSide : 64, bWidth ? 64 : nSide);
-      EXPECT_EQ(-3, rig.Process().AcquireDarkImage()) << nSide;
-      EXPECT_EQ(-3, rig.Process().AcquireBrightImage()) << nSide;
-      EXPECT_NE(0, rig.Process().ExecuteCorrection()) << nSide;
+      EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_INVALID_PARAM) << nSide;
+      EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_INVALID_PARAM) << nSide;
+      EXPECT_NE(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS) << nSide;
     }
   }
 }
 
-TEST(DeviceGeometry, APayloadSmallerThanThePixelsIsRefused)
-{
-  for (const int64_t nPayloadSize : {0, 1, 64 * 64 - 1}) {
-    CDeviceRig rig;
-    FixPayload(rig, nPayloadSize);
-    ShowBytes(rig, 64 * 64);
-    EXPECT_EQ(-1012, rig.Process().AcquireDarkImage()) << nPayloadSize;
-    EXPECT_EQ(-1012, rig.Process().AcquireBrightImage()) << nPayloadSize;
-    EXPECT_EQ(-3, rig.Process().ExecuteCorrection()) << nPayloadSize;
-  }
-}
-
-TEST(DeviceGeometry, ALargerPayloadIsNoHindrance)
+TEST(DeviceGeometry, WithALargerPayloadTheDarkFrameIsUsed)
 {
   CDeviceRig rig;
   FixPayload(rig, 64 * 64 + 100);
   ShowBytes(rig, 64 * 64 + 100, 10);
-  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
   ShowBytes(rig, 64 * 64 + 100, 120);
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(rig.IsDarkInForce());
 }
 
@@ -204,10 +179,10 @@ TEST(DeviceGeometry, ADeepFormatIsReadAsBytes)
 {
   CDeviceRig rig("Mono12");
   rig.Show([](int) { return std::vector<uint8_t>(std::size_t{2} * 64 * 64, 9); });
-  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
-  EXPECT_EQ(9.0, rig.Process().GetImageMaxGray());
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().GetImageMaxGray(), 9.0);
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST(DeviceGeometry, ADarkFrameOfAnotherGeometryIsNotUsed)
@@ -215,10 +190,10 @@ TEST(DeviceGeometry, ADarkFrameOfAnotherGeometryIsNotUsed)
   for (const auto &[nWidth, nHeight] : {std::pair<int64_t, int64_t>{128, 96}, {32, 32}, {128, 32}}) {
     CDeviceRig rig;
     ChangeTo(rig, nWidth, nHeight);
-    EXPECT_EQ(0, rig.AcquireDark(10));
+    EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
     ChangeTo(rig, 64, 64);
-    EXPECT_EQ(0, rig.AcquireBright(120));
-    EXPECT_EQ(0, rig.Process().ExecuteCorrection()) << nWidth << " x " << nHeight;
+    EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS) << nWidth << " x " << nHeight;
     EXPECT_FALSE(rig.IsDarkInForce()) << nWidth << " x " << nHeight;
   }
 }
@@ -227,35 +202,36 @@ TEST(DeviceGeometry, ABrightFrameOfAnotherGeometryThanTheLastAnalysedFrameIsRefu
 {
   for (const auto &[nWidth, nHeight] : {std::pair<int64_t, int64_t>{128, 96}, {32, 32}, {128, 32}}) {
     CDeviceRig rig;
-    EXPECT_EQ(0, rig.AcquireBright(120));
+    EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
     ChangeTo(rig, nWidth, nHeight);
-    EXPECT_EQ(0, rig.AcquireDark(10));
-    EXPECT_EQ(-1012, rig.Process().ExecuteCorrection()) << nWidth << " x " << nHeight;
+    EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_BUFFER_SIZE_ERROR) << nWidth << " x " << nHeight;
     EXPECT_TRUE(rig.Camera().Correction().GetWritten().empty()) << nWidth << " x " << nHeight;
     ChangeTo(rig, 64, 64);
-    EXPECT_EQ(0, rig.AcquireBright(120));
-    EXPECT_EQ(0, rig.Process().ExecuteCorrection()) << nWidth << " x " << nHeight;
+    EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS) << nWidth << " x " << nHeight;
   }
 }
 
 TEST(DeviceGeometry, AnAnalysisThatFailedStandsForTheLastAnalysedFrameToo)
 {
   CDeviceRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(120));
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
   ChangeTo(rig, 66, 65); // an odd side: no blocks
-  EXPECT_EQ(-3, rig.AcquireDark(10));
-  EXPECT_EQ(-1012, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
 }
 
 TEST(DeviceGeometry, FramesOfAnotherGeometryThanAtTheInitialisationNeedNoMoreThanTheRegisterHas)
 {
   CDeviceRig rig;
   ChangeTo(rig, 128, 96);
-  EXPECT_EQ(0, rig.AcquireBright(120));
-  EXPECT_EQ(-3, rig.Process().ExecuteCorrection()); // the table would be larger
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM); // the table would be larger
   ChangeTo(rig, 32, 32);
-  EXPECT_EQ(0, rig.AcquireBright(120));
-  EXPECT_EQ(-1015, rig.Process().ExecuteCorrection()); // the camera's register has another length by now
-  EXPECT_EQ(0, rig.Process().InitProcess());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(),
+            PLUGIN_STATUS_ROI_MISMATCH); // the camera's register has another length by now
+  EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }

@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/support/refusals.h"
+
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -17,12 +21,12 @@ protected:
     m_rig.Camera().Float("BlackLevel").Poke(0.4); // the factory's, for the dark frame to count
     m_rig.SetStreaming(GetParam());
     m_mapUser = m_rig.TakeSettings();
-    EXPECT_EQ(0, m_rig.AcquireDark(10));
+    EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
     RefuseLoadAtTheEnd();
-    EXPECT_EQ(0, m_rig.AcquireBright(120)); // restoring never fails
+    EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS); // restoring never fails
     m_rig.SetMessageHook(nullptr);
     m_mapPending = m_rig.TakeSettings();
-    EXPECT_NE("", DescribeChanges(m_mapUser, m_mapPending));
+    EXPECT_NE(DescribeChanges(m_mapUser, m_mapPending), "");
     m_rig.TakeSignals();
   }
 
@@ -64,42 +68,42 @@ TEST_P(DevicePendingRestore, IsTriedByWhateverWouldSaveIntoTheUserSetWhichElseCh
                                                   [this] { return m_rig.AcquireBright(120); }};
   for (const auto &fnRun : aOperations) {
     m_refusals.TakeCount();
-    EXPECT_EQ(-1013, fnRun());
-    EXPECT_EQ(2, m_refusals.TakeCount());
-    EXPECT_EQ("", DescribeChanges(m_mapPending, m_rig.TakeSettings()));
-    EXPECT_EQ(7.5, GetKeptGain());
+    EXPECT_EQ(fnRun(), PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED);
+    EXPECT_EQ(m_refusals.TakeCount(), 2);
+    EXPECT_EQ(DescribeChanges(m_mapPending, m_rig.TakeSettings()), "");
+    EXPECT_EQ(GetKeptGain(), 7.5);
     EXPECT_EQ(GetParam(), m_rig.IsStreaming());
   }
-  EXPECT_EQ(-1013, m_rig.Process().PrepareDeviceParam());
-  EXPECT_EQ(listFlash, m_rig.Camera().Correction().GetFlash());
+  EXPECT_EQ(m_rig.Process().PrepareDeviceParam(), PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED);
+  EXPECT_EQ(m_rig.Camera().Correction().GetFlash(), listFlash);
   m_rig.SetStreaming(GetParam());
   m_refusals.Permit();
-  EXPECT_EQ(0, m_rig.AcquireDark(10));
-  EXPECT_EQ("", DescribeChanges(m_mapUser, m_rig.TakeSettings()));
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(m_mapUser, m_rig.TakeSettings()), "");
 }
 
 TEST_P(DevicePendingRestore, ThatIsRefusedLeavesNoFrameOfTheAcquisitionThatCouldNotBegin)
 {
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(m_rig.IsDarkInForce());
-  EXPECT_EQ(-1013, m_rig.AcquireDark(10));
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED);
   EXPECT_FALSE(m_rig.Process().IsBlackLevelDefault());
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_FALSE(m_rig.IsDarkInForce());
-  EXPECT_EQ(-1013, m_rig.AcquireBright(120));
-  EXPECT_EQ(-3, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED);
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
 }
 
 TEST_P(DevicePendingRestore, OfACameraThatDoesNotAnswerIsNotTried)
 {
   m_rig.SetHook([](const SNodeAccess &) { throw GenICam::TimeoutException("no answer", __FILE__, __LINE__); });
-  EXPECT_EQ(-1013, m_rig.AcquireDark(10));
-  EXPECT_EQ(-1013, m_rig.Process().SaveToFlash());
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED);
+  EXPECT_EQ(m_rig.Process().SaveToFlash(), PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED);
   m_rig.SetHook(nullptr);
   EXPECT_TRUE(m_rig.TakeSignals().empty());
-  EXPECT_EQ("", DescribeChanges(m_mapPending, m_rig.TakeSettings()));
-  EXPECT_EQ(0, m_rig.AcquireDark(10));
-  EXPECT_EQ("", DescribeChanges(m_mapUser, m_rig.TakeSettings()));
+  EXPECT_EQ(DescribeChanges(m_mapPending, m_rig.TakeSettings()), "");
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(m_mapUser, m_rig.TakeSettings()), "");
 }
 
 TEST_P(DevicePendingRestore, IsDroppedWhenTheUserHasTakenOver)
@@ -108,28 +112,28 @@ TEST_P(DevicePendingRestore, IsDroppedWhenTheUserHasTakenOver)
   m_rig.Camera().Integer("FFCExpectGray").Poke(99);
   const Settings mapNow = m_rig.TakeSettings();
   m_refusals.Permit();
-  EXPECT_EQ(0, m_rig.AcquireDark(10));
-  EXPECT_EQ("", DescribeChanges(mapNow, m_rig.TakeSettings()));
-  EXPECT_EQ(2.0, GetKeptGain());
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(mapNow, m_rig.TakeSettings()), "");
+  EXPECT_EQ(GetKeptGain(), 2.0);
 }
 
 TEST_P(DevicePendingRestore, IsKeptWhenOnlyWhatNoAcquisitionWritesIsAnother)
 {
   m_rig.Camera().Enumeration("TriggerMode").Select("On");
   m_refusals.Permit();
-  EXPECT_EQ(0, m_rig.AcquireDark(10));
-  EXPECT_EQ("", DescribeChanges(m_mapUser, m_rig.TakeSettings()));
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(m_mapUser, m_rig.TakeSettings()), "");
 }
 
 TEST_P(DevicePendingRestore, LeavesTheUserSetSelectedThatTheUserHasSelectedSince)
 {
   m_rig.Camera().Enumeration("UserSetSelector").Entry("UserSet1", 2).Select("UserSet1");
-  EXPECT_EQ(-1013, m_rig.AcquireDark(10));
-  EXPECT_EQ("UserSet1", m_rig.Camera().Enumeration("UserSetSelector").PeekSymbolic());
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED);
+  EXPECT_EQ(m_rig.Camera().Enumeration("UserSetSelector").PeekSymbolic(), "UserSet1");
   m_refusals.Permit();
-  EXPECT_EQ(0, m_rig.AcquireDark(10));
-  EXPECT_EQ("UserSet1", m_rig.Camera().Enumeration("UserSetSelector").PeekSymbolic());
-  EXPECT_EQ(7.5, m_rig.Camera().Float("Gain").Peek());
+  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Camera().Enumeration("UserSetSelector").PeekSymbolic(), "UserSet1");
+  EXPECT_EQ(m_rig.Camera().Float("Gain").Peek(), 7.5);
 }
 
 INSTANTIATE_TEST_SUITE_P(Streams, DevicePendingRestore, testing::Bool(),
@@ -142,13 +146,13 @@ TEST(DevicePendingRestoreParts, RestoringAFreshProcessBlocksNothing)
   CRefusals refusals;
   refusals.Refuse("UserSetLoad");
   rig.SetHook(std::ref(refusals));
-  EXPECT_EQ(0, rig.Process().RestoreDeviceParam());
+  EXPECT_EQ(rig.Process().RestoreDeviceParam(), PLUGIN_STATUS_SUCCESS);
   refusals.Permit();
   const Settings mapBefore = rig.TakeSettings();
-  EXPECT_EQ(0, rig.AcquireDark(10));
-  EXPECT_EQ(0, rig.AcquireBright(120));
-  EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings()));
-  EXPECT_EQ(7.5, rig.Camera().Float("Gain").Peek());
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "");
+  EXPECT_EQ(rig.Camera().Float("Gain").Peek(), 7.5);
 }
 
 TEST(DevicePendingRestoreParts, AUserSetThatCouldNotBeSavedIsNoneToRestore)
@@ -159,12 +163,12 @@ TEST(DevicePendingRestoreParts, AUserSetThatCouldNotBeSavedIsNoneToRestore)
   refusals.Refuse("UserSetSave");
   refusals.Refuse("UserSetLoad");
   rig.SetHook(std::ref(refusals));
-  EXPECT_EQ(-1002, rig.AcquireDark(10));
-  EXPECT_EQ(-1002, rig.AcquireDark(10));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_FEATURE_ERROR);
   refusals.Permit();
   rig.Camera().Float("Gain").Poke(2.0);
-  EXPECT_EQ(0, rig.AcquireDark(10));
-  EXPECT_EQ(2.0, rig.Camera().Float("Gain").Peek());
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Camera().Float("Gain").Peek(), 2.0);
 }
 
 TEST(DevicePendingRestoreParts, ACameraThatChangedANumberItselfIsNotTakenForAUser)
@@ -181,9 +185,9 @@ TEST(DevicePendingRestoreParts, ACameraThatChangedANumberItselfIsNotTakenForAUse
       refusals.Refuse("UserSetLoad");
     }
   });
-  EXPECT_EQ(0, rig.AcquireBright(120));
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
   rig.SetMessageHook(nullptr);
   refusals.Permit();
-  EXPECT_EQ(0, rig.AcquireDark(10));
-  EXPECT_EQ("", DescribeChanges(mapUser, rig.TakeSettings()));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(mapUser, rig.TakeSettings()), "");
 }

@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+
+using namespace ffc::test;
+using ffc::genapi::CSoftwareCommand;
+using ffc::genapi::CSoftwareFloat;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -11,8 +17,8 @@ class DeviceRestore : public testing::TestWithParam<std::tuple<const char *, boo
 protected:
   DeviceRestore() : m_rig(std::get<0>(GetParam()))
   {
-    EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
-    EXPECT_EQ(0, Acquire(100));
+    EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(Acquire(100), PLUGIN_STATUS_SUCCESS);
     m_rig.ChangeSettings();
     m_rig.SetStreaming(IsStreaming());
     m_rig.TakeSignals();
@@ -31,9 +37,9 @@ protected:
 
   void ExpectRestored()
   {
-    EXPECT_EQ("", DescribeChanges(m_mapBefore, m_rig.TakeSettings()));
+    EXPECT_EQ(DescribeChanges(m_mapBefore, m_rig.TakeSettings()), "");
     EXPECT_EQ(IsStreaming(), m_rig.IsStreaming());
-    EXPECT_EQ(258U, m_rig.Process().WaitImageRequest());
+    EXPECT_EQ(m_rig.Process().WaitImageRequest(), 258U);
   }
 
   CDeviceRig m_rig;
@@ -44,9 +50,9 @@ protected:
 
 TEST_P(DeviceRestore, AfterSuccess)
 {
-  EXPECT_EQ(0, Acquire(100));
+  EXPECT_EQ(Acquire(100), PLUGIN_STATUS_SUCCESS);
   ExpectRestored();
-  EXPECT_EQ(0, Acquire(100));
+  EXPECT_EQ(Acquire(100), PLUGIN_STATUS_SUCCESS);
   ExpectRestored();
 }
 
@@ -55,7 +61,7 @@ TEST_P(DeviceRestore, AfterATimeout)
   m_rig.Camera().Float("ExposureTime").Poke(-970000.0);
   m_mapBefore = m_rig.TakeSettings();
   m_rig.Show(nullptr);
-  EXPECT_EQ(-1009, Acquire());
+  EXPECT_EQ(Acquire(), PLUGIN_STATUS_BUFFER_TIMEOUT);
   ExpectRestored();
 }
 
@@ -65,10 +71,10 @@ TEST_P(DeviceRestore, AfterAStop)
     m_rig.Process().SetStopFlag(true);
     return m_rig.Camera().MakeFrame(100);
   });
-  EXPECT_EQ(-1017, Acquire());
+  EXPECT_EQ(Acquire(), PLUGIN_STATUS_NEED_BAYER_FORMAT);
   ExpectRestored();
   m_rig.Process().SetStopFlag(false);
-  EXPECT_EQ(0, Acquire(100));
+  EXPECT_EQ(Acquire(100), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST_P(DeviceRestore, AfterALossOfThePayload)
@@ -79,7 +85,7 @@ TEST_P(DeviceRestore, AfterALossOfThePayload)
     bChanged = true;
     return std::vector<uint8_t>(64 * 64, 100);
   });
-  EXPECT_EQ(-1012, Acquire());
+  EXPECT_EQ(Acquire(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
   bChanged = false;
   ExpectRestored();
 }
@@ -88,7 +94,7 @@ TEST_P(DeviceRestore, AfterAPayloadThatCannotBeAllocated)
 {
   std::atomic<bool> bHuge{true};
   m_rig.Camera().Integer("PayloadSize").OnRead([&bHuge] { return bHuge ? int64_t{1} << 62 : int64_t{64 * 64}; });
-  EXPECT_EQ(-2, Acquire(100));
+  EXPECT_EQ(Acquire(100), PLUGIN_STATUS_OUT_OF_MEMORY);
   bHuge = false;
   ExpectRestored();
 }
@@ -97,14 +103,14 @@ TEST_P(DeviceRestore, AfterAFrameThatCannotBeAnalysed)
 {
   // Only the factory set's frame has an odd side.
   m_rig.Camera().ChangeDefault([this] { m_rig.Camera().Integer("Width").Poke(65); });
-  EXPECT_EQ(-3, Acquire(100));
+  EXPECT_EQ(Acquire(100), PLUGIN_STATUS_INVALID_PARAM);
   ExpectRestored();
 }
 
 TEST_P(DeviceRestore, WhenTheUsersStateCannotBeKept)
 {
   m_rig.Camera().Device().Find<CSoftwareCommand>("UserSetSave")->Access(GenApi::NA);
-  EXPECT_EQ(-1002, Acquire(100));
+  EXPECT_EQ(Acquire(100), PLUGIN_STATUS_FEATURE_ERROR);
   ExpectRestored();
 }
 
@@ -112,7 +118,7 @@ TEST_P(DeviceRestore, WhenAFeatureThatEveryCameraNeedsIsNotImplemented)
 {
   m_rig.Camera().Integer("DigitalShift").Access(GenApi::NI);
   m_mapBefore = m_rig.TakeSettings();
-  EXPECT_EQ(-1002, Acquire(100));
+  EXPECT_EQ(Acquire(100), PLUGIN_STATUS_FEATURE_ERROR);
   ExpectRestored();
 }
 
@@ -122,7 +128,7 @@ TEST_P(DeviceRestore, WhenTheFactorySetRefusesAUsersValue)
     CSoftwareFloat &node = *m_rig.Camera().Device().Find<CSoftwareFloat>(pName);
     node.Access(GenApi::RO);
     m_mapBefore = m_rig.TakeSettings();
-    EXPECT_EQ(-1002, Acquire(100)) << pName;
+    EXPECT_EQ(Acquire(100), PLUGIN_STATUS_FEATURE_ERROR) << pName;
     ExpectRestored();
     node.Access(GenApi::RW);
   }
@@ -149,11 +155,11 @@ TEST(DeviceRestoreParts, AnOlderUserSetIsNotLoadedOverAStateThatWasNotSaved)
         throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
       }
     });
-    EXPECT_EQ(-1002, rig.AcquireDark(10)) << pFailing;
-    EXPECT_EQ(-1002, rig.AcquireBright(120)) << pFailing;
+    EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_FEATURE_ERROR) << pFailing;
+    EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_FEATURE_ERROR) << pFailing;
     rig.SetHook(nullptr);
     EXPECT_FALSE(bLoaded) << pFailing;
-    EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings())) << pFailing;
+    EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "") << pFailing;
   }
 }
 
@@ -161,11 +167,11 @@ TEST(DeviceRestoreParts, RestoringAloneLoadsTheKeptState)
 {
   CDeviceRig rig;
   rig.ChangeSettings(); // a gain of 3 is kept
-  EXPECT_EQ(0, rig.Process().SaveUserParam());
-  EXPECT_EQ(0, rig.Process().RestoreDeviceParam());
-  EXPECT_EQ(3.0, rig.Camera().Float("Gain").Peek());
-  EXPECT_EQ("Default", rig.Camera().Enumeration("UserSetSelector").PeekSymbolic());
-  EXPECT_EQ((std::vector<int32_t>{11}), rig.TakeSignals());
+  EXPECT_EQ(rig.Process().SaveUserParam(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().RestoreDeviceParam(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Camera().Float("Gain").Peek(), 3.0);
+  EXPECT_EQ(rig.Camera().Enumeration("UserSetSelector").PeekSymbolic(), "Default");
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11}));
 }
 
 TEST(DeviceRestoreParts, RestoringAloneLoadsTheKeptStateAlsoAfterAFailedAcquisition)
@@ -173,10 +179,10 @@ TEST(DeviceRestoreParts, RestoringAloneLoadsTheKeptStateAlsoAfterAFailedAcquisit
   CDeviceRig rig;
   rig.ChangeSettings();
   rig.Camera().Device().Find<CSoftwareCommand>("UserSetSave")->Access(GenApi::NA);
-  EXPECT_EQ(-1002, rig.AcquireDark(10));
-  EXPECT_EQ(7.5, rig.Camera().Float("Gain").Peek());
-  EXPECT_EQ(0, rig.Process().RestoreDeviceParam());
-  EXPECT_EQ(3.0, rig.Camera().Float("Gain").Peek());
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(rig.Camera().Float("Gain").Peek(), 7.5);
+  EXPECT_EQ(rig.Process().RestoreDeviceParam(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Camera().Float("Gain").Peek(), 3.0);
 }
 
 TEST(DeviceRestoreParts, PreparingLeavesTheUsersExposureOnTheFactoryState)
@@ -184,14 +190,14 @@ TEST(DeviceRestoreParts, PreparingLeavesTheUsersExposureOnTheFactoryState)
   CDeviceRig rig;
   rig.ChangeSettings();
   const Settings mapBefore = rig.TakeSettings();
-  EXPECT_EQ(0, rig.Process().SaveUserParam());
-  EXPECT_EQ(0, rig.Process().PrepareDeviceParam());
-  EXPECT_EQ(7.5, rig.Camera().Float("Gain").Peek());
-  EXPECT_EQ(20000.0, rig.Camera().Float("ExposureTime").Peek());
-  EXPECT_EQ("On", rig.Camera().Enumeration("DeadPixelCorrect").PeekSymbolic());
-  EXPECT_EQ("Off", rig.Camera().Enumeration("TriggerMode").PeekSymbolic()); // the factory's
-  EXPECT_EQ(0, rig.Process().RestoreDeviceParam());
-  EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings()));
+  EXPECT_EQ(rig.Process().SaveUserParam(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().PrepareDeviceParam(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Camera().Float("Gain").Peek(), 7.5);
+  EXPECT_EQ(rig.Camera().Float("ExposureTime").Peek(), 20000.0);
+  EXPECT_EQ(rig.Camera().Enumeration("DeadPixelCorrect").PeekSymbolic(), "On");
+  EXPECT_EQ(rig.Camera().Enumeration("TriggerMode").PeekSymbolic(), "Off"); // the factory's
+  EXPECT_EQ(rig.Process().RestoreDeviceParam(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "");
 }
 
 TEST(DeviceRestoreParts, AFeatureThatIsMissingIsInvalid)
@@ -199,9 +205,9 @@ TEST(DeviceRestoreParts, AFeatureThatIsMissingIsInvalid)
   CDeviceRig rig("Mono8", 64, 64, {"DigitalShift"});
   rig.ChangeSettings();
   const Settings mapBefore = rig.TakeSettings();
-  EXPECT_EQ(-3, rig.AcquireDark(10));
-  EXPECT_EQ(-3, rig.AcquireBright(120));
-  EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings()));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "");
 }
 
 TEST(DeviceRestoreParts, TheStreamComesBackAlsoWhenItsStateWasNotReadInTime)
@@ -209,18 +215,18 @@ TEST(DeviceRestoreParts, TheStreamComesBackAlsoWhenItsStateWasNotReadInTime)
   CDeviceRig rig;
   rig.SetStreaming(true);
   rig.Camera().Float("ExposureTime").Access(GenApi::NA); // fails before the stream's state is read
-  EXPECT_EQ(-1002, rig.AcquireDark(10));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_TRUE(rig.IsStreaming());
-  EXPECT_EQ((std::vector<int32_t>{11, 10}), rig.TakeSignals());
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11, 10}));
 }
 
 TEST(DeviceRestoreParts, AnIdleStreamIsNotStartedByWhatAnEarlierAcquisitionSaw)
 {
   CDeviceRig rig;
   rig.SetStreaming(true);
-  EXPECT_EQ(0, rig.AcquireDark(10));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
   rig.SetStreaming(false);
   rig.Camera().Float("ExposureTime").Access(GenApi::NA);
-  EXPECT_EQ(-1002, rig.AcquireDark(10));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_FALSE(rig.IsStreaming());
 }

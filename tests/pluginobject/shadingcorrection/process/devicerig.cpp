@@ -2,6 +2,10 @@
 
 #include <memory>
 
+namespace ffc::test {
+
+using genapi::CSoftwareEnumeration;
+
 namespace {
 
 constexpr std::size_t RECORD_SIZE = 24;
@@ -83,3 +87,5 @@ bool CDeviceRig::IsDarkInForce()
   }
   return false;
 }
+
+} // namespace ffc::test

@@ -11,6 +11,8 @@
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
 #include "tests/support/correctingcamera.h"
 
+namespace ffc::test {
+
 /// A camera that takes negative exposures, which shorten the waits for its frames.
 class CDeviceRig : public CProcessRig {
 public:
@@ -36,3 +38,5 @@ private:
   CCorrectingCamera &m_camera;
   CShadingCorrectionPro_Dev &m_process;
 };
+
+} // namespace ffc::test

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/framehammer.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -41,29 +44,20 @@ TEST(DeviceThreads, EverythingAtOnceIsSafe)
   for (const char *pFormat : {"Mono8", "BayerRG8"}) {
     CDeviceRig rig(pFormat);
     rig.Show(nullptr); // the hammer delivers
-    const std::set<int32_t> setExpected = {0, -3, -1009, -1012, -1015};
+    const std::set<int32_t> setExpected = {0, -3, PLUGIN_STATUS_BUFFER_TIMEOUT, PLUGIN_STATUS_BUFFER_SIZE_ERROR,
+                                           PLUGIN_STATUS_ROI_MISMATCH};
     const CFrameHammer hammer(rig.Process(), LONGEST_FRAME);
     CTestRandom random(17);
     for (int i = 0; i < OPERATIONS; ++i) {
       const int32_t nStatus = OperateOnce(rig, random);
-      EXPECT_EQ(1U, setExpected.count(nStatus)) << nStatus;
+      EXPECT_EQ(setExpected.count(nStatus), 1U) << nStatus;
     }
     // In the end everything works.
     rig.Camera().Integer("Width").Poke(64);
     rig.Camera().SaveAsDefault();
-    EXPECT_EQ(0, rig.Process().InitProcess());
-    EXPECT_EQ(0, rig.Process().AcquireDarkImage());
-    EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-    EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  }
-}
-
-TEST(DeviceThreads, AProcessMayBeDestroyedRightAfterItsFrameThreadEnded)
-{
-  for (int i = 0; i < 20; ++i) {
-    CDeviceRig rig;
-    rig.Show(nullptr);
-    const CFrameHammer hammer(rig.Process(), LONGEST_FRAME);
-    EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+    EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   }
 }

@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+namespace ffc::test {
+
+using genapi::SNodeAccess;
+
 SMeaning PickMeaning(const std::vector<SMeaning> &listMeanings, const SFeatureAccess &stAccess)
 {
   return listMeanings.at(std::min(stAccess.nLookUp, listMeanings.size() - 1));
@@ -19,7 +23,7 @@ std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<i
     mapLookUps[strNode] += stAccess.eKind == SNodeAccess::EKind::LookUp ? 1U : 0U;
     listAccesses.push_back({strNode, mapLookUps[strNode] - 1});
   });
-  EXPECT_EQ(0, fnOperation());
+  EXPECT_EQ(fnOperation(), 0);
   rig.SetHook(nullptr);
   return listAccesses;
 }
@@ -34,3 +38,5 @@ int32_t RunWithFailure(CProcessRig &rig, std::size_t nAccess, EAccessFailure eFa
   EXPECT_GT(fail.GetCount(), nAccess);
   return nStatus;
 }
+
+} // namespace ffc::test

@@ -8,8 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
 #include "tests/support/failnthaccess.h"
+
+namespace ffc::test {
 
 /// An access that belongs to the n-th look-up of a feature, counted from 0.
 struct SFeatureAccess {
@@ -26,8 +29,8 @@ struct SMeaning {
 };
 
 constexpr SMeaning IGNORED = {0, false};
-constexpr SMeaning FAILS = {-1002, false};
-constexpr SMeaning BALANCE_FAILS = {-1018, false};
+constexpr SMeaning FAILS = {PLUGIN_STATUS_FEATURE_ERROR, false};
+constexpr SMeaning BALANCE_FAILS = {PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED, false};
 constexpr SMeaning RESTORES = {0, true};
 
 /// By look-up; the last one stands for all that follow.
@@ -39,3 +42,5 @@ std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<i
 /// Runs an operation whose nAccess-th access, counted from 0, fails.
 int32_t RunWithFailure(CProcessRig &rig, std::size_t nAccess, EAccessFailure eFailure,
                        const std::function<int32_t()> &fnOperation);
+
+} // namespace ffc::test

@@ -10,6 +10,8 @@
 #include "pluginobject/shadingcorrection/process/ishadingcorrectionprocess.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
+namespace ffc::test {
+
 /// Calls everything that a frame thread may call, without regard to the stream: frames are late, unasked,
 /// long and short; those to correct, of 64 x 48 pixels of 8 bits, are of another format now and then.
 class CFrameHammer {
@@ -67,3 +69,5 @@ private:
   std::atomic<int> m_nCorrected{0};
   std::thread m_thread;
 };
+
+} // namespace ffc::test

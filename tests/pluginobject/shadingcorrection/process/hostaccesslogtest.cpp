@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
+
+using namespace ffc::test;
+using ffc::genapi::CSoftwareEnumeration;
 
 namespace {
 
@@ -43,7 +47,7 @@ TEST(HostAccessLog, OfADarkAcquisition)
 {
   CHostRig rig;
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, RESTORE}), RecordDark(rig));
-  EXPECT_EQ((std::vector<int32_t>{10, 11}), rig.TakeSignals());
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{10, 11}));
   EXPECT_TRUE(rig.AreSignalsPlain());
 }
 
@@ -52,7 +56,7 @@ TEST(HostAccessLog, OfADarkAcquisitionWhileTheStreamRuns)
   CHostRig rig;
   rig.SetStreaming(true);
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, RESTORE}), RecordDark(rig));
-  EXPECT_EQ((std::vector<int32_t>{11, 10, 11, 10}), rig.TakeSignals());
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11, 10, 11, 10}));
   EXPECT_TRUE(rig.AreSignalsPlain());
   EXPECT_TRUE(rig.IsStreaming());
 }
@@ -61,7 +65,7 @@ TEST(HostAccessLog, OfABrightAcquisition)
 {
   CHostRig rig;
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, PREPARE_STREAM_MODE, SIZE_CHECK, RESTORE}), RecordBright(rig));
-  EXPECT_EQ((std::vector<int32_t>{10, 11}), rig.TakeSignals());
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{10, 11}));
 }
 
 TEST(HostAccessLog, OfABrightAcquisitionChecksTheSizeForEveryFrame)
@@ -78,7 +82,7 @@ TEST(HostAccessLog, OfABrightAcquisitionWhileTheStreamRuns)
     CHostRig rig(pFormat);
     rig.SetStreaming(true);
     RecordBright(rig);
-    EXPECT_EQ((std::vector<int32_t>{11, 10, 11, 10}), rig.TakeSignals()) << pFormat;
+    EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11, 10, 11, 10})) << pFormat;
     EXPECT_TRUE(rig.IsStreaming()) << pFormat;
   }
 }
@@ -88,24 +92,23 @@ TEST(HostAccessLog, TheTriggerIsSwitchedOffWhenItIsOnAndPutBack)
   CHostRig rig;
   rig.Camera().Enumeration("TriggerMode").Select("On");
   const Log listLog = RecordDark(rig);
-  EXPECT_EQ((Log{"set TriggerMode = Off", "set StreamBufferHandlingMode = NewestOnly", "set TriggerMode = On",
-                 "set StreamBufferHandlingMode = OldestFirst"}),
-            KeepWrites(listLog));
-  EXPECT_EQ("On", rig.Camera().Enumeration("TriggerMode").PeekSymbolic());
+  EXPECT_EQ(KeepWrites(listLog), (Log{"set TriggerMode = Off", "set StreamBufferHandlingMode = NewestOnly",
+                                      "set TriggerMode = On", "set StreamBufferHandlingMode = OldestFirst"}));
+  EXPECT_EQ(rig.Camera().Enumeration("TriggerMode").PeekSymbolic(), "On");
 }
 
 TEST(HostAccessLog, AStreamThatKeepsTheNewestFrameOnlyIsNotPrepared)
 {
   CHostRig rig;
   rig.Camera().Stream().Find<CSoftwareEnumeration>("StreamBufferHandlingMode")->Select("NewestOnly");
-  EXPECT_EQ(PUT_BACK, KeepWrites(RecordDark(rig)));
+  EXPECT_EQ(KeepWrites(RecordDark(rig)), PUT_BACK);
 }
 
 TEST(HostAccessLog, AStreamWithoutBufferHandlingIsLeftAlone)
 {
   CHostRig rig;
   rig.Camera().Stream().Find<CSoftwareEnumeration>("StreamBufferHandlingMode")->Access(GenApi::NI);
-  EXPECT_EQ((Log{"set TriggerMode = Off"}), KeepWrites(RecordDark(rig)));
+  EXPECT_EQ(KeepWrites(RecordDark(rig)), (Log{"set TriggerMode = Off"}));
 }
 
 TEST(HostAccessLog, OfABrightAcquisitionOfAColourCamera)
@@ -117,7 +120,7 @@ TEST(HostAccessLog, OfABrightAcquisitionOfAColourCamera)
   const Log listRestore = {"implemented? AWBLampHouse", "set AWBLampHouse = D65", "set BalanceWhiteAuto = Off"};
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, listBalance, SIZE_CHECK, listRestore, PUT_BACK}),
             RecordBright(*pRig));
-  EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals());
+  EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{10, 11}));
 }
 
 TEST(HostAccessLog, OfABrightAcquisitionOfAColourCameraThatBalancesContinuously)
@@ -170,21 +173,21 @@ TEST(HostAccessLog, WithoutAutomaticWhiteBalanceNothingOfItIsTouched)
   pRig->Camera().Enumeration("BalanceWhiteAuto").Access(GenApi::NI);
   EXPECT_EQ(Join({SIZE_CHECK, SAVE, SAVE_STREAM_MODE, {"implemented? BalanceWhiteAuto"}, SIZE_CHECK, PUT_BACK}),
             RecordBright(*pRig));
-  EXPECT_EQ((std::vector<int32_t>{10, 11}), pRig->TakeSignals());
+  EXPECT_EQ(pRig->TakeSignals(), (std::vector<int32_t>{10, 11}));
 }
 
 TEST(HostAccessLog, OfAnExecutionIsOneSizeCheck)
 {
   CHostRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(100));
-  EXPECT_EQ(SIZE_CHECK, RecordAccesses(rig, [&rig] { return rig.Process().ExecuteCorrection(); }));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(RecordAccesses(rig, [&rig] { return rig.Process().ExecuteCorrection(); }), SIZE_CHECK);
 }
 
 TEST(HostAccessLog, OfACorrectionIsEmpty)
 {
   CHostRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(100));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   std::vector<uint8_t> listCorrected;
   const std::vector<uint8_t> listFrame = rig.Camera().MakeFrame(50);
   EXPECT_EQ(Log(), RecordAccesses(rig, [&] { return rig.Correct(listFrame, listCorrected); }));
@@ -196,6 +199,6 @@ TEST(HostAccessLog, OfTheInitialisation)
   EXPECT_EQ((Log()), RecordAccesses(rig, [&rig] { return rig.Process().InitProcess(); }))
     << "a camera without the feature";
   CHostRig colourRig("BayerGB8");
-  EXPECT_EQ((Log{"implemented? PixelColorFilter", "entries PixelFormat", "get PixelColorFilter"}),
-            RecordAccesses(colourRig, [&colourRig] { return colourRig.Process().InitProcess(); }));
+  EXPECT_EQ(RecordAccesses(colourRig, [&colourRig] { return colourRig.Process().InitProcess(); }),
+            (Log{"implemented? PixelColorFilter", "entries PixelFormat", "get PixelColorFilter"}));
 }

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -15,7 +19,7 @@ constexpr int FRAME_COUNT = 4;
 // Everything that a bright acquisition may change and has to put back.
 void ExpectUnchanged(CHostRig &rig, const std::map<std::string, std::string> &mapBefore)
 {
-  EXPECT_EQ(mapBefore, rig.TakeSnapshot());
+  EXPECT_EQ(rig.TakeSnapshot(), mapBefore);
 }
 
 } // namespace
@@ -25,9 +29,9 @@ TEST(HostColour, TheFramesOfTheBalanceComeOnTop)
   CHostRig rig("BayerRG8");
   for (const int nReads : {1, 2, 3, 4, 5}) {
     rig.Camera().SetWhiteBalanceReads(nReads);
-    EXPECT_EQ(0, rig.AcquireBright(100));
-    EXPECT_EQ(nReads + SETTLING_FRAMES + FRAME_COUNT, rig.GetFrameCount());
-    EXPECT_EQ(258U, rig.Process().WaitImageRequest());
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.GetFrameCount(), nReads + SETTLING_FRAMES + FRAME_COUNT);
+    EXPECT_EQ(rig.Process().WaitImageRequest(), 258U);
   }
 }
 
@@ -35,7 +39,7 @@ TEST(HostColour, ABalanceThatNeverEndsIsGivenFiveFramesAndIsNoFailure)
 {
   CHostRig rig("BayerRG8");
   rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   // A sixth frame may have been on its way when the last request was withdrawn.
   EXPECT_GE(rig.GetFrameCount(), 5 + SETTLING_FRAMES + FRAME_COUNT);
   EXPECT_LE(rig.GetFrameCount(), 6 + SETTLING_FRAMES + FRAME_COUNT);
@@ -47,10 +51,10 @@ TEST(HostColour, TheFramesOfTheBalanceAreNotAveraged)
   rig.Camera().SetWhiteBalanceReads(3);
   rig.Process().SetExpectGray(100);
   rig.Show([&rig](int nFrame) { return rig.Camera().MakeFrame(nFrame < 3 + SETTLING_FRAMES ? 250 : 100); });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   std::vector<uint8_t> listCorrected;
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(73), listCorrected));
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(73), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(73), listCorrected);
 }
 
@@ -59,9 +63,9 @@ TEST(HostColour, TheFramesOfTheBalanceAreWipedFromTheBuffer)
   CHostRig rig("BayerRG8", 64, 64);
   rig.Show(
     [](int nFrame) { return nFrame == 0 ? std::vector<uint8_t>(64 * 64, 250) : std::vector<uint8_t>(64 * 32, 100); });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ(100.0, rig.Process().GetImageMaxGray());
-  EXPECT_EQ(100.0, rig.Process().GetImageGrayDiff());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().GetImageMaxGray(), 100.0);
+  EXPECT_EQ(rig.Process().GetImageGrayDiff(), 100.0);
 }
 
 TEST(HostColour, TheCameraBalancesInAdaptiveLightDuringTheAcquisition)
@@ -74,9 +78,9 @@ TEST(HostColour, TheCameraBalancesInAdaptiveLightDuringTheAcquisition)
     }
     return rig.Camera().MakeFrame(100);
   });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
-  EXPECT_EQ("Adaptive", strLampHouse);
-  EXPECT_EQ("D65", rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(strLampHouse, "Adaptive");
+  EXPECT_EQ(rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic(), "D65");
 }
 
 TEST(HostColour, TheSettingsArePutBackAfterABalanceFromOff)
@@ -84,7 +88,7 @@ TEST(HostColour, TheSettingsArePutBackAfterABalanceFromOff)
   CHostRig rig("BayerRG8");
   rig.Camera().Enumeration("BalanceRatioSelector").Select("Blue");
   const auto mapBefore = rig.TakeSnapshot();
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   ExpectUnchanged(rig, mapBefore);
 }
 
@@ -102,9 +106,9 @@ TEST(HostColour, TheRatiosAndTheSelectorArePutBackAfterABalanceFromContinuous)
     }
     return camera.MakeFrame(100);
   });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
   // The mode stays off, for the ratios to hold.
-  EXPECT_EQ("Off", camera.Enumeration("BalanceWhiteAuto").PeekSymbolic());
+  EXPECT_EQ(camera.Enumeration("BalanceWhiteAuto").PeekSymbolic(), "Off");
   mapBefore["BalanceWhiteAuto"] = "Off";
   ExpectUnchanged(rig, mapBefore);
 }
@@ -120,7 +124,7 @@ TEST(HostColour, WhatTheBalanceFoundStaysAfterABalanceFromOff)
     }
     return camera.MakeFrame(100);
   });
-  EXPECT_EQ(0, rig.Process().AcquireBrightImage());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ((std::array<double, 3>{2.0, 1.0, 3.0}), camera.m_adBalanceRatio);
 }
 
@@ -130,8 +134,8 @@ TEST(HostColour, ACameraWithoutLampHouseBalancesToo)
     CHostRig rig("BayerRG8");
     rig.Camera().Enumeration("AWBLampHouse").Access(eAccess);
     const auto mapBefore = rig.TakeSnapshot();
-    EXPECT_EQ(0, rig.AcquireBright(100));
-    EXPECT_EQ(1 + SETTLING_FRAMES + FRAME_COUNT, rig.GetFrameCount());
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.GetFrameCount(), 1 + SETTLING_FRAMES + FRAME_COUNT);
     ExpectUnchanged(rig, mapBefore);
   }
 }
@@ -139,12 +143,12 @@ TEST(HostColour, ACameraWithoutLampHouseBalancesToo)
 TEST(HostColour, AFailedAcquisitionDoesNotBringBackWhatAnEarlierOneSaved)
 {
   CHostRig rig("BayerRG8");
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   rig.Camera().Enumeration("AWBLampHouse").Select("Fluorescence");
   rig.Camera().Enumeration("BalanceWhiteAuto").SetIntValue(2);
   const auto mapBefore = rig.TakeSnapshot();
   rig.Camera().Float("ExposureTime").Access(GenApi::NA);
-  EXPECT_EQ(-1002, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR);
   rig.Camera().Float("ExposureTime").Access(GenApi::RW);
   ExpectUnchanged(rig, mapBefore);
 }
@@ -161,8 +165,8 @@ TEST(HostColour, AFailingWhiteBalanceFeatureFailsTheAcquisition)
         Refuse();
       }
     });
-    EXPECT_EQ(-1018, rig.AcquireBright(100)) << pFeature;
-    EXPECT_EQ(0, rig.GetFrameCount()) << pFeature;
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED) << pFeature;
+    EXPECT_EQ(rig.GetFrameCount(), 0) << pFeature;
     ExpectUnchanged(rig, mapBefore);
   }
 }
@@ -177,8 +181,8 @@ TEST(HostColour, AnUnreadableWhiteBalanceFeatureFailsTheAcquisition)
         Refuse();
       }
     });
-    EXPECT_EQ(-1018, rig.AcquireBright(100)) << pFeature;
-    EXPECT_EQ(0, rig.GetFrameCount()) << pFeature;
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED) << pFeature;
+    EXPECT_EQ(rig.GetFrameCount(), 0) << pFeature;
   }
 }
 
@@ -193,7 +197,7 @@ TEST(HostColour, ACameraThatDoesNotTellWhetherItIsBalancedIsGivenFiveFrames)
     }
     bWritten = bWritten || (bBalance && stAccess.eKind == SNodeAccess::EKind::Write);
   });
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   EXPECT_GE(rig.GetFrameCount(), 5 + SETTLING_FRAMES + FRAME_COUNT);
 }
 
@@ -203,7 +207,7 @@ TEST(HostColour, WithoutFramesTheBalanceEndsAndTheAcquisitionTimesOut)
   rig.ShowNothing();
   const auto mapBefore = rig.TakeSnapshot();
   rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(-1009, rig.Process().AcquireBrightImage());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
   ExpectUnchanged(rig, mapBefore);
 }
 
@@ -211,9 +215,9 @@ TEST(HostColour, ADarkFrameNeedsNoBalance)
 {
   CHostRig rig("BayerRG8");
   rig.SetHook([](const SNodeAccess &stAccess) {
-    EXPECT_EQ(std::string::npos, stAccess.strNode.find("Balance"));
-    EXPECT_NE("AWBLampHouse", stAccess.strNode);
+    EXPECT_EQ(stAccess.strNode.find("Balance"), std::string::npos);
+    EXPECT_NE(stAccess.strNode, "AWBLampHouse");
   });
-  EXPECT_EQ(0, rig.AcquireDark(10));
-  EXPECT_EQ(1, rig.GetFrameCount());
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.GetFrameCount(), 1);
 }

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -11,9 +14,9 @@ constexpr uint32_t MONO_12 = 0x01100005;
 void MakeCoefficients(CHostRig &rig)
 {
   rig.Process().SetExpectGray(200);
-  EXPECT_EQ(0, rig.AcquireDark(10));
-  EXPECT_EQ(0, rig.AcquireBright(110));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.AcquireBright(110), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }
 
 int32_t CorrectAs(CHostRig &rig, uint32_t nWidth, int32_t nHeight, uint32_t nPixelFormat)
@@ -23,7 +26,7 @@ int32_t CorrectAs(CHostRig &rig, uint32_t nWidth, int32_t nHeight, uint32_t nPix
   const int32_t nStatus =
     rig.Process().CorrectImage(listSource.data(), listDestination.data(), nWidth, nHeight, nPixelFormat);
   if (nStatus != 0) {
-    EXPECT_EQ(std::vector<uint8_t>(listSource.size(), 1), listDestination);
+    EXPECT_EQ(listDestination, std::vector<uint8_t>(listSource.size(), 1));
   }
   return nStatus;
 }
@@ -33,10 +36,10 @@ int32_t CorrectAs(CHostRig &rig, uint32_t nWidth, int32_t nHeight, uint32_t nPix
 TEST(HostCorrection, BeforeABrightAcquisitionIsRefused)
 {
   CHostRig rig;
-  EXPECT_EQ(-1012, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(0, rig.AcquireDark(10));
-  EXPECT_EQ(-1012, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(0U, rig.Process().GetCorrectionInfo().nCoefficientsSize);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
+  EXPECT_EQ(rig.Process().GetCorrectionInfo().nCoefficientsSize, 0U);
 }
 
 TEST(HostCorrection, BringsFramesToTheExpectedGrey)
@@ -44,11 +47,11 @@ TEST(HostCorrection, BringsFramesToTheExpectedGrey)
   CHostRig rig;
   MakeCoefficients(rig);
   std::vector<uint8_t> listCorrected;
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(110), listCorrected));
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(110), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(200), listCorrected);
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(60), listCorrected));
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(60), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(100), listCorrected);
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(5), listCorrected));
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(5), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(0), listCorrected);
 }
 
@@ -57,7 +60,7 @@ TEST(HostCorrection, MayHappenInPlace)
   CHostRig rig;
   MakeCoefficients(rig);
   std::vector<uint8_t> listFrame = rig.Camera().MakeFrame(60);
-  EXPECT_EQ(0, rig.Process().CorrectImage(listFrame.data(), listFrame.data(), 64, 48, MONO_8));
+  EXPECT_EQ(rig.Process().CorrectImage(listFrame.data(), listFrame.data(), 64, 48, MONO_8), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(100), listFrame);
 }
 
@@ -65,10 +68,10 @@ TEST(HostCorrection, ExpectedGreyTwoHundredIsThirtyTwoHundredAtTwelveBits)
 {
   CHostRig rig("Mono12");
   rig.Process().SetExpectGray(200);
-  EXPECT_EQ(0, rig.AcquireBright(1600));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireBright(1600), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   std::vector<uint8_t> listCorrected;
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(1600), listCorrected));
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(1600), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(3200), listCorrected);
 }
 
@@ -78,10 +81,10 @@ TEST(HostCorrection, ChangesWithTheExpectedGreyOnlyWhenItIsExecuted)
   MakeCoefficients(rig);
   rig.Process().SetExpectGray(100);
   std::vector<uint8_t> listCorrected;
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(110), listCorrected));
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(110), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(200), listCorrected);
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(110), listCorrected));
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(110), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(100), listCorrected);
 }
 
@@ -91,48 +94,49 @@ TEST(HostCorrection, AnExpectedGreyBeyondTheScaleIsInvalidAndChangesNothing)
   MakeCoefficients(rig);
   for (const int64_t nExpectGray : {int64_t{256}, int64_t{-1}, int64_t{INT32_MAX}}) {
     rig.Process().SetExpectGray(nExpectGray);
-    EXPECT_EQ(-3, rig.Process().ExecuteCorrection()) << nExpectGray;
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM) << nExpectGray;
   }
   std::vector<uint8_t> listCorrected;
-  EXPECT_EQ(0, rig.Correct(rig.Camera().MakeFrame(110), listCorrected));
+  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(110), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(200), listCorrected);
 }
 
 TEST(HostCorrection, TellsTheSizeOfItsCoefficients)
 {
   CHostRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(100));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(64U * 48U * 2U, rig.Process().GetCorrectionInfo().nCoefficientsSize);
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().GetCorrectionInfo().nCoefficientsSize, 64U * 48U * 2U);
   MakeCoefficients(rig);
-  EXPECT_EQ(64U * 48U * 4U, rig.Process().GetCorrectionInfo().nCoefficientsSize);
+  EXPECT_EQ(rig.Process().GetCorrectionInfo().nCoefficientsSize, 64U * 48U * 4U);
 }
 
 TEST(HostCorrection, WithoutCoefficientsOrBuffersIsInvalid)
 {
   CHostRig rig;
   std::vector<uint8_t> listFrame = rig.Camera().MakeFrame(60);
-  EXPECT_EQ(-3, rig.Process().CorrectImage(listFrame.data(), listFrame.data(), 64, 48, MONO_8));
+  EXPECT_EQ(rig.Process().CorrectImage(listFrame.data(), listFrame.data(), 64, 48, MONO_8),
+            PLUGIN_STATUS_INVALID_PARAM);
   MakeCoefficients(rig);
-  EXPECT_EQ(-3, rig.Process().CorrectImage(nullptr, listFrame.data(), 64, 48, MONO_8));
-  EXPECT_EQ(-3, rig.Process().CorrectImage(listFrame.data(), nullptr, 64, 48, MONO_8));
+  EXPECT_EQ(rig.Process().CorrectImage(nullptr, listFrame.data(), 64, 48, MONO_8), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(rig.Process().CorrectImage(listFrame.data(), nullptr, 64, 48, MONO_8), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_EQ(rig.Camera().MakeFrame(60), listFrame);
   // That is no changed format: the kept frames stay.
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(4U, rig.GetTableBytesPerPixel());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.GetTableBytesPerPixel(), 4U);
 }
 
 TEST(HostCorrection, OfAnotherSizeOrDepthIsInvalid)
 {
   CHostRig rig;
   MakeCoefficients(rig);
-  EXPECT_EQ(-3, CorrectAs(rig, 63, 48, MONO_8));
-  EXPECT_EQ(-3, CorrectAs(rig, 64, 47, MONO_8));
-  EXPECT_EQ(-3, CorrectAs(rig, 64, -48, MONO_8));
-  EXPECT_EQ(-3, CorrectAs(rig, 0, 0, MONO_8));
-  EXPECT_EQ(-3, CorrectAs(rig, UINT32_MAX, INT32_MIN, MONO_8));
-  EXPECT_EQ(-3, CorrectAs(rig, 64, 48, MONO_12));
-  EXPECT_EQ(0, CorrectAs(rig, 64, 48, MONO_8));
+  EXPECT_EQ(CorrectAs(rig, 63, 48, MONO_8), -3);
+  EXPECT_EQ(CorrectAs(rig, 64, 47, MONO_8), -3);
+  EXPECT_EQ(CorrectAs(rig, 64, -48, MONO_8), -3);
+  EXPECT_EQ(CorrectAs(rig, 0, 0, MONO_8), -3);
+  EXPECT_EQ(CorrectAs(rig, UINT32_MAX, INT32_MIN, MONO_8), -3);
+  EXPECT_EQ(CorrectAs(rig, 64, 48, MONO_12), -3);
+  EXPECT_EQ(CorrectAs(rig, 64, 48, MONO_8), 0);
 }
 
 TEST(HostCorrection, OfAnotherSizeOrDepthDropsBothFrames)
@@ -141,11 +145,11 @@ TEST(HostCorrection, OfAnotherSizeOrDepthDropsBothFrames)
        {std::tuple{66U, 48, MONO_8}, std::tuple{64U, 50, MONO_8}, std::tuple{64U, 48, MONO_12}}) {
     CHostRig rig;
     MakeCoefficients(rig);
-    EXPECT_EQ(-3, CorrectAs(rig, nWidth, nHeight, nPixelFormat));
-    EXPECT_EQ(-1012, rig.Process().ExecuteCorrection());
-    EXPECT_EQ(0, rig.AcquireBright(110));
-    EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-    EXPECT_EQ(2U, rig.GetTableBytesPerPixel()); // the dark one went too
+    EXPECT_EQ(CorrectAs(rig, nWidth, nHeight, nPixelFormat), -3);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
+    EXPECT_EQ(rig.AcquireBright(110), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.GetTableBytesPerPixel(), 2U); // the dark one went too
   }
 }
 
@@ -154,8 +158,8 @@ TEST(HostCorrection, OfATableThatDoesNotFitTheNewFramesIsInvalid)
   CHostRig rig;
   MakeCoefficients(rig);
   rig.Camera().Integer("Width").Poke(66);
-  EXPECT_EQ(0, rig.AcquireBright(110));
-  EXPECT_EQ(-3, CorrectAs(rig, 66, 48, MONO_8)); // the old table
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(0, CorrectAs(rig, 66, 48, MONO_8));
+  EXPECT_EQ(rig.AcquireBright(110), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(CorrectAs(rig, 66, 48, MONO_8), -3); // the old table
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(CorrectAs(rig, 66, 48, MONO_8), 0);
 }

@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/failuresweep.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -56,8 +59,8 @@ std::unique_ptr<CHostRig> MakeRig(const SSweep &stSweep)
   CTestCamera &camera = pRig->Camera();
   camera.Enumeration("TriggerMode").Select("On");
   pRig->SetStreaming(stSweep.bStreaming);
-  EXPECT_EQ(0, pRig->AcquireDark(10));
-  EXPECT_EQ(0, pRig->AcquireBright(100));
+  EXPECT_EQ(pRig->AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(pRig->AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   if (stSweep.pBalance != nullptr) {
     camera.Enumeration("BalanceWhiteAuto").FromString(stSweep.pBalance);
     camera.Enumeration("BalanceRatioSelector").Select("Green");
@@ -85,20 +88,20 @@ void FailAccess(const SSweep &stSweep, std::size_t nAccess, const SMeaning &stMe
   const auto pRig = MakeRig(stSweep);
   const auto mapBefore = TakeSnapshot(*pRig, stSweep);
   const EAccessFailure eFailure = ALL_ACCESS_FAILURES[nAccess % std::size(ALL_ACCESS_FAILURES)];
-  EXPECT_EQ(stMeaning.nStatus, RunWithFailure(*pRig, nAccess, eFailure, [&] { return Acquire(*pRig, stSweep); }));
-  EXPECT_EQ(stSweep.bStreaming, pRig->IsStreaming());
+  EXPECT_EQ(RunWithFailure(*pRig, nAccess, eFailure, [&] { return Acquire(*pRig, stSweep); }), stMeaning.nStatus);
+  EXPECT_EQ(pRig->IsStreaming(), stSweep.bStreaming);
   if (!stMeaning.bRestoring) {
-    EXPECT_EQ(mapBefore, TakeSnapshot(*pRig, stSweep));
+    EXPECT_EQ(TakeSnapshot(*pRig, stSweep), mapBefore);
   }
-  EXPECT_EQ(258U, pRig->Process().WaitImageRequest());
+  EXPECT_EQ(pRig->Process().WaitImageRequest(), 258U);
   if (stMeaning.nStatus != 0) {
     // Without a bright frame nothing is computed; without a dark one it is left out.
-    EXPECT_EQ(stSweep.bBright ? -3 : 0, pRig->Process().ExecuteCorrection());
-    EXPECT_EQ(stSweep.bBright ? 0U : 2U, pRig->GetTableBytesPerPixel());
+    EXPECT_EQ(pRig->Process().ExecuteCorrection(), stSweep.bBright ? -3 : 0);
+    EXPECT_EQ(pRig->GetTableBytesPerPixel(), stSweep.bBright ? 0U : 2U);
   }
-  EXPECT_EQ(0, Acquire(*pRig, stSweep));
-  EXPECT_EQ(0, pRig->AcquireBright(100));
-  EXPECT_EQ(0, pRig->Process().ExecuteCorrection());
+  EXPECT_EQ(Acquire(*pRig, stSweep), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(pRig->AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(pRig->Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }
 
 class HostFailureSweep : public testing::TestWithParam<SSweep> {};

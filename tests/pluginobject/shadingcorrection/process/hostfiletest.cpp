@@ -5,9 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/modalanswer.h"
+
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -19,16 +23,16 @@ protected:
   void MakeCoefficients(bool bDark)
   {
     if (bDark) {
-      EXPECT_EQ(0, m_rig.AcquireDark(10));
+      EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
     }
-    EXPECT_EQ(0, m_rig.AcquireBright(120));
-    EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+    EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   }
 
   std::vector<uint8_t> Correct(uint32_t nGray)
   {
     std::vector<uint8_t> listCorrected;
-    EXPECT_EQ(0, m_rig.Correct(m_rig.Camera().MakeFrame(nGray), listCorrected));
+    EXPECT_EQ(m_rig.Correct(m_rig.Camera().MakeFrame(nGray), listCorrected), PLUGIN_STATUS_SUCCESS);
     return listCorrected;
   }
 
@@ -56,9 +60,9 @@ constexpr int PIXELS = 64 * 48;
 TEST_F(HostFile, HasTheBytesOfTheTableAndNothingElse)
 {
   MakeCoefficients(false);
-  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
   const QByteArray bytes = ReadAll(Path("a.ffc"));
-  ASSERT_EQ(2 * PIXELS, bytes.size());
+  ASSERT_EQ(bytes.size(), 2 * PIXELS);
   // A gain of 200 / 120 for every pixel.
   for (int i = 0; i < PIXELS; ++i) {
     uint16_t nGain = 0;
@@ -71,19 +75,19 @@ TEST_F(HostFile, IsLoadedAsItWasSaved)
 {
   for (const bool bDark : {false, true}) {
     MakeCoefficients(bDark);
-    EXPECT_EQ(0, Save("a.ffc"));
+    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
     const std::vector<uint8_t> listBefore = Correct(60);
     const uint32_t nSize = m_rig.Process().GetCorrectionInfo().nCoefficientsSize;
 
     CHostRig other;
     CScriptedChooser &chooser = InstallChooser(other.Process(), Path("a.ffc"));
-    EXPECT_EQ(0, other.Process().LoadFromFile());
-    EXPECT_EQ(nSize, other.Process().GetCorrectionInfo().nCoefficientsSize);
+    EXPECT_EQ(other.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(other.Process().GetCorrectionInfo().nCoefficientsSize, nSize);
     std::vector<uint8_t> listAfter;
-    EXPECT_EQ(0, other.Correct(other.Camera().MakeFrame(60), listAfter));
+    EXPECT_EQ(other.Correct(other.Camera().MakeFrame(60), listAfter), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(listBefore, listAfter);
     chooser.Choose(Path("b.ffc"));
-    EXPECT_EQ(0, other.Process().SaveToFile());
+    EXPECT_EQ(other.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(ReadAll(Path("a.ffc")), ReadAll(Path("b.ffc")));
   }
 }
@@ -91,10 +95,10 @@ TEST_F(HostFile, IsLoadedAsItWasSaved)
 TEST_F(HostFile, IsAskedForWithTheTextsOfEachDialog)
 {
   MakeCoefficients(false);
-  EXPECT_EQ(0, Save("a.ffc"));
-  EXPECT_EQ(0, Load("a.ffc"));
-  EXPECT_EQ((std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}),
-            m_chooser.GetQuestions());
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_chooser.GetQuestions(),
+            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
 }
 
 TEST_F(HostFile, ACancelledDialogChangesNothing)
@@ -103,9 +107,9 @@ TEST_F(HostFile, ACancelledDialogChangesNothing)
   const std::vector<uint8_t> listBefore = Correct(60);
   m_chooser.Choose(QString());
   m_rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
-  EXPECT_EQ(-1014, m_rig.Process().LoadFromFile());
-  EXPECT_EQ(-1014, m_rig.Process().SaveToFile());
-  EXPECT_EQ(listBefore, Correct(60));
+  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(Correct(60), listBefore);
   EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
 }
 
@@ -115,11 +119,11 @@ TEST_F(HostFile, OfAnotherSizeIsRefusedAndTheCoefficientsStayInForce)
   const std::vector<uint8_t> listBefore = Correct(60);
   for (const int nSize : {0, 1, PIXELS, 2 * PIXELS - 1, 2 * PIXELS + 1, 3 * PIXELS, 4 * PIXELS - 1, 4 * PIXELS + 1}) {
     WriteAll(Path("wrong.ffc"), QByteArray(nSize, '\x10'));
-    EXPECT_EQ(-1007, Load("wrong.ffc")) << nSize;
-    EXPECT_EQ(listBefore, Correct(60)) << nSize;
-    EXPECT_EQ(4U, m_rig.GetTableBytesPerPixel()) << nSize;
+    EXPECT_EQ(Load("wrong.ffc"), PLUGIN_STATUS_READ_FILE_ERROR) << nSize;
+    EXPECT_EQ(Correct(60), listBefore) << nSize;
+    EXPECT_EQ(m_rig.GetTableBytesPerPixel(), 4U) << nSize;
   }
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST_F(HostFile, OfTheWrongSizeForANewFormatLeavesFramesOfTheFormerOneCorrected)
@@ -128,26 +132,26 @@ TEST_F(HostFile, OfTheWrongSizeForANewFormatLeavesFramesOfTheFormerOneCorrected)
   const std::vector<uint8_t> listBefore = Correct(60);
   m_rig.Camera().Integer("Width").Poke(96);
   WriteAll(Path("wrong.ffc"), QByteArray(2 * PIXELS, '\x10'));
-  EXPECT_EQ(-1007, Load("wrong.ffc"));
+  EXPECT_EQ(Load("wrong.ffc"), PLUGIN_STATUS_READ_FILE_ERROR);
   m_rig.Camera().Integer("Width").Poke(64);
-  EXPECT_EQ(listBefore, Correct(60));
+  EXPECT_EQ(Correct(60), listBefore);
 }
 
 TEST_F(HostFile, ThatCannotBeOpenedIsRefusedAndTheCoefficientsStayInForce)
 {
   MakeCoefficients(true);
   const std::vector<uint8_t> listBefore = Correct(60);
-  EXPECT_EQ(-1004, Load("missing.ffc"));
-  EXPECT_EQ(-1004, Load("."));
-  EXPECT_EQ(-1004, Save("missing/a.ffc"));
-  EXPECT_EQ(-1004, Save("."));
-  EXPECT_EQ(listBefore, Correct(60));
+  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Correct(60), listBefore);
 }
 
 TEST_F(HostFile, IsNotLoadedWhenTheCameraDoesNotTellItsFormat)
 {
   MakeCoefficients(true);
-  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
   const std::vector<uint8_t> listBefore = Correct(60);
   for (const char *pFeature : {"Width", "Height", "PixelFormat"}) {
     m_rig.SetHook([pFeature](const SNodeAccess &stAccess) {
@@ -155,10 +159,10 @@ TEST_F(HostFile, IsNotLoadedWhenTheCameraDoesNotTellItsFormat)
         throw GenICam::AccessException("refused", __FILE__, __LINE__);
       }
     });
-    EXPECT_EQ(-1002, Load("a.ffc")) << pFeature;
-    EXPECT_EQ(-1004, Load("missing.ffc")) << pFeature; // opened before the camera is asked
+    EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_FEATURE_ERROR) << pFeature;
+    EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR) << pFeature; // opened before the camera is asked
     m_rig.SetHook(nullptr);
-    EXPECT_EQ(listBefore, Correct(60)) << pFeature;
+    EXPECT_EQ(Correct(60), listBefore) << pFeature;
   }
 }
 
@@ -168,10 +172,10 @@ TEST_F(HostFile, IsLoadedForTheCamerasCurrentFormatAndWritesNothingToIt)
   m_rig.Camera().Integer("Width").Poke(96);
   m_rig.Camera().Integer("Height").Poke(64);
   const auto mapBefore = m_rig.TakeSnapshot();
-  EXPECT_EQ(0, Load("a.ffc"));
-  EXPECT_EQ(mapBefore, m_rig.TakeSnapshot());
+  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.TakeSnapshot(), mapBefore);
   EXPECT_TRUE(m_rig.TakeSignals().empty());
-  EXPECT_EQ(2U * 96U * 64U, m_rig.Process().GetCorrectionInfo().nCoefficientsSize);
+  EXPECT_EQ(m_rig.Process().GetCorrectionInfo().nCoefficientsSize, 2U * 96U * 64U);
   EXPECT_EQ(m_rig.Camera().MakeFrame(201), Correct(200)); // 200 x 4112 / 4096
 }
 
@@ -179,20 +183,20 @@ TEST_F(HostFile, ALoadedTableReplacesOneOfAnotherSize)
 {
   MakeCoefficients(true);
   WriteAll(Path("a.ffc"), QByteArray(2 * PIXELS, '\x10'));
-  EXPECT_EQ(0, Load("a.ffc"));
+  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_rig.Camera().MakeFrame(201), Correct(200));
-  EXPECT_EQ(0, Save("b.ffc"));
+  EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(ReadAll(Path("a.ffc")), ReadAll(Path("b.ffc")));
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection()); // the frames are still there
-  EXPECT_EQ(4U, m_rig.GetTableBytesPerPixel());
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS); // the frames are still there
+  EXPECT_EQ(m_rig.GetTableBytesPerPixel(), 4U);
 }
 
 TEST_F(HostFile, WithoutCoefficientsNothingIsSavedAndNoFileTouched)
 {
   WriteAll(Path("a.ffc"), "former");
-  EXPECT_EQ(-3, Save("a.ffc"));
-  EXPECT_EQ(-3, Save("b.ffc"));
-  EXPECT_EQ("former", ReadAll(Path("a.ffc")));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(ReadAll(Path("a.ffc")), "former");
   EXPECT_FALSE(QFile::exists(Path("b.ffc")));
   EXPECT_TRUE(m_chooser.GetQuestions().empty());
 }
@@ -202,7 +206,7 @@ TEST_F(HostFile, WithoutACameraIsNotLoaded)
   WriteAll(Path("a.ffc"), QByteArray(2 * PIXELS, '\x10'));
   CShadingCorrectionPro_PC process{CFeatureAccess(nullptr), CFeatureAccess(nullptr)};
   InstallChooser(process, Path("a.ffc"));
-  EXPECT_EQ(-3, process.LoadFromFile());
+  EXPECT_EQ(process.LoadFromFile(), PLUGIN_STATUS_INVALID_PARAM);
 }
 
 namespace {
@@ -231,31 +235,31 @@ protected:
 
 TEST_F(HostFileDialog, SavesAndLoadsWhatTheUserChooses)
 {
-  EXPECT_EQ(0, m_rig.AcquireBright(100));
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   CModalAnswer answer;
   answer.ChooseFile(m_folder.filePath("a.ffc"));
-  EXPECT_EQ(0, m_rig.Process().SaveToFile());
-  EXPECT_EQ(2 * PIXELS, QFileInfo(m_folder.filePath("a.ffc")).size());
-  EXPECT_EQ(0, m_rig.Process().LoadFromFile());
-  EXPECT_EQ(2U, answer.GetFileDialogs().size());
+  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(QFileInfo(m_folder.filePath("a.ffc")).size(), 2 * PIXELS);
+  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(answer.GetFileDialogs().size(), 2U);
 }
 
 TEST_F(HostFileDialog, StartsInTheFolderOfCoefficientFiles)
 {
-  EXPECT_EQ(0, m_rig.AcquireBright(100));
-  EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+  EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const CModalAnswer answer;
-  EXPECT_EQ(-1014, m_rig.Process().LoadFromFile());
-  EXPECT_EQ(-1014, m_rig.Process().SaveToFile());
-  ASSERT_EQ(2U, answer.GetFileDialogs().size());
+  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
+  ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
   const CModalAnswer::SFileDialog &stOpen = answer.GetFileDialogs()[0];
-  EXPECT_EQ("Open FFC", stOpen.strTitle);
-  EXPECT_EQ("ini file (*.ffc)", stOpen.strFilter);
+  EXPECT_EQ(stOpen.strTitle, "Open FFC");
+  EXPECT_EQ(stOpen.strFilter, "ini file (*.ffc)");
   EXPECT_EQ(GetDefaultFolder(), stOpen.strDirectory);
   const CModalAnswer::SFileDialog &stSave = answer.GetFileDialogs()[1];
-  EXPECT_EQ("Save FFC", stSave.strTitle);
-  EXPECT_EQ("ini file (*.ffc)", stSave.strFilter);
+  EXPECT_EQ(stSave.strTitle, "Save FFC");
+  EXPECT_EQ(stSave.strFilter, "ini file (*.ffc)");
   EXPECT_EQ(GetDefaultFolder(), stSave.strDirectory);
-  EXPECT_EQ("FlatFieldCorrection.ffc", stSave.strProposed);
+  EXPECT_EQ(stSave.strProposed, "FlatFieldCorrection.ffc");
 }

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -19,7 +22,7 @@ public:
 
   uint32_t GetDark(int32_t nX, int32_t nY) const { return ToSample(4.0 + (nX * 7 + nY * 3) % 5 * 0.25); }
 
-  /// \param dLight 1.0: as for the bright frames
+  // \param dLight 1.0: as for the bright frames
   uint32_t GetLit(int32_t nX, int32_t nY, double dLight) const
   {
     const double dX = (nX - 0.45 * WIDTH) / WIDTH;
@@ -30,7 +33,7 @@ public:
     return GetDark(nX, nY) + ToSample(170.0 * dLight * dFallOff * dFilter);
   }
 
-  template <typename TValue>
+  template <class TValue>
   std::vector<uint8_t> Draw(TValue fnValue) const
   {
     std::vector<uint8_t> listBytes;
@@ -113,14 +116,14 @@ TEST_P(HostFlatness, ShadedFramesBecomeFlat)
   const CShadedScene scene(nBitDepth, rig.Process().IsColorCamera());
   rig.Process().SetExpectGray(EXPECTED_GRAY);
   rig.Show([&scene](int) { return scene.DrawDark(); });
-  ASSERT_EQ(0, rig.Process().AcquireDarkImage());
+  ASSERT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
   rig.Show([&scene](int) { return scene.DrawLit(1.0); });
-  ASSERT_EQ(0, rig.Process().AcquireBrightImage());
-  ASSERT_EQ(0, rig.Process().ExecuteCorrection());
-  ASSERT_EQ(4U, rig.GetTableBytesPerPixel());
+  ASSERT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  ASSERT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  ASSERT_EQ(rig.GetTableBytesPerPixel(), 4U);
   for (const double dLight : {1.0, 0.5, 0.1}) {
     std::vector<uint8_t> listCorrected;
-    EXPECT_EQ(0, rig.Correct(scene.DrawLit(dLight), listCorrected));
+    EXPECT_EQ(rig.Correct(scene.DrawLit(dLight), listCorrected), PLUGIN_STATUS_SUCCESS);
     EXPECT_LE(MeasureWorst(scene, listCorrected, nBitDepth, dLight), 1.0 + 1e-9) << dLight;
   }
 }

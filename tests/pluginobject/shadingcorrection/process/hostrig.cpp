@@ -2,6 +2,8 @@
 
 #include <memory>
 
+namespace ffc::test {
+
 CHostRig::CHostRig(const std::string &strPixelFormat, int64_t nWidth, int64_t nHeight)
   : CProcessRig(std::make_unique<CTestCamera>(strPixelFormat, nWidth, nHeight)),
     m_process(Start(std::make_unique<CShadingCorrectionPro_PC>(DeviceFeatures(), StreamFeatures())))
@@ -21,3 +23,5 @@ uint32_t CHostRig::GetTableBytesPerPixel()
   const int64_t nPixels = Camera().Integer("Width").Peek() * Camera().Integer("Height").Peek();
   return m_process.GetCorrectionInfo().nCoefficientsSize / static_cast<uint32_t>(nPixels);
 }
+
+} // namespace ffc::test

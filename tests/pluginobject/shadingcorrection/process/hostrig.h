@@ -9,6 +9,8 @@
 #include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
 
+namespace ffc::test {
+
 /// A camera without a correction of its own.
 class CHostRig : public CProcessRig {
 public:
@@ -24,3 +26,5 @@ public:
 private:
   CShadingCorrectionPro_PC &m_process;
 };
+
+} // namespace ffc::test

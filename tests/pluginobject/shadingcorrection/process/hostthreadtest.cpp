@@ -5,9 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/framehammer.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -43,34 +46,29 @@ TEST(HostThreads, EverythingAtOnceIsSafe)
   CHostRig rig;
   rig.Show(nullptr); // the hammer delivers
   InstallChooser(rig.Process(), folder.filePath("a.ffc"));
-  const std::set<int32_t> setExpected = {0, -3, -1004, -1007, -1009, -1012};
+  const std::set<int32_t> setExpected = {0,
+                                         -3,
+                                         PLUGIN_STATUS_OPEN_FILE_ERROR,
+                                         PLUGIN_STATUS_READ_FILE_ERROR,
+                                         PLUGIN_STATUS_BUFFER_TIMEOUT,
+                                         PLUGIN_STATUS_BUFFER_SIZE_ERROR};
   CFrameHammer hammer(rig.Process(), LONGEST_FRAME);
   CTestRandom random(17);
   for (int i = 0; i < OPERATIONS; ++i) {
     const int32_t nStatus = OperateOnce(rig, random);
-    EXPECT_EQ(1U, setExpected.count(nStatus)) << nStatus;
+    EXPECT_EQ(setExpected.count(nStatus), 1U) << nStatus;
   }
   // In the end there is a table, and frames are corrected with it.
   hammer.BePolite();
   rig.Camera().Integer("Width").Poke(64);
   int32_t nExecuted = -1;
   for (int i = 0; i < 100 && nExecuted != 0; ++i) { // the last rude frame may still drop the bright one
-    EXPECT_EQ(0, rig.Process().AcquireBrightImage());
+    EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
     nExecuted = rig.Process().ExecuteCorrection();
   }
-  ASSERT_EQ(0, nExecuted);
+  ASSERT_EQ(nExecuted, PLUGIN_STATUS_SUCCESS);
   const int nCorrected = hammer.GetCorrectedCount();
   while (hammer.GetCorrectedCount() == nCorrected) {
     std::this_thread::yield();
-  }
-}
-
-TEST(HostThreads, AProcessMayBeDestroyedRightAfterItsFrameThreadEnded)
-{
-  for (int i = 0; i < 20; ++i) {
-    CHostRig rig;
-    rig.Show(nullptr);
-    const CFrameHammer hammer(rig.Process(), LONGEST_FRAME);
-    EXPECT_EQ(0, rig.Process().AcquireDarkImage());
   }
 }

@@ -4,6 +4,10 @@
 
 #include "tests/support/accessrecorder.h"
 
+namespace ffc::test {
+
+using genapi::SNodeAccess;
+
 Log Join(const std::vector<Log> &listParts)
 {
   Log listJoined;
@@ -28,7 +32,7 @@ Log RecordAccesses(CProcessRig &rig, const std::function<int32_t()> &fnOperation
 {
   CAccessRecorder recorder;
   rig.SetHook(std::ref(recorder));
-  EXPECT_EQ(0, fnOperation());
+  EXPECT_EQ(fnOperation(), 0);
   rig.SetHook(nullptr);
   return recorder.GetLog();
 }
@@ -46,8 +50,10 @@ Log RecordOperation(CProcessRig &rig, const std::function<int32_t()> &fnOperatio
                          : nCode == PLUGIN_MSG_ACQUISITION_OFF ? "stop stream"
                                                                : "message " + std::to_string(nCode));
   });
-  EXPECT_EQ(0, fnOperation());
+  EXPECT_EQ(fnOperation(), 0);
   rig.SetHook(nullptr);
   rig.SetMessageHook(nullptr);
   return listLog;
 }
+
+} // namespace ffc::test

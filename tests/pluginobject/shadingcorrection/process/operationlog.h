@@ -9,6 +9,8 @@
 
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
 
+namespace ffc::test {
+
 /// Lines of CAccessRecorder.
 using Log = std::vector<std::string>;
 
@@ -22,3 +24,5 @@ Log RecordAccesses(CProcessRig &rig, const std::function<int32_t()> &fnOperation
 
 /// The same with the process's messages between them: "start stream" and "stop stream".
 Log RecordOperation(CProcessRig &rig, const std::function<int32_t()> &fnOperation);
+
+} // namespace ffc::test

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
+
+using namespace ffc::process;
+
 namespace {
 
 // Class name of the process of a kind.
@@ -9,7 +13,7 @@ std::string GetClassName(EProcessKind eKind)
 {
   const CFeatureAccess features(nullptr);
   std::unique_ptr<IShadingCorrectionProcess> pProcess;
-  EXPECT_EQ(0, CreateShadingCorrectionProcess(eKind, features, features, pProcess));
+  EXPECT_EQ(CreateShadingCorrectionProcess(eKind, features, features, pProcess), PLUGIN_STATUS_SUCCESS);
   return pProcess == nullptr ? std::string() : pProcess->metaObject()->className();
 }
 
@@ -17,25 +21,29 @@ std::string GetClassName(EProcessKind eKind)
 
 TEST(ProcessFactory, MakesTheProcessOfEachKind)
 {
-  EXPECT_EQ("CShadingCorrectionPro_PC", GetClassName(EProcessKind::HostFlatField));
-  EXPECT_EQ("CShadingCorrectionPro_Dev", GetClassName(EProcessKind::DeviceFlatField));
-  EXPECT_EQ("CVignettingCorrectionPro_Dev", GetClassName(EProcessKind::DeviceVignetting));
+  EXPECT_EQ(GetClassName(EProcessKind::HostFlatField), "CShadingCorrectionPro_PC");
+  EXPECT_EQ(GetClassName(EProcessKind::DeviceFlatField), "CShadingCorrectionPro_Dev");
+  EXPECT_EQ(GetClassName(EProcessKind::DeviceVignetting), "CVignettingCorrectionPro_Dev");
 }
 
 TEST(ProcessFactory, MakesNothingOfAKindThatThereIsNot)
 {
   const CFeatureAccess features(nullptr);
   std::unique_ptr<IShadingCorrectionProcess> pProcess;
-  EXPECT_EQ(0, CreateShadingCorrectionProcess(EProcessKind::HostFlatField, features, features, pProcess));
-  EXPECT_EQ(-3, CreateShadingCorrectionProcess(static_cast<EProcessKind>(99), features, features, pProcess));
-  EXPECT_EQ(nullptr, pProcess);
+  EXPECT_EQ(CreateShadingCorrectionProcess(EProcessKind::HostFlatField, features, features, pProcess),
+            PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(CreateShadingCorrectionProcess(static_cast<EProcessKind>(99), features, features, pProcess),
+            PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(pProcess, nullptr);
 }
 
 TEST(ProcessFactory, ReplacesAProcessThatWasThere)
 {
   const CFeatureAccess features(nullptr);
   std::unique_ptr<IShadingCorrectionProcess> pProcess;
-  EXPECT_EQ(0, CreateShadingCorrectionProcess(EProcessKind::HostFlatField, features, features, pProcess));
-  EXPECT_EQ(0, CreateShadingCorrectionProcess(EProcessKind::DeviceFlatField, features, features, pProcess));
-  EXPECT_STREQ("CShadingCorrectionPro_Dev", pProcess->metaObject()->className());
+  EXPECT_EQ(CreateShadingCorrectionProcess(EProcessKind::HostFlatField, features, features, pProcess),
+            PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(CreateShadingCorrectionProcess(EProcessKind::DeviceFlatField, features, features, pProcess),
+            PLUGIN_STATUS_SUCCESS);
+  EXPECT_STREQ(pProcess->metaObject()->className(), "CShadingCorrectionPro_Dev");
 }

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t QOBJECT_ENTRIES = 12;
 
 // The place of an operation, counted from 1 after QObject's.
-template <typename TOperation>
+template <class TOperation>
 std::size_t GetPlace(TOperation fnOperation)
 {
   std::size_t nPointer = 0;

@@ -2,6 +2,11 @@
 
 #include <algorithm>
 
+namespace ffc::test {
+
+using genapi::CSoftwareNodeMap;
+using genapi::SNodeAccess;
+
 namespace {
 
 constexpr double FRAMES_PER_SECOND = 20000.0;
@@ -40,13 +45,13 @@ std::string DescribeChanges(const Settings &mapBefore, const Settings &mapAfter)
 CProcessRig::CProcessRig(std::unique_ptr<CTestCamera> pCamera)
   : m_pCamera(std::move(pCamera)), m_deviceMap(m_pCamera->Device()), m_streamMap(m_pCamera->Stream())
 {
-  const auto fnCallHook = [this](const SNodeAccess &stAccess) {
+  const auto callHook = [this](const SNodeAccess &stAccess) {
     if (m_fnHook) {
       m_fnHook(stAccess);
     }
   };
-  m_deviceMap.AddHook(fnCallHook);
-  m_streamMap.AddHook(fnCallHook);
+  m_deviceMap.AddHook(callHook);
+  m_streamMap.AddHook(callHook);
 }
 
 CProcessRig::~CProcessRig()
@@ -141,3 +146,5 @@ void CProcessRig::Deliver()
     }
   }
 }
+
+} // namespace ffc::test

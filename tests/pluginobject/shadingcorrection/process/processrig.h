@@ -18,11 +18,13 @@
 #include "tests/support/framepump.h"
 #include "tests/support/testcamera.h"
 
+namespace ffc::test {
+
 /// Values of features by name, as texts.
 using Settings = std::map<std::string, std::string>;
 
 /// Adds the values of all features of a map that have one; empty where it cannot be read.
-void AddSettings(Settings &mapValues, CSoftwareNodeMap &map);
+void AddSettings(Settings &mapValues, genapi::CSoftwareNodeMap &map);
 
 /// What is not alike, as a text; empty when nothing is.
 std::string DescribeChanges(const Settings &mapBefore, const Settings &mapAfter);
@@ -60,7 +62,7 @@ public:
   bool AreSignalsPlain() const { return m_bPlainSignals; }
 
   /// Called before every access of the process to the device's or the stream's features.
-  void SetHook(NodeAccessHook fnHook) { m_fnHook = std::move(fnHook); }
+  void SetHook(genapi::NodeAccessHook fnHook) { m_fnHook = std::move(fnHook); }
   /// Called with the code of each message of the process, before the host acts on it.
   void SetMessageHook(std::function<void(int32_t nCode)> fnHook) { m_fnMessageHook = std::move(fnHook); }
   /// Values of all features of device and stream by name, as texts; of the white-balance ratios too.
@@ -93,9 +95,9 @@ private:
   void Deliver();
 
   std::unique_ptr<CTestCamera> m_pCamera;
-  CObservedNodeMap m_deviceMap;
-  CObservedNodeMap m_streamMap;
-  NodeAccessHook m_fnHook;
+  genapi::CObservedNodeMap m_deviceMap;
+  genapi::CObservedNodeMap m_streamMap;
+  genapi::NodeAccessHook m_fnHook;
   std::function<void(int32_t nCode)> m_fnMessageHook;
   std::unique_ptr<IShadingCorrectionProcess> m_pProcess;
   std::vector<int32_t> m_listSignals;
@@ -106,3 +108,5 @@ private:
   std::atomic<int> m_nFrames{0};
   std::unique_ptr<CFramePump> m_pPump;
 };
+
+} // namespace ffc::test

@@ -12,18 +12,20 @@
 
 #include "pluginobject/shadingcorrection/process/coefficients/filechooser.h"
 
+namespace ffc::test {
+
 /// Answers with a name, and keeps what was asked.
-class CScriptedChooser : public IFileChooser {
+class CScriptedChooser : public process::IFileChooser {
 public:
-  QString ChooseFileToOpen(const SFileDialogTexts &stTexts) override { return Answer("open", stTexts); }
-  QString ChooseFileToSave(const SFileDialogTexts &stTexts) override { return Answer("save", stTexts); }
+  QString ChooseFileToOpen(const process::SFileDialogTexts &stTexts) override { return Answer("open", stTexts); }
+  QString ChooseFileToSave(const process::SFileDialogTexts &stTexts) override { return Answer("save", stTexts); }
 
   /// An empty name cancels.
   void Choose(const QString &strFile) { m_strFile = strFile; }
   const std::vector<std::string> &GetQuestions() const { return m_listQuestions; }
 
 private:
-  QString Answer(const char *pQuestion, const SFileDialogTexts &stTexts)
+  QString Answer(const char *pQuestion, const process::SFileDialogTexts &stTexts)
   {
     m_listQuestions.push_back(std::string(pQuestion) + ": " + stTexts.strCaption.toStdString() + ", " +
                               stTexts.strFilter.toStdString());
@@ -58,3 +60,5 @@ inline void WriteAll(const QString &strFile, const QByteArray &bytes)
   EXPECT_TRUE(file.open(QIODevice::WriteOnly));
   EXPECT_EQ(bytes.size(), file.write(bytes));
 }
+
+} // namespace ffc::test

@@ -6,6 +6,9 @@
 
 #include "genapi/softwarenodemap/softwarenodemap.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
+#include "pluginobject/statuscode.h"
+
+using ffc::genapi::CSoftwareNodeMap;
 
 namespace {
 
@@ -60,7 +63,7 @@ int32_t LeaveEarly(bool bEarly, int &nRuns)
 
 TEST_F(StepsTest, WithoutStepsSucceed)
 {
-  EXPECT_EQ(CSteps(m_features).Status(), 0);
+  EXPECT_EQ(CSteps(m_features).Status(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST_F(StepsTest, ReadWriteAndExecuteFeaturesByTheTypeOfTheValue)
@@ -79,7 +82,7 @@ TEST_F(StepsTest, ReadWriteAndExecuteFeaturesByTheTypeOfTheValue)
               .GetEntries("TriggerMode", listModes)
               .Execute("UserSetSave")
               .Status(),
-            0);
+            PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(fExposureTime, 125.0F);
   EXPECT_EQ(nWidth, 320);
   EXPECT_EQ(strTriggerMode, "On");
@@ -91,8 +94,8 @@ TEST_F(StepsTest, StopAtTheFirstFailingAccessAndKeepItsStatus)
 {
   int64_t nWidth = 7;
   EXPECT_EQ(CSteps(m_features).Set("ExposureTime", 99999.0F).Get("Width", nWidth).Execute("UserSetSave").Status(),
-            -1002);
-  EXPECT_EQ(CSteps(m_features).Execute("NoSuchCommand").Get("Width", nWidth).Status(), -3);
+            PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(CSteps(m_features).Execute("NoSuchCommand").Get("Width", nWidth).Status(), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_EQ(nWidth, 7);
   EXPECT_EQ(m_nExecuted, 0);
 }
@@ -112,14 +115,15 @@ TEST_F(StepsTest, StopAtTheFirstFailingCallableOfAnySign)
 TEST_F(StepsTest, TakeFunctionsMembersAndCallablesThatCannotFail)
 {
   int nSum = 0;
-  EXPECT_EQ(CSteps(m_features).Then(AddTo, nSum, 3).Then([&] { nSum *= 2; }).Then(AddTo, nSum, 1).Status(), 0);
+  EXPECT_EQ(CSteps(m_features).Then(AddTo, nSum, 3).Then([&] { nSum *= 2; }).Then(AddTo, nSum, 1).Status(),
+            PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(nSum, 7);
 }
 
 TEST_F(StepsTest, ReadTheArgumentsOfAStepWhenItsTurnComes)
 {
   int nSum = 0;
-  EXPECT_EQ(CSteps(m_features).Then(AddTo, nSum, 3).Then(AddTo, nSum, nSum).Status(), 0);
+  EXPECT_EQ(CSteps(m_features).Then(AddTo, nSum, 3).Then(AddTo, nSum, nSum).Status(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(nSum, 6);
 }
 
@@ -128,7 +132,7 @@ TEST_F(StepsTest, AStepWithoutMemoryIsOutOfMemory)
   CCounter counter;
   EXPECT_EQ(
     CSteps(m_features).Then([]() -> int32_t { throw std::bad_alloc(); }).Then(&CCounter::Count, &counter, 0).Status(),
-    -2);
+    PLUGIN_STATUS_OUT_OF_MEMORY);
   EXPECT_EQ(counter.GetCounted(), 0);
 }
 

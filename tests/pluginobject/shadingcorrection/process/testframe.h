@@ -9,6 +9,8 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/testimage.h"
 
+namespace ffc::test {
+
 /// PFNC codes of the formats that the tests use.
 constexpr uint32_t MONO_8 = 0x01080001;
 constexpr uint32_t MONO_10 = 0x01100003;
@@ -21,9 +23,9 @@ constexpr uint32_t BAYER_RG_8 = 0x01080009;
 constexpr uint32_t UNKNOWN_FORMAT = 0x02200016;
 
 /// A format whose frame size is what its pixels take, one byte each at 8 bits, else two.
-inline SFrameFormat MakeFormat(uint32_t nPixelFormat, int64_t nWidth, int64_t nHeight)
+inline process::SFrameFormat MakeFormat(uint32_t nPixelFormat, int64_t nWidth, int64_t nHeight)
 {
-  SFrameFormat stFormat;
+  process::SFrameFormat stFormat;
   stFormat.nPixelFormat = nPixelFormat;
   stFormat.nWidth = nWidth;
   stFormat.nHeight = nHeight;
@@ -38,9 +40,9 @@ inline uint64_t GetImageSize(const CTestImage &image)
 }
 
 /// A buffer with the pixels of an image, exactly as large as they are.
-inline CFrameBuffer MakeFrame(const CTestImage &image)
+inline process::CFrameBuffer MakeFrame(const CTestImage &image)
 {
-  CFrameBuffer frame;
+  process::CFrameBuffer frame;
   if (frame.Allocate(GetImageSize(image))) {
     std::memcpy(frame.GetData(), image.GetData(), frame.GetSize());
   }
@@ -48,9 +50,11 @@ inline CFrameBuffer MakeFrame(const CTestImage &image)
 }
 
 /// The pixels of a buffer.
-inline CTestImage MakeImage(const CFrameBuffer &frame, int32_t nWidth, int32_t nHeight, int32_t nBitDepth)
+inline CTestImage MakeImage(const process::CFrameBuffer &frame, int32_t nWidth, int32_t nHeight, int32_t nBitDepth)
 {
   CTestImage image(nWidth, nHeight, nBitDepth);
   std::memcpy(image.GetData(), frame.GetData(), GetImageSize(image));
   return image;
 }
+
+} // namespace ffc::test

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -33,7 +36,7 @@ TEST_P(VignettingAcquisitionLog, IsThis)
 {
   const auto [pFormat, nFrames, bStreaming, pTriggerMode] = GetParam();
   CVignettingRig rig(pFormat);
-  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_" + std::to_string(nFrames)));
+  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_" + std::to_string(nFrames)), PLUGIN_STATUS_SUCCESS);
   rig.Camera().Enumeration("TriggerMode").Select(pTriggerMode);
   rig.SetStreaming(bStreaming);
   Log listExpected = Join({SIZE_CHECK, SAVE});
@@ -48,7 +51,7 @@ TEST_P(VignettingAcquisitionLog, IsThis)
   EXPECT_EQ(Join({listExpected, listTriggerBack, bStreaming ? Log() : STOP}), RecordBright(rig));
   EXPECT_EQ(bStreaming ? std::vector<int32_t>() : (std::vector<int32_t>{10, 11}), rig.TakeSignals());
   EXPECT_TRUE(rig.AreSignalsPlain());
-  EXPECT_EQ(bStreaming, rig.IsStreaming());
+  EXPECT_EQ(rig.IsStreaming(), bStreaming);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, VignettingAcquisitionLog,
@@ -66,8 +69,8 @@ TEST(VignettingAccessLog, OfPreparingAndRestoringBeforeAnythingWasSaved)
   CVignettingRig rig;
   rig.Camera().Enumeration("TriggerMode").Select("On");
   EXPECT_EQ(Join({CORRECTION_OFF, START}), RecordOperation(rig, [&] { return rig.Process().PrepareDeviceParam(); }));
-  EXPECT_EQ(STOP, RecordOperation(rig, [&] { return rig.Process().RestoreDeviceParam(); }));
-  EXPECT_EQ("On", rig.Camera().Enumeration("TriggerMode").PeekSymbolic());
+  EXPECT_EQ(RecordOperation(rig, [&] { return rig.Process().RestoreDeviceParam(); }), STOP);
+  EXPECT_EQ(rig.Camera().Enumeration("TriggerMode").PeekSymbolic(), "On");
   EXPECT_TRUE(rig.AreSignalsPlain());
 }
 
@@ -77,53 +80,53 @@ TEST(VignettingAccessLog, OfPreparingAndRestoringWithWhatTheLastAcquisitionSaved
     CVignettingRig rig;
     rig.Camera().Enumeration("TriggerMode").Select("On");
     rig.SetStreaming(bStreaming);
-    EXPECT_EQ(0, rig.AcquireBright(100));
-    const auto fnPrepare = [&rig] { return rig.Process().PrepareDeviceParam(); };
-    const auto fnRestore = [&rig] { return rig.Process().RestoreDeviceParam(); };
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+    const auto prepare = [&rig] { return rig.Process().PrepareDeviceParam(); };
+    const auto restore = [&rig] { return rig.Process().RestoreDeviceParam(); };
     const Log listTriggerOn = {"set TriggerMode = On"};
-    EXPECT_EQ(Join({TRIGGER_OFF, CORRECTION_OFF, bStreaming ? Log() : START}), RecordOperation(rig, fnPrepare));
-    EXPECT_EQ(Join({listTriggerOn, bStreaming ? Log() : STOP}), RecordOperation(rig, fnRestore));
-    EXPECT_EQ(bStreaming, rig.IsStreaming());
+    EXPECT_EQ(Join({TRIGGER_OFF, CORRECTION_OFF, bStreaming ? Log() : START}), RecordOperation(rig, prepare));
+    EXPECT_EQ(Join({listTriggerOn, bStreaming ? Log() : STOP}), RecordOperation(rig, restore));
+    EXPECT_EQ(rig.IsStreaming(), bStreaming);
   }
 }
 
 TEST(VignettingAccessLog, OfTheInitialisation)
 {
   CVignettingRig rig;
-  EXPECT_EQ(SETTINGS, RecordOperation(rig, [&rig] { return rig.Process().InitProcess(); }));
+  EXPECT_EQ(RecordOperation(rig, [&rig] { return rig.Process().InitProcess(); }), SETTINGS);
   CVignettingRig colourRig("BayerGR8");
-  const auto fnInit = [&colourRig] { return colourRig.Process().InitProcess(); };
+  const auto init = [&colourRig] { return colourRig.Process().InitProcess(); };
   const Log listAsked = {"implemented? PixelColorFilter"};
-  EXPECT_EQ(Join({listAsked, {"get PixelColorFilter"}, SETTINGS}), RecordOperation(colourRig, fnInit));
+  EXPECT_EQ(Join({listAsked, {"get PixelColorFilter"}, SETTINGS}), RecordOperation(colourRig, init));
   colourRig.Camera().Enumeration("PixelColorFilter").Access(GenApi::NI);
-  EXPECT_EQ(Join({listAsked, SETTINGS}), RecordOperation(colourRig, fnInit));
+  EXPECT_EQ(Join({listAsked, SETTINGS}), RecordOperation(colourRig, init));
 }
 
 TEST(VignettingAccessLog, OfAnExecution)
 {
   CVignettingRig rig("BayerRG10");
-  EXPECT_EQ(0, rig.AcquireBright(100));
-  EXPECT_EQ((Log{"write FFCValueAll 168", "set FlatFieldCorrection = On"}),
-            RecordOperation(rig, [&rig] { return rig.Process().ExecuteCorrection(); }));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(RecordOperation(rig, [&rig] { return rig.Process().ExecuteCorrection(); }),
+            (Log{"write FFCValueAll 168", "set FlatFieldCorrection = On"}));
 }
 
 TEST(VignettingAccessLog, OfTheFrameCount)
 {
   CVignettingRig rig;
-  EXPECT_EQ((Log{"set FFCFrameCount = FFCFrameCount_16"}),
-            RecordOperation(rig, [&rig] { return rig.Process().SetFrameCount("FFCFrameCount_16"); }));
+  EXPECT_EQ(RecordOperation(rig, [&rig] { return rig.Process().SetFrameCount("FFCFrameCount_16"); }),
+            (Log{"set FFCFrameCount = FFCFrameCount_16"}));
 }
 
 TEST(VignettingAccessLog, OfTheFlash)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.Correct(100));
-  EXPECT_EQ((Log{"execute FFCFlashSave", "set FlatFieldCorrection = On", "set UserSetSelector = UserSet0",
-                 "execute UserSetSave", "set UserSetDefault = UserSet0"}),
-            RecordOperation(rig, [&rig] { return rig.Process().SaveToFlash(); }));
+  EXPECT_EQ(rig.Correct(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(RecordOperation(rig, [&rig] { return rig.Process().SaveToFlash(); }),
+            (Log{"execute FFCFlashSave", "set FlatFieldCorrection = On", "set UserSetSelector = UserSet0",
+                 "execute UserSetSave", "set UserSetDefault = UserSet0"}));
   EXPECT_EQ(
-    (Log{"get FFCCoefficientsSize", "execute FFCFlashLoad", "read FFCValueAll 72", "set FlatFieldCorrection = On"}),
-    RecordOperation(rig, [&rig] { return rig.Process().LoadFromFlash(); }));
+    RecordOperation(rig, [&rig] { return rig.Process().LoadFromFlash(); }),
+    (Log{"get FFCCoefficientsSize", "execute FFCFlashLoad", "read FFCValueAll 72", "set FlatFieldCorrection = On"}));
 }
 
 TEST(VignettingAccessLog, OfWhatACameraThatCorrectsVignettingNeedsNotIsEmpty)
@@ -137,7 +140,7 @@ TEST(VignettingAccessLog, OfWhatACameraThatCorrectsVignettingNeedsNotIsEmpty)
   EXPECT_EQ(Log(), RecordOperation(rig, [&] {
               return rig.Process().CorrectImage(listSource.data(), listDestination.data(), 10, 10, 0x01080001);
             }));
-  EXPECT_EQ(std::vector<uint8_t>(100, 1), listDestination);
+  EXPECT_EQ(listDestination, std::vector<uint8_t>(100, 1));
   EXPECT_EQ(Log(), RecordOperation(rig, [&rig] {
               return rig.Process().IsBlackLevelDefault() && rig.Process().IsColorCamera() &&
                          rig.Process().GetImageMaxGray() == 0.0 && rig.Process().GetImageGrayDiff() == 0.0 &&

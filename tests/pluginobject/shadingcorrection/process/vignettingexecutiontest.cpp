@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/shadingcorrection/imagecalc/vignettingcoefficient.h"
+#include "pluginobject/shadingcorrection/imagecalc/vignetting/vignettingcoefficient.h"
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
+
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -65,10 +69,11 @@ Bytes ComputeTable(const CTestImage &image, int32_t nBayerType, int64_t nBlockSi
 {
   int64_t nSize = 0;
   EXPECT_EQ(
-    0, GetVignettingCoefficientSize(nBayerType, image.GetWidth(), image.GetHeight(), nBlockSide, nBlockSide, &nSize));
+    GetVignettingCoefficientSize(nBayerType, image.GetWidth(), image.GetHeight(), nBlockSide, nBlockSide, &nSize), 0);
   Bytes listTable(static_cast<std::size_t>(nSize));
-  EXPECT_EQ(0, CalcVignettingCoefficient(image.GetData(), image.GetBitDepth(), nBayerType, image.GetWidth(),
-                                         image.GetHeight(), nBlockSide, nBlockSide, nSize, listTable.data()));
+  EXPECT_EQ(CalcVignettingCoefficient(image.GetData(), image.GetBitDepth(), nBayerType, image.GetWidth(),
+                                      image.GetHeight(), nBlockSide, nBlockSide, nSize, listTable.data()),
+            0);
   return listTable;
 }
 
@@ -92,7 +97,7 @@ void ChangeTo(CVignettingRig &rig, int64_t nWidth, int64_t nHeight)
 void SetBlocks(CVignettingRig &rig, const char *pEntry)
 {
   rig.Camera().Enumeration("FFCBlockSize").Select(pEntry);
-  EXPECT_EQ(0, rig.Process().InitProcess());
+  EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
 }
 
 class VignettingExecution : public testing::TestWithParam<SCamera> {};
@@ -103,16 +108,16 @@ TEST_P(VignettingExecution, WritesTheCalculatorsTableAndThePlainRecordBehindIt)
 {
   const SCamera stCamera = GetParam();
   CVignettingRig rig(stCamera.pFormat, 320, 224);
-  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_2"));
+  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
   const std::vector<CTestImage> listImages = MakeShadedRun(320, 224, stCamera.nBitDepth, 2);
   const CTestImage average = Average(listImages);
-  EXPECT_EQ(0, rig.Acquire(listImages));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Acquire(listImages), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(ComputeImage(ComputeTable(average, stCamera.nBayerType, 64), 2, 2), rig.GetWritten());
-  EXPECT_EQ("On", rig.GetCorrection());
-  EXPECT_EQ(1U, rig.Process().GetCorrectionInfo().nValid);
+  EXPECT_EQ(rig.GetCorrection(), "On");
+  EXPECT_EQ(rig.Process().GetCorrectionInfo().nValid, 1U);
   SetBlocks(rig, "BlockSize_16384");
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(ComputeImage(ComputeTable(average, stCamera.nBayerType, 128), 2, 3), rig.GetWritten());
 }
 
@@ -122,32 +127,32 @@ INSTANTIATE_TEST_SUITE_P(Cameras, VignettingExecution, testing::ValuesIn(CAMERAS
 TEST(VignettingExecutions, AreTheSameWhenRepeatedOnTheSameFrame)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.Acquire({MakeShaded(192, 128, 8, 1)}));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Acquire({MakeShaded(192, 128, 8, 1)}), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const Bytes listFirst = rig.GetWritten();
   rig.Camera().Correction().SetWritten({});
   rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(listFirst, rig.GetWritten());
-  EXPECT_EQ("On", rig.GetCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.GetWritten(), listFirst);
+  EXPECT_EQ(rig.GetCorrection(), "On");
 }
 
 TEST(VignettingExecutions, CarryTheFrameCountThatIsSetNow)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(100));
-  EXPECT_EQ(0, rig.Process().SetFrameCount("FFCFrameCount_16"));
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_16"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(MakeRecord({1, 2, 16, 2, 72, 0}), rig.GetWrittenRecord());
 }
 
 TEST(VignettingExecutions, WithoutABrightFrameAreInvalidAndTouchNothing)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.Process().AcquireDarkImage());
+  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
   rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
-  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
-  EXPECT_EQ((std::vector<uint32_t>{0, 2, 1, 2, 72, 0}), rig.GetInfo());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(rig.GetInfo(), (std::vector<uint32_t>{0, 2, 1, 2, 72, 0}));
 }
 
 TEST(VignettingExecutions, FollowTheGeometryOfTheFrames)
@@ -157,84 +162,84 @@ TEST(VignettingExecutions, FollowTheGeometryOfTheFrames)
        {std::tuple{192, 128, 72U}, {320, 128, 88U}, {64, 64, 56U}, {640, 480, 264U}, {192, 128, 72U}}) {
     ChangeTo(rig, nWidth, nHeight);
     const CTestImage image = MakeShaded(nWidth, nHeight, 8, 5);
-    EXPECT_EQ(0, rig.Acquire({image})) << nWidth;
-    EXPECT_EQ(0, rig.Process().ExecuteCorrection()) << nWidth;
+    EXPECT_EQ(rig.Acquire({image}), PLUGIN_STATUS_SUCCESS) << nWidth;
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS) << nWidth;
     EXPECT_EQ(ComputeImage(ComputeTable(image, 0, 64), 1, 2), rig.GetWritten()) << nWidth;
-    EXPECT_EQ(nSize, rig.GetWritten().size()) << nWidth;
-    EXPECT_EQ(nSize, rig.Process().GetCorrectionInfo().nCoefficientsSize) << nWidth;
+    EXPECT_EQ(rig.GetWritten().size(), nSize) << nWidth;
+    EXPECT_EQ(rig.Process().GetCorrectionInfo().nCoefficientsSize, nSize) << nWidth;
   }
 }
 
 TEST(VignettingExecutions, FollowTheFramesAlsoWhenALoadedRecordHasTheirSizeAlready)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.Correct(100)); // memory for 72 bytes
+  EXPECT_EQ(rig.Correct(100), PLUGIN_STATUS_SUCCESS); // memory for 72 bytes
   ChangeTo(rig, 320, 128);
   rig.Camera().Correction().SetFlash(MakeCoefficients(88, 88));
-  EXPECT_EQ(0, rig.Process().LoadFromFlash());
-  EXPECT_EQ(88U, rig.Process().GetCorrectionInfo().nCoefficientsSize);
-  EXPECT_EQ(0, rig.Correct(100));
-  EXPECT_EQ(88U, rig.GetWritten().size());
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().GetCorrectionInfo().nCoefficientsSize, 88U);
+  EXPECT_EQ(rig.Correct(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.GetWritten().size(), 88U);
 }
 
 TEST(VignettingExecutions, FollowTheFramesWhateverTheSizeInALoadedRecord)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.Correct(100));
+  EXPECT_EQ(rig.Correct(100), PLUGIN_STATUS_SUCCESS);
   ChangeTo(rig, 320, 128);
   rig.Camera().Correction().SetFlash(MakeCoefficients(88, 88));
-  EXPECT_EQ(0, rig.Process().LoadFromFlash());
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
   ChangeTo(rig, 192, 128); // the frame's again
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(MakeRecord({1, 2, 4, 2, 72, 7}), rig.GetWrittenRecord());
 }
 
 TEST(VignettingExecutions, OfFramesOfAnotherGeometryThanTheCameraHasNowAreRefused)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   ChangeTo(rig, 320, 128);
-  EXPECT_EQ(-1015, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_ROI_MISMATCH);
   EXPECT_TRUE(rig.GetWritten().empty());
-  EXPECT_EQ("Off", rig.GetCorrection());
+  EXPECT_EQ(rig.GetCorrection(), "Off");
   ChangeTo(rig, 192, 128);
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST(VignettingExecutions, ForARegisterOfAnotherLengthAreRefused)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   for (const int64_t nSize : {71, 73, 24, 0}) {
     rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
-    EXPECT_EQ(0, rig.Process().InitProcess()) << nSize; // its own rule gives the size
-    EXPECT_EQ(-1015, rig.Process().ExecuteCorrection()) << nSize;
-    EXPECT_EQ(72U, rig.Process().GetCorrectionInfo().nCoefficientsSize) << nSize;
+    EXPECT_EQ(rig.Process().InitProcess(), PLUGIN_STATUS_SUCCESS) << nSize; // its own rule gives the size
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
+    EXPECT_EQ(rig.Process().GetCorrectionInfo().nCoefficientsSize, 72U) << nSize;
     EXPECT_TRUE(rig.GetWritten().empty()) << nSize;
-    EXPECT_EQ("Off", rig.GetCorrection()) << nSize;
+    EXPECT_EQ(rig.GetCorrection(), "Off") << nSize;
   }
 }
 
 TEST(VignettingExecutions, WithBlocksLargerThanTheFrameAreInvalid)
 {
   CVignettingRig rig("Mono8", 192, 96);
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   SetBlocks(rig, "BlockSize_16384");
-  EXPECT_EQ(-3, rig.Process().ExecuteCorrection());
-  EXPECT_EQ(-3, rig.AcquireBright(100));
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_INVALID_PARAM);
   SetBlocks(rig, "BlockSize_4096");
-  EXPECT_EQ(0, rig.Correct(100));
+  EXPECT_EQ(rig.Correct(100), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST(VignettingExecutions, OfADeeperFormatThanTwelveBitsAreNotSupported)
 {
   for (const char *pFormat : {"Mono14", "Mono16", "BayerRG16"}) {
     CVignettingRig rig(pFormat);
-    EXPECT_EQ(0, rig.AcquireBright(9000)) << pFormat;
-    EXPECT_EQ(-1011, rig.Process().ExecuteCorrection()) << pFormat;
+    EXPECT_EQ(rig.AcquireBright(9000), PLUGIN_STATUS_SUCCESS) << pFormat;
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_CAMERA_NOT_SUPPORTED) << pFormat;
     EXPECT_TRUE(rig.GetWritten().empty()) << pFormat;
-    EXPECT_EQ("Off", rig.GetCorrection()) << pFormat;
-    EXPECT_EQ(0U, rig.Process().GetCorrectionInfo().nValid) << pFormat;
+    EXPECT_EQ(rig.GetCorrection(), "Off") << pFormat;
+    EXPECT_EQ(rig.Process().GetCorrectionInfo().nValid, 0U) << pFormat;
   }
 }
 
@@ -242,10 +247,10 @@ TEST(VignettingExecutions, ThatTheCameraRefusesAreReported)
 {
   for (const char *pName : {"FFCValueAll", "FlatFieldCorrection"}) {
     CVignettingRig rig;
-    EXPECT_EQ(0, rig.AcquireBright(100));
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
     rig.Refuse(pName);
-    EXPECT_EQ(-1002, rig.Process().ExecuteCorrection()) << pName;
-    EXPECT_EQ("Off", rig.GetCorrection()) << pName;
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_FEATURE_ERROR) << pName;
+    EXPECT_EQ(rig.GetCorrection(), "Off") << pName;
     EXPECT_EQ(pName == std::string("FFCValueAll"), rig.GetWritten().empty());
   }
 }

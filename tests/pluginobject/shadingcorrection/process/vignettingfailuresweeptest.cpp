@@ -6,9 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/failuresweep.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
+
+using namespace ffc::test;
 
 namespace {
 
@@ -52,10 +55,10 @@ protected:
   VignettingFailureSweep() : m_rig(std::get<1>(GetParam()) ? "BayerRG12" : "Mono12")
   {
     InstallChooser(m_rig.Process(), m_folder.filePath("a.ffc"));
-    EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
-    EXPECT_EQ(0, m_rig.Correct(100));
-    EXPECT_EQ(0, m_rig.Process().SaveToFile());
-    EXPECT_EQ(0, m_rig.Process().SaveToFlash());
+    EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.Correct(100), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.Process().SaveToFlash(), PLUGIN_STATUS_SUCCESS);
     m_rig.Camera().UserSets().SetSaveLocked(false);
   }
 
@@ -70,24 +73,24 @@ protected:
     camera.Enumeration("UserSetSelector").Select("UserSet0");
     camera.Enumeration("UserSetDefault").Select("UserSet0");
     m_rig.SetStreaming(std::get<2>(GetParam()));
-    EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
+    EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
   }
 
   void Fail(std::size_t nAccess, EAccessFailure eFailure, const SMeaning &stMeaning)
   {
     Arrange();
     const Settings mapBefore = m_rig.TakeSettings();
-    EXPECT_EQ(stMeaning.nStatus, RunWithFailure(m_rig, nAccess, eFailure, [this] { return Run(); }));
+    EXPECT_EQ(RunWithFailure(m_rig, nAccess, eFailure, [this] { return Run(); }), stMeaning.nStatus);
     if (!stMeaning.bRestoring) {
-      EXPECT_EQ("", DescribeChanges(mapBefore, m_rig.TakeSettings()));
+      EXPECT_EQ(DescribeChanges(mapBefore, m_rig.TakeSettings()), "");
     }
     EXPECT_EQ(std::get<2>(GetParam()), m_rig.IsStreaming());
     EXPECT_TRUE(m_rig.AreSignalsPlain());
-    EXPECT_EQ(258U, m_rig.Process().WaitImageRequest());
+    EXPECT_EQ(m_rig.Process().WaitImageRequest(), 258U);
     if (stMeaning.nStatus != 0 && std::get<0>(GetParam()).pName == std::string("Bright")) {
-      EXPECT_EQ(-3, m_rig.Process().ExecuteCorrection());
+      EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
     }
-    EXPECT_EQ(0, Run());
+    EXPECT_EQ(Run(), 0);
   }
 
   QTemporaryDir m_folder;

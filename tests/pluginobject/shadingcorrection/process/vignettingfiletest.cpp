@@ -3,11 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 #include "tests/support/fullvolume.h"
 #include "tests/support/modalanswer.h"
+
+using namespace ffc::test;
+using ffc::genapi::CSoftwareRegister;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -32,8 +37,8 @@ class VignettingFile : public testing::Test {
 protected:
   VignettingFile()
   {
-    EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
-    EXPECT_EQ(0, m_rig.Correct(100));
+    EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.Correct(100), PLUGIN_STATUS_SUCCESS);
     m_rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
     m_rig.TakeSignals();
     m_written = GetWritten();
@@ -61,9 +66,9 @@ protected:
   }
   void ExpectUnchanged()
   {
-    EXPECT_EQ(m_written, GetWritten());
-    EXPECT_EQ(m_listInfo, m_rig.GetInfo());
-    EXPECT_EQ("Off", m_rig.GetCorrection());
+    EXPECT_EQ(GetWritten(), m_written);
+    EXPECT_EQ(m_rig.GetInfo(), m_listInfo);
+    EXPECT_EQ(m_rig.GetCorrection(), "Off");
     EXPECT_TRUE(m_rig.TakeSignals().empty());
   }
 
@@ -78,39 +83,39 @@ protected:
 
 TEST_F(VignettingFile, IsTheRegister)
 {
-  EXPECT_EQ(0, Save("a.ffc"));
-  EXPECT_EQ(m_written, ReadAll(Path("a.ffc")));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(ReadAll(Path("a.ffc")), m_written);
   ExpectUnchanged();
 }
 
 TEST_F(VignettingFile, IsWrittenAsItIsAndItsRecordTaken)
 {
   for (int i = 0; i < 2; ++i) { // the second time with the same result
-    EXPECT_EQ(0, Load(MakeFile()));
+    EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(MakeFile(), GetWritten());
-    EXPECT_EQ(LOADED, m_rig.GetInfo());
-    EXPECT_EQ("On", m_rig.GetCorrection());
+    EXPECT_EQ(m_rig.GetInfo(), LOADED);
+    EXPECT_EQ(m_rig.GetCorrection(), "On");
     EXPECT_EQ(MakeFile(), ReadAll(Path("load.ffc")));
   }
 }
 
 TEST_F(VignettingFile, IsLoadedAsItWasSaved)
 {
-  EXPECT_EQ(0, Save("a.ffc"));
-  EXPECT_EQ(0, Load(MakeFile()));
-  EXPECT_EQ(0, Load("a.ffc"));
-  EXPECT_EQ(m_written, GetWritten());
-  EXPECT_EQ(m_listInfo, m_rig.GetInfo());
-  EXPECT_EQ(0, Save("b.ffc"));
-  EXPECT_EQ(m_written, ReadAll(Path("b.ffc")));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(GetWritten(), m_written);
+  EXPECT_EQ(m_rig.GetInfo(), m_listInfo);
+  EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(ReadAll(Path("b.ffc")), m_written);
 }
 
 TEST_F(VignettingFile, AccessesOfALoadAndOfASave)
 {
-  EXPECT_EQ((Log{"get FFCCoefficientsSize", "read FFCValueAll 72"}),
-            RecordOperation(m_rig, [this] { return Save("a.ffc"); }));
-  EXPECT_EQ((Log{"get FFCCoefficientsSize", "write FFCValueAll 72", "set FlatFieldCorrection = On"}),
-            RecordOperation(m_rig, [this] { return Load("a.ffc"); }));
+  EXPECT_EQ(RecordOperation(m_rig, [this] { return Save("a.ffc"); }),
+            (Log{"get FFCCoefficientsSize", "read FFCValueAll 72"}));
+  EXPECT_EQ(RecordOperation(m_rig, [this] { return Load("a.ffc"); }),
+            (Log{"get FFCCoefficientsSize", "write FFCValueAll 72", "set FlatFieldCorrection = On"}));
 }
 
 TEST_F(VignettingFile, OfAnotherLengthIsRefused)
@@ -118,7 +123,7 @@ TEST_F(VignettingFile, OfAnotherLengthIsRefused)
   const QByteArray file = MakeFile();
   for (const QByteArray &bytes : {file.left(71), file + 'x', file.right(71), file.right(24), file.left(1), QByteArray(),
                                   file + file, QByteArray(100000, 'x')}) {
-    EXPECT_EQ(-1015, Load(bytes)) << bytes.size();
+    EXPECT_EQ(Load(bytes), PLUGIN_STATUS_ROI_MISMATCH) << bytes.size();
     ExpectUnchanged();
   }
 }
@@ -126,7 +131,7 @@ TEST_F(VignettingFile, OfAnotherLengthIsRefused)
 TEST_F(VignettingFile, WhoseRecordSaysAnotherSizeIsRefused)
 {
   for (const uint32_t nSize : {0U, 24U, 71U, 73U, SIZE << 8, 0xFFFFFFFFU}) { // the fifth one has its bytes exchanged
-    EXPECT_EQ(-1015, Load(ToArray(MakeCoefficients(SIZE, nSize)))) << nSize;
+    EXPECT_EQ(Load(ToArray(MakeCoefficients(SIZE, nSize))), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
     ExpectUnchanged();
   }
 }
@@ -136,11 +141,11 @@ TEST_F(VignettingFile, OfCoefficientsWhoseRecordSaysAnotherSizeIsNotSaved)
   WriteAll(Path("a.ffc"), "former");
   for (const uint32_t nSize : {0U, 71U, 73U, SIZE << 8}) {
     m_rig.Camera().Correction().SetWritten(MakeCoefficients(SIZE, nSize));
-    EXPECT_EQ(-1015, Save("a.ffc")) << nSize;
-    EXPECT_EQ(-1015, Save("new.ffc")) << nSize;
+    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
+    EXPECT_EQ(Save("new.ffc"), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
   }
-  EXPECT_EQ("former", ReadAll(Path("a.ffc")));
-  EXPECT_EQ(QStringList{"a.ffc"}, ListFiles());
+  EXPECT_EQ(ReadAll(Path("a.ffc")), "former");
+  EXPECT_EQ(ListFiles(), QStringList{"a.ffc"});
 }
 
 TEST_F(VignettingFile, AFrameCountThatNoEntryHasBecomesOneFrameInTheNextAcquisition)
@@ -150,10 +155,10 @@ TEST_F(VignettingFile, AFrameCountThatNoEntryHasBecomesOneFrameInTheNextAcquisit
     for (const uint8_t nByte : MakeRecord({1, 2, nFrameCount, 2, SIZE, 7})) {
       listBytes.push_back(nByte);
     }
-    EXPECT_EQ(0, Load(ToArray(listBytes)));
-    EXPECT_EQ(0, m_rig.AcquireBright(100)) << nFrameCount;
-    EXPECT_EQ(1, m_rig.GetFrameCount()) << nFrameCount;
-    EXPECT_EQ(1U, m_rig.Process().GetCorrectionInfo().nFrameCount) << nFrameCount;
+    EXPECT_EQ(Load(ToArray(listBytes)), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS) << nFrameCount;
+    EXPECT_EQ(m_rig.GetFrameCount(), 1) << nFrameCount;
+    EXPECT_EQ(m_rig.Process().GetCorrectionInfo().nFrameCount, 1U) << nFrameCount;
   }
 }
 
@@ -164,19 +169,19 @@ TEST_F(VignettingFile, AnyOtherWordOfTheRecordIsTakenAsItIs)
   for (const uint8_t nByte : MakeRecord(listWords)) {
     listBytes.push_back(nByte);
   }
-  EXPECT_EQ(0, Load(ToArray(listBytes)));
-  EXPECT_EQ(listWords, m_rig.GetInfo());
-  EXPECT_EQ(0, Save("b.ffc"));
+  EXPECT_EQ(Load(ToArray(listBytes)), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.GetInfo(), listWords);
+  EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(ToArray(listBytes), ReadAll(Path("b.ffc")));
 }
 
 TEST_F(VignettingFile, HasTheLengthThatTheCameraHasNow)
 {
   m_rig.Camera().Integer("Width").Poke(320);
-  EXPECT_EQ(-1015, Load(MakeFile()));
-  EXPECT_EQ(0, Load(ToArray(MakeCoefficients(88, 88))));
-  EXPECT_EQ(0, Save("a.ffc"));
-  EXPECT_EQ(88, ReadAll(Path("a.ffc")).size());
+  EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_ROI_MISMATCH);
+  EXPECT_EQ(Load(ToArray(MakeCoefficients(88, 88))), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(ReadAll(Path("a.ffc")).size(), 88);
 }
 
 TEST_F(VignettingFile, ForARegisterOfAnotherLengthIsRefused)
@@ -184,10 +189,10 @@ TEST_F(VignettingFile, ForARegisterOfAnotherLengthIsRefused)
   WriteAll(Path("a.ffc"), "former");
   for (const int64_t nLength : {71, 73, 0}) {
     m_rig.Camera().Device().Find<CSoftwareRegister>("FFCValueAll")->Length(nLength);
-    EXPECT_EQ(-1015, Load(MakeFile())) << nLength;
-    EXPECT_EQ(-1015, Save("a.ffc")) << nLength;
+    EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
+    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
     ExpectUnchanged();
-    EXPECT_EQ("former", ReadAll(Path("a.ffc"))) << nLength;
+    EXPECT_EQ(ReadAll(Path("a.ffc")), "former") << nLength;
   }
 }
 
@@ -195,26 +200,26 @@ TEST_F(VignettingFile, WithoutRoomForARecordIsRefused)
 {
   for (const int nSize : {1, 23}) {
     m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
-    EXPECT_EQ(-1015, Load(MakeFile().left(nSize))) << nSize;
-    EXPECT_EQ(-1015, Save("a.ffc")) << nSize;
+    EXPECT_EQ(Load(MakeFile().left(nSize)), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
+    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
   }
   m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 0; });
-  EXPECT_EQ(-1007, Load(QByteArray())); // as long as it has to be, but there is nothing
-  EXPECT_EQ(-1015, Save("a.ffc"));
+  EXPECT_EQ(Load(QByteArray()), PLUGIN_STATUS_READ_FILE_ERROR); // as long as it has to be, but there is nothing
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_ROI_MISMATCH);
   ExpectUnchanged();
-  EXPECT_EQ(QStringList{"load.ffc"}, ListFiles());
+  EXPECT_EQ(ListFiles(), QStringList{"load.ffc"});
   m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 24; });
-  EXPECT_EQ(0, Load(ToArray(MakeCoefficients(24, 24)))); // nothing but a record
+  EXPECT_EQ(Load(ToArray(MakeCoefficients(24, 24))), PLUGIN_STATUS_SUCCESS); // nothing but a record
 }
 
 TEST_F(VignettingFile, ForASizeThatNoMemoryHasIsRefused)
 {
   for (const int64_t nSize : {int64_t{-1}, INT64_MIN, INT64_MAX, int64_t{1} << 32}) {
     m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
-    EXPECT_EQ(-1015, Load(MakeFile())) << nSize;
-    EXPECT_EQ(-2, Save("a.ffc")) << nSize; // without asking
+    EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
+    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_OUT_OF_MEMORY) << nSize; // without asking
   }
-  EXPECT_EQ(4U, m_chooser.GetQuestions().size());
+  EXPECT_EQ(m_chooser.GetQuestions().size(), 4U);
   ExpectUnchanged();
 }
 
@@ -226,30 +231,30 @@ TEST_F(VignettingFile, IsAskedForWithTheTextsOfEachDialogAfterTheSizeWasRead)
       nQuestionsAtRead = m_chooser.GetQuestions().size();
     }
   });
-  EXPECT_EQ(0, Save("a.ffc"));
-  EXPECT_EQ(0U, nQuestionsAtRead);
-  EXPECT_EQ(0, Load("a.ffc"));
-  EXPECT_EQ(1U, nQuestionsAtRead);
-  EXPECT_EQ((std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}),
-            m_chooser.GetQuestions());
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(nQuestionsAtRead, 0U);
+  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(nQuestionsAtRead, 1U);
+  EXPECT_EQ(m_chooser.GetQuestions(),
+            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
 }
 
 TEST_F(VignettingFile, ACancelledDialogChangesNothing)
 {
   m_chooser.Choose(QString());
-  m_rig.SetHook([](const SNodeAccess &stAccess) { EXPECT_EQ("FFCCoefficientsSize", stAccess.strNode); });
-  EXPECT_EQ(-1014, m_rig.Process().LoadFromFile());
-  EXPECT_EQ(-1014, m_rig.Process().SaveToFile());
+  m_rig.SetHook([](const SNodeAccess &stAccess) { EXPECT_EQ(stAccess.strNode, "FFCCoefficientsSize"); });
+  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
   ExpectUnchanged();
   EXPECT_TRUE(ListFiles().isEmpty());
 }
 
 TEST_F(VignettingFile, ThatCannotBeOpenedIsRefused)
 {
-  EXPECT_EQ(-1004, Load("missing.ffc"));
-  EXPECT_EQ(-1004, Load("."));
-  EXPECT_EQ(-1004, Save("missing/a.ffc"));
-  EXPECT_EQ(-1004, Save("."));
+  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
   ExpectUnchanged();
 }
 
@@ -258,10 +263,10 @@ TEST_F(VignettingFile, ThatCannotBeWrittenIsReportedAndTheFormerOneStays)
   WriteAll(Path("a.ffc"), "former");
   for (const char *pName : {"a.ffc", "new.ffc"}) {
     const CFullVolume fullVolume(20);
-    EXPECT_EQ(-1006, Save(pName)) << pName;
+    EXPECT_EQ(Save(pName), PLUGIN_STATUS_WRITE_FILE_ERROR) << pName;
   }
-  EXPECT_EQ("former", ReadAll(Path("a.ffc")));
-  EXPECT_EQ(QStringList{"a.ffc"}, ListFiles());
+  EXPECT_EQ(ReadAll(Path("a.ffc")), "former");
+  EXPECT_EQ(ListFiles(), QStringList{"a.ffc"});
   ExpectUnchanged();
 }
 
@@ -269,33 +274,33 @@ TEST_F(VignettingFile, ALoadThatTheCameraRefusesKeepsTheRecord)
 {
   for (const char *pName : {"FFCCoefficientsSize", "FFCValueAll"}) {
     m_rig.Refuse(pName);
-    EXPECT_EQ(-1002, Load(MakeFile())) << pName;
+    EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_FEATURE_ERROR) << pName;
     ExpectUnchanged();
   }
   // Once the camera has the coefficients their record is the process's.
   m_rig.Refuse("FlatFieldCorrection");
-  EXPECT_EQ(-1002, Load(MakeFile()));
+  EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_EQ(MakeFile(), GetWritten());
-  EXPECT_EQ(LOADED, m_rig.GetInfo());
+  EXPECT_EQ(m_rig.GetInfo(), LOADED);
 }
 
 TEST_F(VignettingFile, ASaveThatTheCameraRefusesLeavesNoFile)
 {
   for (const char *pName : {"FFCCoefficientsSize", "FFCValueAll"}) {
     m_rig.Refuse(pName);
-    EXPECT_EQ(-1002, Save("a.ffc")) << pName;
+    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_FEATURE_ERROR) << pName;
     EXPECT_TRUE(ListFiles().isEmpty()) << pName;
   }
   m_rig.Refuse("FlatFieldCorrection"); // which a save leaves alone
-  EXPECT_EQ(0, Save("a.ffc"));
+  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST_F(VignettingFile, WithoutACameraIsNotAskedFor)
 {
   CVignettingCorrectionPro_Dev process{CFeatureAccess(nullptr)};
   CScriptedChooser &chooser = InstallChooser(process, Path("a.ffc"));
-  EXPECT_EQ(-3, process.LoadFromFile());
-  EXPECT_EQ(-3, process.SaveToFile());
+  EXPECT_EQ(process.LoadFromFile(), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(process.SaveToFile(), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_TRUE(chooser.GetQuestions().empty());
   EXPECT_TRUE(ListFiles().isEmpty());
 }
@@ -304,9 +309,9 @@ TEST_F(VignettingFile, IsChosenInDialogsUnlessToldOtherwise)
 {
   CVignettingRig rig;
   const CModalAnswer answer; // cancels
-  EXPECT_EQ(-1014, rig.Process().LoadFromFile());
-  EXPECT_EQ(-1014, rig.Process().SaveToFile());
-  ASSERT_EQ(2U, answer.GetFileDialogs().size());
-  EXPECT_EQ("Open FFC", answer.GetFileDialogs()[0].strTitle);
-  EXPECT_EQ("Save FFC", answer.GetFileDialogs()[1].strTitle);
+  EXPECT_EQ(rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
+  ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
+  EXPECT_EQ(answer.GetFileDialogs()[0].strTitle, "Open FFC");
+  EXPECT_EQ(answer.GetFileDialogs()[1].strTitle, "Save FFC");
 }

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
+
+using namespace ffc::test;
+using ffc::genapi::CSoftwareRegister;
 
 namespace {
 
@@ -27,48 +31,48 @@ protected:
 
 TEST_F(VignettingFlash, IsLoadedWithItsRecordAsItIs)
 {
-  EXPECT_EQ(0, Load());
-  EXPECT_EQ(LOADED, m_rig.GetInfo());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.GetInfo(), LOADED);
   EXPECT_EQ(MakeCoefficients(72, 72), m_rig.GetWritten());
-  EXPECT_EQ("On", m_rig.GetCorrection());
-  EXPECT_EQ(0, Load());
-  EXPECT_EQ(LOADED, m_rig.GetInfo());
+  EXPECT_EQ(m_rig.GetCorrection(), "On");
+  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.GetInfo(), LOADED);
 }
 
 TEST_F(VignettingFlash, AnAcquisitionAfterALoadTakesAsManyFramesAsTheRecordSays)
 {
-  EXPECT_EQ(0, Load());
-  EXPECT_EQ(0, m_rig.Correct(100));
-  EXPECT_EQ(4, m_rig.GetFrameCount());
-  EXPECT_EQ((Words{1, 2, 4, 2, 72, 7}), m_rig.GetInfo());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Correct(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.GetFrameCount(), 4);
+  EXPECT_EQ(m_rig.GetInfo(), (Words{1, 2, 4, 2, 72, 7}));
 }
 
 TEST_F(VignettingFlash, ARecordOfAnotherSizeIsRefused)
 {
   for (const uint32_t nSize : {0U, 24U, 71U, 73U, 72U << 8, 0xFFFFFFFFU}) { // the fifth one has its bytes exchanged
     Keep(MakeCoefficients(72, nSize));
-    EXPECT_EQ(-1015, Load()) << nSize;
-    EXPECT_EQ(FRESH, m_rig.GetInfo()) << nSize;
-    EXPECT_EQ("Off", m_rig.GetCorrection()) << nSize;
+    EXPECT_EQ(Load(), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
+    EXPECT_EQ(m_rig.GetInfo(), FRESH) << nSize;
+    EXPECT_EQ(m_rig.GetCorrection(), "Off") << nSize;
   }
 }
 
 TEST_F(VignettingFlash, IsLoadedInTheSizeThatTheCameraHasNow)
 {
   m_rig.Camera().Integer("Width").Poke(320);
-  EXPECT_EQ(-1015, Load()); // its record is of the former size
+  EXPECT_EQ(Load(), PLUGIN_STATUS_ROI_MISMATCH); // its record is of the former size
   Keep(MakeCoefficients(88, 88));
-  EXPECT_EQ(0, Load());
-  EXPECT_EQ((Words{1, 2, 4, 2, 88, 7}), m_rig.GetInfo());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.GetInfo(), (Words{1, 2, 4, 2, 88, 7}));
 }
 
 TEST_F(VignettingFlash, ARegisterOfAnotherLengthIsRefused)
 {
   for (const int64_t nLength : {71, 73, 0}) {
     m_rig.Camera().Device().Find<CSoftwareRegister>("FFCValueAll")->Length(nLength);
-    EXPECT_EQ(-1015, Load()) << nLength;
-    EXPECT_EQ(FRESH, m_rig.GetInfo()) << nLength;
-    EXPECT_EQ("Off", m_rig.GetCorrection()) << nLength;
+    EXPECT_EQ(Load(), PLUGIN_STATUS_ROI_MISMATCH) << nLength;
+    EXPECT_EQ(m_rig.GetInfo(), FRESH) << nLength;
+    EXPECT_EQ(m_rig.GetCorrection(), "Off") << nLength;
   }
 }
 
@@ -76,63 +80,63 @@ TEST_F(VignettingFlash, CoefficientsWithoutRoomForARecordAreRefused)
 {
   for (const int64_t nSize : {0, 1, 23}) {
     m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([nSize] { return nSize; });
-    EXPECT_EQ(-1015, Load()) << nSize;
-    EXPECT_EQ(FRESH, m_rig.GetInfo()) << nSize;
+    EXPECT_EQ(Load(), PLUGIN_STATUS_ROI_MISMATCH) << nSize;
+    EXPECT_EQ(m_rig.GetInfo(), FRESH) << nSize;
   }
   m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return 24; });
   Keep(MakeCoefficients(24, 24));
-  EXPECT_EQ(0, Load()); // nothing but a record
-  EXPECT_EQ((Words{1, 2, 4, 2, 24, 7}), m_rig.GetInfo());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS); // nothing but a record
+  EXPECT_EQ(m_rig.GetInfo(), (Words{1, 2, 4, 2, 24, 7}));
 }
 
 TEST_F(VignettingFlash, ALoadThatTheCameraRefusesKeepsTheRecord)
 {
   for (const char *pName : {"FFCCoefficientsSize", "FFCFlashLoad", "FFCValueAll", "FlatFieldCorrection"}) {
     m_rig.Refuse(pName);
-    EXPECT_EQ(-1002, Load()) << pName;
-    EXPECT_EQ(FRESH, m_rig.GetInfo()) << pName;
-    EXPECT_EQ("Off", m_rig.GetCorrection()) << pName;
+    EXPECT_EQ(Load(), PLUGIN_STATUS_FEATURE_ERROR) << pName;
+    EXPECT_EQ(m_rig.GetInfo(), FRESH) << pName;
+    EXPECT_EQ(m_rig.GetCorrection(), "Off") << pName;
   }
 }
 
 TEST_F(VignettingFlash, ALoadWithoutASizeLeavesTheCoefficientsInForce)
 {
-  EXPECT_EQ(0, m_rig.Correct(100));
+  EXPECT_EQ(m_rig.Correct(100), PLUGIN_STATUS_SUCCESS);
   const Bytes listWritten = m_rig.GetWritten();
   m_rig.Refuse("FFCCoefficientsSize");
-  EXPECT_EQ(-1002, Load());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_FEATURE_ERROR);
   m_rig.Camera().Integer("FFCCoefficientsSize").OnRead([] { return -1; });
   m_rig.SetHook(nullptr);
-  EXPECT_EQ(-2, Load());
-  EXPECT_EQ(listWritten, m_rig.GetWritten());
-  EXPECT_EQ("On", m_rig.GetCorrection());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_OUT_OF_MEMORY);
+  EXPECT_EQ(m_rig.GetWritten(), listWritten);
+  EXPECT_EQ(m_rig.GetCorrection(), "On");
 }
 
 TEST_F(VignettingFlash, KeepsTheCoefficientsAndTheCameraStartsWithThem)
 {
-  EXPECT_EQ(0, m_rig.Correct(100));
+  EXPECT_EQ(m_rig.Correct(100), PLUGIN_STATUS_SUCCESS);
   m_rig.Camera().Enumeration("FlatFieldCorrection").Select("Off");
-  EXPECT_EQ(0, Save());
+  EXPECT_EQ(Save(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(m_rig.GetWritten(), m_rig.Camera().Correction().GetFlash());
-  EXPECT_EQ("UserSet0", GetDefaultSet());
-  EXPECT_EQ("On", m_rig.GetCorrection());
+  EXPECT_EQ(GetDefaultSet(), "UserSet0");
+  EXPECT_EQ(m_rig.GetCorrection(), "On");
   m_rig.Camera().UserSets().Load("Default");
-  EXPECT_EQ("Off", m_rig.GetCorrection());
+  EXPECT_EQ(m_rig.GetCorrection(), "Off");
   m_rig.Camera().UserSets().Load("UserSet0");
-  EXPECT_EQ("On", m_rig.GetCorrection());
+  EXPECT_EQ(m_rig.GetCorrection(), "On");
 }
 
 TEST_F(VignettingFlash, WhatWasSavedIsLoadedWithTheSameRecord)
 {
-  EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_2"));
-  EXPECT_EQ(0, m_rig.Correct(100));
+  EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Correct(100), PLUGIN_STATUS_SUCCESS);
   const Bytes listWritten = m_rig.GetWritten();
-  EXPECT_EQ(0, Save());
-  EXPECT_EQ(0, m_rig.Process().SetFrameCount("FFCFrameCount_16"));
+  EXPECT_EQ(Save(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_16"), PLUGIN_STATUS_SUCCESS);
   m_rig.Camera().Correction().SetWritten({});
-  EXPECT_EQ(0, Load());
-  EXPECT_EQ((Words{1, 2, 2, 2, 72, 0}), m_rig.GetInfo());
-  EXPECT_EQ(listWritten, m_rig.GetWritten());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_rig.GetInfo(), (Words{1, 2, 2, 2, 72, 0}));
+  EXPECT_EQ(m_rig.GetWritten(), listWritten);
 }
 
 TEST_F(VignettingFlash, ASaveThatTheCameraRefusesIsReportedAndChangesNoStart)
@@ -140,16 +144,16 @@ TEST_F(VignettingFlash, ASaveThatTheCameraRefusesIsReportedAndChangesNoStart)
   for (const char *pName :
        {"FFCFlashSave", "FlatFieldCorrection", "UserSetSelector", "UserSetSave", "UserSetDefault"}) {
     m_rig.Refuse(pName);
-    EXPECT_EQ(-1002, Save()) << pName;
-    EXPECT_EQ("Default", GetDefaultSet()) << pName;
+    EXPECT_EQ(Save(), PLUGIN_STATUS_FEATURE_ERROR) << pName;
+    EXPECT_EQ(GetDefaultSet(), "Default") << pName;
   }
 }
 
 TEST_F(VignettingFlash, WhileTheStreamRunsTheUserSetIsNotSaved)
 {
   m_rig.SetStreaming(true);
-  EXPECT_EQ(0, Load()); // which needs no user set
-  EXPECT_EQ(-1002, Save());
-  EXPECT_EQ("Default", GetDefaultSet());
+  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS); // which needs no user set
+  EXPECT_EQ(Save(), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(GetDefaultSet(), "Default");
   EXPECT_TRUE(m_rig.TakeSignals().empty());
 }

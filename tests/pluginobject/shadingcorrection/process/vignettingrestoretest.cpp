@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
+
+using namespace ffc::test;
+using ffc::genapi::SNodeAccess;
 
 namespace {
 
@@ -38,16 +42,17 @@ struct SCause {
 
 const SCause CAUSES[] = {
   {"Success", [](CVignettingRig &) {}, 0},
-  {"NoFrame", [](CVignettingRig &rig) { rig.Show(nullptr); }, -1009},
-  {"Stop", [](CVignettingRig &rig) { rig.Process().SetStopFlag(true); }, -1017},
+  {"NoFrame", [](CVignettingRig &rig) { rig.Show(nullptr); }, PLUGIN_STATUS_BUFFER_TIMEOUT},
+  {"Stop", [](CVignettingRig &rig) { rig.Process().SetStopFlag(true); }, PLUGIN_STATUS_NEED_BAYER_FORMAT},
   {"Analysis", [](CVignettingRig &rig) { rig.Camera().Integer("Height").Poke(129); }, -3},
-  {"NoExposure", [](CVignettingRig &rig) { RefuseReads(rig, "ExposureTime"); }, -1002},
-  {"NoPayload", [](CVignettingRig &rig) { RefuseReads(rig, "PayloadSize"); }, -1002},
-  {"NoWidth", [](CVignettingRig &rig) { RefuseReads(rig, "Width"); }, -1002},
-  {"NoHeight", [](CVignettingRig &rig) { RefuseReads(rig, "Height"); }, -1002},
-  {"NoTriggerMode", [](CVignettingRig &rig) { RefuseReads(rig, "TriggerMode"); }, -1002},
-  {"NoPixelFormat", [](CVignettingRig &rig) { RefuseReads(rig, "PixelFormat"); }, -1002},
-  {"CorrectionStaysOn", [](CVignettingRig &rig) { RefuseWrite(rig, "FlatFieldCorrection", "Off"); }, -1002},
+  {"NoExposure", [](CVignettingRig &rig) { RefuseReads(rig, "ExposureTime"); }, PLUGIN_STATUS_FEATURE_ERROR},
+  {"NoPayload", [](CVignettingRig &rig) { RefuseReads(rig, "PayloadSize"); }, PLUGIN_STATUS_FEATURE_ERROR},
+  {"NoWidth", [](CVignettingRig &rig) { RefuseReads(rig, "Width"); }, PLUGIN_STATUS_FEATURE_ERROR},
+  {"NoHeight", [](CVignettingRig &rig) { RefuseReads(rig, "Height"); }, PLUGIN_STATUS_FEATURE_ERROR},
+  {"NoTriggerMode", [](CVignettingRig &rig) { RefuseReads(rig, "TriggerMode"); }, PLUGIN_STATUS_FEATURE_ERROR},
+  {"NoPixelFormat", [](CVignettingRig &rig) { RefuseReads(rig, "PixelFormat"); }, PLUGIN_STATUS_FEATURE_ERROR},
+  {"CorrectionStaysOn", [](CVignettingRig &rig) { RefuseWrite(rig, "FlatFieldCorrection", "Off"); },
+   PLUGIN_STATUS_FEATURE_ERROR},
 };
 
 using Case = std::tuple<SCause, const char *, bool, const char *>; // format, streaming, trigger mode
@@ -60,20 +65,20 @@ TEST_P(VignettingRestore, TriggerModeAndStreamAreAsBefore)
 {
   const auto &[stCause, pFormat, bStreaming, pTriggerMode] = GetParam();
   CVignettingRig rig(pFormat);
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   rig.Camera().Enumeration("TriggerMode").Select(pTriggerMode);
-  rig.Camera().Float("ExposureTime").Poke(stCause.nStatus == -1009 ? -970000.0 : 10000.0);
+  rig.Camera().Float("ExposureTime").Poke(stCause.nStatus == PLUGIN_STATUS_BUFFER_TIMEOUT ? -970000.0 : 10000.0);
   rig.SetStreaming(bStreaming);
   rig.TakeSignals();
   stCause.fnArrange(rig);
   const Settings mapBefore = rig.TakeSettings();
-  EXPECT_EQ(stCause.nStatus, rig.Process().AcquireBrightImage());
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), stCause.nStatus);
   rig.SetHook(nullptr);
-  EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings()));
-  EXPECT_EQ(bStreaming, rig.IsStreaming());
+  EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "");
+  EXPECT_EQ(rig.IsStreaming(), bStreaming);
   EXPECT_TRUE(rig.AreSignalsPlain());
-  EXPECT_EQ(258U, rig.Process().WaitImageRequest());
-  EXPECT_EQ(stCause.nStatus == 0 ? 0 : -3, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().WaitImageRequest(), 258U);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), stCause.nStatus == 0 ? 0 : -3);
 }
 
 INSTANTIATE_TEST_SUITE_P(Causes, VignettingRestore,
@@ -90,11 +95,11 @@ TEST(VignettingRestoreParts, AnEarlierTriggerModeIsNotWrittenBackWhenTheModeWasN
   for (const char *pName : {"ExposureTime", "TLParamsLocked", "PayloadSize", "Width", "Height", "TriggerMode"}) {
     CVignettingRig rig;
     rig.Camera().Enumeration("TriggerMode").Select("On");
-    EXPECT_EQ(0, rig.AcquireBright(100));
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
     rig.Camera().Enumeration("TriggerMode").Select("Off");
     RefuseReads(rig, pName);
-    EXPECT_EQ(-1002, rig.AcquireBright(100)) << pName;
-    EXPECT_EQ("Off", rig.Camera().Enumeration("TriggerMode").PeekSymbolic()) << pName;
+    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR) << pName;
+    EXPECT_EQ(rig.Camera().Enumeration("TriggerMode").PeekSymbolic(), "Off") << pName;
   }
 }
 
@@ -103,9 +108,9 @@ TEST(VignettingRestoreParts, ARunningStreamIsNotTouchedWhenItsStateWasNotReadInT
   CVignettingRig rig;
   rig.SetStreaming(true);
   RefuseReads(rig, "ExposureTime"); // fails before the stream's state is read
-  EXPECT_EQ(-1002, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_TRUE(rig.IsStreaming());
-  EXPECT_EQ(std::vector<int32_t>(), rig.TakeSignals());
+  EXPECT_EQ(rig.TakeSignals(), std::vector<int32_t>());
 }
 
 TEST(VignettingRestoreParts, ARunningStreamThatIsToldAtTheSecondQuestionIsNotTouched)
@@ -118,9 +123,9 @@ TEST(VignettingRestoreParts, ARunningStreamThatIsToldAtTheSecondQuestionIsNotTou
       throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
     }
   });
-  EXPECT_EQ(-1002, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_TRUE(rig.IsStreaming());
-  EXPECT_EQ(std::vector<int32_t>(), rig.TakeSignals());
+  EXPECT_EQ(rig.TakeSignals(), std::vector<int32_t>());
 }
 
 TEST(VignettingRestoreParts, AStreamThatNeverTellsItsStateIsTakenForAnIdleOne)
@@ -128,32 +133,32 @@ TEST(VignettingRestoreParts, AStreamThatNeverTellsItsStateIsTakenForAnIdleOne)
   CVignettingRig rig;
   rig.SetStreaming(true);
   RefuseReads(rig, "TLParamsLocked");
-  EXPECT_EQ(-1002, rig.AcquireBright(100));
-  EXPECT_EQ((std::vector<int32_t>{11}), rig.TakeSignals());
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11}));
 }
 
 TEST(VignettingRestoreParts, AnIdleStreamIsNotTakenForARunningOneThatAnEarlierAcquisitionSaw)
 {
   CVignettingRig rig;
   rig.SetStreaming(true);
-  EXPECT_EQ(0, rig.AcquireBright(100));
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   rig.SetStreaming(false);
   RefuseReads(rig, "ExposureTime");
-  EXPECT_EQ(-1002, rig.AcquireBright(100));
-  EXPECT_EQ((std::vector<int32_t>{11}), rig.TakeSignals());
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11}));
 }
 
 TEST(VignettingRestoreParts, WhenTheTriggerCannotBeSwitchedOffTheCorrectionStaysAndNoStreamStarts)
 {
   CVignettingRig rig;
-  EXPECT_EQ(0, rig.Correct(100));
+  EXPECT_EQ(rig.Correct(100), PLUGIN_STATUS_SUCCESS);
   rig.TakeSignals();
   rig.Camera().Enumeration("TriggerMode").Select("On");
   RefuseWrite(rig, "TriggerMode", "Off");
-  EXPECT_EQ(-1002, rig.AcquireBright(100));
-  EXPECT_EQ("On", rig.GetCorrection());
-  EXPECT_EQ((std::vector<int32_t>{11}), rig.TakeSignals());
-  EXPECT_EQ(0, rig.GetFrameCount());
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(rig.GetCorrection(), "On");
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11}));
+  EXPECT_EQ(rig.GetFrameCount(), 0);
 }
 
 TEST(VignettingRestoreParts, WhenTheCorrectionCannotBeSwitchedOffNoStreamStarts)
@@ -161,9 +166,9 @@ TEST(VignettingRestoreParts, WhenTheCorrectionCannotBeSwitchedOffNoStreamStarts)
   CVignettingRig rig;
   rig.Camera().Enumeration("TriggerMode").Select("On");
   RefuseWrite(rig, "FlatFieldCorrection", "Off");
-  EXPECT_EQ(-1002, rig.AcquireBright(100));
-  EXPECT_EQ("On", rig.Camera().Enumeration("TriggerMode").PeekSymbolic());
-  EXPECT_EQ((std::vector<int32_t>{11}), rig.TakeSignals());
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_FEATURE_ERROR);
+  EXPECT_EQ(rig.Camera().Enumeration("TriggerMode").PeekSymbolic(), "On");
+  EXPECT_EQ(rig.TakeSignals(), (std::vector<int32_t>{11}));
 }
 
 TEST(VignettingRestoreParts, ATriggerThatCannotBeSwitchedOnAgainIsNoFailure)
@@ -171,18 +176,18 @@ TEST(VignettingRestoreParts, ATriggerThatCannotBeSwitchedOnAgainIsNoFailure)
   CVignettingRig rig;
   rig.Camera().Enumeration("TriggerMode").Select("On");
   RefuseWrite(rig, "TriggerMode", "On");
-  EXPECT_EQ(0, rig.AcquireBright(100));
-  EXPECT_EQ("Off", rig.Camera().Enumeration("TriggerMode").PeekSymbolic());
+  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Camera().Enumeration("TriggerMode").PeekSymbolic(), "Off");
   EXPECT_FALSE(rig.IsStreaming());
-  EXPECT_EQ(0, rig.Process().ExecuteCorrection());
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST(VignettingRestoreParts, AnAcquisitionLeavesTheUserSetsAlone)
 {
   CVignettingRig rig("BayerRG8");
   for (const std::string &strLine : RecordOperation(rig, [&rig] { return rig.AcquireBright(100); })) {
-    EXPECT_EQ(std::string::npos, strLine.find("UserSet")) << strLine;
-    EXPECT_EQ(std::string::npos, strLine.find("Balance")) << strLine;
-    EXPECT_EQ(std::string::npos, strLine.find("TriggerSo")) << strLine;
+    EXPECT_EQ(strLine.find("UserSet"), std::string::npos) << strLine;
+    EXPECT_EQ(strLine.find("Balance"), std::string::npos) << strLine;
+    EXPECT_EQ(strLine.find("TriggerSo"), std::string::npos) << strLine;
   }
 }

@@ -5,6 +5,10 @@
 #include <memory>
 #include <set>
 
+namespace ffc::test {
+
+using genapi::SNodeAccess;
+
 namespace {
 
 constexpr std::size_t RECORD_SIZE = 24;
@@ -108,3 +112,5 @@ std::vector<uint8_t> MakeCoefficients(std::size_t nSize, uint32_t nRecordSize)
   listBytes.insert(listBytes.end(), listRecord.begin(), listRecord.end());
   return listBytes;
 }
+
+} // namespace ffc::test

@@ -11,6 +11,8 @@
 #include "tests/pluginobject/shadingcorrection/process/processrig.h"
 #include "tests/support/correctingcamera.h"
 
+namespace ffc::test {
+
 /// A camera with blocks of 64 x 64 that takes negative exposures, which shorten the waits for its frames. Unless
 /// told otherwise its frames have 3 x 2 blocks, for a mono camera a register of 72 bytes, or 56 with blocks of
 /// 128 x 128.
@@ -54,3 +56,5 @@ std::vector<uint8_t> MakeRecord(const std::vector<uint32_t> &listWords);
 /// An image of coefficients of nSize bytes for tests that do not look at the gains: every byte of the body
 /// another one, and a record of the words 1, 2, 4, 2, nRecordSize, 7.
 std::vector<uint8_t> MakeCoefficients(std::size_t nSize, uint32_t nRecordSize);
+
+} // namespace ffc::test
