@@ -80,7 +80,7 @@ TEST(CheckRealFrames, FiguresOfARealCameraAreThoseOfTheSameFramesInEveryKindOfFi
   const QTemporaryDir dir;
   const QString strFlat = dir.filePath("flat.ffc");
   const SToolResult stMade = RunTool({"make", "--dark", strFolder + "/dark_*", "--bright", strFolder + "/bright_00*",
-                                      "--pixel-format", "Mono12", "-o", strFlat});
+                                      "--pixel-format", "Mono12", "--method", "average", "-o", strFlat});
   ASSERT_EQ(stMade.nExitCode, 0) << stMade.byteErrors.constData();
   ASSERT_EQ(RunTool({"convert", strFolder + "/bright_02*", "--to", "ser", "-o", dir.filePath("ser")}).nExitCode, 0);
   QJsonObject former;

@@ -53,8 +53,15 @@ protected:
       ASSERT_TRUE(ffc::frames::SaveFrame(m_recording.Path(QStringLiteral("b%1.png").arg(n)), stLayout,
                                          m_recording.MakeBright(0).data()));
     }
-    QStringList listArguments{"make",           "--bright", m_recording.Path("b?.png"),  "--pixel-format",
-                              GetParam().pName, "-o",       m_recording.Path("flat.ffc")};
+    QStringList listArguments{"make",
+                              "--method",
+                              "average",
+                              "--bright",
+                              m_recording.Path("b?.png"),
+                              "--pixel-format",
+                              GetParam().pName,
+                              "-o",
+                              m_recording.Path("flat.ffc")};
     if (bDark) {
       listArguments << "--dark" << m_recording.Path("d.png");
     }

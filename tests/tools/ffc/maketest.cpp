@@ -64,7 +64,7 @@ QByteArray ComputeSlowly(const CRecording &recording, int nDark, int nBright, ui
 TEST_F(Make, ManyFramesAreAveragedTruncatedAndComputed)
 {
   m_recording.Write(3, 5);
-  const SToolResult stResult = Run({"--pixel-format", "Mono12", "--expect-gray", "140"});
+  const SToolResult stResult = Run({"--method", "average", "--pixel-format", "Mono12", "--expect-gray", "140"});
   ASSERT_EQ(stResult.nExitCode, 0) << stResult.byteErrors.constData();
   EXPECT_TRUE(ReadBytes(m_recording.Path("flat.ffc")) == ComputeSlowly(m_recording, 3, 5, 140));
 }
@@ -91,7 +91,8 @@ TEST_F(Make, TheSideFileSaysWhatTheTableCannot)
   EXPECT_EQ(stSide.nBrightFrames, 3U);
   EXPECT_EQ(stSide.nDarkFrames, 2U);
   EXPECT_TRUE(stSide.bDarkUsed);
-  EXPECT_EQ(stSide.strMethod, "average");
+  EXPECT_EQ(stSide.strMethod, "weighted");
+  EXPECT_EQ(stSide.strNoise, "differences of the frames");
   EXPECT_GT(stSide.nExpectGray, 100U);
   EXPECT_EQ(stSide.strSha256.size(), 64);
 }
