@@ -1,18 +1,16 @@
 #include "reference/planefield.h"
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 
 #include "reference/parallel.h"
+#include "reference/tileprofiles.h"
 
 namespace ffc::reference {
 namespace {
 
 /// Tiles that are enough to learn from.
 constexpr uint32_t LEARNT_TILES = 32;
-/// A profile is not to be led by dust: detail beyond so many standard deviations counts as that.
-constexpr float CLIP = 4;
 
 uint32_t CountScales(const SPlane &stPlane)
 {
@@ -56,30 +54,16 @@ void CPlaneField::FindProfiles()
   WeightProfiles(m_stProfiles, double{m_stNoise.At(static_cast<float>(m_dMean))}, double{m_stNoise.fLine});
 }
 
-void CPlaneField::CollectTile(const CTile &tile)
+void CPlaneField::CollectTile(CTile &tile)
 {
   const uint32_t nX = tile.GetFirstColumn();
   const uint32_t nY = tile.GetFirstLine();
-  float *pColumns = m_stProfiles.GetColumns(nY / TILE_SIDE) + nX;
-  float *pLines = m_stProfiles.GetLines(nX / TILE_SIDE) + nY;
-  for (uint32_t nLine = 0; nLine < tile.GetHeight(); ++nLine) {
-    const float *pFine = tile.GetSmooth(0, nLine);
+  CTileProfiles(tile).AddUp(m_stProfiles.GetColumns(nY / TILE_SIDE) + nX, m_stProfiles.GetLines(nX / TILE_SIDE) + nY);
+  for (uint32_t nLine = 0; nLine < tile.GetHeight(); nLine += COARSE_STEP) {
     const float *pWide = tile.GetSmooth(FINE_SCALES, nLine);
-    const float fMost = CLIP * std::sqrt(m_stNoise.At(pWide[0]));
-    float fSum = 0;
-    for (uint32_t n = 0; n < tile.GetWidth(); ++n) {
-      const float fDetail = pFine[n] - pWide[n];
-      const float fAbove = fDetail > -fMost ? fDetail : -fMost;
-      const float fClipped = fAbove < fMost ? fAbove : fMost;
-      pColumns[n] += fClipped;
-      fSum += fClipped;
-    }
-    pLines[nLine] = fSum;
-    if ((nY + nLine) % COARSE_STEP == 0) {
-      float *pCoarse = m_listCoarse.data() + static_cast<std::size_t>((nY + nLine) / COARSE_STEP) * m_nCoarseWidth;
-      for (uint32_t n = 0; n < tile.GetWidth(); n += COARSE_STEP) {
-        pCoarse[(nX + n) / COARSE_STEP] = pWide[n];
-      }
+    float *pCoarse = m_listCoarse.data() + static_cast<std::size_t>((nY + nLine) / COARSE_STEP) * m_nCoarseWidth;
+    for (uint32_t n = 0; n < tile.GetWidth(); n += COARSE_STEP) {
+      pCoarse[(nX + n) / COARSE_STEP] = pWide[n];
     }
   }
 }

@@ -38,7 +38,7 @@ public:
   double GetDetailWeight() const { return m_dDetailWeight; }
 
 private:
-  void CollectTile(const CTile &tile);
+  void CollectTile(CTile &tile);
   void WeightCoarseScale(uint32_t nScale, SImage &fine, SImage &wide, const SImage &spare, float *pLine);
   void WriteTile(CTile &tile, const SFieldTarget &stTarget, std::vector<float> &listLine);
   void WriteLine(const CTile &tile, uint32_t nLine, const SFieldTarget &stTarget, const float *pRemoved) const;

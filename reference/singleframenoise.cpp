@@ -22,6 +22,8 @@ constexpr uint32_t LOOKED_AT = 32;       ///< tiles of a plane
 constexpr double MEDIAN_SPREAD = 7;
 /// Largest standard error, of the whole variance, of a part that is believed.
 constexpr double LARGEST_ERROR = 0.05;
+/// Standard deviations beyond which a detail is a structure, which is not to decide for all pixels.
+constexpr double FARTHEST = 4;
 constexpr double MEDIAN_OF_NORMAL = 0.674489750196;
 
 /// Absolute details of a level, by size.
@@ -131,6 +133,39 @@ struct SFit {
   }
 };
 
+/// Over all levels.
+double GetMeanVariance(const std::vector<CPlaneSource> &listPlanes)
+{
+  CDetails details;
+  for (const CPlaneSource &source : listPlanes) {
+    details.Add(source);
+  }
+  double dCount = 0;
+  double dVariance = 0;
+  for (const CDetails::SPoint &stPoint : details.GetPoints()) {
+    dCount += stPoint.dCount;
+    dVariance += stPoint.dCount * stPoint.dVariance;
+  }
+  return dCount > 0 ? dVariance / dCount : 0;
+}
+
+/// Products of the finest details of two frames, neither beyond its limit.
+double SumProducts(const CTile &one, double dLimitOne, const CTile &other, double dLimitOther)
+{
+  double dSum = 0;
+  for (uint32_t nLine = 0; nLine < one.GetHeight(); ++nLine) {
+    const float *pOne = one.GetSmooth(0, nLine);
+    const float *pOneWide = one.GetSmooth(1, nLine);
+    const float *pOther = other.GetSmooth(0, nLine);
+    const float *pOtherWide = other.GetSmooth(1, nLine);
+    for (uint32_t n = 0; n < one.GetWidth(); ++n) {
+      dSum += std::clamp(double{pOne[n]} - double{pOneWide[n]}, -dLimitOne, dLimitOne) *
+              std::clamp(double{pOther[n]} - double{pOtherWide[n]}, -dLimitOther, dLimitOther);
+    }
+  }
+  return dSum;
+}
+
 } // namespace
 
 SSingleFrameNoise MeasureSingleFrame(const std::vector<CPlaneSource> &listPlanes, double dDark)
@@ -166,19 +201,28 @@ SSingleFrameNoise MeasureSingleFrame(const std::vector<CPlaneSource> &listPlanes
   return stResult;
 }
 
-double MeasureSingleDark(const std::vector<CPlaneSource> &listPlanes)
+double MeasureSingleDark(const std::vector<CPlaneSource> &listDark, const std::vector<CPlaneSource> &listBright)
 {
-  CDetails details;
-  for (const CPlaneSource &source : listPlanes) {
-    details.Add(source);
-  }
+  const double dDetail = GetMeanVariance(listDark);
+  const double dLimit = FARTHEST * std::sqrt(dDetail);
+  const double dLimitBright = FARTHEST * std::sqrt(GetMeanVariance(listBright));
+  CTile tileDark;
+  CTile tileBright;
+  double dProducts = 0;
   double dCount = 0;
-  double dVariance = 0;
-  for (const CDetails::SPoint &stPoint : details.GetPoints()) {
-    dCount += stPoint.dCount;
-    dVariance += stPoint.dCount * stPoint.dVariance;
+  for (std::size_t nPlane = 0; nPlane < listDark.size(); ++nPlane) {
+    const uint32_t nTiles = STileGrid(listDark[nPlane].GetPlane()).GetCount();
+    const uint32_t nLookedAt = std::min(nTiles, LOOKED_AT);
+    for (uint32_t n = 0; n < nLookedAt; ++n) {
+      const auto nTile = static_cast<uint32_t>(uint64_t{n} * nTiles / nLookedAt);
+      tileDark.Load(listDark[nPlane], nTile, nullptr);
+      tileBright.Load(listBright[nPlane], nTile, nullptr);
+      dProducts += SumProducts(tileDark, dLimit, tileBright, dLimitBright);
+      dCount += static_cast<double>(tileDark.GetWidth()) * tileDark.GetHeight();
+    }
   }
-  return dCount > 0 ? dVariance / dCount : 0;
+  const double dShared = dCount > 0 ? dProducts / dCount / GetScaleStatistics(1).front().dGain : 0;
+  return std::clamp(dDetail - dShared, 0.0, dDetail);
 }
 
 } // namespace ffc::reference

@@ -23,7 +23,9 @@ struct SSingleFrameNoise {
 /// \param dDark variance in the dark, DN^2
 SSingleFrameNoise MeasureSingleFrame(const std::vector<CPlaneSource> &listPlanes, double dDark);
 
-/// Of a dark frame: its finest detail is all noise.
-double MeasureSingleDark(const std::vector<CPlaneSource> &listPlanes);
+/// Of one dark frame: the variance of its finest detail, less the part that bright frames share with it, which is the
+/// pixels' own dark level. DN^2. May throw std::bad_alloc.
+/// \param listBright averages of the bright frames with their dark level, plane by plane like the dark ones
+double MeasureSingleDark(const std::vector<CPlaneSource> &listDark, const std::vector<CPlaneSource> &listBright);
 
 } // namespace ffc::reference

@@ -56,6 +56,9 @@ public:
   void ComputeEnergy(uint32_t nScale, double dGain, const SFieldNoise &stNoise);
   const float *GetEnergy(uint32_t nLine) const { return GetInner(m_energy, nLine); }
 
+  /// Memory of the size of a smoothed image, until the next energy.
+  const SImage &GetSpare() const { return m_squares; }
+
 private:
   SImage MakeImage(uint32_t nPlace);
   static const float *GetInner(const SImage &image, uint32_t nLine)

@@ -99,7 +99,8 @@ private:
     if (HasPairs(m_stInput.stDark)) {
       return m_stInput.stDark.pMeter->GetAll().dSample * GetVarianceScale(m_stInput.stDark);
     }
-    return m_stInput.stCamera ? GetSquare(m_stInput.stCamera->dDarkNoise) : MeasureSingleDark(listSources);
+    return m_stInput.stCamera ? GetSquare(m_stInput.stCamera->dDarkNoise)
+                              : MeasureSingleDark(listSources, MakeSources(m_stInput.stBright, nullptr));
   }
 
   double GetDarkLineNoise() const
