@@ -26,3 +26,5 @@ echo 'Running acquisition_benchmark.' >&2
 build/bench/bin/acquisition_benchmark >out/acquisition_benchmark.txt
 python3 benchmarks/table.py out/kernel_benchmark.json out/frame_benchmark.json out/acquisition_benchmark.txt |
   tee out/benchmarks.md
+echo 'Running reference_benchmark.' >&2
+build/bench/bin/reference_benchmark | tee -a out/benchmarks.md

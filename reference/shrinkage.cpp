@@ -7,6 +7,8 @@ namespace ffc::reference {
 namespace {
 
 constexpr uint32_t ROUNDS = 200;
+/// Of a share from round to round, from which on no more are needed.
+constexpr double SMALLEST_CHANGE = 1e-6;
 /// Share of each variance of the grid that is possible however few energies speak for it: a lone structure must not be
 /// taken for noise because it is rare.
 constexpr double SMALLEST_SHARE = 1e-5;
@@ -59,13 +61,18 @@ Shares FindShares(const std::vector<SCounted> &listCounted)
   }
   Shares adShares{};
   adShares.fill(1.0 / GRID.size());
-  for (uint32_t nRound = 0; nRound < ROUNDS && dTotal > 0; ++nRound) {
+  double dChange = 1;
+  for (uint32_t nRound = 0; nRound < ROUNDS && dTotal > 0 && dChange > SMALLEST_CHANGE; ++nRound) {
     Shares adNext{};
     for (const SCounted &stCounted : listCounted) {
       const double dTimes = stCounted.dCount / dTotal / std::max(Mix(adShares, stCounted.adLikelihoods), 1e-300);
       for (std::size_t n = 0; n < GRID.size(); ++n) {
         adNext[n] += dTimes * adShares[n] * stCounted.adLikelihoods[n];
       }
+    }
+    dChange = 0;
+    for (std::size_t n = 0; n < GRID.size(); ++n) {
+      dChange = std::max(dChange, std::abs(adNext[n] - adShares[n]));
     }
     adShares = adNext;
   }

@@ -97,6 +97,22 @@ TEST_F(Make, TheSideFileSaysWhatTheTableCannot)
   EXPECT_EQ(stSide.strSha256.size(), 64);
 }
 
+TEST_F(Make, OneBrightFrameIsWeightedWithAWordAboutItsNoise)
+{
+  m_recording.Write(2, 1);
+  const SToolResult stAlone = Run({"--pixel-format", "Mono12", "--json"});
+  ASSERT_EQ(stAlone.nExitCode, 0) << stAlone.byteErrors.constData();
+  EXPECT_TRUE(stAlone.byteOutput.contains("give more frames, or --system-gain")) << stAlone.byteOutput.constData();
+  const QJsonObject object = stAlone.GetObjects().at(1);
+  EXPECT_EQ(object["method"].toString(), "weighted");
+  EXPECT_EQ(object["noise"].toString(), "all fine detail of the one frame");
+  const SToolResult stStated =
+    Run({"--pixel-format", "Mono12", "--json", "--system-gain", "0.01", "--dark-noise", "2", "--force"});
+  ASSERT_EQ(stStated.nExitCode, 0) << stStated.byteErrors.constData();
+  EXPECT_EQ(stStated.GetObjects().front()["noise"].toString(), "camera data");
+  EXPECT_GT(stStated.GetObjects().front()["detailWeight"].toDouble(), 0.9) << "the pattern is 4 %";
+}
+
 TEST_F(Make, LeftAlignedFramesGiveTheTableOfRightAlignedOnesAndSaySo)
 {
   m_recording.Write(1, 2);
