@@ -59,3 +59,5 @@ python3 benchmarks/table.py out/kernel_benchmark.json out/frame_benchmark.json o
   tee out/benchmarks.md
 printf '\nRecorded frames from file to file, of 5 megapixels and 12 bits, 200 in one TIFF file and in single ones:\n\n'
 run_batch_benchmark
+echo 'Running reference_benchmark.' >&2
+build/bench/bin/reference_benchmark | tee -a out/benchmarks.md

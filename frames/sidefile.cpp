@@ -108,6 +108,7 @@ QByteArray MakeSideFile(const SSideFile &stSide)
   SetNumber(object, "blackLevel", stSide.dBlackLevel);
   SetNumber(object, "temperature", stSide.dTemperature);
   SetText(object, "method", stSide.strMethod);
+  SetText(object, "noise", stSide.strNoise);
   SetText(object, "created", stSide.strCreated);
   SetText(object, "tool", stSide.strTool);
   SetText(object, "sha256", stSide.strSha256);
@@ -139,6 +140,7 @@ Result<SSideFile> ParseSideFile(const QByteArray &byteJson)
   stSide.nBrightFrames = reader.TakeCount("brightFrames", 0, UINT32_MAX);
   stSide.bDarkUsed = reader.TakeFlag("darkUsed");
   stSide.strMethod = reader.TakeText("method");
+  stSide.strNoise = reader.TakeText("noise");
   stSide.nExpectGray = reader.TakeCount("expectedGray", 0, 255);
   stSide.strCreated = reader.TakeText("created");
   stSide.strTool = reader.TakeText("tool");

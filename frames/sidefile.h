@@ -28,7 +28,8 @@ struct SSideFile {
   uint32_t nDarkFrames = 0;
   uint32_t nBrightFrames = 0;
   bool bDarkUsed = false; ///< dark frames that are too bright are not
-  QString strMethod;
+  QString strMethod;        ///< how the bright frames became a reference
+  QString strNoise;         ///< where the frames' noise was known from; empty where the method does not ask
   uint32_t nExpectGray = 0; ///< 0 to 255
   QString strCreated;       ///< ISO 8601, universal time
   QString strTool;          ///< program and version

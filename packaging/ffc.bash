@@ -3,7 +3,7 @@ _ffc() {
   local word=${COMP_WORDS[COMP_CWORD]} former=${COMP_WORDS[COMP_CWORD-1]} options
   case $former in
     --align) COMPREPLY=($(compgen -W 'right left' -- "$word")); return ;;
-    --method) COMPREPLY=($(compgen -W 'average' -- "$word")); return ;;
+    --method) COMPREPLY=($(compgen -W 'weighted average' -- "$word")); return ;;
     --to) COMPREPLY=($(compgen -W 'png tif ser raw' -- "$word")); return ;;
     --pixel-format)
       COMPREPLY=($(compgen -W "$(echo Mono{8,10,12,14,16} Bayer{RG,GB,GR,BG}{8,10,12,16})" -- "$word"))
@@ -16,7 +16,7 @@ _ffc() {
   fi
   options='--pixel-format --align --raw --json --quiet --help'
   case ${COMP_WORDS[1]} in
-    make) options+=' --dark --bright --out --expect-gray --method --camera --serial --exposure --gain --black-level
+    make) options+=' --dark --bright --out --expect-gray --method --system-gain --dark-noise --camera --serial --exposure --gain --black-level
       --temperature --force --dry-run' ;;
     apply) options+=' --files-from --shard --threads --out --in-place --resume --force --dry-run' ;;
     check) options+=' --dark --limit' ;;

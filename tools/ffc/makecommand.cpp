@@ -50,9 +50,9 @@ public:
   std::optional<STrouble> Make()
   {
     using FnStep = std::optional<STrouble> (CFlatMaker::*)();
-    for (const FnStep fnStep :
-         {&CFlatMaker::CheckOutput, &CFlatMaker::ReadFrames, &CFlatMaker::DecideFormat, &CFlatMaker::AverageFrames,
-          &CFlatMaker::JudgeBright, &CFlatMaker::JudgeDark, &CFlatMaker::Compute, &CFlatMaker::Save}) {
+    for (const FnStep fnStep : {&CFlatMaker::CheckOutput, &CFlatMaker::ReadFrames, &CFlatMaker::DecideFormat,
+                                &CFlatMaker::AverageFrames, &CFlatMaker::JudgeBright, &CFlatMaker::JudgeDark,
+                                &CFlatMaker::WeightFrames, &CFlatMaker::Compute, &CFlatMaker::Save}) {
       const std::optional<STrouble> stTrouble = (this->*fnStep)();
       if (stTrouble) {
         return stTrouble;
@@ -62,6 +62,7 @@ public:
   }
 
   const frames::SSideFile &GetSide() const { return m_stSide; }
+  const reference::SReferenceResult &GetWeighted() const { return m_stWeighted; }
 
 private:
   std::optional<STrouble> CheckOutput()
@@ -79,6 +80,10 @@ private:
     const Result<QStringList> listDark = ListFiles(m_stOptions.listDark, bRaw);
     if (!listBright || !listDark) {
       return STrouble{false, QString::fromStdString((listBright ? listDark : listBright).GetError())};
+    }
+    if (m_stOptions.bWeighted) {
+      m_bright.MeasureNoise();
+      m_dark.MeasureNoise();
     }
     std::optional<STrouble> stTrouble = m_bright.Read(listBright.GetValue(), m_stOptions, nullptr);
     stTrouble = stTrouble ? stTrouble : m_dark.Read(listDark.GetValue(), m_stOptions, &m_bright.GetInfo());
@@ -139,7 +144,7 @@ private:
 
   std::optional<STrouble> AverageFrames()
   {
-    const bool bAveraged = m_bright.Average(m_stDepth, m_brightAverage) &&
+    const bool bAveraged = (m_stOptions.bWeighted || m_bright.Average(m_stDepth, m_brightAverage)) &&
                            m_bright.TakeFirst(m_stDepth, m_firstBright) &&
                            (m_dark.GetFrameCount() == 0 || m_dark.Average(m_stDepth, m_darkAverage));
     return bAveraged ? std::nullopt
@@ -187,6 +192,53 @@ private:
     return std::nullopt;
   }
 
+  /// In place of the averages, in 16 bits whatever the frames have: a table has the same form for every depth, and
+  /// takes the fraction.
+  std::optional<STrouble> WeightFrames()
+  {
+    m_stSide.strMethod = m_stOptions.bWeighted ? QStringLiteral("weighted") : QStringLiteral("average");
+    if (!m_stOptions.bWeighted) {
+      return std::nullopt;
+    }
+    const reference::SReferenceInput stInput = MakeReferenceInput();
+    const uint64_t nBytes = uint64_t{stInput.nWidth} * stInput.nHeight * sizeof(uint16_t);
+    const bool bAllocated = m_brightAverage.Allocate(nBytes) && (!m_stSide.bDarkUsed || m_darkAverage.Allocate(nBytes));
+    const int32_t nStatus =
+      bAllocated ? reference::MakeWeightedReference(stInput, reinterpret_cast<uint16_t *>(m_brightAverage.GetData()),
+                                                    reinterpret_cast<uint16_t *>(m_darkAverage.GetData()), m_stWeighted)
+                 : reference::STATUS_OUT_OF_MEMORY;
+    if (nStatus != reference::STATUS_SUCCESS) {
+      return STrouble{false, QStringLiteral("There is not enough memory for the weighted frames.")};
+    }
+    const std::string strWide = std::string(GetLayoutName(FindSensorFormat(m_stFormat.nPixelFormat)->eLayout)) + "16";
+    m_stFormat.nPixelFormat = FindSensorFormat(strWide)->nCode;
+    m_stFormat.nFrameSize = nBytes;
+    m_stSide.strNoise = reference::DescribeNoiseSource(m_stWeighted.eNoise);
+    if (m_stWeighted.eNoise == reference::ENoiseSource::AllDetail) {
+      m_report.Warn(
+        QStringLiteral("With one bright frame nothing tells noise from the pixels' own pattern, so all fine "
+                       "detail that nothing else stands out of counts as noise; give more frames, or "
+                       "--system-gain."));
+    }
+    return std::nullopt;
+  }
+
+  reference::SReferenceInput MakeReferenceInput() const
+  {
+    reference::SReferenceInput stInput;
+    stInput.nWidth = static_cast<uint32_t>(m_stFormat.nWidth);
+    stInput.nHeight = static_cast<uint32_t>(m_stFormat.nHeight);
+    stInput.nBitDepth = m_stDepth.nBitDepth;
+    stInput.bMosaic = m_nBayerType != 0;
+    stInput.stBright = m_bright.GetSums(m_stDepth);
+    stInput.stDark = m_stSide.bDarkUsed ? m_dark.GetSums(m_stDepth) : reference::SFrameSums{};
+    if (m_stOptions.dSystemGain) {
+      stInput.stCamera = reference::SCameraNoise{*m_stOptions.dSystemGain, m_stOptions.dDarkNoise};
+    }
+    stInput.nThreads = m_stOptions.nThreads;
+    return stInput;
+  }
+
   std::optional<STrouble> Compute()
   {
     const SHostReference stReference = {m_brightAverage, m_stSide.bDarkUsed ? &m_darkAverage : nullptr, m_stFormat,
@@ -225,7 +277,6 @@ private:
     m_stSide.dTemperature = stOrigin.dTemperature;
     m_stSide.nDarkFrames = m_dark.GetFrameCount();
     m_stSide.nBrightFrames = m_bright.GetFrameCount();
-    m_stSide.strMethod = QStringLiteral("average");
     m_stSide.strCreated = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
     m_stSide.strTool = QStringLiteral("ffc " FFC_VERSION);
   }
@@ -241,6 +292,7 @@ private:
   CFrameBuffer m_brightAverage;
   CFrameBuffer m_firstBright;
   CFrameBuffer m_darkAverage;
+  reference::SReferenceResult m_stWeighted;
   HostTablePtr m_pTable;
   frames::SSideFile m_stSide;
 };
@@ -257,22 +309,34 @@ EExitCode RunMake(const SOptions &stOptions, CReport &report)
     return report.Finish(QStringLiteral("make"));
   }
   const frames::SSideFile &stSide = maker.GetSide();
-  report.AddDone(strOut,
-                 {{"status", stOptions.bDryRun ? "would be made" : "made"},
-                  {"pixelFormat", stSide.strPixelFormat},
-                  {"expectedGray", static_cast<int>(stSide.nExpectGray)},
-                  {"brightFrames", static_cast<double>(stSide.nBrightFrames)},
-                  {"darkFrames", static_cast<double>(stSide.nDarkFrames)},
-                  {"darkUsed", stSide.bDarkUsed},
-                  {"sha256", stSide.strSha256}},
-                 QStringLiteral("%1: %2 x %3 %4, expected grey %5, from %6 bright and %7 dark frames")
-                   .arg(strOut)
-                   .arg(stSide.nWidth)
-                   .arg(stSide.nHeight)
-                   .arg(stSide.strPixelFormat)
-                   .arg(stSide.nExpectGray)
-                   .arg(stSide.nBrightFrames)
-                   .arg(stSide.bDarkUsed ? stSide.nDarkFrames : 0));
+  QJsonObject object{{"status", stOptions.bDryRun ? "would be made" : "made"},
+                     {"pixelFormat", stSide.strPixelFormat},
+                     {"expectedGray", static_cast<int>(stSide.nExpectGray)},
+                     {"brightFrames", static_cast<double>(stSide.nBrightFrames)},
+                     {"darkFrames", static_cast<double>(stSide.nDarkFrames)},
+                     {"darkUsed", stSide.bDarkUsed},
+                     {"method", stSide.strMethod},
+                     {"sha256", stSide.strSha256}};
+  QString strText = QStringLiteral("%1: %2 x %3 %4, expected grey %5, from %6 bright and %7 dark frames, %8")
+                      .arg(strOut)
+                      .arg(stSide.nWidth)
+                      .arg(stSide.nHeight)
+                      .arg(stSide.strPixelFormat)
+                      .arg(stSide.nExpectGray)
+                      .arg(stSide.nBrightFrames)
+                      .arg(stSide.bDarkUsed ? stSide.nDarkFrames : 0)
+                      .arg(stSide.strMethod);
+  if (stOptions.bWeighted) {
+    const reference::SReferenceResult &stWeighted = maker.GetWeighted();
+    object[QStringLiteral("noise")] = stSide.strNoise;
+    object[QStringLiteral("noiseDn")] = stWeighted.dNoise;
+    object[QStringLiteral("detailWeight")] = stWeighted.dDetailWeight;
+    strText += QStringLiteral("\n  noise %1 DN, from %2; weight of the finest detail %3")
+                 .arg(stWeighted.dNoise, 0, 'f', 2)
+                 .arg(stSide.strNoise)
+                 .arg(stWeighted.dDetailWeight, 0, 'f', 3);
+  }
+  report.AddDone(strOut, object, strText);
   return report.Finish(QStringLiteral("make"));
 }
 

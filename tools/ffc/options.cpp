@@ -33,7 +33,7 @@ struct SWords {
   std::string strAlignment;
   std::string strRaw;
   std::string strShard;
-  std::string strMethod = "average";
+  std::string strMethod = "weighted";
 };
 
 CLI::Validator MakeCheck(const char *pName, std::function<std::string(std::string &)> fnCheck)
@@ -113,7 +113,19 @@ void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
   command.add_option("-o,--out", stOptions.strOut, "the .ffc file")->required();
   command.add_option("--expect-gray", stOptions.nExpectGray, "target, 0 to 255; the brightest block unless told")
     ->check(CLI::Range(0U, 255U));
-  command.add_option("--method", stWords.strMethod, "average")->check(CLI::IsMember({"average"}));
+  command
+    .add_option("--method", stWords.strMethod,
+                "weighted (unless told): every part counts as much as it stands out of the noise; average: what the "
+                "dialog computes")
+    ->check(CLI::IsMember({"weighted", "average"}));
+  CLI::Option *pSystemGain =
+    command
+      .add_option("--system-gain", stOptions.dSystemGain,
+                  "DN per electron, from the camera's EMVA 1288 data sheet: the noise of a single bright frame")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--dark-noise", stOptions.dDarkNoise, "temporal dark noise of that data sheet, DN")
+    ->check(CLI::NonNegativeNumber)
+    ->needs(pSystemGain);
   command.add_option("--camera", stOptions.stOrigin.strCamera, "model, kept in the side file");
   command.add_option("--serial", stOptions.stOrigin.strSerial, "serial number, kept there too");
   command.add_option("--exposure", stOptions.stOrigin.dExposureTime, "microseconds");
@@ -230,6 +242,7 @@ SCommandLine ParseCommandLine(const std::vector<std::string> &listArguments)
     return MakeError(std::string(error.what()) + " (ffc --help tells more)");
   }
   stOptions.eCommand = GetCommand(app);
+  stOptions.bWeighted = stWords.strMethod == "weighted";
   if (!stWords.strAlignment.empty()) {
     stOptions.eAlignment = stWords.strAlignment == "left" ? frames::EAlignment::Left : frames::EAlignment::Right;
   }

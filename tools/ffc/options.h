@@ -38,6 +38,9 @@ struct SOptions {
   std::optional<frames::EAlignment> eAlignment;
   std::optional<frames::CRawFile> raw;
   std::optional<uint32_t> nExpectGray;
+  bool bWeighted = true;             ///< how bright frames become a reference; else they are averaged as in the dialog
+  std::optional<double> dSystemGain; ///< of the camera, DN per electron
+  double dDarkNoise = 0;             ///< of the camera, DN
   SOrigin stOrigin;
   std::string strLimits;
   uint32_t nThreads = 1;

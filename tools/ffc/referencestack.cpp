@@ -1,5 +1,7 @@
 #include "tools/ffc/referencestack.h"
 
+#include <utility>
+
 #include "tools/ffc/flat.h"
 #include "tools/ffc/inputs.h"
 
@@ -86,7 +88,8 @@ std::optional<STrouble> CReferenceStack::Prepare(const QString &strFile, const f
 {
   m_stInfo = stInfo;
   const uint64_t nSize = stInfo.stLayout.GetFrameSize();
-  const bool bAllocated = m_frame.Allocate(nSize) && m_first.Allocate(nSize) && m_sums.Allocate(nSize);
+  const bool bAllocated = m_frame.Allocate(nSize) && m_first.Allocate(nSize) && m_sums.Allocate(nSize) &&
+                          (!m_bMeasured || m_former.Allocate(nSize));
   return bAllocated ? std::nullopt
                     : std::optional<STrouble>(
                         STrouble{false, MakeSentence(strFile, "has frames that need more memory than there is.")});
@@ -103,6 +106,13 @@ std::optional<STrouble> CReferenceStack::AddFrame(const QString &strFile)
   m_stEvidence.Add(m_frame.GetData(), m_stInfo.stLayout);
   if (m_sums.Add(m_frame, MakeFormat()) != 0) {
     return Refuse(MakeSentence(strFile, "has frames that the image statistics refuse."));
+  }
+  if (m_bMeasured && m_nFrames > 0) {
+    const frames::SLayout &stLayout = m_stInfo.stLayout;
+    m_meter.Add(m_former.GetData(), m_frame.GetData(), stLayout.nWidth, stLayout.nHeight, stLayout.nBytesPerSample);
+  }
+  if (m_bMeasured) {
+    std::swap(m_former, m_frame);
   }
   ++m_nFrames;
   return std::nullopt;
@@ -125,6 +135,11 @@ bool CReferenceStack::Average(const frames::SDepth &stDepth, CFrameBuffer &avera
     frames::ShiftRight(average.GetData(), m_stInfo.stLayout, stDepth.GetShift(m_stInfo.stLayout));
   }
   return true;
+}
+
+reference::SFrameSums CReferenceStack::GetSums(const frames::SDepth &stDepth) const
+{
+  return {m_sums.GetSums(), m_nFrames, stDepth.GetShift(m_stInfo.stLayout), &m_meter};
 }
 
 bool CReferenceStack::TakeFirst(const frames::SDepth &stDepth, CFrameBuffer &first)

@@ -4,6 +4,7 @@
 
 #include "frames/alignment.h"
 #include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
+#include "reference/weightedreference.h"
 #include "tools/ffc/options.h"
 #include "tools/ffc/report.h"
 
@@ -13,6 +14,8 @@ namespace ffc::tool {
 /// sums, however many frames there are. Used by one thread at a time.
 class CReferenceStack {
 public:
+  /// Has the frames' noise measured as they are read, which takes memory for one frame more.
+  void MeasureNoise() { m_bMeasured = true; }
   /// Adds all frames of all files; the first file says what all others must be.
   /// \param pLike what the frames must be like; null: whatever they are
   std::optional<STrouble> Read(const QStringList &listFiles, const SOptions &stOptions,
@@ -29,6 +32,9 @@ public:
   bool Average(const frames::SDepth &stDepth, process::CFrameBuffer &average);
   bool TakeFirst(const frames::SDepth &stDepth, process::CFrameBuffer &first);
 
+  /// What was added up, for as long as the stack lives.
+  reference::SFrameSums GetSums(const frames::SDepth &stDepth) const;
+
 private:
   std::optional<STrouble> ReadFile(const QString &strFile, const SOptions &stOptions, const frames::SFrameInfo *pLike);
   std::optional<STrouble> Prepare(const QString &strFile, const frames::SFrameInfo &stInfo);
@@ -41,6 +47,9 @@ private:
   process::CFrameBuffer m_frame;
   process::CFrameBuffer m_first;
   process::CFrameAccumulator m_sums;
+  bool m_bMeasured = false;
+  process::CFrameBuffer m_former;
+  reference::CNoiseMeter m_meter;
   uint32_t m_nFrames = 0;
 };
 

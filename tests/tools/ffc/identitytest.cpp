@@ -69,6 +69,8 @@ protected:
                               m_recording.Path("b?.png"),
                               "--pixel-format",
                               QString::fromStdString(GetParam().strName),
+                              "--method",
+                              "average",
                               "-o",
                               m_recording.Path("flat.ffc")};
     if (bDark) {

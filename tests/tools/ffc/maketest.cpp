@@ -64,7 +64,7 @@ QByteArray ComputeSlowly(const CRecording &recording, int nDark, int nBright, ui
 TEST_F(Make, ManyFramesAreAveragedTruncatedAndComputed)
 {
   m_recording.Write(3, 5);
-  const SToolResult stResult = Run({"--pixel-format", "Mono12", "--expect-gray", "140"});
+  const SToolResult stResult = Run({"--method", "average", "--pixel-format", "Mono12", "--expect-gray", "140"});
   ASSERT_EQ(stResult.nExitCode, 0) << stResult.byteErrors.constData();
   EXPECT_TRUE(ReadBytes(m_recording.Path("flat.ffc")) == ComputeSlowly(m_recording, 3, 5, 140));
 }
@@ -91,9 +91,26 @@ TEST_F(Make, TheSideFileSaysWhatTheTableCannot)
   EXPECT_EQ(stSide.nBrightFrames, 3U);
   EXPECT_EQ(stSide.nDarkFrames, 2U);
   EXPECT_TRUE(stSide.bDarkUsed);
-  EXPECT_EQ(stSide.strMethod, "average");
+  EXPECT_EQ(stSide.strMethod, "weighted");
+  EXPECT_EQ(stSide.strNoise, "differences of the frames");
   EXPECT_GT(stSide.nExpectGray, 100U);
   EXPECT_EQ(stSide.strSha256.size(), 64);
+}
+
+TEST_F(Make, OneBrightFrameIsWeightedWithAWordAboutItsNoise)
+{
+  m_recording.Write(2, 1);
+  const SToolResult stAlone = Run({"--pixel-format", "Mono12", "--json"});
+  ASSERT_EQ(stAlone.nExitCode, 0) << stAlone.byteErrors.constData();
+  EXPECT_TRUE(stAlone.byteOutput.contains("give more frames, or --system-gain")) << stAlone.byteOutput.constData();
+  const QJsonObject object = stAlone.GetObjects().at(1);
+  EXPECT_EQ(object["method"].toString(), "weighted");
+  EXPECT_EQ(object["noise"].toString(), "all fine detail of the one frame");
+  const SToolResult stStated =
+    Run({"--pixel-format", "Mono12", "--json", "--system-gain", "0.01", "--dark-noise", "2", "--force"});
+  ASSERT_EQ(stStated.nExitCode, 0) << stStated.byteErrors.constData();
+  EXPECT_EQ(stStated.GetObjects().front()["noise"].toString(), "camera data");
+  EXPECT_GT(stStated.GetObjects().front()["detailWeight"].toDouble(), 0.9) << "the pattern is 4 %";
 }
 
 TEST_F(Make, LeftAlignedFramesGiveTheTableOfRightAlignedOnesAndSaySo)

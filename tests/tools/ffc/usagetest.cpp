@@ -45,6 +45,7 @@ TEST(Usage, WhatMakesNoSenseIsAUsageError)
                                      {"make", "--bright", "x", "-o", "x.ffc", "--expect-gray", "256"},
                                      {"make", "--bright", "x", "-o", "x.ffc", "--pixel-format", "RGB8"},
                                      {"make", "--bright", "x", "-o", "x.ffc", "--method", "magic"},
+                                     {"make", "--bright", "x", "-o", "x.ffc", "--dark-noise", "3"},
                                      {"apply", "x.ffc", "-o", "out"},
                                      {"apply", "x.ffc", "frames"},
                                      {"apply", "x.ffc", "frames", "-o", "out", "--in-place"},

@@ -1,0 +1,141 @@
+#include "reference/scales.h"
+
+#include <array>
+#include <cmath>
+
+namespace ffc::reference {
+namespace {
+
+constexpr float CENTRE = 6.0F / 16;
+constexpr float NEAR = 4.0F / 16;
+constexpr float FAR = 1.0F / 16;
+constexpr std::array<double, 5> KERNEL = {1.0 / 16, 4.0 / 16, 6.0 / 16, 4.0 / 16, 1.0 / 16};
+
+using Kernel = std::vector<double>;
+
+void SmoothAcrossLines(const SImage &from, uint32_t nLine, uint32_t nStep, float *__restrict pOut)
+{
+  const auto fnLine = [&](int64_t nTaps) { return from.GetLine(Mirror(int64_t{nLine} + nTaps * nStep, from.nHeight)); };
+  const float *p0 = fnLine(-2);
+  const float *p1 = fnLine(-1);
+  const float *p2 = fnLine(0);
+  const float *p3 = fnLine(1);
+  const float *p4 = fnLine(2);
+  for (uint32_t n = 0; n < from.nWidth; ++n) {
+    pOut[n] = CENTRE * p2[n] + NEAR * (p1[n] + p3[n]) + FAR * (p0[n] + p4[n]);
+  }
+}
+
+void SmoothAlongLine(const float *pIn, uint32_t nWidth, uint32_t nStep, float *__restrict pOut)
+{
+  const auto fnEdge = [&](uint32_t n) {
+    const auto fnTap = [&](int64_t nTaps) { return pIn[Mirror(int64_t{n} + nTaps * nStep, nWidth)]; };
+    pOut[n] = CENTRE * fnTap(0) + NEAR * (fnTap(-1) + fnTap(1)) + FAR * (fnTap(-2) + fnTap(2));
+  };
+  const uint32_t nReach = 2 * nStep;
+  uint32_t n = 0;
+  for (; n < nWidth && n < nReach; ++n) {
+    fnEdge(n);
+  }
+  for (; n + nReach < nWidth; ++n) {
+    pOut[n] = CENTRE * pIn[n] + NEAR * (pIn[n - nStep] + pIn[n + nStep]) + FAR * (pIn[n - nReach] + pIn[n + nReach]);
+  }
+  for (; n < nWidth; ++n) {
+    fnEdge(n);
+  }
+}
+
+/// The kernel of one more smoothing.
+Kernel Widen(const Kernel &kernel, std::size_t nStep)
+{
+  Kernel wide(kernel.size() + 4 * nStep, 0.0);
+  for (std::size_t nTap = 0; nTap < KERNEL.size(); ++nTap) {
+    for (std::size_t n = 0; n < kernel.size(); ++n) {
+      wide[n + nTap * nStep] += KERNEL[nTap] * kernel[n];
+    }
+  }
+  return wide;
+}
+
+/// Sum of products of two centred kernels, one of them moved.
+double Correlate(const Kernel &one, const Kernel &other, std::size_t nShift)
+{
+  const auto nFirst = static_cast<int64_t>(other.size() / 2) - static_cast<int64_t>(one.size() / 2);
+  double dSum = 0;
+  for (std::size_t n = 0; n < one.size(); ++n) {
+    const int64_t nOther = static_cast<int64_t>(n + nShift) + nFirst;
+    if (nOther >= 0 && nOther < static_cast<int64_t>(other.size())) {
+      dSum += one[n] * other[static_cast<std::size_t>(nOther)];
+    }
+  }
+  return dSum;
+}
+
+/// The detail is fine - wide along both axes; its autocovariance has a product of correlations for each pair of them.
+SScaleStatistics GetStatistics(const Kernel &fine, const Kernel &wide, std::size_t nStep)
+{
+  constexpr std::size_t LAGS = KERNEL.size();
+  std::array<double, LAGS> adFine{};
+  std::array<double, LAGS> adMixed{};
+  std::array<double, LAGS> adWide{};
+  std::array<double, LAGS> adWindow{};
+  for (std::size_t nLag = 0; nLag < LAGS; ++nLag) {
+    adFine[nLag] = Correlate(fine, fine, nLag * nStep);
+    adMixed[nLag] = Correlate(fine, wide, nLag * nStep);
+    adWide[nLag] = Correlate(wide, wide, nLag * nStep);
+    for (std::size_t n = 0; n + nLag < KERNEL.size(); ++n) {
+      adWindow[nLag] += KERNEL[n] * KERNEL[n + nLag];
+    }
+  }
+  const auto fnCovariance = [&](std::size_t nX, std::size_t nY) {
+    return adFine[nX] * adFine[nY] - 2 * adMixed[nX] * adMixed[nY] + adWide[nX] * adWide[nY];
+  };
+  const double dGain = fnCovariance(0, 0);
+  double dVariance = 0; // half that of the smoothed square, whose mean is 1
+  for (std::size_t nY = 0; nY < LAGS; ++nY) {
+    for (std::size_t nX = 0; nX < LAGS; ++nX) {
+      const double dTimes = (nX == 0 ? 1 : 2) * (nY == 0 ? 1 : 2);
+      const double dCorrelation = fnCovariance(nX, nY) / dGain;
+      dVariance += dTimes * adWindow[nX] * adWindow[nY] * dCorrelation * dCorrelation;
+    }
+  }
+  return {dGain, 1 / dVariance};
+}
+
+} // namespace
+
+uint32_t Mirror(int64_t nIndex, uint32_t nCount)
+{
+  if (nIndex >= 0 && nIndex < nCount) {
+    return static_cast<uint32_t>(nIndex);
+  }
+  if (nCount == 1) {
+    return 0;
+  }
+  const int64_t nPeriod = 2 * (int64_t{nCount} - 1);
+  const int64_t nWithin = ((nIndex % nPeriod) + nPeriod) % nPeriod;
+  return static_cast<uint32_t>(nWithin < nCount ? nWithin : nPeriod - nWithin);
+}
+
+void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pLine)
+{
+  for (uint32_t nLine = 0; nLine < from.nHeight; ++nLine) {
+    SmoothAcrossLines(from, nLine, nStep, pLine);
+    SmoothAlongLine(pLine, from.nWidth, nStep, to.GetLine(nLine));
+  }
+}
+
+std::vector<SScaleStatistics> GetScaleStatistics(uint32_t nScales)
+{
+  std::vector<SScaleStatistics> listStatistics;
+  Kernel fine = {1.0};
+  for (uint32_t nScale = 0; nScale < nScales; ++nScale) {
+    const std::size_t nStep = std::size_t{1} << nScale;
+    Kernel wide = Widen(fine, nStep);
+    listStatistics.push_back(GetStatistics(fine, wide, nStep));
+    fine = std::move(wide);
+  }
+  return listStatistics;
+}
+
+} // namespace ffc::reference

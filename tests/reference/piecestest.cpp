@@ -1,0 +1,233 @@
+// The pieces of the weighted reference, each by itself.
+#include <cmath>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "reference/noisemeter.h"
+#include "reference/noisemodel.h"
+#include "reference/parallel.h"
+#include "reference/planesource.h"
+#include "reference/profiles.h"
+#include "reference/scales.h"
+#include "reference/shrinkage.h"
+
+using namespace ffc::reference;
+
+namespace {
+
+std::vector<float> MakeNoise(std::size_t nCount, float fDeviation = 1)
+{
+  std::mt19937 random(7);
+  std::normal_distribution<float> normal(0, fDeviation);
+  std::vector<float> listNoise(nCount);
+  for (float &fValue : listNoise) {
+    fValue = normal(random);
+  }
+  return listNoise;
+}
+
+double GetMeanSquare(const std::vector<float> &listValues)
+{
+  double dSum = 0;
+  for (const float fValue : listValues) {
+    dSum += double{fValue} * double{fValue};
+  }
+  return dSum / static_cast<double>(listValues.size());
+}
+
+/// Energies of 12 samples each.
+CShrinkage::Histogram CountEnergies(const std::vector<float> &listSamples)
+{
+  CShrinkage::Histogram aCounts{};
+  for (std::size_t n = 0; n < listSamples.size(); n += 12) {
+    float fEnergy = 0;
+    for (std::size_t i = 0; i < 12; ++i) {
+      fEnergy += listSamples[n + i] * listSamples[n + i] / 12;
+    }
+    ++aCounts[CShrinkage::GetBin(fEnergy)];
+  }
+  return aCounts;
+}
+
+} // namespace
+
+TEST(ReferenceScales, APlaceBeyondTheEdgeIsReflectedWithoutItsOwnSampleTwice)
+{
+  EXPECT_EQ(Mirror(-1, 5), 1U);
+  EXPECT_EQ(Mirror(5, 5), 3U);
+  EXPECT_EQ(Mirror(-9, 5), 1U);
+  EXPECT_EQ(Mirror(4, 5), 4U);
+  EXPECT_EQ(Mirror(123, 1), 0U);
+}
+
+TEST(ReferenceScales, SmoothingIsTheSplineAlongBothAxes)
+{
+  std::vector<float> listFrom(11 * 9);
+  std::vector<float> listTo(listFrom.size());
+  std::vector<float> listLine(11);
+  listFrom[4 * 11 + 5] = 256;
+  Smooth({listFrom.data(), 11, 9}, {listTo.data(), 11, 9}, 2, listLine.data());
+  EXPECT_FLOAT_EQ(listTo[4 * 11 + 5], 36);
+  EXPECT_FLOAT_EQ(listTo[4 * 11 + 7], 24);
+  EXPECT_FLOAT_EQ(listTo[2 * 11 + 9], 4);
+  EXPECT_FLOAT_EQ(listTo[4 * 11 + 6], 0) << "the taps are 2 apart";
+}
+
+TEST(ReferenceScales, StatisticsAreThoseOfWhiteNoise)
+{
+  const auto listStatistics = GetScaleStatistics(3);
+  constexpr uint32_t SIDE = 300;
+  std::vector<float> listFine = MakeNoise(std::size_t{SIDE} * SIDE);
+  std::vector<float> listWide(listFine.size());
+  std::vector<float> listSquares(listFine.size());
+  std::vector<float> listLine(SIDE);
+  for (uint32_t nScale = 0; nScale < 3; ++nScale) {
+    const auto fnImage = [](std::vector<float> &list) { return SImage{list.data(), SIDE, SIDE}; };
+    Smooth(fnImage(listFine), fnImage(listWide), 1U << nScale, listLine.data());
+    for (std::size_t n = 0; n < listFine.size(); ++n) {
+      listFine[n] -= listWide[n];
+    }
+    const double dGain = GetMeanSquare(listFine);
+    EXPECT_NEAR(dGain / listStatistics[nScale].dGain, 1, 0.05) << nScale;
+    for (std::size_t n = 0; n < listFine.size(); ++n) {
+      listSquares[n] = listFine[n] * listFine[n] / static_cast<float>(dGain);
+    }
+    std::vector<float> listEnergy(listFine.size());
+    Smooth(fnImage(listSquares), fnImage(listEnergy), 1U << nScale, listLine.data());
+    const double dVariance = GetMeanSquare(listEnergy) - 1;
+    EXPECT_NEAR(2 / dVariance / listStatistics[nScale].dFreedom, 1, 0.15) << nScale;
+    listFine = listWide;
+  }
+}
+
+TEST(ReferenceShrinkage, NoiseAloneIsNotBelievedAndAStructureIs)
+{
+  const std::vector<float> listNoise = MakeNoise(12 * 20000);
+  const CShrinkage::Histogram aCounts = CountEnergies(listNoise);
+  CShrinkage shrinkage;
+  shrinkage.Learn(aCounts, 12);
+  EXPECT_LT(shrinkage.GetMeanWeight(aCounts), 0.05);
+  EXPECT_GT(shrinkage.GetWeight(30), 0.9F);
+  EXPECT_GT(shrinkage.GetWeight(1e6F), 0.999F);
+  for (float fEnergy = 0.01F; fEnergy < 1000; fEnergy *= 1.1F) {
+    EXPECT_GE(shrinkage.GetWeight(fEnergy * 1.1F), shrinkage.GetWeight(fEnergy));
+  }
+}
+
+TEST(ReferenceShrinkage, ASignalEverywhereIsBelievedByItsShare)
+{
+  const std::vector<float> listSamples = MakeNoise(12 * 20000, 2); // signal 3, noise 1
+  const CShrinkage::Histogram aCounts = CountEnergies(listSamples);
+  CShrinkage shrinkage;
+  shrinkage.Learn(aCounts, 12);
+  EXPECT_NEAR(shrinkage.GetMeanWeight(aCounts), 0.75, 0.02);
+}
+
+TEST(ReferenceShrinkage, NoEnergyAtAllAndNoNumberHaveAPlace)
+{
+  EXPECT_EQ(CShrinkage::GetBin(0), 0U);
+  EXPECT_EQ(CShrinkage::GetBin(-1), 0U);
+  EXPECT_EQ(CShrinkage::GetBin(INFINITY), CShrinkage::BINS - 1);
+  CShrinkage shrinkage;
+  shrinkage.Learn({}, 12);
+  EXPECT_LE(shrinkage.GetWeight(1), 1.0F);
+}
+
+TEST(ReferenceNoise, RoundingLeavesATwelfthWithoutNoiseAndNothingWithMuch)
+{
+  EXPECT_NEAR(GetRoundingVariance(0), 1.0 / 12, 1e-3);
+  EXPECT_LT(GetRoundingVariance(0.5), 1e-8);
+  for (const double dVariance : {0.0, 0.05, 0.3, 25.0}) {
+    const double dMeasured = dVariance + 1.0 / 12 - GetRoundingVariance(dVariance);
+    EXPECT_NEAR(RemoveRounding(dMeasured), dVariance, 0.005 + 1e-6 * dVariance);
+  }
+}
+
+TEST(ReferenceNoise, TheMeterSeesNoiseAndLinesAndNoDriftOfTheLight)
+{
+  constexpr uint32_t WIDTH = 200;
+  constexpr uint32_t HEIGHT = 150;
+  std::mt19937 random(3);
+  std::normal_distribution<double> normal;
+  CNoiseMeter meter;
+  std::vector<uint16_t> listFormer;
+  for (int nFrame = 0; nFrame < 8; ++nFrame) {
+    std::vector<uint16_t> listFrame;
+    for (uint32_t nY = 0; nY < HEIGHT; ++nY) {
+      const double dLine = 4 * normal(random);
+      for (uint32_t nX = 0; nX < WIDTH; ++nX) {
+        const double dLight = (1000 + 5.0 * nX) * (1 + 0.05 * nFrame);
+        listFrame.push_back(static_cast<uint16_t>(std::lround(dLight + dLine + 10 * normal(random))));
+      }
+    }
+    if (!listFormer.empty()) {
+      meter.Add(listFormer.data(), listFrame.data(), WIDTH, HEIGHT, 2);
+    }
+    listFormer = listFrame;
+  }
+  EXPECT_EQ(meter.GetPairCount(), 7U);
+  EXPECT_NEAR(meter.GetAll().dSample, 116, 5);
+  EXPECT_NEAR(meter.GetSite(3).dSample, 116, 8);
+  EXPECT_NEAR(meter.GetAll().dLine, 16, 3);
+}
+
+TEST(ReferencePlanes, TheFourSitesOfAMosaicMakeUpTheImage)
+{
+  const auto listPlanes = GetPlanes(5, 3, true);
+  ASSERT_EQ(listPlanes.size(), 4U);
+  std::vector<int> listSeen(15);
+  for (const SPlane &stPlane : listPlanes) {
+    for (uint32_t nY = 0; nY < stPlane.nHeight; ++nY) {
+      for (uint32_t nX = 0; nX < stPlane.nWidth; ++nX) {
+        ++listSeen.at(stPlane.GetIndex(nX, nY));
+      }
+    }
+  }
+  EXPECT_EQ(listSeen, std::vector<int>(15, 1));
+  EXPECT_EQ(GetPlanes(5, 3, false).size(), 1U);
+}
+
+TEST(ReferencePlanes, ALineBeyondTheEdgesIsReflected)
+{
+  const std::vector<uint32_t> listSums = {10, 20, 30, 40, 50, 60, 70, 80};
+  const std::vector<uint16_t> listDark = {1, 1, 1, 1, 1, 1, 1, 1};
+  const CPlaneSource source(GetPlanes(4, 2, false).front(), listSums.data(), 0.5F, listDark.data(), 1);
+  std::vector<float> listLine(8);
+  source.ReadLine(-1, -2, 8, listLine.data());
+  EXPECT_EQ(listLine, (std::vector<float>{34, 29, 24, 29, 34, 39, 34, 29}));
+}
+
+TEST(ReferenceProfiles, AColumnThatStandsOutIsKeptAndNoiseIsNot)
+{
+  SProfileSums stSums;
+  stSums.Prepare(200, 256, 128);
+  const std::vector<float> listNoise = MakeNoise(2 * 200, std::sqrt(128.0F));
+  for (uint32_t nBand = 0; nBand < 2; ++nBand) {
+    for (uint32_t n = 0; n < 200; ++n) {
+      stSums.GetColumns(nBand)[n] =
+        listNoise[nBand * 200 + n] + (n == 77 ? 128 * 2.0F : 0) + (n == 99 && nBand == 1 ? 128 * 3.0F : 0);
+    }
+  }
+  WeightProfiles(stSums, 1, 0);
+  EXPECT_NEAR(stSums.GetColumns(0)[77], 2, 0.3);
+  EXPECT_NEAR(stSums.GetColumns(1)[99], 3, 0.4) << "only in the lower band";
+  EXPECT_NEAR(stSums.GetColumns(0)[99], 0, 0.3);
+  double dOthers = 0;
+  for (uint32_t n = 0; n < 70; ++n) {
+    dOthers += double{stSums.GetColumns(0)[n]} * double{stSums.GetColumns(0)[n]} / 70;
+  }
+  EXPECT_LT(dOthers, 0.25 / 128);
+}
+
+TEST(ReferenceParallel, EveryItemIsWorkedOnOnceWithAnyNumberOfThreads)
+{
+  for (const uint32_t nThreads : {0U, 1U, 3U, 1000U}) {
+    std::vector<int> listSeen(100);
+    ForEachItem(100, nThreads, [&](uint32_t nItem, uint32_t nWorker) {
+      ++listSeen[nItem];
+      EXPECT_LT(nWorker, MAX_THREADS);
+    });
+    EXPECT_EQ(listSeen, std::vector<int>(100, 1)) << nThreads;
+  }
+}

@@ -1,0 +1,273 @@
+// What holds for the weighted reference of any frames.
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "tests/reference/failingallocations.h"
+#include "tests/reference/sensor.h"
+
+using namespace ffc::test;
+using namespace ffc::reference;
+
+TEST(WeightedReference, OneFrameHasAtMostHalfTheErrorOfTheAverage)
+{
+  const SSensor stSensor;
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 1);
+  const CSums dark(stSensor, Field(field.size()), 4);
+  const SMade stMade = MakeReference(stSensor, bright, &dark);
+  ASSERT_EQ(stMade.nStatus, STATUS_SUCCESS);
+  EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field),
+            0.5 * GetError(stSensor, GetAverage(stSensor, bright), field));
+  EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::AllDetail);
+  EXPECT_NEAR(stMade.stResult.dNoise, 23.9, 1.5) << "of the light and of the camera, and the pattern's 6 DN";
+}
+
+TEST(WeightedReference, FewFramesAreNeverWorseThanTheAverageWhateverThePattern)
+{
+  for (const double dPattern : {0.0, 0.002, 0.01, 0.03}) {
+    SSensor stSensor;
+    stSensor.dPattern = dPattern;
+    const Field field = stSensor.MakeField();
+    const CSums dark(stSensor, Field(field.size()), 4);
+    for (const uint32_t nFrames : {2U, 6U}) {
+      const CSums bright(stSensor, field, nFrames);
+      const SMade stMade = MakeReference(stSensor, bright, &dark);
+      EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field),
+                1.01 * GetError(stSensor, GetAverage(stSensor, bright), field))
+        << dPattern << ", " << nFrames << " frames";
+      EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::Differences);
+      EXPECT_NEAR(stMade.stResult.dNoise, 23.2, 0.8);
+    }
+  }
+}
+
+TEST(WeightedReference, ManyFramesGiveTheAverage)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 64;
+  stSensor.nHeight = 48;
+  stSensor.dSystemGain = 0.02;
+  stSensor.dPattern = 0.01;
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 200);
+  const SMade stMade = MakeReference(stSensor, bright, nullptr);
+  double dLargest = 0;
+  for (std::size_t n = 0; n < field.size(); ++n) {
+    dLargest = std::max(dLargest, std::abs(stMade.listBright[n] / 16.0 - bright.GetValues()[n] / 200.0));
+  }
+  EXPECT_LT(dLargest, 1.0) << "DN, of a pattern that reaches 60";
+  EXPECT_GT(stMade.stResult.dDetailWeight, 0.98);
+}
+
+TEST(WeightedReference, AConstantFieldStaysWhatItIs)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 70;
+  stSensor.nHeight = 41;
+  for (const uint32_t nBitDepth : {8U, 12U, 16U}) {
+    stSensor.nBitDepth = nBitDepth;
+    const std::vector<uint32_t> listSums(stSensor.GetPixelCount(), 3 * 200);
+    std::vector<uint16_t> listBright(listSums.size());
+    SReferenceInput stInput;
+    stInput.nWidth = stSensor.nWidth;
+    stInput.nHeight = stSensor.nHeight;
+    stInput.nBitDepth = nBitDepth;
+    stInput.stBright = {listSums.data(), 3, 0, nullptr};
+    SReferenceResult stResult;
+    ASSERT_EQ(MakeWeightedReference(stInput, listBright.data(), nullptr, stResult), STATUS_SUCCESS);
+    EXPECT_EQ(listBright, std::vector<uint16_t>(listSums.size(), static_cast<uint16_t>(200U << (16 - nBitDepth))));
+  }
+}
+
+TEST(WeightedReference, SaturatedFramesStaySaturated)
+{
+  SSensor stSensor;
+  stSensor.dLevel = 6000;
+  const Field field = stSensor.MakeField();
+  const SMade stMade = MakeReference(stSensor, CSums(stSensor, field, 2), nullptr);
+  ASSERT_EQ(stMade.nStatus, STATUS_SUCCESS);
+  EXPECT_EQ(stMade.listBright, std::vector<uint16_t>(field.size(), 4095U * 16));
+}
+
+TEST(WeightedReference, EveryNumberOfThreadsGivesTheSame)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 600;
+  stSensor.nHeight = 300;
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 2);
+  const CSums dark(stSensor, Field(field.size()), 1);
+  const SMade stOne = MakeReference(stSensor, bright, &dark, 1);
+  const SMade stFive = MakeReference(stSensor, bright, &dark, 5);
+  EXPECT_EQ(stOne.listBright, stFive.listBright);
+  EXPECT_EQ(stOne.listDark, stFive.listDark);
+  EXPECT_EQ(stOne.stResult.dDetailWeight, stFive.stResult.dDetailWeight);
+}
+
+TEST(WeightedReference, SamplesThatStandFurtherLeftGiveTheSame)
+{
+  const SSensor stSensor;
+  const Field field = stSensor.MakeField();
+  const SMade stRight = MakeReference(stSensor, CSums(stSensor, field, 2), nullptr);
+  const SMade stLeft = MakeReference(stSensor, CSums(stSensor, field, 2, 4), nullptr);
+  EXPECT_EQ(stRight.listBright, stLeft.listBright);
+  EXPECT_EQ(stRight.stResult.dNoise, stLeft.stResult.dNoise);
+}
+
+TEST(WeightedReference, PlanesOfAMosaicDoNotMix)
+{
+  SSensor stSensor;
+  stSensor.bMosaic = true;
+  stSensor.fnStructure = [](uint32_t nX, uint32_t nY) { return nX % 2 == 1 && nY % 2 == 0 ? 0.5 : 1.0; };
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 1);
+  const CSums dark(stSensor, Field(field.size()), 2);
+  const SMade stMade = MakeReference(stSensor, bright, &dark);
+  const auto fnDim = [](uint32_t nX, uint32_t nY) { return nX % 2 == 1 && nY % 2 == 0; };
+  EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field, fnDim),
+            0.5 * GetError(stSensor, GetAverage(stSensor, bright), field, fnDim));
+}
+
+TEST(WeightedReference, TwoLevelsInOneFrameTellNoiseFromPattern)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 512;
+  stSensor.nHeight = 384;
+  stSensor.dPattern = 0.01;
+  stSensor.dSystemGain = 0.05;
+  stSensor.bMosaic = true;
+  stSensor.fnStructure = [](uint32_t nX, uint32_t nY) { return (nX + nY) % 2 == 1 ? 0.4 : 1.0; };
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 1);
+  const CSums dark(stSensor, Field(field.size()), 4);
+  const SMade stMade = MakeReference(stSensor, bright, &dark);
+  EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::PhotonTransfer);
+  EXPECT_NEAR(stMade.stResult.dNoise, 10.4, 1);
+  EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field),
+            GetError(stSensor, GetAverage(stSensor, bright), field));
+}
+
+TEST(WeightedReference, StatedCameraDataTellNoiseFromPatternToo)
+{
+  SSensor stSensor;
+  stSensor.dPattern = 0.02;
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 1);
+  SReferenceInput stInput = MakeInput(stSensor, bright);
+  stInput.stCamera = SCameraNoise{0.27, 3};
+  SMade stMade;
+  stMade.listBright.resize(field.size());
+  ASSERT_EQ(MakeWeightedReference(stInput, stMade.listBright.data(), nullptr, stMade.stResult), STATUS_SUCCESS);
+  EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::Camera);
+  EXPECT_GT(stMade.stResult.dDetailWeight, 0.6) << "without them it would be next to nothing";
+}
+
+TEST(WeightedReference, EightBitsAreFinerThanTheirNumbers)
+{
+  SSensor stSensor;
+  stSensor.nBitDepth = 8;
+  stSensor.dLevel = 140;
+  stSensor.dDark = 5;
+  stSensor.dSystemGain = 0.02;
+  stSensor.dReadNoise = 0.3;
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 16);
+  const CSums dark(stSensor, Field(field.size()), 8);
+  Field rounded = GetAverage(stSensor, bright);
+  for (double &dValue : rounded) {
+    dValue = std::floor(dValue);
+  }
+  const SMade stMade = MakeReference(stSensor, bright, &dark);
+  EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field), 0.7 * GetError(stSensor, rounded, field));
+}
+
+TEST(WeightedReference, ALoneDarkFrameKeepsThePatternThatTheBrightFramesHaveToo)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 256;
+  stSensor.nHeight = 256;
+  SSensor stPattern = stSensor;
+  stPattern.dLevel = 100;
+  stPattern.dPattern = 0.1;
+  stPattern.nSeed = 9;
+  const Field pattern = stPattern.MakeField();
+  Field field = stSensor.MakeField();
+  std::transform(field.begin(), field.end(), pattern.begin(), field.begin(), std::plus<>());
+  SSensor stDarkSensor = stSensor;
+  stDarkSensor.dSystemGain = 0;
+  stDarkSensor.nSeed = 20;
+  const CSums dark(stDarkSensor, pattern, 1);
+  const SMade stMade = MakeReference(stSensor, CSums(stSensor, field, 4), &dark);
+  double dSum = 0;
+  for (std::size_t n = 0; n < pattern.size(); ++n) {
+    dSum += std::pow(stMade.listDark[n] / 16.0 - stSensor.dDark - pattern[n], 2) / static_cast<double>(pattern.size());
+  }
+  EXPECT_LT(std::sqrt(dSum), 5) << "DN, of a pattern of 10";
+}
+
+TEST(WeightedReference, AnyShapeIsWorkedOn)
+{
+  for (const auto &[nWidth, nHeight] :
+       {std::pair{1U, 1U}, std::pair{3U, 500U}, std::pair{300U, 2U}, std::pair{257U, 5U}}) {
+    for (const bool bMosaic : {false, true}) {
+      SSensor stSensor;
+      stSensor.nWidth = nWidth;
+      stSensor.nHeight = nHeight;
+      stSensor.bMosaic = bMosaic;
+      const Field field = stSensor.MakeField();
+      const CSums bright(stSensor, field, 2);
+      const CSums dark(stSensor, Field(field.size()), 1);
+      const SMade stMade = MakeReference(stSensor, bright, &dark);
+      ASSERT_EQ(stMade.nStatus, STATUS_SUCCESS);
+      EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field), 0.05) << nWidth << " x " << nHeight;
+    }
+  }
+}
+
+TEST(WeightedReference, WhatIsNoInputIsRefused)
+{
+  const SSensor stSensor;
+  const CSums bright(stSensor, stSensor.MakeField(), 1);
+  const SReferenceInput stGood = MakeInput(stSensor, bright);
+  std::vector<uint16_t> listBright(stSensor.GetPixelCount());
+  const auto fnStatus = [&](const std::function<void(SReferenceInput &)> &fnSpoil) {
+    SReferenceInput stInput = stGood;
+    fnSpoil(stInput);
+    SReferenceResult stResult;
+    return MakeWeightedReference(stInput, listBright.data(), nullptr, stResult);
+  };
+  EXPECT_EQ(fnStatus([](SReferenceInput &) {}), STATUS_SUCCESS);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nWidth = 0; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nHeight = 1U << 30; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nBitDepth = 7; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nBitDepth = 17; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.nFrames = 0; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.pSums = nullptr; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.nShift = 5; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stDark.nFrames = 1; }), STATUS_INVALID_PARAM);
+}
+
+TEST(WeightedReference, WithoutMemoryItSaysSo)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 20;
+  stSensor.nHeight = 10;
+  const CSums bright(stSensor, stSensor.MakeField(), 1);
+  const CSums dark(stSensor, Field(stSensor.GetPixelCount()), 1);
+  const SReferenceInput stInput = MakeInput(stSensor, bright, &dark);
+  std::vector<uint16_t> listBright(stSensor.GetPixelCount());
+  std::vector<uint16_t> listDark(stSensor.GetPixelCount());
+  bool bFailed = true;
+  for (int32_t nFailing = 1; bFailed; nFailing += 4 + nFailing / 4) {
+    SReferenceResult stResult;
+    int32_t nStatus = 0;
+    {
+      const CFailingAllocations failing(nFailing);
+      nStatus = MakeWeightedReference(stInput, listBright.data(), listDark.data(), stResult);
+      bFailed = failing.HasFailed();
+    }
+    ASSERT_EQ(nStatus, bFailed ? STATUS_OUT_OF_MEMORY : STATUS_SUCCESS) << nFailing;
+  }
+}
