@@ -25,8 +25,11 @@ bool CPairedStacks::Prepare(uint32_t nWidth, uint32_t nHeight, const SSensorForm
   m_setSeen.clear();
   m_nRepeated = 0;
   m_nNewlyClipped = 0;
-  return m_stackRaw.Prepare(nWidth, nHeight, stFormat.nBitDepth) &&
-         m_stackCorrected.Prepare(nWidth, nHeight, stFormat.nBitDepth);
+  const bool bPrepared = m_stackRaw.Prepare(nWidth, nHeight, stFormat.nBitDepth) &&
+                         m_stackCorrected.Prepare(nWidth, nHeight, stFormat.nBitDepth);
+  m_stackRaw.AlsoFilter(stFormat.eLayout);
+  m_stackCorrected.AlsoFilter(stFormat.eLayout);
+  return bPrepared;
 }
 
 double CPairedStacks::GetNewlyClippedPercent() const
