@@ -59,6 +59,9 @@ bool CFrameStack::Add(const void *pFrame, std::size_t nSize)
 template <class TSample>
 void CFrameStack::AddSamples(const TSample *pSamples)
 {
+  for (std::size_t nPixel = 0; nPixel < m_listPixelSquares.size(); ++nPixel) {
+    m_listPixelSquares[nPixel] += static_cast<uint64_t>(pSamples[nPixel]) * pSamples[nPixel];
+  }
   const uint32_t nMaximum = GetMaximum();
   uint32_t *pSums = m_listSums.data();
   for (uint32_t nLine = 0; nLine < m_nHeight; ++nLine) {
@@ -101,6 +104,25 @@ void CFrameStack::AddFiltered(const TSample *pSamples)
       m_listFilteredSquares[nChannel] += dLine;
     });
   }
+}
+
+bool CFrameStack::AlsoKeepSquares()
+{
+  try {
+    m_listPixelSquares.assign(m_listSums.size(), 0);
+  } catch (const std::bad_alloc &) {
+    return false;
+  }
+  return true;
+}
+
+double CFrameStack::GetVariance(uint32_t nColumn, uint32_t nLine) const
+{
+  const uint64_t nSum = GetSums(nLine)[nColumn];
+  const uint64_t nSquares = m_listPixelSquares[std::size_t{nLine} * m_nWidth + nColumn];
+  return m_nFrames < 2 ? 0
+                       : static_cast<double>(m_nFrames * nSquares - nSum * nSum) /
+                           (static_cast<double>(m_nFrames) * (m_nFrames - 1.0));
 }
 
 void CFrameStack::AlsoFilter(EColorLayout eLayout, EHighPass eHighPass)

@@ -27,6 +27,11 @@ public:
   /// Has each frame filtered as well, as the figures after the high-pass need it. Before the first frame.
   void AlsoFilter(EColorLayout eLayout, EHighPass eHighPass = EHighPass::Release4);
 
+  /// Has the squares of each pixel summed as well, in 8 bytes more per pixel. Before the first frame.
+  /// \return false when memory is short
+  bool AlsoKeepSquares();
+  bool KeepsSquares() const { return !m_listPixelSquares.empty(); }
+
   /// Adds one frame of tightly packed lines.
   /// \return false for a buffer of another size, or beyond 256 frames, when sums could overflow; nothing is added then
   bool Add(const void *pFrame, std::size_t nSize);
@@ -45,6 +50,8 @@ public:
   const uint32_t *GetSums(uint32_t nLine) const;
   /// Mean of one pixel over the frames, in DN. Only when frames were added.
   double GetMean(uint32_t nColumn, uint32_t nLine) const;
+  /// Variance of one pixel over the frames, DN^2; 0 for a single one. Only where squares are kept.
+  double GetVariance(uint32_t nColumn, uint32_t nLine) const;
   /// Means of one line of a channel over the frames, in DN. Only when frames were added.
   void ReadMeans(const SChannel &stChannel, uint32_t nLine, double *pLine) const;
   /// The channels that are filtered; empty where none are.
@@ -73,6 +80,7 @@ private:
   std::vector<SChannel> m_listChannels;
   EHighPass m_eHighPass = EHighPass::Release4;
   std::vector<double> m_listFilteredSquares; ///< per channel
+  std::vector<uint64_t> m_listPixelSquares;
 };
 
 } // namespace ffc::quality

@@ -86,11 +86,28 @@ void AddPlaneRows(QList<SFigureRow> &listRows, const QString &strPlane, const SU
          stAfter.dShadingPercent, 2);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Corner / centre")), stBefore.dCornerToCentre,
          stAfter.dCornerToCentre, 3);
-  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU, %")), stBefore.dPrnuPercent, stAfter.dPrnuPercent, 2);
-  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn, 2);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU with shading, %")), stBefore.dPrnuPercent,
+         stAfter.dPrnuPercent, 2);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU with shading, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn,
+         2);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Mean grey, DN")), stBefore.dMeanGray, stAfter.dMeanGray, 1);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Clipped, %")), stBefore.dClippedPercent,
          stAfter.dClippedPercent, 3);
+}
+
+/// After the standard's correction for uneven illumination, of the worst channel.
+void AddHighPassRows(QList<SFigureRow> &listRows, const SUniformity &stBefore, const SUniformity &stAfter)
+{
+  if (stBefore.listHighPass.empty() || stAfter.listHighPass.empty()) {
+    return;
+  }
+  const SWorstParts stThen = TakeWorst(stBefore.listHighPass);
+  const SWorstParts stNow = TakeWorst(stAfter.listHighPass);
+  AddRow(listRows, Translate("PRNU, high-pass, %"), stThen.stPrnu.dTotal, stNow.stPrnu.dTotal, 3);
+  AddRow(listRows, Translate("PRNU of rows, %"), stThen.stPrnu.dRow, stNow.stPrnu.dRow, 3);
+  AddRow(listRows, Translate("PRNU of columns, %"), stThen.stPrnu.dColumn, stNow.stPrnu.dColumn, 3);
+  AddRow(listRows, Translate("PRNU of pixels, %"), stThen.stPrnu.dPixel, stNow.stPrnu.dPixel, 3);
+  AddRow(listRows, Translate("DSNU, high-pass, DN"), stThen.stDsnu.dTotal, stNow.stDsnu.dTotal, 3);
 }
 
 } // namespace
@@ -104,6 +121,7 @@ QList<SFigureRow> ListFigureRows(const SReport &stReport)
     const QString strPlane = listBefore.size() > 1 ? QString::fromStdString(listBefore[nPlane].strName) : QString();
     AddPlaneRows(listRows, strPlane, listBefore[nPlane], listAfter[nPlane]);
   }
+  AddHighPassRows(listRows, stReport.stBefore, stReport.stAfter);
   return listRows;
 }
 

@@ -11,12 +11,14 @@
 #include <QTextStream>
 
 #include "camera/selfcorrection/modename.h"
+#include "quality/nonuniformityreport.h"
 
 namespace ffc::quality {
 namespace {
 
 const char *const METHOD =
-  "PRNU and DSNU after EMVA 1288, temporal noise removed (s^2 = s^2_measured - s^2_temporal / L), no high-pass";
+  "PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with shading, and "
+  "after its high-pass";
 
 const char *const OTHER_EXPOSURES = "different exposures, so that newly clipped samples cannot be counted";
 
@@ -30,8 +32,8 @@ struct SFigure {
 const SFigure FIGURES[] = {
   {"shading_percent", "shading, %", &SUniformityFigures::dShadingPercent},
   {"corner_to_centre", "corner to centre", &SUniformityFigures::dCornerToCentre},
-  {"prnu_percent", "PRNU, %", &SUniformityFigures::dPrnuPercent},
-  {"dsnu_dn", "DSNU, DN", &SUniformityFigures::dDsnuDn},
+  {"prnu_percent", "PRNU with shading, %", &SUniformityFigures::dPrnuPercent},
+  {"dsnu_dn", "DSNU with shading", &SUniformityFigures::dDsnuDn},
   {"mean_gray", "mean grey, DN", &SUniformityFigures::dMeanGray},
   {"clipped_percent", "clipped, %", &SUniformityFigures::dClippedPercent},
 };
@@ -53,6 +55,12 @@ QJsonObject MakeUniformityJson(const SUniformity &stUniformity)
     jsonPlanes.insert(QString::fromStdString(stPlane.strName), MakeFiguresJson(stPlane));
   }
   json.insert(QStringLiteral("planes"), jsonPlanes);
+  json.insert(QStringLiteral("emva1288"), MakeNonuniformityJson(stUniformity));
+  if (!stUniformity.listHighPass.empty()) {
+    const SWorstParts stWorst = TakeWorst(stUniformity.listHighPass);
+    json.insert(QStringLiteral("prnu_high_pass_percent"), stWorst.stPrnu.dTotal);
+    json.insert(QStringLiteral("dsnu_high_pass_dn"), stWorst.stDsnu.dTotal);
+  }
   return json;
 }
 
@@ -110,6 +118,29 @@ void AppendRow(QString &strTable, const QString &strLabel, const Columns &listCo
   strTable += QLatin1Char('\n');
 }
 
+/// The figures after the high-pass, of the worst channel, where all columns have them.
+void AppendHighPassRows(QString &strTable, const Columns &listColumns)
+{
+  for (const auto &[pName, pUniformity] : listColumns) {
+    if (pUniformity->listHighPass.empty()) {
+      return;
+    }
+  }
+  const auto fnAppend = [&](const QString &strName, SNonuniformityParts SWorstParts::*pKind) {
+    const auto fnRow = [&](const QString &strLabel, double SNonuniformityParts::*pPart) {
+      AppendRow(strTable, strLabel, listColumns, [pKind, pPart](const SUniformity &stUniformity) {
+        return TakeWorst(stUniformity.listHighPass).*pKind.*pPart;
+      });
+    };
+    fnRow(strName, &SNonuniformityParts::dTotal);
+    fnRow(QStringLiteral("  its rows"), &SNonuniformityParts::dRow);
+    fnRow(QStringLiteral("  its columns"), &SNonuniformityParts::dColumn);
+    fnRow(QStringLiteral("  its pixels"), &SNonuniformityParts::dPixel);
+  };
+  fnAppend(QStringLiteral("PRNU high-pass, %"), &SWorstParts::stPrnu);
+  fnAppend(QStringLiteral("DSNU high-pass, DN"), &SWorstParts::stDsnu);
+}
+
 void AppendPlaneRows(QString &strTable, const Columns &listColumns)
 {
   const std::size_t nPlanes = listColumns.front().second->listPlanes.size();
@@ -137,6 +168,7 @@ QString MakeFigureTable(const SReport &stReport)
     AppendRow(strTable, QLatin1String(stFigure.pLabel), listColumns,
               [&stFigure](const SUniformity &stUniformity) { return stUniformity.stOverall.*stFigure.pValue; });
   }
+  AppendHighPassRows(strTable, listColumns);
   AppendPlaneRows(strTable, listColumns);
   return strTable;
 }

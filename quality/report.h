@@ -60,7 +60,7 @@ QStringList MakeFigureNotes(const SReport &stReport);
 /// Indented JSON with a key for every figure.
 QByteArray MakeReportJson(const SReport &stReport);
 
-/// A table of some 20 lines of up to 100 columns, with a line feed at the end.
+/// A table of some 30 lines of up to 100 columns, with a line feed at the end.
 QString MakeReportTable(const SReport &stReport);
 
 } // namespace ffc::quality

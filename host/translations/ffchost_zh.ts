@@ -562,12 +562,32 @@ Frames received: %3</source>
         <translation>角/中心</translation>
     </message>
     <message>
-        <source>PRNU, %</source>
-        <translation>PRNU，%</translation>
+        <source>PRNU with shading, %</source>
+        <translation>PRNU（含阴影），%</translation>
     </message>
     <message>
-        <source>DSNU, DN</source>
-        <translation>DSNU，DN</translation>
+        <source>DSNU with shading, DN</source>
+        <translation>DSNU（含阴影），DN</translation>
+    </message>
+    <message>
+        <source>PRNU, high-pass, %</source>
+        <translation>PRNU（高通），%</translation>
+    </message>
+    <message>
+        <source>PRNU of rows, %</source>
+        <translation>行 PRNU，%</translation>
+    </message>
+    <message>
+        <source>PRNU of columns, %</source>
+        <translation>列 PRNU，%</translation>
+    </message>
+    <message>
+        <source>PRNU of pixels, %</source>
+        <translation>像素 PRNU，%</translation>
+    </message>
+    <message>
+        <source>DSNU, high-pass, DN</source>
+        <translation>DSNU（高通），DN</translation>
     </message>
     <message>
         <source>Mean grey, DN</source>
