@@ -35,11 +35,12 @@ struct SDefectScene {
     listDark = stScene.MakeFrames(8, 2);
   }
 
-  void Set(std::vector<TestFrame> &listFrames, uint32_t nColumn, uint32_t nLine, int nTimes, int nAlternating = 0)
+  void Set(std::vector<TestFrame> &listFrames, uint32_t nColumn, uint32_t nLine, int nTimes, int nAlternating = 0,
+           int nMore = 0)
   {
     for (std::size_t n = 0; n < listFrames.size(); ++n) {
       uint16_t &nSample = listFrames[n][nLine * WIDTH + nColumn];
-      nSample = static_cast<uint16_t>(nSample * nTimes / 100 + (n % 2 == 0 ? nAlternating : 0));
+      nSample = static_cast<uint16_t>(nSample * nTimes / 100 + nMore + (n % 2 == 0 ? nAlternating : 0));
     }
   }
 
@@ -83,7 +84,7 @@ TEST(Defects, EveryKindIsFoundWhereItIs)
   stScene.Set(stScene.listBright, 20, 2, 125);
   stScene.Set(stScene.listBright, 0, 0, 4);
   stScene.Set(stScene.listBright, 39, 29, 250);
-  stScene.Set(stScene.listDark, 5, 10, 900);
+  stScene.Set(stScene.listDark, 5, 10, 100, 0, 400);
   stScene.Set(stScene.listBright, 17, 20, 100, 90);
   EXPECT_EQ(Describe(stScene.Find()).toStdString(),
             "0,0 stuck; 10,2 dark; 20,2 bright; 5,10 dark+hot; 17,20 noisy; 39,29 bright; ");
