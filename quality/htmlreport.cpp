@@ -127,7 +127,8 @@ QList<SFigureRow> ListFigureRows(const SReport &stReport)
 
 QStringList ListFindings(const SResult &stResult)
 {
-  QStringList listFindings{DescribeAdvice(stResult.stAdvice)};
+  QStringList listFindings = stResult.listBrightRemarks;
+  listFindings += stResult.listAdvice.isEmpty() ? QStringList{DescribeAdvice(stResult.stAdvice)} : stResult.listAdvice;
   for (const SNoise &stNoise : stResult.listNoise) {
     listFindings << Translate("%1: noise of one frame %2 DN, pixel pattern %3 DN, at a mean of %4 DN")
                       .arg(QString::fromStdString(stNoise.strName))
@@ -146,6 +147,10 @@ QStringList ListFindings(const SResult &stResult)
     listFindings << Translate(
       "DSNU got worse: the dark field is a single frame whose noise is in every image now, or the "
       "gains lift the dark signal too");
+  }
+  if (!stResult.stReport.listDefects.empty()) {
+    listFindings << Translate("Defect pixels: %1 (saving the report writes them as CSV and XML beside it)")
+                      .arg(stResult.stReport.listDefects.size());
   }
   if (stResult.bSameExposures) {
     listFindings << Translate("Clipped by the correction: %1 samples; held at the gain limit: %2 pixels")

@@ -200,6 +200,7 @@ void MeasureFigures(const SFigureStacks &stStacks, SReport &stReport)
   stReport.nDarkFrames = stStacks.stDarkBefore.GetFrameCount();
   stReport.stBefore = MeasureUniformity(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.eLayout);
   stReport.stAfter = MeasureUniformity(stStacks.stBrightAfter, stStacks.stDarkAfter, stStacks.eLayout);
+  stReport.listDefects = FindDefects(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.eLayout, {});
 }
 
 QStringList MakeFigureNotes(const SReport &stReport)
@@ -234,6 +235,7 @@ QByteArray MakeReportJson(const SReport &stReport)
     {"measured_bright_frames", static_cast<int>(stReport.nBrightFrames)},
     {"measured_dark_frames", static_cast<int>(stReport.nDarkFrames)},
     {"method", QLatin1String(METHOD)},
+    {"defect_pixels", static_cast<int>(stReport.listDefects.size())},
     {"before", MakeUniformityJson(stReport.stBefore)},
     {"after", MakeUniformityJson(stReport.stAfter)},
     {"notes", QJsonArray::fromStringList(stReport.listNotes + MakeFigureNotes(stReport))},
@@ -261,6 +263,9 @@ QString MakeReportTable(const SReport &stReport)
     strTable += QStringLiteral("  before and after: %1\n").arg(QLatin1String(OTHER_EXPOSURES));
   }
   strTable += QStringLiteral("  %1\n").arg(QLatin1String(METHOD));
+  if (!stReport.listDefects.empty()) {
+    strTable += QStringLiteral("  %1\n").arg(SummarizeDefects(stReport.listDefects));
+  }
   for (const QString &strNote : stReport.listNotes + MakeFigureNotes(stReport)) {
     strTable += QStringLiteral("  note: %1\n").arg(strNote);
   }

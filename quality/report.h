@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include "camera/selfcorrection/correctionmode.h"
+#include "quality/defects.h"
 #include "quality/uniformity.h"
 
 namespace ffc::quality {
@@ -36,8 +37,9 @@ struct SReport {
   std::optional<SUniformity> stAfterReload;
   /// Samples clipped by the correction alone; only known where before and after are the same exposures.
   double dNewlyClippedPercent = 0;
-  double dFramesPerSecond = 0;     ///< of the host's correction
-  double dMegapixelsPerSecond = 0; ///< the same
+  double dFramesPerSecond = 0;      ///< of the host's correction
+  double dMegapixelsPerSecond = 0;  ///< the same
+  std::vector<SDefect> listDefects; ///< of the frames before the correction
   QStringList listNotes;
 };
 

@@ -4,6 +4,7 @@
 
 #include "quality/deviationhistogram.h"
 #include "quality/nonuniformityreport.h"
+#include "quality/referenceadvice.h"
 #include "tools/ffc/belonging.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/figurefiles.h"
@@ -191,6 +192,20 @@ private:
     return m_report.Finish(QStringLiteral("check"), bMissed ? EXIT_VERDICT : EXIT_DONE);
   }
 
+  /// From the frames' noise, and what the side file tells of the flat. Of one frame nothing.
+  QStringList Advise() const
+  {
+    quality::SReferenceFacts stFacts;
+    stFacts.nBitDepth = m_stBright.stackRaw.GetBitDepth();
+    if (m_flat.GetSide()) {
+      stFacts.nFrames = static_cast<int>(m_flat.GetSide()->nBrightFrames);
+      stFacts.bWeighted = m_flat.GetSide()->strMethod == QStringLiteral("weighted");
+    }
+    return m_stBright.stackRaw.GetFrameCount() < 2
+             ? QStringList()
+             : quality::AdviseReference(quality::MeasureNoise(m_stBright.stackRaw, m_reader.GetColors()), stFacts);
+  }
+
   EExitCode Judge()
   {
     const bool bDark = m_stDark.stackRaw.GetFrameCount() > 0;
@@ -212,13 +227,16 @@ private:
       object[QStringLiteral("outliers5Sigma")] = static_cast<double>(nOutliers);
       strOutliers = QStringLiteral("\n  outliers beyond 5 standard deviations after the correction: %1").arg(nOutliers);
     }
+    const QStringList listAdvice = Advise();
+    object[QStringLiteral("advice")] = QJsonArray::fromStringList(listAdvice);
     m_report.AddDone(m_strFlat, object,
                      QStringLiteral("%1: %2 frames\n  before: %3\n  after:  %4\n  %5 (correlation %6)%7")
                        .arg(m_strFlat)
                        .arg(m_stBright.stackRaw.GetFrameCount())
                        .arg(MakeText(stBefore, bDark), MakeText(stAfter, bDark), strBelonging)
                        .arg(stBelonging.dCorrelation, 0, 'f', 3)
-                       .arg(strOutliers));
+                       .arg(strOutliers + (listAdvice.isEmpty() ? QString() : QStringLiteral("\n  ")) +
+                            listAdvice.join(QStringLiteral("\n  "))));
     for (const QString &strMissed : listMissed) {
       m_report.Warn(strMissed + QStringLiteral("."));
     }

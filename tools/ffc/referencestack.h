@@ -4,6 +4,7 @@
 
 #include "frames/alignment.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameaccumulator.h"
+#include "quality/brightfield.h"
 #include "tools/ffc/options.h"
 #include "tools/ffc/report.h"
 
@@ -21,6 +22,7 @@ public:
   const frames::SFrameInfo &GetInfo() const { return m_stInfo; }
   const frames::SEvidence &GetEvidence() const { return m_stEvidence; }
   uint32_t GetFrameCount() const { return m_nFrames; }
+  const quality::CLightWatch &GetWatch() const { return m_watch; }
   /// Remarks of the files, each once.
   const QStringList &GetRemarks() const { return m_listRemarks; }
 
@@ -41,6 +43,7 @@ private:
   CFrameBuffer m_frame;
   CFrameBuffer m_first;
   CFrameAccumulator m_sums;
+  quality::CLightWatch m_watch;
   uint32_t m_nFrames = 0;
 };
 
