@@ -2,6 +2,7 @@
 /// The colour planes of a mosaic sensor's image, as sets of sites of the 2 x 2 cell.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -26,6 +27,21 @@ std::vector<SColorPlane> GetColorPlanes(genapi::EColorLayout eLayout);
 
 /// A plane of every pixel.
 SColorPlane GetWholeImagePlane();
+
+/// One image that the standard speaks of: all pixels of a monochrome sensor, or those of one site of the mosaic's
+/// cell, whose lines and columns are every other one.
+struct SChannel {
+  SColorPlane stPlane; ///< called "Mono", or "R", "Gr" (the green beside red), "Gb" and "B"
+  uint32_t nFirstColumn = 0;
+  uint32_t nFirstLine = 0;
+  uint32_t nStep = 1;
+
+  uint32_t GetColumns(uint32_t nWidth) const { return (nWidth - std::min(nWidth, nFirstColumn) + nStep - 1) / nStep; }
+  uint32_t GetLines(uint32_t nHeight) const { return (nHeight - std::min(nHeight, nFirstLine) + nStep - 1) / nStep; }
+};
+
+/// One for a monochrome sensor, four for a mosaic.
+std::vector<SChannel> GetChannels(EColorLayout eLayout);
 
 /// Calls fnPixel(nColumn) for every pixel of the plane in one line, left to right.
 template <class TFunction>

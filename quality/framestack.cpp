@@ -41,10 +41,16 @@ bool CFrameStack::Add(const void *pFrame, std::size_t nSize)
   if (pFrame == nullptr || nSize == 0 || nSize != GetFrameSize() || m_nFrames >= MAX_FRAMES) {
     return false;
   }
-  if (m_nBitDepth > 8) {
-    AddSamples(static_cast<const uint16_t *>(pFrame));
-  } else {
-    AddSamples(static_cast<const uint8_t *>(pFrame));
+  try {
+    if (m_nBitDepth > 8) {
+      AddFiltered(static_cast<const uint16_t *>(pFrame));
+      AddSamples(static_cast<const uint16_t *>(pFrame));
+    } else {
+      AddFiltered(static_cast<const uint8_t *>(pFrame));
+      AddSamples(static_cast<const uint8_t *>(pFrame));
+    }
+  } catch (const std::bad_alloc &) {
+    return false;
   }
   ++m_nFrames;
   return true;
@@ -53,6 +59,9 @@ bool CFrameStack::Add(const void *pFrame, std::size_t nSize)
 template <class TSample>
 void CFrameStack::AddSamples(const TSample *pSamples)
 {
+  for (std::size_t nPixel = 0; nPixel < m_listPixelSquares.size(); ++nPixel) {
+    m_listPixelSquares[nPixel] += static_cast<uint64_t>(pSamples[nPixel]) * pSamples[nPixel];
+  }
   const uint32_t nMaximum = GetMaximum();
   uint32_t *pSums = m_listSums.data();
   for (uint32_t nLine = 0; nLine < m_nHeight; ++nLine) {
@@ -70,6 +79,66 @@ void CFrameStack::AddSamples(const TSample *pSamples)
     }
     pSamples += m_nWidth;
     pSums += m_nWidth;
+  }
+}
+
+template <class TSample>
+void CFrameStack::AddFiltered(const TSample *pSamples)
+{
+  for (std::size_t nChannel = 0; nChannel < m_listChannels.size(); ++nChannel) {
+    const SChannel &stChannel = m_listChannels[nChannel];
+    const uint32_t nColumns = stChannel.GetColumns(m_nWidth);
+    CHighPass highPass(m_eHighPass, nColumns, stChannel.GetLines(m_nHeight));
+    const auto fnRead = [&](uint32_t nLine, double *pLine) {
+      const TSample *pFrom =
+        pSamples + (stChannel.nFirstLine + std::size_t{nLine} * stChannel.nStep) * m_nWidth + stChannel.nFirstColumn;
+      for (uint32_t nColumn = 0; nColumn < nColumns; ++nColumn) {
+        pLine[nColumn] = pFrom[std::size_t{nColumn} * stChannel.nStep];
+      }
+    };
+    highPass.Run(fnRead, [&](uint32_t, const double *pLine) {
+      double dLine = 0;
+      for (uint32_t nColumn = 0; nColumn < highPass.GetWidth(); ++nColumn) {
+        dLine += pLine[nColumn] * pLine[nColumn];
+      }
+      m_listFilteredSquares[nChannel] += dLine;
+    });
+  }
+}
+
+bool CFrameStack::AlsoKeepSquares()
+{
+  try {
+    m_listPixelSquares.assign(m_listSums.size(), 0);
+  } catch (const std::bad_alloc &) {
+    return false;
+  }
+  return true;
+}
+
+double CFrameStack::GetVariance(uint32_t nColumn, uint32_t nLine) const
+{
+  const uint64_t nSum = GetSums(nLine)[nColumn];
+  const uint64_t nSquares = m_listPixelSquares[std::size_t{nLine} * m_nWidth + nColumn];
+  return m_nFrames < 2 ? 0
+                       : static_cast<double>(m_nFrames * nSquares - nSum * nSum) /
+                           (static_cast<double>(m_nFrames) * (m_nFrames - 1.0));
+}
+
+void CFrameStack::AlsoFilter(EColorLayout eLayout, EHighPass eHighPass)
+{
+  m_listChannels = GetChannels(eLayout);
+  m_eHighPass = eHighPass;
+  m_listFilteredSquares.assign(m_listChannels.size(), 0.0);
+}
+
+void CFrameStack::ReadMeans(const SChannel &stChannel, uint32_t nLine, double *pLine) const
+{
+  const uint32_t *pSums = GetSums(stChannel.nFirstLine + nLine * stChannel.nStep);
+  const uint32_t nColumns = stChannel.GetColumns(m_nWidth);
+  const auto dFrames = static_cast<double>(m_nFrames);
+  for (uint32_t nColumn = 0; nColumn < nColumns; ++nColumn) {
+    pLine[nColumn] = pSums[stChannel.nFirstColumn + nColumn * stChannel.nStep] / dFrames;
   }
 }
 

@@ -86,11 +86,28 @@ void AddPlaneRows(QList<SFigureRow> &listRows, const QString &strPlane, const SU
          stAfter.dShadingPercent, 2);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Corner / centre")), stBefore.dCornerToCentre,
          stAfter.dCornerToCentre, 3);
-  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU, %")), stBefore.dPrnuPercent, stAfter.dPrnuPercent, 2);
-  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn, 2);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU with shading, %")), stBefore.dPrnuPercent,
+         stAfter.dPrnuPercent, 2);
+  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU with shading, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn,
+         2);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Mean grey, DN")), stBefore.dMeanGray, stAfter.dMeanGray, 1);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Clipped, %")), stBefore.dClippedPercent,
          stAfter.dClippedPercent, 3);
+}
+
+/// After the standard's correction for uneven illumination, of the worst channel.
+void AddHighPassRows(QList<SFigureRow> &listRows, const SUniformity &stBefore, const SUniformity &stAfter)
+{
+  if (stBefore.listHighPass.empty() || stAfter.listHighPass.empty()) {
+    return;
+  }
+  const SWorstParts stThen = TakeWorst(stBefore.listHighPass);
+  const SWorstParts stNow = TakeWorst(stAfter.listHighPass);
+  AddRow(listRows, Translate("PRNU, high-pass, %"), stThen.stPrnu.dTotal, stNow.stPrnu.dTotal, 3);
+  AddRow(listRows, Translate("PRNU of rows, %"), stThen.stPrnu.dRow, stNow.stPrnu.dRow, 3);
+  AddRow(listRows, Translate("PRNU of columns, %"), stThen.stPrnu.dColumn, stNow.stPrnu.dColumn, 3);
+  AddRow(listRows, Translate("PRNU of pixels, %"), stThen.stPrnu.dPixel, stNow.stPrnu.dPixel, 3);
+  AddRow(listRows, Translate("DSNU, high-pass, DN"), stThen.stDsnu.dTotal, stNow.stDsnu.dTotal, 3);
 }
 
 } // namespace
@@ -104,12 +121,14 @@ QList<SFigureRow> ListFigureRows(const SReport &stReport)
     const QString strPlane = listBefore.size() > 1 ? QString::fromStdString(listBefore[nPlane].strName) : QString();
     AddPlaneRows(listRows, strPlane, listBefore[nPlane], listAfter[nPlane]);
   }
+  AddHighPassRows(listRows, stReport.stBefore, stReport.stAfter);
   return listRows;
 }
 
 QStringList ListFindings(const SResult &stResult)
 {
-  QStringList listFindings{DescribeAdvice(stResult.stAdvice)};
+  QStringList listFindings = stResult.listBrightRemarks;
+  listFindings += stResult.listAdvice.isEmpty() ? QStringList{DescribeAdvice(stResult.stAdvice)} : stResult.listAdvice;
   for (const SNoise &stNoise : stResult.listNoise) {
     listFindings << Translate("%1: noise of one frame %2 DN, pixel pattern %3 DN, at a mean of %4 DN")
                       .arg(QString::fromStdString(stNoise.strName))
@@ -128,6 +147,10 @@ QStringList ListFindings(const SResult &stResult)
     listFindings << Translate(
       "DSNU got worse: the dark field is a single frame whose noise is in every image now, or the "
       "gains lift the dark signal too");
+  }
+  if (!stResult.stReport.listDefects.empty()) {
+    listFindings << Translate("Defect pixels: %1 (saving the report writes them as CSV and XML beside it)")
+                      .arg(stResult.stReport.listDefects.size());
   }
   if (stResult.bSameExposures) {
     listFindings << Translate("Clipped by the correction: %1 samples; held at the gain limit: %2 pixels")

@@ -25,11 +25,15 @@ uint64_t CountNewlyClipped(const void *pRaw, const void *pCorrected, std::size_t
 
 bool CPairedStacks::Prepare(uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFormat)
 {
+  m_watch = CLightWatch();
   m_setSeen.clear();
   m_nRepeated = 0;
   m_nNewlyClipped = 0;
-  return m_stackRaw.Prepare(nWidth, nHeight, stFormat.nBitDepth) &&
-         m_stackCorrected.Prepare(nWidth, nHeight, stFormat.nBitDepth);
+  const bool bPrepared = m_stackRaw.Prepare(nWidth, nHeight, stFormat.nBitDepth) &&
+                         m_stackCorrected.Prepare(nWidth, nHeight, stFormat.nBitDepth);
+  m_stackRaw.AlsoFilter(stFormat.eLayout);
+  m_stackCorrected.AlsoFilter(stFormat.eLayout);
+  return bPrepared;
 }
 
 double CPairedStacks::GetNewlyClippedPercent() const
@@ -53,6 +57,7 @@ bool CPairedStacks::Add(const void *pRaw, const void *pCorrected, std::size_t nS
   const bool bWide = m_stackRaw.GetBitDepth() > 8;
   m_nNewlyClipped += bWide ? CountNewlyClipped<uint16_t>(pRaw, pCorrected, nSize / 2, nMaximum)
                            : CountNewlyClipped<uint8_t>(pRaw, pCorrected, nSize, nMaximum);
+  m_watch.Add(pRaw, m_stackRaw.GetWidth(), m_stackRaw.GetHeight(), bWide ? 2 : 1);
   return m_stackRaw.Add(pRaw, nSize) && m_stackCorrected.Add(pCorrected, nSize);
 }
 

@@ -7,7 +7,7 @@
 #include <unordered_set>
 
 #include "camera/sensorformat.h"
-#include "quality/framestack.h"
+#include "quality/brightfield.h"
 
 namespace ffc::quality {
 
@@ -27,6 +27,8 @@ public:
 
   const CFrameStack &GetRaw() const { return m_stackRaw; }
   const CFrameStack &GetCorrected() const { return m_stackCorrected; }
+  /// The light of the raw frames.
+  const CLightWatch &GetWatch() const { return m_watch; }
   uint32_t GetRepeatedCount() const { return m_nRepeated; }
   /// Samples at the depth's maximum in a corrected frame that were not there in its raw frame.
   uint64_t GetNewlyClippedCount() const { return m_nNewlyClipped; }
@@ -36,6 +38,7 @@ public:
 private:
   CFrameStack m_stackRaw;
   CFrameStack m_stackCorrected;
+  CLightWatch m_watch;
   std::unordered_set<std::size_t> m_setSeen;
   uint32_t m_nRepeated = 0;
   uint64_t m_nNewlyClipped = 0;

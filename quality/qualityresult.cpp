@@ -47,6 +47,8 @@ QByteArray MakeJson(const SResult &stResult, double dLimitPercent)
   json.insert(QStringLiteral("noise"), MakeNoiseJson(stResult.listNoise));
   json.insert(QStringLiteral("advised_frames"), stResult.stAdvice.nAdvised);
   json.insert(QStringLiteral("break_even_frames"), stResult.stAdvice.dBreakEven);
+  json.insert(QStringLiteral("advice"), QJsonArray::fromStringList(stResult.listAdvice));
+  json.insert(QStringLiteral("bright_field_remarks"), QJsonArray::fromStringList(stResult.listBrightRemarks));
   if (stResult.bSameExposures) {
     json.insert(QStringLiteral("newly_clipped_samples"), static_cast<double>(stResult.nNewlyClipped));
     json.insert(QStringLiteral("pixels_at_gain_limit"), static_cast<double>(stResult.nAtGainLimit));

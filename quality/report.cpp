@@ -11,6 +11,7 @@
 #include <QTextStream>
 
 #include "camera/selfcorrection/modename.h"
+#include "quality/nonuniformityreport.h"
 
 namespace ffc::quality {
 
@@ -19,7 +20,8 @@ using camera::ECorrectionMode;
 namespace {
 
 const char *const METHOD =
-  "PRNU and DSNU after EMVA 1288, temporal noise removed (s^2 = s^2_measured - s^2_temporal / L), no high-pass";
+  "PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with shading, and "
+  "after its high-pass";
 
 const char *const OTHER_EXPOSURES = "different exposures, so that newly clipped samples cannot be counted";
 
@@ -33,8 +35,8 @@ struct SFigure {
 const SFigure FIGURES[] = {
   {"shading_percent", "shading, %", &SUniformityFigures::dShadingPercent},
   {"corner_to_centre", "corner to centre", &SUniformityFigures::dCornerToCentre},
-  {"prnu_percent", "PRNU, %", &SUniformityFigures::dPrnuPercent},
-  {"dsnu_dn", "DSNU, DN", &SUniformityFigures::dDsnuDn},
+  {"prnu_percent", "PRNU with shading, %", &SUniformityFigures::dPrnuPercent},
+  {"dsnu_dn", "DSNU with shading", &SUniformityFigures::dDsnuDn},
   {"mean_gray", "mean grey, DN", &SUniformityFigures::dMeanGray},
   {"clipped_percent", "clipped, %", &SUniformityFigures::dClippedPercent},
 };
@@ -56,6 +58,12 @@ QJsonObject MakeUniformityJson(const SUniformity &stUniformity)
     jsonPlanes.insert(QString::fromStdString(stPlane.strName), MakeFiguresJson(stPlane));
   }
   json.insert(QStringLiteral("planes"), jsonPlanes);
+  json.insert(QStringLiteral("emva1288"), MakeNonuniformityJson(stUniformity));
+  if (!stUniformity.listHighPass.empty()) {
+    const SWorstParts stWorst = TakeWorst(stUniformity.listHighPass);
+    json.insert(QStringLiteral("prnu_high_pass_percent"), stWorst.stPrnu.dTotal);
+    json.insert(QStringLiteral("dsnu_high_pass_dn"), stWorst.stDsnu.dTotal);
+  }
   return json;
 }
 
@@ -113,6 +121,29 @@ void AppendRow(QString &strTable, const QString &strLabel, const Columns &listCo
   strTable += QLatin1Char('\n');
 }
 
+/// The figures after the high-pass, of the worst channel, where all columns have them.
+void AppendHighPassRows(QString &strTable, const Columns &listColumns)
+{
+  for (const auto &[pName, pUniformity] : listColumns) {
+    if (pUniformity->listHighPass.empty()) {
+      return;
+    }
+  }
+  const auto fnAppend = [&](const QString &strName, SNonuniformityParts SWorstParts::*pKind) {
+    const auto fnRow = [&](const QString &strLabel, double SNonuniformityParts::*pPart) {
+      AppendRow(strTable, strLabel, listColumns, [pKind, pPart](const SUniformity &stUniformity) {
+        return TakeWorst(stUniformity.listHighPass).*pKind.*pPart;
+      });
+    };
+    fnRow(strName, &SNonuniformityParts::dTotal);
+    fnRow(QStringLiteral("  its rows"), &SNonuniformityParts::dRow);
+    fnRow(QStringLiteral("  its columns"), &SNonuniformityParts::dColumn);
+    fnRow(QStringLiteral("  its pixels"), &SNonuniformityParts::dPixel);
+  };
+  fnAppend(QStringLiteral("PRNU high-pass, %"), &SWorstParts::stPrnu);
+  fnAppend(QStringLiteral("DSNU high-pass, DN"), &SWorstParts::stDsnu);
+}
+
 void AppendPlaneRows(QString &strTable, const Columns &listColumns)
 {
   const std::size_t nPlanes = listColumns.front().second->listPlanes.size();
@@ -140,6 +171,7 @@ QString MakeFigureTable(const SReport &stReport)
     AppendRow(strTable, QLatin1String(stFigure.pLabel), listColumns,
               [&stFigure](const SUniformity &stUniformity) { return stUniformity.stOverall.*stFigure.pValue; });
   }
+  AppendHighPassRows(strTable, listColumns);
   AppendPlaneRows(strTable, listColumns);
   return strTable;
 }
@@ -171,6 +203,7 @@ void MeasureFigures(const SFigureStacks &stStacks, SReport &stReport)
   stReport.nDarkFrames = stStacks.stDarkBefore.GetFrameCount();
   stReport.stBefore = MeasureUniformity(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.eLayout);
   stReport.stAfter = MeasureUniformity(stStacks.stBrightAfter, stStacks.stDarkAfter, stStacks.eLayout);
+  stReport.listDefects = FindDefects(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.eLayout, {});
 }
 
 QStringList MakeFigureNotes(const SReport &stReport)
@@ -205,6 +238,7 @@ QByteArray MakeReportJson(const SReport &stReport)
     {"measured_bright_frames", static_cast<int>(stReport.nBrightFrames)},
     {"measured_dark_frames", static_cast<int>(stReport.nDarkFrames)},
     {"method", QLatin1String(METHOD)},
+    {"defect_pixels", static_cast<int>(stReport.listDefects.size())},
     {"before", MakeUniformityJson(stReport.stBefore)},
     {"after", MakeUniformityJson(stReport.stAfter)},
     {"notes", QJsonArray::fromStringList(stReport.listNotes + MakeFigureNotes(stReport))},
@@ -232,6 +266,9 @@ QString MakeReportTable(const SReport &stReport)
     strTable += QStringLiteral("  before and after: %1\n").arg(QLatin1String(OTHER_EXPOSURES));
   }
   strTable += QStringLiteral("  %1\n").arg(QLatin1String(METHOD));
+  if (!stReport.listDefects.empty()) {
+    strTable += QStringLiteral("  %1\n").arg(SummarizeDefects(stReport.listDefects));
+  }
   for (const QString &strNote : stReport.listNotes + MakeFigureNotes(stReport)) {
     strTable += QStringLiteral("  note: %1\n").arg(strNote);
   }

@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include "camera/selfcorrection/correctionmode.h"
+#include "quality/defects.h"
 #include "quality/uniformity.h"
 
 namespace ffc::quality {
@@ -36,8 +37,9 @@ struct SReport {
   std::optional<SUniformity> stAfterReload;
   /// Samples clipped by the correction alone; only known where before and after are the same exposures.
   double dNewlyClippedPercent = 0;
-  double dFramesPerSecond = 0;     ///< of the host's correction
-  double dMegapixelsPerSecond = 0; ///< the same
+  double dFramesPerSecond = 0;      ///< of the host's correction
+  double dMegapixelsPerSecond = 0;  ///< the same
+  std::vector<SDefect> listDefects; ///< of the frames before the correction
   QStringList listNotes;
 };
 
@@ -60,7 +62,7 @@ QStringList MakeFigureNotes(const SReport &stReport);
 /// Indented JSON with a key for every figure.
 QByteArray MakeReportJson(const SReport &stReport);
 
-/// A table of some 20 lines of up to 100 columns, with a line feed at the end.
+/// A table of some 30 lines of up to 100 columns, with a line feed at the end.
 QString MakeReportTable(const SReport &stReport);
 
 } // namespace ffc::quality

@@ -133,6 +133,22 @@ double MeasureShading(const CFrameStack &stBright, EColorLayout eLayout)
   return dShading;
 }
 
+SWorstParts TakeWorst(const std::vector<SNonuniformity> &listFigures)
+{
+  SWorstParts stWorst;
+  const auto fnTake = [](SNonuniformityParts &stParts, const SNonuniformityParts &stOther) {
+    stParts.dTotal = std::max(stParts.dTotal, stOther.dTotal);
+    stParts.dRow = std::max(stParts.dRow, stOther.dRow);
+    stParts.dColumn = std::max(stParts.dColumn, stOther.dColumn);
+    stParts.dPixel = std::max(stParts.dPixel, stOther.dPixel);
+  };
+  for (const SNonuniformity &stFigures : listFigures) {
+    fnTake(stWorst.stPrnu, stFigures.stPrnu);
+    fnTake(stWorst.stDsnu, stFigures.stDsnu);
+  }
+  return stWorst;
+}
+
 SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &stDark, EColorLayout eLayout)
 {
   SUniformity stResult;
@@ -150,6 +166,8 @@ SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &st
     stResult.stOverall.dMeanGray = MeasureSpatial(stBright, stWhole).dMean;
     stResult.stOverall.dClippedPercent = 100.0 * static_cast<double>(stBright.GetClippedCount(stWhole)) / dSamples;
   }
+  stResult.listPlain = MeasureNonuniformity(stBright, stDark, eLayout, false);
+  stResult.listHighPass = MeasureNonuniformity(stBright, stDark, eLayout, true);
   return stResult;
 }
 

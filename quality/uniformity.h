@@ -7,6 +7,7 @@
 
 #include "quality/colorplane.h"
 #include "quality/framestack.h"
+#include "quality/nonuniformity.h"
 
 namespace ffc::quality {
 
@@ -26,16 +27,26 @@ struct SUniformity {
   /// corner ratio farthest from 1).
   SUniformityFigures stOverall;
   std::vector<SUniformityFigures> listPlanes; ///< one "Mono", or "R", "G", "B"
+  /// By channel: "Mono", or "R", "Gr", "Gb", "B".
+  std::vector<SNonuniformity> listPlain;    ///< without the standard's correction for uneven illumination
+  std::vector<SNonuniformity> listHighPass; ///< with it; empty where the stacks were not prepared for it
 };
 
 /// Shading of the worst plane, in percent: (max - min) / mean of the block means. Needs no dark frames.
 /// \return 0 for an empty stack
 double MeasureShading(const CFrameStack &stBright, genapi::EColorLayout eLayout);
 
+/// Each part the worst channel's. All 0 for an empty list.
+struct SWorstParts {
+  SNonuniformityParts stPrnu; ///< percent
+  SNonuniformityParts stDsnu; ///< DN
+};
+SWorstParts TakeWorst(const std::vector<SNonuniformity> &listFigures);
+
 /// Measures bright frames and dark frames of one size and depth.
 ///
 /// Block means are those of whole blocks of 32 x 32 pixels, of the plane's own pixels in them; an image
-/// smaller than a block is one block. PRNU and DSNU follow EMVA 1288 without its high-pass: with the
+/// smaller than a block is one block. PRNU and DSNU of the planes follow EMVA 1288 without its high-pass: with the
 /// spatial variance s^2 of the mean image of L frames freed of the temporal noise left in it,
 /// s^2 = s^2_measured - s^2_temporal / L,
 ///

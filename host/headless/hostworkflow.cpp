@@ -174,6 +174,7 @@ Result<> CHostWorkflow::WriteResults()
       return folder.WritePictures(m_stBright.GetRaw(), m_stBright.GetCorrected(),
                                   m_session.GetFormat().pFormat->eLayout, strTitle);
     },
+    [&] { return folder.WriteDefects(stReport); },
     [&] { return folder.WriteReport(quality::MakeReportJson(stReport)); });
 }
 

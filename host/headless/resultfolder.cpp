@@ -59,4 +59,20 @@ Result<> CResultFolder::WriteReport(const QByteArray &byteReport) const
   return frames::SaveWholeFile(GetPath(QStringLiteral("report.json")), byteReport);
 }
 
+Result<> CResultFolder::WriteDefects(const quality::SReport &stReport) const
+{
+  if (stReport.listDefects.empty()) {
+    return {};
+  }
+  return RunUntilFailure(
+    [&] {
+      return frames::SaveWholeFile(GetPath(QStringLiteral("defects.csv")),
+                                   quality::MakeDefectsCsv(stReport.listDefects));
+    },
+    [&] {
+      return frames::SaveWholeFile(GetPath(QStringLiteral("defects.xml")),
+                                   quality::MakeDefectsXml(stReport.listDefects, stReport.nWidth, stReport.nHeight));
+    });
+}
+
 } // namespace ffc::host

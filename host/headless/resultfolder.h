@@ -13,6 +13,7 @@
 #include "host/measurement/freshframes.h"
 #include "platform/result.h"
 #include "quality/framestack.h"
+#include "quality/report.h"
 
 namespace ffc::host {
 
@@ -36,6 +37,8 @@ public:
   Result<> WriteDialog(const QImage &imgDialog) const;
   /// report.json.
   Result<> WriteReport(const QByteArray &byteReport) const;
+  /// defects.csv and defects.xml; nothing where there are none.
+  Result<> WriteDefects(const quality::SReport &stReport) const;
 
 private:
   QDir m_dir;

@@ -53,6 +53,7 @@ Result<> TakeFrames(CFrameCollector &collector, const SStreamFormat &stFormat, E
   if (!stStack.Prepare(stFormat.nWidth, stFormat.nHeight, stFormat.pFormat->nBitDepth)) {
     return Failure(Translate("There is not enough memory."));
   }
+  stStack.AlsoFilter(stFormat.pFormat->eLayout);
   return collector.Collect(MEASURED_FRAMES, eWanted, [&](const SProcessedFrame &stFrame) {
     return stStack.Add(eWanted == EWanted::Corrected ? stFrame.pCorrected : stFrame.pRaw->pBuffer, stFrame.pRaw->nSize);
   });

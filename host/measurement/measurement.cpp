@@ -183,6 +183,14 @@ std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, c
     stResult.stReport.dNewlyClippedPercent = stBright.stPairs.GetNewlyClippedPercent();
     stResult.listNoise = quality::MeasureNoise(stStacks.stBrightBefore, stStacks.eLayout);
     stResult.stAdvice = quality::AdviseFrameCount(stResult.listNoise);
+    stResult.listAdvice =
+      quality::AdviseReference(stResult.listNoise, {m_stFormat.pFormat->nBitDepth, stResult.stReport.nFrameCount, false,
+                                                    stResult.stReport.eMode, stResult.stReport.nBlockSize});
+    const quality::SBrightField stField = quality::MeasureBrightField(
+      stStacks.stBrightBefore, m_bByCamera ? nullptr : &stBright.stPairs.GetWatch(), stStacks.eLayout);
+    for (const quality::SBrightRemark &stRemark : quality::JudgeBrightField(stField)) {
+      stResult.listBrightRemarks << stRemark.strText;
+    }
     stResult.bSameExposures = !m_bByCamera;
     stResult.nNewlyClipped = stBright.stPairs.GetNewlyClippedCount();
     stResult.nAtGainLimit =

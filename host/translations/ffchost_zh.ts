@@ -461,6 +461,25 @@ Frames received: %3</source>
     </message>
 </context>
 <context>
+    <name>BrightField</name>
+    <message>
+        <source>%1 % of the bright field&apos;s samples are clipped: expose for less.</source>
+        <translation>亮场有 %1 % 的采样被截断：请缩短曝光。</translation>
+    </message>
+    <message>
+        <source>The bright field has structure (in %1 % of its blocks): a chart, an object in focus or the edge of a shadow. Show an even surface out of focus.</source>
+        <translation>亮场有结构（%1 % 的块）：图表、对焦的物体或阴影边缘。请对着离焦的均匀表面。</translation>
+    </message>
+    <message>
+        <source>The light is unsteady: the bright frames&apos; means differ by %1 %. Use steady light, or expose for whole periods of it.</source>
+        <translation>光源不稳定：亮场各帧的均值相差 %1 %。请使用稳定光源，或按光源的整周期曝光。</translation>
+    </message>
+    <message>
+        <source>The light moves: between the first and the second half of the bright frames places change by up to %1 % against each other.</source>
+        <translation>光照在移动：亮场前半与后半之间，各处的相对变化最大 %1 %。</translation>
+    </message>
+</context>
+<context>
     <name>FrameCountAdvice</name>
     <message>
         <source>Not enough different frames to tell a frame count.</source>
@@ -574,12 +593,36 @@ Frames received: %3</source>
         <translation>角/中心</translation>
     </message>
     <message>
-        <source>PRNU, %</source>
-        <translation>PRNU，%</translation>
+        <source>PRNU with shading, %</source>
+        <translation>PRNU（含阴影），%</translation>
     </message>
     <message>
-        <source>DSNU, DN</source>
-        <translation>DSNU，DN</translation>
+        <source>DSNU with shading, DN</source>
+        <translation>DSNU（含阴影），DN</translation>
+    </message>
+    <message>
+        <source>PRNU, high-pass, %</source>
+        <translation>PRNU（高通），%</translation>
+    </message>
+    <message>
+        <source>PRNU of rows, %</source>
+        <translation>行 PRNU，%</translation>
+    </message>
+    <message>
+        <source>PRNU of columns, %</source>
+        <translation>列 PRNU，%</translation>
+    </message>
+    <message>
+        <source>PRNU of pixels, %</source>
+        <translation>像素 PRNU，%</translation>
+    </message>
+    <message>
+        <source>DSNU, high-pass, DN</source>
+        <translation>DSNU（高通），DN</translation>
+    </message>
+    <message>
+        <source>Defect pixels: %1 (saving the report writes them as CSV and XML beside it)</source>
+        <translation>缺陷像素：%1（保存报告时在旁边写成 CSV 和 XML）</translation>
     </message>
     <message>
         <source>Mean grey, DN</source>
@@ -661,6 +704,29 @@ Frames received: %3</source>
     <message>
         <source>There is not enough memory.</source>
         <translation>内存不足。</translation>
+    </message>
+</context>
+<context>
+    <name>ReferenceAdvice</name>
+    <message>
+        <source>The camera evens out blocks of %1 x %1 pixels: one frame is enough, and the pixels&apos; own pattern stays.</source>
+        <translation>相机按 %1 x %1 像素的块校正：1 帧即可，像素自身的图案保留。</translation>
+    </message>
+    <message>
+        <source>The reference of %1 frame(s) is weighted by what stands out of their noise: it makes no image worse, and more frames bring more of the pixel pattern.</source>
+        <translation>%1 帧的参考按高出噪声的程度加权：不会使图像变差，帧数越多，像素图案保留越多。</translation>
+    </message>
+    <message>
+        <source>%1 frame(s) were used, which is as advised.</source>
+        <translation>已使用 %1 帧，符合建议。</translation>
+    </message>
+    <message>
+        <source>%1 frame(s) were used: their noise leaves %2 % in every image.</source>
+        <translation>已使用 %1 帧：其噪声在每幅图像中留下 %2 %。</translation>
+    </message>
+    <message>
+        <source>Bits set the floor, not frames: take 12 bit; %1-bit rounding alone leaves %2 %.</source>
+        <translation>下限取决于位深而非帧数：请采用 12 位；仅 %1 位取整就留下 %2 %。</translation>
     </message>
 </context>
 <context>

@@ -21,6 +21,23 @@ QString Translate(const char *pText)
 
 const QString FOLDER_KEY = QStringLiteral("report/folder");
 
+/// Beside the report, as a list and as a map; nothing where there are none.
+Result<> SaveDefects(const QFileInfo &info, const quality::SReport &stReport)
+{
+  if (stReport.listDefects.empty()) {
+    return {};
+  }
+  const QString strBase = info.dir().filePath(info.completeBaseName() + QStringLiteral("-defects"));
+  return RunUntilFailure(
+    [&] {
+      return frames::SaveWholeFile(strBase + QStringLiteral(".csv"), quality::MakeDefectsCsv(stReport.listDefects));
+    },
+    [&] {
+      return frames::SaveWholeFile(strBase + QStringLiteral(".xml"),
+                                   quality::MakeDefectsXml(stReport.listDefects, stReport.nWidth, stReport.nHeight));
+    });
+}
+
 } // namespace
 
 QString AskReportPath(QWidget *pParent)
@@ -59,7 +76,8 @@ Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality:
   const QFileInfo info(strPath);
   const QString strJson = info.dir().filePath(info.completeBaseName() + QStringLiteral(".json"));
   return RunUntilFailure([&] { return frames::SaveWholeFile(strPath, byteHtml); },
-                         [&] { return frames::SaveWholeFile(strJson, quality::MakeJson(*pResult, dLimitPercent)); });
+                         [&] { return frames::SaveWholeFile(strJson, quality::MakeJson(*pResult, dLimitPercent)); },
+                         [&] { return SaveDefects(info, pResult->stReport); });
 }
 
 } // namespace ffc::host

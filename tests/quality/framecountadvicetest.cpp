@@ -1,4 +1,4 @@
-#include "quality/framecountadvice.h"
+#include "quality/referenceadvice.h"
 
 #include <cmath>
 
@@ -108,4 +108,36 @@ TEST(FrameCountAdvice, TheColourThatNeedsMostFramesDecides)
 {
   EXPECT_EQ(AdviseFrameCount(std::vector{MakeNoise(5, 10), MakeNoise(20, 8), MakeNoise(10, 10)}).nBreakEven, 8);
   EXPECT_EQ(AdviseFrameCount(std::vector{MakeNoise(5, 10), MakeNoise(5, 0)}).eVerdict, EVerdict::NoPattern);
+}
+
+TEST(ReferenceAdvice, NamesTheBitsWhenTheySetTheFloor)
+{
+  SReferenceFacts stFacts;
+  stFacts.nBitDepth = 8;
+  stFacts.nFrames = 16;
+  const SNoise stQuiet{"Mono", 103, 0.5, 1};
+  const QString strAdvice = AdviseReference({stQuiet}, stFacts).join(' ');
+  EXPECT_TRUE(strAdvice.contains("take 12 bit; 8-bit rounding alone leaves 0.28 %")) << strAdvice.toStdString();
+  EXPECT_TRUE(strAdvice.contains("16 frame(s) were used, which is as advised.")) << strAdvice.toStdString();
+  // Noise of a frame far above a bit: the same rounding, but frames come first.
+  EXPECT_FALSE(DoBitsSetTheFloor({"Mono", 103, 4, 1}, stFacts));
+  stFacts.nBitDepth = 12;
+  EXPECT_FALSE(DoBitsSetTheFloor(stQuiet, stFacts));
+}
+
+TEST(ReferenceAdvice, KnowsHowManyFramesWereUsedByWhichMethodAndWhoCorrects)
+{
+  SReferenceFacts stFacts;
+  stFacts.nFrames = 2;
+  const std::vector<SNoise> listNoise = {MakeNoise(20, 8)};
+  QString strAdvice = AdviseReference(listNoise, stFacts).join(' ');
+  EXPECT_TRUE(strAdvice.contains("8 frames only break even, take 16.")) << strAdvice.toStdString();
+  EXPECT_TRUE(strAdvice.contains("2 frame(s) were used: their noise leaves 0.71 %")) << strAdvice.toStdString();
+  stFacts.bWeighted = true;
+  strAdvice = AdviseReference(listNoise, stFacts).join(' ');
+  EXPECT_TRUE(strAdvice.contains("of 2 frame(s) is weighted")) << strAdvice.toStdString();
+  stFacts.eMode = ffc::camera::ECorrectionMode::Vignetting;
+  stFacts.nBlockSize = 32;
+  strAdvice = AdviseReference(listNoise, stFacts).join(' ');
+  EXPECT_TRUE(strAdvice.contains("blocks of 32 x 32 pixels: one frame is enough")) << strAdvice.toStdString();
 }

@@ -161,7 +161,7 @@ TEST(Report, TheTableNamesTheMethodAndStaysNarrow)
 {
   const QString strTable = MakeReportTable(MakeReport(2, 1, 16));
   EXPECT_TRUE(strTable.contains("s^2 = s^2_measured - s^2_temporal / L"));
-  EXPECT_TRUE(strTable.contains("no high-pass"));
+  EXPECT_TRUE(strTable.contains("PRNU with shading, %"));
   EXPECT_TRUE(strTable.contains("shading of B, %"));
   EXPECT_TRUE(strTable.endsWith('\n'));
   for (const QString &strLine : strTable.split('\n')) {
@@ -192,4 +192,22 @@ TEST(Report, FiguresComeFromTheStacksBeforeAndAfter)
   EXPECT_EQ(stReport.nDarkFrames, 1U);
   EXPECT_DOUBLE_EQ(stReport.stBefore.stOverall.dShadingPercent, 20);
   EXPECT_DOUBLE_EQ(stReport.stAfter.stOverall.dShadingPercent, 0);
+}
+
+TEST(Report, TheFiguresAfterTheHighPassStandBesideThoseWithShading)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  EXPECT_FALSE(MakeReportTable(stReport).contains("high-pass, %"));
+  SNonuniformity stFigures;
+  stFigures.strName = "Gr";
+  stFigures.stPrnu = {0.5, 0.1, 0.2, 0.4};
+  stReport.stBefore.listHighPass = {stFigures};
+  stReport.stAfter.listHighPass = {stFigures};
+  EXPECT_TRUE(MakeReportTable(stReport).contains("PRNU high-pass, %"));
+  const QJsonObject before = Parse(stReport)["before"].toObject();
+  EXPECT_EQ(before["prnu_high_pass_percent"].toDouble(), 0.5);
+  EXPECT_EQ(before["prnu_percent"].toDouble(), 2.0);
+  const QJsonObject channel = before["emva1288"].toObject()["high_pass"].toArray()[0].toObject();
+  EXPECT_EQ(channel["channel"].toString(), "Gr");
+  EXPECT_EQ(channel["prnu1288_col_percent"].toDouble(), 0.2);
 }

@@ -8,6 +8,7 @@
 #include "tools/ffc/flat.h"
 #include "tools/ffc/framecorrector.h"
 #include "tools/ffc/inputs.h"
+#include "tools/ffc/library.h"
 #include "tools/ffc/manifest.h"
 #include "tools/ffc/transfer.h"
 
@@ -167,6 +168,30 @@ private:
   CFrameCorrector m_corrector;
 };
 
+/// The flat on the command line, or the library's for the first of the frames.
+Result<QString> FindFlat(const SOptions &stOptions, const QStringList &listFiles, CReport &report)
+{
+  if (stOptions.strLibrary.empty()) {
+    return QString::fromStdString(stOptions.strFlat);
+  }
+  const Result<std::vector<SLibraryFlat>> listFlats = ListLibrary(QString::fromStdString(stOptions.strLibrary));
+  if (!listFlats || listFiles.isEmpty()) {
+    return listFlats ? Failure("There are no frames.") : listFlats.GetFailure();
+  }
+  const auto reader = OpenFrames(listFiles.front(), stOptions);
+  if (!reader) {
+    return reader.GetFailure();
+  }
+  const Result<SLibraryFlat> flat =
+    ChooseFlat(listFlats.GetValue(), reader.GetValue()->GetInfo(), stOptions.strPixelFormat, stOptions.stOrigin);
+  if (!flat) {
+    return flat.GetFailure();
+  }
+  report.Warn(QStringLiteral("The library's flat is \"%1\": %2.")
+                .arg(flat.GetValue().strPath, DescribeConditions(flat.GetValue().stSide)));
+  return flat.GetValue().strPath;
+}
+
 EExitCode Stop(CReport &report, const SOptions &stOptions, const STrouble &stTrouble)
 {
   report.AddTrouble(QString::fromStdString(stOptions.strFlat), stTrouble);
@@ -181,8 +206,12 @@ EExitCode RunApply(const SOptions &stOptions, CReport &report)
   if (!listFiles) {
     return Stop(report, stOptions, {false, QString::fromStdString(listFiles.GetError())});
   }
+  const Result<QString> found = FindFlat(stOptions, listFiles.GetValue(), report);
+  if (!found) {
+    return Stop(report, stOptions, {true, QString::fromStdString(found.GetError())});
+  }
   CFlat flat;
-  const std::optional<STrouble> stTrouble = flat.Load(QString::fromStdString(stOptions.strFlat), stOptions);
+  const std::optional<STrouble> stTrouble = flat.Load(found.GetValue(), stOptions);
   if (stTrouble) {
     return Stop(report, stOptions, *stTrouble);
   }

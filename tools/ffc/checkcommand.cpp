@@ -1,12 +1,15 @@
-#include <cstdlib>
+#include <algorithm>
 
 #include <QJsonArray>
 
-#include "quality/uniformity.h"
+#include "quality/deviationhistogram.h"
+#include "quality/nonuniformityreport.h"
+#include "quality/referenceadvice.h"
 #include "tools/ffc/belonging.h"
 #include "tools/ffc/commands.h"
-#include "tools/ffc/flat.h"
+#include "tools/ffc/figurefiles.h"
 #include "tools/ffc/inputs.h"
+#include "tools/ffc/levels.h"
 
 namespace ffc::tool {
 
@@ -14,13 +17,15 @@ using genapi::EColorLayout;
 
 namespace {
 
-constexpr uint32_t MAX_FRAMES = 256; ///< of the sums of the figures
-
 /// Highest figures that pass; below 0: any.
 struct SLimits {
-  double dShading = -1; ///< percent
-  double dPrnu = -1;    ///< percent
-  double dDsnu = -1;    ///< DN
+  double dShading = -1;      ///< percent
+  double dPrnu = -1;         ///< percent
+  double dDsnu = -1;         ///< DN
+  double dPrnuHighPass = -1; ///< percent
+  double dDsnuHighPass = -1; ///< DN
+
+  bool NeedDark() const { return dPrnu >= 0 || dDsnu >= 0 || dPrnuHighPass >= 0 || dDsnuHighPass >= 0; }
 };
 
 Result<SLimits> ParseLimits(const std::string &strLimits)
@@ -30,12 +35,15 @@ Result<SLimits> ParseLimits(const std::string &strLimits)
     const QString strName = strLimit.section('=', 0, 0).trimmed();
     bool bNumber = false;
     const double dLimit = strLimit.section('=', 1).toDouble(&bNumber);
-    double *pdLimit = strName == "shading" ? &stLimits.dShading
-                      : strName == "prnu"  ? &stLimits.dPrnu
-                      : strName == "dsnu"  ? &stLimits.dDsnu
-                                           : nullptr;
+    double *pdLimit = strName == "shading"          ? &stLimits.dShading
+                      : strName == "prnu"           ? &stLimits.dPrnu
+                      : strName == "dsnu"           ? &stLimits.dDsnu
+                      : strName == "prnu-high-pass" ? &stLimits.dPrnuHighPass
+                      : strName == "dsnu-high-pass" ? &stLimits.dDsnuHighPass
+                                                    : nullptr;
     if (pdLimit == nullptr || !bNumber || !(dLimit >= 0)) {
-      return Failure("--limit takes shading, prnu and dsnu with numbers, such as shading=1.0,prnu=0.5; not \"" +
+      return Failure("--limit takes shading, prnu, dsnu, prnu-high-pass and dsnu-high-pass with numbers, such as "
+                     "shading=1.0,prnu=0.5; not \"" +
                      strLimit.toStdString() + "\".");
     }
     *pdLimit = dLimit;
@@ -43,123 +51,65 @@ Result<SLimits> ParseLimits(const std::string &strLimits)
   return stLimits;
 }
 
-/// Frames before and after the correction.
-struct SStacks {
-  quality::CFrameStack stackRaw;
-  quality::CFrameStack stackCorrected;
-};
-
-class CCheck {
-public:
-  CCheck(const SOptions &stOptions, const CFlat &flat) : m_stOptions(stOptions), m_flat(flat) {}
-
-  std::optional<STrouble> Read(const std::vector<std::string> &listNames, SStacks &stStacks)
-  {
-    const Result<QStringList> listFiles = ListFiles(listNames, m_stOptions.raw.has_value());
-    if (!listFiles) {
-      return STrouble{false, QString::fromStdString(listFiles.GetError())};
-    }
-    std::optional<STrouble> stTrouble;
-    for (const QString &strFile : listFiles.GetValue()) {
-      stTrouble = stTrouble ? stTrouble : ReadFile(strFile, stStacks);
-    }
-    return stTrouble;
-  }
-
-  EColorLayout GetColors() const { return m_eColors; }
-
-private:
-  std::optional<STrouble> ReadFile(const QString &strFile, SStacks &stStacks)
-  {
-    auto reader = OpenFrames(strFile, m_stOptions);
-    if (!reader) {
-      return STrouble{false, QString::fromStdString(reader.GetError())};
-    }
-    const frames::SFrameInfo &stInfo = reader.GetValue()->GetInfo();
-    std::optional<STrouble> stTrouble = m_flat.CheckFits(strFile, stInfo);
-    if (!stTrouble && !FindCorrection(strFile, stInfo).isEmpty()) {
-      stTrouble = STrouble{true, MakeSentence(strFile, "is corrected already; the check takes frames as they came.")};
-    }
-    std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
-    for (uint64_t n = 0; !stTrouble && n < stInfo.nFrames; ++n) {
-      const Result<> read = reader.GetValue()->Read(listFrame.data());
-      stTrouble =
-        read ? AddFrame(strFile, stInfo, listFrame, stStacks) : STrouble{false, MakeSentence(strFile, read.GetError())};
-    }
-    return stTrouble;
-  }
-
-  std::optional<STrouble> AddFrame(const QString &strFile, const frames::SFrameInfo &stInfo,
-                                   std::vector<uint8_t> &listFrame, SStacks &stStacks)
-  {
-    if (stStacks.stackRaw.GetFrameCount() == MAX_FRAMES) {
-      return std::nullopt;
-    }
-    frames::SEvidence stEvidence;
-    stEvidence.Add(listFrame.data(), stInfo.stLayout);
-    const Result<frames::SDepth> depth = m_flat.DecideDepth(stEvidence, stInfo);
-    if (!depth) {
-      return STrouble{true, MakeSentence(strFile, depth.GetError())};
-    }
-    const uint32_t nBitDepth = depth.GetValue().nBitDepth;
-    const uint32_t nShift = depth.GetValue().GetShift(stInfo.stLayout);
-    if (nShift > 0) {
-      frames::ShiftRight(listFrame.data(), stInfo.stLayout, nShift);
-    }
-    if (stStacks.stackRaw.GetFrameCount() == 0) {
-      m_eColors = m_flat.GetColors().value_or(stInfo.eColors.value_or(EColorLayout::Mono));
-      if (!stStacks.stackRaw.Prepare(stInfo.stLayout.nWidth, stInfo.stLayout.nHeight, nBitDepth) ||
-          !stStacks.stackCorrected.Prepare(stInfo.stLayout.nWidth, stInfo.stLayout.nHeight, nBitDepth)) {
-        return STrouble{false, QStringLiteral("There is not enough memory for the figures.")};
-      }
-    }
-    const bool bAdded = stStacks.stackRaw.Add(listFrame.data(), listFrame.size()) &&
-                        m_flat.Apply(listFrame.data(), stInfo.stLayout, nBitDepth) &&
-                        stStacks.stackCorrected.Add(listFrame.data(), listFrame.size());
-    return bAdded ? std::nullopt
-                  : std::optional<STrouble>(STrouble{true, MakeSentence(strFile, "is unlike the frames before.")});
-  }
-
-  const SOptions &m_stOptions;
-  const CFlat &m_flat;
-  EColorLayout m_eColors = EColorLayout::Mono;
-};
-
 /// Shading alone where there are no dark frames.
-quality::SUniformityFigures Measure(const quality::CFrameStack &stackBright, const quality::CFrameStack &stackDark,
-                                    EColorLayout eColors)
+quality::SUniformity Measure(const quality::CFrameStack &stackBright, const quality::CFrameStack &stackDark,
+                             EColorLayout eColors)
 {
   if (stackDark.GetFrameCount() > 0) {
-    return quality::MeasureUniformity(stackBright, stackDark, eColors).stOverall;
+    return quality::MeasureUniformity(stackBright, stackDark, eColors);
   }
-  quality::SUniformityFigures stFigures;
-  stFigures.dShadingPercent = quality::MeasureShading(stackBright, eColors);
-  return stFigures;
+  quality::SUniformity stUniformity;
+  stUniformity.stOverall.dShadingPercent = quality::MeasureShading(stackBright, eColors);
+  return stUniformity;
 }
 
-QJsonObject MakeJson(const quality::SUniformityFigures &stFigures, bool bDark)
+QJsonObject MakeJson(const quality::SUniformity &stUniformity, bool bDark)
 {
+  const quality::SUniformityFigures &stFigures = stUniformity.stOverall;
   QJsonObject object{{"shadingPercent", stFigures.dShadingPercent}};
   if (bDark) {
+    const quality::SWorstParts stWorst = quality::TakeWorst(stUniformity.listHighPass);
     object[QStringLiteral("prnuPercent")] = stFigures.dPrnuPercent;
     object[QStringLiteral("dsnuDn")] = stFigures.dDsnuDn;
+    object[QStringLiteral("prnuHighPassPercent")] = stWorst.stPrnu.dTotal;
+    object[QStringLiteral("dsnuHighPassDn")] = stWorst.stDsnu.dTotal;
     object[QStringLiteral("meanGray")] = stFigures.dMeanGray;
+    object[QStringLiteral("emva1288")] = quality::MakeNonuniformityJson(stUniformity);
   }
   return object;
 }
 
-QString MakeText(const quality::SUniformityFigures &stFigures, bool bDark)
+QString MakeText(const quality::SUniformity &stUniformity, bool bDark)
 {
-  QString strText = QStringLiteral("shading %1 %").arg(stFigures.dShadingPercent, 0, 'f', 2);
+  QString strText = QStringLiteral("shading %1 %").arg(stUniformity.stOverall.dShadingPercent, 0, 'f', 2);
   if (bDark) {
-    strText += QStringLiteral(", PRNU %1 %, DSNU %2 DN")
-                 .arg(stFigures.dPrnuPercent, 0, 'f', 2)
-                 .arg(stFigures.dDsnuDn, 0, 'f', 2);
+    const quality::SWorstParts stPlain = quality::TakeWorst(stUniformity.listPlain);
+    const quality::SWorstParts stHighPass = quality::TakeWorst(stUniformity.listHighPass);
+    const QString strPercent = QStringLiteral("%");
+    const QString strDn = QStringLiteral("DN");
+    strText +=
+      QStringLiteral("\n    PRNU with shading %1\n    PRNU high-pass    %2\n    DSNU with shading %3\n    DSNU "
+                     "high-pass    %4")
+        .arg(quality::DescribeParts(stPlain.stPrnu, strPercent), quality::DescribeParts(stHighPass.stPrnu, strPercent),
+             quality::DescribeParts(stPlain.stDsnu, strDn), quality::DescribeParts(stHighPass.stDsnu, strDn));
   }
   return strText;
 }
 
-QStringList FindMissed(const SLimits &stLimits, const quality::SUniformityFigures &stAfter)
+/// Pixels that deviate by more than five standard deviations, after the high-pass where the image is large enough.
+uint64_t CountOutliers(const SStacks &stBright, const SStacks &stDark, EColorLayout eColors)
+{
+  uint64_t nOutliers = 0;
+  const quality::EHighPass eHighPass = stBright.stackRaw.GetHighPass();
+  for (const quality::SChannel &stChannel : quality::GetChannels(eColors)) {
+    const quality::SDeviationImage stImage =
+      quality::MakeDeviationImage(stBright.stackCorrected, &stDark.stackCorrected, stChannel, &eHighPass);
+    nOutliers += quality::CountOutliers(stImage, 5 * quality::GetDeviation(stImage));
+  }
+  return nOutliers;
+}
+
+QStringList FindMissed(const SLimits &stLimits, const quality::SUniformity &stAfter)
 {
   QStringList listMissed;
   const auto fnJudge = [&listMissed](const char *pName, double dLimit, double dFigure) {
@@ -168,9 +118,12 @@ QStringList FindMissed(const SLimits &stLimits, const quality::SUniformityFigure
         << QStringLiteral("%1 is %2, above the limit %3").arg(QLatin1String(pName)).arg(dFigure, 0, 'f', 3).arg(dLimit);
     }
   };
-  fnJudge("shading", stLimits.dShading, stAfter.dShadingPercent);
-  fnJudge("prnu", stLimits.dPrnu, stAfter.dPrnuPercent);
-  fnJudge("dsnu", stLimits.dDsnu, stAfter.dDsnuDn);
+  const quality::SWorstParts stHighPass = quality::TakeWorst(stAfter.listHighPass);
+  fnJudge("shading", stLimits.dShading, stAfter.stOverall.dShadingPercent);
+  fnJudge("prnu", stLimits.dPrnu, stAfter.stOverall.dPrnuPercent);
+  fnJudge("dsnu", stLimits.dDsnu, stAfter.stOverall.dDsnuDn);
+  fnJudge("prnu-high-pass", stLimits.dPrnuHighPass, stHighPass.stPrnu.dTotal);
+  fnJudge("dsnu-high-pass", stLimits.dDsnuHighPass, stHighPass.stDsnu.dTotal);
   return listMissed;
 }
 
@@ -182,6 +135,132 @@ QString DescribeBelonging(EBelonging eBelonging)
                                                          "told from these frames");
 }
 
+/// Figures of all bright frames together.
+class CCheck {
+public:
+  CCheck(const SOptions &stOptions, const SLimits &stLimits, const CFlat &flat, CReport &report)
+    : m_stOptions(stOptions), m_stLimits(stLimits), m_flat(flat), m_report(report),
+      m_strFlat(QString::fromStdString(stOptions.strFlat)), m_reader(stOptions, flat)
+  {
+  }
+
+  EExitCode Run()
+  {
+    std::optional<STrouble> stTrouble;
+    if (!m_stOptions.listDark.empty()) {
+      stTrouble = m_reader.Read(m_stOptions.listDark, m_stDark);
+    }
+    if (!stTrouble && m_stOptions.bLevels) {
+      return RunLevels();
+    }
+    stTrouble = stTrouble ? stTrouble : m_reader.Read(m_stOptions.listFrames, m_stBright);
+    stTrouble = stTrouble ? stTrouble : WriteFiles();
+    return stTrouble ? Fail(*stTrouble) : Judge();
+  }
+
+private:
+  EExitCode Fail(const STrouble &stTrouble)
+  {
+    m_report.AddTrouble(m_strFlat, stTrouble);
+    return m_report.Finish(QStringLiteral("check"));
+  }
+
+  std::optional<STrouble> WriteFiles()
+  {
+    if (m_stOptions.strDetails.empty()) {
+      return std::nullopt;
+    }
+    const Result<> written =
+      WriteFigureFiles(QString::fromStdString(m_stOptions.strDetails), m_stBright, m_stDark, m_reader.GetColors());
+    return written ? std::nullopt
+                   : std::optional<STrouble>(STrouble{false, QString::fromStdString(written.GetError())});
+  }
+
+  EExitCode RunLevels()
+  {
+    const Result<QStringList> listFiles = ListFiles(m_stOptions.listFrames, m_stOptions.raw.has_value());
+    if (!listFiles) {
+      return Fail({false, QString::fromStdString(listFiles.GetError())});
+    }
+    SLevels stLevels;
+    const std::optional<STrouble> stTrouble = MeasureLevels(SplitIntoLevels(listFiles.GetValue(), m_stOptions),
+                                                            m_reader, m_stDark, m_stLimits.dPrnuHighPass, stLevels);
+    if (stTrouble) {
+      return Fail(*stTrouble);
+    }
+    m_report.AddDone(m_strFlat, MakeLevelsJson(stLevels), m_strFlat + '\n' + MakeLevelsText(stLevels));
+    const auto &listLevels = stLevels.listLevels;
+    const bool bMissed = stLevels.bLimitGiven && std::any_of(listLevels.begin(), listLevels.end(),
+                                                             [](const SLevel &stLevel) { return !stLevel.bGood; });
+    return m_report.Finish(QStringLiteral("check"), bMissed ? EXIT_VERDICT : EXIT_DONE);
+  }
+
+  /// From the frames' noise, and what the side file tells of the flat. Of one frame nothing.
+  QStringList Advise() const
+  {
+    quality::SReferenceFacts stFacts;
+    stFacts.nBitDepth = m_stBright.stackRaw.GetBitDepth();
+    if (m_flat.GetSide()) {
+      stFacts.nFrames = static_cast<int>(m_flat.GetSide()->nBrightFrames);
+      stFacts.bWeighted = m_flat.GetSide()->strMethod == QStringLiteral("weighted");
+    }
+    return m_stBright.stackRaw.GetFrameCount() < 2
+             ? QStringList()
+             : quality::AdviseReference(quality::MeasureNoise(m_stBright.stackRaw, m_reader.GetColors()), stFacts);
+  }
+
+  EExitCode Judge()
+  {
+    const bool bDark = m_stDark.stackRaw.GetFrameCount() > 0;
+    const auto stBefore = Measure(m_stBright.stackRaw, m_stDark.stackRaw, m_reader.GetColors());
+    const auto stAfter = Measure(m_stBright.stackCorrected, m_stDark.stackCorrected, m_reader.GetColors());
+    const SBelonging stBelonging = JudgeBelonging(m_stBright.stackRaw, m_flat.GetTable());
+    const QStringList listMissed = FindMissed(m_stLimits, stAfter);
+    const QString strBelonging = DescribeBelonging(stBelonging.eBelonging);
+    QJsonObject object{{"frames", static_cast<double>(m_stBright.stackRaw.GetFrameCount())},
+                       {"before", MakeJson(stBefore, bDark)},
+                       {"after", MakeJson(stAfter, bDark)},
+                       {"correlation", stBelonging.dCorrelation},
+                       {"belonging", strBelonging},
+                       {"missed", QJsonArray::fromStringList(listMissed)}};
+    QString strOutliers;
+    if (bDark) {
+      const uint64_t nOutliers = CountOutliers(m_stBright, m_stDark, m_reader.GetColors());
+      object[QStringLiteral("highPass")] = QLatin1String(GetHighPassName(m_stBright.stackRaw.GetHighPass()));
+      object[QStringLiteral("outliers5Sigma")] = static_cast<double>(nOutliers);
+      strOutliers = QStringLiteral("\n  outliers beyond 5 standard deviations after the correction: %1").arg(nOutliers);
+    }
+    const QStringList listAdvice = Advise();
+    object[QStringLiteral("advice")] = QJsonArray::fromStringList(listAdvice);
+    m_report.AddDone(m_strFlat, object,
+                     QStringLiteral("%1: %2 frames\n  before: %3\n  after:  %4\n  %5 (correlation %6)%7")
+                       .arg(m_strFlat)
+                       .arg(m_stBright.stackRaw.GetFrameCount())
+                       .arg(MakeText(stBefore, bDark), MakeText(stAfter, bDark), strBelonging)
+                       .arg(stBelonging.dCorrelation, 0, 'f', 3)
+                       .arg(strOutliers + (listAdvice.isEmpty() ? QString() : QStringLiteral("\n  ")) +
+                            listAdvice.join(QStringLiteral("\n  "))));
+    for (const QString &strMissed : listMissed) {
+      m_report.Warn(strMissed + QStringLiteral("."));
+    }
+    if (stBelonging.eBelonging == EBelonging::No) {
+      m_report.Warn(
+        QStringLiteral("The pattern of the frames is not that of \"%1\": %2.").arg(m_strFlat, strBelonging));
+      return m_report.Finish(QStringLiteral("check"), EXIT_REFUSED);
+    }
+    return m_report.Finish(QStringLiteral("check"), listMissed.isEmpty() ? EXIT_DONE : EXIT_VERDICT);
+  }
+
+  const SOptions &m_stOptions;
+  const SLimits &m_stLimits;
+  const CFlat &m_flat;
+  CReport &m_report;
+  const QString m_strFlat;
+  CStackReader m_reader;
+  SStacks m_stBright;
+  SStacks m_stDark;
+};
+
 } // namespace
 
 EExitCode RunCheck(const SOptions &stOptions, CReport &report)
@@ -191,49 +270,18 @@ EExitCode RunCheck(const SOptions &stOptions, CReport &report)
     report.Warn(QString::fromStdString(limits.GetError()));
     return EXIT_USAGE;
   }
-  const SLimits &stLimits = limits.GetValue();
-  if (stOptions.listDark.empty() && (stLimits.dPrnu >= 0 || stLimits.dDsnu >= 0)) {
+  if (stOptions.listDark.empty() &&
+      (limits.GetValue().NeedDark() || stOptions.bLevels || !stOptions.strDetails.empty())) {
     report.Warn(QStringLiteral("PRNU and DSNU take dark frames: add --dark."));
     return EXIT_USAGE;
   }
   CFlat flat;
-  const QString strFlat = QString::fromStdString(stOptions.strFlat);
-  std::optional<STrouble> stTrouble = flat.Load(strFlat, stOptions);
-  SStacks stBright;
-  SStacks stDark;
-  CCheck check(stOptions, flat);
-  stTrouble = stTrouble ? stTrouble : check.Read(stOptions.listFrames, stBright);
-  stTrouble = stTrouble || stOptions.listDark.empty() ? stTrouble : check.Read(stOptions.listDark, stDark);
+  const std::optional<STrouble> stTrouble = flat.Load(QString::fromStdString(stOptions.strFlat), stOptions);
   if (stTrouble) {
-    report.AddTrouble(strFlat, *stTrouble);
+    report.AddTrouble(QString::fromStdString(stOptions.strFlat), *stTrouble);
     return report.Finish(QStringLiteral("check"));
   }
-  const bool bDark = stDark.stackRaw.GetFrameCount() > 0;
-  const auto stBefore = Measure(stBright.stackRaw, stDark.stackRaw, check.GetColors());
-  const auto stAfter = Measure(stBright.stackCorrected, stDark.stackCorrected, check.GetColors());
-  const SBelonging stBelonging = JudgeBelonging(stBright.stackRaw, flat.GetTable());
-  const QStringList listMissed = FindMissed(stLimits, stAfter);
-  const QString strBelonging = DescribeBelonging(stBelonging.eBelonging);
-  report.AddDone(strFlat,
-                 {{"frames", static_cast<double>(stBright.stackRaw.GetFrameCount())},
-                  {"before", MakeJson(stBefore, bDark)},
-                  {"after", MakeJson(stAfter, bDark)},
-                  {"correlation", stBelonging.dCorrelation},
-                  {"belonging", strBelonging},
-                  {"missed", QJsonArray::fromStringList(listMissed)}},
-                 QStringLiteral("%1: %2 frames\n  before: %3\n  after:  %4\n  %5 (correlation %6)")
-                   .arg(strFlat)
-                   .arg(stBright.stackRaw.GetFrameCount())
-                   .arg(MakeText(stBefore, bDark), MakeText(stAfter, bDark), strBelonging)
-                   .arg(stBelonging.dCorrelation, 0, 'f', 3));
-  for (const QString &strMissed : listMissed) {
-    report.Warn(strMissed + QStringLiteral("."));
-  }
-  if (stBelonging.eBelonging == EBelonging::No) {
-    report.Warn(QStringLiteral("The pattern of the frames is not that of \"%1\": %2.").arg(strFlat, strBelonging));
-    return report.Finish(QStringLiteral("check"), EXIT_REFUSED);
-  }
-  return report.Finish(QStringLiteral("check"), listMissed.isEmpty() ? EXIT_DONE : EXIT_VERDICT);
+  return CCheck(stOptions, limits.GetValue(), flat, report).Run();
 }
 
 } // namespace ffc::tool

@@ -11,6 +11,8 @@ EExitCode RunMake(const SOptions &stOptions, CReport &report);
 EExitCode RunApply(const SOptions &stOptions, CReport &report);
 EExitCode RunCheck(const SOptions &stOptions, CReport &report);
 EExitCode RunInspect(const SOptions &stOptions, CReport &report);
+EExitCode RunDefects(const SOptions &stOptions, CReport &report);
+EExitCode RunLibrary(const SOptions &stOptions, CReport &report);
 EExitCode RunConvert(const SOptions &stOptions, CReport &report);
 
 /// Runs a command line.

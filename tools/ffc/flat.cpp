@@ -60,7 +60,32 @@ std::optional<STrouble> CFlat::Load(const QString &strPath, const SOptions &stOp
   m_stSide = side.GetValue();
   m_strPixelFormat = stOptions.strPixelFormat;
   m_eAlignment = stOptions.eAlignment;
-  return CheckSide(stOptions.bForce);
+  const std::optional<STrouble> stTrouble = CheckSide(stOptions.bForce);
+  return stTrouble || stOptions.strDefects.empty() ? stTrouble
+                                                   : LoadDefects(QString::fromStdString(stOptions.strDefects));
+}
+
+std::optional<STrouble> CFlat::LoadDefects(const QString &strList)
+{
+  QFile file(strList);
+  if (!file.open(QIODevice::ReadOnly)) {
+    return STrouble{false, MakeSentence(strList, "cannot be read: " + file.errorString().toStdString() + ".")};
+  }
+  if (!m_stSide) {
+    return Refuse(QStringLiteral("The flat \"%1\" has no side file, so nobody knows the width of its frames, without "
+                                 "which defects cannot be replaced.")
+                    .arg(m_strName));
+  }
+  const QByteArray byteList = file.readAll();
+  const Result<std::vector<quality::SDefect>> listDefects = quality::ParseDefects(byteList);
+  const Result<> prepared = listDefects ? m_defects.Prepare(listDefects.GetValue(), m_stSide->nWidth, m_stSide->nHeight,
+                                                            GetColors().value_or(EColorLayout::Mono))
+                                        : Result<>(listDefects.GetFailure());
+  if (!prepared) {
+    return Refuse(MakeSentence(strList, prepared.GetError()));
+  }
+  m_strSha256 += '+' + QString::fromLatin1(QCryptographicHash::hash(byteList, QCryptographicHash::Sha256).toHex());
+  return std::nullopt;
 }
 
 std::optional<STrouble> CFlat::CheckSide(bool bForce)
@@ -146,8 +171,12 @@ Result<frames::SDepth> CFlat::DecideDepth(const frames::SEvidence &stEvidence, c
 bool CFlat::Apply(void *pFrame, const frames::SLayout &stLayout, uint32_t nBitDepth) const
 {
   const auto nSize = static_cast<uint32_t>(m_table.GetSize());
-  return OmbrixApplyFlatField(pFrame, pFrame, nBitDepth, stLayout.nWidth, stLayout.nHeight, m_table.GetData(),
-                              &nSize) == OMBRIX_STATUS_SUCCESS;
+  const bool bApplied = OmbrixApplyFlatField(pFrame, pFrame, nBitDepth, stLayout.nWidth, stLayout.nHeight,
+                                             m_table.GetData(), &nSize) == OMBRIX_STATUS_SUCCESS;
+  if (bApplied && m_defects.GetCount() > 0) {
+    m_defects.Apply(pFrame, stLayout.nBytesPerSample);
+  }
+  return bApplied;
 }
 
 std::optional<EColorLayout> CFlat::GetColors() const
@@ -158,8 +187,11 @@ std::optional<EColorLayout> CFlat::GetColors() const
 
 QString CFlat::DescribeCorrection() const
 {
-  const QJsonObject object{
+  QJsonObject object{
     {"flat", m_strName}, {"sha256", m_strSha256}, {"tool", QStringLiteral("ffc %1").arg(QStringLiteral(FFC_VERSION))}};
+  if (m_defects.GetCount() > 0) {
+    object[QStringLiteral("defectsReplaced")] = static_cast<double>(m_defects.GetCount());
+  }
   return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 

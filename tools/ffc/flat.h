@@ -9,6 +9,7 @@
 #include "frames/frameinfo.h"
 #include "frames/sidefile.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
+#include "quality/defectreplacement.h"
 #include "tools/ffc/options.h"
 #include "tools/ffc/report.h"
 
@@ -26,11 +27,14 @@ public:
   std::optional<STrouble> CheckFits(const QString &strFile, const frames::SFrameInfo &stInfo) const;
   /// Depth and alignment of the frames of a file that fits.
   Result<frames::SDepth> DecideDepth(const frames::SEvidence &stEvidence, const frames::SFrameInfo &stInfo) const;
-  /// Corrects a frame in place, right-aligned. \return false when it is not of the table's format
+  /// Corrects a frame in place, right-aligned, and replaces its defect pixels. \return false when it is not of the
+  /// table's format
   bool Apply(void *pFrame, const frames::SLayout &stLayout, uint32_t nBitDepth) const;
 
   const QString &GetName() const { return m_strName; }
+  /// SHA-256 of the table; with a list of defects, a plus and that of the list.
   const QString &GetSha256() const { return m_strSha256; }
+  const quality::CDefectReplacement &GetDefects() const { return m_defects; }
   const std::optional<frames::SSideFile> &GetSide() const { return m_stSide; }
   const process::CFrameBuffer &GetTable() const { return m_table; }
   /// Colours of the frames that it is for, where they are known.
@@ -40,10 +44,12 @@ public:
 
 private:
   std::optional<STrouble> CheckSide(bool bForce);
+  std::optional<STrouble> LoadDefects(const QString &strList);
 
   QString m_strName;
   QString m_strSha256;
   process::CFrameBuffer m_table;
+  quality::CDefectReplacement m_defects;
   std::optional<frames::SSideFile> m_stSide;
   std::string m_strPixelFormat; ///< stated; else the side file's; else empty
   std::optional<frames::EAlignment> m_eAlignment;

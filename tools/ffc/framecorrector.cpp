@@ -17,7 +17,7 @@ constexpr std::size_t RUN_PIXELS = std::size_t{1} << 16U;
 class CFrameCorrector::CRunTable {
 public:
   /// \return false when there is no memory
-  bool Prepare(const CFrameBuffer &table, std::size_t nPixels)
+  bool Prepare(const process::CFrameBuffer &table, std::size_t nPixels)
   {
     m_nPixels = nPixels;
     m_nBytesPerPixel = table.GetSize() / nPixels;
@@ -31,7 +31,7 @@ public:
   const uint8_t *GetRun(std::size_t nFirst) const { return m_pTable + nFirst * m_nBytesPerPixel; }
 
 private:
-  bool Interleave(const CFrameBuffer &table)
+  bool Interleave(const process::CFrameBuffer &table)
   {
     if (!m_runs.Allocate(table.GetSize())) {
       return false;
@@ -48,7 +48,7 @@ private:
     return true;
   }
 
-  CFrameBuffer m_runs; ///< of each run its gains, then its dark levels
+  process::CFrameBuffer m_runs; ///< of each run its gains, then its dark levels
   const uint8_t *m_pTable = nullptr;
   std::size_t m_nPixels = 0;
   std::size_t m_nBytesPerPixel = 0; ///< in the table
@@ -76,6 +76,8 @@ Result<> CFrameCorrector::Correct(void *pFrame, const frames::SFrameInfo &stInfo
   if (pTable == nullptr) {
     return Failure("needs more memory than there is.");
   }
+  const bool bDefects = m_flat.GetDefects().GetCount() > 0;
+  uint32_t nShift = 0;
   auto *pRun = static_cast<uint8_t *>(pFrame);
   for (std::size_t nFirst = 0; nFirst < nPixels; nFirst += RUN_PIXELS) {
     const frames::SLayout stRun = {static_cast<uint32_t>(std::min(RUN_PIXELS, nPixels - nFirst)), 1, nBytesPerSample};
@@ -83,20 +85,38 @@ Result<> CFrameCorrector::Correct(void *pFrame, const frames::SFrameInfo &stInfo
       pHashes->hashRead.Add(pRun, stRun.GetFrameSize());
     }
     const auto nTable = static_cast<uint32_t>(stRun.nWidth * pTable->GetBytesPerPixel());
-    const Result<> result = CorrectRun(pRun, stRun, pTable->GetRun(nFirst), nTable, stInfo);
-    if (!result) {
-      return result;
+    const Result<uint32_t> shift = CorrectRun(pRun, stRun, pTable->GetRun(nFirst), nTable, stInfo);
+    if (!shift) {
+      return shift.GetFailure();
     }
-    if (pHashes != nullptr) {
+    nShift = shift.GetValue();
+    if (pHashes != nullptr && !bDefects) {
       pHashes->hashWritten.Add(pRun, stRun.GetFrameSize());
     }
     pRun += stRun.GetFrameSize();
   }
+  if (bDefects) {
+    ReplaceDefects(pFrame, stInfo.stLayout, nShift);
+    if (pHashes != nullptr) {
+      pHashes->hashWritten.Add(pFrame, stInfo.stLayout.GetFrameSize());
+    }
+  }
   return {};
 }
 
-Result<> CFrameCorrector::CorrectRun(void *pRun, const frames::SLayout &stRun, const uint8_t *pTable, uint32_t nTable,
-                                     const frames::SFrameInfo &stInfo) const
+void CFrameCorrector::ReplaceDefects(void *pFrame, const frames::SLayout &stLayout, uint32_t nShift) const
+{
+  if (nShift > 0) {
+    frames::ShiftRight(pFrame, stLayout, nShift);
+  }
+  m_flat.GetDefects().Apply(pFrame, stLayout.nBytesPerSample);
+  if (nShift > 0) {
+    frames::ShiftLeft(pFrame, stLayout, nShift);
+  }
+}
+
+Result<uint32_t> CFrameCorrector::CorrectRun(void *pRun, const frames::SLayout &stRun, const uint8_t *pTable,
+                                             uint32_t nTable, const frames::SFrameInfo &stInfo) const
 {
   // All values are below a power of two when all bits together are.
   const uint32_t nUsedBits = frames::FindUsedBits(pRun, stRun);
@@ -118,7 +138,7 @@ Result<> CFrameCorrector::CorrectRun(void *pRun, const frames::SLayout &stRun, c
   if (nShift > 0) {
     frames::ShiftLeft(pRun, stRun, nShift);
   }
-  return {};
+  return nShift;
 }
 
 } // namespace ffc::tool

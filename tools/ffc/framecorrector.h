@@ -30,8 +30,12 @@ private:
   class CRunTable;
 
   std::shared_ptr<const CRunTable> FindTable(std::size_t nPixels);
-  Result<> CorrectRun(void *pRun, const frames::SLayout &stRun, const uint8_t *pTable, uint32_t nTable,
-                      const frames::SFrameInfo &stInfo) const;
+  /// The pixels on the list of defects, once all others are corrected.
+  /// \param nShift by which the frame's values are left-aligned
+  void ReplaceDefects(void *pFrame, const frames::SLayout &stLayout, uint32_t nShift) const;
+  /// \return by how many bits the values are left-aligned
+  Result<uint32_t> CorrectRun(void *pRun, const frames::SLayout &stRun, const uint8_t *pTable, uint32_t nTable,
+                              const frames::SFrameInfo &stInfo) const;
 
   const CFlat &m_flat;
   std::mutex m_mutex;

@@ -10,6 +10,7 @@
 #include "tools/ffc/commands.h"
 #include "tools/ffc/flat.h"
 #include "tools/ffc/inputs.h"
+#include "tools/ffc/lightjudge.h"
 #include "tools/ffc/referencestack.h"
 
 namespace ffc::tool {
@@ -170,7 +171,7 @@ private:
                       .arg(stRange.dMax));
     }
     m_stSide.nExpectGray = m_stOptions.nExpectGray.value_or(static_cast<uint32_t>(stRange.dMax));
-    return std::nullopt;
+    return JudgeLight(m_stOptions, m_bright, m_stDepth, m_firstBright, m_nBayerType != 0, m_report);
   }
 
   std::optional<STrouble> JudgeDark()

@@ -22,6 +22,8 @@ const char *const DESCRIPTION = "Flat-field correction of recorded frames, exact
                                 "  ffc apply FLAT.ffc frames/ -o corrected/\n"
                                 "  ffc check FLAT.ffc flats/ --dark darks/ --limit shading=1.0,prnu=0.5\n"
                                 "  ffc inspect FLAT.ffc frames/\n"
+                                "  ffc defects --dark darks/ --bright brights/ -o DEFECTS.csv\n"
+                                "  ffc library FLATS/ FLAT.ffc\n"
                                 "  ffc convert frames/ --to tif -o converted/\n\n"
                                 "Frames are PNG, TIFF (also with many frames) or SER files, or raw ones with --raw.";
 
@@ -105,6 +107,14 @@ void AddBatchOptions(CLI::App &command, SOptions &stOptions, SWords &stWords)
     ->check(CLI::Range(1U, MAX_THREADS));
 }
 
+void AddOriginOptions(CLI::App &command, SOrigin &stOrigin)
+{
+  command.add_option("--camera", stOrigin.strCamera, "model, kept in the side file");
+  command.add_option("--serial", stOrigin.strSerial, "serial number, kept there too");
+  command.add_option("--exposure", stOrigin.dExposureTime, "microseconds");
+  command.add_option("--gain", stOrigin.dGain, "dB");
+}
+
 void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
   CLI::App &command = *app.add_subcommand("make", "coefficients from dark and bright frames");
@@ -126,10 +136,7 @@ void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
   command.add_option("--dark-noise", stOptions.dDarkNoise, "temporal dark noise of that data sheet, DN")
     ->check(CLI::NonNegativeNumber)
     ->needs(pSystemGain);
-  command.add_option("--camera", stOptions.stOrigin.strCamera, "model, kept in the side file");
-  command.add_option("--serial", stOptions.stOrigin.strSerial, "serial number, kept there too");
-  command.add_option("--exposure", stOptions.stOrigin.dExposureTime, "microseconds");
-  command.add_option("--gain", stOptions.stOrigin.dGain, "dB");
+  AddOriginOptions(command, stOptions.stOrigin);
   command.add_option("--black-level", stOptions.stOrigin.dBlackLevel);
   command.add_option("--temperature", stOptions.stOrigin.dTemperature, "degrees Celsius");
   AddFrameOptions(command, stOptions, stWords);
@@ -140,8 +147,11 @@ void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
 void AddApply(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
   CLI::App &command = *app.add_subcommand("apply", "correct frames");
-  command.add_option("flat", stOptions.strFlat, "the .ffc file")->required();
+  command.add_option("flat", stOptions.strFlat, "the .ffc file; none with --library");
   AddBatchOptions(command, stOptions, stWords);
+  command.add_option("--library", stOptions.strLibrary, "folder of flats, one of which fits the frames");
+  AddOriginOptions(command, stOptions.stOrigin);
+  command.add_option("--defects", stOptions.strDefects, "list of pixels to replace, CSV or XML");
   CLI::Option *pOut = command.add_option("-o,--out", stOptions.strOut, "folder for the corrected files");
   command.add_flag("--in-place", stOptions.bInPlace, "replace the frames themselves")->excludes(pOut);
   command.add_flag("--resume", stOptions.bResume, "skip what a former run has done");
@@ -156,8 +166,44 @@ void AddCheck(CLI::App &app, SOptions &stOptions, SWords &stWords)
   command.add_option("flat", stOptions.strFlat, "the .ffc file")->required();
   command.add_option("frames", stOptions.listFrames, "evenly lit frames")->required();
   command.add_option("--dark", stOptions.listDark, "frames without light, for PRNU and DSNU");
-  command.add_option("--limit", stOptions.strLimits, "such as shading=1.0,prnu=0.5,dsnu=2");
+  command.add_option("--limit", stOptions.strLimits,
+                     "such as shading=1.0,prnu=0.5,dsnu=2; also prnu-high-pass and dsnu-high-pass");
+  command.add_flag("--levels", stOptions.bLevels, "flats of several exposures, a folder or file each");
+  command.add_option("--high-pass", stOptions.strHighPass, "release4, release4-inner or release3 of EMVA 1288")
+    ->check(CLI::IsMember({"release4", "release4-inner", "release3"}));
+  command.add_option("--details", stOptions.strDetails, "folder for histograms and spectrograms, as CSV");
   AddFrameOptions(command, stOptions, stWords);
+  AddReportOptions(command, stOptions);
+}
+
+void AddDefects(CLI::App &app, SOptions &stOptions, SWords &stWords)
+{
+  CLI::App &command = *app.add_subcommand("defects", "find defect pixels");
+  command.add_option("--dark", stOptions.listDark, "frames without light")->required();
+  command.add_option("--bright", stOptions.listBright, "evenly lit frames")->required();
+  command.add_option("-o,--out", stOptions.strOut, "the list, CSV")->required();
+  command.add_option("--map", stOptions.strMap, "the same as a map, XML");
+  command.add_option("--bright-percent", stOptions.stDefectLimits.dBrightPercent, "deviation in bright frames")
+    ->check(CLI::PositiveNumber)
+    ->capture_default_str();
+  command
+    .add_option("--dark-deviations", stOptions.stDefectLimits.dDarkDeviations, "in dark frames, standard deviations")
+    ->check(CLI::PositiveNumber)
+    ->capture_default_str();
+  command.add_option("--noise-times", stOptions.stDefectLimits.dNoiseTimes, "noise in time, times the median")
+    ->check(CLI::PositiveNumber)
+    ->capture_default_str();
+  AddFrameOptions(command, stOptions, stWords);
+  AddWritingOptions(command, stOptions);
+  AddReportOptions(command, stOptions);
+}
+
+void AddLibrary(CLI::App &app, SOptions &stOptions)
+{
+  CLI::App &command = *app.add_subcommand("library", "keep flats in a folder, and list them");
+  command.add_option("folder", stOptions.strLibrary, "the library")->required();
+  command.add_option("flats", stOptions.listFrames, ".ffc files to add, with their side files");
+  command.add_flag("--force", stOptions.bForce, "replace flats of the same conditions");
   AddReportOptions(command, stOptions);
 }
 
@@ -190,12 +236,17 @@ ECommand GetCommand(const CLI::App &app)
          : strName == "apply"   ? ECommand::Apply
          : strName == "check"   ? ECommand::Check
          : strName == "inspect" ? ECommand::Inspect
+         : strName == "defects" ? ECommand::Defects
+         : strName == "library" ? ECommand::Library
                                 : ECommand::Convert;
 }
 
 /// What no single option can check. \return what is wrong; empty when nothing
 std::string CheckTogether(const SOptions &stOptions)
 {
+  if (stOptions.eCommand == ECommand::Apply && stOptions.strFlat.empty() && stOptions.strLibrary.empty()) {
+    return "name the .ffc file, or a folder of them with --library";
+  }
   const bool bBatch = stOptions.eCommand == ECommand::Apply || stOptions.eCommand == ECommand::Convert;
   if (bBatch && stOptions.listFrames.empty() && stOptions.strFilesFrom.empty()) {
     return "there are no frames: name files, folders or patterns, or use --files-from";
@@ -231,6 +282,8 @@ SCommandLine ParseCommandLine(const std::vector<std::string> &listArguments)
   AddCheck(app, stOptions, stWords);
   AddInspect(app, stOptions, stWords);
   AddConvert(app, stOptions, stWords);
+  AddDefects(app, stOptions, stWords);
+  AddLibrary(app, stOptions);
   try {
     std::vector<std::string> listReversed(listArguments.rbegin(), listArguments.rend());
     app.parse(std::move(listReversed));
@@ -245,6 +298,11 @@ SCommandLine ParseCommandLine(const std::vector<std::string> &listArguments)
   stOptions.bWeighted = stWords.strMethod == "weighted";
   if (!stWords.strAlignment.empty()) {
     stOptions.eAlignment = stWords.strAlignment == "left" ? frames::EAlignment::Left : frames::EAlignment::Right;
+  }
+  if (stOptions.eCommand == ECommand::Apply && !stOptions.strLibrary.empty() && !stOptions.strFlat.empty()) {
+    // There is no flat on the line, so the first name is one of frames.
+    stOptions.listFrames.insert(stOptions.listFrames.begin(), stOptions.strFlat);
+    stOptions.strFlat.clear();
   }
   const std::string strError = CheckTogether(stOptions);
   if (!strError.empty()) {

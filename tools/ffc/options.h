@@ -9,10 +9,11 @@
 
 #include "frames/alignment.h"
 #include "frames/rawfile.h"
+#include "quality/defects.h"
 
 namespace ffc::tool {
 
-enum class ECommand { Make, Apply, Check, Inspect, Convert };
+enum class ECommand { Make, Apply, Check, Inspect, Convert, Defects, Library };
 
 /// What is known of the camera and stands in no file; kept in the side file.
 struct SOrigin {
@@ -42,10 +43,17 @@ struct SOptions {
   std::optional<double> dSystemGain; ///< of the camera, DN per electron
   double dDarkNoise = 0;             ///< of the camera, DN
   SOrigin stOrigin;
+  std::string strDefects; ///< list of pixels to replace
+  std::string strMap;     ///< map of defect pixels to write
+  quality::SDefectLimits stDefectLimits;
+  std::string strLibrary; ///< folder of flats
   std::string strLimits;
+  std::string strHighPass = "release4";
+  std::string strDetails; ///< folder for histograms and spectrograms
   uint32_t nThreads = 1;
   uint32_t nShard = 1; ///< of nShards, from 1
   uint32_t nShards = 1;
+  bool bLevels = false; ///< whether the frames of a check are of several exposures
   bool bInPlace = false;
   bool bForce = false;
   bool bResume = false;

@@ -104,6 +104,8 @@ std::optional<STrouble> CReferenceStack::AddFrame(const QString &strFile)
     m_first.CopyFrom(m_frame);
   }
   m_stEvidence.Add(m_frame.GetData(), m_stInfo.stLayout);
+  m_watch.Add(m_frame.GetData(), m_stInfo.stLayout.nWidth, m_stInfo.stLayout.nHeight,
+              m_stInfo.stLayout.nBytesPerSample);
   if (m_sums.Add(m_frame, MakeFormat()) != 0) {
     return Refuse(MakeSentence(strFile, "has frames that the image statistics refuse."));
   }

@@ -5,6 +5,7 @@
 #include "frames/alignment.h"
 #include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
 #include "reference/weightedreference.h"
+#include "quality/brightfield.h"
 #include "tools/ffc/options.h"
 #include "tools/ffc/report.h"
 
@@ -24,6 +25,7 @@ public:
   const frames::SFrameInfo &GetInfo() const { return m_stInfo; }
   const frames::SEvidence &GetEvidence() const { return m_stEvidence; }
   uint32_t GetFrameCount() const { return m_nFrames; }
+  const quality::CLightWatch &GetWatch() const { return m_watch; }
   /// Remarks of the files, each once.
   const QStringList &GetRemarks() const { return m_listRemarks; }
 
@@ -50,6 +52,7 @@ private:
   bool m_bMeasured = false;
   process::CFrameBuffer m_former;
   reference::CNoiseMeter m_meter;
+  quality::CLightWatch m_watch;
   uint32_t m_nFrames = 0;
 };
 

@@ -18,6 +18,8 @@ int RunTool(const std::vector<std::string> &listArguments, bool bTerminal, std::
   case ECommand::Apply: return RunApply(stOptions, report);
   case ECommand::Check: return RunCheck(stOptions, report);
   case ECommand::Inspect: return RunInspect(stOptions, report);
+  case ECommand::Defects: return RunDefects(stOptions, report);
+  case ECommand::Library: return RunLibrary(stOptions, report);
   default: return RunConvert(stOptions, report);
   }
 }

@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
 
@@ -46,6 +47,42 @@ TEST_F(Check, FiguresFallAndTheCoefficientsBelong)
   EXPECT_LT(object["after"].toObject()["prnuPercent"].toDouble(), 0.5);
   EXPECT_GT(object["correlation"].toDouble(), 0.9);
   EXPECT_EQ(object["frames"].toInt(), 8);
+}
+
+TEST_F(Check, ShadingCountsInTheFigureWithoutTheHighPassAlone)
+{
+  const SToolResult stResult = Run(m_recording.Path("flat.ffc"), {"--json", "--details", m_recording.Path("details")});
+  ASSERT_EQ(stResult.nExitCode, 0) << stResult.byteErrors.constData();
+  const QJsonObject before = stResult.GetObjects().front()["before"].toObject();
+  EXPECT_LT(before["prnuHighPassPercent"].toDouble(), 0.5 * before["prnuPercent"].toDouble());
+  const QJsonObject plain = before["emva1288"].toObject()["plain"].toArray()[0].toObject();
+  EXPECT_NEAR(plain["prnu1288_percent"].toDouble(), before["prnuPercent"].toDouble(), 1e-9);
+  // A head, and something of both states and figures, filtered and not.
+  for (const char *pName : {"details/histograms.csv", "details/spectrograms.csv"}) {
+    const QByteArray byteTable = ReadBytes(m_recording.Path(pName));
+    for (const char *pStart : {"\nbefore,DSNU,Mono,none", "\nafter,PRNU,Mono,release4"}) {
+      EXPECT_TRUE(byteTable.contains(pStart)) << pName << pStart;
+    }
+  }
+}
+
+TEST_F(Check, TheHighPassIsTheOneAskedFor)
+{
+  const auto fnMeasure = [&](const char *pName) {
+    return Run(m_recording.Path("flat.ffc"), {"--json", "--high-pass", pName})
+      .GetObjects()
+      .front()["before"]
+      .toObject()["emva1288"]
+      .toObject()["high_pass"]
+      .toArray()[0]
+      .toObject()["bright"]
+      .toObject()["rows"]
+      .toInt();
+  };
+  EXPECT_EQ(fnMeasure("release4"), 48);
+  EXPECT_EQ(fnMeasure("release4-inner"), 30);
+  EXPECT_EQ(fnMeasure("release3"), 44);
+  EXPECT_EQ(Run(m_recording.Path("flat.ffc"), {"--high-pass", "release5"}).nExitCode, 2);
 }
 
 TEST_F(Check, AMissedLimitIsAVerdict)

@@ -181,3 +181,24 @@ TEST_F(Make, ADryRunWritesNothing)
   EXPECT_FALSE(QFile::exists(m_recording.Path("flat.ffc")));
   EXPECT_FALSE(QFile::exists(m_recording.Path("flat.ffc.json")));
 }
+
+TEST_F(Make, ABrightFieldThatIsPartlyClippedIsRefusedUnlessForced)
+{
+  m_recording.Write(1, 1);
+  std::vector<uint8_t> listFrame = m_recording.MakeBright(1);
+  auto *pSamples = reinterpret_cast<uint16_t *>(listFrame.data());
+  for (std::size_t n = 0; n < listFrame.size() / 2; n += 30) {
+    pSamples[n] = 4095;
+  }
+  WriteBytes(m_recording.Path("clipped.raw"),
+             QByteArray(reinterpret_cast<const char *>(listFrame.data()), static_cast<int>(listFrame.size())));
+  const QStringList listMake = {
+    "make", "--raw", "64x48:Mono12", "--bright", m_recording.Path("clipped.raw"), "-o", m_recording.Path("flat.ffc")};
+  const SToolResult stRefused = RunTool(listMake);
+  EXPECT_EQ(stRefused.nExitCode, 3);
+  EXPECT_TRUE(stRefused.byteErrors.contains("are clipped")) << stRefused.byteErrors.constData();
+  EXPECT_FALSE(QFile::exists(m_recording.Path("flat.ffc")));
+  const SToolResult stForced = RunTool(listMake + QStringList{"--force"});
+  EXPECT_EQ(stForced.nExitCode, 0);
+  EXPECT_TRUE(stForced.byteErrors.contains("are clipped")) << stForced.byteErrors.constData();
+}

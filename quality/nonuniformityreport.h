@@ -1,0 +1,19 @@
+/// \file
+/// The spatial figures of EMVA 1288 under the standard's names.
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+#include "quality/uniformity.h"
+
+namespace ffc::quality {
+
+/// Everything that was measured, by channel: "plain" without and "high_pass" with the correction for uneven
+/// illumination, each an array. Variances are s2_y... and sigma2_y_stack, DN^2, and may be negative.
+QJsonObject MakeNonuniformityJson(const SUniformity &stUniformity);
+
+/// "0.43 % (rows 0.02, columns 0.05, pixels 0.42)"
+QString DescribeParts(const SNonuniformityParts &stParts, const QString &strUnit);
+
+} // namespace ffc::quality

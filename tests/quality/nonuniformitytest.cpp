@@ -1,0 +1,240 @@
+#include "quality/nonuniformity.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include <gtest/gtest.h>
+
+#include "quality/deviationhistogram.h"
+#include "quality/spectrogram.h"
+#include "tests/quality/slownonuniformity.h"
+#include "tests/quality/syntheticscene.h"
+
+using namespace ffc::quality;
+using ffc::genapi::EColorLayout;
+
+namespace {
+
+constexpr double RELATIVE = 1e-9;
+
+/// Pattern of rows, columns, pixels and shading.
+double GetLevel(uint32_t nColumn, uint32_t nLine)
+{
+  const double dPixel = static_cast<double>((nColumn * 7919U + nLine * 104729U + nColumn * nLine * 31U) % 1009U) / 50.0;
+  return 800.0 + 3.0 * nColumn + 0.2 * nLine * nLine + (nColumn % 3U) * 9.0 + (nLine % 5U) * 6.0 + dPixel;
+}
+
+struct SSample {
+  SSyntheticScene stScene;
+  std::vector<TestFrame> listBright;
+  std::vector<TestFrame> listDark;
+
+  SSample(uint32_t nWidth, uint32_t nHeight)
+  {
+    stScene.nWidth = nWidth;
+    stScene.nHeight = nHeight;
+    stScene.dNoise = 8;
+    stScene.fnLevel = GetLevel;
+    listBright = stScene.MakeFrames(4, 1);
+    stScene.dNoise = 3;
+    stScene.fnLevel = [](uint32_t nColumn, uint32_t nLine) { return 60 + GetLevel(nLine, nColumn) / 40; };
+    listDark = stScene.MakeFrames(3, 2);
+  }
+
+  CFrameStack MakeStack(const std::vector<TestFrame> &listFrames, EColorLayout eLayout,
+                        EHighPass eHighPass = EHighPass::Release4) const
+  {
+    CFrameStack stack;
+    stack.Prepare(stScene.nWidth, stScene.nHeight, stScene.nBitDepth);
+    stack.AlsoFilter(eLayout, eHighPass);
+    for (const TestFrame &frame : listFrames) {
+      const std::vector<uint8_t> listBytes = PackFrame(frame, stScene.nBitDepth);
+      EXPECT_TRUE(stack.Add(listBytes.data(), listBytes.size()));
+    }
+    return stack;
+  }
+
+  /// The pixels of one channel.
+  std::vector<SlowImage> Cut(const std::vector<TestFrame> &listFrames, const SChannel &stChannel) const
+  {
+    std::vector<SlowImage> listImages;
+    for (const TestFrame &frame : listFrames) {
+      SlowImage image;
+      for (uint32_t nLine = stChannel.nFirstLine; nLine < stScene.nHeight; nLine += stChannel.nStep) {
+        image.emplace_back();
+        for (uint32_t nColumn = stChannel.nFirstColumn; nColumn < stScene.nWidth; nColumn += stChannel.nStep) {
+          image.back().push_back(frame[nLine * stScene.nWidth + nColumn]);
+        }
+      }
+      listImages.push_back(image);
+    }
+    return listImages;
+  }
+};
+
+void ExpectEqual(const SSpatialVariances &stFast, const SSlowVariances &stSlow)
+{
+  const double dTolerance = RELATIVE * stSlow.dMeasured;
+  EXPECT_NEAR(stFast.dTemporal, stSlow.dTemporal, RELATIVE * stSlow.dTemporal);
+  EXPECT_NEAR(stFast.dMeasured, stSlow.dMeasured, dTolerance);
+  EXPECT_NEAR(stFast.dTotal, stSlow.dTotal, dTolerance);
+  EXPECT_NEAR(stFast.dRow, stSlow.dRow, dTolerance);
+  EXPECT_NEAR(stFast.dColumn, stSlow.dColumn, dTolerance);
+  EXPECT_NEAR(stFast.dPixel, stSlow.dPixel, dTolerance);
+}
+
+double GetRoot(double dBright, double dDark = 0)
+{
+  return std::sqrt(std::max(0.0, dBright - dDark));
+}
+
+void ExpectFigures(const SNonuniformity &stFast, const SSlowVariances &stBright, const SSlowVariances &stDark,
+                   double dSignal)
+{
+  ExpectEqual(stFast.stBright, stBright);
+  ExpectEqual(stFast.stDark, stDark);
+  EXPECT_NEAR(stFast.dSignal, dSignal, RELATIVE * dSignal);
+  EXPECT_NEAR(stFast.stDsnu.dTotal, GetRoot(stDark.dTotal), 1e-6);
+  EXPECT_NEAR(stFast.stPrnu.dTotal, 100 * GetRoot(stBright.dTotal, stDark.dTotal) / dSignal, 1e-6);
+  EXPECT_NEAR(stFast.stPrnu.dRow, 100 * GetRoot(stBright.dRow, stDark.dRow) / dSignal, 1e-6);
+  EXPECT_NEAR(stFast.stPrnu.dColumn, 100 * GetRoot(stBright.dColumn, stDark.dColumn) / dSignal, 1e-6);
+  EXPECT_NEAR(stFast.stPrnu.dPixel, 100 * GetRoot(stBright.dPixel, stDark.dPixel) / dSignal, 1e-6);
+}
+
+std::vector<SlowImage> Filter(std::vector<SlowImage> listFrames, EHighPass eKind)
+{
+  for (SlowImage &frame : listFrames) {
+    frame = eKind == EHighPass::Release3 ? FilterAsInRelease3Slowly(frame) : FilterSlowly(frame);
+    frame = eKind == EHighPass::Release4Inner ? Crop(frame, 9) : frame;
+  }
+  return listFrames;
+}
+
+} // namespace
+
+TEST(Nonuniformity, EqualsTheSlowTwinInEveryChannelWithAndWithoutTheHighPass)
+{
+  const SSample stSample(46, 42);
+  for (const EColorLayout eLayout : {EColorLayout::Mono, EColorLayout::BayerRG, EColorLayout::BayerGB}) {
+    const CFrameStack stackBright = stSample.MakeStack(stSample.listBright, eLayout);
+    const CFrameStack stackDark = stSample.MakeStack(stSample.listDark, eLayout);
+    const auto listPlain = MeasureNonuniformity(stackBright, stackDark, eLayout, false);
+    const auto listFiltered = MeasureNonuniformity(stackBright, stackDark, eLayout, true);
+    const std::vector<SChannel> listChannels = GetChannels(eLayout);
+    ASSERT_EQ(listPlain.size(), eLayout == EColorLayout::Mono ? 1U : 4U);
+    ASSERT_EQ(listFiltered.size(), listPlain.size());
+    for (std::size_t n = 0; n < listChannels.size(); ++n) {
+      SCOPED_TRACE(listPlain[n].strName);
+      const auto listBright = stSample.Cut(stSample.listBright, listChannels[n]);
+      const auto listDark = stSample.Cut(stSample.listDark, listChannels[n]);
+      const SSlowVariances stBright = MeasureVariancesSlowly(listBright);
+      const SSlowVariances stDark = MeasureVariancesSlowly(listDark);
+      ExpectFigures(listPlain[n], stBright, stDark, stBright.dMean - stDark.dMean);
+      ExpectFigures(listFiltered[n], MeasureVariancesSlowly(Filter(listBright, EHighPass::Release4)),
+                    MeasureVariancesSlowly(Filter(listDark, EHighPass::Release4)), stBright.dMean - stDark.dMean);
+    }
+  }
+}
+
+TEST(Nonuniformity, EqualsTheSlowTwinWithEveryKindOfHighPass)
+{
+  const SSample stSample(31, 26);
+  for (const EHighPass eKind : {EHighPass::Release4, EHighPass::Release4Inner, EHighPass::Release3}) {
+    SCOPED_TRACE(GetHighPassName(eKind));
+    const auto listFigures =
+      MeasureNonuniformity(stSample.MakeStack(stSample.listBright, EColorLayout::Mono, eKind),
+                           stSample.MakeStack(stSample.listDark, EColorLayout::Mono, eKind), EColorLayout::Mono, true);
+    ASSERT_EQ(listFigures.size(), 1U);
+    const SChannel stChannel = GetChannels(EColorLayout::Mono)[0];
+    ExpectEqual(listFigures[0].stBright,
+                MeasureVariancesSlowly(Filter(stSample.Cut(stSample.listBright, stChannel), eKind)));
+  }
+}
+
+TEST(Nonuniformity, AnImageSmallerThanTheFilterIsMirroredAsOftenAsItTakes)
+{
+  const SSample stSample(5, 4);
+  const auto listFigures =
+    MeasureNonuniformity(stSample.MakeStack(stSample.listBright, EColorLayout::Mono),
+                         stSample.MakeStack(stSample.listDark, EColorLayout::Mono), EColorLayout::Mono, true);
+  ASSERT_EQ(listFigures.size(), 1U);
+  ExpectEqual(listFigures[0].stBright,
+              MeasureVariancesSlowly(
+                Filter(stSample.Cut(stSample.listBright, GetChannels(EColorLayout::Mono)[0]), EHighPass::Release4)));
+}
+
+TEST(Nonuniformity, NothingIsFilteredThatIsTooSmallOrWasNotPreparedForIt)
+{
+  const SSample stSample(18, 40);
+  const auto fnMeasure = [&](const CFrameStack &stackBright, const CFrameStack &stackDark) {
+    return MeasureNonuniformity(stackBright, stackDark, EColorLayout::Mono, true).size();
+  };
+  EXPECT_EQ(fnMeasure(stSample.MakeStack(stSample.listBright, EColorLayout::Mono, EHighPass::Release4Inner),
+                      stSample.MakeStack(stSample.listDark, EColorLayout::Mono, EHighPass::Release4Inner)),
+            0U);
+  EXPECT_EQ(fnMeasure(stSample.stScene.MakeStack(stSample.listBright), stSample.stScene.MakeStack(stSample.listDark)),
+            0U);
+}
+
+TEST(Nonuniformity, ShadingIsPartOfThePlainFigureAlone)
+{
+  SSyntheticScene stScene;
+  stScene.nWidth = 64;
+  stScene.nHeight = 48;
+  stScene.fnLevel = [](uint32_t nColumn, uint32_t) { return 1000.0 + 8.0 * nColumn; };
+  const std::vector<TestFrame> listBright = stScene.MakeFrames(2, 1);
+  stScene.fnLevel = [](uint32_t, uint32_t) { return 10.0; };
+  const std::vector<TestFrame> listDark = stScene.MakeFrames(2, 1);
+  CFrameStack stackBright = stScene.MakeStack({});
+  CFrameStack stackDark = stScene.MakeStack({});
+  for (auto [pStack, pFrames] : {std::pair(&stackBright, &listBright), std::pair(&stackDark, &listDark)}) {
+    pStack->AlsoFilter(EColorLayout::Mono, EHighPass::Release4Inner);
+    for (const TestFrame &frame : *pFrames) {
+      const std::vector<uint8_t> listBytes = PackFrame(frame, stScene.nBitDepth);
+      pStack->Add(listBytes.data(), listBytes.size());
+    }
+  }
+  EXPECT_GT(MeasureNonuniformity(stackBright, stackDark, EColorLayout::Mono, false)[0].stPrnu.dTotal, 10.0);
+  EXPECT_NEAR(MeasureNonuniformity(stackBright, stackDark, EColorLayout::Mono, true)[0].stPrnu.dTotal, 0.0, 1e-6);
+}
+
+TEST(Nonuniformity, SpectrogramsOfAnyLengthAreThoseOfTheDefinition)
+{
+  for (const auto &[nWidth, nHeight] : {std::pair(16U, 12U), std::pair(17U, 9U), std::pair(1U, 5U)}) {
+    const SSample stSample(nWidth, nHeight);
+    const SChannel stChannel = GetChannels(EColorLayout::Mono)[0];
+    const SDeviationImage stImage =
+      MakeDeviationImage(stSample.MakeStack(stSample.listBright, EColorLayout::Mono), nullptr, stChannel, nullptr);
+    const SlowImage mean = AverageSlowly(stSample.Cut(stSample.listBright, stChannel));
+    const auto fnCompare = [](const std::vector<double> &listFast, const std::vector<double> &listSlow) {
+      ASSERT_EQ(listFast.size(), listSlow.size());
+      const double dLargest = *std::max_element(listSlow.begin(), listSlow.end());
+      for (std::size_t n = 0; n < listFast.size(); ++n) {
+        EXPECT_NEAR(listFast[n], listSlow[n], RELATIVE * dLargest) << n;
+      }
+    };
+    fnCompare(MakeHorizontalSpectrogram(stImage), MakeSpectrogramSlowly(mean));
+    fnCompare(MakeVerticalSpectrogram(stImage), MakeSpectrogramSlowly(Transpose(mean)));
+  }
+}
+
+TEST(DeviationHistogram, CountsEachPixelOnceAndKeepsOutliersInSight)
+{
+  SDeviationImage stImage{40, 25, 4, std::vector<double>(1000, 0.0)};
+  for (std::size_t n = 0; n < stImage.listValues.size(); ++n) {
+    stImage.listValues[n] = (static_cast<double>(n % 41) - 20) / 4;
+  }
+  stImage.listValues[500] = 300;
+  const SDeviationHistogram stLogarithmic = MakeLogarithmicHistogram(stImage);
+  EXPECT_LE(stLogarithmic.listCounts.size(), 257U);
+  EXPECT_EQ(std::accumulate(stLogarithmic.listCounts.begin(), stLogarithmic.listCounts.end(), uint64_t{0}), 1000U);
+  EXPECT_EQ(stLogarithmic.listCounts.back(), 1U);
+  // 1220 steps of a quarter in bins of 5.
+  EXPECT_DOUBLE_EQ(stLogarithmic.dWidth, 1.25);
+  const SDeviationHistogram stAccumulated = MakeAccumulatedHistogram(stImage);
+  EXPECT_EQ(stAccumulated.listCounts.front(), 1000U);
+  EXPECT_EQ(stAccumulated.listCounts.back(), 1U);
+  EXPECT_TRUE(std::is_sorted(stAccumulated.listCounts.rbegin(), stAccumulated.listCounts.rend()));
+  EXPECT_EQ(CountOutliers(stImage, 5.5), 1U);
+}
