@@ -7,6 +7,7 @@
 
 #include "platform/event.h"
 
+using ffc::platform::CEvent;
 using ffc::platform::WAIT_RESULT_SIGNALLED;
 using ffc::platform::WAIT_RESULT_TIMEOUT;
 
