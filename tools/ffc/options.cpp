@@ -14,13 +14,15 @@ namespace {
 constexpr uint32_t MAX_THREADS = 256;
 constexpr uint32_t MAX_SHARDS = 1000000;
 
-const char *const DESCRIPTION = "Flat-field correction of recorded frames, exactly as the plug-in does it.\n\n"
-                                "  ffc make --dark darks/ --bright brights/ -o FLAT.ffc\n"
-                                "  ffc apply FLAT.ffc frames/ -o corrected/\n"
-                                "  ffc check FLAT.ffc flats/ --dark darks/ --limit shading=1.0,prnu=0.5\n"
-                                "  ffc inspect FLAT.ffc frames/\n"
-                                "  ffc convert frames/ --to tif -o converted/\n\n"
-                                "Frames are PNG, TIFF (also with many frames) or SER files, or raw ones with --raw.";
+const char *const DESCRIPTION =
+  "Flat-field correction of recorded frames, exactly as the plug-in does it (coefficients with "
+  "make --method average).\n\n"
+  "  ffc make --dark darks/ --bright brights/ -o FLAT.ffc\n"
+  "  ffc apply FLAT.ffc frames/ -o corrected/\n"
+  "  ffc check FLAT.ffc flats/ --dark darks/ --limit shading=1.0,prnu=0.5\n"
+  "  ffc inspect FLAT.ffc frames/\n"
+  "  ffc convert frames/ --to tif -o converted/\n\n"
+  "Frames are PNG, TIFF (also with many frames) or SER files, or raw ones with --raw.";
 
 const char *const EXIT_CODES = "\nExit codes: 0 all done; 1 some files failed, the others are done; 2 usage;\n"
                                "3 frames or coefficients do not fit; 4 not flat enough.";
