@@ -7,6 +7,9 @@
 #include <QCoreApplication>
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr double STRUCTURE_PERCENT = 3.0; ///< of the mean

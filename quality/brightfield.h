@@ -57,7 +57,7 @@ double MeasureStructure(uint32_t nColumns, uint32_t nLines,
                         const std::function<double(uint32_t nColumn, uint32_t nLine)> &fnValue);
 
 /// \param pWatch may be null
-SBrightField MeasureBrightField(const CFrameStack &stBright, const CLightWatch *pWatch, EColorLayout eLayout);
+SBrightField MeasureBrightField(const CFrameStack &stBright, const CLightWatch *pWatch, genapi::EColorLayout eLayout);
 
 struct SBrightRemark {
   bool bUnusable = false; ///< else only worse than it might be

@@ -41,7 +41,7 @@ struct SChannel {
 };
 
 /// One for a monochrome sensor, four for a mosaic.
-std::vector<SChannel> GetChannels(EColorLayout eLayout);
+std::vector<SChannel> GetChannels(genapi::EColorLayout eLayout);
 
 /// Calls fnPixel(nColumn) for every pixel of the plane in one line, left to right.
 template <class TFunction>

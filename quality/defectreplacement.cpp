@@ -5,6 +5,9 @@
 #include <unordered_set>
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr int64_t LARGEST_REACH = 8; ///< pixels of the channel

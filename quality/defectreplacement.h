@@ -11,7 +11,7 @@ namespace ffc::quality {
 class CDefectReplacement {
 public:
   /// \return a failure for a pixel outside, as the end of a sentence about the list
-  Result<> Prepare(const std::vector<SDefect> &listDefects, uint32_t nWidth, uint32_t nHeight, EColorLayout eLayout);
+  Result<> Prepare(const std::vector<SDefect> &listDefects, uint32_t nWidth, uint32_t nHeight, genapi::EColorLayout eLayout);
 
   std::size_t GetCount() const { return m_listPlaces.size(); }
   /// Defects whose surroundings have no good pixel either; they stay as they are.

@@ -8,6 +8,9 @@
 #include <QStringList>
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr uint32_t REACH = 2;           ///< pixels of the channel to each side

@@ -41,7 +41,7 @@ struct SDefect {
 
 /// Stacks of one size, with frames; the noise counts where both keep squares and have at least 4 frames.
 /// \return by line, then column; nothing for stacks that do not match. Throws what the memory does.
-std::vector<SDefect> FindDefects(const CFrameStack &stBright, const CFrameStack &stDark, EColorLayout eLayout,
+std::vector<SDefect> FindDefects(const CFrameStack &stBright, const CFrameStack &stDark, genapi::EColorLayout eLayout,
                                  const SDefectLimits &stLimits);
 
 /// "dark+hot"

@@ -4,6 +4,9 @@
 #include <stdexcept>
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 /// Keeps frames x the sum of squares of one line, however long, within 64 bits.

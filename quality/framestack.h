@@ -25,7 +25,7 @@ public:
   bool Prepare(uint32_t nWidth, uint32_t nHeight, uint32_t nBitDepth);
 
   /// Has each frame filtered as well, as the figures after the high-pass need it. Before the first frame.
-  void AlsoFilter(EColorLayout eLayout, EHighPass eHighPass = EHighPass::Release4);
+  void AlsoFilter(genapi::EColorLayout eLayout, EHighPass eHighPass = EHighPass::Release4);
 
   /// Has the squares of each pixel summed as well, in 8 bytes more per pixel. Before the first frame.
   /// \return false when memory is short

@@ -6,6 +6,9 @@
 #include "quality/noise.h"
 
 namespace ffc::quality {
+
+using genapi::EColorLayout;
+
 namespace {
 
 /// Sums over an image that comes line by line, of distances from a level near its mean.

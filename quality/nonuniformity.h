@@ -46,7 +46,7 @@ struct SNonuniformity {
 /// \param bHighPass after the correction for uneven illumination; only where both stacks were prepared for it
 /// \return one per channel; none where they were not, or where the image is too small for the filter
 std::vector<SNonuniformity> MeasureNonuniformity(const CFrameStack &stBright, const CFrameStack &stDark,
-                                                 EColorLayout eLayout, bool bHighPass);
+                                                 genapi::EColorLayout eLayout, bool bHighPass);
 
 /// Solves the three equations that tie the variances of rows, columns and pixels to those of the averages:
 /// cav = col + pixel / M, rav = row + pixel / N, total = row + col + pixel.

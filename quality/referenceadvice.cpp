@@ -6,6 +6,9 @@
 #include <QCoreApplication>
 
 namespace ffc::quality {
+
+using camera::ECorrectionMode;
+
 namespace {
 
 const double ROUNDING = 1.0 / std::sqrt(12.0); ///< DN

@@ -14,7 +14,7 @@ struct SReferenceFacts {
   uint32_t nBitDepth = 0; ///< of the frames; 0 when not known
   int nFrames = 0;        ///< bright frames that it was made of; 0 when not known
   bool bWeighted = false; ///< instead of averaged
-  ECorrectionMode eMode = ECorrectionMode::None;
+  camera::ECorrectionMode eMode = camera::ECorrectionMode::None;
   uint32_t nBlockSize = 0; ///< side of a block of the camera's coefficients, pixels
 };
 

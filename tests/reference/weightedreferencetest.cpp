@@ -106,6 +106,31 @@ TEST(WeightedReference, EveryNumberOfThreadsGivesTheSame)
   EXPECT_EQ(stOne.stResult.dDetailWeight, stFive.stResult.dDetailWeight);
 }
 
+TEST(WeightedReference, TilesLeaveNoSeamsAndAStructureMayLieAnywhere)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 520;
+  stSensor.nHeight = 280;
+  const auto fnDistance = [](uint32_t nX, uint32_t nY, double dX) { return std::hypot(nX - dX, nY - 130.0); };
+  // Two equal spots, the second one across two tiles.
+  stSensor.fnStructure = [&](uint32_t nX, uint32_t nY) {
+    const double dDistance = std::min(fnDistance(nX, nY, 128), fnDistance(nX, nY, 256));
+    return 1 - 0.08 * std::exp(-dDistance * dDistance / 50);
+  };
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 2);
+  const CSums dark(stSensor, Field(field.size()), 4);
+  const Field signal = MakeReference(stSensor, bright, &dark).GetSignal(stSensor);
+  const double dError = GetError(stSensor, signal, field);
+  const auto fnAtSeam = [](uint32_t nX, uint32_t nY) { return nY > 160 && nY < 250 && nX >= 252 && nX < 260; };
+  EXPECT_NEAR(GetError(stSensor, signal, field, fnAtSeam) / dError, 1, 0.2);
+  const double dWithin =
+    GetError(stSensor, signal, field, [&](uint32_t nX, uint32_t nY) { return fnDistance(nX, nY, 128) < 10; });
+  const double dAcross =
+    GetError(stSensor, signal, field, [&](uint32_t nX, uint32_t nY) { return fnDistance(nX, nY, 256) < 10; });
+  EXPECT_NEAR(dAcross / dWithin, 1, 0.3);
+}
+
 TEST(WeightedReference, SamplesThatStandFurtherLeftGiveTheSame)
 {
   const SSensor stSensor;

@@ -8,6 +8,9 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr uint32_t MAX_FRAMES = 256; ///< of the sums; what comes after them is left out

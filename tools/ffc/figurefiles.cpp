@@ -8,6 +8,9 @@
 #include "tools/ffc/transfer.h"
 
 namespace ffc::tool {
+
+using genapi::EColorLayout;
+
 namespace {
 
 QByteArray Number(double dNumber)

@@ -9,6 +9,6 @@ namespace ffc::tool {
 /// Writes "histograms.csv" and "spectrograms.csv" into a folder, which is made where it is missing: by state (before
 /// or after), figure (DSNU or PRNU) and channel, with and without the high-pass.
 Result<> WriteFigureFiles(const QString &strFolder, const SStacks &stBright, const SStacks &stDark,
-                          EColorLayout eColors);
+                          genapi::EColorLayout eColors);
 
 } // namespace ffc::tool

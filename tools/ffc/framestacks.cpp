@@ -4,6 +4,8 @@
 
 namespace ffc::tool {
 
+using genapi::EColorLayout;
+
 std::optional<STrouble> CStackReader::Read(const std::vector<std::string> &listNames, SStacks &stStacks)
 {
   const Result<QStringList> listFiles = ListFiles(listNames, m_stOptions.raw.has_value());

@@ -26,7 +26,7 @@ public:
   std::optional<STrouble> Read(const std::vector<std::string> &listNames, SStacks &stStacks);
 
   /// Of the frames read last.
-  EColorLayout GetColors() const { return m_eColors; }
+  genapi::EColorLayout GetColors() const { return m_eColors; }
 
 private:
   std::optional<STrouble> ReadFile(const QString &strFile, SStacks &stStacks);
@@ -36,7 +36,7 @@ private:
 
   const SOptions &m_stOptions;
   const CFlat &m_flat;
-  EColorLayout m_eColors = EColorLayout::Mono;
+  genapi::EColorLayout m_eColors = genapi::EColorLayout::Mono;
 };
 
 } // namespace ffc::tool

@@ -10,6 +10,9 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using genapi::EColorLayout;
+
 namespace {
 
 constexpr double SMALLEST_LIMIT = 0.1; ///< percent

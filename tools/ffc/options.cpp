@@ -17,7 +17,8 @@ namespace {
 constexpr uint32_t MAX_THREADS = 256;
 constexpr uint32_t MAX_SHARDS = 1000000;
 
-const char *const DESCRIPTION = "Flat-field correction of recorded frames, exactly as the plug-in does it.\n\n"
+const char *const DESCRIPTION = "Flat-field correction of recorded frames, exactly as the plug-in does it\n"
+                                "(coefficients with make --method average).\n\n"
                                 "  ffc make --dark darks/ --bright brights/ -o FLAT.ffc\n"
                                 "  ffc apply FLAT.ffc frames/ -o corrected/\n"
                                 "  ffc check FLAT.ffc flats/ --dark darks/ --limit shading=1.0,prnu=0.5\n"
