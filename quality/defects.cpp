@@ -18,6 +18,7 @@ constexpr double TO_DEVIATION = 1.4826; ///< from the median absolute deviation 
 constexpr double STUCK_SHARE = 0.1;     ///< of the neighbours' signal
 constexpr double ROUNDING = 1.0 / 12.0; ///< DN^2, the variance that rounding leaves
 constexpr double NOISE_TIMES = 6.0;     ///< robust standard deviations that a deviating signal exceeds in any case
+constexpr std::size_t ENOUGH_SAMPLES = 100000; ///< for a standard deviation
 constexpr uint32_t FRAMES_FOR_NOISE = 4;
 
 constexpr std::array<std::pair<uint32_t, const char *>, 5> KINDS = {{
@@ -52,6 +53,23 @@ public:
   uint32_t GetColumns() const { return m_nColumns; }
   uint32_t GetLines() const { return m_nLines; }
   const std::vector<double> &GetValues() const { return m_listValues; }
+
+  /// Whether the median around a pixel surely lies within a distance of the pixel itself, because most values do.
+  bool IsMedianWithin(uint32_t nColumn, uint32_t nLine, double dDistance) const
+  {
+    if (nColumn < REACH || nLine < REACH || nColumn + REACH >= m_nColumns || nLine + REACH >= m_nLines) {
+      return false;
+    }
+    const double dValue = At(nColumn, nLine);
+    uint32_t nWithin = 0;
+    for (uint32_t nY = nLine - REACH; nY <= nLine + REACH; ++nY) {
+      const double *pValues = m_listValues.data() + std::size_t{nY} * m_nColumns + nColumn - REACH;
+      for (uint32_t nX = 0; nX <= 2 * REACH; ++nX) {
+        nWithin += std::abs(pValues[nX] - dValue) <= dDistance ? 1U : 0U;
+      }
+    }
+    return 2 * nWithin > (2 * REACH + 1) * (2 * REACH + 1);
+  }
 
   /// Of the pixels around one, itself included.
   double GetMedianAround(uint32_t nColumn, uint32_t nLine) const
@@ -100,11 +118,11 @@ CPlaneImage ReadVariances(const CFrameStack &stack, const SChannel &stChannel)
 double GetRobustDeviation(const CPlaneImage &image)
 {
   std::vector<double> listAbsolute;
-  listAbsolute.reserve(image.GetValues().size());
-  for (uint32_t nLine = 0; nLine < image.GetLines(); ++nLine) {
-    for (uint32_t nColumn = 0; nColumn < image.GetColumns(); ++nColumn) {
-      listAbsolute.push_back(std::abs(image.At(nColumn, nLine) - image.GetMedianAround(nColumn, nLine)));
-    }
+  const std::size_t nStep = 1 + image.GetValues().size() / ENOUGH_SAMPLES;
+  for (std::size_t nPixel = 0; nPixel < image.GetValues().size(); nPixel += nStep) {
+    const auto nColumn = static_cast<uint32_t>(nPixel % image.GetColumns());
+    const auto nLine = static_cast<uint32_t>(nPixel / image.GetColumns());
+    listAbsolute.push_back(std::abs(image.At(nColumn, nLine) - image.GetMedianAround(nColumn, nLine)));
   }
   return std::max(std::sqrt(ROUNDING), TO_DEVIATION * TakeMedian(listAbsolute));
 }
@@ -151,13 +169,25 @@ public:
   }
 
 private:
+  /// Without a median, which takes long: whatever the medians are, they are near enough.
+  bool IsSurelyGood(uint32_t nColumn, uint32_t nLine, double dSignal) const
+  {
+    const double dShare = m_stLimits.dBrightPercent / 100.0;
+    return m_listVariances.empty() && dSignal > 0 &&
+           m_signal.IsMedianWithin(nColumn, nLine, dSignal * dShare / (1.0 + dShare)) &&
+           m_dark.IsMedianWithin(nColumn, nLine, m_dDarkLimit);
+  }
+
   SDefect JudgePixel(uint32_t nColumn, uint32_t nLine) const
   {
     SDefect stDefect;
     stDefect.nColumn = m_stChannel.nFirstColumn + nColumn * m_stChannel.nStep;
     stDefect.nLine = m_stChannel.nFirstLine + nLine * m_stChannel.nStep;
-    const double dAround = m_signal.GetMedianAround(nColumn, nLine);
     const double dSignal = m_signal.At(nColumn, nLine);
+    if (IsSurelyGood(nColumn, nLine, dSignal)) {
+      return stDefect;
+    }
+    const double dAround = m_signal.GetMedianAround(nColumn, nLine);
     stDefect.dBrightPercent = dAround > 0 ? 100.0 * (dSignal / dAround - 1.0) : 0.0;
     stDefect.dDarkDn = m_dark.At(nColumn, nLine) - m_dark.GetMedianAround(nColumn, nLine);
     for (std::size_t n = 0; n < m_listVariances.size(); ++n) {

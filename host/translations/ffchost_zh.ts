@@ -463,7 +463,7 @@ Frames received: %3</source>
 <context>
     <name>BrightField</name>
     <message>
-        <source>%1 % of the bright field&apos;s samples are clipped: expose for less.</source>
+        <source>%1 % of the bright field's samples are clipped: expose for less.</source>
         <translation>亮场有 %1 % 的采样被截断：请缩短曝光。</translation>
     </message>
     <message>
@@ -471,7 +471,7 @@ Frames received: %3</source>
         <translation>亮场有结构（%1 % 的块）：图表、对焦的物体或阴影边缘。请对着离焦的均匀表面。</translation>
     </message>
     <message>
-        <source>The light is unsteady: the bright frames&apos; means differ by %1 %. Use steady light, or expose for whole periods of it.</source>
+        <source>The light is unsteady: the bright frames' means differ by %1 %. Use steady light, or expose for whole periods of it.</source>
         <translation>光源不稳定：亮场各帧的均值相差 %1 %。请使用稳定光源，或按光源的整周期曝光。</translation>
     </message>
     <message>
@@ -709,7 +709,7 @@ Frames received: %3</source>
 <context>
     <name>ReferenceAdvice</name>
     <message>
-        <source>The camera evens out blocks of %1 x %1 pixels: one frame is enough, and the pixels&apos; own pattern stays.</source>
+        <source>The camera evens out blocks of %1 x %1 pixels: one frame is enough, and the pixels' own pattern stays.</source>
         <translation>相机按 %1 x %1 像素的块校正：1 帧即可，像素自身的图案保留。</translation>
     </message>
     <message>
