@@ -13,6 +13,7 @@ namespace ffc::host {
 
 using camera::ECorrectionMode;
 using camera::FindSceneControl;
+using camera::ICameraLink;
 using camera::ISceneControl;
 using genapi::EColorLayout;
 

@@ -819,4 +819,15 @@ Frames received: %3</source>
         <translation>丢失帧：%1（%2）</translation>
     </message>
 </context>
+<context>
+    <name>SideFileCheck</name>
+    <message>
+        <source>The file beside the coefficients %1 cannot be used: it %2</source>
+        <translation>系数文件 %1 的附带文件无法使用：%2</translation>
+    </message>
+    <message>
+        <source>The coefficients %1 were made for %2, but the camera delivers %3.</source>
+        <translation>系数文件 %1 适用于 %2，而相机输出 %3。</translation>
+    </message>
+</context>
 </TS>

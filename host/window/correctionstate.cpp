@@ -6,9 +6,6 @@
 
 namespace ffc::host {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
-
 namespace {
 
 using EKind = SCorrectionState::EKind;

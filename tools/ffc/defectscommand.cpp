@@ -9,6 +9,8 @@
 
 namespace ffc::tool {
 
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
 using genapi::EColorLayout;
 
 namespace {

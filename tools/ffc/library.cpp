@@ -15,6 +15,10 @@
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
+
+using camera::FindSensorFormat;
+using camera::SSensorFormat;
+
 namespace {
 
 using FlatList = std::vector<SLibraryFlat>;

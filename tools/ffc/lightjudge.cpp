@@ -1,6 +1,9 @@
 #include "tools/ffc/lightjudge.h"
 
 namespace ffc::tool {
+
+using process::CFrameBuffer;
+
 namespace {
 
 double MeasureClipped(const quality::CLightWatch &watch, const frames::SDepth &stDepth, const frames::SLayout &stLayout)
