@@ -4,11 +4,8 @@
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
 using namespace ffc::test;
-using ffc::genapi::SNodeAccess;
 
 namespace {
-
-constexpr int FRAME_COUNT = 4;
 
 class DeviceColour : public testing::Test {
 protected:
@@ -19,25 +16,6 @@ protected:
 
 } // namespace
 
-TEST_F(DeviceColour, TakesFrameCountFramesAfterThoseOfTheBalance)
-{
-  for (const int nReads : {1, 2, 3, 4, 5}) {
-    m_rig.Camera().SetWhiteBalanceReads(nReads);
-    EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(m_rig.GetFrameCount(), nReads + FRAME_COUNT);
-    EXPECT_EQ(m_rig.Process().WaitImageRequest(), 258U);
-  }
-}
-
-TEST_F(DeviceColour, ABalanceThatNeverEndsIsGivenFiveFramesAndIsNoFailure)
-{
-  m_rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
-  // A sixth frame may have been on its way when the last request was withdrawn.
-  EXPECT_GE(m_rig.GetFrameCount(), 5 + FRAME_COUNT);
-  EXPECT_LE(m_rig.GetFrameCount(), 6 + FRAME_COUNT);
-}
-
 TEST_F(DeviceColour, TheFramesOfTheBalanceAreNotAveraged)
 {
   m_rig.Camera().SetWhiteBalanceReads(3);
@@ -47,30 +25,6 @@ TEST_F(DeviceColour, TheFramesOfTheBalanceAreNotAveraged)
   EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   const std::vector<uint8_t> listBytes = m_rig.Camera().Correction().GetWritten();
   EXPECT_EQ(listBytes[2] + 256 * listBytes[3], 65280 / 100);
-}
-
-TEST_F(DeviceColour, TheFramesOfTheBalanceAreWipedFromTheBuffer)
-{
-  m_rig.Show(
-    [](int nFrame) { return nFrame == 0 ? std::vector<uint8_t>(64 * 64, 250) : std::vector<uint8_t>(64 * 32, 100); });
-  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Process().GetImageMaxGray(), 100.0);
-  EXPECT_EQ(m_rig.Process().GetImageGrayDiff(), 100.0);
-}
-
-TEST_F(DeviceColour, TheCameraBalancesInAdaptiveLightDuringTheAcquisition)
-{
-  std::string strLampHouse;
-  m_rig.Show([&](int nFrame) {
-    if (nFrame == 0) {
-      strLampHouse = m_rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic();
-    }
-    return m_rig.Camera().MakeFrame(120);
-  });
-  m_rig.Camera().Enumeration("AWBLampHouse").Select("Fluorescence");
-  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(strLampHouse, "Adaptive");
-  EXPECT_EQ(m_rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic(), "Fluorescence");
 }
 
 TEST_F(DeviceColour, ModeAndRatiosOfTheUserAreBackAfterwards)
@@ -115,17 +69,6 @@ TEST_F(DeviceColour, AWhiteBalanceFeatureThatIsMissingIsInvalid)
   EXPECT_EQ(process.AcquireBrightImage(), PLUGIN_STATUS_INVALID_PARAM);
 }
 
-TEST_F(DeviceColour, ACameraThatDoesNotTellWhetherItIsBalancedIsGivenFiveFrames)
-{
-  m_rig.SetHook([](const SNodeAccess &stAccess) {
-    if (stAccess.strNode == "BalanceWhiteAuto" && stAccess.eKind == SNodeAccess::EKind::CurrentEntry) {
-      throw GenICam::AccessException("refused", __FILE__, __LINE__);
-    }
-  });
-  EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
-  EXPECT_GE(m_rig.GetFrameCount(), 5 + FRAME_COUNT);
-}
-
 TEST_F(DeviceColour, WithoutFramesTheBalanceEndsAndTheAcquisitionTimesOut)
 {
   m_rig.ShowNothing();
@@ -148,16 +91,6 @@ TEST_F(DeviceColour, AStopDuringTheBalanceStopsAtTheFirstFrame)
   });
   EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_NEED_BAYER_FORMAT);
   EXPECT_EQ(m_rig.GetFrameCount(), 2);
-}
-
-TEST_F(DeviceColour, ADarkFrameNeedsNoBalance)
-{
-  m_rig.SetHook([](const SNodeAccess &stAccess) {
-    EXPECT_EQ(stAccess.strNode.find("Balance"), std::string::npos);
-    EXPECT_NE(stAccess.strNode, "AWBLampHouse");
-  });
-  EXPECT_EQ(m_rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.GetFrameCount(), 1);
 }
 
 TEST_F(DeviceColour, EachColourHasItsOwnGains)

@@ -105,27 +105,6 @@ TEST(DeviceDark, ThatIsUnevenByFiveIsKeptButNotUsed)
   EXPECT_FALSE(IsDarkUsed(MakeUnevenFrame(2, 9 * 1024)));
 }
 
-TEST(DeviceDark, OfABayerCameraIsJudgedColourByColour)
-{
-  // Red 20, blue 15: the colours differ by 5 although all blocks are alike.
-  const auto cells = [](int) {
-    std::vector<uint8_t> listFrame(64 * 64, 17);
-    for (std::size_t y = 0; y < 64; y += 2) {
-      for (std::size_t x = 0; x < 64; x += 2) {
-        listFrame[y * 64 + x] = 20;
-        listFrame[(y + 1) * 64 + x + 1] = 15;
-      }
-    }
-    return listFrame;
-  };
-  CDeviceRig colourRig("BayerRG8");
-  EXPECT_FALSE(IsDarkUsed(colourRig, cells));
-  EXPECT_EQ(colourRig.AcquireDark(17), PLUGIN_STATUS_SUCCESS);
-  EXPECT_TRUE(IsDarkUsed(colourRig, [](int) { return MakeEvenFrame(17, 0); }));
-  CDeviceRig rig("Mono8");
-  EXPECT_TRUE(IsDarkUsed(rig, cells));
-}
-
 TEST(DeviceDark, CountsOnlyAtTheFactorysBlackLevel)
 {
   const float fLimit = 1e-6F; // as a float a little less than a millionth
@@ -146,17 +125,6 @@ TEST(DeviceDark, TellsTheBlackLevelAlsoOfAFrameThatIsTooBright)
   rig.Camera().Float("BlackLevel").Poke(0.5);
   EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
   EXPECT_FALSE(rig.Process().IsBlackLevelDefault());
-}
-
-TEST(DeviceDark, AFailedOneIsNotUsedAndTheBrightOneStays)
-{
-  CDeviceRig rig;
-  EXPECT_TRUE(IsDarkUsed(rig, [](int) { return MakeEvenFrame(10, 0); }));
-  rig.ShowNothing();
-  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
-  EXPECT_FALSE(rig.Process().IsBlackLevelDefault());
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_FALSE(rig.IsDarkInForce());
 }
 
 TEST(DeviceDark, WhatCameBeforeTheTriggerIsWiped)

@@ -24,27 +24,6 @@ void ExpectUnchanged(CHostRig &rig, const std::map<std::string, std::string> &ma
 
 } // namespace
 
-TEST(HostColour, TheFramesOfTheBalanceComeOnTop)
-{
-  CHostRig rig("BayerRG8");
-  for (const int nReads : {1, 2, 3, 4, 5}) {
-    rig.Camera().SetWhiteBalanceReads(nReads);
-    EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(rig.GetFrameCount(), nReads + SETTLING_FRAMES + FRAME_COUNT);
-    EXPECT_EQ(rig.Process().WaitImageRequest(), 258U);
-  }
-}
-
-TEST(HostColour, ABalanceThatNeverEndsIsGivenFiveFramesAndIsNoFailure)
-{
-  CHostRig rig("BayerRG8");
-  rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-  // A sixth frame may have been on its way when the last request was withdrawn.
-  EXPECT_GE(rig.GetFrameCount(), 5 + SETTLING_FRAMES + FRAME_COUNT);
-  EXPECT_LE(rig.GetFrameCount(), 6 + SETTLING_FRAMES + FRAME_COUNT);
-}
-
 TEST(HostColour, TheFramesOfTheBalanceAreNotAveraged)
 {
   CHostRig rig("BayerRG8");
@@ -56,31 +35,6 @@ TEST(HostColour, TheFramesOfTheBalanceAreNotAveraged)
   std::vector<uint8_t> listCorrected;
   EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(73), listCorrected), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Camera().MakeFrame(73), listCorrected);
-}
-
-TEST(HostColour, TheFramesOfTheBalanceAreWipedFromTheBuffer)
-{
-  CHostRig rig("BayerRG8", 64, 64);
-  rig.Show(
-    [](int nFrame) { return nFrame == 0 ? std::vector<uint8_t>(64 * 64, 250) : std::vector<uint8_t>(64 * 32, 100); });
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().GetImageMaxGray(), 100.0);
-  EXPECT_EQ(rig.Process().GetImageGrayDiff(), 100.0);
-}
-
-TEST(HostColour, TheCameraBalancesInAdaptiveLightDuringTheAcquisition)
-{
-  CHostRig rig("BayerRG8");
-  std::string strLampHouse;
-  rig.Show([&](int nFrame) {
-    if (nFrame == 0) {
-      strLampHouse = rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic();
-    }
-    return rig.Camera().MakeFrame(100);
-  });
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(strLampHouse, "Adaptive");
-  EXPECT_EQ(rig.Camera().Enumeration("AWBLampHouse").PeekSymbolic(), "D65");
 }
 
 TEST(HostColour, TheSettingsArePutBackAfterABalanceFromOff)
@@ -186,21 +140,6 @@ TEST(HostColour, AnUnreadableWhiteBalanceFeatureFailsTheAcquisition)
   }
 }
 
-TEST(HostColour, ACameraThatDoesNotTellWhetherItIsBalancedIsGivenFiveFrames)
-{
-  CHostRig rig("BayerRG8");
-  bool bWritten = false;
-  rig.SetHook([&bWritten](const SNodeAccess &stAccess) {
-    const bool bBalance = stAccess.strNode == "BalanceWhiteAuto";
-    if (bBalance && bWritten && stAccess.eKind == SNodeAccess::EKind::CurrentEntry) {
-      Refuse();
-    }
-    bWritten = bWritten || (bBalance && stAccess.eKind == SNodeAccess::EKind::Write);
-  });
-  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-  EXPECT_GE(rig.GetFrameCount(), 5 + SETTLING_FRAMES + FRAME_COUNT);
-}
-
 TEST(HostColour, WithoutFramesTheBalanceEndsAndTheAcquisitionTimesOut)
 {
   CHostRig rig("BayerRG8");
@@ -209,15 +148,4 @@ TEST(HostColour, WithoutFramesTheBalanceEndsAndTheAcquisitionTimesOut)
   rig.Camera().SetWhiteBalanceReads(-1);
   EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
   ExpectUnchanged(rig, mapBefore);
-}
-
-TEST(HostColour, ADarkFrameNeedsNoBalance)
-{
-  CHostRig rig("BayerRG8");
-  rig.SetHook([](const SNodeAccess &stAccess) {
-    EXPECT_EQ(stAccess.strNode.find("Balance"), std::string::npos);
-    EXPECT_NE(stAccess.strNode, "AWBLampHouse");
-  });
-  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.GetFrameCount(), 1);
 }

@@ -92,35 +92,6 @@ TEST(HostDark, ThatIsUnevenByFiveIsKeptButNotUsed)
   EXPECT_TRUE(IsDarkUsed(rig, MakeUneven(4, 0)));
 }
 
-TEST(HostDark, OfABayerCameraIsJudgedColourByColour)
-{
-  // Red 20, blue 15: the colours differ by 5 although all blocks are alike.
-  const auto cells = [](int) {
-    std::vector<uint8_t> listFrame(64 * 64, 17);
-    for (std::size_t y = 0; y < 64; y += 2) {
-      for (std::size_t x = 0; x < 64; x += 2) {
-        listFrame[y * 64 + x] = 20;
-        listFrame[(y + 1) * 64 + x + 1] = 15;
-      }
-    }
-    return listFrame;
-  };
-  CHostRig colourRig("BayerRG8", 64, 64);
-  EXPECT_FALSE(IsDarkUsed(colourRig, cells));
-  CHostRig rig("Mono8", 64, 64);
-  EXPECT_TRUE(IsDarkUsed(rig, cells));
-}
-
-TEST(HostDark, AFailedOneIsNotUsedAndTheBrightOneStays)
-{
-  CHostRig rig;
-  EXPECT_TRUE(IsDarkUsed(rig, 10));
-  rig.ShowNothing();
-  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.GetTableBytesPerPixel(), 2U);
-}
-
 TEST(HostDark, AFailedOneDoesNotBringBackWhatAnEarlierOneSaved)
 {
   CHostRig rig;

@@ -6,11 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "pluginobject/statuscode.h"
-#include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/framehammer.h"
-#include "tests/pluginobject/shadingcorrection/process/hostrig.h"
-#include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
+#include "tests/pluginobject/shadingcorrection/process/processkinds.h"
 
 using namespace ffc::test;
 using ffc::genapi::CSoftwareEnumeration;
@@ -18,31 +15,8 @@ using ffc::genapi::SNodeAccess;
 
 namespace {
 
-constexpr uint32_t NOT_REQUESTED = 258;
 constexpr uint32_t DARK_GRAY = 10;
 constexpr uint32_t BRIGHT_GRAY = 120;
-
-// The processes.
-struct SHost {
-  using Rig = CHostRig;
-  static constexpr const char *NAME = "Host";
-  static constexpr const char *CLASS = "CShadingCorrectionPro_PC";
-  static constexpr bool BLACK_LEVEL_DEFAULT = true;
-};
-
-struct SDevice {
-  using Rig = CDeviceRig;
-  static constexpr const char *NAME = "Device";
-  static constexpr const char *CLASS = "CShadingCorrectionPro_Dev";
-  static constexpr bool BLACK_LEVEL_DEFAULT = false;
-};
-
-struct SVignetting {
-  using Rig = CVignettingRig;
-  static constexpr const char *NAME = "Vignetting";
-  static constexpr const char *CLASS = "CVignettingCorrectionPro_Dev";
-  static constexpr bool BLACK_LEVEL_DEFAULT = true;
-};
 
 // Their acquisitions.
 template <class TKind>
@@ -61,14 +35,6 @@ struct SBright {
   static int32_t Acquire(CProcessRig &rig) { return rig.Process().AcquireBrightImage(); }
 };
 
-struct SKindName {
-  template <class TKind>
-  static std::string GetName(int)
-  {
-    return TKind::NAME;
-  }
-};
-
 struct SAcquisitionName {
   template <class TAcquisition>
   static std::string GetName(int)
@@ -76,11 +42,6 @@ struct SAcquisitionName {
     return TAcquisition::GetName();
   }
 };
-
-void SetFrameCount(CProcessRig &rig, int nCount)
-{
-  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_" + std::to_string(nCount)), PLUGIN_STATUS_SUCCESS);
-}
 
 // Makes the payload a number of its own, whatever the geometry.
 void FixPayload(CProcessRig &rig, int64_t nPayloadSize)
