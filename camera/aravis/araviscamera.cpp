@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "camera/aravis/frameunpacker.h"
+#include "camera/aravis/releasethread.h"
 #include "genapi/pfnc.h"
 
 namespace ffc::camera {
@@ -71,6 +72,9 @@ CAravisCamera::~CAravisCamera()
 {
   Stop();
   g_signal_handler_disconnect(m_pDevice.get(), m_nControlHandler);
+  if (m_pLink->IsLost()) {
+    ReleaseElsewhere(CObjectPointer<GObject>(G_OBJECT(m_pDevice.release())));
+  }
 }
 
 /// The signal comes on a thread of the library's, perhaps while this object goes: it holds the link only.
@@ -103,6 +107,8 @@ Result<> CAravisCamera::Start()
     result = Begin();
   } catch (const GenICam::GenericException &exception) {
     result = Failure(exception.GetDescription());
+  } catch (const std::bad_alloc &) {
+    result = Failure("There is not enough memory for the camera's frames.");
   }
   if (!result) {
     End();

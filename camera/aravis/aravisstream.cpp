@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+#include "camera/aravis/releasethread.h"
+
 namespace ffc::camera {
 
 namespace {
@@ -47,14 +49,15 @@ Result<> CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
   if (IsRunning()) {
     return {};
   }
-  m_bStop = false;
-  m_bNews = false;
+  m_pNews = std::make_shared<SNews>();
   m_numbers.BeginStream();
   m_stLosses = {};
   m_nSkipped = 0;
   m_pLink->BeginStream();
   CErrorSlot error;
-  m_pStream.reset(arv_device_create_stream(pDevice, OnStreamEvent, this, error.Out()));
+  m_pStream.reset(arv_device_create_stream_full(
+    pDevice, OnStreamEvent, new std::shared_ptr<SNews>(m_pNews),
+    [](void *pNews) { delete static_cast<std::shared_ptr<SNews> *>(pNews); }, error.Out()));
   if (m_pStream == nullptr) {
     return Failure(std::string("The camera's stream cannot be opened: ") + error.GetMessage());
   }
@@ -94,26 +97,29 @@ void CAravisStream::Stop()
     return;
   }
   {
-    const std::lock_guard lock(m_mutex);
-    m_bStop = true;
+    const std::lock_guard lock(m_pNews->mutex);
+    m_pNews->bStop = true;
   }
-  m_condition.notify_one();
+  m_pNews->condition.notify_one();
   m_thread.join();
   m_listWaiting.clear();
+  if (m_pLink->IsLost()) {
+    ReleaseElsewhere(CObjectPointer<GObject>(G_OBJECT(m_pStream.release())));
+  }
   m_pStream.reset(); // ends the receiving thread
 }
 
-void CAravisStream::OnStreamEvent(void *pThis, ArvStreamCallbackType eType, ArvBuffer *)
+void CAravisStream::OnStreamEvent(void *pData, ArvStreamCallbackType eType, ArvBuffer *)
 {
   if (eType != ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE) {
     return;
   }
-  auto *pStream = static_cast<CAravisStream *>(pThis);
+  SNews &stNews = **static_cast<std::shared_ptr<SNews> *>(pData);
   {
-    const std::lock_guard lock(pStream->m_mutex);
-    pStream->m_bNews = true;
+    const std::lock_guard lock(stNews.mutex);
+    stNews.bNews = true;
   }
-  pStream->m_condition.notify_one();
+  stNews.condition.notify_one();
 }
 
 void CAravisStream::Run()
@@ -126,10 +132,10 @@ void CAravisStream::Run()
 
 bool CAravisStream::WaitForFrames()
 {
-  std::unique_lock lock(m_mutex);
-  m_condition.wait(lock, [this] { return m_bStop || m_bNews; });
-  m_bNews = false;
-  return !m_bStop;
+  std::unique_lock lock(m_pNews->mutex);
+  m_pNews->condition.wait(lock, [this] { return m_pNews->bStop || m_pNews->bNews; });
+  m_pNews->bNews = false;
+  return !m_pNews->bStop;
 }
 
 /// Moves what the receiving thread has filled to the waiting ones and drops the oldest of those that are too many.
@@ -177,8 +183,8 @@ void CAravisStream::DeliverFrames()
 {
   while (!m_listWaiting.empty()) {
     {
-      const std::lock_guard lock(m_mutex);
-      if (m_bStop) {
+      const std::lock_guard lock(m_pNews->mutex);
+      if (m_pNews->bStop) {
         return;
       }
     }

@@ -52,12 +52,20 @@ public:
 private:
   using Buffer = CObjectPointer<ArvBuffer>;
 
+  /// What the receiving thread tells; a lost camera's may outlive the stream.
+  struct SNews {
+    std::mutex mutex; ///< guards what follows
+    std::condition_variable condition;
+    bool bStop = false;
+    bool bNews = false;
+  };
+
   struct SWaiting {
     Buffer pBuffer;
     uint64_t nNumber;
   };
 
-  static void OnStreamEvent(void *pThis, ArvStreamCallbackType eType, ArvBuffer *pBuffer);
+  static void OnStreamEvent(void *pData, ArvStreamCallbackType eType, ArvBuffer *pBuffer);
   Result<> PushBuffers(std::size_t nPayload);
   void Run();
   bool WaitForFrames();
@@ -77,11 +85,7 @@ private:
   CFrameNumbers m_numbers;
   SFrameLosses m_stLosses; ///< of this stream
   uint64_t m_nSkipped = 0; ///< gaps in this stream's numbers
-
-  std::mutex m_mutex; ///< guards what follows
-  std::condition_variable m_condition;
-  bool m_bStop = false;
-  bool m_bNews = false;
+  std::shared_ptr<SNews> m_pNews;
 };
 
 } // namespace ffc::camera

@@ -99,7 +99,7 @@ void CFeatureOverlay::Use(const char *pFeature, const SCandidate &stCandidate)
   if (bAsItIs) {
     return;
   }
-  m_listOwn.push_back(std::make_unique<CFloatAlias>(m_map, pFeature, stSource));
+  m_listOwn.push_back(std::make_unique<CFloatAlias>(m_map.GetMutex(), pFeature, stSource));
   Replace(pFeature, m_listOwn.back().get());
   const bool bOtherKind = stSource.pInteger != nullptr && stCandidate.strText == pFeature;
   Note(EKind::Aliased, pFeature, stCandidate.strText + (bOtherKind ? " as an integer" : ""));

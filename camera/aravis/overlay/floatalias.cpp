@@ -8,8 +8,8 @@
 
 namespace ffc::camera {
 
-CFloatAlias::CFloatAlias(const CAravisNodeMap &map, std::string strName, const SFloatSource &stSource)
-  : m_map(map), m_stSource(stSource), m_guard(std::move(strName), map.GetMutex())
+CFloatAlias::CFloatAlias(std::recursive_mutex &mutex, std::string strName, const SFloatSource &stSource)
+  : m_stSource(stSource), m_guard(std::move(strName), mutex)
 {
 }
 

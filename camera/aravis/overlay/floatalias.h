@@ -2,11 +2,12 @@
 /// A float feature that stands for another feature of the camera.
 #pragma once
 
+#include <mutex>
 #include <string>
 
 #include <GenApi/GenApi.h>
 
-#include "camera/aravis/nodemap/aravisnodemap.h"
+#include "genapi/softwarenodemap/nodeguard.h"
 
 namespace ffc::camera {
 
@@ -22,8 +23,8 @@ struct SFloatSource {
 /// Access mode, range and exceptions are the source's.
 class CFloatAlias final : public GenApi::INode, public GenApi::IFloat {
 public:
-  /// \param map of the source's nodes, outlives this
-  CFloatAlias(const CAravisNodeMap &map, std::string strName, const SFloatSource &stSource);
+  /// \param mutex the lock of the source's map, which outlives this
+  CFloatAlias(std::recursive_mutex &mutex, std::string strName, const SFloatSource &stSource);
 
   GenICam::gcstring GetName(bool = false) const override { return m_guard.GetName().c_str(); }
   GenApi::INode *GetNode() override { return this; }
@@ -42,7 +43,6 @@ private:
   double AskFactor() const;
   void SetInteger(double dValue, bool bVerify);
 
-  const CAravisNodeMap &m_map;
   SFloatSource m_stSource;
   genapi::CNodeGuard m_guard; ///< for its name and its exceptions
 };

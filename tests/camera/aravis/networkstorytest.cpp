@@ -120,8 +120,16 @@ TEST_F(NetworkStory, TheStockCameraOfTheLibrarysToolsIsCorrected)
   EXPECT_THAT(stReport.listNotes.join('\n').toStdString(),
               testing::AllOf(testing::HasSubstr("ExposureTime is the camera's ExposureTimeAbs."),
                              testing::HasSubstr("Gain is the camera's GainRaw in raw steps.")));
-  QFile file(m_dir.filePath("report.json"));
-  EXPECT_TRUE(file.exists());
+  EXPECT_TRUE(QFile::exists(m_dir.filePath("report.json")));
+}
+
+TEST_F(NetworkStory, TheListOfCamerasSaysWhatIsSpecialWhenItIsToSay)
+{
+  const CGigeCameraProcess process({});
+  EXPECT_THAT(DescribeRealCameras(false), testing::HasSubstr("(" + process.GetSerial() + ")\n"));
+  EXPECT_THAT(DescribeRealCameras(true),
+              testing::HasSubstr("(" + process.GetSerial() +
+                                 ")\n\tAll features that the plug-in needs are as the standard has them.\n"));
 }
 
 TEST_F(NetworkStory, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoesOnWhenItIsBack)

@@ -268,11 +268,13 @@ TEST_F(RealCameras, ACameraThatGoesIsToldWithoutBeingAskedAndIsOpenedAgainWhenIt
     EXPECT_TRUE(pCamera->GetLink()->IsLost());
     EXPECT_THROW(Device<GenApi::IInteger>(*pCamera, "Width").GetValue(), GenICam::RuntimeException);
     EXPECT_EQ(Device<GenApi::IInteger>(*pCamera, "Width").GetAccessMode(), GenApi::NA);
+    const auto tStop = std::chrono::steady_clock::now();
     pCamera->Stop();
     EXPECT_FALSE(pCamera->IsStreaming());
     EXPECT_EQ(pCamera->Start().GetError(), "The camera does not answer any more.");
     EXPECT_FALSE(pCamera->IsStreaming());
     pCamera.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - tStop, std::chrono::seconds(1)) << "what is gone is not waited for";
   }
   EXPECT_EQ(nTold, 1);
   process.Restart();
