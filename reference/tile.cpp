@@ -7,6 +7,9 @@ namespace {
 
 constexpr std::size_t LARGEST_SIDE = TILE_SIDE + 2 * TILE_HALO;
 constexpr std::size_t IMAGES = FINE_SCALES + 3;
+/// A pixel that stands out alone has little weight in the mean around it; what its own square has beyond this counts
+/// where it is more. Noise has as much in one pixel of 2000.
+constexpr float LONE = 12;
 
 } // namespace
 
@@ -69,7 +72,10 @@ void CTile::ComputeEnergy(uint32_t nScale, double dGain, const SFieldNoise &stNo
   const float fPerLevel = stNoise.fPerLevel;
   for (std::size_t n = 0; n < fine.GetCount(); ++n) {
     const float fLevel = wide.pValues[n] > 0 ? wide.pValues[n] : 0.0F;
-    m_energy.pValues[n] /= fGain * (fConstant + fPerLevel * fLevel);
+    const float fNoise = fGain * (fConstant + fPerLevel * fLevel);
+    const float fAround = m_energy.pValues[n] / fNoise;
+    const float fAlone = m_squares.pValues[n] / fNoise - LONE;
+    m_energy.pValues[n] = fAlone > fAround ? fAlone : fAround;
   }
 }
 

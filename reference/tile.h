@@ -51,7 +51,8 @@ public:
   /// A line of the tile after so many smoothings; line 0 is the tile's first.
   const float *GetSmooth(uint32_t nSmoothings, uint32_t nLine) const { return GetInner(m_aSmooth[nSmoothings], nLine); }
 
-  /// Mean squares of the detail of a scale around each sample, in units of the noise.
+  /// Mean squares of the detail of a scale around each sample, in units of the noise; more for a sample that stands out
+  /// alone.
   /// \param dGain of the scale
   void ComputeEnergy(uint32_t nScale, double dGain, const SFieldNoise &stNoise);
   const float *GetEnergy(uint32_t nLine) const { return GetInner(m_energy, nLine); }

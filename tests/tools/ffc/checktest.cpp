@@ -87,7 +87,7 @@ TEST_F(Check, TheHighPassIsTheOneAskedFor)
 
 TEST_F(Check, AMissedLimitIsAVerdict)
 {
-  const SToolResult stResult = Run(m_recording.Path("flat.ffc"), {"--limit", "shading=0.0001", "--json"});
+  const SToolResult stResult = Run(m_recording.Path("flat.ffc"), {"--limit", "shading=0", "--json"});
   EXPECT_EQ(stResult.nExitCode, 4);
   EXPECT_EQ(stResult.GetObjects().back()["exitCode"].toInt(), 4);
   EXPECT_TRUE(stResult.byteErrors.contains("above the limit")) << stResult.byteErrors.constData();
