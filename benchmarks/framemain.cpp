@@ -15,6 +15,7 @@
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/shadingcorrectionpro_pc.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using ffc::process::CFrameBuffer;
 
 namespace {

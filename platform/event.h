@@ -38,7 +38,3 @@ private:
 };
 
 } // namespace ffc::platform
-
-// Until those who use them name the room.
-using ffc::platform::WAIT_RESULT_SIGNALLED;
-using ffc::platform::WAIT_RESULT_TIMEOUT;

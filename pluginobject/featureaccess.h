@@ -68,6 +68,3 @@ private:
 };
 
 } // namespace ffc::pluginobject
-
-// Until those who use them name the room.
-using ffc::pluginobject::CFeatureAccess;

@@ -121,6 +121,3 @@ namespace ffc::pluginobject {
 PLUGIN_MSG MakePluginMsg(EPluginMsgCode eCode);
 
 } // namespace ffc::pluginobject
-
-// Until those who use them name the room.
-using ffc::pluginobject::MakePluginMsg;

@@ -10,6 +10,7 @@ using camera::ICamera;
 using camera::SCameraFrame;
 using genapi::CObservedNodeMap;
 using genapi::SNodeAccess;
+using pluginobject::MakePluginMsg;
 
 namespace {
 

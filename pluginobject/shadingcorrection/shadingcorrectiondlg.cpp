@@ -11,6 +11,10 @@
 #include "pluginobject/statuscode.h"
 #include "ui_shadingcorrectiondlg.h"
 
+using ffc::process::CreateShadingCorrectionProcess;
+using ffc::process::EProcessKind;
+using ffc::process::FnCreateProcess;
+
 namespace {
 
 constexpr int TITLE_POINT_SIZE = 8;

@@ -41,7 +41,7 @@ public:
   ~CShadingCorrectionDlg() override;
 
   /// Replaces the maker of the correction process. Before InitDialog.
-  void SetProcessFactory(FnCreateProcess fnCreateProcess);
+  void SetProcessFactory(ffc::process::FnCreateProcess fnCreateProcess);
   /// Builds the title bar, chooses and initialises the process, loads and connects the controls.
   [[nodiscard]] int32_t InitDialog();
   /// Ends the process's service. An acquisition that it is in the middle of puts the camera's settings back first.
@@ -97,7 +97,7 @@ private:
   void __LoadStyleSheet();
   void __LoadWindowIcon();
   void __CreateTitleBar();
-  [[nodiscard]] int32_t __ChooseProcess(EProcessKind &eKind, bool &bInert);
+  [[nodiscard]] int32_t __ChooseProcess(ffc::process::EProcessKind &eKind, bool &bInert);
   [[nodiscard]] int32_t __CreateProcess();
   void __DisableEverything();
   void __LoadControls();
@@ -140,7 +140,7 @@ private:
   ffc::pluginobject::CFeatureAccess m_outputFeatures;
   ffc::pluginobject::CFeatureAccess m_streamFeatures;
   ffc::pluginobject::CFeatureAccess m_deviceFeatures;
-  FnCreateProcess m_fnCreateProcess;
+  ffc::process::FnCreateProcess m_fnCreateProcess;
   const std::shared_ptr<ffc::dialog::CLiveFrames> m_pLiveFrames;
   // Shared with the slots that are on the stack. Destroyed before the features that it uses.
   std::shared_ptr<IShadingCorrectionProcess> m_pProcess;

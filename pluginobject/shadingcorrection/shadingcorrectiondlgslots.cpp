@@ -32,6 +32,8 @@ constexpr Qt::GlobalColor WARNING_COLOUR = Qt::red;
 
 // Limits on an 8-bit scale.
 constexpr double DARK_MAX_GRAY = 20.0;
+// The user is asked above 5.0 and not at it. The process has a limit of its own, below which a dark frame is good: they
+// differ on purpose at 5.0 itself.
 constexpr double DARK_MAX_DIFF = 5.0;
 constexpr double BRIGHT_MIN_GRAY = 20.0;
 constexpr double BRIGHT_MAX_GRAY = 250.0;

@@ -101,7 +101,8 @@ class CDeviceFileRun {
 public:
   CDeviceFileRun(CFuzzInput &input, CLyingCamera &camera, bool bExchanged)
     : m_input(input), m_camera(camera), m_bExchanged(bExchanged), m_nSize(Prepare(input, camera)),
-      m_process(CFeatureAccess(&camera.Get().Device())), m_chooser(ffc::test::InstallChooser(m_process))
+      m_process(ffc::pluginobject::CFeatureAccess(&camera.Get().Device())),
+      m_chooser(ffc::test::InstallChooser(m_process))
   {
     // One that fails leaves a process that loads nothing.
     (void)m_process.InitProcess();

@@ -12,9 +12,10 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/modalanswer.h"
 
-using namespace ffc::test;
 using ffc::genapi::CSoftwareNodeMap;
+using ffc::pluginobject::CFeatureAccess;
 using ffc::process::EProcessKind;
+using namespace ffc::test;
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/testcamera.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::test;
 
 namespace {

@@ -36,7 +36,7 @@ public:
 
   int32_t InitDialogProcess() override
   {
-    FindDialog()->SetProcessFactory([this](EProcessKind, const ffc::pluginobject::CFeatureAccess &,
+    FindDialog()->SetProcessFactory([this](ffc::process::EProcessKind, const ffc::pluginobject::CFeatureAccess &,
                                            const ffc::pluginobject::CFeatureAccess &,
                                            std::unique_ptr<IShadingCorrectionProcess> &pProcess) {
       pProcess = std::make_unique<CScriptedProcess>(m_stScript);

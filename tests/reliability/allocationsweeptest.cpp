@@ -13,6 +13,7 @@
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
+using ffc::pluginobject::MakePluginMsg;
 using namespace ffc::test;
 
 namespace {

@@ -25,8 +25,9 @@
 
 #include "tests/reliability/modulerig.h"
 
-using namespace ffc::test;
 using ffc::genapi::CSoftwareInteger;
+using ffc::pluginobject::MakePluginMsg;
+using namespace ffc::test;
 
 namespace {
 

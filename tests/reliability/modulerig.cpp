@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+using ffc::pluginobject::MakePluginMsg;
 using namespace ffc::test;
 
 namespace {

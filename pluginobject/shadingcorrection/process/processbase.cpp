@@ -2,6 +2,9 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+using pluginobject::MakePluginMsg;
+
 CProcessBase::CProcessBase(const CFeatureAccess &deviceFeatures, bool bBlackLevelDefault)
   : m_deviceFeatures(deviceFeatures), m_bBlackLevelDefault(bBlackLevelDefault),
     m_pFileChooser(std::make_unique<CFileDialogChooser>())

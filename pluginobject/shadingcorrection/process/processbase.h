@@ -40,13 +40,13 @@ public:
   void SetFileChooser(std::unique_ptr<IFileChooser> pFileChooser) { m_pFileChooser = std::move(pFileChooser); }
 
 protected:
-  CProcessBase(const CFeatureAccess &deviceFeatures, bool bBlackLevelDefault);
+  CProcessBase(const pluginobject::CFeatureAccess &deviceFeatures, bool bBlackLevelDefault);
 
   /// Ask the host.
   void StartStream();
   void StopStream();
 
-  CFeatureAccess m_deviceFeatures;
+  pluginobject::CFeatureAccess m_deviceFeatures;
   std::atomic<bool> m_bColor{false};
   bool m_bBlackLevelDefault;
   SFrameFormat m_stFormat;  ///< of the frames of the last acquisition

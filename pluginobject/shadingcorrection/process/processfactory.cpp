@@ -9,6 +9,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
                                        const CFeatureAccess &streamFeatures,
                                        std::unique_ptr<IShadingCorrectionProcess> &pProcess)

@@ -18,18 +18,14 @@ enum class EProcessKind {
 };
 
 /// Makes a process. \return 0; -2 when there is no memory
-using FnCreateProcess =
-  std::function<int32_t(EProcessKind eKind, const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures,
-                        std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;
+using FnCreateProcess = std::function<int32_t(EProcessKind eKind, const pluginobject::CFeatureAccess &deviceFeatures,
+                                              const pluginobject::CFeatureAccess &streamFeatures,
+                                              std::unique_ptr<IShadingCorrectionProcess> &pProcess)>;
 
 /// The factory of the product.
-[[nodiscard]] int32_t CreateShadingCorrectionProcess(EProcessKind eKind, const CFeatureAccess &deviceFeatures,
-                                                     const CFeatureAccess &streamFeatures,
+[[nodiscard]] int32_t CreateShadingCorrectionProcess(EProcessKind eKind,
+                                                     const pluginobject::CFeatureAccess &deviceFeatures,
+                                                     const pluginobject::CFeatureAccess &streamFeatures,
                                                      std::unique_ptr<IShadingCorrectionProcess> &pProcess);
 
 } // namespace ffc::process
-
-// Until those who use them name the room.
-using ffc::process::CreateShadingCorrectionProcess;
-using ffc::process::EProcessKind;
-using ffc::process::FnCreateProcess;

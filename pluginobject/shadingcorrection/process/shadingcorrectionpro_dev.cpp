@@ -13,6 +13,7 @@
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 
 namespace {

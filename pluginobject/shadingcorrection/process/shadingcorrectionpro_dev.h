@@ -24,7 +24,7 @@ class CShadingCorrectionPro_Dev : public ffc::process::CProcessBase {
   Q_OBJECT
 
 public:
-  explicit CShadingCorrectionPro_Dev(const CFeatureAccess &deviceFeatures);
+  explicit CShadingCorrectionPro_Dev(const ffc::pluginobject::CFeatureAccess &deviceFeatures);
   ~CShadingCorrectionPro_Dev() override;
 
   int32_t InitProcess() override;

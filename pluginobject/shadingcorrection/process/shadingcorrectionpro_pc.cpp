@@ -10,6 +10,7 @@
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 
 namespace {

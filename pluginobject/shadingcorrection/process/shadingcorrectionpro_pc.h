@@ -26,7 +26,8 @@ class CShadingCorrectionPro_PC : public ffc::process::CProcessBase {
   Q_OBJECT
 
 public:
-  CShadingCorrectionPro_PC(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
+  CShadingCorrectionPro_PC(const ffc::pluginobject::CFeatureAccess &deviceFeatures,
+                           const ffc::pluginobject::CFeatureAccess &streamFeatures);
   ~CShadingCorrectionPro_PC() override;
 
   int32_t InitProcess() override;
@@ -61,7 +62,7 @@ private:
   float m_fGain = 0.0F;
   float m_fExposureTime = 0.0F;
   std::string m_strPixelColorFilter;
-  CFeatureAccess m_streamFeatures;
+  ffc::pluginobject::CFeatureAccess m_streamFeatures;
   ffc::process::CFrameBuffer m_darkFrame;
   ffc::process::CHostCoefficients m_coefficients;
   ffc::process::CWhiteBalance m_whiteBalance;

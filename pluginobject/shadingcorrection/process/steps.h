@@ -43,38 +43,38 @@ namespace ffc::process {
 ///       .Status();
 ///
 /// A step that runs out of memory has failed with -2; other exceptions pass. Each access has the statuses of
-/// CFeatureAccess. On one thread.
+/// pluginobject::CFeatureAccess. On one thread.
 class CSteps {
 public:
   /// \param features outlive this object
-  explicit CSteps(const CFeatureAccess &features) : m_features(features) {}
+  explicit CSteps(const pluginobject::CFeatureAccess &features) : m_features(features) {}
 
   // Reading; the value is written on success only. A string is the current entry of an enumeration.
   CSteps &Get(const char *pName, int64_t &nValue)
   {
-    return Then(&CFeatureAccess::GetIntFeature, m_features, pName, nValue);
+    return Then(&pluginobject::CFeatureAccess::GetIntFeature, m_features, pName, nValue);
   }
   CSteps &Get(const char *pName, float &fValue)
   {
-    return Then(&CFeatureAccess::GetFloatFeature, m_features, pName, fValue);
+    return Then(&pluginobject::CFeatureAccess::GetFloatFeature, m_features, pName, fValue);
   }
   CSteps &Get(const char *pName, std::string &strEntry)
   {
-    return Then(&CFeatureAccess::GetEnumFeature, m_features, pName, strEntry);
+    return Then(&pluginobject::CFeatureAccess::GetEnumFeature, m_features, pName, strEntry);
   }
   CSteps &GetEntries(const char *pName, std::vector<std::string> &listEntries)
   {
-    return Then(&CFeatureAccess::GetEnumEntries, m_features, pName, listEntries);
+    return Then(&pluginobject::CFeatureAccess::GetEnumEntries, m_features, pName, listEntries);
   }
 
   // Writing. A string is an entry of an enumeration.
   CSteps &Set(const char *pName, int64_t nValue)
   {
-    return Then(&CFeatureAccess::SetIntFeature, m_features, pName, nValue);
+    return Then(&pluginobject::CFeatureAccess::SetIntFeature, m_features, pName, nValue);
   }
   CSteps &Set(const char *pName, float fValue)
   {
-    return Then(&CFeatureAccess::SetFloatFeature, m_features, pName, fValue);
+    return Then(&pluginobject::CFeatureAccess::SetFloatFeature, m_features, pName, fValue);
   }
   CSteps &Set(const char *pName, std::string_view strEntry)
   {
@@ -82,7 +82,7 @@ public:
     return Then([&] { return m_features.SetEnumFeature(pName, std::string(strEntry)); });
   }
 
-  CSteps &Execute(const char *pName) { return Then(&CFeatureAccess::ExecuteCommand, m_features, pName); }
+  CSteps &Execute(const char *pName) { return Then(&pluginobject::CFeatureAccess::ExecuteCommand, m_features, pName); }
 
   /// A setting that is saved and written as one, such as those in camerastate/savedsettings.h.
   template <class TSetting>
@@ -122,7 +122,7 @@ public:
   [[nodiscard]] int32_t Status() const { return m_nStatus; }
 
 private:
-  const CFeatureAccess &m_features;
+  const pluginobject::CFeatureAccess &m_features;
   int32_t m_nStatus = PLUGIN_STATUS_SUCCESS;
 };
 

@@ -25,7 +25,7 @@ class CVignettingCorrectionPro_Dev : public ffc::process::CProcessBase {
   Q_OBJECT
 
 public:
-  explicit CVignettingCorrectionPro_Dev(const CFeatureAccess &deviceFeatures);
+  explicit CVignettingCorrectionPro_Dev(const ffc::pluginobject::CFeatureAccess &deviceFeatures);
   ~CVignettingCorrectionPro_Dev() override;
 
   int32_t InitProcess() override;

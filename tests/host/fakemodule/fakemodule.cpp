@@ -7,6 +7,8 @@
 #include "camera/icamera.h"
 #include "tests/host/fakeplugin.h"
 
+using ffc::pluginobject::MakePluginMsg;
+
 namespace {
 
 /// In the application, so that it outlives the module.

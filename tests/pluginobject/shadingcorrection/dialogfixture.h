@@ -39,7 +39,7 @@ public:
     stParam.pStreamNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Stream());
     stParam.pDeviceNodeMap = static_cast<GenApi::INodeMap *>(&m_camera.Device());
     m_pDialog = std::make_unique<CShadingCorrectionDlg>(nullptr, stParam);
-    m_pDialog->SetProcessFactory([this](EProcessKind eKind, const ffc::pluginobject::CFeatureAccess &,
+    m_pDialog->SetProcessFactory([this](ffc::process::EProcessKind eKind, const ffc::pluginobject::CFeatureAccess &,
                                         const ffc::pluginobject::CFeatureAccess &,
                                         std::unique_ptr<IShadingCorrectionProcess> &pProcess) {
       m_eKind = eKind;
@@ -104,7 +104,7 @@ public:
   ffc::test::CTestCamera m_camera;
   SProcessScript m_stScript;
   int32_t m_nFactoryStatus = PLUGIN_STATUS_SUCCESS;
-  EProcessKind m_eKind = EProcessKind::DeviceVignetting;
+  ffc::process::EProcessKind m_eKind = ffc::process::EProcessKind::DeviceVignetting;
   IShadingCorrectionProcess *m_pMade = nullptr; // the dialog's
   std::unique_ptr<CShadingCorrectionDlg> m_pDialog;
 };

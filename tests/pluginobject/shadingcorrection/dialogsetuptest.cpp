@@ -13,6 +13,7 @@
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
 using ffc::pluginobject::MakePluginMsg;
+using ffc::process::EProcessKind;
 
 using DialogSetup = CDialogTest;
 

@@ -10,6 +10,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 namespace {
 
 int32_t ReadFrameFormat(const CFeatureAccess &features, SFrameFormat &stFormat)

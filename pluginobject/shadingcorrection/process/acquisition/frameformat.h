@@ -40,21 +40,21 @@ struct SFrameFormat {
 };
 
 /// One reading step each, for CSteps.
-[[nodiscard]] int32_t ReadPayloadSize(const CFeatureAccess &features, SFrameFormat &stFormat);
-[[nodiscard]] int32_t ReadWidth(const CFeatureAccess &features, SFrameFormat &stFormat);
-[[nodiscard]] int32_t ReadHeight(const CFeatureAccess &features, SFrameFormat &stFormat);
-[[nodiscard]] int32_t ReadPixelFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadPayloadSize(const pluginobject::CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadWidth(const pluginobject::CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadHeight(const pluginobject::CFeatureAccess &features, SFrameFormat &stFormat);
+[[nodiscard]] int32_t ReadPixelFormat(const pluginobject::CFeatureAccess &features, SFrameFormat &stFormat);
 
 /// Whether the camera's frames still have the kept size: 0, -1012 when not, or the code of a failing read.
-[[nodiscard]] int32_t CheckFrameSize(const CFeatureAccess &features, const SFrameFormat &stKept);
+[[nodiscard]] int32_t CheckFrameSize(const pluginobject::CFeatureAccess &features, const SFrameFormat &stKept);
 /// The same for size, geometry and depth.
-[[nodiscard]] int32_t CheckFrameFormat(const CFeatureAccess &features, const SFrameFormat &stKept);
+[[nodiscard]] int32_t CheckFrameFormat(const pluginobject::CFeatureAccess &features, const SFrameFormat &stKept);
 
 /// Whether the camera has a colour filter; false when it does not tell.
-bool ReadIsColorCamera(const CFeatureAccess &features);
+bool ReadIsColorCamera(const pluginobject::CFeatureAccess &features);
 
 /// True for a monochrome camera, and for a colour camera that can only deliver Bayer formats or is set
 /// to one. False when the camera does not tell.
-bool IsBayerFormatSelected(const CFeatureAccess &features, bool bColorCamera);
+bool IsBayerFormatSelected(const pluginobject::CFeatureAccess &features, bool bColorCamera);
 
 } // namespace ffc::process

@@ -8,6 +8,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 void CDeviceParamGuard::BeginAcquisition()
 {
   *this = CDeviceParamGuard();

@@ -22,7 +22,7 @@ public:
   void BeginAcquisition();
 
   /// Reads what Prepare writes back. \return the code of the first failing read
-  [[nodiscard]] int32_t SaveUserParam(const CFeatureAccess &features);
+  [[nodiscard]] int32_t SaveUserParam(const pluginobject::CFeatureAccess &features);
   bool WasStreaming() const { return m_streaming.WasStreaming(); }
   /// Milliseconds to wait for a frame at the user's exposure.
   uint32_t GetTimeout() const { return m_nTimeout; }
@@ -30,31 +30,32 @@ public:
   /// Switches the camera to the factory state. Expects a stopped stream.
   /// \param stFormat receives the factory set's format; its frame size is computed from the width and height
   ///   that it holds before
-  [[nodiscard]] int32_t Prepare(const CFeatureAccess &features, SFrameFormat &stFormat);
+  [[nodiscard]] int32_t Prepare(const pluginobject::CFeatureAccess &features, SFrameFormat &stFormat);
   /// Whether the user's black level is the factory set's, within a millionth.
   bool IsBlackLevelDefault() const;
 
   /// Brings the user's state back as far as the camera answers; a second time when the first fails.
-  void Restore(const CFeatureAccess &features);
+  void Restore(const pluginobject::CFeatureAccess &features);
 
   /// Whether an acquisition's user state still waits in "UserSet0", which nothing may overwrite then.
   bool IsRestorePending() const { return m_userSets.IsRestorePending(); }
   /// Before a pending restore is tried again: reads what the camera has now. Where exposure, gain, black level or
   /// digital shift is no longer as the acquisition left it, the user has taken over, and nothing is pending any more.
   /// \return -1013 when the camera does not tell
-  [[nodiscard]] int32_t ReviewPendingRestore(const CFeatureAccess &features);
+  [[nodiscard]] int32_t ReviewPendingRestore(const pluginobject::CFeatureAccess &features);
   /// Writes a selector back, alone, that the camera has refused at the end of an acquisition, unless the user has
   /// selected another user set since. Failures are ignored.
-  void RestoreSelector(const CFeatureAccess &features);
+  void RestoreSelector(const pluginobject::CFeatureAccess &features);
 
 private:
   /// A setting that not every camera has; empty when this one has not.
-  [[nodiscard]] static int32_t SaveOptional(const CFeatureAccess &features, const char *pName, std::string &strSaved);
-  [[nodiscard]] static int32_t WriteOptional(const CFeatureAccess &features, const char *pName,
+  [[nodiscard]] static int32_t SaveOptional(const pluginobject::CFeatureAccess &features, const char *pName,
+                                            std::string &strSaved);
+  [[nodiscard]] static int32_t WriteOptional(const pluginobject::CFeatureAccess &features, const char *pName,
                                              const std::string &strSaved);
-  [[nodiscard]] static int32_t ReadFormat(const CFeatureAccess &features, SFrameFormat &stFormat);
-  [[nodiscard]] int32_t WriteUserParam(const CFeatureAccess &features);
-  [[nodiscard]] int32_t CompareUserParam(const CFeatureAccess &features, bool &bUnchanged) const;
+  [[nodiscard]] static int32_t ReadFormat(const pluginobject::CFeatureAccess &features, SFrameFormat &stFormat);
+  [[nodiscard]] int32_t WriteUserParam(const pluginobject::CFeatureAccess &features);
+  [[nodiscard]] int32_t CompareUserParam(const pluginobject::CFeatureAccess &features, bool &bUnchanged) const;
 
   CUserSetGuard m_userSets;
   CStreamingState m_streaming;

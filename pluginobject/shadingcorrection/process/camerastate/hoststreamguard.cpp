@@ -4,6 +4,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 void CHostStreamGuard::Reset()
 {
   m_streaming = CStreamingState();

@@ -17,19 +17,20 @@ public:
   void Reset();
 
   CStreamingState &Streaming() { return m_streaming; }
-  [[nodiscard]] int32_t SaveTriggerMode(const CFeatureAccess &deviceFeatures)
+  [[nodiscard]] int32_t SaveTriggerMode(const pluginobject::CFeatureAccess &deviceFeatures)
   {
     return m_triggerMode.Save(deviceFeatures);
   }
   /// A stream without buffer handling is no failure.
-  void SaveStreamMode(const CFeatureAccess &streamFeatures);
+  void SaveStreamMode(const pluginobject::CFeatureAccess &streamFeatures);
   /// Whether the stream was running when it was saved.
   bool WasStreaming() const { return m_streaming.WasStreaming(); }
 
   /// Trigger "Off", buffer handling "NewestOnly", each only where it is something else.
-  [[nodiscard]] int32_t Prepare(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
+  [[nodiscard]] int32_t Prepare(const pluginobject::CFeatureAccess &deviceFeatures,
+                                const pluginobject::CFeatureAccess &streamFeatures);
   /// Writes what was saved; failures are ignored.
-  void Restore(const CFeatureAccess &deviceFeatures, const CFeatureAccess &streamFeatures);
+  void Restore(const pluginobject::CFeatureAccess &deviceFeatures, const pluginobject::CFeatureAccess &streamFeatures);
 
 private:
   CStreamingState m_streaming;

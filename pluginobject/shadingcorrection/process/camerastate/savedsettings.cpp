@@ -7,6 +7,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 namespace {
 
 int32_t Read(const CFeatureAccess &features, const char *pName, float &fValue)

@@ -30,14 +30,14 @@ public:
   /// Forgets what was saved.
   void Forget();
   /// Reads the entry, to be written back by the next Restore. \return the code of what failed
-  [[nodiscard]] int32_t Save(const CFeatureAccess &features);
+  [[nodiscard]] int32_t Save(const pluginobject::CFeatureAccess &features);
   /// The entry last read, empty when there is none.
   const std::string &Get() const { return m_strSaved; }
   /// Writes another entry in its place. Only when the camera took it is there something to write back.
-  [[nodiscard]] int32_t Replace(const CFeatureAccess &features, const char *pEntry);
+  [[nodiscard]] int32_t Replace(const pluginobject::CFeatureAccess &features, const char *pEntry);
   /// Writes the saved entry, a second time when the first fails; once for each Save or Replace: what the user
   /// chooses afterwards stays. One that was never read is left alone.
-  void Restore(const CFeatureAccess &features);
+  void Restore(const pluginobject::CFeatureAccess &features);
 
 private:
   const char *m_pName;
@@ -46,18 +46,18 @@ private:
 };
 
 /// Writes "Off" where the saved trigger mode is "On".
-[[nodiscard]] int32_t SwitchTriggerOff(const CFeatureAccess &features, CSavedEntry &triggerMode);
+[[nodiscard]] int32_t SwitchTriggerOff(const pluginobject::CFeatureAccess &features, CSavedEntry &triggerMode);
 
 /// Whether the host's stream ran before an acquisition: the saved TLParamsLocked. User-interface thread only.
 class CStreamingState {
 public:
-  [[nodiscard]] int32_t Save(const CFeatureAccess &features)
+  [[nodiscard]] int32_t Save(const pluginobject::CFeatureAccess &features)
   {
     return features.GetIntFeature("TLParamsLocked", m_nTLParamsLocked);
   }
   /// After a save of the camera's state that failed before this value was read: the restore that follows
   /// stops the stream, and without knowing that it ran nobody would start it again.
-  void SaveLate(const CFeatureAccess &features);
+  void SaveLate(const pluginobject::CFeatureAccess &features);
   bool WasStreaming() const { return m_nTLParamsLocked != 0; }
 
 private:
@@ -72,14 +72,14 @@ public:
   /// \param pName of the feature, for the life of this object
   explicit CSavedNumber(const char *pName) : m_pName(pName) {}
 
-  [[nodiscard]] int32_t Save(const CFeatureAccess &features);
+  [[nodiscard]] int32_t Save(const pluginobject::CFeatureAccess &features);
   TNumber Get() const { return m_saved; }
   /// Writes the saved number.
-  [[nodiscard]] int32_t Write(const CFeatureAccess &features);
+  [[nodiscard]] int32_t Write(const pluginobject::CFeatureAccess &features);
   /// Takes what the camera has now for what was written, where it tells: it may have made another number of it.
-  void ReadBack(const CFeatureAccess &features);
+  void ReadBack(const pluginobject::CFeatureAccess &features);
   /// Reads whether the camera still has what was written or read back; so it does when nothing was.
-  [[nodiscard]] int32_t Compare(const CFeatureAccess &features, bool &bUnchanged) const;
+  [[nodiscard]] int32_t Compare(const pluginobject::CFeatureAccess &features, bool &bUnchanged) const;
 
 private:
   const char *m_pName;

@@ -6,6 +6,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 namespace {
 
 constexpr const char *USER_SET = "UserSet0";

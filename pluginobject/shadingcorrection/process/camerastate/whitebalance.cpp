@@ -5,6 +5,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 namespace {
 
 // Writes a saved entry; one that was never saved is left alone.

@@ -16,7 +16,7 @@ namespace ffc::process {
 /// reads "Off" or a frame fails to come. A balance that does not finish is no error. No request stays pending.
 /// User-interface thread only.
 /// \param nTimeout milliseconds to wait for each frame
-void RunWhiteBalance(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
+void RunWhiteBalance(const pluginobject::CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
                      const std::function<void()> &fnStartStream);
 
 /// Saves the camera's white-balance settings, lets it balance once, and puts the settings back.
@@ -26,18 +26,18 @@ public:
   /// Balances the camera with frames of the stream that fnStartStream starts. Also starts the stream when
   /// the camera has no automatic white balance. A balance that does not finish is no error.
   /// \param nTimeout milliseconds to wait for each frame
-  [[nodiscard]] int32_t BalanceOnce(const CFeatureAccess &features, CFrameExchange &exchange, uint32_t nTimeout,
-                                    const std::function<void()> &fnStartStream);
+  [[nodiscard]] int32_t BalanceOnce(const pluginobject::CFeatureAccess &features, CFrameExchange &exchange,
+                                    uint32_t nTimeout, const std::function<void()> &fnStartStream);
 
   /// Puts back what the last BalanceOnce changed, each setting a second time when the first fails, and forgets it.
-  void Restore(const CFeatureAccess &features);
+  void Restore(const pluginobject::CFeatureAccess &features);
 
 private:
-  [[nodiscard]] int32_t Save(const CFeatureAccess &features);
-  [[nodiscard]] int32_t SaveRatios(const CFeatureAccess &features);
-  [[nodiscard]] int32_t SwitchOn(const CFeatureAccess &features);
-  void RestoreLampHouse(const CFeatureAccess &features) const;
-  void RestoreRatios(const CFeatureAccess &features) const;
+  [[nodiscard]] int32_t Save(const pluginobject::CFeatureAccess &features);
+  [[nodiscard]] int32_t SaveRatios(const pluginobject::CFeatureAccess &features);
+  [[nodiscard]] int32_t SwitchOn(const pluginobject::CFeatureAccess &features);
+  void RestoreLampHouse(const pluginobject::CFeatureAccess &features) const;
+  void RestoreRatios(const pluginobject::CFeatureAccess &features) const;
 
   bool m_bBalanceWhite = false; // the camera has BalanceWhiteAuto
   bool m_bOnceWritten = false;  // or its writing was tried

@@ -9,6 +9,8 @@
 
 namespace ffc::process {
 
+using pluginobject::CFeatureAccess;
+
 FFCInfo GetRecord(const CFrameBuffer &image)
 {
   FFCInfo stInfo;

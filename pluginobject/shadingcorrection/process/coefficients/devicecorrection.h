@@ -46,41 +46,44 @@ using FnApplyBlockEntry = void (*)(const std::string &strEntry, SCorrectionBlock
 
 /// Reads the colour filter of a colour camera, the block size and the frame count.
 /// \return the code of the first failing read
-[[nodiscard]] int32_t ReadDeviceSettings(const CFeatureAccess &features, bool bColorCamera,
+[[nodiscard]] int32_t ReadDeviceSettings(const pluginobject::CFeatureAccess &features, bool bColorCamera,
                                          FnApplyBlockEntry fnApplyBlockEntry, SDeviceSettings &stSettings,
                                          FFCInfo &stInfo);
 
 /// Sets the number of frames to average in the camera and, when it took it, in the record.
 /// \param strEntry an entry of FFCFrameCount
-[[nodiscard]] int32_t WriteFrameCount(const CFeatureAccess &features, const std::string &strEntry, FFCInfo &stInfo);
+[[nodiscard]] int32_t WriteFrameCount(const pluginobject::CFeatureAccess &features, const std::string &strEntry,
+                                      FFCInfo &stInfo);
 
 // All return the code of the first failing step. User-interface thread only.
 
 /// Bytes of the whole coefficient image: FFCCoefficientsSize.
 /// \param nSize written on success; a negative size comes out beyond every memory
-[[nodiscard]] int32_t ReadCoefficientsSize(const CFeatureAccess &features, uint64_t &nSize);
+[[nodiscard]] int32_t ReadCoefficientsSize(const pluginobject::CFeatureAccess &features, uint64_t &nSize);
 
 /// Takes zeroed memory for an image of that size. \return -2 when there is none, and for a size beyond the
 /// 32 bits that the correction record has for it
 [[nodiscard]] int32_t AllocateCoefficients(uint64_t nSize, CFrameBuffer &image);
 
 /// Reads the size into the record and takes that memory. \return -2 when there is none
-[[nodiscard]] int32_t InitCoefficients(const CFeatureAccess &features, FFCInfo &stInfo, CFrameBuffer &image);
+[[nodiscard]] int32_t InitCoefficients(const pluginobject::CFeatureAccess &features, FFCInfo &stInfo,
+                                       CFrameBuffer &image);
 
 /// The camera corrects from now on.
-[[nodiscard]] int32_t SwitchCorrectionOn(const CFeatureAccess &features);
+[[nodiscard]] int32_t SwitchCorrectionOn(const pluginobject::CFeatureAccess &features);
 /// The camera delivers its frames uncorrected from now on.
-[[nodiscard]] int32_t SwitchCorrectionOff(const CFeatureAccess &features);
+[[nodiscard]] int32_t SwitchCorrectionOff(const pluginobject::CFeatureAccess &features);
 
 /// Reads FFCValueAll, -1015 when it is of another length.
-[[nodiscard]] int32_t ReadCoefficients(const CFeatureAccess &features, CFrameBuffer &image);
+[[nodiscard]] int32_t ReadCoefficients(const pluginobject::CFeatureAccess &features, CFrameBuffer &image);
 /// Writes a whole image that has a record, takes the record over as soon as the camera has the image, and
 /// switches the correction on.
-[[nodiscard]] int32_t PutIntoForce(const CFeatureAccess &features, const CFrameBuffer &image, FFCInfo &stInfo);
+[[nodiscard]] int32_t PutIntoForce(const pluginobject::CFeatureAccess &features, const CFrameBuffer &image,
+                                   FFCInfo &stInfo);
 
 /// Has the camera take the coefficients of its flash, and reads them.
-[[nodiscard]] int32_t LoadFlashCoefficients(const CFeatureAccess &features, CFrameBuffer &image);
+[[nodiscard]] int32_t LoadFlashCoefficients(const pluginobject::CFeatureAccess &features, CFrameBuffer &image);
 /// Has the camera keep its coefficients in its flash, and start with them from now on.
-[[nodiscard]] int32_t SaveFlashCoefficients(const CFeatureAccess &features);
+[[nodiscard]] int32_t SaveFlashCoefficients(const pluginobject::CFeatureAccess &features);
 
 } // namespace ffc::process

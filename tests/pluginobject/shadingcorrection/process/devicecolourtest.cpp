@@ -3,6 +3,7 @@
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::test;
 
 namespace {

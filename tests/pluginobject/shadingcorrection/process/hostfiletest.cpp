@@ -10,8 +10,9 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/modalanswer.h"
 
-using namespace ffc::test;
 using ffc::genapi::SNodeAccess;
+using ffc::pluginobject::CFeatureAccess;
+using namespace ffc::test;
 
 namespace {
 

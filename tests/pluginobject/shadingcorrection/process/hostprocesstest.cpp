@@ -4,9 +4,10 @@
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 
+using ffc::genapi::SNodeAccess;
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 using namespace ffc::test;
-using ffc::genapi::SNodeAccess;
 
 namespace {
 

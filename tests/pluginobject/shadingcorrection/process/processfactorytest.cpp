@@ -4,6 +4,7 @@
 
 #include "pluginobject/statuscode.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 
 namespace {

@@ -77,8 +77,8 @@ protected:
   ~CProcessRig();
 
   /// The camera's features as the process sees them.
-  CFeatureAccess DeviceFeatures() { return CFeatureAccess(&m_deviceMap); }
-  CFeatureAccess StreamFeatures() { return CFeatureAccess(&m_streamMap); }
+  pluginobject::CFeatureAccess DeviceFeatures() { return pluginobject::CFeatureAccess(&m_deviceMap); }
+  pluginobject::CFeatureAccess StreamFeatures() { return pluginobject::CFeatureAccess(&m_streamMap); }
 
   /// Initialises the process and starts the frame thread. Once.
   template <class TProcess>

@@ -9,6 +9,7 @@
 #include "pluginobject/statuscode.h"
 
 using ffc::genapi::CSoftwareNodeMap;
+using ffc::pluginobject::CFeatureAccess;
 
 namespace {
 

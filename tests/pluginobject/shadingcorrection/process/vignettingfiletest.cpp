@@ -10,9 +10,10 @@
 #include "tests/support/fullvolume.h"
 #include "tests/support/modalanswer.h"
 
-using namespace ffc::test;
 using ffc::genapi::CSoftwareRegister;
 using ffc::genapi::SNodeAccess;
+using ffc::pluginobject::CFeatureAccess;
+using namespace ffc::test;
 
 namespace {
 

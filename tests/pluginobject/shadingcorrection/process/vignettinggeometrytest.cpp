@@ -6,8 +6,9 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
-using namespace ffc::test;
 using ffc::genapi::SNodeAccess;
+using ffc::pluginobject::CFeatureAccess;
+using namespace ffc::test;
 
 namespace {
 

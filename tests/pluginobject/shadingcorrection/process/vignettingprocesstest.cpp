@@ -3,9 +3,10 @@
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 
-using namespace ffc::test;
 using ffc::genapi::CObservedNodeMap;
 using ffc::genapi::SNodeAccess;
+using ffc::pluginobject::CFeatureAccess;
+using namespace ffc::test;
 
 namespace {
 

@@ -6,11 +6,12 @@
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
 
-using namespace ffc::process;
-using namespace ffc::test;
 using ffc::genapi::CSoftwareEnumeration;
 using ffc::genapi::CSoftwareInteger;
 using ffc::genapi::CSoftwareNodeMap;
+using ffc::pluginobject::CFeatureAccess;
+using namespace ffc::process;
+using namespace ffc::test;
 
 namespace {
 

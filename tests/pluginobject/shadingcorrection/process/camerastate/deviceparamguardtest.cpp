@@ -5,9 +5,10 @@
 #include "pluginobject/statuscode.h"
 #include "tests/support/correctingcamera.h"
 
+using ffc::genapi::CSoftwareCommand;
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 using namespace ffc::test;
-using ffc::genapi::CSoftwareCommand;
 
 namespace {
 

@@ -6,11 +6,12 @@
 #include "pluginobject/statuscode.h"
 #include "tests/support/testcamera.h"
 
-using namespace ffc::test;
 using ffc::genapi::CObservedNodeMap;
 using ffc::genapi::CSoftwareEnumeration;
 using ffc::genapi::CSoftwareFloat;
 using ffc::genapi::SNodeAccess;
+using ffc::pluginobject::CFeatureAccess;
+using namespace ffc::test;
 
 namespace {
 

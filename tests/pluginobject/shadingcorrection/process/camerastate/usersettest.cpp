@@ -9,10 +9,11 @@
 #include "tests/support/correctingcamera.h"
 #include "tests/support/refusals.h"
 
-using namespace ffc::test;
 using ffc::genapi::CObservedNodeMap;
 using ffc::genapi::CSoftwareEnumeration;
+using ffc::pluginobject::CFeatureAccess;
 using ffc::process::SaveUserSet;
+using namespace ffc::test;
 
 namespace {
 

@@ -13,10 +13,11 @@
 #include "tests/support/refusals.h"
 #include "tests/support/testcamera.h"
 
-using namespace ffc::process;
-using namespace ffc::test;
 using ffc::genapi::CObservedNodeMap;
 using ffc::genapi::CSoftwareNodeMap;
+using ffc::pluginobject::CFeatureAccess;
+using namespace ffc::process;
+using namespace ffc::test;
 
 namespace {
 

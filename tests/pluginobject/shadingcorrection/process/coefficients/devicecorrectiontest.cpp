@@ -6,6 +6,7 @@
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/support/correctingcamera.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 using namespace ffc::test;
 

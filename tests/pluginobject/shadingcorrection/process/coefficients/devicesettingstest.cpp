@@ -5,6 +5,7 @@
 #include "pluginobject/statuscode.h"
 #include "tests/support/correctingcamera.h"
 
+using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 using namespace ffc::test;
 
