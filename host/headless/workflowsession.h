@@ -17,6 +17,7 @@
 #include "host/options/hostoptions.h"
 #include "host/viewer/framecollector.h"
 #include "host/viewer/viewer.h"
+#include "quality/framecountadvice.h"
 #include "quality/report.h"
 
 namespace ffc::host {
@@ -58,6 +59,14 @@ public:
   /// Sets the expected grey of the command line, if it names one, and fills the report's.
   Result<> SelectExpectGray();
 
+  /// What the frames before the correction say of the frame count.
+  void Advise(const quality::CFrameStack &stBrightBefore);
+  /// The report as JSON, and as a table to print; both with advice and, where a limit was stated, verdict.
+  QByteArray MakeJson() const;
+  QString MakeSummary() const;
+  /// Whether the shading is within the limit; also without one.
+  bool IsWithinLimit() const;
+
   /// Fails when the action had an error box; a red prompt becomes a note.
   Result<> Judge(const SDialogAnswer &stAnswer);
 
@@ -77,6 +86,8 @@ private:
   Result<> PrepareFlash();
   Result<> OpenCameraInViewer();
   Result<> OpenPlugin();
+  void NoteBrightFrames(uint32_t nDifferent);
+  bool HasLimit() const { return m_stOptions.stWorkflow.dShadingLimit > 0; }
 
   SHeadlessOptions m_stOptions;
   CameraFactory m_fnOpenCamera;
@@ -87,6 +98,7 @@ private:
   std::optional<CDialogDriver> m_driver;
   SStreamFormat m_stFormat;
   quality::SReport m_stReport;
+  quality::SFrameCountAdvice m_stAdvice;
 };
 
 } // namespace ffc::host

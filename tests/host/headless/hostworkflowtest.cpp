@@ -33,12 +33,16 @@ protected:
     CHeadlessRun run(m_stOptions, openCamera, progress);
     std::string strError = run.Run().GetError();
     m_stReport = run.GetReport();
+    m_bWithinLimit = run.IsWithinLimit();
+    m_strSummary = run.GetSummary();
     return strError;
   }
 
   QTemporaryDir m_dir;
   SHeadlessOptions m_stOptions;
   SReport m_stReport;
+  bool m_bWithinLimit = false;
+  QString m_strSummary;
 };
 
 } // namespace
@@ -53,6 +57,22 @@ TEST_F(HostWorkflow, ASoundCameraPassesEveryStep)
   EXPECT_TRUE(QFile::exists(m_dir.filePath("report.json")));
   EXPECT_EQ(QFile(m_dir.filePath("coefficients.ffc")).size(), 64 * 64 * 4);
   EXPECT_FALSE(QFile::exists(m_dir.filePath("camera.flash"))) << "this camera corrects nothing itself";
+}
+
+TEST_F(HostWorkflow, JudgesTheShadingByTheLimitThatWasStated)
+{
+  EXPECT_EQ(Run({}), "");
+  EXPECT_TRUE(m_bWithinLimit) << "none was stated";
+  EXPECT_FALSE(m_strSummary.contains(QStringLiteral("PASS"))) << m_strSummary.toStdString();
+  m_stOptions.stWorkflow.dShadingLimit = 100;
+  EXPECT_EQ(Run({}), "");
+  EXPECT_TRUE(m_bWithinLimit);
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  PASS: shading "))) << m_strSummary.toStdString();
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  advice: "))) << m_strSummary.toStdString();
+  m_stOptions.stWorkflow.dShadingLimit = 1e-6;
+  EXPECT_EQ(Run({}), "");
+  EXPECT_FALSE(m_bWithinLimit);
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  FAIL: shading "))) << m_strSummary.toStdString();
 }
 
 TEST_F(HostWorkflow, ACoefficientFileOfAnEarlierRunIsReplaced)
