@@ -16,6 +16,9 @@ using namespace ffc::host;
 
 namespace {
 
+constexpr int EXIT_USAGE = 2;
+constexpr int EXIT_LIMIT = 4; ///< the image is less even than was asked for
+
 int Fail(const ffc::Failure &failure)
 {
   std::cerr << "ffchost: " << failure.GetText() << std::endl;
@@ -40,7 +43,7 @@ int RunHeadless(const SHeadlessOptions &stOptions)
   }
   std::cout << run.GetSummary().toStdString();
   std::cout << "  written to " << stOptions.stWorkflow.strOutFolder << std::endl;
-  return EXIT_SUCCESS;
+  return run.IsWithinLimit() ? EXIT_SUCCESS : EXIT_LIMIT;
 }
 
 /// Gives the camera its user's settings back.
@@ -63,10 +66,14 @@ int RunRescue(const SCameraOptions &stCamera)
   return EXIT_SUCCESS;
 }
 
-int RunLive(const SCameraOptions &stCamera, const SPluginOptions &stPlugin, const std::string &strScreenshots)
+int RunLive(const SCommandLine &stCommandLine)
 {
+  const SCameraOptions &stCamera = stCommandLine.stOptions.stCamera;
+  const SPluginOptions &stPlugin = stCommandLine.stOptions.stPlugin;
+  const std::string &strScreenshots = stCommandLine.stTask.strScreenshots;
   CLanguage language(stPlugin.bChinese);
   CMainWindow window(stCamera, stPlugin, OpenCamera);
+  window.SetPreset(stCommandLine.stPreset);
   const ffc::Result<> opened = window.OpenCamera(stCamera);
   if (!opened) {
     return Fail(opened.GetFailure());
@@ -95,6 +102,10 @@ int main(int nArguments, char **pArguments)
   }
   const bool bRescue = stCommandLine.stTask.bRestoreSettings;
   const bool bHeadless = stCommandLine.stTask.bHeadless || bRescue || !HasDisplay();
+  if (!bHeadless && !stCommandLine.strNotInWindow.empty()) {
+    std::cerr << "ffchost: " << stCommandLine.strNotInWindow << " belongs to --headless" << std::endl;
+    return EXIT_USAGE;
+  }
   if (bHeadless && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
     PrepareOffScreen();
   }
@@ -113,6 +124,5 @@ int main(int nArguments, char **pArguments)
   if (bRescue) {
     return RunRescue(stOptions.stCamera);
   }
-  return bHeadless ? RunHeadless(stOptions)
-                   : RunLive(stOptions.stCamera, stOptions.stPlugin, stCommandLine.stTask.strScreenshots);
+  return bHeadless ? RunHeadless(stOptions) : RunLive(stCommandLine);
 }

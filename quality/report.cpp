@@ -69,6 +69,10 @@ QJsonObject MakeUniformityJson(const SUniformity &stUniformity)
 
 QString ExplainHostPrnu(int nFrameCount)
 {
+  if (nFrameCount == 0) {
+    return QStringLiteral(
+      "PRNU got worse: the noise of the frames that the coefficients were made of is now in every image");
+  }
   const QString strReference = nFrameCount == 1 ? QStringLiteral("is one single frame")
                                                 : QStringLiteral("averages only %1 frames").arg(nFrameCount);
   const QString strAdvice = nFrameCount < 16 ? QStringLiteral("; use 16 frames") : QString();
@@ -182,7 +186,11 @@ QString MakeHeading(const SReport &stReport)
   QTextStream stream(&strHeading);
   stream << stReport.strCamera << ", " << stReport.strPixelFormat << ", " << stReport.nWidth << " x "
          << stReport.nHeight << "\n";
-  stream << "coefficients from " << stReport.nFrameCount << " bright frame(s)";
+  if (stReport.nFrameCount > 0) {
+    stream << "coefficients from " << stReport.nFrameCount << " bright frame(s)";
+  } else {
+    stream << "coefficients from a file";
+  }
   if (stReport.nBlockSize > 0) {
     stream << ", in blocks of " << stReport.nBlockSize << " x " << stReport.nBlockSize;
   }

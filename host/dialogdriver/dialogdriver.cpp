@@ -185,6 +185,12 @@ bool CDialogDriver::IsPreviewOn() const
   return pPreview != nullptr && pPreview->isEnabled() && pPreview->isChecked();
 }
 
+bool CDialogDriver::IsPreviewOffered() const
+{
+  const QWidget *pPreview = Find<QWidget>(m_dialog, PREVIEW_BOX);
+  return pPreview != nullptr && pPreview->isEnabled();
+}
+
 QStringList CDialogDriver::ListEnabledControls() const
 {
   QStringList listNames;

@@ -57,6 +57,8 @@ public:
   bool IsAcquiringBright() const;
   /// Enabled and checked: frames are being corrected.
   bool IsPreviewOn() const;
+  /// There are coefficients that the preview can use.
+  bool IsPreviewOffered() const;
   /// Names of the controls that a user could operate now, the title bar's apart.
   QStringList ListEnabledControls() const;
   /// The prompt line as it stands.

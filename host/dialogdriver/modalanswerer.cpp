@@ -15,18 +15,6 @@ namespace {
 
 constexpr int LOOK_INTERVAL_MS = 10;
 
-/// Every text in the box but the title.
-QString ReadMessage(const QDialog &dialog)
-{
-  QStringList listTexts;
-  for (const QLabel *pLabel : dialog.findChildren<QLabel *>()) {
-    if (!pLabel->text().isEmpty() && !IsInTitleBar(*pLabel, dialog)) {
-      listTexts << pLabel->text().simplified();
-    }
-  }
-  return listTexts.join(QLatin1Char(' '));
-}
-
 /// The leftmost button with a text, which is the confirming one.
 QPushButton *FindConfirmingButton(const QDialog &dialog)
 {
@@ -48,6 +36,17 @@ bool IsInTitleBar(const QWidget &widget, const QDialog &dialog)
     }
   }
   return false;
+}
+
+QString ReadMessage(const QDialog &dialog)
+{
+  QStringList listTexts;
+  for (const QLabel *pLabel : dialog.findChildren<QLabel *>()) {
+    if (!pLabel->text().isEmpty() && !IsInTitleBar(*pLabel, dialog)) {
+      listTexts << pLabel->text().simplified();
+    }
+  }
+  return listTexts.join(QLatin1Char(' '));
 }
 
 CModalAnswerer::CModalAnswerer(const QString &strFile) : m_strFile(strFile)

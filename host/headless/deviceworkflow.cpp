@@ -63,7 +63,7 @@ std::vector<SStep> CDeviceWorkflow::ListSteps()
 
 QString CDeviceWorkflow::GetSummary() const
 {
-  return quality::MakeReportTable(m_session.GetReport());
+  return m_session.MakeSummary();
 }
 
 /// Runs an action that must leave every feature of the camera as it is. The stream runs before and after it,
@@ -217,13 +217,14 @@ Result<> CDeviceWorkflow::LoadFromFlash()
 Result<> CDeviceWorkflow::CheckDialogReloaded()
 {
   const quality::SReport &stReport = m_session.GetReport();
+  const int nAsked = m_session.GetOptions().stWorkflow.nFrames;
   const int nFrames = m_session.GetDriver().GetFrameCount();
   const int nGray = m_session.GetDriver().GetExpectGray();
-  if (nFrames != stReport.nFrameCount || (m_bFlatField && nGray != stReport.nExpectGray)) {
+  if (nFrames != nAsked || (m_bFlatField && nGray != stReport.nExpectGray)) {
     return Failure(QStringLiteral("the dialog shows %1 frames and expected grey %2 instead of %3 and %4")
                      .arg(nFrames)
                      .arg(nGray)
-                     .arg(stReport.nFrameCount)
+                     .arg(nAsked)
                      .arg(stReport.nExpectGray));
   }
   return {};
@@ -254,6 +255,7 @@ Result<> CDeviceWorkflow::WriteResults()
 {
   m_session.NoteCamera();
   quality::SReport &stReport = m_session.GetReport();
+  m_session.Advise(m_stBefore.stBright);
   stReport.nBrightFrames = m_stAfter.stBright.GetFrameCount();
   stReport.nDarkFrames = m_stAfter.stDark.GetFrameCount();
   stReport.nBlockSize = ReadBlockSize(m_session.GetViewer().GetCamera());
@@ -264,7 +266,7 @@ Result<> CDeviceWorkflow::WriteResults()
       return folder.WritePictures(m_stBefore.stBright, m_stAfter.stBright, m_session.GetFormat().pFormat->eLayout,
                                   strTitle);
     },
-    [&] { return folder.WriteReport(quality::MakeReportJson(stReport)); });
+    [&] { return folder.WriteReport(m_session.MakeJson()); });
 }
 
 } // namespace ffc::host

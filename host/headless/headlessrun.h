@@ -27,6 +27,9 @@ public:
   /// What to print after a run that succeeded; ends with a line feed.
   QString GetSummary() const { return m_pWorkflow->GetSummary(); }
 
+  /// Whether the shading is within the limit that was stated; also when none was.
+  bool IsWithinLimit() const { return m_session.IsWithinLimit(); }
+
 private:
   CWorkflowSession m_session;
   std::unique_ptr<IWorkflow> m_pWorkflow;

@@ -1,5 +1,9 @@
 #include "host/headless/hostworkflow.h"
 
+#include <functional>
+#include <string_view>
+#include <unordered_set>
+
 #include "host/headless/coefficientfile.h"
 #include "host/headless/steps.h"
 #include "host/viewer/framecopy.h"
@@ -43,7 +47,7 @@ Result<> CHostWorkflow::Run()
 
 QString CHostWorkflow::GetSummary() const
 {
-  return quality::MakeReportTable(m_session.GetReport());
+  return m_session.MakeSummary();
 }
 
 Result<> CHostWorkflow::AcquireDark()
@@ -82,7 +86,12 @@ Result<> CHostWorkflow::MeasureScene(bool bLensCap, quality::CPairedStacks &stSt
   const Result<> result =
     RunUntilFailure([&] { return m_session.PrepareMeasurement(bLensCap); },
                     [&] { return TakePairs(m_session.GetCollector(), m_session.GetFormat(), stStacks); });
-  if (result && stStacks.GetRepeatedCount() > 0) {
+  if (result && stStacks.GetRaw().GetFrameCount() == 1) {
+    m_session.GetReport().listNotes << QStringLiteral(
+                                         "only one %1 frame was measured: its temporal noise cannot be told "
+                                         "apart and is in the figures")
+                                         .arg(QLatin1String(bLensCap ? "dark" : "bright"));
+  } else if (result && stStacks.GetRepeatedCount() > 0) {
     m_session.GetReport().listNotes << QStringLiteral(
                                          "the camera repeats itself: only %1 different %2 frames were measured")
                                          .arg(stStacks.GetRaw().GetFrameCount())
@@ -108,6 +117,7 @@ Result<> CHostWorkflow::Measure()
   quality::MeasureFigures({m_stDark.GetRaw(), m_stDark.GetCorrected(), m_stBright.GetRaw(), m_stBright.GetCorrected(),
                            m_session.GetFormat().pFormat->eLayout},
                           stReport);
+  m_session.Advise(m_stBright.GetRaw());
   stReport.dNewlyClippedPercent = m_stBright.GetNewlyClippedPercent();
   return {};
 }
@@ -126,13 +136,22 @@ Result<> CHostWorkflow::SaveFrames()
 {
   const CResultFolder &folder = m_session.GetFolder();
   const SStreamFormat &stFormat = m_session.GetFormat();
-  const uint32_t nFrames = static_cast<uint32_t>(m_session.GetOptions().stWorkflow.nSaveFrames);
+  const uint32_t nAsked = static_cast<uint32_t>(m_session.GetOptions().stWorkflow.nSaveFrames);
+  std::unordered_set<std::size_t> setSaved;
   Result<> result;
-  for (uint32_t nFrame = 0; nFrame < nFrames && result; ++nFrame) {
+  for (uint32_t nFrame = 0; nFrame < nAsked && result; ++nFrame) {
     SFramePair stPair;
-    result = RunUntilFailure([&] { return CollectPair(stPair); },
-                             [&] { return folder.WriteFrame("raw", nFrame, stPair.listRaw, stFormat); },
-                             [&] { return folder.WriteFrame("corrected", nFrame, stPair.listCorrected, stFormat); });
+    result = CollectPair(stPair);
+    const std::string_view strRaw(reinterpret_cast<const char *>(stPair.listRaw.data()), stPair.listRaw.size());
+    const uint32_t nSaved = static_cast<uint32_t>(setSaved.size());
+    if (result && setSaved.insert(std::hash<std::string_view>()(strRaw)).second) {
+      result = RunUntilFailure([&] { return folder.WriteFrame("raw", nSaved, stPair.listRaw, stFormat); },
+                               [&] { return folder.WriteFrame("corrected", nSaved, stPair.listCorrected, stFormat); });
+    }
+  }
+  if (result && setSaved.size() < nAsked) {
+    m_session.GetReport().listNotes
+      << QStringLiteral("only %1 of %2 frames were saved: the others repeat them").arg(setSaved.size()).arg(nAsked);
   }
   return result ? folder.WriteDialog(m_session.GetDriver().GrabPicture()) : result;
 }
@@ -174,8 +193,7 @@ Result<> CHostWorkflow::WriteResults()
       return folder.WritePictures(m_stBright.GetRaw(), m_stBright.GetCorrected(),
                                   m_session.GetFormat().pFormat->eLayout, strTitle);
     },
-    [&] { return folder.WriteDefects(stReport); },
-    [&] { return folder.WriteReport(quality::MakeReportJson(stReport)); });
+    [&] { return folder.WriteDefects(stReport); }, [&] { return folder.WriteReport(m_session.MakeJson()); });
 }
 
 } // namespace ffc::host

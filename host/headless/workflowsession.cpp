@@ -1,13 +1,20 @@
 #include "host/headless/workflowsession.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include "camera/icameralink.h"
+#include "host/measurement/coefficientorigin.h"
 #include "host/viewer/blocksize.h"
 #include "host/viewer/cameratexts.h"
+#include "quality/noise.h"
+#include "quality/verdict.h"
 
 namespace ffc::host {
 
@@ -164,8 +171,59 @@ Result<> CWorkflowSession::AcquireBright()
 {
   const uint32_t nSettling = m_stFormat.pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
   m_progress.BeginStep("bright field", static_cast<uint32_t>(m_stOptions.stWorkflow.nFrames) + nSettling);
+  CDifferentFrames frames(m_pViewer->GetPipeline());
   const Result<> result = Judge(m_driver->AcquireBright());
+  NoteBrightFrames(static_cast<uint32_t>(frames.Stop().size()));
   return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
+}
+
+/// Repeats of a recording are no frames of their own.
+void CWorkflowSession::NoteBrightFrames(uint32_t nDifferent)
+{
+  const int nAsked = m_stOptions.stWorkflow.nFrames;
+  m_stReport.nFrameCount = std::min(nAsked, static_cast<int>(nDifferent));
+  if (m_stReport.nFrameCount < nAsked) {
+    m_stReport.listNotes << QStringLiteral("the camera repeats itself: only %1 of %2 bright frames differ")
+                              .arg(m_stReport.nFrameCount)
+                              .arg(nAsked);
+  }
+}
+
+void CWorkflowSession::Advise(const quality::CFrameStack &stBrightBefore)
+{
+  m_stAdvice = quality::AdviseFrameCount(quality::MeasureNoise(stBrightBefore, m_stFormat.pFormat->eLayout));
+}
+
+QByteArray CWorkflowSession::MakeJson() const
+{
+  QJsonObject json = QJsonDocument::fromJson(quality::MakeReportJson(m_stReport)).object();
+  json.insert(QStringLiteral("measured_at"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
+  json.insert(QStringLiteral("advice"), quality::DescribeAdvice(m_stAdvice));
+  if (HasLimit()) {
+    json.insert(QStringLiteral("shading_limit_percent"), m_stOptions.stWorkflow.dShadingLimit);
+    json.insert(QStringLiteral("within_limit"), IsWithinLimit());
+  }
+  return QJsonDocument(json).toJson(QJsonDocument::Indented);
+}
+
+QString CWorkflowSession::MakeSummary() const
+{
+  QString strSummary = quality::MakeReportTable(m_stReport);
+  if (m_stAdvice.eVerdict != quality::SFrameCountAdvice::EVerdict::Unknown) {
+    strSummary += QStringLiteral("  advice: %1\n").arg(quality::DescribeAdvice(m_stAdvice));
+  }
+  if (HasLimit()) {
+    const double dLimit = m_stOptions.stWorkflow.dShadingLimit;
+    const quality::EVerdict eVerdict = quality::JudgeShading(m_stReport.stBefore, m_stReport.stAfter, dLimit);
+    strSummary += QStringLiteral("  %1\n").arg(quality::DescribeVerdict(eVerdict, m_stReport.stAfter, dLimit));
+  }
+  return strSummary;
+}
+
+bool CWorkflowSession::IsWithinLimit() const
+{
+  return !HasLimit() || quality::JudgeShading(m_stReport.stBefore, m_stReport.stAfter,
+                                              m_stOptions.stWorkflow.dShadingLimit) == quality::EVerdict::Pass;
 }
 
 Result<> CWorkflowSession::SelectExpectGray()

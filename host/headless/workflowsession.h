@@ -17,6 +17,7 @@
 #include "host/options/hostoptions.h"
 #include "host/viewer/framecollector.h"
 #include "host/viewer/viewer.h"
+#include "quality/framecountadvice.h"
 #include "quality/report.h"
 
 namespace ffc::host {
@@ -60,6 +61,14 @@ public:
 
   /// Adds to the report's notes what is special about the camera's features, and how many frames it lost.
   void NoteCamera();
+  /// What the frames before the correction say of the frame count.
+  void Advise(const quality::CFrameStack &stBrightBefore);
+  /// The report as JSON, and as a table to print; both with advice and, where a limit was stated, verdict.
+  QByteArray MakeJson() const;
+  QString MakeSummary() const;
+  /// Whether the shading is within the limit; also without one.
+  bool IsWithinLimit() const;
+
   /// Fails when the action had an error box; a red prompt becomes a note.
   Result<> Judge(const SDialogAnswer &stAnswer);
 
@@ -79,6 +88,8 @@ private:
   Result<> PrepareFlash();
   Result<> OpenCameraInViewer();
   Result<> OpenPlugin();
+  void NoteBrightFrames(uint32_t nDifferent);
+  bool HasLimit() const { return m_stOptions.stWorkflow.dShadingLimit > 0; }
 
   SHeadlessOptions m_stOptions;
   CameraFactory m_fnOpenCamera;
@@ -89,6 +100,7 @@ private:
   std::optional<CDialogDriver> m_driver;
   SStreamFormat m_stFormat;
   quality::SReport m_stReport;
+  quality::SFrameCountAdvice m_stAdvice;
 };
 
 } // namespace ffc::host

@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 
-#include "host/dialogdriver/dialogdriver.h"
 #include "host/measurement/background.h"
 #include "host/viewer/blocksize.h"
 #include "host/viewer/featuretext.h"
@@ -47,9 +46,9 @@ bool HasCorrection(CViewer &viewer)
 
 } // namespace
 
-CMeasurement::CMeasurement(CViewer &viewer, IMeasurementGuide &guide)
-  : m_viewer(viewer), m_guide(guide), m_collector(viewer.GetPipeline(), GetStallMs(viewer)),
-    m_bByCamera(HasCorrection(viewer))
+CMeasurement::CMeasurement(CViewer &viewer, IMeasurementGuide &guide, SCoefficientOrigin stOrigin)
+  : m_viewer(viewer), m_guide(guide), m_stOrigin(std::move(stOrigin)),
+    m_collector(viewer.GetPipeline(), GetStallMs(viewer)), m_bByCamera(HasCorrection(viewer))
 {
   m_collector.SetCheck([this] {
     m_guide.ShowProgress(m_strStep, m_collector.GetTakenCount(), m_nTotal);
@@ -173,7 +172,7 @@ std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, c
 {
   auto pResult = std::make_shared<quality::SResult>();
   DescribeStream(*pResult);
-  DescribeDialog(pResult->stReport);
+  DescribeCoefficients(pResult->stReport);
   const quality::SFigureStacks stStacks = GetStacks(stDark, stBright);
   CBackground background;
   bool bDone = false;
@@ -203,6 +202,7 @@ std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, c
   if (!bDone) {
     return nullptr;
   }
+  DescribeFrames(pResult->stReport);
   // Widgets draw the plot, so it is made on this thread.
   pResult->imgProfile = quality::DrawProfilePlot(quality::MakeRowProfile(stStacks.stBrightBefore, stStacks.eLayout),
                                                  quality::MakeRowProfile(stStacks.stBrightAfter, stStacks.eLayout),
@@ -234,13 +234,24 @@ void CMeasurement::DescribeStream(quality::SResult &stResult) const
   }
 }
 
-void CMeasurement::DescribeDialog(quality::SReport &stReport) const
+void CMeasurement::DescribeCoefficients(quality::SReport &stReport) const
 {
-  if (QDialog *pDialog = CDialogDriver::FindAnyDialog()) {
-    const CDialogDriver driver(*pDialog);
-    stReport.nFrameCount = driver.GetFrameCount();
-    stReport.nExpectGray = driver.GetExpectGray();
-    stReport.nExpectGrayDn = stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
+  stReport.nFrameCount = m_stOrigin.nFrames;
+  stReport.nExpectGray = std::max(0, m_stOrigin.nExpectGray);
+  stReport.nExpectGrayDn = stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
+  stReport.listNotes += m_stOrigin.GetNotes();
+}
+
+/// A recording that repeats itself gives less to measure than it seems to.
+void CMeasurement::DescribeFrames(quality::SReport &stReport) const
+{
+  const uint32_t nLeast = std::min(stReport.nBrightFrames, stReport.nDarkFrames);
+  if (nLeast == 1) {
+    stReport.listNotes << Translate(
+      "Measured on a single frame: its temporal noise cannot be told apart and is in PRNU "
+      "and DSNU");
+  } else if (nLeast < MEASURED_FRAMES) {
+    stReport.listNotes << Translate("The camera repeats itself: only %1 different frames were measured").arg(nLeast);
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include "host/measurement/coefficientorigin.h"
 #include "host/measurement/freshframes.h"
 #include "host/viewer/viewer.h"
 #include "quality/qualityresult.h"
@@ -32,7 +33,8 @@ class CMeasurement {
 public:
   using QualityResult = std::shared_ptr<const quality::SResult>;
 
-  CMeasurement(CViewer &viewer, IMeasurementGuide &guide);
+  /// \param stOrigin of the coefficients in use
+  CMeasurement(CViewer &viewer, IMeasurementGuide &guide, SCoefficientOrigin stOrigin);
 
   /// Before and after, on dark and bright frames. Where the host corrects, both come from the same exposures; a camera
   /// that corrects itself is switched off and on for it, and left as it was.
@@ -62,10 +64,12 @@ private:
   std::shared_ptr<quality::SResult> Evaluate(const SScene &stDark, const SScene &stBright);
   quality::SFigureStacks GetStacks(const SScene &stDark, const SScene &stBright) const;
   void DescribeStream(quality::SResult &stResult) const;
-  void DescribeDialog(quality::SReport &stReport) const;
+  void DescribeFrames(quality::SReport &stReport) const;
+  void DescribeCoefficients(quality::SReport &stReport) const;
 
   CViewer &m_viewer;
   IMeasurementGuide &m_guide;
+  SCoefficientOrigin m_stOrigin;
   ffc::host::CFrameCollector m_collector;
   bool m_bByCamera;
   bool m_bCancelled = false;

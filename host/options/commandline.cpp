@@ -212,6 +212,23 @@ void AddWorkflowOptions(CLI::App &app, SHeadlessOptions &stOptions, SWords &stWo
     .add_option("--save-frames", stWorkflow.nSaveFrames, "number of fresh raw and corrected frames to save (default 1)")
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 999); });
+  app
+    .add_option("--shading-limit", stWorkflow.dShadingLimit,
+                "with --headless: percent of shading after the correction that passes; more, or more than before, ends "
+                "with exit code 4")
+    ->type_name("PERCENT")
+    ->check(CLI::Range(0.01, 100.0));
+}
+
+/// The first option that a window cannot honour.
+std::string FindNotInWindow(const CLI::App &app)
+{
+  for (const char *pOption : {"--out", "--save-frames", "--shading-limit"}) {
+    if (app.count(pOption) > 0) {
+      return pOption;
+    }
+  }
+  return {};
 }
 
 /// Options that do not go together.
@@ -242,7 +259,7 @@ Result<> CheckTogether(const CLI::App &app, const SCameraOptions &stCamera, cons
 
 SCommandLine Leave(int nExitCode, const std::string &strText)
 {
-  return {false, nExitCode, strText.substr(0, strText.find_last_not_of('\n') + 1), {}, {}};
+  return {false, nExitCode, strText.substr(0, strText.find_last_not_of('\n') + 1), {}, {}, {}, {}};
 }
 
 } // namespace
@@ -271,6 +288,9 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
     return Leave(EXIT_USAGE, together.GetError());
   }
   stResult.stOptions.stPlugin.bChinese = stWords.strLanguage == "zh";
+  const SWorkflowOptions &stWorkflow = stResult.stOptions.stWorkflow;
+  stResult.stPreset = {app.count("--frames") > 0 ? stWorkflow.nFrames : 0, stWorkflow.nExpectGray};
+  stResult.strNotInWindow = FindNotInWindow(app);
   stResult.bRun = true;
   return stResult;
 }

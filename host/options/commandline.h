@@ -14,6 +14,8 @@ struct SCommandLine {
   std::string strText;        ///< help or version with exit code 0, else one line that says what is wrong
   SHeadlessOptions stOptions; ///< camera and plug-in count in the window too
   STaskOptions stTask;
+  SDialogPreset stPreset;
+  std::string strNotInWindow; ///< the first of the options that belong to a run without a window; empty: none
 };
 
 SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments);

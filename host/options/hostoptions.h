@@ -34,6 +34,13 @@ struct SWorkflowOptions {
   int nExpectGray = -1; ///< 0 to 255; -1: what the bright frames suggest
   int nSaveFrames = 1;  ///< pairs of fresh raw and corrected frames
   std::string strOutFolder = "out";
+  double dShadingLimit = 0; ///< percent that passes; 0: no verdict is asked for
+};
+
+/// What the window sets in the plug-in's dialog, because the user has asked for it.
+struct SDialogPreset {
+  int nFrames = 0;      ///< bright frames averaged; 0: as the dialog comes
+  int nExpectGray = -1; ///< 0 to 255; -1: as the dialog comes
 };
 
 /// All that a run without a person needs.

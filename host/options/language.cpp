@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QLibraryInfo>
 
 /// In the global scope, as the macro demands: nobody else asks for the resources of a static library.
 static void RegisterResources()
@@ -14,7 +15,16 @@ namespace ffc::host {
 CLanguage::CLanguage(bool bChinese)
 {
   RegisterResources();
-  if (bChinese && m_translator.load(QStringLiteral(":/ffchost_zh.qm"))) {
+  if (!bChinese) {
+    return;
+  }
+  // The first name holds the widgets' texts; older toolkits have all in one file.
+  const QString strFolder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+  if (m_toolkit.load(QStringLiteral("qtbase_zh_CN"), strFolder) ||
+      m_toolkit.load(QStringLiteral("qt_zh_CN"), strFolder)) {
+    QCoreApplication::installTranslator(&m_toolkit);
+  }
+  if (m_translator.load(QStringLiteral(":/ffchost_zh.qm"))) {
     QCoreApplication::installTranslator(&m_translator);
   }
 }
@@ -22,6 +32,7 @@ CLanguage::CLanguage(bool bChinese)
 CLanguage::~CLanguage()
 {
   QCoreApplication::removeTranslator(&m_translator);
+  QCoreApplication::removeTranslator(&m_toolkit);
 }
 
 } // namespace ffc::host

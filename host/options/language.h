@@ -16,6 +16,7 @@ public:
 
 private:
   QTranslator m_translator;
+  QTranslator m_toolkit; ///< file boxes and buttons of the toolkit, where its translations are installed
 };
 
 } // namespace ffc::host

@@ -19,6 +19,10 @@
         <source>Taking frames: %1 of %2</source>
         <translation>正在采集：%1 / %2 帧</translation>
     </message>
+    <message>
+        <source>The window closes when the plug-in is done with the camera.</source>
+        <translation>插件结束对相机的操作后，窗口将关闭。</translation>
+    </message>
 </context>
 <context>
     <name>ffc::host::CBlockMapPlot</name>
@@ -119,6 +123,10 @@
         <source>%1 is of another kind in this camera</source>
         <translation>此相机中 %1 的类型不同</translation>
     </message>
+    <message>
+        <source>%1: %2 is out of range. Enter a number from %3 to %4.</source>
+        <translation>%1：%2 超出范围。请输入 %3 到 %4 之间的数值。</translation>
+    </message>
 </context>
 <context>
     <name>ffc::host::CImageView</name>
@@ -169,7 +177,7 @@
     </message>
     <message>
         <source>&amp;Plots</source>
-        <translation>曲线(&amp;P)</translation>
+        <translation>图表(&amp;P)</translation>
     </message>
     <message>
         <source>&amp;Quality</source>
@@ -238,6 +246,22 @@
     <message>
         <source>Save &amp;report...</source>
         <translation>保存报告(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>a new acquisition</source>
+        <translation>重新采集</translation>
+    </message>
+    <message>
+        <source>new coefficients were computed</source>
+        <translation>重新计算系数</translation>
+    </message>
+    <message>
+        <source>coefficients were loaded from the flash</source>
+        <translation>从闪存加载系数</translation>
+    </message>
+    <message>
+        <source>coefficients were loaded from a file</source>
+        <translation>从文件加载系数</translation>
     </message>
 </context>
 <context>
@@ -322,7 +346,7 @@
     </message>
     <message>
         <source>Unevenness before and after, stretched alike</source>
-        <translation>校正前后的不均匀度，同样放大</translation>
+        <translation>校正前后的不均匀度，相同拉伸</translation>
     </message>
     <message>
         <source>before</source>
@@ -331,6 +355,16 @@
     <message>
         <source>after</source>
         <translation>校正后</translation>
+    </message>
+    <message>
+        <source>Measured on %1, before %2: measure again.
+Then: %3</source>
+        <translation>测量于 %1，在“%2”之前：请重新测量。
+当时：%3</translation>
+    </message>
+    <message>
+        <source>the frames became %1</source>
+        <translation>图像变为 %1</translation>
     </message>
 </context>
 <context>
@@ -448,8 +482,8 @@ Frames received: %3</source>
         <translation>插件正在采集图像</translation>
     </message>
     <message>
-        <source>the frame is %1, the coefficients are for %2</source>
-        <translation>图像为 %1，系数适用于 %2</translation>
+        <source>the frame is %1, the coefficients are for %2: acquire anew or load a file</source>
+        <translation>图像为 %1，系数适用于 %2：请重新采集或加载文件</translation>
     </message>
     <message>
         <source>preview is on, but the plug-in wrote no image; acquire and execute again</source>
@@ -458,6 +492,10 @@ Frames received: %3</source>
     <message>
         <source>raw (preview is off)</source>
         <translation>原始图像（预览关闭）</translation>
+    </message>
+    <message>
+        <source>a file is being chosen</source>
+        <translation>正在选择文件</translation>
     </message>
 </context>
 <context>
@@ -487,15 +525,15 @@ Frames received: %3</source>
     </message>
     <message>
         <source>No pixel pattern can be seen beneath the noise; take 16 frames.</source>
-        <translation>噪声掩盖了像素固定图案；请采集 16 帧。</translation>
+        <translation>噪声掩盖了固定图案噪声；请采集 16 帧。</translation>
     </message>
     <message>
         <source>One frame is enough: its noise is well below the pixel pattern.</source>
-        <translation>1 帧即可：其噪声远低于像素固定图案。</translation>
+        <translation>1 帧即可：其噪声远低于固定图案噪声。</translation>
     </message>
     <message>
         <source>Even 16 frames add more noise than they remove pattern (break-even at %1); take 16, with more light.</source>
-        <translation>即使 16 帧，增加的噪声仍多于消除的固定图案（%1 帧才持平）；请采集 16 帧并增加照明。</translation>
+        <translation>即使 16 帧，增加的噪声仍多于消除的固定图案噪声（%1 帧时两者才相等）；请采集 16 帧并增加照明。</translation>
     </message>
     <message>
         <source>Nothing less than %1 frames breaks even; take %1.</source>
@@ -507,7 +545,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>%1 frames only break even, take %2.</source>
-        <translation>%1 帧仅持平，请采集 %2 帧。</translation>
+        <translation>%1 帧时增加的噪声与消除的固定图案噪声相等，没有收益；请采集 %2 帧。</translation>
     </message>
 </context>
 <context>
@@ -522,7 +560,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>%1: noise of one frame %2 DN, pixel pattern %3 DN, at a mean of %4 DN</source>
-        <translation>%1：单帧噪声 %2 DN，像素固定图案 %3 DN，均值 %4 DN</translation>
+        <translation>%1：单帧噪声 %2 DN，固定图案噪声 %3 DN，均值 %4 DN</translation>
     </message>
     <message>
         <source>PRNU got worse: the noise of the bright field is in every image now, or whole blocks are evened out instead of pixels</source>
@@ -534,7 +572,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>Clipped by the correction: %1 samples; held at the gain limit: %2 pixels</source>
-        <translation>被校正截断：%1 个采样；达到增益上限：%2 个像素</translation>
+        <translation>因校正而饱和：%1 个采样；达到增益上限：%2 个像素</translation>
     </message>
     <message>
         <source>The camera corrects: before and after are different exposures</source>
@@ -574,7 +612,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>After, stretched alike</source>
-        <translation>校正后，同样放大</translation>
+        <translation>校正后，相同拉伸</translation>
     </message>
     <message>
         <source>Grey along the middle</source>
@@ -630,7 +668,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>Clipped, %</source>
-        <translation>截断，%</translation>
+        <translation>饱和，%</translation>
     </message>
 </context>
 <context>
@@ -685,6 +723,14 @@ Frames received: %3</source>
     <message>
         <source>Measuring a fresh flat</source>
         <translation>正在测量新的平场图像</translation>
+    </message>
+    <message>
+        <source>Measured on a single frame: its temporal noise cannot be told apart and is in PRNU and DSNU</source>
+        <translation>仅在一帧上测量：时间噪声无法分离，已包含在 PRNU 和 DSNU 中</translation>
+    </message>
+    <message>
+        <source>The camera repeats itself: only %1 different frames were measured</source>
+        <translation>相机在重复：只测量了 %1 帧不同的图像</translation>
     </message>
 </context>
 <context>
@@ -828,6 +874,80 @@ Frames received: %3</source>
     <message>
         <source>The coefficients %1 were made for %2, but the camera delivers %3.</source>
         <translation>系数文件 %1 适用于 %2，而相机输出 %3。</translation>
+    </message>
+</context>
+<context>
+    <name>DialogNote</name>
+    <message>
+        <source>Acquisition cancelled. The coefficients from before are kept: tick Preview to use them.</source>
+        <translation>采集已取消。原有系数仍然保留：勾选“预览”即可使用。</translation>
+    </message>
+    <message>
+        <source>Acquisition cancelled: no frames were taken over.</source>
+        <translation>采集已取消：未采用任何图像。</translation>
+    </message>
+    <message>
+        <source>Only %1 of %2 bright frames differ: the camera repeats itself, and the noise is that of %1.</source>
+        <translation>%2 帧亮场图像中只有 %1 帧不同：相机在重复，噪声等同于 %1 帧。</translation>
+    </message>
+    <message>
+        <source>NOT saved: %1 is missing or empty. Is there room on the volume?</source>
+        <translation>未保存：%1 不存在或为空。磁盘空间是否足够？</translation>
+    </message>
+    <message>
+        <source>Saved: %1 (%2 bytes)</source>
+        <translation>已保存：%1（%2 字节）</translation>
+    </message>
+    <message>
+        <source>NOT loaded: %1</source>
+        <translation>未加载：%1</translation>
+    </message>
+    <message>
+        <source>NOT loaded from the camera: %1</source>
+        <translation>未能从相机加载：%1</translation>
+    </message>
+    <message>
+        <source>NOT saved: %1</source>
+        <translation>未保存：%1</translation>
+    </message>
+    <message>
+        <source>NOT written to the camera: %1</source>
+        <translation>未能写入相机：%1</translation>
+    </message>
+    <message>
+        <source>Loaded: %1</source>
+        <translation>已加载：%1</translation>
+    </message>
+    <message>
+        <source>Loaded from the camera's flash</source>
+        <translation>已从相机闪存加载</translation>
+    </message>
+    <message>
+        <source>Written to the camera, which starts with it from now on</source>
+        <translation>已写入相机，今后相机以此启动</translation>
+    </message>
+    <message>
+        <source>The plug-in does not know this camera's correction %1: its dialog is grey.</source>
+        <translation>插件不支持该相机的校正方式“%1”：对话框不可用。</translation>
+    </message>
+</context>
+<context>
+    <name>CoefficientOrigin</name>
+    <message>
+        <source>The coefficients come from the file %1</source>
+        <translation>系数来自文件 %1</translation>
+    </message>
+    <message>
+        <source>The coefficients come from the camera's flash</source>
+        <translation>系数来自相机闪存</translation>
+    </message>
+    <message>
+        <source>How many frames the coefficients were made of is not known</source>
+        <translation>系数由多少帧计算而来未知</translation>
+    </message>
+    <message>
+        <source>The coefficients come from %1 different bright frames, although %2 were asked for: the camera repeats itself</source>
+        <translation>系数来自 %1 帧不同的亮场图像，而要求为 %2 帧：相机在重复</translation>
     </message>
 </context>
 </TS>

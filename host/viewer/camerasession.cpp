@@ -70,6 +70,7 @@ void CCameraSession::Adopt(std::unique_ptr<ICamera> pCamera)
   const Result<> blockSize = SelectBlockSize(*pCamera, m_stSetup.nBlockSize);
   m_pViewer = std::make_unique<CViewer>(std::move(pCamera));
   m_pViewer->SetAcquisitionObserver(m_pObserver);
+  m_pViewer->SetDialogParent(m_stSetup.pWindow);
   connect(m_pViewer.get(), &CViewer::SigStreamChanged, this, &CCameraSession::SigChanged);
   const Result<> plugin = m_pViewer->Open(m_stSetup.strModule, m_stSetup.eLanguage);
   m_strPluginError = GetText(plugin);

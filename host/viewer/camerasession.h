@@ -27,6 +27,7 @@ public:
     uint32_t nBlockSize = 0; ///< of a self-correcting camera's coefficients, pixels; 0: the camera's own choice
     QString strModule;       ///< of the plug-in
     ELanguage eLanguage = ELanguage::English;
+    QWidget *pWindow = nullptr; ///< the plug-in's dialog stands over it; outlives the session; null for none
   };
 
   /// \param pObserver of the plug-in's acquisitions; outlives the session; null for none

@@ -46,6 +46,7 @@ Result<> CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
   m_stInitParam.pStreamNodeMap = m_pCamera->GetStreamNodeMap();
   m_stInitParam.pDeviceNodeMap = WatchDeviceMap();
   m_stInitParam.nLanguage = static_cast<uint32_t>(eLanguage);
+  m_stInitParam.pParent = m_pDialogParent;
   m_stInitParam.pDeviceName = m_byteDeviceName.constData();
   return Bind();
 }

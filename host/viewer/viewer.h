@@ -14,6 +14,8 @@
 #include "host/viewer/iacquisitionobserver.h"
 #include "host/viewer/pluginmodule.h"
 
+class QWidget;
+
 namespace ffc::host {
 
 enum class ELanguage : uint32_t { English = 0, Chinese = 1 };
@@ -29,6 +31,11 @@ public:
 
   /// \param pObserver outlives the viewer; null for none. Set before Open.
   void SetAcquisitionObserver(IAcquisitionObserver *pObserver) { m_pObserver = pObserver; }
+
+  /// \param pWindow the plug-in's dialog stands over it, and goes with it; outlives the viewer; null for none. Set
+  /// before
+  ///   Open.
+  void SetDialogParent(QWidget *pWindow) { m_pDialogParent = pWindow; }
 
   /// Loads the module and binds its plug-in to the camera.
   /// \param strPluginPath empty: the module beside the executable
@@ -71,6 +78,7 @@ private:
   CPluginModule m_module;
   CFramePipeline m_pipeline;
   IAcquisitionObserver *m_pObserver = nullptr;
+  QWidget *m_pDialogParent = nullptr;
   std::unique_ptr<genapi::CObservedNodeMap> m_pWatchedMap; ///< what the plug-in gets when somebody observes
   bool m_bAcquiring = false;
   PLUGIN_INIT_PARAM m_stInitParam; ///< the plug-in keeps the pointer until Uninitialize

@@ -22,6 +22,7 @@ void CAcquisitionProgress::BeginAcquisition()
   m_nFrames = 0;
   m_nTotal = m_fnTotal ? m_fnTotal() : 0;
   m_bCancelled = false;
+  m_bClosing = false;
   m_bAcquiring = true;
   emit SigBegun();
   // A plug-in that streams on afterwards says so with the same message, and never that it has ended.
@@ -71,8 +72,24 @@ void CAcquisitionProgress::ShowBox()
     m_pBox->setRange(0, static_cast<int>(m_nTotal));
     m_pBox->show();
   }
-  m_pBox->setLabelText(m_nTotal == 0 ? tr("Taking frames: %1").arg(m_nFrames)
-                                     : tr("Taking frames: %1 of %2").arg(m_nFrames).arg(m_nTotal));
+  ShowText();
+}
+
+void CAcquisitionProgress::ShowText()
+{
+  const QString strTaking =
+    m_nTotal == 0 ? tr("Taking frames: %1").arg(m_nFrames) : tr("Taking frames: %1 of %2").arg(m_nFrames).arg(m_nTotal);
+  m_pBox->setLabelText(m_bClosing ? strTaking + QLatin1Char('\n') +
+                                      tr("The window closes when the plug-in is done with the camera.")
+                                  : strTaking);
+}
+
+void CAcquisitionProgress::ExplainClosing()
+{
+  m_bClosing = m_bAcquiring;
+  if (m_bAcquiring && m_pBox != nullptr) {
+    ShowText();
+  }
 }
 
 void CAcquisitionProgress::LetEventsPass()

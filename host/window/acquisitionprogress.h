@@ -33,6 +33,9 @@ public:
   /// The user has cancelled; the plug-in still waits for its next frame.
   bool IsCancelled() const { return m_bCancelled; }
 
+  /// Says in the box, if there is one, that the window waits for the end.
+  void ExplainClosing();
+
   void BeginAcquisition() override;
   void CountAcquiredFrame() override;
   void EndAcquisition() override;
@@ -46,6 +49,7 @@ signals:
 
 private:
   void ShowBox();
+  void ShowText();
   void LetEventsPass();
   void ArmEndCheck();
 
@@ -56,6 +60,7 @@ private:
   uint32_t m_nTotal = 0;
   bool m_bAcquiring = false;
   bool m_bCancelled = false;
+  bool m_bClosing = false;
   bool m_bPassing = false; ///< events pass within the acquisition
 };
 

@@ -64,9 +64,12 @@ SCorrectionState JudgeCorrection(const SCorrectionFacts &stFacts)
   if (stFacts.bAcquiring) {
     return NotCorrected(Translate("the plug-in is taking frames"));
   }
+  if (stFacts.bChoosingFile) {
+    return NotCorrected(Translate("a file is being chosen"));
+  }
   // The plug-in switches its preview off when a frame does not fit, so the frames' shape is asked first.
   if (stFacts.stCorrectedShape && !(*stFacts.stCorrectedShape == stFacts.stShape)) {
-    return NotCorrected(Translate("the frame is %1, the coefficients are for %2")
+    return NotCorrected(Translate("the frame is %1, the coefficients are for %2: acquire anew or load a file")
                           .arg(stFacts.stShape.GetText(), stFacts.stCorrectedShape->GetText()));
   }
   if (stFacts.bPreview) {

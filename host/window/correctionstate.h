@@ -32,6 +32,7 @@ struct SCorrectionFacts {
   QString strStatusText;                       ///< the plug-in's words for it
   bool bAcquiring = false;                     ///< the plug-in is taking frames for itself
   bool bWithheld = false;                      ///< an acquisition was cancelled, its frames are kept from the plug-in
+  bool bChoosingFile = false;                  ///< a file box of the plug-in is open
   bool bPreview = false;                       ///< the plug-in was told to correct
   bool bByCamera = false;                      ///< the camera corrects its frames itself
   SFrameShape stShape;                         ///< of this frame

@@ -5,11 +5,11 @@
 #include <typeinfo>
 
 #include <QComboBox>
-#include <QDoubleSpinBox>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
-#include <QSpinBox>
 #include <QStringList>
+
+#include "host/window/numberfield.h"
 
 namespace ffc::host {
 namespace {
@@ -99,8 +99,21 @@ void CFeatureEdit::Write(const std::function<void(GenApi::INode &)> &fnWrite)
   }
 }
 
+void CFeatureEdit::Refuse(const QString &strNumber, const QString &strLeast, const QString &strMost)
+{
+  emit SigRefused(
+    tr("%1: %2 is out of range. Enter a number from %3 to %4.").arg(m_strName, strNumber, strLeast, strMost));
+}
+
 CFloatEdit::CFloatEdit(const QString &strName, const QString &strSuffix, int nDecimals, QWidget *pParent)
-  : CFeatureEdit(strName, pParent), m_pSpinBox(new QDoubleSpinBox(this))
+  : CFeatureEdit(strName, pParent), m_pSpinBox(new CNumberField<QDoubleSpinBox>(
+                                      [this](const QString &strNumber) {
+                                        const QLocale locale = m_pSpinBox->locale();
+                                        const int nShown = m_pSpinBox->decimals();
+                                        Refuse(strNumber, locale.toString(m_pSpinBox->minimum(), 'f', nShown),
+                                               locale.toString(m_pSpinBox->maximum(), 'f', nShown));
+                                      },
+                                      this))
 {
   m_pSpinBox->setSuffix(strSuffix);
   m_pSpinBox->setDecimals(nDecimals);
@@ -121,7 +134,12 @@ void CFloatEdit::Show(GenApi::INode &node)
 }
 
 CIntegerEdit::CIntegerEdit(const QString &strName, const QString &strSuffix, QWidget *pParent)
-  : CFeatureEdit(strName, pParent), m_pSpinBox(new QSpinBox(this))
+  : CFeatureEdit(strName, pParent),
+    m_pSpinBox(new CNumberField<QSpinBox>(
+      [this](const QString &strNumber) {
+        Refuse(strNumber, QString::number(m_pSpinBox->minimum()), QString::number(m_pSpinBox->maximum()));
+      },
+      this))
 {
   m_pSpinBox->setSuffix(strSuffix);
   m_pSpinBox->setKeyboardTracking(false);

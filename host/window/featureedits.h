@@ -40,6 +40,8 @@ protected:
   void Adopt(QWidget *pField);
   QWidget *GetField() const { return m_pField; }
   void Write(const std::function<void(GenApi::INode &)> &fnWrite);
+  /// What was typed is outside the range.
+  void Refuse(const QString &strNumber, const QString &strLeast, const QString &strMost);
   virtual void Show(GenApi::INode &node) = 0;
 
 private:

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QSettings>
 #include <QSplitter>
@@ -38,6 +39,7 @@ using camera::SRealCameraInfo;
 namespace {
 
 constexpr int REFRESH_MS = 33;
+constexpr int QUALITY_TAB = 1;
 constexpr int64_t STATUS_MS = 200;
 constexpr int64_t PLOT_MS = 250;
 constexpr int64_t SLOW_MS = 1000;
@@ -46,9 +48,10 @@ constexpr int64_t SLOW_MS = 1000;
 
 CMainWindow::CMainWindow(const SCameraOptions &stCamera, SPluginOptions stPlugin, CameraFactory fnOpenCamera)
   : m_stFirstCamera(stCamera), m_stPlugin(std::move(stPlugin)), m_fnOpenCamera(std::move(fnOpenCamera)),
-    m_listChoices(ListCameraChoices(stCamera)), m_progress(this), m_session(&m_progress, this),
+    m_listChoices(ListCameraChoices(stCamera)), m_progress(this), m_dialogObserver(this), m_session(&m_progress, this),
     m_pView(new CImageView(this)), m_pCameraPanel(new CCameraPanel(this)), m_pScenePanel(new CScenePanel(this)),
-    m_pPlotPanel(new CPlotPanel(this)), m_pQualityPanel(new CQualityPanel(this)), m_pStatusLine(new CStatusLine(this))
+    m_pPlotPanel(new CPlotPanel(this)), m_pQualityPanel(new CQualityPanel(this)), m_pStatusLine(new CStatusLine(this)),
+    m_pNote(new QLabel(this))
 {
   setObjectName(QStringLiteral("MainWindow"));
   MakeLayout();
@@ -90,6 +93,9 @@ void CMainWindow::ForgetCamera()
   m_stCorrectedShape.reset();
   m_frameRate.Reset();
   m_bByCamera = false;
+  m_bDialogPlaced = false;
+  m_coefficients.Reset();
+  ShowNote({});
 }
 
 void CMainWindow::ShowCamera()
@@ -97,6 +103,7 @@ void CMainWindow::ShowCamera()
   CViewer &viewer = *m_session.GetViewer();
   m_pScenePanel->SetScene(FindSceneControl(viewer.GetCamera()));
   m_pCameraPanel->SetViewer(&viewer);
+  ObserveDialog();
   setWindowTitle(QString::fromStdString(viewer.GetCamera().GetDisplayName()));
 }
 
@@ -104,7 +111,7 @@ Result<> CMainWindow::OpenCamera(const SCameraOptions &stCamera)
 {
   return m_session.Open({[this, stCamera] { return m_fnOpenCamera(stCamera); }, stCamera.nBlockSize,
                          QString::fromStdString(m_stPlugin.strModule),
-                         m_stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English});
+                         m_stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English, this});
 }
 
 void CMainWindow::SlotChoose(int nChoice)
@@ -167,13 +174,6 @@ void CMainWindow::SlotStartStop()
 {
   if (GetViewer() != nullptr) {
     m_session.StartOrStop();
-  }
-}
-
-void CMainWindow::SlotShowDialog()
-{
-  if (GetViewer() != nullptr) {
-    GetViewer()->ShowDialog();
   }
 }
 
@@ -240,6 +240,7 @@ void CMainWindow::UpdateStatus()
   stFacts.bAcquiring = m_progress.IsAcquiring();
   stFacts.bWithheld = m_progress.IsCancelled();
   stFacts.bPreview = IsPreviewOn();
+  stFacts.bChoosingFile = m_dialogObserver.IsFileBoxOpen();
   stFacts.bByCamera = m_bByCamera;
   stFacts.stCorrectedShape = m_stCorrectedShape;
   if (m_pFrame != nullptr) {
@@ -247,6 +248,7 @@ void CMainWindow::UpdateStatus()
     stFacts.nStatus = m_pFrame->nStatus;
     stFacts.strStatusText = m_pFrame->nStatus == 0 ? QString() : GetViewer()->GetStatusText(m_pFrame->nStatus);
     stFacts.stShape = {m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
+    m_pQualityPanel->CheckShape(stFacts.stShape);
     m_pStatusLine->ShowShape(stFacts.stShape.GetText(), m_pView->GetTransform().GetScale());
   }
   m_pStatusLine->ShowCorrection(JudgeCorrection(stFacts));
@@ -313,14 +315,14 @@ void CMainWindow::SlotMeasure()
   SetBusy(true);
   Result<CMeasurement::QualityResult> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    return CMeasurement(*GetViewer(), guide).Measure();
+    return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).Measure();
   }();
   SetBusy(false);
   if (!measured) {
     ShowError(measured.GetFailure());
   } else if (measured.GetValue() != nullptr) {
-    m_pQualityPanel->ShowResult(measured.GetValue());
-    m_pTabs->setCurrentWidget(m_pQualityPanel);
+    m_pQualityPanel->ShowResult(measured.GetValue(), QDateTime::currentDateTime());
+    m_pTabs->setCurrentIndex(QUALITY_TAB);
   }
 }
 
@@ -332,20 +334,20 @@ void CMainWindow::SlotCheckDrift()
   SetBusy(true);
   const Result<std::optional<double>> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    return CMeasurement(*GetViewer(), guide).MeasureDrift();
+    return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).MeasureDrift();
   }();
   SetBusy(false);
   if (!measured) {
     ShowError(measured.GetFailure());
   } else if (measured.GetValue()) {
     m_pQualityPanel->ShowDrift(*measured.GetValue());
-    m_pTabs->setCurrentWidget(m_pQualityPanel);
+    m_pTabs->setCurrentIndex(QUALITY_TAB);
   }
 }
 
 void CMainWindow::SlotSaveReport()
 {
-  if (m_bBusy || m_pQualityPanel->GetResult() == nullptr) {
+  if (m_bBusy || !m_pQualityPanel->CanSaveReport()) {
     return;
   }
   const QString strPath = AskReportPath(this);
@@ -353,7 +355,8 @@ void CMainWindow::SlotSaveReport()
     return;
   }
   SetBusy(true);
-  const Result<> saved = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimit(), this);
+  const Result<> saved = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimit(),
+                                    m_pQualityPanel->GetMeasuredTime(), this);
   SetBusy(false);
   if (!saved) {
     ShowError(saved.GetFailure());
@@ -364,6 +367,8 @@ void CMainWindow::closeEvent(QCloseEvent *pEvent)
 {
   if (m_bBusy || m_progress.IsAcquiring()) {
     pEvent->ignore(); // the box in front can be cancelled
+    m_bCloseWanted = m_progress.IsAcquiring();
+    m_progress.ExplainClosing();
     return;
   }
   SaveLayout();

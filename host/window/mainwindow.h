@@ -9,15 +9,20 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 
+#include "host/dialogdriver/dialogobserver.h"
+#include "host/measurement/coefficientorigin.h"
 #include "host/options/camerachoice.h"
 #include "host/options/cameraopening.h"
 #include "host/viewer/camerasession.h"
 #include "host/window/acquisitionprogress.h"
 #include "host/window/correctionstate.h"
+#include "host/window/dialognote.h"
 #include "host/window/displaypicture.h"
 #include "host/window/framerate.h"
 
 class QAction;
+class QDialog;
+class QLabel;
 class QSplitter;
 class QTabWidget;
 
@@ -41,6 +46,11 @@ public:
   CMainWindow(const SCameraOptions &stCamera, SPluginOptions stPlugin, CameraFactory fnOpenCamera);
   ~CMainWindow() override;
 
+  /// Of the window when nothing is remembered.
+  /// \param szScreen what is free of the screen
+  static QSize GetFirstSize(const QSize &szScreen);
+  /// Before the dialog is shown.
+  void SetPreset(const SDialogPreset &stPreset) { m_stPreset = stPreset; }
   /// See CCameraSession::Open.
   Result<> OpenCamera(const SCameraOptions &stCamera);
   /// Null while no camera is open.
@@ -74,6 +84,7 @@ private:
   QAction *AddAction(QMenu *pMenu, const QString &strText, const QKeySequence &keys, std::function<void()> fnAction);
   QAction *AddOption(QMenu *pMenu, const QString &strText, const QKeySequence &keys, bool *pbOption);
   void ConnectPanels();
+  void ConnectDialog();
   void RestoreLayout();
   void SaveLayout() const;
 
@@ -85,6 +96,17 @@ private:
   void UpdateStatus();
   void UpdateSlowly();
   bool IsPreviewOn();
+  void PlaceDialog(QWidget &dialog);
+  void RaiseDialog();
+  void PresetDialog(QDialog &dialog);
+  void PresetGray(QDialog &dialog);
+  void ObserveDialog();
+  void BeginAcquisition();
+  void EndAcquisition();
+  void AnswerBox(QDialog *pBox, const QString &strText);
+  void NoteOutcome(const SDialogOutcome &stOutcome);
+  void MarkStale(const SDialogOutcome &stOutcome);
+  void ShowNote(const SDialogNote &stNote);
   uint32_t GetAcquisitionTotal() const;
   void SetBusy(bool bBusy);
   void ShowError(const Failure &failure);
@@ -93,10 +115,13 @@ private:
 
   SCameraOptions m_stFirstCamera;
   SPluginOptions m_stPlugin;
+  SDialogPreset m_stPreset;
   CameraFactory m_fnOpenCamera;
   std::vector<SCameraChoice> m_listChoices;
   int m_nChoice = 0;
   CAcquisitionProgress m_progress;
+  CDialogObserver m_dialogObserver;
+  CCoefficientWatch m_coefficients;
   CCameraSession m_session;
 
   CImageView *m_pView;
@@ -105,6 +130,7 @@ private:
   CPlotPanel *m_pPlotPanel;
   CQualityPanel *m_pQualityPanel;
   CStatusLine *m_pStatusLine;
+  QLabel *m_pNote; ///< what was done in the plug-in's dialog last
   QWidget *m_pControls = nullptr;
   QTabWidget *m_pTabs = nullptr;
   QSplitter *m_pSplitter = nullptr;
@@ -119,6 +145,11 @@ private:
   int64_t m_nStatusMs = 0;
   int64_t m_nSlowMs = 0;
   bool m_bByCamera = false;
+  bool m_bDialogPlaced = false; ///< from then on it stands where the user leaves it
+  bool m_bByCameraMode = false; ///< the plug-in works on the camera's own correction
+  bool m_bCancelled = false;    ///< the user has cancelled the acquisition that runs or has just ended
+  bool m_bQuiet = false;        ///< the plug-in's box about it was answered
+  bool m_bCloseWanted = false;  ///< as soon as the acquisition has ended
   bool m_bBusy = false;
 };
 

@@ -2,11 +2,15 @@
 
 #include "host/window/mainwindow.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QAction>
+#include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QSettings>
 #include <QSplitter>
 #include <QTabWidget>
@@ -23,30 +27,50 @@
 namespace ffc::host {
 namespace {
 
-constexpr QSize FIRST_SIZE(1360, 840);
-constexpr int CONTROLS_WIDTH = 250;
+constexpr QSize LARGEST_FIRST_SIZE(1360, 840);
+constexpr double SHARE_OF_SCREEN = 0.92; ///< leaves room for the frame, and for other windows to be seen
+constexpr int CONTROLS_WIDTH = 262;
 constexpr int PLOTS_WIDTH = 380;
 
+/// A panel that scrolls where the window is too low for it.
+QScrollArea *MakeScrolling(QWidget *pPanel, QWidget *pParent)
+{
+  QScrollArea *pArea = new QScrollArea(pParent);
+  pArea->setWidgetResizable(true);
+  pArea->setFrameShape(QFrame::NoFrame);
+  pArea->setWidget(pPanel);
+  pArea->setFocusPolicy(Qt::NoFocus);
+  return pArea;
+}
+
 } // namespace
+
+QSize CMainWindow::GetFirstSize(const QSize &szScreen)
+{
+  return LARGEST_FIRST_SIZE.boundedTo(
+    {qRound(szScreen.width() * SHARE_OF_SCREEN), qRound(szScreen.height() * SHARE_OF_SCREEN)});
+}
 
 void CMainWindow::MakeLayout()
 {
   m_pTabs = new QTabWidget(this);
   m_pTabs->setObjectName(QStringLiteral("Tabs"));
   m_pTabs->setDocumentMode(true);
-  m_pTabs->addTab(m_pPlotPanel, tr("&Plots"));
-  m_pTabs->addTab(m_pQualityPanel, tr("&Quality"));
+  m_pTabs->addTab(MakeScrolling(m_pPlotPanel, m_pTabs), tr("&Plots"));
+  m_pTabs->addTab(MakeScrolling(m_pQualityPanel, m_pTabs), tr("&Quality"));
   m_pControls = MakeControls();
   m_pSplitter = new QSplitter(this);
   m_pSplitter->setChildrenCollapsible(false);
-  m_pSplitter->addWidget(m_pControls);
+  m_pSplitter->addWidget(MakeScrolling(m_pControls, m_pSplitter));
   m_pSplitter->addWidget(MakeImageArea());
   m_pSplitter->addWidget(m_pTabs);
   m_pSplitter->setStretchFactor(1, 1);
-  m_pSplitter->setSizes({CONTROLS_WIDTH, FIRST_SIZE.width() - CONTROLS_WIDTH - PLOTS_WIDTH, PLOTS_WIDTH});
+  const QSize szFirst = GetFirstSize(screen()->availableSize());
+  const int nPlots = std::min(PLOTS_WIDTH, szFirst.width() / 3);
+  m_pSplitter->setSizes({CONTROLS_WIDTH, szFirst.width() - CONTROLS_WIDTH - nPlots, nPlots});
   setCentralWidget(m_pSplitter);
   setStatusBar(m_pStatusLine);
-  resize(FIRST_SIZE);
+  resize(szFirst);
 }
 
 QWidget *CMainWindow::MakeControls()
@@ -56,11 +80,15 @@ QWidget *CMainWindow::MakeControls()
   pDialog->setObjectName(QStringLiteral("ShowDialog"));
   pDialog->setToolTip(tr("The plug-in's dialog: dark field, bright field, execute, preview"));
   connect(pDialog, &QPushButton::clicked, this, &CMainWindow::SlotShowDialog);
+  m_pNote->setObjectName(QStringLiteral("DialogNote"));
+  m_pNote->setWordWrap(true);
+  m_pNote->setTextInteractionFlags(Qt::TextSelectableByMouse);
   QVBoxLayout *pLayout = new QVBoxLayout(pControls);
   pLayout->setContentsMargins(6, 6, 2, 6);
   pLayout->addWidget(m_pCameraPanel);
   pLayout->addWidget(m_pScenePanel);
   pLayout->addWidget(pDialog);
+  pLayout->addWidget(m_pNote);
   pLayout->addStretch();
   return pControls;
 }
@@ -138,9 +166,19 @@ void CMainWindow::ConnectPanels()
       m_pStatusLine->ShowPixel(GetPixelText(*m_pFrame, m_pView->GetPixel().x(), m_pView->GetPixel().y()));
     }
   });
-  connect(&m_progress, &CAcquisitionProgress::SigCancelled, this,
-          [this] { GetViewer()->GetPipeline().Withhold(true); });
-  connect(&m_progress, &CAcquisitionProgress::SigEnded, this, [this] { GetViewer()->GetPipeline().Withhold(false); });
+  ConnectDialog();
+}
+
+void CMainWindow::ConnectDialog()
+{
+  connect(&m_progress, &CAcquisitionProgress::SigBegun, this, &CMainWindow::BeginAcquisition);
+  connect(&m_progress, &CAcquisitionProgress::SigCancelled, this, [this] {
+    m_bCancelled = true;
+    GetViewer()->GetPipeline().Withhold(true);
+  });
+  connect(&m_progress, &CAcquisitionProgress::SigEnded, this, &CMainWindow::EndAcquisition);
+  connect(&m_dialogObserver, &CDialogObserver::SigBox, this, &CMainWindow::AnswerBox);
+  connect(&m_dialogObserver, &CDialogObserver::SigDone, this, &CMainWindow::NoteOutcome);
 }
 
 void CMainWindow::RestoreLayout()

@@ -108,9 +108,11 @@ void CQualityPanel::SetLimit(double dLimitPercent)
   m_pLimit->setValue(dLimitPercent);
 }
 
-void CQualityPanel::ShowResult(std::shared_ptr<const quality::SResult> pResult)
+void CQualityPanel::ShowResult(std::shared_ptr<const quality::SResult> pResult, const QDateTime &dtMeasured)
 {
   m_pResult = std::move(pResult);
+  m_dtMeasured = dtMeasured;
+  m_strStale.clear();
   m_dDrift.reset();
   FillTable(m_pResult->stReport);
   m_pFindings->setText(quality::ListFindings(*m_pResult).join(QLatin1Char('\n')));
@@ -125,9 +127,33 @@ void CQualityPanel::ShowDrift(double dShadingPercent)
   ShowVerdict();
 }
 
+void CQualityPanel::MarkStale(const QString &strEvent)
+{
+  if (CanSaveReport()) {
+    m_strStale = strEvent;
+    m_dDrift.reset();
+    SetBusy(m_bBusy);
+    ShowVerdict();
+  }
+}
+
+void CQualityPanel::CheckShape(const SFrameShape &stShape)
+{
+  if (!CanSaveReport()) {
+    return;
+  }
+  const quality::SReport &stReport = m_pResult->stReport;
+  const QString strMeasured =
+    QStringLiteral("%1 x %2 %3").arg(stReport.nWidth).arg(stReport.nHeight).arg(stReport.strPixelFormat);
+  if (strMeasured != stShape.GetText()) {
+    MarkStale(tr("the frames became %1").arg(stShape.GetText()));
+  }
+}
+
 void CQualityPanel::Clear()
 {
   m_pResult.reset();
+  m_strStale.clear();
   m_dDrift.reset();
   FillTable(quality::SReport());
   m_pFindings->clear();
@@ -151,9 +177,13 @@ void CQualityPanel::ShowPictures()
 
 void CQualityPanel::SetBusy(bool bBusy)
 {
+  m_bBusy = bBusy;
   m_pMeasure->setEnabled(!bBusy);
   m_pCheckDrift->setEnabled(!bBusy);
-  m_pSaveReport->setEnabled(!bBusy && m_pResult != nullptr);
+  m_pSaveReport->setEnabled(!bBusy && CanSaveReport());
+  for (QWidget *pWidget : QList<QWidget *>{m_pTable, m_pFindings, m_pPictureBefore, m_pPictureAfter, m_pPictureTitle}) {
+    pWidget->setEnabled(m_strStale.isEmpty());
+  }
 }
 
 void CQualityPanel::ShowMessage(const QString &strMessage)
@@ -183,9 +213,14 @@ void CQualityPanel::ShowVerdict()
 {
   const quality::SReport stReport = m_pResult == nullptr ? quality::SReport() : m_pResult->stReport;
   const quality::EVerdict eVerdict = quality::JudgeShading(stReport.stBefore, stReport.stAfter, GetLimit());
-  m_pVerdict->setText(quality::DescribeVerdict(eVerdict, stReport.stAfter, GetLimit()));
-  m_pVerdict->setStyleSheet(QLatin1String(GetStyle(eVerdict)));
-  const double dThen = m_pResult == nullptr ? -1.0 : stReport.stAfter.stOverall.dShadingPercent;
+  const QString strVerdict = quality::DescribeVerdict(eVerdict, stReport.stAfter, GetLimit());
+  const bool bStale = !m_strStale.isEmpty();
+  m_pVerdict->setText(bStale
+                        ? tr("Measured on %1, before %2: measure again.\nThen: %3")
+                            .arg(m_dtMeasured.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), m_strStale, strVerdict)
+                        : strVerdict);
+  m_pVerdict->setStyleSheet(QLatin1String(GetStyle(bStale ? quality::EVerdict::Unknown : eVerdict)));
+  const double dThen = CanSaveReport() ? stReport.stAfter.stOverall.dShadingPercent : -1.0;
   ShowMessage(
     m_dDrift ? quality::DescribeDrift(quality::JudgeDrift(dThen, *m_dDrift, GetLimit()), dThen, *m_dDrift, GetLimit())
              : QString());

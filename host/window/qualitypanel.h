@@ -5,8 +5,10 @@
 #include <memory>
 #include <optional>
 
+#include <QDateTime>
 #include <QWidget>
 
+#include "host/window/correctionstate.h"
 #include "quality/qualityresult.h"
 
 class QDoubleSpinBox;
@@ -26,7 +28,16 @@ public:
 
   double GetLimit() const;
   void SetLimit(double dLimitPercent);
-  void ShowResult(std::shared_ptr<const quality::SResult> pResult);
+  void ShowResult(std::shared_ptr<const quality::SResult> pResult, const QDateTime &dtMeasured);
+  /// The result does not belong to the present coefficients and frames any more. It stays, in grey; the first reason
+  /// counts.
+  /// \param strEvent what has happened since: "a new acquisition"
+  void MarkStale(const QString &strEvent);
+  /// Marks a result that was measured on frames of another shape.
+  void CheckShape(const SFrameShape &stShape);
+  /// There is a result, and it is not stale.
+  bool CanSaveReport() const { return m_pResult != nullptr && m_strStale.isEmpty(); }
+  const QDateTime &GetMeasuredTime() const { return m_dtMeasured; }
   void ShowDrift(double dShadingPercent);
   /// Another camera: nothing is known.
   void Clear();
@@ -48,7 +59,10 @@ private:
   void ShowVerdict();
 
   std::shared_ptr<const quality::SResult> m_pResult;
+  QDateTime m_dtMeasured;
+  QString m_strStale;             ///< what has happened since; empty: nothing
   std::optional<double> m_dDrift; ///< percent
+  bool m_bBusy = false;
   QPushButton *m_pMeasure;
   QPushButton *m_pCheckDrift;
   QPushButton *m_pSaveReport;

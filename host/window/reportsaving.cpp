@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSettings>
 
 #include "frames/wholefile.h"
@@ -38,6 +40,20 @@ Result<> SaveDefects(const QFileInfo &info, const quality::SReport &stReport)
     });
 }
 
+/// What is not known is left out.
+QByteArray MakeTimedJson(const quality::SResult &stResult, double dLimitPercent, const QDateTime &dtMeasured)
+{
+  QJsonObject json = QJsonDocument::fromJson(quality::MakeJson(stResult, dLimitPercent)).object();
+  json.insert(QStringLiteral("measured_at"),
+              dtMeasured.toOffsetFromUtc(dtMeasured.offsetFromUtc()).toString(Qt::ISODate));
+  if (stResult.stReport.nFrameCount == 0) {
+    for (const char *pKey : {"frame_count", "expect_gray", "expect_gray_dn"}) {
+      json.remove(QLatin1String(pKey));
+    }
+  }
+  return QJsonDocument(json).toJson(QJsonDocument::Indented);
+}
+
 } // namespace
 
 QString AskReportPath(QWidget *pParent)
@@ -55,14 +71,13 @@ QString AskReportPath(QWidget *pParent)
 }
 
 Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult,
-                    double dLimitPercent, QWidget *pParent)
+                    double dLimitPercent, const QDateTime &dtMeasured, QWidget *pParent)
 {
   CWaitBox box(Translate("Save report"), pParent);
   CBackground background;
   QByteArray byteHtml;
-  const QDateTime dtNow = QDateTime::currentDateTime();
   background.Start([&]() -> std::function<void()> {
-    QByteArray byteMade = quality::MakeHtmlReport(*pResult, dLimitPercent, dtNow);
+    QByteArray byteMade = quality::MakeHtmlReport(*pResult, dLimitPercent, dtMeasured);
     return [&byteHtml, byteMade] { byteHtml = byteMade; };
   });
   box.ShowProgress(Translate("Writing the report"), 0, 0);
@@ -75,9 +90,10 @@ Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality:
   }
   const QFileInfo info(strPath);
   const QString strJson = info.dir().filePath(info.completeBaseName() + QStringLiteral(".json"));
-  return RunUntilFailure([&] { return frames::SaveWholeFile(strPath, byteHtml); },
-                         [&] { return frames::SaveWholeFile(strJson, quality::MakeJson(*pResult, dLimitPercent)); },
-                         [&] { return SaveDefects(info, pResult->stReport); });
+  return RunUntilFailure(
+    [&] { return frames::SaveWholeFile(strPath, byteHtml); },
+    [&] { return frames::SaveWholeFile(strJson, MakeTimedJson(*pResult, dLimitPercent, dtMeasured)); },
+    [&] { return SaveDefects(info, pResult->stReport); });
 }
 
 } // namespace ffc::host

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include <QDateTime>
 #include <QString>
 
 #include "platform/result.h"
@@ -19,8 +20,9 @@ QString AskReportPath(QWidget *pParent);
 
 /// Writes the HTML file, and the JSON of the same base name beside it, each whole or not at all. A box in front shows
 /// that it works, and cancels.
+/// \param dtMeasured in both files
 /// \return success also when cancelled; a failure names the file and the reason
 Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult,
-                    double dLimitPercent, QWidget *pParent);
+                    double dLimitPercent, const QDateTime &dtMeasured, QWidget *pParent);
 
 } // namespace ffc::host

@@ -103,6 +103,14 @@ TEST(EndToEnd, TheExpectedGreyOfTheCommandLineIsReached)
   ExpectMeanAtExpectedGrey(run);
 }
 
+TEST(EndToEnd, AMissedLimitHasAnExitCodeOfItsOwn)
+{
+  const CHostRun run({"--size", "64x64", "--shading-limit", "0.01"});
+  EXPECT_EQ(run.m_nExitCode, 4);
+  EXPECT_TRUE(run.m_strOutput.contains("FAIL: shading ")) << run.m_strOutput.toStdString();
+  EXPECT_EQ(run.m_json["within_limit"].toBool(true), false);
+}
+
 TEST(EndToEnd, TheChineseDialogIsDrivenAsWell)
 {
   const CHostRun run({"--size", "320x240", "--language", "zh"});

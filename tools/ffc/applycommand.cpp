@@ -15,11 +15,6 @@
 namespace ffc::tool {
 namespace {
 
-STrouble Refuse(const QString &strText)
-{
-  return {true, strText};
-}
-
 /// The samples of a whole file; empty when it cannot be read.
 QString HashFrames(const QString &strFile, const SOptions &stOptions)
 {

@@ -31,11 +31,6 @@ constexpr uint64_t GAIN_AND_DARK_BYTES = 4;
 constexpr uint32_t WHOLE_WORD = 16;
 constexpr qint64 LARGEST_MARK = 1 << 16;
 
-STrouble Refuse(const QString &strText)
-{
-  return {true, strText};
-}
-
 } // namespace
 
 std::optional<STrouble> CFlat::Load(const QString &strPath, const SOptions &stOptions)

@@ -26,7 +26,7 @@ namespace {
 constexpr int RECORD_WORDS = 6;
 constexpr int RECORD_SIZE = 4 * RECORD_WORDS;
 constexpr int SIZE_WORD = 4; ///< of the record: size of the file in bytes
-constexpr uint32_t HISTOGRAM_BINS = 64;
+constexpr uint32_t REPORTED_BINS = 64;
 
 /// The record that ends a file of a camera's coefficients.
 /// \param bSwapped whether the bytes of each pair are exchanged, as the flat-field process keeps them
@@ -161,7 +161,7 @@ private:
     object[QStringLiteral("gainLargest")] = stGains.dLargest;
     object[QStringLiteral("gainMean")] = stGains.dMean;
     object[QStringLiteral("pixelsAtGainLimit")] = static_cast<double>(stGains.nAtLimit);
-    const SGainHistogram stHistogram = MeasureGainHistogram(flat.GetTable(), nPixels, HISTOGRAM_BINS);
+    const SGainHistogram stHistogram = MeasureGainHistogram(flat.GetTable(), nPixels, REPORTED_BINS);
     QJsonArray listCounts;
     for (const uint64_t nCount : stHistogram.listCounts) {
       listCounts.append(static_cast<double>(nCount));

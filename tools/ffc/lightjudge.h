@@ -10,7 +10,7 @@ namespace ffc::tool {
 /// \param firstBright the first frame, right-aligned
 /// \return a refusal of what cannot be a bright field, unless --force
 std::optional<STrouble> JudgeLight(const SOptions &stOptions, const CReferenceStack &bright,
-                                   const frames::SDepth &stDepth, const process::CFrameBuffer &firstBright, bool bMosaic,
-                                   CReport &report);
+                                   const frames::SDepth &stDepth, const process::CFrameBuffer &firstBright,
+                                   bool bMosaic, CReport &report);
 
 } // namespace ffc::tool

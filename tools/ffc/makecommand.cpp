@@ -35,11 +35,6 @@ constexpr int64_t BLOCK_SIDE = 32;     ///< of the blocks that the host-side pro
 constexpr double BRIGHT_MIN_GRAY = 20; ///< the dialog's limits on an 8-bit scale
 constexpr double BRIGHT_MAX_GRAY = 250;
 
-STrouble Refuse(const QString &strText)
-{
-  return {true, strText};
-}
-
 /// Makes one coefficient file. The steps stop at the first that fails.
 class CFlatMaker {
 public:

@@ -20,11 +20,6 @@ constexpr uint32_t MAX_FRAMES = 65536;
 constexpr uint32_t MONO8 = 0x01080001;
 constexpr uint32_t MONO16 = 0x01100007;
 
-STrouble Refuse(const QString &strText)
-{
-  return {true, strText};
-}
-
 bool IsAlike(const frames::SFrameInfo &stOne, const frames::SFrameInfo &stOther)
 {
   // Not every file states the depth.

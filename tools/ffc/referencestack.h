@@ -4,8 +4,8 @@
 
 #include "frames/alignment.h"
 #include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
-#include "reference/weightedreference.h"
 #include "quality/brightfield.h"
+#include "reference/weightedreference.h"
 #include "tools/ffc/options.h"
 #include "tools/ffc/report.h"
 

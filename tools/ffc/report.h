@@ -28,6 +28,12 @@ struct STrouble {
   QString strText;       ///< a sentence that names the file and what to do
 };
 
+/// What does not fit.
+inline STrouble Refuse(const QString &strText)
+{
+  return {true, strText};
+}
+
 struct SReportOptions {
   bool bJson = false;
   bool bQuiet = false;

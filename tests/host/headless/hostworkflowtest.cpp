@@ -2,10 +2,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include "camera/replay/replaycamera.h"
 #include "tests/host/faultycamera.h"
 
 using namespace ffc::host;
@@ -26,19 +28,27 @@ protected:
   /// \return the run's error
   std::string Run(const CFaultyCamera::SFaults &stFaults, const std::string &strPixelFormat = "Mono8")
   {
-    CProgressLine progress(nullptr);
-    const auto openCamera = [&](const SCameraOptions &) -> OpenedCamera {
+    return RunOn([&](const SCameraOptions &) -> OpenedCamera {
       return std::make_unique<CFaultyCamera>(strPixelFormat, stFaults);
-    };
+    });
+  }
+
+  std::string RunOn(const CameraFactory &openCamera)
+  {
+    CProgressLine progress(nullptr);
     CHeadlessRun run(m_stOptions, openCamera, progress);
     std::string strError = run.Run().GetError();
     m_stReport = run.GetReport();
+    m_bWithinLimit = run.IsWithinLimit();
+    m_strSummary = run.GetSummary();
     return strError;
   }
 
   QTemporaryDir m_dir;
   SHeadlessOptions m_stOptions;
   SReport m_stReport;
+  bool m_bWithinLimit = false;
+  QString m_strSummary;
 };
 
 } // namespace
@@ -53,6 +63,48 @@ TEST_F(HostWorkflow, ASoundCameraPassesEveryStep)
   EXPECT_TRUE(QFile::exists(m_dir.filePath("report.json")));
   EXPECT_EQ(QFile(m_dir.filePath("coefficients.ffc")).size(), 64 * 64 * 4);
   EXPECT_FALSE(QFile::exists(m_dir.filePath("camera.flash"))) << "this camera corrects nothing itself";
+}
+
+TEST_F(HostWorkflow, JudgesTheShadingByTheLimitThatWasStated)
+{
+  EXPECT_EQ(Run({}), "");
+  EXPECT_TRUE(m_bWithinLimit) << "none was stated";
+  EXPECT_FALSE(m_strSummary.contains(QStringLiteral("PASS"))) << m_strSummary.toStdString();
+  m_stOptions.stWorkflow.dShadingLimit = 100;
+  EXPECT_EQ(Run({}), "");
+  EXPECT_TRUE(m_bWithinLimit);
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  PASS: shading "))) << m_strSummary.toStdString();
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  advice: "))) << m_strSummary.toStdString();
+  m_stOptions.stWorkflow.dShadingLimit = 1e-6;
+  EXPECT_EQ(Run({}), "");
+  EXPECT_FALSE(m_bWithinLimit);
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  FAIL: shading "))) << m_strSummary.toStdString();
+}
+
+TEST_F(HostWorkflow, RepeatsOfARecordingAreNeitherCountedNorSaved)
+{
+  const QTemporaryDir dirFrames;
+  for (int nFrame = 0; nFrame < 6; ++nFrame) {
+    QImage imgFrame(64, 64, QImage::Format_Grayscale8);
+    for (int nPixel = 0; nPixel < 64 * 64; ++nPixel) {
+      const int nNoise = (nPixel * 17 + nPixel / 64 + nFrame * 7) % 5;
+      imgFrame.scanLine(nPixel / 64)[nPixel % 64] = static_cast<uchar>((nFrame < 2 ? 2 : 120) + nNoise);
+    }
+    const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(nFrame < 2 ? "dark" : "bright")).arg(nFrame);
+    ASSERT_TRUE(imgFrame.save(dirFrames.filePath(strName)));
+  }
+  m_stOptions.stWorkflow.nFrames = 16;
+  m_stOptions.stWorkflow.nSaveFrames = 8;
+  EXPECT_EQ(RunOn([&](const SCameraOptions &) -> OpenedCamera {
+              return ffc::camera::CreateReplayCamera({dirFrames.path().toStdString(), "", 200.0});
+            }),
+            "");
+  EXPECT_EQ(m_stReport.nFrameCount, 2) << "half of the four, the others are for figures";
+  EXPECT_TRUE(QFile::exists(m_dir.filePath("raw_001.png")));
+  EXPECT_FALSE(QFile::exists(m_dir.filePath("raw_002.png")));
+  for (const char *pNote : {"only 2 of 16 bright frames differ", "only 2 of 8 frames were saved"}) {
+    EXPECT_TRUE(m_strSummary.contains(QLatin1String(pNote))) << m_strSummary.toStdString();
+  }
 }
 
 TEST_F(HostWorkflow, ACoefficientFileOfAnEarlierRunIsReplaced)

@@ -44,6 +44,25 @@ TEST(CommandLine, HasSensibleDefaults)
   EXPECT_EQ(stResult.stOptions.stCamera.nBlockSize, 0U);
 }
 
+TEST(CommandLine, TellsWhatTheWindowPresetsAndWhatItCannotHonour)
+{
+  const SCommandLine stPlain = Parse({"--camera", "simulated"});
+  EXPECT_EQ(stPlain.stPreset.nFrames, 0) << "the dialog's own count";
+  EXPECT_EQ(stPlain.stPreset.nExpectGray, -1);
+  EXPECT_EQ(stPlain.strNotInWindow, "");
+  const SCommandLine stPreset = Parse({"--frames", "16", "--expect-gray", "90"});
+  EXPECT_EQ(stPreset.stPreset.nFrames, 16);
+  EXPECT_EQ(stPreset.stPreset.nExpectGray, 90);
+  EXPECT_EQ(stPreset.strNotInWindow, "");
+  EXPECT_EQ(Parse({"--out", "dir"}).strNotInWindow, "--out");
+  EXPECT_EQ(Parse({"--save-frames", "2"}).strNotInWindow, "--save-frames");
+  const SCommandLine stLimit = Parse({"--headless", "--shading-limit", "0.5"});
+  EXPECT_EQ(stLimit.strNotInWindow, "--shading-limit");
+  EXPECT_EQ(stLimit.stOptions.stWorkflow.dShadingLimit, 0.5);
+  EXPECT_EQ(Parse({"--shading-limit", "0"}).nExitCode, 2);
+  EXPECT_EQ(Parse({"--shading-limit", "few"}).nExitCode, 2);
+}
+
 TEST(CommandLine, TakesEveryOption)
 {
   const SCommandLine stResult = Parse(

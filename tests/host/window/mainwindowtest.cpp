@@ -97,6 +97,12 @@ TEST_F(MainWindow, WritesWhatTheUserTypesAndSaysWhatTheCameraRefuses)
   QTest::keyClicks(pEdit, "2500");
   QTest::keyClick(pEdit, Qt::Key_Return);
   EXPECT_EQ(pExposure->GetValue(), 2500);
+  QTest::keyClick(pEdit, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(pEdit, QString::number(static_cast<int64_t>(pExposure->GetMax()) * 10 + 5));
+  QTest::keyClick(pEdit, Qt::Key_Return);
+  EXPECT_EQ(pExposure->GetValue(), 2500) << "no digit is left out in silence";
+  EXPECT_NE(GetText("CameraError").find(" is out of range. Enter a number from "), std::string::npos)
+    << GetText("CameraError");
   Press("StartStop");
   QWidget *pWidth = Find<QWidget>("Width");
   QTest::keyClick(pWidth, Qt::Key_A, Qt::ControlModifier);
@@ -314,6 +320,18 @@ TEST_F(MainWindow, AnotherCameraTakesThePlaceOfTheFirst)
   EXPECT_EQ(GetView()->GetPicture().format(), QImage::Format_Grayscale8);
 }
 
+TEST_F(MainWindow, FitsTheScreenWhenItIsShownFirst)
+{
+  EXPECT_EQ(CMainWindow::GetFirstSize({2560, 1400}), QSize(1360, 840));
+  for (const QSize &szScreen : {QSize(1280, 770), QSize(1366, 738), QSize(683, 384), QSize(960, 540)}) {
+    EXPECT_EQ(CMainWindow::GetFirstSize(szScreen).boundedTo(szScreen), CMainWindow::GetFirstSize(szScreen));
+  }
+  ShowWindow();
+  const QSize szLeast = m_pWindow->minimumSizeHint();
+  EXPECT_LE(szLeast.width(), 683) << "half of a small screen, drawn twice as large";
+  EXPECT_LE(szLeast.height(), 384);
+}
+
 TEST_F(MainWindow, RemembersHowItWasLeft)
 {
   ShowWindow();
@@ -339,7 +357,8 @@ TEST_F(MainWindow, EveryKeyStandsForOneThingInBothLanguages)
     }
     for (const QAbstractButton *pButton : m_pWindow->findChildren<QAbstractButton *>()) {
       // Tool buttons are menu entries, which have keys of their own.
-      if (!pButton->inherits("QToolButton") && !pButton->text().isEmpty()) {
+      const bool bInWindow = pButton->window() == m_pWindow.get(); // the plug-in's dialog has keys of its own
+      if (bInWindow && !pButton->inherits("QToolButton") && !pButton->text().isEmpty()) {
         EXPECT_FALSE(GetMnemonic(pButton->text()).isNull()) << pButton->text().toStdString();
         listTexts << pButton->text();
       }

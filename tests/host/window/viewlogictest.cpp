@@ -128,7 +128,8 @@ TEST(CorrectionState, NamesAnotherSizeOrFormatAlthoughThePlugInHasSwitchedItsPre
   ExpectState(stFacts, EKind::Raw, "raw (preview is off)");
   stFacts.stShape = {1024, 768, 0x01080001};
   ExpectState(stFacts, EKind::NotCorrected,
-              "NOT corrected: the frame is 1024 x 768 Mono8, the coefficients are for 2048 x 1536 Mono12");
+              "NOT corrected: the frame is 1024 x 768 Mono8, the coefficients are for 2048 x 1536 Mono12: "
+              "acquire anew or load a file");
   EXPECT_EQ((SFrameShape{4, 2, 0xAB}).GetText().toStdString(), "4 x 2 0x000000ab");
 }
 

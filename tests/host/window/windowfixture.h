@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "camera/iscenecontrol.h"
 #include "camera/simulated/simulatedcamera.h"
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/window/mainwindow.h"
@@ -77,6 +78,28 @@ protected:
   bool WaitText(const char *pLabel, const char *pText) const
   {
     return QTest::qWaitFor([=] { return Find<QLabel>(pLabel)->text().startsWith(QLatin1String(pText)); }, 10000);
+  }
+
+  /// Dark field, bright field, execute, in the plug-in's dialog.
+  void Correct()
+  {
+    Press("ShowDialog");
+    ASSERT_NE(CDialogDriver::FindDialog(), nullptr);
+    CDialogDriver driver = GetDriver();
+    Key(Qt::Key_L, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return FindSceneControl(GetCamera())->IsLensCapOn(); }));
+    QTest::qWait(100);
+    ASSERT_EQ(driver.AcquireDark().strBox.toStdString(), "");
+    QApplication::setActiveWindow(m_pWindow.get());
+    Key(Qt::Key_L, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !FindSceneControl(GetCamera())->IsLensCapOn(); }));
+    QTest::qWait(100);
+    driver.SetFrameCount(16);
+    const SDialogAnswer stBright = driver.AcquireBright();
+    ASSERT_EQ(stBright.strBox.toStdString(), "");
+    ASSERT_FALSE(stBright.bWarning) << stBright.strPrompt.toStdString();
+    ASSERT_EQ(driver.Execute().strBox.toStdString(), "");
+    QApplication::setActiveWindow(m_pWindow.get());
   }
 
   CDialogDriver GetDriver() const { return CDialogDriver(*CDialogDriver::FindAnyDialog()); }

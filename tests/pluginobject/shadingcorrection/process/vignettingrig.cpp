@@ -11,7 +11,7 @@ using genapi::SNodeAccess;
 
 namespace {
 
-constexpr std::size_t RECORD_SIZE = 24;
+constexpr std::size_t GEOMETRY_SIZE = 24;
 
 // What cameras that correct flat fields have besides.
 const std::set<std::string> ABSENT = {"FFCExpectGray", "DigitalShift", "FixedPatternNoiseCorrectMode",
@@ -71,7 +71,7 @@ std::string CVignettingRig::GetCorrection() const
 std::vector<uint8_t> CVignettingRig::GetWrittenRecord() const
 {
   const std::vector<uint8_t> listBytes = GetWritten();
-  const std::size_t nBodySize = listBytes.size() - std::min(listBytes.size(), RECORD_SIZE);
+  const std::size_t nBodySize = listBytes.size() - std::min(listBytes.size(), GEOMETRY_SIZE);
   return {listBytes.begin() + static_cast<std::ptrdiff_t>(nBodySize), listBytes.end()};
 }
 
@@ -105,7 +105,7 @@ std::vector<uint8_t> MakeRecord(const std::vector<uint32_t> &listWords)
 std::vector<uint8_t> MakeCoefficients(std::size_t nSize, uint32_t nRecordSize)
 {
   std::vector<uint8_t> listBytes;
-  for (std::size_t i = 0; i + RECORD_SIZE < nSize; ++i) {
+  for (std::size_t i = 0; i + GEOMETRY_SIZE < nSize; ++i) {
     listBytes.push_back(static_cast<uint8_t>(i * 5 + 1));
   }
   const std::vector<uint8_t> listRecord = MakeRecord({1, 2, 4, 2, nRecordSize, 7});

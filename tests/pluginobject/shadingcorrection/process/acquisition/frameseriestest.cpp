@@ -12,8 +12,8 @@ using namespace ffc::process;
 
 namespace {
 
-constexpr uint32_t REQUESTED = 0;
-constexpr uint32_t NOT_REQUESTED = 258;
+constexpr uint32_t REQUEST = 0;
+constexpr uint32_t NO_REQUEST = 258;
 constexpr uint32_t LONG = 60000; // milliseconds
 
 // Answers each request with a frame, on a thread of its own, until it has answered so many.
@@ -22,7 +22,7 @@ public:
   CAnsweringHost(CFrameExchange &exchange, int nAnswers, int nStopAt = -1)
     : m_thread([&exchange, nAnswers, nStopAt] {
         for (int nAnswered = 0; nAnswered < nAnswers;) {
-          if (exchange.PollRequest() == REQUESTED) {
+          if (exchange.PollRequest() == REQUEST) {
             exchange.SetStopFlag(nAnswered == nStopAt);
             exchange.SetFrameReady();
             ++nAnswered;
@@ -69,7 +69,7 @@ TEST(FrameSeries, OfOneFrameAsksOnce)
     const CAnsweringHost host(exchange, 1);
     EXPECT_EQ(exchange.TakeFrames(LONG, 1, [](uint32_t) { return 0; }), PLUGIN_STATUS_SUCCESS);
   }
-  EXPECT_EQ(exchange.PollRequest(), NOT_REQUESTED);
+  EXPECT_EQ(exchange.PollRequest(), NO_REQUEST);
 }
 
 TEST(FrameSeries, OfNoFrameTakesNone)
@@ -91,7 +91,7 @@ TEST(FrameSeries, AsksForTheNextFrameOnlyAfterTheLastOneWasUsed)
                                 }),
             PLUGIN_STATUS_UNKNOWN_ERROR);
   // The request for the second frame is made between the uses of the first two; nobody else polls by then.
-  EXPECT_EQ(listPending, (std::vector<uint32_t>{NOT_REQUESTED, REQUESTED, REQUESTED}));
+  EXPECT_EQ(listPending, (std::vector<uint32_t>{NO_REQUEST, REQUEST, REQUEST}));
 }
 
 TEST(FrameSeries, ForgetsAFrameThatCameBeforeItBegan)
@@ -99,7 +99,7 @@ TEST(FrameSeries, ForgetsAFrameThatCameBeforeItBegan)
   CFrameExchange exchange;
   exchange.SetFrameReady();
   EXPECT_EQ(exchange.TakeFrames(0, 1, [](uint32_t) { return 0; }), PLUGIN_STATUS_BUFFER_TIMEOUT);
-  EXPECT_EQ(exchange.PollRequest(), REQUESTED);
+  EXPECT_EQ(exchange.PollRequest(), REQUEST);
 }
 
 TEST(FrameSeries, StopsAtTheFirstFrameThatCannotBeUsed)

@@ -1,0 +1,87 @@
+/// \file
+/// What the coefficients in use were made of.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <unordered_set>
+
+#include <QString>
+#include <QStringList>
+
+#include "host/dialogdriver/dialogobserver.h"
+#include "host/viewer/framepipeline.h"
+
+namespace ffc::host {
+
+class CDialogDriver;
+
+/// Counts the different frames of the stream while it lives. A recording that is played in a loop repeats itself, and
+/// an average over repeats is worth no more than one over the frames that differ. Nobody else asks the pipeline for
+/// frames meanwhile.
+class CDifferentFrames {
+public:
+  explicit CDifferentFrames(CFramePipeline &pipeline);
+  ~CDifferentFrames();
+  CDifferentFrames(const CDifferentFrames &) = delete;
+  CDifferentFrames &operator=(const CDifferentFrames &) = delete;
+
+  /// A number for each.
+  using Seen = std::unordered_set<std::size_t>;
+  /// Ends counting.
+  Seen Stop();
+
+private:
+  CFramePipeline &m_pipeline;
+  Seen m_setSeen;
+};
+
+struct SCoefficientOrigin {
+  enum class EKind {
+    None,     ///< there are none, or nobody saw where they came from
+    Acquired, ///< computed from frames that were acquired here
+    File,
+    Flash
+  };
+  EKind eKind = EKind::None;
+  int nAskedFrames = 0; ///< of the bright field
+  int nFrames = 0;      ///< those of them that differ from each other; 0: not known
+  int nExpectGray = -1; ///< 0 to 255; -1: not known
+  QString strFile;
+
+  bool IsRepeated() const { return nFrames < nAskedFrames; }
+  /// What a reader of figures has to know of it, in sentences.
+  QStringList GetNotes() const;
+};
+
+/// Follows what is done in the dialog. What its sliders show is what would be done next, not what was done.
+class CCoefficientWatch {
+public:
+  /// The plug-in takes frames; it may say so more than once for one button.
+  void BeginAcquisition(CFramePipeline &pipeline);
+  /// It has them, or has given up.
+  void EndAcquisition();
+  /// \param bByCamera the camera corrects: it keeps count and grey together with its coefficients, and the dialog shows
+  ///   them after loading
+  void Note(const SDialogOutcome &stOutcome, const CDialogDriver &driver, bool bByCamera);
+  /// Another camera.
+  void Reset() { *this = CCoefficientWatch(); }
+
+  /// Of the bright field that was acquired last.
+  const SCoefficientOrigin &GetBright() const { return m_stBright; }
+  /// Of the coefficients in use.
+  const SCoefficientOrigin &GetOrigin() const { return m_stOrigin; }
+
+private:
+  void NoteDone(const SDialogOutcome &stOutcome, const CDialogDriver &driver, bool bByCamera);
+  void NoteBright(const CDialogDriver &driver);
+  void NoteLoaded(SCoefficientOrigin::EKind eKind, const QString &strFile, const CDialogDriver &driver, bool bByCamera);
+
+  std::unique_ptr<CDifferentFrames> m_pFrames;
+  CDifferentFrames::Seen m_setSeen; ///< since a button was pressed
+  SCoefficientOrigin m_stBright;
+  SCoefficientOrigin m_stOrigin;
+};
+
+} // namespace ffc::host

@@ -1,0 +1,151 @@
+// What the main window does with the plug-in's dialog: where it stands, and what was done in it.
+
+#include "host/window/mainwindow.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QScreen>
+#include <QTimer>
+
+#include "host/dialogdriver/dialogdriver.h"
+#include "host/viewer/featuretext.h"
+#include "host/window/dialogplace.h"
+#include "host/window/imageview.h"
+#include "host/window/qualitypanel.h"
+#include "pluginobject/statuscode.h"
+
+namespace ffc::host {
+
+void CMainWindow::SlotShowDialog()
+{
+  if (GetViewer() == nullptr) {
+    return;
+  }
+  QDialog *pDialog = CDialogDriver::FindAnyDialog();
+  const bool bFirst = pDialog != nullptr && !m_bDialogPlaced;
+  if (bFirst) {
+    PlaceDialog(*pDialog);
+  }
+  GetViewer()->ShowDialog();
+  if (bFirst) {
+    PresetDialog(*pDialog);
+  }
+  RaiseDialog();
+}
+
+void CMainWindow::PlaceDialog(QWidget &dialog)
+{
+  const QRect rcImage(m_pView->mapToGlobal(QPoint(0, 0)), m_pView->size());
+  dialog.move(FindDialogPlace(screen()->availableGeometry(), frameGeometry(), rcImage, dialog.size()));
+  m_bDialogPlaced = true;
+}
+
+/// Some window managers leave it behind when a box of the host's has closed.
+void CMainWindow::RaiseDialog()
+{
+  if (QDialog *pDialog = CDialogDriver::FindDialog()) {
+    pDialog->raise();
+    pDialog->activateWindow();
+  }
+}
+
+/// As the command line asks.
+void CMainWindow::PresetDialog(QDialog &dialog)
+{
+  if (m_stPreset.nFrames > 0) {
+    (void)CDialogDriver(dialog).SetFrameCount(m_stPreset.nFrames);
+  }
+  PresetGray(dialog);
+}
+
+/// A bright field brings a grey of its own, so that this is done again after it.
+void CMainWindow::PresetGray(QDialog &dialog)
+{
+  if (m_stPreset.nExpectGray >= 0) {
+    (void)CDialogDriver(dialog).SetExpectGray(m_stPreset.nExpectGray);
+  }
+}
+
+void CMainWindow::ObserveDialog()
+{
+  m_coefficients.Reset();
+  const std::string strMode = ReadFeature(*GetViewer()->GetCamera().GetDeviceNodeMap(), "ShadingCorrectionMode");
+  m_bByCameraMode = !strMode.empty();
+  if (QDialog *pDialog = CDialogDriver::FindAnyDialog()) {
+    m_dialogObserver.Observe(*pDialog);
+    ShowNote(DescribeMode(QString::fromStdString(strMode)));
+  } else {
+    ShowNote({});
+  }
+}
+
+void CMainWindow::BeginAcquisition()
+{
+  m_coefficients.BeginAcquisition(GetViewer()->GetPipeline());
+  m_pQualityPanel->MarkStale(tr("a new acquisition"));
+}
+
+void CMainWindow::EndAcquisition()
+{
+  m_coefficients.EndAcquisition();
+  GetViewer()->GetPipeline().Withhold(false);
+  RaiseDialog();
+  if (m_bCloseWanted) {
+    m_bCloseWanted = false;
+    QTimer::singleShot(0, this, &QWidget::close);
+  }
+}
+
+/// The box that only repeats that the user has cancelled is not shown; any other failure is.
+void CMainWindow::AnswerBox(QDialog *pBox, const QString &strText)
+{
+  if (!m_bCancelled || !strText.contains(GetViewer()->GetStatusText(PLUGIN_STATUS_BUFFER_TIMEOUT))) {
+    return;
+  }
+  m_bQuiet = true;
+  pBox->setAttribute(Qt::WA_DontShowOnScreen);
+  QTimer::singleShot(0, pBox, &QDialog::reject);
+}
+
+void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
+{
+  QDialog *pDialog = CDialogDriver::FindAnyDialog();
+  const bool bCancelled = m_bCancelled && m_bQuiet;
+  m_bCancelled = false;
+  m_bQuiet = false;
+  if (pDialog == nullptr || GetViewer() == nullptr) {
+    return;
+  }
+  const CDialogDriver driver(*pDialog);
+  if (stOutcome.eAction == EDialogAction::AcquireBright && stOutcome.strError.isEmpty()) {
+    PresetGray(*pDialog);
+  }
+  m_coefficients.Note(stOutcome, driver, m_bByCameraMode);
+  if (stOutcome.strError.isEmpty()) {
+    MarkStale(stOutcome);
+  }
+  ShowNote(DescribeOutcome({stOutcome, bCancelled, driver.IsPreviewOffered(), m_coefficients.GetBright()}));
+}
+
+void CMainWindow::MarkStale(const SDialogOutcome &stOutcome)
+{
+  switch (stOutcome.eAction) {
+  case EDialogAction::Execute: m_pQualityPanel->MarkStale(tr("new coefficients were computed")); break;
+  case EDialogAction::LoadFlash: m_pQualityPanel->MarkStale(tr("coefficients were loaded from the flash")); break;
+  case EDialogAction::LoadFile:
+    if (!stOutcome.strFile.isEmpty()) {
+      m_pQualityPanel->MarkStale(tr("coefficients were loaded from a file"));
+    }
+    break;
+  default: break;
+  }
+}
+
+void CMainWindow::ShowNote(const SDialogNote &stNote)
+{
+  m_pNote->setText(stNote.strText);
+  m_pNote->setStyleSheet(stNote.bWarning ? QStringLiteral("color: #b3261e") : QString());
+  m_pNote->setVisible(!stNote.strText.isEmpty());
+}
+
+} // namespace ffc::host
