@@ -14,12 +14,11 @@
 #if !defined(_WIN32)
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 
 using namespace ffc::ombrix;
 using ffc::platform::ChooseKernels;
 using ffc::platform::GetInstructionLevel;
-
-#endif
 
 namespace {
 
