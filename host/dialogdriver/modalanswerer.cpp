@@ -70,7 +70,8 @@ void CModalAnswerer::Look()
   }
   if (QFileDialog *pFileDialog = qobject_cast<QFileDialog *>(pDialog)) {
     AnswerFileDialog(*pFileDialog);
-  } else {
+  } else if (!pDialog->testAttribute(Qt::WA_DontShowOnScreen)) {
+    // (A box that stays off the screen is somebody else's to end: no user could answer it.)
     AnswerBox(*pDialog);
   }
 }
