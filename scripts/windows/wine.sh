@@ -55,14 +55,20 @@ make_prefix() {
 }
 make_prefix
 
-# Wine's own programs, which the first one starts and which stay on, keep the error stream open that they are
-# given: whoever waits for its end would wait for them. So it goes through a pipe that ends with the program,
-# and that a remark of Wine's own about the disk does not pass.
+# Wine's own programs, which the first one starts and which stay on, keep the streams open that they are
+# given, and its server those of a program that was killed: whoever waits for their end would wait for them. So both go
+# through pipes that end with the program; a remark of Wine's own about the disk does not pass.
 end="end of $$.$RANDOM"
-exec 3> >(exec sed -u -e '/^wine: Read access denied for device/d' -e "/$end\$/{s/$end\$//;/./p;Q}" >&2)
-reader=$!
+pass=(sed -u -e '/^wine: Read access denied for device/d' -e "/$end\$/{s/$end\$//;/./p;Q}")
+exec 3> >(exec "${pass[@]}" >&2)
+readers=$!
+exec 4> >(exec "${pass[@]}" 3>&-)
+readers="$readers $!"
 status=0
-"$wine" "$@" 2>&3 || status=$?
+"$wine" "$@" >&4 2>&3 3>&- 4>&- || status=$?
 printf '%s\n' "$end" >&3
-wait "$reader" || true
+printf '%s\n' "$end" >&4
+for reader in $readers; do
+  wait "$reader" || true
+done
 exit "$status"
