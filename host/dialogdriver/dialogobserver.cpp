@@ -88,6 +88,9 @@ void CDialogObserver::ObserveFileBox(QFileDialog &box)
     box.setDefaultSuffix(SUFFIX);
   }
   connect(&box, &QFileDialog::fileSelected, this, [this](const QString &strFile) { m_strFile = strFile; });
+  if (box.acceptMode() == QFileDialog::AcceptOpen) {
+    connect(&box, &QFileDialog::fileSelected, this, &CDialogObserver::SigOpening);
+  }
 }
 
 } // namespace ffc::host

@@ -40,6 +40,8 @@ public:
 signals:
   /// A message box of the plug-in is about to be shown.
   void SigBox(QDialog *pBox, const QString &strText);
+  /// A file of coefficients was chosen to be loaded.
+  void SigOpening(const QString &strFile);
   /// The plug-in is done with what a button asked for.
   void SigDone(const ffc::host::SDialogOutcome &stOutcome);
 

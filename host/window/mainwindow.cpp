@@ -25,7 +25,6 @@
 #include "host/window/qualitypanel.h"
 #include "host/window/reportsaving.h"
 #include "host/window/scenepanel.h"
-#include "host/window/sidefilecheck.h"
 #include "host/window/statusline.h"
 
 namespace ffc::host {
@@ -76,11 +75,6 @@ void CMainWindow::ConnectSession()
   connect(&m_session, &CCameraSession::SigClosing, this, &CMainWindow::ForgetCamera);
   connect(&m_session, &CCameraSession::SigChanged, m_pCameraPanel, &CCameraPanel::Refresh);
   connect(&m_session, &CCameraSession::SigError, m_pCameraPanel, &CCameraPanel::ShowError);
-  connect(new CChosenFileWatch(this), &CChosenFileWatch::SigChosen, this, [this](const QString &strFile) {
-    if (GetViewer() != nullptr) {
-      m_pCameraPanel->ShowError(DescribeMisfit(strFile, *GetViewer()->GetCamera().GetDeviceNodeMap()));
-    }
-  });
 }
 
 void CMainWindow::ForgetCamera()

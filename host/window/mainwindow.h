@@ -104,6 +104,8 @@ private:
   void BeginAcquisition();
   void EndAcquisition();
   void AnswerBox(QDialog *pBox, const QString &strText);
+  /// Says where coefficients that are about to be loaded are for another camera.
+  void CheckSideFile(const QString &strFile);
   void NoteOutcome(const SDialogOutcome &stOutcome);
   void MarkStale(const SDialogOutcome &stOutcome);
   void ShowNote(const SDialogNote &stNote);

@@ -9,9 +9,11 @@
 
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/viewer/featuretext.h"
+#include "host/window/camerapanel.h"
 #include "host/window/dialogplace.h"
 #include "host/window/imageview.h"
 #include "host/window/qualitypanel.h"
+#include "host/window/sidefilecheck.h"
 #include "pluginobject/statuscode.h"
 
 namespace ffc::host {
@@ -105,6 +107,13 @@ void CMainWindow::AnswerBox(QDialog *pBox, const QString &strText)
   m_bQuiet = true;
   pBox->setAttribute(Qt::WA_DontShowOnScreen);
   QTimer::singleShot(0, pBox, &QDialog::reject);
+}
+
+void CMainWindow::CheckSideFile(const QString &strFile)
+{
+  if (GetViewer() != nullptr) {
+    m_pCameraPanel->ShowError(DescribeMisfit(strFile, *GetViewer()->GetCamera().GetDeviceNodeMap()));
+  }
 }
 
 void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)

@@ -178,6 +178,7 @@ void CMainWindow::ConnectDialog()
   });
   connect(&m_progress, &CAcquisitionProgress::SigEnded, this, &CMainWindow::EndAcquisition);
   connect(&m_dialogObserver, &CDialogObserver::SigBox, this, &CMainWindow::AnswerBox);
+  connect(&m_dialogObserver, &CDialogObserver::SigOpening, this, &CMainWindow::CheckSideFile);
   connect(&m_dialogObserver, &CDialogObserver::SigDone, this, &CMainWindow::NoteOutcome);
 }
 

@@ -1,8 +1,6 @@
 #include "host/window/sidefilecheck.h"
 
 #include <QCoreApplication>
-#include <QEvent>
-#include <QFileDialog>
 #include <QFileInfo>
 
 #include "frames/sidefile.h"
@@ -22,22 +20,6 @@ QString ReadText(GenApi::INodeMap &deviceMap, const char *pFeature)
 }
 
 } // namespace
-
-CChosenFileWatch::CChosenFileWatch(QObject *pParent) : QObject(pParent)
-{
-  QCoreApplication::instance()->installEventFilter(this);
-}
-
-bool CChosenFileWatch::eventFilter(QObject *pObject, QEvent *pEvent)
-{
-  if (pEvent->type() == QEvent::Show) {
-    const auto *pDialog = qobject_cast<QFileDialog *>(pObject);
-    if (pDialog != nullptr && pDialog->acceptMode() == QFileDialog::AcceptOpen) {
-      connect(pDialog, &QFileDialog::fileSelected, this, &CChosenFileWatch::SigChosen, Qt::UniqueConnection);
-    }
-  }
-  return QObject::eventFilter(pObject, pEvent);
-}
 
 QString DescribeMisfit(const QString &strFile, GenApi::INodeMap &deviceMap)
 {

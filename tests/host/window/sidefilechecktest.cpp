@@ -10,6 +10,7 @@
 
 #include "frames/sidefile.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
+#include "host/dialogdriver/dialogobserver.h"
 #include "host/window/sidefilecheck.h"
 
 using namespace ffc::host;
@@ -75,13 +76,15 @@ TEST_F(SideFileCheck, TheFileThatADialogOpensIsSeenAndOneThatItSavesIsNot)
 {
   Write(m_strFlat, "coefficients");
   QStringList listChosen;
-  CChosenFileWatch watch(nullptr);
-  QObject::connect(&watch, &CChosenFileWatch::SigChosen, [&](const QString &strFile) { listChosen << strFile; });
+  CDialogObserver observer(nullptr);
+  QObject::connect(&observer, &CDialogObserver::SigOpening, [&](const QString &strFile) { listChosen << strFile; });
   for (const auto eMode : {QFileDialog::AcceptSave, QFileDialog::AcceptOpen}) {
     QFileDialog dialog;
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     dialog.setAcceptMode(eMode);
+    dialog.setModal(true);
+    dialog.setNameFilter("Coefficients (*.ffc)");
     dialog.show();
     dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_strFlat);
     QMetaObject::invokeMethod(&dialog, "accept");
