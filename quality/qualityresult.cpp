@@ -1,7 +1,6 @@
 #include "quality/qualityresult.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace ffc::quality {
@@ -32,10 +31,10 @@ QJsonArray MakeNoiseJson(const std::vector<SNoise> &listNoise)
 
 } // namespace
 
-QByteArray MakeJson(const SResult &stResult, double dLimitPercent)
+QJsonObject MakeJson(const SResult &stResult, double dLimitPercent)
 {
   const SReport &stReport = stResult.stReport;
-  QJsonObject json = QJsonDocument::fromJson(MakeReportJson(stReport)).object();
+  QJsonObject json = MakeReportJson(stReport);
   QJsonObject jsonSettings;
   for (const auto &[strName, strValue] : stResult.listSettings) {
     jsonSettings.insert(strName, strValue);
@@ -53,7 +52,7 @@ QByteArray MakeJson(const SResult &stResult, double dLimitPercent)
     json.insert(QStringLiteral("newly_clipped_samples"), static_cast<double>(stResult.nNewlyClipped));
     json.insert(QStringLiteral("pixels_at_gain_limit"), static_cast<double>(stResult.nAtGainLimit));
   }
-  return QJsonDocument(json).toJson(QJsonDocument::Indented);
+  return json;
 }
 
 } // namespace ffc::quality

@@ -34,6 +34,6 @@ struct SResult {
 
 /// The result as report.json has it, with noise, advice and counts.
 /// \param dLimitPercent the user's, with the verdict that follows from it
-QByteArray MakeJson(const SResult &stResult, double dLimitPercent);
+QJsonObject MakeJson(const SResult &stResult, double dLimitPercent);
 
 } // namespace ffc::quality

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTextStream>
 
@@ -234,7 +233,7 @@ QStringList MakeFigureNotes(const SReport &stReport)
   return listNotes;
 }
 
-QByteArray MakeReportJson(const SReport &stReport)
+QJsonObject MakeReportJson(const SReport &stReport)
 {
   QJsonObject json{
     {"camera", stReport.strCamera},
@@ -242,7 +241,6 @@ QByteArray MakeReportJson(const SReport &stReport)
     {"pixel_format", stReport.strPixelFormat},
     {"width", static_cast<int>(stReport.nWidth)},
     {"height", static_cast<int>(stReport.nHeight)},
-    {"frame_count", stReport.nFrameCount},
     {"measured_bright_frames", static_cast<int>(stReport.nBrightFrames)},
     {"measured_dark_frames", static_cast<int>(stReport.nDarkFrames)},
     {"method", QLatin1String(METHOD)},
@@ -251,7 +249,11 @@ QByteArray MakeReportJson(const SReport &stReport)
     {"after", MakeUniformityJson(stReport.stAfter)},
     {"notes", QJsonArray::fromStringList(stReport.listNotes + MakeFigureNotes(stReport))},
   };
-  if (HasExpectGray(stReport)) {
+  const bool bKnown = stReport.nFrameCount > 0;
+  if (bKnown) {
+    json.insert(QStringLiteral("frame_count"), stReport.nFrameCount);
+  }
+  if (bKnown && HasExpectGray(stReport)) {
     json.insert(QStringLiteral("expect_gray"), stReport.nExpectGray);
     json.insert(QStringLiteral("expect_gray_dn"), stReport.nExpectGrayDn);
   }
@@ -260,7 +262,7 @@ QByteArray MakeReportJson(const SReport &stReport)
   } else {
     AddCameraFigures(stReport, json);
   }
-  return QJsonDocument(json).toJson(QJsonDocument::Indented);
+  return json;
 }
 
 QString MakeReportTable(const SReport &stReport)

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-#include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
@@ -60,7 +60,7 @@ void MeasureFigures(const SFigureStacks &stStacks, SReport &stReport);
 QStringList MakeFigureNotes(const SReport &stReport);
 
 /// Indented JSON with a key for every figure.
-QByteArray MakeReportJson(const SReport &stReport);
+QJsonObject MakeReportJson(const SReport &stReport);
 
 /// A table of some 30 lines of up to 100 columns, with a line feed at the end.
 QString MakeReportTable(const SReport &stReport);

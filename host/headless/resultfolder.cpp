@@ -4,6 +4,7 @@
 
 #include "frames/ifilekind.h"
 #include "frames/wholefile.h"
+#include "host/measurement/defectfiles.h"
 #include "quality/pictures.h"
 #include "quality/profileplot.h"
 
@@ -61,18 +62,7 @@ Result<> CResultFolder::WriteReport(const QByteArray &byteReport) const
 
 Result<> CResultFolder::WriteDefects(const quality::SReport &stReport) const
 {
-  if (stReport.listDefects.empty()) {
-    return {};
-  }
-  return RunUntilFailure(
-    [&] {
-      return frames::SaveWholeFile(GetPath(QStringLiteral("defects.csv")),
-                                   quality::MakeDefectsCsv(stReport.listDefects));
-    },
-    [&] {
-      return frames::SaveWholeFile(GetPath(QStringLiteral("defects.xml")),
-                                   quality::MakeDefectsXml(stReport.listDefects, stReport.nWidth, stReport.nHeight));
-    });
+  return SaveDefects(GetPath(QStringLiteral("defects")), stReport);
 }
 
 } // namespace ffc::host

@@ -196,7 +196,7 @@ void CWorkflowSession::Advise(const quality::CFrameStack &stBrightBefore)
 
 QByteArray CWorkflowSession::MakeJson() const
 {
-  QJsonObject json = QJsonDocument::fromJson(quality::MakeReportJson(m_stReport)).object();
+  QJsonObject json = quality::MakeReportJson(m_stReport);
   json.insert(QStringLiteral("measured_at"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
   json.insert(QStringLiteral("advice"), quality::DescribeAdvice(m_stAdvice));
   if (HasLimit()) {

@@ -10,6 +10,7 @@
 
 #include "frames/wholefile.h"
 #include "host/measurement/background.h"
+#include "host/measurement/defectfiles.h"
 #include "host/window/waitbox.h"
 #include "quality/htmlreport.h"
 
@@ -23,34 +24,11 @@ QString Translate(const char *pText)
 
 const QString FOLDER_KEY = QStringLiteral("report/folder");
 
-/// Beside the report, as a list and as a map; nothing where there are none.
-Result<> SaveDefects(const QFileInfo &info, const quality::SReport &stReport)
-{
-  if (stReport.listDefects.empty()) {
-    return {};
-  }
-  const QString strBase = info.dir().filePath(info.completeBaseName() + QStringLiteral("-defects"));
-  return RunUntilFailure(
-    [&] {
-      return frames::SaveWholeFile(strBase + QStringLiteral(".csv"), quality::MakeDefectsCsv(stReport.listDefects));
-    },
-    [&] {
-      return frames::SaveWholeFile(strBase + QStringLiteral(".xml"),
-                                   quality::MakeDefectsXml(stReport.listDefects, stReport.nWidth, stReport.nHeight));
-    });
-}
-
-/// What is not known is left out.
 QByteArray MakeTimedJson(const quality::SResult &stResult, double dLimitPercent, const QDateTime &dtMeasured)
 {
-  QJsonObject json = QJsonDocument::fromJson(quality::MakeJson(stResult, dLimitPercent)).object();
+  QJsonObject json = quality::MakeJson(stResult, dLimitPercent);
   json.insert(QStringLiteral("measured_at"),
               dtMeasured.toOffsetFromUtc(dtMeasured.offsetFromUtc()).toString(Qt::ISODate));
-  if (stResult.stReport.nFrameCount == 0) {
-    for (const char *pKey : {"frame_count", "expect_gray", "expect_gray_dn"}) {
-      json.remove(QLatin1String(pKey));
-    }
-  }
   return QJsonDocument(json).toJson(QJsonDocument::Indented);
 }
 
@@ -93,7 +71,9 @@ Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality:
   return RunUntilFailure(
     [&] { return frames::SaveWholeFile(strPath, byteHtml); },
     [&] { return frames::SaveWholeFile(strJson, MakeTimedJson(*pResult, dLimitPercent, dtMeasured)); },
-    [&] { return SaveDefects(info, pResult->stReport); });
+    [&] {
+      return SaveDefects(info.dir().filePath(info.completeBaseName() + QStringLiteral("-defects")), pResult->stReport);
+    });
 }
 
 } // namespace ffc::host

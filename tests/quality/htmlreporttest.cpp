@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 
@@ -98,7 +97,7 @@ TEST(FigureRows, AreOnePerFigureAndPlane)
 
 TEST(QualityJson, AddsVerdictNoiseAdviceAndCounts)
 {
-  const QJsonObject json = QJsonDocument::fromJson(MakeJson(MakeResult(), 0.3)).object();
+  const QJsonObject json = MakeJson(MakeResult(), 0.3);
   EXPECT_EQ(json["verdict"].toString().toStdString(), "fail");
   EXPECT_EQ(json["shading_limit_percent"].toDouble(), 0.3);
   EXPECT_EQ(json["advised_frames"].toInt(), 16);

@@ -1,7 +1,6 @@
 #include "quality/report.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <gtest/gtest.h>
@@ -42,7 +41,7 @@ SReport MakeReport(double dPrnuBefore, double dPrnuAfter, int nFrameCount)
 
 QJsonObject Parse(const SReport &stReport)
 {
-  return QJsonDocument::fromJson(MakeReportJson(stReport)).object();
+  return MakeReportJson(stReport);
 }
 
 } // namespace
