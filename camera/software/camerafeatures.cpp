@@ -9,8 +9,8 @@ using genapi::GetLayoutName;
 
 namespace {
 
-constexpr int64_t MIN_REGION = 16; ///< pixels
-constexpr int64_t REGION_STEP = 2; ///< keeps the colours of a Bayer sensor in their places
+constexpr int64_t MIN_REGION = 16; // pixels
+constexpr int64_t REGION_STEP = 2; // keeps the colours of a Bayer sensor in their places
 constexpr int64_t TRIGGER_OFF = 0;
 constexpr int64_t TRIGGER_ON = 1;
 constexpr int64_t SOURCE_SOFTWARE = 0;
@@ -78,8 +78,8 @@ void CCameraFeatures::AddIdentity(const SCameraDescription &stDescription)
 
 void CCameraFeatures::AddGeometry(const SCameraDescription &stDescription)
 {
-  const auto fnAddAxis = [&](const char *pSizeName, const char *pOffsetName, int64_t nSensorSize,
-                             genapi::CSoftwareInteger **ppSize, genapi::CSoftwareInteger **ppOffset) {
+  const auto addAxis = [&](const char *pSizeName, const char *pOffsetName, int64_t nSensorSize,
+                           genapi::CSoftwareInteger *&pSize, genapi::CSoftwareInteger *&pOffset) {
     genapi::CSoftwareInteger &size = m_deviceMap.AddInteger(pSizeName, nSensorSize).LockedWhile(*m_pLocked).Strict();
     genapi::CSoftwareInteger &offset = m_deviceMap.AddInteger(pOffsetName).LockedWhile(*m_pLocked).Strict();
     if (stDescription.bRegionOfInterest) {
@@ -89,11 +89,11 @@ void CCameraFeatures::AddGeometry(const SCameraDescription &stDescription)
       size.Range(nSensorSize, nSensorSize);
       offset.Range(0, 0);
     }
-    *ppSize = &size;
-    *ppOffset = &offset;
+    pSize = &size;
+    pOffset = &offset;
   };
-  fnAddAxis("Width", "OffsetX", stDescription.nSensorWidth, &m_pWidth, &m_pOffsetX);
-  fnAddAxis("Height", "OffsetY", stDescription.nSensorHeight, &m_pHeight, &m_pOffsetY);
+  addAxis("Width", "OffsetX", stDescription.nSensorWidth, m_pWidth, m_pOffsetX);
+  addAxis("Height", "OffsetY", stDescription.nSensorHeight, m_pHeight, m_pOffsetY);
 }
 
 void CCameraFeatures::AddPixelFormat(const SCameraDescription &stDescription)
@@ -119,7 +119,7 @@ void CCameraFeatures::AddExposure(const SCameraDescription &stDescription)
 
 void CCameraFeatures::AddStreamControl(const SCameraDescription &stDescription)
 {
-  const auto fnTimingChanged = [this](const auto &) {
+  const auto announceTiming = [this](const auto &) {
     if (m_fnTimingChanged) {
       m_fnTimingChanged();
     }
@@ -127,11 +127,11 @@ void CCameraFeatures::AddStreamControl(const SCameraDescription &stDescription)
   m_pFrameRate = &m_deviceMap.AddFloat("AcquisitionFrameRate", stDescription.dFrameRate)
                     .Range(MIN_FRAME_RATE, MAX_FRAME_RATE)
                     .Strict()
-                    .OnWrite(fnTimingChanged);
+                    .OnWrite(announceTiming);
   m_pTriggerMode = &m_deviceMap.AddEnumeration("TriggerMode")
                       .Entry("Off", TRIGGER_OFF)
                       .Entry("On", TRIGGER_ON)
-                      .OnWrite(fnTimingChanged);
+                      .OnWrite(announceTiming);
   m_pTriggerSource = &m_deviceMap.AddEnumeration("TriggerSource").Entry("Software", SOURCE_SOFTWARE).Entry("Line0", 1);
   m_deviceMap.AddCommand("TriggerSoftware").OnExecute([this] {
     if (m_fnTrigger && IsSoftwareTriggered()) {

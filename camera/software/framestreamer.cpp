@@ -83,20 +83,20 @@ void CFrameStreamer::Run()
   }
 }
 
-/// False when the timing has to be asked for again, or the stream stops. A frame that is late by more
-/// than a period is not caught up: the rhythm starts again with it.
+// False when the timing has to be asked for again, or the stream stops. A frame that is late by more
+// than a period is not caught up: the rhythm starts again with it.
 bool CFrameStreamer::WaitForTurn(const STiming &stTiming, uint64_t nWakeCount)
 {
   std::unique_lock lock(m_mutex);
-  const auto fnDisturbed = [&] { return m_bStop || m_nWakeCount != nWakeCount; };
+  const auto isDisturbed = [&] { return m_bStop || m_nWakeCount != nWakeCount; };
   if (stTiming.bTriggered) {
-    m_condition.wait(lock, [&] { return fnDisturbed() || m_nTriggers > 0; });
-    if (fnDisturbed()) {
+    m_condition.wait(lock, [&] { return isDisturbed() || m_nTriggers > 0; });
+    if (isDisturbed()) {
       return false;
     }
     --m_nTriggers;
   } else {
-    if (m_condition.wait_until(lock, m_tNext, fnDisturbed)) {
+    if (m_condition.wait_until(lock, m_tNext, isDisturbed)) {
       return false;
     }
     m_nTriggers = 0; // left over from a triggered stream

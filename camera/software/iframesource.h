@@ -18,7 +18,7 @@ public:
   /// Fills one frame of stSettings.GetPayloadSize() bytes.
   /// \param nFrameId counts the camera's frames; with the same settings it gives the same bytes again
   virtual void Expose(const SCameraSettings &stSettings, const SScene &stScene, uint64_t nFrameId,
-                      std::vector<uint8_t> *pFrame) = 0;
+                      std::vector<uint8_t> &listFrame) = 0;
 };
 
 } // namespace ffc::camera

@@ -71,10 +71,10 @@ SettingSnapshot CSettingList::Save() const
 bool CSettingList::Load(const SettingSnapshot &mapSnapshot) const
 {
   const SettingSnapshot mapBefore = Save();
-  const auto fnSameKind = [](const auto &a, const auto &b) {
+  const auto isSameKind = [](const auto &a, const auto &b) {
     return a.first == b.first && a.second.index() == b.second.index();
   };
-  if (!std::equal(mapBefore.begin(), mapBefore.end(), mapSnapshot.begin(), mapSnapshot.end(), fnSameKind)) {
+  if (!std::equal(mapBefore.begin(), mapBefore.end(), mapSnapshot.begin(), mapSnapshot.end(), isSameKind)) {
     return false;
   }
   SetAll(mapSnapshot);

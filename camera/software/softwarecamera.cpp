@@ -54,27 +54,27 @@ void CSoftwareCamera::Stop()
   m_features.SetLocked(false);
 }
 
-/// All that one frame depends on, as it is at one moment.
-SFrameCorrection CSoftwareCamera::GetFrameSetup(SCameraSettings *pstSettings) const
+// All that one frame depends on, as it is at one moment.
+SFrameCorrection CSoftwareCamera::GetFrameSetup(SCameraSettings &stSettings) const
 {
   const auto lock = m_features.Lock();
-  *pstSettings = m_features.GetSettings();
+  stSettings = m_features.GetSettings();
   if (m_whiteBalance) {
-    pstSettings->adBalance = m_whiteBalance->GetRatios();
+    stSettings.adBalance = m_whiteBalance->GetRatios();
   }
   if (m_pSelfCorrection == nullptr) {
     return {};
   }
-  m_pSelfCorrection->CompleteSettings(pstSettings);
+  m_pSelfCorrection->CompleteSettings(stSettings);
   return m_pSelfCorrection->GetFrameCorrection();
 }
 
 void CSoftwareCamera::DeliverFrame()
 {
   SCameraSettings stSettings;
-  const SFrameCorrection stCorrection = GetFrameSetup(&stSettings);
+  const SFrameCorrection stCorrection = GetFrameSetup(stSettings);
   try {
-    m_pSource->Expose(stSettings, m_scene.Get(), m_nFrameId, &m_listFrame);
+    m_pSource->Expose(stSettings, m_scene.Get(), m_nFrameId, m_listFrame);
     if (m_whiteBalance) {
       m_whiteBalance->Process(stSettings, m_listFrame.data());
     }

@@ -42,7 +42,7 @@ public:
 
 private:
   void DeliverFrame();
-  SFrameCorrection GetFrameSetup(SCameraSettings *pstSettings) const;
+  SFrameCorrection GetFrameSetup(SCameraSettings &stSettings) const;
 
   std::string m_strDisplayName;
   CCameraFeatures m_features;

@@ -16,10 +16,10 @@ constexpr int64_t AUTO_OFF = 0;
 constexpr int64_t AUTO_ONCE = 1;
 constexpr double MIN_RATIO = 0.1;
 constexpr double MAX_RATIO = 16.0;
-constexpr uint32_t ROW_PERIOD = 8;  ///< two rows of so many are measured
-constexpr uint32_t COLUMN_STEP = 7; ///< odd, so that every colour is met
+constexpr uint32_t ROW_PERIOD = 8;  // two rows of so many are measured
+constexpr uint32_t COLUMN_STEP = 7; // odd, so that every colour is met
 
-/// Ratios of red, green and blue that whiten a known lamp. The first one is measured instead.
+// Ratios of red, green and blue that whiten a known lamp. The first one is measured instead.
 struct SLamp {
   const char *pName;
   std::array<double, COLOR_COUNT> adRatios;
@@ -29,7 +29,7 @@ constexpr SLamp ALL_LAMPS[] = {
   {"Incandescent", {1.1, 1.0, 2.4}}, {"D75", {1.55, 1.0, 1.45}},
 };
 
-/// Mean of each colour over the black level, from a part of the frame's pixels.
+// Mean of each colour over the black level, from a part of the frame's pixels.
 template <class TSample>
 std::array<double, COLOR_COUNT> MeasureSignal(const SCameraSettings &stSettings, const TSample *pFrame)
 {
@@ -84,12 +84,12 @@ std::array<double, COLOR_COUNT> CWhiteBalance::GetRatios() const
 
 void CWhiteBalance::AddSettings(CSettingList &settings)
 {
-  const auto fnSetAuto = [this](const SettingValue &value) {
+  const auto setAuto = [this](const SettingValue &value) {
     m_pAuto->Poke(std::get<int64_t>(value));
     m_nFramesLeft = SETTLING_FRAMES;
   };
   settings.Add("BalanceWhiteAuto",
-               {[this] { return SettingValue(m_pAuto->Peek()); }, fnSetAuto,
+               {[this] { return SettingValue(m_pAuto->Peek()); }, setAuto,
                 [this](const SettingValue &value) { return m_pAuto->GetEntry(std::get<int64_t>(value)) != nullptr; }});
   settings.Exclude("BalanceRatio");
   for (std::size_t nColor = 0; nColor < m_adRatios.size(); ++nColor) {
@@ -122,7 +122,7 @@ void CWhiteBalance::Process(const SCameraSettings &stSettings, const void *pFram
   }
 }
 
-/// Red and blue are brought to green; what gives no signal stays.
+// Red and blue are brought to green; what gives no signal stays.
 void CWhiteBalance::AdjustTo(const std::array<double, COLOR_COUNT> &adSignal)
 {
   const auto nLamp = static_cast<std::size_t>(m_pLamp->Peek());

@@ -17,7 +17,7 @@ public:
   explicit CFrameReplay(ffc::frames::SRecordedFrames stFrames);
 
   void Expose(const SCameraSettings &stSettings, const SScene &stScene, uint64_t nFrameId,
-              std::vector<uint8_t> *pFrame) override;
+              std::vector<uint8_t> &listFrame) override;
 
 private:
   ffc::frames::SRecordedFrames m_stFrames;

@@ -12,7 +12,7 @@ namespace ffc::camera {
 
 namespace {
 
-/// The format that the frames are played in; null when there is none of that name.
+// The format that the frames are played in; null when there is none of that name.
 const SSensorFormat *FindFormat(const SReplayCameraOptions &stOptions, const ffc::frames::SRecordedFrames &stFrames)
 {
   return FindSensorFormat(stOptions.strPixelFormat.empty() ? stFrames.strStatedFormat : stOptions.strPixelFormat);

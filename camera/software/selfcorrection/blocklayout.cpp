@@ -4,7 +4,7 @@ namespace ffc::camera {
 
 namespace {
 
-constexpr uint32_t ELEMENT_SIZE = 8; ///< of a flat-field table: four words
+constexpr uint32_t ELEMENT_SIZE = 8; // of a flat-field table: four words
 
 uint32_t RoundUpToEven(uint32_t nCount)
 {

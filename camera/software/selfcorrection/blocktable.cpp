@@ -10,7 +10,7 @@ namespace {
 
 constexpr double GAIN_UNIT = 256.0;
 
-/// The words of a register.
+// The words of a register.
 class CWords {
 public:
   explicit CWords(const std::vector<uint8_t> &listBytes) : m_listBytes(listBytes) {}

@@ -33,10 +33,10 @@ CCoefficientRegister::CCoefficientRegister(genapi::CSoftwareNodeMap &deviceMap, 
                                            std::function<SBlockLayout()> fnLayout)
   : m_flash(flash), m_fnLayout(std::move(fnLayout))
 {
-  const auto fnGetLength = [this] { return int64_t{m_fnLayout().GetRegisterSize()}; };
-  deviceMap.AddInteger("FFCCoefficientsSize").OnRead(fnGetLength);
+  const auto getLength = [this] { return int64_t{m_fnLayout().GetRegisterSize()}; };
+  deviceMap.AddInteger("FFCCoefficientsSize").OnRead(getLength);
   deviceMap.AddRegister("FFCValueAll")
-    .Length(fnGetLength)
+    .Length(getLength)
     .OnRead([this] { return Read(); })
     .OnWrite([this](const std::vector<uint8_t> &listBytes) { Write(listBytes); });
   deviceMap.AddCommand("FFCFlashLoad").OnExecute([this] { LoadFromFlash(); });
@@ -48,7 +48,7 @@ std::shared_ptr<const SCoefficients> CCoefficientRegister::GetApplicable() const
   return CountsNow() && m_pHeld->stLayout.HasTable() ? m_pHeld : nullptr;
 }
 
-/// An empty register reads as zeros, whatever its length.
+// An empty register reads as zeros, whatever its length.
 std::vector<uint8_t> CCoefficientRegister::Read() const
 {
   if (!CountsNow()) {

@@ -12,12 +12,12 @@ namespace ffc::camera {
 namespace {
 
 struct SBlockSizeEntry {
-  const char *pName; ///< ends with the pixels of a block
+  const char *pName; // ends with the pixels of a block
   int64_t nCode;
   ECorrectionMode eMode;
-  uint32_t nSide; ///< pixels
+  uint32_t nSide; // pixels
 };
-/// The first one of a mode is selected at first.
+// The first one of a mode is selected at first.
 constexpr SBlockSizeEntry ALL_BLOCK_SIZES[] = {
   {"BlockSize_1024", 0, ECorrectionMode::FlatField, 32},
   {"BlockSize_256", 1, ECorrectionMode::FlatField, 16},

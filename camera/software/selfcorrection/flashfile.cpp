@@ -19,7 +19,7 @@ namespace {
 constexpr char FILE_MARK[] = "SIMFLASH";
 constexpr quint32 FILE_VERSION = 1;
 constexpr auto STREAM_VERSION = QDataStream::Qt_5_15;
-/// The largest sensor in the smallest blocks takes less than 9 million bytes.
+// The largest sensor in the smallest blocks takes less than 9 million bytes.
 constexpr qint64 MAX_FILE_SIZE = 16 << 20;
 
 QByteArray ToBytes(const std::string &strText)
@@ -102,7 +102,7 @@ void WriteCoefficients(QDataStream &stream, const SCoefficients &stCoefficients)
                        static_cast<int>(stCoefficients.listRegister.size()));
 }
 
-/// Null when size and layout contradict each other.
+// Null when size and layout contradict each other.
 std::shared_ptr<const SCoefficients> ReadCoefficients(QDataStream &stream)
 {
   auto pCoefficients = std::make_shared<SCoefficients>();
@@ -131,7 +131,7 @@ QByteArray Pack(const std::string &strCamera, const SFlashContent &stContent)
   return byteContent;
 }
 
-/// The messages of this and the next go on from the file's name.
+// The messages of this and the next go on from the file's name.
 Result<SFlashContent> Unpack(const QByteArray &byteContent, const std::string &strCamera)
 {
   QDataStream stream(byteContent);

@@ -29,8 +29,8 @@ void CGridSampler::SampleRow(const GridPlane &listPlane, uint32_t nY, uint32_t n
   }
 }
 
-/// In half pixels: the middle of pixel n lies at 2 n + 1, that of block b at (2 b + 1) sides, and the ring
-/// comes a block earlier.
+// In half pixels: the middle of pixel n lies at 2 n + 1, that of block b at (2 b + 1) sides, and the ring
+// comes a block earlier.
 CGridSampler::SPosition CGridSampler::Locate(uint32_t nPixel) const
 {
   const uint32_t nBlock = 2 * m_nBlockSide;

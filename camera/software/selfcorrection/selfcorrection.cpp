@@ -8,8 +8,8 @@ using genapi::GetLayoutName;
 
 namespace {
 
-/// By which the flash file of one camera is told from that of another, which has other settings or another
-/// region.
+// By which the flash file of one camera is told from that of another, which has other settings or another
+// region.
 std::string DescribeCamera(const SCameraDescription &stDescription, ECorrectionMode eMode)
 {
   return std::string(eMode == ECorrectionMode::FlatField ? "flat field" : "vignetting") + ", " +
@@ -17,7 +17,7 @@ std::string DescribeCamera(const SCameraDescription &stDescription, ECorrectionM
          " x " + std::to_string(stDescription.nSensorHeight);
 }
 
-/// All settings of the camera, in their factory state.
+// All settings of the camera, in their factory state.
 CSettingList ListSettings(genapi::CSoftwareNodeMap &deviceMap, CWhiteBalance *pWhiteBalance)
 {
   CSettingList settings;
@@ -59,10 +59,10 @@ Result<> CSelfCorrection::PowerOn()
   return {};
 }
 
-void CSelfCorrection::CompleteSettings(SCameraSettings *pstSettings) const
+void CSelfCorrection::CompleteSettings(SCameraSettings &stSettings) const
 {
   if (m_sensor) {
-    m_sensor->CompleteSettings(pstSettings);
+    m_sensor->CompleteSettings(stSettings);
   }
 }
 

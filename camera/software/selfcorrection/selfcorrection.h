@@ -38,7 +38,7 @@ public:
 
   /// What to expose the next frame with and what to do to it then, as the features say now; with the
   /// device map's lock held, so that both belong together.
-  void CompleteSettings(SCameraSettings *pstSettings) const;
+  void CompleteSettings(SCameraSettings &stSettings) const;
   SFrameCorrection GetFrameCorrection() const;
 
 private:

@@ -40,10 +40,10 @@ CSensorFeatures::CSensorFeatures(genapi::CSoftwareNodeMap &deviceMap)
   });
 }
 
-void CSensorFeatures::CompleteSettings(SCameraSettings *pstSettings) const
+void CSensorFeatures::CompleteSettings(SCameraSettings &stSettings) const
 {
-  pstSettings->bFixedPatternCorrection = IsOn(*m_pFixedPattern);
-  pstSettings->bDeadPixelCorrection = IsOn(*m_pDeadPixel);
+  stSettings.bFixedPatternCorrection = IsOn(*m_pFixedPattern);
+  stSettings.bDeadPixelCorrection = IsOn(*m_pDeadPixel);
 }
 
 } // namespace ffc::camera

@@ -17,7 +17,7 @@ public:
   /// \param deviceMap has the three features already, and outlives this object
   explicit CSensorFeatures(genapi::CSoftwareNodeMap &deviceMap);
 
-  void CompleteSettings(SCameraSettings *pstSettings) const;
+  void CompleteSettings(SCameraSettings &stSettings) const;
   uint32_t GetDigitalShift() const { return static_cast<uint32_t>(m_pDigitalShift->Peek()); }
 
 private:

@@ -53,7 +53,7 @@ bool CUserSets::StartsWithDefault() const
   return m_pStart->Peek() == SET_DEFAULT;
 }
 
-/// Not available rather than not writable, which an access without verification would pass over.
+// Not available rather than not writable, which an access without verification would pass over.
 GenApi::EAccessMode CUserSets::GetAccess(bool bSaving) const
 {
   const bool bRefused = m_pLocked->Peek() != 0 || (bSaving && m_pSelector->Peek() == SET_DEFAULT);

@@ -8,11 +8,11 @@ using genapi::EColor;
 
 namespace {
 
-constexpr float TILT_X = 0.03F; ///< how much brighter the right edge is than the centre
+constexpr float TILT_X = 0.03F; // how much brighter the right edge is than the centre
 constexpr float TILT_Y = -0.02F;
 
-/// Reflectance of the test chart: a checkerboard of 12 x 9 fields whose light fields step from dark to
-/// light, above a band of vertical bars that get finer to the right.
+// Reflectance of the test chart: a checkerboard of 12 x 9 fields whose light fields step from dark to
+// light, above a band of vertical bars that get finer to the right.
 float GetChartReflectance(float fU, float fV)
 {
   if (fV > 0.85F) {

@@ -7,11 +7,11 @@ namespace ffc::camera {
 
 namespace {
 
-/// Distinct places of a run. Prime, so that runs of no width fall into step with it.
+// Distinct places of a run. Prime, so that runs of no width fall into step with it.
 constexpr uint32_t PLACE_COUNT = 1048573;
 
-/// Brings mean and deviation of the numbers exactly to 0 and 1: an average over frames then has no
-/// offset of the table's own.
+// Brings mean and deviation of the numbers exactly to 0 and 1: an average over frames then has no
+// offset of the table's own.
 void Normalise(std::vector<float> &listNumbers)
 {
   double dSum = 0.0;

@@ -12,30 +12,30 @@ namespace {
 
 constexpr uint32_t MIN_SIZE = 16;
 constexpr uint32_t MAX_SIZE = 16384;
-constexpr double HOT_PIXELS = 1.0 / 65536.0; ///< of the camera whose dead pixels can be corrected
+constexpr double HOT_PIXELS = 1.0 / 65536.0; // of the camera whose dead pixels can be corrected
 
 bool IsSensorSize(uint32_t nSize)
 {
   return nSize >= MIN_SIZE && nSize <= MAX_SIZE && nSize % 2 == 0;
 }
 
-/// A lens fall-off is corrected in 8, 10 and 12 bit only.
+// A lens fall-off is corrected in 8, 10 and 12 bit only.
 bool IsOffered(const SSensorFormat &stFormat, ECorrectionMode eMode)
 {
   return eMode != ECorrectionMode::Vignetting || stFormat.nBitDepth == 8 || stFormat.nBitDepth == 10 ||
          stFormat.nBitDepth == 12;
 }
 
-/// The formats of the sensor that the options ask for.
+// The formats of the sensor that the options ask for.
 std::vector<SSensorFormat> GetFormats(const SSimulatedCameraOptions &stOptions)
 {
   std::vector<SSensorFormat> listFormats = GetSensorFormats(FindSensorFormat(stOptions.strPixelFormat)->eLayout);
-  const auto fnIsMissing = [&](const SSensorFormat &stFormat) { return !IsOffered(stFormat, stOptions.eMode); };
-  listFormats.erase(std::remove_if(listFormats.begin(), listFormats.end(), fnIsMissing), listFormats.end());
+  const auto isMissing = [&](const SSensorFormat &stFormat) { return !IsOffered(stFormat, stOptions.eMode); };
+  listFormats.erase(std::remove_if(listFormats.begin(), listFormats.end(), isMissing), listFormats.end());
   return listFormats;
 }
 
-/// Where dead pixels can be corrected there are some.
+// Where dead pixels can be corrected there are some.
 SSensorModel GetSensorModel(const SSimulatedCameraOptions &stOptions)
 {
   SSensorModel stModel;
@@ -43,7 +43,7 @@ SSensorModel GetSensorModel(const SSimulatedCameraOptions &stOptions)
   return stModel;
 }
 
-/// Whether the options make a camera.
+// Whether the options make a camera.
 Result<> CheckOptions(const SSimulatedCameraOptions &stOptions)
 {
   if (FindSensorFormat(stOptions.strPixelFormat) == nullptr) {

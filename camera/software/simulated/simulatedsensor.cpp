@@ -17,20 +17,20 @@ CSimulatedSensor::CSimulatedSensor(uint32_t nSensorWidth, uint32_t nSensorHeight
 {
   const std::size_t nPixels = std::size_t{nSensorWidth} * nSensorHeight;
   CRandomPicker picker(~nSeed); // apart from the frames', which count up from the seed
-  const auto fnFill = [&](std::vector<float> &listPlane, double dMean, double dDeviation) {
+  const auto fill = [&](std::vector<float> &listPlane, double dMean, double dDeviation) {
     listPlane.resize(nPixels);
     for (float &fValue : listPlane) {
       fValue = static_cast<float>(dMean + dDeviation * m_noise.Get(picker));
     }
   };
-  fnFill(m_listResponse, 1.0, stModel.dPrnu);
-  fnFill(m_listDarkSignal, 0.0, stModel.dDsnu);
+  fill(m_listResponse, 1.0, stModel.dPrnu);
+  fill(m_listDarkSignal, 0.0, stModel.dDsnu);
   if (stModel.dHotPixels > 0.0) {
     MakeHotPixels(picker);
   }
 }
 
-/// At least one.
+// At least one.
 void CSimulatedSensor::MakeHotPixels(CRandomPicker &picker)
 {
   const auto nPixels = static_cast<uint32_t>(m_listDarkSignal.size());
@@ -41,16 +41,16 @@ void CSimulatedSensor::MakeHotPixels(CRandomPicker &picker)
 }
 
 void CSimulatedSensor::Expose(const SCameraSettings &stSettings, const SScene &stScene, uint64_t nFrameId,
-                              std::vector<uint8_t> *pFrame)
+                              std::vector<uint8_t> &listFrame)
 {
   if (!m_stPrepared || !(*m_stPrepared == stSettings) || !(m_stPreparedScene == stScene)) {
     Prepare(stSettings, stScene);
   }
-  pFrame->resize(stSettings.GetPayloadSize());
+  listFrame.resize(stSettings.GetPayloadSize());
   if (stSettings.pFormat->GetBytesPerPixel() == 1) {
-    Digitise(stSettings, nFrameId, pFrame->data());
+    Digitise(stSettings, nFrameId, listFrame.data());
   } else {
-    Digitise(stSettings, nFrameId, reinterpret_cast<uint16_t *>(pFrame->data()));
+    Digitise(stSettings, nFrameId, reinterpret_cast<uint16_t *>(listFrame.data()));
   }
 }
 
@@ -70,7 +70,7 @@ void CSimulatedSensor::Prepare(const SCameraSettings &stSettings, const SScene &
   m_stPreparedScene = stScene;
 }
 
-/// Digital numbers per electron.
+// Digital numbers per electron.
 double CSimulatedSensor::GetGain(const SCameraSettings &stSettings, EColor eColor) const
 {
   return stSettings.pFormat->GetMaxValue() / m_stModel.dFullWell * std::pow(10.0, stSettings.dGain / 20.0) *

@@ -38,7 +38,7 @@ public:
                    const SSensorModel &stModel = {});
 
   void Expose(const SCameraSettings &stSettings, const SScene &stScene, uint64_t nFrameId,
-              std::vector<uint8_t> *pFrame) override;
+              std::vector<uint8_t> &listFrame) override;
 
 private:
   void Prepare(const SCameraSettings &stSettings, const SScene &stScene);

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Counts deliveries and waits for them.
+// Counts deliveries and waits for them.
 class CDeliveryCounter {
 public:
   void Count()

@@ -29,7 +29,7 @@ using ffc::test::SKeptFrame;
 
 namespace {
 
-/// A folder of tiny pictures, each filled with one value.
+// A folder of tiny pictures, each filled with one value.
 class CRecordingFolder {
 public:
   void Add(const char *pName, QImage::Format eFormat, uint16_t nValue, int nWidth = 6, int nHeight = 4)
@@ -47,7 +47,7 @@ public:
     EXPECT_TRUE(image.save(m_dir.filePath(pName), "png")) << pName;
   }
 
-  /// nDark dark frames of values 1, 2, ... and nBright bright ones of values 101, 102, ...
+  // nDark dark frames of values 1, 2, ... and nBright bright ones of values 101, 102, ...
   void AddFrames(int nDark, int nBright, QImage::Format eFormat = QImage::Format_Grayscale8)
   {
     for (int n = 0; n < nDark; ++n) {
@@ -85,7 +85,7 @@ std::string GetText(GenApi::INodeMap *pMap, const char *pName)
   return dynamic_cast<GenApi::IValue *>(pMap->GetNode(pName))->ToString().c_str();
 }
 
-/// The values of many frames, after those that the change before may still have missed.
+// The values of many frames, after those that the change before may still have missed.
 std::vector<int> TakeValues(ffc::test::CFrameCollector &collector, std::size_t nCount)
 {
   collector.Take(1);
@@ -101,7 +101,7 @@ std::set<int> AsSet(const std::vector<int> &listValues)
   return {listValues.begin(), listValues.end()};
 }
 
-/// The real frames, when the machine has them.
+// The real frames, when the machine has them.
 std::string FindRealFrames()
 {
   const QString strData = qEnvironmentVariable("FFC_TEST_DATA");
@@ -334,11 +334,11 @@ TEST(ReplayCamera, RealFramesHaveTheirPublishedMeans)
   EXPECT_EQ(stFrames.stLayout.nHeight, 480U);
   ASSERT_EQ(stFrames.listDark.size(), 8U);
   ASSERT_EQ(stFrames.listBright.size(), 40U);
-  const auto fnGetMean = [](const std::vector<uint8_t> &listBytes) {
+  const auto getMean = [](const std::vector<uint8_t> &listBytes) {
     const auto *pSamples = reinterpret_cast<const uint16_t *>(listBytes.data());
     const std::size_t nCount = listBytes.size() / 2;
     return std::accumulate(pSamples, pSamples + nCount, 0.0) / static_cast<double>(nCount);
   };
-  EXPECT_NEAR(fnGetMean(stFrames.listBright[0]), 1981.0, 20.0);
-  EXPECT_NEAR(fnGetMean(stFrames.listDark[0]), 14.8, 1.0);
+  EXPECT_NEAR(getMean(stFrames.listBright[0]), 1981.0, 20.0);
+  EXPECT_NEAR(getMean(stFrames.listDark[0]), 14.8, 1.0);
 }

@@ -14,7 +14,7 @@ using ffc::genapi::CSoftwareNodeMap;
 
 namespace {
 
-/// Every kind of node that there is.
+// Every kind of node that there is.
 class SettingList : public testing::Test {
 protected:
   SettingList()
@@ -72,22 +72,22 @@ TEST_F(SettingList, ChangesNothingWhenOneValueDoesNotFit)
 {
   SetAll(40, 160, 2.5, "On");
   const SettingSnapshot mapBefore = m_list.Save();
-  const auto fnRefuses = [&](const std::string &strName, const SettingValue &value) {
+  const auto refuses = [&](const std::string &strName, const SettingValue &value) {
     SettingSnapshot mapBad = mapBefore;
     mapBad["Mode"] = int64_t{0};
     mapBad[strName] = value;
     const bool bLoaded = m_list.Load(mapBad);
     return !bLoaded && m_list.Save() == mapBefore;
   };
-  EXPECT_TRUE(fnRefuses("Size", int64_t{42})) << "beyond the offset's share";
-  EXPECT_TRUE(fnRefuses("Size", int64_t{9}));
-  EXPECT_TRUE(fnRefuses("Offset", int64_t{158})) << "between two steps";
-  EXPECT_TRUE(fnRefuses("Gain", 10.5));
-  EXPECT_TRUE(fnRefuses("Gain", -0.5));
-  EXPECT_TRUE(fnRefuses("Mode", int64_t{2}));
-  EXPECT_TRUE(fnRefuses("Gain", int64_t{2})) << "of another kind";
-  EXPECT_TRUE(fnRefuses("Size", 40.0));
-  EXPECT_TRUE(fnRefuses("Serial", int64_t{5})) << "no setting";
+  EXPECT_TRUE(refuses("Size", int64_t{42})) << "beyond the offset's share";
+  EXPECT_TRUE(refuses("Size", int64_t{9}));
+  EXPECT_TRUE(refuses("Offset", int64_t{158})) << "between two steps";
+  EXPECT_TRUE(refuses("Gain", 10.5));
+  EXPECT_TRUE(refuses("Gain", -0.5));
+  EXPECT_TRUE(refuses("Mode", int64_t{2}));
+  EXPECT_TRUE(refuses("Gain", int64_t{2})) << "of another kind";
+  EXPECT_TRUE(refuses("Size", 40.0));
+  EXPECT_TRUE(refuses("Serial", int64_t{5})) << "no setting";
   EXPECT_FALSE(m_list.Load({})) << "settings are missing";
   EXPECT_EQ(m_list.Save(), mapBefore);
 }

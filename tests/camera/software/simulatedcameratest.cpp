@@ -9,7 +9,7 @@
 
 #include "camera/iscenecontrol.h"
 #include "camera/sensorformat.h"
-#include "tests/camera/software/camerabench.h"
+#include "tests/camera/software/camerarig.h"
 
 using ffc::camera::CreateSimulatedCamera;
 using ffc::camera::FindSceneControl;
@@ -22,7 +22,7 @@ using ffc::camera::SSensorFormat;
 using ffc::camera::SSimulatedCameraOptions;
 using ffc::genapi::COLOR_COUNT;
 using ffc::genapi::GetPixelColor;
-using ffc::test::CCameraBench;
+using ffc::test::CCameraRig;
 using ffc::test::GetCreationError;
 using ffc::test::SKeptFrame;
 using ffc::test::SmallOptions;
@@ -31,7 +31,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Means of red, green and blue over the black level.
+// Means of red, green and blue over the black level.
 std::vector<double> GetColorSignals(const SKeptFrame &stFrame)
 {
   const SSensorFormat &stFormat = *FindSensorFormat(stFrame.stInfo.nPixelFormat);
@@ -54,9 +54,9 @@ std::vector<double> GetColorSignals(const SKeptFrame &stFrame)
 
 TEST(SimulatedCamera, FramesCarryTheirGeometryAndCount)
 {
-  CCameraBench bench;
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
-  const auto listFrames = bench.Frames().Take(5);
+  CCameraRig rig;
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
+  const auto listFrames = rig.Frames().Take(5);
   ASSERT_EQ(listFrames.size(), 5U);
   for (std::size_t n = 0; n < listFrames.size(); ++n) {
     const SCameraFrame &stInfo = listFrames[n].stInfo;
@@ -70,14 +70,14 @@ TEST(SimulatedCamera, FramesCarryTheirGeometryAndCount)
 
 TEST(SimulatedCamera, TwoCamerasOfOneSeedDeliverTheSameBytes)
 {
-  CCameraBench first;
-  CCameraBench second;
+  CCameraRig first;
+  CCameraRig second;
   first.Set("TriggerMode", "On"); // so that no frame is missed
   second.Set("TriggerMode", "On");
   ASSERT_EQ(first.Camera().Start().GetError(), "");
   ASSERT_EQ(second.Camera().Start().GetError(), "");
   for (int n = 0; n < 3; ++n) {
-    for (CCameraBench *pBench : {&first, &second}) {
+    for (CCameraRig *pBench : {&first, &second}) {
       pBench->Frames().Expect(1);
       pBench->Device<GenApi::ICommand>("TriggerSoftware").Execute();
     }
@@ -91,65 +91,65 @@ TEST(SimulatedCamera, TwoCamerasOfOneSeedDeliverTheSameBytes)
 
 TEST(SimulatedCamera, GeometryIsLockedWhileStreaming)
 {
-  CCameraBench bench;
-  EXPECT_EQ(bench.Get("TLParamsLocked"), "0");
-  bench.Set("Width", "32");
-  bench.Set("PixelFormat", "Mono8");
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
-  EXPECT_EQ(bench.Get("TLParamsLocked"), "1");
+  CCameraRig rig;
+  EXPECT_EQ(rig.Get("TLParamsLocked"), "0");
+  rig.Set("Width", "32");
+  rig.Set("PixelFormat", "Mono8");
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
+  EXPECT_EQ(rig.Get("TLParamsLocked"), "1");
   for (const char *pName : {"Width", "Height", "OffsetX", "OffsetY", "PixelFormat"}) {
-    EXPECT_EQ(bench.Value(pName).GetAccessMode(), GenApi::RO) << pName;
-    EXPECT_THROW(bench.Set(pName, bench.Get(pName).c_str()), GenICam::AccessException) << pName;
+    EXPECT_EQ(rig.Value(pName).GetAccessMode(), GenApi::RO) << pName;
+    EXPECT_THROW(rig.Set(pName, rig.Get(pName).c_str()), GenICam::AccessException) << pName;
   }
-  EXPECT_THROW(bench.Device<GenApi::IInteger>("Width").SetValue(64, false), GenICam::AccessException);
-  const auto listFrames = bench.Frames().Take(1);
+  EXPECT_THROW(rig.Device<GenApi::IInteger>("Width").SetValue(64, false), GenICam::AccessException);
+  const auto listFrames = rig.Frames().Take(1);
   ASSERT_EQ(listFrames.size(), 1U);
   EXPECT_EQ(listFrames[0].stInfo.nSize, 32U * 48U);
-  bench.Set("ExposureTime", "5000");
-  bench.Camera().Stop();
-  EXPECT_EQ(bench.Get("TLParamsLocked"), "0");
-  bench.Set("Width", "64");
+  rig.Set("ExposureTime", "5000");
+  rig.Camera().Stop();
+  EXPECT_EQ(rig.Get("TLParamsLocked"), "0");
+  rig.Set("Width", "64");
 }
 
 TEST(SimulatedCamera, RegionsStayOnTheSensor)
 {
-  CCameraBench bench;
-  EXPECT_THROW(bench.Set("Width", "66"), GenICam::OutOfRangeException);
-  EXPECT_THROW(bench.Set("Width", "33"), GenICam::OutOfRangeException);
-  EXPECT_THROW(bench.Set("OffsetX", "2"), GenICam::OutOfRangeException);
-  bench.Set("Width", "32");
-  bench.Set("OffsetX", "32");
-  EXPECT_EQ(bench.Device<GenApi::IInteger>("Width").GetMax(), 32);
-  EXPECT_THROW(bench.Device<GenApi::IInteger>("Width").SetValue(64, false), GenICam::OutOfRangeException);
+  CCameraRig rig;
+  EXPECT_THROW(rig.Set("Width", "66"), GenICam::OutOfRangeException);
+  EXPECT_THROW(rig.Set("Width", "33"), GenICam::OutOfRangeException);
+  EXPECT_THROW(rig.Set("OffsetX", "2"), GenICam::OutOfRangeException);
+  rig.Set("Width", "32");
+  rig.Set("OffsetX", "32");
+  EXPECT_EQ(rig.Device<GenApi::IInteger>("Width").GetMax(), 32);
+  EXPECT_THROW(rig.Device<GenApi::IInteger>("Width").SetValue(64, false), GenICam::OutOfRangeException);
 }
 
 TEST(SimulatedCamera, PayloadAndOutputFollowTheFormat)
 {
   for (const SSensorFormat &stFormat : GetSensorFormats()) {
-    CCameraBench bench(SmallOptions(stFormat.pName));
+    CCameraRig rig(SmallOptions(stFormat.pName));
     const std::string strPayload = std::to_string(64 * 48 * (stFormat.nBitDepth == 8 ? 1 : 2));
-    EXPECT_EQ(bench.Get("PixelFormat"), stFormat.pName);
-    EXPECT_EQ(bench.Device<GenApi::IEnumeration>("PixelFormat").GetIntValue(), stFormat.nCode);
-    EXPECT_EQ(bench.Get("PayloadSize"), strPayload);
-    EXPECT_EQ(bench.GetOutput("OutPixelFormat"), stFormat.pName);
-    EXPECT_EQ(bench.GetOutput("OutputPayloadSize"), strPayload);
-    bench.Set("Height", "20");
-    EXPECT_EQ(bench.GetOutput("OutputWidth"), "64");
-    EXPECT_EQ(bench.GetOutput("OutputHeight"), "20");
-    EXPECT_EQ(bench.GetOutput("OutputPayloadSize"), bench.Get("PayloadSize"));
-    EXPECT_THROW(bench.Set("PayloadSize", "1"), GenICam::AccessException);
+    EXPECT_EQ(rig.Get("PixelFormat"), stFormat.pName);
+    EXPECT_EQ(rig.Device<GenApi::IEnumeration>("PixelFormat").GetIntValue(), stFormat.nCode);
+    EXPECT_EQ(rig.Get("PayloadSize"), strPayload);
+    EXPECT_EQ(rig.GetOutput("OutPixelFormat"), stFormat.pName);
+    EXPECT_EQ(rig.GetOutput("OutputPayloadSize"), strPayload);
+    rig.Set("Height", "20");
+    EXPECT_EQ(rig.GetOutput("OutputWidth"), "64");
+    EXPECT_EQ(rig.GetOutput("OutputHeight"), "20");
+    EXPECT_EQ(rig.GetOutput("OutputPayloadSize"), rig.Get("PayloadSize"));
+    EXPECT_THROW(rig.Set("PayloadSize", "1"), GenICam::AccessException);
   }
 }
 
 TEST(SimulatedCamera, AColorCameraSaysSoAndAMonoCameraHasNoColorFeatures)
 {
-  CCameraBench mono;
+  CCameraRig mono;
   for (const char *pName : {"PixelColorFilter", "BalanceWhiteAuto", "BalanceRatio", "BalanceRatioSelector",
                             "AWBLampHouse", "ShadingCorrectionMode"}) {
     EXPECT_EQ(mono.Camera().GetDeviceNodeMap()->GetNode(pName), nullptr) << pName;
   }
   for (const char *pLayout : {"BayerGR", "BayerRG", "BayerGB", "BayerBG"}) {
-    CCameraBench color(SmallOptions(std::string(pLayout) + "10"));
+    CCameraRig color(SmallOptions(std::string(pLayout) + "10"));
     EXPECT_EQ(color.Get("PixelColorFilter"), pLayout);
     EXPECT_EQ(color.Get("BalanceWhiteAuto"), "Off");
     EXPECT_EQ(color.Get("AWBLampHouse"), "Adaptive");
@@ -162,56 +162,56 @@ TEST(SimulatedCamera, AColorCameraSaysSoAndAMonoCameraHasNoColorFeatures)
 
 TEST(SimulatedCamera, NamesItselfToViewers)
 {
-  CCameraBench bench;
+  CCameraRig rig;
   const std::string strName =
-    bench.Get("DeviceVendorName") + " " + bench.Get("DeviceModelName") + " (" + bench.Get("DeviceSerialNumber") + ")";
-  EXPECT_EQ(bench.Camera().GetDisplayName(), strName);
-  EXPECT_EQ(bench.GetOutput("DeviceDisplayName"), strName);
-  auto *pMode = bench.Camera().GetStreamNodeMap()->GetNode("StreamBufferHandlingMode");
+    rig.Get("DeviceVendorName") + " " + rig.Get("DeviceModelName") + " (" + rig.Get("DeviceSerialNumber") + ")";
+  EXPECT_EQ(rig.Camera().GetDisplayName(), strName);
+  EXPECT_EQ(rig.GetOutput("DeviceDisplayName"), strName);
+  auto *pMode = rig.Camera().GetStreamNodeMap()->GetNode("StreamBufferHandlingMode");
   EXPECT_TRUE(dynamic_cast<GenApi::IValue *>(pMode)->ToString() == "OldestFirst");
   dynamic_cast<GenApi::IValue *>(pMode)->FromString("NewestOnly");
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
   EXPECT_THROW(dynamic_cast<GenApi::IValue *>(pMode)->FromString("OldestFirst"), GenICam::AccessException);
-  bench.Camera().Stop();
+  rig.Camera().Stop();
   dynamic_cast<GenApi::IValue *>(pMode)->FromString("OldestFirst");
 }
 
 TEST(SimulatedCamera, ATriggeredCameraDeliversOneFramePerSoftwareTrigger)
 {
-  CCameraBench bench;
-  bench.Set("TriggerMode", "On");
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
+  CCameraRig rig;
+  rig.Set("TriggerMode", "On");
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
   std::this_thread::sleep_for(20ms);
-  EXPECT_EQ(bench.Frames().GetCount(), 0U);
-  auto &trigger = bench.Device<GenApi::ICommand>("TriggerSoftware");
-  bench.Set("TriggerSource", "Line0");
+  EXPECT_EQ(rig.Frames().GetCount(), 0U);
+  auto &trigger = rig.Device<GenApi::ICommand>("TriggerSoftware");
+  rig.Set("TriggerSource", "Line0");
   trigger.Execute();
-  bench.Set("TriggerSource", "Software");
+  rig.Set("TriggerSource", "Software");
   std::this_thread::sleep_for(20ms);
-  EXPECT_EQ(bench.Frames().GetCount(), 0U) << "no line is connected";
+  EXPECT_EQ(rig.Frames().GetCount(), 0U) << "no line is connected";
   trigger.Execute();
   trigger.Execute();
   const auto tEnd = std::chrono::steady_clock::now() + 10s;
-  while (bench.Frames().GetCount() < 2 && std::chrono::steady_clock::now() < tEnd) {
+  while (rig.Frames().GetCount() < 2 && std::chrono::steady_clock::now() < tEnd) {
     std::this_thread::sleep_for(1ms);
   }
   std::this_thread::sleep_for(20ms);
-  EXPECT_EQ(bench.Frames().GetCount(), 2U);
-  bench.Set("TriggerMode", "Off");
-  EXPECT_EQ(bench.Frames().Take(3).size(), 3U) << "runs free again";
+  EXPECT_EQ(rig.Frames().GetCount(), 2U);
+  rig.Set("TriggerMode", "Off");
+  EXPECT_EQ(rig.Frames().Take(3).size(), 3U) << "runs free again";
 }
 
 TEST(SimulatedCamera, TheLensCapMakesTheNextFrameDark)
 {
-  CCameraBench bench(SmallOptions("Mono8"));
-  ISceneControl *pScene = FindSceneControl(bench.Camera());
+  CCameraRig rig(SmallOptions("Mono8"));
+  ISceneControl *pScene = FindSceneControl(rig.Camera());
   ASSERT_NE(pScene, nullptr);
   EXPECT_FALSE(pScene->IsLensCapOn());
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
-  EXPECT_GT(bench.Frames().Take(1)[0].GetSamples()[64 * 24 + 32], 150);
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
+  EXPECT_GT(rig.Frames().Take(1)[0].GetSamples()[64 * 24 + 32], 150);
   pScene->SetLensCap(true);
   EXPECT_TRUE(pScene->IsLensCapOn());
-  const auto listFrames = bench.Frames().Take(2); // the first may have been exposed before
+  const auto listFrames = rig.Frames().Take(2); // the first may have been exposed before
   ASSERT_EQ(listFrames.size(), 2U);
   for (const uint16_t nSample : listFrames[1].GetSamples()) {
     ASSERT_LE(nSample, 5);
@@ -220,19 +220,19 @@ TEST(SimulatedCamera, TheLensCapMakesTheNextFrameDark)
 
 TEST(SimulatedCamera, TheLampDimsAndBrightensTheTarget)
 {
-  CCameraBench bench(SmallOptions("Mono8"));
-  ISceneControl *pScene = FindSceneControl(bench.Camera());
+  CCameraRig rig(SmallOptions("Mono8"));
+  ISceneControl *pScene = FindSceneControl(rig.Camera());
   EXPECT_TRUE(pScene->CanArrange());
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
-  const auto Centre = [&] { return int(bench.Frames().Take(2)[1].GetSamples()[64 * 24 + 32]); };
-  const int nFull = Centre();
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
+  const auto getCentre = [&] { return static_cast<int>(rig.Frames().Take(2)[1].GetSamples()[64 * 24 + 32]); };
+  const int nFull = getCentre();
   pScene->SetIllumination(0.5);
-  EXPECT_NEAR(Centre(), nFull / 2, 15);
+  EXPECT_NEAR(getCentre(), nFull / 2, 15);
   pScene->SetIllumination(7.0);
   // Saturated, but for the noise.
-  EXPECT_GE(Centre(), 240) << "2 is as much as the lamp gives";
+  EXPECT_GE(getCentre(), 240) << "2 is as much as the lamp gives";
   pScene->SetIllumination(-1.0);
-  EXPECT_LE(Centre(), 5);
+  EXPECT_LE(getCentre(), 5);
 }
 
 TEST(SimulatedCamera, WhiteBalanceOnceTakesSomeFramesAndTurnsItselfOff)
@@ -241,77 +241,77 @@ TEST(SimulatedCamera, WhiteBalanceOnceTakesSomeFramesAndTurnsItselfOff)
     SSimulatedCameraOptions stOptions = SmallOptions(pFormat);
     stOptions.nWidth = 256;
     stOptions.nHeight = 256;
-    CCameraBench bench(stOptions);
-    bench.Set("TriggerMode", "On");
-    bench.Set("BalanceWhiteAuto", "Once");
-    ASSERT_EQ(bench.Camera().Start().GetError(), "");
+    CCameraRig rig(stOptions);
+    rig.Set("TriggerMode", "On");
+    rig.Set("BalanceWhiteAuto", "Once");
+    ASSERT_EQ(rig.Camera().Start().GetError(), "");
     std::size_t nFrames = 0;
-    while (bench.Get("BalanceWhiteAuto") != "Off" && nFrames < 20) {
-      bench.Device<GenApi::ICommand>("TriggerSoftware").Execute();
+    while (rig.Get("BalanceWhiteAuto") != "Off" && nFrames < 20) {
+      rig.Device<GenApi::ICommand>("TriggerSoftware").Execute();
       ++nFrames;
       const auto tEnd = std::chrono::steady_clock::now() + 10s;
-      while (bench.Frames().GetCount() < nFrames && std::chrono::steady_clock::now() < tEnd) {
+      while (rig.Frames().GetCount() < nFrames && std::chrono::steady_clock::now() < tEnd) {
         std::this_thread::sleep_for(1ms);
       }
     }
     EXPECT_EQ(nFrames, 3U);
-    bench.Set("TriggerMode", "Off");
-    const auto listFrames = bench.Frames().Take(1);
+    rig.Set("TriggerMode", "Off");
+    const auto listFrames = rig.Frames().Take(1);
     ASSERT_EQ(listFrames.size(), 1U);
     const auto listSignals = GetColorSignals(listFrames[0]);
     EXPECT_NEAR(listSignals[0] / listSignals[1], 1.0, 0.01) << pFormat;
     EXPECT_NEAR(listSignals[2] / listSignals[1], 1.0, 0.01) << pFormat;
-    bench.Set("BalanceRatioSelector", "Red");
-    EXPECT_NEAR(bench.Device<GenApi::IFloat>("BalanceRatio").GetValue(), 1.0 / 0.7, 0.03);
-    bench.Set("BalanceRatioSelector", "Green");
-    EXPECT_EQ(bench.Device<GenApi::IFloat>("BalanceRatio").GetValue(), 1.0);
-    bench.Set("BalanceRatioSelector", "Blue");
-    EXPECT_NEAR(bench.Device<GenApi::IFloat>("BalanceRatio").GetValue(), 1.0 / 0.55, 0.03);
+    rig.Set("BalanceRatioSelector", "Red");
+    EXPECT_NEAR(rig.Device<GenApi::IFloat>("BalanceRatio").GetValue(), 1.0 / 0.7, 0.03);
+    rig.Set("BalanceRatioSelector", "Green");
+    EXPECT_EQ(rig.Device<GenApi::IFloat>("BalanceRatio").GetValue(), 1.0);
+    rig.Set("BalanceRatioSelector", "Blue");
+    EXPECT_NEAR(rig.Device<GenApi::IFloat>("BalanceRatio").GetValue(), 1.0 / 0.55, 0.03);
   }
 }
 
 TEST(SimulatedCamera, WhiteBalanceInTheDarkLeavesTheRatiosAlone)
 {
-  CCameraBench bench(SmallOptions("BayerBG8"));
-  FindSceneControl(bench.Camera())->SetLensCap(true);
-  bench.Set("BalanceRatio", "1.5");
-  bench.Set("BalanceWhiteAuto", "Once");
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
-  ASSERT_EQ(bench.Frames().Take(6).size(), 6U);
-  EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Off");
-  EXPECT_EQ(bench.Get("BalanceRatio"), "1.5");
+  CCameraRig rig(SmallOptions("BayerBG8"));
+  FindSceneControl(rig.Camera())->SetLensCap(true);
+  rig.Set("BalanceRatio", "1.5");
+  rig.Set("BalanceWhiteAuto", "Once");
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
+  ASSERT_EQ(rig.Frames().Take(6).size(), 6U);
+  EXPECT_EQ(rig.Get("BalanceWhiteAuto"), "Off");
+  EXPECT_EQ(rig.Get("BalanceRatio"), "1.5");
 }
 
 TEST(SimulatedCamera, ContinuousWhiteBalanceStaysOnAndAKnownLampHasFixedRatios)
 {
-  CCameraBench bench(SmallOptions("BayerGR12"));
-  bench.Set("AWBLampHouse", "D65");
-  bench.Set("BalanceWhiteAuto", "Continuous");
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
-  ASSERT_EQ(bench.Frames().Take(6).size(), 6U);
-  EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Continuous");
-  EXPECT_EQ(bench.Get("BalanceRatio"), "1.45");
-  EXPECT_THROW(bench.Set("BalanceRatio", "2"), GenICam::AccessException) << "the camera's, as long as it balances";
-  bench.Set("BalanceWhiteAuto", "Off");
-  bench.Set("BalanceRatio", "2");
-  ASSERT_EQ(bench.Frames().Take(4).size(), 4U);
-  EXPECT_EQ(bench.Get("BalanceRatio"), "2");
+  CCameraRig rig(SmallOptions("BayerGR12"));
+  rig.Set("AWBLampHouse", "D65");
+  rig.Set("BalanceWhiteAuto", "Continuous");
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
+  ASSERT_EQ(rig.Frames().Take(6).size(), 6U);
+  EXPECT_EQ(rig.Get("BalanceWhiteAuto"), "Continuous");
+  EXPECT_EQ(rig.Get("BalanceRatio"), "1.45");
+  EXPECT_THROW(rig.Set("BalanceRatio", "2"), GenICam::AccessException) << "the camera's, as long as it balances";
+  rig.Set("BalanceWhiteAuto", "Off");
+  rig.Set("BalanceRatio", "2");
+  ASSERT_EQ(rig.Frames().Take(4).size(), 4U);
+  EXPECT_EQ(rig.Get("BalanceRatio"), "2");
 }
 
 TEST(SimulatedCamera, NoFrameComesAfterStop)
 {
-  CCameraBench bench;
+  CCameraRig rig;
   for (int nRound = 0; nRound < 50; ++nRound) {
-    ASSERT_EQ(bench.Camera().Start().GetError(), "");
-    EXPECT_TRUE(bench.Camera().IsStreaming());
+    ASSERT_EQ(rig.Camera().Start().GetError(), "");
+    EXPECT_TRUE(rig.Camera().IsStreaming());
     if (nRound % 5 == 0) {
-      ASSERT_EQ(bench.Frames().Take(1).size(), 1U);
+      ASSERT_EQ(rig.Frames().Take(1).size(), 1U);
     }
-    bench.Camera().Stop();
-    EXPECT_FALSE(bench.Camera().IsStreaming());
-    const std::size_t nFrames = bench.Frames().GetCount();
+    rig.Camera().Stop();
+    EXPECT_FALSE(rig.Camera().IsStreaming());
+    const std::size_t nFrames = rig.Frames().GetCount();
     std::this_thread::yield();
-    ASSERT_EQ(bench.Frames().GetCount(), nFrames);
+    ASSERT_EQ(rig.Frames().GetCount(), nFrames);
   }
 }
 
@@ -340,15 +340,15 @@ TEST(SimulatedCamera, FeaturesMayBeUsedFromTheFrameCallbackAndOtherThreads)
 
 TEST(SimulatedCamera, OptionsThatMakeNoCameraGetAMessage)
 {
-  const auto fnGetError = [](auto fnChange) {
+  const auto getError = [](auto fnChange) {
     SSimulatedCameraOptions stOptions = SmallOptions();
     fnChange(stOptions);
     return GetCreationError(stOptions);
   };
-  EXPECT_NE(fnGetError([](auto &st) { st.strPixelFormat = "RGB8"; }).find("RGB8"), std::string::npos);
-  EXPECT_NE(fnGetError([](auto &st) { st.nWidth = 65; }).find("65 x 48"), std::string::npos);
-  EXPECT_NE(fnGetError([](auto &st) { st.nHeight = 0; }).find("64 x 0"), std::string::npos);
-  EXPECT_NE(fnGetError([](auto &st) { st.nWidth = 20000; }).find("16384"), std::string::npos);
-  EXPECT_NE(fnGetError([](auto &st) { st.dCornerFalloff = 0.0; }).find("fall-off"), std::string::npos);
-  EXPECT_NE(fnGetError([](auto &st) { st.dFrameRate = std::nan(""); }).find("frame rate"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.strPixelFormat = "RGB8"; }).find("RGB8"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.nWidth = 65; }).find("65 x 48"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.nHeight = 0; }).find("64 x 0"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.nWidth = 20000; }).find("16384"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.dCornerFalloff = 0.0; }).find("fall-off"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.dFrameRate = std::nan(""); }).find("frame rate"), std::string::npos);
 }

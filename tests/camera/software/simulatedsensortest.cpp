@@ -24,7 +24,7 @@ namespace {
 using Image = std::vector<double>;
 
 constexpr uint32_t SIZE = 256;
-constexpr double NO_FALLOFF = 1.0; ///< a slight tilt remains
+constexpr double NO_FALLOFF = 1.0; // a slight tilt remains
 
 SCameraSettings MakeExposure(const std::string &strFormat, uint32_t nWidth = SIZE, uint32_t nHeight = SIZE)
 {
@@ -45,7 +45,7 @@ std::vector<uint8_t> ExposeBytes(IFrameSource &sensor, const SCameraSettings &st
                                  uint64_t nFrameId)
 {
   std::vector<uint8_t> listBytes;
-  sensor.Expose(stSettings, stScene, nFrameId, &listBytes);
+  sensor.Expose(stSettings, stScene, nFrameId, listBytes);
   return listBytes;
 }
 
@@ -88,7 +88,7 @@ double GetVariance(const Image &listImage)
   return dSum / static_cast<double>(listImage.size() - 1);
 }
 
-/// Temporal variance, from the difference of two frames, in which all that is fixed cancels.
+// Temporal variance, from the difference of two frames, in which all that is fixed cancels.
 double GetTemporalVariance(const Image &listA, const Image &listB)
 {
   Image listDifference(listA.size());
@@ -98,7 +98,7 @@ double GetTemporalVariance(const Image &listA, const Image &listB)
   return GetVariance(listDifference) / 2.0;
 }
 
-/// Correlation of neighbours at a distance, in pixels along the memory.
+// Correlation of neighbours at a distance, in pixels along the memory.
 double GetCorrelation(const Image &listImage, std::size_t nDistance)
 {
   const double dMean = GetMean(listImage);

@@ -1,5 +1,5 @@
-/// \file
-/// What the correction does to the frames that a camera delivers.
+// \file
+// What the correction does to the frames that a camera delivers.
 
 #include <algorithm>
 #include <atomic>
@@ -13,13 +13,13 @@
 
 #include "camera/iscenecontrol.h"
 #include "camera/sensorformat.h"
-#include "tests/camera/software/camerabench.h"
+#include "tests/camera/software/camerarig.h"
 #include "tests/camera/software/selfcorrection/handmadetable.h"
 
 using ffc::camera::ECorrectionMode;
 using ffc::camera::FindSceneControl;
 using ffc::camera::SSimulatedCameraOptions;
-using ffc::test::CCameraBench;
+using ffc::test::CCameraRig;
 using ffc::test::CHandMadeTable;
 using ffc::test::SmallOptions;
 
@@ -36,7 +36,7 @@ SSimulatedCameraOptions Options(const std::string &strFormat, ECorrectionMode eM
   return stOptions;
 }
 
-/// Two cameras that expose the same frames; the second one corrects its own.
+// Two cameras that expose the same frames; the second one corrects its own.
 class CCameraPair {
 public:
   explicit CCameraPair(const SSimulatedCameraOptions &stOptions) : m_raw(stOptions), m_corrected(stOptions)
@@ -50,15 +50,15 @@ public:
     m_raw.Set(pName, pValue);
     m_corrected.Set(pName, pValue);
   }
-  CCameraBench &Raw() { return m_raw; }
-  CCameraBench &Corrected() { return m_corrected; }
+  CCameraRig &Raw() { return m_raw; }
+  CCameraRig &Corrected() { return m_corrected; }
   void Stop()
   {
     m_raw.Camera().Stop();
     m_corrected.Camera().Stop();
   }
 
-  /// Exposes one frame with each.
+  // Exposes one frame with each.
   void Expose()
   {
     m_listRaw = m_raw.TakeTriggered().GetSamples();
@@ -74,8 +74,8 @@ public:
   std::vector<uint16_t> m_listCorrected;
 
 private:
-  CCameraBench m_raw;
-  CCameraBench m_corrected;
+  CCameraRig m_raw;
+  CCameraRig m_corrected;
 };
 
 std::vector<double> GetBlockMeans(const std::vector<uint16_t> &listFrame, uint32_t nSide)
@@ -98,7 +98,7 @@ double GetMean(const std::vector<double> &listNumbers)
   return std::accumulate(listNumbers.begin(), listNumbers.end(), 0.0) / static_cast<double>(listNumbers.size());
 }
 
-/// Largest less smallest mean of blocks of 64 pixels, in percent of their mean.
+// Largest less smallest mean of blocks of 64 pixels, in percent of their mean.
 double GetShading(const std::vector<uint16_t> &listFrame)
 {
   const auto listMeans = GetBlockMeans(listFrame, 64);
@@ -106,7 +106,7 @@ double GetShading(const std::vector<uint16_t> &listFrame)
   return 100.0 * (*itMax - *itMin) / GetMean(listMeans);
 }
 
-/// The table that brings every block of an 8-bit frame to full scale.
+// The table that brings every block of an 8-bit frame to full scale.
 CHandMadeTable MakeTable(const std::vector<uint16_t> &listFrame)
 {
   constexpr uint32_t SIDE = 32;
@@ -187,7 +187,7 @@ TEST(AppliedCorrection, OnlyCoefficientsThatCountAreApplied)
   EXPECT_TRUE(pair.AreEqual()) << "they are for other blocks";
   pair.Set("FFCBlockSize", "BlockSize_1024");
   EXPECT_FALSE(pair.AreEqual());
-  const auto fnExpectLostWhile = [&](const char *pName, const char *pOther, const char *pBack) {
+  const auto expectLostWhile = [&](const char *pName, const char *pOther, const char *pBack) {
     pair.Stop();
     pair.Set(pName, pOther);
     EXPECT_TRUE(pair.AreEqual()) << pName;
@@ -195,8 +195,8 @@ TEST(AppliedCorrection, OnlyCoefficientsThatCountAreApplied)
     pair.Set(pName, pBack);
     EXPECT_FALSE(pair.AreEqual()) << pName;
   };
-  fnExpectLostWhile("Width", "318", "320");
-  fnExpectLostWhile("Height", "30", "256"); // smaller than a block
+  expectLostWhile("Width", "318", "320");
+  expectLostWhile("Height", "30", "256"); // smaller than a block
 }
 
 TEST(AppliedCorrection, ARegionWithoutABlockIsNotCorrected)
@@ -228,13 +228,13 @@ TEST(AppliedCorrection, ATableOfTheTargetEvensItOutAndAMixedUpOneDoesNot)
   pair.Set("FFCExpectGray", "180");
   pair.Expose();
   EXPECT_GT(GetShading(pair.m_listRaw), 25.0);
-  const auto fnCorrect = [&](const std::vector<uint8_t> &listRegister) {
+  const auto correct = [&](const std::vector<uint8_t> &listRegister) {
     pair.Corrected().WriteRegister(listRegister);
     pair.Expose();
   };
   const CHandMadeTable table = MakeTable(pair.m_listRaw);
   const std::vector<uint8_t> listGood = table.Pack();
-  fnCorrect(listGood);
+  correct(listGood);
   EXPECT_LT(GetShading(pair.m_listCorrected), 2.0);
   EXPECT_NEAR(GetMean(GetBlockMeans(pair.m_listCorrected, 64)), 180.0, 1.0);
 
@@ -242,7 +242,7 @@ TEST(AppliedCorrection, ATableOfTheTargetEvensItOutAndAMixedUpOneDoesNot)
   for (std::size_t n = 0; n + 24 < listSwapped.size(); n += 2) {
     std::swap(listSwapped[n], listSwapped[n + 1]);
   }
-  fnCorrect(listSwapped);
+  correct(listSwapped);
   EXPECT_GT(GetMean(GetBlockMeans(pair.m_listCorrected, 64)), 240.0) << "gains a hundred times too large";
 
   CHandMadeTable shifted = table; // as if the blocks began where the ring is
@@ -251,9 +251,9 @@ TEST(AppliedCorrection, ATableOfTheTargetEvensItOutAndAMixedUpOneDoesNot)
       shifted.At(nRow, nColumn) = shifted.At(nRow + 1, nColumn + 1);
     }
   }
-  fnCorrect(shifted.Pack());
+  correct(shifted.Pack());
   EXPECT_GT(GetShading(pair.m_listCorrected), 5.0);
-  fnCorrect(listGood);
+  correct(listGood);
   EXPECT_LT(GetShading(pair.m_listCorrected), 2.0) << "and back";
 }
 
@@ -273,24 +273,24 @@ TEST(AppliedCorrection, TheSensorsOwnPatternCanBeSwitchedOff)
   CCameraPair pair(Options("Mono16"));
   FindSceneControl(pair.Raw().Camera())->SetLensCap(true);
   FindSceneControl(pair.Corrected().Camera())->SetLensCap(true);
-  const auto fnCountHot = [](const std::vector<uint16_t> &listFrame) {
+  const auto countHot = [](const std::vector<uint16_t> &listFrame) {
     return std::count_if(listFrame.begin(), listFrame.end(), [](uint16_t nSample) { return nSample > 8000; });
   };
   pair.Corrected().Set("DeadPixelCorrect", "On");
   pair.Expose();
-  EXPECT_GE(fnCountHot(pair.m_listRaw), 1);
-  EXPECT_EQ(fnCountHot(pair.m_listCorrected), 0);
+  EXPECT_GE(countHot(pair.m_listRaw), 1);
+  EXPECT_EQ(countHot(pair.m_listCorrected), 0);
   pair.Corrected().Set("DeadPixelCorrect", "Off");
   EXPECT_TRUE(pair.AreEqual());
   pair.Set("DeadPixelCorrect", "On");
   pair.Corrected().Set("FixedPatternNoiseCorrectMode", "On");
   pair.Expose();
-  const auto fnGetVariance = [](const std::vector<uint16_t> &listFrame) {
+  const auto getVariance = [](const std::vector<uint16_t> &listFrame) {
     const double dCount = static_cast<double>(listFrame.size());
     const double dMean = std::accumulate(listFrame.begin(), listFrame.end(), 0.0) / dCount;
     return std::inner_product(listFrame.begin(), listFrame.end(), listFrame.begin(), 0.0) / dCount - dMean * dMean;
   };
-  EXPECT_LT(fnGetVariance(pair.m_listCorrected), 0.9 * fnGetVariance(pair.m_listRaw));
+  EXPECT_LT(getVariance(pair.m_listCorrected), 0.9 * getVariance(pair.m_listRaw));
 }
 
 TEST(AppliedCorrection, TheWhiteBalanceLooksAtTheSensorsFrame)
@@ -315,27 +315,27 @@ TEST(AppliedCorrection, TheWhiteBalanceLooksAtTheSensorsFrame)
 
 TEST(AppliedCorrection, EverythingMayBeWrittenWhileFramesCome)
 {
-  CCameraBench bench(Options("BayerBG10"));
-  bench.Set("FlatFieldCorrection", "On");
+  CCameraRig rig(Options("BayerBG10"));
+  rig.Set("FlatFieldCorrection", "On");
   CHandMadeTable table(ECorrectionMode::FlatField, "BayerBG10", WIDTH, HEIGHT, 32);
-  bench.WriteRegister(table.Pack()); // so that there is something to save from the start
+  rig.WriteRegister(table.Pack()); // so that there is something to save from the start
   std::atomic<bool> bStop{false};
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
   std::thread other([&] {
     while (!bStop) {
-      bench.Execute("FFCFlashSave");
-      bench.Set("FFCExpectGray", "100");
-      bench.Execute("FFCFlashLoad");
-      bench.Set("FFCExpectGray", "200");
-      bench.Set("DigitalShift", "1");
-      bench.Set("DigitalShift", "0");
+      rig.Execute("FFCFlashSave");
+      rig.Set("FFCExpectGray", "100");
+      rig.Execute("FFCFlashLoad");
+      rig.Set("FFCExpectGray", "200");
+      rig.Set("DigitalShift", "1");
+      rig.Set("DigitalShift", "0");
     }
   });
   for (uint32_t n = 0; n < 20; ++n) {
     table.Scatter(n);
-    bench.WriteRegister(table.Pack());
-    bench.ReadRegister();
-    EXPECT_EQ(bench.Frames().Take(2).size(), 2U);
+    rig.WriteRegister(table.Pack());
+    rig.ReadRegister();
+    EXPECT_EQ(rig.Frames().Take(2).size(), 2U);
   }
   bStop = true;
   other.join();

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "camera/software/selfcorrection/flashfile.h"
-#include "tests/camera/software/camerabench.h"
+#include "tests/camera/software/camerarig.h"
 #include "tests/support/fullvolume.h"
 
 using ffc::camera::ECorrectionMode;
@@ -18,7 +18,7 @@ using ffc::camera::SCoefficients;
 using ffc::camera::SFlashContent;
 using ffc::camera::SSimulatedCameraOptions;
 using ffc::camera::WriteFlashFile;
-using ffc::test::CCameraBench;
+using ffc::test::CCameraRig;
 using ffc::test::CFullVolume;
 using ffc::test::GetCreationError;
 using ffc::test::IsAboveAccessRights;
@@ -47,16 +47,16 @@ protected:
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     ASSERT_EQ(file.write(byteContent), byteContent.size());
   }
-  /// A camera that saved all that can be saved, and is gone.
+  // A camera that saved all that can be saved, and is gone.
   void FillFlash() const
   {
-    CCameraBench bench(m_stOptions);
-    bench.WriteRegister(std::vector<uint8_t>(bench.ReadRegister().size(), 3));
-    bench.Execute("FFCFlashSave");
-    bench.Set("FlatFieldCorrection", "On");
-    bench.Set("Gain", "6");
-    bench.SaveUserSet("UserSet0");
-    bench.Set("UserSetDefault", "UserSet0");
+    CCameraRig rig(m_stOptions);
+    rig.WriteRegister(std::vector<uint8_t>(rig.ReadRegister().size(), 3));
+    rig.Execute("FFCFlashSave");
+    rig.Set("FlatFieldCorrection", "On");
+    rig.Set("Gain", "6");
+    rig.SaveUserSet("UserSet0");
+    rig.Set("UserSetDefault", "UserSet0");
   }
   void ExpectError(const std::string &strPart) const
   {
@@ -69,16 +69,16 @@ protected:
   SSimulatedCameraOptions m_stOptions;
 };
 
-/// What the camera that the tests use has in its flash; so that a test can put there what no camera would.
+// What the camera that the tests use has in its flash; so that a test can put there what no camera would.
 constexpr char CAMERA[] = "flat field, Mono, 64 x 48";
 
 } // namespace
 
 TEST_F(CameraFlash, AFileIsMadeWhenSomethingIsSaved)
 {
-  CCameraBench bench(m_stOptions);
+  CCameraRig rig(m_stOptions);
   EXPECT_FALSE(QFile::exists(GetPath()));
-  bench.SaveUserSet("UserSet0");
+  rig.SaveUserSet("UserSet0");
   EXPECT_TRUE(QFile::exists(GetPath()));
   EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files).size(), 1);
 }
@@ -86,41 +86,41 @@ TEST_F(CameraFlash, AFileIsMadeWhenSomethingIsSaved)
 TEST_F(CameraFlash, ANewCameraGoesOnWithWhatWasSaved)
 {
   FillFlash();
-  CCameraBench bench(m_stOptions);
-  EXPECT_EQ(bench.Get("UserSetDefault"), "UserSet0");
-  EXPECT_EQ(bench.Get("Gain"), "6") << "the set to start with is loaded";
-  EXPECT_EQ(bench.Get("FlatFieldCorrection"), "On");
-  EXPECT_EQ(bench.Get("PixelFormat"), "Mono12");
-  EXPECT_EQ(bench.ReadRegister(), std::vector<uint8_t>(bench.ReadRegister().size(), 3)) << "as are the coefficients";
+  CCameraRig rig(m_stOptions);
+  EXPECT_EQ(rig.Get("UserSetDefault"), "UserSet0");
+  EXPECT_EQ(rig.Get("Gain"), "6") << "the set to start with is loaded";
+  EXPECT_EQ(rig.Get("FlatFieldCorrection"), "On");
+  EXPECT_EQ(rig.Get("PixelFormat"), "Mono12");
+  EXPECT_EQ(rig.ReadRegister(), std::vector<uint8_t>(rig.ReadRegister().size(), 3)) << "as are the coefficients";
 }
 
 TEST_F(CameraFlash, EachThingSurvivesAloneAndAtOnce)
 {
-  CCameraBench(m_stOptions).Set("UserSetDefault", "UserSet0");
+  CCameraRig(m_stOptions).Set("UserSetDefault", "UserSet0");
   {
-    CCameraBench bench(m_stOptions);
-    EXPECT_EQ(bench.Get("UserSetDefault"), "UserSet0");
-    EXPECT_EQ(bench.Get("PixelFormat"), "Mono8") << "of the factory's, which the set still is";
-    bench.Set("UserSetDefault", "Default");
-    bench.Set("Gain", "12");
-    bench.SaveUserSet("UserSet0");
+    CCameraRig rig(m_stOptions);
+    EXPECT_EQ(rig.Get("UserSetDefault"), "UserSet0");
+    EXPECT_EQ(rig.Get("PixelFormat"), "Mono8") << "of the factory's, which the set still is";
+    rig.Set("UserSetDefault", "Default");
+    rig.Set("Gain", "12");
+    rig.SaveUserSet("UserSet0");
   }
-  CCameraBench bench(m_stOptions);
-  EXPECT_EQ(bench.Get("Gain"), "0") << "starts with the default set";
-  EXPECT_EQ(bench.Get("PixelFormat"), "Mono12") << "and the format that was asked for";
-  bench.LoadUserSet("UserSet0");
-  EXPECT_EQ(bench.Get("Gain"), "12");
-  EXPECT_THROW(bench.Execute("FFCFlashLoad"), GenICam::RuntimeException);
+  CCameraRig rig(m_stOptions);
+  EXPECT_EQ(rig.Get("Gain"), "0") << "starts with the default set";
+  EXPECT_EQ(rig.Get("PixelFormat"), "Mono12") << "and the format that was asked for";
+  rig.LoadUserSet("UserSet0");
+  EXPECT_EQ(rig.Get("Gain"), "12");
+  EXPECT_THROW(rig.Execute("FFCFlashLoad"), GenICam::RuntimeException);
 }
 
 TEST_F(CameraFlash, WithoutAFileNothingSurvives)
 {
   m_stOptions.strFlashFile.clear();
   FillFlash();
-  CCameraBench bench(m_stOptions);
-  EXPECT_EQ(bench.Get("UserSetDefault"), "Default");
-  EXPECT_EQ(bench.Get("Gain"), "0");
-  EXPECT_THROW(bench.Execute("FFCFlashLoad"), GenICam::RuntimeException);
+  CCameraRig rig(m_stOptions);
+  EXPECT_EQ(rig.Get("UserSetDefault"), "Default");
+  EXPECT_EQ(rig.Get("Gain"), "0");
+  EXPECT_THROW(rig.Execute("FFCFlashLoad"), GenICam::RuntimeException);
 }
 
 TEST_F(CameraFlash, LoadingBringsBackTheSavedCoefficients)
@@ -128,34 +128,34 @@ TEST_F(CameraFlash, LoadingBringsBackTheSavedCoefficients)
   for (const bool bFile : {false, true}) {
     auto stOptions = m_stOptions;
     stOptions.strFlashFile = bFile ? stOptions.strFlashFile : std::string();
-    CCameraBench bench(stOptions);
-    const std::size_t nSize = bench.ReadRegister().size();
-    EXPECT_THROW(bench.Execute("FFCFlashLoad"), GenICam::RuntimeException) << "there are none";
-    EXPECT_THROW(bench.Execute("FFCFlashSave"), GenICam::RuntimeException) << "there is nothing to save";
-    bench.WriteRegister(std::vector<uint8_t>(nSize, 1));
-    bench.Execute("FFCFlashSave");
-    bench.WriteRegister(std::vector<uint8_t>(nSize, 2));
-    bench.Execute("FFCFlashLoad");
-    EXPECT_EQ(bench.ReadRegister(), std::vector<uint8_t>(nSize, 1));
+    CCameraRig rig(stOptions);
+    const std::size_t nSize = rig.ReadRegister().size();
+    EXPECT_THROW(rig.Execute("FFCFlashLoad"), GenICam::RuntimeException) << "there are none";
+    EXPECT_THROW(rig.Execute("FFCFlashSave"), GenICam::RuntimeException) << "there is nothing to save";
+    rig.WriteRegister(std::vector<uint8_t>(nSize, 1));
+    rig.Execute("FFCFlashSave");
+    rig.WriteRegister(std::vector<uint8_t>(nSize, 2));
+    rig.Execute("FFCFlashLoad");
+    EXPECT_EQ(rig.ReadRegister(), std::vector<uint8_t>(nSize, 1));
   }
 }
 
 TEST_F(CameraFlash, CoefficientsOfAnotherRegionAreNotLoaded)
 {
-  CCameraBench bench(m_stOptions);
-  bench.WriteRegister(std::vector<uint8_t>(bench.ReadRegister().size(), 1));
-  bench.Execute("FFCFlashSave");
-  bench.Set("Width", "32");
-  const std::vector<uint8_t> listOther(bench.ReadRegister().size(), 2);
-  bench.WriteRegister(listOther);
-  EXPECT_THROW(bench.Execute("FFCFlashLoad"), GenICam::RuntimeException);
-  EXPECT_EQ(bench.ReadRegister(), listOther) << "nothing has changed";
-  bench.Set("FFCBlockSize", "BlockSize_256");
-  EXPECT_THROW(bench.Execute("FFCFlashSave"), GenICam::RuntimeException) << "none are held for these blocks";
-  bench.Set("Width", "64");
-  bench.Set("FFCBlockSize", "BlockSize_1024");
-  bench.Execute("FFCFlashLoad");
-  EXPECT_EQ(bench.ReadRegister(), std::vector<uint8_t>(bench.ReadRegister().size(), 1));
+  CCameraRig rig(m_stOptions);
+  rig.WriteRegister(std::vector<uint8_t>(rig.ReadRegister().size(), 1));
+  rig.Execute("FFCFlashSave");
+  rig.Set("Width", "32");
+  const std::vector<uint8_t> listOther(rig.ReadRegister().size(), 2);
+  rig.WriteRegister(listOther);
+  EXPECT_THROW(rig.Execute("FFCFlashLoad"), GenICam::RuntimeException);
+  EXPECT_EQ(rig.ReadRegister(), listOther) << "nothing has changed";
+  rig.Set("FFCBlockSize", "BlockSize_256");
+  EXPECT_THROW(rig.Execute("FFCFlashSave"), GenICam::RuntimeException) << "none are held for these blocks";
+  rig.Set("Width", "64");
+  rig.Set("FFCBlockSize", "BlockSize_1024");
+  rig.Execute("FFCFlashLoad");
+  EXPECT_EQ(rig.ReadRegister(), std::vector<uint8_t>(rig.ReadRegister().size(), 1));
 }
 
 TEST_F(CameraFlash, EveryWrongByteAndEveryMissingEndIsNoticed)
@@ -174,7 +174,7 @@ TEST_F(CameraFlash, EveryWrongByteAndEveryMissingEndIsNoticed)
   WriteFile(byteGood + '\0');
   ExpectError("is damaged");
   WriteFile(byteGood);
-  CCameraBench bench(m_stOptions);
+  CCameraRig rig(m_stOptions);
 }
 
 TEST_F(CameraFlash, EachKindOfBadFileHasItsMessage)
@@ -222,7 +222,7 @@ TEST_F(CameraFlash, BelongsToOneKindOfCamera)
   ExpectError("another camera (flat field, Mono, 64 x 48, not flat field, Mono, 64 x 64)");
   m_stOptions = stGood;
   m_stOptions.strPixelFormat = "Mono16";
-  EXPECT_EQ(CCameraBench(m_stOptions).Get("PixelFormat"), "Mono12") << "the set to start with decides";
+  EXPECT_EQ(CCameraRig(m_stOptions).Get("PixelFormat"), "Mono12") << "the set to start with decides";
 }
 
 TEST_F(CameraFlash, ContentThatDoesNotFitTheCameraIsAnError)
@@ -231,59 +231,59 @@ TEST_F(CameraFlash, ContentThatDoesNotFitTheCameraIsAnError)
   const auto content = ReadFlashFile(m_stOptions.strFlashFile, CAMERA);
   ASSERT_TRUE(content) << content.GetError();
   const SFlashContent &stGood = content.GetValue();
-  const auto fnExpectError = [&](auto fnChange, const char *pPart) {
+  const auto expectError = [&](auto fnChange, const char *pPart) {
     SFlashContent stBad = stGood;
     fnChange(stBad);
     ASSERT_EQ(WriteFlashFile(m_stOptions.strFlashFile, CAMERA, stBad).GetError(), "");
     const std::string strError = GetCreationError(m_stOptions);
     EXPECT_NE(strError.find(pPart), std::string::npos) << strError;
   };
-  fnExpectError([](SFlashContent &st) { st.mapUserSets["UserSet0"]["Width"] = int64_t{1000}; }, "UserSet0");
-  fnExpectError([](SFlashContent &st) { st.mapUserSets["UserSet0"].erase("Gain"); }, "UserSet0");
-  fnExpectError([](SFlashContent &st) { st.mapUserSets["UserSet0"]["Gain"] = int64_t{1}; }, "UserSet0");
-  fnExpectError([](SFlashContent &st) { st.strStartSet = "UserSet9"; }, "UserSet9");
-  const auto fnChangeCoefficients = [](SFlashContent &st, auto fnChange) {
+  expectError([](SFlashContent &st) { st.mapUserSets["UserSet0"]["Width"] = int64_t{1000}; }, "UserSet0");
+  expectError([](SFlashContent &st) { st.mapUserSets["UserSet0"].erase("Gain"); }, "UserSet0");
+  expectError([](SFlashContent &st) { st.mapUserSets["UserSet0"]["Gain"] = int64_t{1}; }, "UserSet0");
+  expectError([](SFlashContent &st) { st.strStartSet = "UserSet9"; }, "UserSet9");
+  const auto changeCoefficients = [](SFlashContent &st, auto fnChange) {
     SCoefficients stCoefficients = *st.pCoefficients;
     fnChange(stCoefficients);
     st.pCoefficients = std::make_shared<const SCoefficients>(stCoefficients);
   };
-  fnExpectError(
-    [&](SFlashContent &st) { fnChangeCoefficients(st, [](SCoefficients &stBad) { stBad.listRegister.pop_back(); }); },
+  expectError(
+    [&](SFlashContent &st) { changeCoefficients(st, [](SCoefficients &stBad) { stBad.listRegister.pop_back(); }); },
     "is damaged");
-  fnExpectError(
-    [&](SFlashContent &st) { fnChangeCoefficients(st, [](SCoefficients &stBad) { stBad.stLayout.nBlockSide = 0; }); },
+  expectError(
+    [&](SFlashContent &st) { changeCoefficients(st, [](SCoefficients &stBad) { stBad.stLayout.nBlockSide = 0; }); },
     "is damaged");
   ASSERT_EQ(WriteFlashFile(m_stOptions.strFlashFile, CAMERA, stGood).GetError(), "");
-  EXPECT_EQ(CCameraBench(m_stOptions).Get("Gain"), "6");
+  EXPECT_EQ(CCameraRig(m_stOptions).Get("Gain"), "6");
 }
 
 TEST_F(CameraFlash, AFailedWriteThrowsAndChangesNothing)
 {
   FillFlash();
   const QByteArray byteGood = ReadFile();
-  CCameraBench bench(m_stOptions);
-  const std::size_t nSize = bench.ReadRegister().size();
-  bench.WriteRegister(std::vector<uint8_t>(nSize, 9));
-  bench.Set("Gain", "20");
+  CCameraRig rig(m_stOptions);
+  const std::size_t nSize = rig.ReadRegister().size();
+  rig.WriteRegister(std::vector<uint8_t>(nSize, 9));
+  rig.Set("Gain", "20");
   {
     const CFullVolume fullVolume(50);
-    EXPECT_THROW(bench.Execute("FFCFlashSave"), GenICam::RuntimeException);
-    EXPECT_THROW(bench.SaveUserSet("UserSet0"), GenICam::RuntimeException);
-    EXPECT_THROW(bench.Set("UserSetDefault", "Default"), GenICam::RuntimeException);
+    EXPECT_THROW(rig.Execute("FFCFlashSave"), GenICam::RuntimeException);
+    EXPECT_THROW(rig.SaveUserSet("UserSet0"), GenICam::RuntimeException);
+    EXPECT_THROW(rig.Set("UserSetDefault", "Default"), GenICam::RuntimeException);
   }
   EXPECT_EQ(ReadFile(), byteGood);
-  EXPECT_EQ(bench.Get("UserSetDefault"), "UserSet0");
-  bench.LoadUserSet("UserSet0");
-  EXPECT_EQ(bench.Get("Gain"), "6");
-  bench.Execute("FFCFlashLoad");
-  EXPECT_EQ(bench.ReadRegister(), std::vector<uint8_t>(nSize, 3));
-  bench.Set("UserSetDefault", "Default");
+  EXPECT_EQ(rig.Get("UserSetDefault"), "UserSet0");
+  rig.LoadUserSet("UserSet0");
+  EXPECT_EQ(rig.Get("Gain"), "6");
+  rig.Execute("FFCFlashLoad");
+  EXPECT_EQ(rig.ReadRegister(), std::vector<uint8_t>(nSize, 3));
+  rig.Set("UserSetDefault", "Default");
   EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files).size(), 1) << "nothing is left lying about";
 }
 
 TEST_F(CameraFlash, AFolderThatIsNotThereIsAnErrorOfTheFirstSave)
 {
   m_stOptions.strFlashFile = m_dir.filePath("missing/flash").toStdString();
-  CCameraBench bench(m_stOptions);
-  EXPECT_THROW(bench.SaveUserSet("UserSet0"), GenICam::RuntimeException);
+  CCameraRig rig(m_stOptions);
+  EXPECT_THROW(rig.SaveUserSet("UserSet0"), GenICam::RuntimeException);
 }

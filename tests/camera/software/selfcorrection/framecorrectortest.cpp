@@ -47,7 +47,7 @@ std::shared_ptr<SCoefficients> MakeCoefficients(ECorrectionMode eMode, const SCa
   return pCoefficients;
 }
 
-/// Every value of the range, in no order.
+// Every value of the range, in no order.
 std::vector<uint16_t> MakeSamples(const SCameraSettings &stSettings, uint32_t nSeed = 1)
 {
   std::mt19937 generator(nSeed);
@@ -73,7 +73,7 @@ std::vector<uint16_t> Process(CFrameCorrector &corrector, const SCameraSettings 
   return {listBytes.begin(), listBytes.end()};
 }
 
-/// A table with arbitrary coefficients against the formula, pixel by pixel.
+// A table with arbitrary coefficients against the formula, pixel by pixel.
 void ExpectFormula(ECorrectionMode eMode, const std::string &strFormat, uint32_t nWidth, uint32_t nHeight,
                    uint32_t nSide, double dGray)
 {
@@ -203,7 +203,7 @@ TEST(FrameCorrector, TheShiftComesBeforeTheCorrection)
 TEST(FrameCorrector, EveryChangeTakesEffectOnTheNextFrame)
 {
   CFrameCorrector corrector;
-  const auto fnExpect = [&](const char *pFormat, uint32_t nWidth, uint32_t nSeed, double dGray) {
+  const auto expect = [&](const char *pFormat, uint32_t nWidth, uint32_t nSeed, double dGray) {
     const SCameraSettings stSettings = MakeSettings(pFormat, nWidth, 64);
     CHandMadeTable table(ECorrectionMode::FlatField, pFormat, nWidth, 64, 32);
     table.Scatter(nSeed);
@@ -216,12 +216,12 @@ TEST(FrameCorrector, EveryChangeTakesEffectOnTheNextFrame)
       EXPECT_EQ(table.CountWrong(listRaw, listCorrected, dStep), 0U) << pFormat << nWidth << " " << nSeed;
     }
   };
-  fnExpect("Mono8", 64, 1, 100.0);
-  fnExpect("Mono8", 64, 2, 100.0);
-  fnExpect("Mono8", 96, 2, 100.0);
-  fnExpect("Mono12", 96, 2, 100.0);
-  fnExpect("Mono16", 96, 2, 100.0);
-  fnExpect("Mono8", 64, 1, 0.0);
+  expect("Mono8", 64, 1, 100.0);
+  expect("Mono8", 64, 2, 100.0);
+  expect("Mono8", 96, 2, 100.0);
+  expect("Mono12", 96, 2, 100.0);
+  expect("Mono16", 96, 2, 100.0);
+  expect("Mono8", 64, 1, 0.0);
 }
 
 TEST(FrameCorrector, TheSameCoefficientsServeAnotherBitDepth)
@@ -243,7 +243,7 @@ TEST(FrameCorrector, TheSameCoefficientsServeAnotherBitDepth)
 
 TEST(BlockLayout, TableSizesAreThoseOfTheHost)
 {
-  const auto fnGetSize = [](ECorrectionMode eMode, bool bColor, uint32_t nWidth, uint32_t nHeight, uint32_t nSide) {
+  const auto getSize = [](ECorrectionMode eMode, bool bColor, uint32_t nWidth, uint32_t nHeight, uint32_t nSide) {
     SBlockLayout stLayout;
     stLayout.eMode = eMode;
     stLayout.bColor = bColor;
@@ -253,16 +253,16 @@ TEST(BlockLayout, TableSizesAreThoseOfTheHost)
     EXPECT_EQ(stLayout.GetRegisterSize(), stLayout.GetTableSize() + 24);
     return stLayout.GetTableSize();
   };
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, false, 64, 64, 32), 128U);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, true, 64, 64, 32), 128U);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, false, 100, 64, 32), 5U * 4 * 8);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, false, 112, 64, 32), 5U * 4 * 8) << "half a block left over";
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, false, 120, 64, 32), 6U * 4 * 8);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, false, 2048, 1536, 16), 130U * 98 * 8);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, false, 30, 64, 32), 0U) << "smaller than a block";
-  EXPECT_EQ(fnGetSize(ECorrectionMode::FlatField, false, 64, 30, 32), 0U);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::Vignetting, true, 640, 480, 64), 720U);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::Vignetting, false, 640, 480, 64), 240U);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::Vignetting, false, 2048, 1536, 128), 18U * 14 * 2);
-  EXPECT_EQ(fnGetSize(ECorrectionMode::Vignetting, false, 126, 1536, 128), 0U);
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, false, 64, 64, 32), 128U);
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, true, 64, 64, 32), 128U);
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, false, 100, 64, 32), 5U * 4 * 8);
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, false, 112, 64, 32), 5U * 4 * 8) << "half a block left over";
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, false, 120, 64, 32), 6U * 4 * 8);
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, false, 2048, 1536, 16), 130U * 98 * 8);
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, false, 30, 64, 32), 0U) << "smaller than a block";
+  EXPECT_EQ(getSize(ECorrectionMode::FlatField, false, 64, 30, 32), 0U);
+  EXPECT_EQ(getSize(ECorrectionMode::Vignetting, true, 640, 480, 64), 720U);
+  EXPECT_EQ(getSize(ECorrectionMode::Vignetting, false, 640, 480, 64), 240U);
+  EXPECT_EQ(getSize(ECorrectionMode::Vignetting, false, 2048, 1536, 128), 18U * 14 * 2);
+  EXPECT_EQ(getSize(ECorrectionMode::Vignetting, false, 126, 1536, 128), 0U);
 }

@@ -32,7 +32,7 @@ void PutWord(std::vector<uint8_t> &listBytes, uint16_t nWord)
   listBytes.push_back(static_cast<uint8_t>(nWord >> 8));
 }
 
-/// Where along an axis a pixel lies: behind which point, and how far on the way to the next.
+// Where along an axis a pixel lies: behind which point, and how far on the way to the next.
 void Locate(uint32_t nPixel, uint32_t nSide, uint32_t *pnPoint, double *pdWay)
 {
   const double dSide = nSide;
@@ -58,13 +58,13 @@ CHandMadeTable::CHandMadeTable(camera::ECorrectionMode eMode, const std::string 
 void CHandMadeTable::Scatter(uint32_t nSeed)
 {
   std::mt19937 generator(nSeed);
-  const auto fnGain = [&] { return static_cast<uint16_t>(128 + generator() % 1152); };
+  const auto drawGain = [&] { return static_cast<uint16_t>(128 + generator() % 1152); };
   for (SPoint &stPoint : m_listPoints) {
     stPoint.nDark =
       m_eMode == camera::ECorrectionMode::FlatField ? static_cast<uint16_t>(generator() % 41) : uint16_t{0};
-    stPoint.nGreen = fnGain();
-    stPoint.nRed = m_strColors.empty() ? stPoint.nGreen : fnGain();
-    stPoint.nBlue = m_strColors.empty() ? stPoint.nGreen : fnGain();
+    stPoint.nGreen = drawGain();
+    stPoint.nRed = m_strColors.empty() ? stPoint.nGreen : drawGain();
+    stPoint.nBlue = m_strColors.empty() ? stPoint.nGreen : drawGain();
   }
 }
 

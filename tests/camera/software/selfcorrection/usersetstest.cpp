@@ -5,16 +5,16 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/camera/software/camerabench.h"
+#include "tests/camera/software/camerarig.h"
 
 using ffc::camera::ECorrectionMode;
 using ffc::camera::SSimulatedCameraOptions;
-using ffc::test::CCameraBench;
+using ffc::test::CCameraRig;
 using ffc::test::SmallOptions;
 
 namespace {
 
-/// What user sets do not hold, although it can be written.
+// What user sets do not hold, although it can be written.
 constexpr const char *NOT_IN_SETS[] = {"UserSetSelector", "UserSetDefault", "DeviceUserID", "FFCValueAll"};
 
 SSimulatedCameraOptions Options(const char *pFormat, ECorrectionMode eMode)
@@ -25,13 +25,13 @@ SSimulatedCameraOptions Options(const char *pFormat, ECorrectionMode eMode)
   return stOptions;
 }
 
-/// The camera's nodes as any program sees them.
+// The camera's nodes as any program sees them.
 class CSettings {
 public:
-  explicit CSettings(CCameraBench &bench) : m_bench(bench)
+  explicit CSettings(CCameraRig &rig) : m_bench(rig)
   {
     GenApi::NodeList_t listNodes;
-    bench.Camera().GetDeviceNodeMap()->GetNodes(listNodes);
+    rig.Camera().GetDeviceNodeMap()->GetNodes(listNodes);
     for (GenApi::INode *pNode : listNodes) {
       const std::string strName = pNode->GetName().c_str();
       const bool bInSets = std::find(std::begin(NOT_IN_SETS), std::end(NOT_IN_SETS), strName) == std::end(NOT_IN_SETS);
@@ -41,7 +41,7 @@ public:
     }
   }
 
-  /// By name; what depends on a selector for each of its entries.
+  // By name; what depends on a selector for each of its entries.
   std::map<std::string, std::string> ReadAll()
   {
     std::map<std::string, std::string> mapValues;
@@ -59,7 +59,7 @@ public:
     return mapValues;
   }
 
-  /// Gives every setting another value. Twice, because some values open the way for others.
+  // Gives every setting another value. Twice, because some values open the way for others.
   void ChangeAll()
   {
     if (m_bench.Has("BalanceRatioSelector")) { // as long as BalanceWhiteAuto is "Off"
@@ -96,7 +96,7 @@ private:
     }
   }
 
-  CCameraBench &m_bench;
+  CCameraRig &m_bench;
 };
 
 } // namespace
@@ -106,28 +106,28 @@ TEST(UserSets, BringBackEverySetting)
   for (const auto &stOptions :
        {Options("Mono8", ECorrectionMode::FlatField), Options("BayerBG8", ECorrectionMode::FlatField),
         Options("Mono8", ECorrectionMode::Vignetting), Options("BayerGR8", ECorrectionMode::Vignetting)}) {
-    CCameraBench bench(stOptions);
-    CSettings settings(bench);
+    CCameraRig rig(stOptions);
+    CSettings settings(rig);
     const auto mapFactory = settings.ReadAll();
     settings.ChangeAll();
     const auto mapChanged = settings.ReadAll();
     for (const auto &[strName, strValue] : mapFactory) {
       EXPECT_NE(mapChanged.at(strName), strValue) << strName << " was not changed";
     }
-    bench.SaveUserSet("UserSet0");
+    rig.SaveUserSet("UserSet0");
     EXPECT_EQ(settings.ReadAll(), mapChanged) << "saving changes nothing";
-    bench.LoadUserSet("Default");
+    rig.LoadUserSet("Default");
     EXPECT_EQ(settings.ReadAll(), mapFactory);
-    bench.LoadUserSet("UserSet0");
+    rig.LoadUserSet("UserSet0");
     EXPECT_EQ(settings.ReadAll(), mapChanged);
-    EXPECT_EQ(bench.Get("UserSetSelector"), "UserSet0") << "the selector is not part of a set";
+    EXPECT_EQ(rig.Get("UserSetSelector"), "UserSet0") << "the selector is not part of a set";
   }
 }
 
 TEST(UserSets, HoldAllThatTheHostReliesOn)
 {
-  CCameraBench bench(Options("BayerBG8", ECorrectionMode::FlatField));
-  const auto mapValues = CSettings(bench).ReadAll();
+  CCameraRig rig(Options("BayerBG8", ECorrectionMode::FlatField));
+  const auto mapValues = CSettings(rig).ReadAll();
   for (const char *pName : {"Width",
                             "Height",
                             "OffsetX",
@@ -157,104 +157,104 @@ TEST(UserSets, HoldAllThatTheHostReliesOn)
 
 TEST(UserSets, DefaultIsTheFactoryStateWhateverTheOptionsAskFor)
 {
-  CCameraBench bench(Options("BayerRG12", ECorrectionMode::FlatField));
-  EXPECT_EQ(bench.Get("PixelFormat"), "BayerRG12");
-  CSettings(bench).ChangeAll();
-  bench.LoadUserSet("Default");
-  EXPECT_EQ(bench.Get("PixelFormat"), "BayerRG8");
-  EXPECT_EQ(bench.Get("Width"), "256");
-  EXPECT_EQ(bench.Get("AcquisitionFrameRate"), "1000");
-  EXPECT_EQ(bench.Get("BlackLevel"), "0.55");
-  EXPECT_EQ(bench.Get("ExposureTime"), "10000");
-  EXPECT_EQ(bench.Get("FFCExpectGray"), "128");
+  CCameraRig rig(Options("BayerRG12", ECorrectionMode::FlatField));
+  EXPECT_EQ(rig.Get("PixelFormat"), "BayerRG12");
+  CSettings(rig).ChangeAll();
+  rig.LoadUserSet("Default");
+  EXPECT_EQ(rig.Get("PixelFormat"), "BayerRG8");
+  EXPECT_EQ(rig.Get("Width"), "256");
+  EXPECT_EQ(rig.Get("AcquisitionFrameRate"), "1000");
+  EXPECT_EQ(rig.Get("BlackLevel"), "0.55");
+  EXPECT_EQ(rig.Get("ExposureTime"), "10000");
+  EXPECT_EQ(rig.Get("FFCExpectGray"), "128");
 }
 
 TEST(UserSets, AUserSetThatWasNeverSavedIsTheFactoryState)
 {
-  CCameraBench bench(Options("Mono12", ECorrectionMode::Vignetting));
-  CSettings settings(bench);
-  bench.LoadUserSet("Default");
+  CCameraRig rig(Options("Mono12", ECorrectionMode::Vignetting));
+  CSettings settings(rig);
+  rig.LoadUserSet("Default");
   const auto mapFactory = settings.ReadAll();
   settings.ChangeAll();
-  bench.LoadUserSet("UserSet0");
+  rig.LoadUserSet("UserSet0");
   EXPECT_EQ(settings.ReadAll(), mapFactory);
 }
 
 TEST(UserSets, LoadBetweenSmallRegionsAtOppositeCorners)
 {
-  CCameraBench bench(Options("Mono8", ECorrectionMode::FlatField));
-  bench.Set("Width", "16");
-  bench.Set("OffsetX", "240");
-  bench.SaveUserSet("UserSet0");
-  bench.LoadUserSet("Default");
-  EXPECT_EQ(bench.Get("Width"), "256");
-  EXPECT_EQ(bench.Get("OffsetX"), "0");
-  bench.LoadUserSet("UserSet0");
-  EXPECT_EQ(bench.Get("Width"), "16");
-  EXPECT_EQ(bench.Get("OffsetX"), "240");
+  CCameraRig rig(Options("Mono8", ECorrectionMode::FlatField));
+  rig.Set("Width", "16");
+  rig.Set("OffsetX", "240");
+  rig.SaveUserSet("UserSet0");
+  rig.LoadUserSet("Default");
+  EXPECT_EQ(rig.Get("Width"), "256");
+  EXPECT_EQ(rig.Get("OffsetX"), "0");
+  rig.LoadUserSet("UserSet0");
+  EXPECT_EQ(rig.Get("Width"), "16");
+  EXPECT_EQ(rig.Get("OffsetX"), "240");
 }
 
 TEST(UserSets, TheDefaultSetCannotBeSavedInto)
 {
-  CCameraBench bench(Options("Mono8", ECorrectionMode::FlatField));
-  bench.Set("Gain", "6");
-  bench.Set("UserSetSelector", "Default");
-  EXPECT_THROW(bench.Execute("UserSetSave"), GenICam::AccessException);
-  EXPECT_THROW(bench.Device<GenApi::ICommand>("UserSetSave").Execute(false), GenICam::AccessException);
-  bench.Execute("UserSetLoad");
-  EXPECT_EQ(bench.Get("Gain"), "0");
-  bench.SaveUserSet("UserSet0");
+  CCameraRig rig(Options("Mono8", ECorrectionMode::FlatField));
+  rig.Set("Gain", "6");
+  rig.Set("UserSetSelector", "Default");
+  EXPECT_THROW(rig.Execute("UserSetSave"), GenICam::AccessException);
+  EXPECT_THROW(rig.Device<GenApi::ICommand>("UserSetSave").Execute(false), GenICam::AccessException);
+  rig.Execute("UserSetLoad");
+  EXPECT_EQ(rig.Get("Gain"), "0");
+  rig.SaveUserSet("UserSet0");
 }
 
 TEST(UserSets, AreLockedWhileTheCameraStreams)
 {
-  CCameraBench bench(Options("Mono8", ECorrectionMode::FlatField));
-  bench.Set("UserSetSelector", "UserSet0");
-  ASSERT_EQ(bench.Camera().Start().GetError(), "");
-  bench.Set("Gain", "6");
+  CCameraRig rig(Options("Mono8", ECorrectionMode::FlatField));
+  rig.Set("UserSetSelector", "UserSet0");
+  ASSERT_EQ(rig.Camera().Start().GetError(), "");
+  rig.Set("Gain", "6");
   for (const char *pCommand : {"UserSetLoad", "UserSetSave"}) {
-    EXPECT_THROW(bench.Execute(pCommand), GenICam::AccessException) << pCommand;
-    EXPECT_THROW(bench.Device<GenApi::ICommand>(pCommand).Execute(false), GenICam::AccessException) << pCommand;
-    EXPECT_EQ(bench.Value(pCommand).GetAccessMode(), GenApi::NA) << pCommand;
+    EXPECT_THROW(rig.Execute(pCommand), GenICam::AccessException) << pCommand;
+    EXPECT_THROW(rig.Device<GenApi::ICommand>(pCommand).Execute(false), GenICam::AccessException) << pCommand;
+    EXPECT_EQ(rig.Value(pCommand).GetAccessMode(), GenApi::NA) << pCommand;
   }
-  EXPECT_EQ(bench.Get("Gain"), "6");
-  bench.Camera().Stop();
-  bench.Execute("UserSetLoad");
-  EXPECT_EQ(bench.Get("Gain"), "0") << "nothing was saved";
-  bench.Execute("UserSetSave");
+  EXPECT_EQ(rig.Get("Gain"), "6");
+  rig.Camera().Stop();
+  rig.Execute("UserSetLoad");
+  EXPECT_EQ(rig.Get("Gain"), "0") << "nothing was saved";
+  rig.Execute("UserSetSave");
 }
 
 TEST(UserSets, LeaveCoefficientsAndSelectionAlone)
 {
-  CCameraBench bench(Options("Mono8", ECorrectionMode::FlatField));
-  const auto nSize = bench.ReadRegister().size();
-  bench.WriteRegister(std::vector<uint8_t>(nSize, 5));
-  bench.Set("DeviceUserID", "left");
-  bench.SaveUserSet("UserSet0");
-  bench.WriteRegister(std::vector<uint8_t>(nSize, 6));
-  bench.Set("UserSetDefault", "UserSet0");
-  bench.Set("DeviceUserID", "right");
-  bench.LoadUserSet("UserSet0");
-  EXPECT_EQ(bench.ReadRegister(), std::vector<uint8_t>(nSize, 6));
-  EXPECT_EQ(bench.Get("UserSetDefault"), "UserSet0");
-  EXPECT_EQ(bench.Get("DeviceUserID"), "right");
+  CCameraRig rig(Options("Mono8", ECorrectionMode::FlatField));
+  const auto nSize = rig.ReadRegister().size();
+  rig.WriteRegister(std::vector<uint8_t>(nSize, 5));
+  rig.Set("DeviceUserID", "left");
+  rig.SaveUserSet("UserSet0");
+  rig.WriteRegister(std::vector<uint8_t>(nSize, 6));
+  rig.Set("UserSetDefault", "UserSet0");
+  rig.Set("DeviceUserID", "right");
+  rig.LoadUserSet("UserSet0");
+  EXPECT_EQ(rig.ReadRegister(), std::vector<uint8_t>(nSize, 6));
+  EXPECT_EQ(rig.Get("UserSetDefault"), "UserSet0");
+  EXPECT_EQ(rig.Get("DeviceUserID"), "right");
 }
 
 TEST(UserSets, AWhiteBalanceThatIsLoadedStartsAfresh)
 {
-  CCameraBench bench(Options("BayerBG8", ECorrectionMode::FlatField));
-  bench.Set("TriggerMode", "On");
-  bench.Set("BalanceWhiteAuto", "Once");
-  bench.SaveUserSet("UserSet0");
-  bench.TakeTriggered();
-  bench.TakeTriggered();
-  EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Once") << "not yet settled";
-  bench.Camera().Stop();
-  bench.LoadUserSet("UserSet0");
-  EXPECT_EQ(bench.Get("BalanceRatio"), "1");
-  bench.TakeTriggered();
-  bench.TakeTriggered();
-  EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Once");
-  bench.TakeTriggered();
-  EXPECT_EQ(bench.Get("BalanceWhiteAuto"), "Off");
+  CCameraRig rig(Options("BayerBG8", ECorrectionMode::FlatField));
+  rig.Set("TriggerMode", "On");
+  rig.Set("BalanceWhiteAuto", "Once");
+  rig.SaveUserSet("UserSet0");
+  rig.TakeTriggered();
+  rig.TakeTriggered();
+  EXPECT_EQ(rig.Get("BalanceWhiteAuto"), "Once") << "not yet settled";
+  rig.Camera().Stop();
+  rig.LoadUserSet("UserSet0");
+  EXPECT_EQ(rig.Get("BalanceRatio"), "1");
+  rig.TakeTriggered();
+  rig.TakeTriggered();
+  EXPECT_EQ(rig.Get("BalanceWhiteAuto"), "Once");
+  rig.TakeTriggered();
+  EXPECT_EQ(rig.Get("BalanceWhiteAuto"), "Off");
 }

@@ -1,5 +1,5 @@
 /// \file
-/// A simulated camera on the bench.
+/// A simulated camera under test.
 #pragma once
 
 #include <cstdint>
@@ -17,10 +17,10 @@ camera::SSimulatedCameraOptions SmallOptions(const std::string &strFormat = "Mon
                                              camera::ECorrectionMode eMode = camera::ECorrectionMode::None);
 
 /// A camera, its frames and short ways to its features.
-class CCameraBench {
+class CCameraRig {
 public:
-  explicit CCameraBench(const camera::SSimulatedCameraOptions &stOptions = SmallOptions());
-  ~CCameraBench() { m_pCamera->Stop(); }
+  explicit CCameraRig(const camera::SSimulatedCameraOptions &stOptions = SmallOptions());
+  ~CCameraRig() { m_pCamera->Stop(); }
 
   camera::ICamera &Camera() { return *m_pCamera; }
   CFrameCollector &Frames() { return *m_pCollector; }

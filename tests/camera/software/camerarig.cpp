@@ -1,4 +1,4 @@
-#include "tests/camera/software/camerabench.h"
+#include "tests/camera/software/camerarig.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ camera::SSimulatedCameraOptions SmallOptions(const std::string &strFormat, camer
   return stOptions;
 }
 
-CCameraBench::CCameraBench(const camera::SSimulatedCameraOptions &stOptions)
+CCameraRig::CCameraRig(const camera::SSimulatedCameraOptions &stOptions)
 {
   auto created = camera::CreateSimulatedCamera(stOptions);
   EXPECT_EQ(created.GetError(), "");
@@ -23,12 +23,12 @@ CCameraBench::CCameraBench(const camera::SSimulatedCameraOptions &stOptions)
   m_pCollector = std::make_unique<ffc::test::CFrameCollector>(*m_pCamera);
 }
 
-std::string CCameraBench::GetOutput(const char *pName)
+std::string CCameraRig::GetOutput(const char *pName)
 {
   return dynamic_cast<GenApi::IValue *>(m_pCamera->GetOutputNodeMap()->GetNode(pName))->ToString(true).c_str();
 }
 
-std::vector<std::string> CCameraBench::GetEntries(const char *pName)
+std::vector<std::string> CCameraRig::GetEntries(const char *pName)
 {
   GenApi::NodeList_t listEntries;
   Device<GenApi::IEnumeration>(pName).GetEntries(listEntries);
@@ -39,7 +39,7 @@ std::vector<std::string> CCameraBench::GetEntries(const char *pName)
   return listNames;
 }
 
-std::vector<uint8_t> CCameraBench::ReadRegister()
+std::vector<uint8_t> CCameraRig::ReadRegister()
 {
   auto &node = Device<GenApi::IRegister>("FFCValueAll");
   std::vector<uint8_t> listBytes(static_cast<std::size_t>(node.GetLength()));
@@ -47,24 +47,24 @@ std::vector<uint8_t> CCameraBench::ReadRegister()
   return listBytes;
 }
 
-void CCameraBench::WriteRegister(const std::vector<uint8_t> &listBytes)
+void CCameraRig::WriteRegister(const std::vector<uint8_t> &listBytes)
 {
   Device<GenApi::IRegister>("FFCValueAll").Set(listBytes.data(), static_cast<int64_t>(listBytes.size()));
 }
 
-void CCameraBench::SaveUserSet(const char *pName)
+void CCameraRig::SaveUserSet(const char *pName)
 {
   Set("UserSetSelector", pName);
   Execute("UserSetSave");
 }
 
-void CCameraBench::LoadUserSet(const char *pName)
+void CCameraRig::LoadUserSet(const char *pName)
 {
   Set("UserSetSelector", pName);
   Execute("UserSetLoad");
 }
 
-SKeptFrame CCameraBench::TakeTriggered()
+SKeptFrame CCameraRig::TakeTriggered()
 {
   EXPECT_EQ(Get("TriggerMode"), "On");
   EXPECT_EQ(m_pCamera->Start().GetError(), "");
