@@ -9,7 +9,7 @@ GenApi::IEnumeration *Find(GenApi::INodeMap &nodeMap, const char *pName)
   return dynamic_cast<GenApi::IEnumeration *>(nodeMap.GetNode(pName));
 }
 
-/// Empty when it cannot be read.
+// Empty when it cannot be read.
 std::string Read(GenApi::IEnumeration *pNode)
 {
   try {

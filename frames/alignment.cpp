@@ -7,7 +7,7 @@ namespace ffc::frames {
 namespace {
 
 constexpr uint32_t SAMPLE_BITS = 16;
-/// Depths that cameras have, of samples in 16 bits.
+// Depths that cameras have, of samples in 16 bits.
 constexpr uint32_t DEEP[] = {10, 12, 14, 16};
 
 template <class TSample>
@@ -39,7 +39,7 @@ Failure DescribeTooLarge(const SEvidence &stEvidence, uint32_t nBitDepth)
                  " bits end at " + std::to_string((1U << nBitDepth) - 1) + ".");
 }
 
-/// Of 16-bit samples whose depth nobody states.
+// Of 16-bit samples whose depth nobody states.
 Result<SDepth> GuessDepth(const SEvidence &stEvidence, const SStated &stStated)
 {
   const uint32_t nEmpty = stEvidence.CountEmptyLowBits();

@@ -12,7 +12,7 @@
 namespace ffc::frames {
 namespace {
 
-/// The same for every program that writes this file. A hash, because the name may be as long as names can be.
+// The same for every program that writes this file. A hash, because the name may be as long as names can be.
 QString GetNameBegin(const QString &strPath)
 {
   const QByteArray byteName = QFileInfo(strPath).fileName().toUtf8();
@@ -20,7 +20,7 @@ QString GetNameBegin(const QString &strPath)
   return QStringLiteral(".ffc-%1-").arg(QLatin1String(byteHash));
 }
 
-/// The file behind a link: the link stays one.
+// The file behind a link: the link stays one.
 QString Resolve(const QString &strPath)
 {
   const QString strTarget = QFileInfo(strPath).canonicalFilePath();

@@ -14,7 +14,7 @@
 namespace ffc::frames {
 namespace {
 
-/// The toolkit's scale for the least compression that compresses: noise does not become much smaller with more.
+// The toolkit's scale for the least compression that compresses: noise does not become much smaller with more.
 constexpr int FAST_QUALITY = 80;
 
 class CPngReader final : public IFrameReader {

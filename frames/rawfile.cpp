@@ -18,7 +18,7 @@ using camera::SSensorFormat;
 namespace {
 
 constexpr bool SWAPS = Q_BYTE_ORDER == Q_BIG_ENDIAN;
-constexpr uint64_t MAX_SIDE = 100000; ///< of the image computations
+constexpr uint64_t MAX_SIDE = 100000; // of the image computations
 
 class CRawReader final : public IFrameReader {
 public:
@@ -84,7 +84,7 @@ private:
   SLayout m_stLayout;
 };
 
-/// A side of a frame; 0 for a text that is none.
+// A side of a frame; 0 for a text that is none.
 uint64_t ParseSide(const std::string &strSide)
 {
   const bool bNumber =

@@ -18,9 +18,9 @@ using genapi::GetLayoutName;
 
 namespace {
 
-constexpr int MIN_FRAMES = 2; ///< of each kind: one to acquire, one to measure
+constexpr int MIN_FRAMES = 2; // of each kind: one to acquire, one to measure
 
-/// "dark_*.png" and the like, one for each ending that can be read.
+// "dark_*.png" and the like, one for each ending that can be read.
 QStringList ListPatterns(const char *pScene)
 {
   QStringList listPatterns;
@@ -37,14 +37,14 @@ std::string DescribeBits(uint32_t nBytesPerSample)
   return std::to_string(8 * nBytesPerSample) + " bits per pixel";
 }
 
-/// PFNC name of what a file says of its frames.
+// PFNC name of what a file says of its frames.
 std::string GetStatedFormat(const SFrameInfo &stInfo)
 {
   const uint32_t nBits = stInfo.nBitDepth == 0 ? 8 * stInfo.stLayout.nBytesPerSample : stInfo.nBitDepth;
   return GetLayoutName(stInfo.eColors.value_or(EColorLayout::Mono)) + std::to_string(nBits);
 }
 
-/// Reads the files of one recording; the first one sets what all others must be.
+// Reads the files of one recording; the first one sets what all others must be.
 class CRecordingReader {
 public:
   CRecordingReader(const QDir &dir, const std::optional<SSampleFormat> &stFormat) : m_dir(dir), m_stFormat(stFormat) {}
@@ -81,7 +81,7 @@ private:
     return {};
   }
 
-  /// The messages go on from the file's name.
+  // The messages go on from the file's name.
   Result<> ReadFile(const QString &strPath, Frames &listFrames)
   {
     Result<std::unique_ptr<IFrameReader>> reader = FindFileKind(strPath)->Open(strPath);
@@ -135,7 +135,7 @@ private:
     }
   }
 
-  /// Values beyond the depth are those of left-aligned samples, or of another format.
+  // Values beyond the depth are those of left-aligned samples, or of another format.
   Result<> AlignRight()
   {
     if (m_strBeyond.empty()) {
@@ -158,7 +158,7 @@ private:
   std::optional<SSampleFormat> m_stFormat;
   SRecordedFrames m_stFrames;
   SEvidence m_stEvidence;
-  std::string m_strBeyond; ///< the first value beyond the format, as a sentence
+  std::string m_strBeyond; // the first value beyond the format, as a sentence
 };
 
 } // namespace

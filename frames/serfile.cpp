@@ -20,7 +20,7 @@ namespace {
 constexpr uint64_t DATE_SIZE = 8;
 constexpr int HEADER_DATES = 16;
 
-/// What speaks against a byte order: values beyond the depth, and differences of neighbours.
+// What speaks against a byte order: values beyond the depth, and differences of neighbours.
 struct SDoubt {
   bool bBeyond = false;
   uint64_t nDifferences = 0;
@@ -107,7 +107,7 @@ private:
     return result;
   }
 
-  /// The times of the frames stand behind the last frame; they may be missing.
+  // The times of the frames stand behind the last frame; they may be missing.
   Result<> ReadDates()
   {
     const uint64_t nFramesEnd = SER_HEADER_SIZE + m_stInfo.nFrames * m_stInfo.stLayout.GetFrameSize();

@@ -11,8 +11,7 @@ using genapi::EColorLayout;
 namespace {
 
 const QByteArray FILE_ID = QByteArrayLiteral("LUCAM-RECORDER");
-constexpr int NUMBERS_AT =
-  14; ///< seven numbers of four bytes: LuID, ColorID, LittleEndian, width, height, depth, count
+constexpr int NUMBERS_AT = 14; // seven numbers of four bytes: LuID, ColorID, LittleEndian, width, height, depth, count
 constexpr int NUMBER_COUNT = 7;
 constexpr int TEXTS_AT = 42;
 constexpr int TEXT_SIZE = 40;

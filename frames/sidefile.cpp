@@ -30,7 +30,7 @@ void SetNumber(QJsonObject &object, const char *pKey, const std::optional<double
   }
 }
 
-/// Takes values out of an object and remembers the first that is not what it must be.
+// Takes values out of an object and remembers the first that is not what it must be.
 class CObjectReader {
 public:
   explicit CObjectReader(const QJsonObject &object) : m_object(object) {}
@@ -49,7 +49,7 @@ public:
     return value.isDouble() ? std::optional<double>(value.toDouble()) : std::nullopt;
   }
 
-  /// A whole number, which must be there.
+  // A whole number, which must be there.
   uint32_t TakeCount(const char *pKey, double dMinimum, double dMaximum)
   {
     const QJsonValue value = m_object.value(QLatin1String(pKey));

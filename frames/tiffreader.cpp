@@ -11,7 +11,7 @@ namespace {
 constexpr uint16_t LOSSLESS[] = {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_DEFLATE,
                                  COMPRESSION_PACKBITS};
 
-/// Of the directory that was read last; the tag's default where it is missing.
+// Of the directory that was read last; the tag's default where it is missing.
 template <class TValue>
 TValue GetTag(TIFF *pTiff, uint32_t nTag)
 {
@@ -29,7 +29,7 @@ const char *DescribePhotometric(uint16_t nPhotometric)
   }
 }
 
-/// Largest value that a file may state, as a depth; 0 for one that says nothing.
+// Largest value that a file may state, as a depth; 0 for one that says nothing.
 uint32_t GetStatedDepth(TIFF *pTiff)
 {
   uint16_t nMaximum = 0;
@@ -100,7 +100,7 @@ private:
     return CheckImageJ();
   }
 
-  /// That program keeps frames beyond 4 GB behind a single directory.
+  // That program keeps frames beyond 4 GB behind a single directory.
   Result<> CheckImageJ() const
   {
     const QString strDescription = m_stInfo.mapTexts.value(TEXT_DESCRIPTION);
@@ -131,7 +131,7 @@ private:
     return result;
   }
 
-  /// Whether a frame of the directory can be read.
+  // Whether a frame of the directory can be read.
   Result<> CheckDirectory(SLayout &stLayout)
   {
     TIFF *pTiff = m_pTiff.get();

@@ -8,9 +8,9 @@
 namespace ffc::frames {
 namespace {
 
-/// Private tag: which correction was applied. Readers that do not know it leave it alone.
+// Private tag: which correction was applied. Readers that do not know it leave it alone.
 constexpr uint32_t CORRECTION_TAG = 65170;
-/// A hostile file may ask for any amount of memory for a tag.
+// A hostile file may ask for any amount of memory for a tag.
 constexpr tmsize_t LARGEST_ALLOCATION = tmsize_t{1} << 32;
 
 struct STextTag {

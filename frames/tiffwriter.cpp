@@ -9,7 +9,7 @@ namespace ffc::frames {
 namespace {
 
 constexpr std::size_t STRIP_SIZE = std::size_t{1} << 20U;
-/// Leaves room for the directories below the 4 GB that offsets of 32 bits reach.
+// Leaves room for the directories below the 4 GB that offsets of 32 bits reach.
 constexpr uint64_t LARGEST_SMALL_FILE = 3900000000U;
 constexpr uint64_t DIRECTORY_SIZE = 4096;
 

@@ -12,7 +12,7 @@ Failure Describe(const QString &strPath, const QString &strReason)
   return Failure(QStringLiteral("cannot write %1: %2").arg(QDir::toNativeSeparators(strPath), strReason));
 }
 
-/// Flushed before, because QSaveFile::commit does not notice that a buffered rest cannot be written.
+// Flushed before, because QSaveFile::commit does not notice that a buffered rest cannot be written.
 Result<> Commit(QSaveFile &file)
 {
   return file.flush() && file.commit() ? Result<>() : Describe(file.fileName(), file.errorString());

@@ -16,7 +16,7 @@ GenApi::INode *FindNode(GenApi::INodeMap *pNodeMap, const char *pName)
 
 // The one order of checks of every typed access: name, node, type, then the access itself, a callable
 // that takes the interface and returns a status.
-template <typename TInterface, typename TAccess>
+template <class TInterface, class TAccess>
 int32_t Access(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAccess)
 {
   if (pName == nullptr) {
@@ -35,7 +35,7 @@ int32_t Access(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAccess)
 }
 
 // An access mode predicate; a missing node answers false.
-template <typename TPredicate>
+template <class TPredicate>
 int32_t QueryAccessMode(GenApi::INodeMap *pNodeMap, const char *pName, bool &bAnswer, TPredicate fnPredicate)
 {
   if (pName == nullptr) {
@@ -52,7 +52,7 @@ int32_t QueryAccessMode(GenApi::INodeMap *pNodeMap, const char *pName, bool &bAn
 }
 
 // An access to a register whose length must match.
-template <typename TAccess>
+template <class TAccess>
 int32_t AccessRegister(GenApi::INodeMap *pNodeMap, const char *pName, const uint8_t *pBuffer, int64_t nLength,
                        TAccess fnAccess)
 {
@@ -69,7 +69,7 @@ int32_t AccessRegister(GenApi::INodeMap *pNodeMap, const char *pName, const uint
 }
 
 // An access to the current entry of an enumeration.
-template <typename TAccess>
+template <class TAccess>
 int32_t AccessCurrentEntry(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAccess)
 {
   return Access<GenApi::IEnumeration>(pNodeMap, pName, [&](GenApi::IEnumeration &node) {
@@ -83,7 +83,7 @@ int32_t AccessCurrentEntry(GenApi::INodeMap *pNodeMap, const char *pName, TAcces
 }
 
 // An access that has no status of its own.
-template <typename TInterface, typename TAccess>
+template <class TInterface, class TAccess>
 int32_t AccessValue(GenApi::INodeMap *pNodeMap, const char *pName, TAccess fnAccess)
 {
   return Access<TInterface>(pNodeMap, pName, [&](TInterface &node) {

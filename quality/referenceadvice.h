@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-#include "camera/selfcorrection/correctionmode.h"
+#include "camera/correctionmode.h"
 #include "quality/framecountadvice.h"
 
 namespace ffc::quality {

@@ -9,7 +9,7 @@
 #include <QJsonObject>
 #include <QTextStream>
 
-#include "camera/selfcorrection/modename.h"
+#include "camera/modename.h"
 #include "quality/nonuniformityreport.h"
 
 namespace ffc::quality {

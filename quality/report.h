@@ -9,7 +9,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "camera/selfcorrection/correctionmode.h"
+#include "camera/correctionmode.h"
 #include "quality/defects.h"
 #include "quality/uniformity.h"
 

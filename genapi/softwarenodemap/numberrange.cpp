@@ -8,7 +8,7 @@ namespace ffc::genapi {
 
 namespace {
 
-/// In unsigned arithmetic, which no distance between two 64-bit values overflows.
+// In unsigned arithmetic, which no distance between two 64-bit values overflows.
 bool IsOnGrid(int64_t nValue, int64_t nMin, int64_t nInc)
 {
   return nInc <= 1 || (static_cast<uint64_t>(nValue) - static_cast<uint64_t>(nMin)) % static_cast<uint64_t>(nInc) == 0;

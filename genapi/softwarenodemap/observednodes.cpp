@@ -13,7 +13,7 @@ namespace {
 using EKind = SNodeAccess::EKind;
 using GenICam::gcstring;
 
-/// Name and access mode of a stand-in, and the way to its hook.
+// Name and access mode of a stand-in, and the way to its hook.
 template <class TInterface>
 class CObservedNode : public GenApi::INode, public TInterface {
 public:
@@ -41,7 +41,7 @@ protected:
     m_fnHook({eKind, m_strLogName, strValue, nLength});
   }
 
-  /// Announces first, so that a call reads "Inner(kind).Access()".
+  // Announces first, so that a call reads "Inner(kind).Access()".
   TInterface &Inner(EKind eKind, const std::string &strValue = {}, int64_t nLength = 0) const
   {
     Announce(eKind, strValue, nLength);
@@ -57,7 +57,7 @@ private:
   EKind m_eAccessKind;
 };
 
-/// Adds the text form.
+// Adds the text form.
 template <class TInterface, EKind READ = EKind::Read, EKind WRITE = EKind::Write>
 class CObservedValue : public CObservedNode<TInterface> {
 public:
@@ -74,7 +74,7 @@ public:
   }
 };
 
-/// Adds value, range and increment.
+// Adds value, range and increment.
 template <class TInterface, class TValue>
 class CObservedNumber : public CObservedValue<TInterface> {
 public:
@@ -197,7 +197,7 @@ public:
   }
 
 private:
-  /// The same stand-in for the same entry every time.
+  // The same stand-in for the same entry every time.
   CObservedEntry *Wrap(GenApi::IEnumEntry *pEntry)
   {
     if (pEntry == nullptr) {
@@ -215,7 +215,7 @@ private:
   std::map<GenApi::IEnumEntry *, std::unique_ptr<CObservedEntry>> m_mapEntries;
 };
 
-/// A node without a value, such as a category.
+// A node without a value, such as a category.
 class CObservedPlainNode final : public GenApi::INode {
 public:
   CObservedPlainNode(GenApi::INode &inner, const NodeAccessHook &fnHook) : m_inner(inner), m_fnHook(fnHook) {}

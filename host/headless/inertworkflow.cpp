@@ -3,7 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "camera/selfcorrection/modename.h"
+#include "camera/modename.h"
 #include "host/headless/steps.h"
 
 namespace ffc::host {

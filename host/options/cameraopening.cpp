@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "camera/realcameras.h"
-#include "camera/replay/replaycamera.h"
-#include "camera/simulated/simulatedcamera.h"
+#include "camera/software/replay/replaycamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 #include "host/viewer/cameratexts.h"
 
 namespace ffc::host {

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "camera/modename.h"
 #include "camera/realcameras.h"
-#include "camera/selfcorrection/modename.h"
 #include "camera/sensorformat.h"
 #include "platform/result.h"
 

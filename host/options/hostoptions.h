@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "camera/selfcorrection/correctionmode.h"
+#include "camera/correctionmode.h"
 
 namespace ffc::host {
 

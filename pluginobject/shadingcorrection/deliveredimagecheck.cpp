@@ -11,7 +11,7 @@ using pluginobject::CFeatureAccess;
 namespace {
 
 // Reads a feature if it is implemented.
-template <typename TValue, typename TRead>
+template <class TValue, class TRead>
 int32_t ReadIfImplemented(const CFeatureAccess &features, const char *pName, TRead fnRead, bool &bRead, TValue &value)
 {
   int32_t nStatus = features.IsFeatureImplemented(pName, bRead);
@@ -21,7 +21,7 @@ int32_t ReadIfImplemented(const CFeatureAccess &features, const char *pName, TRe
   return nStatus;
 }
 
-template <typename TValue>
+template <class TValue>
 int32_t ComparePair(const CFeatureAccess &outputFeatures, const char *pOutputName, const CFeatureAccess &deviceFeatures,
                     const char *pDeviceName, int32_t (CFeatureAccess::*fnRead)(const char *, TValue &) const)
 {

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int STEP = 10;
 
-/// \return nValue one step up for a difference of at least 1, else one step down
+// \return nValue one step up for a difference of at least 1, else one step down
 int StepTowards(int nValue, int nDifference)
 {
   return nDifference < 1 ? nValue - STEP : nValue + STEP;

@@ -106,7 +106,7 @@ private:
   // What every slot runs in; each body returns the status to report.
   struct SOperation;
   struct SOutcome;
-  template <typename TBody>
+  template <class TBody>
   void __RunSlot(TBody fnBody);
   [[nodiscard]] SOutcome __RunOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);
   [[nodiscard]] int32_t __BeginOperation(ffc::dialog::CSlotScope &slot, const SOperation &stOperation);

@@ -93,7 +93,7 @@ struct CShadingCorrectionDlg::SOutcome {
 // Every slot runs in here. Nothing that its body throws may reach the toolkit, which would end the host; the dialog and
 // its process outlive it, whatever happens in the event loops that it opens; what it was busy with ends after its
 // status is reported.
-template <typename TBody>
+template <class TBody>
 void CShadingCorrectionDlg::__RunSlot(TBody fnBody)
 {
   if (m_bRetired) {

@@ -19,7 +19,7 @@ constexpr int BAR_HEIGHT = 30;
 constexpr int ITEM_WIDTH = 30;
 constexpr int ITEM_HEIGHT = 28;
 constexpr int BAR_MARGIN = 1;
-constexpr int KEEP_OFF_BOTTOM = 50; ///< pixels of the work area in which a drag goes sideways only
+constexpr int KEEP_OFF_BOTTOM = 50; // pixels of the work area in which a drag goes sideways only
 
 // A text that shows as it is written: labels and tool tips take anything with a tag for markup.
 QString Escape(const QString &strText)

@@ -11,7 +11,7 @@ using ffc::genapi::CSoftwareNodeMap;
 
 namespace {
 
-/// A camera with a mode and a source for each of three triggers.
+// A camera with a mode and a source for each of three triggers.
 class ActiveTriggers : public testing::Test {
 protected:
   ActiveTriggers()
@@ -28,10 +28,10 @@ protected:
     });
   }
 
-  std::size_t Selected() const { return std::size_t(Selector().Peek()); }
+  std::size_t Selected() const { return static_cast<std::size_t>(Selector().Peek()); }
   CSoftwareEnumeration &Selector() const { return *m_map.Find<CSoftwareEnumeration>("TriggerSelector"); }
 
-  /// "Selector (Source)" of each.
+  // "Selector (Source)" of each.
   std::string List()
   {
     std::string strText;

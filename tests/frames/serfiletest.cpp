@@ -17,7 +17,7 @@ using ffc::genapi::EColorLayout;
 
 namespace {
 
-/// A picture as cameras make it: neighbours are alike.
+// A picture as cameras make it: neighbours are alike.
 std::vector<uint8_t> MakeRamp(const SLayout &stLayout)
 {
   std::vector<uint8_t> listFrame(stLayout.GetFrameSize());
@@ -43,7 +43,7 @@ void WriteAll(const QString &strPath, const QByteArray &byteContent)
 
 class CSerTest : public ::testing::Test {
 protected:
-  /// A file with one number of its header changed. \return why it is refused
+  // A file with one number of its header changed. \return why it is refused
   std::string OpenWith(int nOffset, int32_t nNumber)
   {
     QByteArray byteContent = m_byteFile;

@@ -20,7 +20,7 @@ class CTiffTest : public ::testing::Test {
 protected:
   CTiffTest() : m_strPath(m_dir.filePath("frame.tif")) {}
 
-  /// A file of the library's own making, 4 x 4 with 8 bits unless fnChange says otherwise.
+  // A file of the library's own making, 4 x 4 with 8 bits unless fnChange says otherwise.
   void WriteForeign(const std::function<void(TIFF *)> &fnChange, const char *pMode = "w", int nPages = 1)
   {
     TIFF *pTiff = TIFFOpen(m_strPath.toUtf8().constData(), pMode);
@@ -131,10 +131,10 @@ TEST_F(CTiffTest, EveryFrameHasTextsOfItsOwn)
 
 TEST_F(CTiffTest, WhatIsNoGreyFrameIsRefusedByName)
 {
-  const auto fnSet = [](uint32_t nTag, int nValue) {
+  const auto setTag = [](uint32_t nTag, int nValue) {
     return [nTag, nValue](TIFF *pTiff) { TIFFSetField(pTiff, nTag, nValue); };
   };
-  EXPECT_EQ(GetError(fnSet(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE)),
+  EXPECT_EQ(GetError(setTag(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE)),
             "is a grey picture with white as zero; only black as zero is read.");
   EXPECT_EQ(GetError([](TIFF *pTiff) {
               uint16_t anMap[256] = {};
@@ -147,8 +147,8 @@ TEST_F(CTiffTest, WhatIsNoGreyFrameIsRefusedByName)
               TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 3);
             }),
             "is a colour picture; only grey pictures are read.");
-  EXPECT_EQ(GetError(fnSet(TIFFTAG_BITSPERSAMPLE, 32)), "has samples of 32 bits; unsigned ones of 8 or 16 are read.");
-  EXPECT_NE(GetError(fnSet(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT)).find("no unsigned numbers"), std::string::npos);
+  EXPECT_EQ(GetError(setTag(TIFFTAG_BITSPERSAMPLE, 32)), "has samples of 32 bits; unsigned ones of 8 or 16 are read.");
+  EXPECT_NE(GetError(setTag(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT)).find("no unsigned numbers"), std::string::npos);
   EXPECT_EQ(GetError([](TIFF *pTiff) {
               TIFFSetField(pTiff, TIFFTAG_TILEWIDTH, 16);
               TIFFSetField(pTiff, TIFFTAG_TILELENGTH, 16);

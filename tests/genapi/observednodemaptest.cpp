@@ -20,7 +20,7 @@ using ffc::test::EAccessFailure;
 
 namespace {
 
-/// A software map with one node of each kind, and the map that watches it.
+// A software map with one node of each kind, and the map that watches it.
 class ObservedNodeMap : public testing::Test {
 protected:
   ObservedNodeMap() : m_observed(m_map)
@@ -45,7 +45,7 @@ protected:
   int m_nExecuted = 0;
 };
 
-/// One bit per interface that the node offers.
+// One bit per interface that the node offers.
 unsigned GetInterfaces(GenApi::INode *pNode)
 {
   unsigned nBits = 0;
@@ -61,7 +61,7 @@ unsigned GetInterfaces(GenApi::INode *pNode)
   return nBits;
 }
 
-/// Name of the exception that the work throws.
+// Name of the exception that the work throws.
 std::string CatchName(const std::function<void()> &fnWork)
 {
   try {

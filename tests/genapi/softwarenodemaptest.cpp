@@ -30,7 +30,7 @@ TInterface &As(const CSoftwareNodeMap &map, const char *pName)
   return *dynamic_cast<TInterface *>(map.GetNode(pName));
 }
 
-/// One node of every kind.
+// One node of every kind.
 void AddOneOfEach(CSoftwareNodeMap &map)
 {
   map.AddInteger("Integer", 4);
@@ -42,7 +42,7 @@ void AddOneOfEach(CSoftwareNodeMap &map)
   map.AddCommand("Command");
 }
 
-/// Every access that the node's kind has, one after the other; returns how many threw AccessException.
+// Every access that the node's kind has, one after the other; returns how many threw AccessException.
 int CountRefusedAccesses(GenApi::INode *pNode, bool bVerify, int *pnTried)
 {
   std::vector<std::function<void()>> listAccesses;

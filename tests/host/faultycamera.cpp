@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "camera/iscenecontrol.h"
-#include "camera/simulated/simulatedcamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 
 namespace ffc::host {
 

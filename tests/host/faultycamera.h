@@ -6,10 +6,10 @@
 #include <memory>
 #include <string>
 
+#include "camera/correctionmode.h"
 #include "camera/icamera.h"
 #include "camera/icameralink.h"
 #include "camera/iscenecontrol.h"
-#include "camera/selfcorrection/correctionmode.h"
 
 namespace ffc::host {
 

@@ -9,7 +9,7 @@ namespace {
 using ffc::Failure;
 using ffc::Result;
 
-/// As the toolkit's texts: not a std::string, but one can be made of it.
+// As the toolkit's texts: not a std::string, but one can be made of it.
 struct SForeignText {
   std::string toStdString() const { return "grün"; }
 };

@@ -30,8 +30,8 @@ struct SAnswer {
   std::string strError = "Version";
 };
 
-template <typename FnQuery>
-SAnswer Ask(FnQuery fnQuery)
+template <class TQuery>
+SAnswer Ask(TQuery fnQuery)
 {
   uint16_t anVersion[4];
   std::copy(UNTOUCHED.begin(), UNTOUCHED.end(), anVersion);

@@ -34,17 +34,17 @@ protected:
   /// Calls fnDo before every use of every node.
   void InterceptEverything(const std::function<void()> &fnDo)
   {
-    const auto fnAccess = [fnDo] {
+    const auto access = [fnDo] {
       fnDo();
       return GenApi::RW;
     };
-    m_integer.Access(fnAccess);
-    m_float.Access(fnAccess);
-    m_boolean.Access(fnAccess);
-    m_enumeration.Access(fnAccess);
-    m_string.Access(fnAccess);
-    m_register.Access(fnAccess);
-    m_command.Access(fnAccess);
+    m_integer.Access(access);
+    m_float.Access(access);
+    m_boolean.Access(access);
+    m_enumeration.Access(access);
+    m_string.Access(access);
+    m_register.Access(access);
+    m_command.Access(access);
   }
 
   void SetAccess(GenApi::EAccessMode eMode)

@@ -15,7 +15,7 @@ namespace {
 // One operation, called so that a failure which touches an output is noticed.
 struct SOperation {
   const char *pOperation;
-  const char *pFeature; ///< a feature of the right type
+  const char *pFeature; // a feature of the right type
   std::function<int32_t(const CFeatureAccess &, const char *)> fnCall;
 };
 
@@ -24,7 +24,7 @@ std::ostream &operator<<(std::ostream &out, const SOperation &stOperation)
   return out << stOperation.pOperation;
 }
 
-template <typename TValue>
+template <class TValue>
 auto MakeGetter(int32_t (CFeatureAccess::*fnGet)(const char *, TValue &) const, TValue sentinel)
 {
   return [fnGet, sentinel](const CFeatureAccess &features, const char *pName) {
@@ -35,7 +35,7 @@ auto MakeGetter(int32_t (CFeatureAccess::*fnGet)(const char *, TValue &) const, 
   };
 }
 
-template <typename TValue>
+template <class TValue>
 auto MakeSetter(int32_t (CFeatureAccess::*fnSet)(const char *, TValue) const, TValue value)
 {
   return [fnSet, value](const CFeatureAccess &features, const char *pName) { return (features.*fnSet)(pName, value); };

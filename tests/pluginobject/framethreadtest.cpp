@@ -62,7 +62,7 @@ public:
   }
   void Close() { m_plugin.Uninitialize(); }
 
-  template <typename TWidget>
+  template <class TWidget>
   TWidget *Find(const char *pName) const
   {
     return m_pDialog->findChild<TWidget *>(QString::fromLatin1(pName));
@@ -94,7 +94,7 @@ public:
     PLUGIN_PROCESS_RESULT stResult;
     m_nFailures += m_plugin.ProcessImage(&stInput, &stOutput, PLUGIN_PROCESS_MODE_FRAME, &stResult) != 0;
     const auto nUntouched = std::count(listOutput.begin(), listOutput.end(), UNTOUCHED);
-    // The flag and the buffer must tell the same story.
+    // The flag and the buffer must agree.
     m_nLies += stResult.bCorrected == 1 ? nUntouched != 0 : nUntouched != SIDE * SIDE;
     m_nCorrected += stResult.bCorrected;
   }

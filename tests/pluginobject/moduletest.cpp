@@ -130,7 +130,7 @@ TEST_F(Module, LoadedByARelativePathKeepsItsVersionInAnotherWorkingDirectory)
   IPlugin *const pPlugin = fnCreate();
   constexpr PLUGIN_VERSION PROJECT_VERSION = {FFC_PROJECT_VERSION};
   const PLUGIN_VERSION stVersion = pPlugin->GetPluginVersion();
-  EXPECT_EQ(0, std::memcmp(&PROJECT_VERSION, &stVersion, sizeof stVersion));
+  EXPECT_EQ(std::memcmp(&PROJECT_VERSION, &stVersion, sizeof stVersion), 0);
   fnDestory(pPlugin);
   dlclose(pModule);
   // It stays all the same: whoever knows its name finds it.

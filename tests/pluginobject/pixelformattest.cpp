@@ -62,7 +62,7 @@ std::set<uint32_t> MakePacked()
 }
 
 // Every code of the families that hold known formats, and of those beside them.
-template <typename TCheck>
+template <class TCheck>
 void ForEachCodeOfTheFamilies(TCheck fnCheck)
 {
   for (const uint32_t nFamily : {0x0000U, 0x0101U, 0x0104U, 0x0108U, 0x010AU, 0x010CU, 0x010EU, 0x0110U, 0x0118U,

@@ -44,7 +44,7 @@ class PluginTitle : public CPluginTest {};
 class PluginLanguage : public CPluginTest {};
 
 // Fails in the middle of an initialisation.
-template <typename TException>
+template <class TException>
 class CThrowingPlugin : public CShadingCorrectionPlugin {
 public:
   int32_t InitDialogProcess() override { throw TException(); }

@@ -170,7 +170,7 @@ TEST_F(PluginProperty, WithNowhereToStoreItIsAnInvalidParameter)
 
 TEST_F(PluginMessage, AHostMayEndTheServiceWhileAnAcquisitionReadsItsFeatures)
 {
-  const auto fnUninitialize = [this] {
+  const auto uninitialize = [this] {
     m_pPlugin->Uninitialize();
     return 1;
   };
@@ -178,7 +178,7 @@ TEST_F(PluginMessage, AHostMayEndTheServiceWhileAnAcquisitionReadsItsFeatures)
                             &CShadingCorrectionDlg::Slot_objAcquisitionBrightFrame_Button_clicked}) {
     ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
     m_stScript.listCalls.clear();
-    m_camera.Output().Find<ffc::genapi::CSoftwareInteger>("OutputHeight")->OnRead(fnUninitialize);
+    m_camera.Output().Find<ffc::genapi::CSoftwareInteger>("OutputHeight")->OnRead(uninitialize);
     (FindDialog()->*fnSlot)();
     EXPECT_TRUE(m_stScript.bDestroyed);
     EXPECT_TRUE(m_stScript.listCalls.empty());

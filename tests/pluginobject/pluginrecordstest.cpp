@@ -11,7 +11,7 @@ using ffc::pluginobject::MakePluginMsg;
 
 namespace {
 
-template <typename TRecord>
+template <class TRecord>
 bool AreBytesZero(const TRecord &stRecord, std::size_t nFirst = 0)
 {
   unsigned char acBytes[sizeof stRecord];

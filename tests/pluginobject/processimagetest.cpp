@@ -255,7 +255,7 @@ TEST_F(ProcessImage, TheDialogMayBeUninitialisedWhileFramesArrive)
 TEST_F(ProcessImage, FramesAcquiredAndCorrectedThroughItBecomeFlat)
 {
   // The left half of the sensor sees half of the light.
-  const auto fnShade = [this](std::vector<uint8_t> &listFrame) {
+  const auto shade = [this](std::vector<uint8_t> &listFrame) {
     listFrame = m_camera.MakeFrame(120);
     for (std::size_t i = 0; i < listFrame.size(); ++i) {
       listFrame[i] = i % 64 < 32 ? uint8_t{60} : uint8_t{120};
@@ -263,11 +263,11 @@ TEST_F(ProcessImage, FramesAcquiredAndCorrectedThroughItBecomeFlat)
   };
   m_pPlugin = std::make_unique<CShadingCorrectionPlugin>();
   ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
-  fnShade(m_listInput);
+  shade(m_listInput);
   Describe();
   CModalAnswer answer;
   {
-    CFramePump pump([&](std::vector<uint8_t> &listFrame, uint64_t) { fnShade(listFrame); },
+    CFramePump pump([&](std::vector<uint8_t> &listFrame, uint64_t) { shade(listFrame); },
                     [this](const std::vector<uint8_t> &listFrame) {
                       PLUGIN_IMAGE_INFO stImage = m_stInput;
                       std::vector<uint8_t> listCopy = listFrame;

@@ -15,7 +15,7 @@ constexpr std::size_t QOBJECT_ENTRIES = 12;
 class VirtualOrder : public CPluginTest {
 protected:
   // The operation at a place, counted from 1 after QObject's.
-  template <typename TResult, typename... TArguments>
+  template <class TResult, class... TArguments>
   TResult Call(std::size_t nPlace, TArguments... arguments)
   {
     void *pObject = static_cast<IPlugin *>(m_pPlugin.get());

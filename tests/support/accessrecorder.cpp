@@ -8,7 +8,7 @@ namespace {
 
 struct SKindStyle {
   const char *pVerb;
-  bool bDetail; ///< left out of the short log
+  bool bDetail; // left out of the short log
 };
 
 const SKindStyle &GetStyle(genapi::SNodeAccess::EKind eKind)

@@ -33,7 +33,7 @@ QWidget *FindTitleBar(const QDialog &dialog)
 }
 
 // Children of the dialog's body: not of its title bar.
-template <typename TWidget>
+template <class TWidget>
 std::vector<TWidget *> FindInBody(const QDialog &dialog)
 {
   const QWidget *pTitleBar = FindTitleBar(dialog);

@@ -1,5 +1,5 @@
-/// \file
-/// Entry point of the test programs that drive widgets.
+// \file
+// Entry point of the test programs that drive widgets.
 
 #include <QApplication>
 #include <QtGlobal>
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Gives every test an application without style sheet and wait cursor, whatever the one before it left.
+// Gives every test an application without style sheet and wait cursor, whatever the one before it left.
 class CCleanApplication : public testing::EmptyTestEventListener {
   void OnTestEnd(const testing::TestInfo &) override
   {
@@ -24,7 +24,7 @@ class CCleanApplication : public testing::EmptyTestEventListener {
 
 QtMessageHandler s_fnDefaultHandler = nullptr;
 
-/// Leaves out what the off-screen platform says whenever a fixed-size window shows.
+// Leaves out what the off-screen platform says whenever a fixed-size window shows.
 void HandleMessage(QtMsgType eType, const QMessageLogContext &context, const QString &strMessage)
 {
   if (!strMessage.startsWith(QLatin1String("This plugin does not support propagateSizeHints"))) {

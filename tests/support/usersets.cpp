@@ -66,8 +66,8 @@ void CUserSets::AddCommands()
   m_map.AddCommand("UserSetLoad")
     .Access([pLocked] { return pLocked->Peek() != 0 ? GenApi::NA : GenApi::WO; })
     .OnExecute([this] { Load(GetSelected()); });
-  const auto fnSaveAccess = [this, pLocked] { return m_bSaveLocked && pLocked->Peek() != 0 ? GenApi::NA : GenApi::WO; };
-  m_map.AddCommand("UserSetSave").Access(fnSaveAccess).OnExecute([this] {
+  const auto saveAccess = [this, pLocked] { return m_bSaveLocked && pLocked->Peek() != 0 ? GenApi::NA : GenApi::WO; };
+  m_map.AddCommand("UserSetSave").Access(saveAccess).OnExecute([this] {
     if (GetSelected() == FACTORY_SET) {
       throw GenICam::AccessException("the factory set cannot be overwritten", __FILE__, __LINE__);
     }

@@ -25,7 +25,7 @@ constexpr int MESSAGE_WIDTH = 450;
 constexpr int CONTENT_SPACING = 16;
 constexpr const char *STYLE_SHEET = ":/skin/style/PlugAcqstatusSetting.qss";
 
-/// What a button set shows. A null text hides its button.
+// What a button set shows. A null text hides its button.
 struct SButtonTexts {
   int nButtons;
   const char *pOK;
@@ -51,7 +51,7 @@ constexpr SKindLook KIND_LOOKS[] = {
   {CTipsMessageBox::EKind::Error, QT_TRANSLATE_NOOP("CTipsMessageBox", "Error"), ":/skin/images/ErrorBig.png"},
 };
 
-/// Says in the debug output that the creation checked on line nLine has failed.
+// Says in the debug output that the creation checked on line nLine has failed.
 bool IsCreated(const void *pCreated, int nLine)
 {
   if (pCreated == nullptr) {
@@ -64,7 +64,7 @@ bool IsCreated(const void *pCreated, int nLine)
   return pCreated != nullptr;
 }
 
-/// Creates a child of pParent. nLine is the caller's.
+// Creates a child of pParent. nLine is the caller's.
 template <class Object>
 bool Create(Object *&pCreated, QWidget *pParent, int nLine)
 {
@@ -72,7 +72,7 @@ bool Create(Object *&pCreated, QWidget *pParent, int nLine)
   return IsCreated(pCreated, nLine);
 }
 
-/// Creates a layout that stays the caller's until it is placed in another one. nLine is the caller's.
+// Creates a layout that stays the caller's until it is placed in another one. nLine is the caller's.
 template <class Layout>
 bool Create(std::unique_ptr<Layout> &pCreated, int nLine)
 {

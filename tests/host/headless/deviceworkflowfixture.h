@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/simulated/simulatedcamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 #include "host/headless/headlessrun.h"
 

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/replay/replaycamera.h"
+#include "camera/software/replay/replaycamera.h"
 #include "tests/host/faultycamera.h"
 
 using namespace ffc::host;

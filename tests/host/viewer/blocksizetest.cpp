@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/simulated/simulatedcamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 
 using namespace ffc::host;
 using ffc::camera::CreateSimulatedCamera;

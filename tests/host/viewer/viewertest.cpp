@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/simulated/simulatedcamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 #include "host/viewer/framecollector.h"
 
 using namespace ffc::host;

@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "camera/iscenecontrol.h"
-#include "camera/simulated/simulatedcamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/window/mainwindow.h"
 

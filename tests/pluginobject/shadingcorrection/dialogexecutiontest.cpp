@@ -30,7 +30,7 @@ protected:
     m_stScript.listCalls.clear();
   }
 
-  /// Offers a frame from a thread of its own, as hosts do.
+  // Offers a frame from a thread of its own, as hosts do.
   bool OfferFromFrameThread()
   {
     bool bCorrected = false;

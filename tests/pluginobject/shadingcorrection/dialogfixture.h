@@ -59,7 +59,7 @@ public:
     return nStatus;
   }
 
-  template <typename TWidget>
+  template <class TWidget>
   TWidget *Find(const char *pName)
   {
     auto *pWidget = m_pDialog->findChild<TWidget *>(QString::fromLatin1(pName));
@@ -88,7 +88,7 @@ public:
     return m_pDialog->CorrectFrame(&nPixel, &nPixel, 1, 1, 0x01080001, bCorrected);
   }
   /// What the single box shown by an action said; fails when there was none or more than one.
-  template <typename TAction>
+  template <class TAction>
   std::string BoxOf(TAction fnAction)
   {
     ffc::test::CModalAnswer answer;

@@ -8,7 +8,7 @@ using ffc::test::CountPixels;
 
 namespace {
 
-/// Style sheets that a viewer may set on its whole application.
+// Style sheets that a viewer may set on its whole application.
 constexpr const char *VIEWER_SHEETS[] = {
   "",
   "QLabel { color: white; }",
@@ -19,14 +19,14 @@ constexpr const char *VIEWER_SHEETS[] = {
 
 class DialogStyle : public CDialogTest {
 public:
-  /// Makes the dialog show the text of a complete or of a too bright dark field.
+  // Makes the dialog show the text of a complete or of a too bright dark field.
   void ShowVerdict(bool bWarning)
   {
     m_stScript.dMaxGray = bWarning ? 100.0 : 1.0;
     Click(Dark());
   }
 
-  /// Expects the prompt in one of its two colours, in what it says of itself and in what is painted, on a light ground.
+  // Expects the prompt in one of its two colours, in what it says of itself and in what is painted, on a light ground.
   void ExpectPromptIn(const QColor &colour, const QColor &colourOther)
   {
     QCoreApplication::processEvents();

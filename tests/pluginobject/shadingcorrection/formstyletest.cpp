@@ -25,7 +25,7 @@ constexpr const char *LONG_PROMPTS[] = {
   "Failed to execute FFC. Please Acquired bright filed images and executed FFC again",
 };
 
-/// The form with its style, shown.
+// The form with its style, shown.
 class FormStyle : public testing::Test {
 protected:
   FormStyle()

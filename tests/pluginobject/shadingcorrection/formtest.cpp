@@ -11,7 +11,7 @@ struct SWidgetRow {
   const char *pName;
   const char *pClass;
   const char *pParent;
-  const char *pText; ///< null: has none
+  const char *pText; // null: has none
 };
 
 constexpr const char *TEXT_2621 = "It is demanded to acquire bright field images again for Executing FFC after "
@@ -52,7 +52,7 @@ constexpr SWidgetRow WIDGETS[] = {
   {"Prompt2621Info_label", "QLabel", "groupBox_6", TEXT_2621},
 };
 
-/// What stands at a place of a layout: the object's name, or for a spacer "WxH" with its policies.
+// What stands at a place of a layout: the object's name, or for a spacer "WxH" with its policies.
 QString Describe(QLayoutItem *pItem)
 {
   if (pItem == nullptr) {
@@ -87,7 +87,7 @@ QStringList DescribeAll(QLayout &layout)
   return listItems;
 }
 
-/// Expects one item in a grid and its cell: row, column and the columns it spans.
+// Expects one item in a grid and its cell: row, column and the columns it spans.
 void ExpectCell(QGridLayout &grid, const char *pName, int nRow, int nColumn, int nColumns = 1)
 {
   EXPECT_EQ(Describe(grid.itemAtPosition(nRow, nColumn)), QLatin1String(pName));

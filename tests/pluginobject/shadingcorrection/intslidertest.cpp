@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A shown horizontal slider from 0 to 100 at 50 that knows where its handle is.
+// A shown horizontal slider from 0 to 100 at 50 that knows where its handle is.
 class CSliderUnderTest : public CIntSlider {
 public:
   CSliderUnderTest() : CIntSlider(Qt::Horizontal)
@@ -33,7 +33,7 @@ public:
   QPoint GetPointAt(double dPart) const { return {static_cast<int>(dPart * width()), GetHandleCentre().y()}; }
 };
 
-/// \return whether the slider accepted the turn
+// \return whether the slider accepted the turn
 bool TurnWheel(QWidget &widget, QPoint delta)
 {
   const QPointF posMiddle = widget.rect().center();

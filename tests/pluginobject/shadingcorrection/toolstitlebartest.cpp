@@ -21,7 +21,7 @@ namespace {
 
 constexpr const char *BUTTON_NAMES[] = {"ButtonMin", "ButtonRestore", "ButtonMax", "ButtonClose"};
 
-/// A frameless window of 300 x 200 with a title bar.
+// A frameless window of 300 x 200 with a title bar.
 class ToolsTitleBar : public testing::Test {
 protected:
   ToolsTitleBar() : m_window(nullptr, Qt::FramelessWindowHint), m_pBar(new QToolsTitleBar(&m_window))
@@ -44,7 +44,7 @@ protected:
 
   QLabel *GetIcon() const { return qobject_cast<QLabel *>(m_pBar->layout()->itemAt(0)->widget()); }
 
-  /// The names of the buttons that are not hidden, in order, without "Button".
+  // The names of the buttons that are not hidden, in order, without "Button".
   QString GetShownButtons() const
   {
     QString strShown;
@@ -56,7 +56,7 @@ protected:
 
   void MoveCursorTo(const QPoint &posGlobal) { DragMouseTo(*m_pBar, posGlobal); }
 
-  /// \return where the cursor was when it pressed the bar
+  // \return where the cursor was when it pressed the bar
   QPoint Press()
   {
     const QPoint posBar(40, 15);
@@ -349,7 +349,7 @@ TEST_F(ToolsTitleBar, TheCloseButtonClosesTheWindowAndThenTells)
   EXPECT_EQ(spyClose.count(), 1);
 }
 
-/// Uses every operation of a bar and everything that a user can do to it.
+// Uses every operation of a bar and everything that a user can do to it.
 void UseEverything(QToolsTitleBar &bar)
 {
   bar.setTitleIcon(true, QStringLiteral(":/skin/images/TipBig.png"));

@@ -29,7 +29,7 @@ private:
   std::vector<std::string> m_listNames;
 };
 
-template <typename TSample>
+template <class TSample>
 std::string DescribeSample(const TSample &sample)
 {
   return sample.GetName() + " of " + std::to_string(sample.GetCount());

@@ -28,7 +28,7 @@ QMessageBox::StandardButtons ToButtons(int nButtons)
   return QMessageBox::StandardButtons(QFlag(nButtons));
 }
 
-/// The parts of a complete box.
+// The parts of a complete box.
 struct SParts {
   explicit SParts(const CTipsMessageBox &box)
     : pTitleBar(box.findChild<QToolsTitleBar *>()),
@@ -43,7 +43,7 @@ struct SParts {
     pCancel = qobject_cast<QPushButton *>(pLower->itemAt(2)->widget());
   }
 
-  /// The texts of the buttons that are not hidden.
+  // The texts of the buttons that are not hidden.
   QString GetButtonTexts() const
   {
     QStringList listTexts;
@@ -66,16 +66,16 @@ struct SParts {
 
 enum class EAnswer { OK, Cancel, CloseButton, Escape };
 
-/// Runs a box that opens modally and answers it. fnLook sees it first.
-int Answer(const std::function<int()> &fnRun, EAnswer eAnswer,
-           const std::function<void(CTipsMessageBox &)> &fnLook = nullptr)
+// Runs a box that opens modally and answers it. look sees it first.
+int Answer(const std::function<int()> &run, EAnswer eAnswer,
+           const std::function<void(CTipsMessageBox &)> &look = nullptr)
 {
   bool bAnswered = false;
   QTimer::singleShot(0, qApp, [&] {
     auto *pBox = qobject_cast<CTipsMessageBox *>(QApplication::activeModalWidget());
     ASSERT_NE(pBox, nullptr);
-    if (fnLook) {
-      fnLook(*pBox);
+    if (look) {
+      look(*pBox);
     }
     const SParts stParts(*pBox);
     auto *pClose = pBox->findChild<QPushButton *>(QStringLiteral("ButtonClose"));
@@ -89,7 +89,7 @@ int Answer(const std::function<int()> &fnRun, EAnswer eAnswer,
     EXPECT_FALSE(pBox->isVisible());
     pBox->close(); // never hang the tests
   });
-  const int nResult = fnRun();
+  const int nResult = run();
   EXPECT_TRUE(bAnswered);
   return nResult;
 }
@@ -105,8 +105,8 @@ TEST(TipsMessageBox, ShowsTheButtonsOfItsSet)
 
 TEST(TipsMessageBox, ButtonSetsAreThoseOfTheStandardBox)
 {
-  EXPECT_EQ(int(QMessageBox::Ok), 0x400);
-  EXPECT_EQ(int(QMessageBox::Yes | QMessageBox::No), 0x14000);
+  EXPECT_EQ(static_cast<int>(QMessageBox::Ok), 0x400);
+  EXPECT_EQ(static_cast<int>(QMessageBox::Yes | QMessageBox::No), 0x14000);
 }
 
 TEST(TipsMessageBox, TranslatesButtonsAndDefaultTitles)
@@ -269,7 +269,7 @@ TEST(TipsMessageBox, EveryFormShowsItsKindTitleAndMessage)
   const char *pMessage = "text \xC3\xA9";
   const struct {
     const char *pTitle;
-    std::function<int()> fnRun;
+    std::function<int()> run;
   } astForms[] = {
     {"Warning", [&] { return CTipsMessageBox::Warning(nullptr, QString(), strMessage); }},
     {"Tips", [&] { return CTipsMessageBox::Tips(nullptr, QString(), strMessage); }},
@@ -281,25 +281,25 @@ TEST(TipsMessageBox, EveryFormShowsItsKindTitleAndMessage)
     {"Tips", [&] { return CTipsMessageBox::Tips(pMessage, "", QMessageBox::Ok); }},
   };
   for (const auto &stForm : astForms) {
-    const auto fnCheck = [&](CTipsMessageBox &box) {
+    const auto check = [&](CTipsMessageBox &box) {
       const SParts stParts(box);
       EXPECT_EQ(stParts.pTitle->text(), QLatin1String(stForm.pTitle));
       EXPECT_EQ(stParts.pMessage->text(), strMessage);
       EXPECT_EQ(stParts.GetButtonTexts(), QStringLiteral("OK"));
       EXPECT_TRUE(box.isModal());
     };
-    EXPECT_EQ(Answer(stForm.fnRun, EAnswer::OK, fnCheck), 1);
-    EXPECT_EQ(Answer(stForm.fnRun, EAnswer::CloseButton), 0);
+    EXPECT_EQ(Answer(stForm.run, EAnswer::OK, check), 1);
+    EXPECT_EQ(Answer(stForm.run, EAnswer::CloseButton), 0);
   }
 }
 
 TEST(TipsMessageBox, ParentAndDefaultButtonOfTheFullFormsAreNotUsed)
 {
   QWidget parent;
-  const auto fnRun = [&] {
+  const auto run = [&] {
     return CTipsMessageBox::Error(&parent, "title", "message", QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   };
-  Answer(fnRun, EAnswer::OK, [](CTipsMessageBox &box) {
+  Answer(run, EAnswer::OK, [](CTipsMessageBox &box) {
     EXPECT_EQ(box.parentWidget(), nullptr);
     EXPECT_FALSE(SParts(box).pCancel->isDefault());
   });
@@ -307,10 +307,10 @@ TEST(TipsMessageBox, ParentAndDefaultButtonOfTheFullFormsAreNotUsed)
 
 TEST(TipsMessageBox, ABoxWithoutButtonsIsLeftByClosingIt)
 {
-  const auto fnRun = [] { return CTipsMessageBox::Tips(QString("message"), QString(), QMessageBox::NoButton); };
-  const auto fnLook = [](CTipsMessageBox &box) { EXPECT_TRUE(SParts(box).GetButtonTexts().isEmpty()); };
-  EXPECT_EQ(Answer(fnRun, EAnswer::CloseButton, fnLook), 0);
-  EXPECT_EQ(Answer(fnRun, EAnswer::Escape, fnLook), 0);
+  const auto run = [] { return CTipsMessageBox::Tips(QString("message"), QString(), QMessageBox::NoButton); };
+  const auto look = [](CTipsMessageBox &box) { EXPECT_TRUE(SParts(box).GetButtonTexts().isEmpty()); };
+  EXPECT_EQ(Answer(run, EAnswer::CloseButton, look), 0);
+  EXPECT_EQ(Answer(run, EAnswer::Escape, look), 0);
 }
 
 TEST(TipsMessageBox, WearsTheStyleSheetOfTheResources)
@@ -347,8 +347,8 @@ void KeepDebugLine(QtMsgType eType, const QMessageLogContext &, const QString &s
   }
 }
 
-/// Builds, shows and closes a box whose nFailing-th creation fails, keeping the debug lines.
-/// \return whether it had that many
+// Builds, shows and closes a box whose nFailing-th creation fails, keeping the debug lines.
+// \return whether it had that many
 bool BuildWithFailure(int nFailing)
 {
   const QtMessageHandler fnBefore = qInstallMessageHandler(KeepDebugLine);

@@ -113,7 +113,7 @@ TYPED_TEST(VignettingSetup, BlockSidesThatArePowersOfTwoAreAccepted)
   for (uint32_t nBit = 0; nBit < 32; ++nBit) {
     EXPECT_EQ(this->m_calculator.SetBlockSize(1U << nBit, 1U << (31 - nBit)), 0);
     EXPECT_EQ(this->m_calculator.m_nBlockWidth, 1U << nBit);
-    EXPECT_EQ(1U << (31 - nBit), this->m_calculator.m_nBlockHeight);
+    EXPECT_EQ(this->m_calculator.m_nBlockHeight, 1U << (31 - nBit));
   }
 }
 

@@ -205,7 +205,7 @@ TEST(FrameExchange, ABufferIsZeroedAsFarAsTheLongestFrameReached)
     exchange.ReceiveFrame(listFrame.data(), 1);
     exchange.ZeroBuffer();
     exchange.UseFrame([](const CFrameBuffer &frame) {
-      EXPECT_EQ(std::vector<uint8_t>(4), std::vector<uint8_t>(frame.GetData(), frame.GetData() + frame.GetSize()));
+      EXPECT_EQ(std::vector<uint8_t>(frame.GetData(), frame.GetData() + frame.GetSize()), std::vector<uint8_t>(4));
     });
   }
 }

@@ -186,7 +186,7 @@ protected:
 TEST_F(SavedNumber, IsWrittenAndComparedWithWhatTheCameraHas)
 {
   SaveAndWrite(7.3);
-  EXPECT_FLOAT_EQ(7.3F, static_cast<float>(Gain().Peek()));
+  EXPECT_FLOAT_EQ(static_cast<float>(Gain().Peek()), 7.3F);
   EXPECT_TRUE(IsUnchanged());
   Gain().Poke(7.3); // the same to a float
   EXPECT_TRUE(IsUnchanged());

@@ -45,7 +45,7 @@ TEST(HostTable, BringsTheBrightFrameToTheExpectedGrey)
   HostTablePtr pTable;
   EXPECT_EQ(ComputeHostTable(MakeReference(bright, nullptr, MONO_8, 180), pTable), PLUGIN_STATUS_SUCCESS);
   ASSERT_NE(pTable, nullptr);
-  EXPECT_EQ(2U * PIXELS, pTable->nSize);
+  EXPECT_EQ(pTable->nSize, 2U * PIXELS);
   CTestImage corrected(WIDTH, HEIGHT, 8);
   EXPECT_EQ(ApplyHostTable(*pTable, bright.GetData(), corrected.GetData()), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(CTestImage(WIDTH, HEIGHT, 8, 180) == corrected);
@@ -57,7 +57,7 @@ TEST(HostTable, WithADarkFrameSubtractsIt)
   const CFrameBuffer dark = MakeFrame(CTestImage(WIDTH, HEIGHT, 12, 400));
   HostTablePtr pTable;
   EXPECT_EQ(ComputeHostTable(MakeReference(bright, &dark, MONO_12, 200), pTable), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(4U * PIXELS, pTable->nSize);
+  EXPECT_EQ(pTable->nSize, 4U * PIXELS);
   CTestImage corrected(WIDTH, HEIGHT, 12);
   const CTestImage source(WIDTH, HEIGHT, 12, 1200);
   EXPECT_EQ(ApplyHostTable(*pTable, source.GetData(), corrected.GetData()), PLUGIN_STATUS_SUCCESS);
