@@ -1,0 +1,57 @@
+# Licences of what others made and a package contains. The texts are those that the building machine's packages have.
+include("${PROJECT_SOURCE_DIR}/packaging/libraries.cmake")
+set(FFC_LICENSE_ROOT /usr/share CACHE PATH
+  "Where the licence texts of libraries are: doc/PACKAGE/copyright and common-licenses/")
+
+# ffc_find_license(PATH_OUT PACKAGE): the licence text of a Debian package; where it is missing, nothing, and packages are not made.
+function(ffc_find_license path_out package)
+  set(path "${FFC_LICENSE_ROOT}/doc/${package}/copyright")
+  if(NOT EXISTS "${path}")
+    message(STATUS "No ${path}: packages cannot be made here")
+    set_property(GLOBAL APPEND PROPERTY FFC_MISSING_LICENSES "${path}")
+    set(path)
+  endif()
+  set(${path_out} "${path}" PARENT_SCOPE)
+endfunction()
+
+# The source package of an installed package, with its version.
+function(ffc_get_source source_out package)
+  execute_process(COMMAND dpkg-query --show --showformat "\${source:Package} \${source:Version}" "${package}"
+    OUTPUT_VARIABLE source ERROR_QUIET)
+  set(${source_out} "${source}" PARENT_SCOPE)
+endfunction()
+
+# ffc_collect_licenses(FOLDER NAME ...): the texts of these libraries into FOLDER, each with the common licences that it refers
+# to, and a README.txt that says what is whose, and where its sources are.
+function(ffc_collect_licenses folder)
+  file(REMOVE_RECURSE "${folder}")
+  set(FFC_LIBRARY_LIST)
+  set(FFC_SOURCE_LIST)
+  foreach(line IN LISTS FFC_LIBRARIES)
+    ffc_get_library("${line}" name package files headers archives)
+    if(NOT name IN_LIST ARGN)
+      continue()
+    endif()
+    ffc_find_license(path ${package})
+    if(NOT path)
+      continue()
+    endif()
+    configure_file("${path}" "${folder}/${name}.txt" COPYONLY)
+    set(texts "${name}.txt")
+    file(STRINGS "${path}" references REGEX "/common-licenses/")
+    string(REGEX MATCHALL "/common-licenses/[A-Za-z]+(-[0-9]+([.][0-9]+)?)?" references "${references}")
+    list(REMOVE_DUPLICATES references)
+    list(SORT references)
+    foreach(reference IN LISTS references)
+      get_filename_component(common "${reference}" NAME)
+      file(REAL_PATH "${FFC_LICENSE_ROOT}${reference}" path)
+      configure_file("${path}" "${folder}/${common}.txt" COPYONLY)
+      list(APPEND texts "${common}.txt")
+    endforeach()
+    list(JOIN texts ", " texts)
+    ffc_get_source(source ${package})
+    string(APPEND FFC_LIBRARY_LIST "${name}: ${texts}\n")
+    string(APPEND FFC_SOURCE_LIST "${name}: ${source}\n")
+  endforeach()
+  configure_file("${PROJECT_SOURCE_DIR}/packaging/licenses-readme.txt.in" "${folder}/README.txt" @ONLY)
+endfunction()
