@@ -24,18 +24,18 @@ configure_file("${PROJECT_SOURCE_DIR}/packaging/windows-readme.txt.in" "${CMAKE_
   @ONLY NEWLINE_STYLE CRLF)
 install(FILES "${CMAKE_BINARY_DIR}/package/README.txt" "${CMAKE_BINARY_DIR}/package/VERSION.txt" DESTINATION .)
 
-set(libraries Qt)
+set(contained Qt)
 if(programs)
   ffc_install_windows_libraries()
-  list(APPEND libraries Qwt CLI11)
+  list(APPEND contained Qwt CLI11)
 endif()
 if(XXHASH_INCLUDE_DIR)
-  list(APPEND libraries xxHash)
+  list(APPEND contained xxHash)
 endif()
 if(MINGW)
-  list(APPEND libraries GCC MinGW-w64)
+  list(APPEND contained GCC MinGW-w64)
 endif()
-ffc_collect_licenses("${CMAKE_BINARY_DIR}/package/licenses" ${libraries})
+ffc_collect_licenses("${CMAKE_BINARY_DIR}/package/licenses" ${contained})
 install(DIRECTORY "${CMAKE_BINARY_DIR}/package/licenses" DESTINATION .)
 
 # The installer, where NSIS is: a 64-bit one, which needs no 32-bit Windows beside it.
