@@ -14,11 +14,14 @@ function(ffc_find_license path_out package)
   set(${path_out} "${path}" PARENT_SCOPE)
 endfunction()
 
-# The source package of an installed package, with its version.
-function(ffc_get_source source_out package)
-  execute_process(COMMAND dpkg-query --show --showformat "\${source:Package} \${source:Version}" "${package}"
-    OUTPUT_VARIABLE source ERROR_QUIET)
-  set(${source_out} "${source}" PARENT_SCOPE)
+# ffc_get_sources(SOURCES_OUT PACKAGE): the source packages, with their versions, that an installed package was built from.
+function(ffc_get_sources sources_out package)
+  execute_process(COMMAND dpkg-query --show --showformat "\${source:Package} (= \${source:Version}), \${Built-Using}" "${package}"
+    OUTPUT_VARIABLE sources ERROR_QUIET)
+  string(REGEX REPLACE " [(]= ([^)]*)[)]" "=\\1" sources "${sources}")
+  string(REGEX REPLACE "[, ]+" " " sources "${sources}")
+  string(STRIP "${sources}" sources)
+  set(${sources_out} "${sources}" PARENT_SCOPE)
 endfunction()
 
 # ffc_collect_licenses(FOLDER NAME ...): the texts of these libraries into FOLDER, each with the common licences that it refers
@@ -49,9 +52,9 @@ function(ffc_collect_licenses folder)
       list(APPEND texts "${common}.txt")
     endforeach()
     list(JOIN texts ", " texts)
-    ffc_get_source(source ${package})
+    ffc_get_sources(sources ${package})
     string(APPEND FFC_LIBRARY_LIST "${name}: ${texts}\n")
-    string(APPEND FFC_SOURCE_LIST "${name}: ${source}\n")
+    string(APPEND FFC_SOURCE_LIST "${name}: ${sources}\n")
   endforeach()
   configure_file("${PROJECT_SOURCE_DIR}/packaging/licenses-readme.txt.in" "${folder}/README.txt" @ONLY)
 endfunction()
