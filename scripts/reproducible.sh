@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 
 work=$root/build/reproducible
 first=$work/first
-second="$work/a second folder/with another name"
+second=$work/another/folder-of-another-name
 SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
 export SOURCE_DATE_EPOCH
 
