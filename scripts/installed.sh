@@ -110,4 +110,4 @@ done
 inside dpkg --purge flatfieldcorrection >>"$work/log" 2>&1
 list_files "$work/after"
 diff "$work/before" "$work/after" || fail 'removing it leaves something, or takes too much'
-echo "installed and removed again: $(comm -13 "$work/before" "$work/installed" | wc -l) files and folders"
+echo "installed and removed again: $(comm -13 "$work/before" "$work/installed" | wc -l) files and folders" | tee "$work/result"
