@@ -101,15 +101,16 @@ def describe_coverage():
 
 def describe_packages():
     lines = []
-    sums = [read("build", "reproducible", folder, "build", "packages", "SHA256SUMS")
-            for folder in ("first", "another/folder-of-another-name")]
-    if all(sums):
-        verdict = "are the same, byte for byte" if sums[0] == sums[1] else "DIFFER"
-        lines += [f"Two builds in different folders, by different users, in different time zones and languages {verdict}:", "",
-                  "```", *sums[0].strip().split("\n"), "```"]
+    for system in ("linux", "windows"):
+        sums = [read("build", "reproducible", system, folder, "build", "packages", "SHA256SUMS")
+                for folder in ("first", "another/folder-of-another-name")]
+        if all(sums):
+            verdict = "are the same, byte for byte" if sums[0] == sums[1] else "DIFFER"
+            lines += [f"Two builds for {system.capitalize()} in different folders, by different users, in different time zones and "
+                      f"languages {verdict}:", "", "```", *sums[0].strip().split("\n"), "```", ""]
     installed = read("build", "installed", "result")
     if installed:
-        lines += ["", "In a Debian of its own, started from the menu entry and from the path: " + installed.strip() + "."]
+        lines += ["In a Debian of its own, started from the menu entry and from the path: " + installed.strip() + "."]
     return lines or ["No run."]
 
 

@@ -7,21 +7,26 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
-work=$root/build/reproducible
-first=$work/first
-second=$work/another/folder-of-another-name
-SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
-export SOURCE_DATE_EPOCH
 
-# copy_sources FOLDER: what git knows, in the state that it has here.
+# keep_sources: what git knows, in the state that it has here, for both builds.
+keep_sources() {
+  mkdir -p "$work"
+  git ls-files -z | tar --null --files-from=- -cf "$work/sources.tar"
+  echo "${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}" >"$work/time"
+}
+
+# copy_sources FOLDER
 copy_sources() {
   rm -rf "$1"
   mkdir -p "$1/build"
-  git ls-files -z | tar --null --files-from=- -cf - | tar -C "$1" -xf -
+  tar -C "$1" -xf "$work/sources.tar"
   [ -z "$option" ] || cp -a build/windows-toolchain "$1/build/"
+  SOURCE_DATE_EPOCH=$(cat "$work/time")
+  export SOURCE_DATE_EPOCH
 }
 
 build_first() {
+  keep_sources
   copy_sources "$first"
   (cd "$first" && CCACHE_DISABLE=1 LANG=C.UTF-8 TZ=Asia/Tokyo scripts/package.sh $option)
 }
@@ -56,11 +61,15 @@ compare() {
 }
 
 option=
+system=linux
 if [ "${1:-}" = --windows ]; then
   option=--windows
+  system=windows
   shift
 fi
-mkdir -p "$work"
+work=$root/build/reproducible/$system
+first=$work/first
+second=$work/another/folder-of-another-name
 case "${1:-all}" in
   all)
     build_first
