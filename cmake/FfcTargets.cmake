@@ -37,6 +37,10 @@ if(FFC_SANITIZE)
     -fsanitize=${FFC_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(ffc_options INTERFACE -fsanitize=${FFC_SANITIZE})
 endif()
+if(FFC_COVERAGE)
+  target_compile_options(ffc_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(ffc_options INTERFACE -fprofile-instr-generate)
+endif()
 
 # Sources are compiled several at a time, their headers once, which halves the time of a whole build. The presets debug and
 # tsan compile each source by itself and show an include that one lacks.
@@ -81,7 +85,7 @@ endfunction()
 # ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [SYSTEM] [COST seconds] [ONE_THREAD] [ENVIRONMENT VAR=VALUE ...]
 #              [TIMEOUT seconds])
 #
-# A GoogleTest program; each of its tests is one ctest entry (with a sanitizer or an emulator, whose
+# A GoogleTest program; each of its tests is one ctest entry (with a sanitizer, counted coverage or an emulator, whose
 # start-up is slow, the whole program is one). With QT it gets a QApplication (on the display there is, else off screen).
 # SYSTEM: it runs whole programs, or the module with everything around it, and so after all tests that do not. Of those,
 # the ones with the greatest COST start first, so that no long one is left over at the end.
@@ -108,7 +112,7 @@ function(ffc_add_test name)
   endif()
   ffc_get_schedule(schedule "${ARG_SYSTEM}" "${ARG_COST}")
   set(environment ${FFC_TEST_ENVIRONMENT} ${ARG_ENVIRONMENT})
-  if(FFC_SANITIZE OR CMAKE_CROSSCOMPILING)
+  if(FFC_SANITIZE OR FFC_COVERAGE OR CMAKE_CROSSCOMPILING)
     math(EXPR timeout "${ARG_TIMEOUT} * 5")
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}" ${schedule})

@@ -89,6 +89,7 @@ function(ffc_find_genapi_sdk)
 
   add_library(GenApiSdk::GenApi INTERFACE IMPORTED GLOBAL)
   target_include_directories(GenApiSdk::GenApi INTERFACE "${GENAPI_INCLUDE_DIR}")
+  set_target_properties(GenApiSdk::GenApi PROPERTIES FFC_LIBRARY_FILE "${GenApi_library}")
   if(MSVC)
     # The headers name the libraries themselves, each build type its own.
     get_filename_component(folder "${GenApi_library}" DIRECTORY)

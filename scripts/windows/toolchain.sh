@@ -10,6 +10,7 @@
 # copy: FFC_QT_MINGW_CACHE names its archive (qt5-mingw-*.tar.xz) or the folder with that.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+. "$root/scripts/sourcepackages.sh"
 folder=${1:-$root/build/windows-toolchain}
 mkdir -p "$folder"
 folder=$(cd "$folder" && pwd)
@@ -21,25 +22,14 @@ run() {
   "$@" >"$log" 2>&1 || { tail -n 40 "$log" >&2; echo "toolchain.sh: failed: $*" >&2; return 1; }
 }
 
-# fetch_source PACKAGE: unpacks the source package into source/PACKAGE/. It asks where the machine's packages come
-# from (the same addresses and suites), with lists of its own, so that it needs no rights and changes nothing.
+# fetch_source PACKAGE: unpacks the source package into source/PACKAGE/.
 fetch_source() {
-  local package=$1 apt=$folder/apt entry
-  rm -rf "$apt" "$folder/source/$package"
-  mkdir -p "$apt/entries" "$apt/lists/partial" "$apt/cache" "$apt/download" "$folder/source"
-  for entry in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
-    [ -f "$entry" ] && sed -n 's/^deb[[:space:]]/deb-src /p' "$entry" >"$apt/entries/$(basename "$entry")"
-  done
-  for entry in /etc/apt/sources.list.d/*.sources; do
-    [ -f "$entry" ] && sed 's/^Types:.*/Types: deb-src/' "$entry" >"$apt/entries/$(basename "$entry")"
-  done
-  local options=(-q -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$apt/entries"
-    -o "Dir::State::Lists=$apt/lists" -o "Dir::Cache=$apt/cache" -o "APT::Sandbox::User=$(id -un)")
-  # An entry of others without sources is no harm, as long as the package comes.
-  apt-get "${options[@]}" update >"$log" 2>&1 || true
-  (cd "$apt/download" && run apt-get "${options[@]}" source --download-only "$package")
-  run dpkg-source --no-check -x "$apt/download"/*.dsc "$folder/source/$package"
-  rm -rf "$apt"
+  local package=$1 download=$folder/download
+  rm -rf "$download" "$folder/source/$package"
+  mkdir -p "$folder/source"
+  run download_sources "$download" "$package"
+  run dpkg-source --no-check -x "$download"/*.dsc "$folder/source/$package"
+  rm -rf "$download"
 }
 
 unpack_ready_qt() {

@@ -11,11 +11,11 @@ function(run)
   set(run_output "${output}" PARENT_SCOPE)
 endfunction()
 
-# make_package(GENERATOR FILE_OUT) packs the build into the empty folder WORK.
+# make_package(GENERATOR FILE_OUT [CPACK OPTION ...]) packs the build into the empty folder WORK.
 function(make_package generator file_out)
   file(REMOVE_RECURSE "${WORK}")
   file(MAKE_DIRECTORY "${WORK}/made")
-  run("${CMAKE_CPACK_COMMAND}" -G ${generator} --config "${BUILD}/CPackConfig.cmake" -B "${WORK}/made")
+  run("${CMAKE_CPACK_COMMAND}" -G ${generator} --config "${BUILD}/CPackConfig.cmake" -B "${WORK}/made" ${ARGN})
   file(GLOB files "${WORK}/made/*.*")
   list(FILTER files EXCLUDE REGEX "\\.sha256$")
   list(LENGTH files count)

@@ -1,10 +1,11 @@
 # Makes the package for Windows, unpacks it and starts the host from there, with nothing else on the path.
 #
-#   cmake -DBUILD=FOLDER -DWORK=FOLDER -DVERSION=VERSION -DEMULATOR=PROGRAM -P zip.cmake
+#   cmake -DSOURCE=FOLDER -DBUILD=FOLDER -DWORK=FOLDER -DVERSION=VERSION -DEMULATOR=PROGRAM -P zip.cmake
 cmake_minimum_required(VERSION 3.21)
 get_filename_component(bin "${CMAKE_COMMAND}" DIRECTORY)
 set(CMAKE_CPACK_COMMAND "${bin}/cpack")
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
+include("${CMAKE_CURRENT_LIST_DIR}/libraries.cmake")
 
 make_package(ZIP package)
 if(NOT package MATCHES "/FlatFieldCorrection-${VERSION}-win64\\.zip$")
@@ -13,9 +14,10 @@ endif()
 file(ARCHIVE_EXTRACT INPUT "${package}" DESTINATION "${WORK}/unpacked")
 set(folder "${WORK}/unpacked/FlatFieldCorrection-${VERSION}-win64")
 
-# Its README names every file in it, and no other.
+# Its README names every file in it but the licences, and no other.
 file(GLOB_RECURSE files RELATIVE "${folder}" "${folder}/*")
 list(REMOVE_ITEM files README.txt)
+list(FILTER files EXCLUDE REGEX "^licenses/")
 file(READ "${folder}/README.txt" readme)
 foreach(file IN LISTS files)
   get_filename_component(name "${file}" NAME)
@@ -32,6 +34,13 @@ foreach(name IN LISTS named)
     message(FATAL_ERROR "README.txt names ${name}, which is not there")
   endif()
 endforeach()
+
+expect_imports("${folder}")
+expect_licenses_for_windows("${folder}")
+file(READ "${folder}/VERSION.txt" version)
+if(NOT version MATCHES "compiler   [A-Za-z]+ [0-9].*\nQt         5[.]15[.].*\nGenApi     ")
+  message(FATAL_ERROR "VERSION.txt says:\n${version}")
+endif()
 
 set(ENV{FFC_WINDOWS_PATH} "")
 expect_host_works(${EMULATOR} "${folder}/ffchost.exe")

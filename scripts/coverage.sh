@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# Which lines and branches of the rooms that compute the tests of these rooms run: builds them with clang (preset coverage), runs
+# them, and prints a table by folder; build/coverage/report/ has the sources with their counts. "scripts/coverage.sh --report" prints
+# it of the last run.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/common.sh
+
+folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference pluginobject)
+# One that looks at the object files is of the build without counters.
+skipped='^(ombrix_exports_test|ombrix_substitute_test)$'
+wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|reference_test|pluginobject_[a-z]+_test|pluginobject_test)$'
+build=$root/build/coverage
+
+build_tests() {
+  install_packages packages.txt packages-coverage.txt
+  echo '== coverage: build'
+  configure_preset coverage -DFFC_BUILD_TESTS=ON
+  mapfile -t programs < <(ctest --test-dir "$build" --show-only=json-v1 |
+    python3 -c 'import json, sys; print("\n".join(test["name"] for test in json.load(sys.stdin)["tests"]))' |
+    grep -E "$wanted" | grep -vE "$skipped")
+  cmake --build "$build" --parallel "$(nproc)" --target FlatFieldCorrection "${programs[@]}"
+  printf '%s\n' "${programs[@]}" >"$build/programs"
+}
+
+# Each program adds to one file of counts, also when several run at a time.
+run_tests() {
+  echo '== coverage: test'
+  rm -rf "$build/counts"
+  LLVM_PROFILE_FILE=$build/counts/%4m.profraw xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' \
+    ctest --test-dir "$build" --parallel "$(nproc)" --output-on-failure --no-tests=error \
+    --tests-regex "^($(paste -sd "|" "$build/programs"))(_baseline|_v2|_v3)?\$"
+}
+
+report() {
+  local program objects=()
+  while read -r program; do
+    objects+=(-object "$build/bin/$program")
+  done <"$build/programs"
+  objects+=(-object "$build/bin/FlatFieldCorrection.plx" -object "$build/bin/libOmbrix.so")
+  llvm-profdata merge --sparse --output "$build/counts/all.profdata" "$build"/counts/*.profraw
+  llvm-cov export --summary-only --instr-profile "$build/counts/all.profdata" "${objects[@]:1}" \
+    --ignore-filename-regex '/(tests|build)/|^/usr/' >"$build/coverage.json" 2>"$build/llvm-cov.log"
+  llvm-cov show --format=html --output-dir "$build/report" --show-branches=count --instr-profile "$build/counts/all.profdata" \
+    "${objects[@]:1}" --ignore-filename-regex '/(tests|build)/|^/usr/' 2>>"$build/llvm-cov.log"
+  python3 scripts/coveragetable.py "$root" "$build/coverage.json" "${folders[@]}"
+}
+
+case "${1:-}" in
+  '')
+    mkdir -p build
+    build_tests
+    run_tests
+    report
+    ;;
+  --build) mkdir -p build && build_tests ;;
+  --report) report ;;
+  *)
+    sed -n '2,/^set /{s/^# \{0,1\}//;/^set /d;p}' "$0" >&2
+    exit 2
+    ;;
+esac

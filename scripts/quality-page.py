@@ -1,0 +1,149 @@
+#!/usr/bin/env python3
+"""Writes docs/quality.md from what the last runs left in build/: quality-page.py [--check]
+
+  tests         ./test.sh, ./test.sh asan, ./test.sh tsan, ./test.sh --windows
+  fuzz targets  scripts/fuzz.sh [SECONDS]
+  coverage      scripts/coverage.sh
+  packages      scripts/reproducible.sh [--windows], scripts/installed.sh
+
+Nothing is typed in by hand: what has not been run is not there, and a run of some tests only does not count.
+With --check the page is printed and not written."""
+
+import collections
+import os
+import re
+import subprocess
+import sys
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+sys.path.insert(0, os.path.join(ROOT, "scripts"))
+import coveragetable  # noqa: E402
+
+PRESETS = (
+    ("release", "optimised"),
+    ("debug", "not optimised"),
+    ("asan", "address and undefined-behaviour sanitizers"),
+    ("tsan", "thread sanitizer"),
+    ("windows-mingw", "64-bit Windows, under Wine"),
+)
+COVERED = ("ombrix", "pluginobject/shadingcorrection/imagecalc", "pluginobject/shadingcorrection/process", "frames",
+           "reference", "pluginobject")
+
+
+def read(*path):
+    try:
+        with open(os.path.join(ROOT, *path), encoding="utf-8", errors="replace") as file:
+            return file.read()
+    except FileNotFoundError:
+        return None
+
+
+def run(*command):
+    return subprocess.run(command, cwd=ROOT, check=True, capture_output=True, text=True).stdout
+
+
+def count_registered(preset):
+    """How many tests the build has; None where it cannot tell."""
+    try:
+        match = re.search(r"Total Tests: (\d+)", run("ctest", "--test-dir", os.path.join("build", preset), "-N"))
+    except (subprocess.CalledProcessError, FileNotFoundError):
+        return None
+    return int(match.group(1)) if match else None
+
+
+def describe_tests(preset, name):
+    """A line of the table of tests, or None when there was no run of all of them."""
+    log = read("build", preset, "Testing", "Temporary", "LastTest.log")
+    if log is None:
+        return None
+    entries = len(re.findall(r"^\d+/\d+ Test: ", log, re.M))
+    passed = len(re.findall(r"^Test Passed\.", log, re.M))
+    cases = collections.Counter(re.findall(r"^\[ +(OK|FAILED|SKIPPED) +\] \S+ \(\d+ ms\)", log, re.M))
+    if entries < (count_registered(preset) or entries + 1):
+        return None
+    day = re.search(r"^Start testing: (.*)$", log, re.M)
+    return (f"| {name} | {passed} of {entries} | {cases['OK']} | {cases['FAILED']} | {cases['SKIPPED']} | "
+            f"{day.group(1) if day else ''} |")
+
+
+def describe_all_tests():
+    rows = [row for row in (describe_tests(*preset) for preset in PRESETS) if row]
+    if not rows:
+        return ["No run of all tests."]
+    return ["| build | entries passed | cases passed | failed | skipped | when |",
+            "|---|---|---|---|---|---|", *rows]
+
+
+def describe_fuzzing():
+    rows = []
+    folder = os.path.join(ROOT, "build", "fuzz")
+    for name in sorted(os.listdir(folder)) if os.path.isdir(folder) else []:
+        log = read("build", "fuzz", name) if name.endswith(".log") else None
+        executions = log and re.search(r"^stat::number_of_executed_units: *(\d+)", log, re.M)
+        if not executions:
+            continue
+        edges = re.findall(r" cov: (\d+)", log)
+        seconds = re.search(r"^Done \d+ runs in (\d+) second", log, re.M)
+        rows.append(f"| {name[:-4]} | {int(executions.group(1)):,} | {edges[-1] if edges else '?'} | "
+                    f"{seconds.group(1) if seconds else 'ended early'} |")
+    if not rows:
+        return ["No run."]
+    return ["| target | executions | edges reached | seconds |", "|---|---|---|---|", *rows]
+
+
+def describe_coverage():
+    path = os.path.join(ROOT, "build", "coverage", "coverage.json")
+    if not os.path.exists(path):
+        return ["No run."]
+    table = coveragetable.make_table(coveragetable.add_up(coveragetable.read_files(ROOT, path), COVERED))
+    return ["By the tests of these rooms alone. Branches are conditions and each of their two outcomes.", "", *table.split("\n")]
+
+
+def describe_packages():
+    lines = []
+    for system in ("linux", "windows"):
+        sums = [read("build", "reproducible", system, folder, "build", "packages", "SHA256SUMS")
+                for folder in ("first", "another/folder-of-another-name")]
+        if all(sums):
+            verdict = "are the same, byte for byte" if sums[0] == sums[1] else "DIFFER"
+            lines += [f"Two builds for {system.capitalize()} in different folders, by different users, in different time zones and "
+                      f"languages {verdict}:", "", "```", *sums[0].strip().split("\n"), "```", ""]
+    installed = read("build", "installed", "result")
+    if installed:
+        lines += ["In a Debian of its own, started from the menu entry and from the path: " + installed.strip() + "."]
+    return lines or ["No run."]
+
+
+def count_lines(*patterns):
+    files = run("git", "ls-files", "--", *patterns).split()
+    return sum(len((read(name) or "").splitlines()) for name in files)
+
+
+def make_page():
+    tests = count_lines("tests/*.cpp", "tests/*.h")
+    everything = count_lines("*.cpp", "*.h")
+    made_of = run("git", "log", "-1", "--format=%h of %cs").strip()
+    return "\n".join([
+        "# Quality", "",
+        f"Made by `scripts/quality-page.py` from the last runs on one machine, at {made_of}; run them again and compare. "
+        f"{everything - tests:,} lines of C++, and {tests:,} of tests.", "",
+        "## Tests", "", *describe_all_tests(), "",
+        "An entry is a program with a sanitizer or under Wine, else a single case. What is skipped says why.", "",
+        "## Fuzz targets", "", *describe_fuzzing(), "",
+        "## Coverage", "", *describe_coverage(), "",
+        "## Packages", "", *describe_packages(), "",
+        "## Not measured yet", "",
+        "Conditions that decide alone (MC/DC), and mutants.", ""])
+
+
+def main():
+    page = make_page()
+    if sys.argv[1:] == ["--check"]:
+        print(page)
+        return
+    with open(os.path.join(ROOT, "docs", "quality.md"), "w", encoding="utf-8") as file:
+        file.write(page)
+
+
+if __name__ == "__main__":
+    main()
