@@ -1,6 +1,9 @@
 /// \file
-/// The shading corrections that a camera can have of its own.
+/// The shading corrections that a camera can have of its own, and the words for them.
 #pragma once
+
+#include <optional>
+#include <string>
 
 namespace ffc::camera {
 
@@ -10,5 +13,11 @@ enum class ECorrectionMode {
   Vignetting, ///< gain alone, in large blocks
   Unknown,    ///< one that says its name and offers nothing
 };
+
+/// "none", "flatfield", "vignetting" or "unknown".
+const char *GetModeName(ECorrectionMode eMode);
+
+/// None for another word.
+std::optional<ECorrectionMode> FindMode(const std::string &strName);
 
 } // namespace ffc::camera

@@ -10,7 +10,7 @@
 #include <QMap>
 #include <QString>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 
 namespace ffc::frames {
 

@@ -12,8 +12,8 @@
 
 namespace ffc::frames {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
+using genapi::FindSensorFormat;
+using genapi::SSensorFormat;
 
 namespace {
 

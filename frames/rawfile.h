@@ -13,7 +13,7 @@ namespace ffc::frames {
 class CRawFile final : public IFileKind {
 public:
   CRawFile() = default;
-  CRawFile(uint32_t nWidth, uint32_t nHeight, const camera::SSensorFormat &stFormat);
+  CRawFile(uint32_t nWidth, uint32_t nHeight, const genapi::SSensorFormat &stFormat);
 
   /// \param strFormat "WIDTHxHEIGHT:FORMAT", the format as PFNC calls it
   static Result<CRawFile> Parse(const std::string &strFormat);

@@ -8,7 +8,7 @@
 
 namespace ffc::frames {
 
-using camera::FindSensorFormat;
+using genapi::FindSensorFormat;
 
 namespace {
 

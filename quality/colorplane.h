@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 
 namespace ffc::quality {
 

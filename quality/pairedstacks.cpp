@@ -5,7 +5,7 @@
 
 namespace ffc::quality {
 
-using camera::SSensorFormat;
+using genapi::SSensorFormat;
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <unordered_set>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "quality/brightfield.h"
 
 namespace ffc::quality {
@@ -19,7 +19,7 @@ namespace ffc::quality {
 class CPairedStacks {
 public:
   /// \return false when the size is none or memory is short
-  bool Prepare(uint32_t nWidth, uint32_t nHeight, const camera::SSensorFormat &stFormat);
+  bool Prepare(uint32_t nWidth, uint32_t nHeight, const genapi::SSensorFormat &stFormat);
 
   /// Takes one exposure; both buffers have the prepared size.
   /// \return false for a buffer of another size; a repeated frame is no failure

@@ -4,7 +4,7 @@
 
 #include <QImage>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "quality/framestack.h"
 
 namespace ffc::quality {

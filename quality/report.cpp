@@ -9,7 +9,7 @@
 #include <QJsonObject>
 #include <QTextStream>
 
-#include "camera/modename.h"
+#include "camera/correctionmode.h"
 #include "quality/nonuniformityreport.h"
 
 namespace ffc::quality {

@@ -5,7 +5,9 @@
 namespace ffc::camera {
 
 using genapi::EColorLayout;
+using genapi::FindSensorFormat;
 using genapi::GetLayoutName;
+using genapi::SSensorFormat;
 
 namespace {
 

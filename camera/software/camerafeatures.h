@@ -22,9 +22,9 @@ struct SCameraDescription {
   std::string strVendor;
   std::string strModel;
   std::string strSerial;
-  std::vector<SSensorFormat> listFormats; ///< that PixelFormat offers; not empty
-  std::string strPixelFormat;             ///< selected at first; one of them
-  uint32_t nSensorWidth = 0;              ///< pixels
+  std::vector<genapi::SSensorFormat> listFormats; ///< that PixelFormat offers; not empty
+  std::string strPixelFormat;                     ///< selected at first; one of them
+  uint32_t nSensorWidth = 0;                      ///< pixels
   uint32_t nSensorHeight = 0;
   bool bRegionOfInterest = false; ///< width, height and offsets can be set
   bool bArrangeableScene = false; ///< what stands before the lens can be chosen

@@ -7,6 +7,7 @@
 
 namespace ffc::camera {
 
+using genapi::COLOR_COUNT;
 using genapi::EColor;
 using genapi::GetPixelColor;
 

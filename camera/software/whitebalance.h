@@ -23,7 +23,7 @@ public:
   explicit CWhiteBalance(genapi::CSoftwareNodeMap &deviceMap);
 
   /// The gain of each colour, by EColor.
-  std::array<double, COLOR_COUNT> GetRatios() const;
+  std::array<double, genapi::COLOR_COUNT> GetRatios() const;
 
   /// Adds the three ratios, in place of the selected one, and BalanceWhiteAuto, whose "Once" starts afresh
   /// when it is brought back.
@@ -34,13 +34,13 @@ public:
   void Process(const SCameraSettings &stSettings, const void *pFrame);
 
 private:
-  void AdjustTo(const std::array<double, COLOR_COUNT> &adSignal);
+  void AdjustTo(const std::array<double, genapi::COLOR_COUNT> &adSignal);
 
   genapi::CSoftwareNodeMap &m_deviceMap; ///< its lock guards the members below
   genapi::CSoftwareEnumeration *m_pAuto = nullptr;
   genapi::CSoftwareEnumeration *m_pSelector = nullptr;
   genapi::CSoftwareEnumeration *m_pLamp = nullptr;
-  std::array<double, COLOR_COUNT> m_adRatios{1.0, 1.0, 1.0};
+  std::array<double, genapi::COLOR_COUNT> m_adRatios{1.0, 1.0, 1.0};
   int m_nFramesLeft = 0;
 };
 

@@ -3,7 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "camera/modename.h"
+#include "camera/correctionmode.h"
 #include "host/headless/steps.h"
 
 namespace ffc::host {

@@ -4,9 +4,9 @@
 
 namespace ffc::host {
 
-using camera::FindSensorFormat;
 using camera::SCameraFrame;
-using camera::SSensorFormat;
+using genapi::FindSensorFormat;
+using genapi::SSensorFormat;
 
 namespace {
 

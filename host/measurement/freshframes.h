@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "host/viewer/framecollector.h"
 #include "platform/result.h"
 #include "quality/pairedstacks.h"
@@ -15,7 +15,7 @@ namespace ffc::host {
 constexpr uint32_t MEASURED_FRAMES = 16;
 
 struct SStreamFormat {
-  const camera::SSensorFormat *pFormat = nullptr;
+  const genapi::SSensorFormat *pFormat = nullptr;
   uint32_t nWidth = 0; ///< pixels
   uint32_t nHeight = 0;
 };

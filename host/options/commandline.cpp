@@ -5,16 +5,16 @@
 
 #include <CLI/CLI.hpp>
 
-#include "camera/modename.h"
+#include "camera/correctionmode.h"
 #include "camera/realcameras.h"
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "platform/result.h"
 
 namespace ffc::host {
 
 using camera::AreRealCamerasSupported;
 using camera::ECorrectionMode;
-using camera::FindSensorFormat;
+using genapi::FindSensorFormat;
 
 namespace {
 

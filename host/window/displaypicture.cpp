@@ -6,11 +6,11 @@
 
 namespace ffc::host {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
 using genapi::EColor;
 using genapi::EColorLayout;
+using genapi::FindSensorFormat;
 using genapi::GetPixelColor;
+using genapi::SSensorFormat;
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <QImage>
 #include <QString>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "host/viewer/framepipeline.h"
 
 namespace ffc::host {
@@ -22,7 +22,7 @@ constexpr QRgb OVEREXPOSED = 0xFFFF2D2D;
 
 /// The format of a frame of a sensor's own samples whose bytes fit its size; null for any other, of which there are no
 /// figures.
-const camera::SSensorFormat *GetShownFormat(const SFrameCopy &stFrame);
+const genapi::SSensorFormat *GetShownFormat(const SFrameCopy &stFrame);
 
 /// The frame at 8 bits per channel and at its own size. The colours of a mosaic are interpolated from the nearest
 /// pixels of each colour; for display only.
@@ -30,7 +30,7 @@ const camera::SSensorFormat *GetShownFormat(const SFrameCopy &stFrame);
 QImage MakeDisplayPicture(const SFrameCopy &stFrame, const SDisplayOptions &stOptions);
 
 /// Value of one sample in DN; the place lies within the frame.
-uint32_t GetSample(const SFrameCopy &stFrame, const camera::SSensorFormat &stFormat, uint32_t nColumn, uint32_t nLine);
+uint32_t GetSample(const SFrameCopy &stFrame, const genapi::SSensorFormat &stFormat, uint32_t nColumn, uint32_t nLine);
 
 /// What the status line says of one pixel: "x 12  y 7  2944 DN  71.9 %", with the colour of a mosaic's pixel; empty
 /// outside the frame.

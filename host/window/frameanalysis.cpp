@@ -6,7 +6,7 @@
 
 namespace ffc::host {
 
-using camera::SSensorFormat;
+using genapi::SSensorFormat;
 
 namespace {
 

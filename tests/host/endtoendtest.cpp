@@ -9,12 +9,12 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "tests/host/hostrun.h"
 
-using ffc::camera::GetSensorFormats;
-using ffc::camera::SSensorFormat;
 using ffc::genapi::EColorLayout;
+using ffc::genapi::GetSensorFormats;
+using ffc::genapi::SSensorFormat;
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include "tests/quality/syntheticscene.h"
 
 using namespace ffc::quality;
-using ffc::camera::FindSensorFormat;
 using ffc::genapi::EColorLayout;
+using ffc::genapi::FindSensorFormat;
 using ffc::genapi::GetPixelColor;
 
 namespace {

@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "quality/framestack.h"
 
 /// Samples of a stack of frames, as wide as they may need to be.

@@ -9,8 +9,8 @@
 
 namespace ffc::tool {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
+using genapi::FindSensorFormat;
+using genapi::SSensorFormat;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <QFileInfo>
 
-#include "camera/sensorformat.h"
 #include "frames/wholefile.h"
+#include "genapi/sensorformat.h"
 #include "quality/defects.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/flat.h"
@@ -9,9 +9,9 @@
 
 namespace ffc::tool {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
 using genapi::EColorLayout;
+using genapi::FindSensorFormat;
+using genapi::SSensorFormat;
 
 namespace {
 

@@ -8,17 +8,17 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "ombrix/ombrix.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
 using genapi::EColorLayout;
+using genapi::FindSensorFormat;
 using genapi::GetLayoutName;
+using genapi::SSensorFormat;
 
 using process::OpenCoefficientFile;
 using process::ReadCoefficientFile;

@@ -15,9 +15,9 @@
 
 namespace ffc::tool {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
+using genapi::FindSensorFormat;
 using genapi::GetLayoutName;
+using genapi::SSensorFormat;
 
 using process::CFrameBuffer;
 

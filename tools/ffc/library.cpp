@@ -9,15 +9,15 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include "camera/sensorformat.h"
 #include "frames/wholefile.h"
+#include "genapi/sensorformat.h"
 #include "tools/ffc/flat.h"
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
+using genapi::FindSensorFormat;
+using genapi::SSensorFormat;
 
 namespace {
 

@@ -15,10 +15,10 @@
 
 namespace ffc::tool {
 
-using camera::FindSensorFormat;
-using camera::SSensorFormat;
 using genapi::EColorLayout;
+using genapi::FindSensorFormat;
 using genapi::GetLayoutName;
+using genapi::SSensorFormat;
 
 using process::CFrameBuffer;
 using process::ComputeHostTable;

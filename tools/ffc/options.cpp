@@ -10,7 +10,7 @@
 
 namespace ffc::tool {
 
-using camera::FindSensorFormat;
+using genapi::FindSensorFormat;
 
 namespace {
 

@@ -10,6 +10,9 @@
 
 namespace ffc::camera {
 
+using genapi::FindSensorFormat;
+using genapi::SSensorFormat;
+
 namespace {
 
 // The format that the frames are played in; null when there is none of that name.

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "camera/sensorformat.h"
 #include "camera/software/selfcorrection/blocklayout.h"
+#include "genapi/sensorformat.h"
 
 namespace ffc::camera {
 
@@ -15,8 +15,8 @@ namespace ffc::camera {
 using GridPlane = std::vector<double>;
 
 struct SBlockTable {
-  GridPlane listDark;                             ///< in values of an 8-bit frame
-  std::array<GridPlane, COLOR_COUNT> alistGain{}; ///< by EColor; 1.0 leaves a pixel as it is
+  GridPlane listDark;                                     ///< in values of an 8-bit frame
+  std::array<GridPlane, genapi::COLOR_COUNT> alistGain{}; ///< by EColor; 1.0 leaves a pixel as it is
 };
 
 /// Reads the table that a register starts with.

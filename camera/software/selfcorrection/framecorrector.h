@@ -44,7 +44,7 @@ private:
   std::vector<float> m_listDark;
   std::vector<float> m_listFactor;
   std::shared_ptr<const SCoefficients> m_pPrepared; ///< kept alive, so that its address stays its own
-  const SSensorFormat *m_pPreparedFormat = nullptr;
+  const genapi::SSensorFormat *m_pPreparedFormat = nullptr;
   double m_dPreparedGray = 0.0;
 };
 

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "camera/sensorformat.h"
 #include "camera/software/scenestate.h"
+#include "genapi/sensorformat.h"
 
 namespace ffc::camera {
 

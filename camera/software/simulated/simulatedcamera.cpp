@@ -8,6 +8,10 @@
 
 namespace ffc::camera {
 
+using genapi::FindSensorFormat;
+using genapi::GetSensorFormats;
+using genapi::SSensorFormat;
+
 namespace {
 
 constexpr uint32_t MIN_SIZE = 16;

@@ -8,20 +8,20 @@
 #include <gtest/gtest.h>
 
 #include "camera/iscenecontrol.h"
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "tests/camera/software/camerarig.h"
 
 using ffc::camera::CreateSimulatedCamera;
 using ffc::camera::FindSceneControl;
-using ffc::camera::FindSensorFormat;
-using ffc::camera::GetSensorFormats;
 using ffc::camera::ICamera;
 using ffc::camera::ISceneControl;
 using ffc::camera::SCameraFrame;
-using ffc::camera::SSensorFormat;
 using ffc::camera::SSimulatedCameraOptions;
 using ffc::genapi::COLOR_COUNT;
+using ffc::genapi::FindSensorFormat;
 using ffc::genapi::GetPixelColor;
+using ffc::genapi::GetSensorFormats;
+using ffc::genapi::SSensorFormat;
 using ffc::test::CCameraRig;
 using ffc::test::GetCreationError;
 using ffc::test::SKeptFrame;

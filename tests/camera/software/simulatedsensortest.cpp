@@ -10,13 +10,13 @@
 
 using ffc::camera::CLens;
 using ffc::camera::CSimulatedSensor;
-using ffc::camera::FindSensorFormat;
 using ffc::camera::IFrameSource;
 using ffc::camera::ISceneControl;
 using ffc::camera::SCameraSettings;
 using ffc::camera::SScene;
 using ffc::camera::SSensorModel;
 using ffc::genapi::EColor;
+using ffc::genapi::FindSensorFormat;
 using ffc::genapi::GetPixelColor;
 
 namespace {

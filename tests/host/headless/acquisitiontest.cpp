@@ -11,7 +11,7 @@
 #include "tests/host/headless/deviceworkflowfixture.h"
 
 using namespace ffc::host;
-using ffc::camera::FindSensorFormat;
+using ffc::genapi::FindSensorFormat;
 
 namespace {
 

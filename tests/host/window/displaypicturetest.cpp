@@ -8,11 +8,11 @@
 #include "host/window/frameanalysis.h"
 
 using namespace ffc::host;
-using ffc::camera::FindSensorFormat;
-using ffc::camera::SSensorFormat;
 using ffc::genapi::EColor;
 using ffc::genapi::EColorLayout;
+using ffc::genapi::FindSensorFormat;
 using ffc::genapi::GetPixelColor;
+using ffc::genapi::SSensorFormat;
 
 namespace {
 

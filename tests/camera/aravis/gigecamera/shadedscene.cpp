@@ -4,11 +4,11 @@
 #include <cmath>
 
 #include "camera/aravis/frameunpacker.h"
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 
 namespace ffc::test {
 
-using camera::FindSensorFormat;
+using genapi::FindSensorFormat;
 
 namespace {
 
@@ -45,7 +45,7 @@ uint32_t Read(ArvFakeCamera &camera, uint32_t nAddress)
 }
 
 /// The format of the samples before they are packed.
-const camera::SSensorFormat &GetSampleFormat(uint32_t nPixelFormat)
+const genapi::SSensorFormat &GetSampleFormat(uint32_t nPixelFormat)
 {
   const genapi::SPixelFormat *pPacked = camera::FindPackedFormat(nPixelFormat);
   return *FindSensorFormat(pPacked == nullptr ? nPixelFormat : genapi::FindUnpackedFormat(*pPacked)->nCode);
@@ -90,7 +90,7 @@ void CShadedScene::Expose(ArvFakeCamera &camera, ArvBuffer &buffer)
   const uint32_t nPixelFormat = arv_buffer_get_image_pixel_format(&buffer);
   const uint32_t nWidth = uint32_t(arv_buffer_get_image_width(&buffer));
   const uint32_t nHeight = uint32_t(arv_buffer_get_image_height(&buffer));
-  const camera::SSensorFormat &stFormat = GetSampleFormat(nPixelFormat);
+  const genapi::SSensorFormat &stFormat = GetSampleFormat(nPixelFormat);
   const double dExposure = double(Read(camera, ARV_FAKE_CAMERA_REGISTER_EXPOSURE_TIME_US)) / EXPOSURE_TIME;
   const double dGain = std::pow(10.0, double(Read(camera, ARV_FAKE_CAMERA_REGISTER_GAIN_RAW)) / 200.0);
   const double dLight = m_bLensCapOn ? 0.0 : LIGHT * dExposure * dGain;

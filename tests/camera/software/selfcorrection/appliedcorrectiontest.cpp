@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "camera/iscenecontrol.h"
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "tests/camera/software/camerarig.h"
 #include "tests/camera/software/selfcorrection/handmadetable.h"
 

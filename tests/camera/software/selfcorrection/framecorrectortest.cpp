@@ -11,14 +11,14 @@
 
 using ffc::camera::CFrameCorrector;
 using ffc::camera::ECorrectionMode;
-using ffc::camera::FindSensorFormat;
-using ffc::camera::GetSensorFormats;
 using ffc::camera::SBlockLayout;
 using ffc::camera::SCameraSettings;
 using ffc::camera::SCoefficients;
 using ffc::camera::SFrameCorrection;
-using ffc::camera::SSensorFormat;
 using ffc::genapi::EColorLayout;
+using ffc::genapi::FindSensorFormat;
+using ffc::genapi::GetSensorFormats;
+using ffc::genapi::SSensorFormat;
 using ffc::test::CHandMadeTable;
 
 namespace {

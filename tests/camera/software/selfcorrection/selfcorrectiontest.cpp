@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 #include "tests/camera/software/camerarig.h"
 
 using ffc::camera::ECorrectionMode;
-using ffc::camera::GetSensorFormats;
-using ffc::camera::SSensorFormat;
+using ffc::genapi::GetSensorFormats;
+using ffc::genapi::SSensorFormat;
 using ffc::test::CCameraRig;
 using ffc::test::GetCreationError;
 using ffc::test::SmallOptions;

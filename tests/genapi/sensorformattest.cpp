@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 
-using ffc::camera::FindSensorFormat;
-using ffc::camera::GetSensorFormats;
-using ffc::camera::SSensorFormat;
 using ffc::genapi::EColorLayout;
+using ffc::genapi::FindSensorFormat;
 using ffc::genapi::GetLayoutName;
+using ffc::genapi::GetSensorFormats;
+using ffc::genapi::SSensorFormat;
 
 TEST(SensorFormat, CodesAndDepthsFollowThePixelFormatNamingConvention)
 {

@@ -1,4 +1,4 @@
-#include "camera/modename.h"
+#include "camera/correctionmode.h"
 
 namespace ffc::camera {
 namespace {

@@ -8,15 +8,9 @@
 
 #include "genapi/pfnc.h"
 
-namespace ffc::camera {
+namespace ffc::genapi {
 
-// What a format is made of, under the names that cameras use.
-using genapi::COLOR_COUNT;
-using genapi::EColor;
-using genapi::EColorLayout;
-using genapi::GetLayoutName;
-using genapi::GetPixelColor;
-using SSensorFormat = genapi::SPixelFormat;
+using SSensorFormat = SPixelFormat;
 
 /// Mono8, 10, 12, 14, 16 and the four Bayer layouts at 8, 10, 12 and 16 bits; by layout, then by rising bit depth.
 const std::vector<SSensorFormat> &GetSensorFormats();
@@ -24,6 +18,6 @@ const std::vector<SSensorFormat> &GetSensorFormats();
 const SSensorFormat *FindSensorFormat(std::string_view strName);
 const SSensorFormat *FindSensorFormat(uint32_t nCode);
 /// The formats of a sensor with this layout, by rising bit depth.
-std::vector<SSensorFormat> GetSensorFormats(genapi::EColorLayout eLayout);
+std::vector<SSensorFormat> GetSensorFormats(EColorLayout eLayout);
 
-} // namespace ffc::camera
+} // namespace ffc::genapi

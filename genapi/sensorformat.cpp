@@ -1,11 +1,9 @@
-#include "camera/sensorformat.h"
+#include "genapi/sensorformat.h"
 
 #include <algorithm>
 #include <iterator>
 
-namespace ffc::camera {
-
-using genapi::EColorLayout;
+namespace ffc::genapi {
 
 namespace {
 
@@ -20,7 +18,7 @@ std::vector<SSensorFormat> MakeFormats()
 {
   std::vector<SSensorFormat> listFormats;
   std::transform(std::begin(NAMES), std::end(NAMES), std::back_inserter(listFormats),
-                 [](const char *pName) { return *genapi::FindPixelFormat(std::string_view(pName)); });
+                 [](const char *pName) { return *FindPixelFormat(std::string_view(pName)); });
   return listFormats;
 }
 
@@ -58,4 +56,4 @@ std::vector<SSensorFormat> GetSensorFormats(EColorLayout eLayout)
   return listFormats;
 }
 
-} // namespace ffc::camera
+} // namespace ffc::genapi
