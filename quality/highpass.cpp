@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 namespace ffc::quality {
@@ -13,23 +14,9 @@ constexpr std::array<std::pair<EHighPass, const char *>, 3> NAMES = {{
   {EHighPass::Release3, "release3"},
 }};
 
-std::vector<double> Convolve(const std::vector<double> &listOne, const std::vector<double> &listOther)
+std::vector<uint32_t> GetBoxes(EHighPass eKind)
 {
-  std::vector<double> listResult(listOne.size() + listOther.size() - 1, 0.0);
-  for (std::size_t nOne = 0; nOne < listOne.size(); ++nOne) {
-    for (std::size_t nOther = 0; nOther < listOther.size(); ++nOther) {
-      listResult[nOne + nOther] += listOne[nOne] * listOther[nOther];
-    }
-  }
-  return listResult;
-}
-
-std::vector<double> MakeWeights(EHighPass eKind)
-{
-  if (eKind == EHighPass::Release3) {
-    return std::vector<double>(5, 1.0);
-  }
-  return Convolve(Convolve(std::vector<double>(7, 1.0), std::vector<double>(11, 1.0)), {1.0, 2.0, 1.0});
+  return eKind == EHighPass::Release3 ? std::vector<uint32_t>{5} : std::vector<uint32_t>{7, 11, 2, 2};
 }
 
 /// Where a position beyond the border lies when the image goes on as its mirror, edge pixels twice.
@@ -38,6 +25,19 @@ uint32_t Mirror(int64_t nPosition, uint32_t nLength)
   const int64_t nPeriod = 2 * int64_t{nLength};
   const int64_t nWithin = ((nPosition % nPeriod) + nPeriod) % nPeriod;
   return static_cast<uint32_t>(nWithin < nLength ? nWithin : nPeriod - 1 - nWithin);
+}
+
+/// Replaces each value by the sum of those that the box covers from there on.
+/// \param nCount sums; nBox - 1 values follow behind them
+void AddUpBoxes(double *pValues, uint32_t nBox, std::size_t nCount)
+{
+  double dSum = std::accumulate(pValues, pValues + nBox, 0.0);
+  for (std::size_t n = 0; n + 1 < nCount; ++n) {
+    const double dChange = pValues[n + nBox] - pValues[n];
+    pValues[n] = dSum;
+    dSum += dChange;
+  }
+  pValues[nCount - 1] = dSum;
 }
 
 } // namespace
@@ -59,24 +59,24 @@ bool FindHighPass(std::string_view strName, EHighPass &eKind)
 }
 
 CHighPass::CHighPass(EHighPass eKind, uint32_t nWidth, uint32_t nHeight)
-  : m_listWeights(MakeWeights(eKind)), m_nWidth(nWidth), m_nHeight(nHeight)
+  : m_listBoxes(GetBoxes(eKind)), m_nWidth(nWidth), m_nHeight(nHeight)
 {
-  const auto nReach = static_cast<uint32_t>(m_listWeights.size() / 2);
-  for (const double dWeight : m_listWeights) {
-    m_dWeight += dWeight;
+  for (const uint32_t nBox : m_listBoxes) {
+    m_nReach += nBox - 1;
+    m_dWeight *= static_cast<double>(nBox) * nBox;
   }
-  m_dWeight *= m_dWeight;
+  m_nReach /= 2;
   if (eKind != EHighPass::Release4) {
     // What is too narrow to have an inner part has none in either direction.
-    const bool bInner = nWidth > 2 * nReach && nHeight > 2 * nReach;
-    m_nCutColumns = bInner ? nReach : nWidth / 2;
-    m_nCutLines = bInner ? nReach : nHeight / 2;
+    const bool bInner = nWidth > 2 * m_nReach && nHeight > 2 * m_nReach;
+    m_nCutColumns = bInner ? m_nReach : nWidth / 2;
+    m_nCutLines = bInner ? m_nReach : nHeight / 2;
     m_nWidth = bInner ? nWidth : 2 * m_nCutColumns;
     m_nHeight = bInner ? nHeight : 2 * m_nCutLines;
   }
-  m_listRaw.assign(m_listWeights.size(), std::vector<double>(m_nWidth));
-  m_listSmoothed = m_listRaw;
-  m_listPadded.resize(m_nWidth + 2 * std::size_t{nReach});
+  m_raw = CRing(m_nReach + 1, m_nWidth);
+  m_smoothAlong = m_raw;
+  m_listPadded.resize(m_nWidth + 2 * std::size_t{m_nReach});
   m_listOut.resize(m_nWidth);
 }
 
@@ -85,14 +85,19 @@ void CHighPass::Run(const FnRead &fnRead, const FnTake &fnTake)
   if (GetWidth() == 0 || GetHeight() == 0) {
     return;
   }
-  const auto nReach = static_cast<uint32_t>(m_listWeights.size() / 2);
+  m_listDown.clear();
+  for (const uint32_t nBox : m_listBoxes) {
+    m_listDown.push_back({CRing(nBox, m_nWidth), std::vector<double>(m_nWidth)});
+  }
   uint32_t nRead = 0;
-  for (uint32_t nLine = 0; nLine < m_nHeight; ++nLine) {
-    for (; nRead < m_nHeight && nRead <= nLine + nReach; ++nRead) {
+  for (uint32_t nPadded = 0; nPadded < m_nHeight + 2 * m_nReach; ++nPadded) {
+    for (; nRead < m_nHeight && nRead + m_nReach <= std::max(nPadded, 2 * m_nReach - 1); ++nRead) {
       ReadLine(nRead, fnRead);
     }
-    if (nLine >= m_nCutLines && nLine < m_nHeight - m_nCutLines) {
-      SmoothDown(nLine);
+    const double *pSmooth = SmoothDown(nPadded);
+    const uint32_t nLine = nPadded - 2 * m_nReach;
+    if (nPadded >= 2 * m_nReach + m_nCutLines && nLine < m_nHeight - m_nCutLines) {
+      Subtract(m_raw.GetLine(nLine), pSmooth);
       fnTake(nLine - m_nCutLines, m_listOut.data() + m_nCutColumns);
     }
   }
@@ -100,43 +105,42 @@ void CHighPass::Run(const FnRead &fnRead, const FnTake &fnTake)
 
 void CHighPass::ReadLine(uint32_t nLine, const FnRead &fnRead)
 {
-  std::vector<double> &listRaw = GetRaw(nLine);
-  fnRead(nLine, listRaw.data());
-  const auto nReach = static_cast<int64_t>(m_listWeights.size() / 2);
-  for (int64_t n = -nReach; n < 0; ++n) {
-    m_listPadded[static_cast<std::size_t>(n + nReach)] = listRaw[Mirror(n, m_nWidth)];
-    m_listPadded[m_listPadded.size() - static_cast<std::size_t>(n + nReach) - 1] =
-      listRaw[Mirror(m_nWidth - 1 - n, m_nWidth)];
+  double *pRaw = m_raw.GetLine(nLine);
+  fnRead(nLine, pRaw);
+  for (uint32_t n = 0; n < m_nReach; ++n) {
+    m_listPadded[n] = pRaw[Mirror(int64_t{n} - m_nReach, m_nWidth)];
+    m_listPadded[m_nReach + m_nWidth + n] = pRaw[Mirror(int64_t{m_nWidth} + n, m_nWidth)];
   }
-  std::copy(listRaw.begin(), listRaw.end(), m_listPadded.begin() + nReach);
-  std::vector<double> &listSmoothed = GetSmoothed(nLine);
-  std::fill(listSmoothed.begin(), listSmoothed.end(), 0.0);
-  for (std::size_t nWeight = 0; nWeight < m_listWeights.size(); ++nWeight) {
-    const double dWeight = m_listWeights[nWeight];
-    const double *pFrom = m_listPadded.data() + nWeight;
-    double *pTo = listSmoothed.data();
-    for (uint32_t nColumn = 0; nColumn < m_nWidth; ++nColumn) {
-      pTo[nColumn] += dWeight * pFrom[nColumn];
-    }
+  std::copy(pRaw, pRaw + m_nWidth, m_listPadded.begin() + m_nReach);
+  std::size_t nCount = m_listPadded.size();
+  for (const uint32_t nBox : m_listBoxes) {
+    nCount -= nBox - 1;
+    AddUpBoxes(m_listPadded.data(), nBox, nCount);
   }
+  std::copy_n(m_listPadded.begin(), m_nWidth, m_smoothAlong.GetLine(nLine));
 }
 
-void CHighPass::SmoothDown(uint32_t nLine)
+/// Takes the lines in their order, the mirrored ones before and behind the image too.
+/// \return the sums of the last 2 x reach + 1 lines, weighted
+const double *CHighPass::SmoothDown(uint32_t nPadded)
 {
-  std::fill(m_listOut.begin(), m_listOut.end(), 0.0);
-  const auto nReach = static_cast<int64_t>(m_listWeights.size() / 2);
-  for (std::size_t nWeight = 0; nWeight < m_listWeights.size(); ++nWeight) {
-    const double dWeight = m_listWeights[nWeight];
-    const double *pFrom =
-      GetSmoothed(Mirror(int64_t{nLine} + static_cast<int64_t>(nWeight) - nReach, m_nHeight)).data();
-    double *pTo = m_listOut.data();
+  const double *pLine = m_smoothAlong.GetLine(Mirror(int64_t{nPadded} - m_nReach, m_nHeight));
+  for (SBox &stBox : m_listDown) {
+    double *pOldest = stBox.lines.GetLine(nPadded);
+    double *pSums = stBox.listSums.data();
     for (uint32_t nColumn = 0; nColumn < m_nWidth; ++nColumn) {
-      pTo[nColumn] += dWeight * pFrom[nColumn];
+      pSums[nColumn] += pLine[nColumn] - pOldest[nColumn];
+      pOldest[nColumn] = pLine[nColumn];
     }
+    pLine = pSums;
   }
-  const double *pRaw = GetRaw(nLine).data();
+  return pLine;
+}
+
+void CHighPass::Subtract(const double *pRaw, const double *pSmooth)
+{
   for (uint32_t nColumn = 0; nColumn < m_nWidth; ++nColumn) {
-    m_listOut[nColumn] = pRaw[nColumn] - m_listOut[nColumn] / m_dWeight;
+    m_listOut[nColumn] = pRaw[nColumn] - pSmooth[nColumn] / m_dWeight;
   }
 }
 

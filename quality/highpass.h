@@ -21,8 +21,9 @@ const char *GetHighPassName(EHighPass eKind);
 /// \return false for a name that none has
 bool FindHighPass(std::string_view strName, EHighPass &eKind);
 
-/// Filters images of one size, line by line, in some 20 lines of memory. All kernels of a kind are separable and
-/// symmetric, so that they are one kernel along the lines and down the columns. Used by one thread at a time.
+/// Filters images of one size, line by line, in some 50 lines of memory. All kernels of a kind are boxes, one after the
+/// other, along the lines and down the columns (a binomial of 3 is two boxes of 2). A box is a running sum, so that its
+/// length costs nothing; sums of whole numbers are exact. Used by one thread at a time.
 class CHighPass {
 public:
   CHighPass(EHighPass eKind, uint32_t nWidth, uint32_t nHeight);
@@ -38,19 +39,36 @@ public:
   void Run(const FnRead &fnRead, const FnTake &fnTake);
 
 private:
-  void ReadLine(uint32_t nLine, const FnRead &fnRead);
-  void SmoothDown(uint32_t nLine);
-  std::vector<double> &GetRaw(uint32_t nLine) { return m_listRaw[nLine % m_listRaw.size()]; }
-  std::vector<double> &GetSmoothed(uint32_t nLine) { return m_listSmoothed[nLine % m_listSmoothed.size()]; }
+  /// Lines that follow each other, the last of them kept.
+  class CRing {
+  public:
+    CRing() = default;
+    CRing(std::size_t nLines, std::size_t nWidth) : m_listLines(nLines, std::vector<double>(nWidth)) {}
+    double *GetLine(std::size_t nLine) { return m_listLines[nLine % m_listLines.size()].data(); }
 
-  std::vector<double> m_listWeights; ///< whole numbers, an odd count
-  double m_dWeight = 0;              ///< their sum, squared
+  private:
+    std::vector<std::vector<double>> m_listLines;
+  };
+  /// A box down the columns.
+  struct SBox {
+    CRing lines; ///< what went in and is still in the sums
+    std::vector<double> listSums;
+  };
+
+  void ReadLine(uint32_t nLine, const FnRead &fnRead);
+  const double *SmoothDown(uint32_t nPadded);
+  void Subtract(const double *pRaw, const double *pSmooth);
+
+  std::vector<uint32_t> m_listBoxes; ///< lengths
+  uint32_t m_nReach = 0;             ///< of all of them to either side, pixels
+  double m_dWeight = 1;              ///< of all of them along both axes
   uint32_t m_nWidth;
   uint32_t m_nHeight;
   uint32_t m_nCutColumns = 0;
   uint32_t m_nCutLines = 0;
-  std::vector<std::vector<double>> m_listRaw; ///< a ring
-  std::vector<std::vector<double>> m_listSmoothed;
+  CRing m_raw;
+  CRing m_smoothAlong;
+  std::vector<SBox> m_listDown;
   std::vector<double> m_listPadded;
   std::vector<double> m_listOut;
 };

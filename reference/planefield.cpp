@@ -146,37 +146,29 @@ void CPlaneField::LearnFineScales()
 
 void CPlaneField::Write(const SFieldTarget &stTarget)
 {
-  std::vector<std::vector<float>> listRemoved(m_nThreads, std::vector<float>(std::size_t{TILE_SIDE} * TILE_SIDE));
+  std::vector<CRegions> listRegions(m_nThreads);
   ForEachItem(m_stGrid.GetCount(), m_nThreads, [&](uint32_t nItem, uint32_t nWorker) {
     m_listTiles[nWorker].Load(m_source, nItem, &m_stProfiles);
-    WriteTile(m_listTiles[nWorker], stTarget, listRemoved[nWorker]);
+    WriteTile(m_listTiles[nWorker], stTarget, listRegions[nWorker]);
   });
 }
 
-void CPlaneField::WriteTile(CTile &tile, const SFieldTarget &stTarget, std::vector<float> &listRemoved)
+void CPlaneField::WriteTile(CTile &tile, const SFieldTarget &stTarget, CRegions &regions)
 {
-  std::fill(listRemoved.begin(), listRemoved.end(), 0.0F);
+  const auto fPlain = static_cast<float>(m_dDetailWeight);
+  regions.Begin(tile);
   for (uint32_t nScale = 0; nScale < FINE_SCALES; ++nScale) {
-    RemoveScale(tile, nScale, listRemoved);
+    tile.ComputeEnergy(nScale, m_listScales[nScale].dGain, m_stNoise);
+    regions.RemoveScale(tile, nScale, m_aShrinkage[nScale]);
+    if (nScale == 0) {
+      regions.FindEdges(tile, m_aShrinkage[0], fPlain);
+    }
   }
+  regions.Refine(tile, m_stNoise, fPlain);
   for (uint32_t nLine = 0; nLine < tile.GetHeight(); ++nLine) {
-    float *pRemoved = listRemoved.data() + std::size_t{nLine} * TILE_SIDE;
+    float *pRemoved = regions.GetRemoved(nLine);
     AddCoarse(tile.GetFirstLine() + nLine, tile.GetFirstColumn(), tile.GetWidth(), pRemoved);
     WriteLine(tile, nLine, stTarget, pRemoved);
-  }
-}
-
-void CPlaneField::RemoveScale(CTile &tile, uint32_t nScale, std::vector<float> &listRemoved) const
-{
-  tile.ComputeEnergy(nScale, m_listScales[nScale].dGain, m_stNoise);
-  for (uint32_t nLine = 0; nLine < tile.GetHeight(); ++nLine) {
-    const float *pEnergy = tile.GetEnergy(nLine);
-    const float *pFine = tile.GetSmooth(nScale, nLine);
-    const float *pWide = tile.GetSmooth(nScale + 1, nLine);
-    float *pRemoved = listRemoved.data() + std::size_t{nLine} * TILE_SIDE;
-    for (uint32_t n = 0; n < tile.GetWidth(); ++n) {
-      pRemoved[n] += (1 - m_aShrinkage[nScale].GetWeight(pEnergy[n])) * (pFine[n] - pWide[n]);
-    }
   }
 }
 

@@ -9,6 +9,7 @@
 #include "reference/noisemodel.h"
 #include "reference/planesource.h"
 #include "reference/profiles.h"
+#include "reference/regions.h"
 #include "reference/scales.h"
 #include "reference/shrinkage.h"
 #include "reference/tile.h"
@@ -40,10 +41,9 @@ public:
 private:
   void CollectTile(CTile &tile);
   void WeightCoarseScale(uint32_t nScale, SImage &fine, SImage &wide, const SImage &spare, float *pLine);
-  void WriteTile(CTile &tile, const SFieldTarget &stTarget, std::vector<float> &listLine);
+  void WriteTile(CTile &tile, const SFieldTarget &stTarget, CRegions &regions);
   void WriteLine(const CTile &tile, uint32_t nLine, const SFieldTarget &stTarget, const float *pRemoved) const;
   void AddCoarse(uint32_t nLine, uint32_t nFirst, uint32_t nCount, float *pRemoved) const;
-  void RemoveScale(CTile &tile, uint32_t nScale, std::vector<float> &listRemoved) const;
 
   CPlaneSource m_source;
   SFieldNoise m_stNoise;

@@ -20,8 +20,10 @@ constexpr uint32_t LOOKED_AT = 32;       ///< tiles of a plane
 /// Of the variance of a median's square, in units of the square over the count: that of independent normal samples, and
 /// neighbours share some.
 constexpr double MEDIAN_SPREAD = 7;
-/// Largest standard error, of the whole variance, of a part that is believed.
+/// Largest standard error, of the whole variance, of a part that is believed whatever it is.
 constexpr double LARGEST_ERROR = 0.05;
+/// Standard errors by which the noise lies below the whole where the pattern certainly has a part in that.
+constexpr double FARTHEST_NOISE = 3;
 /// Standard deviations beyond which a detail is a structure, which is not to decide for all pixels.
 constexpr double FARTHEST = 4;
 constexpr double MEDIAN_OF_NORMAL = 0.674489750196;
@@ -195,8 +197,11 @@ SSingleFrameNoise MeasureSingleFrame(const std::vector<CPlaneSource> &listPlanes
   if (dDeterminant > 1e-9 * stFit.dSS * stFit.dSSSS) {
     const double dLinear = (stFit.dSSSS * stFit.dVS - stFit.dSSS * stFit.dVSS) / dDeterminant;
     const double dError = std::sqrt(stFit.dSSSS / dDeterminant);
-    stResult.bSeparated = dError < LARGEST_ERROR * dWhole && dLinear > 0;
-    stResult.stNoise.dPerLevel = stResult.bSeparated ? std::min(dLinear, dWhole) : dWhole;
+    // What is known too badly to be believed may still say that it is not the whole. Too little noise brings the
+    // average back, too much takes the pattern away: the estimate is not raised to be safe.
+    stResult.bSeparated =
+      (dError < LARGEST_ERROR * dWhole && dLinear > 0) || dLinear + FARTHEST_NOISE * dError < dWhole;
+    stResult.stNoise.dPerLevel = stResult.bSeparated ? std::clamp(dLinear, 0.0, dWhole) : dWhole;
   }
   return stResult;
 }

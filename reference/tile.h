@@ -57,6 +57,10 @@ public:
   void ComputeEnergy(uint32_t nScale, double dGain, const SFieldNoise &stNoise);
   const float *GetEnergy(uint32_t nLine) const { return GetInner(m_energy, nLine); }
 
+  /// The same with the halo.
+  const SImage &GetSmoothImage(uint32_t nSmoothings) const { return m_aSmooth[nSmoothings]; }
+  const SImage &GetEnergyImage() const { return m_energy; }
+
   /// Memory of the size of a smoothed image, until the next energy.
   const SImage &GetSpare() const { return m_squares; }
 

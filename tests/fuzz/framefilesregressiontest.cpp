@@ -1,4 +1,4 @@
-// Files of frames that are damaged in every way that chance finds, and the inputs that are kept.
+// Files of frames, and beside them, that are damaged in every way that chance finds, and the inputs that are kept.
 #include <random>
 
 #include <QDir>
@@ -20,8 +20,11 @@ struct SFrameTarget {
   void (*fnRun)(const uint8_t *pData, std::size_t nSize);
 };
 
-constexpr SFrameTarget TARGETS[] = {
-  {"tifffile", FuzzTiffFile}, {"serfile", FuzzSerFile}, {"rawfile", FuzzRawFile}, {"sidefile", FuzzSideFile}};
+constexpr SFrameTarget TARGETS[] = {{"tifffile", FuzzTiffFile},
+                                    {"serfile", FuzzSerFile},
+                                    {"rawfile", FuzzRawFile},
+                                    {"sidefile", FuzzSideFile},
+                                    {"defectlist", FuzzDefectList}};
 
 void Feed(const SFrameTarget &stTarget, const QByteArray &byteInput)
 {
@@ -60,6 +63,9 @@ QByteArray MakeGood(const SFrameTarget &stTarget)
     stSide.nWidth = stSide.nHeight = 32;
     stSide.strPixelFormat = "Mono12";
     return MakeSideFile(stSide);
+  }
+  if (strName == "defectlist") {
+    return "x,y,kind\n3,4,dark\n5,6,hot\n";
   }
   if (strName == "rawfile") {
     return "4x3:Mono8\n123456789012";

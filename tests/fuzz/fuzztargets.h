@@ -31,3 +31,5 @@ void FuzzSerFile(const uint8_t *pData, std::size_t nSize);
 void FuzzRawFile(const uint8_t *pData, std::size_t nSize);
 /// The side file of a coefficient file.
 void FuzzSideFile(const uint8_t *pData, std::size_t nSize);
+/// A list of defect pixels, of either kind.
+void FuzzDefectList(const uint8_t *pData, std::size_t nSize);

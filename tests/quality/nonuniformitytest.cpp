@@ -152,6 +152,34 @@ TEST(Nonuniformity, EqualsTheSlowTwinWithEveryKindOfHighPass)
   }
 }
 
+TEST(Nonuniformity, RunningSumsDriftNowhereFromTheDirectFormula)
+{
+  // Large and small values, with fractions, over many steps of each sum.
+  constexpr uint32_t WIDTH = 400;
+  constexpr uint32_t HEIGHT = 61;
+  SlowImage image(HEIGHT, std::vector<double>(WIDTH));
+  for (uint32_t nLine = 0; nLine < HEIGHT; ++nLine) {
+    for (uint32_t nColumn = 0; nColumn < WIDTH; ++nColumn) {
+      image[nLine][nColumn] = GetLevel(nColumn, nLine) / 7 + (nColumn > 20 && nColumn < 30 ? 60000.1 : 0);
+    }
+  }
+  const SlowImage slow = FilterSlowly(image);
+  CHighPass highPass(EHighPass::Release4, WIDTH, HEIGHT);
+  const auto fnRead = [&](uint32_t nLine, double *pLine) {
+    std::copy(image[nLine].begin(), image[nLine].end(), pLine);
+  };
+  for (int nRun = 0; nRun < 2; ++nRun) {
+    uint32_t nLines = 0;
+    highPass.Run(fnRead, [&](uint32_t nLine, const double *pLine) {
+      EXPECT_EQ(nLine, nLines++);
+      for (uint32_t nColumn = 0; nColumn < WIDTH; ++nColumn) {
+        ASSERT_NEAR(pLine[nColumn], slow[nLine][nColumn], 1e-8) << nLine << ", " << nColumn;
+      }
+    });
+    EXPECT_EQ(nLines, HEIGHT);
+  }
+}
+
 TEST(Nonuniformity, AnImageSmallerThanTheFilterIsMirroredAsOftenAsItTakes)
 {
   const SSample stSample(5, 4);

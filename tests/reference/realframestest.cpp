@@ -27,7 +27,8 @@ struct SDust {
   std::vector<bool> listInside = std::vector<bool>(std::size_t{WIDTH} * HEIGHT, false);
 };
 
-SDust MakeDust()
+/// \param bHard with an edge; else it fades
+SDust MakeDust(bool bHard)
 {
   SDust stDust;
   std::mt19937 random(1);
@@ -42,7 +43,8 @@ SDust MakeDust()
     for (std::size_t n = 0; n < stDust.listLight.size(); ++n) {
       const double dDistance =
         std::hypot(static_cast<double>(n % WIDTH) - dX, static_cast<double>(n / WIDTH) - dY) / dRadius;
-      stDust.listLight[n] *= 1 - dDepth * std::exp(-2 * dDistance * dDistance);
+      const double dShape = bHard ? (dDistance <= 1 ? 1 : 0) : std::exp(-2 * dDistance * dDistance);
+      stDust.listLight[n] *= 1 - dDepth * dShape;
       stDust.listInside[n] = stDust.listInside[n] || dDistance <= 1;
     }
   }
@@ -180,12 +182,17 @@ TEST_F(RealFrames, FreshFramesAreFlatterThanTheAverageLeavesThemAndThanTheyCame)
   EXPECT_LE(fnResidual(16), 0.21);
 }
 
-TEST_F(RealFrames, OneFrameIsEnoughForDust)
+class RealFramesWithDust : public RealFrames, public testing::WithParamInterface<bool> {};
+
+TEST_P(RealFramesWithDust, OneFrameIsEnough)
 {
-  const SDust stDust = MakeDust();
+  const SDust stDust = MakeDust(GetParam());
   Cover(stDust);
   EXPECT_GT(MeasureResidual(nullptr, &stDust.listInside), 1.0);
   const std::vector<uint8_t> listTable = MakeTable(1);
   EXPECT_LE(MeasureResidual(&listTable, &stDust.listInside), 0.45);
   EXPECT_LE(MeasureResidual(&listTable), 0.30);
 }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, RealFramesWithDust, testing::Bool(),
+                         [](const auto &info) { return info.param ? "Hard" : "Soft"; });

@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                  return 1 - 0.06 * std::exp(-0.5 * std::pow(std::hypot(nX - 70.0, nY - 60.0) / 4.5, 2));
                },
                IsInSpot, 0.7},
-    SStructure{"HardDust", [](uint32_t nX, uint32_t nY) { return IsInSpot(nX, nY) ? 0.9 : 1.0; }, IsInSpot, 1.01},
+    SStructure{"HardDust", [](uint32_t nX, uint32_t nY) { return IsInSpot(nX, nY) ? 0.9 : 1.0; }, IsInSpot, 0.4},
     SStructure{"ColumnPattern", [](uint32_t nX, uint32_t) { return 1 + 0.01 * std::sin(nX * 2.4); }, nullptr, 0.5},
     SStructure{"LinePattern", [](uint32_t, uint32_t nY) { return 1 + 0.01 * std::sin(nY * 2.4); }, nullptr, 0.5},
     SStructure{"HotColumn", [](uint32_t nX, uint32_t) { return nX == 50 ? 1.2 : 1.0; },

@@ -174,6 +174,25 @@ TEST(WeightedReference, TwoLevelsInOneFrameTellNoiseFromPattern)
             GetError(stSensor, GetAverage(stSensor, bright), field));
 }
 
+TEST(WeightedReference, OneFrameKeepsThePatternOfASensorThatHasMoreOfItThanNoiseWhereShadingTellsThemApart)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 640;
+  stSensor.nHeight = 480;
+  stSensor.dPattern = 0.01;
+  stSensor.dSystemGain = 0.027;
+  stSensor.fnStructure = [](uint32_t nX, uint32_t nY) {
+    return 1 - 0.4 * (std::pow(nX / 640.0 - 0.5, 2) + std::pow(nY / 480.0 - 0.5, 2));
+  };
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, 1);
+  const CSums dark(stSensor, Field(field.size()), 2);
+  const SMade stMade = MakeReference(stSensor, bright, &dark);
+  EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::PhotonTransfer);
+  EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field),
+            1.01 * GetError(stSensor, GetAverage(stSensor, bright), field));
+}
+
 TEST(WeightedReference, StatedCameraDataTellNoiseFromPatternToo)
 {
   SSensor stSensor;

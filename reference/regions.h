@@ -1,0 +1,64 @@
+/// \file
+/// Structures with edges: means over regions, where wavelet details would keep the noise along the edge.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "reference/noisemodel.h"
+#include "reference/shrinkage.h"
+#include "reference/tile.h"
+
+namespace ffc::reference {
+
+/// What is removed as noise of the samples of a tile and of its halo: first by the weights of the scales; then, around
+/// edges, by means over regions of one level, where the samples speak for that. One for each
+/// thread.
+class CRegions {
+public:
+  /// All memory, for the largest tile. May throw std::bad_alloc; nothing else does.
+  CRegions();
+
+  /// Begins a tile: nothing is removed.
+  void Begin(const CTile &tile);
+  /// Removes of a scale whose energies the tile has.
+  void RemoveScale(const CTile &tile, uint32_t nScale, const CShrinkage &shrinkage);
+  /// Finds edges where the tile has the energies of the finest scale.
+  /// \param fPlain mean weight of that scale's detail
+  void FindEdges(const CTile &tile, const CShrinkage &shrinkage, float fPlain);
+  /// Goes on with regions.
+  /// \param fPlain mean weight of the finest detail: what is believed of a pixel's deviation from its region
+  void Refine(const CTile &tile, const SFieldNoise &stNoise, float fPlain);
+
+  /// What is removed of a line of the tile.
+  float *GetRemoved(uint32_t nLine)
+  {
+    return m_listRemoved.data() + std::size_t{nLine + TILE_HALO} * m_nWidth + TILE_HALO;
+  }
+
+private:
+  bool FindPixels();
+  float GetProbe(std::size_t nIndex) const;
+  void FindMeans(const float *pSamples, const float *pProbed);
+  void TakeMeans();
+  void GrowMeans(const float *pProbed, float fRadius);
+  void Choose(const float *pSamples);
+
+  uint32_t m_nWidth = 0; ///< with the halo
+  uint32_t m_nHeight = 0;
+  float m_fPlain = 0; ///< what is believed of a pixel's deviation from its region
+  std::vector<float> m_listRemoved;
+  std::vector<float> m_listFreedom; ///< how much of an estimate is its own sample, by the scales
+  std::vector<float> m_listMeans;
+  std::vector<float> m_listCounts; ///< samples that a mean is worth, over twice the tolerated variance
+  std::vector<uint8_t> m_listEdges;
+  std::vector<uint32_t> m_listAbove;  ///< edges of some lines
+  std::vector<uint32_t> m_listPixels; ///< around edges
+  std::vector<float> m_listNoise;     ///< variance of each of these
+  std::vector<float> m_listNext;      ///< means of these
+  std::vector<float> m_listNextCounts;
+  std::vector<float> m_listProbe; ///< samples that were changed a little
+  std::vector<float> m_listProbeMeans;
+};
+
+} // namespace ffc::reference
