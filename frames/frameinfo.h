@@ -48,6 +48,17 @@ struct STiffFeatures {
   float fResolutionY = 0;
 };
 
+/// What FITS keeps besides, from file to file.
+struct SFitsFeatures {
+  enum class ERowOrder {
+    TopDown,  ///< the first row of the file is the top one
+    BottomUp, ///< the first row of the file is the lowest one; frames in memory begin with the top one all the same
+    Unstated, ///< the same as top down
+  };
+  ERowOrder eRowOrder = ERowOrder::TopDown;
+  QByteArray byteCards; ///< lines of 80 characters of the header that mean nothing here, as they stand in the file
+};
+
 /// What one file holds: frames that lie alike, and what it says about them.
 struct SFrameInfo {
   SLayout stLayout;
@@ -57,6 +68,7 @@ struct SFrameInfo {
   Texts mapTexts;                              ///< of the first frame
   QString strRemark; ///< what had to be guessed to read the file, as a sentence; empty: nothing
   STiffFeatures stTiff;
+  SFitsFeatures stFits;
   QByteArray byteSerDates; ///< dates of a SER file's header and the time of each frame, as they stand in the file
 };
 
