@@ -29,14 +29,14 @@ struct STextKey {
 constexpr STextKey FITS_TEXTS[] = {
   {"Description", "FFCDESC"}, {"Flat-field correction", "FFCCORR"},
   {"Observer", "OBSERVER"},   {"Instrument", "INSTRUME"},
-  {"Telescope", "TELESCOP"},
+  {"Telescope", "TELESCOP"},  {"Time", "DATE-OBS"},
 };
 
 /// Keywords that are written anew, or that would no longer be true.
 constexpr const char *OWN_KEYS[] = {"SIMPLE",   "BITPIX",   "EXTEND",   "PCOUNT",   "GCOUNT",  "GROUPS",
                                     "BZERO",    "BSCALE",   "CHECKSUM", "DATASUM",  "DATAMIN", "DATAMAX",
                                     "BAYERPAT", "COLORTYP", "XBAYROFF", "YBAYROFF", "CTYPE3",  "ROWORDER",
-                                    "OBSERVER", "INSTRUME", "TELESCOP", "END",      ""};
+                                    "OBSERVER", "INSTRUME", "TELESCOP", "DATE-OBS", "END",     ""};
 
 struct SPattern {
   const char *pName;
@@ -131,7 +131,8 @@ QByteArray FindForeignCards(const QByteArray &byteHeader)
     }
     // A line that continues the one before goes with it.
     if (byteKey != "CONTINUE") {
-      bOwn = byteKey.startsWith("NAXIS") || byteKey.startsWith("FFC") || byteCard.mid(8).trimmed() == CORRECTED ||
+      bOwn = byteCard.trimmed().isEmpty() || byteKey.startsWith("NAXIS") || byteKey.startsWith("FFC") ||
+             byteCard.mid(8).trimmed() == CORRECTED ||
              std::find(std::begin(OWN_KEYS), std::end(OWN_KEYS), byteKey) != std::end(OWN_KEYS);
     }
     if (!bOwn) {

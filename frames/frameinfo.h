@@ -38,6 +38,9 @@ inline const QString TEXT_DESCRIPTION = QStringLiteral("Description");
 /// Which correction was applied to the frame: a JSON object.
 inline const QString TEXT_CORRECTION = QStringLiteral("Flat-field correction");
 
+/// When the frame was taken: ISO 8601 with milliseconds, universal time, without a zone.
+inline const QString TEXT_TIME = QStringLiteral("Time");
+
 /// What TIFF keeps besides, from file to file.
 struct STiffFeatures {
   bool bBig = false;         ///< BigTIFF
