@@ -1,25 +1,45 @@
+#include <algorithm>
+
 #include <QFileInfo>
 
+#include "frames/fitsfile.h"
 #include "frames/pngfile.h"
 #include "frames/serfile.h"
 #include "frames/tifffile.h"
 
 namespace ffc::frames {
 
-const std::vector<const IFileKind *> &ListFileKinds()
+namespace {
+
+const std::vector<const IFileKind *> &ListKnownKinds()
 {
   static const CPngFile png;
   static const CTiffFile tiff;
   static const CSerFile ser;
-  static const std::vector<const IFileKind *> listKinds =
-    IsTiffSupported() ? std::vector<const IFileKind *>{&png, &tiff, &ser} : std::vector<const IFileKind *>{&png, &ser};
+  static const CFitsFile fits;
+  static const std::vector<const IFileKind *> listKinds{&png, &tiff, &ser, &fits};
+  return listKinds;
+}
+
+std::vector<const IFileKind *> FilterSupported(std::vector<const IFileKind *> listKinds)
+{
+  const auto isMissing = [](const IFileKind *pKind) { return !pKind->IsSupported(); };
+  listKinds.erase(std::remove_if(listKinds.begin(), listKinds.end(), isMissing), listKinds.end());
+  return listKinds;
+}
+
+} // namespace
+
+const std::vector<const IFileKind *> &ListFileKinds()
+{
+  static const std::vector<const IFileKind *> listKinds = FilterSupported(ListKnownKinds());
   return listKinds;
 }
 
 const IFileKind *FindFileKind(const QString &strPath)
 {
   const QString strSuffix = QFileInfo(strPath).suffix().toLower();
-  for (const IFileKind *pKind : ListFileKinds()) {
+  for (const IFileKind *pKind : ListKnownKinds()) {
     if (pKind->GetSuffixes().contains(strSuffix)) {
       return pKind;
     }

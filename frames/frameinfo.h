@@ -38,6 +38,9 @@ inline const QString TEXT_DESCRIPTION = QStringLiteral("Description");
 /// Which correction was applied to the frame: a JSON object.
 inline const QString TEXT_CORRECTION = QStringLiteral("Flat-field correction");
 
+/// When the frame was taken: ISO 8601 with milliseconds, universal time, without a zone.
+inline const QString TEXT_TIME = QStringLiteral("Time");
+
 /// What TIFF keeps besides, from file to file.
 struct STiffFeatures {
   bool bBig = false;         ///< BigTIFF
@@ -46,6 +49,17 @@ struct STiffFeatures {
   uint16_t nResolutionUnit = 0;
   float fResolutionX = 0; ///< 0: not known
   float fResolutionY = 0;
+};
+
+/// What FITS keeps besides, from file to file.
+struct SFitsFeatures {
+  enum class ERowOrder {
+    TopDown,  ///< the first row of the file is the top one
+    BottomUp, ///< the first row of the file is the lowest one; frames in memory begin with the top one all the same
+    Unstated, ///< the same as top down
+  };
+  ERowOrder eRowOrder = ERowOrder::TopDown;
+  QByteArray byteCards; ///< lines of 80 characters of the header that mean nothing here, as they stand in the file
 };
 
 /// What one file holds: frames that lie alike, and what it says about them.
@@ -57,6 +71,7 @@ struct SFrameInfo {
   Texts mapTexts;                              ///< of the first frame
   QString strRemark; ///< what had to be guessed to read the file, as a sentence; empty: nothing
   STiffFeatures stTiff;
+  SFitsFeatures stFits;
   QByteArray byteSerDates; ///< dates of a SER file's header and the time of each frame, as they stand in the file
 };
 

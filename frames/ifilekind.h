@@ -50,6 +50,8 @@ public:
   virtual QString GetName() const = 0;
   /// Endings of file names, in lower case, without the dot.
   virtual QStringList GetSuffixes() const = 0;
+  /// Whether this program was built with what it takes to read and write such files; without it, both fail.
+  virtual bool IsSupported() const { return true; }
   /// Whether a file has a place for texts.
   virtual bool KeepsTexts() const = 0;
   /// Most frames that one file takes.
@@ -60,10 +62,10 @@ public:
   virtual Result<std::unique_ptr<IFrameWriter>> Create(const QString &strPath, const SFrameInfo &stInfo) const = 0;
 };
 
-/// All kinds that there are.
+/// All kinds that this program reads and writes.
 const std::vector<const IFileKind *> &ListFileKinds();
 
-/// The kind that the ending of the name says, in upper or lower case; null for another ending.
+/// The kind that the ending of the name says, in upper or lower case, supported or not; null for another ending.
 const IFileKind *FindFileKind(const QString &strPath);
 
 /// Writes one frame into a file of its own, of the kind that the ending says.

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include <QDateTime>
 #include <QFile>
 #include <QtEndian>
 
@@ -17,8 +18,11 @@ using genapi::EColorLayout;
 
 namespace {
 
-constexpr uint64_t DATE_SIZE = 8;
+constexpr int DATE_SIZE = 8;
 constexpr int HEADER_DATES = 16;
+/// Dates count tenths of a microsecond from the first day of the year 1.
+constexpr qint64 TICKS = 10000; ///< in a millisecond
+constexpr qint64 MILLISECONDS_TO_EPOCH = 62135596800000;
 
 // What speaks against a byte order: values beyond the depth, and differences of neighbours.
 struct SDoubt {
@@ -153,6 +157,39 @@ public:
 
   Result<> Open()
   {
+    return RunUntilFailure([this] { return m_file.Open(); }, [this] { return WriteHeader(); });
+  }
+
+  Result<> Write(const void *pFrame, const Texts &mapTexts) override
+  {
+    NoteTime(mapTexts.value(TEXT_TIME));
+    ++m_nWritten;
+    if (Q_BYTE_ORDER == Q_LITTLE_ENDIAN || m_stInfo.stLayout.nBytesPerSample == 1) {
+      return m_file.Write(pFrame, m_stInfo.stLayout.GetFrameSize());
+    }
+    const auto *pBytes = static_cast<const uint8_t *>(pFrame);
+    std::vector<uint8_t> listSwapped(pBytes, pBytes + m_stInfo.stLayout.GetFrameSize());
+    SwapSamples(listSwapped.data(), m_stInfo.stLayout);
+    return m_file.Write(listSwapped.data(), listSwapped.size());
+  }
+
+  Result<> Commit() override
+  {
+    const bool bChanged = m_nWritten != m_stInfo.nFrames || HasTimes();
+    if (HasTimes()) {
+      // The header has the local time and the universal one: where the camera stands is not known.
+      m_stInfo.byteSerDates = m_byteTimes.left(DATE_SIZE) + m_byteTimes.left(DATE_SIZE) + m_byteTimes;
+    }
+    m_stInfo.nFrames = m_nWritten;
+    const QByteArray byteTimes = m_stInfo.byteSerDates.mid(HEADER_DATES);
+    return RunUntilFailure([&] { return m_file.Write(byteTimes.constData(), static_cast<uint64_t>(byteTimes.size())); },
+                           [&] { return bChanged ? WriteHeader() : Result<>(); }, [this] { return m_file.Commit(); });
+  }
+
+private:
+  /// At the beginning of the file.
+  Result<> WriteHeader()
+  {
     const SLayout &stLayout = m_stInfo.stLayout;
     SSerHeader stHeader;
     stHeader.nColors = GetSerColors(m_stInfo.eColors.value_or(EColorLayout::Mono));
@@ -166,32 +203,33 @@ public:
     stHeader.mapTexts = m_stInfo.mapTexts;
     stHeader.byteDates = m_stInfo.byteSerDates.left(HEADER_DATES);
     const QByteArray byteHeader = MakeSerHeader(stHeader);
-    return RunUntilFailure(
-      [this] { return m_file.Open(); },
-      [&] { return m_file.Write(byteHeader.constData(), static_cast<uint64_t>(byteHeader.size())); });
+    return m_file.GetFile().seek(0) ? m_file.Write(byteHeader.constData(), static_cast<uint64_t>(byteHeader.size()))
+                                    : m_file.Describe();
   }
 
-  Result<> Write(const void *pFrame, const Texts &) override
+  /// Whether every frame came with its time, in a file that did not have them all before.
+  bool HasTimes() const
   {
-    if (Q_BYTE_ORDER == Q_LITTLE_ENDIAN || m_stInfo.stLayout.nBytesPerSample == 1) {
-      return m_file.Write(pFrame, m_stInfo.stLayout.GetFrameSize());
+    return m_stInfo.byteSerDates.isEmpty() && m_nWritten > 0 &&
+           static_cast<uint64_t>(m_byteTimes.size()) == m_nWritten * DATE_SIZE;
+  }
+
+  void NoteTime(const QString &strTime)
+  {
+    QDateTime time = QDateTime::fromString(strTime, Qt::ISODateWithMs);
+    if (!time.isValid()) {
+      return;
     }
-    const auto *pBytes = static_cast<const uint8_t *>(pFrame);
-    std::vector<uint8_t> listSwapped(pBytes, pBytes + m_stInfo.stLayout.GetFrameSize());
-    SwapSamples(listSwapped.data(), m_stInfo.stLayout);
-    return m_file.Write(listSwapped.data(), listSwapped.size());
+    time.setTimeSpec(Qt::UTC);
+    char acTime[DATE_SIZE];
+    qToLittleEndian<qint64>((time.toMSecsSinceEpoch() + MILLISECONDS_TO_EPOCH) * TICKS, acTime);
+    m_byteTimes.append(acTime, DATE_SIZE);
   }
 
-  Result<> Commit() override
-  {
-    const QByteArray byteTimes = m_stInfo.byteSerDates.mid(HEADER_DATES);
-    return RunUntilFailure([&] { return m_file.Write(byteTimes.constData(), static_cast<uint64_t>(byteTimes.size())); },
-                           [this] { return m_file.Commit(); });
-  }
-
-private:
   CPartialFile m_file;
   SFrameInfo m_stInfo;
+  uint64_t m_nWritten = 0;
+  QByteArray m_byteTimes; ///< of the frames that came with one
 };
 
 } // namespace

@@ -15,6 +15,7 @@ class CTiffFile final : public IFileKind {
 public:
   QString GetName() const override { return QStringLiteral("TIFF"); }
   QStringList GetSuffixes() const override { return {QStringLiteral("tif"), QStringLiteral("tiff")}; }
+  bool IsSupported() const override { return IsTiffSupported(); }
   bool KeepsTexts() const override { return true; }
   Result<std::unique_ptr<IFrameReader>> Open(const QString &strPath) const override;
   Result<std::unique_ptr<IFrameWriter>> Create(const QString &strPath, const SFrameInfo &stInfo) const override;

@@ -5,7 +5,7 @@ _ffc() {
     --align) COMPREPLY=($(compgen -W 'right left' -- "$word")); return ;;
     --method) COMPREPLY=($(compgen -W 'weighted average' -- "$word")); return ;;
     --high-pass) COMPREPLY=($(compgen -W 'release4 release4-inner release3' -- "$word")); return ;;
-    --to) COMPREPLY=($(compgen -W 'png tif ser raw' -- "$word")); return ;;
+    --to) COMPREPLY=($(compgen -W 'png tif fits ser raw' -- "$word")); return ;;
     --pixel-format)
       COMPREPLY=($(compgen -W "$(echo Mono{8,10,12,14,16} Bayer{RG,GB,GR,BG}{8,10,12,16})" -- "$word"))
       return

@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 . scripts/common.sh
 
 targets=(coefficientgenerator vignetting ombrix hostfile devicefile vignettingfile pluginrecords
-  aravisnodemap tifffile serfile rawfile sidefile defectlist)
+  aravisnodemap tifffile fitsfile serfile rawfile sidefile defectlist)
 out=$root/build/fuzz
 
 # run_target NAME SECONDS: one line about it, and the end of libFuzzer's report when it found something. Files are

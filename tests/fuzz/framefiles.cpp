@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include "frames/fitsfile.h"
 #include "frames/rawfile.h"
 #include "frames/serfile.h"
 #include "frames/sidefile.h"
@@ -55,6 +56,25 @@ void FuzzSerFile(const uint8_t *pData, std::size_t nSize)
 void FuzzTiffFile(const uint8_t *pData, std::size_t nSize)
 {
   ReadAll(CTiffFile(), pData, nSize);
+}
+
+void FuzzFitsFile(const uint8_t *pData, std::size_t nSize)
+{
+  // Lines that become those of a header, up to an empty one, and the data: a header of whole blocks is longer than a
+  // fuzzer's inputs.
+  QByteArray byteFile(reinterpret_cast<const char *>(pData), static_cast<int>(nSize));
+  const int nEnd = byteFile.indexOf("\n\n");
+  if (nEnd >= 0) {
+    QByteArray byteHeader;
+    const QList<QByteArray> listLines = byteFile.left(nEnd).split('\n') + QList<QByteArray>{"END"};
+    for (const QByteArray &byteLine : listLines) {
+      byteHeader += byteLine.leftJustified(80, ' ', true);
+    }
+    const int nBlocks = (byteHeader.size() + 2879) / 2880;
+    byteFile = byteHeader.leftJustified(2880 * nBlocks, ' ') + byteFile.mid(nEnd + 2);
+  }
+  ReadAll(CFitsFile(), reinterpret_cast<const uint8_t *>(byteFile.constData()),
+          static_cast<std::size_t>(byteFile.size()));
 }
 
 void FuzzRawFile(const uint8_t *pData, std::size_t nSize)

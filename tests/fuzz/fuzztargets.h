@@ -25,6 +25,8 @@ void FuzzPluginRecords(const uint8_t *pData, std::size_t nSize);
 void FuzzAravisNodeMap(const uint8_t *pData, std::size_t nSize);
 /// A TIFF file; without the library for them there is nothing to find.
 void FuzzTiffFile(const uint8_t *pData, std::size_t nSize);
+/// A FITS file, or lines of a header, an empty line and data; without the library for them there is nothing to find.
+void FuzzFitsFile(const uint8_t *pData, std::size_t nSize);
 /// A SER file.
 void FuzzSerFile(const uint8_t *pData, std::size_t nSize);
 /// A line with size and format as --raw takes them, and a file of raw frames.

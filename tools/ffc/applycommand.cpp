@@ -1,6 +1,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "frames/correctionmark.h"
 #include "frames/partialfile.h"
 #include "frames/wholefile.h"
 #include "tools/ffc/commands.h"
@@ -123,7 +124,8 @@ private:
     if (kind.KeepsTexts()) {
       return std::nullopt;
     }
-    const Result<> result = frames::SaveWholeFile(GetMarkPath(strOut), m_flat.DescribeCorrection().toUtf8() + '\n');
+    const Result<> result =
+      frames::SaveWholeFile(frames::GetMarkPath(strOut), m_flat.DescribeCorrection().toUtf8() + '\n');
     return result ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(result.GetError())});
   }
 
@@ -147,7 +149,7 @@ private:
     std::optional<STrouble> stTrouble = WriteMark(strOut, *stTransfer.pKind);
     stTrouble = stTrouble ? stTrouble : Transfer(reader, stTransfer, m_pManifest == nullptr ? nullptr : &stHashes);
     if (stTrouble && !stTransfer.pKind->KeepsTexts() && !QFileInfo::exists(strOut)) {
-      QFile::remove(GetMarkPath(strOut));
+      QFile::remove(frames::GetMarkPath(strOut));
     }
     if (stTrouble || m_pManifest == nullptr) {
       return stTrouble;

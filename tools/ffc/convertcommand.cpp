@@ -101,8 +101,8 @@ EExitCode RunConvert(const SOptions &stOptions, CReport &report)
 {
   const QString strFolder = QString::fromStdString(stOptions.strOut);
   const frames::IFileKind *pKind = FindTarget(stOptions.strTo);
-  if (pKind == nullptr) {
-    report.Warn(QStringLiteral("This program was built without TIFF."));
+  if (!pKind->IsSupported()) {
+    report.Warn(QStringLiteral("This program was built without %1.").arg(pKind->GetName()));
     return EXIT_USAGE;
   }
   const Result<QStringList> listFiles = ListInputs(stOptions);

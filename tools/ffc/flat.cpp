@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "frames/correctionmark.h"
 #include "genapi/sensorformat.h"
 #include "ombrix/ombrix.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
@@ -182,12 +183,11 @@ std::optional<EColorLayout> CFlat::GetColors() const
 
 QString CFlat::DescribeCorrection() const
 {
-  QJsonObject object{
-    {"flat", m_strName}, {"sha256", m_strSha256}, {"tool", QStringLiteral("ffc %1").arg(QStringLiteral(FFC_VERSION))}};
+  QJsonObject object = frames::MakeCorrectionMark(m_strName, m_strSha256, QStringLiteral("ffc " FFC_VERSION));
   if (m_defects.GetCount() > 0) {
     object[QStringLiteral("defectsReplaced")] = static_cast<double>(m_defects.GetCount());
   }
-  return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+  return frames::ToLine(object);
 }
 
 QString HashTable(const uint8_t *pTable, uint64_t nSize)
@@ -200,15 +200,10 @@ QString HashTable(const uint8_t *pTable, uint64_t nSize)
   return QString::fromLatin1(hash.result().toHex());
 }
 
-QString GetMarkPath(const QString &strFile)
-{
-  return strFile + QStringLiteral(".json");
-}
-
 QString FindCorrection(const QString &strFile, const frames::SFrameInfo &stInfo)
 {
   QByteArray byteMark = stInfo.mapTexts.value(frames::TEXT_CORRECTION).toUtf8();
-  QFile file(GetMarkPath(strFile));
+  QFile file(frames::GetMarkPath(strFile));
   if (byteMark.isEmpty() && file.exists() && file.size() <= LARGEST_MARK && file.open(QIODevice::ReadOnly)) {
     byteMark = file.readAll();
   }

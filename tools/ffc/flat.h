@@ -62,7 +62,5 @@ QString HashTable(const uint8_t *pTable, uint64_t nSize);
 /// \return the SHA-256 of the flat's file; empty when not
 QString FindCorrection(const QString &strFile, const frames::SFrameInfo &stInfo);
 
-/// Where the mark is kept of a file that has no place for texts.
-QString GetMarkPath(const QString &strFile);
 
 } // namespace ffc::tool

@@ -5,7 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <QThread>
 
-#include "frames/tifffile.h"
+#include "frames/ifilekind.h"
 #include "tools/ffc/report.h"
 
 namespace ffc::tool {
@@ -17,16 +17,17 @@ namespace {
 constexpr uint32_t MAX_THREADS = 256;
 constexpr uint32_t MAX_SHARDS = 1000000;
 
-const char *const DESCRIPTION = "Flat-field correction of recorded frames, exactly as the plug-in does it\n"
-                                "(coefficients with make --method average).\n\n"
-                                "  ffc make --dark darks/ --bright brights/ -o FLAT.ffc\n"
-                                "  ffc apply FLAT.ffc frames/ -o corrected/\n"
-                                "  ffc check FLAT.ffc flats/ --dark darks/ --limit shading=1.0,prnu=0.5\n"
-                                "  ffc inspect FLAT.ffc frames/\n"
-                                "  ffc defects --dark darks/ --bright brights/ -o DEFECTS.csv\n"
-                                "  ffc library FLATS/ FLAT.ffc\n"
-                                "  ffc convert frames/ --to tif -o converted/\n\n"
-                                "Frames are PNG, TIFF (also with many frames) or SER files, or raw ones with --raw.";
+const char *const DESCRIPTION =
+  "Flat-field correction of recorded frames, exactly as the plug-in does it\n"
+  "(coefficients with make --method average).\n\n"
+  "  ffc make --dark darks/ --bright brights/ -o FLAT.ffc\n"
+  "  ffc apply FLAT.ffc frames/ -o corrected/\n"
+  "  ffc check FLAT.ffc flats/ --dark darks/ --limit shading=1.0,prnu=0.5\n"
+  "  ffc inspect FLAT.ffc frames/\n"
+  "  ffc defects --dark darks/ --bright brights/ -o DEFECTS.csv\n"
+  "  ffc library FLATS/ FLAT.ffc\n"
+  "  ffc convert frames/ --to tif -o converted/\n\n"
+  "Frames are PNG, TIFF, FITS (both also with many frames) or SER files, or raw ones with --raw.";
 
 const char *const EXIT_CODES = "\nExit codes: 0 all done; 1 some files failed, the others are done; 2 usage;\n"
                                "3 frames or coefficients do not fit; 4 not flat enough.";
@@ -221,13 +222,23 @@ void AddConvert(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
   CLI::App &command = *app.add_subcommand("convert", "frames into another kind of file, value for value");
   AddBatchOptions(command, stOptions, stWords);
-  command.add_option("--to", stOptions.strTo, "png, tif, ser or raw")
+  command.add_option("--to", stOptions.strTo, "png, tif, fits, ser or raw")
     ->required()
-    ->check(CLI::IsMember({"png", "tif", "tiff", "ser", "raw"}));
+    ->check(CLI::IsMember({"png", "tif", "tiff", "fits", "fit", "fts", "ser", "raw"}));
   command.add_option("-o,--out", stOptions.strOut, "folder for the files")->required();
   AddFrameOptions(command, stOptions, stWords);
   AddWritingOptions(command, stOptions);
   AddReportOptions(command, stOptions);
+}
+
+/// With the kinds of files that this program was built with.
+std::string GetVersion()
+{
+  QStringList listKinds;
+  for (const frames::IFileKind *pKind : frames::ListFileKinds()) {
+    listKinds << pKind->GetName();
+  }
+  return "ffc " FFC_VERSION " (" + listKinds.join(QStringLiteral(", ")).toStdString() + ")";
 }
 
 ECommand GetCommand(const CLI::App &app)
@@ -276,8 +287,7 @@ SCommandLine ParseCommandLine(const std::vector<std::string> &listArguments)
   app.allow_windows_style_options(false);
   app.footer(EXIT_CODES);
   app.require_subcommand(1);
-  app.set_version_flag("--version",
-                       std::string("ffc " FFC_VERSION) + (frames::IsTiffSupported() ? "" : " (without TIFF)"));
+  app.set_version_flag("--version", GetVersion());
   AddMake(app, stOptions, stWords);
   AddApply(app, stOptions, stWords);
   AddCheck(app, stOptions, stWords);

@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "frames/tifffile.h"
 #include "tests/tools/ffc/toolrun.h"
 
 using namespace ffc::test;
@@ -165,11 +164,7 @@ TEST_F(RealFrames, FiguresOfEveryKindOfFileAreThoseOfTheHost)
     EXPECT_NEAR(tool["meanGray"].toDouble(), host["mean_gray"].toDouble(), 1.0) << pWhen;
   }
   EXPECT_GT(png["correlation"].toDouble(), 0.3);
-  QStringList listKinds{"ser"};
-  if (ffc::frames::IsTiffSupported()) {
-    listKinds << "tif";
-  }
-  for (const QString &strKind : listKinds) {
+  for (const QString &strKind : ListOtherKinds()) {
     for (const QStringList &listNames : {listBright, listDark}) {
       ASSERT_EQ(RunTool(QStringList{"convert", "--to", strKind, "-o", Path(strKind)} + listNames).nExitCode, 0);
     }
@@ -179,11 +174,7 @@ TEST_F(RealFrames, FiguresOfEveryKindOfFileAreThoseOfTheHost)
 
 TEST_F(RealFrames, CorrectedFramesOfEveryKindOfFileAreThoseOfTheHost)
 {
-  QStringList listKinds{"png", "ser"};
-  if (ffc::frames::IsTiffSupported()) {
-    listKinds << "tif";
-  }
-  for (const QString &strKind : listKinds) {
+  for (const QString &strKind : ListOtherKinds() + QStringList{"png"}) {
     ASSERT_EQ(RunTool({"convert", Path("host/raw_*"), "--to", strKind, "-o", Path(strKind)}).nExitCode, 0);
     const SToolResult stResult = RunTool({"apply", Path("host/coefficients.ffc"), Path(strKind), "--pixel-format",
                                           "Mono12", "-o", Path(strKind + "-out")});

@@ -7,16 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "frames/ifilekind.h"
-#include "frames/tifffile.h"
 #include "tests/tools/ffc/toolrun.h"
 
 using namespace ffc::test;
 
 TEST(Convert, ValuesTextsAndFramesComeThroughAndBack)
 {
-  if (!ffc::frames::IsTiffSupported()) {
-    GTEST_SKIP() << "built without TIFF";
-  }
   const CRecording recording;
   ffc::frames::SFrameInfo stInfo;
   stInfo.stLayout = recording.GetLayout();
@@ -28,12 +24,34 @@ TEST(Convert, ValuesTextsAndFramesComeThroughAndBack)
     ASSERT_TRUE(writer.GetValue()->Write(listFrame.data(), stInfo.mapTexts).IsOk());
     ASSERT_TRUE(writer.GetValue()->Commit().IsOk());
   }
-  ASSERT_EQ(RunTool({"convert", recording.Path("frame.png"), "--to", "tif", "-o", recording.Path("tif")}).nExitCode, 0);
-  ASSERT_EQ(
-    RunTool({"convert", recording.Path("tif/frame.tif"), "--to", "png", "-o", recording.Path("back")}).nExitCode, 0);
-  ffc::frames::SFrameInfo stBack;
-  EXPECT_TRUE(ReadFrame(recording.Path("back/frame.png"), &stBack) == listFrame);
-  EXPECT_EQ(stBack.mapTexts.value(ffc::frames::TEXT_DESCRIPTION), "a flat");
+  int nKinds = 0;
+  for (const QString &strKind : ListOtherKinds()) {
+    const QString strThere = recording.Path(strKind + "/frame." + strKind);
+    const SToolResult stThere =
+      RunTool({"convert", recording.Path("frame.png"), "--to", strKind, "-o", recording.Path(strKind)});
+    ASSERT_EQ(stThere.nExitCode, 0) << stThere.byteErrors.constData();
+    ASSERT_EQ(RunTool({"convert", strThere, "--to", "png", "-o", recording.Path("from-" + strKind)}).nExitCode, 0);
+    ffc::frames::SFrameInfo stBack;
+    EXPECT_TRUE(ReadFrame(recording.Path("from-" + strKind + "/frame.png"), &stBack) == listFrame)
+      << strKind.toStdString();
+    const bool bKept = ffc::frames::FindFileKind(strThere)->KeepsTexts();
+    EXPECT_EQ(stBack.mapTexts.value(ffc::frames::TEXT_DESCRIPTION), bKept ? "a flat" : "") << strKind.toStdString();
+    ++nKinds;
+  }
+  EXPECT_GE(nKinds, 1);
+}
+
+TEST(Convert, AKindThatIsNotBuiltInIsAUsageError)
+{
+  const CRecording recording;
+  recording.Write(0, 1);
+  for (const QString &strKind : {QStringLiteral("tif"), QStringLiteral("fits")}) {
+    const SToolResult stResult =
+      RunTool({"convert", recording.Path("bright"), "--to", strKind, "-o", recording.Path(strKind)});
+    const bool bSupported = ListOtherKinds().contains(strKind);
+    EXPECT_EQ(stResult.nExitCode, bSupported ? 0 : 2) << strKind.toStdString();
+    EXPECT_EQ(stResult.byteErrors.contains("built without"), !bSupported) << stResult.byteErrors.constData();
+  }
 }
 
 TEST(Convert, ManyFramesDoNotBecomeOnePicture)

@@ -109,6 +109,16 @@ std::vector<uint8_t> CRecording::Make(double dLight, uint32_t nFrame) const
   return listFrame;
 }
 
+QStringList ListOtherKinds()
+{
+  QStringList listSuffixes;
+  for (const frames::IFileKind *pKind : frames::ListFileKinds()) {
+    listSuffixes << pKind->GetSuffixes().front();
+  }
+  listSuffixes.removeAll(QStringLiteral("png"));
+  return listSuffixes;
+}
+
 QByteArray ReadBytes(const QString &strPath)
 {
   QFile file(strPath);

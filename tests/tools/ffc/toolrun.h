@@ -54,6 +54,9 @@ private:
   uint32_t m_nBitDepth;
 };
 
+/// Endings of the kinds of files that are no PNG, one of each that the tool was built with.
+QStringList ListOtherKinds();
+
 QByteArray ReadBytes(const QString &strPath);
 void WriteBytes(const QString &strPath, const QByteArray &byteContent);
 /// The samples of the first frame of a file.

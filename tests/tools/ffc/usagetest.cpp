@@ -15,7 +15,9 @@ TEST(Usage, HelpHasExamplesForEveryCommand)
     EXPECT_TRUE(stResult.byteOutput.contains(pExample)) << pExample;
   }
   EXPECT_EQ(RunTool({"apply", "--help"}).nExitCode, 0);
-  EXPECT_TRUE(RunTool({"--version"}).byteOutput.startsWith("ffc 1."));
+  const QByteArray byteVersion = RunTool({"--version"}).byteOutput;
+  EXPECT_TRUE(byteVersion.startsWith("ffc 1."));
+  EXPECT_TRUE(byteVersion.contains("(PNG, ")) << "which kinds of files it was built with";
 }
 
 TEST(Usage, ManPageAndCompletionHaveEveryOptionOfTheHelp)

@@ -1,0 +1,11 @@
+# The library for FITS files: cfitsio when FFC_WITH_FITS is on.
+find_path(CFITSIO_INCLUDE_DIR fitsio.h PATH_SUFFIXES cfitsio)
+find_library(CFITSIO_LIBRARY cfitsio)
+set(fits_found OFF)
+if(CFITSIO_INCLUDE_DIR AND CFITSIO_LIBRARY AND NOT WIN32)
+  set(fits_found ON)
+endif()
+option(FFC_WITH_FITS "Reading and writing FITS files" ${fits_found})
+if(FFC_WITH_FITS AND NOT (CFITSIO_INCLUDE_DIR AND CFITSIO_LIBRARY))
+  message(FATAL_ERROR "FFC_WITH_FITS is on, but cfitsio is not found.")
+endif()

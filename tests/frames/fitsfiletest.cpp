@@ -1,0 +1,303 @@
+#include "frames/fitsfile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <fitsio.h>
+#include <gtest/gtest.h>
+
+#include "tests/frames/framefiles.h"
+
+using namespace ffc::frames;
+using namespace ffc::test;
+using ffc::genapi::EColorLayout;
+
+namespace {
+
+QByteArray ReadBytes(const QString &strPath)
+{
+  QFile file(strPath);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  return file.readAll();
+}
+
+void WriteBytes(const QString &strPath, const QByteArray &byteContent)
+{
+  QFile file(strPath);
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteContent) == byteContent.size());
+}
+
+class CFitsTest : public ::testing::Test {
+protected:
+  CFitsTest() : m_strPath(m_dir.filePath("frame.fits")) {}
+
+  /// A file of the library's own making, of 4 x 2 with the values 0, 1, 2 ... through all frames.
+  /// \param fnChange adds keywords
+  void WriteForeign(int nType, std::vector<long> listAxes, const std::function<void(fitsfile *, int *)> &fnChange = {})
+  {
+    int nStatus = 0;
+    fitsfile *pFile = nullptr;
+    QFile::remove(m_strPath);
+    fits_create_diskfile(&pFile, QFile::encodeName(m_strPath).constData(), &nStatus);
+    fits_create_img(pFile, nType, static_cast<int>(listAxes.size()), listAxes.data(), &nStatus);
+    if (fnChange) {
+      fnChange(pFile, &nStatus);
+    }
+    long nSamples = listAxes.empty() ? 0 : 1;
+    for (const long nAxis : listAxes) {
+      nSamples *= nAxis;
+    }
+    std::vector<short> listSamples(static_cast<std::size_t>(nSamples));
+    for (std::size_t n = 0; n < listSamples.size(); ++n) {
+      listSamples[n] = static_cast<short>(n);
+    }
+    if (nSamples > 0) {
+      fits_write_img(pFile, TSHORT, 1, nSamples, listSamples.data(), &nStatus);
+    }
+    fits_close_file(pFile, &nStatus);
+    ASSERT_EQ(nStatus, 0);
+  }
+
+  /// Adds one keyword to a file of 16-bit samples, and reads it.
+  template <class TValue>
+  std::string GetErrorWith(const char *pKey, TValue value, std::vector<long> listAxes = {4, 2})
+  {
+    WriteForeign(USHORT_IMG, std::move(listAxes), [&](fitsfile *pFile, int *pStatus) {
+      if constexpr (std::is_same_v<TValue, const char *>) {
+        fits_update_key_str(pFile, pKey, value, nullptr, pStatus);
+      } else {
+        fits_update_key_dbl(pFile, pKey, value, 10, nullptr, pStatus);
+        fits_set_bscale(pFile, 1, 0, pStatus);
+      }
+    });
+    return GetError();
+  }
+
+  std::string GetError()
+  {
+    std::string strError;
+    (void)ReadFile(m_kind, m_strPath, &strError, &m_stRead);
+    return strError;
+  }
+
+  /// Samples of the frame, or of all frames, of a file.
+  std::vector<int> ReadSamples()
+  {
+    std::string strError;
+    std::vector<int> listSamples;
+    for (const std::vector<uint8_t> &listFrame : ReadFile(m_kind, m_strPath, &strError, &m_stRead)) {
+      for (std::size_t n = 0; n < listFrame.size(); n += m_stRead.stLayout.nBytesPerSample) {
+        uint16_t nSample = listFrame[n];
+        if (m_stRead.stLayout.nBytesPerSample == 2) {
+          std::memcpy(&nSample, listFrame.data() + n, 2);
+        }
+        listSamples.push_back(nSample);
+      }
+    }
+    EXPECT_EQ(strError, "");
+    return listSamples;
+  }
+
+  QTemporaryDir m_dir;
+  CFitsFile m_kind;
+  QString m_strPath;
+  SFrameInfo m_stRead;
+};
+
+} // namespace
+
+TEST_F(CFitsTest, FilesOfOthersAreReadAsImagesAndCubes)
+{
+  for (const int nType : {BYTE_IMG, SHORT_IMG, USHORT_IMG}) {
+    WriteForeign(nType, {4, 2});
+    EXPECT_EQ(ReadSamples(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7})) << nType;
+    EXPECT_EQ(m_stRead.stLayout, (SLayout{4, 2, nType == BYTE_IMG ? 1U : 2U}));
+    EXPECT_FALSE(m_stRead.strRemark.isEmpty()) << "which row is the top one is a guess";
+    WriteForeign(nType, {2, 2, 2});
+    EXPECT_EQ(ReadSamples(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7})) << nType;
+    EXPECT_EQ(m_stRead.nFrames, 2U);
+  }
+}
+
+TEST_F(CFitsTest, OthersReadWhatIsWritten)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {5, 3, 2};
+  stInfo.nBitDepth = 12;
+  stInfo.eColors = EColorLayout::BayerGB;
+  stInfo.mapTexts[TEXT_DESCRIPTION] = QString(500, 'x');
+  const Frames listFrames = MakeFrames(stInfo.stLayout, 4);
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, listFrames).GetError(), "");
+  EXPECT_EQ(QFile(m_strPath).size() % 2880, 0);
+  int nStatus = 0;
+  fitsfile *pFile = nullptr;
+  fits_open_diskfile(&pFile, QFile::encodeName(m_strPath).constData(), READONLY, &nStatus);
+  std::vector<uint16_t> listRead(5 * 3 * 4);
+  fits_read_img(pFile, TUSHORT, 1, 5 * 3 * 4, nullptr, listRead.data(), nullptr, &nStatus);
+  char acPattern[FLEN_VALUE] = {};
+  char acOrder[FLEN_VALUE] = {};
+  fits_read_key_str(pFile, "BAYERPAT", acPattern, nullptr, &nStatus);
+  fits_read_key_str(pFile, "ROWORDER", acOrder, nullptr, &nStatus);
+  fits_close_file(pFile, &nStatus);
+  ASSERT_EQ(nStatus, 0);
+  EXPECT_STREQ(acPattern, "GBRG");
+  EXPECT_STREQ(acOrder, "TOP-DOWN");
+  for (std::size_t nFrame = 0; nFrame < listFrames.size(); ++nFrame) {
+    EXPECT_EQ(std::memcmp(listRead.data() + 15 * nFrame, listFrames[nFrame].data(), 30), 0) << nFrame;
+  }
+  EXPECT_EQ(GetError(), "");
+  EXPECT_EQ(m_stRead.nBitDepth, 12U);
+  EXPECT_EQ(m_stRead.eColors, EColorLayout::BayerGB);
+  EXPECT_EQ(m_stRead.strRemark, "");
+}
+
+TEST_F(CFitsTest, FramesBeginWithTheirTopRowWhateverTheOrderInTheFile)
+{
+  WriteForeign(USHORT_IMG, {2, 4}, [](fitsfile *pFile, int *pStatus) {
+    fits_write_key_str(pFile, "ROWORDER", "BOTTOM-UP", nullptr, pStatus);
+    fits_write_key_str(pFile, "BAYERPAT", "RGGB", nullptr, pStatus);
+  });
+  EXPECT_EQ(ReadSamples(), (std::vector<int>{6, 7, 4, 5, 2, 3, 0, 1}));
+  EXPECT_EQ(m_stRead.eColors, EColorLayout::BayerGB);
+  const QByteArray byteForeign = ReadBytes(m_strPath);
+  std::string strError;
+  const Frames listFrames = ReadFile(m_kind, m_strPath, &strError);
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stRead, listFrames).GetError(), "");
+  const QByteArray byteOwn = ReadBytes(m_strPath);
+  EXPECT_EQ(byteOwn.mid(2880), byteForeign.mid(2880)) << "in the file the rows stay where they were";
+  EXPECT_TRUE(byteOwn.contains("'BOTTOM-UP'"));
+  EXPECT_TRUE(byteOwn.contains("'RGGB"));
+  WriteForeign(USHORT_IMG, {2, 3}, [](fitsfile *pFile, int *pStatus) {
+    fits_write_key_str(pFile, "ROWORDER", "BOTTOM-UP", nullptr, pStatus);
+    fits_write_key_str(pFile, "COLORTYP", "RGGB", nullptr, pStatus);
+  });
+  EXPECT_EQ(ReadSamples(), (std::vector<int>{4, 5, 2, 3, 0, 1}));
+  EXPECT_EQ(m_stRead.eColors, EColorLayout::BayerRG)
+    << "the lowest of an odd number of rows has the colours of the top";
+}
+
+TEST_F(CFitsTest, OffsetsMoveTheBayerPattern)
+{
+  const auto readColors = [this](long nX, long nY) {
+    WriteForeign(USHORT_IMG, {4, 2}, [&](fitsfile *pFile, int *pStatus) {
+      fits_write_key_str(pFile, "BAYERPAT", "RGGB", nullptr, pStatus);
+      fits_write_key_lng(pFile, "XBAYROFF", nX, nullptr, pStatus);
+      fits_write_key_lng(pFile, "YBAYROFF", nY, nullptr, pStatus);
+    });
+    EXPECT_EQ(GetError(), "");
+    return m_stRead.eColors;
+  };
+  EXPECT_EQ(readColors(0, 0), EColorLayout::BayerRG);
+  EXPECT_EQ(readColors(1, 0), EColorLayout::BayerGR);
+  EXPECT_EQ(readColors(0, 1), EColorLayout::BayerGB);
+  EXPECT_EQ(readColors(-1, 3), EColorLayout::BayerBG);
+  EXPECT_EQ(readColors(2, 2), EColorLayout::BayerRG);
+}
+
+TEST_F(CFitsTest, WhatElseTheHeaderSaysIsKept)
+{
+  const QByteArray byteLong(200, 'y');
+  WriteForeign(USHORT_IMG, {4, 2}, [&](fitsfile *pFile, int *pStatus) {
+    fits_write_key_dbl(pFile, "EXPTIME", 0.25, 6, "seconds", pStatus);
+    fits_write_key_longstr(pFile, "FILTER", byteLong.constData(), nullptr, pStatus);
+    fits_write_key_longstr(pFile, "OBSERVER", byteLong.constData(), nullptr, pStatus);
+    fits_write_comment(pFile, "50% humidity", pStatus);
+    fits_write_key_str(pFile, "CHECKSUM", "0000000000000000", nullptr, pStatus);
+  });
+  SFrameInfo stFirst;
+  std::string strError;
+  const Frames listFrames = ReadFile(m_kind, m_strPath, &strError, &stFirst);
+  EXPECT_EQ(stFirst.mapTexts, (Texts{{"Observer", byteLong}}));
+  const QString strCopy = m_dir.filePath("copy.fits");
+  ASSERT_EQ(WriteFile(m_kind, strCopy, stFirst, listFrames).GetError(), "");
+  const QByteArray byteCopy = ReadBytes(strCopy);
+  for (const char *pKept : {"EXPTIME =", "FILTER  =", "OBSERVER=", "COMMENT 50% humidity", "BITPIX  =", "BZERO   ="}) {
+    EXPECT_EQ(byteCopy.count(pKept), 1) << pKept;
+  }
+  EXPECT_FALSE(byteCopy.contains("CHECKSUM")) << "it would no longer be true";
+  EXPECT_FALSE(byteCopy.contains("ROWORDER")) << "nobody stated it";
+  SFrameInfo stCopy;
+  EXPECT_EQ(ReadFile(m_kind, strCopy, &strError, &stCopy), listFrames);
+  EXPECT_EQ(stCopy.stFits.byteCards, stFirst.stFits.byteCards);
+  EXPECT_EQ(stCopy.mapTexts, stFirst.mapTexts);
+}
+
+TEST_F(CFitsTest, AnyTextComesBack)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 2, 1};
+  QString strEverything;
+  for (ushort n = 1; n < 0x300; ++n) {
+    strEverything += QChar(n);
+  }
+  stInfo.mapTexts = {{TEXT_CORRECTION, strEverything},
+                     {TEXT_DESCRIPTION, "a quote ', two '', an & and a blank "},
+                     {"Software", "100%25 = a & b&"},
+                     {"Camera model", QString(3000, '\'')}};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+  EXPECT_EQ(GetError(), "");
+  EXPECT_EQ(m_stRead.mapTexts, stInfo.mapTexts);
+  const QByteArray byteHeader = ReadBytes(m_strPath).left(2880);
+  EXPECT_TRUE(std::all_of(byteHeader.begin(), byteHeader.end(), [](char c) { return c >= ' ' && c <= '~'; }));
+  for (int n = 0; n < 2; ++n) {
+    ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stRead, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+    EXPECT_EQ(ReadBytes(m_strPath).count("HISTORY Flat-field corrected"), 1) << "however often it is written";
+  }
+}
+
+TEST_F(CFitsTest, WhatIsNoGreyFrameIsRefusedByName)
+{
+  for (const int nType : {FLOAT_IMG, DOUBLE_IMG, LONG_IMG}) {
+    WriteForeign(nType, {4, 2});
+    const std::string strBits = std::to_string(std::abs(nType)) + " bits" + (nType < 0 ? " in floating point" : "");
+    EXPECT_EQ(GetError(), "has samples of " + strBits + "; whole numbers of 8 or 16 are read.");
+  }
+  WriteForeign(SBYTE_IMG, {4, 2});
+  EXPECT_EQ(GetError(),
+            "has samples that are scaled with BSCALE 1 and BZERO -128; 1 and 0 are read, for 16 bits also 32768.");
+  EXPECT_EQ(GetErrorWith("BSCALE", 0.5),
+            "has samples that are scaled with BSCALE 0.5 and BZERO 32768; 1 and 0 are read, for 16 bits also 32768.");
+  EXPECT_EQ(GetErrorWith("BZERO", 0.0, {300, 200}), "has negative values in frame 1; only values from 0 are those of a "
+                                                    "camera.");
+  WriteForeign(USHORT_IMG, {4, 2, 2, 2});
+  EXPECT_EQ(GetError(), "has 4 axes; images have 2, cubes of frames 3.");
+  WriteForeign(USHORT_IMG, {4});
+  EXPECT_EQ(GetError(), "has 1 axes; images have 2, cubes of frames 3.");
+  EXPECT_EQ(GetErrorWith("CTYPE3", "RGB", {4, 2, 3}), "is a colour picture; only grey pictures are read.");
+  EXPECT_EQ(GetErrorWith("CTYPE3", "FRAME", {4, 2, 3}), "");
+  EXPECT_EQ(GetErrorWith("BAYERPAT", "RGGB", {4, 2, 3}), "");
+  EXPECT_EQ(GetErrorWith("OBJECT", "x", {4, 2, 3}).find("has three planes and does not say"), 0U);
+}
+
+TEST_F(CFitsTest, CompressedImagesAndFurtherPartsAreRefusedByName)
+{
+  WriteForeign(USHORT_IMG, {});
+  EXPECT_EQ(GetError(), "has no image in its first part; only that one is read.");
+  int nStatus = 0;
+  fitsfile *pFile = nullptr;
+  QFile::remove(m_strPath);
+  fits_create_diskfile(&pFile, QFile::encodeName(m_strPath).constData(), &nStatus);
+  fits_set_compression_type(pFile, GZIP_1, &nStatus);
+  long anAxes[] = {32, 32};
+  fits_create_img(pFile, SHORT_IMG, 2, anAxes, &nStatus);
+  std::vector<short> listSamples(32 * 32, 7);
+  fits_write_img(pFile, TSHORT, 1, 32 * 32, listSamples.data(), &nStatus);
+  fits_close_file(pFile, &nStatus);
+  ASSERT_EQ(nStatus, 0);
+  EXPECT_EQ(GetError(), "holds a compressed image; unpack it first (funpack).");
+  WriteForeign(USHORT_IMG, {4, 2});
+  const QByteArray byteImage = ReadBytes(m_strPath);
+  WriteBytes(m_strPath, byteImage + QByteArray("XTENSION= 'IMAGE   '").leftJustified(2880, ' '));
+  EXPECT_EQ(GetError(), "has further parts behind its image (extensions), which would be lost: save the image alone.");
+  WriteBytes(m_strPath, QByteArray("\x1f\x8b\x08") + byteImage);
+  EXPECT_EQ(GetError(), "is compressed; unpack it first (gunzip).");
+  WriteBytes(m_strPath, "something else");
+  EXPECT_EQ(GetError(), "is no FITS file: it does not begin with SIMPLE.");
+  WriteBytes(m_strPath, byteImage.left(2880 + 15));
+  EXPECT_EQ(GetError(), "is too short for a frame of 4 x 2 pixels: it ends early.");
+}
