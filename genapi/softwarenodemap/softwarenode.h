@@ -65,9 +65,9 @@ public:
   }
 
   /// Verifies every write, also one that asks not to: for values that would do harm.
-  TNode &Strict()
+  TNode &Strict(bool bStrict = true)
   {
-    m_bStrict = true;
+    m_bStrict = bStrict;
     return static_cast<TNode &>(*this);
   }
 

@@ -33,11 +33,8 @@ void CCorrectingCamera::ChangeDefault(const std::function<void()> &fnChange)
 
 void CCorrectingCamera::AddTrigger()
 {
-  auto &source = Device().AddEnumeration("TriggerSource").Entry("Line0", 0).Entry("Software", 1);
-  Device().AddCommand("TriggerSoftware").OnExecute([this, &source] {
-    const bool bOn = Enumeration("TriggerMode").PeekSymbolic() == "On" && source.PeekSymbolic() == "Software";
-    m_bTriggered = bOn && Integer("TLParamsLocked").Peek() != 0;
-  });
+  Enumeration("TriggerSource").Select("Line0");
+  m_features.SetStreamHandlers([this] { m_bTriggered = Integer("TLParamsLocked").Peek() != 0; }, nullptr);
 }
 
 std::vector<double> CCorrectingCamera::TakeBalance() const

@@ -1,12 +1,11 @@
 #include "tests/support/testcamera.h"
 
 #include <cstring>
+#include <limits>
 
-#include "genapi/pfnc.h"
+#include "genapi/sensorformat.h"
 
 namespace ffc::test {
-
-using genapi::CSoftwareInteger;
 
 namespace {
 
@@ -14,22 +13,18 @@ constexpr int64_t BALANCE_OFF = 0;
 constexpr int64_t BALANCE_ONCE = 1;
 constexpr int64_t BALANCE_CONTINUOUS = 2;
 
-// "BayerRG" of "BayerRG12".
-std::string GetLayout(const std::string &strPixelFormat)
+camera::SCameraDescription Describe(const std::string &strPixelFormat, int64_t nWidth, int64_t nHeight)
 {
-  return strPixelFormat.substr(0, strPixelFormat.find_first_of("0123456789"));
-}
-
-// The formats of a layout that are not packed, in the order in which a camera lists them; no Bayer format of 14 bits,
-// which a correction in the host takes for 8.
-void AddFormatEntries(genapi::CSoftwareEnumeration &node, const std::string &strLayout)
-{
-  for (const char *pDepth : {"8", "10", "12", "14", "16"}) {
-    const auto *pFormat = genapi::FindPixelFormat(strLayout + pDepth);
-    if (!pFormat->IsBayer() || pFormat->nBitDepth != 14) {
-      node.Entry(pFormat->pName, pFormat->nCode);
-    }
-  }
+  camera::SCameraDescription stDescription;
+  stDescription.strVendor = "Test";
+  stDescription.strModel = "camera";
+  stDescription.strSerial = "0001";
+  stDescription.listFormats = genapi::GetSensorFormats(genapi::FindSensorFormat(strPixelFormat)->eLayout);
+  stDescription.strPixelFormat = strPixelFormat;
+  stDescription.nSensorWidth = static_cast<uint32_t>(nWidth);
+  stDescription.nSensorHeight = static_cast<uint32_t>(nHeight);
+  stDescription.bRegionOfInterest = true;
+  return stDescription;
 }
 
 int64_t CountBits(int64_t nPixelFormat)
@@ -40,33 +35,19 @@ int64_t CountBits(int64_t nPixelFormat)
 } // namespace
 
 CTestCamera::CTestCamera(const std::string &strPixelFormat, int64_t nWidth, int64_t nHeight)
+  : m_features(Describe(strPixelFormat, nWidth, nHeight)), m_width(Integer("Width")), m_height(Integer("Height")),
+    m_pixelFormat(Enumeration("PixelFormat"))
 {
-  const std::string strLayout = GetLayout(strPixelFormat);
-  m_deviceMap.AddInteger("TLParamsLocked").Range(0, 1).Access(GenApi::RO);
-  AddGeometry(nWidth, nHeight);
-  AddPixelFormat(strPixelFormat);
-  AddAcquisition();
-  if (strLayout != "Mono") {
-    m_deviceMap.AddEnumeration("PixelColorFilter")
-      .Entry("BayerRG", 1)
-      .Entry("BayerGB", 2)
-      .Entry("BayerGR", 3)
-      .Entry("BayerBG", 4)
-      .Select(strLayout)
-      .Access(GenApi::RO);
+  Loosen();
+  AddOutputFormats();
+  if (Device().GetNode("PixelColorFilter") != nullptr) {
     AddWhiteBalance();
   }
-  m_streamMap.AddEnumeration("StreamBufferHandlingMode")
-    .Entry("OldestFirst", 0)
-    .Entry("OldestFirstOverwrite", 1)
-    .Entry("NewestOnly", 2)
-    .LockedWhile(*m_deviceMap.Find<CSoftwareInteger>("TLParamsLocked"));
-  AddOutput();
 }
 
 CTestCamera &CTestCamera::AddShadingCorrectionMode(const std::string &strEntry)
 {
-  m_deviceMap.AddEnumeration("ShadingCorrectionMode").Entry(strEntry, 0);
+  Device().AddEnumeration("ShadingCorrectionMode").Entry(strEntry, 0);
   return *this;
 }
 
@@ -78,25 +59,25 @@ CTestCamera &CTestCamera::SetWhiteBalanceReads(int nReads)
 
 CTestCamera &CTestCamera::LockWhileStreaming(const std::string &strName)
 {
-  Enumeration(strName).LockedWhile(*m_deviceMap.Find<CSoftwareInteger>("TLParamsLocked"));
+  Enumeration(strName).LockedWhile(Integer("TLParamsLocked"));
   return *this;
 }
 
 uint32_t CTestCamera::GetPixelFormat() const
 {
-  return static_cast<uint32_t>(m_pPixelFormat->Peek());
+  return static_cast<uint32_t>(m_pixelFormat.Peek());
 }
 
 uint32_t CTestCamera::GetPayloadSize() const
 {
-  const auto lock = m_deviceMap.Lock();
-  return static_cast<uint32_t>(m_pWidth->Peek() * m_pHeight->Peek() * CountBits(m_pPixelFormat->Peek()) / 8);
+  const auto lock = m_features.Lock();
+  return static_cast<uint32_t>(m_width.Peek() * m_height.Peek() * CountBits(m_pixelFormat.Peek()) / 8);
 }
 
 std::vector<uint8_t> CTestCamera::MakeFrame(uint32_t nValue) const
 {
-  const auto lock = m_deviceMap.Lock();
-  if (CountBits(m_pPixelFormat->Peek()) == 8) {
+  const auto lock = m_features.Lock();
+  if (CountBits(m_pixelFormat.Peek()) == 8) {
     return std::vector<uint8_t>(GetPayloadSize(), static_cast<uint8_t>(nValue));
   }
   const std::vector<uint16_t> listSamples(GetPayloadSize() / sizeof(uint16_t), static_cast<uint16_t>(nValue));
@@ -107,35 +88,31 @@ std::vector<uint8_t> CTestCamera::MakeFrame(uint32_t nValue) const
 
 bool CTestCamera::TakeFrame()
 {
-  return m_pTriggerMode->Peek() == 0;
+  return !m_features.GetTiming().bTriggered;
 }
 
-void CTestCamera::AddGeometry(int64_t nWidth, int64_t nHeight)
+// What the simulated camera refuses for its own sake: here the plug-in meets whatever a camera may say.
+void CTestCamera::Loosen()
 {
-  const auto &locked = *m_deviceMap.Find<genapi::CSoftwareInteger>("TLParamsLocked");
-  m_pWidth = &m_deviceMap.AddInteger("Width", nWidth).LockedWhile(locked);
-  m_pHeight = &m_deviceMap.AddInteger("Height", nHeight).LockedWhile(locked);
-  m_deviceMap.AddInteger("PayloadSize").OnRead([this] { return int64_t{GetPayloadSize()}; });
-}
-
-void CTestCamera::AddPixelFormat(const std::string &strPixelFormat)
-{
-  m_pPixelFormat = &m_deviceMap.AddEnumeration("PixelFormat");
-  AddFormatEntries(*m_pPixelFormat, GetLayout(strPixelFormat));
-  m_pPixelFormat->Select(strPixelFormat).LockedWhile(*m_deviceMap.Find<genapi::CSoftwareInteger>("TLParamsLocked"));
-}
-
-void CTestCamera::AddAcquisition()
-{
-  m_deviceMap.AddFloat("ExposureTime", 10000.0).Range(0.0, 1000000.0);
-  m_deviceMap.AddFloat("Gain", 0.0).Range(0.0, 24.0);
-  m_deviceMap.AddFloat("BlackLevel", 0.4).Range(0.0, 10.0);
-  m_pTriggerMode = &m_deviceMap.AddEnumeration("TriggerMode").Entry("Off", 0).Entry("On", 1);
+  for (auto *pNode : {&m_width, &m_height}) {
+    pNode->Strict(false)
+      .Range(std::numeric_limits<int64_t>::lowest(), std::numeric_limits<int64_t>::max())
+      .Increment(1);
+  }
+  m_pixelFormat.Strict(false);
+  for (const char *pName : {"ExposureTime", "Gain", "BlackLevel"}) {
+    Float(pName).Strict(false);
+  }
+  Float("ExposureTime").Range(0.0, 1000000.0);
+  // Formats that only a test adds have a payload too.
+  Integer("PayloadSize").OnRead([this] { return int64_t{GetPayloadSize()}; });
+  Output().Find<genapi::CSoftwareInteger>("OutputPayloadSize")->OnRead([this] { return int64_t{GetPayloadSize()}; });
 }
 
 void CTestCamera::AddWhiteBalance()
 {
-  m_deviceMap.AddEnumeration("BalanceWhiteAuto")
+  Device()
+    .AddEnumeration("BalanceWhiteAuto")
     .Entry("Off", BALANCE_OFF)
     .Entry("Once", BALANCE_ONCE)
     .Entry("Continuous", BALANCE_CONTINUOUS)
@@ -144,28 +121,26 @@ void CTestCamera::AddWhiteBalance()
       m_nWhiteBalance = nValue;
       m_nReadsLeft = m_nWhiteBalanceReads;
     });
-  auto &selector =
-    m_deviceMap.AddEnumeration("BalanceRatioSelector").Entry("Red", 0).Entry("Green", 1).Entry("Blue", 2);
-  m_deviceMap.AddFloat("BalanceRatio")
+  auto &selector = Device().AddEnumeration("BalanceRatioSelector").Entry("Red", 0).Entry("Green", 1).Entry("Blue", 2);
+  Device()
+    .AddFloat("BalanceRatio")
     .Range(0.0, 16.0)
     .Access([this] { return m_nWhiteBalance == BALANCE_OFF ? GenApi::RW : GenApi::RO; })
     .OnRead([this, &selector] { return m_adBalanceRatio.at(static_cast<std::size_t>(selector.Peek())); })
     .OnWrite(
       [this, &selector](double dValue) { m_adBalanceRatio.at(static_cast<std::size_t>(selector.Peek())) = dValue; });
-  m_deviceMap.AddEnumeration("AWBLampHouse").Entry("D65", 0).Entry("Fluorescence", 1).Entry("Adaptive", 2);
+  Device().AddEnumeration("AWBLampHouse").Entry("D65", 0).Entry("Fluorescence", 1).Entry("Adaptive", 2);
 }
 
-void CTestCamera::AddOutput()
+// The delivered image may have any format, as after a conversion in the host.
+void CTestCamera::AddOutputFormats()
 {
-  auto &outputFormat = m_outputMap.AddEnumeration("OutPixelFormat");
-  outputFormat.OnRead([this] { return m_pPixelFormat->Peek(); });
-  for (const char *pLayout : {"BayerBG", "BayerGB", "BayerGR", "BayerRG", "Mono"}) {
-    AddFormatEntries(outputFormat, pLayout);
+  auto &outputFormat = *Output().Find<genapi::CSoftwareEnumeration>("OutPixelFormat");
+  for (const genapi::SSensorFormat &stFormat : genapi::GetSensorFormats()) {
+    if (outputFormat.GetEntryByName(stFormat.pName) == nullptr) {
+      outputFormat.Entry(stFormat.pName, stFormat.nCode);
+    }
   }
-  m_outputMap.AddInteger("OutputPayloadSize").OnRead([this] { return int64_t{GetPayloadSize()}; });
-  m_outputMap.AddInteger("OutputWidth").OnRead([this] { return m_pWidth->Peek(); });
-  m_outputMap.AddInteger("OutputHeight").OnRead([this] { return m_pHeight->Peek(); });
-  m_outputMap.AddString("DeviceDisplayName", "Test camera (0001)").Access(GenApi::RO);
 }
 
 int64_t CTestCamera::ReadWhiteBalance()

@@ -1,5 +1,5 @@
 /// \file
-/// The features of a camera that is corrected on the host, for tests: no sensor, no stream.
+/// The features of a simulated camera that is corrected on the host, for tests: no sensor, no stream.
 #pragma once
 
 #include <array>
@@ -7,15 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "camera/software/camerafeatures.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 
 namespace ffc::test {
 
-/// Three software node maps, as a host hands them to the plug-in, with the features that the correction
-/// reads and writes. Everything starts in a state in which all operations succeed: not streaming, trigger
-/// off, the delivered image equal to the camera's. As with many a camera, geometry, format and the stream's buffer
-/// handling are locked while it streams, and the white-balance ratios unless BalanceWhiteAuto is "Off". A test then
-/// changes what it is about:
+/// The node maps of the simulated camera, as a host hands them to the plug-in, without the checks of values that it
+/// makes of every write, and with a white balance that settles after so many questions instead of frames. Everything
+/// starts in a state in which all operations succeed: not streaming, trigger off, the delivered image equal to the
+/// camera's. Geometry, format and the stream's buffer handling are locked while it streams, and the white-balance
+/// ratios unless BalanceWhiteAuto is "Off". A test then changes what it is about:
 ///
 ///     CTestCamera camera("BayerRG12", 640, 480);
 ///     camera.Device().Find<CSoftwareInteger>("TLParamsLocked")->Poke(1);
@@ -27,8 +28,7 @@ namespace ffc::test {
 /// OnRead to break that, or OnRead(nullptr) and Poke.
 class CTestCamera {
 public:
-  /// \param strPixelFormat PFNC name: "Mono" or "BayerGR", "BayerRG", "BayerGB", "BayerBG" and 8, 10, 12 or 16
-  ///   (Mono14 too). The camera offers all bit depths of that layout. An unknown name throws std::out_of_range.
+  /// \param strPixelFormat one of genapi::GetSensorFormats(). The camera offers all bit depths of that layout.
   explicit CTestCamera(const std::string &strPixelFormat = "Mono8", int64_t nWidth = 64, int64_t nHeight = 48);
   virtual ~CTestCamera() = default;
   CTestCamera(const CTestCamera &) = delete;
@@ -42,22 +42,19 @@ public:
   /// Has an enumeration of the device refuse to be set while the camera streams.
   CTestCamera &LockWhileStreaming(const std::string &strName);
 
-  genapi::CSoftwareNodeMap &Device() { return m_deviceMap; }
-  genapi::CSoftwareNodeMap &Stream() { return m_streamMap; }
-  genapi::CSoftwareNodeMap &Output() { return m_outputMap; }
+  genapi::CSoftwareNodeMap &Device() { return m_features.GetDeviceMap(); }
+  genapi::CSoftwareNodeMap &Stream() { return m_features.GetStreamMap(); }
+  genapi::CSoftwareNodeMap &Output() { return m_features.GetOutputMap(); }
 
   /// Nodes of the device by name; the name must be one of that kind.
   genapi::CSoftwareInteger &Integer(const std::string &strName)
   {
-    return *m_deviceMap.Find<genapi::CSoftwareInteger>(strName);
+    return *Device().Find<genapi::CSoftwareInteger>(strName);
   }
-  genapi::CSoftwareFloat &Float(const std::string &strName)
-  {
-    return *m_deviceMap.Find<genapi::CSoftwareFloat>(strName);
-  }
+  genapi::CSoftwareFloat &Float(const std::string &strName) { return *Device().Find<genapi::CSoftwareFloat>(strName); }
   genapi::CSoftwareEnumeration &Enumeration(const std::string &strName)
   {
-    return *m_deviceMap.Find<genapi::CSoftwareEnumeration>(strName);
+    return *Device().Find<genapi::CSoftwareEnumeration>(strName);
   }
 
   /// As the camera's features are now.
@@ -73,24 +70,19 @@ public:
   std::array<double, 3> m_adBalanceRatio{1.5, 1.0, 1.75};
 
 protected:
+  camera::CCameraFeatures m_features;
   /// What BalanceWhiteAuto stands at: 0 off, 1 once, 2 continuous. Guarded by the device's lock.
   int64_t m_nWhiteBalance = 0;
 
 private:
-  void AddGeometry(int64_t nWidth, int64_t nHeight);
-  void AddPixelFormat(const std::string &strPixelFormat);
-  void AddAcquisition();
+  void Loosen();
   void AddWhiteBalance();
-  void AddOutput();
+  void AddOutputFormats();
   int64_t ReadWhiteBalance();
 
-  genapi::CSoftwareNodeMap m_deviceMap;
-  genapi::CSoftwareNodeMap m_streamMap;
-  genapi::CSoftwareNodeMap m_outputMap;
-  genapi::CSoftwareInteger *m_pWidth = nullptr;
-  genapi::CSoftwareInteger *m_pHeight = nullptr;
-  genapi::CSoftwareEnumeration *m_pPixelFormat = nullptr;
-  genapi::CSoftwareEnumeration *m_pTriggerMode = nullptr;
+  genapi::CSoftwareInteger &m_width;
+  genapi::CSoftwareInteger &m_height;
+  genapi::CSoftwareEnumeration &m_pixelFormat;
   int m_nWhiteBalanceReads = 1;
   int m_nReadsLeft = 0;
 };
