@@ -25,10 +25,10 @@ struct SRealCameraInfo {
 /// Whether this program was built with support for real cameras; without, there are none.
 bool AreRealCamerasSupported();
 
-/// Asks all networks and USB ports; takes about a second. Host's thread.
+/// Asks all networks and USB ports; takes about a second. Any thread, one at a time.
 std::vector<SRealCameraInfo> ListRealCameras();
 
-/// Looks for the camera and takes control of it. Host's thread.
+/// Looks for the camera and takes control of it. Any thread; what comes back is for one thread at a time.
 /// \param strId id, IP address, serial number or "Maker-serial number"; empty: the first camera there is
 /// \return why not: the camera does not answer, or cannot be controlled or used
 Result<std::unique_ptr<ICamera>> OpenRealCamera(const std::string &strId);

@@ -1,6 +1,7 @@
 #include "camera/realcameras.h"
 
 #include <algorithm>
+#include <mutex>
 #include <new>
 
 #include "camera/aravis/araviscamera.h"
@@ -42,6 +43,8 @@ bool AreRealCamerasSupported()
 
 std::vector<SRealCameraInfo> ListRealCameras()
 {
+  static std::mutex s_mutex; // the library hands out texts of a list that the next update replaces
+  const std::lock_guard lock(s_mutex);
   arv_update_device_list();
   std::vector<SRealCameraInfo> listCameras;
   const unsigned nCameras = arv_get_n_devices();

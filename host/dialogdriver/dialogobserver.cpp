@@ -3,8 +3,10 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QProgressDialog>
 
 #include "host/dialogdriver/modalanswerer.h"
@@ -84,8 +86,14 @@ void CDialogObserver::ObserveFileBox(QFileDialog &box)
     return;
   }
   m_pFileBox = &box;
+  const QFileInfo last(m_strLastFile);
+  if (!m_strLastFile.isEmpty() && last.dir().exists()) {
+    box.setDirectory(last.path());
+  }
   if (box.acceptMode() == QFileDialog::AcceptSave) {
     box.setDefaultSuffix(SUFFIX);
+  } else if (last.isFile()) {
+    box.selectFile(last.fileName());
   }
   connect(&box, &QFileDialog::fileSelected, this, [this](const QString &strFile) { m_strFile = strFile; });
   if (box.acceptMode() == QFileDialog::AcceptOpen) {

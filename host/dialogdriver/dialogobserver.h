@@ -34,6 +34,8 @@ public:
 
   /// \param dialog observed from now on, as long as it lives
   void Observe(QDialog &dialog);
+  /// \param strFile where the boxes for files of coefficients begin, and what is to be loaded; empty: as they come
+  void SetLastFile(const QString &strFile) { m_strLastFile = strFile; }
   /// The user chooses a file of coefficients right now.
   bool IsFileBoxOpen() const { return !m_pFileBox.isNull(); }
 
@@ -55,6 +57,7 @@ private:
   QPointer<QFileDialog> m_pFileBox;
   QStringList m_listErrors; ///< since a button was released
   QString m_strFile;
+  QString m_strLastFile;
 };
 
 } // namespace ffc::host

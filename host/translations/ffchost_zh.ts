@@ -879,6 +879,10 @@ Frames received: %3</source>
 <context>
     <name>DialogNote</name>
     <message>
+        <source>Coefficients last used with this camera: %1</source>
+        <translation>该相机上次使用的系数：%1</translation>
+    </message>
+    <message>
         <source>Acquisition cancelled. The coefficients from before are kept: tick Preview to use them.</source>
         <translation>采集已取消。原有系数仍然保留：勾选“预览”即可使用。</translation>
     </message>

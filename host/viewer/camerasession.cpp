@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <QScopedValueRollback>
+
 #include "camera/icameralink.h"
 #include "host/viewer/blocksize.h"
 #include "host/viewer/cameratexts.h"
@@ -15,19 +17,10 @@ using camera::ICameraLink;
 
 namespace {
 
-constexpr int64_t REOPEN_MS = 5000; ///< each attempt holds the caller for about a second
+constexpr int64_t REOPEN_MS = 2000; ///< each attempt takes about a second
 constexpr int64_t STALL_MS = 3000;  ///< beside two exposures
 constexpr int64_t UNUSABLE_MS = 500;
-
-double GetExposureMs(CViewer &viewer)
-{
-  auto *pExposure = dynamic_cast<GenApi::IFloat *>(viewer.GetCamera().GetDeviceNodeMap()->GetNode("ExposureTime"));
-  try {
-    return pExposure == nullptr ? 0.0 : pExposure->GetValue() / 1000.0;
-  } catch (const GenICam::GenericException &) {
-    return 0.0;
-  }
-}
+const char *const EXPOSURE = "ExposureTime";
 
 QString GetText(const Result<> &result)
 {
@@ -44,28 +37,67 @@ CCameraSession::CCameraSession(IAcquisitionObserver *pObserver, QObject *pParent
 
 CCameraSession::~CCameraSession() = default;
 
+void CCameraSession::Forget()
+{
+  ++m_nEpoch;
+  m_strPluginError.clear();
+  m_bStalled = false;
+  m_nReadMs = 0;
+  m_dExposureMs = 0;
+}
+
 void CCameraSession::Close()
 {
   emit SigClosing();
+  m_worker.Finish(); // it may be reading the camera
   m_pViewer.reset();
-  m_strPluginError.clear();
-  m_bStalled = false;
+  m_pFound.reset();
+  Forget();
+}
+
+/// Only what the plug-in does holds the caller. The first to ask a camera that is gone, and that nobody knows to be
+/// gone, waits for its silence: that is the worker.
+void CCameraSession::CloseLive()
+{
+  if (m_pViewer != nullptr) {
+    m_worker.RunLive([this] { m_pViewer->StopStream(); });
+  }
+  emit SigClosing();
+  if (m_pViewer != nullptr) {
+    Destroy(m_pViewer->Dismantle());
+    m_pViewer.reset();
+  }
+  Destroy(std::move(m_pFound));
+  Forget();
+}
+
+void CCameraSession::Destroy(Camera pCamera)
+{
+  if (pCamera != nullptr) {
+    m_worker.Post([pShared = std::shared_ptr<ICamera>(std::move(pCamera))]() mutable {
+      pShared.reset();
+      return nullptr;
+    });
+  }
 }
 
 Result<> CCameraSession::Open(const SSetup &stSetup)
 {
-  Close();
-  Result<std::unique_ptr<ICamera>> opened = stSetup.fnOpenCamera();
+  const QScopedValueRollback switching(m_bSwitching, true);
+  CloseLive();
+  Result<Camera> opened = Failure("There is not enough memory for the camera.");
+  m_worker.RunLive([&] { opened = stSetup.fnOpenCamera(); });
   if (!opened) {
     emit SigError(QString::fromStdString(opened.GetError()));
     return opened.GetFailure();
   }
   m_stSetup = stSetup;
+  m_stSetup.listWatched.emplace_back(EXPOSURE);
   Adopt(std::move(opened).GetValue());
   return {};
 }
 
-void CCameraSession::Adopt(std::unique_ptr<ICamera> pCamera)
+void CCameraSession::Adopt(Camera pCamera)
 {
   const Result<> blockSize = SelectBlockSize(*pCamera, m_stSetup.nBlockSize);
   m_pViewer = std::make_unique<CViewer>(std::move(pCamera));
@@ -76,11 +108,18 @@ void CCameraSession::Adopt(std::unique_ptr<ICamera> pCamera)
   m_strPluginError = GetText(plugin);
   emit SigOpened();
   const Result<> result =
-    RunUntilFailure([&] { return blockSize; }, [this] { return m_pViewer->StartStream(); }, [&] { return plugin; });
+    RunUntilFailure([&] { return blockSize; }, [this] { return StartLive(); }, [&] { return plugin; });
   emit SigError(GetText(result));
   emit SigChanged();
   NoteFrame();
   m_nUnusable = 0;
+}
+
+/// The packet size may have to be found out first.
+Result<> CCameraSession::StartLive()
+{
+  m_worker.RunLive([this] { (void)m_pViewer->StartStream(); });
+  return m_pViewer->GetStreamState();
 }
 
 bool CCameraSession::IsLost()
@@ -94,9 +133,11 @@ void CCameraSession::StartOrStop()
   if (m_pViewer->GetCamera().IsStreaming()) {
     m_pViewer->StopStream();
   } else {
+    const QScopedValueRollback switching(m_bSwitching, true);
     NoteFrame();
-    emit SigError(GetText(m_pViewer->StartStream()));
+    emit SigError(GetText(StartLive()));
   }
+  NoteWritten();
   emit SigChanged();
 }
 
@@ -106,16 +147,21 @@ Result<QStringList> CCameraSession::RestoreSettings()
   m_pViewer->StopStream();
   Result<QStringList> restored = CSettingsRescue(*m_pViewer->GetCamera().GetDeviceNodeMap()).Restore();
   const Result<> started = bStreaming ? m_pViewer->StartStream() : Result<>();
+  NoteWritten();
   emit SigChanged();
   return restored && !started ? started.GetFailure() : restored;
 }
 
 bool CCameraSession::Watch(bool bMayReopen)
 {
+  if (m_bSwitching || m_pViewer == nullptr) {
+    return false;
+  }
   if (IsLost()) {
     Reopen(bMayReopen);
     return false;
   }
+  ReadWatched();
   CheckStall();
   return true;
 }
@@ -123,17 +169,67 @@ bool CCameraSession::Watch(bool bMayReopen)
 void CCameraSession::Reopen(bool bMayReopen)
 {
   emit SigError(tr("The camera is lost. It is opened again as soon as it answers."));
-  const int64_t nNow = m_clock.elapsed();
-  const bool bAskedJustNow = m_nReopenedMs > 0 && nNow - m_nReopenedMs < REOPEN_MS;
-  if (!bMayReopen || bAskedJustNow) {
+  if (!bMayReopen) {
     return;
   }
-  Result<std::unique_ptr<ICamera>> opened = m_stSetup.fnOpenCamera();
-  m_nReopenedMs = std::max<int64_t>(m_clock.elapsed(), 1);
-  if (opened) {
-    Close();
-    Adopt(std::move(opened).GetValue());
+  if (m_pFound != nullptr) {
+    const QScopedValueRollback switching(m_bSwitching, true);
+    Camera pFound = std::move(m_pFound);
+    CloseLive();
+    Adopt(std::move(pFound));
+    return;
   }
+  const bool bAskedJustNow = m_nReopenedMs > 0 && m_clock.elapsed() - m_nReopenedMs < REOPEN_MS;
+  if (!m_bLooking && !bAskedJustNow) {
+    LookForLost();
+  }
+}
+
+void CCameraSession::LookForLost()
+{
+  m_bLooking = true;
+  m_worker.Post([this, fnOpenCamera = m_stSetup.fnOpenCamera, nEpoch = m_nEpoch]() -> std::function<void()> {
+    Result<Camera> opened = fnOpenCamera();
+    auto pShared = std::make_shared<Camera>(opened ? std::move(opened).GetValue() : nullptr);
+    return [this, pShared, nEpoch] {
+      m_bLooking = false;
+      m_nReopenedMs = std::max<int64_t>(m_clock.elapsed(), 1);
+      if (nEpoch == m_nEpoch) {
+        m_pFound = std::move(*pShared);
+      } else {
+        Destroy(std::move(*pShared));
+      }
+    };
+  });
+}
+
+/// At most one at a time: a camera that does not answer is asked no more.
+void CCameraSession::ReadWatched()
+{
+  if (std::exchange(m_bReading, true)) {
+    return;
+  }
+  m_worker.Post([this, &map = *m_pViewer->GetCamera().GetDeviceNodeMap(), listWatched = m_stSetup.listWatched,
+                 nEpoch = m_nEpoch, nBegunMs = m_clock.elapsed()]() -> std::function<void()> {
+    CFeatureStates mapStates;
+    for (const std::string &strName : listWatched) {
+      mapStates[strName] = ReadFeatureState(map, strName);
+    }
+    return [this, mapStates = std::move(mapStates), nEpoch, nBegunMs] {
+      m_bReading = false;
+      if (nEpoch == m_nEpoch && !m_bSwitching && !IsLost()) {
+        TakeStates(mapStates, nBegunMs);
+      }
+    };
+  });
+}
+
+void CCameraSession::TakeStates(const CFeatureStates &mapStates, int64_t nBegunMs)
+{
+  m_nReadMs = nBegunMs;
+  const auto itExposure = mapStates.find(EXPOSURE);
+  m_dExposureMs = itExposure == mapStates.end() ? 0.0 : itExposure->second.dValue / 1000.0;
+  emit SigRead(mapStates);
 }
 
 void CCameraSession::CheckStall()
@@ -146,8 +242,10 @@ void CCameraSession::CheckStall()
     emit SigError(tr("The camera sends frames that cannot be received: choose another pixel format."));
     return;
   }
-  const bool bStalled = m_pViewer->GetCamera().IsStreaming() &&
-                        static_cast<double>(nSilent) > static_cast<double>(STALL_MS) + 2 * GetExposureMs(*m_pViewer);
+  // A camera that has ceased to answer too is lost, which is known soon, and is not asked for its triggers.
+  const bool bAnswers = m_nReadMs > m_nFrameMs + UNUSABLE_MS;
+  const bool bStalled = m_pViewer->GetCamera().IsStreaming() && bAnswers &&
+                        static_cast<double>(nSilent) > static_cast<double>(STALL_MS) + 2 * m_dExposureMs;
   if (bStalled) {
     m_strTriggers = m_bStalled ? m_strTriggers : DescribeTriggers(m_pViewer->GetCamera());
     emit SigError(

@@ -26,10 +26,18 @@ CViewer::CViewer(std::unique_ptr<ICamera> pCamera) : m_pCamera(std::move(pCamera
 
 CViewer::~CViewer()
 {
-  StopStream();
-  Release();
-  m_module.Unload();
-  m_pCamera->SetFrameCallback(nullptr);
+  (void)Dismantle();
+}
+
+std::unique_ptr<ICamera> CViewer::Dismantle()
+{
+  if (m_pCamera != nullptr) {
+    StopStream();
+    Release();
+    m_module.Unload();
+    m_pCamera->SetFrameCallback(nullptr);
+  }
+  return std::move(m_pCamera);
 }
 
 Result<> CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)

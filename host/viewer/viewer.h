@@ -40,6 +40,10 @@ public:
   /// Loads the module and binds its plug-in to the camera.
   /// \param strPluginPath empty: the module beside the executable
   Result<> Open(const QString &strPluginPath, ELanguage eLanguage);
+  /// Takes plug-in and camera apart; nothing else but the destructor may be called afterwards. Where the stream was
+  /// stopped before, the camera is asked nothing but what the plug-in asks when it goes.
+  /// \return the camera, which delivers nothing any more
+  std::unique_ptr<camera::ICamera> Dismantle();
   /// Uninitialises the plug-in and binds it anew, as after closing and opening the camera. The stream stops.
   Result<> Reopen();
 

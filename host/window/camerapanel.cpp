@@ -60,7 +60,10 @@ void CCameraPanel::AddEdit(QFormLayout *pLayout, const QString &strLabel, CFeatu
   pLayout->addRow(strLabel, pEdit);
   m_listEdits.push_back({pEdit, bLockedWhileStreaming});
   connect(pEdit, &CFeatureEdit::SigRefused, this, &CCameraPanel::ShowError);
-  connect(pEdit, &CFeatureEdit::SigWritten, this, [this] { ShowError(QString()); });
+  connect(pEdit, &CFeatureEdit::SigWritten, this, [this] {
+    ShowError(QString());
+    emit SigWritten();
+  });
 }
 
 void CCameraPanel::SetChoices(const std::vector<SCameraChoice> &listChoices)
@@ -93,13 +96,42 @@ void CCameraPanel::SetViewer(CViewer *pViewer)
 
 void CCameraPanel::Refresh()
 {
-  const bool bStreaming = m_pViewer != nullptr && m_pViewer->GetCamera().IsStreaming();
-  m_pStartStop->setEnabled(m_pViewer != nullptr);
-  m_pStartStop->setText(bStreaming ? tr("&Stop") : tr("&Start"));
+  ShowStream();
   for (const SEdit &stEdit : m_listEdits) {
-    const bool bLocked = stEdit.bLockedWhileStreaming && bStreaming;
-    stEdit.pEdit->Refresh(bLocked ? tr("Locked while the camera streams: stop it first") : QString());
+    stEdit.pEdit->Refresh(GetLockedReason(stEdit));
   }
+}
+
+std::vector<std::string> CCameraPanel::GetFeatures() const
+{
+  std::vector<std::string> listFeatures;
+  for (const SEdit &stEdit : m_listEdits) {
+    listFeatures.push_back(stEdit.pEdit->GetFeature());
+  }
+  return listFeatures;
+}
+
+void CCameraPanel::ShowStates(const CFeatureStates &mapStates)
+{
+  ShowStream();
+  for (const SEdit &stEdit : m_listEdits) {
+    const auto itState = mapStates.find(stEdit.pEdit->GetFeature());
+    if (itState != mapStates.end()) {
+      stEdit.pEdit->ShowState(itState->second, GetLockedReason(stEdit));
+    }
+  }
+}
+
+QString CCameraPanel::GetLockedReason(const SEdit &stEdit) const
+{
+  return stEdit.bLockedWhileStreaming && IsStreaming() ? tr("Locked while the camera streams: stop it first")
+                                                       : QString();
+}
+
+void CCameraPanel::ShowStream()
+{
+  m_pStartStop->setEnabled(m_pViewer != nullptr);
+  m_pStartStop->setText(IsStreaming() ? tr("&Stop") : tr("&Start"));
 }
 
 void CCameraPanel::ShowError(const QString &strError)

@@ -2,11 +2,13 @@
 /// The camera: which one, whether it streams, and how it exposes.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <QGroupBox>
 
 #include "host/options/camerachoice.h"
+#include "host/viewer/featurestate.h"
 #include "host/viewer/viewer.h"
 
 class QComboBox;
@@ -31,12 +33,18 @@ public:
   void SetViewer(CViewer *pViewer);
   /// Reads everything from the camera anew. What it locks while it streams says so.
   void Refresh();
+  /// What the panel shows of a camera.
+  std::vector<std::string> GetFeatures() const;
+  /// Shows what was read of these.
+  void ShowStates(const CFeatureStates &mapStates);
   /// Shows what went wrong with the camera; empty: nothing did.
   void ShowError(const QString &strError);
 
 signals:
   void SigChosen(int nChoice);
   void SigStartStop();
+  /// The user has changed a feature.
+  void SigWritten();
 
 private:
   void AddEdit(QFormLayout *pLayout, const QString &strLabel, CFeatureEdit *pEdit, bool bLockedWhileStreaming);
@@ -45,6 +53,10 @@ private:
     CFeatureEdit *pEdit;
     bool bLockedWhileStreaming;
   };
+
+  bool IsStreaming() const { return m_pViewer != nullptr && m_pViewer->GetCamera().IsStreaming(); }
+  QString GetLockedReason(const SEdit &stEdit) const;
+  void ShowStream();
 
   CViewer *m_pViewer = nullptr;
   QComboBox *m_pChooser;

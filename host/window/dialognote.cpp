@@ -80,6 +80,13 @@ SDialogNote DescribeOutcome(const SDialogFacts &stFacts)
   }
 }
 
+SDialogNote DescribeLastFile(const QString &strFile)
+{
+  return strFile.isEmpty() || !QFileInfo::exists(strFile)
+           ? SDialogNote()
+           : SDialogNote{Translate("Coefficients last used with this camera: %1").arg(GetName(strFile)), false};
+}
+
 SDialogNote DescribeMode(const QString &strMode)
 {
   const bool bKnown = strMode.isEmpty() || strMode == QLatin1String("FlatFieldCorrection") ||

@@ -25,6 +25,10 @@ struct SDialogFacts {
 /// The dialog stays silent when it has loaded or saved.
 SDialogNote DescribeOutcome(const SDialogFacts &stFacts);
 
+/// What a camera was corrected with before.
+/// \param strFile of coefficients; empty, or gone meanwhile: there is nothing to tell
+SDialogNote DescribeLastFile(const QString &strFile);
+
 /// Why every control of the dialog is grey.
 /// \param strMode the camera's correction
 /// \return empty for a correction that the plug-in knows, and for none

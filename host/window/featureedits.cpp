@@ -21,20 +21,6 @@ int ToInt(int64_t nValue)
     std::clamp<int64_t>(nValue, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
-QStringList ListEntries(GenApi::IEnumeration &enumeration)
-{
-  GenApi::NodeList_t listNodes;
-  enumeration.GetEntries(listNodes);
-  QStringList listNames;
-  for (GenApi::INode *pNode : listNodes) {
-    auto *pEntry = dynamic_cast<GenApi::IEnumEntry *>(pNode);
-    if (pEntry != nullptr && GenApi::IsAvailable(pNode)) {
-      listNames << QString::fromUtf8(pEntry->GetSymbolic().c_str());
-    }
-  }
-  return listNames;
-}
-
 } // namespace
 
 void CFeatureEdit::Adopt(QWidget *pField)
@@ -55,24 +41,32 @@ void CFeatureEdit::SetNodeMap(GenApi::INodeMap *pNodeMap)
 
 void CFeatureEdit::Refresh(const QString &strLockedReason)
 {
-  GenApi::INode *pNode = m_pNodeMap == nullptr ? nullptr : m_pNodeMap->GetNode(m_strName.toUtf8().constData());
-  if (pNode == nullptr || !GenApi::IsReadable(pNode)) {
-    ShowAccess(false, m_pNodeMap == nullptr ? tr("No camera") : tr("This camera has no %1").arg(m_strName));
+  if (m_pNodeMap == nullptr) {
+    ShowAccess(false, tr("No camera"));
+  } else {
+    ShowState(ReadFeatureState(*m_pNodeMap, GetFeature()), strLockedReason);
+  }
+}
+
+void CFeatureEdit::ShowState(const SFeatureState &stState, const QString &strLockedReason)
+{
+  if (!stState.bReadable) {
+    ShowAccess(false, tr("This camera has no %1").arg(m_strName));
     return;
   }
-  const bool bWritable = GenApi::IsWritable(pNode);
-  ShowAccess(bWritable, strLockedReason.isEmpty() ? tr("The camera does not let %1 be changed now").arg(m_strName)
-                                                  : strLockedReason);
-  if (bWritable && m_pField->hasFocus()) {
+  ShowAccess(stState.bWritable, strLockedReason.isEmpty()
+                                  ? tr("The camera does not let %1 be changed now").arg(m_strName)
+                                  : strLockedReason);
+  if (stState.bWritable && m_pField->hasFocus()) {
+    return;
+  }
+  if (!stState.strError.isEmpty()) {
+    ShowAccess(false, stState.strError);
     return;
   }
   m_bShowing = true;
   const QSignalBlocker blocker(m_pField);
-  try {
-    Show(*pNode);
-  } catch (const GenICam::GenericException &exception) {
-    ShowAccess(false, QString::fromUtf8(exception.GetDescription()));
-  }
+  Show(stState);
   m_bShowing = false;
 }
 
@@ -125,11 +119,11 @@ CFloatEdit::CFloatEdit(const QString &strName, const QString &strSuffix, int nDe
   });
 }
 
-void CFloatEdit::Show(GenApi::INode &node)
+void CFloatEdit::Show(const SFeatureState &stState)
 {
-  if (auto *pFloat = dynamic_cast<GenApi::IFloat *>(&node)) {
-    m_pSpinBox->setRange(pFloat->GetMin(), pFloat->GetMax());
-    m_pSpinBox->setValue(pFloat->GetValue());
+  if (stState.eKind == SFeatureState::EKind::Float) {
+    m_pSpinBox->setRange(stState.dMin, stState.dMax);
+    m_pSpinBox->setValue(stState.dValue);
   }
 }
 
@@ -149,12 +143,12 @@ CIntegerEdit::CIntegerEdit(const QString &strName, const QString &strSuffix, QWi
   });
 }
 
-void CIntegerEdit::Show(GenApi::INode &node)
+void CIntegerEdit::Show(const SFeatureState &stState)
 {
-  if (auto *pInteger = dynamic_cast<GenApi::IInteger *>(&node)) {
-    m_pSpinBox->setRange(ToInt(pInteger->GetMin()), ToInt(pInteger->GetMax()));
-    m_pSpinBox->setSingleStep(std::max(1, ToInt(pInteger->GetInc())));
-    m_pSpinBox->setValue(ToInt(pInteger->GetValue()));
+  if (stState.eKind == SFeatureState::EKind::Integer) {
+    m_pSpinBox->setRange(ToInt(stState.nMin), ToInt(stState.nMax));
+    m_pSpinBox->setSingleStep(std::max(1, ToInt(stState.nInc)));
+    m_pSpinBox->setValue(ToInt(stState.nValue));
   }
 }
 
@@ -168,22 +162,20 @@ CEnumerationEdit::CEnumerationEdit(const QString &strName, QWidget *pParent)
   });
 }
 
-void CEnumerationEdit::Show(GenApi::INode &node)
+void CEnumerationEdit::Show(const SFeatureState &stState)
 {
-  auto *pEnumeration = dynamic_cast<GenApi::IEnumeration *>(&node);
-  if (pEnumeration == nullptr) {
+  if (stState.eKind != SFeatureState::EKind::Enumeration) {
     return;
   }
-  const QStringList listEntries = ListEntries(*pEnumeration);
   QStringList listShown;
   for (int nItem = 0; nItem < m_pComboBox->count(); ++nItem) {
     listShown << m_pComboBox->itemText(nItem);
   }
-  if (listShown != listEntries) {
+  if (listShown != stState.listEntries) {
     m_pComboBox->clear();
-    m_pComboBox->addItems(listEntries);
+    m_pComboBox->addItems(stState.listEntries);
   }
-  m_pComboBox->setCurrentText(QString::fromUtf8(pEnumeration->ToString().c_str()));
+  m_pComboBox->setCurrentText(stState.strText);
 }
 
 } // namespace ffc::host

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QWidget>
 
+#include "host/viewer/featurestate.h"
+
 class QComboBox;
 class QDoubleSpinBox;
 class QSpinBox;
@@ -22,13 +24,16 @@ public:
   /// \param strName feature of the camera
   CFeatureEdit(const QString &strName, QWidget *pParent) : QWidget(pParent), m_strName(strName) {}
 
+  std::string GetFeature() const { return m_strName.toStdString(); }
   /// Shows the feature of another camera.
   /// \param pNodeMap null: none, the field is disabled
   void SetNodeMap(GenApi::INodeMap *pNodeMap);
-  /// Reads value, range and access anew, unless the user is typing. A field that cannot be written is disabled,
-  /// and its tool tip says why.
+  /// Reads value, range and access anew, and shows them.
   /// \param strLockedReason what keeps the camera from taking a value now; empty: nothing known
   void Refresh(const QString &strLockedReason);
+  /// Shows what was read, unless the user is typing. A field that cannot be written is disabled, and its tool tip says
+  /// why.
+  void ShowState(const SFeatureState &stState, const QString &strLockedReason);
 
 signals:
   /// The camera does not take the value, and why.
@@ -42,7 +47,8 @@ protected:
   void Write(const std::function<void(GenApi::INode &)> &fnWrite);
   /// What was typed is outside the range.
   void Refuse(const QString &strNumber, const QString &strLeast, const QString &strMost);
-  virtual void Show(GenApi::INode &node) = 0;
+  /// Of a feature that can be read.
+  virtual void Show(const SFeatureState &stState) = 0;
 
 private:
   void ShowAccess(bool bWritable, const QString &strReason);
@@ -61,7 +67,7 @@ public:
   CFloatEdit(const QString &strName, const QString &strSuffix, int nDecimals, QWidget *pParent);
 
 protected:
-  void Show(GenApi::INode &node) override;
+  void Show(const SFeatureState &stState) override;
 
 private:
   QDoubleSpinBox *m_pSpinBox;
@@ -74,7 +80,7 @@ public:
   CIntegerEdit(const QString &strName, const QString &strSuffix, QWidget *pParent);
 
 protected:
-  void Show(GenApi::INode &node) override;
+  void Show(const SFeatureState &stState) override;
 
 private:
   QSpinBox *m_pSpinBox;
@@ -87,7 +93,7 @@ public:
   CEnumerationEdit(const QString &strName, QWidget *pParent);
 
 protected:
-  void Show(GenApi::INode &node) override;
+  void Show(const SFeatureState &stState) override;
 
 private:
   QComboBox *m_pComboBox;

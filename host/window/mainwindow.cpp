@@ -75,10 +75,20 @@ void CMainWindow::ConnectSession()
   connect(&m_session, &CCameraSession::SigClosing, this, &CMainWindow::ForgetCamera);
   connect(&m_session, &CCameraSession::SigChanged, m_pCameraPanel, &CCameraPanel::Refresh);
   connect(&m_session, &CCameraSession::SigError, m_pCameraPanel, &CCameraPanel::ShowError);
+  connect(&m_session, &CCameraSession::SigRead, this, &CMainWindow::ShowStates);
+  connect(m_pCameraPanel, &CCameraPanel::SigWritten, &m_session, &CCameraSession::NoteWritten);
+}
+
+void CMainWindow::ShowStates(const CFeatureStates &mapStates)
+{
+  m_bByCamera = mapStates.at(CORRECTION_FEATURE).strText == QLatin1String("On");
+  m_pCameraPanel->ShowStates(mapStates);
 }
 
 void CMainWindow::ForgetCamera()
 {
+  RememberCamera();
+  m_strCamera.clear();
   m_pCameraPanel->SetViewer(nullptr);
   m_pScenePanel->SetScene(nullptr);
   m_pQualityPanel->Clear();
@@ -97,15 +107,18 @@ void CMainWindow::ShowCamera()
   CViewer &viewer = *m_session.GetViewer();
   m_pScenePanel->SetScene(FindSceneControl(viewer.GetCamera()));
   m_pCameraPanel->SetViewer(&viewer);
+  RecallCamera();
   ObserveDialog();
   setWindowTitle(QString::fromStdString(viewer.GetCamera().GetDisplayName()));
 }
 
 Result<> CMainWindow::OpenCamera(const SCameraOptions &stCamera)
 {
-  return m_session.Open({[this, stCamera] { return m_fnOpenCamera(stCamera); }, stCamera.nBlockSize,
+  std::vector<std::string> listWatched = m_pCameraPanel->GetFeatures();
+  listWatched.emplace_back(CORRECTION_FEATURE);
+  return m_session.Open({[fnOpen = m_fnOpenCamera, stCamera] { return fnOpen(stCamera); }, stCamera.nBlockSize,
                          QString::fromStdString(m_stPlugin.strModule),
-                         m_stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English, this});
+                         m_stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English, this, listWatched});
 }
 
 void CMainWindow::SlotChoose(int nChoice)
@@ -131,7 +144,8 @@ void CMainWindow::SlotChoose(int nChoice)
 void CMainWindow::SlotLookForCameras()
 {
   QApplication::setOverrideCursor(Qt::WaitCursor);
-  const std::vector<SRealCameraInfo> listCameras = ListRealCameras();
+  std::vector<SRealCameraInfo> listCameras;
+  m_session.RunLive([&] { listCameras = ListRealCameras(); });
   QApplication::restoreOverrideCursor();
   const SCameraOptions stCamera = m_listChoices[static_cast<std::size_t>(m_nChoice)].stCamera;
   m_listChoices = ListCameraChoices(m_stFirstCamera, listCameras);
@@ -251,8 +265,6 @@ void CMainWindow::UpdateStatus()
 void CMainWindow::UpdateSlowly()
 {
   if (m_session.Watch(!m_bBusy && QApplication::activeModalWidget() == nullptr)) {
-    m_bByCamera = ReadFeature(*GetViewer()->GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE) == "On";
-    m_pCameraPanel->Refresh();
     m_pScenePanel->Refresh();
   }
 }

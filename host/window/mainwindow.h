@@ -15,6 +15,7 @@
 #include "host/options/cameraopening.h"
 #include "host/viewer/camerasession.h"
 #include "host/window/acquisitionprogress.h"
+#include "host/window/cameramemory.h"
 #include "host/window/correctionstate.h"
 #include "host/window/dialognote.h"
 #include "host/window/displaypicture.h"
@@ -29,6 +30,7 @@ class QTabWidget;
 namespace ffc::host {
 
 class CCameraPanel;
+class CDialogDriver;
 class CImageView;
 class CPlotPanel;
 class CQualityPanel;
@@ -91,6 +93,7 @@ private:
   void ConnectSession();
   void ShowCamera();
   void ForgetCamera();
+  void ShowStates(const CFeatureStates &mapStates);
   void TakeFrame();
   void ShowPicture();
   void UpdateStatus();
@@ -108,6 +111,9 @@ private:
   void CheckSideFile(const QString &strFile);
   void NoteOutcome(const SDialogOutcome &stOutcome);
   void MarkStale(const SDialogOutcome &stOutcome);
+  void RecallCamera();
+  void RememberCamera();
+  void RememberOutcome(const SDialogOutcome &stOutcome, const CDialogDriver &driver);
   void ShowNote(const SDialogNote &stNote);
   uint32_t GetAcquisitionTotal() const;
   void SetBusy(bool bBusy);
@@ -118,6 +124,9 @@ private:
   SCameraOptions m_stFirstCamera;
   SPluginOptions m_stPlugin;
   SDialogPreset m_stPreset;
+  QString m_strCamera; ///< whose memory follows; empty: none is open
+  SCameraMemory m_stMemory;
+  int m_nSuggestedGray = -1; ///< by the last bright field
   CameraFactory m_fnOpenCamera;
   std::vector<SCameraChoice> m_listChoices;
   int m_nChoice = 0;

@@ -51,11 +51,12 @@ void CMainWindow::RaiseDialog()
   }
 }
 
-/// As the command line asks.
+/// As the command line asks, else as the camera had it last.
 void CMainWindow::PresetDialog(QDialog &dialog)
 {
-  if (m_stPreset.nFrames > 0) {
-    (void)CDialogDriver(dialog).SetFrameCount(m_stPreset.nFrames);
+  const int nFrames = m_stPreset.nFrames > 0 ? m_stPreset.nFrames : m_stMemory.nFrames;
+  if (nFrames > 0) {
+    (void)CDialogDriver(dialog).SetFrameCount(nFrames);
   }
   PresetGray(dialog);
 }
@@ -63,9 +64,51 @@ void CMainWindow::PresetDialog(QDialog &dialog)
 /// A bright field brings a grey of its own, so that this is done again after it.
 void CMainWindow::PresetGray(QDialog &dialog)
 {
-  if (m_stPreset.nExpectGray >= 0) {
-    (void)CDialogDriver(dialog).SetExpectGray(m_stPreset.nExpectGray);
+  const int nGray = m_stPreset.nExpectGray >= 0 ? m_stPreset.nExpectGray : m_stMemory.nExpectGray;
+  if (nGray >= 0) {
+    (void)CDialogDriver(dialog).SetExpectGray(nGray);
   }
+}
+
+void CMainWindow::RecallCamera()
+{
+  m_strCamera = QString::fromStdString(GetViewer()->GetCamera().GetDisplayName());
+  m_stMemory = LoadCameraMemory(m_strCamera);
+  m_dialogObserver.SetLastFile(m_stMemory.strFile);
+  if (m_stMemory.dShadingLimit > 0) {
+    m_pQualityPanel->SetLimit(m_stMemory.dShadingLimit);
+  }
+}
+
+void CMainWindow::RememberCamera()
+{
+  if (!m_strCamera.isEmpty()) {
+    m_stMemory.dShadingLimit = m_pQualityPanel->GetLimit();
+    SaveCameraMemory(m_strCamera, m_stMemory);
+  }
+}
+
+void CMainWindow::RememberOutcome(const SDialogOutcome &stOutcome, const CDialogDriver &driver)
+{
+  const int nGray = driver.GetExpectGray();
+  switch (stOutcome.eAction) {
+  case EDialogAction::AcquireBright:
+    m_stMemory.nFrames = driver.GetFrameCount();
+    m_nSuggestedGray = nGray;
+    break;
+  case EDialogAction::Execute:
+    if (m_stPreset.nExpectGray < 0) {
+      m_stMemory.nExpectGray = nGray == m_nSuggestedGray ? -1 : nGray;
+    }
+    break;
+  case EDialogAction::LoadFile:
+  case EDialogAction::SaveFile:
+    m_stMemory.strFile = stOutcome.strFile.isEmpty() ? m_stMemory.strFile : stOutcome.strFile;
+    m_dialogObserver.SetLastFile(m_stMemory.strFile);
+    break;
+  default: return;
+  }
+  RememberCamera();
 }
 
 void CMainWindow::ObserveDialog()
@@ -75,7 +118,8 @@ void CMainWindow::ObserveDialog()
   m_bByCameraMode = !strMode.empty();
   if (QDialog *pDialog = CDialogDriver::FindAnyDialog()) {
     m_dialogObserver.Observe(*pDialog);
-    ShowNote(DescribeMode(QString::fromStdString(strMode)));
+    const SDialogNote stMode = DescribeMode(QString::fromStdString(strMode));
+    ShowNote(stMode.strText.isEmpty() ? DescribeLastFile(m_stMemory.strFile) : stMode);
   } else {
     ShowNote({});
   }
@@ -126,6 +170,9 @@ void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
     return;
   }
   const CDialogDriver driver(*pDialog);
+  if (stOutcome.strError.isEmpty()) {
+    RememberOutcome(stOutcome, driver);
+  }
   if (stOutcome.eAction == EDialogAction::AcquireBright && stOutcome.strError.isEmpty()) {
     PresetGray(*pDialog);
   }

@@ -14,7 +14,7 @@
 namespace ffc::host {
 
 /// A small simulated camera, with faults.
-class CFaultyCamera final : public camera::ICamera, public camera::ISceneOwner {
+class CFaultyCamera : public camera::ICamera, public camera::ISceneOwner {
 public:
   struct SFaults {
     bool bRefusesToStart = false;

@@ -167,6 +167,17 @@ TEST(FeatureOverlay, AGainThatIsACategoryOrNotThereIsSuppliedUnlessThereIsAnothe
   EXPECT_EQ(notImplemented.GetNotes(), "Gain supplied: 0\n");
 }
 
+TEST(FeatureOverlay, AGainOfStepsOrUnderTheMakersOwnNamesIsNoGain)
+{
+  CCamera steps(EXPOSURE + TRIGGER + R"(<Enumeration Name="Gain"><EnumEntry Name="x1"><Value>1</Value></EnumEntry>
+<EnumEntry Name="x2"><Value>2</Value></EnumEntry><pValue>RegA</pValue></Enumeration>)");
+  EXPECT_EQ(steps.GetNotes(), "Gain supplied: 0\n");
+  EXPECT_EQ(steps.Float("Gain").GetAccessMode(), GenApi::RO);
+  CCamera own(EXPOSURE + TRIGGER + R"(<Float Name="DigitalGain"><Value>2</Value></Float>)");
+  EXPECT_EQ(own.GetNotes(), "Gain supplied: 0\n");
+  EXPECT_EQ(own.Read("DigitalGain"), "2");
+}
+
 TEST(FeatureOverlay, ATriggerModeThatIsNotThereIsOff)
 {
   CCamera camera(EXPOSURE + GAIN);
@@ -260,6 +271,11 @@ TEST(FeatureOverlay, WhatNothingCanStandForIsMissing)
             "ExposureTime missing: neither ExposureTime nor ExposureTimeAbs nor ExposureTimeRaw is there\n"
             "TriggerMode missing: it is no list of modes\n");
   EXPECT_EQ(camera.m_overlay.GetNode("ExposureTime"), nullptr);
+  CCamera ownNames(GAIN + R"(<Integer Name="AcquisitionExpTime"><pValue>RegA</pValue></Integer>
+<Enumeration Name="AcquisitionTrigMode"><EnumEntry Name="FreeRunning"><Value>0</Value></EnumEntry><pValue>RegB</pValue></Enumeration>)");
+  EXPECT_EQ(ownNames.GetNotes(),
+            "ExposureTime missing: neither ExposureTime nor ExposureTimeAbs nor ExposureTimeRaw is there\n"
+            "TriggerMode supplied: Off\n");
 }
 
 TEST(FeatureOverlay, NothingIsWrittenForIt)

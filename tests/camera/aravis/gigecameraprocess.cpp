@@ -2,6 +2,10 @@
 
 #include <csignal>
 
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <net/if.h>
+
 #include <QCoreApplication>
 #include <QStandardPaths>
 
@@ -22,6 +26,27 @@ std::string MakeSerial()
 bool CGigeCameraProcess::IsStockThere()
 {
   return !QStandardPaths::findExecutable(QStringLiteral(STOCK_CAMERA)).isEmpty();
+}
+
+std::string CGigeCameraProcess::FindSecondAddress()
+{
+  ifaddrs *pInterfaces = nullptr;
+  if (getifaddrs(&pInterfaces) != 0) {
+    return {};
+  }
+  std::string strAddress;
+  constexpr unsigned NEEDED = IFF_UP | IFF_RUNNING | IFF_BROADCAST;
+  for (const ifaddrs *pInterface = pInterfaces; pInterface != nullptr && strAddress.empty();
+       pInterface = pInterface->ifa_next) {
+    if (pInterface->ifa_addr != nullptr && pInterface->ifa_addr->sa_family == AF_INET &&
+        (pInterface->ifa_flags & NEEDED) == NEEDED) {
+      char szAddress[INET_ADDRSTRLEN] = {};
+      const auto *pAddress = reinterpret_cast<const sockaddr_in *>(pInterface->ifa_addr);
+      strAddress = inet_ntop(AF_INET, &pAddress->sin_addr, szAddress, sizeof szAddress);
+    }
+  }
+  freeifaddrs(pInterfaces);
+  return strAddress;
 }
 
 CGigeCameraProcess::CGigeCameraProcess(const SOptions &stOptions) : m_stOptions(stOptions), m_strSerial(MakeSerial())
@@ -60,7 +85,7 @@ void CGigeCameraProcess::Start()
                    QString::number(m_stOptions.nWidth), QString::number(m_stOptions.nHeight),
                    QString::number(m_stOptions.nFramePeriod),
                    m_stOptions.bStock ? QStringLiteral(STOCK_CAMERA) : QStringLiteral(GIGE_CAMERA_XML),
-                   QString::number(m_stOptions.nLostPackets)});
+                   QString::number(m_stOptions.nLostPackets), QString::fromStdString(m_stOptions.strAddress)});
   m_process.waitForStarted();
   m_nProcessId = m_process.processId();
   WaitForLine("ready");

@@ -16,16 +16,20 @@ public:
     uint32_t nPixelFormat = 0x01080001; ///< PFNC code: Mono8, 12, 12Packed, 16, BayerRG8, 16
     uint32_t nWidth = 128;              ///< pixels
     uint32_t nHeight = 96;
-    uint32_t nFramePeriod = 10000; ///< microseconds
-    uint32_t nLostPackets = 0;     ///< of a thousand packets of the frames
+    uint32_t nFramePeriod = 10000;        ///< microseconds
+    uint32_t nLostPackets = 0;            ///< of a thousand packets of the frames
+    std::string strAddress = "127.0.0.1"; ///< of this machine
     bool bStock = false; ///< the fake camera of the camera library's tools, which is as it is; see IsStockThere
   };
 
   /// Whether the camera library's tools are installed on this machine.
   static bool IsStockThere();
 
-  /// Waits until the camera answers; the stock one is only started. There is one at a time on a machine: the others
-  /// wait for it to end.
+  /// A second address of this machine, where a second camera can be; empty when it has none.
+  static std::string FindSecondAddress();
+
+  /// Waits until the camera answers; the stock one is only started. There is one at a time at an address: the others
+  /// wait for it to end. A camera at the second address comes after one at the first.
   explicit CGigeCameraProcess(const SOptions &stOptions);
   ~CGigeCameraProcess();
   CGigeCameraProcess(const CGigeCameraProcess &) = delete;

@@ -205,8 +205,8 @@ TEST_F(MainWindow, SaysWhenTheCameraDeliversNothing)
 TEST_F(MainWindow, ALostCameraIsSaidToBeLostAndOpenedAgainWhenItAnswers)
 {
   auto pLost = std::make_shared<std::atomic<bool>>(false);
-  int nOpened = 0;
-  int nRefused = 0;
+  std::atomic<int> nOpened{0}; // on another thread
+  std::atomic<int> nRefused{0};
   ShowWindow([&](const SCameraOptions &) -> OpenedCamera {
     if (*pLost && nRefused == 0) {
       ++nRefused;
@@ -231,7 +231,7 @@ TEST_F(MainWindow, ALostCameraIsSaidToBeLostAndOpenedAgainWhenItAnswers)
 TEST_F(MainWindow, ALostCameraIsNotTakenFromUnderAQuestion)
 {
   auto pLost = std::make_shared<std::atomic<bool>>(false);
-  int nAsked = 0;
+  std::atomic<int> nAsked{0};
   ShowWindow([&](const SCameraOptions &) -> OpenedCamera {
     ++nAsked;
     CFaultyCamera::SFaults stFaults;

@@ -247,3 +247,34 @@ TEST_F(PluginDialog, ShowsTheFrameCountAndGreyThatTheCommandLineAskedFor)
   ASSERT_EQ(GetDriver().AcquireBright().strBox.toStdString(), "");
   EXPECT_EQ(GetDriver().GetExpectGray(), 77) << "the bright field brings one of its own";
 }
+
+TEST_F(PluginDialog, RemembersFileFrameCountAndGreyOfEachCameraApart)
+{
+  ShowCorrected();
+  const QString strFile = m_folder.filePath(QStringLiteral("mono.ffc"));
+  ASSERT_TRUE(GetDriver().SaveFile(strFile).bFileChosen);
+  GetDriver().SetFrameCount(8);
+  ASSERT_EQ(GetDriver().AcquireBright().strBox.toStdString(), "");
+  const int nSuggested = GetDriver().GetExpectGray();
+  GetDriver().SetExpectGray(nSuggested - 9);
+  ASSERT_EQ(GetDriver().Execute().strBox.toStdString(), "");
+  m_pWindow.reset();
+
+  m_stCamera.nSeed = 2; // has another serial number
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  EXPECT_EQ(GetText("DialogNote"), "");
+  Press("ShowDialog");
+  EXPECT_NE(GetDriver().GetFrameCount(), 8);
+  m_pWindow.reset();
+
+  m_stCamera.nSeed = 1;
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  EXPECT_EQ(GetText("DialogNote"),
+            "Coefficients last used with this camera: " + QDir::toNativeSeparators(strFile).toStdString());
+  Press("ShowDialog");
+  EXPECT_EQ(GetDriver().GetFrameCount(), 8);
+  ASSERT_EQ(GetDriver().AcquireBright().strBox.toStdString(), "");
+  EXPECT_EQ(GetDriver().GetExpectGray(), nSuggested - 9) << "which the user preferred to the suggestion";
+}

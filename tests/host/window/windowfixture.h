@@ -42,6 +42,7 @@ protected:
     stCamera.nHeight = 192;
     stCamera.dFrameRate = m_dFrameRate;
     stCamera.eMode = stOptions.eMode;
+    stCamera.nSeed = stOptions.nSeed;
     return camera::CreateSimulatedCamera(stCamera);
   }
 

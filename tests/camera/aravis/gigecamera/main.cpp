@@ -1,5 +1,5 @@
 // A GigE Vision camera on this machine's own network: gigecamera SERIAL PIXELFORMAT WIDTH HEIGHT FRAMEPERIOD XML
-// LOSTPACKETS
+// LOSTPACKETS ADDRESS
 //
 // The pixel format is a PFNC code in hexadecimal, the frame period in microseconds. Writes "ready" when it answers.
 // Where a program stands for the XML file, that program is the camera, with its own settings; it is started when no
@@ -27,18 +27,18 @@ using ffc::test::PowerOn;
 
 namespace {
 
-const char ADDRESS[] = "127.0.0.1";
-
-/// All such cameras of a machine have the same address, so that one at a time can be there: waits for its turn, which
-/// ends with the process.
-bool WaitForAddress()
+/// A machine has few addresses, and each is one camera's at a time: waits for its turn, which ends with the process.
+bool WaitForAddress(const std::string &strAddress)
 {
   sockaddr_un stName = {};
   stName.sun_family = AF_UNIX;
-  const char NAME[] = "\0ffc-gige-camera"; // the zero: a name without a file
-  std::memcpy(stName.sun_path, NAME, sizeof NAME - 1);
+  const std::string strName = '\0' + ("ffc-gige-camera-" + strAddress); // the zero: a name without a file
+  if (strName.size() > sizeof stName.sun_path) {
+    return false;
+  }
+  std::memcpy(stName.sun_path, strName.data(), strName.size());
   const int nSocket = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-  const auto nLength = socklen_t(offsetof(sockaddr_un, sun_path) + sizeof NAME - 1);
+  const auto nLength = socklen_t(offsetof(sockaddr_un, sun_path) + strName.size());
   while (nSocket >= 0 && bind(nSocket, reinterpret_cast<const sockaddr *>(&stName), nLength) != 0) {
     if (errno != EADDRINUSE) {
       return false;
@@ -61,11 +61,11 @@ bool IsDescription(const std::string &strFile)
 }
 
 /// Until the input ends.
-int RunProgram(const char *pProgram, const char *pSerial)
+int RunProgram(const char *pProgram, const char *pSerial, const char *pAddress)
 {
   const pid_t nProcess = fork();
   if (nProcess == 0) {
-    execlp(pProgram, pProgram, "-i", ADDRESS, "-s", pSerial, static_cast<char *>(nullptr));
+    execlp(pProgram, pProgram, "-i", pAddress, "-s", pSerial, static_cast<char *>(nullptr));
     std::_Exit(EXIT_FAILURE);
   }
   std::cout << "ready" << std::endl;
@@ -87,14 +87,14 @@ void Fill(ArvBuffer *pBuffer, void *pCamera, guint32, guint32, ArvPixelFormat)
 
 int main(int nArguments, char **pArguments)
 {
-  if (nArguments != 8 || !WaitForAddress()) {
+  if (nArguments != 9 || !WaitForAddress(pArguments[8])) {
     return EXIT_FAILURE;
   }
   if (!IsDescription(pArguments[6])) {
-    return RunProgram(pArguments[6], pArguments[1]);
+    return RunProgram(pArguments[6], pArguments[1], pArguments[8]);
   }
   SCamera stCamera;
-  stCamera.pCamera.reset(arv_gv_fake_camera_new_full(ADDRESS, pArguments[1], pArguments[6]));
+  stCamera.pCamera.reset(arv_gv_fake_camera_new_full(pArguments[8], pArguments[1], pArguments[6]));
   if (!arv_gv_fake_camera_is_running(stCamera.pCamera.get())) {
     return EXIT_FAILURE;
   }

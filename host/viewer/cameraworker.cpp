@@ -1,0 +1,105 @@
+#include "host/viewer/cameraworker.h"
+
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QMetaObject>
+
+namespace ffc::host {
+
+CCameraWorker::CCameraWorker(QObject *pParent) : QObject(pParent) {}
+
+CCameraWorker::~CCameraWorker()
+{
+  if (!m_thread.joinable()) {
+    return;
+  }
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_bEnd = true;
+  }
+  m_condition.notify_all();
+  m_thread.join();
+}
+
+void CCameraWorker::Post(Work fnWork)
+{
+  if (!StartThread()) {
+    Do(fnWork);
+    return;
+  }
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_listWork.push_back(std::move(fnWork));
+  }
+  m_condition.notify_all();
+}
+
+void CCameraWorker::RunLive(const std::function<void()> &fnWork)
+{
+  bool bDone = false;
+  Post([&]() -> std::function<void()> {
+    try {
+      fnWork();
+    } catch (const std::bad_alloc &) {
+      // Whoever asked has no result.
+    }
+    return [&bDone] { bDone = true; };
+  });
+  while (!bDone) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+  }
+}
+
+void CCameraWorker::Finish()
+{
+  std::unique_lock<std::mutex> lock(m_mutex);
+  m_condition.wait(lock, [this] { return m_listWork.empty(); });
+}
+
+bool CCameraWorker::StartThread()
+{
+  try {
+    if (!m_thread.joinable()) {
+      m_thread = std::thread([this] { Run(); });
+    }
+    return true;
+  } catch (const std::system_error &) {
+    return false;
+  }
+}
+
+void CCameraWorker::Run()
+{
+  std::unique_lock<std::mutex> lock(m_mutex);
+  while (true) {
+    m_condition.wait(lock, [this] { return m_bEnd || !m_listWork.empty(); });
+    if (m_listWork.empty()) {
+      return;
+    }
+    {
+      const Work fnWork = m_listWork.front();
+      lock.unlock();
+      Do(fnWork);
+    }
+    lock.lock();
+    m_listWork.pop_front();
+    m_condition.notify_all();
+  }
+}
+
+void CCameraWorker::Do(const Work &fnWork)
+{
+  try {
+    if (const std::function<void()> fnWhenDone = fnWork()) {
+      QMetaObject::invokeMethod(this, fnWhenDone, Qt::QueuedConnection);
+    }
+  } catch (const std::bad_alloc &) {
+    // As if it had no result.
+  }
+}
+
+} // namespace ffc::host

@@ -1,0 +1,44 @@
+#include "host/window/cameramemory.h"
+
+#include <QSettings>
+#include <QUrl>
+
+namespace ffc::host {
+namespace {
+
+const QString FILE_KEY = QStringLiteral("file");
+const QString FRAMES_KEY = QStringLiteral("frames");
+const QString GRAY_KEY = QStringLiteral("expectGray");
+const QString LIMIT_KEY = QStringLiteral("shadingLimit");
+
+/// Slashes in a maker's name would be groups of their own.
+QString GetGroup(const QString &strCamera)
+{
+  return QStringLiteral("cameras/") + QString::fromLatin1(QUrl::toPercentEncoding(strCamera));
+}
+
+} // namespace
+
+SCameraMemory LoadCameraMemory(const QString &strCamera)
+{
+  QSettings settings;
+  settings.beginGroup(GetGroup(strCamera));
+  SCameraMemory stMemory;
+  stMemory.strFile = settings.value(FILE_KEY).toString();
+  stMemory.nFrames = settings.value(FRAMES_KEY, stMemory.nFrames).toInt();
+  stMemory.nExpectGray = settings.value(GRAY_KEY, stMemory.nExpectGray).toInt();
+  stMemory.dShadingLimit = settings.value(LIMIT_KEY, stMemory.dShadingLimit).toDouble();
+  return stMemory;
+}
+
+void SaveCameraMemory(const QString &strCamera, const SCameraMemory &stMemory)
+{
+  QSettings settings;
+  settings.beginGroup(GetGroup(strCamera));
+  settings.setValue(FILE_KEY, stMemory.strFile);
+  settings.setValue(FRAMES_KEY, stMemory.nFrames);
+  settings.setValue(GRAY_KEY, stMemory.nExpectGray);
+  settings.setValue(LIMIT_KEY, stMemory.dShadingLimit);
+}
+
+} // namespace ffc::host
