@@ -71,6 +71,7 @@ else()
     install(FILES tools/ffc/examples/Snakefile tools/ffc/examples/ffc-array.sbatch
       DESTINATION share/doc/flatfieldcorrection/examples)
     install(FILES packaging/ffc.bash DESTINATION share/bash-completion/completions RENAME ffc)
+    install(FILES packaging/ffchost.bash DESTINATION share/bash-completion/completions RENAME ffchost)
   endif()
 endif()
 

@@ -23,6 +23,7 @@ file(GLOB_RECURSE files RELATIVE "${WORK}/root" "${WORK}/root/*")
 foreach(file IN ITEMS usr/bin/ffchost usr/bin/ffc usr/share/man/man1/ffc.1
                       usr/share/man/man1/ffchost.1 usr/share/doc/flatfieldcorrection/examples/Snakefile
                       usr/share/doc/flatfieldcorrection/examples/ffc-array.sbatch usr/share/bash-completion/completions/ffc
+                      usr/share/bash-completion/completions/ffchost
                       usr/lib/flatfieldcorrection/FlatFieldCorrection.plx
                       usr/lib/flatfieldcorrection/libOmbrix.so usr/share/doc/flatfieldcorrection/README.md)
   if(NOT file IN_LIST files)
