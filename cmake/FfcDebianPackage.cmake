@@ -73,6 +73,7 @@ if(programs)
   endforeach()
   install(FILES tools/ffc/examples/Snakefile tools/ffc/examples/ffc-array.sbatch DESTINATION ${doc}/examples)
   install(FILES packaging/ffc.bash DESTINATION share/bash-completion/completions RENAME ffc)
+  install(FILES packaging/ffchost.bash DESTINATION share/bash-completion/completions RENAME ffchost)
 
   # The menu entry, its icon, and what a software centre shows.
   install(FILES packaging/ffchost.desktop DESTINATION share/applications)

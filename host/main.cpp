@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 
 #include <QApplication>
 
@@ -8,6 +9,7 @@
 #include "host/options/cameraopening.h"
 #include "host/options/commandline.h"
 #include "host/options/language.h"
+#include "host/recording/recordrun.h"
 #include "host/viewer/settingsrescue.h"
 #include "host/window/mainwindow.h"
 #include "host/window/screenshotrun.h"
@@ -18,6 +20,7 @@ namespace {
 
 constexpr int EXIT_USAGE = 2;
 constexpr int EXIT_LIMIT = 4; ///< the image is less even than was asked for
+constexpr int EXIT_LOSS = 5;  ///< frames were lost while others were recorded
 
 int Fail(const ffc::Failure &failure)
 {
@@ -37,6 +40,12 @@ int RunHeadless(const SHeadlessOptions &stOptions)
 {
   CProgressLine progress(IsErrorStreamTerminal() ? &std::cerr : nullptr);
   CHeadlessRun run(stOptions, OpenCamera, progress);
+  const SWorkflowOptions &stWorkflow = stOptions.stWorkflow;
+  CTerminalAttendant attendant(std::cin, std::cout,
+                               stWorkflow.bWait ? std::nullopt : std::optional<double>(stWorkflow.dDarkDelay));
+  if (!stOptions.stCamera.strCameraId.empty()) {
+    run.SetLensAttendant([&attendant](bool bCovered) { return attendant.Cover(bCovered); });
+  }
   const ffc::Result<> result = run.Run();
   if (!result) {
     return Fail(result.GetFailure());
@@ -44,6 +53,18 @@ int RunHeadless(const SHeadlessOptions &stOptions)
   std::cout << run.GetSummary().toStdString();
   std::cout << "  written to " << stOptions.stWorkflow.strOutFolder << std::endl;
   return run.IsWithinLimit() ? EXIT_SUCCESS : EXIT_LIMIT;
+}
+
+int RunRecording(const SHeadlessOptions &stOptions)
+{
+  CProgressLine progress(IsErrorStreamTerminal() ? &std::cerr : nullptr);
+  CRecordRun run(stOptions, OpenCamera, progress);
+  const ffc::Result<> result = run.Run();
+  std::cout << run.GetSummary().toStdString() << std::flush;
+  if (!result) {
+    return Fail(result.GetFailure());
+  }
+  return run.GetCounts().GetLost() == 0 ? EXIT_SUCCESS : EXIT_LOSS;
 }
 
 /// Gives the camera its user's settings back.
@@ -101,7 +122,8 @@ int main(int nArguments, char **pArguments)
     return EXIT_SUCCESS;
   }
   const bool bRescue = stCommandLine.stTask.bRestoreSettings;
-  const bool bHeadless = stCommandLine.stTask.bHeadless || bRescue || !HasDisplay();
+  const bool bRecord = stCommandLine.stOptions.stRecording.nFrames > 0;
+  const bool bHeadless = stCommandLine.stTask.bHeadless || bRescue || bRecord || !HasDisplay();
   if (!bHeadless && !stCommandLine.strNotInWindow.empty()) {
     std::cerr << "ffchost: " << stCommandLine.strNotInWindow << " belongs to --headless" << std::endl;
     return EXIT_USAGE;
@@ -123,6 +145,9 @@ int main(int nArguments, char **pArguments)
   const SHeadlessOptions &stOptions = stCommandLine.stOptions;
   if (bRescue) {
     return RunRescue(stOptions.stCamera);
+  }
+  if (bRecord) {
+    return RunRecording(stOptions);
   }
   return bHeadless ? RunHeadless(stOptions) : RunLive(stCommandLine);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include <QString>
 
@@ -17,8 +18,11 @@ namespace ffc::host {
 /// thread.
 class CHeadlessRun {
 public:
-  /// \param fnOpenCamera makes a camera whose scene can be set by software
+  /// \param fnOpenCamera makes a camera whose scene can be set by software, or by an attendant
   CHeadlessRun(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
+
+  /// For a camera whose scene software cannot set. Before Run.
+  void SetLensAttendant(LensAttendant fnAttend) { m_session.SetLensAttendant(std::move(fnAttend)); }
 
   /// \return on failure one line: the step and why it failed
   Result<> Run();

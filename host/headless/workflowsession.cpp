@@ -86,7 +86,7 @@ Result<> CWorkflowSession::OpenCameraInViewer()
   m_collector.emplace(m_pViewer->GetPipeline());
   m_collector->SetCheck([this] { return m_pViewer->GetStreamState(); });
   m_stReport.strCamera = QString::fromStdString(m_pViewer->GetCamera().GetDisplayName());
-  if (FindSceneControl(m_pViewer->GetCamera()) == nullptr) {
+  if (FindSceneControl(m_pViewer->GetCamera()) == nullptr && !m_fnAttend) {
     return Failure("the scene of this camera cannot be set by software");
   }
   return {};
@@ -129,8 +129,16 @@ Result<> CWorkflowSession::SetScene(bool bLensCap, ISceneControl::EPurpose ePurp
 {
   m_pViewer->StopStream();
   ISceneControl *pScene = FindSceneControl(m_pViewer->GetCamera());
-  pScene->SetLensCap(bLensCap);
-  pScene->SetPurpose(ePurpose);
+  if (pScene != nullptr) {
+    pScene->SetLensCap(bLensCap);
+    pScene->SetPurpose(ePurpose);
+  } else {
+    m_progress.Clear();
+    const Result<> covered = m_fnAttend(bLensCap);
+    if (!covered) {
+      return covered;
+    }
+  }
   return m_pViewer->StartStream();
 }
 

@@ -5,11 +5,13 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <QString>
 
 #include "camera/iscenecontrol.h"
 #include "host/dialogdriver/dialogdriver.h"
+#include "host/headless/lensattendant.h"
 #include "host/headless/progressline.h"
 #include "host/headless/resultfolder.h"
 #include "host/measurement/freshframes.h"
@@ -30,6 +32,9 @@ public:
   ~CWorkflowSession();
   CWorkflowSession(const CWorkflowSession &) = delete;
   CWorkflowSession &operator=(const CWorkflowSession &) = delete;
+
+  /// For a camera whose scene software cannot set. Before Open; without one, such a camera is not opened.
+  void SetLensAttendant(LensAttendant fnAttend) { m_fnAttend = std::move(fnAttend); }
 
   /// Makes the folder, the camera and the plug-in's binding to it. A camera that corrects itself gets a
   /// fresh flash in that folder, unless the user named one.
@@ -93,6 +98,7 @@ private:
 
   SHeadlessOptions m_stOptions;
   CameraFactory m_fnOpenCamera;
+  LensAttendant m_fnAttend;
   CProgressLine &m_progress;
   CResultFolder m_folder;
   std::unique_ptr<CViewer> m_pViewer;

@@ -21,6 +21,7 @@ namespace {
 constexpr int EXIT_USAGE = 2;
 constexpr uint32_t MIN_SIDE = 64;
 constexpr uint32_t MAX_SIDE = 16384;
+constexpr uint32_t MAX_RECORDED = 1000000000;
 constexpr uint64_t MAX_SEED = 999999999999999999;
 const std::string REPLAY_PREFIX = "replay:";
 
@@ -220,6 +221,41 @@ void AddWorkflowOptions(CLI::App &app, SHeadlessOptions &stOptions, SWords &stWo
     ->check(CLI::Range(0.01, 100.0));
 }
 
+void AddAttendantOptions(CLI::App &app, SWorkflowOptions &stWorkflow)
+{
+  auto *pNoWait = app.add_flag_callback(
+    "--no-wait", [&stWorkflow] { stWorkflow.bWait = false; },
+    "with --headless and a real camera: do not wait for Enter when the lens is to be covered or uncovered");
+  app
+    .add_option("--dark-delay", stWorkflow.dDarkDelay,
+                "with --no-wait: give a shutter so long after each line that says so (default 0)")
+    ->type_name("SECONDS")
+    ->needs(pNoWait)
+    ->check(CLI::Range(0.0, 3600.0));
+}
+
+void AddRecordingOptions(CLI::App &app, SRecordingOptions &stRecording)
+{
+  auto *pRecord = app.add_option("--record", stRecording.nFrames, "record so many frames into --out, without a window")
+                    ->type_name("N")
+                    ->check(CLI::Range(1U, MAX_RECORDED));
+  app
+    .add_option("--format", stRecording.strFormat,
+                "with --record: tif (default), png or fits, a file for each frame, or ser, one file")
+    ->type_name("KIND")
+    ->needs(pRecord)
+    ->check(CLI::IsMember({"tif", "tiff", "png", "fits", "ser"}));
+  app
+    .add_option("--corrected", stRecording.strCoefficients,
+                "with --record: correct the frames with this .ffc file; else they are kept as they come")
+    ->type_name("FILE")
+    ->needs(pRecord);
+  app
+    .add_flag("--stop-on-loss", stRecording.bStopOnLoss,
+              "with --record: stop at the first frame that is lost; lost frames end with exit code 5 in any case")
+    ->needs(pRecord);
+}
+
 /// The first option that a window cannot honour.
 std::string FindNotInWindow(const CLI::App &app)
 {
@@ -238,10 +274,12 @@ Result<> CheckTogether(const CLI::App &app, const SCameraOptions &stCamera, cons
   if (!bSimulated && app.count("--size") + app.count("--seed") + app.count("--mode") > 0) {
     return Failure("--size, --seed and --mode belong to the simulated camera");
   }
-  if (stTask.bHeadless && !stCamera.strCameraId.empty()) {
+  if (app.count("--no-wait") > 0 && (stCamera.strCameraId.empty() || !stTask.bHeadless)) {
+    return Failure("--no-wait belongs to --headless with a real camera: others have their lenses covered by software");
+  }
+  if (app.count("--record") > 0 && (stTask.bHeadless || !stTask.strScreenshots.empty() || stTask.bRestoreSettings)) {
     return Failure(
-      "--headless covers the lens by software, which a real camera does not let it do: without it, the window "
-      "runs the workflow and you cover the lens");
+      "--record is a task of its own: it goes with neither --headless, --screenshots nor --restore-settings");
   }
   if (app.count("--flash") > 0 && stCamera.eMode == ECorrectionMode::None) {
     return Failure("--flash belongs to a simulated camera with a --mode");
@@ -272,6 +310,8 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   app.set_version_flag("--version", std::string("ffchost ") + FFC_VERSION);
   AddTaskOptions(app, stResult.stTask);
   AddWorkflowOptions(app, stResult.stOptions, stWords);
+  AddAttendantOptions(app, stResult.stOptions.stWorkflow);
+  AddRecordingOptions(app, stResult.stOptions.stRecording);
   AddCameraOptions(app, stResult.stOptions.stCamera, stWords);
   AddCorrectionOptions(app, stResult.stOptions.stCamera, stWords);
   try {

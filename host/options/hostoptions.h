@@ -35,6 +35,16 @@ struct SWorkflowOptions {
   int nSaveFrames = 1;  ///< pairs of fresh raw and corrected frames
   std::string strOutFolder = "out";
   double dShadingLimit = 0; ///< percent that passes; 0: no verdict is asked for
+  bool bWait = true;        ///< for somebody who covers a real camera's lens; else dDarkDelay long for a shutter
+  double dDarkDelay = 0;    ///< seconds
+};
+
+/// Which frames are kept, and how.
+struct SRecordingOptions {
+  uint32_t nFrames = 0;          ///< 0: nothing is recorded
+  std::string strFormat = "tif"; ///< tif, png, fits or ser
+  std::string strCoefficients;   ///< .ffc file that the frames are corrected with; empty: as they come
+  bool bStopOnLoss = false;      ///< stop at the first frame that is lost
 };
 
 /// What the window sets in the plug-in's dialog, because the user has asked for it.
@@ -48,6 +58,7 @@ struct SHeadlessOptions {
   SCameraOptions stCamera;
   SPluginOptions stPlugin;
   SWorkflowOptions stWorkflow;
+  SRecordingOptions stRecording;
 };
 
 /// What the program is to do, instead of showing its window.

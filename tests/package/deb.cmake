@@ -29,6 +29,7 @@ foreach(file IN ITEMS usr/bin/ffchost usr/bin/ffc usr/share/man/man1/ffc.1.gz
                       usr/share/icons/hicolor/scalable/apps/ffchost.svg usr/share/icons/hicolor/48x48/apps/ffchost.png
                       usr/share/doc/flatfieldcorrection/examples/Snakefile
                       usr/share/doc/flatfieldcorrection/examples/ffc-array.sbatch usr/share/bash-completion/completions/ffc
+                      usr/share/bash-completion/completions/ffchost
                       usr/lib/flatfieldcorrection/FlatFieldCorrection.plx
                       usr/lib/flatfieldcorrection/libOmbrix.so usr/share/doc/flatfieldcorrection/README.md)
   if(NOT file IN_LIST files)

@@ -101,7 +101,7 @@ TEST(CommandLine, AnyOtherCameraIsARealOneWhereTheProgramKnowsThem)
   EXPECT_EQ(Parse({"--camera", "replay:dir"}).stOptions.stCamera.strCameraId, "");
 }
 
-TEST(CommandLine, ARealCameraTakesNeitherTheSimulatedOnesOptionsNorAHeadlessRun)
+TEST(CommandLine, ARealCameraTakesNoneOfTheSimulatedOnesOptions)
 {
   if (!AreRealCamerasSupported()) {
     GTEST_SKIP() << "built without support for real cameras";
@@ -109,14 +109,47 @@ TEST(CommandLine, ARealCameraTakesNeitherTheSimulatedOnesOptionsNorAHeadlessRun)
   EXPECT_TRUE(Parse({"--camera", "CAM1", "--pixel-format", "Mono12"}).bRun);
   EXPECT_TRUE(Parse({"--pixel-format", "YUV422_8", "--camera", "CAM1"}).bRun) << "whatever the camera lists";
   EXPECT_FALSE(Parse({"--pixel-format", "YUV422_8", "--camera", "replay:dir"}).bRun);
-  for (const auto &listMore :
-       {std::vector<const char *>{"--size", "64x64"}, {"--seed", "1"}, {"--mode", "none"}, {"--headless"}}) {
+  for (const auto &listMore : {std::vector<const char *>{"--size", "64x64"}, {"--seed", "1"}, {"--mode", "none"}}) {
     std::vector<const char *> listArguments = {"--camera", "CAM1"};
     listArguments.insert(listArguments.end(), listMore.begin(), listMore.end());
     const SCommandLine stResult = Parse(listArguments);
     EXPECT_FALSE(stResult.bRun) << listMore[0];
     EXPECT_NE(stResult.nExitCode, 0) << listMore[0];
     EXPECT_NE(stResult.strText.find(listMore[0]), std::string::npos) << stResult.strText;
+  }
+}
+
+TEST(CommandLine, WhoeverCoversALensIsWaitedForUnlessToldOtherwise)
+{
+  if (!AreRealCamerasSupported()) {
+    GTEST_SKIP() << "built without support for real cameras";
+  }
+  EXPECT_TRUE(Parse({"--headless", "--camera", "CAM1"}).stOptions.stWorkflow.bWait);
+  const SCommandLine stRig = Parse({"--headless", "--camera", "CAM1", "--no-wait", "--dark-delay", "2.5"});
+  EXPECT_TRUE(stRig.bRun) << stRig.strText;
+  EXPECT_FALSE(stRig.stOptions.stWorkflow.bWait);
+  EXPECT_EQ(stRig.stOptions.stWorkflow.dDarkDelay, 2.5);
+  EXPECT_FALSE(Parse({"--headless", "--camera", "CAM1", "--dark-delay", "2.5"}).bRun) << "nothing is timed";
+  EXPECT_FALSE(Parse({"--headless", "--no-wait"}).bRun) << "the simulated camera's lens is covered by software";
+  EXPECT_FALSE(Parse({"--camera", "CAM1", "--no-wait"}).bRun) << "the window asks in its own way";
+}
+
+TEST(CommandLine, RecordingIsATaskOfItsOwn)
+{
+  const SCommandLine stResult = Parse({"--record", "5", "--format", "ser", "--corrected", "x.ffc", "--stop-on-loss"});
+  ASSERT_TRUE(stResult.bRun) << stResult.strText;
+  const SRecordingOptions &stRecording = stResult.stOptions.stRecording;
+  EXPECT_EQ(stRecording.nFrames, 5U);
+  EXPECT_EQ(stRecording.strFormat, "ser");
+  EXPECT_EQ(stRecording.strCoefficients, "x.ffc");
+  EXPECT_TRUE(stRecording.bStopOnLoss);
+  EXPECT_EQ(Parse({}).stOptions.stRecording.nFrames, 0U);
+  for (const auto &listWrong : {std::vector<const char *>{"--record", "0"},
+                                {"--record", "5", "--format", "jpeg"},
+                                {"--record", "5", "--headless"},
+                                {"--format", "ser"},
+                                {"--stop-on-loss"}}) {
+    EXPECT_EQ(Parse(listWrong).nExitCode, 2) << listWrong[0];
   }
 }
 
@@ -210,18 +243,22 @@ TEST(CommandLine, AnUnknownCorrectionHasAFlashAllTheSame)
   EXPECT_EQ(stResult.stOptions.stCamera.eMode, ECorrectionMode::Unknown);
 }
 
-TEST(CommandLine, TheManPageHasEveryOptionOfTheHelp)
+TEST(CommandLine, TheManPageAndTheCompletionHaveEveryOptionOfTheHelp)
 {
   QFile file(QStringLiteral(FFC_SOURCE_DIR "/packaging/ffchost.1"));
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   const QString strPage = QString::fromUtf8(file.readAll()).remove('\\');
+  QFile completionFile(QStringLiteral(FFC_SOURCE_DIR "/packaging/ffchost.bash"));
+  ASSERT_TRUE(completionFile.open(QIODevice::ReadOnly));
+  const QString strCompletion = QString::fromUtf8(completionFile.readAll());
   const QString strHelp = QString::fromStdString(Parse({"--help"}).strText);
   const QRegularExpression option(QStringLiteral("--[a-z][a-z-]+"));
   int nOptions = 0;
   for (auto it = option.globalMatch(strHelp); it.hasNext(); ++nOptions) {
     const QString strOption = it.next().captured();
-    EXPECT_TRUE(strPage.contains(QRegularExpression(strOption + QStringLiteral("(?![a-z-])"))))
-      << strOption.toStdString();
+    const QRegularExpression word(strOption + QStringLiteral("(?![a-z-])"));
+    EXPECT_TRUE(strPage.contains(word)) << strOption.toStdString();
+    EXPECT_TRUE(strCompletion.contains(word)) << strOption.toStdString();
   }
   EXPECT_GT(nOptions, 15);
 }
