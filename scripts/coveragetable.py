@@ -21,17 +21,18 @@ def read_files(root, path):
 
 
 def find_folder(name, folders):
-    """The longest of the folders that the file is in, or None."""
+    """The longest of the folders that the file is in, or None. The plug-in object is the files of its own folder alone."""
     of_it = [folder for folder in folders if name.startswith(folder + "/")]
-    return max(of_it, key=len, default=None)
+    folder = max(of_it, key=len, default=None)
+    return None if folder == "pluginobject" and os.path.dirname(name) != folder else folder
 
 
 def add_up(files, folders):
-    """Gives {folder: {kind: (covered, count)}}. The object's own folder is its files alone, not the dialog's below it."""
+    """Gives {folder: {kind: (covered, count)}}."""
     sums = {folder: {kind: (0, 0) for kind in KINDS} for folder in folders}
     for name, kinds in files.items():
         folder = find_folder(name, folders)
-        if folder is None or (folder == "pluginobject" and os.path.dirname(name) != folder):
+        if folder is None:
             continue
         for kind, (covered, count) in kinds.items():
             sums[folder][kind] = (sums[folder][kind][0] + covered, sums[folder][kind][1] + count)
