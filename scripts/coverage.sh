@@ -40,9 +40,9 @@ report() {
   objects+=(-object "$build/bin/FlatFieldCorrection.plx" -object "$build/bin/libOmbrix.so")
   llvm-profdata merge --sparse --output "$build/counts/all.profdata" "$build"/counts/*.profraw
   llvm-cov export --summary-only --instr-profile "$build/counts/all.profdata" "${objects[@]:1}" \
-    --ignore-filename-regex '/(tests|build)/|^/usr/' >"$build/coverage.json" 2>"$build/llvm-cov.log"
+    --ignore-filename-regex '/tests/|^/usr/' >"$build/coverage.json" 2>"$build/llvm-cov.log"
   llvm-cov show --format=html --output-dir "$build/report" --show-branches=count --instr-profile "$build/counts/all.profdata" \
-    "${objects[@]:1}" --ignore-filename-regex '/(tests|build)/|^/usr/' 2>>"$build/llvm-cov.log"
+    "${objects[@]:1}" --ignore-filename-regex '/tests/|^/usr/' 2>>"$build/llvm-cov.log"
   python3 scripts/coveragetable.py "$root" "$build/coverage.json" "${folders[@]}"
 }
 

@@ -10,13 +10,16 @@ KINDS = ("lines", "branches")
 
 
 def read_files(root, path):
-    """Gives {path below root: {kind: (covered, count)}}."""
+    """Gives {path below root: {kind: (covered, count)}}. A compiler cache may have another spelling of a path, and so two
+    entries of one header: the one of which more has run counts."""
     with open(path, encoding="utf-8") as file:
         exported = json.load(file)
     found = {}
     for entry in exported["data"][0]["files"]:
         name = os.path.relpath(entry["filename"], root)
-        found[name] = {kind: (entry["summary"][kind]["covered"], entry["summary"][kind]["count"]) for kind in KINDS}
+        kinds = {kind: (entry["summary"][kind]["covered"], entry["summary"][kind]["count"]) for kind in KINDS}
+        if name not in found or kinds["lines"][0] > found[name]["lines"][0]:
+            found[name] = kinds
     return found
 
 
