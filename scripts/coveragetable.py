@@ -10,28 +10,32 @@ KINDS = ("lines", "branches")
 
 
 def read_files(root, path):
-    """Gives {path below root: {kind: (covered, count)}}."""
+    """Gives {path below root: {kind: (covered, count)}}. A compiler cache may have another spelling of a path, and so two
+    entries of one header: the one of which more has run counts."""
     with open(path, encoding="utf-8") as file:
         exported = json.load(file)
     found = {}
     for entry in exported["data"][0]["files"]:
         name = os.path.relpath(entry["filename"], root)
-        found[name] = {kind: (entry["summary"][kind]["covered"], entry["summary"][kind]["count"]) for kind in KINDS}
+        kinds = {kind: (entry["summary"][kind]["covered"], entry["summary"][kind]["count"]) for kind in KINDS}
+        if name not in found or kinds["lines"][0] > found[name]["lines"][0]:
+            found[name] = kinds
     return found
 
 
 def find_folder(name, folders):
-    """The longest of the folders that the file is in, or None."""
+    """The longest of the folders that the file is in, or None. The plug-in object is the files of its own folder alone."""
     of_it = [folder for folder in folders if name.startswith(folder + "/")]
-    return max(of_it, key=len, default=None)
+    folder = max(of_it, key=len, default=None)
+    return None if folder == "pluginobject" and os.path.dirname(name) != folder else folder
 
 
 def add_up(files, folders):
-    """Gives {folder: {kind: (covered, count)}}. The object's own folder is its files alone, not the dialog's below it."""
+    """Gives {folder: {kind: (covered, count)}}."""
     sums = {folder: {kind: (0, 0) for kind in KINDS} for folder in folders}
     for name, kinds in files.items():
         folder = find_folder(name, folders)
-        if folder is None or (folder == "pluginobject" and os.path.dirname(name) != folder):
+        if folder is None:
             continue
         for kind, (covered, count) in kinds.items():
             sums[folder][kind] = (sums[folder][kind][0] + covered, sums[folder][kind][1] + count)
