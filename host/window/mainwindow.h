@@ -32,6 +32,7 @@ class CCameraPanel;
 class CImageView;
 class CPlotPanel;
 class CQualityPanel;
+class CRecordingPanel;
 class CScenePanel;
 class CStatusLine;
 
@@ -91,6 +92,8 @@ private:
   void ConnectSession();
   void ShowCamera();
   void ForgetCamera();
+  /// Opens the recording anew with samples of another kind; the former one where that cannot be.
+  void ReplayAs(const QString &strPixelFormat, std::optional<frames::EAlignment> eAlignment);
   void TakeFrame();
   void ShowPicture();
   void UpdateStatus();
@@ -107,6 +110,8 @@ private:
   /// Says where coefficients that are about to be loaded are for another camera.
   void CheckSideFile(const QString &strFile);
   void NoteOutcome(const SDialogOutcome &stOutcome);
+  /// Keeps beside coefficients that were saved for which frames they are, where that is known.
+  void KeepSideFile(const SDialogOutcome &stOutcome);
   void MarkStale(const SDialogOutcome &stOutcome);
   void ShowNote(const SDialogNote &stNote);
   uint32_t GetAcquisitionTotal() const;
@@ -116,6 +121,7 @@ private:
   void ShowBox(int nIcon, const QString &strText);
 
   SCameraOptions m_stFirstCamera;
+  SCameraOptions m_stOpenCamera;
   SPluginOptions m_stPlugin;
   SDialogPreset m_stPreset;
   CameraFactory m_fnOpenCamera;
@@ -129,6 +135,7 @@ private:
   CImageView *m_pView;
   CCameraPanel *m_pCameraPanel;
   CScenePanel *m_pScenePanel;
+  CRecordingPanel *m_pRecordingPanel;
   CPlotPanel *m_pPlotPanel;
   CQualityPanel *m_pQualityPanel;
   CStatusLine *m_pStatusLine;

@@ -42,6 +42,7 @@ protected:
     stCamera.nHeight = 192;
     stCamera.dFrameRate = m_dFrameRate;
     stCamera.eMode = stOptions.eMode;
+    stCamera.nSeed = m_nSeed;
     return camera::CreateSimulatedCamera(stCamera);
   }
 
@@ -109,6 +110,7 @@ protected:
   SCameraOptions m_stCamera;
   SPluginOptions m_stPlugin;
   double m_dFrameRate = 100;
+  uint64_t m_nSeed = 1;
   std::unique_ptr<CMainWindow> m_pWindow;
 };
 
