@@ -11,6 +11,7 @@ struct SFeatureNote {
     Aliased,  ///< the camera has it under another name, in another unit, or as a number of another kind
     Supplied, ///< the camera has nothing of the kind; it reads as strSource, and is the host's
     Hidden,   ///< the camera has it, and what it says would be misunderstood: strSource tells why
+    Guessed,  ///< nobody stated it: strSource is a sentence that says why it is what it is
     Missing,  ///< no flat field can be taken without it
   };
 

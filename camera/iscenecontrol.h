@@ -2,6 +2,9 @@
 /// Cameras whose scene can be set by software.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "camera/icamera.h"
 
 namespace ffc::camera {
@@ -16,6 +19,8 @@ public:
   enum class EScene { Target, TestChart }; ///< an evenly lit target; a chart with structure
   enum class EPurpose { Acquisition, Measurement };
 
+  /// Whether the lens can be covered: a recording may have no dark frames.
+  virtual bool CanCover() const { return true; }
   virtual void SetLensCap(bool bCovered) = 0;
   virtual bool IsLensCapOn() const = 0;
   /// Whether target, chart and lamp can be chosen; recorded frames show what they show.
@@ -26,6 +31,11 @@ public:
   /// Recorded frames are split in two halves, one per purpose, so that no figure is taken on frames
   /// that made the coefficients. A camera that exposes afresh ignores it.
   virtual void SetPurpose(EPurpose ePurpose) = 0;
+  /// Makes the noise of all frames exposed from now on that of one moment, so that it does not depend on which of them
+  /// somebody takes. When it returns, no frame exposed before is on its way. A camera that exposes no noise of its own
+  /// ignores it.
+  /// \param nMoment none: frames are exposed afresh again
+  virtual void HoldMoment(std::optional<uint64_t> nMoment) { (void)nMoment; }
 };
 
 /// What a camera is besides, when software can change its scene.

@@ -47,13 +47,16 @@ std::string GetStatedFormat(const SFrameInfo &stInfo)
 // Reads the files of one recording; the first one sets what all others must be.
 class CRecordingReader {
 public:
-  CRecordingReader(const QDir &dir, const std::optional<SSampleFormat> &stFormat) : m_dir(dir), m_stFormat(stFormat) {}
+  CRecordingReader(const QDir &dir, const std::optional<SSampleFormat> &stFormat, std::optional<EAlignment> eAlignment)
+    : m_dir(dir), m_stFormat(stFormat), m_eAlignment(eAlignment)
+  {
+  }
 
   Result<SRecordedFrames> ReadAll()
   {
-    Result<> result = RunUntilFailure([this] { return ReadScene("dark", m_stFrames.listDark); },
-                                      [this] { return ReadScene("bright", m_stFrames.listBright); });
-    result = result ? AlignRight() : result;
+    Result<> result = RunUntilFailure([this] { return ReadScene("dark", m_stFrames.listDark, false); },
+                                      [this] { return ReadScene("bright", m_stFrames.listBright, true); });
+    result = result ? DecideSamples() : result;
     if (!result) {
       return result.GetFailure();
     }
@@ -63,7 +66,7 @@ public:
 private:
   using Frames = std::vector<std::vector<uint8_t>>;
 
-  Result<> ReadScene(const char *pScene, Frames &listFrames)
+  Result<> ReadScene(const char *pScene, Frames &listFrames, bool bNeeded)
   {
     const QStringList listPatterns = ListPatterns(pScene);
     const QStringList listNames = m_dir.entryList(listPatterns, QDir::Files, QDir::Name);
@@ -73,7 +76,7 @@ private:
         return Failure("The file \"" + m_dir.filePath(strName).toStdString() + "\" " + result.GetError());
       }
     }
-    if (listFrames.size() < MIN_FRAMES) {
+    if (listFrames.size() < MIN_FRAMES && (bNeeded || !listFrames.empty())) {
       return Failure("The folder \"" + m_dir.path().toStdString() + "\" has " + std::to_string(listFrames.size()) +
                      " frames in \"" + pScene + "_*\" files; at least " + std::to_string(MIN_FRAMES) + " are needed (" +
                      listPatterns.join(QStringLiteral(", ")).toStdString() + ").");
@@ -102,6 +105,7 @@ private:
   Result<> SetUp(const SFrameInfo &stInfo)
   {
     const SLayout &stLayout = stInfo.stLayout;
+    m_strLayout = GetLayoutName(stInfo.eColors.value_or(EColorLayout::Mono));
     m_stFrames.strStatedFormat = GetStatedFormat(stInfo);
     if (!m_stFormat && stInfo.nBitDepth != 0) {
       m_stFormat = SSampleFormat{m_stFrames.strStatedFormat, stInfo.nBitDepth};
@@ -136,26 +140,42 @@ private:
   }
 
   // Values beyond the depth are those of left-aligned samples, or of another format.
-  Result<> AlignRight()
+  Result<> DecideSamples()
   {
-    if (m_strBeyond.empty()) {
+    if (m_stFrames.stLayout.nBytesPerSample == 1) {
       return {};
     }
-    const Result<SDepth> depth = DecideDepth(m_stEvidence, m_stFrames.stLayout, {m_stFormat->nBitDepth, std::nullopt});
+    const uint32_t nStated = m_stFormat ? m_stFormat->nBitDepth : 0;
+    const Result<SDepth> depth = DecideDepth(m_stEvidence, m_stFrames.stLayout, {nStated, m_eAlignment});
     if (!depth) {
-      return Failure(m_strBeyond);
+      return Failure(m_strBeyond.empty() ? "The recording in \"" + m_dir.path().toStdString() + "\" " + depth.GetError()
+                                         : m_strBeyond);
     }
-    m_stFrames.bLeftAligned = true;
+    if (nStated == 0) {
+      m_stFrames.strStatedFormat = m_strLayout + std::to_string(depth.GetValue().nBitDepth);
+      m_stFrames.strGuess = depth.GetValue().strReason.toStdString();
+    }
+    AlignRight(depth.GetValue().GetShift(m_stFrames.stLayout));
+    return {};
+  }
+
+  void AlignRight(uint32_t nShift)
+  {
+    m_stFrames.bLeftAligned = nShift > 0;
+    if (nShift == 0) {
+      return;
+    }
     for (Frames *pFrames : {&m_stFrames.listDark, &m_stFrames.listBright}) {
       for (std::vector<uint8_t> &listFrame : *pFrames) {
-        ShiftRight(listFrame.data(), m_stFrames.stLayout, depth.GetValue().GetShift(m_stFrames.stLayout));
+        ShiftRight(listFrame.data(), m_stFrames.stLayout, nShift);
       }
     }
-    return {};
   }
 
   QDir m_dir;
   std::optional<SSampleFormat> m_stFormat;
+  std::optional<EAlignment> m_eAlignment;
+  std::string m_strLayout; ///< of the colours, as formats begin with it
   SRecordedFrames m_stFrames;
   SEvidence m_stEvidence;
   std::string m_strBeyond; // the first value beyond the format, as a sentence
@@ -163,13 +183,14 @@ private:
 
 } // namespace
 
-Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::optional<SSampleFormat> &stFormat)
+Result<SRecordedFrames> LoadRecordedFrames(const std::string &strFolder, const std::optional<SSampleFormat> &stFormat,
+                                           std::optional<EAlignment> eAlignment)
 {
   const QString strPath = QString::fromStdString(strFolder);
   if (!QFileInfo(strPath).isDir()) {
     return Failure("There is no folder \"" + strFolder + "\".");
   }
-  return CRecordingReader(QDir(strPath), stFormat).ReadAll();
+  return CRecordingReader(QDir(strPath), stFormat, eAlignment).ReadAll();
 }
 
 } // namespace ffc::frames

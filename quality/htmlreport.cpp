@@ -13,7 +13,8 @@ const char *const STYLE = "body{font:14px/1.45 sans-serif;color:#222;max-width:1
                           "table{border-collapse:collapse}td,th{padding:3px 14px 3px 0;border-bottom:1px solid #ddd;"
                           "text-align:left}td.n,th.n{text-align:right;font-variant-numeric:tabular-nums}"
                           ".verdict{display:inline-block;padding:4px 12px;color:#fff;font-weight:bold}"
-                          ".pass{background:#2e7d32}.fail{background:#b3261e}.none{background:#6b6e73}"
+                          "p.verdict{margin:2px 0}.pass{background:#2e7d32}.fail{background:#b3261e}"
+                          ".worse{background:#b3261e}.none{background:#6b6e73}"
                           "figure{display:inline-block;width:48%;margin:0 1% 12px 0;vertical-align:top}"
                           "figure.wide{width:98%}img{width:100%;border:1px solid #ccc}"
                           "figcaption{color:#666;font-size:12px}small{color:#666}";
@@ -53,22 +54,39 @@ QString MakeFigureTable(const SReport &stReport)
   return strTable + QStringLiteral("</table>\n");
 }
 
-QString MakeSettings(const SResult &stResult)
+QString MakePairs(const QList<std::pair<QString, QString>> &listPairs)
 {
   QString strTable = QStringLiteral("<table>\n");
-  for (const auto &[strName, strValue] : stResult.listSettings) {
+  for (const auto &[strName, strValue] : listPairs) {
     strTable +=
       QStringLiteral("<tr><td>%1</td><td>%2</td></tr>\n").arg(strName.toHtmlEscaped(), strValue.toHtmlEscaped());
   }
   return strTable + QStringLiteral("</table>\n");
 }
 
-QString MakeVerdict(const SReport &stReport, double dLimitPercent)
+const char *GetClass(EVerdict eVerdict)
 {
-  const EVerdict eVerdict = JudgeShading(stReport.stBefore, stReport.stAfter, dLimitPercent);
-  const char *pClass = eVerdict == EVerdict::Pass ? "pass" : eVerdict == EVerdict::Unknown ? "none" : "fail";
-  return QStringLiteral("<p class=\"verdict %1\">%2</p>\n")
-    .arg(QLatin1String(pClass), DescribeVerdict(eVerdict, stReport.stAfter, dLimitPercent).toHtmlEscaped());
+  switch (eVerdict) {
+  case EVerdict::Pass: return "pass";
+  case EVerdict::Fail: return "fail";
+  case EVerdict::Worse: return "worse";
+  default: return "none";
+  }
+}
+
+QString MakeVerdict(const SReport &stReport, const SLimits &stLimits)
+{
+  const SVerdict stVerdict = Judge(stReport.stBefore, stReport.stAfter, stLimits);
+  const QStringList listLines = DescribeVerdict(stVerdict);
+  QString strVerdict;
+  for (int nLine = 0; nLine < listLines.size(); ++nLine) {
+    const bool bFigures = stVerdict.eVerdict != EVerdict::Unknown;
+    const EVerdict eVerdict =
+      bFigures ? stVerdict.listFigures[static_cast<std::size_t>(nLine)].eVerdict : EVerdict::Unknown;
+    strVerdict += QStringLiteral("<p class=\"verdict %1\">%2</p><br>\n")
+                    .arg(QLatin1String(GetClass(eVerdict)), listLines[nLine].toHtmlEscaped());
+  }
+  return strVerdict;
 }
 
 void AddRow(QList<SFigureRow> &listRows, const QString &strName, double dBefore, double dAfter, int nDecimals)
@@ -77,7 +95,7 @@ void AddRow(QList<SFigureRow> &listRows, const QString &strName, double dBefore,
 }
 
 void AddPlaneRows(QList<SFigureRow> &listRows, const QString &strPlane, const SUniformityFigures &stBefore,
-                  const SUniformityFigures &stAfter)
+                  const SUniformityFigures &stAfter, bool bWithoutDark)
 {
   const auto Name = [&strPlane](const char *pText) {
     return strPlane.isEmpty() ? Translate(pText) : QStringLiteral("%1  %2").arg(strPlane, Translate(pText));
@@ -86,10 +104,12 @@ void AddPlaneRows(QList<SFigureRow> &listRows, const QString &strPlane, const SU
          stAfter.dShadingPercent, 2);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Corner / centre")), stBefore.dCornerToCentre,
          stAfter.dCornerToCentre, 3);
-  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU with shading, %")), stBefore.dPrnuPercent,
-         stAfter.dPrnuPercent, 2);
-  AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU with shading, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn,
-         2);
+  if (!bWithoutDark) {
+    AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU with shading, %")), stBefore.dPrnuPercent,
+           stAfter.dPrnuPercent, 2);
+    AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU with shading, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn,
+           2);
+  }
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Mean grey, DN")), stBefore.dMeanGray, stAfter.dMeanGray, 1);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Clipped, %")), stBefore.dClippedPercent,
          stAfter.dClippedPercent, 3);
@@ -116,12 +136,16 @@ QList<SFigureRow> ListFigureRows(const SReport &stReport)
 {
   QList<SFigureRow> listRows;
   const auto &listBefore = stReport.stBefore.listPlanes;
-  const auto &listAfter = stReport.stAfter.listPlanes;
+  const SUniformity &stAfter = stReport.bBaseline ? stReport.stBefore : stReport.stAfter;
+  const auto &listAfter = stAfter.listPlanes;
   for (std::size_t nPlane = 0; nPlane < listBefore.size() && nPlane < listAfter.size(); ++nPlane) {
     const QString strPlane = listBefore.size() > 1 ? QString::fromStdString(listBefore[nPlane].strName) : QString();
-    AddPlaneRows(listRows, strPlane, listBefore[nPlane], listAfter[nPlane]);
+    AddPlaneRows(listRows, strPlane, listBefore[nPlane], listAfter[nPlane], stReport.stBefore.bWithoutDark);
   }
-  AddHighPassRows(listRows, stReport.stBefore, stReport.stAfter);
+  AddHighPassRows(listRows, stReport.stBefore, stAfter);
+  for (SFigureRow &stRow : listRows) {
+    stRow.strAfter = stReport.bBaseline ? QStringLiteral("-") : stRow.strAfter;
+  }
   return listRows;
 }
 
@@ -136,23 +160,16 @@ QStringList ListFindings(const SResult &stResult)
                       .arg(stNoise.dPattern, 0, 'f', 2)
                       .arg(stNoise.dMean, 0, 'f', 1);
   }
-  const SUniformityFigures &stBefore = stResult.stReport.stBefore.stOverall;
-  const SUniformityFigures &stAfter = stResult.stReport.stAfter.stOverall;
-  if (stAfter.dPrnuPercent > stBefore.dPrnuPercent) {
-    listFindings << Translate(
-      "PRNU got worse: the noise of the bright field is in every image now, or whole blocks are "
-      "evened out instead of pixels");
-  }
-  if (stAfter.dDsnuDn > stBefore.dDsnuDn) {
-    listFindings << Translate(
-      "DSNU got worse: the dark field is a single frame whose noise is in every image now, or the "
-      "gains lift the dark signal too");
-  }
+  listFindings += MakeFigureNotes(stResult.stReport);
   if (!stResult.stReport.listDefects.empty()) {
     listFindings << Translate("Defect pixels: %1 (saving the report writes them as CSV and XML beside it)")
                       .arg(stResult.stReport.listDefects.size());
   }
-  if (stResult.bSameExposures) {
+  if (stResult.stReport.bBaseline) {
+    listFindings << Translate("Without a correction: how even the image is by itself");
+  } else if (stResult.stReport.stBefore.bWithoutDark) {
+    listFindings << Translate("Clipped by the correction: %1 samples").arg(stResult.nNewlyClipped);
+  } else if (stResult.bSameExposures) {
     listFindings << Translate("Clipped by the correction: %1 samples; held at the gain limit: %2 pixels")
                       .arg(stResult.nNewlyClipped)
                       .arg(stResult.nAtGainLimit);
@@ -162,7 +179,7 @@ QStringList ListFindings(const SResult &stResult)
   return listFindings + stResult.stReport.listNotes;
 }
 
-QByteArray MakeHtmlReport(const SResult &stResult, double dLimitPercent, const QDateTime &dtMade)
+QByteArray MakeHtmlReport(const SResult &stResult, const SLimits &stLimits, const QDateTime &dtMade)
 {
   const SReport &stReport = stResult.stReport;
   const QString strTitle = Translate("Flat-field correction: %1").arg(stReport.strCamera);
@@ -170,12 +187,10 @@ QByteArray MakeHtmlReport(const SResult &stResult, double dLimitPercent, const Q
     QStringLiteral("<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>%1</title>"
                    "<style>%2</style></head><body>\n<h1>%1</h1>\n<small>%3</small>\n")
       .arg(strTitle.toHtmlEscaped(), QLatin1String(STYLE), dtMade.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
-  strPage += MakeVerdict(stReport, dLimitPercent);
-  strPage += QStringLiteral("<p>%1</p>\n")
-               .arg(Translate("Measured on %1 bright and %2 dark fresh frames, which did not make the coefficients.")
-                      .arg(stReport.nBrightFrames)
-                      .arg(stReport.nDarkFrames));
+  strPage += MakeVerdict(stReport, stLimits);
   strPage += QStringLiteral("<h2>%1</h2>\n").arg(Translate("Figures")) + MakeFigureTable(stReport);
+  strPage +=
+    QStringLiteral("<h2>%1</h2>\n").arg(Translate("How it was measured")) + MakePairs(ListConditions(stReport));
   strPage += QStringLiteral("<h2>%1</h2>\n<ul>\n").arg(Translate("Findings"));
   for (const QString &strFinding : ListFindings(stResult)) {
     strPage += QStringLiteral("<li>%1</li>\n").arg(strFinding.toHtmlEscaped());
@@ -186,7 +201,7 @@ QByteArray MakeHtmlReport(const SResult &stResult, double dLimitPercent, const Q
   AddFigure(strPage, stResult.stPictures.imgContrastBefore, Translate("Before, unevenness stretched"));
   AddFigure(strPage, stResult.stPictures.imgContrastAfter, Translate("After, stretched alike"));
   AddFigure(strPage, stResult.imgProfile, Translate("Grey along the middle"), "wide");
-  strPage += QStringLiteral("<h2>%1</h2>\n").arg(Translate("Settings")) + MakeSettings(stResult);
+  strPage += QStringLiteral("<h2>%1</h2>\n").arg(Translate("Settings")) + MakePairs(stResult.listSettings);
   strPage += QStringLiteral("</body></html>\n");
   return strPage.toUtf8();
 }

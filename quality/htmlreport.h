@@ -11,9 +11,9 @@ namespace ffc::quality {
 
 /// One HTML file, UTF-8, that needs nothing beside it: pictures are in it as data URIs, no scripts, nothing is fetched.
 /// In the language of the program.
-/// \param dLimitPercent the user's limit for shading
+/// \param stLimits the user's
 /// \param dtMade printed as it is, to the second
-QByteArray MakeHtmlReport(const SResult &stResult, double dLimitPercent, const QDateTime &dtMade);
+QByteArray MakeHtmlReport(const SResult &stResult, const SLimits &stLimits, const QDateTime &dtMade);
 
 /// The rows of figures that panel and report have in common: name, before, after, one row per figure and plane.
 struct SFigureRow {

@@ -114,6 +114,9 @@ QImage MakeContrastPicture(const CFrameStack &stStack, EColorLayout eLayout, dou
 SPictures MakePictures(const CFrameStack &stBefore, const CFrameStack &stAfter, EColorLayout eLayout)
 {
   const double dRange = GetContrastRange(stBefore, eLayout);
+  if (stAfter.GetFrameCount() == 0) {
+    return {MakeViewPicture(stBefore, eLayout), {}, MakeContrastPicture(stBefore, eLayout, dRange), {}};
+  }
   return {MakeViewPicture(stBefore, eLayout), MakeViewPicture(stAfter, eLayout),
           MakeContrastPicture(stBefore, eLayout, dRange), MakeContrastPicture(stAfter, eLayout, dRange)};
 }

@@ -47,7 +47,9 @@ QImage DrawProfilePlot(const SProfile &stBefore, const SProfile &stAfter, const 
   pGrid->setPen(QColor(220, 220, 220), 0.0, Qt::SolidLine);
   pGrid->attach(&plot);
   AttachCurve(plot, QStringLiteral("before"), stBefore, QColor(200, 60, 40));
-  AttachCurve(plot, QStringLiteral("after"), stAfter, QColor(30, 90, 170));
+  if (!stAfter.listPositions.isEmpty()) {
+    AttachCurve(plot, QStringLiteral("after"), stAfter, QColor(30, 90, 170));
+  }
   if (!stBefore.listPositions.isEmpty()) {
     plot.setAxisScale(QwtPlot::xBottom, 0, std::max(1.0, stBefore.listPositions.last()));
   }

@@ -13,7 +13,8 @@ namespace ffc::quality {
 /// Of a mosaic, the profile of the green pixels.
 SProfile MakeRowProfile(const CFrameStack &stStack, genapi::EColorLayout eLayout);
 
-/// Draws both profiles over the range of greys that they need. Needs a QApplication, on a display or off screen.
+/// Draws both profiles, or the first alone where the second is empty, over the range of greys that they need. Needs a
+/// QApplication, on a display or off screen.
 QImage DrawProfilePlot(const SProfile &stBefore, const SProfile &stAfter, const QString &strTitle);
 
 } // namespace ffc::quality

@@ -6,17 +6,6 @@
 namespace ffc::quality {
 namespace {
 
-const char *GetVerdictName(EVerdict eVerdict)
-{
-  switch (eVerdict) {
-  case EVerdict::Pass: return "pass";
-  case EVerdict::Fail: return "fail";
-  case EVerdict::Worse: return "worse";
-  case EVerdict::Unknown: break;
-  }
-  return "unknown";
-}
-
 QJsonArray MakeNoiseJson(const std::vector<SNoise> &listNoise)
 {
   QJsonArray json;
@@ -31,7 +20,7 @@ QJsonArray MakeNoiseJson(const std::vector<SNoise> &listNoise)
 
 } // namespace
 
-QJsonObject MakeJson(const SResult &stResult, double dLimitPercent)
+QJsonObject MakeJson(const SResult &stResult, const SLimits &stLimits)
 {
   const SReport &stReport = stResult.stReport;
   QJsonObject json = MakeReportJson(stReport);
@@ -39,16 +28,14 @@ QJsonObject MakeJson(const SResult &stResult, double dLimitPercent)
   for (const auto &[strName, strValue] : stResult.listSettings) {
     jsonSettings.insert(strName, strValue);
   }
-  const EVerdict eVerdict = JudgeShading(stReport.stBefore, stReport.stAfter, dLimitPercent);
   json.insert(QStringLiteral("settings"), jsonSettings);
-  json.insert(QStringLiteral("shading_limit_percent"), dLimitPercent);
-  json.insert(QStringLiteral("verdict"), QLatin1String(GetVerdictName(eVerdict)));
+  InsertVerdict(Judge(stReport.stBefore, stReport.stAfter, stLimits), json);
   json.insert(QStringLiteral("noise"), MakeNoiseJson(stResult.listNoise));
   json.insert(QStringLiteral("advised_frames"), stResult.stAdvice.nAdvised);
   json.insert(QStringLiteral("break_even_frames"), stResult.stAdvice.dBreakEven);
   json.insert(QStringLiteral("advice"), QJsonArray::fromStringList(stResult.listAdvice));
   json.insert(QStringLiteral("bright_field_remarks"), QJsonArray::fromStringList(stResult.listBrightRemarks));
-  if (stResult.bSameExposures) {
+  if (stResult.bSameExposures && !stReport.bBaseline) {
     json.insert(QStringLiteral("newly_clipped_samples"), static_cast<double>(stResult.nNewlyClipped));
     json.insert(QStringLiteral("pixels_at_gain_limit"), static_cast<double>(stResult.nAtGainLimit));
   }

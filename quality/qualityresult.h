@@ -33,7 +33,7 @@ struct SResult {
 };
 
 /// The result as report.json has it, with noise, advice and counts.
-/// \param dLimitPercent the user's, with the verdict that follows from it
-QJsonObject MakeJson(const SResult &stResult, double dLimitPercent);
+/// \param stLimits the user's, with the verdict that follows from them
+QJsonObject MakeJson(const SResult &stResult, const SLimits &stLimits);
 
 } // namespace ffc::quality

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QTextStream>
 
 #include "camera/correctionmode.h"
 #include "quality/nonuniformityreport.h"
@@ -18,9 +18,9 @@ using camera::ECorrectionMode;
 
 namespace {
 
-const char *const METHOD =
-  "PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with shading, and "
-  "after its high-pass";
+constexpr const char *METHOD =
+  QT_TRANSLATE_NOOP("Report", "PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with "
+                              "shading, and high-pass");
 
 const char *const OTHER_EXPOSURES = "different exposures, so that newly clipped samples cannot be counted";
 
@@ -66,22 +66,62 @@ QJsonObject MakeUniformityJson(const SUniformity &stUniformity)
   return json;
 }
 
+QString Translate(const char *pText)
+{
+  return QCoreApplication::translate("Report", pText);
+}
+
 QString ExplainHostPrnu(int nFrameCount)
 {
   if (nFrameCount == 0) {
-    return QStringLiteral(
+    return Translate(
       "PRNU got worse: the noise of the frames that the coefficients were made of is now in every image");
   }
-  const QString strReference = nFrameCount == 1 ? QStringLiteral("is one single frame")
-                                                : QStringLiteral("averages only %1 frames").arg(nFrameCount);
-  const QString strAdvice = nFrameCount < 16 ? QStringLiteral("; use 16 frames") : QString();
-  return QStringLiteral("PRNU got worse: the bright reference %1, so its own noise is now in every image%2")
-    .arg(strReference, strAdvice);
+  if (nFrameCount == 1) {
+    return Translate("PRNU got worse: the bright reference is one single frame, so its own noise is now in every "
+                     "image; use 16 frames");
+  }
+  const QString strExplained =
+    Translate("PRNU got worse: the bright reference averages only %1 frames, so its own noise is now in every image")
+      .arg(nFrameCount);
+  return nFrameCount < 16 ? strExplained + Translate("; use 16 frames") : strExplained;
+}
+
+QString ExplainDsnu(const SReport &stReport)
+{
+  if (stReport.eMode != ECorrectionMode::None) {
+    return Translate("DSNU got worse: the camera's gain lifts the dark signal with the light");
+  }
+  switch (stReport.eDarkField) {
+  case EDarkField::Used:
+    return Translate(
+      "DSNU got worse: the dark reference is one single frame, so its own noise is now in every dark image");
+  case EDarkField::None:
+    return Translate("DSNU got worse: the coefficients have no dark field, so the gains lift the dark signal with the "
+                     "light; take a dark field first");
+  case EDarkField::Unknown: break;
+  }
+  return Translate(
+    "DSNU got worse: the noise of the coefficients' dark field, or the gains, are now in every dark image");
 }
 
 bool HasExpectGray(const SReport &stReport)
 {
-  return stReport.eMode != ECorrectionMode::Vignetting;
+  return stReport.eMode != ECorrectionMode::Vignetting && stReport.nExpectGray >= 0;
+}
+
+void AddCoefficients(const SReport &stReport, QJsonObject &json)
+{
+  if (stReport.nFrameCount > 0) {
+    json.insert(QStringLiteral("frame_count"), stReport.nFrameCount);
+  }
+  if (stReport.eDarkField != EDarkField::Unknown) {
+    json.insert(QStringLiteral("dark_frame_count"), stReport.eDarkField == EDarkField::Used ? 1 : 0);
+  }
+  if (HasExpectGray(stReport)) {
+    json.insert(QStringLiteral("expect_gray"), stReport.nExpectGray);
+    json.insert(QStringLiteral("expect_gray_dn"), stReport.nExpectGrayDn);
+  }
 }
 
 void AddHostFigures(const SReport &stReport, QJsonObject &json)
@@ -107,7 +147,10 @@ using Columns = std::vector<std::pair<const char *, const SUniformity *>>;
 
 Columns ListColumns(const SReport &stReport)
 {
-  Columns listColumns = {{"before", &stReport.stBefore}, {"after", &stReport.stAfter}};
+  Columns listColumns = {{"before", &stReport.stBefore}};
+  if (!stReport.bBaseline) {
+    listColumns.emplace_back("after", &stReport.stAfter);
+  }
   if (stReport.stAfterReload) {
     listColumns.emplace_back("reloaded", &*stReport.stAfterReload);
   }
@@ -179,27 +222,38 @@ QString MakeFigureTable(const SReport &stReport)
   return strTable;
 }
 
-QString MakeHeading(const SReport &stReport)
+QString DescribeCoefficients(const SReport &stReport)
 {
-  QString strHeading;
-  QTextStream stream(&strHeading);
-  stream << stReport.strCamera << ", " << stReport.strPixelFormat << ", " << stReport.nWidth << " x "
-         << stReport.nHeight << "\n";
-  if (stReport.nFrameCount > 0) {
-    stream << "coefficients from " << stReport.nFrameCount << " bright frame(s)";
-  } else {
-    stream << "coefficients from a file";
+  QString strText = stReport.nFrameCount > 0 ? Translate("from %1 bright frame(s), averaged").arg(stReport.nFrameCount)
+                                             : Translate("from an unknown number of bright frames");
+  if (stReport.eDarkField != EDarkField::Unknown) {
+    strText += stReport.eDarkField == EDarkField::Used ? Translate(", and 1 dark frame") : Translate(", no dark frame");
   }
   if (stReport.nBlockSize > 0) {
-    stream << ", in blocks of " << stReport.nBlockSize << " x " << stReport.nBlockSize;
+    strText += Translate(", in blocks of %1 x %1").arg(stReport.nBlockSize);
   }
-  if (HasExpectGray(stReport)) {
-    stream << ", expected grey " << stReport.nExpectGray << " of 255 (" << stReport.nExpectGrayDn << " DN)";
+  return strText;
+}
+
+QString DescribeExposures(const SReport &stReport)
+{
+  return stReport.eMode != ECorrectionMode::None
+           ? QStringLiteral("  before and after: %1\n").arg(QLatin1String(OTHER_EXPOSURES))
+           : QStringLiteral("  ProcessImage: %1 frames/s, %2 megapixels/s\n")
+               .arg(stReport.dFramesPerSecond, 0, 'f', 1)
+               .arg(stReport.dMegapixelsPerSecond, 0, 'f', 1);
+}
+
+QString MakeHeading(const SReport &stReport)
+{
+  QString strHeading = QStringLiteral("%1, %2, %3 x %4\n")
+                         .arg(stReport.strCamera, stReport.strPixelFormat)
+                         .arg(stReport.nWidth)
+                         .arg(stReport.nHeight);
+  for (const auto &[strName, strValue] : ListConditions(stReport)) {
+    strHeading += QStringLiteral("%1: %2\n").arg(strName, strValue);
   }
-  stream << "\nmeasured on " << stReport.nBrightFrames << " bright and " << stReport.nDarkFrames
-         << " dark fresh frames\n\n";
-  stream.flush();
-  return strHeading;
+  return strHeading + QLatin1Char('\n');
 }
 
 } // namespace
@@ -209,25 +263,53 @@ void MeasureFigures(const SFigureStacks &stStacks, SReport &stReport)
   stReport.nBrightFrames = stStacks.stBrightBefore.GetFrameCount();
   stReport.nDarkFrames = stStacks.stDarkBefore.GetFrameCount();
   stReport.stBefore = MeasureUniformity(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.eLayout);
+  stReport.bBaseline = stStacks.stBrightAfter.GetFrameCount() == 0;
   stReport.stAfter = MeasureUniformity(stStacks.stBrightAfter, stStacks.stDarkAfter, stStacks.eLayout);
   stReport.listDefects = FindDefects(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.eLayout, {});
 }
 
+QList<std::pair<QString, QString>> ListConditions(const SReport &stReport)
+{
+  QList<std::pair<QString, QString>> listConditions;
+  if (stReport.bBaseline) {
+    listConditions.append({Translate("Coefficients"), Translate("none: a baseline without correction")});
+  } else {
+    listConditions.append({Translate("Coefficients"), DescribeCoefficients(stReport)});
+    if (!stReport.strCoefficientFile.isEmpty()) {
+      listConditions.append({Translate("Coefficient file"), stReport.strCoefficientFile});
+    }
+    if (HasExpectGray(stReport)) {
+      listConditions.append({Translate("Expected grey"),
+                             Translate("%1 of 255 (%2 DN)").arg(stReport.nExpectGray).arg(stReport.nExpectGrayDn)});
+    }
+  }
+  listConditions.append(
+    {Translate("Measured on"),
+     Translate("%1 bright and %2 dark fresh frames").arg(stReport.nBrightFrames).arg(stReport.nDarkFrames)});
+  listConditions.append({Translate("Method"), Translate(METHOD)});
+  listConditions.append({Translate("Units"), Translate("% of the mean; DN, the samples' own numbers")});
+  if (!stReport.strPrograms.isEmpty()) {
+    listConditions.append({Translate("Versions"), stReport.strPrograms});
+  }
+  return listConditions;
+}
+
 QStringList MakeFigureNotes(const SReport &stReport)
 {
+  if (stReport.bBaseline) {
+    return {};
+  }
   const bool bByHost = stReport.eMode == ECorrectionMode::None;
   QStringList listNotes;
   if (stReport.stAfter.stOverall.dPrnuPercent > stReport.stBefore.stOverall.dPrnuPercent) {
     listNotes << (bByHost ? ExplainHostPrnu(stReport.nFrameCount)
-                          : QStringLiteral("PRNU got worse: the camera evens out whole blocks, not single pixels"));
+                          : Translate("PRNU got worse: the camera evens out whole blocks, not single pixels"));
   }
   if (stReport.stAfter.stOverall.dDsnuDn > stReport.stBefore.stOverall.dDsnuDn) {
-    listNotes << (bByHost ? QStringLiteral("DSNU got worse: the dark reference is one single frame, so its own noise "
-                                           "is now in every dark image")
-                          : QStringLiteral("DSNU got worse: the camera's gain lifts the dark signal with the light"));
+    listNotes << ExplainDsnu(stReport);
   }
   if (stReport.dNewlyClippedPercent > 0) {
-    listNotes << QStringLiteral("%1 % of the samples are clipped by the correction; choose a lower expected grey")
+    listNotes << Translate("%1 % of the samples are clipped by the correction; choose a lower expected grey")
                    .arg(stReport.dNewlyClippedPercent, 0, 'g', 3);
   }
   return listNotes;
@@ -244,19 +326,23 @@ QJsonObject MakeReportJson(const SReport &stReport)
     {"measured_bright_frames", static_cast<int>(stReport.nBrightFrames)},
     {"measured_dark_frames", static_cast<int>(stReport.nDarkFrames)},
     {"method", QLatin1String(METHOD)},
+    {"units", "percent of the mean; DN, the samples' own numbers"},
     {"defect_pixels", static_cast<int>(stReport.listDefects.size())},
     {"before", MakeUniformityJson(stReport.stBefore)},
-    {"after", MakeUniformityJson(stReport.stAfter)},
     {"notes", QJsonArray::fromStringList(stReport.listNotes + MakeFigureNotes(stReport))},
   };
-  const bool bKnown = stReport.nFrameCount > 0;
-  if (bKnown) {
-    json.insert(QStringLiteral("frame_count"), stReport.nFrameCount);
+  for (const auto &[pKey, strText] :
+       {std::pair("coefficient_file", stReport.strCoefficientFile), {"versions", stReport.strPrograms}}) {
+    if (!strText.isEmpty()) {
+      json.insert(QLatin1String(pKey), strText);
+    }
   }
-  if (bKnown && HasExpectGray(stReport)) {
-    json.insert(QStringLiteral("expect_gray"), stReport.nExpectGray);
-    json.insert(QStringLiteral("expect_gray_dn"), stReport.nExpectGrayDn);
+  if (stReport.bBaseline) {
+    json.insert(QStringLiteral("baseline"), true);
+    return json;
   }
+  json.insert(QStringLiteral("after"), MakeUniformityJson(stReport.stAfter));
+  AddCoefficients(stReport, json);
   if (stReport.eMode == ECorrectionMode::None) {
     AddHostFigures(stReport, json);
   } else {
@@ -268,14 +354,9 @@ QJsonObject MakeReportJson(const SReport &stReport)
 QString MakeReportTable(const SReport &stReport)
 {
   QString strTable = MakeHeading(stReport) + MakeFigureTable(stReport) + QLatin1Char('\n');
-  if (stReport.eMode == ECorrectionMode::None) {
-    strTable += QStringLiteral("  ProcessImage: %1 frames/s, %2 megapixels/s\n")
-                  .arg(stReport.dFramesPerSecond, 0, 'f', 1)
-                  .arg(stReport.dMegapixelsPerSecond, 0, 'f', 1);
-  } else {
-    strTable += QStringLiteral("  before and after: %1\n").arg(QLatin1String(OTHER_EXPOSURES));
+  if (!stReport.bBaseline) {
+    strTable += DescribeExposures(stReport);
   }
-  strTable += QStringLiteral("  %1\n").arg(QLatin1String(METHOD));
   if (!stReport.listDefects.empty()) {
     strTable += QStringLiteral("  %1\n").arg(SummarizeDefects(stReport.listDefects));
   }

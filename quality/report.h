@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include <QJsonObject>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -19,14 +21,25 @@ namespace ffc::quality {
 /// figures of noisy frames.
 constexpr double RELOAD_TOLERANCE_PERCENT = 0.2;
 
+/// Whether the coefficients know the dark level.
+enum class EDarkField {
+  Unknown, ///< coefficients from a file, or a camera
+  None,    ///< none was taken, or it was too bright to be used
+  Used
+};
+
 struct SReport {
   camera::ECorrectionMode eMode = camera::ECorrectionMode::None; ///< None: the host corrects, else the camera
+  bool bBaseline = false; ///< there was no correction: nothing is known after it, or of coefficients
   QString strCamera;
   QString strPixelFormat;
   uint32_t nWidth = 0;
   uint32_t nHeight = 0;
-  int nFrameCount = 0;        ///< bright frames averaged for the coefficients
-  int nExpectGray = 0;        ///< 0 to 255
+  QString strPrograms;        ///< names and versions of what measured and corrected; empty: not known
+  QString strCoefficientFile; ///< that the coefficients were loaded from, or are kept in; empty: none
+  EDarkField eDarkField = EDarkField::Unknown;
+  int nFrameCount = 0;        ///< bright frames averaged for the coefficients; 0: not known
+  int nExpectGray = -1;       ///< 0 to 255; -1: not known
   int nExpectGrayDn = 0;      ///< the same at the format's depth
   uint32_t nBrightFrames = 0; ///< fresh frames measured
   uint32_t nDarkFrames = 0;
@@ -59,7 +72,11 @@ void MeasureFigures(const SFigureStacks &stStacks, SReport &stReport);
 /// made PRNU worse, and why.
 QStringList MakeFigureNotes(const SReport &stReport);
 
-/// Indented JSON with a key for every figure.
+/// How the figures came about, as names and values, in the language of the program: coefficients, expected grey, frames
+/// measured, method, units, versions. What is not known is left out.
+QList<std::pair<QString, QString>> ListConditions(const SReport &stReport);
+
+/// A key for every figure.
 QJsonObject MakeReportJson(const SReport &stReport);
 
 /// A table of some 30 lines of up to 100 columns, with a line feed at the end.

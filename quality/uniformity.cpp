@@ -67,10 +67,11 @@ double GetShadingPercent(const SBlockMeans &stMeans)
   return dMean > 0 ? 100.0 * (*itMax - *itMin) / dMean : 0;
 }
 
-double GetCornerToCentre(const SBlockMeans &stBright, const SBlockMeans &stDark)
+/// \param pDark null: the dark level is not known
+double GetCornerToCentre(const SBlockMeans &stBright, const SBlockMeans *pDark)
 {
   const auto Signal = [&](uint32_t nColumn, uint32_t nLine) {
-    return stBright.At(nColumn, nLine) - stDark.At(nColumn, nLine);
+    return stBright.At(nColumn, nLine) - (pDark == nullptr ? 0 : pDark->At(nColumn, nLine));
   };
   const uint32_t nRight = stBright.nColumns - 1;
   const uint32_t nBottom = stBright.nLines - 1;
@@ -82,21 +83,26 @@ double GetCornerToCentre(const SBlockMeans &stBright, const SBlockMeans &stDark)
 SUniformityFigures MeasurePlane(const CFrameStack &stBright, const CFrameStack &stDark, const SColorPlane &stPlane)
 {
   const SSpatial stLight = MeasureSpatial(stBright, stPlane);
-  const SSpatial stNone = MeasureSpatial(stDark, stPlane);
   const SBlockMeans stLightBlocks = GetBlockMeans(stBright, stPlane);
-  const double dSignal = stLight.dMean - stNone.dMean;
   const double dSamples = stLight.dPixels * static_cast<double>(stBright.GetFrameCount());
 
   SUniformityFigures stFigures;
   stFigures.strName = stPlane.strName;
   stFigures.dShadingPercent = GetShadingPercent(stLightBlocks);
-  stFigures.dCornerToCentre = GetCornerToCentre(stLightBlocks, GetBlockMeans(stDark, stPlane));
-  const double dResponse = std::sqrt(std::max(0.0, stLight.dVariance - stNone.dVariance));
-  stFigures.dPrnuPercent = dSignal > 0 ? 100.0 * dResponse / dSignal : 0;
-  stFigures.dDsnuDn = std::sqrt(std::max(0.0, stNone.dVariance));
   stFigures.dMeanGray = stLight.dMean;
   stFigures.dClippedPercent =
     dSamples > 0 ? 100.0 * static_cast<double>(stBright.GetClippedCount(stPlane)) / dSamples : 0;
+  if (stDark.GetFrameCount() == 0) {
+    stFigures.dCornerToCentre = GetCornerToCentre(stLightBlocks, nullptr);
+    return stFigures;
+  }
+  const SSpatial stNone = MeasureSpatial(stDark, stPlane);
+  const SBlockMeans stDarkBlocks = GetBlockMeans(stDark, stPlane);
+  const double dSignal = stLight.dMean - stNone.dMean;
+  const double dResponse = std::sqrt(std::max(0.0, stLight.dVariance - stNone.dVariance));
+  stFigures.dCornerToCentre = GetCornerToCentre(stLightBlocks, &stDarkBlocks);
+  stFigures.dPrnuPercent = dSignal > 0 ? 100.0 * dResponse / dSignal : 0;
+  stFigures.dDsnuDn = std::sqrt(std::max(0.0, stNone.dVariance));
   return stFigures;
 }
 
@@ -116,8 +122,9 @@ SUniformityFigures TakeWorst(const std::vector<SUniformityFigures> &listPlanes)
 
 bool CanMeasure(const CFrameStack &stBright, const CFrameStack &stDark)
 {
-  return stBright.GetFrameCount() > 0 && stDark.GetFrameCount() > 0 && stBright.GetWidth() == stDark.GetWidth() &&
-         stBright.GetHeight() == stDark.GetHeight() && stBright.GetBitDepth() == stDark.GetBitDepth();
+  const bool bAlike = stBright.GetWidth() == stDark.GetWidth() && stBright.GetHeight() == stDark.GetHeight() &&
+                      stBright.GetBitDepth() == stDark.GetBitDepth();
+  return stBright.GetFrameCount() > 0 && (stDark.GetFrameCount() == 0 || bAlike);
 }
 
 } // namespace
@@ -166,8 +173,11 @@ SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &st
     stResult.stOverall.dMeanGray = MeasureSpatial(stBright, stWhole).dMean;
     stResult.stOverall.dClippedPercent = 100.0 * static_cast<double>(stBright.GetClippedCount(stWhole)) / dSamples;
   }
-  stResult.listPlain = MeasureNonuniformity(stBright, stDark, eLayout, false);
-  stResult.listHighPass = MeasureNonuniformity(stBright, stDark, eLayout, true);
+  stResult.bWithoutDark = stDark.GetFrameCount() == 0;
+  if (!stResult.bWithoutDark) {
+    stResult.listPlain = MeasureNonuniformity(stBright, stDark, eLayout, false);
+    stResult.listHighPass = MeasureNonuniformity(stBright, stDark, eLayout, true);
+  }
   return stResult;
 }
 

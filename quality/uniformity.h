@@ -30,6 +30,7 @@ struct SUniformity {
   /// By channel: "Mono", or "R", "Gr", "Gb", "B".
   std::vector<SNonuniformity> listPlain;    ///< without the standard's correction for uneven illumination
   std::vector<SNonuniformity> listHighPass; ///< with it; empty where the stacks were not prepared for it
+  bool bWithoutDark = false;                ///< there were no dark frames: PRNU and DSNU are not known
 };
 
 /// Shading of the worst plane, in percent: (max - min) / mean of the block means. Needs no dark frames.
@@ -53,7 +54,8 @@ SWorstParts TakeWorst(const std::vector<SNonuniformity> &listFigures);
 ///     DSNU = sqrt(s^2_dark),  PRNU = sqrt(s^2_bright - s^2_dark) / (mean_bright - mean_dark).
 ///
 /// A single frame says nothing about temporal noise: none is then taken off.
-/// \return all zero when a stack is empty or the two differ in size or depth
+/// Without dark frames the corner ratio keeps the dark level, and PRNU and DSNU are 0: see bWithoutDark.
+/// \return all zero when there are no bright frames, or the two stacks differ in size or depth
 SUniformity MeasureUniformity(const CFrameStack &stBright, const CFrameStack &stDark, genapi::EColorLayout eLayout);
 
 } // namespace ffc::quality

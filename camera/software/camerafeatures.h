@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "camera/featurenote.h"
 #include "camera/software/camerasettings.h"
 #include "camera/software/framestreamer.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
@@ -28,8 +29,10 @@ struct SCameraDescription {
   uint32_t nSensorHeight = 0;
   bool bRegionOfInterest = false; ///< width, height and offsets can be set
   bool bArrangeableScene = false; ///< what stands before the lens can be chosen
-  double dFrameRate = 30.0;       ///< frames per second
-  double dBlackLevel = 0.4;       ///< percent of full scale
+  bool bCoverable = true;         ///< the lens cap can be put on
+  std::vector<SFeatureNote> listNotes;
+  double dFrameRate = 30.0; ///< frames per second
+  double dBlackLevel = 0.4; ///< percent of full scale
 
   /// "Maker Model (serial)".
   std::string GetDisplayName() const { return strVendor + " " + strModel + " (" + strSerial + ")"; }

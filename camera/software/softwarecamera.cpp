@@ -9,8 +9,8 @@ using genapi::EColorLayout;
 
 CSoftwareCamera::CSoftwareCamera(const SCameraDescription &stDescription, std::unique_ptr<IFrameSource> pSource)
   : m_strDisplayName(stDescription.GetDisplayName()), m_features(stDescription),
-    m_scene(stDescription.bArrangeableScene), m_pSource(std::move(pSource)),
-    m_streamer([this] { return m_features.GetTiming(); }, [this] { DeliverFrame(); })
+    m_scene(stDescription.bArrangeableScene, stDescription.bCoverable), m_listNotes(stDescription.listNotes),
+    m_pSource(std::move(pSource)), m_streamer([this] { return m_features.GetTiming(); }, [this] { DeliverFrame(); })
 {
   if (stDescription.listFormats.front().eLayout != EColorLayout::Mono) {
     m_whiteBalance.emplace(m_features.GetDeviceMap());
@@ -71,10 +71,11 @@ SFrameCorrection CSoftwareCamera::GetFrameSetup(SCameraSettings &stSettings) con
 
 void CSoftwareCamera::DeliverFrame()
 {
+  const std::unique_lock<std::mutex> lock = m_scene.LockExposure();
   SCameraSettings stSettings;
   const SFrameCorrection stCorrection = GetFrameSetup(stSettings);
   try {
-    m_pSource->Expose(stSettings, m_scene.Get(), m_nFrameId, m_listFrame);
+    m_pSource->Expose(stSettings, m_scene.Get(), m_scene.GetNoiseId(m_nFrameId), m_listFrame);
     if (m_whiteBalance) {
       m_whiteBalance->Process(stSettings, m_listFrame.data());
     }

@@ -34,6 +34,7 @@ public:
   GenApi::INodeMap *GetOutputNodeMap() override { return &m_features.GetOutputMap(); }
   GenApi::INodeMap *GetStreamNodeMap() override { return &m_features.GetStreamMap(); }
   GenApi::INodeMap *GetDeviceNodeMap() override { return &m_features.GetDeviceMap(); }
+  std::vector<SFeatureNote> GetFeatureNotes() const override { return m_listNotes; }
   void SetFrameCallback(FrameCallback fnCallback) override { m_fnCallback = std::move(fnCallback); }
   Result<> Start() override;
   void Stop() override;
@@ -49,6 +50,7 @@ private:
   std::optional<ffc::camera::CWhiteBalance> m_whiteBalance; ///< of a colour camera
   std::unique_ptr<CSelfCorrection> m_pSelfCorrection;       ///< null when there is none
   CSceneState m_scene;
+  std::vector<SFeatureNote> m_listNotes;
   std::unique_ptr<IFrameSource> m_pSource;
   FrameCallback m_fnCallback;
   std::vector<uint8_t> m_listFrame; ///< the stream thread's own, as are the next two

@@ -255,10 +255,11 @@ Result<> CDeviceWorkflow::WriteResults()
 {
   m_session.NoteCamera();
   quality::SReport &stReport = m_session.GetReport();
-  m_session.Advise(m_stBefore.stBright);
   stReport.nBrightFrames = m_stAfter.stBright.GetFrameCount();
   stReport.nDarkFrames = m_stAfter.stDark.GetFrameCount();
   stReport.nBlockSize = ReadBlockSize(m_session.GetViewer().GetCamera());
+  stReport.strCoefficientFile = GetCoefficientPath(m_session);
+  m_session.Advise(m_stBefore.stBright);
   const CResultFolder &folder = m_session.GetFolder();
   const QString strTitle = QStringLiteral("%1, %2").arg(stReport.strCamera, stReport.strPixelFormat);
   return RunUntilFailure(

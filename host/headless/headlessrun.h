@@ -31,7 +31,7 @@ public:
   /// What to print after a run that succeeded; ends with a line feed.
   QString GetSummary() const { return m_pWorkflow->GetSummary(); }
 
-  /// Whether the shading is within the limit that was stated; also when none was.
+  /// Whether the figures keep the limits that were stated; also when none was.
   bool IsWithinLimit() const { return m_session.IsWithinLimit(); }
 
 private:

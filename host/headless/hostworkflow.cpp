@@ -104,8 +104,9 @@ Result<> CHostWorkflow::Measure()
 {
   CFramePipeline &pipeline = m_session.GetViewer().GetPipeline();
   pipeline.ResetThroughput();
-  const Result<> result = RunUntilFailure([this] { return MeasureScene(true, m_stDark); },
-                                          [this] { return MeasureScene(false, m_stBright); });
+  const Result<> result =
+    RunUntilFailure([this] { return m_session.CanCover() ? MeasureScene(true, m_stDark) : Result<>(); },
+                    [this] { return MeasureScene(false, m_stBright); });
   if (!result) {
     const SDialogAnswer stAnswer = m_session.GetDriver().ReadPrompt();
     return stAnswer.bWarning ? Failure(stAnswer.strPrompt) : result;
@@ -185,6 +186,7 @@ Result<> CHostWorkflow::CheckReloaded(const SFramePair &stReference)
 Result<> CHostWorkflow::WriteResults()
 {
   m_session.NoteCamera();
+  m_session.GetReport().strCoefficientFile = GetCoefficientPath(m_session);
   const quality::SReport &stReport = m_session.GetReport();
   const CResultFolder &folder = m_session.GetFolder();
   const QString strTitle = QStringLiteral("%1, %2").arg(stReport.strCamera, stReport.strPixelFormat);

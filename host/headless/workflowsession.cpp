@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -14,7 +15,7 @@
 #include "host/viewer/blocksize.h"
 #include "host/viewer/cameratexts.h"
 #include "quality/noise.h"
-#include "quality/verdict.h"
+#include "quality/referenceadvice.h"
 
 namespace ffc::host {
 
@@ -39,6 +40,7 @@ CWorkflowSession::CWorkflowSession(const SHeadlessOptions &stOptions, CameraFact
 {
   m_stReport.eMode = stOptions.stCamera.eMode;
   m_stReport.nFrameCount = stOptions.stWorkflow.nFrames;
+  m_stReport.eDarkField = quality::EDarkField::None;
 }
 
 CWorkflowSession::~CWorkflowSession()
@@ -82,6 +84,7 @@ Result<> CWorkflowSession::OpenCameraInViewer()
     return opened.GetFailure();
   }
   m_pViewer = std::make_unique<CViewer>(std::move(opened).GetValue());
+  m_pViewer->SetAcquisitionObserver(this);
   m_pViewer->GetPipeline().SetObserver([this] { m_progress.CountFrame(); });
   m_collector.emplace(m_pViewer->GetPipeline());
   m_collector->SetCheck([this] { return m_pViewer->GetStreamState(); });
@@ -95,8 +98,10 @@ Result<> CWorkflowSession::OpenCameraInViewer()
 Result<> CWorkflowSession::OpenPlugin()
 {
   const SPluginOptions &stPlugin = m_stOptions.stPlugin;
-  return m_pViewer->Open(QString::fromStdString(stPlugin.strModule),
-                         stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English);
+  const Result<> opened = m_pViewer->Open(QString::fromStdString(stPlugin.strModule),
+                                          stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English);
+  m_stReport.strPrograms = m_pViewer->DescribePrograms();
+  return opened;
 }
 
 Result<> CWorkflowSession::OpenDialog()
@@ -162,11 +167,39 @@ Result<> CWorkflowSession::PrepareMeasurement(bool bLensCap)
   return result;
 }
 
+bool CWorkflowSession::CanCover() const
+{
+  const ISceneControl *pScene = FindSceneControl(m_pViewer->GetCamera());
+  return pScene != nullptr && pScene->CanCover();
+}
+
+void CWorkflowSession::HoldNextMoment()
+{
+  if (m_bHolding) {
+    FindSceneControl(m_pViewer->GetCamera())->HoldMoment(m_nMoment++);
+  }
+}
+
+SDialogAnswer CWorkflowSession::Acquire(const std::function<SDialogAnswer()> &fnPress)
+{
+  m_bHolding = true;
+  const SDialogAnswer stAnswer = fnPress();
+  m_bHolding = false;
+  FindSceneControl(m_pViewer->GetCamera())->HoldMoment(std::nullopt);
+  return stAnswer;
+}
+
 Result<> CWorkflowSession::AcquireDark()
 {
+  if (!CanCover()) {
+    m_stReport.listNotes << QStringLiteral("there are no dark frames: no dark field was taken");
+    return {};
+  }
   m_progress.BeginStep("dark field", 1);
-  const SDialogAnswer stAnswer = m_driver->AcquireDark();
+  const SDialogAnswer stAnswer = Acquire([this] { return m_driver->AcquireDark(); });
   const Result<> result = Judge(stAnswer);
+  // One that is too bright is kept, and not used.
+  m_stReport.eDarkField = result && !stAnswer.bWarning ? quality::EDarkField::Used : quality::EDarkField::None;
   return result && stAnswer.strPrompt.isEmpty() ? Failure("the dialog reports no result") : result;
 }
 
@@ -180,8 +213,9 @@ Result<> CWorkflowSession::AcquireBright()
   const uint32_t nSettling = m_stFormat.pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
   m_progress.BeginStep("bright field", static_cast<uint32_t>(m_stOptions.stWorkflow.nFrames) + nSettling);
   CDifferentFrames frames(m_pViewer->GetPipeline());
-  const Result<> result = Judge(m_driver->AcquireBright());
+  const Result<> result = Judge(Acquire([this] { return m_driver->AcquireBright(); }));
   NoteBrightFrames(static_cast<uint32_t>(frames.Stop().size()));
+  m_listBrightRemarks = frames.JudgeLight();
   return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
 }
 
@@ -199,39 +233,45 @@ void CWorkflowSession::NoteBrightFrames(uint32_t nDifferent)
 
 void CWorkflowSession::Advise(const quality::CFrameStack &stBrightBefore)
 {
-  m_stAdvice = quality::AdviseFrameCount(quality::MeasureNoise(stBrightBefore, m_stFormat.pFormat->eLayout));
+  const quality::SReferenceFacts stFacts = {m_stFormat.pFormat->nBitDepth, m_stReport.nFrameCount, false,
+                                            m_stReport.eMode, m_stReport.nBlockSize};
+  m_listAdvice = quality::AdviseReference(quality::MeasureNoise(stBrightBefore, m_stFormat.pFormat->eLayout), stFacts);
+}
+
+quality::SVerdict CWorkflowSession::GetVerdict() const
+{
+  return quality::Judge(m_stReport.stBefore, m_stReport.stAfter, m_stOptions.stWorkflow.stLimits);
 }
 
 QByteArray CWorkflowSession::MakeJson() const
 {
   QJsonObject json = quality::MakeReportJson(m_stReport);
   json.insert(QStringLiteral("measured_at"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
-  json.insert(QStringLiteral("advice"), quality::DescribeAdvice(m_stAdvice));
-  if (HasLimit()) {
-    json.insert(QStringLiteral("shading_limit_percent"), m_stOptions.stWorkflow.dShadingLimit);
-    json.insert(QStringLiteral("within_limit"), IsWithinLimit());
-  }
+  json.insert(QStringLiteral("advice"), QJsonArray::fromStringList(m_listAdvice));
+  json.insert(QStringLiteral("bright_field_remarks"), QJsonArray::fromStringList(m_listBrightRemarks));
+  quality::InsertVerdict(GetVerdict(), json);
+  json.insert(QStringLiteral("within_limit"), IsWithinLimit());
   return QJsonDocument(json).toJson(QJsonDocument::Indented);
 }
 
 QString CWorkflowSession::MakeSummary() const
 {
   QString strSummary = quality::MakeReportTable(m_stReport);
-  if (m_stAdvice.eVerdict != quality::SFrameCountAdvice::EVerdict::Unknown) {
-    strSummary += QStringLiteral("  advice: %1\n").arg(quality::DescribeAdvice(m_stAdvice));
+  for (const QString &strRemark : m_listBrightRemarks) {
+    strSummary += QStringLiteral("  note: %1\n").arg(strRemark);
   }
-  if (HasLimit()) {
-    const double dLimit = m_stOptions.stWorkflow.dShadingLimit;
-    const quality::EVerdict eVerdict = quality::JudgeShading(m_stReport.stBefore, m_stReport.stAfter, dLimit);
-    strSummary += QStringLiteral("  %1\n").arg(quality::DescribeVerdict(eVerdict, m_stReport.stAfter, dLimit));
+  for (const QString &strAdvice : m_listAdvice) {
+    strSummary += QStringLiteral("  advice: %1\n").arg(strAdvice);
+  }
+  for (const QString &strVerdict : quality::DescribeVerdict(GetVerdict())) {
+    strSummary += QStringLiteral("  %1\n").arg(strVerdict);
   }
   return strSummary;
 }
 
 bool CWorkflowSession::IsWithinLimit() const
 {
-  return !HasLimit() || quality::JudgeShading(m_stReport.stBefore, m_stReport.stAfter,
-                                              m_stOptions.stWorkflow.dShadingLimit) == quality::EVerdict::Pass;
+  return GetVerdict().KeepsLimits();
 }
 
 Result<> CWorkflowSession::SelectExpectGray()

@@ -18,18 +18,22 @@
 #include "host/options/cameraopening.h"
 #include "host/options/hostoptions.h"
 #include "host/viewer/framecollector.h"
+#include "host/viewer/iacquisitionobserver.h"
 #include "host/viewer/viewer.h"
-#include "quality/framecountadvice.h"
 #include "quality/report.h"
+#include "quality/verdict.h"
 
 namespace ffc::host {
 
 /// A camera in the viewer, the plug-in's dialog, and the common steps of the workflows. User-interface thread.
-class CWorkflowSession {
+///
+/// Each frame that the plug-in takes while it acquires shows the noise of a moment of its own, whichever frame of the
+/// stream it is: a simulated camera of one seed gives the same coefficients each time.
+class CWorkflowSession final : public IAcquisitionObserver {
 public:
   /// \param fnOpenCamera called by Open and PowerCycle
   CWorkflowSession(const SHeadlessOptions &stOptions, CameraFactory fnOpenCamera, CProgressLine &progress);
-  ~CWorkflowSession();
+  ~CWorkflowSession() override;
   CWorkflowSession(const CWorkflowSession &) = delete;
   CWorkflowSession &operator=(const CWorkflowSession &) = delete;
 
@@ -68,15 +72,21 @@ public:
   void NoteCamera();
   /// What the frames before the correction say of the frame count.
   void Advise(const quality::CFrameStack &stBrightBefore);
-  /// The report as JSON, and as a table to print; both with advice and, where a limit was stated, verdict.
+  /// The report as JSON, and as a table to print; both with advice and verdict.
   QByteArray MakeJson() const;
   QString MakeSummary() const;
-  /// Whether the shading is within the limit; also without one.
+  /// Whether the figures keep the limits that were stated; also without any.
   bool IsWithinLimit() const;
 
   /// Fails when the action had an error box; a red prompt becomes a note.
   Result<> Judge(const SDialogAnswer &stAnswer);
 
+  void BeginAcquisition() override { HoldNextMoment(); }
+  void CountAcquiredFrame() override { HoldNextMoment(); }
+  void EndAcquisition() override {}
+
+  /// Whether there can be dark frames.
+  bool CanCover() const;
   const SHeadlessOptions &GetOptions() const { return m_stOptions; }
   CProgressLine &GetProgress() { return m_progress; }
   CViewer &GetViewer() { return *m_pViewer; }
@@ -90,11 +100,14 @@ public:
   const quality::SReport &GetReport() const { return m_stReport; }
 
 private:
+  void HoldNextMoment();
+  /// \param fnPress presses the button of an acquisition
+  SDialogAnswer Acquire(const std::function<SDialogAnswer()> &fnPress);
   Result<> PrepareFlash();
   Result<> OpenCameraInViewer();
   Result<> OpenPlugin();
   void NoteBrightFrames(uint32_t nDifferent);
-  bool HasLimit() const { return m_stOptions.stWorkflow.dShadingLimit > 0; }
+  quality::SVerdict GetVerdict() const;
 
   SHeadlessOptions m_stOptions;
   CameraFactory m_fnOpenCamera;
@@ -104,9 +117,12 @@ private:
   std::unique_ptr<CViewer> m_pViewer;
   std::optional<ffc::host::CFrameCollector> m_collector;
   std::optional<CDialogDriver> m_driver;
+  bool m_bHolding = false; ///< a button of an acquisition is pressed
+  uint64_t m_nMoment = 0;
   SStreamFormat m_stFormat;
   quality::SReport m_stReport;
-  quality::SFrameCountAdvice m_stAdvice;
+  QStringList m_listAdvice;
+  QStringList m_listBrightRemarks; ///< what speaks against the bright field
 };
 
 } // namespace ffc::host

@@ -15,6 +15,8 @@ namespace {
 
 using EKind = SCoefficientOrigin::EKind;
 
+constexpr uint32_t JUDGED_FRAMES = 16;
+
 QString Translate(const char *pText)
 {
   return QCoreApplication::translate("CoefficientOrigin", pText);
@@ -25,15 +27,42 @@ QString Translate(const char *pText)
 CDifferentFrames::CDifferentFrames(CFramePipeline &pipeline) : m_pipeline(pipeline)
 {
   pipeline.Request(std::numeric_limits<uint32_t>::max(), CFramePipeline::EWanted::Any,
-                   [this](const SProcessedFrame &stFrame) {
-                     const char *pBytes = static_cast<const char *>(stFrame.pRaw->pBuffer);
-                     m_setSeen.insert(std::hash<std::string_view>()({pBytes, stFrame.pRaw->nSize}));
-                   });
+                   [this](const SProcessedFrame &stFrame) { Take(*stFrame.pRaw); });
 }
 
 CDifferentFrames::~CDifferentFrames()
 {
   m_pipeline.CancelRequest();
+}
+
+void CDifferentFrames::Take(const camera::SCameraFrame &stFrame)
+{
+  const char *pBytes = static_cast<const char *>(stFrame.pBuffer);
+  const bool bNew = m_setSeen.insert(std::hash<std::string_view>()({pBytes, stFrame.nSize})).second;
+  if (m_pFormat == nullptr) {
+    m_pFormat = genapi::FindSensorFormat(stFrame.nPixelFormat);
+    if (m_pFormat == nullptr || !m_stack.Prepare(stFrame.nWidth, stFrame.nHeight, m_pFormat->nBitDepth)) {
+      return;
+    }
+  }
+  if (bNew && m_stack.GetFrameCount() < JUDGED_FRAMES && m_stack.Add(stFrame.pBuffer, stFrame.nSize)) {
+    m_watch.Add(stFrame.pBuffer, stFrame.nWidth, stFrame.nHeight, m_pFormat->GetBytesPerPixel());
+  }
+}
+
+QStringList CDifferentFrames::JudgeLight() const
+{
+  QStringList listRemarks;
+  if (m_stack.GetFrameCount() == 0) {
+    return listRemarks;
+  }
+  // A colour camera balances its white meanwhile, which is no flicker.
+  const bool bMono = m_pFormat->eLayout == genapi::EColorLayout::Mono;
+  for (const quality::SBrightRemark &stRemark : quality::JudgeBrightField(
+         quality::MeasureBrightField(m_stack, bMono ? &m_watch : nullptr, m_pFormat->eLayout))) {
+    listRemarks << stRemark.strText;
+  }
+  return listRemarks;
 }
 
 CDifferentFrames::Seen CDifferentFrames::Stop()
@@ -60,6 +89,9 @@ QStringList SCoefficientOrigin::GetNotes() const
                    .arg(nFrames)
                    .arg(nAskedFrames);
   }
+  for (const QString &strRemark : listBrightRemarks) {
+    listNotes << Translate("As the coefficients were acquired: %1").arg(strRemark);
+  }
   return listNotes;
 }
 
@@ -73,6 +105,10 @@ void CCoefficientWatch::EndAcquisition()
 {
   if (m_pFrames != nullptr) {
     m_setSeen.merge(m_pFrames->Stop());
+    if (m_pFrames->GetJudgedCount() > m_nJudged) {
+      m_nJudged = m_pFrames->GetJudgedCount();
+      m_listBrightRemarks = m_pFrames->JudgeLight();
+    }
     m_pFrames.reset();
   }
 }
@@ -80,18 +116,26 @@ void CCoefficientWatch::EndAcquisition()
 void CCoefficientWatch::Note(const SDialogOutcome &stOutcome, const CDialogDriver &driver, bool bByCamera)
 {
   EndAcquisition();
+  if (stOutcome.eAction == EDialogAction::AcquireDark) {
+    m_bDark = false; // what was there goes first
+  }
   if (stOutcome.strError.isEmpty()) {
     NoteDone(stOutcome, driver, bByCamera);
   }
   m_setSeen.clear();
+  m_nJudged = 0;
+  m_listBrightRemarks.clear();
 }
 
 void CCoefficientWatch::NoteDone(const SDialogOutcome &stOutcome, const CDialogDriver &driver, bool bByCamera)
 {
   switch (stOutcome.eAction) {
+  // One that is too bright is kept, and not used; the prompt says so in red.
+  case EDialogAction::AcquireDark: m_bDark = !driver.ReadPrompt().bWarning; break;
   case EDialogAction::AcquireBright: NoteBright(driver); break;
   case EDialogAction::Execute:
     m_stOrigin = m_stBright;
+    m_stOrigin.eDarkField = m_bDark ? quality::EDarkField::Used : quality::EDarkField::None;
     m_stOrigin.nExpectGray = driver.GetExpectGray();
     break;
   case EDialogAction::LoadFlash: NoteLoaded(EKind::Flash, QString(), driver, bByCamera); break;
@@ -110,6 +154,7 @@ void CCoefficientWatch::NoteBright(const CDialogDriver &driver)
   m_stBright.eKind = EKind::Acquired;
   m_stBright.nAskedFrames = driver.GetFrameCount();
   m_stBright.nFrames = std::min(m_stBright.nAskedFrames, static_cast<int>(m_setSeen.size()));
+  m_stBright.listBrightRemarks = m_listBrightRemarks;
 }
 
 void CCoefficientWatch::NoteLoaded(EKind eKind, const QString &strFile, const CDialogDriver &driver, bool bByCamera)

@@ -10,16 +10,19 @@
 #include <QString>
 #include <QStringList>
 
+#include "genapi/sensorformat.h"
 #include "host/dialogdriver/dialogobserver.h"
 #include "host/viewer/framepipeline.h"
+#include "quality/brightfield.h"
+#include "quality/report.h"
 
 namespace ffc::host {
 
 class CDialogDriver;
 
-/// Counts the different frames of the stream while it lives. A recording that is played in a loop repeats itself, and
-/// an average over repeats is worth no more than one over the frames that differ. Nobody else asks the pipeline for
-/// frames meanwhile.
+/// Counts the different frames of the stream while it lives, and judges their light. A recording that is played in a
+/// loop repeats itself, and an average over repeats is worth no more than one over the frames that differ. Nobody else
+/// asks the pipeline for frames meanwhile.
 class CDifferentFrames {
 public:
   explicit CDifferentFrames(CFramePipeline &pipeline);
@@ -31,10 +34,19 @@ public:
   using Seen = std::unordered_set<std::size_t>;
   /// Ends counting.
   Seen Stop();
+  /// Different frames that were judged, 16 at most.
+  uint32_t GetJudgedCount() const { return m_stack.GetFrameCount(); }
+  /// What speaks against them as a bright field, in sentences. After Stop.
+  QStringList JudgeLight() const;
 
 private:
+  void Take(const camera::SCameraFrame &stFrame);
+
   CFramePipeline &m_pipeline;
   Seen m_setSeen;
+  const genapi::SSensorFormat *m_pFormat = nullptr; ///< of the frames that are judged
+  quality::CFrameStack m_stack;
+  quality::CLightWatch m_watch;
 };
 
 struct SCoefficientOrigin {
@@ -48,7 +60,9 @@ struct SCoefficientOrigin {
   int nAskedFrames = 0; ///< of the bright field
   int nFrames = 0;      ///< those of them that differ from each other; 0: not known
   int nExpectGray = -1; ///< 0 to 255; -1: not known
+  quality::EDarkField eDarkField = quality::EDarkField::Unknown;
   QString strFile;
+  QStringList listBrightRemarks; ///< what speaks against the bright field
 
   bool IsRepeated() const { return nFrames < nAskedFrames; }
   /// What a reader of figures has to know of it, in sentences.
@@ -80,6 +94,9 @@ private:
 
   std::unique_ptr<CDifferentFrames> m_pFrames;
   CDifferentFrames::Seen m_setSeen; ///< since a button was pressed
+  uint32_t m_nJudged = 0;           ///< frames of the largest acquisition since a button was pressed
+  QStringList m_listBrightRemarks;  ///< of that
+  bool m_bDark = false;             ///< the plug-in has a dark field that it uses
   SCoefficientOrigin m_stBright;
   SCoefficientOrigin m_stOrigin;
 };

@@ -37,13 +37,15 @@ Result<SStreamFormat> ReadStreamFormat(CFrameCollector &collector, EWanted eWant
   return SStreamFormat{pFormat, stFrame.nWidth, stFrame.nHeight};
 }
 
-Result<> TakePairs(CFrameCollector &collector, const SStreamFormat &stFormat, quality::CPairedStacks &stStacks)
+Result<> TakePairs(CFrameCollector &collector, const SStreamFormat &stFormat, quality::CPairedStacks &stStacks,
+                   EWanted eWanted)
 {
   if (!stStacks.Prepare(stFormat.nWidth, stFormat.nHeight, *stFormat.pFormat)) {
     return Failure(Translate("There is not enough memory."));
   }
-  return collector.Collect(MEASURED_FRAMES, EWanted::Corrected, [&stStacks](const SProcessedFrame &stFrame) {
-    return stStacks.Add(stFrame.pRaw->pBuffer, stFrame.pCorrected, stFrame.pRaw->nSize);
+  return collector.Collect(MEASURED_FRAMES, eWanted, [&stStacks](const SProcessedFrame &stFrame) {
+    const void *pRaw = stFrame.pRaw->pBuffer;
+    return stStacks.Add(pRaw, stFrame.pCorrected == nullptr ? pRaw : stFrame.pCorrected, stFrame.pRaw->nSize);
   });
 }
 

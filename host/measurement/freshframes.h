@@ -25,7 +25,9 @@ Result<SStreamFormat> ReadStreamFormat(CFrameCollector &collector,
                                        CFramePipeline::EWanted eWanted = CFramePipeline::EWanted::Any);
 
 /// Takes MEASURED_FRAMES exposures, as they came and as they were corrected, into emptied stacks.
-Result<> TakePairs(CFrameCollector &collector, const SStreamFormat &stFormat, quality::CPairedStacks &stStacks);
+/// \param eWanted any: what nobody corrected counts as it came
+Result<> TakePairs(CFrameCollector &collector, const SStreamFormat &stFormat, quality::CPairedStacks &stStacks,
+                   CFramePipeline::EWanted eWanted = CFramePipeline::EWanted::Corrected);
 
 /// Takes MEASURED_FRAMES frames into an emptied stack: corrected ones, or any as they came.
 Result<> TakeFrames(CFrameCollector &collector, const SStreamFormat &stFormat, CFramePipeline::EWanted eWanted,

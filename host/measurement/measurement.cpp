@@ -6,9 +6,12 @@
 
 #include <QCoreApplication>
 
+#include "camera/iscenecontrol.h"
 #include "host/measurement/background.h"
+#include "host/measurement/tablefile.h"
 #include "host/viewer/blocksize.h"
 #include "host/viewer/featuretext.h"
+#include "quality/belonging.h"
 #include "quality/gainlimit.h"
 #include "quality/profileplot.h"
 
@@ -44,6 +47,11 @@ bool HasCorrection(CViewer &viewer)
   return viewer.GetCamera().GetDeviceNodeMap()->GetNode(CORRECTION_FEATURE) != nullptr;
 }
 
+Failure DescribeNoCorrection()
+{
+  return Failure(Translate("No corrected frame came. Execute the correction and tick its Preview first."));
+}
+
 } // namespace
 
 CMeasurement::CMeasurement(CViewer &viewer, IMeasurementGuide &guide, SCoefficientOrigin stOrigin)
@@ -75,16 +83,16 @@ Result<> CMeasurement::SkipOldFrames()
 }
 
 /// Also makes sure, before anybody is asked to cover a lens, that there is a correction to measure.
-Result<> CMeasurement::ReadFormat()
+Result<> CMeasurement::ReadFormat(bool bCorrected)
 {
   if (!m_viewer.GetCamera().IsStreaming()) {
     return Failure(Translate("Start the camera first."));
   }
   Result<SStreamFormat> format = ReadStreamFormat(BeginStep(Translate("Waiting for a frame"), 1));
-  if (format && !m_bByCamera) {
+  if (format && bCorrected && !m_bByCamera) {
     format = ReadStreamFormat(BeginStep(Translate("Waiting for a corrected frame"), 1), EWanted::Corrected);
     if (!format && !m_bCancelled) {
-      return Failure(Translate("No corrected frame came. Execute the correction and tick its Preview first."));
+      return DescribeNoCorrection();
     }
   }
   if (!format) {
@@ -124,23 +132,35 @@ Result<> CMeasurement::TakeScene(bool bCovered, SScene &stScene)
   if (!arranged) {
     return arranged;
   }
-  if (!m_bByCamera) {
+  if (m_bBaseline || !m_bByCamera) {
     return RunUntilFailure([&] { return SkipOldFrames(); },
-                           [&] { return TakePairs(BeginStep(strStep, MEASURED_FRAMES), m_stFormat, stScene.stPairs); });
+                           [&] {
+                             return TakePairs(BeginStep(strStep, MEASURED_FRAMES), m_stFormat, stScene.stPairs,
+                                              m_bBaseline ? EWanted::Any : EWanted::Corrected);
+                           });
   }
   return RunUntilFailure([&] { return TakeByCamera(strStep, "Off", stScene.stBefore); },
                          [&] { return TakeByCamera(strStep, "On", stScene.stAfter); });
 }
 
-Result<CMeasurement::QualityResult> CMeasurement::Measure()
+/// A lens that the user covers can be covered.
+bool CMeasurement::CanCover() const
+{
+  const camera::ISceneControl *pScene = camera::FindSceneControl(m_viewer.GetCamera());
+  return pScene == nullptr || pScene->CanCover();
+}
+
+Result<CMeasurement::QualityResult> CMeasurement::Measure(bool bPreview)
 {
   m_bCancelled = false;
   const std::string strCorrection = ReadFeature(*m_viewer.GetCamera().GetDeviceNodeMap(), CORRECTION_FEATURE);
+  m_bBaseline = m_bByCamera ? strCorrection != "On" : !bPreview;
   SScene stDark;
   SScene stBright;
-  const Result<> taken = RunUntilFailure([&] { return ReadFormat(); }, [&] { return TakeScene(true, stDark); },
+  const Result<> taken = RunUntilFailure([&] { return ReadFormat(!m_bBaseline); },
+                                         [&] { return CanCover() ? TakeScene(true, stDark) : Result<>(); },
                                          [&] { return TakeScene(false, stBright); });
-  if (m_bByCamera) {
+  if (m_bByCamera && !m_bBaseline) {
     (void)SwitchCamera(strCorrection.c_str());
   }
   if (m_bCancelled) {
@@ -161,18 +181,25 @@ Result<CMeasurement::QualityResult> CMeasurement::Measure()
 
 quality::SFigureStacks CMeasurement::GetStacks(const SScene &stDark, const SScene &stBright) const
 {
+  const genapi::EColorLayout eLayout = m_stFormat.pFormat->eLayout;
+  if (m_bBaseline) {
+    return {stDark.stPairs.GetRaw(), stDark.stAfter, stBright.stPairs.GetRaw(), stBright.stAfter, eLayout};
+  }
   if (m_bByCamera) {
-    return {stDark.stBefore, stDark.stAfter, stBright.stBefore, stBright.stAfter, m_stFormat.pFormat->eLayout};
+    return {stDark.stBefore, stDark.stAfter, stBright.stBefore, stBright.stAfter, eLayout};
   }
   return {stDark.stPairs.GetRaw(), stDark.stPairs.GetCorrected(), stBright.stPairs.GetRaw(),
-          stBright.stPairs.GetCorrected(), m_stFormat.pFormat->eLayout};
+          stBright.stPairs.GetCorrected(), eLayout};
 }
 
 std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, const SScene &stBright)
 {
   auto pResult = std::make_shared<quality::SResult>();
   DescribeStream(*pResult);
-  DescribeCoefficients(pResult->stReport);
+  pResult->stReport.strPrograms = m_viewer.DescribePrograms();
+  if (!m_bBaseline) {
+    DescribeCoefficients(pResult->stReport);
+  }
   const quality::SFigureStacks stStacks = GetStacks(stDark, stBright);
   CBackground background;
   bool bDone = false;
@@ -186,14 +213,15 @@ std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, c
       quality::AdviseReference(stResult.listNoise, {m_stFormat.pFormat->nBitDepth, stResult.stReport.nFrameCount, false,
                                                     stResult.stReport.eMode, stResult.stReport.nBlockSize});
     const quality::SBrightField stField = quality::MeasureBrightField(
-      stStacks.stBrightBefore, m_bByCamera ? nullptr : &stBright.stPairs.GetWatch(), stStacks.eLayout);
+      stStacks.stBrightBefore, m_bByCamera && !m_bBaseline ? nullptr : &stBright.stPairs.GetWatch(), stStacks.eLayout);
     for (const quality::SBrightRemark &stRemark : quality::JudgeBrightField(stField)) {
       stResult.listBrightRemarks << stRemark.strText;
     }
-    stResult.bSameExposures = !m_bByCamera;
+    stResult.bSameExposures = !m_bByCamera || m_bBaseline;
     stResult.nNewlyClipped = stBright.stPairs.GetNewlyClippedCount();
     stResult.nAtGainLimit =
       quality::CountPixelsAtGainLimit(stStacks.stBrightBefore, stStacks.stDarkBefore, stStacks.stBrightAfter);
+    CheckBelonging(stStacks.stBrightBefore, stResult.stReport);
     stResult.stPictures = quality::MakePictures(stStacks.stBrightBefore, stStacks.stBrightAfter, stStacks.eLayout);
     return [&bDone] { bDone = true; };
   });
@@ -204,10 +232,24 @@ std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, c
   }
   DescribeFrames(pResult->stReport);
   // Widgets draw the plot, so it is made on this thread.
-  pResult->imgProfile = quality::DrawProfilePlot(quality::MakeRowProfile(stStacks.stBrightBefore, stStacks.eLayout),
-                                                 quality::MakeRowProfile(stStacks.stBrightAfter, stStacks.eLayout),
-                                                 pResult->stReport.strCamera);
+  pResult->imgProfile = quality::DrawProfilePlot(
+    quality::MakeRowProfile(stStacks.stBrightBefore, stStacks.eLayout),
+    m_bBaseline ? quality::SProfile() : quality::MakeRowProfile(stStacks.stBrightAfter, stStacks.eLayout),
+    pResult->stReport.strCamera);
   return pResult;
+}
+
+/// Coefficients that were acquired here belong to this camera, and those in a camera evens out blocks.
+void CMeasurement::CheckBelonging(const quality::CFrameStack &stRaw, quality::SReport &stReport) const
+{
+  if (m_bBaseline || m_bByCamera || m_stOrigin.eKind != SCoefficientOrigin::EKind::File) {
+    return;
+  }
+  const std::vector<uint16_t> listGains = ReadGains(m_stOrigin.strFile, stRaw.GetWidth(), stRaw.GetHeight());
+  if (!listGains.empty() && quality::JudgeBelonging(stRaw, listGains.data()).eBelonging == quality::EBelonging::No) {
+    stReport.listNotes << Translate("The coefficients are another camera's: the pattern of their pixels is not that of "
+                                    "the frames");
+  }
 }
 
 void CMeasurement::DescribeStream(quality::SResult &stResult) const
@@ -237,15 +279,20 @@ void CMeasurement::DescribeStream(quality::SResult &stResult) const
 void CMeasurement::DescribeCoefficients(quality::SReport &stReport) const
 {
   stReport.nFrameCount = m_stOrigin.nFrames;
-  stReport.nExpectGray = std::max(0, m_stOrigin.nExpectGray);
-  stReport.nExpectGrayDn = stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
+  stReport.eDarkField = m_stOrigin.eDarkField;
+  stReport.strCoefficientFile = m_stOrigin.strFile;
+  stReport.nExpectGray = m_stOrigin.nExpectGray;
+  stReport.nExpectGrayDn = std::max(0, m_stOrigin.nExpectGray) << (m_stFormat.pFormat->nBitDepth - 8);
   stReport.listNotes += m_stOrigin.GetNotes();
 }
 
 /// A recording that repeats itself gives less to measure than it seems to.
 void CMeasurement::DescribeFrames(quality::SReport &stReport) const
 {
-  const uint32_t nLeast = std::min(stReport.nBrightFrames, stReport.nDarkFrames);
+  if (!CanCover()) {
+    stReport.listNotes << Translate("There are no dark frames: PRNU and DSNU are not known");
+  }
+  const uint32_t nLeast = CanCover() ? std::min(stReport.nBrightFrames, stReport.nDarkFrames) : stReport.nBrightFrames;
   if (nLeast == 1) {
     stReport.listNotes << Translate(
       "Measured on a single frame: its temporal noise cannot be told apart and is in PRNU "
@@ -255,12 +302,15 @@ void CMeasurement::DescribeFrames(quality::SReport &stReport) const
   }
 }
 
-Result<std::optional<double>> CMeasurement::MeasureDrift()
+Result<std::optional<double>> CMeasurement::MeasureDrift(bool bPreview)
 {
   m_bCancelled = false;
+  if (!m_bByCamera && !bPreview) {
+    return DescribeNoCorrection();
+  }
   quality::CFrameStack stStack;
   const Result<> taken =
-    RunUntilFailure([&] { return ReadFormat(); }, [&] { return Arrange(false); }, [&] { return SkipOldFrames(); },
+    RunUntilFailure([&] { return ReadFormat(true); }, [&] { return Arrange(false); }, [&] { return SkipOldFrames(); },
                     [&] {
                       return TakeFrames(BeginStep(Translate("Measuring a fresh flat"), MEASURED_FRAMES), m_stFormat,
                                         m_bByCamera ? EWanted::Any : EWanted::Corrected, stStack);

@@ -37,12 +37,15 @@ public:
   CMeasurement(CViewer &viewer, IMeasurementGuide &guide, SCoefficientOrigin stOrigin);
 
   /// Before and after, on dark and bright frames. Where the host corrects, both come from the same exposures; a camera
-  /// that corrects itself is switched off and on for it, and left as it was.
+  /// that corrects itself is switched off and on for it, and left as it was. Where nobody corrects there is only a
+  /// before.
+  /// \param bPreview the plug-in was told to correct on the host
   /// \return null when the user cancelled
-  Result<QualityResult> Measure();
+  Result<QualityResult> Measure(bool bPreview);
   /// A fresh flat with the coefficients in use.
+  /// \param bPreview as in Measure
   /// \return its shading in percent; none when the user cancelled
-  Result<std::optional<double>> MeasureDrift();
+  Result<std::optional<double>> MeasureDrift(bool bPreview);
 
 private:
   /// The frames of one scene.
@@ -54,7 +57,8 @@ private:
 
   /// What the user is told while frames are collected.
   CFrameCollector &BeginStep(const QString &strStep, uint32_t nFrames);
-  Result<> ReadFormat();
+  Result<> ReadFormat(bool bCorrected);
+  bool CanCover() const;
   Result<> TakeScene(bool bCovered, SScene &stScene);
   Result<> TakeByCamera(const QString &strStep, const char *pEntry, quality::CFrameStack &stStack);
   Result<> SkipOldFrames();
@@ -63,6 +67,7 @@ private:
   Failure Cancel();
   std::shared_ptr<quality::SResult> Evaluate(const SScene &stDark, const SScene &stBright);
   quality::SFigureStacks GetStacks(const SScene &stDark, const SScene &stBright) const;
+  void CheckBelonging(const quality::CFrameStack &stRaw, quality::SReport &stReport) const;
   void DescribeStream(quality::SResult &stResult) const;
   void DescribeFrames(quality::SReport &stReport) const;
   void DescribeCoefficients(quality::SReport &stReport) const;
@@ -72,6 +77,7 @@ private:
   SCoefficientOrigin m_stOrigin;
   ffc::host::CFrameCollector m_collector;
   bool m_bByCamera;
+  bool m_bBaseline = false; ///< nobody corrects
   bool m_bCancelled = false;
   SStreamFormat m_stFormat;
   QString m_strStep;

@@ -46,6 +46,7 @@ SCameraOptions ForAnother(SCameraOptions stCamera)
   stCamera.strReplayFolder.clear();
   stCamera.strFlashFile.clear();
   stCamera.strPixelFormat.clear();
+  stCamera.eAlignment.reset();
   stCamera.nBlockSize = 0;
   stCamera.eMode = ECorrectionMode::None;
   return stCamera;

@@ -38,6 +38,7 @@ OpenedCamera OpenReplay(const SCameraOptions &stOptions)
 {
   SReplayCameraOptions stCamera;
   stCamera.strFolder = stOptions.strReplayFolder;
+  stCamera.eAlignment = stOptions.eAlignment;
   stCamera.strPixelFormat = stOptions.strPixelFormat;
   return CreateReplayCamera(stCamera);
 }

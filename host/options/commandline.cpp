@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -131,6 +132,8 @@ struct SWords {
   std::string strLanguage;
   std::string strMode;
   std::string strBlockSize;
+  std::string strLimits;
+  std::string strAlignment;
 };
 
 void AddCameraOptions(CLI::App &app, SCameraOptions &stCamera, SWords &stWords)
@@ -145,6 +148,11 @@ void AddCameraOptions(CLI::App &app, SCameraOptions &stCamera, SWords &stWords)
     .add_option("--pixel-format", stCamera.strPixelFormat,
                 "such as Mono12 (default) or BayerRG8; with a real camera, whatever it lists")
     ->type_name("NAME");
+  app
+    .add_option("--align", stWords.strAlignment,
+                "where the bits of recorded samples stand in 16: right (low end) or left (high end); default: as the "
+                "values show")
+    ->check(CLI::IsMember({"right", "left"}));
   app.add_option("--size", stWords.strSize, "size of the simulated sensor (default 2048x1536)")
     ->type_name("WxH")
     ->check([&](const std::string &str) { return ParseSize(str, stCamera); });
@@ -214,11 +222,17 @@ void AddWorkflowOptions(CLI::App &app, SHeadlessOptions &stOptions, SWords &stWo
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 999); });
   app
-    .add_option("--shading-limit", stWorkflow.dShadingLimit,
-                "with --headless: percent of shading after the correction that passes; more, or more than before, ends "
-                "with exit code 4")
-    ->type_name("PERCENT")
-    ->check(CLI::Range(0.01, 100.0));
+    .add_option("--limit", stWords.strLimits,
+                "with --headless: highest figures after the correction, such as shading=1.0,prnu=0.5,dsnu=2 (percent, "
+                "percent, DN); one that is higher, or higher than before, ends with exit code 4")
+    ->type_name("LIMITS");
+  for (const auto &[pOption, pLimit] : {std::pair("--shading-limit", &quality::SLimits::dShading),
+                                        {"--prnu-limit", &quality::SLimits::dPrnu},
+                                        {"--dsnu-limit", &quality::SLimits::dDsnu}}) {
+    app.add_option(pOption, stWorkflow.stLimits.*pLimit, "the same for one figure alone")
+      ->type_name("NUMBER")
+      ->check(CLI::Range(0.01, 1e6));
+  }
 }
 
 void AddAttendantOptions(CLI::App &app, SWorkflowOptions &stWorkflow)
@@ -259,7 +273,7 @@ void AddRecordingOptions(CLI::App &app, SRecordingOptions &stRecording)
 /// The first option that a window cannot honour.
 std::string FindNotInWindow(const CLI::App &app)
 {
-  for (const char *pOption : {"--out", "--save-frames", "--shading-limit"}) {
+  for (const char *pOption : {"--out", "--save-frames", "--limit", "--shading-limit", "--prnu-limit", "--dsnu-limit"}) {
     if (app.count(pOption) > 0) {
       return pOption;
     }
@@ -277,6 +291,9 @@ Result<> CheckTogether(const CLI::App &app, const SCameraOptions &stCamera, cons
   if (app.count("--no-wait") > 0 && (stCamera.strCameraId.empty() || !stTask.bHeadless)) {
     return Failure("--no-wait belongs to --headless with a real camera: others have their lenses covered by software");
   }
+  if (stCamera.strReplayFolder.empty() && app.count("--align") > 0) {
+    return Failure("--align belongs to recorded frames");
+  }
   if (app.count("--record") > 0 && (stTask.bHeadless || !stTask.strScreenshots.empty() || stTask.bRestoreSettings)) {
     return Failure(
       "--record is a task of its own: it goes with neither --headless, --screenshots nor --restore-settings");
@@ -293,6 +310,20 @@ Result<> CheckTogether(const CLI::App &app, const SCameraOptions &stCamera, cons
     return Failure("--expect-gray has no meaning with --mode vignetting and unknown");
   }
   return CheckPixelFormat(stCamera);
+}
+
+/// \param stLimits has those of the options for one figure
+Result<> TakeLimits(const std::string &strLimits, quality::SLimits &stLimits)
+{
+  const Result<quality::SLimits> limits = quality::ParseLimits(QString::fromStdString(strLimits));
+  if (!limits) {
+    return Failure("--limit " + limits.GetError());
+  }
+  for (const quality::SLimitedFigure &stFigure : quality::GetLimitedFigures()) {
+    const double dLimit = limits.GetValue().*stFigure.pLimit;
+    stLimits.*stFigure.pLimit = dLimit >= 0 ? dLimit : stLimits.*stFigure.pLimit;
+  }
+  return {};
 }
 
 SCommandLine Leave(int nExitCode, const std::string &strText)
@@ -326,6 +357,14 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   const Result<> together = CheckTogether(app, stResult.stOptions.stCamera, stResult.stTask);
   if (!together) {
     return Leave(EXIT_USAGE, together.GetError());
+  }
+  const Result<> limits = TakeLimits(stWords.strLimits, stResult.stOptions.stWorkflow.stLimits);
+  if (!limits) {
+    return Leave(EXIT_USAGE, limits.GetError());
+  }
+  if (!stWords.strAlignment.empty()) {
+    stResult.stOptions.stCamera.eAlignment =
+      stWords.strAlignment == "left" ? frames::EAlignment::Left : frames::EAlignment::Right;
   }
   stResult.stOptions.stPlugin.bChinese = stWords.strLanguage == "zh";
   const SWorkflowOptions &stWorkflow = stResult.stOptions.stWorkflow;

@@ -3,18 +3,22 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "camera/correctionmode.h"
+#include "frames/alignment.h"
+#include "quality/limits.h"
 
 namespace ffc::host {
 
 /// Which camera, and how it is set up.
 struct SCameraOptions {
-  std::string strReplayFolder; ///< of recorded frames; empty: none
-  std::string strCameraId;     ///< of a real camera: id, IP address or serial number; empty: none
-  std::string strPixelFormat;  ///< PFNC name; empty: the camera's own choice
-  uint32_t nWidth = 2048;      ///< pixels, simulated camera only, as all that follows
+  std::string strReplayFolder;                  ///< of recorded frames; empty: none
+  std::string strCameraId;                      ///< of a real camera: id, IP address or serial number; empty: none
+  std::string strPixelFormat;                   ///< PFNC name; empty: the camera's own choice
+  std::optional<frames::EAlignment> eAlignment; ///< of recorded samples of 16 bits; none: as their values are
+  uint32_t nWidth = 2048;                       ///< pixels, simulated camera only, as all that follows
   uint32_t nHeight = 1536;
   uint64_t nSeed = 1;
   camera::ECorrectionMode eMode = camera::ECorrectionMode::None; ///< its own correction
@@ -34,9 +38,9 @@ struct SWorkflowOptions {
   int nExpectGray = -1; ///< 0 to 255; -1: what the bright frames suggest
   int nSaveFrames = 1;  ///< pairs of fresh raw and corrected frames
   std::string strOutFolder = "out";
-  double dShadingLimit = 0; ///< percent that passes; 0: no verdict is asked for
-  bool bWait = true;        ///< for somebody who covers a real camera's lens; else dDarkDelay long for a shutter
-  double dDarkDelay = 0;    ///< seconds
+  quality::SLimits stLimits; ///< figures that pass
+  bool bWait = true;         ///< for somebody who covers a real camera's lens; else dDarkDelay long for a shutter
+  double dDarkDelay = 0;     ///< seconds
 };
 
 /// Which frames are kept, and how.

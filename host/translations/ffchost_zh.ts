@@ -563,14 +563,6 @@ Frames received: %3</source>
         <translation>%1：单帧噪声 %2 DN，固定图案噪声 %3 DN，均值 %4 DN</translation>
     </message>
     <message>
-        <source>PRNU got worse: the noise of the bright field is in every image now, or whole blocks are evened out instead of pixels</source>
-        <translation>PRNU 变差：亮场的噪声进入了每幅图像，或者校正的是整块而不是单个像素</translation>
-    </message>
-    <message>
-        <source>DSNU got worse: the dark field is a single frame whose noise is in every image now, or the gains lift the dark signal too</source>
-        <translation>DSNU 变差：暗场只有一帧，其噪声进入了每幅图像，或者增益同时放大了暗信号</translation>
-    </message>
-    <message>
         <source>Clipped by the correction: %1 samples; held at the gain limit: %2 pixels</source>
         <translation>因校正而饱和：%1 个采样；达到增益上限：%2 个像素</translation>
     </message>
@@ -581,10 +573,6 @@ Frames received: %3</source>
     <message>
         <source>Flat-field correction: %1</source>
         <translation>平场校正：%1</translation>
-    </message>
-    <message>
-        <source>Measured on %1 bright and %2 dark fresh frames, which did not make the coefficients.</source>
-        <translation>用 %1 帧新亮场和 %2 帧新暗场图像测量，这些图像未用于计算系数。</translation>
     </message>
     <message>
         <source>Figures</source>
@@ -778,18 +766,6 @@ Frames received: %3</source>
 <context>
     <name>Verdict</name>
     <message>
-        <source>PASS: shading %1 %, limit %2 %</source>
-        <translation>合格：不均匀度 %1 %，上限 %2 %</translation>
-    </message>
-    <message>
-        <source>FAIL: shading %1 %, limit %2 %</source>
-        <translation>不合格：不均匀度 %1 %，上限 %2 %</translation>
-    </message>
-    <message>
-        <source>FAIL: the correction makes the image less even than it was</source>
-        <translation>不合格：校正使图像更不均匀</translation>
-    </message>
-    <message>
         <source>Not measured</source>
         <translation>尚未测量</translation>
     </message>
@@ -952,6 +928,279 @@ Frames received: %3</source>
     <message>
         <source>The coefficients come from %1 different bright frames, although %2 were asked for: the camera repeats itself</source>
         <translation>系数来自 %1 帧不同的亮场图像，而要求为 %2 帧：相机在重复</translation>
+    </message>
+</context>
+<context>
+    <name>CameraTexts</name>
+    <message>
+        <source>%1 is guessed. %2</source>
+        <translation>%1 为推测值。%2</translation>
+    </message>
+</context>
+<context>
+    <name>CoefficientOrigin</name>
+    <message>
+        <source>As the coefficients were acquired: %1</source>
+        <translation>采集系数时：%1</translation>
+    </message>
+</context>
+<context>
+    <name>HtmlReport</name>
+    <message>
+        <source>Clipped by the correction: %1 samples</source>
+        <translation>因校正而饱和：%1 个采样</translation>
+    </message>
+    <message>
+        <source>How it was measured</source>
+        <translation>测量条件</translation>
+    </message>
+    <message>
+        <source>Without a correction: how even the image is by itself</source>
+        <translation>未校正：图像本身的均匀程度</translation>
+    </message>
+</context>
+<context>
+    <name>Measurement</name>
+    <message>
+        <source>The coefficients are another camera's: the pattern of their pixels is not that of the frames</source>
+        <translation>系数属于另一台相机：其像素图案与图像不符</translation>
+    </message>
+    <message>
+        <source>There are no dark frames: PRNU and DSNU are not known</source>
+        <translation>没有暗场帧：PRNU 与 DSNU 未知</translation>
+    </message>
+</context>
+<context>
+    <name>Report</name>
+    <message>
+        <source>% of the mean; DN, the samples' own numbers</source>
+        <translation>占平均值的百分比；DN 为采样值本身</translation>
+    </message>
+    <message>
+        <source>%1 % of the samples are clipped by the correction; choose a lower expected grey</source>
+        <translation>%1 % 的采样因校正而饱和；请选择较低的期望灰度</translation>
+    </message>
+    <message>
+        <source>%1 bright and %2 dark fresh frames</source>
+        <translation>%1 帧新亮场图像和 %2 帧新暗场图像</translation>
+    </message>
+    <message>
+        <source>%1 of 255 (%2 DN)</source>
+        <translation>%1 / 255（%2 DN）</translation>
+    </message>
+    <message>
+        <source>, and 1 dark frame</source>
+        <translation>，以及 1 帧暗场</translation>
+    </message>
+    <message>
+        <source>, in blocks of %1 x %1</source>
+        <translation>，块大小 %1 x %1</translation>
+    </message>
+    <message>
+        <source>, no dark frame</source>
+        <translation>，无暗场</translation>
+    </message>
+    <message>
+        <source>; use 16 frames</source>
+        <translation>；请使用 16 帧</translation>
+    </message>
+    <message>
+        <source>Coefficient file</source>
+        <translation>系数文件</translation>
+    </message>
+    <message>
+        <source>Coefficients</source>
+        <translation>系数</translation>
+    </message>
+    <message>
+        <source>DSNU got worse: the camera's gain lifts the dark signal with the light</source>
+        <translation>DSNU 变差：相机的增益同时放大了暗信号</translation>
+    </message>
+    <message>
+        <source>DSNU got worse: the coefficients have no dark field, so the gains lift the dark signal with the light; take a dark field first</source>
+        <translation>DSNU 变差：系数不含暗场，增益同时放大了暗信号；请先采集暗场</translation>
+    </message>
+    <message>
+        <source>DSNU got worse: the dark reference is one single frame, so its own noise is now in every dark image</source>
+        <translation>DSNU 变差：暗场参考只有一帧，其噪声现已进入每幅暗图像</translation>
+    </message>
+    <message>
+        <source>DSNU got worse: the noise of the coefficients' dark field, or the gains, are now in every dark image</source>
+        <translation>DSNU 变差：系数中暗场的噪声或增益现已进入每幅暗图像</translation>
+    </message>
+    <message>
+        <source>Expected grey</source>
+        <translation>期望灰度</translation>
+    </message>
+    <message>
+        <source>Measured on</source>
+        <translation>测量所用</translation>
+    </message>
+    <message>
+        <source>Method</source>
+        <translation>方法</translation>
+    </message>
+    <message>
+        <source>PRNU got worse: the bright reference averages only %1 frames, so its own noise is now in every image</source>
+        <translation>PRNU 变差：亮场参考仅平均了 %1 帧，其噪声现已进入每幅图像</translation>
+    </message>
+    <message>
+        <source>PRNU got worse: the bright reference is one single frame, so its own noise is now in every image; use 16 frames</source>
+        <translation>PRNU 变差：亮场参考只有一帧，其噪声现已进入每幅图像；请使用 16 帧</translation>
+    </message>
+    <message>
+        <source>PRNU got worse: the camera evens out whole blocks, not single pixels</source>
+        <translation>PRNU 变差：相机按块而非按像素校正</translation>
+    </message>
+    <message>
+        <source>PRNU got worse: the noise of the frames that the coefficients were made of is now in every image</source>
+        <translation>PRNU 变差：生成系数的帧的噪声现已进入每幅图像</translation>
+    </message>
+    <message>
+        <source>PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with shading, and high-pass</source>
+        <translation>PRNU、DSNU 依据 EMVA 1288 Release 4.0：s^2 = s^2_measured - s^2_temporal / L；含阴影与高通两种</translation>
+    </message>
+    <message>
+        <source>Units</source>
+        <translation>单位</translation>
+    </message>
+    <message>
+        <source>Versions</source>
+        <translation>版本</translation>
+    </message>
+    <message>
+        <source>from %1 bright frame(s), averaged</source>
+        <translation>由 %1 帧亮场平均而得</translation>
+    </message>
+    <message>
+        <source>from an unknown number of bright frames</source>
+        <translation>由未知数量的亮场帧而得</translation>
+    </message>
+    <message>
+        <source>none: a baseline without correction</source>
+        <translation>无：未校正的基准</translation>
+    </message>
+</context>
+<context>
+    <name>SideFileCheck</name>
+    <message>
+        <source>The coefficients %1 look as if they were made for %2 x %3, but the camera delivers %4 x %5: the image would have stripes.</source>
+        <translation>系数 %1 似为 %2 x %3 所制，而相机输出 %4 x %5：图像会出现条纹。</translation>
+    </message>
+</context>
+<context>
+    <name>Verdict</name>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%2 的%1</translation>
+    </message>
+    <message>
+        <source>Baseline: %1 %2</source>
+        <translation>基准：%1 %2</translation>
+    </message>
+    <message>
+        <source>DSNU</source>
+        <translation>DSNU</translation>
+    </message>
+    <message>
+        <source>DSNU high-pass</source>
+        <translation>DSNU（高通）</translation>
+    </message>
+    <message>
+        <source>FAIL: %1 %2, limit %3</source>
+        <translation>不合格：%1 %2，限值 %3</translation>
+    </message>
+    <message>
+        <source>No limit: %1 %2</source>
+        <translation>无限值：%1 %2</translation>
+    </message>
+    <message>
+        <source>Not measured: %1, for want of dark frames</source>
+        <translation>未测量：%1，缺少暗场帧</translation>
+    </message>
+    <message>
+        <source>PASS: %1 %2, limit %3</source>
+        <translation>合格：%1 %2，限值 %3</translation>
+    </message>
+    <message>
+        <source>PRNU</source>
+        <translation>PRNU</translation>
+    </message>
+    <message>
+        <source>PRNU high-pass</source>
+        <translation>PRNU（高通）</translation>
+    </message>
+    <message>
+        <source>WORSE: %1 %2, before the correction %3</source>
+        <translation>变差：%1 %2，校正前 %3</translation>
+    </message>
+    <message>
+        <source>shading</source>
+        <translation>阴影</translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CQualityPanel</name>
+    <message>
+        <source>DSNU limit</source>
+        <translation>DSNU 限值</translation>
+    </message>
+    <message>
+        <source>PRNU limit</source>
+        <translation>PRNU 限值</translation>
+    </message>
+    <message>
+        <source>any</source>
+        <translation>任意</translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CRecordingPanel</name>
+    <message>
+        <source>Bits at</source>
+        <translation>有效位</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>录像</translation>
+    </message>
+    <message>
+        <source>Samples</source>
+        <translation>采样</translation>
+    </message>
+    <message>
+        <source>Where the bits of a sample stand in 16</source>
+        <translation>采样的有效位在 16 位中的位置</translation>
+    </message>
+    <message>
+        <source>as the values show</source>
+        <translation>按数值推测</translation>
+    </message>
+    <message>
+        <source>as they show (%1)</source>
+        <translation>按数值推测（%1）</translation>
+    </message>
+    <message>
+        <source>high end (left)</source>
+        <translation>高位（左对齐）</translation>
+    </message>
+    <message>
+        <source>low end (right)</source>
+        <translation>低位（右对齐）</translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CScenePanel</name>
+    <message>
+        <source>The recording has no dark frames</source>
+        <translation>录像中没有暗场帧</translation>
+    </message>
+</context>
+<context>
+    <name>SideFileCheck</name>
+    <message>
+        <source>%1 cannot be read again</source>
+        <translation>无法重新读取 %1</translation>
     </message>
 </context>
 </TS>

@@ -22,6 +22,7 @@ QString DescribeNote(const camera::SFeatureNote &stNote)
     return Translate("%1 is always %2: the camera has none.").arg(strFeature, strSource);
   case camera::SFeatureNote::EKind::Hidden:
     return Translate("%1 is kept from the plug-in: %2.").arg(strFeature, strSource);
+  case camera::SFeatureNote::EKind::Guessed: return Translate("%1 is guessed. %2").arg(strFeature, strSource);
   default: return Translate("%1 is missing, so that no flat field can be taken: %2.").arg(strFeature, strSource);
   }
 }

@@ -2,7 +2,10 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include "platform/moduleversion.h"
 
 namespace ffc::host {
 
@@ -40,6 +43,26 @@ Result<> CPluginModule::Load(const QString &strPath)
     return Failure(QStringLiteral("plug-in %1: it made no object (out of memory)").arg(strPath));
   }
   return {};
+}
+
+QString CPluginModule::Describe() const
+{
+  if (!m_library.isLoaded()) {
+    return {};
+  }
+  const QString strPath = m_library.fileName();
+  const QString strName = QFileInfo(strPath).fileName();
+  uint16_t anVersion[4] = {};
+  std::string strError;
+  if (!platform::QueryModuleFileVersion(QFile::encodeName(strPath).toStdString(), anVersion, strError)) {
+    return strName;
+  }
+  return QStringLiteral("%1 %2.%3.%4.%5")
+    .arg(strName)
+    .arg(anVersion[0])
+    .arg(anVersion[1])
+    .arg(anVersion[2])
+    .arg(anVersion[3]);
 }
 
 void CPluginModule::Unload()

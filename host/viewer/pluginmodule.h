@@ -30,6 +30,10 @@ public:
   /// Does nothing when nothing is loaded.
   void Unload();
 
+  /// File and version of the module that is loaded, "FlatFieldCorrection.plx 1.0.0.0"; without the version where its
+  /// file tells none, empty while nothing is loaded.
+  QString Describe() const;
+
   /// Null while nothing is loaded.
   IPlugin *GetPlugin() const { return m_pPlugin; }
 

@@ -53,6 +53,8 @@ public:
   bool HasPlugin() const { return m_bInitialized; }
   /// What the plug-in says of itself: it corrects live frames, or its dialog is visible.
   bool IsPluginInUse() const;
+  /// Names and versions of host and module.
+  QString DescribePrograms() const;
   /// The plug-in's words for a status of its own; empty without a plug-in.
   QString GetStatusText(int32_t nStatus) const;
 

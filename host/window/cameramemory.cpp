@@ -9,7 +9,7 @@ namespace {
 const QString FILE_KEY = QStringLiteral("file");
 const QString FRAMES_KEY = QStringLiteral("frames");
 const QString GRAY_KEY = QStringLiteral("expectGray");
-const QString LIMIT_KEY = QStringLiteral("shadingLimit");
+const QString LIMITS_GROUP = QStringLiteral("limits");
 
 /// Slashes in a maker's name would be groups of their own.
 QString GetGroup(const QString &strCamera)
@@ -27,7 +27,13 @@ SCameraMemory LoadCameraMemory(const QString &strCamera)
   stMemory.strFile = settings.value(FILE_KEY).toString();
   stMemory.nFrames = settings.value(FRAMES_KEY, stMemory.nFrames).toInt();
   stMemory.nExpectGray = settings.value(GRAY_KEY, stMemory.nExpectGray).toInt();
-  stMemory.dShadingLimit = settings.value(LIMIT_KEY, stMemory.dShadingLimit).toDouble();
+  settings.beginGroup(LIMITS_GROUP);
+  for (const quality::SLimitedFigure &stFigure : quality::GetLimitedFigures()) {
+    const QVariant value = settings.value(QLatin1String(stFigure.pKey));
+    if (value.isValid()) {
+      stMemory.stLimits.emplace(stMemory.stLimits.value_or(quality::SLimits{})).*stFigure.pLimit = value.toDouble();
+    }
+  }
   return stMemory;
 }
 
@@ -38,7 +44,13 @@ void SaveCameraMemory(const QString &strCamera, const SCameraMemory &stMemory)
   settings.setValue(FILE_KEY, stMemory.strFile);
   settings.setValue(FRAMES_KEY, stMemory.nFrames);
   settings.setValue(GRAY_KEY, stMemory.nExpectGray);
-  settings.setValue(LIMIT_KEY, stMemory.dShadingLimit);
+  if (!stMemory.stLimits) {
+    return;
+  }
+  settings.beginGroup(LIMITS_GROUP);
+  for (const quality::SLimitedFigure &stFigure : quality::GetLimitedFigures()) {
+    settings.setValue(QLatin1String(stFigure.pKey), (*stMemory.stLimits).*stFigure.pLimit);
+  }
 }
 
 } // namespace ffc::host

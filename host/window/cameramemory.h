@@ -2,7 +2,11 @@
 /// What the window remembers of each camera.
 #pragma once
 
+#include <optional>
+
 #include <QString>
+
+#include "quality/limits.h"
 
 namespace ffc::host {
 
@@ -11,7 +15,7 @@ struct SCameraMemory {
   QString strFile;          ///< of coefficients, loaded or saved last; empty: none
   int nFrames = 0;          ///< bright frames averaged last; 0: none were
   int nExpectGray = -1;     ///< that the user chose instead of the suggested one; -1: none
-  double dShadingLimit = 0; ///< percent that passes; 0: none was set for this camera
+  std::optional<quality::SLimits> stLimits; ///< that pass; none: this camera is new
 };
 
 /// \param strCamera display name, which has the serial number

@@ -27,13 +27,14 @@ SDialogNote DescribeCancelled(const SDialogFacts &stFacts)
 
 SDialogNote DescribeBright(const SCoefficientOrigin &stBright)
 {
-  if (!stBright.IsRepeated()) {
-    return {};
+  QStringList listTexts = stBright.listBrightRemarks;
+  if (stBright.IsRepeated()) {
+    listTexts << Translate(
+                   "Only %1 of %2 bright frames differ: the camera repeats itself, and the noise is that of %1.")
+                   .arg(stBright.nFrames)
+                   .arg(stBright.nAskedFrames);
   }
-  return {Translate("Only %1 of %2 bright frames differ: the camera repeats itself, and the noise is that of %1.")
-            .arg(stBright.nFrames)
-            .arg(stBright.nAskedFrames),
-          true};
+  return {listTexts.join(QLatin1Char(' ')), !listTexts.isEmpty()};
 }
 
 /// The plug-in does not tell whether the bytes have reached the volume.

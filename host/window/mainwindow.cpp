@@ -23,6 +23,7 @@
 #include "host/window/measurementguide.h"
 #include "host/window/plotpanel.h"
 #include "host/window/qualitypanel.h"
+#include "host/window/recordingpanel.h"
 #include "host/window/reportsaving.h"
 #include "host/window/scenepanel.h"
 #include "host/window/statusline.h"
@@ -49,8 +50,8 @@ CMainWindow::CMainWindow(const SCameraOptions &stCamera, SPluginOptions stPlugin
   : m_stFirstCamera(stCamera), m_stPlugin(std::move(stPlugin)), m_fnOpenCamera(std::move(fnOpenCamera)),
     m_listChoices(ListCameraChoices(stCamera)), m_progress(this), m_dialogObserver(this), m_session(&m_progress, this),
     m_pView(new CImageView(this)), m_pCameraPanel(new CCameraPanel(this)), m_pScenePanel(new CScenePanel(this)),
-    m_pPlotPanel(new CPlotPanel(this)), m_pQualityPanel(new CQualityPanel(this)), m_pStatusLine(new CStatusLine(this)),
-    m_pNote(new QLabel(this))
+    m_pRecordingPanel(new CRecordingPanel(this)), m_pPlotPanel(new CPlotPanel(this)),
+    m_pQualityPanel(new CQualityPanel(this)), m_pStatusLine(new CStatusLine(this)), m_pNote(new QLabel(this))
 {
   setObjectName(QStringLiteral("MainWindow"));
   MakeLayout();
@@ -108,12 +109,29 @@ void CMainWindow::ShowCamera()
   m_pScenePanel->SetScene(FindSceneControl(viewer.GetCamera()));
   m_pCameraPanel->SetViewer(&viewer);
   RecallCamera();
+  m_pRecordingPanel->ShowCamera(m_stOpenCamera, ReadFeature(*viewer.GetCamera().GetDeviceNodeMap(), "PixelFormat"));
   ObserveDialog();
   setWindowTitle(QString::fromStdString(viewer.GetCamera().GetDisplayName()));
 }
 
+void CMainWindow::ReplayAs(const QString &strPixelFormat, std::optional<frames::EAlignment> eAlignment)
+{
+  SCameraOptions &stKept = m_listChoices[static_cast<std::size_t>(m_nChoice)].stCamera;
+  SCameraOptions stCamera = stKept;
+  stCamera.strPixelFormat = strPixelFormat.toStdString();
+  stCamera.eAlignment = eAlignment;
+  const Result<> opened = OpenCamera(stCamera);
+  if (opened) {
+    stKept = stCamera;
+    return;
+  }
+  (void)OpenCamera(stKept);
+  ShowError(opened.GetFailure());
+}
+
 Result<> CMainWindow::OpenCamera(const SCameraOptions &stCamera)
 {
+  m_stOpenCamera = stCamera;
   std::vector<std::string> listWatched = m_pCameraPanel->GetFeatures();
   listWatched.emplace_back(CORRECTION_FEATURE);
   return m_session.Open({[fnOpen = m_fnOpenCamera, stCamera] { return fnOpen(stCamera); }, stCamera.nBlockSize,
@@ -128,6 +146,7 @@ void CMainWindow::SlotChoose(int nChoice)
     const QString strFolder = QFileDialog::getExistingDirectory(this, tr("Folder of recorded frames"));
     stChoice.stCamera.strReplayFolder = strFolder.toStdString();
     stChoice.stCamera.strPixelFormat.clear();
+    stChoice.stCamera.eAlignment.reset();
     if (strFolder.isEmpty()) {
       m_pCameraPanel->Select(m_nChoice);
       return;
@@ -321,7 +340,7 @@ void CMainWindow::SlotMeasure()
   SetBusy(true);
   Result<CMeasurement::QualityResult> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).Measure();
+    return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).Measure(IsPreviewOn());
   }();
   SetBusy(false);
   if (!measured) {
@@ -340,7 +359,7 @@ void CMainWindow::SlotCheckDrift()
   SetBusy(true);
   const Result<std::optional<double>> measured = [this] {
     CMeasurementGuide guide(*m_pScenePanel, this);
-    return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).MeasureDrift();
+    return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).MeasureDrift(IsPreviewOn());
   }();
   SetBusy(false);
   if (!measured) {
@@ -361,7 +380,7 @@ void CMainWindow::SlotSaveReport()
     return;
   }
   SetBusy(true);
-  const Result<> saved = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimit(),
+  const Result<> saved = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimits(),
                                     m_pQualityPanel->GetMeasuredTime(), this);
   SetBusy(false);
   if (!saved) {

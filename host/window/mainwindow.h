@@ -34,6 +34,7 @@ class CDialogDriver;
 class CImageView;
 class CPlotPanel;
 class CQualityPanel;
+class CRecordingPanel;
 class CScenePanel;
 class CStatusLine;
 
@@ -94,6 +95,8 @@ private:
   void ShowCamera();
   void ForgetCamera();
   void ShowStates(const CFeatureStates &mapStates);
+  /// Opens the recording anew with samples of another kind; the former one where that cannot be.
+  void ReplayAs(const QString &strPixelFormat, std::optional<frames::EAlignment> eAlignment);
   void TakeFrame();
   void ShowPicture();
   void UpdateStatus();
@@ -110,6 +113,8 @@ private:
   /// Says where coefficients that are about to be loaded are for another camera.
   void CheckSideFile(const QString &strFile);
   void NoteOutcome(const SDialogOutcome &stOutcome);
+  /// Keeps beside coefficients that were saved for which frames they are, where that is known.
+  void KeepSideFile(const SDialogOutcome &stOutcome);
   void MarkStale(const SDialogOutcome &stOutcome);
   void RecallCamera();
   void RememberCamera();
@@ -122,6 +127,7 @@ private:
   void ShowBox(int nIcon, const QString &strText);
 
   SCameraOptions m_stFirstCamera;
+  SCameraOptions m_stOpenCamera;
   SPluginOptions m_stPlugin;
   SDialogPreset m_stPreset;
   QString m_strCamera; ///< whose memory follows; empty: none is open
@@ -138,6 +144,7 @@ private:
   CImageView *m_pView;
   CCameraPanel *m_pCameraPanel;
   CScenePanel *m_pScenePanel;
+  CRecordingPanel *m_pRecordingPanel;
   CPlotPanel *m_pPlotPanel;
   CQualityPanel *m_pQualityPanel;
   CStatusLine *m_pStatusLine;

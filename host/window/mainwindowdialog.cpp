@@ -75,15 +75,15 @@ void CMainWindow::RecallCamera()
   m_strCamera = QString::fromStdString(GetViewer()->GetCamera().GetDisplayName());
   m_stMemory = LoadCameraMemory(m_strCamera);
   m_dialogObserver.SetLastFile(m_stMemory.strFile);
-  if (m_stMemory.dShadingLimit > 0) {
-    m_pQualityPanel->SetLimit(m_stMemory.dShadingLimit);
+  if (m_stMemory.stLimits) {
+    m_pQualityPanel->SetLimits(*m_stMemory.stLimits);
   }
 }
 
 void CMainWindow::RememberCamera()
 {
   if (!m_strCamera.isEmpty()) {
-    m_stMemory.dShadingLimit = m_pQualityPanel->GetLimit();
+    m_stMemory.stLimits = m_pQualityPanel->GetLimits();
     SaveCameraMemory(m_strCamera, m_stMemory);
   }
 }
@@ -179,8 +179,26 @@ void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
   m_coefficients.Note(stOutcome, driver, m_bByCameraMode);
   if (stOutcome.strError.isEmpty()) {
     MarkStale(stOutcome);
+    KeepSideFile(stOutcome);
   }
   ShowNote(DescribeOutcome({stOutcome, bCancelled, driver.IsPreviewOffered(), m_coefficients.GetBright()}));
+}
+
+void CMainWindow::KeepSideFile(const SDialogOutcome &stOutcome)
+{
+  if (stOutcome.eAction == EDialogAction::Execute) {
+    m_stCorrectedShape.reset(); // the next corrected frame has that of the new coefficients
+  }
+  const SCoefficientOrigin &stOrigin = m_coefficients.GetOrigin();
+  if (stOutcome.eAction != EDialogAction::SaveFile || stOutcome.strFile.isEmpty() || m_bByCameraMode ||
+      stOrigin.eKind != SCoefficientOrigin::EKind::Acquired || !m_stCorrectedShape) {
+    return;
+  }
+  const Result<> written = WriteSideFile(stOutcome.strFile, stOrigin, *m_stCorrectedShape,
+                                         *GetViewer()->GetCamera().GetDeviceNodeMap(), GetViewer()->DescribePrograms());
+  if (!written) {
+    m_pCameraPanel->ShowError(QString::fromStdString(written.GetError()));
+  }
 }
 
 void CMainWindow::MarkStale(const SDialogOutcome &stOutcome)

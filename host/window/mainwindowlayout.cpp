@@ -21,6 +21,7 @@
 #include "host/window/imageview.h"
 #include "host/window/plotpanel.h"
 #include "host/window/qualitypanel.h"
+#include "host/window/recordingpanel.h"
 #include "host/window/scenepanel.h"
 #include "host/window/statusline.h"
 
@@ -31,6 +32,14 @@ constexpr QSize LARGEST_FIRST_SIZE(1360, 840);
 constexpr double SHARE_OF_SCREEN = 0.92; ///< leaves room for the frame, and for other windows to be seen
 constexpr int CONTROLS_WIDTH = 262;
 constexpr int PLOTS_WIDTH = 380;
+
+/// Where the limits are remembered.
+std::vector<std::pair<QString, double quality::SLimits::*>> GetLimitKeys()
+{
+  return {{QStringLiteral("quality/shadingLimit"), &quality::SLimits::dShading},
+          {QStringLiteral("quality/prnuLimit"), &quality::SLimits::dPrnu},
+          {QStringLiteral("quality/dsnuLimit"), &quality::SLimits::dDsnu}};
+}
 
 /// A panel that scrolls where the window is too low for it.
 QScrollArea *MakeScrolling(QWidget *pPanel, QWidget *pParent)
@@ -86,6 +95,7 @@ QWidget *CMainWindow::MakeControls()
   QVBoxLayout *pLayout = new QVBoxLayout(pControls);
   pLayout->setContentsMargins(6, 6, 2, 6);
   pLayout->addWidget(m_pCameraPanel);
+  pLayout->addWidget(m_pRecordingPanel);
   pLayout->addWidget(m_pScenePanel);
   pLayout->addWidget(pDialog);
   pLayout->addWidget(m_pNote);
@@ -156,6 +166,7 @@ void CMainWindow::MakeActions()
 void CMainWindow::ConnectPanels()
 {
   connect(m_pCameraPanel, &CCameraPanel::SigStartStop, this, &CMainWindow::SlotStartStop);
+  connect(m_pRecordingPanel, &CRecordingPanel::SigChosen, this, &CMainWindow::ReplayAs);
   connect(m_pCameraPanel, &CCameraPanel::SigChosen, this, &CMainWindow::SlotChoose);
   connect(m_pQualityPanel, &CQualityPanel::SigMeasure, this, &CMainWindow::SlotMeasure);
   connect(m_pQualityPanel, &CQualityPanel::SigCheckDrift, this, &CMainWindow::SlotCheckDrift);
@@ -188,8 +199,11 @@ void CMainWindow::RestoreLayout()
   restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
   m_pSplitter->restoreState(settings.value(QStringLiteral("window/splitter")).toByteArray());
   m_pTabs->setCurrentIndex(settings.value(QStringLiteral("window/tab"), 0).toInt());
-  m_pQualityPanel->SetLimit(
-    settings.value(QStringLiteral("quality/shadingLimit"), m_pQualityPanel->GetLimit()).toDouble());
+  quality::SLimits stLimits = m_pQualityPanel->GetLimits();
+  for (const auto &[strKey, pLimit] : GetLimitKeys()) {
+    stLimits.*pLimit = settings.value(strKey, stLimits.*pLimit).toDouble();
+  }
+  m_pQualityPanel->SetLimits(stLimits);
 }
 
 void CMainWindow::SaveLayout() const
@@ -198,7 +212,9 @@ void CMainWindow::SaveLayout() const
   settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
   settings.setValue(QStringLiteral("window/splitter"), m_pSplitter->saveState());
   settings.setValue(QStringLiteral("window/tab"), m_pTabs->currentIndex());
-  settings.setValue(QStringLiteral("quality/shadingLimit"), m_pQualityPanel->GetLimit());
+  for (const auto &[strKey, pLimit] : GetLimitKeys()) {
+    settings.setValue(strKey, m_pQualityPanel->GetLimits().*pLimit);
+  }
 }
 
 } // namespace ffc::host

@@ -1,7 +1,10 @@
 #include "host/window/qualitypanel.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <QDoubleSpinBox>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -11,10 +14,15 @@
 #include "quality/htmlreport.h"
 
 namespace ffc::host {
+
+using quality::SLimits;
+
 namespace {
 
-constexpr double DEFAULT_LIMIT = 1.0; ///< percent
-constexpr int PICTURE_WIDTH = 176;    ///< two of them fit beside each other
+constexpr double DEFAULT_LIMIT = 1.0; ///< percent, of shading and PRNU
+constexpr double LARGEST_LIMIT = 10000;
+constexpr double ANY = -1;
+constexpr int PICTURE_WIDTH = 164; ///< two of them fit beside each other, and a scroll bar
 
 QTableWidget *MakeTable(QWidget *pParent)
 {
@@ -36,9 +44,11 @@ const char *GetStyle(quality::EVerdict eVerdict)
 {
   switch (eVerdict) {
   case quality::EVerdict::Pass: return "background: #2e7d32; color: white; font-weight: bold; padding: 5px";
-  case quality::EVerdict::Unknown: return "background: #6b6e73; color: white; padding: 5px";
-  default: return "background: #b3261e; color: white; font-weight: bold; padding: 5px";
+  case quality::EVerdict::Fail: break;
+  case quality::EVerdict::Worse: return "background: #9a4f00; color: white; font-weight: bold; padding: 5px";
+  default: return "background: #6b6e73; color: white; padding: 5px";
   }
+  return "background: #b3261e; color: white; font-weight: bold; padding: 5px";
 }
 
 } // namespace
@@ -46,24 +56,15 @@ const char *GetStyle(quality::EVerdict eVerdict)
 CQualityPanel::CQualityPanel(QWidget *pParent)
   : QWidget(pParent), m_pMeasure(new QPushButton(tr("&Measure..."), this)),
     m_pCheckDrift(new QPushButton(tr("Check &drift..."), this)),
-    m_pSaveReport(new QPushButton(tr("Save &report..."), this)), m_pLimit(new QDoubleSpinBox(this)),
-    m_pVerdict(AddText("Verdict")), m_pTable(MakeTable(this)), m_pPictureBefore(AddText("PictureBefore")),
-    m_pPictureAfter(AddText("PictureAfter")), m_pPictureTitle(AddText("PictureTitle")),
-    m_pFindings(AddText("Findings")), m_pDrift(AddText("Drift"))
+    m_pSaveReport(new QPushButton(tr("Save &report..."), this)), m_pVerdict(AddText("Verdict")),
+    m_pTable(MakeTable(this)), m_pPictureBefore(AddText("PictureBefore")), m_pPictureAfter(AddText("PictureAfter")),
+    m_pPictureTitle(AddText("PictureTitle")), m_pFindings(AddText("Findings")), m_pDrift(AddText("Drift"))
 {
   m_pMeasure->setObjectName(QStringLiteral("Measure"));
   m_pMeasure->setToolTip(tr("Dark and bright fresh frames, with and without correction"));
   m_pCheckDrift->setObjectName(QStringLiteral("CheckDrift"));
   m_pCheckDrift->setToolTip(tr("A fresh flat with the coefficients in use"));
   m_pSaveReport->setObjectName(QStringLiteral("SaveReport"));
-  m_pLimit->setObjectName(QStringLiteral("ShadingLimit"));
-  m_pLimit->setRange(0.01, 100.0);
-  m_pLimit->setSingleStep(0.1);
-  m_pLimit->setSuffix(QStringLiteral(" %"));
-  m_pLimit->setValue(DEFAULT_LIMIT);
-
-  QFormLayout *pForm = new QFormLayout;
-  pForm->addRow(tr("Shading lim&it"), m_pLimit);
   QHBoxLayout *pButtons = new QHBoxLayout;
   pButtons->addWidget(m_pMeasure);
   pButtons->addWidget(m_pCheckDrift);
@@ -73,7 +74,7 @@ CQualityPanel::CQualityPanel(QWidget *pParent)
   pPictures->addWidget(m_pPictureAfter);
   m_pPictureTitle->setText(tr("Unevenness before and after, stretched alike"));
   QVBoxLayout *pLayout = new QVBoxLayout(this);
-  pLayout->addLayout(pForm);
+  pLayout->addLayout(MakeLimitFields());
   pLayout->addLayout(pButtons);
   pLayout->addWidget(m_pVerdict);
   pLayout->addWidget(m_pDrift);
@@ -86,7 +87,9 @@ CQualityPanel::CQualityPanel(QWidget *pParent)
   connect(m_pMeasure, &QPushButton::clicked, this, &CQualityPanel::SigMeasure);
   connect(m_pCheckDrift, &QPushButton::clicked, this, &CQualityPanel::SigCheckDrift);
   connect(m_pSaveReport, &QPushButton::clicked, this, &CQualityPanel::SigSaveReport);
-  connect(m_pLimit, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, [this] { ShowVerdict(); });
+  SLimits stDefault;
+  stDefault.dShading = stDefault.dPrnu = DEFAULT_LIMIT;
+  SetLimits(stDefault);
   Clear();
 }
 
@@ -98,14 +101,48 @@ QLabel *CQualityPanel::AddText(const char *pName)
   return pLabel;
 }
 
-double CQualityPanel::GetLimit() const
+/// At its smallest a field says that any figure will do.
+QLayout *CQualityPanel::MakeLimitFields()
 {
-  return m_pLimit->value();
+  const struct {
+    const char *pName;
+    QString strLabel;
+    QString strUnit;
+    double SLimits::*pLimit;
+  } FIELDS[] = {{"ShadingLimit", tr("Shading lim&it"), QStringLiteral(" %"), &SLimits::dShading},
+                {"PrnuLimit", tr("PRNU limit"), QStringLiteral(" %"), &SLimits::dPrnu},
+                {"DsnuLimit", tr("DSNU limit"), QStringLiteral(" DN"), &SLimits::dDsnu}};
+  QGridLayout *pGrid = new QGridLayout;
+  for (const auto &stField : FIELDS) {
+    QDoubleSpinBox *pField = new QDoubleSpinBox(this);
+    pField->setObjectName(QLatin1String(stField.pName));
+    pField->setRange(0, LARGEST_LIMIT);
+    pField->setSingleStep(0.1);
+    pField->setSuffix(stField.strUnit);
+    pField->setSpecialValueText(tr("any"));
+    QLabel *pLabel = new QLabel(stField.strLabel, this);
+    const int nColumn = static_cast<int>(m_listLimitFields.size());
+    pGrid->addWidget(pLabel, 0, nColumn);
+    pGrid->addWidget(pField, 1, nColumn);
+    if (stField.strLabel.contains(QLatin1Char('&'))) {
+      pLabel->setBuddy(pField);
+    }
+    m_listLimitFields.push_back(pField);
+    connect(pField, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
+            [this, pLimit = stField.pLimit](double dLimit) {
+              m_stLimits.*pLimit = dLimit > 0 ? dLimit : ANY;
+              ShowVerdict();
+            });
+  }
+  return pGrid;
 }
 
-void CQualityPanel::SetLimit(double dLimitPercent)
+void CQualityPanel::SetLimits(const SLimits &stLimits)
 {
-  m_pLimit->setValue(dLimitPercent);
+  const double adLimits[] = {stLimits.dShading, stLimits.dPrnu, stLimits.dDsnu};
+  for (std::size_t nField = 0; nField < m_listLimitFields.size(); ++nField) {
+    m_listLimitFields[nField]->setValue(std::max(0.0, adLimits[nField]));
+  }
 }
 
 void CQualityPanel::ShowResult(std::shared_ptr<const quality::SResult> pResult, const QDateTime &dtMeasured)
@@ -212,18 +249,19 @@ void CQualityPanel::FillTable(const quality::SReport &stReport)
 void CQualityPanel::ShowVerdict()
 {
   const quality::SReport stReport = m_pResult == nullptr ? quality::SReport() : m_pResult->stReport;
-  const quality::EVerdict eVerdict = quality::JudgeShading(stReport.stBefore, stReport.stAfter, GetLimit());
-  const QString strVerdict = quality::DescribeVerdict(eVerdict, stReport.stAfter, GetLimit());
+  const quality::SVerdict stVerdict = quality::Judge(stReport.stBefore, stReport.stAfter, m_stLimits);
+  const QString strVerdict = quality::DescribeVerdict(stVerdict).join(QLatin1Char('\n'));
   const bool bStale = !m_strStale.isEmpty();
   m_pVerdict->setText(bStale
                         ? tr("Measured on %1, before %2: measure again.\nThen: %3")
                             .arg(m_dtMeasured.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), m_strStale, strVerdict)
                         : strVerdict);
-  m_pVerdict->setStyleSheet(QLatin1String(GetStyle(bStale ? quality::EVerdict::Unknown : eVerdict)));
-  const double dThen = CanSaveReport() ? stReport.stAfter.stOverall.dShadingPercent : -1.0;
-  ShowMessage(
-    m_dDrift ? quality::DescribeDrift(quality::JudgeDrift(dThen, *m_dDrift, GetLimit()), dThen, *m_dDrift, GetLimit())
-             : QString());
+  m_pVerdict->setStyleSheet(QLatin1String(GetStyle(bStale ? quality::EVerdict::Unknown : stVerdict.eVerdict)));
+  const bool bComparable = CanSaveReport() && !stReport.bBaseline;
+  const double dThen = bComparable ? stReport.stAfter.stOverall.dShadingPercent : -1.0;
+  const double dLimit = m_stLimits.dShading > 0 ? m_stLimits.dShading : HUGE_VAL;
+  ShowMessage(m_dDrift ? quality::DescribeDrift(quality::JudgeDrift(dThen, *m_dDrift, dLimit), dThen, *m_dDrift, dLimit)
+                       : QString());
 }
 
 } // namespace ffc::host

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include <QDateTime>
 #include <QWidget>
@@ -13,12 +14,13 @@
 
 class QDoubleSpinBox;
 class QLabel;
+class QLayout;
 class QPushButton;
 class QTableWidget;
 
 namespace ffc::host {
 
-/// Figures before and after, per colour plane, with a verdict against the user's limit, advice on the frame count, and
+/// Figures before and after, per colour plane, with a verdict against the user's limits, advice on the frame count, and
 /// drift. It shows and asks; measuring is the window's matter.
 class CQualityPanel : public QWidget {
   Q_OBJECT
@@ -26,8 +28,8 @@ class CQualityPanel : public QWidget {
 public:
   explicit CQualityPanel(QWidget *pParent = nullptr);
 
-  double GetLimit() const;
-  void SetLimit(double dLimitPercent);
+  const quality::SLimits &GetLimits() const { return m_stLimits; }
+  void SetLimits(const quality::SLimits &stLimits);
   void ShowResult(std::shared_ptr<const quality::SResult> pResult, const QDateTime &dtMeasured);
   /// The result does not belong to the present coefficients and frames any more. It stays, in grey; the first reason
   /// counts.
@@ -54,6 +56,7 @@ signals:
 
 private:
   QLabel *AddText(const char *pName);
+  QLayout *MakeLimitFields();
   void FillTable(const quality::SReport &stReport);
   void ShowPictures();
   void ShowVerdict();
@@ -66,7 +69,8 @@ private:
   QPushButton *m_pMeasure;
   QPushButton *m_pCheckDrift;
   QPushButton *m_pSaveReport;
-  QDoubleSpinBox *m_pLimit;
+  quality::SLimits m_stLimits;
+  std::vector<QDoubleSpinBox *> m_listLimitFields; ///< shading, PRNU, DSNU
   QLabel *m_pVerdict;
   QTableWidget *m_pTable;
   QLabel *m_pPictureBefore;

@@ -24,9 +24,10 @@ QString Translate(const char *pText)
 
 const QString FOLDER_KEY = QStringLiteral("report/folder");
 
-QByteArray MakeTimedJson(const quality::SResult &stResult, double dLimitPercent, const QDateTime &dtMeasured)
+QByteArray MakeTimedJson(const quality::SResult &stResult, const quality::SLimits &stLimits,
+                         const QDateTime &dtMeasured)
 {
-  QJsonObject json = quality::MakeJson(stResult, dLimitPercent);
+  QJsonObject json = quality::MakeJson(stResult, stLimits);
   json.insert(QStringLiteral("measured_at"),
               dtMeasured.toOffsetFromUtc(dtMeasured.offsetFromUtc()).toString(Qt::ISODate));
   return QJsonDocument(json).toJson(QJsonDocument::Indented);
@@ -49,13 +50,13 @@ QString AskReportPath(QWidget *pParent)
 }
 
 Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult,
-                    double dLimitPercent, const QDateTime &dtMeasured, QWidget *pParent)
+                    const quality::SLimits &stLimits, const QDateTime &dtMeasured, QWidget *pParent)
 {
   CWaitBox box(Translate("Save report"), pParent);
   CBackground background;
   QByteArray byteHtml;
   background.Start([&]() -> std::function<void()> {
-    QByteArray byteMade = quality::MakeHtmlReport(*pResult, dLimitPercent, dtMeasured);
+    QByteArray byteMade = quality::MakeHtmlReport(*pResult, stLimits, dtMeasured);
     return [&byteHtml, byteMade] { byteHtml = byteMade; };
   });
   box.ShowProgress(Translate("Writing the report"), 0, 0);
@@ -68,12 +69,12 @@ Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality:
   }
   const QFileInfo info(strPath);
   const QString strJson = info.dir().filePath(info.completeBaseName() + QStringLiteral(".json"));
-  return RunUntilFailure(
-    [&] { return frames::SaveWholeFile(strPath, byteHtml); },
-    [&] { return frames::SaveWholeFile(strJson, MakeTimedJson(*pResult, dLimitPercent, dtMeasured)); },
-    [&] {
-      return SaveDefects(info.dir().filePath(info.completeBaseName() + QStringLiteral("-defects")), pResult->stReport);
-    });
+  return RunUntilFailure([&] { return frames::SaveWholeFile(strPath, byteHtml); },
+                         [&] { return frames::SaveWholeFile(strJson, MakeTimedJson(*pResult, stLimits, dtMeasured)); },
+                         [&] {
+                           return SaveDefects(info.dir().filePath(info.completeBaseName() + QStringLiteral("-defects")),
+                                              pResult->stReport);
+                         });
 }
 
 } // namespace ffc::host

@@ -23,6 +23,6 @@ QString AskReportPath(QWidget *pParent);
 /// \param dtMeasured in both files
 /// \return success also when cancelled; a failure names the file and the reason
 Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality::SResult> &pResult,
-                    double dLimitPercent, const QDateTime &dtMeasured, QWidget *pParent);
+                    const quality::SLimits &stLimits, const QDateTime &dtMeasured, QWidget *pParent);
 
 } // namespace ffc::host

@@ -65,6 +65,9 @@ void CScenePanel::SetScene(ISceneControl *pScene)
   m_pLamp->setValue(FULL);
   ShowIllumination(FULL);
   const bool bArrange = pScene != nullptr && pScene->CanArrange();
+  const bool bCover = pScene == nullptr || pScene->CanCover();
+  m_pLensCap->setEnabled(bCover);
+  m_pLensCap->setToolTip(bCover ? QString() : tr("The recording has no dark frames"));
   for (QWidget *pWidget : QList<QWidget *>{m_pTestChart, m_pLampLabel, m_pLamp, m_pLampValue}) {
     pWidget->setVisible(bArrange);
   }

@@ -10,11 +10,13 @@
 #include <gtest/gtest.h>
 
 #include "genapi/sensorformat.h"
+#include "quality/tableshape.h"
 #include "tests/host/hostrun.h"
 
 using ffc::genapi::EColorLayout;
 using ffc::genapi::GetSensorFormats;
 using ffc::genapi::SSensorFormat;
+using ffc::quality::FindOtherShape;
 
 namespace {
 
@@ -23,6 +25,22 @@ void ExpectMeanAtExpectedGrey(const CHostRun &run)
   const double dExpected = Number(run.m_json, "expect_gray_dn");
   ASSERT_GT(dExpected, 0);
   EXPECT_NEAR(Number(run.After(), "mean_gray"), dExpected, 0.01 * dExpected);
+}
+
+/// The table's own gains tell its shape.
+void ExpectShapeIsSeen(const CHostRun &run)
+{
+  QFile file(run.GetPath("out/coefficients.ffc"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray byteTable = file.readAll();
+  const auto *pGains = reinterpret_cast<const uint16_t *>(byteTable.constData());
+  const auto nWidth = static_cast<uint32_t>(Number(run.m_json, "width"));
+  const auto nHeight = static_cast<uint32_t>(Number(run.m_json, "height"));
+  ASSERT_EQ(byteTable.size(), static_cast<int>(nWidth * nHeight * 4));
+  EXPECT_FALSE(FindOtherShape(pGains, nWidth, nHeight));
+  const auto stShape = FindOtherShape(pGains, nHeight, nWidth);
+  ASSERT_TRUE(stShape);
+  EXPECT_EQ(stShape->nWidth, nWidth);
 }
 
 /// Empty when the recorded frames are not there.
@@ -49,6 +67,7 @@ TEST(EndToEnd, TheSimulatedCameraBecomesFlat)
   EXPECT_NEAR(Number(run.After(), "corner_to_centre"), 1, 0.005);
   EXPECT_LT(Number(run.After(), "prnu_percent"), Number(run.Before(), "prnu_percent"));
   ExpectMeanAtExpectedGrey(run);
+  ExpectShapeIsSeen(run);
   EXPECT_EQ(Number(run.m_json, "newly_clipped_percent"), 0);
   EXPECT_GT(Number(run.m_json["throughput"].toObject(), "frames_per_second"), 0);
   EXPECT_GT(Number(run.m_json["throughput"].toObject(), "megapixels_per_second"), 0);
@@ -132,6 +151,7 @@ TEST_P(EveryMosaic, BecomesFlatInEveryPlane)
     EXPECT_GT(Number(run.Before()["planes"].toObject()[pPlane].toObject(), "shading_percent"), 20) << pPlane;
     EXPECT_LE(Number(run.After()["planes"].toObject()[pPlane].toObject(), "shading_percent"), 0.6) << pPlane;
   }
+  ExpectShapeIsSeen(run);
   EXPECT_EQ(run.Read("before.png").size(), QSize(320, 240)) << "a colour picture of half the size";
   ExpectMeanAtExpectedGrey(run);
 }
@@ -153,8 +173,11 @@ TEST(EndToEnd, RecordedFramesOfARealCameraBecomeFlat)
   if (strFolder.isEmpty()) {
     GTEST_SKIP() << "the recorded frames are not there";
   }
-  const CHostRun run({"--camera", "replay:" + strFolder, "--pixel-format", "Mono12", "--frames", "16"});
+  const CHostRun run({"--camera", "replay:" + strFolder, "--frames", "16"});
   ASSERT_TRUE(run.Succeeded()) << run.m_strError.toStdString();
+  EXPECT_EQ(run.m_json["pixel_format"].toString(), "Mono12");
+  EXPECT_TRUE(run.m_strOutput.contains("PixelFormat is guessed.")) << run.m_strOutput.toStdString();
+  ExpectShapeIsSeen(run);
   EXPECT_NEAR(Number(run.Before(), "shading_percent"), 1.24, 0.03);
   EXPECT_NEAR(Number(run.Before(), "prnu_percent"), 0.433, 0.01);
   EXPECT_LE(Number(run.After(), "shading_percent"), 0.15);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QRegularExpression>
 
@@ -40,9 +41,16 @@ SResult MakeResult()
   return stResult;
 }
 
+SLimits MakeLimit(double dShading)
+{
+  SLimits stLimits;
+  stLimits.dShading = dShading;
+  return stLimits;
+}
+
 QString MakePage(const SResult &stResult, double dLimit)
 {
-  return QString::fromUtf8(MakeHtmlReport(stResult, dLimit, QDateTime({2024, 5, 17}, {13, 5, 9})));
+  return QString::fromUtf8(MakeHtmlReport(stResult, MakeLimit(dLimit), QDateTime({2024, 5, 17}, {13, 5, 9})));
 }
 
 } // namespace
@@ -70,7 +78,7 @@ TEST(HtmlReport, SaysVerdictFiguresFindingsAndSettings)
   for (const char *pText :
        {"Maker &lt;Model&gt; (7)", "2024-05-17 13:05:09", "PASS: shading 0.50 %, limit 1.00 %", "G  Shading, %",
         "8 frames only break even, take 16.", "12 samples; held at the gain limit: 34 pixels", "16 bright and 15 dark",
-        "0 &amp; more", "noise of one frame 20.00 DN, pixel pattern 8.00 DN"}) {
+        "No limit: PRNU 2.00 %", "0 &amp; more", "noise of one frame 20.00 DN, pixel pattern 8.00 DN"}) {
     EXPECT_TRUE(strPage.contains(QLatin1String(pText))) << pText;
   }
   EXPECT_TRUE(MakePage(MakeResult(), 0.3).contains("FAIL: shading 0.50 %, limit 0.30 %"));
@@ -97,13 +105,45 @@ TEST(FigureRows, AreOnePerFigureAndPlane)
 
 TEST(QualityJson, AddsVerdictNoiseAdviceAndCounts)
 {
-  const QJsonObject json = MakeJson(MakeResult(), 0.3);
+  const QJsonObject json = MakeJson(MakeResult(), MakeLimit(0.3));
   EXPECT_EQ(json["verdict"].toString().toStdString(), "fail");
-  EXPECT_EQ(json["shading_limit_percent"].toDouble(), 0.3);
+  EXPECT_EQ(json["limits"].toObject()["shading"].toDouble(), 0.3);
+  EXPECT_EQ(json["verdicts"].toArray()[1].toObject()["verdict"].toString().toStdString(), "open");
   EXPECT_EQ(json["advised_frames"].toInt(), 16);
   EXPECT_EQ(json["break_even_frames"].toDouble(), 6.25);
   EXPECT_EQ(json["newly_clipped_samples"].toInt(), 12);
   EXPECT_EQ(json["pixels_at_gain_limit"].toInt(), 34);
   EXPECT_EQ(json["settings"].toObject()["ExposureTime"].toString().toStdString(), "10000");
   EXPECT_EQ(json["before"].toObject()["shading_percent"].toDouble(), 40) << "what report.json has is there too";
+}
+
+TEST(HtmlReport, NamesWhatTheCoefficientsAndTheFiguresCameFrom)
+{
+  SResult stResult = MakeResult();
+  stResult.stReport.nFrameCount = 8;
+  stResult.stReport.eDarkField = EDarkField::None;
+  stResult.stReport.nExpectGray = 120;
+  stResult.stReport.nExpectGrayDn = 1920;
+  stResult.stReport.strCoefficientFile = "left.ffc";
+  stResult.stReport.strPrograms = "host 1.2, module 3.4";
+  const QString strPage = MakePage(stResult, 1.0);
+  for (const char *pText : {"from 8 bright frame(s), averaged, no dark frame", "left.ffc", "120 of 255 (1920 DN)",
+                            "host 1.2, module 3.4", "EMVA 1288", "% of the mean"}) {
+    EXPECT_TRUE(strPage.contains(QLatin1String(pText))) << pText;
+  }
+}
+
+TEST(HtmlReport, OfABaselineClaimsNothingOfACorrection)
+{
+  SResult stResult = MakeResult();
+  stResult.stReport.bBaseline = true;
+  stResult.stReport.stAfter = SUniformity();
+  const QString strPage = MakePage(stResult, 1.0);
+  EXPECT_TRUE(strPage.contains("Baseline: shading 40.00 %"));
+  EXPECT_TRUE(strPage.contains("none: a baseline without correction"));
+  EXPECT_FALSE(strPage.contains("PASS"));
+  EXPECT_FALSE(strPage.contains("gain limit"));
+  const QJsonObject json = MakeJson(stResult, MakeLimit(1.0));
+  EXPECT_EQ(json["verdict"].toString().toStdString(), "baseline");
+  EXPECT_FALSE(json.contains("after"));
 }

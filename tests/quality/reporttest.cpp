@@ -111,9 +111,10 @@ TEST(Report, OfACameraThatCorrectsItselfHasTheReloadedFiguresAndNothingOfTheHost
 TEST(Report, WithoutAnExpectedGreyTellsNone)
 {
   SReport stReport = MakeReport(2, 1, 16);
+  EXPECT_TRUE(MakeReportTable(stReport).contains("Expected grey: 120 of 255 (1920 DN)"));
   stReport.eMode = ECorrectionMode::Vignetting;
   EXPECT_FALSE(Parse(stReport).contains("expect_gray"));
-  EXPECT_FALSE(MakeReportTable(stReport).contains("expected grey"));
+  EXPECT_FALSE(MakeReportTable(stReport).contains("Expected grey"));
 }
 
 TEST(Report, BlamesTheCamerasBlocksForWhatTheHostsReferenceIsBlamedForElsewhere)
@@ -147,6 +148,12 @@ TEST(Report, SaysInWordsWhenDsnuGotWorse)
   stReport.stAfter.stOverall.dDsnuDn = 1.6;
   ASSERT_EQ(MakeFigureNotes(stReport).size(), 1);
   EXPECT_TRUE(MakeFigureNotes(stReport).at(0).contains("DSNU got worse"));
+  EXPECT_FALSE(MakeFigureNotes(stReport).at(0).contains("one single frame")) << "of a file nobody knows";
+  stReport.eDarkField = EDarkField::Used;
+  EXPECT_TRUE(MakeFigureNotes(stReport).at(0).contains("the dark reference is one single frame"));
+  stReport.eDarkField = EDarkField::None;
+  EXPECT_FALSE(MakeFigureNotes(stReport).at(0).contains("dark reference"));
+  EXPECT_TRUE(MakeFigureNotes(stReport).at(0).contains("have no dark field"));
 }
 
 TEST(Report, SaysInWordsWhenTheCorrectionClips)

@@ -165,6 +165,18 @@ TEST(Uniformity, StacksThatDoNotMatchGiveNoFigures)
   const CFrameStack stStack = stScene.MakeStack(stScene.MakeFrames(1, 1));
   EXPECT_TRUE(
     MeasureUniformity(stStack, stOther.MakeStack(stOther.MakeFrames(1, 1)), EColorLayout::Mono).listPlanes.empty());
-  EXPECT_TRUE(MeasureUniformity(stStack, stScene.MakeStack({}), EColorLayout::Mono).listPlanes.empty());
+  EXPECT_TRUE(MeasureUniformity(stScene.MakeStack({}), stStack, EColorLayout::Mono).listPlanes.empty());
   EXPECT_EQ(MeasureUniformity(stStack, stStack, EColorLayout::Mono).listPlanes.size(), 1U);
+}
+
+TEST(Uniformity, WithoutDarkFramesShadingIsKnownAndPrnuIsNot)
+{
+  SSyntheticScene stScene{64, 32, 12, [](uint32_t nX, uint32_t) { return nX < 32 ? 900.0 : 1100.0; }, 0};
+  const CFrameStack stStack = stScene.MakeStack(stScene.MakeFrames(2, 1));
+  const SUniformity stUniformity = MeasureUniformity(stStack, stScene.MakeStack({}), EColorLayout::Mono);
+  EXPECT_TRUE(stUniformity.bWithoutDark);
+  EXPECT_NEAR(stUniformity.stOverall.dShadingPercent, 20.0, 1e-9);
+  EXPECT_EQ(stUniformity.stOverall.dPrnuPercent, 0);
+  EXPECT_TRUE(stUniformity.listPlain.empty());
+  EXPECT_FALSE(MeasureUniformity(stStack, stStack, EColorLayout::Mono).bWithoutDark);
 }

@@ -2,10 +2,11 @@
 
 #include <QJsonArray>
 
+#include "quality/belonging.h"
 #include "quality/deviationhistogram.h"
+#include "quality/limits.h"
 #include "quality/nonuniformityreport.h"
 #include "quality/referenceadvice.h"
-#include "tools/ffc/belonging.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/figurefiles.h"
 #include "tools/ffc/inputs.h"
@@ -16,52 +17,6 @@ namespace ffc::tool {
 using genapi::EColorLayout;
 
 namespace {
-
-/// Highest figures that pass; below 0: any.
-struct SLimits {
-  double dShading = -1;      ///< percent
-  double dPrnu = -1;         ///< percent
-  double dDsnu = -1;         ///< DN
-  double dPrnuHighPass = -1; ///< percent
-  double dDsnuHighPass = -1; ///< DN
-
-  bool NeedDark() const { return dPrnu >= 0 || dDsnu >= 0 || dPrnuHighPass >= 0 || dDsnuHighPass >= 0; }
-};
-
-Result<SLimits> ParseLimits(const std::string &strLimits)
-{
-  SLimits stLimits;
-  for (const QString &strLimit : QString::fromStdString(strLimits).split(',', Qt::SkipEmptyParts)) {
-    const QString strName = strLimit.section('=', 0, 0).trimmed();
-    bool bNumber = false;
-    const double dLimit = strLimit.section('=', 1).toDouble(&bNumber);
-    double *pdLimit = strName == "shading"          ? &stLimits.dShading
-                      : strName == "prnu"           ? &stLimits.dPrnu
-                      : strName == "dsnu"           ? &stLimits.dDsnu
-                      : strName == "prnu-high-pass" ? &stLimits.dPrnuHighPass
-                      : strName == "dsnu-high-pass" ? &stLimits.dDsnuHighPass
-                                                    : nullptr;
-    if (pdLimit == nullptr || !bNumber || !(dLimit >= 0)) {
-      return Failure("--limit takes shading, prnu, dsnu, prnu-high-pass and dsnu-high-pass with numbers, such as "
-                     "shading=1.0,prnu=0.5; not \"" +
-                     strLimit.toStdString() + "\".");
-    }
-    *pdLimit = dLimit;
-  }
-  return stLimits;
-}
-
-/// Shading alone where there are no dark frames.
-quality::SUniformity Measure(const quality::CFrameStack &stackBright, const quality::CFrameStack &stackDark,
-                             EColorLayout eColors)
-{
-  if (stackDark.GetFrameCount() > 0) {
-    return quality::MeasureUniformity(stackBright, stackDark, eColors);
-  }
-  quality::SUniformity stUniformity;
-  stUniformity.stOverall.dShadingPercent = quality::MeasureShading(stackBright, eColors);
-  return stUniformity;
-}
 
 QJsonObject MakeJson(const quality::SUniformity &stUniformity, bool bDark)
 {
@@ -109,36 +64,35 @@ uint64_t CountOutliers(const SStacks &stBright, const SStacks &stDark, EColorLay
   return nOutliers;
 }
 
-QStringList FindMissed(const SLimits &stLimits, const quality::SUniformity &stAfter)
+QStringList FindMissed(const quality::SLimits &stLimits, const quality::SUniformity &stAfter)
 {
   QStringList listMissed;
-  const auto fnJudge = [&listMissed](const char *pName, double dLimit, double dFigure) {
+  for (const quality::SLimitedFigure &stFigure : quality::GetLimitedFigures()) {
+    const double dLimit = stLimits.*stFigure.pLimit;
+    const double dFigure = stFigure.fnOverall(stAfter);
     if (dLimit >= 0 && !(dFigure <= dLimit)) {
-      listMissed
-        << QStringLiteral("%1 is %2, above the limit %3").arg(QLatin1String(pName)).arg(dFigure, 0, 'f', 3).arg(dLimit);
+      listMissed << QStringLiteral("%1 is %2, above the limit %3")
+                      .arg(QLatin1String(stFigure.pKey))
+                      .arg(dFigure, 0, 'f', 3)
+                      .arg(dLimit);
     }
-  };
-  const quality::SWorstParts stHighPass = quality::TakeWorst(stAfter.listHighPass);
-  fnJudge("shading", stLimits.dShading, stAfter.stOverall.dShadingPercent);
-  fnJudge("prnu", stLimits.dPrnu, stAfter.stOverall.dPrnuPercent);
-  fnJudge("dsnu", stLimits.dDsnu, stAfter.stOverall.dDsnuDn);
-  fnJudge("prnu-high-pass", stLimits.dPrnuHighPass, stHighPass.stPrnu.dTotal);
-  fnJudge("dsnu-high-pass", stLimits.dDsnuHighPass, stHighPass.stDsnu.dTotal);
+  }
   return listMissed;
 }
 
-QString DescribeBelonging(EBelonging eBelonging)
+QString DescribeBelonging(quality::EBelonging eBelonging)
 {
-  return eBelonging == EBelonging::Yes  ? QStringLiteral("the coefficients belong to this camera")
-         : eBelonging == EBelonging::No ? QStringLiteral("these are another camera's coefficients")
-                                        : QStringLiteral("whether the coefficients belong to this camera cannot be "
-                                                         "told from these frames");
+  return eBelonging == quality::EBelonging::Yes ? QStringLiteral("the coefficients belong to this camera")
+         : eBelonging == quality::EBelonging::No
+           ? QStringLiteral("these are another camera's coefficients")
+           : QStringLiteral("whether the coefficients belong to this camera cannot be "
+                            "told from these frames");
 }
 
 /// Figures of all bright frames together.
 class CCheck {
 public:
-  CCheck(const SOptions &stOptions, const SLimits &stLimits, const CFlat &flat, CReport &report)
+  CCheck(const SOptions &stOptions, const quality::SLimits &stLimits, const CFlat &flat, CReport &report)
     : m_stOptions(stOptions), m_stLimits(stLimits), m_flat(flat), m_report(report),
       m_strFlat(QString::fromStdString(stOptions.strFlat)), m_reader(stOptions, flat)
   {
@@ -212,9 +166,11 @@ private:
   EExitCode Judge()
   {
     const bool bDark = m_stDark.stackRaw.GetFrameCount() > 0;
-    const auto stBefore = Measure(m_stBright.stackRaw, m_stDark.stackRaw, m_reader.GetColors());
-    const auto stAfter = Measure(m_stBright.stackCorrected, m_stDark.stackCorrected, m_reader.GetColors());
-    const SBelonging stBelonging = JudgeBelonging(m_stBright.stackRaw, m_flat.GetTable());
+    const auto stBefore = quality::MeasureUniformity(m_stBright.stackRaw, m_stDark.stackRaw, m_reader.GetColors());
+    const auto stAfter =
+      quality::MeasureUniformity(m_stBright.stackCorrected, m_stDark.stackCorrected, m_reader.GetColors());
+    const quality::SBelonging stBelonging =
+      quality::JudgeBelonging(m_stBright.stackRaw, reinterpret_cast<const uint16_t *>(m_flat.GetTable().GetData()));
     const QStringList listMissed = FindMissed(m_stLimits, stAfter);
     const QString strBelonging = DescribeBelonging(stBelonging.eBelonging);
     QJsonObject object{{"frames", static_cast<double>(m_stBright.stackRaw.GetFrameCount())},
@@ -243,7 +199,7 @@ private:
     for (const QString &strMissed : listMissed) {
       m_report.Warn(strMissed + QStringLiteral("."));
     }
-    if (stBelonging.eBelonging == EBelonging::No) {
+    if (stBelonging.eBelonging == quality::EBelonging::No) {
       m_report.Warn(
         QStringLiteral("The pattern of the frames is not that of \"%1\": %2.").arg(m_strFlat, strBelonging));
       return m_report.Finish(QStringLiteral("check"), EXIT_REFUSED);
@@ -252,7 +208,7 @@ private:
   }
 
   const SOptions &m_stOptions;
-  const SLimits &m_stLimits;
+  const quality::SLimits &m_stLimits;
   const CFlat &m_flat;
   CReport &m_report;
   const QString m_strFlat;
@@ -265,9 +221,9 @@ private:
 
 EExitCode RunCheck(const SOptions &stOptions, CReport &report)
 {
-  const Result<SLimits> limits = ParseLimits(stOptions.strLimits);
+  const Result<quality::SLimits> limits = quality::ParseLimits(QString::fromStdString(stOptions.strLimits));
   if (!limits) {
-    report.Warn(QString::fromStdString(limits.GetError()));
+    report.Warn(QStringLiteral("--limit ") + QString::fromStdString(limits.GetError()));
     return EXIT_USAGE;
   }
   if (stOptions.listDark.empty() &&

@@ -8,7 +8,8 @@ CFrameReplay::CFrameReplay(frames::SRecordedFrames stFrames) : m_stFrames(std::m
 
 void CFrameReplay::Expose(const SCameraSettings &, const SScene &stScene, uint64_t, std::vector<uint8_t> &listFrame)
 {
-  const auto &listFrames = stScene.bLensCapOn ? m_stFrames.listDark : m_stFrames.listBright;
+  const auto &listFrames =
+    stScene.bLensCapOn && !m_stFrames.listDark.empty() ? m_stFrames.listDark : m_stFrames.listBright;
   const bool bMeasure = stScene.ePurpose == ISceneControl::EPurpose::Measurement;
   const std::size_t nFirstHalf = (listFrames.size() + 1) / 2;
   const std::size_t nBegin = bMeasure ? nFirstHalf : 0;

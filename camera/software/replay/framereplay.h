@@ -10,8 +10,8 @@
 
 namespace ffc::camera {
 
-/// Plays dark frames while the lens cap is on, else bright ones, in order and round again; the first
-/// half of each kind for acquisitions (one more when the number is odd), the second for measurements.
+/// Plays dark frames while the lens cap is on, where there are any, else bright ones, in order and round again; the
+/// first half of each kind for acquisitions (one more when the number is odd), the second for measurements.
 class CFrameReplay final : public IFrameSource {
 public:
   explicit CFrameReplay(ffc::frames::SRecordedFrames stFrames);

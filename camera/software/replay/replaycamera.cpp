@@ -34,21 +34,25 @@ SCameraDescription Describe(const SReplayCameraOptions &stOptions, const SSensor
   stDescription.nSensorWidth = stFrames.stLayout.nWidth;
   stDescription.nSensorHeight = stFrames.stLayout.nHeight;
   stDescription.dFrameRate = stOptions.dFrameRate;
+  stDescription.bCoverable = !stFrames.listDark.empty();
+  if (!stFrames.strGuess.empty()) {
+    stDescription.listNotes.push_back({SFeatureNote::EKind::Guessed, "PixelFormat", stFrames.strGuess});
+  }
   return stDescription;
 }
 
 ffc::Result<ffc::frames::SRecordedFrames> Load(const SReplayCameraOptions &stOptions)
 {
   if (stOptions.strPixelFormat.empty()) {
-    return ffc::frames::LoadRecordedFrames(stOptions.strFolder, std::nullopt);
+    return ffc::frames::LoadRecordedFrames(stOptions.strFolder, std::nullopt, stOptions.eAlignment);
   }
   const SSensorFormat *pFormat = FindSensorFormat(stOptions.strPixelFormat);
   if (pFormat == nullptr) {
     return ffc::Failure("The recording cannot be played: there is no pixel format \"" + stOptions.strPixelFormat +
                         "\".");
   }
-  return ffc::frames::LoadRecordedFrames(stOptions.strFolder,
-                                         ffc::frames::SSampleFormat{pFormat->pName, pFormat->nBitDepth});
+  return ffc::frames::LoadRecordedFrames(
+    stOptions.strFolder, ffc::frames::SSampleFormat{pFormat->pName, pFormat->nBitDepth}, stOptions.eAlignment);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "camera/software/replay/replaycamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 #include "tests/host/faultycamera.h"
 
 using namespace ffc::host;
@@ -44,6 +45,22 @@ protected:
     return strError;
   }
 
+  /// Evenly lit frames with noise, all different.
+  void WriteRecording(const QTemporaryDir &dir, const std::vector<std::pair<const char *, int>> &listScenes)
+  {
+    for (const auto &[pScene, nFrames] : listScenes) {
+      for (int nFrame = 0; nFrame < nFrames; ++nFrame) {
+        QImage imgFrame(64, 64, QImage::Format_Grayscale8);
+        for (int nPixel = 0; nPixel < 64 * 64; ++nPixel) {
+          const int nNoise = (nPixel * 17 + nPixel / 64 + nFrame * 7) % 5;
+          imgFrame.scanLine(nPixel / 64)[nPixel % 64] =
+            static_cast<uchar>((QLatin1String(pScene) == QLatin1String("dark") ? 2 : 120) + nNoise);
+        }
+        ASSERT_TRUE(imgFrame.save(dir.filePath(QStringLiteral("%1_%2.png").arg(QLatin1String(pScene)).arg(nFrame))));
+      }
+    }
+  }
+
   QTemporaryDir m_dir;
   SHeadlessOptions m_stOptions;
   SReport m_stReport;
@@ -70,29 +87,73 @@ TEST_F(HostWorkflow, JudgesTheShadingByTheLimitThatWasStated)
   EXPECT_EQ(Run({}), "");
   EXPECT_TRUE(m_bWithinLimit) << "none was stated";
   EXPECT_FALSE(m_strSummary.contains(QStringLiteral("PASS"))) << m_strSummary.toStdString();
-  m_stOptions.stWorkflow.dShadingLimit = 100;
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  No limit: shading "))) << m_strSummary.toStdString();
+  m_stOptions.stWorkflow.stLimits.dShading = 100;
   EXPECT_EQ(Run({}), "");
   EXPECT_TRUE(m_bWithinLimit);
   EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  PASS: shading "))) << m_strSummary.toStdString();
   EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  advice: "))) << m_strSummary.toStdString();
-  m_stOptions.stWorkflow.dShadingLimit = 1e-6;
+  m_stOptions.stWorkflow.stLimits.dShading = 1e-6;
   EXPECT_EQ(Run({}), "");
   EXPECT_FALSE(m_bWithinLimit);
   EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  FAIL: shading "))) << m_strSummary.toStdString();
 }
 
+TEST_F(HostWorkflow, AFigureThatGotWorseDoesNotPassWhateverItsLimit)
+{
+  m_stOptions.stWorkflow.nFrames = 1;
+  m_stOptions.stWorkflow.stLimits.dDsnu = 1000;
+  EXPECT_EQ(Run({}, "Mono12"), "");
+  ASSERT_GT(m_stReport.stAfter.stOverall.dDsnuDn, m_stReport.stBefore.stOverall.dDsnuDn) << "of one dark frame";
+  EXPECT_FALSE(m_bWithinLimit);
+  EXPECT_TRUE(m_strSummary.contains(QStringLiteral("  WORSE: DSNU "))) << m_strSummary.toStdString();
+}
+
+TEST_F(HostWorkflow, ASeedGivesTheSameCoefficientsByteForByte)
+{
+  for (const char *pFormat : {"Mono12", "BayerRG8"}) {
+    QByteArray byteFirst;
+    for (const double dFrameRate : {150.0, 400.0}) {
+      EXPECT_EQ(RunOn([&](const SCameraOptions &) -> OpenedCamera {
+                  ffc::camera::SSimulatedCameraOptions stCamera;
+                  stCamera.strPixelFormat = pFormat;
+                  stCamera.nWidth = 96;
+                  stCamera.nHeight = 64;
+                  stCamera.nSeed = 5;
+                  stCamera.dFrameRate = dFrameRate;
+                  return ffc::camera::CreateSimulatedCamera(stCamera);
+                }),
+                "");
+      QFile file(m_dir.filePath("coefficients.ffc"));
+      ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+      const QByteArray byteContent = file.readAll();
+      EXPECT_TRUE(byteFirst.isEmpty() || byteContent == byteFirst) << pFormat;
+      byteFirst = byteContent;
+    }
+  }
+}
+
+TEST_F(HostWorkflow, ARecordingWithoutDarkFramesIsCorrectedAndSaysWhatIsNotKnown)
+{
+  const QTemporaryDir dirFrames;
+  WriteRecording(dirFrames, {{"bright", 4}});
+  m_stOptions.stWorkflow.stLimits.dShading = 100;
+  EXPECT_EQ(RunOn([&](const SCameraOptions &) -> OpenedCamera {
+              return ffc::camera::CreateReplayCamera({dirFrames.path().toStdString(), "", 200.0});
+            }),
+            "");
+  EXPECT_TRUE(m_bWithinLimit);
+  EXPECT_EQ(m_stReport.eDarkField, EDarkField::None);
+  EXPECT_EQ(m_stReport.nDarkFrames, 0U);
+  for (const char *pText : {"no dark field was taken", "PASS: shading", "Not measured: PRNU", ", no dark frame"}) {
+    EXPECT_TRUE(m_strSummary.contains(QLatin1String(pText))) << pText << "\n" << m_strSummary.toStdString();
+  }
+}
+
 TEST_F(HostWorkflow, RepeatsOfARecordingAreNeitherCountedNorSaved)
 {
   const QTemporaryDir dirFrames;
-  for (int nFrame = 0; nFrame < 6; ++nFrame) {
-    QImage imgFrame(64, 64, QImage::Format_Grayscale8);
-    for (int nPixel = 0; nPixel < 64 * 64; ++nPixel) {
-      const int nNoise = (nPixel * 17 + nPixel / 64 + nFrame * 7) % 5;
-      imgFrame.scanLine(nPixel / 64)[nPixel % 64] = static_cast<uchar>((nFrame < 2 ? 2 : 120) + nNoise);
-    }
-    const QString strName = QStringLiteral("%1_%2.png").arg(QLatin1String(nFrame < 2 ? "dark" : "bright")).arg(nFrame);
-    ASSERT_TRUE(imgFrame.save(dirFrames.filePath(strName)));
-  }
+  WriteRecording(dirFrames, {{"dark", 2}, {"bright", 4}});
   m_stOptions.stWorkflow.nFrames = 16;
   m_stOptions.stWorkflow.nSaveFrames = 8;
   EXPECT_EQ(RunOn([&](const SCameraOptions &) -> OpenedCamera {

@@ -37,7 +37,7 @@ TEST_P(VignettingWorkflow, MakesTheCamerasOwnFramesFlatAndKeepsThemSo)
   EXPECT_LE(GetShading(m_stReport.stAfter), dLimit);
   ASSERT_TRUE(m_stReport.stAfterReload.has_value());
   EXPECT_NEAR(GetShading(*m_stReport.stAfterReload), GetShading(m_stReport.stAfter), RELOAD_TOLERANCE_PERCENT);
-  EXPECT_FALSE(m_strSummary.contains("expected grey"));
+  EXPECT_FALSE(m_strSummary.contains("Expected grey"));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryDepthAndBlock, VignettingWorkflow,

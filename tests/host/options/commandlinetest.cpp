@@ -58,9 +58,25 @@ TEST(CommandLine, TellsWhatTheWindowPresetsAndWhatItCannotHonour)
   EXPECT_EQ(Parse({"--save-frames", "2"}).strNotInWindow, "--save-frames");
   const SCommandLine stLimit = Parse({"--headless", "--shading-limit", "0.5"});
   EXPECT_EQ(stLimit.strNotInWindow, "--shading-limit");
-  EXPECT_EQ(stLimit.stOptions.stWorkflow.dShadingLimit, 0.5);
+  EXPECT_EQ(stLimit.stOptions.stWorkflow.stLimits.dShading, 0.5);
   EXPECT_EQ(Parse({"--shading-limit", "0"}).nExitCode, 2);
   EXPECT_EQ(Parse({"--shading-limit", "few"}).nExitCode, 2);
+}
+
+TEST(CommandLine, TakesLimitsTogetherAndOneByOne)
+{
+  const SCommandLine stResult =
+    Parse({"--headless", "--dsnu-limit", "3", "--limit", "shading=1.5,prnu-high-pass=0.2", "--prnu-limit", "0.5"});
+  ASSERT_TRUE(stResult.bRun) << stResult.strText;
+  const ffc::quality::SLimits &stLimits = stResult.stOptions.stWorkflow.stLimits;
+  EXPECT_EQ(stLimits.dShading, 1.5);
+  EXPECT_EQ(stLimits.dPrnu, 0.5);
+  EXPECT_EQ(stLimits.dDsnu, 3);
+  EXPECT_EQ(stLimits.dPrnuHighPass, 0.2);
+  EXPECT_EQ(stLimits.dDsnuHighPass, -1);
+  EXPECT_EQ(stResult.strNotInWindow, "--limit");
+  EXPECT_EQ(Parse({"--limit", "evenness=1"}).nExitCode, 2);
+  EXPECT_NE(Parse({"--limit", "evenness=1"}).strText.find("--limit takes shading, prnu"), std::string::npos);
 }
 
 TEST(CommandLine, TakesEveryOption)

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "camera/simulated/simulatedcamera.h"
+#include "camera/software/simulated/simulatedcamera.h"
 #include "frames/ifilekind.h"
 #include "host/headless/headlessrun.h"
 

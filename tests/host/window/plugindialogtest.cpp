@@ -9,6 +9,7 @@
 #include <QJsonObject>
 #include <QMainWindow>
 
+#include "frames/sidefile.h"
 #include "host/dialogdriver/modalanswerer.h"
 #include "host/options/cameraopening.h"
 #include "host/window/dialogplace.h"
@@ -181,6 +182,13 @@ TEST_F(PluginDialog, TellsWhatWasSavedAndLoadedAndNothingThatIsNotKnown)
   EXPECT_TRUE(QFile::exists(strFile + QStringLiteral(".ffc"))) << "a name without ending gets it";
   EXPECT_EQ(GetText("DialogNote").substr(0, 7), "Saved: ");
   EXPECT_NE(GetText("DialogNote").find("flat.ffc ("), std::string::npos);
+  const auto side = ffc::frames::ReadSideFile(strFile + QStringLiteral(".ffc"));
+  ASSERT_TRUE(side && side.GetValue()) << "beside it stands what it is for";
+  EXPECT_EQ(side.GetValue()->nWidth, 256U);
+  EXPECT_EQ(side.GetValue()->strPixelFormat.toStdString(), "Mono12");
+  EXPECT_EQ(side.GetValue()->nBrightFrames, 16U);
+  EXPECT_TRUE(side.GetValue()->bDarkUsed);
+  EXPECT_EQ(side.GetValue()->strSha256.size(), 64);
   ASSERT_TRUE(GetDriver().SaveFile(m_folder.filePath(QStringLiteral("no/such/flat.ffc"))).bFileChosen);
   EXPECT_EQ(GetText("DialogNote").substr(0, 9), "NOT saved");
 

@@ -66,6 +66,21 @@ TEST_F(SideFileCheck, AnotherSizeOrFormatIsToldWithBoth)
   EXPECT_NE(Describe().find("640 x 480 BayerRG12, but"), std::string::npos) << Describe();
 }
 
+TEST_F(SideFileCheck, WithoutASideFileATableOfAnotherShapeIsToldByItsGains)
+{
+  QByteArray byteTable(640 * 480 * 4, '\0');
+  auto *pGains = reinterpret_cast<uint16_t *>(byteTable.data());
+  for (int nPixel = 0; nPixel < 640 * 480; ++nPixel) {
+    const int nX = nPixel % 480 - 240;
+    const int nY = nPixel / 480 - 320;
+    pGains[nPixel] = static_cast<uint16_t>(4096 + (nX * nX + nY * nY) / 40 + nPixel % 7);
+  }
+  Write(m_strFlat, byteTable);
+  EXPECT_EQ(Describe(),
+            "The coefficients flat.ffc look as if they were made for 480 x 640, but the camera delivers 640 "
+            "x 480: the image would have stripes.");
+}
+
 TEST_F(SideFileCheck, ASideFileThatIsNoneIsTold)
 {
   Write(ffc::frames::GetSideFilePath(m_strFlat), "{}");

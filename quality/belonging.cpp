@@ -1,13 +1,11 @@
-#include "tools/ffc/belonging.h"
+#include "quality/belonging.h"
 
 #include <cmath>
 #include <vector>
 
 #include "quality/noise.h"
 
-namespace ffc::tool {
-
-using process::CFrameBuffer;
+namespace ffc::quality {
 
 namespace {
 
@@ -15,7 +13,7 @@ namespace {
 constexpr double SIGNIFICANT = 6.0;
 /// Share of the pattern in what is seen of it besides noise, from which on it counts as seen.
 constexpr double VISIBLE = 0.1;
-constexpr uint16_t GAIN_LIMIT = 65535;
+constexpr uint16_t HELD_GAIN = 65535;
 constexpr std::size_t STEP = 2; ///< to the next pixel of the same colour
 
 /// Sums for a correlation of two quantities.
@@ -58,25 +56,24 @@ void AddLine(const std::vector<double> &listSignal, const std::vector<double> &l
 }
 
 /// Whether the frames show a pattern at all.
-bool IsPatternVisible(const quality::CFrameStack &stack)
+bool IsPatternVisible(const CFrameStack &stack)
 {
-  const quality::SNoise stNoise = quality::MeasureNoise(stack, quality::GetWholeImagePlane());
+  const SNoise stNoise = MeasureNoise(stack, GetWholeImagePlane());
   const double dNoise = stNoise.dTemporal * stNoise.dTemporal / stack.GetFrameCount();
   return stNoise.dPattern * stNoise.dPattern > VISIBLE * dNoise;
 }
 
 } // namespace
 
-SBelonging JudgeBelonging(const quality::CFrameStack &stack, const CFrameBuffer &table)
+SBelonging JudgeBelonging(const CFrameStack &stack, const uint16_t *pGains)
 {
-  const auto *pGains = reinterpret_cast<const uint16_t *>(table.GetData());
   SCorrelation stCorrelation;
   std::vector<double> listSignal(stack.GetWidth());
   std::vector<double> listExpected(stack.GetWidth());
   for (uint32_t nLine = 0; nLine < stack.GetHeight(); ++nLine, pGains += stack.GetWidth()) {
     for (uint32_t nColumn = 0; nColumn < stack.GetWidth(); ++nColumn) {
       listSignal[nColumn] = stack.GetMean(nColumn, nLine);
-      listExpected[nColumn] = pGains[nColumn] > 0 && pGains[nColumn] < GAIN_LIMIT ? 1.0 / pGains[nColumn] : 0.0;
+      listExpected[nColumn] = pGains[nColumn] > 0 && pGains[nColumn] < HELD_GAIN ? 1.0 / pGains[nColumn] : 0.0;
     }
     AddLine(listSignal, listExpected, stCorrelation);
   }
@@ -91,4 +88,4 @@ SBelonging JudgeBelonging(const quality::CFrameStack &stack, const CFrameBuffer 
   return stBelonging;
 }
 
-} // namespace ffc::tool
+} // namespace ffc::quality

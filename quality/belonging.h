@@ -4,10 +4,9 @@
 
 #include <cstdint>
 
-#include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "quality/framestack.h"
 
-namespace ffc::tool {
+namespace ffc::quality {
 
 enum class EBelonging {
   Yes,
@@ -23,7 +22,7 @@ struct SBelonging {
 /// Compares how each pixel differs from its neighbours of the same colour, in which shading leaves no trace, with what
 /// the gains expect.
 /// \param stack bright frames as they came, right-aligned
-/// \param table of the same size
-SBelonging JudgeBelonging(const quality::CFrameStack &stack, const process::CFrameBuffer &table);
+/// \param pGains of a host-side table of the same size
+SBelonging JudgeBelonging(const CFrameStack &stack, const uint16_t *pGains);
 
-} // namespace ffc::tool
+} // namespace ffc::quality
