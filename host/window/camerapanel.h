@@ -13,6 +13,7 @@ class QComboBox;
 class QFormLayout;
 class QLabel;
 class QPushButton;
+class QToolButton;
 
 namespace ffc::host {
 
@@ -28,7 +29,8 @@ public:
   /// Marks a choice as the one that is open.
   void Select(int nChoice);
   /// \param pViewer null: no camera is open
-  void SetViewer(CViewer *pViewer);
+  /// \param bRecorded it plays recorded frames: what would change their exposure or size is not shown
+  void SetViewer(CViewer *pViewer, bool bRecorded = false);
   /// Reads everything from the camera anew. What it locks while it streams says so.
   void Refresh();
   /// Shows what went wrong with the camera; empty: nothing did.
@@ -37,18 +39,30 @@ public:
 signals:
   void SigChosen(int nChoice);
   void SigStartStop();
+  /// The exposure is to be found.
+  void SigExpose();
 
 private:
+  void AddExposure(QFormLayout *pLayout);
   void AddEdit(QFormLayout *pLayout, const QString &strLabel, CFeatureEdit *pEdit, bool bLockedWhileStreaming);
+
+  void AddRegion(QFormLayout *pLayout);
+  void AddOptional(QFormLayout *pLayout, const QString &strLabel, CFeatureEdit *pEdit, bool bLockedWhileStreaming);
+  void Watch(CFeatureEdit *pEdit, QWidget *pLabel, bool bLockedWhileStreaming, bool bOptional);
+  void ShowRows();
 
   struct SEdit {
     CFeatureEdit *pEdit;
+    QWidget *pLabel;
     bool bLockedWhileStreaming;
+    bool bOptional; ///< only shown where the camera has it
   };
 
   CViewer *m_pViewer = nullptr;
+  bool m_bRecorded = false;
   QComboBox *m_pChooser;
-  QPushButton *m_pStartStop;
+  QPushButton *m_pStartStop = nullptr;
+  QToolButton *m_pExpose = nullptr;
   QLabel *m_pError;
   QLabel *m_pNotes; ///< features that are not the camera's own
   std::vector<SEdit> m_listEdits;

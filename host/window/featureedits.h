@@ -25,6 +25,10 @@ public:
   /// Shows the feature of another camera.
   /// \param pNodeMap null: none, the field is disabled
   void SetNodeMap(GenApi::INodeMap *pNodeMap);
+  /// Whether the camera has the feature, and more than one value of it.
+  bool IsOffered() const;
+  /// Whether it is one of a list, which says something where it cannot be changed, too.
+  virtual bool IsChoice() const { return false; }
   /// Reads value, range and access anew, unless the user is typing. A field that cannot be written is disabled,
   /// and its tool tip says why.
   /// \param strLockedReason what keeps the camera from taking a value now; empty: nothing known
@@ -85,6 +89,7 @@ class CEnumerationEdit final : public CFeatureEdit {
 
 public:
   CEnumerationEdit(const QString &strName, QWidget *pParent);
+  bool IsChoice() const override { return true; }
 
 protected:
   void Show(GenApi::INode &node) override;

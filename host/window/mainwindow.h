@@ -2,6 +2,7 @@
 /// The window of the reference host.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -17,18 +18,20 @@
 #include "host/window/acquisitionprogress.h"
 #include "host/window/correctionstate.h"
 #include "host/window/dialognote.h"
-#include "host/window/displaypicture.h"
+#include "host/window/exposurehelper.h"
 #include "host/window/framerate.h"
 
 class QAction;
 class QDialog;
 class QLabel;
+class QMenu;
 class QSplitter;
 class QTabWidget;
 
 namespace ffc::host {
 
 class CCameraPanel;
+class CImageArea;
 class CImageView;
 class CPlotPanel;
 class CQualityPanel;
@@ -64,6 +67,13 @@ public slots:
   /// Loads the settings that an interrupted acquisition left in the camera's "UserSet0", with the stream stopped.
   void SlotRestoreSettings();
   void SlotShowDialog();
+  /// Sets the exposure time so that the brightest part of the image is at 70 % of the format's maximum.
+  void SlotExpose();
+  /// The frame that is shown, into a file.
+  void SlotSaveImage();
+  void SlotSaveSequence();
+  void SlotSavePreset();
+  void SlotLoadLastCoefficients();
   void SlotMeasure();
   void SlotCheckDrift();
   void SlotSaveReport();
@@ -79,10 +89,10 @@ protected:
 private:
   void MakeLayout();
   QWidget *MakeControls();
-  QWidget *MakeImageArea();
   void MakeActions();
   QAction *AddAction(QMenu *pMenu, const QString &strText, const QKeySequence &keys, std::function<void()> fnAction);
-  QAction *AddOption(QMenu *pMenu, const QString &strText, const QKeySequence &keys, bool *pbOption);
+  void AddPresets(QMenu *pMenu);
+  void AddHelp();
   void ConnectPanels();
   void ConnectDialog();
   void RestoreLayout();
@@ -92,7 +102,9 @@ private:
   void ShowCamera();
   void ForgetCamera();
   void TakeFrame();
-  void ShowPicture();
+  std::shared_ptr<SFrameCopy> FindFreeFrame();
+  void ContinueExposure();
+  void EndExposure(const CExposureHelper::SStep &stStep);
   void UpdateStatus();
   void UpdateSlowly();
   bool IsPreviewOn();
@@ -107,6 +119,10 @@ private:
   /// Says where coefficients that are about to be loaded are for another camera.
   void CheckSideFile(const QString &strFile);
   void NoteOutcome(const SDialogOutcome &stOutcome);
+  void ApplyPreset(const QString &strName);
+  QString GetCoefficientKey();
+  void RememberCoefficients(const SDialogOutcome &stOutcome);
+  void OfferCoefficients();
   void MarkStale(const SDialogOutcome &stOutcome);
   void ShowNote(const SDialogNote &stNote);
   uint32_t GetAcquisitionTotal() const;
@@ -126,19 +142,22 @@ private:
   CCoefficientWatch m_coefficients;
   CCameraSession m_session;
 
-  CImageView *m_pView;
-  CCameraPanel *m_pCameraPanel;
+  CCameraPanel *m_pCameraPanel; // in the order of the Tab key
   CScenePanel *m_pScenePanel;
+  CImageArea *m_pImageArea;
+  CImageView *m_pView;
   CPlotPanel *m_pPlotPanel;
   CQualityPanel *m_pQualityPanel;
   CStatusLine *m_pStatusLine;
   QLabel *m_pNote; ///< what was done in the plug-in's dialog last
+  QAction *m_pLastCoefficients = nullptr;
   QWidget *m_pControls = nullptr;
   QTabWidget *m_pTabs = nullptr;
   QSplitter *m_pSplitter = nullptr;
 
-  SDisplayOptions m_stDisplay;
-  std::shared_ptr<SFrameCopy> m_pFrame; ///< the one that is shown; an analysis may still read it
+  CExposureHelper m_exposure;
+  std::array<std::shared_ptr<SFrameCopy>, 4> m_listFrames; ///< shown, the one before, and what an analysis still reads
+  std::shared_ptr<SFrameCopy> m_pFrame;                    ///< the one that is shown
   std::optional<SFrameShape> m_stCorrectedShape;
   CFrameRate m_frameRate;
   QElapsedTimer m_clock;
@@ -146,6 +165,7 @@ private:
   int64_t m_nPlotMs = 0;
   int64_t m_nStatusMs = 0;
   int64_t m_nSlowMs = 0;
+  bool m_bRecorded = false; ///< the camera plays recorded frames
   bool m_bByCamera = false;
   bool m_bDialogPlaced = false; ///< from then on it stands where the user leaves it
   bool m_bByCameraMode = false; ///< the plug-in works on the camera's own correction

@@ -9,6 +9,7 @@
 
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/viewer/featuretext.h"
+#include "host/window/appearance.h"
 #include "host/window/camerapanel.h"
 #include "host/window/dialogplace.h"
 #include "host/window/imageview.h"
@@ -79,6 +80,7 @@ void CMainWindow::ObserveDialog()
   } else {
     ShowNote({});
   }
+  OfferCoefficients();
 }
 
 void CMainWindow::BeginAcquisition()
@@ -133,6 +135,7 @@ void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
   if (stOutcome.strError.isEmpty()) {
     MarkStale(stOutcome);
   }
+  RememberCoefficients(stOutcome);
   ShowNote(DescribeOutcome({stOutcome, bCancelled, driver.IsPreviewOffered(), m_coefficients.GetBright()}));
 }
 
@@ -153,7 +156,7 @@ void CMainWindow::MarkStale(const SDialogOutcome &stOutcome)
 void CMainWindow::ShowNote(const SDialogNote &stNote)
 {
   m_pNote->setText(stNote.strText);
-  m_pNote->setStyleSheet(stNote.bWarning ? QStringLiteral("color: #b3261e") : QString());
+  SetWarning(*m_pNote, stNote.bWarning);
   m_pNote->setVisible(!stNote.strText.isEmpty());
 }
 
