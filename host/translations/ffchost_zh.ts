@@ -399,6 +399,10 @@ Qt %2</source>
 平场校正插件的参考主机
 Qt %2</translation>
     </message>
+    <message>
+        <source>&amp;Features...</source>
+        <translation>相机特征(&amp;F)...</translation>
+    </message>
 </context>
 <context>
     <name>ffc::host::CMeasurementGuide</name>
@@ -1393,6 +1397,43 @@ raw: %2</source>
     <message>
         <source>before</source>
         <translation>校正前</translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CFeatureBrowser</name>
+    <message>
+        <source>%1
+Cannot be written now</source>
+        <translation>%1
+当前不可写</translation>
+    </message>
+    <message>
+        <source>%1: the camera refuses the value (%2). Enter another one.</source>
+        <translation>%1：相机拒绝该值（%2）。请输入其他值。</translation>
+    </message>
+    <message>
+        <source>&amp;Read anew</source>
+        <translation>重新读取(&amp;R)</translation>
+    </message>
+    <message>
+        <source>(not available now)</source>
+        <translation>（当前不可用）</translation>
+    </message>
+    <message>
+        <source>Feature</source>
+        <translation>特征</translation>
+    </message>
+    <message>
+        <source>Features of the camera</source>
+        <translation>相机特征</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
     </message>
 </context>
 </TS>

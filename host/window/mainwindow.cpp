@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
@@ -88,6 +89,7 @@ void CMainWindow::ForgetCamera()
   m_pFrame.reset();
   m_pImageArea->SetFrame(nullptr);
   m_exposure.Cancel();
+  delete m_pFeatures;
   m_stCorrectedShape.reset();
   m_frameRate.Reset();
   m_bByCamera = false;

@@ -9,6 +9,7 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QPointer>
 
 #include "host/dialogdriver/dialogobserver.h"
 #include "host/measurement/coefficientorigin.h"
@@ -73,6 +74,7 @@ public slots:
   void SlotSaveImage();
   void SlotSaveSequence();
   void SlotSavePreset();
+  void SlotShowFeatures();
   void SlotLoadLastCoefficients();
   void SlotMeasure();
   void SlotCheckDrift();
@@ -149,7 +151,8 @@ private:
   CPlotPanel *m_pPlotPanel;
   CQualityPanel *m_pQualityPanel;
   CStatusLine *m_pStatusLine;
-  QLabel *m_pNote; ///< what was done in the plug-in's dialog last
+  QLabel *m_pNote;               ///< what was done in the plug-in's dialog last
+  QPointer<QDialog> m_pFeatures; ///< of the camera that is open, while the user looks at them
   QAction *m_pLastCoefficients = nullptr;
   QWidget *m_pControls = nullptr;
   QTabWidget *m_pTabs = nullptr;

@@ -85,6 +85,7 @@ void CMainWindow::ObserveDialog()
 
 void CMainWindow::BeginAcquisition()
 {
+  delete m_pFeatures; // the camera is the plug-in's now
   m_coefficients.BeginAcquisition(GetViewer()->GetPipeline());
   m_pQualityPanel->MarkStale(tr("a new acquisition"));
 }

@@ -17,6 +17,7 @@
 #include "host/viewer/featuretext.h"
 #include "host/window/camerapanel.h"
 #include "host/window/camerapresets.h"
+#include "host/window/featurebrowser.h"
 #include "host/window/framesaving.h"
 
 namespace ffc::host {
@@ -126,6 +127,19 @@ void CMainWindow::SlotSavePreset()
   if (!strName.isEmpty() && GetViewer() != nullptr) {
     CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Save(strName);
   }
+}
+
+void CMainWindow::SlotShowFeatures()
+{
+  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
+    return;
+  }
+  delete m_pFeatures;
+  auto *pBrowser = new CFeatureBrowser(*GetViewer()->GetCamera().GetDeviceNodeMap(), this);
+  pBrowser->setAttribute(Qt::WA_DeleteOnClose);
+  connect(pBrowser, &CFeatureBrowser::SigWritten, m_pCameraPanel, &CCameraPanel::Refresh);
+  m_pFeatures = pBrowser;
+  pBrowser->show();
 }
 
 void CMainWindow::ApplyPreset(const QString &strName)

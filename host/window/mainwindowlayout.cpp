@@ -112,6 +112,7 @@ void CMainWindow::MakeActions()
   AddAction(pCamera, tr("&Expose to 70 %"), Qt::CTRL + Qt::Key_7, [this] { SlotExpose(); });
   AddAction(pCamera, tr("&Look for cameras"), Qt::Key_F6, [this] { SlotLookForCameras(); });
   AddAction(pCamera, tr("&Restore settings (UserSet0)"), QKeySequence(), [this] { SlotRestoreSettings(); });
+  AddAction(pCamera, tr("&Features..."), Qt::Key_F7, [this] { SlotShowFeatures(); });
   AddPresets(pCamera);
   pCamera->addSeparator();
   AddAction(pCamera, tr("Save &image..."), Qt::CTRL + Qt::SHIFT + Qt::Key_S, [this] { SlotSaveImage(); });

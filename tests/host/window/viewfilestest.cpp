@@ -7,7 +7,9 @@
 #include <QAction>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMenu>
+#include <QTreeWidget>
 
 #include "frames/ifilekind.h"
 #include "host/dialogdriver/modalanswerer.h"
@@ -112,6 +114,31 @@ TEST_F(ViewFiles, APresetBringsTheSettingsOfThisCameraBack)
   EXPECT_FALSE(Find<QLabel>("CameraError")->isVisible()) << GetText("CameraError");
   CCameraPresets(*GetCamera().GetDeviceNodeMap()).Remove("left / half & dark");
   EXPECT_TRUE(CCameraPresets(*GetCamera().GetDeviceNodeMap()).ListNames().isEmpty());
+}
+
+TEST_F(ViewFiles, AllFeaturesAreFoundAndSetInATree)
+{
+  ShowPicture();
+  FindAction("Features")->trigger();
+  auto *pTree = Find<QTreeWidget>("FeatureTree");
+  const auto FindItem = [pTree](const char *pName) {
+    return pTree->findItems(QLatin1String(pName), Qt::MatchExactly | Qt::MatchRecursive).value(0);
+  };
+  Find<QLineEdit>("FeatureSearch")->setText("exposuret");
+  ASSERT_NE(FindItem("ExposureTime"), nullptr);
+  EXPECT_EQ(FindItem("ExposureTime")->parent()->text(0).toStdString(), "Exposure");
+  EXPECT_FALSE(FindItem("ExposureTime")->isHidden());
+  EXPECT_TRUE(FindItem("Gain")->isHidden());
+  FindItem("ExposureTime")->setText(1, "4321");
+  EXPECT_EQ(GetNumber("ExposureTime"), 4321);
+  FindItem("ExposureTime")->setText(1, "-5");
+  EXPECT_EQ(GetNumber("ExposureTime"), 4321);
+  EXPECT_TRUE(GetText("FeatureError").find("ExposureTime: the camera refuses the value") == 0)
+    << GetText("FeatureError");
+  EXPECT_EQ(FindItem("ExposureTime")->text(1).toStdString(), "4321") << "what the camera has";
+  EXPECT_FALSE((FindItem("Width")->flags() & Qt::ItemIsEditable) != 0) << "locked while it streams";
+  ASSERT_EQ(m_pWindow->OpenCamera(m_stCamera).GetError(), "");
+  EXPECT_EQ(m_pWindow->findChild<QTreeWidget *>("FeatureTree"), nullptr) << "they were another camera's";
 }
 
 TEST_F(ViewFiles, TheLastCoefficientsAreOfferedAtTheNextStart)
