@@ -41,21 +41,11 @@ function(ffc_install_windows_libraries)
   install(PROGRAMS $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin> $<TARGET_FILE:Qt5::QOffscreenIntegrationPlugin>
     DESTINATION platforms)
   install(PROGRAMS $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION styles)
-  if(FFC_QT_CHINESE)
-    install(FILES "${FFC_QT_CHINESE}" DESTINATION translations)
-  endif()
 endfunction()
 
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_SYSTEM_NAME win64)
-  # The toolkit's own texts in Chinese are the same file for all systems: the build machine's will do.
-  find_file(FFC_QT_CHINESE qtbase_zh_CN.qm PATHS "${Qt5_DIR}/../../../translations" /usr/share/qt5/translations
-    NO_CMAKE_FIND_ROOT_PATH)
-  set(FFC_CHINESE_IN_README "")
-  if(FFC_QT_CHINESE)
-    set(FFC_CHINESE_IN_README "  translations\\qtbase_zh_CN.qm\n                            Qt's own texts in Chinese (GNU LGPL 3)\n")
-  endif()
   configure_file("${PROJECT_SOURCE_DIR}/packaging/windows-readme.txt.in" "${CMAKE_BINARY_DIR}/windows-readme.txt"
     @ONLY NEWLINE_STYLE CRLF)
   install(FILES "${CMAKE_BINARY_DIR}/windows-readme.txt" DESTINATION . RENAME README.txt)
@@ -69,7 +59,7 @@ else()
   set(CPACK_DEBIAN_PACKAGE_SECTION science)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
-  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-dejavu-core, fonts-wqy-microhei, qttranslations5-l10n")
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-dejavu-core, fonts-wqy-microhei")
   install(CODE "file(MAKE_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")")
   foreach(program IN LISTS programs)
     install(CODE "file(CREATE_LINK ../${folder}/${program}

@@ -133,11 +133,13 @@ frames::Texts DescribeSettings(camera::ICamera &camera, bool bCorrected)
 QString AskFramePath(QWidget *pParent, const QString &strTitle)
 {
   QStringList listFilters;
+  QString strFirst; // one that has a place for everything
   for (const IFileKind *pKind : frames::ListFileKinds()) {
     listFilters << MakeFilter(*pKind);
+    strFirst = strFirst.isEmpty() && pKind->KeepsTexts() && pKind->GetMaxFrames() > 1 ? listFilters.last() : strFirst;
   }
   QSettings settings;
-  QString strFilter = settings.value(QStringLiteral("frames/kind"), listFilters.value(1)).toString();
+  QString strFilter = settings.value(QStringLiteral("frames/kind"), strFirst).toString();
   const QDir dir(settings.value(FOLDER_KEY, QDir::homePath()).toString());
   QString strPath = QFileDialog::getSaveFileName(pParent, strTitle, dir.absolutePath(),
                                                  listFilters.join(QStringLiteral(";;")), &strFilter);
