@@ -11,6 +11,7 @@
 #include "host/options/language.h"
 #include "host/recording/recordrun.h"
 #include "host/viewer/settingsrescue.h"
+#include "host/window/appearance.h"
 #include "host/window/mainwindow.h"
 #include "host/window/screenshotrun.h"
 
@@ -93,6 +94,7 @@ int RunLive(const SCommandLine &stCommandLine)
   const SPluginOptions &stPlugin = stCommandLine.stOptions.stPlugin;
   const std::string &strScreenshots = stCommandLine.stTask.strScreenshots;
   CLanguage language(stPlugin.bChinese);
+  ApplyLook(RestoreLook());
   CMainWindow window(stCamera, stPlugin, OpenCamera);
   window.SetPreset(stCommandLine.stPreset);
   const ffc::Result<> opened = window.OpenCamera(stCamera);

@@ -20,7 +20,9 @@ CLanguage::CLanguage(bool bChinese)
   }
   // The first name holds the widgets' texts; older toolkits have all in one file.
   const QString strFolder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+  const QString strBeside = QCoreApplication::applicationDirPath() + QStringLiteral("/translations"); // in a package
   if (m_toolkit.load(QStringLiteral("qtbase_zh_CN"), strFolder) ||
+      m_toolkit.load(QStringLiteral("qtbase_zh_CN"), strBeside) ||
       m_toolkit.load(QStringLiteral("qt_zh_CN"), strFolder)) {
     QCoreApplication::installTranslator(&m_toolkit);
   }

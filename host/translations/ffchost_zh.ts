@@ -54,10 +54,6 @@
         <translation>曝光(&amp;X)</translation>
     </message>
     <message>
-        <source>&amp;Gain</source>
-        <translation>增益(&amp;G)</translation>
-    </message>
-    <message>
         <source>&amp;Black level</source>
         <translation>黑电平(&amp;B)</translation>
     </message>
@@ -70,10 +66,6 @@
         <translation>宽度(&amp;W)</translation>
     </message>
     <message>
-        <source>&amp;Height</source>
-        <translation>高度(&amp;H)</translation>
-    </message>
-    <message>
         <source>&amp;Stop</source>
         <translation>停止(&amp;S)</translation>
     </message>
@@ -84,6 +76,42 @@
     <message>
         <source>Locked while the camera streams: stop it first</source>
         <translation>相机采集时锁定：请先停止采集</translation>
+    </message>
+    <message>
+        <source>Binning X</source>
+        <translation>水平合并</translation>
+    </message>
+    <message>
+        <source>Binning Y</source>
+        <translation>垂直合并</translation>
+    </message>
+    <message>
+        <source>Finds the exposure at which the brightest part of the image lies at 70 % of the format&apos;s maximum</source>
+        <translation>自动寻找曝光时间，使图像最亮处达到格式最大值的 70 %</translation>
+    </message>
+    <message>
+        <source>Frame rate</source>
+        <translation>帧率</translation>
+    </message>
+    <message>
+        <source>Offset X</source>
+        <translation>X 偏移</translation>
+    </message>
+    <message>
+        <source>Offset Y</source>
+        <translation>Y 偏移</translation>
+    </message>
+    <message>
+        <source>To 70 %</source>
+        <translation>至 70 %</translation>
+    </message>
+    <message>
+        <source>Gai&amp;n</source>
+        <translation>增益(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Hei&amp;ght</source>
+        <translation>高度(&amp;G)</translation>
     </message>
 </context>
 <context>
@@ -120,12 +148,16 @@
         <translation>相机现在不允许更改 %1</translation>
     </message>
     <message>
-        <source>%1 is of another kind in this camera</source>
-        <translation>此相机中 %1 的类型不同</translation>
-    </message>
-    <message>
         <source>%1: %2 is out of range. Enter a number from %3 to %4.</source>
         <translation>%1：%2 超出范围。请输入 %3 到 %4 之间的数值。</translation>
+    </message>
+    <message>
+        <source>%1 is of another kind in this camera: it cannot be set here.</source>
+        <translation>此相机的 %1 类型不同：无法在此设置。</translation>
+    </message>
+    <message>
+        <source>%1: the camera refuses the value (%2). Enter another one.</source>
+        <translation>%1：相机拒绝该值（%2）。请输入其他值。</translation>
     </message>
 </context>
 <context>
@@ -188,7 +220,7 @@
         <translation>平场校正(&amp;F)...</translation>
     </message>
     <message>
-        <source>The plug-in's dialog: dark field, bright field, execute, preview</source>
+        <source>The plug-in&apos;s dialog: dark field, bright field, execute, preview</source>
         <translation>插件对话框：暗场、亮场、执行、预览</translation>
     </message>
     <message>
@@ -206,30 +238,6 @@
     <message>
         <source>&amp;View</source>
         <translation>视图(&amp;V)</translation>
-    </message>
-    <message>
-        <source>&amp;Fit</source>
-        <translation>适合窗口(&amp;F)</translation>
-    </message>
-    <message>
-        <source>&amp;1:1</source>
-        <translation>&amp;1:1</translation>
-    </message>
-    <message>
-        <source>Zoom &amp;in</source>
-        <translation>放大(&amp;I)</translation>
-    </message>
-    <message>
-        <source>Zoom &amp;out</source>
-        <translation>缩小(&amp;O)</translation>
-    </message>
-    <message>
-        <source>Mark over-&amp;exposed</source>
-        <translation>标记过曝(&amp;E)</translation>
-    </message>
-    <message>
-        <source>&amp;Colour</source>
-        <translation>彩色(&amp;C)</translation>
     </message>
     <message>
         <source>C&amp;orrection</source>
@@ -262,6 +270,138 @@
     <message>
         <source>coefficients were loaded from a file</source>
         <translation>从文件加载系数</translation>
+    </message>
+    <message>
+        <source>%1 was not loaded: %2</source>
+        <translation>未能加载 %1：%2</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>关于(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Expose to 70 %</source>
+        <translation>曝光至 70 %(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;First steps</source>
+        <translation>入门步骤(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Presets</source>
+        <translation>预设(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>删除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Save as...</source>
+        <translation>另存为(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>1. Choose the camera, start it, and press &quot;To 70 %&quot; with an evenly lit target before the lens.
+2. Press &quot;Flat-field correction...&quot;. Cover the lens and acquire the dark field; uncover it and acquire the bright field; press Execute.
+3. View &gt; Raw beside corrected shows what has changed; View &gt; Stretch makes small differences visible.
+4. Quality &gt; Measure tells how even the image is, from fresh frames, and saves a report.</source>
+        <translation>1. 选择相机并启动，将均匀照明的目标置于镜头前，按“至 70 %”。
+2. 按“平场校正...”。盖上镜头采集暗场；取下镜头盖采集亮场；然后执行。
+3. “视图 &gt; 原始与校正对比”显示校正前后的变化；“视图 &gt; 拉伸”使细微差别可见。
+4. “质量 &gt; 测量”用新采集的帧评估图像的均匀程度，并可保存报告。</translation>
+    </message>
+    <message>
+        <source>Frames of this pixel format cannot be judged: choose a mono or Bayer format that is not packed.</source>
+        <translation>无法评估此像素格式的帧：请选择未打包的黑白或拜耳格式。</translation>
+    </message>
+    <message>
+        <source>L&amp;oad the last coefficients</source>
+        <translation>加载上次的系数(&amp;O)</translation>
+    </message>
+    <message>
+        <source>L&amp;oad the last coefficients (%1)</source>
+        <translation>加载上次的系数（%1）(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Name of this camera&apos;s settings as they are now</source>
+        <translation>相机当前设置的名称</translation>
+    </message>
+    <message>
+        <source>No camera with settings</source>
+        <translation>没有可设置的相机</translation>
+    </message>
+    <message>
+        <source>Number of frames</source>
+        <translation>帧数</translation>
+    </message>
+    <message>
+        <source>Save &amp;image...</source>
+        <translation>保存图像(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>Save image</source>
+        <translation>保存图像</translation>
+    </message>
+    <message>
+        <source>Save preset</source>
+        <translation>保存预设</translation>
+    </message>
+    <message>
+        <source>Save se&amp;quence...</source>
+        <translation>保存序列(&amp;Q)...</translation>
+    </message>
+    <message>
+        <source>Save sequence</source>
+        <translation>保存序列</translation>
+    </message>
+    <message>
+        <source>Start the camera first: a sequence is saved as its frames come.</source>
+        <translation>请先启动相机：序列随帧的到来而保存。</translation>
+    </message>
+    <message>
+        <source>Start the camera first: the exposure is found from its frames.</source>
+        <translation>请先启动相机：曝光时间由其帧确定。</translation>
+    </message>
+    <message>
+        <source>The camera did not take all of the preset; set these by hand:
+%1</source>
+        <translation>相机未接受全部预设；请手动设置以下各项：
+%1</translation>
+    </message>
+    <message>
+        <source>The exposure time cannot be changed: switch the camera&apos;s own exposure control off.</source>
+        <translation>无法更改曝光时间：请关闭相机的自动曝光。</translation>
+    </message>
+    <message>
+        <source>The exposure time cannot be set: %1</source>
+        <translation>无法设置曝光时间：%1</translation>
+    </message>
+    <message>
+        <source>The image does not become steady, it is at %1 %: look whether the light changes, then try again.</source>
+        <translation>图像不稳定，目前为 %1 %：请检查光源是否变化，然后重试。</translation>
+    </message>
+    <message>
+        <source>The longest exposure reaches %1 % only: add light, or raise the gain.</source>
+        <translation>最长曝光也只能达到 %1 %：请增加照明或提高增益。</translation>
+    </message>
+    <message>
+        <source>The shortest exposure still gives %1 %: take light away, or lower the gain.</source>
+        <translation>最短曝光仍达到 %1 %：请减少照明或降低增益。</translation>
+    </message>
+    <message>
+        <source>ffchost %1
+Reference host of the flat-field correction plug-in
+Qt %2</source>
+        <translation>ffchost %1
+平场校正插件的参考主机
+Qt %2</translation>
+    </message>
+    <message>
+        <source>&amp;Features...</source>
+        <translation>相机特征(&amp;F)...</translation>
     </message>
 </context>
 <context>
@@ -317,6 +457,30 @@
         <source>pixels</source>
         <translation>像素数</translation>
     </message>
+    <message>
+        <source>Loc&amp;k plot scales</source>
+        <translation>锁定图表刻度(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Profile along the marked line</source>
+        <translation>所画线的剖面</translation>
+    </message>
+    <message>
+        <source>Profiles of a corrected image have those of the raw one beside them, dashed</source>
+        <translation>在校正图像的剖面旁以虚线显示原始图像的剖面</translation>
+    </message>
+    <message>
+        <source>Ra&amp;w in plots</source>
+        <translation>图表含原始(&amp;W)</translation>
+    </message>
+    <message>
+        <source>The plots keep their scales of grey as they are now, so that frames compare</source>
+        <translation>图表保持当前的灰度刻度，便于比较各帧</translation>
+    </message>
+    <message>
+        <source>distance, px</source>
+        <translation>距离（px）</translation>
+    </message>
 </context>
 <context>
     <name>ffc::host::CQualityPanel</name>
@@ -349,14 +513,6 @@
         <translation>校正前后的不均匀度，相同拉伸</translation>
     </message>
     <message>
-        <source>before</source>
-        <translation>校正前</translation>
-    </message>
-    <message>
-        <source>after</source>
-        <translation>校正后</translation>
-    </message>
-    <message>
         <source>Measured on %1, before %2: measure again.
 Then: %3</source>
         <translation>测量于 %1，在“%2”之前：请重新测量。
@@ -365,6 +521,18 @@ Then: %3</source>
     <message>
         <source>the frames became %1</source>
         <translation>图像变为 %1</translation>
+    </message>
+    <message>
+        <source>DSNU limit</source>
+        <translation>DSNU 限值</translation>
+    </message>
+    <message>
+        <source>PRNU limit</source>
+        <translation>PRNU 限值</translation>
+    </message>
+    <message>
+        <source>any</source>
+        <translation>任意</translation>
     </message>
 </context>
 <context>
@@ -388,6 +556,10 @@ Then: %3</source>
     <message>
         <source>A chart with structure instead of the evenly lit target</source>
         <translation>用有结构的测试图代替均匀目标</translation>
+    </message>
+    <message>
+        <source>The recording has no dark frames</source>
+        <translation>录像中没有暗场帧</translation>
     </message>
 </context>
 <context>
@@ -501,15 +673,15 @@ Frames received: %3</source>
 <context>
     <name>BrightField</name>
     <message>
-        <source>%1 % of the bright field's samples are clipped: expose for less.</source>
-        <translation>亮场有 %1 % 的采样被截断：请缩短曝光。</translation>
+        <source>%1 % of the bright field&apos;s samples are clipped: expose for less.</source>
+        <translation>亮场中有 %1 % 的采样饱和：请缩短曝光。</translation>
     </message>
     <message>
         <source>The bright field has structure (in %1 % of its blocks): a chart, an object in focus or the edge of a shadow. Show an even surface out of focus.</source>
         <translation>亮场有结构（%1 % 的块）：图表、对焦的物体或阴影边缘。请对着离焦的均匀表面。</translation>
     </message>
     <message>
-        <source>The light is unsteady: the bright frames' means differ by %1 %. Use steady light, or expose for whole periods of it.</source>
+        <source>The light is unsteady: the bright frames&apos; means differ by %1 %. Use steady light, or expose for whole periods of it.</source>
         <translation>光源不稳定：亮场各帧的均值相差 %1 %。请使用稳定光源，或按光源的整周期曝光。</translation>
     </message>
     <message>
@@ -541,7 +713,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>1 frame only breaks even, take %1.</source>
-        <translation>1 帧仅持平，请采集 %1 帧。</translation>
+        <translation>1 帧没有收益（增加的噪声与消除的固定图案噪声相等），请采集 %1 帧。</translation>
     </message>
     <message>
         <source>%1 frames only break even, take %2.</source>
@@ -658,6 +830,18 @@ Frames received: %3</source>
         <source>Clipped, %</source>
         <translation>饱和，%</translation>
     </message>
+    <message>
+        <source>Clipped by the correction: %1 samples</source>
+        <translation>因校正而饱和：%1 个采样</translation>
+    </message>
+    <message>
+        <source>How it was measured</source>
+        <translation>测量条件</translation>
+    </message>
+    <message>
+        <source>Without a correction: how even the image is by itself</source>
+        <translation>未校正：图像本身的均匀程度</translation>
+    </message>
 </context>
 <context>
     <name>FreshFrames</name>
@@ -720,6 +904,14 @@ Frames received: %3</source>
         <source>The camera repeats itself: only %1 different frames were measured</source>
         <translation>相机在重复：只测量了 %1 帧不同的图像</translation>
     </message>
+    <message>
+        <source>The coefficients are another camera&apos;s: the pattern of their pixels is not that of the frames</source>
+        <translation>系数属于另一台相机：其像素图案与图像不符</translation>
+    </message>
+    <message>
+        <source>There are no dark frames: PRNU and DSNU are not known</source>
+        <translation>没有暗场帧：PRNU 与 DSNU 未知</translation>
+    </message>
 </context>
 <context>
     <name>ReportSaving</name>
@@ -743,7 +935,7 @@ Frames received: %3</source>
 <context>
     <name>ReferenceAdvice</name>
     <message>
-        <source>The camera evens out blocks of %1 x %1 pixels: one frame is enough, and the pixels' own pattern stays.</source>
+        <source>The camera evens out blocks of %1 x %1 pixels: one frame is enough, and the pixels&apos; own pattern stays.</source>
         <translation>相机按 %1 x %1 像素的块校正：1 帧即可，像素自身的图案保留。</translation>
     </message>
     <message>
@@ -789,11 +981,59 @@ Frames received: %3</source>
         <source>Drifted beyond %1 %: %2; acquire and execute anew</source>
         <translation>漂移超过 %1 %：%2；请重新采集并执行</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%2 的%1</translation>
+    </message>
+    <message>
+        <source>Baseline: %1 %2</source>
+        <translation>基准：%1 %2</translation>
+    </message>
+    <message>
+        <source>DSNU</source>
+        <translation>DSNU</translation>
+    </message>
+    <message>
+        <source>DSNU high-pass</source>
+        <translation>DSNU（高通）</translation>
+    </message>
+    <message>
+        <source>FAIL: %1 %2, limit %3</source>
+        <translation>不合格：%1 %2，限值 %3</translation>
+    </message>
+    <message>
+        <source>No limit: %1 %2</source>
+        <translation>无限值：%1 %2</translation>
+    </message>
+    <message>
+        <source>Not measured: %1, for want of dark frames</source>
+        <translation>未测量：%1，缺少暗场帧</translation>
+    </message>
+    <message>
+        <source>PASS: %1 %2, limit %3</source>
+        <translation>合格：%1 %2，限值 %3</translation>
+    </message>
+    <message>
+        <source>PRNU</source>
+        <translation>PRNU</translation>
+    </message>
+    <message>
+        <source>PRNU high-pass</source>
+        <translation>PRNU（高通）</translation>
+    </message>
+    <message>
+        <source>WORSE: %1 %2, before the correction %3</source>
+        <translation>变差：%1 %2，校正前 %3</translation>
+    </message>
+    <message>
+        <source>shading</source>
+        <translation>阴影</translation>
+    </message>
 </context>
 <context>
     <name>CameraTexts</name>
     <message>
-        <source>%1 is the camera's %2.</source>
+        <source>%1 is the camera&apos;s %2.</source>
         <translation>%1 对应相机的 %2。</translation>
     </message>
     <message>
@@ -840,6 +1080,10 @@ Frames received: %3</source>
         <source>Frames lost: %1 (%2)</source>
         <translation>丢失帧：%1（%2）</translation>
     </message>
+    <message>
+        <source>%1 is guessed. %2</source>
+        <translation>%1 为推测值。%2</translation>
+    </message>
 </context>
 <context>
     <name>SideFileCheck</name>
@@ -850,6 +1094,14 @@ Frames received: %3</source>
     <message>
         <source>The coefficients %1 were made for %2, but the camera delivers %3.</source>
         <translation>系数文件 %1 适用于 %2，而相机输出 %3。</translation>
+    </message>
+    <message>
+        <source>The coefficients %1 look as if they were made for %2 x %3, but the camera delivers %4 x %5: the image would have stripes.</source>
+        <translation>系数 %1 似为 %2 x %3 所制，而相机输出 %4 x %5：图像会出现条纹。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read again</source>
+        <translation>无法重新读取 %1</translation>
     </message>
 </context>
 <context>
@@ -899,7 +1151,7 @@ Frames received: %3</source>
         <translation>已加载：%1</translation>
     </message>
     <message>
-        <source>Loaded from the camera's flash</source>
+        <source>Loaded from the camera&apos;s flash</source>
         <translation>已从相机闪存加载</translation>
     </message>
     <message>
@@ -907,7 +1159,7 @@ Frames received: %3</source>
         <translation>已写入相机，今后相机以此启动</translation>
     </message>
     <message>
-        <source>The plug-in does not know this camera's correction %1: its dialog is grey.</source>
+        <source>The plug-in does not know this camera&apos;s correction %1: its dialog is grey.</source>
         <translation>插件不支持该相机的校正方式“%1”：对话框不可用。</translation>
     </message>
 </context>
@@ -918,7 +1170,7 @@ Frames received: %3</source>
         <translation>系数来自文件 %1</translation>
     </message>
     <message>
-        <source>The coefficients come from the camera's flash</source>
+        <source>The coefficients come from the camera&apos;s flash</source>
         <translation>系数来自相机闪存</translation>
     </message>
     <message>
@@ -929,51 +1181,15 @@ Frames received: %3</source>
         <source>The coefficients come from %1 different bright frames, although %2 were asked for: the camera repeats itself</source>
         <translation>系数来自 %1 帧不同的亮场图像，而要求为 %2 帧：相机在重复</translation>
     </message>
-</context>
-<context>
-    <name>CameraTexts</name>
-    <message>
-        <source>%1 is guessed. %2</source>
-        <translation>%1 为推测值。%2</translation>
-    </message>
-</context>
-<context>
-    <name>CoefficientOrigin</name>
     <message>
         <source>As the coefficients were acquired: %1</source>
         <translation>采集系数时：%1</translation>
     </message>
 </context>
 <context>
-    <name>HtmlReport</name>
-    <message>
-        <source>Clipped by the correction: %1 samples</source>
-        <translation>因校正而饱和：%1 个采样</translation>
-    </message>
-    <message>
-        <source>How it was measured</source>
-        <translation>测量条件</translation>
-    </message>
-    <message>
-        <source>Without a correction: how even the image is by itself</source>
-        <translation>未校正：图像本身的均匀程度</translation>
-    </message>
-</context>
-<context>
-    <name>Measurement</name>
-    <message>
-        <source>The coefficients are another camera's: the pattern of their pixels is not that of the frames</source>
-        <translation>系数属于另一台相机：其像素图案与图像不符</translation>
-    </message>
-    <message>
-        <source>There are no dark frames: PRNU and DSNU are not known</source>
-        <translation>没有暗场帧：PRNU 与 DSNU 未知</translation>
-    </message>
-</context>
-<context>
     <name>Report</name>
     <message>
-        <source>% of the mean; DN, the samples' own numbers</source>
+        <source>% of the mean; DN, the samples&apos; own numbers</source>
         <translation>占平均值的百分比；DN 为采样值本身</translation>
     </message>
     <message>
@@ -1013,7 +1229,7 @@ Frames received: %3</source>
         <translation>系数</translation>
     </message>
     <message>
-        <source>DSNU got worse: the camera's gain lifts the dark signal with the light</source>
+        <source>DSNU got worse: the camera&apos;s gain lifts the dark signal with the light</source>
         <translation>DSNU 变差：相机的增益同时放大了暗信号</translation>
     </message>
     <message>
@@ -1025,7 +1241,7 @@ Frames received: %3</source>
         <translation>DSNU 变差：暗场参考只有一帧，其噪声现已进入每幅暗图像</translation>
     </message>
     <message>
-        <source>DSNU got worse: the noise of the coefficients' dark field, or the gains, are now in every dark image</source>
+        <source>DSNU got worse: the noise of the coefficients&apos; dark field, or the gains, are now in every dark image</source>
         <translation>DSNU 变差：系数中暗场的噪声或增益现已进入每幅暗图像</translation>
     </message>
     <message>
@@ -1082,79 +1298,6 @@ Frames received: %3</source>
     </message>
 </context>
 <context>
-    <name>SideFileCheck</name>
-    <message>
-        <source>The coefficients %1 look as if they were made for %2 x %3, but the camera delivers %4 x %5: the image would have stripes.</source>
-        <translation>系数 %1 似为 %2 x %3 所制，而相机输出 %4 x %5：图像会出现条纹。</translation>
-    </message>
-</context>
-<context>
-    <name>Verdict</name>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%2 的%1</translation>
-    </message>
-    <message>
-        <source>Baseline: %1 %2</source>
-        <translation>基准：%1 %2</translation>
-    </message>
-    <message>
-        <source>DSNU</source>
-        <translation>DSNU</translation>
-    </message>
-    <message>
-        <source>DSNU high-pass</source>
-        <translation>DSNU（高通）</translation>
-    </message>
-    <message>
-        <source>FAIL: %1 %2, limit %3</source>
-        <translation>不合格：%1 %2，限值 %3</translation>
-    </message>
-    <message>
-        <source>No limit: %1 %2</source>
-        <translation>无限值：%1 %2</translation>
-    </message>
-    <message>
-        <source>Not measured: %1, for want of dark frames</source>
-        <translation>未测量：%1，缺少暗场帧</translation>
-    </message>
-    <message>
-        <source>PASS: %1 %2, limit %3</source>
-        <translation>合格：%1 %2，限值 %3</translation>
-    </message>
-    <message>
-        <source>PRNU</source>
-        <translation>PRNU</translation>
-    </message>
-    <message>
-        <source>PRNU high-pass</source>
-        <translation>PRNU（高通）</translation>
-    </message>
-    <message>
-        <source>WORSE: %1 %2, before the correction %3</source>
-        <translation>变差：%1 %2，校正前 %3</translation>
-    </message>
-    <message>
-        <source>shading</source>
-        <translation>阴影</translation>
-    </message>
-</context>
-<context>
-    <name>ffc::host::CQualityPanel</name>
-    <message>
-        <source>DSNU limit</source>
-        <translation>DSNU 限值</translation>
-    </message>
-    <message>
-        <source>PRNU limit</source>
-        <translation>PRNU 限值</translation>
-    </message>
-    <message>
-        <source>any</source>
-        <translation>任意</translation>
-    </message>
-</context>
-<context>
     <name>ffc::host::CRecordingPanel</name>
     <message>
         <source>Bits at</source>
@@ -1190,17 +1333,333 @@ Frames received: %3</source>
     </message>
 </context>
 <context>
-    <name>ffc::host::CScenePanel</name>
+    <name>Appearance</name>
     <message>
-        <source>The recording has no dark frames</source>
-        <translation>录像中没有暗场帧</translation>
+        <source>&amp;Dark, as the dialog</source>
+        <translation>深色，与对话框一致(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>浅色(&amp;L)</translation>
+    </message>
+    <message>
+        <source>As the des&amp;ktop</source>
+        <translation>跟随桌面(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Loo&amp;k</source>
+        <translation>外观(&amp;K)</translation>
     </message>
 </context>
 <context>
-    <name>SideFileCheck</name>
+    <name>ErrorTexts</name>
     <message>
-        <source>%1 cannot be read again</source>
-        <translation>无法重新读取 %1</translation>
+        <source>A frame of %1 bytes cannot be received.</source>
+        <translation>无法接收 %1 字节的帧。</translation>
+    </message>
+    <message>
+        <source>The camera does not answer any more.</source>
+        <translation>相机不再响应。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s flash &quot;%1&quot; cannot be written: %2.</source>
+        <translation>无法写入相机闪存“%1”：%2。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s flash &quot;%1&quot; is damaged.</source>
+        <translation>相机闪存“%1”已损坏。</translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; cannot be read: %2.</source>
+        <translation>无法读取文件“%1”：%2。</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; has %2 frames in &quot;%3&quot; files; at least %4 are needed (%5).</source>
+        <translation>文件夹“%1”中的“%3”文件有 %2 帧；至少需要 %4 帧（%5）。</translation>
+    </message>
+    <message>
+        <source>The recording cannot be played: there is no pixel format &quot;%1&quot;.</source>
+        <translation>无法播放录制的帧：没有像素格式“%1”。</translation>
+    </message>
+    <message>
+        <source>The simulated camera has no pixel format &quot;%1&quot;.</source>
+        <translation>模拟相机没有像素格式“%1”。</translation>
+    </message>
+    <message>
+        <source>There is no folder &quot;%1&quot;.</source>
+        <translation>文件夹“%1”不存在。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the camera&apos;s frames.</source>
+        <translation>内存不足，无法容纳相机的帧。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the camera.</source>
+        <translation>内存不足，无法打开相机。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the recorded frames.</source>
+        <translation>内存不足，无法容纳录制的帧。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the simulated camera.</source>
+        <translation>内存不足，无法打开模拟相机。</translation>
+    </message>
+    <message>
+        <source>the camera does not answer</source>
+        <translation>相机没有响应</translation>
+    </message>
+    <message>
+        <source>the camera&apos;s pixel format cannot be set</source>
+        <translation>无法设置相机的像素格式</translation>
+    </message>
+    <message>
+        <source>this camera has no user set &quot;UserSet0&quot;</source>
+        <translation>此相机没有用户设置“UserSet0”</translation>
+    </message>
+    <message>
+        <source>this program was built without support for real cameras</source>
+        <translation>此程序在编译时未包含对真实相机的支持</translation>
+    </message>
+</context>
+<context>
+    <name>FrameInspection</name>
+    <message>
+        <source>Region %1 x %2 px at %3, %4: </source>
+        <translation>区域 %1 x %2 px，位于 %3, %4：</translation>
+    </message>
+    <message>
+        <source>mean %1 DN, noise %2, deviation %3 DN</source>
+        <translation>均值 %1 DN，噪声 %2，标准差 %3 DN</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>未知</translation>
+    </message>
+</context>
+<context>
+    <name>FrameSaving</name>
+    <message>
+        <source>Frames of this pixel format cannot be saved: choose a mono or Bayer format that is not packed.</source>
+        <translation>无法保存此像素格式的帧：请选择未打包的黑白或拜耳格式。</translation>
+    </message>
+    <message>
+        <source>Save sequence</source>
+        <translation>保存序列</translation>
+    </message>
+    <message>
+        <source>Saving frames</source>
+        <translation>正在保存帧</translation>
+    </message>
+    <message>
+        <source>The disk is slower than the camera: %1 of %2 frames were missed. Save fewer frames, or lower the frame rate.</source>
+        <translation>磁盘比相机慢：%2 帧中有 %1 帧未保存。请减少帧数，或降低帧率。</translation>
+    </message>
+    <message>
+        <source>The frames changed their size on the way: save the sequence again.</source>
+        <translation>保存过程中帧的尺寸发生变化：请重新保存序列。</translation>
+    </message>
+</context>
+<context>
+    <name>Stretch</name>
+    <message>
+        <source>stretched: black %1 DN, white %2 DN</source>
+        <translation>已拉伸：黑 %1 DN，白 %2 DN</translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CImageArea</name>
+    <message>
+        <source>&amp;1:1</source>
+        <translation>&amp;1:1</translation>
+    </message>
+    <message>
+        <source>&amp;Colour</source>
+        <translation>彩色(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Fit</source>
+        <translation>适合窗口(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>移动(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Raw beside corrected</source>
+        <translation>原始与校正对比(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Dragging marks a line: its profile stands among the plots. Escape clears it.</source>
+        <translation>拖动画线：其剖面显示在图表中。按 Esc 清除。</translation>
+    </message>
+    <message>
+        <source>Dragging marks a region: its mean and noise stand below the image. Escape clears it.</source>
+        <translation>拖动画区域：其均值和噪声显示在图像下方。按 Esc 清除。</translation>
+    </message>
+    <message>
+        <source>Dragging moves the image</source>
+        <translation>拖动以移动图像</translation>
+    </message>
+    <message>
+        <source>Mark &amp;line</source>
+        <translation>画线(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Mark over-&amp;exposed</source>
+        <translation>标记过曝(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Mark re&amp;gion</source>
+        <translation>画区域(&amp;G)</translation>
+    </message>
+    <message>
+        <source>No raw image beside it: the plug-in does not correct this one.</source>
+        <translation>没有可对比的原始图像：插件未校正此图像。</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>放大(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>缩小(&amp;O)</translation>
+    </message>
+    <message>
+        <source>corrected</source>
+        <translation>已校正</translation>
+    </message>
+    <message>
+        <source>raw</source>
+        <translation>原始</translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CInspectionBar</name>
+    <message>
+        <source>From where on a sample counts as over-exposed, of the format&apos;s maximum</source>
+        <translation>采样值从格式最大值的多少起算作过曝</translation>
+    </message>
+    <message>
+        <source>Over-exposed: %1 % of the camera&apos;s samples</source>
+        <translation>过曝：相机采样的 %1 %</translation>
+    </message>
+    <message>
+        <source>Over-exposed: no figures</source>
+        <translation>过曝：无数据</translation>
+    </message>
+    <message>
+        <source>corrected: %1
+raw: %2</source>
+        <translation>已校正：%1
+原始：%2</translation>
+    </message>
+    <message>
+        <source>from </source>
+        <translation>从 </translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CStretchControl</name>
+    <message>
+        <source>&amp;Auto</source>
+        <translation>自动(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Full range</source>
+        <translation>全范围(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Per image</source>
+        <translation>逐图(&amp;P)</translation>
+    </message>
+    <message>
+        <source>As Auto, each half of a split view for itself</source>
+        <translation>同自动，但对比视图的两半各自拉伸</translation>
+    </message>
+    <message>
+        <source>Black and white are as you set them</source>
+        <translation>黑白由您设定</translation>
+    </message>
+    <message>
+        <source>Black and white are the darkest and the brightest greys of each frame</source>
+        <translation>以每帧最暗和最亮的灰度为黑白</translation>
+    </message>
+    <message>
+        <source>Black is 0 and white the format&apos;s maximum</source>
+        <translation>黑为 0，白为格式最大值</translation>
+    </message>
+    <message>
+        <source>Fi&amp;xed</source>
+        <translation>固定(&amp;X)</translation>
+    </message>
+    <message>
+        <source>S&amp;tretch</source>
+        <translation>拉伸(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Stretch: %1</source>
+        <translation>拉伸：%1</translation>
+    </message>
+    <message>
+        <source>Which greys the display shows as black and as white; the frames stay as they are</source>
+        <translation>显示时以哪些灰度为黑白；帧本身不变</translation>
+    </message>
+    <message>
+        <source>black </source>
+        <translation>黑 </translation>
+    </message>
+    <message>
+        <source>white </source>
+        <translation>白 </translation>
+    </message>
+</context>
+<context>
+    <name>FigureTable</name>
+    <message>
+        <source>after</source>
+        <translation>校正后</translation>
+    </message>
+    <message>
+        <source>before</source>
+        <translation>校正前</translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CFeatureBrowser</name>
+    <message>
+        <source>%1
+Cannot be written now</source>
+        <translation>%1
+当前不可写</translation>
+    </message>
+    <message>
+        <source>%1: the camera refuses the value (%2). Enter another one.</source>
+        <translation>%1：相机拒绝该值（%2）。请输入其他值。</translation>
+    </message>
+    <message>
+        <source>&amp;Read anew</source>
+        <translation>重新读取(&amp;R)</translation>
+    </message>
+    <message>
+        <source>(not available now)</source>
+        <translation>（当前不可用）</translation>
+    </message>
+    <message>
+        <source>Feature</source>
+        <translation>特征</translation>
+    </message>
+    <message>
+        <source>Features of the camera</source>
+        <translation>相机特征</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
     </message>
 </context>
 </TS>

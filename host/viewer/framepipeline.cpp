@@ -82,6 +82,25 @@ void CFramePipeline::Serve(const SProcessedFrame &stFrame)
   }
 }
 
+/// In the mailbox's second place. Memory that is short leaves it empty.
+void CFramePipeline::KeepLatestRaw(const SCameraFrame &stFrame)
+{
+  std::shared_ptr<SFrameCopy> &pRaw = m_stLatest.pRaw;
+  try {
+    pRaw = pRaw == nullptr ? std::make_shared<SFrameCopy>() : pRaw;
+  } catch (const std::bad_alloc &) {
+    return;
+  }
+  if (!CopyFrame(stFrame.pBuffer, stFrame.nSize, pRaw->listBytes)) {
+    pRaw.reset();
+    return;
+  }
+  m_stCounts.nCopiedBytes += stFrame.nSize;
+  pRaw->nWidth = stFrame.nWidth;
+  pRaw->nHeight = stFrame.nHeight;
+  pRaw->nPixelFormat = stFrame.nPixelFormat;
+}
+
 void CFramePipeline::KeepLatest(const SCameraFrame &stFrame, bool bCorrected, int32_t nStatus)
 {
   m_stCounts.nOverwritten += m_bLatestIsNew ? 1U : 0U;
@@ -99,6 +118,11 @@ void CFramePipeline::KeepLatest(const SCameraFrame &stFrame, bool bCorrected, in
   m_stLatest.bCorrected = bCorrected;
   m_stLatest.nStatus = nStatus;
   m_bLatestIsNew = true;
+  if (bCorrected && m_bKeepsRaw) {
+    KeepLatestRaw(stFrame);
+  } else {
+    m_stLatest.pRaw.reset();
+  }
 }
 
 void CFramePipeline::Request(uint32_t nFrames, EWanted eWanted, FrameSink fnSink)

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -28,7 +29,8 @@ struct SFrameCopy {
   uint32_t nHeight = 0;
   uint32_t nPixelFormat = 0; ///< PFNC code
   bool bCorrected = false;
-  int32_t nStatus = 0; ///< what ProcessImage returned
+  int32_t nStatus = 0;              ///< what ProcessImage returned
+  std::shared_ptr<SFrameCopy> pRaw; ///< a corrected frame as it came, where that is kept; null else
 };
 
 /// What became of the frames since the pipeline was made.
@@ -61,7 +63,8 @@ private:
 /// A frame that has not one sample of the sensor for each pixel, such as RGB, passes the plug-in by.
 /// An output buffer is looked at only when the plug-in has set its flag: otherwise the raw frame stands for
 /// the frame. A raw frame is copied once, into the mailbox of the display; a corrected one never: its buffer
-/// changes places with the mailbox's. A display that is slow finds its mailbox overwritten; the camera never waits.
+/// changes places with the mailbox's; what it was made of is copied on request. A display that is slow finds its
+/// mailbox overwritten; the camera never waits.
 class CFramePipeline {
 public:
   enum class EWanted { Any, Corrected };
@@ -74,6 +77,9 @@ public:
   void SetPlugin(IPlugin *pPlugin) { m_pPlugin = pPlugin; }
   /// Only while no frames come.
   void SetObserver(FrameObserver fnObserver) { m_fnObserver = std::move(fnObserver); }
+
+  /// Keeps each corrected frame for the display as it came, too, which is one copy more.
+  void KeepRaw(bool bKeep) { m_bKeepsRaw = bKeep; }
 
   /// Keeps the frames from the plug-in, which then waits for them until it gives up; they are shown all the same.
   void Withhold(bool bWithhold) { m_bWithheld = bWithhold; }
@@ -103,11 +109,13 @@ private:
   bool Correct(const camera::SCameraFrame &stFrame, int32_t &nStatus, uint64_t &nNanoseconds);
   void Count(const camera::SCameraFrame &stFrame, bool bCorrected, uint64_t nNanoseconds);
   void KeepLatest(const camera::SCameraFrame &stFrame, bool bCorrected, int32_t nStatus);
+  void KeepLatestRaw(const camera::SCameraFrame &stFrame);
   void Serve(const SProcessedFrame &stFrame);
 
   IPlugin *m_pPlugin = nullptr;
   FrameObserver m_fnObserver;
   std::atomic<bool> m_bWithheld{false};
+  std::atomic<bool> m_bKeepsRaw{false};
   std::vector<uint8_t> m_listOutput; ///< frame thread only
 
   mutable std::mutex m_mutex;

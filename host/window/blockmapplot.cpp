@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QEvent>
+
 #include <qwt_color_map.h>
 #include <qwt_matrix_raster_data.h>
 #include <qwt_plot_layout.h>
+#include <qwt_plot_rescaler.h>
 #include <qwt_plot_spectrogram.h>
 #include <qwt_scale_widget.h>
 
@@ -29,18 +32,31 @@ QwtColorMap *MakeColors()
 
 } // namespace
 
-CBlockMapPlot::CBlockMapPlot(QWidget *pParent) : QwtPlot(pParent), m_pMap(new QwtPlotSpectrogram)
+CBlockMapPlot::CBlockMapPlot(QWidget *pParent)
+  : QwtPlot(pParent), m_pAspect(new QwtPlotRescaler(canvas(), QwtPlot::xBottom, QwtPlotRescaler::Fitting)),
+    m_pMap(new QwtPlotSpectrogram)
 {
   StylePlot(*this, tr("Block means, % of the mean"), tr("column, blocks"), tr("line, blocks"));
   m_pMap->setRenderThreadCount(1);
   m_pMap->setColorMap(MakeColors());
   m_pMap->attach(this);
-  setCanvasBackground(QColor(225, 227, 230));
+  setCanvasBackground(palette().color(QPalette::Window));
+  m_pAspect->setAspectRatio(QwtPlot::yLeft, 1.0);
+  m_pAspect->setAspectRatio(QwtPlot::yRight, 0.0); // the colours have a scale of their own
+  m_pAspect->setAspectRatio(QwtPlot::xTop, 0.0);
   QwtScaleWidget *pScale = axisWidget(QwtPlot::yRight);
   pScale->setColorBarEnabled(true);
   pScale->setColorBarWidth(10);
   enableAxis(QwtPlot::yRight);
   plotLayout()->setAlignCanvasToScales(true);
+}
+
+void CBlockMapPlot::changeEvent(QEvent *pEvent)
+{
+  QwtPlot::changeEvent(pEvent);
+  if (pEvent->type() == QEvent::PaletteChange || pEvent->type() == QEvent::StyleChange) {
+    setCanvasBackground(palette().color(QPalette::Window)); // not one of the map's colours
+  }
 }
 
 void CBlockMapPlot::SetBlocks(const quality::SBlockMeans &stBlocks)
@@ -68,6 +84,10 @@ void CBlockMapPlot::SetBlocks(const quality::SBlockMeans &stBlocks)
   setAxisScale(QwtPlot::yLeft, stBlocks.nLines, 0); // as the image stands
   setAxisScale(QwtPlot::yRight, interval.minValue(), interval.maxValue());
   axisWidget(QwtPlot::yRight)->setColorMap(interval, MakeColors());
+  m_pAspect->setIntervalHint(QwtPlot::xBottom, QwtInterval(0, stBlocks.nColumns));
+  m_pAspect->setIntervalHint(QwtPlot::yLeft, QwtInterval(0, stBlocks.nLines));
+  updateAxes(); // else the image would stand upon its head: the aspect follows the axes' direction
+  m_pAspect->rescale();
   replot();
 }
 

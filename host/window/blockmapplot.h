@@ -6,11 +6,13 @@
 
 #include "quality/blockmeans.h"
 
+class QwtPlotRescaler;
 class QwtPlotSpectrogram;
 
 namespace ffc::host {
 
-/// A map of the image, upper line on top, each block in the colour of its mean; blue below, yellow above.
+/// A map of the image in its own aspect, upper line on top, each block in the colour of its mean; blue below, yellow
+/// above.
 class CBlockMapPlot : public QwtPlot {
   Q_OBJECT
 
@@ -20,7 +22,11 @@ public:
   /// \param stBlocks in percent of the mean; nothing is drawn without blocks
   void SetBlocks(const quality::SBlockMeans &stBlocks);
 
+protected:
+  void changeEvent(QEvent *pEvent) override;
+
 private:
+  QwtPlotRescaler *m_pAspect; ///< one block is as wide as it is high
   QwtPlotSpectrogram *m_pMap; ///< owned by the plot
 };
 

@@ -15,6 +15,7 @@ class QComboBox;
 class QFormLayout;
 class QLabel;
 class QPushButton;
+class QToolButton;
 
 namespace ffc::host {
 
@@ -30,7 +31,8 @@ public:
   /// Marks a choice as the one that is open.
   void Select(int nChoice);
   /// \param pViewer null: no camera is open
-  void SetViewer(CViewer *pViewer);
+  /// \param bRecorded it plays recorded frames: what would change their exposure or size is not shown
+  void SetViewer(CViewer *pViewer, bool bRecorded = false);
   /// Reads everything from the camera anew. What it locks while it streams says so.
   void Refresh();
   /// What the panel shows of a camera.
@@ -45,13 +47,23 @@ signals:
   void SigStartStop();
   /// The user has changed a feature.
   void SigWritten();
+  /// The exposure is to be found.
+  void SigExpose();
 
 private:
+  void AddExposure(QFormLayout *pLayout);
   void AddEdit(QFormLayout *pLayout, const QString &strLabel, CFeatureEdit *pEdit, bool bLockedWhileStreaming);
+
+  void AddRegion(QFormLayout *pLayout);
+  void AddOptional(QFormLayout *pLayout, const QString &strLabel, CFeatureEdit *pEdit, bool bLockedWhileStreaming);
+  void Watch(CFeatureEdit *pEdit, QWidget *pLabel, bool bLockedWhileStreaming, bool bOptional);
+  void ShowRows();
 
   struct SEdit {
     CFeatureEdit *pEdit;
+    QWidget *pLabel;
     bool bLockedWhileStreaming;
+    bool bOptional; ///< only shown where the camera has it
   };
 
   bool IsStreaming() const { return m_pViewer != nullptr && m_pViewer->GetCamera().IsStreaming(); }
@@ -59,8 +71,10 @@ private:
   void ShowStream();
 
   CViewer *m_pViewer = nullptr;
+  bool m_bRecorded = false;
   QComboBox *m_pChooser;
-  QPushButton *m_pStartStop;
+  QPushButton *m_pStartStop = nullptr;
+  QToolButton *m_pExpose = nullptr;
   QLabel *m_pError;
   QLabel *m_pNotes; ///< features that are not the camera's own
   std::vector<SEdit> m_listEdits;

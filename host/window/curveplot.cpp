@@ -1,9 +1,15 @@
 #include "host/window/curveplot.h"
 
+#include <cmath>
+
+#include <QEvent>
+
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_curve.h>
 #include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
+#include <qwt_scale_div.h>
+#include <qwt_scale_draw.h>
 #include <qwt_scale_widget.h>
 #include <qwt_text.h>
 
@@ -23,17 +29,38 @@ QwtText MakeText(const QString &strText, int nPoints, bool bBold)
   return text;
 }
 
+/// One notation for all axes: whole numbers with a letter for thousands and millions, so that labels stay short.
+class CShortScaleDraw final : public QwtScaleDraw {
+public:
+  QwtText label(double dValue) const override
+  {
+    const double dSize = std::abs(dValue);
+    return dSize >= 1e6   ? QwtText(QString::number(dValue / 1e6, 'g', 4) + QLatin1Char('M'))
+           : dSize >= 1e4 ? QwtText(QString::number(dValue / 1e3, 'g', 4) + QLatin1Char('k'))
+                          : QwtText(QString::number(dValue, 'g', 6));
+  }
+};
+
+bool IsDark(const QPalette &palette)
+{
+  return palette.color(QPalette::Base).lightness() < 128;
+}
+
 } // namespace
 
-QColor GetPlaneColor(const QString &strName)
+QColor GetPlaneColor(const QString &strName, const QPalette &palette)
 {
+  const bool bDark = IsDark(palette);
   if (strName == QLatin1String("R")) {
-    return {200, 50, 40};
+    return bDark ? QColor(255, 120, 105) : QColor(200, 50, 40);
   }
   if (strName == QLatin1String("G")) {
-    return {40, 140, 60};
+    return bDark ? QColor(110, 215, 130) : QColor(40, 140, 60);
   }
-  return strName == QLatin1String("B") ? QColor(40, 90, 190) : QColor(60, 64, 70);
+  if (strName == QLatin1String("B")) {
+    return bDark ? QColor(125, 170, 255) : QColor(40, 90, 190);
+  }
+  return palette.color(QPalette::Text);
 }
 
 void StylePlot(QwtPlot &plot, const QString &strTitle, const QString &strXAxis, const QString &strYAxis)
@@ -48,7 +75,9 @@ void StylePlot(QwtPlot &plot, const QString &strTitle, const QString &strXAxis, 
     plot.setAxisMaxMajor(nAxis, 5);
     plot.setAxisMaxMinor(nAxis, 2);
   }
-  plot.setCanvasBackground(Qt::white);
+  plot.setAxisScaleDraw(QwtPlot::xBottom, new CShortScaleDraw);
+  plot.setAxisScaleDraw(QwtPlot::yLeft, new CShortScaleDraw);
+  ColorPlot(plot);
   plot.plotLayout()->setCanvasMargin(0);
   if (QwtPlotCanvas *pCanvas = qobject_cast<QwtPlotCanvas *>(plot.canvas())) {
     pCanvas->setFrameStyle(QFrame::Box | QFrame::Plain);
@@ -58,13 +87,44 @@ void StylePlot(QwtPlot &plot, const QString &strTitle, const QString &strXAxis, 
   plot.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
-CCurvePlot::CCurvePlot(const QString &strTitle, const QString &strXAxis, const QString &strYAxis, QWidget *pParent)
-  : QwtPlot(pParent)
+void ColorPlot(QwtPlot &plot)
 {
+  plot.setCanvasBackground(plot.palette().color(QPalette::Base));
+}
+
+CCurvePlot::CCurvePlot(const QString &strTitle, const QString &strXAxis, const QString &strYAxis, QWidget *pParent)
+  : QwtPlot(pParent), m_pGrid(new QwtPlotGrid)
+{
+  m_pGrid->attach(this);
   StylePlot(*this, strTitle, strXAxis, strYAxis);
-  QwtPlotGrid *pGrid = new QwtPlotGrid;
-  pGrid->setPen(QColor(225, 227, 230), 0.0, Qt::SolidLine);
-  pGrid->attach(this);
+  Restyle();
+}
+
+void CCurvePlot::changeEvent(QEvent *pEvent)
+{
+  QwtPlot::changeEvent(pEvent);
+  if (pEvent->type() == QEvent::PaletteChange || pEvent->type() == QEvent::StyleChange) {
+    Restyle();
+  }
+}
+
+void CCurvePlot::Restyle()
+{
+  ColorPlot(*this);
+  QColor clrGrid = palette().color(QPalette::Text);
+  clrGrid.setAlpha(40);
+  m_pGrid->setPen(clrGrid, 0.0, Qt::SolidLine);
+}
+
+void CCurvePlot::LockScale(bool bLock)
+{
+  if (bLock) {
+    const QwtScaleDiv stDivision = axisScaleDiv(QwtPlot::yLeft);
+    setAxisScaleDiv(QwtPlot::yLeft, stDivision);
+  } else {
+    setAxisAutoScale(QwtPlot::yLeft, true);
+    replot();
+  }
 }
 
 void CCurvePlot::SetCurves(const std::vector<SCurve> &listCurves, bool bFilled)
@@ -79,10 +139,11 @@ void CCurvePlot::SetCurves(const std::vector<SCurve> &listCurves, bool bFilled)
     m_listCurves.push_back(pCurve);
   }
   for (std::size_t nCurve = 0; nCurve < listCurves.size(); ++nCurve) {
-    const QColor clrPlane = GetPlaneColor(listCurves[nCurve].strName);
+    QColor clrPlane = GetPlaneColor(listCurves[nCurve].strName, palette());
+    clrPlane.setAlpha(listCurves[nCurve].bRaw ? 150 : 255);
     QwtPlotCurve &curve = *m_listCurves[nCurve];
     curve.setTitle(listCurves[nCurve].strName);
-    curve.setPen(clrPlane, 1.0);
+    curve.setPen(clrPlane, 1.0, listCurves[nCurve].bRaw ? Qt::DashLine : Qt::SolidLine);
     QColor clrArea = clrPlane;
     clrArea.setAlpha(110);
     curve.setBrush(bFilled ? QBrush(clrArea) : QBrush(Qt::NoBrush));

@@ -1,5 +1,6 @@
 #include "host/window/displaypicture.h"
 
+#include <cmath>
 #include <cstring>
 
 #include "host/window/computedpicture.h"
@@ -28,14 +29,14 @@ int Mirror(int nPlace, int nSize)
 }
 
 template <class TSample>
-QImage MakeGrey(const SFrameCopy &stFrame, uint32_t nShift)
+QImage MakeGrey(const SFrameCopy &stFrame, const uint8_t *pTable)
 {
   QImage imgGrey(static_cast<int>(stFrame.nWidth), static_cast<int>(stFrame.nHeight), QImage::Format_Grayscale8);
   for (int nY = 0; nY < imgGrey.height(); ++nY) {
     const TSample *pSource = GetLine<TSample>(stFrame, nY);
     uchar *pLine = imgGrey.scanLine(nY);
     for (int nX = 0; nX < imgGrey.width(); ++nX) {
-      pLine[nX] = static_cast<uchar>(pSource[nX] >> nShift);
+      pLine[nX] = pTable[pSource[nX]];
     }
   }
   return imgGrey;
@@ -44,7 +45,7 @@ QImage MakeGrey(const SFrameCopy &stFrame, uint32_t nShift)
 /// One line of a mosaic in colour: each pixel's own sample, and the means of its neighbours that have the other two
 /// colours. One of this line's two colours is green; the other is red in a red line, else blue.
 template <class TSample>
-void InterpolateLine(const SFrameCopy &stFrame, EColorLayout eLayout, uint32_t nShift, int nY, QRgb *pTarget)
+void InterpolateLine(const SFrameCopy &stFrame, EColorLayout eLayout, const uint8_t *pTable, int nY, QRgb *pTarget)
 {
   const int nWidth = static_cast<int>(stFrame.nWidth);
   const TSample *pAbove = GetLine<TSample>(stFrame, Mirror(nY - 1, static_cast<int>(stFrame.nHeight)));
@@ -65,30 +66,30 @@ void InterpolateLine(const SFrameCopy &stFrame, EColorLayout eLayout, uint32_t n
       nGreen = pOwn[nX];
       nOther = nAboveBelow;
     }
-    pTarget[nX] = bRedLine ? qRgb(nLineColor >> nShift, nGreen >> nShift, nOther >> nShift)
-                           : qRgb(nOther >> nShift, nGreen >> nShift, nLineColor >> nShift);
+    pTarget[nX] = bRedLine ? qRgb(pTable[nLineColor], pTable[nGreen], pTable[nOther])
+                           : qRgb(pTable[nOther], pTable[nGreen], pTable[nLineColor]);
   }
 }
 
 template <class TSample>
-QImage MakeColor(const SFrameCopy &stFrame, EColorLayout eLayout, uint32_t nShift)
+QImage MakeColor(const SFrameCopy &stFrame, EColorLayout eLayout, const uint8_t *pTable)
 {
   QImage imgColor(static_cast<int>(stFrame.nWidth), static_cast<int>(stFrame.nHeight), QImage::Format_RGB32);
   for (int nY = 0; nY < imgColor.height(); ++nY) {
-    InterpolateLine<TSample>(stFrame, eLayout, nShift, nY, reinterpret_cast<QRgb *>(imgColor.scanLine(nY)));
+    InterpolateLine<TSample>(stFrame, eLayout, pTable, nY, reinterpret_cast<QRgb *>(imgColor.scanLine(nY)));
   }
   return imgColor;
 }
 
 template <class TSample>
-void MarkOverexposed(const SFrameCopy &stFrame, uint32_t nMaximum, QImage &imgPicture)
+void MarkOverexposed(const SFrameCopy &stFrame, uint32_t nLeast, QImage &imgPicture)
 {
   imgPicture = imgPicture.convertToFormat(QImage::Format_RGB32);
   for (int nY = 0; nY < imgPicture.height(); ++nY) {
     const TSample *pSource = GetLine<TSample>(stFrame, nY);
     QRgb *pLine = reinterpret_cast<QRgb *>(imgPicture.scanLine(nY));
     for (int nX = 0; nX < imgPicture.width(); ++nX) {
-      pLine[nX] = pSource[nX] >= nMaximum ? OVEREXPOSED : pLine[nX];
+      pLine[nX] = pSource[nX] >= nLeast ? OVEREXPOSED : pLine[nX];
     }
   }
 }
@@ -96,13 +97,14 @@ void MarkOverexposed(const SFrameCopy &stFrame, uint32_t nMaximum, QImage &imgPi
 template <class TSample>
 QImage MakePicture(const SFrameCopy &stFrame, const SSensorFormat &stFormat, const SDisplayOptions &stOptions)
 {
-  const uint32_t nShift = stFormat.nBitDepth - 8;
+  const SGreyRange stRange = stOptions.stRange.value_or(GetFullRange(stFormat.GetMaxValue()));
+  const std::vector<uint8_t> listTable = MakeGreyTable(stRange, 1U << (8 * sizeof(TSample)));
   const bool bColor =
     stOptions.bColor && stFormat.eLayout != EColorLayout::Mono && stFrame.nWidth >= 2 && stFrame.nHeight >= 2;
-  QImage imgPicture =
-    bColor ? MakeColor<TSample>(stFrame, stFormat.eLayout, nShift) : MakeGrey<TSample>(stFrame, nShift);
+  QImage imgPicture = bColor ? MakeColor<TSample>(stFrame, stFormat.eLayout, listTable.data())
+                             : MakeGrey<TSample>(stFrame, listTable.data());
   if (stOptions.bMarkOverexposed && !imgPicture.isNull()) {
-    MarkOverexposed<TSample>(stFrame, stFormat.GetMaxValue(), imgPicture);
+    MarkOverexposed<TSample>(stFrame, GetOverexposedGrey(stFormat, stOptions.dThreshold), imgPicture);
   }
   return imgPicture;
 }
@@ -119,6 +121,11 @@ const SSensorFormat *GetShownFormat(const SFrameCopy &stFrame)
   }
   const std::size_t nSize = static_cast<std::size_t>(stFrame.nWidth) * stFrame.nHeight * pFormat->GetBytesPerPixel();
   return stFrame.listBytes.size() == nSize ? pFormat : nullptr;
+}
+
+uint32_t GetOverexposedGrey(const genapi::SPixelFormat &stFormat, double dThreshold)
+{
+  return static_cast<uint32_t>(std::ceil(stFormat.GetMaxValue() * dThreshold / 100.0));
 }
 
 QImage MakeDisplayPicture(const SFrameCopy &stFrame, const SDisplayOptions &stOptions)

@@ -3,18 +3,22 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include <QImage>
 #include <QString>
 
 #include "genapi/sensorformat.h"
 #include "host/viewer/framepipeline.h"
+#include "host/window/stretch.h"
 
 namespace ffc::host {
 
 struct SDisplayOptions {
-  bool bColor = true;            ///< a mosaic in colour, else its bare samples
-  bool bMarkOverexposed = false; ///< samples at the format's maximum in a colour that no scene has
+  bool bColor = true;                ///< a mosaic in colour, else its bare samples
+  bool bMarkOverexposed = false;     ///< samples from the threshold on in a colour that no scene has
+  double dThreshold = 100;           ///< from where on a sample is over-exposed, percent of the format's maximum
+  std::optional<SGreyRange> stRange; ///< none: the format's full range
 };
 
 /// The colour of over-exposed pixels.
@@ -23,6 +27,9 @@ constexpr QRgb OVEREXPOSED = 0xFFFF2D2D;
 /// The format of a frame of a sensor's own samples whose bytes fit its size; null for any other, of which there are no
 /// figures.
 const genapi::SSensorFormat *GetShownFormat(const SFrameCopy &stFrame);
+
+/// The least sample that is over-exposed, DN.
+uint32_t GetOverexposedGrey(const genapi::SPixelFormat &stFormat, double dThreshold);
 
 /// The frame at 8 bits per channel and at its own size. The colours of a mosaic are interpolated from the nearest
 /// pixels of each colour; for display only.

@@ -39,6 +39,23 @@ void CFeatureEdit::SetNodeMap(GenApi::INodeMap *pNodeMap)
   Refresh(QString());
 }
 
+bool CFeatureEdit::IsOffered() const
+{
+  GenApi::INode *pNode = m_pNodeMap == nullptr ? nullptr : m_pNodeMap->GetNode(m_strName.toUtf8().constData());
+  if (pNode == nullptr || !GenApi::IsReadable(pNode)) {
+    return false;
+  }
+  try {
+    if (auto *pInteger = dynamic_cast<GenApi::IInteger *>(pNode)) {
+      // An offset can be nothing but 0 until the region is made smaller.
+      return pInteger->GetMin() < pInteger->GetMax() || m_strName.startsWith(QLatin1String("Offset"));
+    }
+  } catch (const GenICam::GenericException &) {
+    return false;
+  }
+  return true;
+}
+
 void CFeatureEdit::Refresh(const QString &strLockedReason)
 {
   if (m_pNodeMap == nullptr) {
@@ -87,9 +104,10 @@ void CFeatureEdit::Write(const std::function<void(GenApi::INode &)> &fnWrite)
     fnWrite(*pNode);
     emit SigWritten();
   } catch (const GenICam::GenericException &exception) {
-    emit SigRefused(QStringLiteral("%1: %2").arg(m_strName, QString::fromUtf8(exception.GetDescription())));
+    emit SigRefused(tr("%1: the camera refuses the value (%2). Enter another one.")
+                      .arg(m_strName, QString::fromUtf8(exception.GetDescription())));
   } catch (const std::bad_cast &) {
-    emit SigRefused(tr("%1 is of another kind in this camera").arg(m_strName));
+    emit SigRefused(tr("%1 is of another kind in this camera: it cannot be set here.").arg(m_strName));
   }
 }
 

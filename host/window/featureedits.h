@@ -28,6 +28,10 @@ public:
   /// Shows the feature of another camera.
   /// \param pNodeMap null: none, the field is disabled
   void SetNodeMap(GenApi::INodeMap *pNodeMap);
+  /// Whether the camera has the feature, and more than one value of it.
+  bool IsOffered() const;
+  /// Whether it is one of a list, which says something where it cannot be changed, too.
+  virtual bool IsChoice() const { return false; }
   /// Reads value, range and access anew, and shows them.
   /// \param strLockedReason what keeps the camera from taking a value now; empty: nothing known
   void Refresh(const QString &strLockedReason);
@@ -91,6 +95,7 @@ class CEnumerationEdit final : public CFeatureEdit {
 
 public:
   CEnumerationEdit(const QString &strName, QWidget *pParent);
+  bool IsChoice() const override { return true; }
 
 protected:
   void Show(const SFeatureState &stState) override;

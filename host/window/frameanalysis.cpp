@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/window/displaypicture.h"
+#include "host/window/frameinspection.h"
 
 namespace ffc::host {
 
@@ -41,7 +42,7 @@ void AddRelative(const quality::SBlockMeans &stPlane, double dShare, quality::SB
 
 } // namespace
 
-SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame)
+SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame, const std::optional<QLine> &line)
 {
   SFrameAnalysis stAnalysis;
   const SSensorFormat *pFormat = GetShownFormat(stFrame);
@@ -53,10 +54,17 @@ SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame)
   stAnalysis.nMaximum = pFormat->GetMaxValue();
   const std::vector<quality::SColorPlane> listPlanes = quality::GetColorPlanes(pFormat->eLayout);
   for (const quality::SColorPlane &stPlane : listPlanes) {
-    stAnalysis.listPlanes.push_back({QString::fromStdString(stPlane.strName), quality::MakeRowProfile(stStack, stPlane),
-                                     quality::MakeColumnProfile(stStack, stPlane), MakeHistogram(stStack, stPlane)});
+    stAnalysis.listPlanes.push_back({QString::fromStdString(stPlane.strName),
+                                     quality::MakeRowProfile(stStack, stPlane),
+                                     quality::MakeColumnProfile(stStack, stPlane),
+                                     {},
+                                     MakeHistogram(stStack, stPlane)});
     AddRelative(quality::GetBlockMeans(stStack, stPlane), 1.0 / static_cast<double>(listPlanes.size()),
                 stAnalysis.stBlocks);
+  }
+  const std::vector<SLineProfile> listLines = line ? MakeLineProfiles(stFrame, *line) : std::vector<SLineProfile>();
+  for (std::size_t nPlane = 0; nPlane < listLines.size(); ++nPlane) {
+    stAnalysis.listPlanes[nPlane].stLine = listLines[nPlane].stProfile;
   }
   return stAnalysis;
 }

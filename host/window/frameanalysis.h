@@ -2,8 +2,10 @@
 /// What the plots show of one frame.
 #pragma once
 
+#include <optional>
 #include <vector>
 
+#include <QLine>
 #include <QString>
 #include <QVector>
 
@@ -19,6 +21,7 @@ struct SPlaneAnalysis {
   QString strName; ///< the plane's: "Mono", "R", "G", "B"
   quality::SProfile stRow;
   quality::SProfile stColumn;
+  quality::SProfile stLine;      ///< along the line that was asked for
   QVector<double> listHistogram; ///< pixels per bin
 };
 
@@ -30,6 +33,7 @@ struct SFrameAnalysis {
 };
 
 /// On any thread. Takes some 4 bytes of memory per pixel meanwhile.
-SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame);
+/// \param line whose profile is wanted, within the frame; none: no profile
+SFrameAnalysis AnalyseFrame(const SFrameCopy &stFrame, const std::optional<QLine> &line = std::nullopt);
 
 } // namespace ffc::host

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
@@ -17,8 +18,11 @@
 #include "camera/realcameras.h"
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/viewer/cameratexts.h"
+#include "host/viewer/errortexts.h"
 #include "host/viewer/featuretext.h"
 #include "host/window/camerapanel.h"
+#include "host/window/displaypicture.h"
+#include "host/window/imagearea.h"
 #include "host/window/imageview.h"
 #include "host/window/measurementguide.h"
 #include "host/window/plotpanel.h"
@@ -49,9 +53,10 @@ constexpr int64_t SLOW_MS = 1000;
 CMainWindow::CMainWindow(const SCameraOptions &stCamera, SPluginOptions stPlugin, CameraFactory fnOpenCamera)
   : m_stFirstCamera(stCamera), m_stPlugin(std::move(stPlugin)), m_fnOpenCamera(std::move(fnOpenCamera)),
     m_listChoices(ListCameraChoices(stCamera)), m_progress(this), m_dialogObserver(this), m_session(&m_progress, this),
-    m_pView(new CImageView(this)), m_pCameraPanel(new CCameraPanel(this)), m_pScenePanel(new CScenePanel(this)),
-    m_pRecordingPanel(new CRecordingPanel(this)), m_pPlotPanel(new CPlotPanel(this)),
-    m_pQualityPanel(new CQualityPanel(this)), m_pStatusLine(new CStatusLine(this)), m_pNote(new QLabel(this))
+    m_pCameraPanel(new CCameraPanel(this)), m_pScenePanel(new CScenePanel(this)),
+    m_pRecordingPanel(new CRecordingPanel(this)), m_pImageArea(new CImageArea(this)), m_pView(&m_pImageArea->GetView()),
+    m_pPlotPanel(new CPlotPanel(this)), m_pQualityPanel(new CQualityPanel(this)), m_pStatusLine(new CStatusLine(this)),
+    m_pNote(new QLabel(this))
 {
   setObjectName(QStringLiteral("MainWindow"));
   MakeLayout();
@@ -93,8 +98,10 @@ void CMainWindow::ForgetCamera()
   m_pCameraPanel->SetViewer(nullptr);
   m_pScenePanel->SetScene(nullptr);
   m_pQualityPanel->Clear();
-  m_pView->SetPicture(QImage());
   m_pFrame.reset();
+  m_pImageArea->SetFrame(nullptr);
+  m_exposure.Cancel();
+  delete m_pFeatures;
   m_stCorrectedShape.reset();
   m_frameRate.Reset();
   m_bByCamera = false;
@@ -106,10 +113,14 @@ void CMainWindow::ForgetCamera()
 void CMainWindow::ShowCamera()
 {
   CViewer &viewer = *m_session.GetViewer();
+  viewer.GetPipeline().KeepRaw(true);
   m_pScenePanel->SetScene(FindSceneControl(viewer.GetCamera()));
-  m_pCameraPanel->SetViewer(&viewer);
+  m_pCameraPanel->SetViewer(&viewer, IsRecorded());
   RecallCamera();
   m_pRecordingPanel->ShowCamera(m_stOpenCamera, ReadFeature(*viewer.GetCamera().GetDeviceNodeMap(), "PixelFormat"));
+  if (focusWidget() == nullptr) {
+    findChild<QWidget *>(QStringLiteral("ExposureTime"))->setFocus(); // what one sets first
+  }
   ObserveDialog();
   setWindowTitle(QString::fromStdString(viewer.GetCamera().GetDisplayName()));
 }
@@ -214,6 +225,7 @@ void CMainWindow::timerEvent(QTimerEvent *)
   if (nNow - m_nStatusMs >= STATUS_MS) {
     m_nStatusMs = nNow;
     UpdateStatus();
+    m_pImageArea->UpdateFigures();
   }
   if (nNow - m_nSlowMs >= SLOW_MS && !m_progress.IsAcquiring()) {
     m_nSlowMs = nNow;
@@ -221,10 +233,21 @@ void CMainWindow::timerEvent(QTimerEvent *)
   }
 }
 
+/// One that nobody looks at any more: a frame that is shown or analysed stays as it is.
+std::shared_ptr<SFrameCopy> CMainWindow::FindFreeFrame()
+{
+  for (std::shared_ptr<SFrameCopy> &pFrame : m_listFrames) {
+    pFrame = pFrame == nullptr ? std::make_shared<SFrameCopy>() : pFrame;
+    if (pFrame.use_count() == 1) {
+      return pFrame;
+    }
+  }
+  return std::make_shared<SFrameCopy>();
+}
+
 void CMainWindow::TakeFrame()
 {
-  // A frame that an analysis still reads stays as it is.
-  auto pFrame = m_pFrame != nullptr && m_pFrame.use_count() == 1 ? m_pFrame : std::make_shared<SFrameCopy>();
+  std::shared_ptr<SFrameCopy> pFrame = FindFreeFrame();
   if (!GetViewer()->GetPipeline().TakeLatest(*pFrame)) {
     return;
   }
@@ -235,17 +258,11 @@ void CMainWindow::TakeFrame()
   if (m_pFrame->bCorrected) {
     m_stCorrectedShape = SFrameShape{m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
   }
-  ShowPicture();
+  m_pImageArea->SetFrame(m_pFrame);
+  m_pStatusLine->ShowPixel(GetPixelText(*m_pFrame, m_pView->GetPixel().x(), m_pView->GetPixel().y()));
+  ContinueExposure();
   if (bFirst || m_nFrameMs - m_nPlotMs >= PLOT_MS) {
     m_nPlotMs = m_pPlotPanel->Offer(m_pFrame) ? m_nFrameMs : m_nPlotMs;
-  }
-}
-
-void CMainWindow::ShowPicture()
-{
-  if (m_pFrame != nullptr) {
-    m_pView->SetPicture(MakeDisplayPicture(*m_pFrame, m_stDisplay));
-    m_pStatusLine->ShowPixel(GetPixelText(*m_pFrame, m_pView->GetPixel().x(), m_pView->GetPixel().y()));
   }
 }
 
@@ -316,7 +333,7 @@ void CMainWindow::SetBusy(bool bBusy)
 
 void CMainWindow::ShowError(const Failure &failure)
 {
-  ShowBox(QMessageBox::Warning, QString::fromStdString(failure.GetText()));
+  ShowBox(QMessageBox::Warning, TranslateError(failure.GetText()));
 }
 
 void CMainWindow::ShowMessage(const QString &strText)

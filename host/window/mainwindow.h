@@ -2,12 +2,14 @@
 /// The window of the reference host.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QPointer>
 
 #include "host/dialogdriver/dialogobserver.h"
 #include "host/measurement/coefficientorigin.h"
@@ -18,12 +20,13 @@
 #include "host/window/cameramemory.h"
 #include "host/window/correctionstate.h"
 #include "host/window/dialognote.h"
-#include "host/window/displaypicture.h"
+#include "host/window/exposurehelper.h"
 #include "host/window/framerate.h"
 
 class QAction;
 class QDialog;
 class QLabel;
+class QMenu;
 class QSplitter;
 class QTabWidget;
 
@@ -31,6 +34,7 @@ namespace ffc::host {
 
 class CCameraPanel;
 class CDialogDriver;
+class CImageArea;
 class CImageView;
 class CPlotPanel;
 class CQualityPanel;
@@ -58,6 +62,7 @@ public:
   Result<> OpenCamera(const SCameraOptions &stCamera);
   /// Null while no camera is open.
   CViewer *GetViewer() { return m_session.GetViewer(); }
+  bool IsRecorded() const { return !m_stOpenCamera.strReplayFolder.empty(); }
 
 public slots:
   void SlotStartStop();
@@ -67,6 +72,14 @@ public slots:
   /// Loads the settings that an interrupted acquisition left in the camera's "UserSet0", with the stream stopped.
   void SlotRestoreSettings();
   void SlotShowDialog();
+  /// Sets the exposure time so that the brightest part of the image is at 70 % of the format's maximum.
+  void SlotExpose();
+  /// The frame that is shown, into a file.
+  void SlotSaveImage();
+  void SlotSaveSequence();
+  void SlotSavePreset();
+  void SlotShowFeatures();
+  void SlotLoadLastCoefficients();
   void SlotMeasure();
   void SlotCheckDrift();
   void SlotSaveReport();
@@ -82,10 +95,10 @@ protected:
 private:
   void MakeLayout();
   QWidget *MakeControls();
-  QWidget *MakeImageArea();
   void MakeActions();
   QAction *AddAction(QMenu *pMenu, const QString &strText, const QKeySequence &keys, std::function<void()> fnAction);
-  QAction *AddOption(QMenu *pMenu, const QString &strText, const QKeySequence &keys, bool *pbOption);
+  void AddPresets(QMenu *pMenu);
+  void AddHelp();
   void ConnectPanels();
   void ConnectDialog();
   void RestoreLayout();
@@ -98,7 +111,9 @@ private:
   /// Opens the recording anew with samples of another kind; the former one where that cannot be.
   void ReplayAs(const QString &strPixelFormat, std::optional<frames::EAlignment> eAlignment);
   void TakeFrame();
-  void ShowPicture();
+  std::shared_ptr<SFrameCopy> FindFreeFrame();
+  void ContinueExposure();
+  void EndExposure(const CExposureHelper::SStep &stStep);
   void UpdateStatus();
   void UpdateSlowly();
   bool IsPreviewOn();
@@ -115,6 +130,8 @@ private:
   void NoteOutcome(const SDialogOutcome &stOutcome);
   /// Keeps beside coefficients that were saved for which frames they are, where that is known.
   void KeepSideFile(const SDialogOutcome &stOutcome);
+  void ApplyPreset(const QString &strName);
+  void OfferCoefficients();
   void MarkStale(const SDialogOutcome &stOutcome);
   void RecallCamera();
   void RememberCamera();
@@ -141,20 +158,24 @@ private:
   CCoefficientWatch m_coefficients;
   CCameraSession m_session;
 
-  CImageView *m_pView;
-  CCameraPanel *m_pCameraPanel;
+  CCameraPanel *m_pCameraPanel; // in the order of the Tab key
   CScenePanel *m_pScenePanel;
   CRecordingPanel *m_pRecordingPanel;
+  CImageArea *m_pImageArea;
+  CImageView *m_pView;
   CPlotPanel *m_pPlotPanel;
   CQualityPanel *m_pQualityPanel;
   CStatusLine *m_pStatusLine;
-  QLabel *m_pNote; ///< what was done in the plug-in's dialog last
+  QLabel *m_pNote;               ///< what was done in the plug-in's dialog last
+  QPointer<QDialog> m_pFeatures; ///< of the camera that is open, while the user looks at them
+  QAction *m_pLastCoefficients = nullptr;
   QWidget *m_pControls = nullptr;
   QTabWidget *m_pTabs = nullptr;
   QSplitter *m_pSplitter = nullptr;
 
-  SDisplayOptions m_stDisplay;
-  std::shared_ptr<SFrameCopy> m_pFrame; ///< the one that is shown; an analysis may still read it
+  CExposureHelper m_exposure;
+  std::array<std::shared_ptr<SFrameCopy>, 4> m_listFrames; ///< shown, the one before, and what an analysis still reads
+  std::shared_ptr<SFrameCopy> m_pFrame;                    ///< the one that is shown
   std::optional<SFrameShape> m_stCorrectedShape;
   CFrameRate m_frameRate;
   QElapsedTimer m_clock;

@@ -9,6 +9,7 @@
 
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/viewer/featuretext.h"
+#include "host/window/appearance.h"
 #include "host/window/camerapanel.h"
 #include "host/window/dialogplace.h"
 #include "host/window/imageview.h"
@@ -105,6 +106,7 @@ void CMainWindow::RememberOutcome(const SDialogOutcome &stOutcome, const CDialog
   case EDialogAction::SaveFile:
     m_stMemory.strFile = stOutcome.strFile.isEmpty() ? m_stMemory.strFile : stOutcome.strFile;
     m_dialogObserver.SetLastFile(m_stMemory.strFile);
+    OfferCoefficients();
     break;
   default: return;
   }
@@ -123,10 +125,12 @@ void CMainWindow::ObserveDialog()
   } else {
     ShowNote({});
   }
+  OfferCoefficients();
 }
 
 void CMainWindow::BeginAcquisition()
 {
+  delete m_pFeatures; // the camera is the plug-in's now
   m_coefficients.BeginAcquisition(GetViewer()->GetPipeline());
   m_pQualityPanel->MarkStale(tr("a new acquisition"));
 }
@@ -218,7 +222,7 @@ void CMainWindow::MarkStale(const SDialogOutcome &stOutcome)
 void CMainWindow::ShowNote(const SDialogNote &stNote)
 {
   m_pNote->setText(stNote.strText);
-  m_pNote->setStyleSheet(stNote.bWarning ? QStringLiteral("color: #b3261e") : QString());
+  SetWarning(*m_pNote, stNote.bWarning);
   m_pNote->setVisible(!stNote.strText.isEmpty());
 }
 

@@ -14,10 +14,12 @@
 #include <QSettings>
 #include <QSplitter>
 #include <QTabWidget>
-#include <QToolBar>
 #include <QVBoxLayout>
 
+#include "host/window/appearance.h"
 #include "host/window/camerapanel.h"
+#include "host/window/displaypicture.h"
+#include "host/window/imagearea.h"
 #include "host/window/imageview.h"
 #include "host/window/plotpanel.h"
 #include "host/window/qualitypanel.h"
@@ -71,7 +73,7 @@ void CMainWindow::MakeLayout()
   m_pSplitter = new QSplitter(this);
   m_pSplitter->setChildrenCollapsible(false);
   m_pSplitter->addWidget(MakeScrolling(m_pControls, m_pSplitter));
-  m_pSplitter->addWidget(MakeImageArea());
+  m_pSplitter->addWidget(m_pImageArea);
   m_pSplitter->addWidget(m_pTabs);
   m_pSplitter->setStretchFactor(1, 1);
   const QSize szFirst = GetFirstSize(screen()->availableSize());
@@ -92,6 +94,7 @@ QWidget *CMainWindow::MakeControls()
   m_pNote->setObjectName(QStringLiteral("DialogNote"));
   m_pNote->setWordWrap(true);
   m_pNote->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setTabOrder(m_pScenePanel->GetLastInTabOrder(), pDialog); // and not behind the image and the figures
   QVBoxLayout *pLayout = new QVBoxLayout(pControls);
   pLayout->setContentsMargins(6, 6, 2, 6);
   pLayout->addWidget(m_pCameraPanel);
@@ -103,19 +106,6 @@ QWidget *CMainWindow::MakeControls()
   return pControls;
 }
 
-QWidget *CMainWindow::MakeImageArea()
-{
-  QWidget *pArea = new QWidget(this);
-  QToolBar *pTools = new QToolBar(pArea);
-  pTools->setObjectName(QStringLiteral("ViewTools"));
-  QVBoxLayout *pLayout = new QVBoxLayout(pArea);
-  pLayout->setContentsMargins(0, 0, 0, 0);
-  pLayout->setSpacing(0);
-  pLayout->addWidget(pTools);
-  pLayout->addWidget(m_pView, 1);
-  return pArea;
-}
-
 QAction *CMainWindow::AddAction(QMenu *pMenu, const QString &strText, const QKeySequence &keys,
                                 std::function<void()> fnAction)
 {
@@ -125,53 +115,52 @@ QAction *CMainWindow::AddAction(QMenu *pMenu, const QString &strText, const QKey
   return pAction;
 }
 
-QAction *CMainWindow::AddOption(QMenu *pMenu, const QString &strText, const QKeySequence &keys, bool *pbOption)
-{
-  QAction *pAction = pMenu->addAction(strText);
-  pAction->setShortcut(keys);
-  pAction->setCheckable(true);
-  pAction->setChecked(*pbOption);
-  connect(pAction, &QAction::toggled, this, [this, pbOption](bool bOn) {
-    *pbOption = bOn;
-    ShowPicture();
-  });
-  return pAction;
-}
-
 void CMainWindow::MakeActions()
 {
   QMenu *pCamera = menuBar()->addMenu(tr("&Camera"));
   AddAction(pCamera, tr("&Start or stop"), Qt::Key_F5, [this] { SlotStartStop(); });
+  AddAction(pCamera, tr("&Expose to 70 %"), Qt::CTRL + Qt::Key_7, [this] { SlotExpose(); });
   AddAction(pCamera, tr("&Look for cameras"), Qt::Key_F6, [this] { SlotLookForCameras(); });
   AddAction(pCamera, tr("&Restore settings (UserSet0)"), QKeySequence(), [this] { SlotRestoreSettings(); });
+  AddAction(pCamera, tr("&Features..."), Qt::Key_F7, [this] { SlotShowFeatures(); });
+  AddPresets(pCamera);
+  pCamera->addSeparator();
+  AddAction(pCamera, tr("Save &image..."), Qt::CTRL + Qt::SHIFT + Qt::Key_S, [this] { SlotSaveImage(); });
+  AddAction(pCamera, tr("Save se&quence..."), Qt::CTRL + Qt::SHIFT + Qt::Key_R, [this] { SlotSaveSequence(); });
+  pCamera->addSeparator();
   AddAction(pCamera, tr("&Quit"), Qt::CTRL + Qt::Key_Q, [this] { close(); });
 
   QMenu *pView = menuBar()->addMenu(tr("&View"));
-  QToolBar *pTools = findChild<QToolBar *>(QStringLiteral("ViewTools"));
-  pTools->addAction(AddAction(pView, tr("&Fit"), Qt::CTRL + Qt::Key_0, [this] { m_pView->SlotFit(); }));
-  pTools->addAction(AddAction(pView, tr("&1:1"), Qt::CTRL + Qt::Key_1, [this] { m_pView->SlotOneToOne(); }));
-  pTools->addAction(AddAction(pView, tr("Zoom &in"), QKeySequence::ZoomIn, [this] { m_pView->SlotZoomIn(); }));
-  pTools->addAction(AddAction(pView, tr("Zoom &out"), QKeySequence::ZoomOut, [this] { m_pView->SlotZoomOut(); }));
-  pTools->addSeparator();
-  pTools->addAction(AddOption(pView, tr("Mark over-&exposed"), Qt::CTRL + Qt::Key_E, &m_stDisplay.bMarkOverexposed));
-  pTools->addAction(AddOption(pView, tr("&Colour"), Qt::CTRL + Qt::Key_K, &m_stDisplay.bColor));
+  m_pImageArea->FillMenu(*pView);
+  m_pPlotPanel->FillMenu(*pView);
+  pView->addSeparator();
+  AddLooks(*pView, this);
 
   QMenu *pCorrection = menuBar()->addMenu(tr("C&orrection"));
   AddAction(pCorrection, tr("&Flat-field correction..."), Qt::CTRL + Qt::Key_F, [this] { SlotShowDialog(); });
+  m_pLastCoefficients =
+    AddAction(pCorrection, tr("L&oad the last coefficients"), QKeySequence(), [this] { SlotLoadLastCoefficients(); });
+  m_pLastCoefficients->setEnabled(false);
   AddAction(pCorrection, tr("&Measure..."), Qt::CTRL + Qt::Key_M, [this] { SlotMeasure(); });
   AddAction(pCorrection, tr("Check &drift..."), Qt::CTRL + Qt::Key_D, [this] { SlotCheckDrift(); });
   AddAction(pCorrection, tr("Save &report..."), QKeySequence::Save, [this] { SlotSaveReport(); });
+  AddHelp();
 }
 
 void CMainWindow::ConnectPanels()
 {
   connect(m_pCameraPanel, &CCameraPanel::SigStartStop, this, &CMainWindow::SlotStartStop);
   connect(m_pRecordingPanel, &CRecordingPanel::SigChosen, this, &CMainWindow::ReplayAs);
+  connect(m_pCameraPanel, &CCameraPanel::SigExpose, this, &CMainWindow::SlotExpose);
   connect(m_pCameraPanel, &CCameraPanel::SigChosen, this, &CMainWindow::SlotChoose);
   connect(m_pQualityPanel, &CQualityPanel::SigMeasure, this, &CMainWindow::SlotMeasure);
   connect(m_pQualityPanel, &CQualityPanel::SigCheckDrift, this, &CMainWindow::SlotCheckDrift);
   connect(m_pQualityPanel, &CQualityPanel::SigSaveReport, this, &CMainWindow::SlotSaveReport);
   connect(m_pPlotPanel, &CPlotPanel::SigShown, this, &CMainWindow::SigPlotted);
+  connect(m_pView, &CImageView::SigMarked, this, [this] {
+    const CImageMarks &marks = m_pView->GetMarks();
+    m_pPlotPanel->SetLine(marks.HasLine() ? std::optional<QLine>(marks.GetLine()) : std::nullopt);
+  });
   connect(m_pView, &CImageView::SigViewChanged, this, [this] {
     if (m_pFrame != nullptr) {
       m_pStatusLine->ShowPixel(GetPixelText(*m_pFrame, m_pView->GetPixel().x(), m_pView->GetPixel().y()));
@@ -199,6 +188,7 @@ void CMainWindow::RestoreLayout()
   restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
   m_pSplitter->restoreState(settings.value(QStringLiteral("window/splitter")).toByteArray());
   m_pTabs->setCurrentIndex(settings.value(QStringLiteral("window/tab"), 0).toInt());
+  m_pImageArea->RestoreSettings();
   quality::SLimits stLimits = m_pQualityPanel->GetLimits();
   for (const auto &[strKey, pLimit] : GetLimitKeys()) {
     stLimits.*pLimit = settings.value(strKey, stLimits.*pLimit).toDouble();
@@ -209,6 +199,7 @@ void CMainWindow::RestoreLayout()
 void CMainWindow::SaveLayout() const
 {
   QSettings settings;
+  m_pImageArea->SaveSettings();
   settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
   settings.setValue(QStringLiteral("window/splitter"), m_pSplitter->saveState());
   settings.setValue(QStringLiteral("window/tab"), m_pTabs->currentIndex());

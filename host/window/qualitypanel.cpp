@@ -11,6 +11,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "host/window/figuretable.h"
 #include "quality/htmlreport.h"
 
 namespace ffc::host {
@@ -231,19 +232,7 @@ void CQualityPanel::ShowMessage(const QString &strMessage)
 
 void CQualityPanel::FillTable(const quality::SReport &stReport)
 {
-  const QList<quality::SFigureRow> listRows = quality::ListFigureRows(stReport);
-  m_pTable->setVisible(!listRows.isEmpty());
-  m_pTable->setHorizontalHeaderLabels({tr("before"), tr("after")});
-  m_pTable->setRowCount(listRows.size());
-  for (int nRow = 0; nRow < listRows.size(); ++nRow) {
-    m_pTable->setVerticalHeaderItem(nRow, new QTableWidgetItem(listRows[nRow].strName));
-    int nColumn = 0;
-    for (const QString &strValue : {listRows[nRow].strBefore, listRows[nRow].strAfter}) {
-      QTableWidgetItem *pItem = new QTableWidgetItem(strValue);
-      pItem->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-      m_pTable->setItem(nRow, nColumn++, pItem);
-    }
-  }
+  FillFigureTable(*m_pTable, quality::ListFigureRows(stReport));
 }
 
 void CQualityPanel::ShowVerdict()

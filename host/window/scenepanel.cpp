@@ -83,6 +83,11 @@ void CScenePanel::Refresh()
   }
 }
 
+QWidget *CScenePanel::GetLastInTabOrder() const
+{
+  return m_pLamp;
+}
+
 void CScenePanel::Arrange(bool bCovered)
 {
   m_pScene->SetPurpose(ISceneControl::EPurpose::Measurement);

@@ -27,6 +27,7 @@ public:
   void Arrange(bool bCovered);
   /// What the user has chosen, after measurements.
   void Restore();
+  QWidget *GetLastInTabOrder() const;
   bool HasScene() const { return m_pScene != nullptr; }
 
 private:

@@ -13,6 +13,7 @@
 #include "camera/aravis/cameralink.h"
 #include "camera/aravis/gobject.h"
 #include "camera/aravis/nodemap/nodeexaminer.h"
+#include "camera/idescribednode.h"
 #include "genapi/softwarenodemap/nodeguard.h"
 
 namespace ffc::camera {
@@ -75,6 +76,12 @@ public:
     return result;
   }
 
+  std::string GetToolTip() const
+  {
+    const char *pText = arv_gc_feature_node_get_tooltip(m_pNode);
+    return pText == nullptr ? std::string() : std::string(pText);
+  }
+
 private:
   GenApi::EAccessMode CheckNow() const;
   void CheckLengths() const;
@@ -89,10 +96,11 @@ private:
 
 /// A node with one GenApi interface.
 template <class TInterface>
-class CAravisNode : public GenApi::INode, public TInterface {
+class CAravisNode : public GenApi::INode, public TInterface, public IDescribedNode {
 public:
   GenICam::gcstring GetName(bool = false) const override { return m_core.Guard().GetName().c_str(); }
   GenApi::INode *GetNode() override { return this; }
+  std::string GetToolTip() const override { return m_core.GetToolTip(); }
   GenApi::EAccessMode GetAccessMode() const override { return m_core.GetAccessMode(); }
 
 protected:

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "camera/idescribednode.h"
 #include "tests/camera/aravis/memorydevice.h"
 
 using ffc::test::CMemoryDevice;
@@ -25,7 +26,7 @@ const std::string NODES =
 <Integer Name="Imposed"><ImposedAccessMode>RO</ImposedAccessMode><pValue>SpareReg</pValue></Integer>
 <Integer Name="Indexed"><pIndex>Plain</pIndex><pValueIndexed Index="5">ReadOnlyReg</pValueIndexed><pValueDefault>SpareReg</pValueDefault></Integer>
 <IntSwissKnife Name="Sum"><pVariable Name="A">WidthReg</pVariable><Formula>A+1</Formula></IntSwissKnife>
-<Float Name="Exposure"><pValue>ExposureReg</pValue><Min>10</Min><Max>1000</Max></Float>
+<Float Name="Exposure"><ToolTip>How long the shutter is open</ToolTip><pValue>ExposureReg</pValue><Min>10</Min><Max>1000</Max></Float>
 <Float Name="Stepped"><Value>2</Value><Min>0</Min><Max>10</Max><Inc>0.5</Inc></Float>
 <Converter Name="Gain"><FormulaTo>FROM*10</FormulaTo><FormulaFrom>TO/10</FormulaFrom><pValue>SpareReg</pValue></Converter>
 <Boolean Name="Switch"><pValue>SwitchReg</pValue><OnValue>7</OnValue><OffValue>3</OffValue></Boolean>
@@ -95,6 +96,15 @@ TEST_F(AravisNodeMap, EachNodeHasTheInterfaceOfItsKindAndNoOther)
   EXPECT_EQ(dynamic_cast<GenApi::IValue *>(m_device.GetMap()->GetNode("Root")), nullptr);
   EXPECT_EQ(GetMode("Root"), GenApi::RO);
   EXPECT_EQ(m_device.GetMap()->GetNode("Nothing"), nullptr);
+}
+
+TEST_F(AravisNodeMap, NodesSayWhatTheCameraSaysOfThem)
+{
+  const auto GetTip = [this](const char *pName) {
+    return dynamic_cast<ffc::camera::IDescribedNode &>(*m_device.GetMap()->GetNode(pName)).GetToolTip();
+  };
+  EXPECT_EQ(GetTip("Exposure"), "How long the shutter is open");
+  EXPECT_EQ(GetTip("Plain"), "");
 }
 
 TEST_F(AravisNodeMap, NodesComeInTheOrderOfTheDescriptionWithoutTheEntries)

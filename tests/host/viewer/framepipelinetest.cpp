@@ -87,6 +87,30 @@ TEST_F(FramePipeline, ShowsTheOutputOnlyWhenTheFlagIsSet)
   EXPECT_EQ(stCopy.listBytes, std::vector<uint8_t>(8, 7));
 }
 
+TEST_F(FramePipeline, KeepsWhatACorrectedFrameWasMadeOfOnRequestOnly)
+{
+  SFrameCopy stCopy;
+  CorrectWithFlag(true);
+  Deliver(5);
+  ASSERT_TRUE(m_pipeline.TakeLatest(stCopy));
+  EXPECT_EQ(stCopy.pRaw, nullptr);
+  EXPECT_EQ(m_pipeline.GetCounts().nCopiedBytes, 0U);
+  m_pipeline.KeepRaw(true);
+  for (const uint8_t nValue : std::vector<uint8_t>{6, 7, 8}) {
+    Deliver(nValue);
+    ASSERT_TRUE(m_pipeline.TakeLatest(stCopy));
+    ASSERT_NE(stCopy.pRaw, nullptr);
+    EXPECT_EQ(stCopy.pRaw->listBytes, std::vector<uint8_t>(8, nValue));
+    EXPECT_EQ(stCopy.listBytes[0], nValue + 100);
+    EXPECT_EQ(stCopy.pRaw->nHeight, 2U);
+    EXPECT_FALSE(stCopy.pRaw->bCorrected);
+  }
+  CorrectWithFlag(false);
+  Deliver(9);
+  ASSERT_TRUE(m_pipeline.TakeLatest(stCopy));
+  EXPECT_EQ(stCopy.pRaw, nullptr) << "the frame itself is raw";
+}
+
 TEST_F(FramePipeline, AFlagOfAnEarlierFrameDoesNotStick)
 {
   CorrectWithFlag(true);

@@ -1,11 +1,9 @@
 #include "host/window/displaypicture.h"
 
-#include <cstring>
-#include <functional>
-
 #include <gtest/gtest.h>
 
 #include "host/window/frameanalysis.h"
+#include "tests/host/window/madeframe.h"
 
 using namespace ffc::host;
 using ffc::genapi::EColor;
@@ -15,30 +13,6 @@ using ffc::genapi::GetPixelColor;
 using ffc::genapi::SSensorFormat;
 
 namespace {
-
-using FnSample = std::function<uint32_t(uint32_t nX, uint32_t nY)>;
-
-SFrameCopy MakeFrame(const char *pFormat, uint32_t nWidth, uint32_t nHeight, const FnSample &fnSample)
-{
-  const SSensorFormat *pSensorFormat = FindSensorFormat(std::string(pFormat));
-  SFrameCopy stFrame;
-  stFrame.nWidth = nWidth;
-  stFrame.nHeight = nHeight;
-  stFrame.nPixelFormat = pSensorFormat->nCode;
-  for (uint32_t nY = 0; nY < nHeight; ++nY) {
-    for (uint32_t nX = 0; nX < nWidth; ++nX) {
-      const uint16_t nSample = static_cast<uint16_t>(fnSample(nX, nY));
-      uint8_t abBytes[2];
-      std::memcpy(abBytes, &nSample, 2);
-      if (pSensorFormat->GetBytesPerPixel() == 1) {
-        stFrame.listBytes.push_back(static_cast<uint8_t>(nSample));
-      } else {
-        stFrame.listBytes.insert(stFrame.listBytes.end(), abBytes, abBytes + 2);
-      }
-    }
-  }
-  return stFrame;
-}
 
 /// What the picture of a mosaic should be, pixel by pixel, by the definition: the mean of the pixels of a colour
 /// among the nine around, mirrored at the edges.

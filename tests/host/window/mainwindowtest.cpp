@@ -12,6 +12,7 @@
 #include "camera/iscenecontrol.h"
 #include "host/dialogdriver/modalanswerer.h"
 #include "host/options/language.h"
+#include "host/window/displaypicture.h"
 #include "host/window/imageview.h"
 #include "tests/host/faultycamera.h"
 #include "tests/host/window/windowfixture.h"
@@ -289,7 +290,7 @@ TEST_F(MainWindow, ACameraThatDoesNotStartSaysWhy)
   CFaultyCamera::SFaults stFaults;
   stFaults.bRefusesToStart = true;
   ShowWindow(MakeFaulty(stFaults));
-  EXPECT_EQ(GetText("CameraError"), "the cable is out");
+  EXPECT_EQ(GetText("CameraError"), "The cable is out");
 }
 
 TEST_F(MainWindow, WithoutPlugInTheImageIsShownAndSaidToBeUncorrected)

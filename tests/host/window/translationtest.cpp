@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "host/options/language.h"
+#include "host/viewer/errortexts.h"
 #include "host/window/mainwindow.h"
 
 using namespace ffc::host;
@@ -40,7 +41,8 @@ QString JoinLiterals(const QString &strLiterals)
   for (QRegularExpressionMatchIterator it = LITERAL.globalMatch(strLiterals); it.hasNext();) {
     strText += it.next().captured(1);
   }
-  return strText.replace(QStringLiteral("\\n"), QStringLiteral("\n"));
+  return strText.replace(QStringLiteral("\\n"), QStringLiteral("\n"))
+    .replace(QStringLiteral("\\\""), QStringLiteral("\""));
 }
 
 /// Every text of one source that passes through a translation.
@@ -150,4 +152,13 @@ TEST(HostTranslation, IsCompiledIn)
   EXPECT_EQ(QCoreApplication::translate("CorrectionState", "corrected"), QString("corrected"));
   const CLanguage language(false);
   EXPECT_EQ(QCoreApplication::translate("CorrectionState", "corrected"), QString("corrected"));
+}
+
+TEST(HostTranslation, OfErrorsOfTheRoomsBelowKeepsTheirParts)
+{
+  EXPECT_EQ(TranslateError(std::string("the camera does not answer")), QString("The camera does not answer"));
+  EXPECT_EQ(TranslateError(std::string("what nobody knows")), QString("What nobody knows"));
+  const CLanguage language(true);
+  EXPECT_EQ(TranslateError(std::string("camera: There is no folder \"x (1)\".")),
+            QString::fromUtf8("文件夹“x (1)”不存在。"));
 }

@@ -1,0 +1,33 @@
+/// \file
+/// The colours of the whole program.
+#pragma once
+
+#include <QPalette>
+#include <QString>
+
+class QActionGroup;
+class QLabel;
+class QMenu;
+class QWidget;
+
+namespace ffc::host {
+
+enum class ELook {
+  AsDialog, ///< dark, as the plug-in's dialog is by its own style sheet
+  Light,
+  AsDesktop
+};
+
+/// Gives the program its look. Widgets that are there follow. User-interface thread.
+void ApplyLook(ELook eLook);
+ELook GetLook();
+
+/// The look that was chosen last; AsDialog where none was.
+ELook RestoreLook();
+/// Entries of a menu that choose the look and remember it.
+void AddLooks(QMenu &menu, QWidget *pParent);
+
+/// Makes a label's text a warning that can be read on the palette's ground, or a plain text.
+void SetWarning(QLabel &label, bool bWarning);
+
+} // namespace ffc::host

@@ -1,0 +1,100 @@
+#include "host/window/camerapresets.h"
+
+#include <QSettings>
+#include <QUrl>
+
+#include "host/viewer/featuretext.h"
+
+namespace ffc::host {
+namespace {
+
+/// In the order in which a camera takes them: a region must fit what stands before it.
+const char *const FEATURES[] = {
+  "PixelFormat", "BinningHorizontal", "BinningVertical",     "Width", "Height", "OffsetX", "OffsetY", "ExposureTime",
+  "Gain",        "BlackLevel",        "AcquisitionFrameRate"};
+
+/// A name may have anything in it, a key may not.
+QString ToKey(const QString &strName)
+{
+  return QString::fromLatin1(QUrl::toPercentEncoding(strName));
+}
+
+} // namespace
+
+CCameraPresets::CCameraPresets(GenApi::INodeMap &map)
+  : m_map(map), m_strSerial(QString::fromStdString(ReadFeature(map, "DeviceSerialNumber")))
+{
+}
+
+QString CCameraPresets::GetGroup() const
+{
+  return QStringLiteral("presets/") + ToKey(m_strSerial.isEmpty() ? QStringLiteral("unknown") : m_strSerial);
+}
+
+QStringList CCameraPresets::ListNames() const
+{
+  QSettings settings;
+  settings.beginGroup(GetGroup());
+  QStringList listNames;
+  for (const QString &strKey : settings.childGroups()) {
+    listNames << QUrl::fromPercentEncoding(strKey.toLatin1());
+  }
+  return listNames;
+}
+
+void CCameraPresets::Save(const QString &strName)
+{
+  Remove(strName);
+  QSettings settings;
+  settings.beginGroup(GetGroup() + QLatin1Char('/') + ToKey(strName));
+  for (const char *pFeature : FEATURES) {
+    const std::string strValue = ReadFeature(m_map, pFeature);
+    if (!strValue.empty()) {
+      settings.setValue(QLatin1String(pFeature), QString::fromStdString(strValue));
+    }
+  }
+}
+
+void CCameraPresets::Remove(const QString &strName)
+{
+  QSettings().remove(GetGroup() + QLatin1Char('/') + ToKey(strName));
+}
+
+QStringList CCameraPresets::Apply(const QString &strName)
+{
+  QSettings settings;
+  settings.beginGroup(GetGroup() + QLatin1Char('/') + ToKey(strName));
+  QStringList listRefused;
+  // Whatever size comes, it fits at the sensor's corner.
+  QStringList listIgnored;
+  Write(QStringLiteral("OffsetX"), QStringLiteral("0"), listIgnored);
+  Write(QStringLiteral("OffsetY"), QStringLiteral("0"), listIgnored);
+  for (const char *pFeature : FEATURES) {
+    const QString strFeature = QLatin1String(pFeature);
+    if (settings.contains(strFeature)) {
+      Write(strFeature, settings.value(strFeature).toString(), listRefused);
+    }
+  }
+  return listRefused;
+}
+
+void CCameraPresets::Write(const QString &strFeature, const QString &strValue, QStringList &listRefused)
+{
+  GenApi::INode *pNode = m_map.GetNode(strFeature.toUtf8().constData());
+  auto *pValue = dynamic_cast<GenApi::IValue *>(pNode);
+  if (pValue == nullptr || QString::fromStdString(ReadText(*pValue)) == strValue) {
+    return;
+  }
+  if (!GenApi::IsWritable(pNode)) {
+    listRefused << QStringLiteral("%1: %2").arg(strFeature, strValue);
+    return;
+  }
+  try {
+    pValue->FromString(strValue.toUtf8().constData());
+  } catch (const GenICam::GenericException &exception) {
+    listRefused
+      << QStringLiteral("%1: %2 (%3)").arg(strFeature, strValue, QString::fromUtf8(exception.GetDescription()));
+  }
+}
+
+} // namespace ffc::host

@@ -1,0 +1,191 @@
+#include "host/window/framesaving.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTimer>
+
+#include "frames/ifilekind.h"
+#include "host/viewer/featuretext.h"
+#include "host/window/displaypicture.h"
+#include "host/window/framequeue.h"
+#include "host/window/waitbox.h"
+
+namespace ffc::host {
+
+using frames::IFileKind;
+using frames::IFrameWriter;
+using genapi::SPixelFormat;
+
+namespace {
+
+constexpr int POLL_MS = 20;
+const QString FOLDER_KEY = QStringLiteral("frames/folder");
+
+QString Translate(const char *pText)
+{
+  return QCoreApplication::translate("FrameSaving", pText);
+}
+
+QString MakeFilter(const IFileKind &kind)
+{
+  return QStringLiteral("%1 (*.%2)").arg(kind.GetName(), kind.GetSuffixes().join(QStringLiteral(" *.")));
+}
+
+Result<frames::SFrameInfo> DescribeFrames(const SFrameCopy &stFrame, const frames::Texts &mapTexts)
+{
+  const SPixelFormat *pFormat = GetShownFormat(stFrame);
+  if (pFormat == nullptr) {
+    return Failure(Translate("Frames of this pixel format cannot be saved: choose a mono or Bayer format that is not "
+                             "packed."));
+  }
+  frames::SFrameInfo stInfo;
+  stInfo.stLayout = {stFrame.nWidth, stFrame.nHeight, pFormat->GetBytesPerPixel()};
+  stInfo.nBitDepth = pFormat->nBitDepth;
+  stInfo.eColors = pFormat->eLayout;
+  stInfo.mapTexts = mapTexts;
+  return stInfo;
+}
+
+/// Writes a sequence into one file, or into one for each frame.
+class CSequenceFiles {
+public:
+  CSequenceFiles(const QString &strPath, uint32_t nFrames, const frames::Texts &mapTexts)
+    : m_strPath(strPath), m_kind(*frames::FindFileKind(strPath)), m_nFrames(nFrames), m_mapTexts(mapTexts)
+  {
+  }
+
+  Result<> Write(const SFrameCopy &stFrame)
+  {
+    const Result<frames::SFrameInfo> info = DescribeFrames(stFrame, m_mapTexts);
+    if (!info) {
+      return info.GetFailure();
+    }
+    if (m_nWritten > 0 && info.GetValue().stLayout != m_stLayout) {
+      return Failure(Translate("The frames changed their size on the way: save the sequence again."));
+    }
+    m_stLayout = info.GetValue().stLayout;
+    const bool bSingle = m_kind.GetMaxFrames() < m_nFrames;
+    if (m_pWriter == nullptr) {
+      frames::SFrameInfo stInfo = info.GetValue();
+      stInfo.nFrames = bSingle ? 1 : m_nFrames;
+      Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(bSingle ? GetNumberedPath() : m_strPath, stInfo);
+      if (!created) {
+        return created.GetFailure();
+      }
+      m_pWriter = std::move(created).GetValue();
+    }
+    const Result<> written = m_pWriter->Write(stFrame.listBytes.data(), m_mapTexts);
+    ++m_nWritten;
+    return written && (bSingle || m_nWritten == m_nFrames) ? Commit() : written;
+  }
+
+private:
+  QString GetNumberedPath() const
+  {
+    const QFileInfo file(m_strPath);
+    return file.dir().filePath(QStringLiteral("%1-%2.%3")
+                                 .arg(file.completeBaseName())
+                                 .arg(m_nWritten + 1, 4, 10, QLatin1Char('0'))
+                                 .arg(file.suffix()));
+  }
+
+  Result<> Commit()
+  {
+    const Result<> committed = m_pWriter->Commit();
+    m_pWriter.reset();
+    return committed;
+  }
+
+  QString m_strPath;
+  const IFileKind &m_kind;
+  uint32_t m_nFrames;
+  frames::Texts m_mapTexts;
+  frames::SLayout m_stLayout;
+  std::unique_ptr<IFrameWriter> m_pWriter;
+  uint32_t m_nWritten = 0;
+};
+
+} // namespace
+
+frames::Texts DescribeSettings(camera::ICamera &camera, bool bCorrected)
+{
+  QStringList listSettings{QStringLiteral("Camera=%1").arg(QString::fromStdString(camera.GetDisplayName())),
+                           QStringLiteral("Corrected=%1").arg(bCorrected ? "yes" : "no")};
+  for (const char *pName : {"DeviceSerialNumber", "PixelFormat", "ExposureTime", "Gain", "BlackLevel", "OffsetX",
+                            "OffsetY", "BinningHorizontal", "BinningVertical", "AcquisitionFrameRate"}) {
+    const std::string strValue = ReadFeature(*camera.GetDeviceNodeMap(), pName);
+    if (!strValue.empty()) {
+      listSettings << QStringLiteral("%1=%2").arg(QLatin1String(pName), QString::fromStdString(strValue));
+    }
+  }
+  return {{frames::TEXT_DESCRIPTION, listSettings.join(QStringLiteral("; "))},
+          {QStringLiteral("Software"), QStringLiteral("ffchost")}};
+}
+
+QString AskFramePath(QWidget *pParent, const QString &strTitle)
+{
+  QStringList listFilters;
+  QString strFirst; // one that has a place for everything
+  for (const IFileKind *pKind : frames::ListFileKinds()) {
+    listFilters << MakeFilter(*pKind);
+    strFirst = strFirst.isEmpty() && pKind->KeepsTexts() && pKind->GetMaxFrames() > 1 ? listFilters.last() : strFirst;
+  }
+  QSettings settings;
+  QString strFilter = settings.value(QStringLiteral("frames/kind"), strFirst).toString();
+  const QDir dir(settings.value(FOLDER_KEY, QDir::homePath()).toString());
+  QString strPath = QFileDialog::getSaveFileName(pParent, strTitle, dir.absolutePath(),
+                                                 listFilters.join(QStringLiteral(";;")), &strFilter);
+  if (strPath.isEmpty()) {
+    return {};
+  }
+  settings.setValue(FOLDER_KEY, QFileInfo(strPath).absolutePath());
+  settings.setValue(QStringLiteral("frames/kind"), strFilter);
+  if (frames::FindFileKind(strPath) == nullptr) {
+    const int nKind = std::max(0, listFilters.indexOf(strFilter));
+    strPath += QLatin1Char('.') + frames::ListFileKinds()[static_cast<std::size_t>(nKind)]->GetSuffixes().first();
+  }
+  return strPath;
+}
+
+Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts)
+{
+  return CSequenceFiles(strPath, 1, mapTexts).Write(stFrame);
+}
+
+Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePipeline &pipeline,
+                              const frames::Texts &mapTexts, QWidget *pParent)
+{
+  CWaitBox box(Translate("Save sequence"), pParent);
+  CSequenceFiles files(strPath, nFrames, mapTexts);
+  CFrameQueue queue([&files](const SFrameCopy &stFrame) { return files.Write(stFrame); });
+  pipeline.Request(nFrames, CFramePipeline::EWanted::Any,
+                   [&queue](const SProcessedFrame &stFrame) { queue.Push(stFrame); });
+  while (!box.IsCancelled() && !queue.HasFailed() && queue.GetWritten() + queue.GetMissed() < nFrames) {
+    box.ShowProgress(Translate("Saving frames"), queue.GetWritten(), nFrames);
+    QEventLoop loop;
+    QTimer::singleShot(POLL_MS, &loop, &QEventLoop::quit);
+    loop.exec();
+  }
+  pipeline.CancelRequest();
+  const Result<> ended = queue.Finish();
+  if (!ended) {
+    return ended.GetFailure();
+  }
+  if (queue.GetMissed() > 0) {
+    return Failure(Translate("The disk is slower than the camera: %1 of %2 frames were missed. Save fewer frames, or "
+                             "lower the frame rate.")
+                     .arg(queue.GetMissed())
+                     .arg(nFrames));
+  }
+  return queue.GetWritten();
+}
+
+} // namespace ffc::host
