@@ -114,9 +114,11 @@ TEST_F(RecordRun, CorrectedFramesBearTheMarkOfTheirCorrection)
   m_stOptions.stWorkflow.nFrames = 1;
   m_stOptions.stWorkflow.nSaveFrames = 0;
   SetFolder("workflow");
-  CProgressLine progress(nullptr);
-  CHeadlessRun workflow(m_stOptions, Open, progress);
-  ASSERT_EQ(workflow.Run().GetError(), "");
+  {
+    CProgressLine progress(nullptr);
+    CHeadlessRun workflow(m_stOptions, Open, progress);
+    ASSERT_EQ(workflow.Run().GetError(), "");
+  }
   SetFolder("corrected");
   m_stOptions.stRecording.strCoefficients = Path("workflow/coefficients.ffc").toStdString();
   ASSERT_EQ(Record("ser"), "");
