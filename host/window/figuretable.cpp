@@ -51,10 +51,15 @@ void FillColors(QTableWidget &table, const QList<SFigureRow> &listRows)
     const QString strName = nPlane < 0 ? stRow.strName : stRow.strName.section(GAP, 1);
     if (!listNames.contains(strName)) {
       listNames << strName;
-      (void)AddRow(table, strName);
+      const int nAdded = AddRow(table, strName);
+      if (nPlane >= 0) {
+        // Three columns are too narrow for both values in a line.
+        table.verticalHeader()->resizeSection(nAdded, 2 * table.verticalHeader()->defaultSectionSize());
+      }
     }
     const int nRow = listNames.indexOf(strName);
-    SetCell(table, nRow, std::max(0, nPlane), QStringLiteral("%1 → %2").arg(stRow.strBefore, stRow.strAfter));
+    const QString strBoth = nPlane < 0 ? QStringLiteral("%1 → %2") : QStringLiteral("%1 →\n%2");
+    SetCell(table, nRow, std::max(0, nPlane), strBoth.arg(stRow.strBefore, stRow.strAfter));
     if (nPlane < 0) {
       table.setSpan(nRow, 0, 1, PLANES.size());
     }
