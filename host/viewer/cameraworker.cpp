@@ -94,11 +94,27 @@ void CCameraWorker::Run()
 void CCameraWorker::Do(const Work &fnWork)
 {
   try {
-    if (const std::function<void()> fnWhenDone = fnWork()) {
-      QMetaObject::invokeMethod(this, fnWhenDone, Qt::QueuedConnection);
+    std::function<void()> fnWhenDone = fnWork();
+    if (fnWhenDone) {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      m_listDone.push_back(std::move(fnWhenDone));
     }
   } catch (const std::bad_alloc &) {
     // As if it had no result.
+  }
+  QMetaObject::invokeMethod(this, "SlotDone", Qt::QueuedConnection);
+}
+
+/// What is done may let events pass, and so this be called again.
+void CCameraWorker::SlotDone()
+{
+  std::unique_lock<std::mutex> lock(m_mutex);
+  while (!m_listDone.empty()) {
+    const std::function<void()> fnWhenDone = std::move(m_listDone.front());
+    m_listDone.pop_front();
+    lock.unlock();
+    fnWhenDone();
+    lock.lock();
   }
 }
 

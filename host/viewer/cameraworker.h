@@ -16,6 +16,8 @@ namespace ffc::host {
 /// Used on the user-interface thread, where results are taken care of. Where no thread can be had, work is done at
 /// once.
 class CCameraWorker : public QObject {
+  Q_OBJECT
+
 public:
   /// Runs on the worker's thread and returns what to do with its result on the user-interface thread, through its event
   /// loop; null: nothing. Memory that is short ends it without.
@@ -31,6 +33,9 @@ public:
   /// Waits until all work is done, and lets no event pass.
   void Finish();
 
+private slots:
+  void SlotDone();
+
 private:
   bool StartThread();
   void Run();
@@ -39,7 +44,8 @@ private:
   std::thread m_thread;
   std::mutex m_mutex; ///< guards what follows
   std::condition_variable m_condition;
-  std::deque<Work> m_listWork; ///< the first one is under way
+  std::deque<Work> m_listWork;                  ///< the first one is under way
+  std::deque<std::function<void()>> m_listDone; ///< results that nobody has taken care of yet
   bool m_bEnd = false;
 };
 

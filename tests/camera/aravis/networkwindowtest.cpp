@@ -124,4 +124,5 @@ TEST_F(NetworkWindow, TwoHostsHaveACameraEachAndTheChooserChangesBetweenThem)
   ASSERT_TRUE(WaitText("Shape", "128 x 96 Mono8"));
   EXPECT_EQ(GetExposure(*m_pWindow), 5000) << "it kept its settings";
   EXPECT_EQ(Find<QDoubleSpinBox>("ShadingLimit")->value(), 2.5);
+  m_pWindow.reset(); // before the cameras go
 }

@@ -50,6 +50,7 @@ bool WaitForAddress(const std::string &strAddress)
 
 struct SCamera {
   CObjectPointer<ArvGvFakeCamera> pCamera;
+  ArvFakeCamera *pFakeCamera = nullptr; ///< its own, as long as its thread runs
   CShadedScene scene;
 };
 
@@ -80,7 +81,7 @@ int RunProgram(const char *pProgram, const char *pSerial, const char *pAddress)
 void Fill(ArvBuffer *pBuffer, void *pCamera, guint32, guint32, ArvPixelFormat)
 {
   auto *pOwn = static_cast<SCamera *>(pCamera);
-  pOwn->scene.Expose(*arv_gv_fake_camera_get_fake_camera(pOwn->pCamera.get()), *pBuffer);
+  pOwn->scene.Expose(*pOwn->pFakeCamera, *pBuffer);
 }
 
 } // namespace
@@ -99,6 +100,7 @@ int main(int nArguments, char **pArguments)
     return EXIT_FAILURE;
   }
   ArvFakeCamera *pFakeCamera = arv_gv_fake_camera_get_fake_camera(stCamera.pCamera.get());
+  stCamera.pFakeCamera = pFakeCamera;
   const auto fnNumber = [&](int nArgument, int nBase) {
     return uint32_t(std::strtoul(pArguments[nArgument], nullptr, nBase));
   };
