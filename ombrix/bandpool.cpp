@@ -52,6 +52,7 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
     m_nNextBand.store(0, std::memory_order_relaxed);
     ++m_nFrame;
     m_bOpen = true;
+    m_bHelped = false;
   }
   m_wake.notify_all();
   const TClock::time_point start = TClock::now();
@@ -61,8 +62,19 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
   std::unique_lock<std::mutex> lock(m_lock);
   m_bOpen = false;
   m_done.wait(lock, [this] { return m_nWorking == 0; });
-  if (TClock::now() - finish > (finish - start) / LONGEST_WAIT) {
-    m_nAlone = FRAMES_ALONE;
+  Judge(TClock::now() - finish > (finish - start) / LONGEST_WAIT, m_bHelped);
+}
+
+// With the caller's lock held. A try on a busy processor may cost a time slice, which is many frames: tries become
+// rare.
+void CBandPool::Judge(bool bWaitedLong, bool bHelped) noexcept
+{
+  if (bWaitedLong) {
+    m_nAlone = m_nNextAlone;
+    m_nNextAlone = std::min(2 * m_nNextAlone, MOST_FRAMES_ALONE);
+  } else if (bHelped) {
+    constexpr uint32_t SLOWLY = 16;
+    m_nNextAlone = std::max(m_nNextAlone - m_nNextAlone / SLOWLY, FRAMES_ALONE);
   }
 }
 
@@ -123,6 +135,7 @@ void CBandPool::WaitForFrames() noexcept
     nSeen = m_nFrame;
     const SFrame stFrame = m_stFrame;
     ++m_nWorking;
+    m_bHelped = true;
     lock.unlock();
     WorkOnBands(stFrame);
     lock.lock();

@@ -17,8 +17,10 @@ constexpr std::size_t SMALLEST_SPLIT_PIXELS = 4'000'000;
 /// A band is a run of so many pixels, the last one of fewer. Short, so that no thread waits long for another's last.
 constexpr std::size_t BAND_PIXELS = std::size_t{1} << 16;
 constexpr uint32_t MAX_THREADS = 16;
-/// How many frames are not shared after one whose caller waited long for the others.
+/// How many frames are not shared after one whose caller waited long for the others; twice as many each time that the
+/// next try is no better, up to the larger number.
 constexpr uint32_t FRAMES_ALONE = 32;
+constexpr uint32_t MOST_FRAMES_ALONE = 1024;
 
 /// How many threads work on a frame, the caller's among them: at most half the processors and 4, unless the user asks
 /// for another number.
@@ -55,6 +57,7 @@ private:
   };
 
   bool HasWorkers() noexcept;
+  void Judge(bool bWaitedLong, bool bHelped) noexcept;
   void WorkOnBands(const SFrame &stFrame) noexcept;
   void WaitForFrames() noexcept;
   static void RunWorker(void *pPool);
@@ -66,6 +69,7 @@ private:
   bool m_bStarted = false;
   uint32_t m_nWorkers = 0;
   uint32_t m_nAlone = 0; ///< frames that are not to be shared
+  uint32_t m_nNextAlone = FRAMES_ALONE;
   platform::CWorkerThread m_aWorkers[MAX_THREADS - 1];
 
   /// Guards what follows.
@@ -76,6 +80,7 @@ private:
   uint64_t m_nFrame = 0;   ///< counts frames
   bool m_bOpen = false;    ///< whether bands of it may be left
   uint32_t m_nWorking = 0; ///< workers within the frame
+  bool m_bHelped = false;  ///< whether any was
   bool m_bClosing = false;
 
   std::atomic<std::size_t> m_nNextBand{0};

@@ -80,26 +80,34 @@ TEST(BandPool, SharesLargeFramesWithItsThreads)
   EXPECT_TRUE(bShared);
 }
 
-TEST(BandPool, SharesNoFrameForAWhileAfterItWaitedLongForAThread)
+TEST(BandPool, SharesNoFrameForAWhileAfterItWaitedLongForAThreadAndForLongerAfterTheNextTime)
 {
   static std::thread::id s_caller;
   s_caller = std::this_thread::get_id();
   CBandPool pool(2);
   static std::atomic<bool> s_bHelped{false};
-  // The other thread is slow, as one without its processor.
-  for (int n = 0; n < 1000 && !s_bHelped; ++n) {
-    pool.Run(
-      LARGE,
-      [](const void *, std::size_t, std::size_t) {
-        const bool bHelps = std::this_thread::get_id() != s_caller;
-        s_bHelped = s_bHelped || bHelps;
-        std::this_thread::sleep_for(std::chrono::milliseconds(bHelps ? 500 : 1));
-      },
-      nullptr);
-  }
-  ASSERT_TRUE(s_bHelped);
-  for (uint32_t n = 0; n < FRAMES_ALONE; ++n) {
-    EXPECT_TRUE(Visit(pool, LARGE).IsOwnWork()) << n;
+  for (const uint32_t nAlone : {FRAMES_ALONE, 2 * FRAMES_ALONE}) {
+    s_bHelped = false;
+    // The other thread is slow, as one without its processor.
+    for (int n = 0; n < 1000 && !s_bHelped; ++n) {
+      pool.Run(
+        LARGE,
+        [](const void *, std::size_t, std::size_t) {
+          const bool bHelps = std::this_thread::get_id() != s_caller;
+          s_bHelped = s_bHelped || bHelps;
+          std::this_thread::sleep_for(std::chrono::milliseconds(bHelps ? 500 : 1));
+        },
+        nullptr);
+    }
+    ASSERT_TRUE(s_bHelped);
+    s_bHelped = false;
+    for (uint32_t n = 0; n < nAlone; ++n) {
+      pool.Run(
+        LARGE,
+        [](const void *, std::size_t, std::size_t) { s_bHelped = s_bHelped || std::this_thread::get_id() != s_caller; },
+        nullptr);
+    }
+    EXPECT_FALSE(s_bHelped) << nAlone;
   }
 }
 
