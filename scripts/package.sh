@@ -16,13 +16,27 @@ fi
 export SOURCE_DATE_EPOCH LC_ALL=C.UTF-8 TZ=UTC
 packages=$root/build/packages
 
+# pack_again ZIP: the files in the order of their names, and without who owned them.
+pack_again() {
+  local zip=$1 folder
+  folder=$(mktemp -d)
+  cmake -E chdir "$folder" cmake -E tar xf "$zip"
+  find "$folder" -exec touch --no-dereference "--date=@$SOURCE_DATE_EPOCH" {} +
+  rm "$zip"
+  (cd "$folder" && find . -type f -printf '%P\n' | sort | zip -q -X -9 "$zip" -@)
+  rm -r "$folder"
+}
+
 # make_packages PRESET SYSTEM: all kinds of packages that the preset is for.
 make_packages() {
-  local made=$root/build/$1/packages
+  local made=$root/build/$1/packages zip
   build_preset "$1"
   rm -rf "$made"
   cpack --config "build/$1/CPackConfig.cmake" -B "$made"
   mkdir -p "$packages"
+  for zip in "$made"/*.zip; do
+    [ ! -f "$zip" ] || pack_again "$zip"
+  done
   cp -- "$made"/*.deb "$packages/" 2>/dev/null || cp -- "$made"/*.zip "$made"/*.exe "$packages/"
   cp "build/$1/package/VERSION.txt" "$packages/VERSION-$2.txt"
   (cd "$packages" && find . -maxdepth 1 -type f ! -name SHA256SUMS -printf '%P\n' | sort | xargs -d '\n' sha256sum >SHA256SUMS)
