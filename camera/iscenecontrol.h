@@ -54,4 +54,10 @@ inline ISceneControl *FindSceneControl(ICamera &camera)
   return pOwner == nullptr ? nullptr : pOwner->GetSceneControl();
 }
 
+/// Whether there can be dark frames: a lens that software cannot cover is covered by somebody.
+inline bool CanBeCovered(const ISceneControl *pScene)
+{
+  return pScene == nullptr || pScene->CanCover();
+}
+
 } // namespace ffc::camera

@@ -7,6 +7,7 @@ _ffchost() {
     --frames) COMPREPLY=($(compgen -W '1 2 4 8 16' -- "$word")); return ;;
     --language) COMPREPLY=($(compgen -W 'en zh' -- "$word")); return ;;
     --mode) COMPREPLY=($(compgen -W 'none flatfield vignetting unknown' -- "$word")); return ;;
+    --align) COMPREPLY=($(compgen -W 'right left' -- "$word")); return ;;
     --block-size) COMPREPLY=($(compgen -W '16 32 64 128' -- "$word")); return ;;
     --pixel-format)
       COMPREPLY=($(compgen -W "$(echo Mono{8,10,12,14,16} Bayer{RG,GB,GR,BG}{8,10,12,16})" -- "$word"))
@@ -16,7 +17,8 @@ _ffchost() {
   if [[ $word == -* ]]; then
     COMPREPLY=($(compgen -W '--help --version --headless --no-wait --dark-delay --record --format --corrected --stop-on-loss
       --restore-settings --list-cameras --verbose --screenshots --plugin --frames --expect-gray --language --out --save-frames
-      --shading-limit --camera --pixel-format --size --seed --mode --flash --block-size' -- "$word"))
+      --limit --shading-limit --prnu-limit --dsnu-limit --align --camera --pixel-format --size --seed --mode --flash
+      --block-size' -- "$word"))
   else
     COMPREPLY=($(compgen -f -- "$word"))
   fi

@@ -169,14 +169,20 @@ Result<> CWorkflowSession::PrepareMeasurement(bool bLensCap)
 
 bool CWorkflowSession::CanCover() const
 {
-  const ISceneControl *pScene = FindSceneControl(m_pViewer->GetCamera());
-  return pScene != nullptr && pScene->CanCover();
+  return camera::CanBeCovered(FindSceneControl(m_pViewer->GetCamera()));
 }
 
 void CWorkflowSession::HoldNextMoment()
 {
   if (m_bHolding) {
-    FindSceneControl(m_pViewer->GetCamera())->HoldMoment(m_nMoment++);
+    HoldMoment(m_nMoment++);
+  }
+}
+
+void CWorkflowSession::HoldMoment(std::optional<uint64_t> nMoment)
+{
+  if (ISceneControl *pScene = FindSceneControl(m_pViewer->GetCamera())) {
+    pScene->HoldMoment(nMoment);
   }
 }
 
@@ -185,7 +191,7 @@ SDialogAnswer CWorkflowSession::Acquire(const std::function<SDialogAnswer()> &fn
   m_bHolding = true;
   const SDialogAnswer stAnswer = fnPress();
   m_bHolding = false;
-  FindSceneControl(m_pViewer->GetCamera())->HoldMoment(std::nullopt);
+  HoldMoment(std::nullopt);
   return stAnswer;
 }
 

@@ -101,6 +101,8 @@ public:
 
 private:
   void HoldNextMoment();
+  /// Of a scene that can be held; see ISceneControl.
+  void HoldMoment(std::optional<uint64_t> nMoment);
   /// \param fnPress presses the button of an acquisition
   SDialogAnswer Acquire(const std::function<SDialogAnswer()> &fnPress);
   Result<> PrepareFlash();

@@ -143,11 +143,9 @@ Result<> CMeasurement::TakeScene(bool bCovered, SScene &stScene)
                          [&] { return TakeByCamera(strStep, "On", stScene.stAfter); });
 }
 
-/// A lens that the user covers can be covered.
 bool CMeasurement::CanCover() const
 {
-  const camera::ISceneControl *pScene = camera::FindSceneControl(m_viewer.GetCamera());
-  return pScene == nullptr || pScene->CanCover();
+  return camera::CanBeCovered(camera::FindSceneControl(m_viewer.GetCamera()));
 }
 
 Result<CMeasurement::QualityResult> CMeasurement::Measure(bool bPreview)

@@ -86,7 +86,7 @@
         <translation>垂直合并</translation>
     </message>
     <message>
-        <source>Finds the exposure at which the brightest part of the image lies at 70 % of the format&apos;s maximum</source>
+        <source>Finds the exposure at which the brightest part of the image lies at 70 % of the format's maximum</source>
         <translation>自动寻找曝光时间，使图像最亮处达到格式最大值的 70 %</translation>
     </message>
     <message>
@@ -220,7 +220,7 @@
         <translation>平场校正(&amp;F)...</translation>
     </message>
     <message>
-        <source>The plug-in&apos;s dialog: dark field, bright field, execute, preview</source>
+        <source>The plug-in's dialog: dark field, bright field, execute, preview</source>
         <translation>插件对话框：暗场、亮场、执行、预览</translation>
     </message>
     <message>
@@ -304,8 +304,8 @@
         <translation>另存为(&amp;S)...</translation>
     </message>
     <message>
-        <source>1. Choose the camera, start it, and press &quot;To 70 %&quot; with an evenly lit target before the lens.
-2. Press &quot;Flat-field correction...&quot;. Cover the lens and acquire the dark field; uncover it and acquire the bright field; press Execute.
+        <source>1. Choose the camera, start it, and press "To 70 %" with an evenly lit target before the lens.
+2. Press "Flat-field correction...". Cover the lens and acquire the dark field; uncover it and acquire the bright field; press Execute.
 3. View &gt; Raw beside corrected shows what has changed; View &gt; Stretch makes small differences visible.
 4. Quality &gt; Measure tells how even the image is, from fresh frames, and saves a report.</source>
         <translation>1. 选择相机并启动，将均匀照明的目标置于镜头前，按“至 70 %”。
@@ -326,7 +326,7 @@
         <translation>加载上次的系数（%1）(&amp;O)</translation>
     </message>
     <message>
-        <source>Name of this camera&apos;s settings as they are now</source>
+        <source>Name of this camera's settings as they are now</source>
         <translation>相机当前设置的名称</translation>
     </message>
     <message>
@@ -372,7 +372,7 @@
 %1</translation>
     </message>
     <message>
-        <source>The exposure time cannot be changed: switch the camera&apos;s own exposure control off.</source>
+        <source>The exposure time cannot be changed: switch the camera's own exposure control off.</source>
         <translation>无法更改曝光时间：请关闭相机的自动曝光。</translation>
     </message>
     <message>
@@ -673,7 +673,7 @@ Frames received: %3</source>
 <context>
     <name>BrightField</name>
     <message>
-        <source>%1 % of the bright field&apos;s samples are clipped: expose for less.</source>
+        <source>%1 % of the bright field's samples are clipped: expose for less.</source>
         <translation>亮场中有 %1 % 的采样饱和：请缩短曝光。</translation>
     </message>
     <message>
@@ -681,7 +681,7 @@ Frames received: %3</source>
         <translation>亮场有结构（%1 % 的块）：图表、对焦的物体或阴影边缘。请对着离焦的均匀表面。</translation>
     </message>
     <message>
-        <source>The light is unsteady: the bright frames&apos; means differ by %1 %. Use steady light, or expose for whole periods of it.</source>
+        <source>The light is unsteady: the bright frames' means differ by %1 %. Use steady light, or expose for whole periods of it.</source>
         <translation>光源不稳定：亮场各帧的均值相差 %1 %。请使用稳定光源，或按光源的整周期曝光。</translation>
     </message>
     <message>
@@ -905,7 +905,7 @@ Frames received: %3</source>
         <translation>相机在重复：只测量了 %1 帧不同的图像</translation>
     </message>
     <message>
-        <source>The coefficients are another camera&apos;s: the pattern of their pixels is not that of the frames</source>
+        <source>The coefficients are another camera's: the pattern of their pixels is not that of the frames</source>
         <translation>系数属于另一台相机：其像素图案与图像不符</translation>
     </message>
     <message>
@@ -935,7 +935,7 @@ Frames received: %3</source>
 <context>
     <name>ReferenceAdvice</name>
     <message>
-        <source>The camera evens out blocks of %1 x %1 pixels: one frame is enough, and the pixels&apos; own pattern stays.</source>
+        <source>The camera evens out blocks of %1 x %1 pixels: one frame is enough, and the pixels' own pattern stays.</source>
         <translation>相机按 %1 x %1 像素的块校正：1 帧即可，像素自身的图案保留。</translation>
     </message>
     <message>
@@ -1033,7 +1033,7 @@ Frames received: %3</source>
 <context>
     <name>CameraTexts</name>
     <message>
-        <source>%1 is the camera&apos;s %2.</source>
+        <source>%1 is the camera's %2.</source>
         <translation>%1 对应相机的 %2。</translation>
     </message>
     <message>
@@ -1151,7 +1151,7 @@ Frames received: %3</source>
         <translation>已加载：%1</translation>
     </message>
     <message>
-        <source>Loaded from the camera&apos;s flash</source>
+        <source>Loaded from the camera's flash</source>
         <translation>已从相机闪存加载</translation>
     </message>
     <message>
@@ -1159,7 +1159,7 @@ Frames received: %3</source>
         <translation>已写入相机，今后相机以此启动</translation>
     </message>
     <message>
-        <source>The plug-in does not know this camera&apos;s correction %1: its dialog is grey.</source>
+        <source>The plug-in does not know this camera's correction %1: its dialog is grey.</source>
         <translation>插件不支持该相机的校正方式“%1”：对话框不可用。</translation>
     </message>
 </context>
@@ -1170,7 +1170,7 @@ Frames received: %3</source>
         <translation>系数来自文件 %1</translation>
     </message>
     <message>
-        <source>The coefficients come from the camera&apos;s flash</source>
+        <source>The coefficients come from the camera's flash</source>
         <translation>系数来自相机闪存</translation>
     </message>
     <message>
@@ -1189,7 +1189,7 @@ Frames received: %3</source>
 <context>
     <name>Report</name>
     <message>
-        <source>% of the mean; DN, the samples&apos; own numbers</source>
+        <source>% of the mean; DN, the samples' own numbers</source>
         <translation>占平均值的百分比；DN 为采样值本身</translation>
     </message>
     <message>
@@ -1229,7 +1229,7 @@ Frames received: %3</source>
         <translation>系数</translation>
     </message>
     <message>
-        <source>DSNU got worse: the camera&apos;s gain lifts the dark signal with the light</source>
+        <source>DSNU got worse: the camera's gain lifts the dark signal with the light</source>
         <translation>DSNU 变差：相机的增益同时放大了暗信号</translation>
     </message>
     <message>
@@ -1241,7 +1241,7 @@ Frames received: %3</source>
         <translation>DSNU 变差：暗场参考只有一帧，其噪声现已进入每幅暗图像</translation>
     </message>
     <message>
-        <source>DSNU got worse: the noise of the coefficients&apos; dark field, or the gains, are now in every dark image</source>
+        <source>DSNU got worse: the noise of the coefficients' dark field, or the gains, are now in every dark image</source>
         <translation>DSNU 变差：系数中暗场的噪声或增益现已进入每幅暗图像</translation>
     </message>
     <message>
@@ -1362,35 +1362,35 @@ Frames received: %3</source>
         <translation>相机不再响应。</translation>
     </message>
     <message>
-        <source>The camera&apos;s flash &quot;%1&quot; cannot be written: %2.</source>
+        <source>The camera's flash "%1" cannot be written: %2.</source>
         <translation>无法写入相机闪存“%1”：%2。</translation>
     </message>
     <message>
-        <source>The camera&apos;s flash &quot;%1&quot; is damaged.</source>
+        <source>The camera's flash "%1" is damaged.</source>
         <translation>相机闪存“%1”已损坏。</translation>
     </message>
     <message>
-        <source>The file &quot;%1&quot; cannot be read: %2.</source>
+        <source>The file "%1" cannot be read: %2.</source>
         <translation>无法读取文件“%1”：%2。</translation>
     </message>
     <message>
-        <source>The folder &quot;%1&quot; has %2 frames in &quot;%3&quot; files; at least %4 are needed (%5).</source>
+        <source>The folder "%1" has %2 frames in "%3" files; at least %4 are needed (%5).</source>
         <translation>文件夹“%1”中的“%3”文件有 %2 帧；至少需要 %4 帧（%5）。</translation>
     </message>
     <message>
-        <source>The recording cannot be played: there is no pixel format &quot;%1&quot;.</source>
+        <source>The recording cannot be played: there is no pixel format "%1".</source>
         <translation>无法播放录制的帧：没有像素格式“%1”。</translation>
     </message>
     <message>
-        <source>The simulated camera has no pixel format &quot;%1&quot;.</source>
+        <source>The simulated camera has no pixel format "%1".</source>
         <translation>模拟相机没有像素格式“%1”。</translation>
     </message>
     <message>
-        <source>There is no folder &quot;%1&quot;.</source>
+        <source>There is no folder "%1".</source>
         <translation>文件夹“%1”不存在。</translation>
     </message>
     <message>
-        <source>There is not enough memory for the camera&apos;s frames.</source>
+        <source>There is not enough memory for the camera's frames.</source>
         <translation>内存不足，无法容纳相机的帧。</translation>
     </message>
     <message>
@@ -1410,11 +1410,11 @@ Frames received: %3</source>
         <translation>相机没有响应</translation>
     </message>
     <message>
-        <source>the camera&apos;s pixel format cannot be set</source>
+        <source>the camera's pixel format cannot be set</source>
         <translation>无法设置相机的像素格式</translation>
     </message>
     <message>
-        <source>this camera has no user set &quot;UserSet0&quot;</source>
+        <source>this camera has no user set "UserSet0"</source>
         <translation>此相机没有用户设置“UserSet0”</translation>
     </message>
     <message>
@@ -1537,11 +1537,11 @@ Frames received: %3</source>
 <context>
     <name>ffc::host::CInspectionBar</name>
     <message>
-        <source>From where on a sample counts as over-exposed, of the format&apos;s maximum</source>
+        <source>From where on a sample counts as over-exposed, of the format's maximum</source>
         <translation>采样值从格式最大值的多少起算作过曝</translation>
     </message>
     <message>
-        <source>Over-exposed: %1 % of the camera&apos;s samples</source>
+        <source>Over-exposed: %1 % of the camera's samples</source>
         <translation>过曝：相机采样的 %1 %</translation>
     </message>
     <message>
@@ -1586,7 +1586,7 @@ raw: %2</source>
         <translation>以每帧最暗和最亮的灰度为黑白</translation>
     </message>
     <message>
-        <source>Black is 0 and white the format&apos;s maximum</source>
+        <source>Black is 0 and white the format's maximum</source>
         <translation>黑为 0，白为格式最大值</translation>
     </message>
     <message>

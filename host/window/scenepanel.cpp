@@ -65,7 +65,7 @@ void CScenePanel::SetScene(ISceneControl *pScene)
   m_pLamp->setValue(FULL);
   ShowIllumination(FULL);
   const bool bArrange = pScene != nullptr && pScene->CanArrange();
-  const bool bCover = pScene == nullptr || pScene->CanCover();
+  const bool bCover = camera::CanBeCovered(pScene);
   m_pLensCap->setEnabled(bCover);
   m_pLensCap->setToolTip(bCover ? QString() : tr("The recording has no dark frames"));
   for (QWidget *pWidget : QList<QWidget *>{m_pTestChart, m_pLampLabel, m_pLamp, m_pLampValue}) {

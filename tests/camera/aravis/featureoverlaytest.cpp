@@ -49,7 +49,7 @@ public:
   /// One line for each note.
   std::string GetNotes() const
   {
-    const char *const KINDS[] = {"aliased", "supplied", "hidden", "missing"};
+    const char *const KINDS[] = {"aliased", "supplied", "hidden", "guessed", "missing"};
     std::string strText;
     for (const SFeatureNote &stNote : m_overlay.GetNotes()) {
       strText += stNote.strFeature + " " + KINDS[int(stNote.eKind)] + ": " + stNote.strSource + "\n";
