@@ -1027,7 +1027,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>shading</source>
-        <translation>阴影</translation>
+        <translation>不均匀度</translation>
     </message>
 </context>
 <context>

@@ -14,6 +14,7 @@ using quality::SFigureRow;
 
 const QStringList PLANES{QStringLiteral("R"), QStringLiteral("G"), QStringLiteral("B")};
 const QString GAP = QStringLiteral("  "); ///< between a plane's name and that of the figure
+constexpr int MARGIN = 12;                ///< pixels on both sides of a name
 
 QString Translate(const char *pText)
 {
@@ -41,8 +42,21 @@ int AddRow(QTableWidget &table, const QString &strName)
   return nRow;
 }
 
+/// Names in two lines leave the columns their room: rows with a figure of each plane are two lines high anyway.
+void NarrowNames(QTableWidget &table, const QList<SFigureRow> &listRows)
+{
+  QHeaderView *pNames = table.verticalHeader();
+  int nWidth = 0;
+  for (const SFigureRow &stRow : listRows) {
+    nWidth = FindPlane(stRow) < 0 ? std::max(nWidth, pNames->fontMetrics().horizontalAdvance(stRow.strName)) : nWidth;
+  }
+  pNames->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter | static_cast<Qt::Alignment>(Qt::TextWordWrap));
+  pNames->setMaximumWidth(nWidth + MARGIN);
+}
+
 void FillColors(QTableWidget &table, const QList<SFigureRow> &listRows)
 {
+  NarrowNames(table, listRows);
   QStringList listNames; // row by row
   table.setColumnCount(PLANES.size());
   table.setHorizontalHeaderLabels(PLANES);
@@ -58,7 +72,7 @@ void FillColors(QTableWidget &table, const QList<SFigureRow> &listRows)
       }
     }
     const int nRow = listNames.indexOf(strName);
-    const QString strBoth = nPlane < 0 ? QStringLiteral("%1 → %2") : QStringLiteral("%1 →\n%2");
+    const QString strBoth = nPlane < 0 ? QStringLiteral("%1 → %2") : QStringLiteral("%1→\n%2");
     SetCell(table, nRow, std::max(0, nPlane), strBoth.arg(stRow.strBefore, stRow.strAfter));
     if (nPlane < 0) {
       table.setSpan(nRow, 0, 1, PLANES.size());
@@ -68,6 +82,7 @@ void FillColors(QTableWidget &table, const QList<SFigureRow> &listRows)
 
 void FillMono(QTableWidget &table, const QList<SFigureRow> &listRows)
 {
+  table.verticalHeader()->setMaximumWidth(QWIDGETSIZE_MAX);
   table.setColumnCount(2);
   table.setHorizontalHeaderLabels({Translate("before"), Translate("after")});
   for (const SFigureRow &stRow : listRows) {

@@ -182,8 +182,8 @@ TEST(FigureTable, HasTheColoursOfAMosaicSideBySide)
   ASSERT_EQ(table.columnCount(), 3);
   ASSERT_EQ(table.rowCount(), 3) << "one for each figure";
   EXPECT_EQ(table.verticalHeaderItem(0)->text().toStdString(), "Shading, %");
-  EXPECT_EQ(table.item(0, 0)->text(), QString::fromUtf8("20.1 →\n0.3"));
-  EXPECT_EQ(table.item(0, 2)->text(), QString::fromUtf8("25.0 →\n0.4"));
+  EXPECT_EQ(table.item(0, 0)->text(), QString::fromUtf8("20.1→\n0.3"));
+  EXPECT_EQ(table.item(0, 2)->text(), QString::fromUtf8("25.0→\n0.4"));
   EXPECT_EQ(table.item(2, 0)->text(), QString::fromUtf8("1.1 → 0.2"));
   EXPECT_EQ(table.columnSpan(2, 0), 3);
   FillFigureTable(table, {{"Shading, %", "20.1", "0.3"}});
