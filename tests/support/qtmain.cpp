@@ -2,6 +2,7 @@
 // Entry point of the test programs that drive widgets.
 
 #include <QApplication>
+#include <QStyle>
 #include <QtGlobal>
 
 #include <gmock/gmock.h>
@@ -49,6 +50,7 @@ int main(int nArgc, char **apArgv)
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
   QApplication::setStyle(QStringLiteral("Fusion"));
   QApplication application(nArgc, apArgv);
+  QApplication::style()->setParent(&application); // one that is set before belongs to nobody
   QApplication::setQuitOnLastWindowClosed(false);
   testing::UnitTest::GetInstance()->listeners().Append(new CCleanApplication);
   return RUN_ALL_TESTS();
