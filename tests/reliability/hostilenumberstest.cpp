@@ -34,6 +34,13 @@ const std::vector<int64_t> NUMBERS = {INT64_MIN,
                                       ONE << 62,
                                       INT64_MAX};
 
+// Buffers from this size on are refused: the file's format ends here, or what the thread sanitizer may give at once.
+#if defined(__SANITIZE_THREAD__)
+constexpr int64_t TOO_LARGE = ONE << 30;
+#else
+constexpr int64_t TOO_LARGE = ONE << 32;
+#endif
+
 // What a size that cannot be may be answered with; a box tells each of them.
 const std::set<std::string> ANSWERS = {
   "Out of memory",
@@ -130,7 +137,7 @@ TEST_P(HostileNumbers, OfCoefficientsAtTheInitialisationLeaveADialogThatCanBeOpe
     m_rig.ReplaceFeatures(&map);
     const int32_t nStatus = m_rig.Open();
     EXPECT_TRUE(nStatus == 0 || nStatus == -2) << nNumber << ": " << nStatus;
-    EXPECT_EQ(nNumber < 0 || nNumber >= ONE << 32, nStatus == -2) << nNumber;
+    EXPECT_EQ(nNumber < 0 || nNumber >= TOO_LARGE, nStatus == -2) << nNumber;
     // A dialog that has room for other coefficients than the camera's computes none.
     m_rig.ReplaceFeatures(nullptr);
     m_rig.Close();
