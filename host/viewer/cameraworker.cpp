@@ -1,5 +1,7 @@
 #include "host/viewer/cameraworker.h"
 
+#include <atomic>
+#include <chrono>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -9,6 +11,11 @@
 #include <QMetaObject>
 
 namespace ffc::host {
+namespace {
+
+constexpr std::chrono::milliseconds EVENT_PAUSE{5}; ///< between two looks for events
+
+} // namespace
 
 CCameraWorker::CCameraWorker(QObject *pParent) : QObject(pParent) {}
 
@@ -40,17 +47,21 @@ void CCameraWorker::Post(Work fnWork)
 
 void CCameraWorker::RunLive(const std::function<void()> &fnWork)
 {
-  bool bDone = false;
+  std::atomic<bool> bDone{false};
   Post([&]() -> std::function<void()> {
     try {
       fnWork();
     } catch (const std::bad_alloc &) {
       // Whoever asked has no result.
     }
-    return [&bDone] { bDone = true; };
+    bDone = true;
+    return nullptr;
   });
+  // Not every system's event loop wakes up for what another thread posts while it leaves the user's input aside.
   while (!bDone) {
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_condition.wait_for(lock, EVENT_PAUSE, [&bDone] { return bDone.load(); });
   }
 }
 

@@ -6,7 +6,7 @@ include("${SOURCE}/packaging/libraries.cmake")
 function(get_headers out)
   find_program(ninja ninja REQUIRED)
   execute_process(COMMAND "${ninja}" -C "${BUILD}" -t deps
-    COMMAND awk "/^[^ ]/ { own = $1 !~ /^tests\\// } /^ / && own { print $1 }"
+    COMMAND awk "/^[^ ]/ { own = $1 !~ /^(tests|googletest)\\// } /^ / && own { print $1 }"
     COMMAND sort -u
     COMMAND xargs realpath --no-symlinks --canonicalize-missing
     COMMAND sort -u
