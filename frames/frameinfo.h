@@ -75,4 +75,14 @@ struct SFrameInfo {
   QByteArray byteSerDates; ///< dates of a SER file's header and the time of each frame, as they stand in the file
 };
 
+/// \param stFormat of the samples, as they lie in memory; not packed
+inline SFrameInfo MakeFrameInfo(uint32_t nWidth, uint32_t nHeight, const genapi::SPixelFormat &stFormat)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {nWidth, nHeight, stFormat.GetBytesPerPixel()};
+  stInfo.nBitDepth = stFormat.nBitDepth;
+  stInfo.eColors = stFormat.eLayout;
+  return stInfo;
+}
+
 } // namespace ffc::frames

@@ -96,10 +96,8 @@ uint64_t ParseSide(const std::string &strSide)
 } // namespace
 
 CRawFile::CRawFile(uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFormat)
+  : m_stInfo(MakeFrameInfo(nWidth, nHeight, stFormat))
 {
-  m_stInfo.stLayout = {nWidth, nHeight, stFormat.GetBytesPerPixel()};
-  m_stInfo.nBitDepth = stFormat.nBitDepth;
-  m_stInfo.eColors = stFormat.eLayout;
 }
 
 Result<CRawFile> CRawFile::Parse(const std::string &strFormat)

@@ -1,5 +1,6 @@
 #include "frames/sidefile.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -86,6 +87,16 @@ private:
 QString GetSideFilePath(const QString &strFlat)
 {
   return strFlat + QStringLiteral(".json");
+}
+
+Result<QString> HashCoefficientFile(const QString &strFlat)
+{
+  QFile file(strFlat);
+  QCryptographicHash hash(QCryptographicHash::Sha256);
+  if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+    return Failure(file.errorString());
+  }
+  return QString::fromLatin1(hash.result().toHex());
 }
 
 QByteArray MakeSideFile(const SSideFile &stSide)

@@ -39,6 +39,10 @@ struct SSideFile {
 /// "FLAT.ffc.json"
 QString GetSideFilePath(const QString &strFlat);
 
+/// SHA-256 of a coefficient file, in hexadecimal.
+/// \return why it cannot be read, in the system's words
+Result<QString> HashCoefficientFile(const QString &strFlat);
+
 QByteArray MakeSideFile(const SSideFile &stSide);
 
 /// \param byteJson may be anything

@@ -38,9 +38,7 @@ Result<> CRecordingFiles::Open(const SStreamFormat &stFormat, uint64_t nFrames)
     return Failure(QStringLiteral("the folder %1 has a recording already (%2): choose another one with --out")
                      .arg(m_dir.absolutePath(), listThere.front()));
   }
-  m_stInfo.stLayout = {stFormat.nWidth, stFormat.nHeight, stFormat.pFormat->GetBytesPerPixel()};
-  m_stInfo.nBitDepth = stFormat.pFormat->nBitDepth;
-  m_stInfo.eColors = stFormat.pFormat->eLayout;
+  m_stInfo = frames::MakeFrameInfo(stFormat.nWidth, stFormat.nHeight, *stFormat.pFormat);
   m_stInfo.nFrames = m_strSuffix == TOGETHER ? std::min<uint64_t>(nFrames, m_pKind->GetMaxFrames()) : 1;
   m_pLines = std::make_unique<frames::CPartialFile>(m_dir.filePath(LINES));
   Result<> result = m_pLines->Open();

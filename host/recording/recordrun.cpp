@@ -5,14 +5,13 @@
 #include <utility>
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 #include <QThread>
 
 #include "camera/icameralink.h"
 #include "frames/correctionmark.h"
+#include "frames/sidefile.h"
 #include "host/headless/steps.h"
 #include "host/viewer/cameratexts.h"
 #include "host/viewer/featuretext.h"
@@ -80,14 +79,12 @@ Result<> CRecordRun::LoadCoefficients()
     return {};
   }
   const QString strPath = QString::fromStdString(m_session.GetOptions().stRecording.strCoefficients);
-  QFile file(strPath);
-  QCryptographicHash hash(QCryptographicHash::Sha256);
-  if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
-    return Failure(QStringLiteral("cannot read %1: %2").arg(strPath, file.errorString()));
+  const Result<QString> hash = frames::HashCoefficientFile(strPath);
+  if (!hash) {
+    return Failure(QStringLiteral("cannot read %1: %2").arg(strPath, QString::fromStdString(hash.GetError())));
   }
-  m_files.SetCorrection(
-    frames::ToLine(frames::MakeCorrectionMark(QFileInfo(strPath).fileName(), QString::fromLatin1(hash.result().toHex()),
-                                              QStringLiteral("ffchost ") + QStringLiteral(FFC_VERSION))));
+  m_files.SetCorrection(frames::ToLine(frames::MakeCorrectionMark(
+    QFileInfo(strPath).fileName(), hash.GetValue(), QStringLiteral("ffchost ") + QStringLiteral(FFC_VERSION))));
   return RunUntilFailure([&] { return m_session.OpenDialog(); },
                          [&] { return m_session.Judge(m_session.GetDriver().LoadFile(strPath)); },
                          [&] {

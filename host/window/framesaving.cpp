@@ -46,10 +46,7 @@ Result<frames::SFrameInfo> DescribeFrames(const SFrameCopy &stFrame, const frame
     return Failure(Translate("Frames of this pixel format cannot be saved: choose a mono or Bayer format that is not "
                              "packed."));
   }
-  frames::SFrameInfo stInfo;
-  stInfo.stLayout = {stFrame.nWidth, stFrame.nHeight, pFormat->GetBytesPerPixel()};
-  stInfo.nBitDepth = pFormat->nBitDepth;
-  stInfo.eColors = pFormat->eLayout;
+  frames::SFrameInfo stInfo = frames::MakeFrameInfo(stFrame.nWidth, stFrame.nHeight, *pFormat);
   stInfo.mapTexts = mapTexts;
   return stInfo;
 }

@@ -5,14 +5,12 @@
 #include <vector>
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QDateTime>
-#include <QFile>
 #include <QFileInfo>
 
-#include "genapi/sensorformat.h"
 #include "frames/sidefile.h"
 #include "frames/wholefile.h"
+#include "genapi/sensorformat.h"
 #include "host/measurement/tablefile.h"
 #include "host/viewer/featuretext.h"
 #include "quality/tableshape.h"
@@ -76,10 +74,9 @@ QString DescribeMisfit(const QString &strFile, GenApi::INodeMap &deviceMap)
 Result<> WriteSideFile(const QString &strFile, const SCoefficientOrigin &stOrigin, const SFrameShape &stShape,
                        GenApi::INodeMap &deviceMap, const QString &strPrograms)
 {
-  QFile file(strFile);
   const genapi::SSensorFormat *pFormat = genapi::FindSensorFormat(stShape.nPixelFormat);
-  QCryptographicHash hash(QCryptographicHash::Sha256);
-  if (pFormat == nullptr || !file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+  const Result<QString> hash = frames::HashCoefficientFile(strFile);
+  if (pFormat == nullptr || !hash) {
     return Failure(Translate("%1 cannot be read again").arg(strFile));
   }
   frames::SSideFile stSide;
@@ -95,7 +92,7 @@ Result<> WriteSideFile(const QString &strFile, const SCoefficientOrigin &stOrigi
   stSide.nExpectGray = static_cast<uint32_t>(std::max(0, stOrigin.nExpectGray));
   stSide.strCreated = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
   stSide.strTool = strPrograms;
-  stSide.strSha256 = QString::fromLatin1(hash.result().toHex());
+  stSide.strSha256 = hash.GetValue();
   return frames::SaveWholeFile(frames::GetSideFilePath(strFile), frames::MakeSideFile(stSide));
 }
 
