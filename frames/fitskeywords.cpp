@@ -31,7 +31,15 @@ QByteArray Encode(const QString &strText)
   return byteText;
 }
 
+std::mutex &GetLibraryMutex()
+{
+  static std::mutex mutex;
+  return mutex;
+}
+
 } // namespace
+
+CFitsKeywords::CFitsKeywords() : m_lock(GetLibraryMutex()) {}
 
 CFitsKeywords::~CFitsKeywords()
 {

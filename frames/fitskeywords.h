@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -19,10 +20,12 @@ namespace ffc::frames {
 constexpr int FITS_CARD_SIZE = 80;
 constexpr int FITS_BLOCK_SIZE = 2880;
 
-/// One header. Used by one thread at a time.
+/// One header. Used by one thread at a time; while there is one, other threads wait for it before they begin theirs,
+/// for the library has state that all files share and that it sets up unlocked. So a thread has no second one
+/// meanwhile.
 class CFitsKeywords {
 public:
-  CFitsKeywords() = default;
+  CFitsKeywords();
   ~CFitsKeywords();
   CFitsKeywords(const CFitsKeywords &) = delete;
   CFitsKeywords &operator=(const CFitsKeywords &) = delete;
@@ -52,6 +55,7 @@ public:
 private:
   Failure Describe() const;
 
+  std::unique_lock<std::mutex> m_lock; ///< of the library; the last that is given up
   fitsfile *m_pFile = nullptr;
   void *m_pMemory = nullptr; ///< the library's while there is a file
   std::size_t m_nMemory = 0;
