@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 
+#include "frames/sidefile.h"
 #include "host/dialogdriver/dialogdriver.h"
 
 namespace ffc::host {
@@ -20,6 +21,14 @@ constexpr uint32_t JUDGED_FRAMES = 16;
 QString Translate(const char *pText)
 {
   return QCoreApplication::translate("CoefficientOrigin", pText);
+}
+
+/// While the file is surely the one that is in use.
+void NoteFile(const QString &strFile, SCoefficientOrigin &stOrigin)
+{
+  const Result<QString> hash = frames::HashCoefficientFile(strFile);
+  stOrigin.strFile = strFile;
+  stOrigin.strSha256 = hash ? hash.GetValue() : QString();
 }
 
 } // namespace
@@ -144,6 +153,11 @@ void CCoefficientWatch::NoteDone(const SDialogOutcome &stOutcome, const CDialogD
       NoteLoaded(EKind::File, stOutcome.strFile, driver, bByCamera);
     }
     break;
+  case EDialogAction::SaveFile:
+    if (!stOutcome.strFile.isEmpty() && m_stOrigin.eKind == EKind::Acquired) {
+      NoteFile(stOutcome.strFile, m_stOrigin);
+    }
+    break;
   default: break;
   }
 }
@@ -161,7 +175,9 @@ void CCoefficientWatch::NoteLoaded(EKind eKind, const QString &strFile, const CD
 {
   m_stOrigin = SCoefficientOrigin();
   m_stOrigin.eKind = eKind;
-  m_stOrigin.strFile = strFile;
+  if (!strFile.isEmpty()) {
+    NoteFile(strFile, m_stOrigin);
+  }
   if (bByCamera) {
     m_stOrigin.nAskedFrames = m_stOrigin.nFrames = driver.GetFrameCount();
     m_stOrigin.nExpectGray = driver.GetExpectGray();

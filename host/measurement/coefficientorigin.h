@@ -61,7 +61,8 @@ struct SCoefficientOrigin {
   int nFrames = 0;      ///< those of them that differ from each other; 0: not known
   int nExpectGray = -1; ///< 0 to 255; -1: not known
   quality::EDarkField eDarkField = quality::EDarkField::Unknown;
-  QString strFile;
+  QString strFile;               ///< of the coefficients, loaded or saved; empty: there is none
+  QString strSha256;             ///< of that file, in hexadecimal; empty: it cannot be read
   QStringList listBrightRemarks; ///< what speaks against the bright field
 
   bool IsRepeated() const { return nFrames < nAskedFrames; }

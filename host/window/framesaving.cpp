@@ -7,12 +7,15 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QSettings>
 #include <QTimer>
 
+#include "frames/correctionmark.h"
 #include "frames/ifilekind.h"
+#include "frames/wholefile.h"
 #include "host/viewer/featuretext.h"
 #include "host/window/displaypicture.h"
 #include "host/window/framequeue.h"
@@ -54,14 +57,20 @@ Result<frames::SFrameInfo> DescribeFrames(const SFrameCopy &stFrame, const frame
 /// Writes a sequence into one file, or into one for each frame.
 class CSequenceFiles {
 public:
-  CSequenceFiles(const QString &strPath, uint32_t nFrames, const frames::Texts &mapTexts)
-    : m_strPath(strPath), m_kind(*frames::FindFileKind(strPath)), m_nFrames(nFrames), m_mapTexts(mapTexts)
+  CSequenceFiles(const QString &strPath, uint32_t nFrames, const frames::Texts &mapTexts, const QString &strMark)
+    : m_strPath(strPath), m_kind(*frames::FindFileKind(strPath)), m_nFrames(nFrames), m_mapTexts(mapTexts),
+      m_strMark(strMark)
   {
   }
 
   Result<> Write(const SFrameCopy &stFrame)
   {
-    const Result<frames::SFrameInfo> info = DescribeFrames(stFrame, m_mapTexts);
+    frames::Texts mapTexts = m_mapTexts;
+    if (stFrame.bCorrected) {
+      mapTexts[frames::TEXT_CORRECTION] = m_strMark;
+    }
+    m_bCorrected = m_bCorrected || stFrame.bCorrected;
+    const Result<frames::SFrameInfo> info = DescribeFrames(stFrame, mapTexts);
     if (!info) {
       return info.GetFailure();
     }
@@ -73,13 +82,14 @@ public:
     if (m_pWriter == nullptr) {
       frames::SFrameInfo stInfo = info.GetValue();
       stInfo.nFrames = bSingle ? 1 : m_nFrames;
-      Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(bSingle ? GetNumberedPath() : m_strPath, stInfo);
+      m_strFile = bSingle ? GetNumberedPath() : m_strPath;
+      Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(m_strFile, stInfo);
       if (!created) {
         return created.GetFailure();
       }
       m_pWriter = std::move(created).GetValue();
     }
-    const Result<> written = m_pWriter->Write(stFrame.listBytes.data(), m_mapTexts);
+    const Result<> written = m_pWriter->Write(stFrame.listBytes.data(), mapTexts);
     ++m_nWritten;
     return written && (bSingle || m_nWritten == m_nFrames) ? Commit() : written;
   }
@@ -94,10 +104,20 @@ private:
                                  .arg(file.suffix()));
   }
 
+  /// The mark comes first: a file that only seems to be corrected is refused, one that only seems not to be would be
+  /// corrected twice.
   Result<> Commit()
   {
-    const Result<> committed = m_pWriter->Commit();
+    const QString strMarkPath = frames::GetMarkPath(m_strFile);
+    const bool bMarkBeside = !m_kind.KeepsTexts() && m_bCorrected;
+    const Result<> committed = RunUntilFailure(
+      [&] { return bMarkBeside ? frames::SaveWholeFile(strMarkPath, m_strMark.toUtf8() + '\n') : Result<>(); },
+      [&] { return m_pWriter->Commit(); });
     m_pWriter.reset();
+    if (committed && !bMarkBeside) {
+      QFile::remove(strMarkPath); // a former file's of that name
+    }
+    m_bCorrected = false;
     return committed;
   }
 
@@ -105,8 +125,11 @@ private:
   const IFileKind &m_kind;
   uint32_t m_nFrames;
   frames::Texts m_mapTexts;
+  QString m_strMark;
   frames::SLayout m_stLayout;
+  QString m_strFile; ///< that is being written
   std::unique_ptr<IFrameWriter> m_pWriter;
+  bool m_bCorrected = false; ///< one of its frames is
   uint32_t m_nWritten = 0;
 };
 
@@ -125,6 +148,21 @@ frames::Texts DescribeSettings(camera::ICamera &camera, bool bCorrected)
   }
   return {{frames::TEXT_DESCRIPTION, listSettings.join(QStringLiteral("; "))},
           {QStringLiteral("Software"), QStringLiteral("ffchost")}};
+}
+
+QString DescribeCorrection(const SCoefficientOrigin &stOrigin)
+{
+  QJsonObject mark = frames::MakeCorrectionMark(QFileInfo(stOrigin.strFile).fileName(), stOrigin.strSha256,
+                                                QStringLiteral("ffchost ") + QStringLiteral(FFC_VERSION));
+  if (stOrigin.strSha256.isEmpty()) {
+    mark[QStringLiteral("sha256")] = QJsonValue(); // in no file
+  }
+  if (stOrigin.eKind == SCoefficientOrigin::EKind::Acquired) {
+    mark[QStringLiteral("brightFrames")] = stOrigin.nFrames;
+    mark[QStringLiteral("darkUsed")] = stOrigin.eDarkField == quality::EDarkField::Used;
+    mark[QStringLiteral("expectedGray")] = stOrigin.nExpectGray;
+  }
+  return frames::ToLine(mark);
 }
 
 QString AskFramePath(QWidget *pParent, const QString &strTitle)
@@ -152,16 +190,17 @@ QString AskFramePath(QWidget *pParent, const QString &strTitle)
   return strPath;
 }
 
-Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts)
+Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts,
+                       const QString &strMark)
 {
-  return CSequenceFiles(strPath, 1, mapTexts).Write(stFrame);
+  return CSequenceFiles(strPath, 1, mapTexts, strMark).Write(stFrame);
 }
 
 Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePipeline &pipeline,
-                              const frames::Texts &mapTexts, QWidget *pParent)
+                              const frames::Texts &mapTexts, const QString &strMark, QWidget *pParent)
 {
   CWaitBox box(Translate("Save sequence"), pParent);
-  CSequenceFiles files(strPath, nFrames, mapTexts);
+  CSequenceFiles files(strPath, nFrames, mapTexts, strMark);
   CFrameQueue queue([&files](const SFrameCopy &stFrame) { return files.Write(stFrame); });
   pipeline.Request(nFrames, CFramePipeline::EWanted::Any,
                    [&queue](const SProcessedFrame &stFrame) { queue.Push(stFrame); });

@@ -6,6 +6,7 @@
 
 #include "camera/icamera.h"
 #include "frames/frameinfo.h"
+#include "host/measurement/coefficientorigin.h"
 #include "host/viewer/framepipeline.h"
 #include "platform/result.h"
 
@@ -17,19 +18,25 @@ namespace ffc::host {
 /// \param bCorrected whether the frames are corrected by the plug-in
 frames::Texts DescribeSettings(camera::ICamera &camera, bool bCorrected);
 
+/// For the frames that the plug-in has corrected: a JSON object that says with what, as far as that is known.
+QString DescribeCorrection(const SCoefficientOrigin &stOrigin);
+
 /// Asks where to, with the kinds of files that there are.
 /// \return empty: the user has cancelled; else with a known ending
 QString AskFramePath(QWidget *pParent, const QString &strTitle);
 
 /// Samples as they are: never what the display makes of them.
-Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts);
+/// \param strMark kept with the frame if it is corrected, so that it is not corrected twice
+Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts,
+                       const QString &strMark);
 
 /// Saves the next frames of the stream, as they are shown, corrected where the plug-in corrects. A kind of file that
 /// takes one frame gets one file for each: NAME-0001.png. Shows how far it is; the user may cancel, and nothing is left
 /// of an unfinished file then.
 /// \param strPath as AskFramePath gives it
+/// \param strMark kept with each frame that is corrected
 /// \return how many were saved
 Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePipeline &pipeline,
-                              const frames::Texts &mapTexts, QWidget *pParent);
+                              const frames::Texts &mapTexts, const QString &strMark, QWidget *pParent);
 
 } // namespace ffc::host

@@ -256,6 +256,7 @@ void CMainWindow::TakeFrame()
   m_nFrameMs = m_clock.elapsed();
   m_session.NoteFrame();
   if (m_pFrame->bCorrected) {
+    m_stFrameOrigin = m_coefficients.GetOrigin();
     m_stCorrectedShape = SFrameShape{m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
   }
   m_pImageArea->SetFrame(m_pFrame);

@@ -176,6 +176,7 @@ private:
   CExposureHelper m_exposure;
   std::array<std::shared_ptr<SFrameCopy>, 4> m_listFrames; ///< shown, the one before, and what an analysis still reads
   std::shared_ptr<SFrameCopy> m_pFrame;                    ///< the one that is shown
+  SCoefficientOrigin m_stFrameOrigin; ///< of what the frame that is shown is corrected with, where it is
   std::optional<SFrameShape> m_stCorrectedShape;
   CFrameRate m_frameRate;
   QElapsedTimer m_clock;

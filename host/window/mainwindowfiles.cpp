@@ -48,11 +48,12 @@ void CMainWindow::SlotSaveImage()
     return;
   }
   const frames::Texts mapTexts = DescribeSettings(GetViewer()->GetCamera(), pFrame->bCorrected);
+  const QString strMark = DescribeCorrection(m_stFrameOrigin);
   const QString strPath = AskFramePath(this, tr("Save image"));
   if (strPath.isEmpty()) {
     return;
   }
-  const Result<> saved = SaveFrameCopy(strPath, *pFrame, mapTexts);
+  const Result<> saved = SaveFrameCopy(strPath, *pFrame, mapTexts, strMark);
   if (!saved) {
     ShowError(saved.GetFailure());
   }
@@ -77,7 +78,8 @@ void CMainWindow::SlotSaveSequence()
   SetBusy(true);
   const Result<uint32_t> saved =
     SaveSequence(strPath, static_cast<uint32_t>(nFrames), GetViewer()->GetPipeline(),
-                 DescribeSettings(GetViewer()->GetCamera(), m_pFrame != nullptr && m_pFrame->bCorrected), this);
+                 DescribeSettings(GetViewer()->GetCamera(), m_pFrame != nullptr && m_pFrame->bCorrected),
+                 DescribeCorrection(m_coefficients.GetOrigin()), this);
   SetBusy(false);
   if (!saved) {
     ShowError(saved.GetFailure());

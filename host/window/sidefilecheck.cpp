@@ -75,8 +75,7 @@ Result<> WriteSideFile(const QString &strFile, const SCoefficientOrigin &stOrigi
                        GenApi::INodeMap &deviceMap, const QString &strPrograms)
 {
   const genapi::SSensorFormat *pFormat = genapi::FindSensorFormat(stShape.nPixelFormat);
-  const Result<QString> hash = frames::HashCoefficientFile(strFile);
-  if (pFormat == nullptr || !hash) {
+  if (pFormat == nullptr || stOrigin.strSha256.isEmpty()) {
     return Failure(Translate("%1 cannot be read again").arg(strFile));
   }
   frames::SSideFile stSide;
@@ -92,7 +91,7 @@ Result<> WriteSideFile(const QString &strFile, const SCoefficientOrigin &stOrigi
   stSide.nExpectGray = static_cast<uint32_t>(std::max(0, stOrigin.nExpectGray));
   stSide.strCreated = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
   stSide.strTool = strPrograms;
-  stSide.strSha256 = hash.GetValue();
+  stSide.strSha256 = stOrigin.strSha256;
   return frames::SaveWholeFile(frames::GetSideFilePath(strFile), frames::MakeSideFile(stSide));
 }
 

@@ -2,6 +2,7 @@
 /// What the window saves and remembers: images, sequences, presets, the coefficients used last.
 
 #include <algorithm>
+#include <sstream>
 #include <vector>
 
 #include <QAction>
@@ -12,11 +13,15 @@
 #include <QTreeWidget>
 
 #include "frames/ifilekind.h"
+#include "frames/sidefile.h"
 #include "host/dialogdriver/modalanswerer.h"
 #include "host/window/camerapresets.h"
 #include "host/window/framequeue.h"
+#include "host/window/framesaving.h"
 #include "host/window/imageview.h"
 #include "tests/host/window/windowfixture.h"
+#include "tools/ffc/commands.h"
+#include "tools/ffc/flat.h"
 
 using namespace ffc::host;
 
@@ -38,6 +43,30 @@ protected:
   {
     ShowWindow();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !m_pWindow->findChild<CImageView *>()->GetPicture().isNull(); }));
+  }
+  void SaveAs(const char *pAction, const char *pName)
+  {
+    const CModalAnswerer answerer(m_folder.filePath(pName)); // takes the number of frames as it is
+    FindAction(pAction)->trigger();
+  }
+  /// \return what the tool says against correcting a file; empty when it corrects it
+  std::string Apply(const QString &strFlat, const char *pName) const
+  {
+    std::ostringstream output;
+    std::ostringstream errors;
+    const int nExitCode =
+      ffc::tool::RunTool({"apply", strFlat.toStdString(), m_folder.filePath(pName).toStdString(), "-o",
+                          m_folder.filePath("applied").toStdString(), "--pixel-format", "Mono12", "--quiet"},
+                         false, output, errors);
+    return nExitCode == ffc::tool::EXIT_DONE ? std::string() : errors.str();
+  }
+  /// \return the hash of the coefficients
+  QString FindMark(const char *pName) const
+  {
+    const QString strPath = m_folder.filePath(pName);
+    const auto reader = ffc::frames::FindFileKind(strPath)->Open(strPath);
+    EXPECT_EQ(reader.GetError(), "");
+    return reader ? ffc::tool::FindCorrection(strPath, reader.GetValue()->GetInfo()) : QString();
   }
   double GetNumber(const char *pFeature) const
   {
@@ -72,6 +101,52 @@ TEST_F(ViewFiles, AnImageIsSavedWithItsSamplesAndTheCamerasSettings)
   const auto [itLeast, itMost] = std::minmax_element(listSamples.begin(), listSamples.end());
   EXPECT_GT(*itLeast, 1000) << "not what the stretched display shows";
   EXPECT_LT(*itMost, 4096);
+}
+
+TEST_F(ViewFiles, CorrectedFramesBearTheMarkOfTheirCorrectionAndAreNotCorrectedTwice)
+{
+  ShowPicture();
+  const QString strFlat = m_folder.filePath("flat.ffc");
+  QFile file(strFlat);
+  const QByteArray byteGains = QByteArray(2 * 256 * 192, '\x10'); // 4112 of 4096
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteGains) == byteGains.size());
+  file.close();
+  SaveAs("Save image", "raw.ser");
+  Press("ShowDialog");
+  ASSERT_EQ(GetDriver().LoadFile(strFlat).strBox.toStdString(), "");
+  ASSERT_TRUE(WaitText("Correction", "corrected"));
+  SaveAs("Save image", "image.png");
+  SaveAs("Save sequence", "sequence.ser");
+  file.remove(); // what was applied is known all the same
+  SaveAs("Save image", "image.ser");
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteGains) == byteGains.size());
+  file.close();
+  EXPECT_EQ(Apply(strFlat, "raw.ser"), "");
+  for (const char *pName : {"image.png", "image.ser", "sequence.ser"}) {
+    EXPECT_NE(Apply(strFlat, pName).find("is corrected already"), std::string::npos) << pName;
+  }
+  const QString strHash = ffc::frames::HashCoefficientFile(strFlat).GetValue();
+  EXPECT_EQ(FindMark("image.png"), strHash);
+  EXPECT_EQ(FindMark("image.ser"), strHash);
+  EXPECT_EQ(FindMark("sequence.ser"), strHash);
+  GetDriver().SetPreview(false);
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  SaveAs("Save image", "image.ser");
+  EXPECT_EQ(FindMark("image.ser"), "") << "this one is another, as it came";
+}
+
+TEST(CorrectionOfAFrame, IsMarkedAlsoWithCoefficientsThatStandInNoFile)
+{
+  SCoefficientOrigin stOrigin;
+  ffc::frames::SFrameInfo stInfo;
+  stInfo.mapTexts[ffc::frames::TEXT_CORRECTION] = DescribeCorrection(stOrigin);
+  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).isEmpty()) << "not known what";
+  stOrigin.eKind = SCoefficientOrigin::EKind::Acquired;
+  stOrigin.nFrames = 4;
+  stOrigin.eDarkField = ffc::quality::EDarkField::Used;
+  stInfo.mapTexts[ffc::frames::TEXT_CORRECTION] = DescribeCorrection(stOrigin);
+  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).isEmpty()) << "acquired here";
+  EXPECT_TRUE(DescribeCorrection(stOrigin).contains("\"brightFrames\":4,\"darkUsed\":true"));
 }
 
 TEST_F(ViewFiles, ASequenceIsSavedFrameByFrame)
