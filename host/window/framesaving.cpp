@@ -1,6 +1,7 @@
 #include "host/window/framesaving.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -16,9 +17,8 @@
 #include "frames/correctionmark.h"
 #include "frames/ifilekind.h"
 #include "frames/wholefile.h"
-#include "host/viewer/featuretext.h"
+#include "host/recording/framesettings.h"
 #include "host/window/displaypicture.h"
-#include "host/window/framequeue.h"
 #include "host/window/waitbox.h"
 
 namespace ffc::host {
@@ -57,20 +57,15 @@ Result<frames::SFrameInfo> DescribeFrames(const SFrameCopy &stFrame, const frame
 /// Writes a sequence into one file, or into one for each frame.
 class CSequenceFiles {
 public:
-  CSequenceFiles(const QString &strPath, uint32_t nFrames, const frames::Texts &mapTexts, const QString &strMark)
-    : m_strPath(strPath), m_kind(*frames::FindFileKind(strPath)), m_nFrames(nFrames), m_mapTexts(mapTexts),
-      m_strMark(strMark)
+  CSequenceFiles(const QString &strPath, uint32_t nFrames, const SFrameOrigin &stOrigin)
+    : m_strPath(strPath), m_kind(*frames::FindFileKind(strPath)), m_nFrames(nFrames), m_stOrigin(stOrigin)
   {
   }
 
-  Result<> Write(const SFrameCopy &stFrame)
+  Result<> Write(const SRecordedFrame &stFrame)
   {
-    frames::Texts mapTexts = m_mapTexts;
-    if (stFrame.bCorrected) {
-      mapTexts[frames::TEXT_CORRECTION] = m_strMark;
-    }
-    m_bCorrected = m_bCorrected || stFrame.bCorrected;
-    const Result<frames::SFrameInfo> info = DescribeFrames(stFrame, mapTexts);
+    const frames::Texts mapTexts = MakeFrameTexts(DescribeFrame(m_stOrigin.settings, stFrame), m_stOrigin.strMark);
+    const Result<frames::SFrameInfo> info = DescribeFrames(stFrame.stCopy, mapTexts);
     if (!info) {
       return info.GetFailure();
     }
@@ -78,23 +73,33 @@ public:
       return Failure(Translate("The frames changed their size on the way: save the sequence again."));
     }
     m_stLayout = info.GetValue().stLayout;
-    const bool bSingle = m_kind.GetMaxFrames() < m_nFrames;
-    if (m_pWriter == nullptr) {
-      frames::SFrameInfo stInfo = info.GetValue();
-      stInfo.nFrames = bSingle ? 1 : m_nFrames;
-      m_strFile = bSingle ? GetNumberedPath() : m_strPath;
-      Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(m_strFile, stInfo);
-      if (!created) {
-        return created.GetFailure();
-      }
-      m_pWriter = std::move(created).GetValue();
-    }
-    const Result<> written = m_pWriter->Write(stFrame.listBytes.data(), mapTexts);
-    ++m_nWritten;
-    return written && (bSingle || m_nWritten == m_nFrames) ? Commit() : written;
+    m_bCorrected = m_bCorrected || stFrame.stCopy.bCorrected;
+    return RunUntilFailure([&] { return m_pWriter == nullptr ? Create(info.GetValue()) : Result<>(); },
+                           [&] { return m_pWriter->Write(stFrame.stCopy.listBytes.data(), mapTexts); },
+                           [&] {
+                             ++m_nWritten;
+                             return IsSingle() ? Commit() : Result<>();
+                           });
   }
 
+  /// After the last frame.
+  Result<> Close() { return m_pWriter == nullptr ? Result<>() : Commit(); }
+
 private:
+  bool IsSingle() const { return m_kind.GetMaxFrames() < m_nFrames; }
+
+  Result<> Create(frames::SFrameInfo stInfo)
+  {
+    stInfo.nFrames = IsSingle() ? 1 : m_nFrames;
+    m_strFile = IsSingle() ? GetNumberedPath() : m_strPath;
+    Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(m_strFile, stInfo);
+    if (!created) {
+      return created.GetFailure();
+    }
+    m_pWriter = std::move(created).GetValue();
+    return {};
+  }
+
   QString GetNumberedPath() const
   {
     const QFileInfo file(m_strPath);
@@ -111,7 +116,7 @@ private:
     const QString strMarkPath = frames::GetMarkPath(m_strFile);
     const bool bMarkBeside = !m_kind.KeepsTexts() && m_bCorrected;
     const Result<> committed = RunUntilFailure(
-      [&] { return bMarkBeside ? frames::SaveWholeFile(strMarkPath, m_strMark.toUtf8() + '\n') : Result<>(); },
+      [&] { return bMarkBeside ? frames::SaveWholeFile(strMarkPath, m_stOrigin.strMark.toUtf8() + '\n') : Result<>(); },
       [&] { return m_pWriter->Commit(); });
     m_pWriter.reset();
     if (committed && !bMarkBeside) {
@@ -124,8 +129,7 @@ private:
   QString m_strPath;
   const IFileKind &m_kind;
   uint32_t m_nFrames;
-  frames::Texts m_mapTexts;
-  QString m_strMark;
+  SFrameOrigin m_stOrigin;
   frames::SLayout m_stLayout;
   QString m_strFile; ///< that is being written
   std::unique_ptr<IFrameWriter> m_pWriter;
@@ -135,25 +139,10 @@ private:
 
 } // namespace
 
-frames::Texts DescribeSettings(camera::ICamera &camera, bool bCorrected)
-{
-  QStringList listSettings{QStringLiteral("Camera=%1").arg(QString::fromStdString(camera.GetDisplayName())),
-                           QStringLiteral("Corrected=%1").arg(bCorrected ? "yes" : "no")};
-  for (const char *pName : {"DeviceSerialNumber", "PixelFormat", "ExposureTime", "Gain", "BlackLevel", "OffsetX",
-                            "OffsetY", "BinningHorizontal", "BinningVertical", "AcquisitionFrameRate"}) {
-    const std::string strValue = ReadFeature(*camera.GetDeviceNodeMap(), pName);
-    if (!strValue.empty()) {
-      listSettings << QStringLiteral("%1=%2").arg(QLatin1String(pName), QString::fromStdString(strValue));
-    }
-  }
-  return {{frames::TEXT_DESCRIPTION, listSettings.join(QStringLiteral("; "))},
-          {QStringLiteral("Software"), QStringLiteral("ffchost")}};
-}
-
 QString DescribeCorrection(const SCoefficientOrigin &stOrigin)
 {
-  QJsonObject mark = frames::MakeCorrectionMark(QFileInfo(stOrigin.strFile).fileName(), stOrigin.strSha256,
-                                                QStringLiteral("ffchost ") + QStringLiteral(FFC_VERSION));
+  QJsonObject mark =
+    frames::MakeCorrectionMark(QFileInfo(stOrigin.strFile).fileName(), stOrigin.strSha256, GetToolName());
   if (stOrigin.strSha256.isEmpty()) {
     mark[QStringLiteral("sha256")] = QJsonValue(); // in no file
   }
@@ -190,38 +179,45 @@ QString AskFramePath(QWidget *pParent, const QString &strTitle)
   return strPath;
 }
 
-Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts,
-                       const QString &strMark)
+Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const SFrameOrigin &stOrigin)
 {
-  return CSequenceFiles(strPath, 1, mapTexts, strMark).Write(stFrame);
+  CSequenceFiles files(strPath, 1, stOrigin);
+  SRecordedFrame stRecorded;
+  stRecorded.stCopy = stFrame;
+  return RunUntilFailure([&] { return files.Write(stRecorded); }, [&] { return files.Close(); });
 }
 
 Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePipeline &pipeline,
-                              const frames::Texts &mapTexts, const QString &strMark, QWidget *pParent)
+                              const SFrameOrigin &stOrigin, QWidget *pParent)
 {
   CWaitBox box(Translate("Save sequence"), pParent);
-  CSequenceFiles files(strPath, nFrames, mapTexts, strMark);
-  CFrameQueue queue([&files](const SFrameCopy &stFrame) { return files.Write(stFrame); });
-  pipeline.Request(nFrames, CFramePipeline::EWanted::Any,
-                   [&queue](const SProcessedFrame &stFrame) { queue.Push(stFrame); });
-  while (!box.IsCancelled() && !queue.HasFailed() && queue.GetWritten() + queue.GetMissed() < nFrames) {
-    box.ShowProgress(Translate("Saving frames"), queue.GetWritten(), nFrames);
+  CSequenceFiles files(strPath, nFrames, stOrigin);
+  CFrameRecorder recorder({nFrames}, [&files](const SRecordedFrame &stFrame) { return files.Write(stFrame); });
+  pipeline.Request(std::numeric_limits<uint32_t>::max(), CFramePipeline::EWanted::Any,
+                   [&recorder](const SProcessedFrame &stFrame) { recorder.Add(stFrame); });
+  while (!box.IsCancelled() && !recorder.IsDone() && recorder.GetCounts().nDropped == 0) {
+    box.ShowProgress(Translate("Saving frames"), static_cast<uint32_t>(recorder.GetCounts().nWritten), nFrames);
     QEventLoop loop;
     QTimer::singleShot(POLL_MS, &loop, &QEventLoop::quit);
     loop.exec();
   }
   pipeline.CancelRequest();
-  const Result<> ended = queue.Finish();
+  const Result<> ended = recorder.Discard();
+  const SRecordCounts stCounts = recorder.GetCounts();
   if (!ended) {
     return ended.GetFailure();
   }
-  if (queue.GetMissed() > 0) {
+  if (stCounts.nDropped > 0) {
     return Failure(Translate("The disk is slower than the camera: %1 of %2 frames were missed. Save fewer frames, or "
                              "lower the frame rate.")
-                     .arg(queue.GetMissed())
+                     .arg(stCounts.nDropped)
                      .arg(nFrames));
   }
-  return queue.GetWritten();
+  const Result<> closed = stCounts.nWritten == nFrames ? files.Close() : Result<>();
+  if (!closed) {
+    return closed.GetFailure();
+  }
+  return static_cast<uint32_t>(stCounts.nWritten);
 }
 
 } // namespace ffc::host

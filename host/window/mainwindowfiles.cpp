@@ -12,6 +12,7 @@
 #include <QMessageBox>
 
 #include "host/dialogdriver/dialogdriver.h"
+#include "host/recording/framesettings.h"
 #include "host/window/camerapanel.h"
 #include "host/window/camerapresets.h"
 #include "host/window/featurebrowser.h"
@@ -47,13 +48,13 @@ void CMainWindow::SlotSaveImage()
   if (m_bBusy || pFrame == nullptr || m_progress.IsAcquiring()) {
     return;
   }
-  const frames::Texts mapTexts = DescribeSettings(GetViewer()->GetCamera(), pFrame->bCorrected);
-  const QString strMark = DescribeCorrection(m_stFrameOrigin);
+  const SFrameOrigin stOrigin = {ReadFrameSettings(*GetViewer()->GetCamera().GetDeviceNodeMap()),
+                                 DescribeCorrection(m_stFrameOrigin)};
   const QString strPath = AskFramePath(this, tr("Save image"));
   if (strPath.isEmpty()) {
     return;
   }
-  const Result<> saved = SaveFrameCopy(strPath, *pFrame, mapTexts, strMark);
+  const Result<> saved = SaveFrameCopy(strPath, *pFrame, stOrigin);
   if (!saved) {
     ShowError(saved.GetFailure());
   }
@@ -76,10 +77,10 @@ void CMainWindow::SlotSaveSequence()
     return;
   }
   SetBusy(true);
-  const Result<uint32_t> saved =
-    SaveSequence(strPath, static_cast<uint32_t>(nFrames), GetViewer()->GetPipeline(),
-                 DescribeSettings(GetViewer()->GetCamera(), m_pFrame != nullptr && m_pFrame->bCorrected),
-                 DescribeCorrection(m_coefficients.GetOrigin()), this);
+  const Result<uint32_t> saved = SaveSequence(
+    strPath, static_cast<uint32_t>(nFrames), GetViewer()->GetPipeline(),
+    {ReadFrameSettings(*GetViewer()->GetCamera().GetDeviceNodeMap()), DescribeCorrection(m_coefficients.GetOrigin())},
+    this);
   SetBusy(false);
   if (!saved) {
     ShowError(saved.GetFailure());
@@ -104,9 +105,7 @@ void CMainWindow::AddPresets(QMenu *pMenu)
       strEntry.replace(QLatin1Char('&'), QStringLiteral("&&"));
       pPresets->addAction(strEntry, this, [this, strName] { ApplyPreset(strName); });
       pRemove = pRemove == nullptr ? new QMenu(tr("&Remove"), pPresets) : pRemove;
-      pRemove->addAction(strEntry, this, [this, strName] {
-        CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Remove(strName);
-      });
+      pRemove->addAction(strEntry, this, [this, strName] { CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Remove(strName); });
     }
     pPresets->addSeparator();
     pPresets->addAction(tr("&Save as..."), this, [this] { SlotSavePreset(); });

@@ -8,6 +8,8 @@
 #include <QAction>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTreeWidget>
@@ -16,7 +18,6 @@
 #include "frames/sidefile.h"
 #include "host/dialogdriver/modalanswerer.h"
 #include "host/window/camerapresets.h"
-#include "host/window/framequeue.h"
 #include "host/window/framesaving.h"
 #include "host/window/imageview.h"
 #include "tests/host/window/windowfixture.h"
@@ -60,13 +61,17 @@ protected:
                          false, output, errors);
     return nExitCode == ffc::tool::EXIT_DONE ? std::string() : errors.str();
   }
-  /// \return the hash of the coefficients
-  QString FindMark(const char *pName) const
+  ffc::frames::SFrameInfo GetInfo(const char *pName) const
   {
     const QString strPath = m_folder.filePath(pName);
     const auto reader = ffc::frames::FindFileKind(strPath)->Open(strPath);
     EXPECT_EQ(reader.GetError(), "");
-    return reader ? ffc::tool::FindCorrection(strPath, reader.GetValue()->GetInfo()) : QString();
+    return reader ? reader.GetValue()->GetInfo() : ffc::frames::SFrameInfo();
+  }
+  /// \return the hash of the coefficients
+  QString FindMark(const char *pName) const
+  {
+    return ffc::tool::FindCorrection(m_folder.filePath(pName), GetInfo(pName));
   }
   double GetNumber(const char *pFeature) const
   {
@@ -94,8 +99,9 @@ TEST_F(ViewFiles, AnImageIsSavedWithItsSamplesAndTheCamerasSettings)
   const ffc::frames::SFrameInfo stInfo = reader.GetValue()->GetInfo();
   EXPECT_EQ(stInfo.stLayout, (ffc::frames::SLayout{256, 192, 2}));
   const QString strSettings = stInfo.mapTexts.value(ffc::frames::TEXT_DESCRIPTION);
-  EXPECT_TRUE(strSettings.contains("ExposureTime=10000") && strSettings.contains("Corrected=no"))
-    << strSettings.toStdString();
+  const QJsonObject settings = QJsonDocument::fromJson(strSettings.toUtf8()).object();
+  EXPECT_EQ(settings["exposureTime"].toDouble(), 10000) << strSettings.toStdString();
+  EXPECT_EQ(settings["corrected"], QJsonValue(false)) << strSettings.toStdString();
   std::vector<uint16_t> listSamples(256 * 192);
   ASSERT_EQ(reader.GetValue()->Read(listSamples.data()).GetError(), "");
   const auto [itLeast, itMost] = std::minmax_element(listSamples.begin(), listSamples.end());
@@ -117,6 +123,8 @@ TEST_F(ViewFiles, CorrectedFramesBearTheMarkOfTheirCorrectionAndAreNotCorrectedT
   ASSERT_TRUE(WaitText("Correction", "corrected"));
   SaveAs("Save image", "image.png");
   SaveAs("Save sequence", "sequence.ser");
+  EXPECT_EQ(GetInfo("sequence.ser").nFrames, 16U);
+  EXPECT_EQ(GetInfo("sequence.ser").nBitDepth, 12U);
   file.remove(); // what was applied is known all the same
   SaveAs("Save image", "image.ser");
   ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteGains) == byteGains.size());
@@ -147,21 +155,6 @@ TEST(CorrectionOfAFrame, IsMarkedAlsoWithCoefficientsThatStandInNoFile)
   stInfo.mapTexts[ffc::frames::TEXT_CORRECTION] = DescribeCorrection(stOrigin);
   EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).isEmpty()) << "acquired here";
   EXPECT_TRUE(DescribeCorrection(stOrigin).contains("\"brightFrames\":4,\"darkUsed\":true"));
-}
-
-TEST_F(ViewFiles, ASequenceIsSavedFrameByFrame)
-{
-  ShowPicture();
-  const QString strPath = m_folder.filePath("sequence.ser");
-  {
-    const CModalAnswerer answerer(strPath); // takes the number of frames as it is
-    FindAction("Save sequence")->trigger();
-    EXPECT_EQ(answerer.GetMessages().size(), 1) << answerer.GetMessages().join('\n').toStdString();
-  }
-  auto reader = ffc::frames::FindFileKind(strPath)->Open(strPath);
-  ASSERT_EQ(reader.GetError(), "");
-  EXPECT_EQ(reader.GetValue()->GetInfo().nFrames, 16U);
-  EXPECT_EQ(reader.GetValue()->GetInfo().nBitDepth, 12U);
 }
 
 TEST_F(ViewFiles, APresetBringsTheSettingsOfThisCameraBack)
@@ -234,27 +227,4 @@ TEST_F(ViewFiles, TheLastCoefficientsAreOfferedAtTheNextStart)
   QFile::remove(strFile);
   ShowWindow();
   EXPECT_FALSE(FindAction("Load the last coefficients")->isEnabled()) << "the file is gone";
-}
-
-TEST(FrameQueue, CountsWhatTheDiskIsTooSlowForAndEndsWithTheFirstFailure)
-{
-  int nWrites = 0;
-  CFrameQueue queue([&nWrites](const SFrameCopy &stFrame) -> ffc::Result<> {
-    ++nWrites;
-    return stFrame.listBytes[0] < 2 ? ffc::Result<>() : ffc::Failure("the disk is full");
-  });
-  uint8_t nByte = 0;
-  ffc::camera::SCameraFrame stFrame;
-  stFrame.pBuffer = &nByte;
-  stFrame.nSize = 1;
-  for (; nByte < 5; ++nByte) {
-    queue.Push({&stFrame, nullptr});
-  }
-  EXPECT_TRUE(QTest::qWaitFor([&] { return queue.HasFailed(); }));
-  stFrame.nSize = UINT32_MAX; // more than may wait
-  queue.Push({&stFrame, nullptr});
-  EXPECT_EQ(queue.GetWritten(), 2U);
-  EXPECT_EQ(queue.GetMissed(), 1U);
-  EXPECT_EQ(queue.Finish().GetError(), "the disk is full");
-  EXPECT_EQ(nWrites, 3);
 }
