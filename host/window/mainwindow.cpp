@@ -94,7 +94,7 @@ void CMainWindow::ShowStates(const CFeatureStates &mapStates)
 void CMainWindow::ForgetCamera()
 {
   RememberCamera();
-  m_strCamera.clear();
+  m_strCameraGroup.clear();
   m_pCameraPanel->SetViewer(nullptr);
   m_pScenePanel->SetScene(nullptr);
   m_pQualityPanel->Clear();

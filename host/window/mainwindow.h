@@ -147,7 +147,7 @@ private:
   SCameraOptions m_stOpenCamera;
   SPluginOptions m_stPlugin;
   SDialogPreset m_stPreset;
-  QString m_strCamera; ///< whose memory follows; empty: none is open
+  QString m_strCameraGroup; ///< whose memory follows; empty: none is open
   SCameraMemory m_stMemory;
   int m_nSuggestedGray = -1; ///< by the last bright field
   CameraFactory m_fnOpenCamera;

@@ -73,8 +73,8 @@ void CMainWindow::PresetGray(QDialog &dialog)
 
 void CMainWindow::RecallCamera()
 {
-  m_strCamera = QString::fromStdString(GetViewer()->GetCamera().GetDisplayName());
-  m_stMemory = LoadCameraMemory(m_strCamera);
+  m_strCameraGroup = FindCameraGroup(GetViewer()->GetCamera());
+  m_stMemory = LoadCameraMemory(m_strCameraGroup);
   m_dialogObserver.SetLastFile(m_stMemory.strFile);
   if (m_stMemory.stLimits) {
     m_pQualityPanel->SetLimits(*m_stMemory.stLimits);
@@ -83,9 +83,9 @@ void CMainWindow::RecallCamera()
 
 void CMainWindow::RememberCamera()
 {
-  if (!m_strCamera.isEmpty()) {
+  if (!m_strCameraGroup.isEmpty()) {
     m_stMemory.stLimits = m_pQualityPanel->GetLimits();
-    SaveCameraMemory(m_strCamera, m_stMemory);
+    SaveCameraMemory(m_strCameraGroup, m_stMemory);
   }
 }
 

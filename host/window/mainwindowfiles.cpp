@@ -98,14 +98,14 @@ void CMainWindow::AddPresets(QMenu *pMenu)
       pPresets->addAction(tr("No camera with settings"))->setEnabled(false);
       return;
     }
-    CCameraPresets presets(*GetViewer()->GetCamera().GetDeviceNodeMap());
+    CCameraPresets presets(GetViewer()->GetCamera());
     QMenu *pRemove = nullptr;
     for (const QString &strName : presets.ListNames()) {
       QString strEntry = strName;
       strEntry.replace(QLatin1Char('&'), QStringLiteral("&&"));
       pPresets->addAction(strEntry, this, [this, strName] { ApplyPreset(strName); });
       pRemove = pRemove == nullptr ? new QMenu(tr("&Remove"), pPresets) : pRemove;
-      pRemove->addAction(strEntry, this, [this, strName] { CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Remove(strName); });
+      pRemove->addAction(strEntry, this, [this, strName] { CCameraPresets(GetViewer()->GetCamera()).Remove(strName); });
     }
     pPresets->addSeparator();
     pPresets->addAction(tr("&Save as..."), this, [this] { SlotSavePreset(); });
@@ -123,7 +123,7 @@ void CMainWindow::SlotSavePreset()
   const QString strName =
     QInputDialog::getText(this, tr("Save preset"), tr("Name of this camera's settings as they are now")).trimmed();
   if (!strName.isEmpty() && GetViewer() != nullptr) {
-    CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Save(strName);
+    CCameraPresets(GetViewer()->GetCamera()).Save(strName);
   }
 }
 
@@ -149,7 +149,7 @@ void CMainWindow::ApplyPreset(const QString &strName)
   if (bStreaming) {
     m_session.StartOrStop();
   }
-  const QStringList listRefused = CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Apply(strName);
+  const QStringList listRefused = CCameraPresets(GetViewer()->GetCamera()).Apply(strName);
   if (bStreaming) {
     m_session.StartOrStop();
   }

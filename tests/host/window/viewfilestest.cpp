@@ -17,6 +17,7 @@
 #include "frames/ifilekind.h"
 #include "frames/sidefile.h"
 #include "host/dialogdriver/modalanswerer.h"
+#include "host/window/cameramemory.h"
 #include "host/window/camerapresets.h"
 #include "host/window/framesaving.h"
 #include "host/window/imageview.h"
@@ -167,7 +168,7 @@ TEST_F(ViewFiles, APresetBringsTheSettingsOfThisCameraBack)
   Write("Width", "128");
   Write("OffsetX", "128");
   Write("ExposureTime", "2500");
-  CCameraPresets(*GetCamera().GetDeviceNodeMap()).Save("left / half & dark");
+  CCameraPresets(GetCamera()).Save("left / half & dark");
   Write("OffsetX", "0");
   Write("Width", "256");
   Write("ExposureTime", "9000");
@@ -180,8 +181,37 @@ TEST_F(ViewFiles, APresetBringsTheSettingsOfThisCameraBack)
   EXPECT_EQ(GetNumber("ExposureTime"), 2500);
   EXPECT_TRUE(GetCamera().IsStreaming()) << "as before";
   EXPECT_FALSE(Find<QLabel>("CameraError")->isVisible()) << GetText("CameraError");
-  CCameraPresets(*GetCamera().GetDeviceNodeMap()).Remove("left / half & dark");
-  EXPECT_TRUE(CCameraPresets(*GetCamera().GetDeviceNodeMap()).ListNames().isEmpty());
+  CCameraPresets(GetCamera()).Remove("left / half & dark");
+  EXPECT_TRUE(CCameraPresets(GetCamera()).ListNames().isEmpty());
+}
+
+TEST_F(ViewFiles, WhatFormerVersionsRememberedOfACameraIsTakenOverOnce)
+{
+  auto opened = OpenSimulated(m_stCamera);
+  ASSERT_EQ(opened.GetError(), "");
+  ffc::camera::ICamera &camera = *opened.GetValue();
+  const QString strFormer = "cameras/" + ToSettingsKey(QString::fromStdString(camera.GetDisplayName()));
+  QSettings settings;
+  settings.setValue(strFormer + "/file", "kept.ffc");
+  settings.setValue(strFormer + "/limits/prnu", 2.5);
+  settings.setValue("presets/SIM1/a%20name/Gain", "3");
+  const QString strGroup = FindCameraGroup(camera);
+  SCameraMemory stMemory = LoadCameraMemory(strGroup);
+  EXPECT_EQ(stMemory.strFile, "kept.ffc");
+  ASSERT_TRUE(stMemory.stLimits);
+  EXPECT_EQ(stMemory.stLimits->dPrnu, 2.5);
+  CCameraPresets presets(camera);
+  EXPECT_EQ(presets.ListNames(), QStringList{"a name"});
+  EXPECT_EQ(presets.Apply("a name"), QStringList());
+  stMemory.strFile = "newer.ffc";
+  SaveCameraMemory(strGroup, stMemory);
+  presets.Remove("a name");
+  EXPECT_EQ(FindCameraGroup(camera), strGroup);
+  EXPECT_EQ(LoadCameraMemory(strGroup).strFile, "newer.ffc");
+  EXPECT_TRUE(CCameraPresets(camera).ListNames().isEmpty()) << "removed is removed";
+  presets.Save("another");
+  EXPECT_FALSE(QSettings().contains("presets/SIM1/another/Gain"));
+  EXPECT_TRUE(QSettings().contains(strGroup + "/presets/another/Gain")) << "with all else of this camera";
 }
 
 TEST_F(ViewFiles, AllFeaturesAreFoundAndSetInATree)
