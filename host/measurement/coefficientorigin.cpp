@@ -33,7 +33,8 @@ void NoteFile(const QString &strFile, SCoefficientOrigin &stOrigin)
 
 } // namespace
 
-CDifferentFrames::CDifferentFrames(CFramePipeline &pipeline) : m_pipeline(pipeline)
+CDifferentFrames::CDifferentFrames(CFramePipeline &pipeline, FnFrame fnFrame)
+  : m_pipeline(pipeline), m_fnFrame(std::move(fnFrame))
 {
   pipeline.Request(std::numeric_limits<uint32_t>::max(), CFramePipeline::EWanted::Any,
                    [this](const SProcessedFrame &stFrame) { Take(*stFrame.pRaw); });
@@ -46,6 +47,9 @@ CDifferentFrames::~CDifferentFrames()
 
 void CDifferentFrames::Take(const camera::SCameraFrame &stFrame)
 {
+  if (m_fnFrame) {
+    m_fnFrame(stFrame);
+  }
   const char *pBytes = static_cast<const char *>(stFrame.pBuffer);
   const bool bNew = m_setSeen.insert(std::hash<std::string_view>()({pBytes, stFrame.nSize})).second;
   if (m_pFormat == nullptr) {
@@ -104,10 +108,10 @@ QStringList SCoefficientOrigin::GetNotes() const
   return listNotes;
 }
 
-void CCoefficientWatch::BeginAcquisition(CFramePipeline &pipeline)
+void CCoefficientWatch::BeginAcquisition(CFramePipeline &pipeline, CDifferentFrames::FnFrame fnFrame)
 {
   EndAcquisition(); // before the next one asks for frames
-  m_pFrames = std::make_unique<CDifferentFrames>(pipeline);
+  m_pFrames = std::make_unique<CDifferentFrames>(pipeline, std::move(fnFrame));
 }
 
 void CCoefficientWatch::EndAcquisition()

@@ -7,12 +7,10 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QSettings>
-#include <QTimer>
 
 #include "frames/correctionmark.h"
 #include "frames/ifilekind.h"
@@ -29,7 +27,6 @@ using genapi::SPixelFormat;
 
 namespace {
 
-constexpr int POLL_MS = 20;
 const QString FOLDER_KEY = QStringLiteral("frames/folder");
 
 QString Translate(const char *pText)
@@ -197,9 +194,7 @@ Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePi
                    [&recorder](const SProcessedFrame &stFrame) { recorder.Add(stFrame); });
   while (!box.IsCancelled() && !recorder.IsDone() && recorder.GetCounts().nDropped == 0) {
     box.ShowProgress(Translate("Saving frames"), static_cast<uint32_t>(recorder.GetCounts().nWritten), nFrames);
-    QEventLoop loop;
-    QTimer::singleShot(POLL_MS, &loop, &QEventLoop::quit);
-    loop.exec();
+    CWaitBox::LetPass();
   }
   pipeline.CancelRequest();
   const Result<> ended = recorder.Discard();

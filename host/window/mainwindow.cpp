@@ -107,6 +107,9 @@ void CMainWindow::ForgetCamera()
   m_bByCamera = false;
   m_bDialogPlaced = false;
   m_coefficients.Reset();
+  m_acquired.Reset();
+  m_bOtherFrames = false;
+  OfferReference();
   ShowNote({});
 }
 
@@ -297,6 +300,7 @@ void CMainWindow::UpdateStatus()
     m_pStatusLine->ShowShape(stFacts.stShape.GetText(), m_pView->GetTransform().GetScale());
   }
   m_pStatusLine->ShowCorrection(JudgeCorrection(stFacts));
+  OfferReference();
 }
 
 void CMainWindow::UpdateSlowly()

@@ -126,17 +126,18 @@ void CMainWindow::ObserveDialog()
     ShowNote({});
   }
   OfferCoefficients();
+  OfferReference();
 }
 
 void CMainWindow::BeginAcquisition()
 {
   delete m_pFeatures; // the camera is the plug-in's now
-  m_coefficients.BeginAcquisition(GetViewer()->GetPipeline());
   m_pQualityPanel->MarkStale(tr("a new acquisition"));
 }
 
 void CMainWindow::EndAcquisition()
 {
+  m_acquired.End();
   m_coefficients.EndAcquisition();
   GetViewer()->GetPipeline().Withhold(false);
   RaiseDialog();
@@ -181,6 +182,7 @@ void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
     PresetGray(*pDialog);
   }
   m_coefficients.Note(stOutcome, driver, m_bByCameraMode);
+  NoteReferenceFrames(stOutcome);
   if (stOutcome.strError.isEmpty()) {
     MarkStale(stOutcome);
     KeepSideFile(stOutcome);

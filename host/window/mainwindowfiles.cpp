@@ -175,7 +175,12 @@ void CMainWindow::SlotLoadLastCoefficients()
   if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
     return;
   }
-  const QString strFile = m_stMemory.strFile;
+  LoadCoefficients(m_stMemory.strFile);
+}
+
+/// By the dialog's own button.
+void CMainWindow::LoadCoefficients(const QString strFile)
+{
   SlotShowDialog();
   QDialog *pDialog = CDialogDriver::FindDialog();
   if (pDialog == nullptr || strFile.isEmpty()) {

@@ -87,7 +87,8 @@ Result<> WriteSideFile(const QString &strFile, const SCoefficientOrigin &stOrigi
   stSide.bDarkUsed = stOrigin.eDarkField == quality::EDarkField::Used;
   stSide.nDarkFrames = stSide.bDarkUsed ? 1 : 0;
   stSide.nBrightFrames = static_cast<uint32_t>(stOrigin.nFrames);
-  stSide.strMethod = QStringLiteral("average");
+  stSide.strMethod = stOrigin.strMethod;
+  stSide.strNoise = stOrigin.strNoise;
   stSide.nExpectGray = static_cast<uint32_t>(std::max(0, stOrigin.nExpectGray));
   stSide.strCreated = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
   stSide.strTool = strPrograms;
