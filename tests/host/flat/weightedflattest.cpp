@@ -12,18 +12,18 @@ using namespace ffc::host;
 
 namespace {
 
-constexpr uint32_t FIELD_WIDTH = 128;
-constexpr uint32_t FIELD_HEIGHT = 96;
+constexpr uint32_t SMALL_SIDE = 64;
+constexpr uint32_t LARGE_SIDE = 112; ///< enough pixels for figures
 
 /// A sensor with shading, a pattern of its pixels and noise, in parts of the format's range.
 class CMadeSensor {
 public:
-  explicit CMadeSensor(const char *pFormat) : m_pFormat(ffc::genapi::FindSensorFormat(pFormat))
+  CMadeSensor(const char *pFormat, uint32_t nSide) : m_pFormat(ffc::genapi::FindSensorFormat(pFormat)), m_nSide(nSide)
   {
     std::normal_distribution<double> pattern(0, 0.003);
-    for (uint32_t n = 0; n < FIELD_WIDTH * FIELD_HEIGHT; ++n) {
-      const double dX = (n % FIELD_WIDTH) / double{FIELD_WIDTH} - 0.5;
-      const double dY = (n / FIELD_WIDTH) / double{FIELD_HEIGHT} - 0.5;
+    for (uint32_t n = 0; n < nSide * nSide; ++n) {
+      const double dX = (n % nSide) / static_cast<double>(nSide) - 0.5;
+      const double dY = (n / nSide) / static_cast<double>(nSide) - 0.5;
       m_listField.push_back((0.6 - 0.5 * (dX * dX + dY * dY)) * (1 + pattern(m_random)));
     }
   }
@@ -32,8 +32,8 @@ public:
   {
     auto pSet = std::make_shared<SFrameSet>();
     pSet->pFormat = m_pFormat;
-    pSet->nWidth = FIELD_WIDTH;
-    pSet->nHeight = FIELD_HEIGHT;
+    pSet->nWidth = m_nSide;
+    pSet->nHeight = m_nSide;
     const double dMax = (1U << m_pFormat->nBitDepth) - 1;
     std::normal_distribution<double> noise(0, 0.005);
     for (uint32_t nFrame = 0; nFrame < nFrames; ++nFrame) {
@@ -55,6 +55,7 @@ public:
 
 private:
   const ffc::genapi::SSensorFormat *m_pFormat;
+  uint32_t m_nSide;
   std::mt19937 m_random{7};
   std::vector<double> m_listField;
 };
@@ -80,7 +81,7 @@ class WeightedFlat : public testing::TestWithParam<SCase> {};
 TEST_P(WeightedFlat, IsWhatTheToolMakesOfTheSameFrames)
 {
   const SCase &stCase = GetParam();
-  CMadeSensor sensor(stCase.pFormat);
+  CMadeSensor sensor(stCase.pFormat, SMALL_SIDE);
   const SFlatFrames stFrames{sensor.Take(stCase.nBright, 1),
                              stCase.dDarkLight < 0 ? nullptr : sensor.Take(1, stCase.dDarkLight), 120, 2};
   const auto made = MakeWeightedFlat(stFrames, GO_ON);
@@ -100,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, WeightedFlat,
 TEST(WeightedFlatFigures, AreTheErrorsThatTheReferencesReallyHave)
 {
   constexpr uint32_t FRAMES = 4;
-  CMadeSensor sensor("Mono12");
+  CMadeSensor sensor("Mono12", LARGE_SIDE);
   const SFlatFrames stFrames{sensor.Take(FRAMES, 1), sensor.Take(16, 0), 128, 1};
   const auto made = MakeWeightedFlat(stFrames, GO_ON);
   ASSERT_EQ(made.GetError(), "");
@@ -113,7 +114,7 @@ TEST(WeightedFlatFigures, AreTheErrorsThatTheReferencesReallyHave)
     dSum += dFlat;
     dSquares += dFlat * dFlat;
   }
-  const double dPixels = FIELD_WIDTH * FIELD_HEIGHT;
+  const double dPixels = LARGE_SIDE * LARGE_SIDE;
   const double dMean = dSum / dPixels;
   const double dError = 100 * std::sqrt(dSquares / dPixels - dMean * dMean) / dMean;
   EXPECT_NEAR(stFlat.dPlainNoise, 100 * 0.0055 / std::sqrt(FRAMES) / 0.52, 0.02);
@@ -125,5 +126,5 @@ TEST(WeightedFlatFigures, AreTheErrorsThatTheReferencesReallyHave)
 TEST(WeightedFlatFigures, NothingIsMadeAfterItWasCancelled)
 {
   const std::atomic<bool> bStop{true};
-  EXPECT_FALSE(MakeWeightedFlat({CMadeSensor("Mono8").Take(1, 1), nullptr, 128, 1}, bStop));
+  EXPECT_FALSE(MakeWeightedFlat({CMadeSensor("Mono8", SMALL_SIDE).Take(1, 1), nullptr, 128, 1}, bStop));
 }
