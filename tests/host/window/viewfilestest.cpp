@@ -46,6 +46,13 @@ protected:
     ShowWindow();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !m_pWindow->findChild<CImageView *>()->GetPicture().isNull(); }));
   }
+  /// Gains of 4112 / 4096.
+  static void WriteFlat(const QString &strPath)
+  {
+    QFile file(strPath);
+    const QByteArray byteGains(2 * 256 * 192, '\x10');
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteGains) == byteGains.size());
+  }
   void SaveAs(const char *pAction, const char *pName)
   {
     const CModalAnswerer answerer(m_folder.filePath(pName)); // takes the number of frames as it is
@@ -114,10 +121,7 @@ TEST_F(ViewFiles, CorrectedFramesBearTheMarkOfTheirCorrectionAndAreNotCorrectedT
 {
   ShowPicture();
   const QString strFlat = m_folder.filePath("flat.ffc");
-  QFile file(strFlat);
-  const QByteArray byteGains = QByteArray(2 * 256 * 192, '\x10'); // 4112 of 4096
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteGains) == byteGains.size());
-  file.close();
+  WriteFlat(strFlat);
   SaveAs("Save image", "raw.ser");
   Press("ShowDialog");
   ASSERT_EQ(GetDriver().LoadFile(strFlat).strBox.toStdString(), "");
@@ -126,10 +130,9 @@ TEST_F(ViewFiles, CorrectedFramesBearTheMarkOfTheirCorrectionAndAreNotCorrectedT
   SaveAs("Save sequence", "sequence.ser");
   EXPECT_EQ(GetInfo("sequence.ser").nFrames, 16U);
   EXPECT_EQ(GetInfo("sequence.ser").nBitDepth, 12U);
-  file.remove(); // what was applied is known all the same
+  QFile::remove(strFlat); // what was applied is known all the same
   SaveAs("Save image", "image.ser");
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteGains) == byteGains.size());
-  file.close();
+  WriteFlat(strFlat);
   EXPECT_EQ(Apply(strFlat, "raw.ser"), "");
   for (const char *pName : {"image.png", "image.ser", "sequence.ser"}) {
     EXPECT_NE(Apply(strFlat, pName).find("is corrected already"), std::string::npos) << pName;
@@ -243,9 +246,10 @@ TEST_F(ViewFiles, TheLastCoefficientsAreOfferedAtTheNextStart)
 {
   ShowWindow();
   EXPECT_FALSE(FindAction("Load the last coefficients")->isEnabled());
-  Correct();
   const QString strFile = m_folder.filePath("kept.ffc");
-  ASSERT_EQ(GetDriver().SaveFile(strFile).strBox.toStdString(), "");
+  WriteFlat(strFile);
+  Press("ShowDialog");
+  ASSERT_EQ(GetDriver().LoadFile(strFile).strBox.toStdString(), "");
   m_pWindow.reset();
   ShowWindow();
   QAction *pLoad = FindAction("Load the last coefficients");

@@ -47,10 +47,10 @@ private:
 
 class ViewReference : public WindowFixture {
 protected:
-  QAction *FindAction() const
+  QAction *FindAction(const char *pBegin = "Ma&ke from") const
   {
     for (QAction *pAction : m_pWindow->findChildren<QAction *>()) {
-      if (pAction->text().startsWith(QLatin1String("Ma&ke from"))) {
+      if (pAction->text().startsWith(QLatin1String(pBegin))) {
         return pAction;
       }
     }
@@ -98,6 +98,7 @@ TEST_F(ViewReference, TheAcquiredFramesBecomeAWeightedTableThatThePlugInLoads)
   const QString strLoaded = m_folder.filePath("loaded.ffc");
   ASSERT_EQ(GetDriver().SaveFile(strLoaded).strBox.toStdString(), "");
   EXPECT_TRUE(ReadFile(strLoaded) == byteTable) << "of the plug-in";
+  EXPECT_TRUE(FindAction("L&oad the last")->text().contains("loaded.ffc")) << "saved last";
   const auto side = ffc::frames::ReadSideFile(strFile);
   ASSERT_EQ(side.GetError(), "");
   ASSERT_TRUE(side.GetValue());
