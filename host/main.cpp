@@ -9,7 +9,7 @@
 #include "host/options/cameraopening.h"
 #include "host/options/commandline.h"
 #include "host/options/language.h"
-#include "host/recording/recordrun.h"
+#include "host/headless/recordrun.h"
 #include "host/viewer/settingsrescue.h"
 #include "host/window/appearance.h"
 #include "host/window/mainwindow.h"

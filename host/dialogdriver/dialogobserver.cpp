@@ -50,12 +50,14 @@ void CDialogObserver::Observe(QDialog &dialog)
 void CDialogObserver::ObserveButton(QAbstractButton &button, EDialogAction eAction)
 {
   button.disconnect(this);
-  connect(&button, &QAbstractButton::released, this, [this] {
+  connect(&button, &QAbstractButton::released, this, [this, eAction] {
+    m_eAction = eAction;
     m_listErrors.clear();
     m_strFile.clear();
   });
   // Connected after the plug-in's own slot, so that it runs when that has ended.
   connect(&button, &QAbstractButton::clicked, this, [this, eAction] {
+    m_eAction.reset();
     emit SigDone({eAction, m_listErrors.join(QLatin1Char(' ')), m_strFile});
   });
 }

@@ -2,6 +2,8 @@
 /// What is done in the correction dialog, by whomever.
 #pragma once
 
+#include <optional>
+
 #include <QDialog>
 #include <QObject>
 #include <QPointer>
@@ -36,6 +38,8 @@ public:
   void Observe(QDialog &dialog);
   /// \param strFile where the boxes for files of coefficients begin, and what is to be loaded; empty: as they come
   void SetLastFile(const QString &strFile) { m_strLastFile = strFile; }
+  /// Of the button that was released last; nothing when what it asked for is done.
+  std::optional<EDialogAction> GetAction() const { return m_eAction; }
   /// The user chooses a file of coefficients right now.
   bool IsFileBoxOpen() const { return !m_pFileBox.isNull(); }
 
@@ -54,6 +58,7 @@ private:
   void ObserveButton(QAbstractButton &button, EDialogAction eAction);
   void ObserveFileBox(QFileDialog &box);
 
+  std::optional<EDialogAction> m_eAction;
   QPointer<QFileDialog> m_pFileBox;
   QStringList m_listErrors; ///< since a button was released
   QString m_strFile;

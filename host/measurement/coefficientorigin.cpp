@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 
+#include "frames/sidefile.h"
 #include "host/dialogdriver/dialogdriver.h"
 
 namespace ffc::host {
@@ -22,9 +23,18 @@ QString Translate(const char *pText)
   return QCoreApplication::translate("CoefficientOrigin", pText);
 }
 
+/// While the file is surely the one that is in use.
+void NoteFile(const QString &strFile, SCoefficientOrigin &stOrigin)
+{
+  const Result<QString> hash = frames::HashCoefficientFile(strFile);
+  stOrigin.strFile = strFile;
+  stOrigin.strSha256 = hash ? hash.GetValue() : QString();
+}
+
 } // namespace
 
-CDifferentFrames::CDifferentFrames(CFramePipeline &pipeline) : m_pipeline(pipeline)
+CDifferentFrames::CDifferentFrames(CFramePipeline &pipeline, FnFrame fnFrame)
+  : m_pipeline(pipeline), m_fnFrame(std::move(fnFrame))
 {
   pipeline.Request(std::numeric_limits<uint32_t>::max(), CFramePipeline::EWanted::Any,
                    [this](const SProcessedFrame &stFrame) { Take(*stFrame.pRaw); });
@@ -37,6 +47,9 @@ CDifferentFrames::~CDifferentFrames()
 
 void CDifferentFrames::Take(const camera::SCameraFrame &stFrame)
 {
+  if (m_fnFrame) {
+    m_fnFrame(stFrame);
+  }
   const char *pBytes = static_cast<const char *>(stFrame.pBuffer);
   const bool bNew = m_setSeen.insert(std::hash<std::string_view>()({pBytes, stFrame.nSize})).second;
   if (m_pFormat == nullptr) {
@@ -95,10 +108,10 @@ QStringList SCoefficientOrigin::GetNotes() const
   return listNotes;
 }
 
-void CCoefficientWatch::BeginAcquisition(CFramePipeline &pipeline)
+void CCoefficientWatch::BeginAcquisition(CFramePipeline &pipeline, CDifferentFrames::FnFrame fnFrame)
 {
   EndAcquisition(); // before the next one asks for frames
-  m_pFrames = std::make_unique<CDifferentFrames>(pipeline);
+  m_pFrames = std::make_unique<CDifferentFrames>(pipeline, std::move(fnFrame));
 }
 
 void CCoefficientWatch::EndAcquisition()
@@ -144,6 +157,11 @@ void CCoefficientWatch::NoteDone(const SDialogOutcome &stOutcome, const CDialogD
       NoteLoaded(EKind::File, stOutcome.strFile, driver, bByCamera);
     }
     break;
+  case EDialogAction::SaveFile:
+    if (!stOutcome.strFile.isEmpty() && m_stOrigin.eKind == EKind::Acquired) {
+      NoteFile(stOutcome.strFile, m_stOrigin);
+    }
+    break;
   default: break;
   }
 }
@@ -161,7 +179,9 @@ void CCoefficientWatch::NoteLoaded(EKind eKind, const QString &strFile, const CD
 {
   m_stOrigin = SCoefficientOrigin();
   m_stOrigin.eKind = eKind;
-  m_stOrigin.strFile = strFile;
+  if (!strFile.isEmpty()) {
+    NoteFile(strFile, m_stOrigin);
+  }
   if (bByCamera) {
     m_stOrigin.nAskedFrames = m_stOrigin.nFrames = driver.GetFrameCount();
     m_stOrigin.nExpectGray = driver.GetExpectGray();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <unordered_set>
@@ -25,7 +26,11 @@ class CDialogDriver;
 /// asks the pipeline for frames meanwhile.
 class CDifferentFrames {
 public:
-  explicit CDifferentFrames(CFramePipeline &pipeline);
+  /// Sees each frame as it came, on the frame thread.
+  using FnFrame = std::function<void(const camera::SCameraFrame &stFrame)>;
+
+  /// \param fnFrame gets them too; may be empty
+  explicit CDifferentFrames(CFramePipeline &pipeline, FnFrame fnFrame = {});
   ~CDifferentFrames();
   CDifferentFrames(const CDifferentFrames &) = delete;
   CDifferentFrames &operator=(const CDifferentFrames &) = delete;
@@ -43,6 +48,7 @@ private:
   void Take(const camera::SCameraFrame &stFrame);
 
   CFramePipeline &m_pipeline;
+  FnFrame m_fnFrame;
   Seen m_setSeen;
   const genapi::SSensorFormat *m_pFormat = nullptr; ///< of the frames that are judged
   quality::CFrameStack m_stack;
@@ -60,8 +66,11 @@ struct SCoefficientOrigin {
   int nAskedFrames = 0; ///< of the bright field
   int nFrames = 0;      ///< those of them that differ from each other; 0: not known
   int nExpectGray = -1; ///< 0 to 255; -1: not known
+  QString strMethod = QStringLiteral("average"); ///< how the bright frames became a reference
+  QString strNoise; ///< where their noise was known from; empty where the method does not ask
   quality::EDarkField eDarkField = quality::EDarkField::Unknown;
-  QString strFile;
+  QString strFile;               ///< of the coefficients, loaded or saved; empty: there is none
+  QString strSha256;             ///< of that file, in hexadecimal; empty: it cannot be read
   QStringList listBrightRemarks; ///< what speaks against the bright field
 
   bool IsRepeated() const { return nFrames < nAskedFrames; }
@@ -73,7 +82,8 @@ struct SCoefficientOrigin {
 class CCoefficientWatch {
 public:
   /// The plug-in takes frames; it may say so more than once for one button.
-  void BeginAcquisition(CFramePipeline &pipeline);
+  /// \param fnFrame gets the frames, too
+  void BeginAcquisition(CFramePipeline &pipeline, CDifferentFrames::FnFrame fnFrame = {});
   /// It has them, or has given up.
   void EndAcquisition();
   /// \param bByCamera the camera corrects: it keeps count and grey together with its coefficients, and the dialog shows

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include <QDateTime>
 #include <QJsonDocument>
 
 #include "frames/correctionmark.h"
 #include "frames/wholefile.h"
+#include "host/recording/framesettings.h"
 
 namespace ffc::host {
 namespace {
@@ -15,11 +15,6 @@ namespace {
 const QString SUMMARY = QStringLiteral("recording.json");
 const QString LINES = QStringLiteral("frames.jsonl");
 const QString TOGETHER = QStringLiteral("ser");
-
-QString FormatTime(int64_t nMilliseconds)
-{
-  return QDateTime::fromMSecsSinceEpoch(nMilliseconds, Qt::UTC).toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz"));
-}
 
 } // namespace
 
@@ -56,33 +51,23 @@ void CRecordingFiles::SetSettings(const QJsonObject &settings)
   m_settings = settings;
 }
 
-frames::Texts CRecordingFiles::MakeTexts(const SRecordedFrame &stFrame, const QString &strName, QJsonObject &line)
+QJsonObject CRecordingFiles::GetSettings()
 {
-  {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    line = m_settings;
-  }
-  const QString strTime = FormatTime(stFrame.nTime);
-  line.insert(QStringLiteral("frameId"), static_cast<double>(stFrame.nFrameId));
-  line.insert(QStringLiteral("time"), strTime + 'Z');
-  frames::Texts mapTexts{{frames::TEXT_DESCRIPTION, frames::ToLine(line)}, {frames::TEXT_TIME, strTime}};
-  if (!m_strMark.isEmpty()) {
-    mapTexts[frames::TEXT_CORRECTION] = m_strMark;
-  }
-  line.insert(QStringLiteral("file"), strName);
-  return mapTexts;
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  return m_settings;
 }
 
 Result<> CRecordingFiles::Write(const SRecordedFrame &stFrame)
 {
-  if (stFrame.listBytes.size() != m_stInfo.stLayout.GetFrameSize()) {
+  if (stFrame.stCopy.listBytes.size() != m_stInfo.stLayout.GetFrameSize()) {
     return Failure("a frame of another size came");
   }
   const QString strName = m_pTogether != nullptr
                             ? QStringLiteral("frames.ser")
                             : QStringLiteral("frame_%1.%2").arg(m_nWritten, 6, 10, QLatin1Char('0')).arg(m_strSuffix);
-  QJsonObject line;
-  const frames::Texts mapTexts = MakeTexts(stFrame, strName, line);
+  QJsonObject line = DescribeFrame(GetSettings(), stFrame);
+  const frames::Texts mapTexts = MakeFrameTexts(line, m_strMark);
+  line.insert(QStringLiteral("file"), strName);
   const QByteArray byteLine = frames::ToLine(line).toUtf8() + '\n';
   ++m_nWritten;
   return RunUntilFailure([&] { return WriteFrame(stFrame, mapTexts, strName); },
@@ -93,22 +78,19 @@ Result<> CRecordingFiles::WriteFrame(const SRecordedFrame &stFrame, const frames
                                      const QString &strName)
 {
   if (m_pTogether != nullptr) {
-    return m_pTogether->Write(stFrame.listBytes.data(), mapTexts);
+    return m_pTogether->Write(stFrame.stCopy.listBytes.data(), mapTexts);
   }
   const auto writer = m_pKind->Create(m_dir.filePath(strName), m_stInfo);
   if (!writer) {
     return writer.GetFailure();
   }
-  return RunUntilFailure([&] { return writer.GetValue()->Write(stFrame.listBytes.data(), mapTexts); },
+  return RunUntilFailure([&] { return writer.GetValue()->Write(stFrame.stCopy.listBytes.data(), mapTexts); },
                          [&] { return writer.GetValue()->Commit(); });
 }
 
 Result<> CRecordingFiles::Close(QJsonObject summary)
 {
-  {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    summary.insert(QStringLiteral("settings"), m_settings);
-  }
+  summary.insert(QStringLiteral("settings"), GetSettings());
   const QString strMarkPath = frames::GetMarkPath(m_dir.filePath(QStringLiteral("frames.ser")));
   // A file that only seems to be corrected is refused later, one that only seems not to be would be corrected twice.
   return RunUntilFailure(

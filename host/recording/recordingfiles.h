@@ -42,7 +42,7 @@ public:
 
 private:
   Result<> WriteFrame(const SRecordedFrame &stFrame, const frames::Texts &mapTexts, const QString &strName);
-  frames::Texts MakeTexts(const SRecordedFrame &stFrame, const QString &strName, QJsonObject &line);
+  QJsonObject GetSettings();
 
   QDir m_dir;
   const QString m_strSuffix;

@@ -403,6 +403,50 @@ Qt %2</translation>
         <source>&amp;Features...</source>
         <translation>相机特征(&amp;F)...</translation>
     </message>
+    <message>
+        <source>Ma&amp;ke from the acquired frames...</source>
+        <translation>用采集的帧制作(&amp;K)...</translation>
+    </message>
+    <message>
+        <source>There is no camera with the plug-in's dialog.</source>
+        <translation>没有带插件对话框的相机。</translation>
+    </message>
+    <message>
+        <source>This camera corrects its frames itself: it takes no table of the host's.</source>
+        <translation>此相机自行校正其帧：不使用主机的系数表。</translation>
+    </message>
+    <message>
+        <source>The frames have another size or format than the bright field: acquire it again.</source>
+        <translation>帧的尺寸或格式与亮场不同：请重新采集亮场。</translation>
+    </message>
+    <message>
+        <source>Acquire a bright field in the plug-in's dialog first.</source>
+        <translation>请先在插件对话框中采集亮场。</translation>
+    </message>
+    <message>
+        <source>Weighs every part of the acquired frames by how far it stands out of their noise</source>
+        <translation>按采集帧的各部分超出噪声的程度加权</translation>
+    </message>
+    <message>
+        <source>The computation that was cancelled has not ended yet: try again in a moment.</source>
+        <translation>已取消的计算尚未结束：请稍后再试。</translation>
+    </message>
+    <message>
+        <source>Make from the acquired frames</source>
+        <translation>用采集的帧制作</translation>
+    </message>
+    <message>
+        <source>Weighting the frames</source>
+        <translation>正在对帧加权</translation>
+    </message>
+    <message>
+        <source>Save coefficients</source>
+        <translation>保存系数</translation>
+    </message>
+    <message>
+        <source>Coefficients (*.ffc)</source>
+        <translation>系数 (*.ffc)</translation>
+    </message>
 </context>
 <context>
     <name>ffc::host::CMeasurementGuide</name>
@@ -1421,6 +1465,14 @@ Frames received: %3</source>
         <source>this program was built without support for real cameras</source>
         <translation>此程序在编译时未包含对真实相机的支持</translation>
     </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+    <message>
+        <source>The image library does not compute coefficients of these frames.</source>
+        <translation>图像库无法用这些帧计算系数。</translation>
+    </message>
 </context>
 <context>
     <name>FrameInspection</name>
@@ -1660,6 +1712,65 @@ Cannot be written now</source>
     <message>
         <source>Value</source>
         <translation>值</translation>
+    </message>
+</context>
+<context>
+    <name>ReferenceDialog</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>more than %1</source>
+        <translation>超过 %1</translation>
+    </message>
+    <message>
+        <source>the differences of the frames</source>
+        <translation>各帧之间的差异</translation>
+    </message>
+    <message>
+        <source>camera data</source>
+        <translation>相机数据</translation>
+    </message>
+    <message>
+        <source>photon transfer within the one frame</source>
+        <translation>单帧内的光子传递</translation>
+    </message>
+    <message>
+        <source>all fine detail of the one frame: acquire more frames to keep the pixels' own pattern</source>
+        <translation>单帧的全部细节：采集更多帧以保留像素自身的图案</translation>
+    </message>
+    <message>
+        <source>Made from the acquired frames</source>
+        <translation>用采集的帧制作的系数</translation>
+    </message>
+    <message>
+        <source>Plain average</source>
+        <translation>普通平均</translation>
+    </message>
+    <message>
+        <source>Weighted</source>
+        <translation>加权</translation>
+    </message>
+    <message>
+        <source>Noise that the bright reference leaves in each image</source>
+        <translation>亮场参考在每幅图像中留下的噪声</translation>
+    </message>
+    <message>
+        <source>As good as an average of so many frames</source>
+        <translation>相当于多少帧的平均</translation>
+    </message>
+    <message>
+        <source>From %1 bright and %2 dark frames. The noise is known from %3. The pattern of the sensor and the noise of the dark field are not in these figures; Measure tells what is left of all.</source>
+        <translation>由 %1 帧亮场和 %2 帧暗场制作。噪声取自%3。这些数值不含传感器的图案和暗场的噪声；“测量”给出剩余的全部。</translation>
+    </message>
+    <message>
+        <source>&amp;Save and load...</source>
+        <translation>保存并加载(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>取消(&amp;C)</translation>
     </message>
 </context>
 </TS>

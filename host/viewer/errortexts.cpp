@@ -9,6 +9,8 @@ namespace {
 
 /// %1 and so on stand for any text.
 const char *const KNOWN[] = {
+  QT_TRANSLATE_NOOP("ErrorTexts", "There is not enough memory."),
+  QT_TRANSLATE_NOOP("ErrorTexts", "The image library does not compute coefficients of these frames."),
   QT_TRANSLATE_NOOP("ErrorTexts", "There is not enough memory for the camera."),
   QT_TRANSLATE_NOOP("ErrorTexts", "There is not enough memory for the camera's frames."),
   QT_TRANSLATE_NOOP("ErrorTexts", "There is not enough memory for the recorded frames."),

@@ -10,6 +10,8 @@ class IAcquisitionObserver {
 public:
   virtual ~IAcquisitionObserver() = default;
 
+  /// The plug-in wants frames; the stream has not begun.
+  virtual void ExpectAcquisition() {}
   /// The plug-in begins to take frames.
   virtual void BeginAcquisition() = 0;
   /// The plug-in has one more frame: it has compared the payload size with the one it expects.

@@ -173,6 +173,9 @@ void CViewer::SlotPluginMsg(const PLUGIN_MSG &stPluginMsg)
   if (!bOn && stPluginMsg.nMsgCode != PLUGIN_MSG_ACQUISITION_OFF) {
     return;
   }
+  if (bOn && m_pObserver != nullptr) {
+    m_pObserver->ExpectAcquisition();
+  }
   if (bOn) {
     (void)StartStream(); // see GetStreamState
   } else {

@@ -46,6 +46,7 @@ void CAcquisitionProgress::CountAcquiredFrame()
     return;
   }
   ++m_nFrames;
+  emit SigCounted();
   if (m_nTotal == 1 || m_bCancelled) {
     return;
   }

@@ -36,12 +36,17 @@ public:
   /// Says in the box, if there is one, that the window waits for the end.
   void ExplainClosing();
 
+  void ExpectAcquisition() override { emit SigExpected(); }
   void BeginAcquisition() override;
   void CountAcquiredFrame() override;
   void EndAcquisition() override;
 
 signals:
+  /// Before the first frame.
+  void SigExpected();
   void SigBegun();
+  /// The plug-in has one more frame.
+  void SigCounted();
   /// Keep the frames from the plug-in: it gives up when none comes in time.
   void SigCancelled();
   /// The plug-in is back in the event loop, or has stopped taking frames.

@@ -6,20 +6,28 @@
 
 #include <QString>
 
+#include "camera/icamera.h"
 #include "quality/limits.h"
 
 namespace ffc::host {
 
 /// Of one camera, as it was left. Another camera knows nothing of it.
 struct SCameraMemory {
-  QString strFile;          ///< of coefficients, loaded or saved last; empty: none
-  int nFrames = 0;          ///< bright frames averaged last; 0: none were
-  int nExpectGray = -1;     ///< that the user chose instead of the suggested one; -1: none
+  QString strFile;                          ///< of coefficients, loaded or saved last; empty: none
+  int nFrames = 0;                          ///< bright frames averaged last; 0: none were
+  int nExpectGray = -1;                     ///< that the user chose instead of the suggested one; -1: none
   std::optional<quality::SLimits> stLimits; ///< that pass; none: this camera is new
 };
 
-/// \param strCamera display name, which has the serial number
-SCameraMemory LoadCameraMemory(const QString &strCamera);
-void SaveCameraMemory(const QString &strCamera, const SCameraMemory &stMemory);
+/// Where all that is remembered of a camera stands in the settings: by its maker and serial number. What stands where
+/// former versions kept it is brought there.
+QString FindCameraGroup(camera::ICamera &camera);
+
+/// Percent-encoded: a name may have anything in it, a key may not.
+QString ToSettingsKey(const QString &strName);
+
+/// \param strGroup of FindCameraGroup
+SCameraMemory LoadCameraMemory(const QString &strGroup);
+void SaveCameraMemory(const QString &strGroup, const SCameraMemory &stMemory);
 
 } // namespace ffc::host

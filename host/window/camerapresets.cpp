@@ -4,6 +4,7 @@
 #include <QUrl>
 
 #include "host/viewer/featuretext.h"
+#include "host/window/cameramemory.h"
 
 namespace ffc::host {
 namespace {
@@ -13,28 +14,22 @@ const char *const FEATURES[] = {
   "PixelFormat", "BinningHorizontal", "BinningVertical",     "Width", "Height", "OffsetX", "OffsetY", "ExposureTime",
   "Gain",        "BlackLevel",        "AcquisitionFrameRate"};
 
-/// A name may have anything in it, a key may not.
-QString ToKey(const QString &strName)
-{
-  return QString::fromLatin1(QUrl::toPercentEncoding(strName));
-}
-
 } // namespace
 
-CCameraPresets::CCameraPresets(GenApi::INodeMap &map)
-  : m_map(map), m_strSerial(QString::fromStdString(ReadFeature(map, "DeviceSerialNumber")))
+CCameraPresets::CCameraPresets(camera::ICamera &camera)
+  : m_map(*camera.GetDeviceNodeMap()), m_strGroup(FindCameraGroup(camera) + QStringLiteral("/presets"))
 {
 }
 
-QString CCameraPresets::GetGroup() const
+QString CCameraPresets::GetGroup(const QString &strName) const
 {
-  return QStringLiteral("presets/") + ToKey(m_strSerial.isEmpty() ? QStringLiteral("unknown") : m_strSerial);
+  return m_strGroup + QLatin1Char('/') + ToSettingsKey(strName);
 }
 
 QStringList CCameraPresets::ListNames() const
 {
   QSettings settings;
-  settings.beginGroup(GetGroup());
+  settings.beginGroup(m_strGroup);
   QStringList listNames;
   for (const QString &strKey : settings.childGroups()) {
     listNames << QUrl::fromPercentEncoding(strKey.toLatin1());
@@ -46,7 +41,7 @@ void CCameraPresets::Save(const QString &strName)
 {
   Remove(strName);
   QSettings settings;
-  settings.beginGroup(GetGroup() + QLatin1Char('/') + ToKey(strName));
+  settings.beginGroup(GetGroup(strName));
   for (const char *pFeature : FEATURES) {
     const std::string strValue = ReadFeature(m_map, pFeature);
     if (!strValue.empty()) {
@@ -57,13 +52,13 @@ void CCameraPresets::Save(const QString &strName)
 
 void CCameraPresets::Remove(const QString &strName)
 {
-  QSettings().remove(GetGroup() + QLatin1Char('/') + ToKey(strName));
+  QSettings().remove(GetGroup(strName));
 }
 
 QStringList CCameraPresets::Apply(const QString &strName)
 {
   QSettings settings;
-  settings.beginGroup(GetGroup() + QLatin1Char('/') + ToKey(strName));
+  settings.beginGroup(GetGroup(strName));
   QStringList listRefused;
   // Whatever size comes, it fits at the sensor's corner.
   QStringList listIgnored;

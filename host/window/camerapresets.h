@@ -6,14 +6,16 @@
 #include <QString>
 #include <QStringList>
 
+#include "camera/icamera.h"
+
 namespace ffc::host {
 
-/// Several sets of settings for each camera, told apart by its serial number, kept with what the window remembers.
+/// Several sets of settings for each camera, kept with what else the window remembers of it.
 /// User-interface thread.
 class CCameraPresets {
 public:
-  /// \param map of the camera, which outlives this object
-  explicit CCameraPresets(GenApi::INodeMap &map);
+  /// \param camera outlives this object
+  explicit CCameraPresets(camera::ICamera &camera);
 
   QStringList ListNames() const;
   /// Remembers format, region, binning, exposure, gain, black level and frame rate, as far as the camera has them.
@@ -24,11 +26,11 @@ public:
   QStringList Apply(const QString &strName);
 
 private:
-  QString GetGroup() const;
+  QString GetGroup(const QString &strName) const;
   void Write(const QString &strFeature, const QString &strValue, QStringList &listRefused);
 
   GenApi::INodeMap &m_map;
-  QString m_strSerial;
+  QString m_strGroup; ///< of all of them
 };
 
 } // namespace ffc::host

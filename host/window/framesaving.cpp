@@ -1,21 +1,22 @@
 #include "host/window/framesaving.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <utility>
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QEventLoop>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QSettings>
-#include <QTimer>
 
+#include "frames/correctionmark.h"
 #include "frames/ifilekind.h"
-#include "host/viewer/featuretext.h"
+#include "frames/wholefile.h"
+#include "host/recording/framesettings.h"
 #include "host/window/displaypicture.h"
-#include "host/window/framequeue.h"
 #include "host/window/waitbox.h"
 
 namespace ffc::host {
@@ -26,7 +27,6 @@ using genapi::SPixelFormat;
 
 namespace {
 
-constexpr int POLL_MS = 20;
 const QString FOLDER_KEY = QStringLiteral("frames/folder");
 
 QString Translate(const char *pText)
@@ -54,14 +54,15 @@ Result<frames::SFrameInfo> DescribeFrames(const SFrameCopy &stFrame, const frame
 /// Writes a sequence into one file, or into one for each frame.
 class CSequenceFiles {
 public:
-  CSequenceFiles(const QString &strPath, uint32_t nFrames, const frames::Texts &mapTexts)
-    : m_strPath(strPath), m_kind(*frames::FindFileKind(strPath)), m_nFrames(nFrames), m_mapTexts(mapTexts)
+  CSequenceFiles(const QString &strPath, uint32_t nFrames, const SFrameOrigin &stOrigin)
+    : m_strPath(strPath), m_kind(*frames::FindFileKind(strPath)), m_nFrames(nFrames), m_stOrigin(stOrigin)
   {
   }
 
-  Result<> Write(const SFrameCopy &stFrame)
+  Result<> Write(const SRecordedFrame &stFrame)
   {
-    const Result<frames::SFrameInfo> info = DescribeFrames(stFrame, m_mapTexts);
+    const frames::Texts mapTexts = MakeFrameTexts(DescribeFrame(m_stOrigin.settings, stFrame), m_stOrigin.strMark);
+    const Result<frames::SFrameInfo> info = DescribeFrames(stFrame.stCopy, mapTexts);
     if (!info) {
       return info.GetFailure();
     }
@@ -69,22 +70,33 @@ public:
       return Failure(Translate("The frames changed their size on the way: save the sequence again."));
     }
     m_stLayout = info.GetValue().stLayout;
-    const bool bSingle = m_kind.GetMaxFrames() < m_nFrames;
-    if (m_pWriter == nullptr) {
-      frames::SFrameInfo stInfo = info.GetValue();
-      stInfo.nFrames = bSingle ? 1 : m_nFrames;
-      Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(bSingle ? GetNumberedPath() : m_strPath, stInfo);
-      if (!created) {
-        return created.GetFailure();
-      }
-      m_pWriter = std::move(created).GetValue();
-    }
-    const Result<> written = m_pWriter->Write(stFrame.listBytes.data(), m_mapTexts);
-    ++m_nWritten;
-    return written && (bSingle || m_nWritten == m_nFrames) ? Commit() : written;
+    m_bCorrected = m_bCorrected || stFrame.stCopy.bCorrected;
+    return RunUntilFailure([&] { return m_pWriter == nullptr ? Create(info.GetValue()) : Result<>(); },
+                           [&] { return m_pWriter->Write(stFrame.stCopy.listBytes.data(), mapTexts); },
+                           [&] {
+                             ++m_nWritten;
+                             return IsSingle() ? Commit() : Result<>();
+                           });
   }
 
+  /// After the last frame.
+  Result<> Close() { return m_pWriter == nullptr ? Result<>() : Commit(); }
+
 private:
+  bool IsSingle() const { return m_kind.GetMaxFrames() < m_nFrames; }
+
+  Result<> Create(frames::SFrameInfo stInfo)
+  {
+    stInfo.nFrames = IsSingle() ? 1 : m_nFrames;
+    m_strFile = IsSingle() ? GetNumberedPath() : m_strPath;
+    Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(m_strFile, stInfo);
+    if (!created) {
+      return created.GetFailure();
+    }
+    m_pWriter = std::move(created).GetValue();
+    return {};
+  }
+
   QString GetNumberedPath() const
   {
     const QFileInfo file(m_strPath);
@@ -94,37 +106,49 @@ private:
                                  .arg(file.suffix()));
   }
 
+  /// The mark comes first: a file that only seems to be corrected is refused, one that only seems not to be would be
+  /// corrected twice.
   Result<> Commit()
   {
-    const Result<> committed = m_pWriter->Commit();
+    const QString strMarkPath = frames::GetMarkPath(m_strFile);
+    const bool bMarkBeside = !m_kind.KeepsTexts() && m_bCorrected;
+    const Result<> committed = RunUntilFailure(
+      [&] { return bMarkBeside ? frames::SaveWholeFile(strMarkPath, m_stOrigin.strMark.toUtf8() + '\n') : Result<>(); },
+      [&] { return m_pWriter->Commit(); });
     m_pWriter.reset();
+    if (committed && !bMarkBeside) {
+      QFile::remove(strMarkPath); // a former file's of that name
+    }
+    m_bCorrected = false;
     return committed;
   }
 
   QString m_strPath;
   const IFileKind &m_kind;
   uint32_t m_nFrames;
-  frames::Texts m_mapTexts;
+  SFrameOrigin m_stOrigin;
   frames::SLayout m_stLayout;
+  QString m_strFile; ///< that is being written
   std::unique_ptr<IFrameWriter> m_pWriter;
+  bool m_bCorrected = false; ///< one of its frames is
   uint32_t m_nWritten = 0;
 };
 
 } // namespace
 
-frames::Texts DescribeSettings(camera::ICamera &camera, bool bCorrected)
+QString DescribeCorrection(const SCoefficientOrigin &stOrigin)
 {
-  QStringList listSettings{QStringLiteral("Camera=%1").arg(QString::fromStdString(camera.GetDisplayName())),
-                           QStringLiteral("Corrected=%1").arg(bCorrected ? "yes" : "no")};
-  for (const char *pName : {"DeviceSerialNumber", "PixelFormat", "ExposureTime", "Gain", "BlackLevel", "OffsetX",
-                            "OffsetY", "BinningHorizontal", "BinningVertical", "AcquisitionFrameRate"}) {
-    const std::string strValue = ReadFeature(*camera.GetDeviceNodeMap(), pName);
-    if (!strValue.empty()) {
-      listSettings << QStringLiteral("%1=%2").arg(QLatin1String(pName), QString::fromStdString(strValue));
-    }
+  QJsonObject mark =
+    frames::MakeCorrectionMark(QFileInfo(stOrigin.strFile).fileName(), stOrigin.strSha256, GetToolName());
+  if (stOrigin.strSha256.isEmpty()) {
+    mark[QStringLiteral("sha256")] = QJsonValue(); // in no file
   }
-  return {{frames::TEXT_DESCRIPTION, listSettings.join(QStringLiteral("; "))},
-          {QStringLiteral("Software"), QStringLiteral("ffchost")}};
+  if (stOrigin.eKind == SCoefficientOrigin::EKind::Acquired) {
+    mark[QStringLiteral("brightFrames")] = stOrigin.nFrames;
+    mark[QStringLiteral("darkUsed")] = stOrigin.eDarkField == quality::EDarkField::Used;
+    mark[QStringLiteral("expectedGray")] = stOrigin.nExpectGray;
+  }
+  return frames::ToLine(mark);
 }
 
 QString AskFramePath(QWidget *pParent, const QString &strTitle)
@@ -152,37 +176,43 @@ QString AskFramePath(QWidget *pParent, const QString &strTitle)
   return strPath;
 }
 
-Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts)
+Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const SFrameOrigin &stOrigin)
 {
-  return CSequenceFiles(strPath, 1, mapTexts).Write(stFrame);
+  CSequenceFiles files(strPath, 1, stOrigin);
+  SRecordedFrame stRecorded;
+  stRecorded.stCopy = stFrame;
+  return RunUntilFailure([&] { return files.Write(stRecorded); }, [&] { return files.Close(); });
 }
 
 Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePipeline &pipeline,
-                              const frames::Texts &mapTexts, QWidget *pParent)
+                              const SFrameOrigin &stOrigin, QWidget *pParent)
 {
   CWaitBox box(Translate("Save sequence"), pParent);
-  CSequenceFiles files(strPath, nFrames, mapTexts);
-  CFrameQueue queue([&files](const SFrameCopy &stFrame) { return files.Write(stFrame); });
-  pipeline.Request(nFrames, CFramePipeline::EWanted::Any,
-                   [&queue](const SProcessedFrame &stFrame) { queue.Push(stFrame); });
-  while (!box.IsCancelled() && !queue.HasFailed() && queue.GetWritten() + queue.GetMissed() < nFrames) {
-    box.ShowProgress(Translate("Saving frames"), queue.GetWritten(), nFrames);
-    QEventLoop loop;
-    QTimer::singleShot(POLL_MS, &loop, &QEventLoop::quit);
-    loop.exec();
+  CSequenceFiles files(strPath, nFrames, stOrigin);
+  CFrameRecorder recorder({nFrames}, [&files](const SRecordedFrame &stFrame) { return files.Write(stFrame); });
+  pipeline.Request(std::numeric_limits<uint32_t>::max(), CFramePipeline::EWanted::Any,
+                   [&recorder](const SProcessedFrame &stFrame) { recorder.Add(stFrame); });
+  while (!box.IsCancelled() && !recorder.IsDone() && recorder.GetCounts().nDropped == 0) {
+    box.ShowProgress(Translate("Saving frames"), static_cast<uint32_t>(recorder.GetCounts().nWritten), nFrames);
+    CWaitBox::LetPass();
   }
   pipeline.CancelRequest();
-  const Result<> ended = queue.Finish();
+  const Result<> ended = recorder.Discard();
+  const SRecordCounts stCounts = recorder.GetCounts();
   if (!ended) {
     return ended.GetFailure();
   }
-  if (queue.GetMissed() > 0) {
+  if (stCounts.nDropped > 0) {
     return Failure(Translate("The disk is slower than the camera: %1 of %2 frames were missed. Save fewer frames, or "
                              "lower the frame rate.")
-                     .arg(queue.GetMissed())
+                     .arg(stCounts.nDropped)
                      .arg(nFrames));
   }
-  return queue.GetWritten();
+  const Result<> closed = stCounts.nWritten == nFrames ? files.Close() : Result<>();
+  if (!closed) {
+    return closed.GetFailure();
+  }
+  return static_cast<uint32_t>(stCounts.nWritten);
 }
 
 } // namespace ffc::host

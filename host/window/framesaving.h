@@ -2,10 +2,10 @@
 /// Saving what the window shows: one frame, or a sequence as it comes.
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 
-#include "camera/icamera.h"
-#include "frames/frameinfo.h"
+#include "host/measurement/coefficientorigin.h"
 #include "host/viewer/framepipeline.h"
 #include "platform/result.h"
 
@@ -13,16 +13,21 @@ class QWidget;
 
 namespace ffc::host {
 
-/// The camera's settings, as they stand in the files that have a place for texts.
-/// \param bCorrected whether the frames are corrected by the plug-in
-frames::Texts DescribeSettings(camera::ICamera &camera, bool bCorrected);
+/// What is kept with the samples.
+struct SFrameOrigin {
+  QJsonObject settings; ///< of ReadFrameSettings
+  QString strMark;      ///< of DescribeCorrection: kept with each frame that is corrected, so that none is twice
+};
+
+/// For the frames that the plug-in has corrected: a JSON object that says with what, as far as that is known.
+QString DescribeCorrection(const SCoefficientOrigin &stOrigin);
 
 /// Asks where to, with the kinds of files that there are.
 /// \return empty: the user has cancelled; else with a known ending
 QString AskFramePath(QWidget *pParent, const QString &strTitle);
 
 /// Samples as they are: never what the display makes of them.
-Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const frames::Texts &mapTexts);
+Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const SFrameOrigin &stOrigin);
 
 /// Saves the next frames of the stream, as they are shown, corrected where the plug-in corrects. A kind of file that
 /// takes one frame gets one file for each: NAME-0001.png. Shows how far it is; the user may cancel, and nothing is left
@@ -30,6 +35,6 @@ Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const 
 /// \param strPath as AskFramePath gives it
 /// \return how many were saved
 Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePipeline &pipeline,
-                              const frames::Texts &mapTexts, QWidget *pParent);
+                              const SFrameOrigin &stOrigin, QWidget *pParent);
 
 } // namespace ffc::host

@@ -94,7 +94,7 @@ void CMainWindow::ShowStates(const CFeatureStates &mapStates)
 void CMainWindow::ForgetCamera()
 {
   RememberCamera();
-  m_strCamera.clear();
+  m_strCameraGroup.clear();
   m_pCameraPanel->SetViewer(nullptr);
   m_pScenePanel->SetScene(nullptr);
   m_pQualityPanel->Clear();
@@ -107,6 +107,9 @@ void CMainWindow::ForgetCamera()
   m_bByCamera = false;
   m_bDialogPlaced = false;
   m_coefficients.Reset();
+  m_acquired.Reset();
+  m_bOtherFrames = false;
+  OfferReference();
   ShowNote({});
 }
 
@@ -256,6 +259,7 @@ void CMainWindow::TakeFrame()
   m_nFrameMs = m_clock.elapsed();
   m_session.NoteFrame();
   if (m_pFrame->bCorrected) {
+    m_stFrameOrigin = m_coefficients.GetOrigin();
     m_stCorrectedShape = SFrameShape{m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat};
   }
   m_pImageArea->SetFrame(m_pFrame);
@@ -296,6 +300,7 @@ void CMainWindow::UpdateStatus()
     m_pStatusLine->ShowShape(stFacts.stShape.GetText(), m_pView->GetTransform().GetScale());
   }
   m_pStatusLine->ShowCorrection(JudgeCorrection(stFacts));
+  OfferReference();
 }
 
 void CMainWindow::UpdateSlowly()

@@ -12,6 +12,8 @@
 #include <QPointer>
 
 #include "host/dialogdriver/dialogobserver.h"
+#include "host/measurement/acquiredframes.h"
+#include "host/measurement/background.h"
 #include "host/measurement/coefficientorigin.h"
 #include "host/options/camerachoice.h"
 #include "host/options/cameraopening.h"
@@ -41,6 +43,7 @@ class CQualityPanel;
 class CRecordingPanel;
 class CScenePanel;
 class CStatusLine;
+struct SWeightedFlat;
 
 /// Live image, camera, scene, plots and quality of one camera with the plug-in on it. Closing it ends the program.
 ///
@@ -62,6 +65,7 @@ public:
   Result<> OpenCamera(const SCameraOptions &stCamera);
   /// Null while no camera is open.
   CViewer *GetViewer() { return m_session.GetViewer(); }
+  const CAcquiredFrames &GetAcquiredFrames() const { return m_acquired; }
   bool IsRecorded() const { return !m_stOpenCamera.strReplayFolder.empty(); }
 
 public slots:
@@ -80,6 +84,8 @@ public slots:
   void SlotSavePreset();
   void SlotShowFeatures();
   void SlotLoadLastCoefficients();
+  /// A weighted table out of the frames that the plug-in has acquired last, saved and loaded.
+  void SlotMakeReference();
   void SlotMeasure();
   void SlotCheckDrift();
   void SlotSaveReport();
@@ -122,6 +128,7 @@ private:
   void PresetDialog(QDialog &dialog);
   void PresetGray(QDialog &dialog);
   void ObserveDialog();
+  void ExpectAcquisition();
   void BeginAcquisition();
   void EndAcquisition();
   void AnswerBox(QDialog *pBox, const QString &strText);
@@ -132,6 +139,12 @@ private:
   void KeepSideFile(const SDialogOutcome &stOutcome);
   void ApplyPreset(const QString &strName);
   void OfferCoefficients();
+  void LoadCoefficients(QString strFile);
+  void OfferReference();
+  QString ExplainNoReference() const;
+  void NoteReferenceFrames(const SDialogOutcome &stOutcome);
+  void ShowReference(const Result<SWeightedFlat> &made, uint32_t nExpectGray);
+  Result<> SaveReference(const SWeightedFlat &stFlat, uint32_t nExpectGray, const QString &strFile);
   void MarkStale(const SDialogOutcome &stOutcome);
   void RecallCamera();
   void RememberCamera();
@@ -147,7 +160,7 @@ private:
   SCameraOptions m_stOpenCamera;
   SPluginOptions m_stPlugin;
   SDialogPreset m_stPreset;
-  QString m_strCamera; ///< whose memory follows; empty: none is open
+  QString m_strCameraGroup; ///< whose memory follows; empty: none is open
   SCameraMemory m_stMemory;
   int m_nSuggestedGray = -1; ///< by the last bright field
   CameraFactory m_fnOpenCamera;
@@ -156,7 +169,9 @@ private:
   CAcquisitionProgress m_progress;
   CDialogObserver m_dialogObserver;
   CCoefficientWatch m_coefficients;
+  CAcquiredFrames m_acquired; ///< before the session, whose frames go there
   CCameraSession m_session;
+  CBackground m_referenceWork;
 
   CCameraPanel *m_pCameraPanel; // in the order of the Tab key
   CScenePanel *m_pScenePanel;
@@ -169,6 +184,7 @@ private:
   QLabel *m_pNote;               ///< what was done in the plug-in's dialog last
   QPointer<QDialog> m_pFeatures; ///< of the camera that is open, while the user looks at them
   QAction *m_pLastCoefficients = nullptr;
+  QAction *m_pMakeReference = nullptr;
   QWidget *m_pControls = nullptr;
   QTabWidget *m_pTabs = nullptr;
   QSplitter *m_pSplitter = nullptr;
@@ -176,6 +192,7 @@ private:
   CExposureHelper m_exposure;
   std::array<std::shared_ptr<SFrameCopy>, 4> m_listFrames; ///< shown, the one before, and what an analysis still reads
   std::shared_ptr<SFrameCopy> m_pFrame;                    ///< the one that is shown
+  SCoefficientOrigin m_stFrameOrigin; ///< of what the frame that is shown is corrected with, where it is
   std::optional<SFrameShape> m_stCorrectedShape;
   CFrameRate m_frameRate;
   QElapsedTimer m_clock;
@@ -188,6 +205,7 @@ private:
   bool m_bByCameraMode = false; ///< the plug-in works on the camera's own correction
   bool m_bCancelled = false;    ///< the user has cancelled the acquisition that runs or has just ended
   bool m_bQuiet = false;        ///< the plug-in's box about it was answered
+  bool m_bOtherFrames = false;  ///< the acquired frames were dropped, for the stream's are of another kind
   bool m_bCloseWanted = false;  ///< as soon as the acquisition has ended
   bool m_bBusy = false;
 };

@@ -73,8 +73,8 @@ void CMainWindow::PresetGray(QDialog &dialog)
 
 void CMainWindow::RecallCamera()
 {
-  m_strCamera = QString::fromStdString(GetViewer()->GetCamera().GetDisplayName());
-  m_stMemory = LoadCameraMemory(m_strCamera);
+  m_strCameraGroup = FindCameraGroup(GetViewer()->GetCamera());
+  m_stMemory = LoadCameraMemory(m_strCameraGroup);
   m_dialogObserver.SetLastFile(m_stMemory.strFile);
   if (m_stMemory.stLimits) {
     m_pQualityPanel->SetLimits(*m_stMemory.stLimits);
@@ -83,9 +83,9 @@ void CMainWindow::RecallCamera()
 
 void CMainWindow::RememberCamera()
 {
-  if (!m_strCamera.isEmpty()) {
+  if (!m_strCameraGroup.isEmpty()) {
     m_stMemory.stLimits = m_pQualityPanel->GetLimits();
-    SaveCameraMemory(m_strCamera, m_stMemory);
+    SaveCameraMemory(m_strCameraGroup, m_stMemory);
   }
 }
 
@@ -126,17 +126,18 @@ void CMainWindow::ObserveDialog()
     ShowNote({});
   }
   OfferCoefficients();
+  OfferReference();
 }
 
 void CMainWindow::BeginAcquisition()
 {
   delete m_pFeatures; // the camera is the plug-in's now
-  m_coefficients.BeginAcquisition(GetViewer()->GetPipeline());
   m_pQualityPanel->MarkStale(tr("a new acquisition"));
 }
 
 void CMainWindow::EndAcquisition()
 {
+  m_acquired.End();
   m_coefficients.EndAcquisition();
   GetViewer()->GetPipeline().Withhold(false);
   RaiseDialog();
@@ -181,6 +182,7 @@ void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
     PresetGray(*pDialog);
   }
   m_coefficients.Note(stOutcome, driver, m_bByCameraMode);
+  NoteReferenceFrames(stOutcome);
   if (stOutcome.strError.isEmpty()) {
     MarkStale(stOutcome);
     KeepSideFile(stOutcome);

@@ -12,6 +12,7 @@
 #include <QMessageBox>
 
 #include "host/dialogdriver/dialogdriver.h"
+#include "host/recording/framesettings.h"
 #include "host/window/camerapanel.h"
 #include "host/window/camerapresets.h"
 #include "host/window/featurebrowser.h"
@@ -47,12 +48,13 @@ void CMainWindow::SlotSaveImage()
   if (m_bBusy || pFrame == nullptr || m_progress.IsAcquiring()) {
     return;
   }
-  const frames::Texts mapTexts = DescribeSettings(GetViewer()->GetCamera(), pFrame->bCorrected);
+  const SFrameOrigin stOrigin = {ReadFrameSettings(*GetViewer()->GetCamera().GetDeviceNodeMap()),
+                                 DescribeCorrection(m_stFrameOrigin)};
   const QString strPath = AskFramePath(this, tr("Save image"));
   if (strPath.isEmpty()) {
     return;
   }
-  const Result<> saved = SaveFrameCopy(strPath, *pFrame, mapTexts);
+  const Result<> saved = SaveFrameCopy(strPath, *pFrame, stOrigin);
   if (!saved) {
     ShowError(saved.GetFailure());
   }
@@ -75,9 +77,10 @@ void CMainWindow::SlotSaveSequence()
     return;
   }
   SetBusy(true);
-  const Result<uint32_t> saved =
-    SaveSequence(strPath, static_cast<uint32_t>(nFrames), GetViewer()->GetPipeline(),
-                 DescribeSettings(GetViewer()->GetCamera(), m_pFrame != nullptr && m_pFrame->bCorrected), this);
+  const Result<uint32_t> saved = SaveSequence(
+    strPath, static_cast<uint32_t>(nFrames), GetViewer()->GetPipeline(),
+    {ReadFrameSettings(*GetViewer()->GetCamera().GetDeviceNodeMap()), DescribeCorrection(m_coefficients.GetOrigin())},
+    this);
   SetBusy(false);
   if (!saved) {
     ShowError(saved.GetFailure());
@@ -95,16 +98,14 @@ void CMainWindow::AddPresets(QMenu *pMenu)
       pPresets->addAction(tr("No camera with settings"))->setEnabled(false);
       return;
     }
-    CCameraPresets presets(*GetViewer()->GetCamera().GetDeviceNodeMap());
+    CCameraPresets presets(GetViewer()->GetCamera());
     QMenu *pRemove = nullptr;
     for (const QString &strName : presets.ListNames()) {
       QString strEntry = strName;
       strEntry.replace(QLatin1Char('&'), QStringLiteral("&&"));
       pPresets->addAction(strEntry, this, [this, strName] { ApplyPreset(strName); });
       pRemove = pRemove == nullptr ? new QMenu(tr("&Remove"), pPresets) : pRemove;
-      pRemove->addAction(strEntry, this, [this, strName] {
-        CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Remove(strName);
-      });
+      pRemove->addAction(strEntry, this, [this, strName] { CCameraPresets(GetViewer()->GetCamera()).Remove(strName); });
     }
     pPresets->addSeparator();
     pPresets->addAction(tr("&Save as..."), this, [this] { SlotSavePreset(); });
@@ -122,7 +123,7 @@ void CMainWindow::SlotSavePreset()
   const QString strName =
     QInputDialog::getText(this, tr("Save preset"), tr("Name of this camera's settings as they are now")).trimmed();
   if (!strName.isEmpty() && GetViewer() != nullptr) {
-    CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Save(strName);
+    CCameraPresets(GetViewer()->GetCamera()).Save(strName);
   }
 }
 
@@ -148,7 +149,7 @@ void CMainWindow::ApplyPreset(const QString &strName)
   if (bStreaming) {
     m_session.StartOrStop();
   }
-  const QStringList listRefused = CCameraPresets(*GetViewer()->GetCamera().GetDeviceNodeMap()).Apply(strName);
+  const QStringList listRefused = CCameraPresets(GetViewer()->GetCamera()).Apply(strName);
   if (bStreaming) {
     m_session.StartOrStop();
   }
@@ -174,7 +175,12 @@ void CMainWindow::SlotLoadLastCoefficients()
   if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
     return;
   }
-  const QString strFile = m_stMemory.strFile;
+  LoadCoefficients(m_stMemory.strFile);
+}
+
+/// By the dialog's own button.
+void CMainWindow::LoadCoefficients(const QString strFile)
+{
   SlotShowDialog();
   QDialog *pDialog = CDialogDriver::FindDialog();
   if (pDialog == nullptr || strFile.isEmpty()) {

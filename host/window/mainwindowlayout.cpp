@@ -141,6 +141,10 @@ void CMainWindow::MakeActions()
   m_pLastCoefficients =
     AddAction(pCorrection, tr("L&oad the last coefficients"), QKeySequence(), [this] { SlotLoadLastCoefficients(); });
   m_pLastCoefficients->setEnabled(false);
+  m_pMakeReference = AddAction(pCorrection, tr("Ma&ke from the acquired frames..."), Qt::CTRL + Qt::SHIFT + Qt::Key_F,
+                               [this] { SlotMakeReference(); });
+  pCorrection->setToolTipsVisible(true);
+  OfferReference();
   AddAction(pCorrection, tr("&Measure..."), Qt::CTRL + Qt::Key_M, [this] { SlotMeasure(); });
   AddAction(pCorrection, tr("Check &drift..."), Qt::CTRL + Qt::Key_D, [this] { SlotCheckDrift(); });
   AddAction(pCorrection, tr("Save &report..."), QKeySequence::Save, [this] { SlotSaveReport(); });
@@ -171,7 +175,9 @@ void CMainWindow::ConnectPanels()
 
 void CMainWindow::ConnectDialog()
 {
+  connect(&m_progress, &CAcquisitionProgress::SigExpected, this, &CMainWindow::ExpectAcquisition);
   connect(&m_progress, &CAcquisitionProgress::SigBegun, this, &CMainWindow::BeginAcquisition);
+  connect(&m_progress, &CAcquisitionProgress::SigCounted, this, [this] { m_acquired.Count(); });
   connect(&m_progress, &CAcquisitionProgress::SigCancelled, this, [this] {
     m_bCancelled = true;
     GetViewer()->GetPipeline().Withhold(true);

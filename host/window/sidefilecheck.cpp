@@ -75,8 +75,7 @@ Result<> WriteSideFile(const QString &strFile, const SCoefficientOrigin &stOrigi
                        GenApi::INodeMap &deviceMap, const QString &strPrograms)
 {
   const genapi::SSensorFormat *pFormat = genapi::FindSensorFormat(stShape.nPixelFormat);
-  const Result<QString> hash = frames::HashCoefficientFile(strFile);
-  if (pFormat == nullptr || !hash) {
+  if (pFormat == nullptr || stOrigin.strSha256.isEmpty()) {
     return Failure(Translate("%1 cannot be read again").arg(strFile));
   }
   frames::SSideFile stSide;
@@ -88,11 +87,12 @@ Result<> WriteSideFile(const QString &strFile, const SCoefficientOrigin &stOrigi
   stSide.bDarkUsed = stOrigin.eDarkField == quality::EDarkField::Used;
   stSide.nDarkFrames = stSide.bDarkUsed ? 1 : 0;
   stSide.nBrightFrames = static_cast<uint32_t>(stOrigin.nFrames);
-  stSide.strMethod = QStringLiteral("average");
+  stSide.strMethod = stOrigin.strMethod;
+  stSide.strNoise = stOrigin.strNoise;
   stSide.nExpectGray = static_cast<uint32_t>(std::max(0, stOrigin.nExpectGray));
   stSide.strCreated = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
   stSide.strTool = strPrograms;
-  stSide.strSha256 = hash.GetValue();
+  stSide.strSha256 = stOrigin.strSha256;
   return frames::SaveWholeFile(frames::GetSideFilePath(strFile), frames::MakeSideFile(stSide));
 }
 

@@ -18,6 +18,8 @@ public:
   /// \param nTotal 0: nobody knows how long it takes
   void ShowProgress(const QString &strStep, uint32_t nDone, uint32_t nTotal);
   bool IsCancelled() const { return wasCanceled(); }
+  /// Lets events pass for a moment.
+  static void LetPass();
 };
 
 } // namespace ffc::host

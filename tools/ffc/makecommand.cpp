@@ -1,9 +1,12 @@
+#include <utility>
+
 #include <QDateTime>
 #include <QFileInfo>
 
 #include "frames/partialfile.h"
 #include "frames/sidefile.h"
 #include "frames/wholefile.h"
+#include "host/flat/weightedframes.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
@@ -188,27 +191,27 @@ private:
     return std::nullopt;
   }
 
-  /// In place of the averages, in 16 bits whatever the frames have: a table has the same form for every depth, and
-  /// takes the fraction.
+  /// In place of the averages.
   std::optional<STrouble> WeightFrames()
   {
     m_stSide.strMethod = m_stOptions.bWeighted ? QStringLiteral("weighted") : QStringLiteral("average");
     if (!m_stOptions.bWeighted) {
       return std::nullopt;
     }
-    const reference::SReferenceInput stInput = MakeReferenceInput();
-    const uint64_t nBytes = uint64_t{stInput.nWidth} * stInput.nHeight * sizeof(uint16_t);
-    const bool bAllocated = m_brightAverage.Allocate(nBytes) && (!m_stSide.bDarkUsed || m_darkAverage.Allocate(nBytes));
-    const int32_t nStatus =
-      bAllocated ? reference::MakeWeightedReference(stInput, reinterpret_cast<uint16_t *>(m_brightAverage.GetData()),
-                                                    reinterpret_cast<uint16_t *>(m_darkAverage.GetData()), m_stWeighted)
-                 : reference::STATUS_OUT_OF_MEMORY;
-    if (nStatus != reference::STATUS_SUCCESS) {
+    host::SAddedFrames stAdded{m_stFormat, m_nBayerType, m_bright.GetSums(m_stDepth), {}, {}, m_stOptions.nThreads};
+    stAdded.stDark = m_stSide.bDarkUsed ? m_dark.GetSums(m_stDepth) : reference::SFrameSums{};
+    if (m_stOptions.dSystemGain) {
+      stAdded.stCamera = reference::SCameraNoise{*m_stOptions.dSystemGain, m_stOptions.dDarkNoise};
+    }
+    m_darkAverage.Release(); // before more is taken
+    host::SWeightedFrames stWeighted;
+    if (host::WeightFrames(stAdded, stWeighted) != reference::STATUS_SUCCESS) {
       return STrouble{false, QStringLiteral("There is not enough memory for the weighted frames.")};
     }
-    const std::string strWide = std::string(GetLayoutName(FindSensorFormat(m_stFormat.nPixelFormat)->eLayout)) + "16";
-    m_stFormat.nPixelFormat = FindSensorFormat(strWide)->nCode;
-    m_stFormat.nFrameSize = nBytes;
+    m_brightAverage = std::move(stWeighted.bright);
+    m_darkAverage = std::move(stWeighted.dark);
+    m_stFormat = stWeighted.stFormat;
+    m_stWeighted = stWeighted.stResult;
     m_stSide.strNoise = reference::DescribeNoiseSource(m_stWeighted.eNoise);
     if (m_stWeighted.eNoise == reference::ENoiseSource::AllDetail) {
       m_report.Warn(
@@ -217,22 +220,6 @@ private:
                        "--system-gain."));
     }
     return std::nullopt;
-  }
-
-  reference::SReferenceInput MakeReferenceInput() const
-  {
-    reference::SReferenceInput stInput;
-    stInput.nWidth = static_cast<uint32_t>(m_stFormat.nWidth);
-    stInput.nHeight = static_cast<uint32_t>(m_stFormat.nHeight);
-    stInput.nBitDepth = m_stDepth.nBitDepth;
-    stInput.bMosaic = m_nBayerType != 0;
-    stInput.stBright = m_bright.GetSums(m_stDepth);
-    stInput.stDark = m_stSide.bDarkUsed ? m_dark.GetSums(m_stDepth) : reference::SFrameSums{};
-    if (m_stOptions.dSystemGain) {
-      stInput.stCamera = reference::SCameraNoise{*m_stOptions.dSystemGain, m_stOptions.dDarkNoise};
-    }
-    stInput.nThreads = m_stOptions.nThreads;
-    return stInput;
   }
 
   std::optional<STrouble> Compute()

@@ -15,7 +15,7 @@
 #include "host/headless/headlessrun.h"
 #include "host/headless/workflowsession.h"
 #include "host/measurement/freshframes.h"
-#include "host/recording/recordrun.h"
+#include "host/headless/recordrun.h"
 #include "tests/camera/aravis/coverablecamera.h"
 #include "tests/camera/aravis/gigecameraprocess.h"
 

@@ -2,21 +2,28 @@
 /// What the window saves and remembers: images, sequences, presets, the coefficients used last.
 
 #include <algorithm>
+#include <sstream>
 #include <vector>
 
 #include <QAction>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTreeWidget>
 
 #include "frames/ifilekind.h"
+#include "frames/sidefile.h"
 #include "host/dialogdriver/modalanswerer.h"
+#include "host/window/cameramemory.h"
 #include "host/window/camerapresets.h"
-#include "host/window/framequeue.h"
+#include "host/window/framesaving.h"
 #include "host/window/imageview.h"
 #include "tests/host/window/windowfixture.h"
+#include "tools/ffc/commands.h"
+#include "tools/ffc/flat.h"
 
 using namespace ffc::host;
 
@@ -38,6 +45,41 @@ protected:
   {
     ShowWindow();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !m_pWindow->findChild<CImageView *>()->GetPicture().isNull(); }));
+  }
+  /// Gains of 4112 / 4096.
+  static void WriteFlat(const QString &strPath)
+  {
+    QFile file(strPath);
+    const QByteArray byteGains(2 * 256 * 192, '\x10');
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteGains) == byteGains.size());
+  }
+  void SaveAs(const char *pAction, const char *pName)
+  {
+    const CModalAnswerer answerer(m_folder.filePath(pName)); // takes the number of frames as it is
+    FindAction(pAction)->trigger();
+  }
+  /// \return what the tool says against correcting a file; empty when it corrects it
+  std::string Apply(const QString &strFlat, const char *pName) const
+  {
+    std::ostringstream output;
+    std::ostringstream errors;
+    const int nExitCode =
+      ffc::tool::RunTool({"apply", strFlat.toStdString(), m_folder.filePath(pName).toStdString(), "-o",
+                          m_folder.filePath("applied").toStdString(), "--pixel-format", "Mono12", "--quiet"},
+                         false, output, errors);
+    return nExitCode == ffc::tool::EXIT_DONE ? std::string() : errors.str();
+  }
+  ffc::frames::SFrameInfo GetInfo(const char *pName) const
+  {
+    const QString strPath = m_folder.filePath(pName);
+    const auto reader = ffc::frames::FindFileKind(strPath)->Open(strPath);
+    EXPECT_EQ(reader.GetError(), "");
+    return reader ? reader.GetValue()->GetInfo() : ffc::frames::SFrameInfo();
+  }
+  /// \return the hash of the coefficients
+  QString FindMark(const char *pName) const
+  {
+    return ffc::tool::FindCorrection(m_folder.filePath(pName), GetInfo(pName));
   }
   double GetNumber(const char *pFeature) const
   {
@@ -65,8 +107,9 @@ TEST_F(ViewFiles, AnImageIsSavedWithItsSamplesAndTheCamerasSettings)
   const ffc::frames::SFrameInfo stInfo = reader.GetValue()->GetInfo();
   EXPECT_EQ(stInfo.stLayout, (ffc::frames::SLayout{256, 192, 2}));
   const QString strSettings = stInfo.mapTexts.value(ffc::frames::TEXT_DESCRIPTION);
-  EXPECT_TRUE(strSettings.contains("ExposureTime=10000") && strSettings.contains("Corrected=no"))
-    << strSettings.toStdString();
+  const QJsonObject settings = QJsonDocument::fromJson(strSettings.toUtf8()).object();
+  EXPECT_EQ(settings["exposureTime"].toDouble(), 10000) << strSettings.toStdString();
+  EXPECT_EQ(settings["corrected"], QJsonValue(false)) << strSettings.toStdString();
   std::vector<uint16_t> listSamples(256 * 192);
   ASSERT_EQ(reader.GetValue()->Read(listSamples.data()).GetError(), "");
   const auto [itLeast, itMost] = std::minmax_element(listSamples.begin(), listSamples.end());
@@ -74,19 +117,48 @@ TEST_F(ViewFiles, AnImageIsSavedWithItsSamplesAndTheCamerasSettings)
   EXPECT_LT(*itMost, 4096);
 }
 
-TEST_F(ViewFiles, ASequenceIsSavedFrameByFrame)
+TEST_F(ViewFiles, CorrectedFramesBearTheMarkOfTheirCorrectionAndAreNotCorrectedTwice)
 {
   ShowPicture();
-  const QString strPath = m_folder.filePath("sequence.ser");
-  {
-    const CModalAnswerer answerer(strPath); // takes the number of frames as it is
-    FindAction("Save sequence")->trigger();
-    EXPECT_EQ(answerer.GetMessages().size(), 1) << answerer.GetMessages().join('\n').toStdString();
+  const QString strFlat = m_folder.filePath("flat.ffc");
+  WriteFlat(strFlat);
+  SaveAs("Save image", "raw.ser");
+  Press("ShowDialog");
+  ASSERT_EQ(GetDriver().LoadFile(strFlat).strBox.toStdString(), "");
+  ASSERT_TRUE(WaitText("Correction", "corrected"));
+  SaveAs("Save image", "image.png");
+  SaveAs("Save sequence", "sequence.ser");
+  EXPECT_EQ(GetInfo("sequence.ser").nFrames, 16U);
+  EXPECT_EQ(GetInfo("sequence.ser").nBitDepth, 12U);
+  QFile::remove(strFlat); // what was applied is known all the same
+  SaveAs("Save image", "image.ser");
+  WriteFlat(strFlat);
+  EXPECT_EQ(Apply(strFlat, "raw.ser"), "");
+  for (const char *pName : {"image.png", "image.ser", "sequence.ser"}) {
+    EXPECT_NE(Apply(strFlat, pName).find("is corrected already"), std::string::npos) << pName;
   }
-  auto reader = ffc::frames::FindFileKind(strPath)->Open(strPath);
-  ASSERT_EQ(reader.GetError(), "");
-  EXPECT_EQ(reader.GetValue()->GetInfo().nFrames, 16U);
-  EXPECT_EQ(reader.GetValue()->GetInfo().nBitDepth, 12U);
+  const QString strHash = ffc::frames::HashCoefficientFile(strFlat).GetValue();
+  EXPECT_EQ(FindMark("image.png"), strHash);
+  EXPECT_EQ(FindMark("image.ser"), strHash);
+  EXPECT_EQ(FindMark("sequence.ser"), strHash);
+  GetDriver().SetPreview(false);
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  SaveAs("Save image", "image.ser");
+  EXPECT_EQ(FindMark("image.ser"), "") << "this one is another, as it came";
+}
+
+TEST(CorrectionOfAFrame, IsMarkedAlsoWithCoefficientsThatStandInNoFile)
+{
+  SCoefficientOrigin stOrigin;
+  ffc::frames::SFrameInfo stInfo;
+  stInfo.mapTexts[ffc::frames::TEXT_CORRECTION] = DescribeCorrection(stOrigin);
+  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).isEmpty()) << "not known what";
+  stOrigin.eKind = SCoefficientOrigin::EKind::Acquired;
+  stOrigin.nFrames = 4;
+  stOrigin.eDarkField = ffc::quality::EDarkField::Used;
+  stInfo.mapTexts[ffc::frames::TEXT_CORRECTION] = DescribeCorrection(stOrigin);
+  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).isEmpty()) << "acquired here";
+  EXPECT_TRUE(DescribeCorrection(stOrigin).contains("\"brightFrames\":4,\"darkUsed\":true"));
 }
 
 TEST_F(ViewFiles, APresetBringsTheSettingsOfThisCameraBack)
@@ -99,7 +171,7 @@ TEST_F(ViewFiles, APresetBringsTheSettingsOfThisCameraBack)
   Write("Width", "128");
   Write("OffsetX", "128");
   Write("ExposureTime", "2500");
-  CCameraPresets(*GetCamera().GetDeviceNodeMap()).Save("left / half & dark");
+  CCameraPresets(GetCamera()).Save("left / half & dark");
   Write("OffsetX", "0");
   Write("Width", "256");
   Write("ExposureTime", "9000");
@@ -112,8 +184,37 @@ TEST_F(ViewFiles, APresetBringsTheSettingsOfThisCameraBack)
   EXPECT_EQ(GetNumber("ExposureTime"), 2500);
   EXPECT_TRUE(GetCamera().IsStreaming()) << "as before";
   EXPECT_FALSE(Find<QLabel>("CameraError")->isVisible()) << GetText("CameraError");
-  CCameraPresets(*GetCamera().GetDeviceNodeMap()).Remove("left / half & dark");
-  EXPECT_TRUE(CCameraPresets(*GetCamera().GetDeviceNodeMap()).ListNames().isEmpty());
+  CCameraPresets(GetCamera()).Remove("left / half & dark");
+  EXPECT_TRUE(CCameraPresets(GetCamera()).ListNames().isEmpty());
+}
+
+TEST_F(ViewFiles, WhatFormerVersionsRememberedOfACameraIsTakenOverOnce)
+{
+  auto opened = OpenSimulated(m_stCamera);
+  ASSERT_EQ(opened.GetError(), "");
+  ffc::camera::ICamera &camera = *opened.GetValue();
+  const QString strFormer = "cameras/" + ToSettingsKey(QString::fromStdString(camera.GetDisplayName()));
+  QSettings settings;
+  settings.setValue(strFormer + "/file", "kept.ffc");
+  settings.setValue(strFormer + "/limits/prnu", 2.5);
+  settings.setValue("presets/SIM1/a%20name/Gain", "3");
+  const QString strGroup = FindCameraGroup(camera);
+  SCameraMemory stMemory = LoadCameraMemory(strGroup);
+  EXPECT_EQ(stMemory.strFile, "kept.ffc");
+  ASSERT_TRUE(stMemory.stLimits);
+  EXPECT_EQ(stMemory.stLimits->dPrnu, 2.5);
+  CCameraPresets presets(camera);
+  EXPECT_EQ(presets.ListNames(), QStringList{"a name"});
+  EXPECT_EQ(presets.Apply("a name"), QStringList());
+  stMemory.strFile = "newer.ffc";
+  SaveCameraMemory(strGroup, stMemory);
+  presets.Remove("a name");
+  EXPECT_EQ(FindCameraGroup(camera), strGroup);
+  EXPECT_EQ(LoadCameraMemory(strGroup).strFile, "newer.ffc");
+  EXPECT_TRUE(CCameraPresets(camera).ListNames().isEmpty()) << "removed is removed";
+  presets.Save("another");
+  EXPECT_FALSE(QSettings().contains("presets/SIM1/another/Gain"));
+  EXPECT_TRUE(QSettings().contains(strGroup + "/presets/another/Gain")) << "with all else of this camera";
 }
 
 TEST_F(ViewFiles, AllFeaturesAreFoundAndSetInATree)
@@ -145,9 +246,10 @@ TEST_F(ViewFiles, TheLastCoefficientsAreOfferedAtTheNextStart)
 {
   ShowWindow();
   EXPECT_FALSE(FindAction("Load the last coefficients")->isEnabled());
-  Correct();
   const QString strFile = m_folder.filePath("kept.ffc");
-  ASSERT_EQ(GetDriver().SaveFile(strFile).strBox.toStdString(), "");
+  WriteFlat(strFile);
+  Press("ShowDialog");
+  ASSERT_EQ(GetDriver().LoadFile(strFile).strBox.toStdString(), "");
   m_pWindow.reset();
   ShowWindow();
   QAction *pLoad = FindAction("Load the last coefficients");
@@ -159,27 +261,4 @@ TEST_F(ViewFiles, TheLastCoefficientsAreOfferedAtTheNextStart)
   QFile::remove(strFile);
   ShowWindow();
   EXPECT_FALSE(FindAction("Load the last coefficients")->isEnabled()) << "the file is gone";
-}
-
-TEST(FrameQueue, CountsWhatTheDiskIsTooSlowForAndEndsWithTheFirstFailure)
-{
-  int nWrites = 0;
-  CFrameQueue queue([&nWrites](const SFrameCopy &stFrame) -> ffc::Result<> {
-    ++nWrites;
-    return stFrame.listBytes[0] < 2 ? ffc::Result<>() : ffc::Failure("the disk is full");
-  });
-  uint8_t nByte = 0;
-  ffc::camera::SCameraFrame stFrame;
-  stFrame.pBuffer = &nByte;
-  stFrame.nSize = 1;
-  for (; nByte < 5; ++nByte) {
-    queue.Push({&stFrame, nullptr});
-  }
-  EXPECT_TRUE(QTest::qWaitFor([&] { return queue.HasFailed(); }));
-  stFrame.nSize = UINT32_MAX; // more than may wait
-  queue.Push({&stFrame, nullptr});
-  EXPECT_EQ(queue.GetWritten(), 2U);
-  EXPECT_EQ(queue.GetMissed(), 1U);
-  EXPECT_EQ(queue.Finish().GetError(), "the disk is full");
-  EXPECT_EQ(nWrites, 3);
 }

@@ -1,6 +1,5 @@
-#include "host/recording/recordrun.h"
+#include "host/headless/recordrun.h"
 
-#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -13,8 +12,8 @@
 #include "frames/correctionmark.h"
 #include "frames/sidefile.h"
 #include "host/headless/steps.h"
+#include "host/recording/framesettings.h"
 #include "host/viewer/cameratexts.h"
-#include "host/viewer/featuretext.h"
 
 namespace ffc::host {
 namespace {
@@ -22,28 +21,6 @@ namespace {
 constexpr unsigned long POLL_MS = 5;
 constexpr qint64 SETTINGS_MS = 1000; ///< between two looks at what may change meanwhile
 constexpr qint64 STALL_MS = 20000;
-constexpr std::size_t QUEUE_BYTES = std::size_t{256} << 20U;
-constexpr std::size_t LONGEST_QUEUE = 256;
-constexpr std::size_t SHORTEST_QUEUE = 4;
-
-struct SSetting {
-  const char *pFeature;
-  const char *pName;
-  bool bNumber;
-};
-
-constexpr SSetting SETTINGS[] = {
-  {"DeviceVendorName", "vendor", false},
-  {"DeviceModelName", "camera", false},
-  {"DeviceSerialNumber", "serial", false},
-  {"PixelFormat", "pixelFormat", false},
-  {"ExposureTime", "exposureTime", true},
-  {"Gain", "gain", true},
-  {"BlackLevel", "blackLevel", true},
-  {"DeviceTemperature", "temperature", true},
-  {"OffsetX", "offsetX", true},
-  {"OffsetY", "offsetY", true},
-};
 
 } // namespace
 
@@ -83,8 +60,8 @@ Result<> CRecordRun::LoadCoefficients()
   if (!hash) {
     return Failure(QStringLiteral("cannot read %1: %2").arg(strPath, QString::fromStdString(hash.GetError())));
   }
-  m_files.SetCorrection(frames::ToLine(frames::MakeCorrectionMark(
-    QFileInfo(strPath).fileName(), hash.GetValue(), QStringLiteral("ffchost ") + QStringLiteral(FFC_VERSION))));
+  m_files.SetCorrection(
+    frames::ToLine(frames::MakeCorrectionMark(QFileInfo(strPath).fileName(), hash.GetValue(), GetToolName())));
   return RunUntilFailure([&] { return m_session.OpenDialog(); },
                          [&] { return m_session.Judge(m_session.GetDriver().LoadFile(strPath)); },
                          [&] {
@@ -96,13 +73,6 @@ Result<> CRecordRun::LoadCoefficients()
                          [&] { return m_session.GetViewer().StartStream(); });
 }
 
-std::size_t CRecordRun::ChooseQueue() const
-{
-  const SStreamFormat &stFormat = m_session.GetFormat();
-  const std::size_t nFrame = std::size_t{stFormat.nWidth} * stFormat.nHeight * stFormat.pFormat->GetBytesPerPixel();
-  return std::clamp(QUEUE_BYTES / std::max<std::size_t>(1, nFrame), SHORTEST_QUEUE, LONGEST_QUEUE);
-}
-
 Result<> CRecordRun::Record()
 {
   const SRecordingOptions &stRecording = m_session.GetOptions().stRecording;
@@ -112,15 +82,12 @@ Result<> CRecordRun::Record()
   }
   m_files.SetSettings(ReadSettings());
   m_session.GetProgress().BeginStep("recording", stRecording.nFrames);
-  CFrameRecorder recorder({stRecording.nFrames, ChooseQueue(), stRecording.bStopOnLoss},
+  CFrameRecorder recorder({stRecording.nFrames, stRecording.bStopOnLoss},
                           [this](const SRecordedFrame &stFrame) { return m_files.Write(stFrame); });
   CFramePipeline &pipeline = m_session.GetViewer().GetPipeline();
   pipeline.Request(std::numeric_limits<uint32_t>::max(),
                    IsCorrected() ? CFramePipeline::EWanted::Corrected : CFramePipeline::EWanted::Any,
-                   [&](const SProcessedFrame &stFrame) {
-                     const camera::SCameraFrame &stRaw = *stFrame.pRaw;
-                     recorder.Add(IsCorrected() ? stFrame.pCorrected : stRaw.pBuffer, stRaw.nSize, stRaw.nFrameId);
-                   });
+                   [&recorder](const SProcessedFrame &stFrame) { recorder.Add(stFrame); });
   const Result<> waited = WaitUntilFull(recorder);
   pipeline.CancelRequest();
   const Result<> written = recorder.Finish();
@@ -169,24 +136,12 @@ Result<> CRecordRun::Close()
                         {QStringLiteral("lostByDisk"), static_cast<double>(m_stCounts.nDropped)},
                         {QStringLiteral("lostOnTheWay"), static_cast<double>(m_stCounts.nMissing)},
                         {QStringLiteral("coefficients"), strCoefficients},
-                        {QStringLiteral("tool"), QStringLiteral("ffchost ") + QStringLiteral(FFC_VERSION)}});
+                        {QStringLiteral("tool"), GetToolName()}});
 }
 
 QJsonObject CRecordRun::ReadSettings()
 {
-  GenApi::INodeMap &nodeMap = *m_session.GetViewer().GetCamera().GetDeviceNodeMap();
-  QJsonObject settings;
-  for (const SSetting &stSetting : SETTINGS) {
-    const QString strText = QString::fromStdString(ReadFeature(nodeMap, stSetting.pFeature));
-    bool bNumber = false;
-    const double dNumber = strText.toDouble(&bNumber);
-    if (stSetting.bNumber && bNumber) {
-      settings.insert(QLatin1String(stSetting.pName), dNumber);
-    } else if (!stSetting.bNumber && !strText.isEmpty()) {
-      settings.insert(QLatin1String(stSetting.pName), strText);
-    }
-  }
-  return settings;
+  return ReadFrameSettings(*m_session.GetViewer().GetCamera().GetDeviceNodeMap());
 }
 
 QString CRecordRun::GetSummary() const

@@ -1,4 +1,4 @@
-#include "host/recording/recordrun.h"
+#include "host/headless/recordrun.h"
 
 #include <QDir>
 #include <QFile>

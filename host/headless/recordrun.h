@@ -32,7 +32,6 @@ private:
   Result<> WaitUntilFull(const CFrameRecorder &recorder);
   Result<> Close();
   QJsonObject ReadSettings();
-  std::size_t ChooseQueue() const;
   bool IsCorrected() const { return !m_session.GetOptions().stRecording.strCoefficients.empty(); }
 
   CWorkflowSession m_session;
