@@ -792,11 +792,11 @@ Frames received: %3</source>
     </message>
     <message>
         <source>PRNU with shading, %</source>
-        <translation>PRNU（含阴影），%</translation>
+        <translation>PRNU（含不均匀），%</translation>
     </message>
     <message>
         <source>DSNU with shading, DN</source>
-        <translation>DSNU（含阴影），DN</translation>
+        <translation>DSNU（含不均匀），DN</translation>
     </message>
     <message>
         <source>PRNU, high-pass, %</source>
@@ -1274,7 +1274,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with shading, and high-pass</source>
-        <translation>PRNU、DSNU 依据 EMVA 1288 Release 4.0：s^2 = s^2_measured - s^2_temporal / L；含阴影与高通两种</translation>
+        <translation>PRNU、DSNU 依据 EMVA 1288 Release 4.0：s^2 = s^2_measured - s^2_temporal / L；含不均匀与高通两种</translation>
     </message>
     <message>
         <source>Units</source>
@@ -1557,6 +1557,13 @@ raw: %2</source>
     <message>
         <source>from </source>
         <translation>从 </translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CToolBar</name>
+    <message>
+        <source>More tools</source>
+        <translation>更多工具</translation>
     </message>
 </context>
 <context>
