@@ -1320,8 +1320,8 @@ Frames received: %3</source>
         <translation>按数值推测</translation>
     </message>
     <message>
-        <source>as they show (%1)</source>
-        <translation>按数值推测（%1）</translation>
+        <source>guessed: %1</source>
+        <translation>推测：%1</translation>
     </message>
     <message>
         <source>high end (left)</source>

@@ -68,6 +68,7 @@ CBlockMapPlot::CBlockMapPlot(QWidget *pParent) : QwtPlot(pParent), m_pMap(new Qw
   QwtScaleWidget *pScale = axisWidget(QwtPlot::yRight);
   pScale->setColorBarEnabled(true);
   pScale->setColorBarWidth(10);
+  pScale->setMargin(10); // it is no part of the map
   enableAxis(QwtPlot::yRight);
   plotLayout()->setAlignCanvasToScales(true);
 }

@@ -33,8 +33,8 @@ void CToolBar::PaintMore()
   if (pMore == nullptr) {
     return;
   }
-  QPixmap picture(QSize(MORE_SIZE, MORE_SIZE) * devicePixelRatio());
-  picture.setDevicePixelRatio(devicePixelRatio());
+  QPixmap picture(QSize(MORE_SIZE, MORE_SIZE) * devicePixelRatioF());
+  picture.setDevicePixelRatio(devicePixelRatioF());
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::Antialiasing);

@@ -198,10 +198,14 @@ TEST_F(ViewTools, OneClickExposesTo70Percent)
   auto *pExposure = dynamic_cast<GenApi::IFloat *>(GetCamera().GetDeviceNodeMap()->GetNode("ExposureTime"));
   pExposure->SetValue(1500);
   QTest::qWait(100);
+  QDoubleSpinBox *pField = Find<QDoubleSpinBox>("ExposureTime");
+  pField->setFocus();
   Press("Expose");
   // The middle lies at 72 % with 10000 microseconds.
   EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(pExposure->GetValue() - 9700) < 700; }, 5000))
     << pExposure->GetValue();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(pField->value() - pExposure->GetValue()) < 1; }))
+    << "the field with the focus shows what the camera has, too: " << pField->value();
   EXPECT_FALSE(Find<QLabel>("CameraError")->isVisible()) << GetText("CameraError");
   Press("StartStop");
   Press("StartStop");
