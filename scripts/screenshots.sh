@@ -20,7 +20,7 @@ run_workflow() {
     "$bin/ffchost" --language "$1" --screenshots "$pictures/$1"
 }
 
-# keep LANGUAGE PICTURE NAME COLOURS: below 150 KB. The noise of a flat image is what costs; few greys hide it.
+# keep LANGUAGE PICTURE NAME COLOURS: below 180 KB. The noise of a flat image is what costs; few greys hide it.
 keep() {
   pngquant --force --nofs --strip --speed 1 --output "docs/images/$3.png" "$4" "$pictures/$1/$2.png"
 }
@@ -31,7 +31,7 @@ animate() {
   local step number=0
   for step in 1-raw 2-dark 3-bright 4-executed 6-split 7-quality; do
     convert "$pictures/en/$step.png" -filter box -resize 960x600 -strip "$pictures/small.png"
-    pngquant --force --nofs --strip --speed 1 --output "$pictures/step$number.png" 64 "$pictures/small.png"
+    pngquant --force --nofs --strip --speed 1 --output "$pictures/step$number.png" 48 "$pictures/small.png"
     printf 'delay=%s/1\n' "$([ "$step" = 7-quality ] && echo 4 || echo 2)" >"$pictures/step$number.txt"
     number=$((number + 1))
   done
