@@ -836,11 +836,11 @@ Frames received: %3</source>
     </message>
     <message>
         <source>PRNU with shading, %</source>
-        <translation>PRNU（含阴影），%</translation>
+        <translation>PRNU（含不均匀），%</translation>
     </message>
     <message>
         <source>DSNU with shading, DN</source>
-        <translation>DSNU（含阴影），DN</translation>
+        <translation>DSNU（含不均匀），DN</translation>
     </message>
     <message>
         <source>PRNU, high-pass, %</source>
@@ -1318,7 +1318,7 @@ Frames received: %3</source>
     </message>
     <message>
         <source>PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with shading, and high-pass</source>
-        <translation>PRNU、DSNU 依据 EMVA 1288 Release 4.0：s^2 = s^2_measured - s^2_temporal / L；含阴影与高通两种</translation>
+        <translation>PRNU、DSNU 依据 EMVA 1288 Release 4.0：s^2 = s^2_measured - s^2_temporal / L；含不均匀与高通两种</translation>
     </message>
     <message>
         <source>Units</source>
@@ -1364,8 +1364,8 @@ Frames received: %3</source>
         <translation>按数值推测</translation>
     </message>
     <message>
-        <source>as they show (%1)</source>
-        <translation>按数值推测（%1）</translation>
+        <source>guessed: %1</source>
+        <translation>推测：%1</translation>
     </message>
     <message>
         <source>high end (left)</source>
@@ -1609,6 +1609,13 @@ raw: %2</source>
     <message>
         <source>from </source>
         <translation>从 </translation>
+    </message>
+</context>
+<context>
+    <name>ffc::host::CToolBar</name>
+    <message>
+        <source>More tools</source>
+        <translation>更多工具</translation>
     </message>
 </context>
 <context>

@@ -8,7 +8,6 @@
 #include <qwt_color_map.h>
 #include <qwt_matrix_raster_data.h>
 #include <qwt_plot_layout.h>
-#include <qwt_plot_rescaler.h>
 #include <qwt_plot_spectrogram.h>
 #include <qwt_scale_widget.h>
 
@@ -30,23 +29,46 @@ QwtColorMap *MakeColors()
   return pColors;
 }
 
+/// Takes from the canvas what its aspect leaves over, in the middle of its place, so that no axis runs on past the map.
+class CAspectLayout final : public QwtPlotLayout {
+public:
+  void SetAspect(double dAspect) { m_dAspect = dAspect; }
+
+  void activate(const QwtPlot *pPlot, const QRectF &rcPlot, Options options) override
+  {
+    QwtPlotLayout::activate(pPlot, rcPlot, options);
+    const QRectF rcPlace = canvasRect();
+    if (m_dAspect <= 0 || rcPlace.isEmpty()) {
+      return;
+    }
+    QSizeF szMap(m_dAspect, 1);
+    szMap.scale(rcPlace.size(), Qt::KeepAspectRatio);
+    const double dWide = (rcPlace.width() - szMap.width()) / 2;
+    const double dHigh = (rcPlace.height() - szMap.height()) / 2;
+    setCanvasRect(rcPlace.adjusted(dWide, dHigh, -dWide, -dHigh));
+    setScaleRect(QwtPlot::xBottom, scaleRect(QwtPlot::xBottom).adjusted(dWide, -dHigh, -dWide, -dHigh));
+    setScaleRect(QwtPlot::yLeft, scaleRect(QwtPlot::yLeft).adjusted(dWide, dHigh, dWide, -dHigh));
+    setScaleRect(QwtPlot::yRight, scaleRect(QwtPlot::yRight).adjusted(-dWide, dHigh, -dWide, -dHigh));
+  }
+
+private:
+  double m_dAspect = 0; ///< width by height; 0: whatever there is
+};
+
 } // namespace
 
-CBlockMapPlot::CBlockMapPlot(QWidget *pParent)
-  : QwtPlot(pParent), m_pAspect(new QwtPlotRescaler(canvas(), QwtPlot::xBottom, QwtPlotRescaler::Fitting)),
-    m_pMap(new QwtPlotSpectrogram)
+CBlockMapPlot::CBlockMapPlot(QWidget *pParent) : QwtPlot(pParent), m_pMap(new QwtPlotSpectrogram)
 {
+  setPlotLayout(new CAspectLayout);
   StylePlot(*this, tr("Block means, % of the mean"), tr("column, blocks"), tr("line, blocks"));
   m_pMap->setRenderThreadCount(1);
   m_pMap->setColorMap(MakeColors());
   m_pMap->attach(this);
   setCanvasBackground(palette().color(QPalette::Window));
-  m_pAspect->setAspectRatio(QwtPlot::yLeft, 1.0);
-  m_pAspect->setAspectRatio(QwtPlot::yRight, 0.0); // the colours have a scale of their own
-  m_pAspect->setAspectRatio(QwtPlot::xTop, 0.0);
   QwtScaleWidget *pScale = axisWidget(QwtPlot::yRight);
   pScale->setColorBarEnabled(true);
   pScale->setColorBarWidth(10);
+  pScale->setMargin(10); // it is no part of the map
   enableAxis(QwtPlot::yRight);
   plotLayout()->setAlignCanvasToScales(true);
 }
@@ -84,10 +106,8 @@ void CBlockMapPlot::SetBlocks(const quality::SBlockMeans &stBlocks)
   setAxisScale(QwtPlot::yLeft, stBlocks.nLines, 0); // as the image stands
   setAxisScale(QwtPlot::yRight, interval.minValue(), interval.maxValue());
   axisWidget(QwtPlot::yRight)->setColorMap(interval, MakeColors());
-  m_pAspect->setIntervalHint(QwtPlot::xBottom, QwtInterval(0, stBlocks.nColumns));
-  m_pAspect->setIntervalHint(QwtPlot::yLeft, QwtInterval(0, stBlocks.nLines));
-  updateAxes(); // else the image would stand upon its head: the aspect follows the axes' direction
-  m_pAspect->rescale();
+  static_cast<CAspectLayout *>(plotLayout())->SetAspect(static_cast<double>(stBlocks.nColumns) / stBlocks.nLines);
+  updateLayout();
   replot();
 }
 

@@ -6,7 +6,6 @@
 
 #include "quality/blockmeans.h"
 
-class QwtPlotRescaler;
 class QwtPlotSpectrogram;
 
 namespace ffc::host {
@@ -26,7 +25,6 @@ protected:
   void changeEvent(QEvent *pEvent) override;
 
 private:
-  QwtPlotRescaler *m_pAspect; ///< one block is as wide as it is high
   QwtPlotSpectrogram *m_pMap; ///< owned by the plot
 };
 

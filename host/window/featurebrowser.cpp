@@ -85,7 +85,9 @@ void CFeatureBrowser::Fill()
     }
   }
   m_bShowing = false;
+  m_pTree->expandAll(); // for the names in the groups, which a search will show
   m_pTree->resizeColumnToContents(0);
+  m_pTree->collapseAll();
 }
 
 void CFeatureBrowser::Refresh()

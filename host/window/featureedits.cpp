@@ -74,7 +74,7 @@ void CFeatureEdit::ShowState(const SFeatureState &stState, const QString &strLoc
   ShowAccess(stState.bWritable, strLockedReason.isEmpty()
                                   ? tr("The camera does not let %1 be changed now").arg(m_strName)
                                   : strLockedReason);
-  if (stState.bWritable && m_pField->hasFocus()) {
+  if (stState.bWritable && IsTyping()) {
     return;
   }
   if (!stState.strError.isEmpty()) {
@@ -137,6 +137,11 @@ CFloatEdit::CFloatEdit(const QString &strName, const QString &strSuffix, int nDe
   });
 }
 
+bool CFloatEdit::IsTyping() const
+{
+  return m_pSpinBox->IsTyping();
+}
+
 void CFloatEdit::Show(const SFeatureState &stState)
 {
   if (stState.eKind == SFeatureState::EKind::Float) {
@@ -159,6 +164,11 @@ CIntegerEdit::CIntegerEdit(const QString &strName, const QString &strSuffix, QWi
   connect(m_pSpinBox, QOverload<int>::of(&QSpinBox::valueChanged), this, [this](int nValue) {
     Write([nValue](GenApi::INode &node) { dynamic_cast<GenApi::IInteger &>(node).SetValue(nValue); });
   });
+}
+
+bool CIntegerEdit::IsTyping() const
+{
+  return m_pSpinBox->IsTyping();
 }
 
 void CIntegerEdit::Show(const SFeatureState &stState)

@@ -16,6 +16,9 @@ class QSpinBox;
 
 namespace ffc::host {
 
+template <class TSpinBox>
+class CNumberField;
+
 /// A field that shows one feature and writes what the user enters. User-interface thread.
 class CFeatureEdit : public QWidget {
   Q_OBJECT
@@ -53,6 +56,8 @@ protected:
   void Refuse(const QString &strNumber, const QString &strLeast, const QString &strMost);
   /// Of a feature that can be read.
   virtual void Show(const SFeatureState &stState) = 0;
+  /// Whether there is something in the field that was not entered yet.
+  virtual bool IsTyping() const { return false; }
 
 private:
   void ShowAccess(bool bWritable, const QString &strReason);
@@ -72,9 +77,10 @@ public:
 
 protected:
   void Show(const SFeatureState &stState) override;
+  bool IsTyping() const override;
 
 private:
-  QDoubleSpinBox *m_pSpinBox;
+  CNumberField<QDoubleSpinBox> *m_pSpinBox;
 };
 
 class CIntegerEdit final : public CFeatureEdit {
@@ -85,9 +91,10 @@ public:
 
 protected:
   void Show(const SFeatureState &stState) override;
+  bool IsTyping() const override;
 
 private:
-  QSpinBox *m_pSpinBox;
+  CNumberField<QSpinBox> *m_pSpinBox;
 };
 
 class CEnumerationEdit final : public CFeatureEdit {

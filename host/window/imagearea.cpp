@@ -6,19 +6,18 @@
 #include <QActionGroup>
 #include <QMenu>
 #include <QSettings>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include "host/window/frameinspection.h"
 #include "host/window/imageview.h"
 #include "host/window/inspectionbar.h"
 #include "host/window/stretchcontrol.h"
-#include "host/window/toolbartext.h"
+#include "host/window/toolbar.h"
 
 namespace ffc::host {
 
 CImageArea::CImageArea(QWidget *pParent)
-  : QWidget(pParent), m_pTools(new QToolBar(this)), m_pView(new CImageView(this)),
+  : QWidget(pParent), m_pTools(new CToolBar(this)), m_pView(new CImageView(this)),
     m_pInspection(new CInspectionBar(this)), m_pStretch(new CStretchControl(this))
 {
   m_pTools->setObjectName(QStringLiteral("ViewTools"));

@@ -31,6 +31,7 @@
 #include "host/window/reportsaving.h"
 #include "host/window/scenepanel.h"
 #include "host/window/statusline.h"
+#include "host/window/windowkeys.h"
 
 namespace ffc::host {
 
@@ -61,6 +62,7 @@ CMainWindow::CMainWindow(const SCameraOptions &stCamera, SPluginOptions stPlugin
   setObjectName(QStringLiteral("MainWindow"));
   MakeLayout();
   MakeActions();
+  new CWindowKeys(*this);
   ConnectPanels();
   ConnectSession();
   RestoreLayout();

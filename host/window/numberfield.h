@@ -22,6 +22,9 @@ public:
   /// \param fnRefuse gets what was typed
   CNumberField(FnRefuse fnRefuse, QWidget *pParent) : TSpinBox(pParent), m_fnRefuse(std::move(fnRefuse)) {}
 
+  /// Whether the user has typed something that was not entered yet.
+  bool IsTyping() const { return this->hasFocus() && this->cleanText() != this->textFromValue(this->value()); }
+
   QValidator::State validate(QString &strText, int &nPosition) const override
   {
     const QValidator::State eState = TSpinBox::validate(strText, nPosition);

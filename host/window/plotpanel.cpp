@@ -4,12 +4,11 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include "host/window/blockmapplot.h"
 #include "host/window/curveplot.h"
-#include "host/window/toolbartext.h"
+#include "host/window/toolbar.h"
 
 namespace ffc::host {
 namespace {
@@ -50,7 +49,7 @@ void ShowProfile(CCurvePlot &plot, const SFrameAnalysis &stAnalysis, const SFram
 } // namespace
 
 CPlotPanel::CPlotPanel(QWidget *pParent)
-  : QWidget(pParent), m_pTools(new QToolBar(this)),
+  : QWidget(pParent), m_pTools(new CToolBar(this)),
     m_pLinePlot(new CCurvePlot(tr("Profile along the marked line"), tr("distance, px"), tr("DN"), this)),
     m_pRow(new CCurvePlot(tr("Row profile"), tr("column, px"), tr("DN"), this)),
     m_pColumn(new CCurvePlot(tr("Column profile"), tr("line, px"), tr("DN"), this)),

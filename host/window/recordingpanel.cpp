@@ -34,7 +34,7 @@ void CRecordingPanel::ShowCamera(const SCameraOptions &stCamera, const std::stri
   setVisible(!stCamera.strReplayFolder.empty());
   const genapi::SSensorFormat *pPlayed = genapi::FindSensorFormat(strPixelFormat);
   m_pFormat->clear();
-  m_pFormat->addItem(tr("as they show (%1)").arg(QString::fromStdString(strPixelFormat)));
+  m_pFormat->addItem(tr("guessed: %1").arg(QString::fromStdString(strPixelFormat)));
   for (const genapi::SSensorFormat &stFormat : genapi::GetSensorFormats()) {
     if (pPlayed != nullptr && stFormat.GetBytesPerPixel() == pPlayed->GetBytesPerPixel()) {
       m_pFormat->addItem(QLatin1String(stFormat.pName), QLatin1String(stFormat.pName));

@@ -1,5 +1,6 @@
 #include "host/window/screenshotrun.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QDir>
@@ -10,6 +11,8 @@
 
 #include "camera/iscenecontrol.h"
 #include "frames/wholefile.h"
+#include "host/window/dialogplace.h"
+#include "host/window/imageview.h"
 
 namespace ffc::host {
 
@@ -18,7 +21,6 @@ using camera::FindSceneControl;
 namespace {
 
 constexpr QSize WINDOW_SIZE(1280, 800);
-constexpr QPoint DIALOG_PLACE(270, 90); ///< in the window, over the image
 constexpr int BRIGHT_FRAMES = 16;
 constexpr int SETTLE_MS = 1500; ///< status and plots follow the frames some times a second
 constexpr int POLL_MS = 10;
@@ -39,8 +41,10 @@ Result<> CScreenshotRun::Run()
   return RunUntilFailure([this] { return Prepare(); }, [this] { return SavePicture("1-raw"); },
                          [this] { return AcquireDark(); }, [this] { return SavePicture("2-dark"); },
                          [this] { return AcquireBright(); }, [this] { return SavePicture("3-bright"); },
-                         [this] { return Execute(); }, [this] { return SavePicture("4-corrected"); },
-                         [this] { return Measure(); }, [this] { return SavePicture("5-quality"); });
+                         [this] { return Execute(); }, [this] { return SavePicture("4-executed"); },
+                         [this] { return HideDialog(); }, [this] { return SavePicture("5-corrected"); },
+                         [this] { return SplitView(); }, [this] { return SavePicture("6-split"); },
+                         [this] { return Measure(); }, [this] { return SavePicture("7-quality"); });
 }
 
 void CScreenshotRun::Settle()
@@ -91,15 +95,39 @@ Result<> CScreenshotRun::AcquireBright()
 
 Result<> CScreenshotRun::Execute()
 {
-  const Result<> result = Judge(m_driver->Execute());
-  m_window.GetViewer()->HideDialog(); // the image is behind it
-  return result;
+  return Judge(m_driver->Execute());
+}
+
+Result<> CScreenshotRun::HideDialog()
+{
+  m_window.GetViewer()->HideDialog(); // the plots are behind it
+  return {};
+}
+
+/// By its key, which is the same in all languages.
+Result<> CScreenshotRun::SplitView()
+{
+  for (QAction *pAction : m_window.findChildren<QAction *>()) {
+    if (pAction->shortcut() == QKeySequence(Qt::CTRL + Qt::Key_B)) {
+      pAction->trigger();
+      return {};
+    }
+  }
+  return Failure("the window has no split view");
 }
 
 Result<> CScreenshotRun::Measure()
 {
   m_window.SlotMeasure();
   return {};
+}
+
+/// In the window, where it would stand on a screen of the window's size.
+QPoint CScreenshotRun::FindPlace(const QDialog &dialog) const
+{
+  const CImageView &view = *m_window.findChild<CImageView *>();
+  const QRect rcImage(view.mapTo(&m_window, QPoint(0, 0)), view.size());
+  return FindDialogPlace(m_window.rect(), m_window.rect(), rcImage, dialog.size());
 }
 
 Result<> CScreenshotRun::SavePicture(const char *pName)
@@ -110,8 +138,9 @@ Result<> CScreenshotRun::SavePicture(const char *pName)
     const QImage imgDialog = pDialog->grab().toImage();
     QPainter painter(&imgPicture);
     painter.setPen(Qt::darkGray);
-    painter.drawImage(DIALOG_PLACE, imgDialog);
-    painter.drawRect(QRect(DIALOG_PLACE, imgDialog.size()).adjusted(-1, -1, 0, 0));
+    const QRect rcPlace(FindPlace(*pDialog), pDialog->size());
+    painter.drawImage(rcPlace.topLeft(), imgDialog);
+    painter.drawRect(rcPlace.adjusted(-1, -1, 0, 0));
   }
   const QString strPath = QDir(m_strFolder).filePath(QLatin1String(pName) + QStringLiteral(".png"));
   return frames::SaveWholePicture(strPath, imgPicture);

@@ -12,8 +12,8 @@
 
 namespace ffc::host {
 
-/// Raw image, dark field, bright field, corrected image, figures; after each a picture of the window with the plug-in's
-/// dialog before it. For a camera whose scene software can arrange. User-interface thread.
+/// Raw image, dark field, bright field, corrected image, split view, figures; after each a picture of the window with
+/// the plug-in's dialog before it. For a camera whose scene software can arrange. User-interface thread.
 class CScreenshotRun {
 public:
   /// \param window shown, with a camera
@@ -26,8 +26,11 @@ private:
   Result<> AcquireDark();
   Result<> AcquireBright();
   Result<> Execute();
+  Result<> HideDialog();
+  Result<> SplitView();
   Result<> Measure();
   Result<> SavePicture(const char *pName);
+  QPoint FindPlace(const QDialog &dialog) const;
   void Settle();
 
   CMainWindow &m_window;

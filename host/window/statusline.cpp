@@ -1,6 +1,11 @@
 #include "host/window/statusline.h"
 
+#include <algorithm>
+
 #include <QLabel>
+#include <QStyle>
+#include <QStyleOption>
+#include <QStylePainter>
 
 namespace ffc::host {
 namespace {
@@ -14,19 +19,48 @@ const char *GetStyle(SCorrectionState::EKind eKind)
   }
 }
 
+/// Leaves out the middle of a text that has no room, so that a long one does not widen the window.
+class CElidedLabel final : public QLabel {
+public:
+  using QLabel::QLabel;
+
+  QSize minimumSizeHint() const override
+  {
+    const QSize szWhole = QLabel::minimumSizeHint();
+    const int nText = fontMetrics().horizontalAdvance(text());
+    const int nLeast = std::min(nText, fontMetrics().averageCharWidth() * LEAST_CHARACTERS);
+    return {szWhole.width() - nText + nLeast, szWhole.height()};
+  }
+
+protected:
+  void paintEvent(QPaintEvent *) override
+  {
+    QStylePainter painter(this);
+    QStyleOption option;
+    option.initFrom(this);
+    painter.drawPrimitive(QStyle::PE_Widget, option);
+    const QRect rcText = contentsRect();
+    const QString strShown = fontMetrics().elidedText(text(), Qt::ElideMiddle, rcText.width());
+    painter.drawItemText(rcText, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), strShown, foregroundRole());
+  }
+
+private:
+  static constexpr int LEAST_CHARACTERS = 12;
+};
+
 } // namespace
 
 CStatusLine::CStatusLine(QWidget *pParent)
-  : QStatusBar(pParent), m_pCorrection(Add("Correction", 0)), m_pRate(Add("Rate", 0)), m_pDropped(Add("Dropped", 0)),
-    m_pShape(Add("Shape", 0)), m_pPixel(Add("Pixel", 1))
+  : QStatusBar(pParent), m_pCorrection(Add(new CElidedLabel(this), "Correction", 0)),
+    m_pRate(Add(new QLabel(this), "Rate", 0)), m_pDropped(Add(new QLabel(this), "Dropped", 0)),
+    m_pShape(Add(new QLabel(this), "Shape", 0)), m_pPixel(Add(new QLabel(this), "Pixel", 1))
 {
   m_pPixel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   ShowCorrection(JudgeCorrection({}));
 }
 
-QLabel *CStatusLine::Add(const char *pName, int nStretch)
+QLabel *CStatusLine::Add(QLabel *pLabel, const char *pName, int nStretch)
 {
-  QLabel *pLabel = new QLabel(this);
   pLabel->setObjectName(QLatin1String(pName));
   pLabel->setContentsMargins(6, 0, 6, 0);
   addWidget(pLabel, nStretch);

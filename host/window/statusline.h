@@ -27,7 +27,7 @@ public:
   void ShowPixel(const QString &strPixel);
 
 private:
-  QLabel *Add(const char *pName, int nStretch);
+  QLabel *Add(QLabel *pLabel, const char *pName, int nStretch);
 
   QLabel *m_pCorrection;
   QLabel *m_pRate;

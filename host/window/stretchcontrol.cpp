@@ -10,7 +10,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "host/window/toolbartext.h"
+#include "host/window/toolbar.h"
 
 namespace ffc::host {
 

@@ -18,6 +18,12 @@ foreach(library IN ITEMS libqt5core5a libqt5widgets5 libqwt-qt5-6 libc6)
     message(FATAL_ERROR "it does not depend on ${library}, but on ${run_output}")
   endif()
 endforeach()
+run(dpkg-deb --field "${package}" Recommends)
+foreach(recommended IN ITEMS fonts-wqy-microhei qttranslations5-l10n)
+  if(NOT run_output MATCHES "(^|, )${recommended}(,|[\n]|$)")
+    message(FATAL_ERROR "in Chinese it needs ${recommended}, but it recommends ${run_output}")
+  endif()
+endforeach()
 
 # Not installed, which would change this machine: its programs find each other wherever they stand.
 run(dpkg-deb --extract "${package}" root)

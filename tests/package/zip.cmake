@@ -16,6 +16,9 @@ set(folder "${WORK}/unpacked/FlatFieldCorrection-${VERSION}-win64")
 
 # Its README names every file in it but the licences, and no other.
 file(GLOB_RECURSE files RELATIVE "${folder}" "${folder}/*")
+if(NOT "translations/qtbase_zh_CN.qm" IN_LIST files)
+  message(FATAL_ERROR "Qt's own texts in Chinese are missing: file boxes would be English")
+endif()
 list(REMOVE_ITEM files README.txt)
 list(FILTER files EXCLUDE REGEX "^licenses/")
 file(READ "${folder}/README.txt" readme)

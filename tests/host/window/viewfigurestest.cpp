@@ -13,7 +13,7 @@
 #include "host/window/frameanalysis.h"
 #include "host/window/frameinspection.h"
 #include "host/window/imagemarks.h"
-#include "host/window/toolbartext.h"
+#include "host/window/toolbar.h"
 #include "tests/host/window/madeframe.h"
 
 using namespace ffc::host;

@@ -229,6 +229,9 @@ TEST_F(ViewFiles, AllFeaturesAreFoundAndSetInATree)
   ASSERT_NE(FindItem("ExposureTime"), nullptr);
   EXPECT_EQ(FindItem("ExposureTime")->parent()->text(0).toStdString(), "Exposure");
   EXPECT_FALSE(FindItem("ExposureTime")->isHidden());
+  EXPECT_GE(pTree->visualItemRect(FindItem("ExposureTime")).width(),
+            pTree->fontMetrics().horizontalAdvance("ExposureTime"))
+    << "the name is not cut";
   EXPECT_TRUE(FindItem("Gain")->isHidden());
   FindItem("ExposureTime")->setText(1, "4321");
   EXPECT_EQ(GetNumber("ExposureTime"), 4321);

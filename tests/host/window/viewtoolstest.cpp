@@ -11,11 +11,13 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QSpinBox>
+#include <QToolBar>
 #include <QToolButton>
 
 #include <qwt_plot.h>
 #include <qwt_plot_curve.h>
 #include <qwt_scale_map.h>
+#include <qwt_scale_widget.h>
 
 #include "frames/ifilekind.h"
 #include "host/options/cameraopening.h"
@@ -196,10 +198,14 @@ TEST_F(ViewTools, OneClickExposesTo70Percent)
   auto *pExposure = dynamic_cast<GenApi::IFloat *>(GetCamera().GetDeviceNodeMap()->GetNode("ExposureTime"));
   pExposure->SetValue(1500);
   QTest::qWait(100);
+  QDoubleSpinBox *pField = Find<QDoubleSpinBox>("ExposureTime");
+  pField->setFocus();
   Press("Expose");
   // The middle lies at 72 % with 10000 microseconds.
   EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(pExposure->GetValue() - 9700) < 700; }, 5000))
     << pExposure->GetValue();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(pField->value() - pExposure->GetValue()) < 1; }))
+    << "the field with the focus shows what the camera has, too: " << pField->value();
   EXPECT_FALSE(Find<QLabel>("CameraError")->isVisible()) << GetText("CameraError");
   Press("StartStop");
   Press("StartStop");
@@ -247,6 +253,15 @@ TEST_F(ViewTools, TheBlockMapHasTheImagesAspectAndItsUpperLineOnTop)
   const double dHigh = mapY.transform(1) - mapY.transform(0);
   EXPECT_GT(dHigh, 0) << "line 1 lies below line 0";
   EXPECT_NEAR(dWide, dHigh, 0.15 * dHigh);
+  // 256 x 192 pixels in blocks of 32: the axes end where the image does, and so does what is drawn on.
+  EXPECT_EQ(map.axisInterval(QwtPlot::xBottom), QwtInterval(0, 8));
+  EXPECT_EQ(map.axisInterval(QwtPlot::yLeft).normalized(), QwtInterval(0, 6));
+  EXPECT_NEAR(map.canvas()->width(), 8 * dWide, 3);
+  EXPECT_NEAR(map.canvas()->height(), 6 * dHigh, 3);
+  const QRect rcAxis = map.axisWidget(QwtPlot::xBottom)->geometry();
+  EXPECT_TRUE(map.contentsRect().contains(rcAxis));
+  EXPECT_NEAR(rcAxis.top(), map.canvas()->geometry().bottom(), 3);
+  EXPECT_NEAR(map.axisWidget(QwtPlot::yRight)->geometry().left(), map.canvas()->geometry().right(), 3);
 }
 
 TEST_F(ViewTools, PlotsFollowTheLook)
@@ -254,9 +269,22 @@ TEST_F(ViewTools, PlotsFollowTheLook)
   ApplyLook(ELook::Light);
   ShowWindow();
   const QwtPlot &plot = *Find<QwtPlot>("RowProfile");
+  const QToolButton *pMore = Find<QToolBar>("ViewTools")->findChild<QToolButton *>("qt_toolbar_ext_button");
+  ASSERT_NE(pMore, nullptr);
+  const auto CountLight = [pMore] { // opaque pixels of the arrow
+    const QImage imgArrow = pMore->icon().pixmap(12).toImage();
+    int nLight = 0;
+    for (int nPixel = 0; nPixel < imgArrow.width() * imgArrow.height(); ++nPixel) {
+      const QColor clrPixel = imgArrow.pixelColor(nPixel % imgArrow.width(), nPixel / imgArrow.width());
+      nLight += clrPixel.alpha() > 128 && clrPixel.lightness() > 150 ? 1 : 0;
+    }
+    return nLight;
+  };
   EXPECT_GT(plot.canvasBackground().color().lightness(), 200);
+  EXPECT_EQ(CountLight(), 0);
   Trigger("Dark, as the dialog");
   EXPECT_TRUE(QTest::qWaitFor([&] { return plot.canvasBackground().color().lightness() < 60; }));
+  EXPECT_GT(CountLight(), 6) << "what has no room in a tool bar is found";
   EXPECT_LT(m_pWindow->palette().color(QPalette::Window).lightness(), 60);
   EXPECT_EQ(RestoreLook(), ELook::AsDialog) << "and remembers it";
   Trigger("As the desktop");

@@ -1,0 +1,60 @@
+#include "host/window/toolbar.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QToolButton>
+
+namespace ffc::host {
+namespace {
+
+constexpr int MORE_SIZE = 12;      ///< pixels, square
+constexpr double CHEVRON_HIGH = 3; ///< from its tip to either end
+
+} // namespace
+
+CToolBar::CToolBar(QWidget *pParent) : QToolBar(pParent)
+{
+  PaintMore();
+}
+
+void CToolBar::changeEvent(QEvent *pEvent)
+{
+  QToolBar::changeEvent(pEvent);
+  if (pEvent->type() == QEvent::PaletteChange || pEvent->type() == QEvent::StyleChange) {
+    PaintMore();
+  }
+}
+
+/// Two chevrons in the colour of the other buttons' texts.
+void CToolBar::PaintMore()
+{
+  auto *pMore = findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"));
+  if (pMore == nullptr) {
+    return;
+  }
+  QPixmap picture(QSize(MORE_SIZE, MORE_SIZE) * devicePixelRatioF());
+  picture.setDevicePixelRatio(devicePixelRatioF());
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(palette().color(QPalette::ButtonText), 1.5));
+  for (const double dTip : {5.5, 10.0}) {
+    const QPointF listPoints[] = {{dTip - CHEVRON_HIGH, MORE_SIZE / 2 - CHEVRON_HIGH},
+                                  {dTip, MORE_SIZE / 2},
+                                  {dTip - CHEVRON_HIGH, MORE_SIZE / 2 + CHEVRON_HIGH}};
+    painter.drawPolyline(listPoints, 3);
+  }
+  painter.end();
+  pMore->setIcon(picture);
+  pMore->setToolTip(tr("More tools"));
+}
+
+QString GetToolBarText(const QString &strMenuText)
+{
+  static const QRegularExpression bracketed(QStringLiteral("\\(&.\\)"));
+  static const QRegularExpression dots(QStringLiteral("\\.\\.\\.$"));
+  return QString(strMenuText).remove(bracketed).remove(dots).remove(QLatin1Char('&')).trimmed();
+}
+
+} // namespace ffc::host
