@@ -23,11 +23,10 @@ has_room() {
   [ "$(df --output=avail --block-size=1G "$1" 2>/dev/null | tail -n 1)" -ge 5 ] 2>/dev/null
 }
 
-# run_benchmark PROGRAM: many short repetitions in random order, so that whatever else the machine does meets all alike.
+# run_benchmark PROGRAM NAME: many short repetitions in random order, so that whatever else the machine does meets all alike.
 run_benchmark() {
-  echo "Running $1." >&2
-  "build/bench/bin/$1" --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
-    --benchmark_format=json >"out/$1.json" 2>"out/$1.log"
+  "build/bench/bin/$1" --benchmark_repetitions=3 --benchmark_enable_random_interleaving=true \
+    --benchmark_format=json >"out/$2.json" 2>"out/$2.log"
 }
 
 run_batch_benchmark() {
@@ -51,11 +50,17 @@ if [ "${1:-}" = batch ]; then
   exit
 fi
 build build_preset bench
-run_benchmark kernel_benchmark
-run_benchmark frame_benchmark
-echo 'Running acquisition_benchmark.' >&2
-build/bench/bin/acquisition_benchmark >out/acquisition_benchmark.txt
-python3 benchmarks/table.py out/kernel_benchmark.json out/frame_benchmark.json out/acquisition_benchmark.txt |
+run_benchmark frame_benchmark frame_benchmark
+# Each figure's smallest and largest value tells what a rerun may give.
+for run in 1 2 3; do
+  echo "Running kernel_benchmark, acquisition_benchmark and latency_benchmark, run $run of 3." >&2
+  run_benchmark kernel_benchmark "kernel_benchmark-$run"
+  build/bench/bin/acquisition_benchmark >"out/acquisition_benchmark-$run.txt"
+  build/bench/bin/latency_benchmark >"out/latency_benchmark-$run.txt"
+done
+runs() { echo "out/$1-1.$2,out/$1-2.$2,out/$1-3.$2"; }
+python3 benchmarks/table.py "$(runs kernel_benchmark json)" out/frame_benchmark.json "$(runs acquisition_benchmark txt)" \
+  "$(runs latency_benchmark txt)" |
   tee out/benchmarks.md
 printf '\nRecorded frames from file to file, of 5 megapixels and 12 bits, 200 in one TIFF file and in single ones:\n\n'
 run_batch_benchmark

@@ -82,10 +82,10 @@ bool Measure(const std::string &strPixelFormat, int32_t nBitDepth)
   const double dBright = MeasureSeconds([&] { bDone = bench.AcquireBright(FRAME_COUNT) && bDone; });
   const double dExecute = MeasureSeconds([&] { bDone = bench.Execute() && bDone; });
   const double dPeak = ReadMemory("VmHWM") - dBefore;
-  // Bright frame, received frame, and sums of 4 bytes per pixel. The execution has less: the bright frame, its gains of
-  // 2 bytes per pixel, and those that are in force.
+  // The received frame, which becomes the bright one, and sums of 4 bytes per pixel. The execution has as much: the
+  // bright frame, its gains of 2 bytes per pixel, and those that are in force.
   constexpr double PIXELS = double{WIDTH} * HEIGHT;
-  const double dBuffers = 2.0 * dFrame + 4.0 * PIXELS;
+  const double dBuffers = dFrame + 4.0 * PIXELS;
   const char *const pName = strPixelFormat.c_str();
   std::printf("%s bare_seconds %.4f\n", pName, MeasureBareWork(bench, nBitDepth));
   std::printf("%s bright_seconds %.4f\n", pName, dBright);

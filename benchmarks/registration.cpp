@@ -13,7 +13,7 @@ constexpr const char *GOAL_SIZES[] = {"5", "26"};
 constexpr double SHORTEST_SECONDS = 0.02;
 constexpr std::size_t SMALLEST_BY_CLOCK = 5'000'000;
 // Of sizes that only tell how the time grows; the others have as many as the command line says.
-constexpr int GROWTH_REPETITIONS = 3;
+constexpr int GROWTH_REPETITIONS = 2;
 
 bool IsGoalSize(const SFrameSize &stSize)
 {

@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """Prints the tables of ratios from the output of the benchmark programs.
 
-table.py KERNELS.json FRAMES.json ACQUISITION.txt
+table.py KERNELS.json FRAMES.json ACQUISITION.txt LATENCY.txt
+table.py BATCH.txt
 
-The figures are of the fastest of the repetitions, which the programs run in random order: of processor time, and of time by
-the clock where threads are compared. What else a machine does makes repetitions slower, none faster. A ratio above 1 is
-good: it tells how many times as long the other way takes.
+KERNELS, ACQUISITION and LATENCY may be several files of as many runs, separated by commas: figures are then the smallest and
+the largest of the runs', and miss their goal where the middle one does. The figures of a run are of the fastest of the
+repetitions, which the programs run in random order: of processor time, and of time by the clock where threads are
+compared. What else a machine does makes repetitions slower, none faster. A ratio above 1 is good: it tells how many
+times as long the other way takes.
 """
 import json
 import statistics
@@ -17,6 +20,8 @@ GOAL_SIZES = ["5", "26"]
 PIXELS = {"5": 2592 * 1944, "26": 6240 * 4160, "100": 11648 * 8736}
 # Of frames that several threads share, with the goal of two.
 SHARED_SIZES = {"5": None, "26": 1.8, "100": 1.8}
+PERCENTILES = [50, 95, 99]
+STATES = {"idle": "a processor free", "busy": "a busy neighbour"}
 # By the first word of a kernel's name: share of the stream limit for the small size and for the others, times OpenCV's best.
 GOALS = {
     "correction": (0.85, 0.95, 2.0),
@@ -55,72 +60,84 @@ def best_opencv(times):
     return min(forms.items(), key=lambda form: form[1], default=None)
 
 
-def judge(value, goal):
-    """A value, marked where it misses its goal."""
-    return f"{value:.2f}" + ("" if goal is None or value >= goal else " (!)")
+def show(values, digits=2):
+    """One figure, or the smallest and the largest of several."""
+    low, high = (f"{value:.{digits}f}" for value in (min(values), max(values)))
+    return low if low == high else f"{low} to {high}"
 
 
-def judge_cost(value, goal):
-    """A value, marked where it exceeds its goal."""
-    return f"{value:.2f}" + ("" if value <= goal else " (!)")
+def judge(values, goal):
+    """Values of some runs, marked where the middle one misses its goal."""
+    return show(values) + ("" if goal is None or statistics.median(values) >= goal else " (!)")
 
 
-def print_kernels(kernels):
+def judge_cost(values, goal):
+    """Values of some runs, marked where the middle one exceeds its goal."""
+    return show(values) + ("" if statistics.median(values) <= goal else " (!)")
+
+
+def compare(runs, kernel, size, one, other):
+    """How many times as long the one way takes as the other, in each run."""
+    return [run[kernel][size][one] / run[kernel][size][other] for run in runs]
+
+
+def print_kernels(runs):
     print("| kernel | of the limit, 0.3 | 5 | 26 | x OpenCV's best, 5 | 26 | OpenCV's best | x slow twin |")
     print("|---|---|---|---|---|---|---|---|")
-    for kernel, sizes in kernels.items():
+    for kernel, sizes in runs[0].items():
         if SMALL_SIZE not in sizes:
             continue
         small_goal, limit_goal, opencv_goal = GOALS.get(kernel.split()[0], (None, None, None))
-        small = sizes[SMALL_SIZE]
-        limits, rivals, form = [judge(small["limit"] / small["ours"], small_goal)], [], ""
+        limits, rivals, form = [judge(compare(runs, kernel, SMALL_SIZE, "limit", "ours"), small_goal)], [], ""
         for size in GOAL_SIZES:
-            times = sizes[size]
-            limits.append(judge(times["limit"] / times["ours"], limit_goal))
-            best = best_opencv(times)
-            rivals.append("" if best is None else judge(best[1] / times["ours"], opencv_goal))
+            limits.append(judge(compare(runs, kernel, size, "limit", "ours"), limit_goal))
+            best = best_opencv(sizes[size])
+            times = [(best_opencv(run[kernel][size]), run[kernel][size]["ours"]) for run in runs]
+            rivals.append("" if best is None else judge([opencv[1] / ours for opencv, ours in times], opencv_goal))
             form = "" if best is None else best[0]
-        twin = f"{small['twin'] / small['ours']:.0f}" if "twin" in small else ""
+        twin = show(compare(runs, kernel, SMALL_SIZE, "twin", "ours"), 0) if "twin" in sizes[SMALL_SIZE] else ""
         print("| " + " | ".join([kernel, *limits, *rivals, form, twin]) + " |")
 
 
-def print_growth(kernels):
+def print_growth(runs):
     print("| kernel | " + " | ".join(f"{size} Mpx" for size in SIZES) + " |")
     print("|---" * (len(SIZES) + 1) + "|")
-    for kernel, sizes in kernels.items():
+    for kernel, sizes in runs[0].items():
         if SMALL_SIZE not in sizes:
             continue
-        per_pixel = {size: sizes[size]["ours"] / float(size) for size in SIZES if size in sizes}
-        cells = [f"{per_pixel[size] / per_pixel['5']:.2f}" for size in SIZES]
+        cells = []
+        for size in SIZES:
+            per_pixel = [{one: run[kernel][one]["ours"] / float(one) for one in (size, "5")} for run in runs]
+            cells.append(show([times[size] / times["5"] for times in per_pixel]))
         print(f"| {kernel} | " + " | ".join(cells) + " |")
 
 
-def print_threads(kernels):
+def print_threads(runs):
     print("| kernel | Mpx | frames/s, 1 thread | GB/s | frames/s, 2 threads | GB/s | 2 threads / 1 | stream, 2 / 1 | of the stream, 2 threads |")
     print("|---|---|---|---|---|---|---|---|---|")
-    for kernel, sizes in kernels.items():
+    for kernel, sizes in runs[0].items():
         for size, goal in SHARED_SIZES.items():
-            times = sizes.get(size, {})
-            if "2 threads" not in times:
+            if "2 threads" not in sizes.get(size, {}):
                 continue
             # A frame's bytes, as its camera delivers it to the host.
             frame_bytes = PIXELS[size] * (1 if " 8 bit" in kernel else 2)
             rates = []
             for who in ("1 thread", "2 threads"):
-                rates.append(f"{1e6 / times[who]:.0f}")
-                rates.append(f"{frame_bytes / times[who] / 1e3:.1f}")
-            gain = judge(times["1 thread"] / times["2 threads"], goal)
-            stream = f"{times['stream, 1 thread'] / times['stream, 2 threads']:.2f}"
-            share = f"{times['stream, 2 threads'] / times['2 threads']:.2f}"
+                times = [run[kernel][size][who] for run in runs]
+                rates.append(show([1e6 / time for time in times], 0))
+                rates.append(show([frame_bytes / time / 1e3 for time in times], 1))
+            gain = judge(compare(runs, kernel, size, "1 thread", "2 threads"), goal)
+            stream = show(compare(runs, kernel, size, "stream, 1 thread", "stream, 2 threads"))
+            share = show(compare(runs, kernel, size, "stream, 2 threads", "2 threads"))
             print(f"| {kernel} | {size} | {' | '.join(rates)} | {gain} | {stream} | {share} |")
 
 
-def print_fresh(kernels):
+def print_fresh(runs):
     print("| | 5 Mpx | 26 Mpx | 100 Mpx |")
     print("|---|---|---|---|")
-    for kernel, sizes in kernels.items():
+    for kernel, sizes in runs[0].items():
         if "fresh sums" in sizes["26"]:
-            cells = [f"{sizes[size]['fresh sums'] / sizes[size]['used sums']:.2f}" for size in SHARED_SIZES]
+            cells = [show(compare(runs, kernel, size, "fresh sums", "used sums")) for size in SHARED_SIZES]
             print(f"| {kernel} | {' | '.join(cells)} |")
 
 
@@ -153,16 +170,32 @@ def read_values(path):
     return values
 
 
-def print_acquisition(path):
-    values = read_values(path)
+def print_acquisition(paths):
+    runs = [read_values(path) for path in paths]
     print("| | acquisition / bare work | execution / acquisition | peak memory / buffers | peak memory |")
     print("|---|---|---|---|---|")
-    for pixel_format, figures in values.items():
+    for pixel_format in runs[0]:
+        figures = [run[pixel_format] for run in runs]
         print(
-            f"| {pixel_format} | {figures['bright_seconds'] / figures['bare_seconds']:.2f}"
-            f" | {figures['execute_seconds'] / figures['bright_seconds']:.2f}"
-            f" | {figures['peak_of_buffers']:.2f} | {figures['peak_megabytes']:.0f} MB |"
+            f"| {pixel_format} | {judge_cost([run['bright_seconds'] / run['bare_seconds'] for run in figures], 1.15)}"
+            f" | {show([run['execute_seconds'] / run['bright_seconds'] for run in figures])}"
+            f" | {show([run['peak_of_buffers'] for run in figures])}"
+            f" | {show([run['peak_megabytes'] for run in figures], 0)} MB |"
         )
+
+
+def print_latency(paths):
+    runs = [read_values(path) for path in paths]
+    print("| | two threads / one: median | 95 % | 99 % | one thread / itself: median | 95 % | 99 % |")
+    print("|---|---|---|---|---|---|---|")
+    for part in runs[0]:
+        size, state = part.split("_")
+        cells = []
+        for who in ("shared", "alone"):
+            for percent in PERCENTILES:
+                ratios = [run[part][f"{who}_{percent}"] for run in runs]
+                cells.append(judge_cost(ratios, 1.02) if who == "shared" else show(ratios))
+        print(f"| {size} Mpx, {STATES[state]} | {' | '.join(cells)} |")
 
 
 def print_batch(path):
@@ -172,7 +205,7 @@ def print_batch(path):
     for part, title in (("one_file", "one file"), ("single_files", "single files")):
         times = values[part]
         print(
-            f"| {title} | {judge_cost(times['apply2'] / times['copy'], 1.3)} | {times['apply1'] / times['copy']:.2f}"
+            f"| {title} | {judge_cost([times['apply2'] / times['copy']], 1.3)} | {times['apply1'] / times['copy']:.2f}"
             f" | {times['opencv'] / times['copy']:.2f} | {times['opencv'] / times['apply2']:.2f} |"
         )
     few, many = values["memory"]["frames_20"], values["memory"]["frames_2000"]
@@ -183,20 +216,23 @@ def main():
     if len(sys.argv) == 2:
         print_batch(sys.argv[1])
         return
-    times_by_name, context = read_times(sys.argv[1])
-    kernels = group(times_by_name)
-    print(f"Kernels, instruction level {context['instruction_level']}, one thread. (!) misses the goal.\n")
+    reports = [read_times(path) for path in sys.argv[1].split(",")]
+    kernels = [group(times_by_name) for times_by_name, _ in reports]
+    level = reports[0][1]["instruction_level"]
+    print(f"Kernels, instruction level {level}, one thread, {len(reports)} runs. (!) misses the goal.\n")
     print_kernels(kernels)
     print("\nTime per pixel, 5 Mpx being 1:\n")
     print_growth(kernels)
     print("\nShared among threads:\n")
     print_threads(kernels)
+    print("\nFrames that two threads share beside those of one, in turn:\n")
+    print_latency(sys.argv[4].split(","))
     print("\nThe first frame of an acquisition, added into fresh sums; adding into used ones is 1:\n")
     print_fresh(kernels)
     print("\nA frame's way through the module:\n")
     print_frames(sys.argv[2])
     print("\nBright acquisition of 16 frames of 26 Mpx, and its execution:\n")
-    print_acquisition(sys.argv[3])
+    print_acquisition(sys.argv[3].split(","))
 
 
 if __name__ == "__main__":

@@ -3,17 +3,14 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <thread>
 
 namespace ffc::ombrix {
 
 namespace {
 
 constexpr uint32_t MAX_THREADS_UNASKED = 4;
-// A thread that others keep from its processor within a band is waited for. Where that took more than this part of a
-// frame's work, the processors are busy: the next frames are their callers' alone.
-constexpr int LONGEST_WAIT = 4;
-
-using TClock = std::chrono::steady_clock;
+constexpr int SMALLEST_GAIN = 8; // as the part of the others' bands that it is
 
 } // namespace
 
@@ -41,40 +38,71 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
     --m_nAlone;
     bShared = false;
   }
+  const bool bFirst = bShared && !m_bStarted;
   if (!bShared || !HasWorkers()) {
     fnBand(pContext, 0, nPixels);
     return;
   }
-  const SFrame stFrame = {fnBand, pContext, nPixels};
+  const SFrame stFrame = {fnBand, pContext, nPixels, std::size_t{m_nWorkers} + 1};
+  Offer(stFrame);
+  const SPace stOwn = WorkOnBands(stFrame, 0);
+  const TClock::time_point finish = TClock::now();
+  WaitForWorkers(stOwn.GetMean());
+  // What sharing gained are the others' bands, of which little is left where the memory decides, which is shared too.
+  // What it may have cost are the wait for a thread that lost its processor within a band, and a band of the caller's
+  // that took long, for the thread that was woken may have taken the caller's.
+  const auto nOthers = static_cast<TClock::duration::rep>(stFrame.CountBands() - stOwn.nBands);
+  const TClock::duration lost = TClock::now() - finish + stOwn.longest - stOwn.GetMean();
+  // Threads that have just been started may come too late for their first frame.
+  if (nOthers > 0 || !bFirst) {
+    Judge(lost < nOthers * stOwn.GetMean() / SMALLEST_GAIN);
+  }
+}
+
+void CBandPool::Offer(const SFrame &stFrame) noexcept
+{
   {
     const std::lock_guard<std::mutex> lock(m_lock);
     m_stFrame = stFrame;
-    m_nNextBand.store(0, std::memory_order_relaxed);
+    for (std::size_t nShare = 0; nShare < stFrame.nShares; ++nShare) {
+      m_aShares[nShare].nNext.store(stFrame.GetFirstBand(nShare), std::memory_order_relaxed);
+    }
+    m_nEntered = 0;
     ++m_nFrame;
     m_bOpen = true;
-    m_bHelped = false;
   }
   m_wake.notify_all();
-  const TClock::time_point start = TClock::now();
-  WorkOnBands(stFrame);
-  const TClock::time_point finish = TClock::now();
-  // A worker that has not woken yet finds nothing left, and need not be waited for.
-  std::unique_lock<std::mutex> lock(m_lock);
-  m_bOpen = false;
-  m_done.wait(lock, [this] { return m_nWorking == 0; });
-  Judge(TClock::now() - finish > (finish - start) / LONGEST_WAIT, m_bHelped);
 }
 
-// With the caller's lock held. A try on a busy processor may cost a time slice, which is many frames: tries become
-// rare.
-void CBandPool::Judge(bool bWaitedLong, bool bHelped) noexcept
+// A worker that has not woken yet finds nothing left, and need not be waited for. The others are within their last
+// bands: to sleep and be woken would take longer than these do, unless one has lost its processor.
+void CBandPool::WaitForWorkers(TClock::duration expected) noexcept
 {
-  if (bWaitedLong) {
-    m_nAlone = m_nNextAlone;
-    m_nNextAlone = std::min(2 * m_nNextAlone, MOST_FRAMES_ALONE);
-  } else if (bHelped) {
+  {
+    const std::lock_guard<std::mutex> lock(m_lock);
+    m_bOpen = false;
+  }
+  const TClock::time_point begin = TClock::now();
+  while (m_nWorking.load(std::memory_order_acquire) > 0) {
+    if (TClock::now() - begin > 2 * expected) {
+      std::unique_lock<std::mutex> lock(m_lock);
+      m_done.wait(lock, [this] { return m_nWorking == 0; });
+      return;
+    }
+    std::this_thread::yield();
+  }
+}
+
+// With the caller's lock held. Where others keep the processors busy, a try may cost a time slice, which is many
+// frames: tries become rare.
+void CBandPool::Judge(bool bGained) noexcept
+{
+  if (bGained) {
     constexpr uint32_t SLOWLY = 16;
     m_nNextAlone = std::max(m_nNextAlone - m_nNextAlone / SLOWLY, FRAMES_ALONE);
+  } else {
+    m_nAlone = m_nNextAlone;
+    m_nNextAlone = std::min(2 * m_nNextAlone, MOST_FRAMES_ALONE);
   }
 }
 
@@ -110,17 +138,39 @@ bool CBandPool::HasWorkers() noexcept
   return m_nWorkers > 0;
 }
 
-void CBandPool::WorkOnBands(const SFrame &stFrame) noexcept
+void CBandPool::SPace::Count(TClock::duration band)
 {
-  const std::size_t nBands = (stFrame.nPixels - 1) / BAND_PIXELS + 1;
-  for (;;) {
-    const std::size_t nBand = m_nNextBand.fetch_add(1, std::memory_order_relaxed);
-    if (nBand >= nBands) {
-      return;
+  ++nBands;
+  total += band;
+  longest = std::max(longest, band);
+}
+
+// Without the longest band, which may not have been work.
+CBandPool::TClock::duration CBandPool::SPace::GetMean() const
+{
+  return nBands > 1 ? (total - longest) / static_cast<TClock::duration::rep>(nBands - 1) : total;
+}
+
+CBandPool::SPace CBandPool::WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept
+{
+  SPace stPace;
+  TClock::time_point before = TClock::now();
+  for (std::size_t n = 0; n < stFrame.nShares; ++n) {
+    const std::size_t nShare = (nOwnShare + n) % stFrame.nShares;
+    const std::size_t nEnd = stFrame.GetFirstBand(nShare + 1);
+    for (;;) {
+      const std::size_t nBand = m_aShares[nShare].nNext.fetch_add(1, std::memory_order_relaxed);
+      if (nBand >= nEnd) {
+        break;
+      }
+      const std::size_t nFirst = nBand * BAND_PIXELS;
+      stFrame.fnBand(stFrame.pContext, nFirst, std::min(BAND_PIXELS, stFrame.nPixels - nFirst));
+      const TClock::time_point after = TClock::now();
+      stPace.Count(after - before);
+      before = after;
     }
-    const std::size_t nFirst = nBand * BAND_PIXELS;
-    stFrame.fnBand(stFrame.pContext, nFirst, std::min(BAND_PIXELS, stFrame.nPixels - nFirst));
   }
+  return stPace;
 }
 
 void CBandPool::WaitForFrames() noexcept
@@ -134,10 +184,10 @@ void CBandPool::WaitForFrames() noexcept
     }
     nSeen = m_nFrame;
     const SFrame stFrame = m_stFrame;
+    const std::size_t nShare = ++m_nEntered;
     ++m_nWorking;
-    m_bHelped = true;
     lock.unlock();
-    WorkOnBands(stFrame);
+    (void)WorkOnBands(stFrame, nShare);
     lock.lock();
     if (--m_nWorking == 0) {
       m_done.notify_one();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -17,9 +18,9 @@ constexpr std::size_t SMALLEST_SPLIT_PIXELS = 4'000'000;
 /// A band is a run of so many pixels, the last one of fewer. Short, so that no thread waits long for another's last.
 constexpr std::size_t BAND_PIXELS = std::size_t{1} << 16;
 constexpr uint32_t MAX_THREADS = 16;
-/// How many frames are not shared after one whose caller waited long for the others; twice as many each time that the
-/// next try is no better, up to the larger number.
-constexpr uint32_t FRAMES_ALONE = 32;
+/// How many frames are not shared after one that sharing made no faster; twice as many each time that the next try is
+/// no better, up to the larger number. More than a hundred, so that such frames are fewer than one in a hundred.
+constexpr uint32_t FRAMES_ALONE = 128;
 constexpr uint32_t MOST_FRAMES_ALONE = 1024;
 
 /// How many threads work on a frame, the caller's among them: at most half the processors and 4, unless the user asks
@@ -50,15 +51,40 @@ public:
   void Close() noexcept;
 
 private:
+  using TClock = std::chrono::steady_clock;
+
   struct SFrame {
     FnBand fnBand;
     const void *pContext;
     std::size_t nPixels;
+    std::size_t nShares;
+
+    std::size_t CountBands() const { return (nPixels - 1) / BAND_PIXELS + 1; }
+    /// Of one of the shares, and of nShares: one past the last.
+    std::size_t GetFirstBand(std::size_t nShare) const { return CountBands() * nShare / nShares; }
+  };
+
+  /// A run of a frame's bands. Each thread begins with one of its own, for memory is read best in long runs, and helps
+  /// with the others' afterwards.
+  struct alignas(64) SShare {
+    std::atomic<std::size_t> nNext{0};
+  };
+
+  /// How a thread's bands of a frame went.
+  struct SPace {
+    std::size_t nBands = 0;
+    TClock::duration total{0};
+    TClock::duration longest{0};
+
+    void Count(TClock::duration band);
+    TClock::duration GetMean() const;
   };
 
   bool HasWorkers() noexcept;
-  void Judge(bool bWaitedLong, bool bHelped) noexcept;
-  void WorkOnBands(const SFrame &stFrame) noexcept;
+  void Offer(const SFrame &stFrame) noexcept;
+  void WaitForWorkers(TClock::duration expected) noexcept;
+  void Judge(bool bGained) noexcept;
+  SPace WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept;
   void WaitForFrames() noexcept;
   static void RunWorker(void *pPool);
 
@@ -68,7 +94,7 @@ private:
   uint32_t m_nThreads = 0; ///< with the caller; 0 until the environment was asked
   bool m_bStarted = false;
   uint32_t m_nWorkers = 0;
-  uint32_t m_nAlone = 0; ///< frames that are not to be shared
+  uint32_t m_nAlone = 0; ///< frames that are still not to be shared
   uint32_t m_nNextAlone = FRAMES_ALONE;
   platform::CWorkerThread m_aWorkers[MAX_THREADS - 1];
 
@@ -77,13 +103,13 @@ private:
   std::condition_variable m_wake;
   std::condition_variable m_done;
   SFrame m_stFrame = {};
-  uint64_t m_nFrame = 0;   ///< counts frames
-  bool m_bOpen = false;    ///< whether bands of it may be left
-  uint32_t m_nWorking = 0; ///< workers within the frame
-  bool m_bHelped = false;  ///< whether any was
+  uint64_t m_nFrame = 0;      ///< counts frames
+  bool m_bOpen = false;       ///< whether bands of it may be left
+  std::size_t m_nEntered = 0; ///< workers that came to it
   bool m_bClosing = false;
+  std::atomic<uint32_t> m_nWorking{0}; ///< workers within the frame; the lock is for its changes
 
-  std::atomic<std::size_t> m_nNextBand{0};
+  SShare m_aShares[MAX_THREADS];
 };
 
 } // namespace ffc::ombrix

@@ -59,7 +59,11 @@ int32_t CBrightField::Add(const SFrameFormat &stFormat)
 
 int32_t CBrightField::Average(uint32_t nFrameCount, const SFrameFormat &stFormat)
 {
-  return m_accumulator.Average(nFrameCount, stFormat, m_average);
+  // Memory that was written before: the system need not find and zero more.
+  const uint64_t nWritten = m_exchange.SwapBuffer(m_average);
+  const int32_t nStatus = m_accumulator.Average(nFrameCount, stFormat, m_average);
+  m_average.ZeroBetween(stFormat.GetPixelCount() * (stFormat.GetBitDepth() == 8 ? 1 : 2), nWritten);
+  return nStatus;
 }
 
 void CBrightField::EndAcquisition()

@@ -24,9 +24,6 @@ public:
   /// Writes the truncated average of nFrameCount frames. \return -1012 as above
   [[nodiscard]] int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average) const;
 
-  /// The sums, one per pixel; null before they are allocated.
-  const uint32_t *GetSums() const { return reinterpret_cast<const uint32_t *>(m_sums.GetData()); }
-
 private:
   bool Holds(const SFrameFormat &stFormat) const;
 
@@ -44,7 +41,8 @@ public:
   [[nodiscard]] int32_t Allocate(uint64_t nSize);
   /// Adds the frame in the exchange. \return -1012 for a frame smaller than its format says
   [[nodiscard]] int32_t Add(const SFrameFormat &stFormat);
-  /// Computes the average of nFrameCount added frames. \return 0, or a mapped status of the image statistics
+  /// Computes the average of nFrameCount added frames, in the memory of the last one; later frames do not reach it.
+  /// \return 0, or a mapped status of the image statistics
   [[nodiscard]] int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat);
   /// Frees what only an acquisition needs.
   void EndAcquisition();

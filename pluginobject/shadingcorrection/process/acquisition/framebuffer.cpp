@@ -28,10 +28,11 @@ void CFrameBuffer::Release()
   m_nSize = 0;
 }
 
-void CFrameBuffer::ZeroFirst(uint64_t nBytes)
+void CFrameBuffer::ZeroBetween(uint64_t nFirst, uint64_t nEnd)
 {
-  if (m_nSize > 0) {
-    std::memset(m_pData.get(), 0, std::min(nBytes, m_nSize));
+  nEnd = std::min(nEnd, m_nSize);
+  if (nFirst < nEnd) {
+    std::memset(m_pData.get() + nFirst, 0, nEnd - nFirst);
   }
 }
 

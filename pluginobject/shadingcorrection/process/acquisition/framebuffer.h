@@ -18,9 +18,8 @@ public:
   /// \return false, holding nothing, when there is no such memory
   bool Allocate(uint64_t nSize);
   void Release();
-  void Zero() { ZeroFirst(m_nSize); }
-  /// The first nBytes, or as many as there are.
-  void ZeroFirst(uint64_t nBytes);
+  /// From one byte to before another, or as many as there are.
+  void ZeroBetween(uint64_t nFirst, uint64_t nEnd);
   /// Copies as many bytes of another buffer as both hold.
   void CopyFrom(const CFrameBuffer &other);
 

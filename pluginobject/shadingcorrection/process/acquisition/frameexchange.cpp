@@ -52,8 +52,15 @@ void CFrameExchange::ReleaseBuffer()
 void CFrameExchange::ZeroBuffer()
 {
   const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
-  m_buffer.ZeroFirst(m_nWritten);
+  m_buffer.ZeroBetween(0, m_nWritten);
   m_nWritten = 0;
+}
+
+uint64_t CFrameExchange::SwapBuffer(CFrameBuffer &other)
+{
+  const std::lock_guard<CCriticalSection> lock(m_lockBuffer);
+  std::swap(m_buffer, other);
+  return std::exchange(m_nWritten, 0);
 }
 
 void CFrameExchange::BeginRequests()

@@ -39,6 +39,9 @@ public:
   /// Frees the buffer and withdraws the request, also from a frame that is on its way.
   void ReleaseBuffer();
   void ZeroBuffer();
+  /// Gives the buffer with the received frame for another one, all zero, into which later frames go.
+  /// \return how many bytes frames have touched, the rest being zero
+  uint64_t SwapBuffer(CFrameBuffer &other);
 
   /// Forgets an earlier frame and asks for the first one.
   void BeginRequests();

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
@@ -135,4 +138,38 @@ TEST(FrameAccumulator, CannotTakeHugeSums)
   }
   const CFailingNew failing;
   EXPECT_FALSE(accumulator.Allocate(16));
+}
+
+TEST(BrightField, TheAverageTakesTheMemoryOfTheLastFrameAndLaterFramesDoNotReachIt)
+{
+  CFrameExchange exchange;
+  CBrightField bright(exchange);
+  const SFrameFormat stFormat = MakeFormat(MONO_8, 8, 8);
+  ASSERT_EQ(bright.Allocate(80), 0); // with 16 bytes that are no pixels
+  const auto fnReceive = [&](uint8_t nValue) {
+    const std::vector<uint8_t> listFrame(70, nValue);
+    exchange.ReceiveFrame(listFrame.data(), static_cast<uint32_t>(listFrame.size()));
+  };
+  for (const uint8_t nValue : {uint8_t{4}, uint8_t{8}}) {
+    fnReceive(nValue);
+    ASSERT_EQ(bright.Add(stFormat), 0);
+  }
+  const uint8_t *const pFrame = exchange.UseFrame([](const CFrameBuffer &frame) { return frame.GetData(); });
+  ASSERT_EQ(bright.Average(2, stFormat), 0);
+  fnReceive(9);
+  bright.EndAcquisition();
+  const CFrameBuffer &average = bright.GetAverage();
+  EXPECT_EQ(average.GetData(), pFrame);
+  std::vector<uint8_t> listExpected(80, 0);
+  std::fill_n(listExpected.begin(), 64, uint8_t{6});
+  EXPECT_EQ(std::vector<uint8_t>(average.GetData(), average.GetData() + average.GetSize()), listExpected);
+}
+
+TEST(BrightField, AnAverageThatFailsIsNotKept)
+{
+  CFrameExchange exchange;
+  CBrightField bright(exchange);
+  ASSERT_EQ(bright.Allocate(64), 0);
+  EXPECT_EQ(bright.KeepOnSuccess(bright.Average(1, MakeFormat(MONO_12, 8, 8))), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
+  EXPECT_FALSE(bright.GetAverage().IsAllocated());
 }
