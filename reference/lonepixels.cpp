@@ -9,8 +9,8 @@ namespace {
 
 /// Standard deviations of the noise from which on a pixel is one. Noise has one such pixel of 16000.
 constexpr float FARTHEST = 4;
-/// As many from all its neighbours but one: of an edge and of a line there are more alike, of a pair there is one.
-constexpr float APART = 2.5F;
+/// So many from all its neighbours but one: of an edge and of a line there are more alike, of a pair there is one.
+constexpr float APART = 3.3F;
 /// Part of the samples beyond which they are a pattern; one part of so many.
 constexpr std::size_t LARGEST_PART = 50;
 constexpr std::size_t NEIGHBOURS = 8;

@@ -21,7 +21,7 @@ constexpr std::size_t LARGEST_PART = 2;
 constexpr float TOLERANCE = 10;
 /// Weight of the finest detail, beyond that of the plain, from which on it belongs to an edge. What has no such detail
 /// is smooth, and the scales are better at it.
-constexpr float EDGE = 0.3F;
+constexpr float EDGE = 0.15F;
 /// Of the noise's standard deviation.
 constexpr float PROBE = 0.1F;
 /// Pixels of a line that are worked on together.

@@ -1,6 +1,7 @@
 // How far weighted references are from the truth: simulated sensors, and dust on recorded frames, each over seeds by
 // which nothing was chosen.
-//   reference_accuracy [FOLDER]    FOLDER as in FFC_TEST_DATA
+//   cmake --build build/release --target reference_accuracy
+//   build/release/bin/reference_accuracy [FOLDER]    FOLDER as in FFC_TEST_DATA
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
