@@ -167,8 +167,9 @@ bool PrintDust(const std::string &strFolder)
       const SDust stDust = MakeDust(bHard, FIRST_SEED + nSeed);
       set.GetValue().Cover(stDust);
       const std::vector<uint8_t> listTable = set.GetValue().MakeTable(1, nSeed);
-      stInside.Add(set.GetValue().MeasureResidual(&listTable, &stDust.listInside) / 100);
-      stAll.Add(set.GetValue().MeasureResidual(&listTable) / 100);
+      const SResidual stResidual = set.GetValue().MeasureResidual(&listTable, stDust);
+      stInside.Add(stResidual.dInside / 100);
+      stAll.Add(stResidual.dAll / 100);
     }
     std::printf("| %s | %.3f %% | %.3f %% | %.3f %% | %.3f %% |\n", bHard ? "edge" : "fading", stInside.GetMean(),
                 stInside.dWorst, stAll.GetMean(), stAll.dWorst);

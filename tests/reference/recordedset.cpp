@@ -1,8 +1,10 @@
 #include "tests/reference/recordedset.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <optional>
 #include <random>
 
@@ -40,6 +42,29 @@ void AddUp(const std::vector<Frame> &listFrames, uint32_t nFirst, uint32_t nFram
       meter.Add(listFrames[nFrame - 1].data(), listFrames[nFrame].data(), SET_WIDTH, SET_HEIGHT, 2);
     }
   }
+}
+
+/// Percent of the mean, as a standard deviation; 0 of no pixels.
+/// \param pWhere pixels that count; null: all
+double GetCovariance(const std::array<std::vector<uint32_t>, 2> &alistHalves, const std::vector<bool> *pWhere)
+{
+  double dCount = 0;
+  double dOne = 0;
+  double dOther = 0;
+  double dProducts = 0;
+  for (std::size_t n = 0; n < alistHalves[0].size(); ++n) {
+    if (pWhere == nullptr || (*pWhere)[n]) {
+      dCount += 1;
+      dOne += alistHalves[0][n];
+      dOther += alistHalves[1][n];
+      dProducts += static_cast<double>(alistHalves[0][n]) * alistHalves[1][n];
+    }
+  }
+  if (dCount == 0) {
+    return 0;
+  }
+  const double dCovariance = dProducts / dCount - dOne / dCount * (dOther / dCount);
+  return 100 * std::sqrt(std::max(0.0, dCovariance)) / ((dOne + dOther) / 2 / dCount);
 }
 
 } // namespace
@@ -125,37 +150,23 @@ std::vector<uint8_t> CRecordedSet::MakeTable(uint32_t nBright, uint32_t nFirst) 
   return bMade ? listTable : std::vector<uint8_t>();
 }
 
-double CRecordedSet::MeasureResidual(const std::vector<uint8_t> *pTable, const std::vector<bool> *pInside) const
+SResidual CRecordedSet::MeasureResidual(const std::vector<uint8_t> *pTable, const SDust &stDust) const
 {
-  std::vector<double> alistHalves[2] = {std::vector<double>(m_listBright[0].size()),
-                                        std::vector<double>(m_listBright[0].size())};
+  std::array<std::vector<uint32_t>, 2> alistHalves;
+  alistHalves.fill(std::vector<uint32_t>(m_listBright[0].size()));
   for (std::size_t nFrame = FIRST_FRESH; nFrame < m_listBright.size(); ++nFrame) {
     Frame frame = m_listBright[nFrame];
     if (pTable != nullptr) {
       const auto nSize = static_cast<uint32_t>(pTable->size());
       if (OmbrixApplyFlatField(frame.data(), frame.data(), 12, SET_WIDTH, SET_HEIGHT, pTable->data(), &nSize) !=
           OMBRIX_STATUS_SUCCESS) {
-        return std::nan("");
+        return {std::nan(""), std::nan("")};
       }
     }
-    for (std::size_t n = 0; n < frame.size(); ++n) {
-      alistHalves[nFrame % 2][n] += frame[n];
-    }
+    std::transform(frame.begin(), frame.end(), alistHalves[nFrame % 2].begin(), alistHalves[nFrame % 2].begin(),
+                   std::plus<>());
   }
-  double dCount = 0;
-  double dOne = 0;
-  double dOther = 0;
-  double dProducts = 0;
-  for (std::size_t n = 0; n < m_listBright[0].size(); ++n) {
-    if (pInside == nullptr || (*pInside)[n]) {
-      dCount += 1;
-      dOne += alistHalves[0][n];
-      dOther += alistHalves[1][n];
-      dProducts += alistHalves[0][n] * alistHalves[1][n];
-    }
-  }
-  const double dCovariance = dProducts / dCount - dOne / dCount * (dOther / dCount);
-  return 100 * std::sqrt(std::max(0.0, dCovariance)) / ((dOne + dOther) / 2 / dCount);
+  return {GetCovariance(alistHalves, nullptr), GetCovariance(alistHalves, &stDust.listInside)};
 }
 
 } // namespace ffc::test

@@ -24,6 +24,12 @@ struct SDust {
 /// \param bHard with an edge; else they fade
 SDust MakeDust(bool bHard, uint32_t nSeed);
 
+/// Percent.
+struct SResidual {
+  double dAll = 0;
+  double dInside = 0; ///< of the dust
+};
+
 class CRecordedSet {
 public:
   using Frame = std::vector<uint16_t>;
@@ -36,10 +42,9 @@ public:
   /// Of so many bright frames from one on, weighted, and of the first dark ones, as many but 8 at most.
   /// \return empty when that fails
   std::vector<uint8_t> MakeTable(uint32_t nBright, uint32_t nFirst = 0) const;
-  /// Percent, of the frames from the 21st on: the covariance of two halves, in which noise has no part.
+  /// Of the frames from the 21st on: the covariance of two halves, in which noise has no part.
   /// \param pTable null: uncorrected
-  /// \param pInside pixels that count; null: all
-  double MeasureResidual(const std::vector<uint8_t> *pTable, const std::vector<bool> *pInside = nullptr) const;
+  SResidual MeasureResidual(const std::vector<uint8_t> *pTable, const SDust &stDust = {}) const;
 
   std::size_t CountBright() const { return m_listBright.size(); }
 

@@ -10,6 +10,33 @@
 using namespace ffc::test;
 using namespace ffc::reference;
 
+namespace {
+
+/// 100 DN in the mean, each pixel its own.
+Field MakeDarkLevels(SSensor stSensor, double dPattern)
+{
+  stSensor.dLevel = 100;
+  stSensor.dPattern = dPattern;
+  stSensor.nSeed = 9;
+  return stSensor.MakeField();
+}
+
+/// One frame without light.
+CSums MakeLoneDark(SSensor stSensor, const Field &levels)
+{
+  stSensor.dSystemGain = 0;
+  stSensor.nSeed = 20;
+  return CSums(stSensor, levels, 1);
+}
+
+Field Add(Field field, const Field &levels)
+{
+  std::transform(field.begin(), field.end(), levels.begin(), field.begin(), std::plus<>());
+  return field;
+}
+
+} // namespace
+
 TEST(WeightedReference, OneFrameHasAtMostHalfTheErrorOfTheAverage)
 {
   const SSensor stSensor;
@@ -273,21 +300,12 @@ TEST(WeightedReference, ALoneDarkFrameKeepsThePatternThatTheBrightFramesHaveToo)
   SSensor stSensor;
   stSensor.nWidth = 256;
   stSensor.nHeight = 256;
-  SSensor stPattern = stSensor;
-  stPattern.dLevel = 100;
-  stPattern.dPattern = 0.1;
-  stPattern.nSeed = 9;
-  const Field pattern = stPattern.MakeField();
-  Field field = stSensor.MakeField();
-  std::transform(field.begin(), field.end(), pattern.begin(), field.begin(), std::plus<>());
-  SSensor stDarkSensor = stSensor;
-  stDarkSensor.dSystemGain = 0;
-  stDarkSensor.nSeed = 20;
-  const CSums dark(stDarkSensor, pattern, 1);
-  const SMade stMade = MakeReference(stSensor, CSums(stSensor, field, 4), &dark);
+  const Field levels = MakeDarkLevels(stSensor, 0.1);
+  const CSums dark = MakeLoneDark(stSensor, levels);
+  const SMade stMade = MakeReference(stSensor, CSums(stSensor, Add(stSensor.MakeField(), levels), 4), &dark);
   double dSum = 0;
-  for (std::size_t n = 0; n < pattern.size(); ++n) {
-    dSum += std::pow(stMade.listDark[n] / 16.0 - stSensor.dDark - pattern[n], 2) / static_cast<double>(pattern.size());
+  for (std::size_t n = 0; n < levels.size(); ++n) {
+    dSum += std::pow(stMade.listDark[n] / 16.0 - stSensor.dDark - levels[n], 2) / static_cast<double>(levels.size());
   }
   EXPECT_LT(std::sqrt(dSum), 5) << "DN, of a pattern of 10";
 }
@@ -297,23 +315,14 @@ TEST(WeightedReference, ALoneDarkFrameOfManyDarkLevelsIsNoWorseThanItself)
   SSensor stSensor;
   stSensor.nWidth = 192;
   stSensor.nHeight = 160;
-  SSensor stLevels = stSensor;
-  stLevels.dLevel = 100;
-  stLevels.dPattern = 0.6;
-  stLevels.nSeed = 9;
-  Field levels = stLevels.MakeField();
+  Field levels = MakeDarkLevels(stSensor, 0.6);
   for (double &dLevel : levels) {
     dLevel = std::max(dLevel - 80, -90.0); // skewed, as dark levels are
   }
+  const CSums dark = MakeLoneDark(stSensor, levels);
   const Field field = stSensor.MakeField();
-  Field light = field;
-  std::transform(light.begin(), light.end(), levels.begin(), light.begin(), std::plus<>());
-  SSensor stDarkSensor = stSensor;
-  stDarkSensor.dSystemGain = 0;
-  stDarkSensor.nSeed = 20;
-  const CSums dark(stDarkSensor, levels, 1);
   for (const uint32_t nFrames : {1U, 16U}) {
-    const CSums bright(stSensor, light, nFrames);
+    const CSums bright(stSensor, Add(field, levels), nFrames);
     Field average(field.size());
     for (std::size_t n = 0; n < average.size(); ++n) {
       average[n] = static_cast<double>(bright.GetValues()[n]) / nFrames - dark.GetValues()[n];
