@@ -31,7 +31,7 @@ constexpr double LARGEST_ERROR = 0.05;
 /// Standard errors by which the noise lies below the whole where the pattern certainly has a part in that.
 constexpr double FARTHEST_NOISE = 3;
 /// Standard errors by which the noise is taken for less than it seems, as far as the rest is pattern.
-constexpr double CAUTION = 3;
+constexpr double CAUTION = 2;
 /// Electrons, more than a pixel of a common sensor holds at its full scale.
 constexpr double LARGEST_CAPACITY = 100'000;
 /// Standard deviations beyond which a detail is a structure, which is not to decide for all pixels.
