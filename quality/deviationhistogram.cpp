@@ -9,6 +9,13 @@ namespace {
 constexpr double MAX_BINS = 256.0;
 constexpr double TWO_PI = 6.283185307179586;
 
+/// Whole bins in so many. Pixels of a mean image lie on the edges of bins, where rounding must not move them below.
+double CountWhole(double dBins)
+{
+  constexpr double ROUNDING = 1e-6;
+  return std::floor(dBins + ROUNDING);
+}
+
 SDeviationHistogram Count(const std::vector<double> &listValues, uint32_t nFrames)
 {
   SDeviationHistogram stHistogram;
@@ -17,12 +24,12 @@ SDeviationHistogram Count(const std::vector<double> &listValues, uint32_t nFrame
   }
   const auto [itMin, itMax] = std::minmax_element(listValues.begin(), listValues.end());
   const double dSteps = nFrames * (*itMax - *itMin);
-  const double dInterval = std::floor(dSteps / MAX_BINS) + 1.0;
+  const double dInterval = CountWhole(dSteps / MAX_BINS) + 1.0;
   stHistogram.dFirst = *itMin;
   stHistogram.dWidth = dInterval / nFrames;
-  stHistogram.listCounts.assign(static_cast<std::size_t>(dSteps / dInterval) + 1, 0);
+  stHistogram.listCounts.assign(static_cast<std::size_t>(CountWhole(dSteps / dInterval)) + 1, 0);
   for (const double dValue : listValues) {
-    const auto nBin = static_cast<std::size_t>((dValue - stHistogram.dFirst) / stHistogram.dWidth);
+    const auto nBin = static_cast<std::size_t>(CountWhole((dValue - stHistogram.dFirst) / stHistogram.dWidth));
     ++stHistogram.listCounts[std::min(nBin, stHistogram.listCounts.size() - 1)];
   }
   return stHistogram;

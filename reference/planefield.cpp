@@ -43,7 +43,7 @@ void CPlaneField::FindProfiles()
 {
   ForEachItem(m_stGrid.GetCount(), m_nThreads, [this](uint32_t nItem, uint32_t nWorker) {
     CTile &tile = m_listTiles[nWorker];
-    tile.Load(m_source, nItem, nullptr);
+    tile.Load(m_source, nItem, nullptr, &m_stNoise);
     CollectTile(tile);
   });
   double dSum = 0;
@@ -121,7 +121,7 @@ void CPlaneField::LearnFineScales()
   ForEachItem(nTiles, m_nThreads, [&](uint32_t nItem, uint32_t nWorker) {
     CTile &tile = m_listTiles[nWorker];
     const auto nTile = static_cast<uint32_t>(uint64_t{nItem} * m_stGrid.GetCount() / nTiles);
-    tile.Load(m_source, nTile, &m_stProfiles);
+    tile.Load(m_source, nTile, &m_stProfiles, &m_stNoise);
     for (uint32_t nScale = 0; nScale < FINE_SCALES; ++nScale) {
       tile.ComputeEnergy(nScale, m_listScales[nScale].dGain, m_stNoise);
       for (uint32_t nLine = 0; nLine < tile.GetHeight(); ++nLine) {
@@ -148,7 +148,7 @@ void CPlaneField::Write(const SFieldTarget &stTarget)
 {
   std::vector<CRegions> listRegions(m_nThreads);
   ForEachItem(m_stGrid.GetCount(), m_nThreads, [&](uint32_t nItem, uint32_t nWorker) {
-    m_listTiles[nWorker].Load(m_source, nItem, &m_stProfiles);
+    m_listTiles[nWorker].Load(m_source, nItem, &m_stProfiles, &m_stNoise);
     WriteTile(m_listTiles[nWorker], stTarget, listRegions[nWorker]);
   });
 }
@@ -168,7 +168,23 @@ void CPlaneField::WriteTile(CTile &tile, const SFieldTarget &stTarget, CRegions 
   for (uint32_t nLine = 0; nLine < tile.GetHeight(); ++nLine) {
     float *pRemoved = regions.GetRemoved(nLine);
     AddCoarse(tile.GetFirstLine() + nLine, tile.GetFirstColumn(), tile.GetWidth(), pRemoved);
+  }
+  KeepLonePixels(tile, regions);
+  for (uint32_t nLine = 0; nLine < tile.GetHeight(); ++nLine) {
+    const float *pRemoved = regions.GetRemoved(nLine);
     WriteLine(tile, nLine, stTarget, pRemoved);
+  }
+}
+
+/// These have what the average has.
+void CPlaneField::KeepLonePixels(const CTile &tile, CRegions &regions)
+{
+  for (const SLonePixel &stPixel : tile.GetLonePixels()) {
+    const uint32_t nLine = stPixel.nLine - TILE_HALO;
+    const uint32_t nColumn = stPixel.nColumn - TILE_HALO;
+    if (nLine < tile.GetHeight() && nColumn < tile.GetWidth()) {
+      regions.GetRemoved(nLine)[nColumn] = tile.GetSmooth(0, nLine)[nColumn] - stPixel.fSample;
+    }
   }
 }
 

@@ -42,6 +42,7 @@ private:
   void CollectTile(CTile &tile);
   void WeightCoarseScale(uint32_t nScale, SImage &fine, SImage &wide, const SImage &spare, float *pLine);
   void WriteTile(CTile &tile, const SFieldTarget &stTarget, CRegions &regions);
+  static void KeepLonePixels(const CTile &tile, CRegions &regions);
   void WriteLine(const CTile &tile, uint32_t nLine, const SFieldTarget &stTarget, const float *pRemoved) const;
   void AddCoarse(uint32_t nLine, uint32_t nFirst, uint32_t nCount, float *pRemoved) const;
 

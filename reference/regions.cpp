@@ -21,9 +21,11 @@ constexpr std::size_t LARGEST_PART = 2;
 constexpr float TOLERANCE = 10;
 /// Weight of the finest detail, beyond that of the plain, from which on it belongs to an edge. What has no such detail
 /// is smooth, and the scales are better at it.
-constexpr float EDGE = 0.3F;
+constexpr float EDGE = 0.15F;
 /// Of the noise's standard deviation.
 constexpr float PROBE = 0.1F;
+/// Pixels of a line that are worked on together.
+constexpr std::size_t LONGEST_RUN = 64;
 /// Half the side of the window in which the two estimates are compared.
 constexpr int32_t COMPARED = 6;
 
@@ -163,30 +165,47 @@ void CRegions::TakeMeans()
 
 void CRegions::GrowMeans(const float *pProbed, float fRadius)
 {
+  for (std::size_t nFirst = 0; nFirst < m_listPixels.size();) {
+    std::size_t nCount = 1;
+    while (nCount < LONGEST_RUN && nFirst + nCount < m_listPixels.size() &&
+           m_listPixels[nFirst + nCount] == m_listPixels[nFirst] + nCount) {
+      ++nCount;
+    }
+    GrowRun(pProbed, fRadius, nFirst, nCount);
+    nFirst += nCount;
+  }
+}
+
+/// Neighbours of one line side by side, in vectors.
+void CRegions::GrowRun(const float *pProbed, float fRadius, std::size_t nFirst, std::size_t nCount)
+{
+  std::array<float, LONGEST_RUN> afSums{};
+  std::array<float, LONGEST_RUN> afWeights{};
+  std::array<float, LONGEST_RUN> afSquares{};
+  const float *pMeans = m_listMeans.data() + m_listPixels[nFirst];
+  const float *pCounts = m_listCounts.data() + m_listPixels[nFirst];
+  const float *pSamples = pProbed + m_listPixels[nFirst];
   const auto nRadius = static_cast<int32_t>(fRadius);
   const float fPerSquare = 1 / GetSquare(fRadius);
-  for (std::size_t n = 0; n < m_listPixels.size(); ++n) {
-    const uint32_t nPixel = m_listPixels[n];
-    const float fMean = m_listMeans[nPixel];
-    const float fCount = m_listCounts[nPixel];
-    float fSum = 0;
-    float fWeights = 0;
-    float fSquares = 0;
-    for (int32_t nY = -nRadius; nY <= nRadius; ++nY) {
-      const auto nHalf = static_cast<int32_t>(std::sqrt(GetSquare(fRadius) - static_cast<float>(nY * nY)));
-      for (int32_t nX = -nHalf; nX <= nHalf; ++nX) {
-        const float fNear = 1 - static_cast<float>(nX * nX + nY * nY) * fPerSquare;
-        const std::size_t nOther = static_cast<std::size_t>(static_cast<int64_t>(nPixel) + int64_t{nY} * m_nWidth + nX);
-        const float fApart = fCount * GetSquare(fMean - m_listMeans[nOther]);
-        const float fAlike = fApart < 0.5F ? 1 : 2 - 2 * fApart;
-        const float fWeight = fNear > 0 && fAlike > 0 ? fNear * fAlike : 0;
-        fSum += fWeight * pProbed[nOther];
-        fWeights += fWeight;
-        fSquares += fWeight * fWeight;
+  for (int32_t nY = -nRadius; nY <= nRadius; ++nY) {
+    const auto nHalf = static_cast<int32_t>(std::sqrt(GetSquare(fRadius) - static_cast<float>(nY * nY)));
+    for (int32_t nX = -nHalf; nX <= nHalf; ++nX) {
+      const float fNear = 1 - static_cast<float>(nX * nX + nY * nY) * fPerSquare;
+      const std::ptrdiff_t nOther = std::ptrdiff_t{nY} * m_nWidth + nX;
+      for (std::size_t n = 0; n < nCount; ++n) {
+        const float fApart = pMeans[n] - pMeans[static_cast<std::ptrdiff_t>(n) + nOther];
+        const float fAlike = 2 - 2 * pCounts[n] * (fApart * fApart);
+        const float fLimited = fAlike > 0 ? fAlike : 0.0F;
+        const float fWeight = fNear * (fLimited < 1 ? fLimited : 1.0F);
+        afSums[n] += fWeight * pSamples[static_cast<std::ptrdiff_t>(n) + nOther];
+        afWeights[n] += fWeight;
+        afSquares[n] += fWeight * fWeight;
       }
     }
-    m_listNext[n] = fSum / fWeights;
-    m_listNextCounts[n] = fWeights * fWeights / fSquares;
+  }
+  for (std::size_t n = 0; n < nCount; ++n) {
+    m_listNext[nFirst + n] = afSums[n] / afWeights[n];
+    m_listNextCounts[nFirst + n] = afWeights[n] * afWeights[n] / afSquares[n];
   }
 }
 

@@ -42,6 +42,7 @@ private:
   void FindMeans(const float *pSamples, const float *pProbed);
   void TakeMeans();
   void GrowMeans(const float *pProbed, float fRadius);
+  void GrowRun(const float *pProbed, float fRadius, std::size_t nFirst, std::size_t nCount);
   void Choose(const float *pSamples);
 
   uint32_t m_nWidth = 0; ///< with the halo

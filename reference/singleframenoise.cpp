@@ -17,13 +17,23 @@ constexpr int32_t SMALLEST_DETAIL = -13; ///< octave, DN
 constexpr uint32_t DETAIL_BINS = DETAIL_OCTAVES * DETAILS_PER_OCTAVE;
 constexpr uint64_t ENOUGH_DETAILS = 500; ///< of a level
 constexpr uint32_t LOOKED_AT = 32;       ///< tiles of a plane
-/// Of the variance of a median's square, in units of the square over the count: that of independent normal samples, and
+/// Standard deviations beyond which a detail does not count, and the variance of what is left of a normal distribution
+/// of variance 1.
+constexpr double FARTHEST_COUNTED = 2.5;
+constexpr double VARIANCE_WITHIN = 0.911258;
+/// Of the variance of such a variance, in units of its square over the count: that of independent normal samples, and
 /// neighbours share some.
-constexpr double MEDIAN_SPREAD = 7;
+constexpr double VARIANCE_SPREAD = 3.5;
+/// Rounds, from the median on.
+constexpr int VARIANCE_ROUNDS = 12;
 /// Largest standard error, of the whole variance, of a part that is believed whatever it is.
 constexpr double LARGEST_ERROR = 0.05;
 /// Standard errors by which the noise lies below the whole where the pattern certainly has a part in that.
 constexpr double FARTHEST_NOISE = 3;
+/// Standard errors by which the noise is taken for less than it seems, as far as the rest is pattern.
+constexpr double CAUTION = 2;
+/// Electrons, more than a pixel of a common sensor holds at its full scale.
+constexpr double LARGEST_CAPACITY = 100'000;
 /// Standard deviations beyond which a detail is a structure, which is not to decide for all pixels.
 constexpr double FARTHEST = 4;
 constexpr double MEDIAN_OF_NORMAL = 0.674489750196;
@@ -47,6 +57,25 @@ struct SLevel {
     }
     return 0;
   }
+
+  /// Variance of those that are no structure, as if they were normal.
+  double GetVariance() const
+  {
+    double dDeviation = GetMedian() / MEDIAN_OF_NORMAL;
+    for (int nRound = 0; nRound < VARIANCE_ROUNDS; ++nRound) {
+      double dWithin = 0;
+      double dSquares = 0;
+      for (uint32_t n = 0; n < DETAIL_BINS; ++n) {
+        const double dDetail = std::exp2(SMALLEST_DETAIL + (n + 0.5) / DETAILS_PER_OCTAVE);
+        if (listCounts[n] > 0 && dDetail < FARTHEST_COUNTED * dDeviation) {
+          dWithin += listCounts[n];
+          dSquares += listCounts[n] * dDetail * dDetail;
+        }
+      }
+      dDeviation = dWithin > 0 ? std::sqrt(dSquares / dWithin / VARIANCE_WITHIN) : 0;
+    }
+    return dDeviation * dDeviation;
+  }
 };
 
 uint32_t Limit(double dBin, uint32_t nBins)
@@ -58,12 +87,12 @@ class CDetails {
 public:
   CDetails() : m_listLevels(LEVEL_BINS) {}
 
-  void Add(const CPlaneSource &source)
+  void Add(const CPlaneSource &source, const SFieldNoise *pNoise)
   {
     const uint32_t nTiles = STileGrid(source.GetPlane()).GetCount();
     const uint32_t nLookedAt = std::min(nTiles, LOOKED_AT);
     for (uint32_t n = 0; n < nLookedAt; ++n) {
-      m_tile.Load(source, static_cast<uint32_t>(uint64_t{n} * nTiles / nLookedAt), nullptr);
+      m_tile.Load(source, static_cast<uint32_t>(uint64_t{n} * nTiles / nLookedAt), nullptr, pNoise);
       for (uint32_t nLine = 0; nLine < m_tile.GetHeight(); ++nLine) {
         AddLine(nLine);
       }
@@ -83,9 +112,9 @@ public:
     std::vector<SPoint> listPoints;
     for (const SLevel &stLevel : m_listLevels) {
       if (stLevel.nCount >= std::min(ENOUGH_DETAILS, m_nCount / 4)) {
-        const double dDeviation = stLevel.nCount > 0 ? stLevel.GetMedian() / MEDIAN_OF_NORMAL : 0;
+        const double dVariance = stLevel.nCount > 0 ? stLevel.GetVariance() : 0;
         const auto dCount = static_cast<double>(stLevel.nCount);
-        listPoints.push_back({dCount > 0 ? stLevel.dSum / dCount : 0, dDeviation * dDeviation / dGain, dCount});
+        listPoints.push_back({dCount > 0 ? stLevel.dSum / dCount : 0, dVariance / dGain, dCount});
       }
     }
     return listPoints;
@@ -125,7 +154,7 @@ struct SFit {
 
   void Add(const CDetails::SPoint &stPoint, double dVariance)
   {
-    const double dWeight = stPoint.dCount / (MEDIAN_SPREAD * std::max(stPoint.dVariance * stPoint.dVariance, 1e-12));
+    const double dWeight = stPoint.dCount / (VARIANCE_SPREAD * std::max(stPoint.dVariance * stPoint.dVariance, 1e-12));
     const double dS = stPoint.dLevel;
     dSS += dWeight * dS * dS;
     dSSS += dWeight * dS * dS * dS;
@@ -135,99 +164,134 @@ struct SFit {
   }
 };
 
-/// Over all levels.
-double GetMeanVariance(const std::vector<CPlaneSource> &listPlanes)
-{
-  CDetails details;
-  for (const CPlaneSource &source : listPlanes) {
-    details.Add(source);
-  }
+/// Sums over the finest details of a dark and a bright frame: of x = dark (dark - bright), whose mean is the variance
+/// of the dark one's noise.
+struct SSharedDetail {
   double dCount = 0;
-  double dVariance = 0;
-  for (const CDetails::SPoint &stPoint : details.GetPoints()) {
-    dCount += stPoint.dCount;
-    dVariance += stPoint.dCount * stPoint.dVariance;
-  }
-  return dCount > 0 ? dVariance / dCount : 0;
-}
-
-/// Products of the finest details of two frames, neither beyond its limit.
-double SumProducts(const CTile &one, double dLimitOne, const CTile &other, double dLimitOther)
-{
   double dSum = 0;
-  for (uint32_t nLine = 0; nLine < one.GetHeight(); ++nLine) {
-    const float *pOne = one.GetSmooth(0, nLine);
-    const float *pOneWide = one.GetSmooth(1, nLine);
-    const float *pOther = other.GetSmooth(0, nLine);
-    const float *pOtherWide = other.GetSmooth(1, nLine);
-    for (uint32_t n = 0; n < one.GetWidth(); ++n) {
-      dSum += std::clamp(double{pOne[n]} - double{pOneWide[n]}, -dLimitOne, dLimitOne) *
-              std::clamp(double{pOther[n]} - double{pOtherWide[n]}, -dLimitOther, dLimitOther);
+  double dSquares = 0;
+
+  /// Where neither lies beyond its limit.
+  void Add(const CTile &dark, double dLimit, const CTile &bright, double dLimitBright)
+  {
+    for (uint32_t nLine = 0; nLine < dark.GetHeight(); ++nLine) {
+      const float *pDark = dark.GetSmooth(0, nLine);
+      const float *pDarkWide = dark.GetSmooth(1, nLine);
+      const float *pBright = bright.GetSmooth(0, nLine);
+      const float *pBrightWide = bright.GetSmooth(1, nLine);
+      for (uint32_t n = 0; n < dark.GetWidth(); ++n) {
+        const double dDark = double{pDark[n]} - double{pDarkWide[n]};
+        const double dBright = double{pBright[n]} - double{pBrightWide[n]};
+        if (std::abs(dDark) <= dLimit && std::abs(dBright) <= dLimitBright) {
+          const double dNoise = dDark * (dDark - dBright);
+          dCount += 1;
+          dSum += dNoise;
+          dSquares += dNoise * dNoise;
+        }
+      }
     }
   }
-  return dSum;
-}
 
-} // namespace
+  /// Lowered by its error: too little noise brings the average back, too much takes the pattern away.
+  double GetNoise() const
+  {
+    if (!(dCount > 0)) {
+      return 0;
+    }
+    const double dMean = dSum / dCount;
+    return dMean - CAUTION * std::sqrt(std::max(0.0, dSquares / dCount - dMean * dMean) / dCount);
+  }
+};
 
-SSingleFrameNoise MeasureSingleFrame(const std::vector<CPlaneSource> &listPlanes, double dDark)
+/// \param pNoise by which lone pixels are found, which do not count; null: they do
+CDetails CollectDetails(const std::vector<CPlaneSource> &listPlanes, const SFieldNoise *pNoise)
 {
   CDetails details;
   for (const CPlaneSource &source : listPlanes) {
-    details.Add(source);
+    details.Add(source, pNoise);
   }
-  SFit stFit;
+  return details;
+}
+
+/// Variances, weighted by how many details there are of each level.
+struct SMeans {
   double dCount = 0;
   double dLevel = 0;
   double dVariance = 0;
-  for (const CDetails::SPoint &stPoint : details.GetPoints()) {
-    stFit.Add(stPoint, stPoint.dVariance - dDark);
-    dCount += stPoint.dCount;
-    dLevel += stPoint.dCount * stPoint.dLevel;
-    dVariance += stPoint.dCount * stPoint.dVariance;
+
+  explicit SMeans(const std::vector<CDetails::SPoint> &listPoints)
+  {
+    for (const CDetails::SPoint &stPoint : listPoints) {
+      dCount += stPoint.dCount;
+      dLevel += stPoint.dCount * stPoint.dLevel;
+      dVariance += stPoint.dCount * stPoint.dVariance;
+    }
+    dLevel /= std::max(dCount, 1.0);
+    dVariance /= std::max(dCount, 1.0);
   }
+};
+
+} // namespace
+
+SSingleFrameNoise MeasureSingleFrame(const std::vector<CPlaneSource> &listPlanes, double dDark, uint32_t nBitDepth)
+{
+  // Pixels far off would pass for a level of their own, with much pattern. What is far off, the whole tells.
+  const SMeans stAll(CollectDetails(listPlanes, nullptr).GetPoints());
+  const double dLight = std::max(0.0, stAll.dVariance - dDark) / std::max(stAll.dLevel, 1e-3);
+  const SFieldNoise stNoise = {static_cast<float>(std::min(dDark, stAll.dVariance)), static_cast<float>(dLight), 0};
+  const std::vector<CDetails::SPoint> listPoints = CollectDetails(listPlanes, &stNoise).GetPoints();
+  const SMeans stMeans(listPoints);
   SSingleFrameNoise stResult;
-  if (!(dCount > 0) || !(dLevel > 0)) {
-    stResult.stNoise.dDark = dCount > 0 ? dVariance / dCount : 0;
+  if (!(stMeans.dLevel > 0)) {
+    stResult.stNoise.dDark = stMeans.dVariance;
     return stResult;
   }
-  const double dWhole = std::max(0.0, dVariance - dDark * dCount) / dLevel;
-  stResult.stNoise = {std::min(dDark, dVariance / dCount), dWhole, 0};
+  const double dWhole = std::max(0.0, stMeans.dVariance - dDark) / stMeans.dLevel;
+  stResult.stNoise = {std::min(dDark, stMeans.dVariance), dWhole, 0};
+  SFit stFit;
+  for (const CDetails::SPoint &stPoint : listPoints) {
+    stFit.Add(stPoint, stPoint.dVariance - dDark);
+  }
   const double dDeterminant = stFit.dSS * stFit.dSSSS - stFit.dSSS * stFit.dSSS;
   if (dDeterminant > 1e-9 * stFit.dSS * stFit.dSSSS) {
     const double dLinear = (stFit.dSSSS * stFit.dVS - stFit.dSSS * stFit.dVSS) / dDeterminant;
     const double dError = std::sqrt(stFit.dSSSS / dDeterminant);
     // What is known too badly to be believed may still say that it is not the whole. Too little noise brings the
-    // average back, too much takes the pattern away: the estimate is not raised to be safe.
-    stResult.bSeparated =
-      (dError < LARGEST_ERROR * dWhole && dLinear > 0) || dLinear + FARTHEST_NOISE * dError < dWhole;
-    stResult.stNoise.dPerLevel = stResult.bSeparated ? std::clamp(dLinear, 0.0, dWhole) : dWhole;
+    // average back, too much takes the pattern away: where there is one, the estimate is lowered to be safe.
+    if ((dError < LARGEST_ERROR * dWhole && dLinear > 0) || dLinear + FARTHEST_NOISE * dError < dWhole) {
+      const double dPattern = std::clamp(1 - dLinear / dWhole, 0.0, 1.0);
+      stResult.eSource = ENoiseSource::PhotonTransfer;
+      stResult.stNoise.dPerLevel = std::clamp(dLinear - CAUTION * dError * dPattern, 0.0, dWhole);
+      return stResult;
+    }
+  }
+  // As noise of the light it would be that of so many electrons. Half of a whole is never farther from either of its
+  // parts than the half.
+  if (dWhole * LARGEST_CAPACITY < std::exp2(nBitDepth)) {
+    stResult.eSource = ENoiseSource::HalfDetail;
+    stResult.stNoise.dPerLevel = dWhole / 2;
   }
   return stResult;
 }
 
 double MeasureSingleDark(const std::vector<CPlaneSource> &listDark, const std::vector<CPlaneSource> &listBright)
 {
-  const double dDetail = GetMeanVariance(listDark);
-  const double dLimit = FARTHEST * std::sqrt(dDetail);
-  const double dLimitBright = FARTHEST * std::sqrt(GetMeanVariance(listBright));
+  const double dDetail = SMeans(CollectDetails(listDark, nullptr).GetPoints()).dVariance;
+  const double dBright = SMeans(CollectDetails(listBright, nullptr).GetPoints()).dVariance;
   CTile tileDark;
   CTile tileBright;
-  double dProducts = 0;
-  double dCount = 0;
+  SSharedDetail stShared;
   for (std::size_t nPlane = 0; nPlane < listDark.size(); ++nPlane) {
     const uint32_t nTiles = STileGrid(listDark[nPlane].GetPlane()).GetCount();
     const uint32_t nLookedAt = std::min(nTiles, LOOKED_AT);
     for (uint32_t n = 0; n < nLookedAt; ++n) {
       const auto nTile = static_cast<uint32_t>(uint64_t{n} * nTiles / nLookedAt);
-      tileDark.Load(listDark[nPlane], nTile, nullptr);
-      tileBright.Load(listBright[nPlane], nTile, nullptr);
-      dProducts += SumProducts(tileDark, dLimit, tileBright, dLimitBright);
-      dCount += static_cast<double>(tileDark.GetWidth()) * tileDark.GetHeight();
+      tileDark.Load(listDark[nPlane], nTile, nullptr, nullptr);
+      tileBright.Load(listBright[nPlane], nTile, nullptr, nullptr);
+      stShared.Add(tileDark, FARTHEST * std::sqrt(dDetail), tileBright, FARTHEST * std::sqrt(dBright));
     }
   }
-  const double dShared = dCount > 0 ? dProducts / dCount / GetScaleStatistics(1).front().dGain : 0;
-  return std::clamp(dDetail - dShared, 0.0, dDetail);
+  return std::clamp(stShared.GetNoise() / GetScaleStatistics(1).front().dGain, 0.0, dDetail);
 }
 
 } // namespace ffc::reference

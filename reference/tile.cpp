@@ -13,7 +13,10 @@ constexpr float LONE = 12;
 
 } // namespace
 
-CTile::CTile() : m_listMemory(LARGEST_SIDE * LARGEST_SIDE * IMAGES + LARGEST_SIDE) {}
+CTile::CTile()
+  : m_listMemory(LARGEST_SIDE * LARGEST_SIDE * IMAGES + LARGEST_SIDE), m_lonePixels(LARGEST_SIDE * LARGEST_SIDE)
+{
+}
 
 SImage CTile::MakeImage(uint32_t nPlace)
 {
@@ -21,7 +24,7 @@ SImage CTile::MakeImage(uint32_t nPlace)
           m_nHeight + 2 * TILE_HALO};
 }
 
-void CTile::Load(const CPlaneSource &source, uint32_t nTile, const SProfileSums *pProfiles)
+void CTile::Load(const CPlaneSource &source, uint32_t nTile, const SProfileSums *pProfiles, const SFieldNoise *pNoise)
 {
   const SPlane &stPlane = source.GetPlane();
   const uint32_t nColumns = STileGrid(stPlane).nColumns;
@@ -43,8 +46,12 @@ void CTile::Load(const CPlaneSource &source, uint32_t nTile, const SProfileSums 
     }
   }
   float *pSpare = m_listMemory.data() + LARGEST_SIDE * LARGEST_SIDE * IMAGES;
+  m_lonePixels.Clear();
   for (uint32_t n = 0; n < FINE_SCALES; ++n) {
     Smooth(m_aSmooth[n], m_aSmooth[n + 1], 1U << n, pSpare);
+    if (n == 0 && pNoise != nullptr) {
+      m_lonePixels.TakeOut(m_aSmooth[0], m_aSmooth[1], *pNoise);
+    }
   }
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "reference/lonepixels.h"
 #include "reference/noisemodel.h"
 #include "reference/planesource.h"
 #include "reference/profiles.h"
@@ -40,7 +41,8 @@ public:
 
   /// Reads a tile, less the profiles, and smooths it.
   /// \param pProfiles may be null
-  void Load(const CPlaneSource &source, uint32_t nTile, const SProfileSums *pProfiles);
+  /// \param pNoise by which lone pixels are found and taken out; null: they stay
+  void Load(const CPlaneSource &source, uint32_t nTile, const SProfileSums *pProfiles, const SFieldNoise *pNoise);
 
   uint32_t GetFirstColumn() const { return m_nFirstColumn; }
   uint32_t GetFirstLine() const { return m_nFirstLine; }
@@ -50,6 +52,9 @@ public:
 
   /// A line of the tile after so many smoothings; line 0 is the tile's first.
   const float *GetSmooth(uint32_t nSmoothings, uint32_t nLine) const { return GetInner(m_aSmooth[nSmoothings], nLine); }
+
+  /// Those that were taken out, by their places in the smoothed images, with halo.
+  const std::vector<SLonePixel> &GetLonePixels() const { return m_lonePixels.GetAll(); }
 
   /// Mean squares of the detail of a scale around each sample, in units of the noise; more for a sample that stands out
   /// alone.
@@ -73,6 +78,7 @@ private:
   void Subtract(const SProfileSums &stProfiles, const SPlane &stPlane, uint32_t nLine, float *pLine) const;
 
   std::vector<float> m_listMemory;
+  CLonePixels m_lonePixels;
   std::array<SImage, FINE_SCALES + 1> m_aSmooth;
   SImage m_squares;
   SImage m_energy;

@@ -99,8 +99,9 @@ private:
     if (HasPairs(m_stInput.stDark)) {
       return m_stInput.stDark.pMeter->GetAll().dSample * GetVarianceScale(m_stInput.stDark);
     }
-    return m_stInput.stCamera ? GetSquare(m_stInput.stCamera->dDarkNoise)
-                              : MeasureSingleDark(listSources, MakeSources(m_stInput.stBright, nullptr));
+    return m_stInput.stCamera && m_stInput.stCamera->dDarkNoise
+             ? GetSquare(*m_stInput.stCamera->dDarkNoise)
+             : MeasureSingleDark(listSources, MakeSources(m_stInput.stBright, nullptr));
   }
 
   double GetDarkLineNoise() const
@@ -118,11 +119,13 @@ private:
     }
     if (m_stInput.stCamera) {
       m_stResult.eNoise = ENoiseSource::Camera;
-      return {listSources.size(),
-              {GetSquare(m_stInput.stCamera->dDarkNoise), m_stInput.stCamera->dSystemGain, GetDarkLineNoise()}};
+      const std::optional<double> &dDarkNoise = m_stInput.stCamera->dDarkNoise;
+      return {
+        listSources.size(),
+        {dDarkNoise ? GetSquare(*dDarkNoise) : m_dDarkVariance, m_stInput.stCamera->dSystemGain, GetDarkLineNoise()}};
     }
-    const SSingleFrameNoise stSingle = MeasureSingleFrame(listSources, m_dDarkVariance);
-    m_stResult.eNoise = stSingle.bSeparated ? ENoiseSource::PhotonTransfer : ENoiseSource::AllDetail;
+    const SSingleFrameNoise stSingle = MeasureSingleFrame(listSources, m_dDarkVariance, m_stInput.nBitDepth);
+    m_stResult.eNoise = stSingle.eSource;
     return {listSources.size(), stSingle.stNoise};
   }
 
@@ -171,6 +174,7 @@ const char *DescribeNoiseSource(ENoiseSource eSource)
   case ENoiseSource::Differences: return "differences of the frames";
   case ENoiseSource::Camera: return "camera data";
   case ENoiseSource::PhotonTransfer: return "photon transfer within the frame";
+  case ENoiseSource::HalfDetail: return "half of the fine detail of the one frame";
   case ENoiseSource::AllDetail: break;
   }
   return "all fine detail of the one frame";

@@ -26,7 +26,8 @@ struct SFrameSums {
 /// What a data sheet after EMVA 1288 says of the camera.
 struct SCameraNoise {
   double dSystemGain = 0; ///< K, DN per electron
-  double dDarkNoise = 0;  ///< temporal dark noise, DN
+  /// Temporal dark noise, DN; unless told, what the dark frames show.
+  std::optional<double> dDarkNoise = std::nullopt;
 };
 
 struct SReferenceInput {
@@ -46,6 +47,7 @@ enum class ENoiseSource {
   Camera,         ///< as it was stated
   PhotonTransfer, ///< within the one frame
   AllDetail,      ///< one frame of nearly one level: its finest detail counts as noise
+  HalfDetail,     ///< the same, with less of it than the light's noise in any common sensor: half of it counts
 };
 
 /// "differences of the frames" and so on.

@@ -111,6 +111,16 @@ std::vector<SlowImage> Filter(std::vector<SlowImage> listFrames, EHighPass eKind
   return listFrames;
 }
 
+void ExpectSpectrogram(const std::vector<double> &listFast, const SlowImage &image)
+{
+  const std::vector<double> listSlow = MakeSpectrogramSlowly(image);
+  ASSERT_EQ(listFast.size(), listSlow.size());
+  const double dLargest = *std::max_element(listSlow.begin(), listSlow.end());
+  for (std::size_t n = 0; n < listFast.size(); ++n) {
+    EXPECT_NEAR(listFast[n], listSlow[n], RELATIVE * dLargest) << n;
+  }
+}
+
 } // namespace
 
 TEST(Nonuniformity, EqualsTheSlowTwinInEveryChannelWithAndWithoutTheHighPass)
@@ -235,15 +245,59 @@ TEST(Nonuniformity, SpectrogramsOfAnyLengthAreThoseOfTheDefinition)
     const SDeviationImage stImage =
       MakeDeviationImage(stSample.MakeStack(stSample.listBright, EColorLayout::Mono), nullptr, stChannel, nullptr);
     const SlowImage mean = AverageSlowly(stSample.Cut(stSample.listBright, stChannel));
-    const auto fnCompare = [](const std::vector<double> &listFast, const std::vector<double> &listSlow) {
-      ASSERT_EQ(listFast.size(), listSlow.size());
-      const double dLargest = *std::max_element(listSlow.begin(), listSlow.end());
-      for (std::size_t n = 0; n < listFast.size(); ++n) {
-        EXPECT_NEAR(listFast[n], listSlow[n], RELATIVE * dLargest) << n;
+    ExpectSpectrogram(MakeHorizontalSpectrogram(stImage), mean);
+    ExpectSpectrogram(MakeVerticalSpectrogram(stImage), Transpose(mean));
+  }
+}
+
+TEST(Nonuniformity, SpectrogramsOfPrnuAreThoseOfTheDefinitionInEveryChannelWithTheHighPass)
+{
+  const SSample stSample(34, 26);
+  const EHighPass eHighPass = EHighPass::Release4;
+  for (const EColorLayout eLayout : {EColorLayout::Mono, EColorLayout::BayerGR}) {
+    const CFrameStack stackBright = stSample.MakeStack(stSample.listBright, eLayout);
+    const CFrameStack stackDark = stSample.MakeStack(stSample.listDark, eLayout);
+    for (const SChannel &stChannel : GetChannels(eLayout)) {
+      const SDeviationImage stImage = MakeDeviationImage(stackBright, &stackDark, stChannel, &eHighPass);
+      SlowImage image = AverageSlowly(stSample.Cut(stSample.listBright, stChannel));
+      const SlowImage dark = AverageSlowly(stSample.Cut(stSample.listDark, stChannel));
+      for (std::size_t nRow = 0; nRow < image.size(); ++nRow) {
+        std::transform(image[nRow].begin(), image[nRow].end(), dark[nRow].begin(), image[nRow].begin(), std::minus<>());
       }
-    };
-    fnCompare(MakeHorizontalSpectrogram(stImage), MakeSpectrogramSlowly(mean));
-    fnCompare(MakeVerticalSpectrogram(stImage), MakeSpectrogramSlowly(Transpose(mean)));
+      image = FilterSlowly(image);
+      ExpectSpectrogram(MakeHorizontalSpectrogram(stImage), image);
+      ExpectSpectrogram(MakeVerticalSpectrogram(stImage), Transpose(image));
+    }
+  }
+}
+
+TEST(DeviationHistogram, EqualsTheSlowTwinThatCountsInWholeNumbers)
+{
+  SSample stSample(29, 23);
+  const SChannel stChannel = GetChannels(EColorLayout::Mono)[0];
+  for (uint32_t nFrames = 1; nFrames <= 7; ++nFrames) {
+    SCOPED_TRACE(nFrames);
+    stSample.stScene.dNoise = 5;
+    const std::vector<TestFrame> listFrames = stSample.stScene.MakeFrames(nFrames, nFrames);
+    const CFrameStack stack = stSample.MakeStack(listFrames, EColorLayout::Mono);
+    const SDeviationImage stImage = MakeDeviationImage(stack, nullptr, stChannel, nullptr);
+    const SDeviationHistogram stFast = MakeLogarithmicHistogram(stImage);
+    const SSlowHistogram stSlow = MakeHistogramSlowly(stSample.Cut(listFrames, stChannel));
+    EXPECT_NEAR(stFast.dFirst, stSlow.dFirst, RELATIVE * std::abs(stSlow.dFirst));
+    EXPECT_NEAR(stFast.dWidth, stSlow.dWidth, RELATIVE * stSlow.dWidth);
+    EXPECT_EQ(stFast.listCounts, stSlow.listCounts);
+    ASSERT_EQ(stFast.listNormal.size(), stSlow.listNormal.size());
+    for (std::size_t n = 0; n < stSlow.listNormal.size(); ++n) {
+      EXPECT_NEAR(stFast.listNormal[n], stSlow.listNormal[n], 1e-6 * stSlow.listNormal[n]) << n;
+    }
+    const SDeviationHistogram stAccumulated = MakeAccumulatedHistogram(stImage);
+    for (std::size_t n = 0; n < stAccumulated.listCounts.size(); ++n) {
+      const double dLeast = stAccumulated.dFirst + static_cast<double>(n) * stAccumulated.dWidth;
+      EXPECT_EQ(stAccumulated.listCounts[n],
+                std::count_if(stImage.listValues.begin(), stImage.listValues.end(),
+                              [&](double dValue) { return std::abs(dValue) >= dLeast - 1e-9; }))
+        << n;
+    }
   }
 }
 

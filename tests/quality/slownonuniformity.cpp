@@ -1,5 +1,6 @@
 #include "tests/quality/slownonuniformity.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <complex>
@@ -210,4 +211,32 @@ SlowImage Transpose(const SlowImage &image)
     }
   }
   return turned;
+}
+
+SSlowHistogram MakeHistogramSlowly(const std::vector<SlowImage> &listFrames)
+{
+  const auto dFrames = static_cast<double>(listFrames.size());
+  std::vector<int64_t> listSums;
+  for (const double dMean : ListAll(AverageSlowly(listFrames))) {
+    listSums.push_back(std::llround(dMean * dFrames));
+  }
+  const int64_t nLeast = *std::min_element(listSums.begin(), listSums.end());
+  const int64_t nRange = *std::max_element(listSums.begin(), listSums.end()) - nLeast;
+  const int64_t nSteps = nRange / 256 + 1;
+  const double dMean = Average(ListAll(AverageSlowly(listFrames)));
+  const double dVariance = AverageSquareDistance(ListAll(AverageSlowly(listFrames)), dMean);
+  SSlowHistogram stHistogram;
+  stHistogram.dFirst = static_cast<double>(nLeast) / dFrames - dMean;
+  stHistogram.dWidth = static_cast<double>(nSteps) / dFrames;
+  for (int64_t nBin = 0; nBin <= nRange / nSteps; ++nBin) {
+    stHistogram.listCounts.push_back(
+      static_cast<uint64_t>(std::count_if(listSums.begin(), listSums.end(), [&](int64_t nSum) {
+        return nSum - nLeast >= nBin * nSteps && nSum - nLeast < (nBin + 1) * nSteps;
+      })));
+    const double dAt = stHistogram.dFirst + (static_cast<double>(nBin) + 0.5) * stHistogram.dWidth;
+    stHistogram.listNormal.push_back(static_cast<double>(listSums.size()) * stHistogram.dWidth *
+                                     std::exp(-dAt * dAt / (2 * dVariance)) /
+                                     std::sqrt(2 * 3.14159265358979323846 * dVariance));
+  }
+  return stHistogram;
 }

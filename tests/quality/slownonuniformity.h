@@ -30,3 +30,13 @@ SlowImage AverageSlowly(const std::vector<SlowImage> &listFrames);
 /// Power of the rows' Fourier transforms, from the sum that defines it.
 std::vector<double> MakeSpectrogramSlowly(const SlowImage &image);
 SlowImage Transpose(const SlowImage &image);
+
+/// Pixels by the sums of their frames, which are whole numbers, in whole numbers: bins of so many steps that there are
+/// at most 256 and one.
+struct SSlowHistogram {
+  double dFirst = 0;
+  double dWidth = 0;
+  std::vector<uint64_t> listCounts;
+  std::vector<double> listNormal;
+};
+SSlowHistogram MakeHistogramSlowly(const std::vector<SlowImage> &listFrames);

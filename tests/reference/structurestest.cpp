@@ -70,6 +70,34 @@ INSTANTIATE_TEST_SUITE_P(
                [](uint32_t nX, uint32_t nY) { return (nX >= 92 && nX < 100) || (nY >= 76 && nY < 84); }, 1.01}),
   [](const auto &info) { return std::string(info.param.pName); });
 
+class LonePixels : public testing::TestWithParam<uint32_t> {};
+
+TEST_P(LonePixels, AreAsInTheAverageWhereTheyStandOutAndWhatIsAroundThemIsNot)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 192;
+  stSensor.nHeight = 160;
+  stSensor.dPattern = 0.002;
+  // Hot and dim ones in turn, some as pairs, nine standard deviations of the average's noise off.
+  const double dOff = 9 * 0.0118 / std::sqrt(GetParam());
+  const auto fnIsOdd = [](uint32_t nX, uint32_t nY) { return nY % 16 == 9 && (nX % 16 == 7 || nX % 64 == 8); };
+  stSensor.fnStructure = [&](uint32_t nX, uint32_t nY) {
+    return fnIsOdd(nX, nY) ? 1 + (nX / 16 % 2 == 0 ? dOff : -dOff) : 1;
+  };
+  const Field field = stSensor.MakeField();
+  const CSums bright(stSensor, field, GetParam());
+  const CSums dark(stSensor, Field(field.size()), 4);
+  const Field signal = MakeReference(stSensor, bright, &dark).GetSignal(stSensor);
+  const Field average = GetAverage(stSensor, bright);
+  EXPECT_LE(GetError(stSensor, signal, field, fnIsOdd), 1.01 * GetError(stSensor, average, field, fnIsOdd));
+  const auto fnIsAround = [&](uint32_t nX, uint32_t nY) {
+    return !fnIsOdd(nX, nY) && nY % 16 >= 7 && nY % 16 <= 11 && nX % 16 >= 5 && nX % 16 <= 10;
+  };
+  EXPECT_LT(GetError(stSensor, signal, field, fnIsAround), 0.5 * GetError(stSensor, average, field, fnIsAround));
+}
+
+INSTANTIATE_TEST_SUITE_P(Frames, LonePixels, testing::Values(1U, 2U, 4U));
+
 TEST(LoneStructures, ADeadPixelStaysAsDarkAsItIs)
 {
   SSensor stSensor;

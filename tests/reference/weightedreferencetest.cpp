@@ -10,6 +10,33 @@
 using namespace ffc::test;
 using namespace ffc::reference;
 
+namespace {
+
+/// 100 DN in the mean, each pixel its own.
+Field MakeDarkLevels(SSensor stSensor, double dPattern)
+{
+  stSensor.dLevel = 100;
+  stSensor.dPattern = dPattern;
+  stSensor.nSeed = 9;
+  return stSensor.MakeField();
+}
+
+/// One frame without light.
+CSums MakeLoneDark(SSensor stSensor, const Field &levels)
+{
+  stSensor.dSystemGain = 0;
+  stSensor.nSeed = 20;
+  return CSums(stSensor, levels, 1);
+}
+
+Field Add(Field field, const Field &levels)
+{
+  std::transform(field.begin(), field.end(), levels.begin(), field.begin(), std::plus<>());
+  return field;
+}
+
+} // namespace
+
 TEST(WeightedReference, OneFrameHasAtMostHalfTheErrorOfTheAverage)
 {
   const SSensor stSensor;
@@ -177,20 +204,52 @@ TEST(WeightedReference, TwoLevelsInOneFrameTellNoiseFromPattern)
 TEST(WeightedReference, OneFrameKeepsThePatternOfASensorThatHasMoreOfItThanNoiseWhereShadingTellsThemApart)
 {
   SSensor stSensor;
-  stSensor.nWidth = 640;
-  stSensor.nHeight = 480;
-  stSensor.dPattern = 0.01;
+  stSensor.nWidth = 400;
+  stSensor.nHeight = 300;
   stSensor.dSystemGain = 0.027;
   stSensor.fnStructure = [](uint32_t nX, uint32_t nY) {
-    return 1 - 0.4 * (std::pow(nX / 640.0 - 0.5, 2) + std::pow(nY / 480.0 - 0.5, 2));
+    return 1 - 0.4 * (std::pow(nX / 400.0 - 0.5, 2) + std::pow(nY / 300.0 - 0.5, 2));
   };
+  for (const double dPattern : {0.01, 0.02}) {
+    stSensor.dPattern = dPattern;
+    const Field field = stSensor.MakeField();
+    const CSums bright(stSensor, field, 1);
+    const CSums dark(stSensor, Field(field.size()), 2);
+    const SMade stMade = MakeReference(stSensor, bright, &dark);
+    EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::PhotonTransfer) << dPattern;
+    EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field),
+              1.01 * GetError(stSensor, GetAverage(stSensor, bright), field))
+      << dPattern;
+  }
+}
+
+TEST(WeightedReference, PixelsFarOffAreNoLevelThatTellsNoiseFromPattern)
+{
+  SSensor stSensor;
+  stSensor.fnStructure = [](uint32_t nX, uint32_t nY) { return nX % 32 == 13 && nY % 32 == 17 ? 1.36 : 1.0; };
   const Field field = stSensor.MakeField();
   const CSums bright(stSensor, field, 1);
   const CSums dark(stSensor, Field(field.size()), 2);
-  const SMade stMade = MakeReference(stSensor, bright, &dark);
-  EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::PhotonTransfer);
-  EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field),
-            1.01 * GetError(stSensor, GetAverage(stSensor, bright), field));
+  EXPECT_EQ(MakeReference(stSensor, bright, &dark).stResult.eNoise, ENoiseSource::AllDetail);
+}
+
+TEST(WeightedReference, OneFrameWithLessDetailThanLightHasNoiseKeepsHalfOfIt)
+{
+  SSensor stSensor;
+  stSensor.dReadNoise = 1;
+  stSensor.fnStructure = [](uint32_t nX, uint32_t nY) { // no shading at all
+    return 1 / (1 - 0.1 * (std::pow(nX / 128.0 - 0.5, 2) + std::pow(nY / 96.0 - 0.5, 2)));
+  };
+  for (const auto &[dPattern, dSystemGain] : {std::pair{0.0032, 0.0005}, std::pair{0.0001, 0.018}}) {
+    stSensor.dPattern = dPattern;
+    stSensor.dSystemGain = dSystemGain;
+    const Field field = stSensor.MakeField();
+    const CSums bright(stSensor, field, 1);
+    const CSums dark(stSensor, Field(field.size()), 2);
+    const SMade stMade = MakeReference(stSensor, bright, &dark);
+    EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::HalfDetail) << dPattern;
+    EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field), 0.0018) << "pattern and noise are 0.32 % together";
+  }
 }
 
 TEST(WeightedReference, StatedCameraDataTellNoiseFromPatternToo)
@@ -206,6 +265,15 @@ TEST(WeightedReference, StatedCameraDataTellNoiseFromPatternToo)
   ASSERT_EQ(MakeWeightedReference(stInput, stMade.listBright.data(), nullptr, stMade.stResult), STATUS_SUCCESS);
   EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::Camera);
   EXPECT_GT(stMade.stResult.dDetailWeight, 0.6) << "without them it would be next to nothing";
+  EXPECT_NEAR(stMade.stResult.dNoise, 23.8, 0.2) << "the dark level counts as light";
+  // The dark noise, unless told, is that of the dark frames.
+  const CSums dark(stSensor, Field(field.size()), 4);
+  stInput.stDark = dark.Get();
+  stInput.stCamera = SCameraNoise{0.27};
+  stMade.listDark.resize(field.size());
+  ASSERT_EQ(MakeWeightedReference(stInput, stMade.listBright.data(), stMade.listDark.data(), stMade.stResult),
+            STATUS_SUCCESS);
+  EXPECT_NEAR(stMade.stResult.dNoise, 23.4, 0.3);
 }
 
 TEST(WeightedReference, EightBitsAreFinerThanTheirNumbers)
@@ -232,23 +300,37 @@ TEST(WeightedReference, ALoneDarkFrameKeepsThePatternThatTheBrightFramesHaveToo)
   SSensor stSensor;
   stSensor.nWidth = 256;
   stSensor.nHeight = 256;
-  SSensor stPattern = stSensor;
-  stPattern.dLevel = 100;
-  stPattern.dPattern = 0.1;
-  stPattern.nSeed = 9;
-  const Field pattern = stPattern.MakeField();
-  Field field = stSensor.MakeField();
-  std::transform(field.begin(), field.end(), pattern.begin(), field.begin(), std::plus<>());
-  SSensor stDarkSensor = stSensor;
-  stDarkSensor.dSystemGain = 0;
-  stDarkSensor.nSeed = 20;
-  const CSums dark(stDarkSensor, pattern, 1);
-  const SMade stMade = MakeReference(stSensor, CSums(stSensor, field, 4), &dark);
+  const Field levels = MakeDarkLevels(stSensor, 0.1);
+  const CSums dark = MakeLoneDark(stSensor, levels);
+  const SMade stMade = MakeReference(stSensor, CSums(stSensor, Add(stSensor.MakeField(), levels), 4), &dark);
   double dSum = 0;
-  for (std::size_t n = 0; n < pattern.size(); ++n) {
-    dSum += std::pow(stMade.listDark[n] / 16.0 - stSensor.dDark - pattern[n], 2) / static_cast<double>(pattern.size());
+  for (std::size_t n = 0; n < levels.size(); ++n) {
+    dSum += std::pow(stMade.listDark[n] / 16.0 - stSensor.dDark - levels[n], 2) / static_cast<double>(levels.size());
   }
   EXPECT_LT(std::sqrt(dSum), 5) << "DN, of a pattern of 10";
+}
+
+TEST(WeightedReference, ALoneDarkFrameOfManyDarkLevelsIsNoWorseThanItself)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 192;
+  stSensor.nHeight = 160;
+  Field levels = MakeDarkLevels(stSensor, 0.6);
+  for (double &dLevel : levels) {
+    dLevel = std::max(dLevel - 80, -90.0); // skewed, as dark levels are
+  }
+  const CSums dark = MakeLoneDark(stSensor, levels);
+  const Field field = stSensor.MakeField();
+  for (const uint32_t nFrames : {1U, 16U}) {
+    const CSums bright(stSensor, Add(field, levels), nFrames);
+    Field average(field.size());
+    for (std::size_t n = 0; n < average.size(); ++n) {
+      average[n] = static_cast<double>(bright.GetValues()[n]) / nFrames - dark.GetValues()[n];
+    }
+    const SMade stMade = MakeReference(stSensor, bright, &dark);
+    EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field), 0.9 * GetError(stSensor, average, field))
+      << nFrames << " frames";
+  }
 }
 
 TEST(WeightedReference, AnyShapeIsWorkedOn)

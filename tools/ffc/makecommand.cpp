@@ -213,11 +213,12 @@ private:
     m_stFormat = stWeighted.stFormat;
     m_stWeighted = stWeighted.stResult;
     m_stSide.strNoise = reference::DescribeNoiseSource(m_stWeighted.eNoise);
-    if (m_stWeighted.eNoise == reference::ENoiseSource::AllDetail) {
+    if (m_stWeighted.eNoise == reference::ENoiseSource::AllDetail ||
+        m_stWeighted.eNoise == reference::ENoiseSource::HalfDetail) {
       m_report.Warn(
-        QStringLiteral("With one bright frame nothing tells noise from the pixels' own pattern, so all fine "
-                       "detail that nothing else stands out of counts as noise; give more frames, or "
-                       "--system-gain."));
+        QStringLiteral("One even frame cannot tell the sensor's own pattern from noise: %1 counts as noise. "
+                       "Take two or more, or state --system-gain.")
+          .arg(m_stSide.strNoise));
     }
     return std::nullopt;
   }

@@ -135,7 +135,9 @@ void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
       .add_option("--system-gain", stOptions.dSystemGain,
                   "DN per electron, from the camera's EMVA 1288 data sheet: the noise of a single bright frame")
       ->check(CLI::PositiveNumber);
-  command.add_option("--dark-noise", stOptions.dDarkNoise, "temporal dark noise of that data sheet, DN")
+  command
+    .add_option("--dark-noise", stOptions.dDarkNoise,
+                "temporal dark noise of that data sheet, DN; that of the dark frames unless told")
     ->check(CLI::NonNegativeNumber)
     ->needs(pSystemGain);
   AddOriginOptions(command, stOptions.stOrigin);

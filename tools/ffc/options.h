@@ -41,7 +41,7 @@ struct SOptions {
   std::optional<uint32_t> nExpectGray;
   bool bWeighted = true;             ///< how bright frames become a reference; else they are averaged as in the dialog
   std::optional<double> dSystemGain; ///< of the camera, DN per electron
-  double dDarkNoise = 0;             ///< of the camera, DN
+  std::optional<double> dDarkNoise;  ///< of the camera, DN
   SOrigin stOrigin;
   std::string strDefects; ///< list of pixels to replace
   std::string strMap;     ///< map of defect pixels to write
