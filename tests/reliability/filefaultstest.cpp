@@ -28,9 +28,9 @@ constexpr int HOST_HEIGHT = 32; // a table of 4096 bytes
 constexpr qint64 GIBI = qint64{1} << 30;
 
 // One kind of process with coefficients in force and in a file.
-class IFileBench {
+class IFileRig {
 public:
-  virtual ~IFileBench() = default;
+  virtual ~IFileRig() = default;
   virtual IShadingCorrectionProcess &Process() = 0;
   virtual CScriptedChooser &Chooser() = 0;
   /// What is done to frames now, as bytes.
@@ -39,9 +39,9 @@ public:
   virtual std::set<int32_t> GetRefusals() const = 0;
 };
 
-class CHostBench final : public IFileBench {
+class CHostFileRig final : public IFileRig {
 public:
-  CHostBench() : m_chooser(InstallChooser(m_rig.Process()))
+  CHostFileRig() : m_chooser(InstallChooser(m_rig.Process()))
   {
     EXPECT_EQ(0, m_rig.AcquireBright(100));
     m_rig.Process().SetExpectGray(200);
@@ -63,9 +63,9 @@ private:
 };
 
 template <class TRig>
-class CCameraBench final : public IFileBench {
+class CCameraFileRig final : public IFileRig {
 public:
-  CCameraBench() : m_chooser(InstallChooser(m_rig.Process()))
+  CCameraFileRig() : m_chooser(InstallChooser(m_rig.Process()))
   {
     EXPECT_EQ(0, m_rig.AcquireBright(120));
     EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
@@ -85,31 +85,31 @@ protected:
   FileFaults()
   {
     switch (GetParam()) {
-    case EMode::Host: m_pBench = std::make_unique<CHostBench>(); break;
-    case EMode::FlatField: m_pBench = std::make_unique<CCameraBench<CDeviceRig>>(); break;
-    default: m_pBench = std::make_unique<CCameraBench<CVignettingRig>>(); break;
+    case EMode::Host: m_pRig = std::make_unique<CHostFileRig>(); break;
+    case EMode::FlatField: m_pRig = std::make_unique<CCameraFileRig<CDeviceRig>>(); break;
+    default: m_pRig = std::make_unique<CCameraFileRig<CVignettingRig>>(); break;
     }
     EXPECT_EQ(0, Save("good.ffc"));
     m_byteGood = ReadAll(Path("good.ffc"));
-    m_listInForce = m_pBench->GetInForce();
+    m_listInForce = m_pRig->GetInForce();
   }
 
   QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
   int32_t Load(const QString &strFile)
   {
-    m_pBench->Chooser().Choose(strFile);
-    return m_pBench->Process().LoadFromFile();
+    m_pRig->Chooser().Choose(strFile);
+    return m_pRig->Process().LoadFromFile();
   }
   int32_t Save(const char *pName)
   {
-    m_pBench->Chooser().Choose(Path(pName));
-    return m_pBench->Process().SaveToFile();
+    m_pRig->Chooser().Choose(Path(pName));
+    return m_pRig->Process().SaveToFile();
   }
   void ExpectRefused(const QString &strFile, const std::set<int32_t> &setStatuses)
   {
     const int32_t nStatus = Load(strFile);
     EXPECT_EQ(1U, setStatuses.count(nStatus)) << strFile.toStdString() << ": " << nStatus;
-    EXPECT_EQ(m_listInForce, m_pBench->GetInForce()) << strFile.toStdString();
+    EXPECT_EQ(m_listInForce, m_pRig->GetInForce()) << strFile.toStdString();
   }
   void MakeSparse(const QString &strFile, qint64 nSize) const
   {
@@ -119,7 +119,7 @@ protected:
   }
 
   QTemporaryDir m_folder;
-  std::unique_ptr<IFileBench> m_pBench;
+  std::unique_ptr<IFileRig> m_pRig;
   QByteArray m_byteGood;
   std::vector<uint8_t> m_listInForce;
 };
@@ -136,7 +136,7 @@ TEST_P(FileFaults, AFileOfAnyOtherSizeIsRefused)
   }
   for (const qint64 nSize : setSizes) {
     ASSERT_NO_FATAL_FAILURE(MakeSparse(Path("sized.ffc"), nSize));
-    ExpectRefused(Path("sized.ffc"), m_pBench->GetRefusals());
+    ExpectRefused(Path("sized.ffc"), m_pRig->GetRefusals());
   }
   EXPECT_EQ(0, Load(Path("good.ffc")));
 }
@@ -172,7 +172,7 @@ TEST_P(FileFaults, AFileThatShrinksAndGrowsWhileItIsReadIsTakenWholeOrNotAtAll)
     }
   });
   int nTaken = 0;
-  std::set<int32_t> setStatuses = m_pBench->GetRefusals();
+  std::set<int32_t> setStatuses = m_pRig->GetRefusals();
   setStatuses.insert(0);
   for (int n = 0; n < (IsSoak() ? 20000 : 300); ++n) {
     const int32_t nStatus = Load(Path("moving.ffc"));
@@ -183,7 +183,7 @@ TEST_P(FileFaults, AFileThatShrinksAndGrowsWhileItIsReadIsTakenWholeOrNotAtAll)
   other.join();
   std::printf("%d of the loads found the file whole\n", nTaken);
   EXPECT_EQ(0, Load(Path("good.ffc")));
-  EXPECT_EQ(m_listInForce.size(), m_pBench->GetInForce().size());
+  EXPECT_EQ(m_listInForce.size(), m_pRig->GetInForce().size());
 }
 
 TEST_P(FileFaults, AFullVolumeLeavesTheFormerFile)
