@@ -5,7 +5,6 @@
 #include "frames/sidefile.h"
 #include "frames/wholefile.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
-#include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/flat.h"
@@ -22,7 +21,6 @@ using genapi::SSensorFormat;
 
 using process::CFrameBuffer;
 using process::ComputeHostTable;
-using process::GetBayerType;
 using process::HostTablePtr;
 using process::MeasureEightBitMeans;
 using process::SBlockMeanRange;
@@ -130,7 +128,7 @@ private:
                                    "--pixel-format for a Bayer camera."));
     }
     m_stFormat = {pFormat->nCode, stLayout.nWidth, stLayout.nHeight, stLayout.GetFrameSize()};
-    m_nBayerType = GetBayerType(GetLayoutName(eColors));
+    m_nBayerType = static_cast<int32_t>(eColors);
     m_stSide.nWidth = stLayout.nWidth;
     m_stSide.nHeight = stLayout.nHeight;
     m_stSide.strPixelFormat = QString::fromStdString(strName);
