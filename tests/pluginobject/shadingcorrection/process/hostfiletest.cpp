@@ -72,48 +72,6 @@ TEST_F(HostFile, HasTheBytesOfTheTableAndNothingElse)
   }
 }
 
-TEST_F(HostFile, IsLoadedAsItWasSaved)
-{
-  for (const bool bDark : {false, true}) {
-    MakeCoefficients(bDark);
-    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-    const std::vector<uint8_t> listBefore = Correct(60);
-    const uint32_t nSize = m_rig.Process().GetCorrectionInfo().nCoefficientsSize;
-
-    CHostRig other;
-    CScriptedChooser &chooser = InstallChooser(other.Process(), Path("a.ffc"));
-    EXPECT_EQ(other.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(other.Process().GetCorrectionInfo().nCoefficientsSize, nSize);
-    std::vector<uint8_t> listAfter;
-    EXPECT_EQ(other.Correct(other.Camera().MakeFrame(60), listAfter), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(listBefore, listAfter);
-    chooser.Choose(Path("b.ffc"));
-    EXPECT_EQ(other.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(ReadAll(Path("a.ffc")), ReadAll(Path("b.ffc")));
-  }
-}
-
-TEST_F(HostFile, IsAskedForWithTheTextsOfEachDialog)
-{
-  MakeCoefficients(false);
-  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_chooser.GetQuestions(),
-            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
-}
-
-TEST_F(HostFile, ACancelledDialogChangesNothing)
-{
-  MakeCoefficients(true);
-  const std::vector<uint8_t> listBefore = Correct(60);
-  m_chooser.Choose(QString());
-  m_rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(Correct(60), listBefore);
-  EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
-}
-
 TEST_F(HostFile, OfAnotherSizeIsRefusedAndTheCoefficientsStayInForce)
 {
   MakeCoefficients(true);
@@ -135,17 +93,6 @@ TEST_F(HostFile, OfTheWrongSizeForANewFormatLeavesFramesOfTheFormerOneCorrected)
   WriteAll(Path("wrong.ffc"), QByteArray(2 * PIXELS, '\x10'));
   EXPECT_EQ(Load("wrong.ffc"), PLUGIN_STATUS_READ_FILE_ERROR);
   m_rig.Camera().Integer("Width").Poke(64);
-  EXPECT_EQ(Correct(60), listBefore);
-}
-
-TEST_F(HostFile, ThatCannotBeOpenedIsRefusedAndTheCoefficientsStayInForce)
-{
-  MakeCoefficients(true);
-  const std::vector<uint8_t> listBefore = Correct(60);
-  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
   EXPECT_EQ(Correct(60), listBefore);
 }
 
@@ -208,59 +155,4 @@ TEST_F(HostFile, WithoutACameraIsNotLoaded)
   CShadingCorrectionPro_PC process{CFeatureAccess(nullptr), CFeatureAccess(nullptr)};
   InstallChooser(process, Path("a.ffc"));
   EXPECT_EQ(process.LoadFromFile(), PLUGIN_STATUS_INVALID_PARAM);
-}
-
-namespace {
-
-// In a folder of its own, with the folder of coefficient files in it.
-class HostFileDialog : public testing::Test {
-protected:
-  HostFileDialog()
-  {
-    QDir::setCurrent(m_folder.path());
-    QDir().mkpath("resource/tqplugins/FlatFieldCorrection");
-  }
-  ~HostFileDialog() override { QDir::setCurrent(m_strFormer); }
-
-  std::string GetDefaultFolder() const
-  {
-    return QDir("resource/tqplugins/FlatFieldCorrection").canonicalPath().toStdString();
-  }
-
-  QString m_strFormer = QDir::currentPath();
-  QTemporaryDir m_folder;
-  CHostRig m_rig;
-};
-
-} // namespace
-
-TEST_F(HostFileDialog, SavesAndLoadsWhatTheUserChooses)
-{
-  EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  CModalAnswer answer;
-  answer.ChooseFile(m_folder.filePath("a.ffc"));
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(QFileInfo(m_folder.filePath("a.ffc")).size(), 2 * PIXELS);
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(answer.GetFileDialogs().size(), 2U);
-}
-
-TEST_F(HostFileDialog, StartsInTheFolderOfCoefficientFiles)
-{
-  EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  const CModalAnswer answer;
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
-  const CModalAnswer::SFileDialog &stOpen = answer.GetFileDialogs()[0];
-  EXPECT_EQ(stOpen.strTitle, "Open FFC");
-  EXPECT_EQ(stOpen.strFilter, "ini file (*.ffc)");
-  EXPECT_EQ(GetDefaultFolder(), stOpen.strDirectory);
-  const CModalAnswer::SFileDialog &stSave = answer.GetFileDialogs()[1];
-  EXPECT_EQ(stSave.strTitle, "Save FFC");
-  EXPECT_EQ(stSave.strFilter, "ini file (*.ffc)");
-  EXPECT_EQ(GetDefaultFolder(), stSave.strDirectory);
-  EXPECT_EQ(stSave.strProposed, "FlatFieldCorrection.ffc");
 }

@@ -100,17 +100,6 @@ TEST_F(VignettingFile, IsWrittenAsItIsAndItsRecordTaken)
   }
 }
 
-TEST_F(VignettingFile, IsLoadedAsItWasSaved)
-{
-  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(GetWritten(), m_written);
-  EXPECT_EQ(m_rig.GetInfo(), m_listInfo);
-  EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(ReadAll(Path("b.ffc")), m_written);
-}
-
 TEST_F(VignettingFile, AccessesOfALoadAndOfASave)
 {
   EXPECT_EQ(RecordOperation(m_rig, [this] { return Save("a.ffc"); }),
@@ -224,7 +213,7 @@ TEST_F(VignettingFile, ForASizeThatNoMemoryHasIsRefused)
   ExpectUnchanged();
 }
 
-TEST_F(VignettingFile, IsAskedForWithTheTextsOfEachDialogAfterTheSizeWasRead)
+TEST_F(VignettingFile, IsAskedForAfterTheSizeWasRead)
 {
   std::size_t nQuestionsAtRead = 99;
   m_rig.SetHook([&](const SNodeAccess &stAccess) {
@@ -236,27 +225,6 @@ TEST_F(VignettingFile, IsAskedForWithTheTextsOfEachDialogAfterTheSizeWasRead)
   EXPECT_EQ(nQuestionsAtRead, 0U);
   EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(nQuestionsAtRead, 1U);
-  EXPECT_EQ(m_chooser.GetQuestions(),
-            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
-}
-
-TEST_F(VignettingFile, ACancelledDialogChangesNothing)
-{
-  m_chooser.Choose(QString());
-  m_rig.SetHook([](const SNodeAccess &stAccess) { EXPECT_EQ(stAccess.strNode, "FFCCoefficientsSize"); });
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  ExpectUnchanged();
-  EXPECT_TRUE(ListFiles().isEmpty());
-}
-
-TEST_F(VignettingFile, ThatCannotBeOpenedIsRefused)
-{
-  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  ExpectUnchanged();
 }
 
 TEST_F(VignettingFile, ThatCannotBeWrittenIsReportedAndTheFormerOneStays)
@@ -304,15 +272,4 @@ TEST_F(VignettingFile, WithoutACameraIsNotAskedFor)
   EXPECT_EQ(process.SaveToFile(), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_TRUE(chooser.GetQuestions().empty());
   EXPECT_TRUE(ListFiles().isEmpty());
-}
-
-TEST_F(VignettingFile, IsChosenInDialogsUnlessToldOtherwise)
-{
-  CVignettingRig rig;
-  const CModalAnswer answer; // cancels
-  EXPECT_EQ(rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
-  EXPECT_EQ(answer.GetFileDialogs()[0].strTitle, "Open FFC");
-  EXPECT_EQ(answer.GetFileDialogs()[1].strTitle, "Save FFC");
 }
