@@ -93,7 +93,7 @@ private:
     const SSensorFormat *pStated =
       m_stOptions.strPixelFormat.empty() ? nullptr : FindSensorFormat(m_stOptions.strPixelFormat);
     if (pStated != nullptr && stInfo.eColors && *stInfo.eColors != pStated->eLayout) {
-      return Refuse(QStringLiteral("The frames are %1, but --pixel-format says %2.")
+      return Refuse(QStringLiteral("The frames are %1, but --pixel-format is %2.")
                       .arg(QLatin1String(GetLayoutName(*stInfo.eColors)))
                       .arg(QString::fromStdString(m_stOptions.strPixelFormat)));
     }
@@ -124,8 +124,9 @@ private:
         QStringLiteral("There is no pixel format %1: state --pixel-format.").arg(QString::fromStdString(strName)));
     }
     if (!bColorsKnown) {
-      m_report.Warn(QStringLiteral("The frames are taken as monochrome, because the files do not say otherwise; state "
-                                   "--pixel-format for a Bayer camera."));
+      m_report.Warn(
+        QStringLiteral("The frames are taken as monochrome, because the files do not state a colour layout; state "
+                       "--pixel-format for a Bayer camera."));
     }
     m_stFormat = {pFormat->nCode, stLayout.nWidth, stLayout.nHeight, stLayout.GetFrameSize()};
     m_nBayerType = static_cast<int32_t>(eColors);
@@ -153,9 +154,10 @@ private:
     const int32_t nStatus =
       MeasureEightBitMeans(m_firstBright, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange);
     if (nStatus != 0) {
-      return Refuse(QStringLiteral("Frames of %1 x %2 pixels are not judged: both sides are even and at least 32.")
-                      .arg(m_stFormat.nWidth)
-                      .arg(m_stFormat.nHeight));
+      return Refuse(
+        QStringLiteral("Frames of %1 x %2 pixels cannot be judged: both sides must be even and at least 32.")
+          .arg(m_stFormat.nWidth)
+          .arg(m_stFormat.nHeight));
     }
     if (stRange.dMax < BRIGHT_MIN_GRAY || stRange.dMax > BRIGHT_MAX_GRAY) {
       m_report.Warn(QStringLiteral("The bright frames are too %1: their brightest block is %2 of 255, and 20 to 250 is "
@@ -210,9 +212,8 @@ private:
     m_stSide.strNoise = reference::DescribeNoiseSource(m_stWeighted.eNoise);
     if (m_stWeighted.eNoise == reference::ENoiseSource::AllDetail) {
       m_report.Warn(
-        QStringLiteral("With one bright frame nothing tells noise from the pixels' own pattern, so all fine "
-                       "detail that nothing else stands out of counts as noise; give more frames, or "
-                       "--system-gain."));
+        QStringLiteral("With one bright frame, noise and the pixels' own pattern cannot be separated, so fine detail "
+                       "that does not stand out counts as noise; give more frames, or --system-gain."));
     }
     return std::nullopt;
   }

@@ -168,13 +168,13 @@ TEST_F(NetworkWorkflow, FramesAreRecordedAndThoseLostOnTheWayAreCounted)
   EXPECT_EQ(stCounts.nDropped, 0U);
 }
 
-TEST_F(NetworkWorkflow, TheListOfCamerasSaysWhatIsSpecialWhenItIsToSay)
+TEST_F(NetworkWorkflow, TheListOfCamerasNamesFeaturesThatDifferOnRequest)
 {
   const CGigeCameraProcess process({});
   EXPECT_THAT(DescribeRealCameras(false), testing::HasSubstr("(" + process.GetSerial() + ")\n"));
-  EXPECT_THAT(DescribeRealCameras(true),
-              testing::HasSubstr("(" + process.GetSerial() +
-                                 ")\n\tAll features that the plug-in needs are as the standard has them.\n"));
+  EXPECT_THAT(
+    DescribeRealCameras(true),
+    testing::HasSubstr("(" + process.GetSerial() + ")\n\tAll features that the plug-in needs follow the standard.\n"));
 }
 
 TEST_F(NetworkWorkflow, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoesOnWhenItIsBack)
