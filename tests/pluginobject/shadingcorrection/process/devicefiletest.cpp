@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,6 @@
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/fullvolume.h"
-#include "tests/support/modalanswer.h"
 
 using ffc::genapi::CSoftwareRegister;
 using ffc::genapi::SNodeAccess;
@@ -50,19 +48,8 @@ QByteArray MakeFile(int nBodySize = BODY_SIZE)
 const std::vector<uint32_t> FRESH_INFO = {0, 0, 1, 0, SIZE, 200};
 const std::vector<uint32_t> FILE_INFO = {1, 1, 8, 1, SIZE, 0x01020304};
 
-class DeviceFile : public testing::Test {
+class DeviceFile : public CFileTest<CDeviceRig> {
 protected:
-  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
-  int32_t Save(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().SaveToFile();
-  }
-  int32_t Load(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().LoadFromFile();
-  }
   int32_t LoadBytes(const QByteArray &bytes)
   {
     WriteAll(Path("load.ffc"), bytes);
@@ -79,10 +66,6 @@ protected:
       }
     });
   }
-
-  QTemporaryDir m_folder;
-  CDeviceRig m_rig;
-  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
 };
 
 } // namespace

@@ -1,14 +1,10 @@
 #include <cstring>
 
-#include <QDir>
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
-#include "tests/support/modalanswer.h"
 
 using ffc::genapi::SNodeAccess;
 using ffc::pluginobject::CFeatureAccess;
@@ -16,7 +12,7 @@ using namespace ffc::test;
 
 namespace {
 
-class HostFile : public testing::Test {
+class HostFile : public CFileTest<CHostRig> {
 protected:
   HostFile() { m_rig.Process().SetExpectGray(200); }
 
@@ -36,22 +32,6 @@ protected:
     EXPECT_EQ(m_rig.Correct(m_rig.Camera().MakeFrame(nGray), listCorrected), PLUGIN_STATUS_SUCCESS);
     return listCorrected;
   }
-
-  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
-  int32_t Save(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().SaveToFile();
-  }
-  int32_t Load(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().LoadFromFile();
-  }
-
-  QTemporaryDir m_folder;
-  CHostRig m_rig;
-  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
 };
 
 constexpr int PIXELS = 64 * 48;

@@ -16,38 +16,24 @@ using Kinds = testing::Types<SHost, SDevice, SVignetting>;
 
 // Of a process with coefficients in force.
 template <class TKind>
-class CoefficientFile : public testing::Test {
+class CoefficientFile : public CFileTest<typename TKind::Rig> {
 protected:
   CoefficientFile()
   {
-    SetFrameCount(m_rig, 2);
-    TKind::PutIntoForce(m_rig);
-    m_listInForce = TKind::GetInForce(m_rig);
-    m_listInfo = m_rig.GetInfo();
-    m_rig.TakeSignals();
+    SetFrameCount(this->m_rig, 2);
+    TKind::PutIntoForce(this->m_rig);
+    m_listInForce = TKind::GetInForce(this->m_rig);
+    m_listInfo = this->m_rig.GetInfo();
+    this->m_rig.TakeSignals();
   }
 
-  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
-  int32_t Save(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().SaveToFile();
-  }
-  int32_t Load(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().LoadFromFile();
-  }
   void ExpectUnchanged()
   {
-    EXPECT_EQ(TKind::GetInForce(m_rig), m_listInForce);
-    EXPECT_EQ(m_rig.GetInfo(), m_listInfo);
-    EXPECT_TRUE(m_rig.TakeSignals().empty());
+    EXPECT_EQ(TKind::GetInForce(this->m_rig), m_listInForce);
+    EXPECT_EQ(this->m_rig.GetInfo(), m_listInfo);
+    EXPECT_TRUE(this->m_rig.TakeSignals().empty());
   }
 
-  QTemporaryDir m_folder;
-  typename TKind::Rig m_rig;
-  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
   std::vector<uint8_t> m_listInForce;
   std::vector<uint32_t> m_listInfo;
 };

@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,6 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 #include "tests/support/fullvolume.h"
-#include "tests/support/modalanswer.h"
 
 using ffc::genapi::CSoftwareRegister;
 using ffc::genapi::SNodeAccess;
@@ -34,7 +32,7 @@ QByteArray MakeFile()
 }
 
 // A camera with coefficients in force, of which nothing is changed by an operation that is refused.
-class VignettingFile : public testing::Test {
+class VignettingFile : public CFileTest<CVignettingRig> {
 protected:
   VignettingFile()
   {
@@ -46,24 +44,14 @@ protected:
     m_listInfo = m_rig.GetInfo();
   }
 
-  QString Path(const char *pName) const { return m_folder.filePath(pName); }
   QByteArray GetWritten() { return ToArray(m_rig.GetWritten()); }
   QStringList ListFiles() { return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden); }
 
-  int32_t Load(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().LoadFromFile();
-  }
+  using CFileTest::Load;
   int32_t Load(const QByteArray &bytes)
   {
     WriteAll(Path("load.ffc"), bytes);
     return Load("load.ffc");
-  }
-  int32_t Save(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().SaveToFile();
   }
   void ExpectUnchanged()
   {
@@ -73,9 +61,6 @@ protected:
     EXPECT_TRUE(m_rig.TakeSignals().empty());
   }
 
-  QTemporaryDir m_folder;
-  CVignettingRig m_rig;
-  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
   QByteArray m_written;
   Words m_listInfo;
 };
