@@ -114,7 +114,7 @@ std::string DescribeOpened(const std::string &strId)
     strText += MakeLine(strNote);
   }
   if (strText.empty()) {
-    strText = MakeLine(QStringLiteral("All features that the plug-in needs are as the standard has them."));
+    strText = MakeLine(QStringLiteral("All features that the plug-in needs follow the standard."));
   }
   const QString strTriggers = DescribeTriggers(camera);
   return strTriggers.isEmpty() ? strText

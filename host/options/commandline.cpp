@@ -146,12 +146,12 @@ void AddCameraOptions(CLI::App &app, SCameraOptions &stCamera, SWords &stWords)
     ->check([&](const std::string &str) { return ParseCamera(str, stCamera); });
   app
     .add_option("--pixel-format", stCamera.strPixelFormat,
-                "such as Mono12 (default) or BayerRG8; with a real camera, whatever it lists")
+                "such as Mono12 (default) or BayerRG8; with a real camera, any format that it lists")
     ->type_name("NAME");
   app
     .add_option("--align", stWords.strAlignment,
-                "where the bits of recorded samples stand in 16: right (low end) or left (high end); default: as the "
-                "values show")
+                "alignment of recorded samples in 16 bits: right (low bits) or left (high bits); default: found from "
+                "the values")
     ->check(CLI::IsMember({"right", "left"}));
   app.add_option("--size", stWords.strSize, "size of the simulated sensor (default 2048x1536)")
     ->type_name("WxH")
@@ -188,7 +188,7 @@ void AddTaskOptions(CLI::App &app, STaskOptions &stTask)
   auto *pList = app.add_flag("--list-cameras", stTask.bListCameras, "print the real cameras that answer, and exit");
   app
     .add_flag("--verbose", stTask.bVerbose,
-              "with --list-cameras: open each camera and print which of its features are not as the standard has them")
+              "with --list-cameras: open each camera and print which of its features differ from the standard")
     ->needs(pList);
   app
     .add_option("--screenshots", stTask.strScreenshots,
@@ -224,12 +224,12 @@ void AddWorkflowOptions(CLI::App &app, SHeadlessOptions &stOptions, SWords &stWo
   app
     .add_option("--limit", stWords.strLimits,
                 "with --headless: highest figures after the correction, such as shading=1.0,prnu=0.5,dsnu=2 (percent, "
-                "percent, DN); one that is higher, or higher than before, ends with exit code 4")
+                "percent, DN); the exit code is 4 when one is higher, or higher than before the correction")
     ->type_name("LIMITS");
   for (const auto &[pOption, pLimit] : {std::pair("--shading-limit", &quality::SLimits::dShading),
                                         {"--prnu-limit", &quality::SLimits::dPrnu},
                                         {"--dsnu-limit", &quality::SLimits::dDsnu}}) {
-    app.add_option(pOption, stWorkflow.stLimits.*pLimit, "the same for one figure alone")
+    app.add_option(pOption, stWorkflow.stLimits.*pLimit, "limit of this figure alone")
       ->type_name("NUMBER")
       ->check(CLI::Range(0.01, 1e6));
   }
@@ -242,7 +242,7 @@ void AddAttendantOptions(CLI::App &app, SWorkflowOptions &stWorkflow)
     "with --headless and a real camera: do not wait for Enter when the lens is to be covered or uncovered");
   app
     .add_option("--dark-delay", stWorkflow.dDarkDelay,
-                "with --no-wait: give a shutter so long after each line that says so (default 0)")
+                "with --no-wait: time for a shutter to open or close after each request to do so (default 0)")
     ->type_name("SECONDS")
     ->needs(pNoWait)
     ->check(CLI::Range(0.0, 3600.0));
@@ -250,23 +250,24 @@ void AddAttendantOptions(CLI::App &app, SWorkflowOptions &stWorkflow)
 
 void AddRecordingOptions(CLI::App &app, SRecordingOptions &stRecording)
 {
-  auto *pRecord = app.add_option("--record", stRecording.nFrames, "record so many frames into --out, without a window")
-                    ->type_name("N")
-                    ->check(CLI::Range(1U, MAX_RECORDED));
+  auto *pRecord =
+    app.add_option("--record", stRecording.nFrames, "record N frames into the folder of --out, without a window")
+      ->type_name("N")
+      ->check(CLI::Range(1U, MAX_RECORDED));
   app
     .add_option("--format", stRecording.strFormat,
-                "with --record: tif (default), png or fits, a file for each frame, or ser, one file")
+                "with --record: tif (default), png or fits, one file per frame, or ser, one file for all")
     ->type_name("KIND")
     ->needs(pRecord)
     ->check(CLI::IsMember({"tif", "tiff", "png", "fits", "ser"}));
   app
     .add_option("--corrected", stRecording.strCoefficients,
-                "with --record: correct the frames with this .ffc file; else they are kept as they come")
+                "with --record: correct the frames with this .ffc file (default: save them uncorrected)")
     ->type_name("FILE")
     ->needs(pRecord);
   app
     .add_flag("--stop-on-loss", stRecording.bStopOnLoss,
-              "with --record: stop at the first frame that is lost; lost frames end with exit code 5 in any case")
+              "with --record: stop at the first lost frame; the exit code is 5 whenever frames are lost")
     ->needs(pRecord);
 }
 

@@ -9,14 +9,13 @@
 #include <QSignalBlocker>
 #include <QStyle>
 
-#include "pluginobject/shadingcorrection/deliveredimagecheck.h"
 #include "pluginobject/shadingcorrection/framecountposition.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 #include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
 #include "pluginobject/shadingcorrection/tipsmessagebox/tipsmessagebox.h"
 #include "pluginobject/statuscode.h"
 #include "ui_shadingcorrectiondlg.h"
 
-using ffc::dialog::CheckDeliveredImage;
 using ffc::dialog::CSlotScope;
 using ffc::dialog::EBusy;
 using ffc::dialog::FrameCountToPosition;
@@ -24,6 +23,7 @@ using ffc::dialog::PositionToFrameCount;
 using ffc::dialog::SnapPosition;
 using ffc::pluginobject::ETextAudience;
 using ffc::pluginobject::GetStatusSourceText;
+using ffc::process::CheckDeliveredImage;
 
 namespace {
 

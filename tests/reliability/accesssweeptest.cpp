@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
@@ -59,7 +60,7 @@ protected:
     m_stReference = m_rig.Do(m_eOperation);
     m_nAccesses = m_rig.Fault().GetCount();
     ASSERT_TRUE(m_stReference.listBoxes.empty()) << m_stReference.Describe();
-    ASSERT_EQ(0, m_stReference.nStatus);
+    ASSERT_EQ(m_stReference.nStatus, PLUGIN_STATUS_SUCCESS);
     m_mapReference = m_rig.TakeSettings();
   }
 
@@ -76,13 +77,14 @@ protected:
   {
     EXPECT_LE(stOutcome.listBoxes.size(), 1U) << stOutcome.Describe();
     for (const std::string &strBox : stOutcome.listBoxes) {
-      EXPECT_EQ(1U, FAILURE_TEXTS.count(strBox)) << stOutcome.Describe();
+      EXPECT_EQ(FAILURE_TEXTS.count(strBox), 1U) << stOutcome.Describe();
       EXPECT_FALSE(kind.has_value() && strBox == INVALID_TEXT) << stOutcome.Describe();
       EXPECT_TRUE(stOutcome.strPrompt.empty() || stOutcome.strPrompt == "Failed to execute FFC")
         << stOutcome.Describe();
     }
-    const std::set<int32_t> setStatuses = {0, kind.has_value() ? -1002 : -3};
-    EXPECT_EQ(1U, setStatuses.count(stOutcome.nStatus)) << stOutcome.Describe();
+    const std::set<int32_t> setStatuses = {PLUGIN_STATUS_SUCCESS, kind.has_value() ? PLUGIN_STATUS_FEATURE_ERROR
+                                                                                   : PLUGIN_STATUS_INVALID_PARAM};
+    EXPECT_EQ(setStatuses.count(stOutcome.nStatus), 1U) << stOutcome.Describe();
   }
 
   void FailOnce(uint64_t nAccess, const Kind &kind)
@@ -98,18 +100,18 @@ protected:
     m_nTrials += bFailed ? 1 : 0;
     ExpectFailure(stFailed, kind);
     ExpectSettings(mapBefore);
-    EXPECT_EQ("", m_rig.FindTrouble());
+    EXPECT_EQ(m_rig.FindTrouble(), "");
     m_rig.Prepare(m_eOperation);
     const SOutcome stAgain = m_rig.Do(m_eOperation);
     EXPECT_EQ(m_stReference.Describe(), stAgain.Describe());
-    EXPECT_EQ("", DescribeChanges(m_mapReference, m_rig.TakeSettings()));
+    EXPECT_EQ(DescribeChanges(m_mapReference, m_rig.TakeSettings()), "");
   }
 
   // One that failed while the dialog was made leaves none with buttons.
   void Recover()
   {
     if (m_eOperation == EOperation::Reopen) {
-      EXPECT_EQ("", m_rig.Correct());
+      EXPECT_EQ(m_rig.Correct(), "");
     }
   }
 
@@ -144,7 +146,7 @@ protected:
 
 TEST_P(AccessSweep, EveryFailingAccessIsToldAndLeavesTheCameraAsItWasAndTheDialogUsable)
 {
-  ASSERT_EQ("", m_rig.Correct());
+  ASSERT_EQ(m_rig.Correct(), "");
   for (const EOperation eOperation : ListOperations(m_rig.GetMode())) {
     SweepOperation(eOperation);
   }

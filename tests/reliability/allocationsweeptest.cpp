@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/reliability/moduleallocations.h"
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
@@ -21,7 +22,7 @@ namespace {
 // No memory, as such or as a feature that could not be read.
 const std::set<std::string> ANSWERS = {"Out of memory", "Failure to operation device feature",
                                        "The pixelformat not implement!", "The pixelformat should be changed to bayer!"};
-const std::set<int32_t> STATUSES = {0, -2, -1002};
+const std::set<int32_t> STATUSES = {PLUGIN_STATUS_SUCCESS, PLUGIN_STATUS_OUT_OF_MEMORY, PLUGIN_STATUS_FEATURE_ERROR};
 
 class AllocationSweep : public testing::TestWithParam<EMode> {
 protected:
@@ -53,17 +54,17 @@ protected:
     const SOutcome stFailed = DoFailing(eOperation, nFailing, nCount);
     EXPECT_LE(stFailed.listBoxes.size(), 1U) << stFailed.Describe();
     for (const std::string &strBox : stFailed.listBoxes) {
-      EXPECT_EQ(1U, ANSWERS.count(strBox)) << stFailed.Describe();
+      EXPECT_EQ(ANSWERS.count(strBox), 1U) << stFailed.Describe();
     }
-    EXPECT_EQ(1U, STATUSES.count(stFailed.nStatus)) << stFailed.Describe();
+    EXPECT_EQ(STATUSES.count(stFailed.nStatus), 1U) << stFailed.Describe();
     EXPECT_EQ(byteBefore, ReadFile()); // whole, before or after
     for (const auto &[strName, strValue] : m_rig.TakeSettings()) {
       EXPECT_TRUE(strValue == mapBefore.at(strName) || strValue == m_mapReference.at(strName))
         << strName << ": " << mapBefore.at(strName) << " -> " << strValue;
     }
-    EXPECT_EQ("", m_rig.FindTrouble());
+    EXPECT_EQ(m_rig.FindTrouble(), "");
     if (stFailed.nStatus != 0) {
-      EXPECT_EQ(0, m_rig.Do(EOperation::Reopen).nStatus);
+      EXPECT_EQ(m_rig.Do(EOperation::Reopen).nStatus, PLUGIN_STATUS_SUCCESS);
     }
     m_rig.Prepare(eOperation);
     const SOutcome stAgain = m_rig.Do(eOperation);
@@ -95,12 +96,12 @@ protected:
 
 TEST_P(AllocationSweep, EveryFailureIsToldAndLeavesNothingHalfDone)
 {
-  ASSERT_EQ("", m_rig.Correct());
-  ASSERT_EQ("", CModuleAllocations::Watch(PLUGIN_MODULE));
+  ASSERT_EQ(m_rig.Correct(), "");
+  ASSERT_EQ(CModuleAllocations::Watch(PLUGIN_MODULE), "");
   for (const EOperation eOperation : ListOperations(GetParam())) {
     Sweep(eOperation);
     if (eOperation == EOperation::Reopen) {
-      ASSERT_EQ("", m_rig.Correct());
+      ASSERT_EQ(m_rig.Correct(), "");
     }
   }
   EXPECT_GT(m_nFailures, 0U);
@@ -112,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, AllocationSweep, testing::Values(EMode::Host, EM
 TEST(AllocationOfThePlugin, ThatFailsGivesNoObject)
 {
   CModuleRig rig(EMode::Host);
-  ASSERT_EQ("", CModuleAllocations::Watch(PLUGIN_MODULE));
+  ASSERT_EQ(CModuleAllocations::Watch(PLUGIN_MODULE), "");
   const auto fnCreate = reinterpret_cast<FnCreatePluginObject>(rig.Library().resolve(CREATE_PLUGIN_OBJECT));
   const auto fnDestory = reinterpret_cast<FnDestoryPluginObject>(rig.Library().resolve(DESTORY_PLUGIN_OBJECT));
   uint64_t nCount = 0;
@@ -138,14 +139,14 @@ TEST(AllocationOfThePlugin, ThatFailsGivesNoObject)
 TEST(AllocationOfTheDialog, ThatFailsIsOutOfMemoryAndTheNextInitialisationSucceeds)
 {
   CModuleRig rig(EMode::FlatField);
-  ASSERT_EQ("", CModuleAllocations::Watch(PLUGIN_MODULE));
+  ASSERT_EQ(CModuleAllocations::Watch(PLUGIN_MODULE), "");
   {
     const CModuleAllocations allocations(1);
-    EXPECT_EQ(-2, rig.Open());
+    EXPECT_EQ(rig.Open(), PLUGIN_STATUS_OUT_OF_MEMORY);
     EXPECT_TRUE(allocations.HasFailed());
   }
   rig.Close();
-  EXPECT_EQ(0, rig.Open());
+  EXPECT_EQ(rig.Open(), PLUGIN_STATUS_SUCCESS);
 }
 
 namespace {
@@ -157,8 +158,8 @@ protected:
 
   AllocationAtTheInterface() : m_rig(EMode::Host)
   {
-    EXPECT_EQ("", m_rig.Correct());
-    EXPECT_EQ("", CModuleAllocations::Watch(PLUGIN_MODULE));
+    EXPECT_EQ(m_rig.Correct(), "");
+    EXPECT_EQ(CModuleAllocations::Watch(PLUGIN_MODULE), "");
     m_rig.SetStreaming(false);
     m_listFrame = m_rig.Camera().MakeFrame(120);
   }
@@ -196,7 +197,7 @@ protected:
         stOutput.pBuffer = listOutput.data();
         PLUGIN_PROCESS_RESULT stResult;
         const int32_t nStatus = m_rig.Plugin().ProcessImage(&stInput, &stOutput, PLUGIN_PROCESS_MODE_FRAME, &stResult);
-        EXPECT_EQ(0, nStatus);
+        EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
         EXPECT_EQ(bCorrected, stResult.bCorrected == 1);
         EXPECT_EQ(bCorrected, listOutput.front() != 0);
       });
@@ -214,10 +215,10 @@ protected:
 TEST_F(AllocationAtTheInterface, OfAStatusTextThatFailsLeavesTheEnglishOne)
 {
   const char *pText = nullptr;
-  EXPECT_GT(FailEach(EWhose::Module, [&] { pText = m_rig.Plugin().GetStatusText(-1002); }), 0U);
+  EXPECT_GT(FailEach(EWhose::Module, [&] { pText = m_rig.Plugin().GetStatusText(PLUGIN_STATUS_FEATURE_ERROR); }), 0U);
   EXPECT_STREQ("Failure to operation device feature", pText);
   const CModuleAllocations allocations(1);
-  EXPECT_STREQ("Failure to operation device feature", m_rig.Plugin().GetStatusText(-1002));
+  EXPECT_STREQ(m_rig.Plugin().GetStatusText(PLUGIN_STATUS_FEATURE_ERROR), "Failure to operation device feature");
   EXPECT_TRUE(allocations.HasFailed());
 }
 
@@ -226,7 +227,7 @@ TEST_F(AllocationAtTheInterface, OfAMessageThatFailsLeavesTheDialogAsItIs)
   PLUGIN_MSG stPluginMsg = MakePluginMsg(PLUGIN_MSG_DEVICE_NAME);
   stPluginMsg.pText = "Another camera";
   EXPECT_GT(FailEach(EWhose::Everybody, [&] { m_rig.Plugin().SlotProcessDemoMsg(stPluginMsg); }), 0U);
-  EXPECT_EQ("Flat Field Correction Plugin  Another camera", m_rig.Find<QLabel>("TitleContent")->text().toStdString());
+  EXPECT_EQ(m_rig.Find<QLabel>("TitleContent")->text().toStdString(), "Flat Field Correction Plugin  Another camera");
 }
 
 TEST_F(AllocationAtTheInterface, OfASuccessMessageThatFailsLeavesTheFrameCorrectedAndIsMadeUpForLater)

@@ -27,7 +27,7 @@ protected:
     if (!m_rig.IsStreaming()) {
       m_rig.SetStreaming(true); // a camera that is opened again streams again
     }
-    EXPECT_EQ("", m_rig.FindTrouble());
+    EXPECT_EQ(m_rig.FindTrouble(), "");
     if (GetParam() != EMode::FlatField) {
       RepairByHand(mapBefore);
     }
@@ -35,7 +35,7 @@ protected:
     const SOutcome stOutcome = m_rig.Do(EOperation::Bright);
     EXPECT_TRUE(stOutcome.listBoxes.empty()) << stOutcome.Describe();
     if (eOperation == EOperation::Dark || eOperation == EOperation::Bright) {
-      EXPECT_EQ("", DescribeChanges(mapBefore, m_rig.TakeSettings()));
+      EXPECT_EQ(DescribeChanges(mapBefore, m_rig.TakeSettings()), "");
     }
   }
 
@@ -70,7 +70,7 @@ protected:
 
 TEST_P(CameraLoss, InEveryPhaseCostsNothingOnceItIsBack)
 {
-  ASSERT_EQ("", m_rig.Correct());
+  ASSERT_EQ(m_rig.Correct(), "");
   for (const EOperation eOperation : ListOperations(GetParam())) {
     if (eOperation != EOperation::Reopen) {
       LoseInEveryPhase(eOperation);
@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Cameras, CameraLoss, testing::Values(EMode::Host, EMode
 TEST(LostCamera, ThatIsStillAwayKeepsTheUsersStateUntilItIsBack)
 {
   CModuleRig rig(EMode::FlatField);
-  ASSERT_EQ("", rig.Correct());
+  ASSERT_EQ(rig.Correct(), "");
   const Settings mapBefore = rig.TakeSettings();
   // It goes when its frames begin, on its factory set.
   rig.SetMessageHook([&rig](int32_t nCode) {
@@ -92,7 +92,7 @@ TEST(LostCamera, ThatIsStillAwayKeepsTheUsersStateUntilItIsBack)
       rig.Fault().Arm(1, CAccessFault::FOR_EVER, EAccessFailure::Timeout);
     }
   });
-  EXPECT_EQ(1U, rig.Do(EOperation::Bright).listBoxes.size());
+  EXPECT_EQ(rig.Do(EOperation::Bright).listBoxes.size(), 1U);
   rig.SetMessageHook(nullptr);
   // Neither another acquisition nor a save may write over the only copy of the user's state.
   for (const EOperation eOperation : {EOperation::Bright, EOperation::SaveFlash}) {
@@ -100,13 +100,13 @@ TEST(LostCamera, ThatIsStillAwayKeepsTheUsersStateUntilItIsBack)
     pSave->Access(GenApi::NA);
     rig.Camera().Device().Find<CSoftwareCommand>("UserSetLoad")->Access(GenApi::NA);
     rig.Fault().Disarm();
-    EXPECT_EQ(0U, rig.Do(eOperation).listBoxes.at(0).find("Recovery user param fail")) << GetName(eOperation);
+    EXPECT_EQ(rig.Do(eOperation).listBoxes.at(0).find("Recovery user param fail"), 0U) << GetName(eOperation);
   }
   for (const char *pName : {"UserSetSave", "UserSetLoad"}) {
     rig.Camera().Device().Find<CSoftwareCommand>(pName)->Access(GenApi::WO);
   }
   EXPECT_TRUE(rig.Do(EOperation::Bright).listBoxes.empty());
-  EXPECT_EQ("", DescribeChanges(mapBefore, rig.TakeSettings()));
+  EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "");
 }
 
 TEST(LostHost, TheNextOneGivesTheUserHisSettingsWithOneClick)
@@ -121,13 +121,13 @@ TEST(LostHost, TheNextOneGivesTheUserHisSettingsWithOneClick)
   camera.UserSets().Load("Default");
   Settings mapLost;
   AddSettings(mapLost, camera.Device());
-  EXPECT_NE("", DescribeChanges(mapBefore, mapLost));
+  EXPECT_NE(DescribeChanges(mapBefore, mapLost), "");
   ffc::host::CSettingsRescue rescue(camera.Device());
   EXPECT_TRUE(rescue.IsPossible());
   const ffc::Result<QStringList> changes = rescue.Restore();
-  ASSERT_EQ("", changes.GetError());
+  ASSERT_EQ(changes.GetError(), "");
   Settings mapAfter;
   AddSettings(mapAfter, camera.Device());
-  EXPECT_EQ("", DescribeChanges(mapBefore, mapAfter));
+  EXPECT_EQ(DescribeChanges(mapBefore, mapAfter), "");
   EXPECT_FALSE(changes.GetValue().isEmpty());
 }

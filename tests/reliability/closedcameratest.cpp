@@ -23,6 +23,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/reliability/modulerig.h"
 
 using ffc::genapi::CSoftwareInteger;
@@ -249,9 +250,9 @@ public:
   void Run(bool bKey)
   {
     if (m_stSituation.bCorrected) {
-      ASSERT_EQ("", m_rig.Correct());
+      ASSERT_EQ(m_rig.Correct(), "");
     } else {
-      ASSERT_EQ(0, m_rig.Open());
+      ASSERT_EQ(m_rig.Open(), PLUGIN_STATUS_SUCCESS);
     }
     ASSERT_NO_FATAL_FAILURE(m_stSituation.fnPrepare(m_rig));
     const QPointer<QWidget> pDialog = m_rig.Dialog();
@@ -266,7 +267,7 @@ public:
     EXPECT_TRUE(m_bEnded) << "the moment never came";
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     if (m_eEnd != EEnd::Reopen) {
-      EXPECT_EQ(0U, m_rig.Fault().GetCount()) << "the closed camera was touched";
+      EXPECT_EQ(m_rig.Fault().GetCount(), 0U) << "the closed camera was touched";
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(pDialog, nullptr) << "the dialog is still there";
@@ -312,7 +313,7 @@ private:
     case EEnd::Parent: m_pParent.reset(); break;
     case EEnd::Reopen:
       m_rig.Close();
-      EXPECT_EQ(0, m_rig.Open());
+      EXPECT_EQ(m_rig.Open(), PLUGIN_STATUS_SUCCESS);
       break;
     case EEnd::Destroy: m_rig.Destroy(); break;
     }
@@ -326,7 +327,7 @@ private:
       return m_rig.Camera().Integer("Width").Peek();
     });
     m_rig.SetStreaming(true); // which a host does for a camera that it opens
-    EXPECT_EQ("", m_rig.FindTrouble());
+    EXPECT_EQ(m_rig.FindTrouble(), "");
     for (const EOperation eStep : {EOperation::Bright, EOperation::Execute}) {
       const SOutcome stOutcome = m_rig.Do(eStep);
       EXPECT_TRUE(stOutcome.listBoxes.empty()) << GetName(eStep) << ": " << stOutcome.Describe();

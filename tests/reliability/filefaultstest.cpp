@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
@@ -28,9 +29,9 @@ constexpr int HOST_HEIGHT = 32; // a table of 4096 bytes
 constexpr qint64 GIBI = qint64{1} << 30;
 
 // One kind of process with coefficients in force and in a file.
-class IFileBench {
+class IFileRig {
 public:
-  virtual ~IFileBench() = default;
+  virtual ~IFileRig() = default;
   virtual IShadingCorrectionProcess &Process() = 0;
   virtual CScriptedChooser &Chooser() = 0;
   /// What is done to frames now, as bytes.
@@ -39,23 +40,23 @@ public:
   virtual std::set<int32_t> GetRefusals() const = 0;
 };
 
-class CHostBench final : public IFileBench {
+class CHostFileRig final : public IFileRig {
 public:
-  CHostBench() : m_chooser(InstallChooser(m_rig.Process()))
+  CHostFileRig() : m_chooser(InstallChooser(m_rig.Process()))
   {
-    EXPECT_EQ(0, m_rig.AcquireBright(100));
+    EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
     m_rig.Process().SetExpectGray(200);
-    EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+    EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   }
   IShadingCorrectionProcess &Process() override { return m_rig.Process(); }
   CScriptedChooser &Chooser() override { return m_chooser; }
   std::vector<uint8_t> GetInForce() override
   {
     std::vector<uint8_t> listCorrected;
-    EXPECT_EQ(0, m_rig.Correct(m_rig.Camera().MakeFrame(60), listCorrected));
+    EXPECT_EQ(m_rig.Correct(m_rig.Camera().MakeFrame(60), listCorrected), PLUGIN_STATUS_SUCCESS);
     return listCorrected;
   }
-  std::set<int32_t> GetRefusals() const override { return {-1007}; }
+  std::set<int32_t> GetRefusals() const override { return {PLUGIN_STATUS_READ_FILE_ERROR}; }
 
 private:
   CHostRig m_rig{"Mono8", HOST_WIDTH, HOST_HEIGHT};
@@ -63,17 +64,17 @@ private:
 };
 
 template <class TRig>
-class CCameraBench final : public IFileBench {
+class CCameraFileRig final : public IFileRig {
 public:
-  CCameraBench() : m_chooser(InstallChooser(m_rig.Process()))
+  CCameraFileRig() : m_chooser(InstallChooser(m_rig.Process()))
   {
-    EXPECT_EQ(0, m_rig.AcquireBright(120));
-    EXPECT_EQ(0, m_rig.Process().ExecuteCorrection());
+    EXPECT_EQ(m_rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   }
   IShadingCorrectionProcess &Process() override { return m_rig.Process(); }
   CScriptedChooser &Chooser() override { return m_chooser; }
   std::vector<uint8_t> GetInForce() override { return m_rig.Camera().Correction().GetWritten(); }
-  std::set<int32_t> GetRefusals() const override { return {-1007, -1015}; }
+  std::set<int32_t> GetRefusals() const override { return {PLUGIN_STATUS_READ_FILE_ERROR, PLUGIN_STATUS_ROI_MISMATCH}; }
 
 private:
   TRig m_rig;
@@ -85,31 +86,31 @@ protected:
   FileFaults()
   {
     switch (GetParam()) {
-    case EMode::Host: m_pBench = std::make_unique<CHostBench>(); break;
-    case EMode::FlatField: m_pBench = std::make_unique<CCameraBench<CDeviceRig>>(); break;
-    default: m_pBench = std::make_unique<CCameraBench<CVignettingRig>>(); break;
+    case EMode::Host: m_pRig = std::make_unique<CHostFileRig>(); break;
+    case EMode::FlatField: m_pRig = std::make_unique<CCameraFileRig<CDeviceRig>>(); break;
+    default: m_pRig = std::make_unique<CCameraFileRig<CVignettingRig>>(); break;
     }
-    EXPECT_EQ(0, Save("good.ffc"));
+    EXPECT_EQ(Save("good.ffc"), PLUGIN_STATUS_SUCCESS);
     m_byteGood = ReadAll(Path("good.ffc"));
-    m_listInForce = m_pBench->GetInForce();
+    m_listInForce = m_pRig->GetInForce();
   }
 
   QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
   int32_t Load(const QString &strFile)
   {
-    m_pBench->Chooser().Choose(strFile);
-    return m_pBench->Process().LoadFromFile();
+    m_pRig->Chooser().Choose(strFile);
+    return m_pRig->Process().LoadFromFile();
   }
   int32_t Save(const char *pName)
   {
-    m_pBench->Chooser().Choose(Path(pName));
-    return m_pBench->Process().SaveToFile();
+    m_pRig->Chooser().Choose(Path(pName));
+    return m_pRig->Process().SaveToFile();
   }
   void ExpectRefused(const QString &strFile, const std::set<int32_t> &setStatuses)
   {
     const int32_t nStatus = Load(strFile);
-    EXPECT_EQ(1U, setStatuses.count(nStatus)) << strFile.toStdString() << ": " << nStatus;
-    EXPECT_EQ(m_listInForce, m_pBench->GetInForce()) << strFile.toStdString();
+    EXPECT_EQ(setStatuses.count(nStatus), 1U) << strFile.toStdString() << ": " << nStatus;
+    EXPECT_EQ(m_pRig->GetInForce(), m_listInForce) << strFile.toStdString();
   }
   void MakeSparse(const QString &strFile, qint64 nSize) const
   {
@@ -119,7 +120,7 @@ protected:
   }
 
   QTemporaryDir m_folder;
-  std::unique_ptr<IFileBench> m_pBench;
+  std::unique_ptr<IFileRig> m_pRig;
   QByteArray m_byteGood;
   std::vector<uint8_t> m_listInForce;
 };
@@ -136,9 +137,9 @@ TEST_P(FileFaults, AFileOfAnyOtherSizeIsRefused)
   }
   for (const qint64 nSize : setSizes) {
     ASSERT_NO_FATAL_FAILURE(MakeSparse(Path("sized.ffc"), nSize));
-    ExpectRefused(Path("sized.ffc"), m_pBench->GetRefusals());
+    ExpectRefused(Path("sized.ffc"), m_pRig->GetRefusals());
   }
-  EXPECT_EQ(0, Load(Path("good.ffc")));
+  EXPECT_EQ(Load(Path("good.ffc")), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST_P(FileFaults, AHugeFileCostsNoMoreThanItsCoefficients)
@@ -152,10 +153,10 @@ TEST_P(FileFaults, WhatIsNoFileIsNotOpened)
 {
   QDir().mkpath(Path("folder.ffc"));
   for (const char *pName : {"missing.ffc", "folder.ffc", ".", "good.ffc/inside.ffc"}) {
-    ExpectRefused(Path(pName), {-1004});
+    ExpectRefused(Path(pName), {PLUGIN_STATUS_OPEN_FILE_ERROR});
   }
-  EXPECT_EQ(-1004, Save("folder.ffc"));
-  EXPECT_EQ(-1004, Save("missing/a.ffc"));
+  EXPECT_EQ(Save("folder.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
 }
 
 TEST_P(FileFaults, AFileThatShrinksAndGrowsWhileItIsReadIsTakenWholeOrNotAtAll)
@@ -172,18 +173,18 @@ TEST_P(FileFaults, AFileThatShrinksAndGrowsWhileItIsReadIsTakenWholeOrNotAtAll)
     }
   });
   int nTaken = 0;
-  std::set<int32_t> setStatuses = m_pBench->GetRefusals();
+  std::set<int32_t> setStatuses = m_pRig->GetRefusals();
   setStatuses.insert(0);
   for (int n = 0; n < (IsSoak() ? 20000 : 300); ++n) {
     const int32_t nStatus = Load(Path("moving.ffc"));
     nTaken += nStatus == 0 ? 1 : 0;
-    EXPECT_EQ(1U, setStatuses.count(nStatus)) << nStatus;
+    EXPECT_EQ(setStatuses.count(nStatus), 1U) << nStatus;
   }
   bStop = true;
   other.join();
   std::printf("%d of the loads found the file whole\n", nTaken);
-  EXPECT_EQ(0, Load(Path("good.ffc")));
-  EXPECT_EQ(m_listInForce.size(), m_pBench->GetInForce().size());
+  EXPECT_EQ(Load(Path("good.ffc")), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_listInForce.size(), m_pRig->GetInForce().size());
 }
 
 TEST_P(FileFaults, AFullVolumeLeavesTheFormerFile)
@@ -193,12 +194,12 @@ TEST_P(FileFaults, AFullVolumeLeavesTheFormerFile)
     const CFullVolume full(nRoom);
     const int32_t nStatus = Save("kept.ffc");
     // A camera that has the coefficients and corrects is no failure.
-    EXPECT_EQ(GetParam() == EMode::FlatField ? 0 : -1006, nStatus);
-    EXPECT_EQ("former", ReadAll(Path("kept.ffc")).toStdString());
+    EXPECT_EQ(nStatus, GetParam() == EMode::FlatField ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_WRITE_FILE_ERROR);
+    EXPECT_EQ(ReadAll(Path("kept.ffc")).toStdString(), "former");
   }
-  EXPECT_EQ(2, static_cast<int>(QDir(m_folder.path()).entryList(QDir::Files).size())); // nothing half-written beside
-  EXPECT_EQ(0, Save("kept.ffc"));
-  EXPECT_EQ(m_byteGood, ReadAll(Path("kept.ffc")));
+  EXPECT_EQ(static_cast<int>(QDir(m_folder.path()).entryList(QDir::Files).size()), 2); // nothing half-written beside
+  EXPECT_EQ(Save("kept.ffc"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(ReadAll(Path("kept.ffc")), m_byteGood);
 }
 
 TEST_P(FileFaults, AFolderThatMustNotBeWrittenIsLeftAlone)
@@ -208,7 +209,7 @@ TEST_P(FileFaults, AFolderThatMustNotBeWrittenIsLeftAlone)
   }
   QDir().mkpath(Path("locked"));
   QFile::setPermissions(Path("locked"), QFile::ReadOwner | QFile::ExeOwner);
-  EXPECT_EQ(-1004, Save("locked/a.ffc"));
+  EXPECT_EQ(Save("locked/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
   QFile::setPermissions(Path("locked"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
   EXPECT_TRUE(QDir(Path("locked")).isEmpty());
 }
@@ -222,7 +223,7 @@ TEST(ChineseFile, IsSavedAndLoadedUnderTheCodecThatTheChineseDialogSets)
   QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB2312"));
   for (const EMode eMode : {EMode::Host, EMode::FlatField, EMode::Vignetting}) {
     CModuleRig rig(eMode);
-    EXPECT_EQ("", rig.Correct());
+    EXPECT_EQ(rig.Correct(), "");
     const QString strFile = rig.Path(QString::fromUtf8("平场校正.ffc"));
     rig.Answer().ChooseFile(strFile);
     EXPECT_TRUE(rig.Do(EOperation::SaveFile).listBoxes.empty()) << GetName(eMode);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/reliability/modulerig.h"
 
 using namespace ffc::test;
@@ -44,7 +45,7 @@ bool DeliverMore(CModuleRig &rig)
 TEST(FormatChange, FramesOfAnotherShapeAreNotCorrectedWithTheTableOfTheFormerOne)
 {
   CModuleRig rig(EMode::Host);
-  ASSERT_EQ("", rig.Correct());
+  ASSERT_EQ(rig.Correct(), "");
   rig.SetFrame([](const CTestCamera &, uint32_t) { return std::vector<uint8_t>(); });
   Turn(rig);
   rig.Camera().Float("ExposureTime").Poke(SHORT_EXPOSURE);
@@ -69,7 +70,7 @@ TEST(FormatChange, FramesOfAnotherShapeAreNotCorrectedWithTheTableOfTheFormerOne
 TEST(FormatChange, ADarkFrameOfAnotherDepthTakesTheBrightOneAlong)
 {
   CModuleRig rig(EMode::Host, "Mono10");
-  ASSERT_EQ(0, rig.Open());
+  ASSERT_EQ(rig.Open(), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(DoAll(rig, {EOperation::Bright}).empty());
   rig.SetStreaming(false);
   rig.Camera().Enumeration("PixelFormat").Select("Mono12");

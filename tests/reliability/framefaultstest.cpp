@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
@@ -72,7 +73,7 @@ protected:
 
 TEST_P(FrameFaults, AreToldOrSurvivedAndTheNextFramesAreGood)
 {
-  ASSERT_EQ("", m_rig.Correct());
+  ASSERT_EQ(m_rig.Correct(), "");
   for (const EOperation eOperation : {EOperation::Bright, EOperation::Dark}) {
     if (m_rig.GetMode() == EMode::Vignetting && eOperation == EOperation::Dark) {
       continue;
@@ -85,8 +86,8 @@ TEST_P(FrameFaults, AreToldOrSurvivedAndTheNextFramesAreGood)
     std::get<2>(GetParam()).fnArrange(m_rig);
     const SOutcome stOutcome = m_rig.Do(eOperation);
     EXPECT_EQ(GetBox(), stOutcome.listBoxes.empty() ? std::string() : stOutcome.listBoxes.front());
-    EXPECT_EQ("", DescribeChanges(mapBefore, m_rig.TakeSettings()));
-    EXPECT_EQ("", m_rig.FindTrouble());
+    EXPECT_EQ(DescribeChanges(mapBefore, m_rig.TakeSettings()), "");
+    EXPECT_EQ(m_rig.FindTrouble(), "");
     m_rig.SetFrame(nullptr);
     m_rig.SetImageInfo(nullptr);
     m_rig.Camera().Float("ExposureTime").Poke(10000.0);
@@ -109,7 +110,7 @@ TEST(FrameStorm, AtTheMachinesLimitHindersNoOperation)
   for (const EMode eMode : {EMode::Host, EMode::FlatField, EMode::Vignetting}) {
     CModuleRig rig(eMode);
     rig.SetRate(0);
-    ASSERT_EQ("", rig.Correct()) << GetName(eMode);
+    ASSERT_EQ(rig.Correct(), "") << GetName(eMode);
     for (const EOperation eOperation : ListOperations(eMode)) {
       if (eOperation != EOperation::Preview) {
         const SOutcome stOutcome = rig.Do(eOperation);
@@ -126,15 +127,16 @@ TEST(FrameGeometry, ThatChangesBetweenAcquisitionsIsFollowed)
 {
   for (const EMode eMode : {EMode::Host, EMode::FlatField, EMode::Vignetting}) {
     CModuleRig rig(eMode);
-    ASSERT_EQ("", rig.Correct()) << GetName(eMode);
+    ASSERT_EQ(rig.Correct(), "") << GetName(eMode);
     for (const int64_t nWidth : {128, 256, 64}) {
       const int64_t nReal = eMode == EMode::Vignetting ? nWidth * 2 : nWidth;
       rig.Camera().Integer("Width").Poke(nReal);
       if (eMode == EMode::FlatField) {
         auto &camera = dynamic_cast<CCorrectingCamera &>(rig.Camera());
         camera.ChangeDefault([&] { rig.Camera().Integer("Width").Poke(nReal); });
-        EXPECT_EQ(0, rig.Do(EOperation::Reopen).nStatus); // coefficients of another size are another table
-        (void)rig.Do(EOperation::Bright);                 // the payload is that of the acquisition before, once
+        // Coefficients of another size are another table.
+        EXPECT_EQ(rig.Do(EOperation::Reopen).nStatus, PLUGIN_STATUS_SUCCESS);
+        (void)rig.Do(EOperation::Bright); // the payload is that of the acquisition before, once
       }
       const SOutcome stBright = rig.Do(EOperation::Bright);
       EXPECT_TRUE(stBright.listBoxes.empty()) << GetName(eMode) << nReal << stBright.Describe();

@@ -88,9 +88,9 @@ protected:
   {
     const SOutcome stOutcome = m_rig.Do(eOperation);
     for (const std::string &strBox : stOutcome.listBoxes) {
-      EXPECT_EQ(1U, ANSWERS.count(strBox)) << GetName(eOperation) << ": " << stOutcome.Describe();
+      EXPECT_EQ(ANSWERS.count(strBox), 1U) << GetName(eOperation) << ": " << stOutcome.Describe();
     }
-    EXPECT_EQ("", m_rig.FindTrouble()) << GetName(eOperation);
+    EXPECT_EQ(m_rig.FindTrouble(), "") << GetName(eOperation);
     ++m_nTrials;
   }
 
@@ -113,7 +113,7 @@ protected:
 
 TEST_P(HostileNumbers, AreRefusedInEveryOperationAndForgottenAfterwards)
 {
-  ASSERT_EQ("", m_rig.Correct());
+  ASSERT_EQ(m_rig.Correct(), "");
   TryAll({"Width", "OutputWidth"});
   TryAll({"Height", "OutputHeight"});
   TryAll({"Width", "OutputWidth", "Height", "OutputHeight"});
@@ -128,7 +128,7 @@ TEST_P(HostileNumbers, AreRefusedInEveryOperationAndForgottenAfterwards)
 TEST_P(HostileNumbers, OfCoefficientsAtTheInitialisationLeaveADialogThatCanBeOpenedAgain)
 {
   if (GetParam() == EMode::Host) {
-    ASSERT_EQ("", m_rig.Correct());
+    ASSERT_EQ(m_rig.Correct(), "");
     return;
   }
   for (const int64_t nNumber : NUMBERS) {
@@ -142,7 +142,7 @@ TEST_P(HostileNumbers, OfCoefficientsAtTheInitialisationLeaveADialogThatCanBeOpe
     m_rig.ReplaceFeatures(nullptr);
     m_rig.Close();
   }
-  EXPECT_EQ("", m_rig.Correct());
+  EXPECT_EQ(m_rig.Correct(), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, HostileNumbers, testing::Values(EMode::Host, EMode::FlatField, EMode::Vignetting),
@@ -151,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, HostileNumbers, testing::Values(EMode::Host, EMo
 TEST(HostileFrames, OfAnySizeTheHostMayTellAreSurvived)
 {
   CModuleRig rig(EMode::Host);
-  ASSERT_EQ("", rig.Correct());
+  ASSERT_EQ(rig.Correct(), "");
   for (const int64_t nNumber : NUMBERS) {
     rig.SetImageInfo([nNumber](PLUGIN_IMAGE_INFO &stInfo) {
       stInfo.nWidth = static_cast<int32_t>(nNumber);
@@ -161,7 +161,7 @@ TEST(HostileFrames, OfAnySizeTheHostMayTellAreSurvived)
     (void)rig.Do(EOperation::Bright);
     (void)rig.Do(EOperation::Dark);
     rig.SetImageInfo(nullptr);
-    EXPECT_EQ("", rig.FindTrouble()) << nNumber;
+    EXPECT_EQ(rig.FindTrouble(), "") << nNumber;
   }
   EXPECT_TRUE(rig.Do(EOperation::Bright).listBoxes.empty());
   EXPECT_TRUE(rig.Do(EOperation::Execute).listBoxes.empty());

@@ -97,16 +97,16 @@ TEST_F(KilledHost, LeavesTheUsersSettingsInTheUserSetWhereTheNextOneFindsThem)
   for (const int nSaves : {1, 2}) { // in the dark, in the bright acquisition
     ASSERT_NO_FATAL_FAILURE(KillAfterSaves(nSaves));
     const auto pCamera = Open(); // refuses a flash that is not whole
-    ASSERT_NE(nullptr, pCamera);
-    EXPECT_EQ(USERS_GAIN, Peek(*pCamera, "Gain"));
-    EXPECT_EQ(USERS_EXPOSURE, Peek(*pCamera, "ExposureTime"));
+    ASSERT_NE(pCamera, nullptr);
+    EXPECT_EQ(Peek(*pCamera, "Gain"), USERS_GAIN);
+    EXPECT_EQ(Peek(*pCamera, "ExposureTime"), USERS_EXPOSURE);
     // Also where the camera does not start with them.
     Map(*pCamera).Find<CSoftwareEnumeration>("UserSetSelector")->FromString("Default");
     Map(*pCamera).Find<CSoftwareCommand>("UserSetLoad")->Execute();
-    EXPECT_EQ(0.0, Peek(*pCamera, "Gain"));
+    EXPECT_EQ(Peek(*pCamera, "Gain"), 0.0);
     Map(*pCamera).Find<CSoftwareEnumeration>("UserSetSelector")->FromString("UserSet0");
     Map(*pCamera).Find<CSoftwareCommand>("UserSetLoad")->Execute();
-    EXPECT_EQ(USERS_GAIN, Peek(*pCamera, "Gain"));
+    EXPECT_EQ(Peek(*pCamera, "Gain"), USERS_GAIN);
   }
 }
 
@@ -121,7 +121,7 @@ TEST_F(KilledHost, IsMadeGoodByOneCommand)
   host.start(FFCHOST, Arguments("--restore-settings"));
   ASSERT_TRUE(host.waitForFinished(LIMIT_MS));
   const std::string strOutput = host.readAllStandardOutput().toStdString();
-  EXPECT_EQ(0, host.exitCode()) << host.readAllStandardError().toStdString();
+  EXPECT_EQ(host.exitCode(), 0) << host.readAllStandardError().toStdString();
   EXPECT_NE(std::string::npos, strOutput.find("Gain: 0 -> 3.5")) << strOutput;
   EXPECT_NE(std::string::npos, strOutput.find("The camera has the settings of UserSet0 again.")) << strOutput;
 }
@@ -131,7 +131,7 @@ TEST_F(KilledHost, SaysSoWhereTheCameraHasNoUserSets)
   QProcess host;
   host.start(FFCHOST, {"--restore-settings", "--size", "128x128"});
   ASSERT_TRUE(host.waitForFinished(LIMIT_MS));
-  EXPECT_EQ(1, host.exitCode());
-  EXPECT_EQ("ffchost: this camera has no user set \"UserSet0\"\n",
-            host.readAllStandardError().replace("\r\n", "\n").toStdString());
+  EXPECT_EQ(host.exitCode(), 1);
+  EXPECT_EQ(host.readAllStandardError().replace("\r\n", "\n").toStdString(),
+            "ffchost: this camera has no user set \"UserSet0\"\n");
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/reliability/modulerig.h"
 #include "tests/reliability/scale.h"
 
@@ -61,10 +62,10 @@ protected:
     }
     const SOutcome stOutcome = m_rig.Do(eOperation);
     for (const std::string &strBox : stOutcome.listBoxes) {
-      EXPECT_EQ(1U, ANSWERS.count(strBox)) << GetName(eOperation) << ": " << stOutcome.Describe();
+      EXPECT_EQ(ANSWERS.count(strBox), 1U) << GetName(eOperation) << ": " << stOutcome.Describe();
     }
-    EXPECT_EQ(0, stOutcome.nStatus);
-    EXPECT_EQ("", m_rig.FindTrouble()) << GetName(eOperation);
+    EXPECT_EQ(stOutcome.nStatus, PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_rig.FindTrouble(), "") << GetName(eOperation);
     ++m_nOperations;
   }
 
@@ -78,7 +79,7 @@ protected:
 TEST_P(LongRun, EndsWithADialogThatStillCorrects)
 {
   const SLength stLength = GetLength();
-  ASSERT_EQ("", m_rig.Correct());
+  ASSERT_EQ(m_rig.Correct(), "");
   m_rig.SetRate(0);
   while ((m_nOperations < stLength.nOperations || m_rig.GetDelivered() < stLength.nFrames) && !HasFailure()) {
     DoOne();

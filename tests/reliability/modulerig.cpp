@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
+
 using ffc::pluginobject::MakePluginMsg;
 using namespace ffc::test;
 
@@ -155,7 +157,7 @@ void CModuleRig::Close()
 {
   m_pDialog = nullptr;
   if (m_pPlugin != nullptr) {
-    EXPECT_EQ(0, m_pPlugin->Uninitialize());
+    EXPECT_EQ(m_pPlugin->Uninitialize(), PLUGIN_STATUS_SUCCESS);
   }
 }
 

@@ -17,7 +17,7 @@ class CRestore {
 public:
   explicit CRestore(EMode eMode, const char *pFormat = "Mono8") : m_rig(eMode, pFormat)
   {
-    EXPECT_EQ("", m_rig.Correct());
+    EXPECT_EQ(m_rig.Correct(), "");
   }
 
   CModuleRig &Rig() { return m_rig; }
@@ -52,7 +52,7 @@ public:
   void LeaveRestorePending()
   {
     RefuseAfter(PLUGIN_MSG_ACQUISITION_OFF, 2, "UserSetLoad");
-    EXPECT_EQ("", Do(EOperation::Bright));
+    EXPECT_EQ(Do(EOperation::Bright), "");
     m_rig.SetMessageHook(nullptr);
   }
 
@@ -92,11 +92,11 @@ TEST(RestoredBalance, ThatNeverEndsLeavesTheRatiosOfTheUserAndHoldsNothingUp)
       }
       return camera.MakeFrame(nGray);
     });
-    EXPECT_EQ("", restore.Do(EOperation::Bright));
+    EXPECT_EQ(restore.Do(EOperation::Bright), "");
     restore.Rig().SetFrame(nullptr);
-    EXPECT_EQ("Off", restore.GetEntry("BalanceWhiteAuto"));
+    EXPECT_EQ(restore.GetEntry("BalanceWhiteAuto"), "Off");
     EXPECT_EQ((std::array<double, 3>{1.5, 1.0, 1.75}), camera.m_adBalanceRatio);
-    EXPECT_EQ("", restore.Do(EOperation::Dark));
+    EXPECT_EQ(restore.Do(EOperation::Dark), "");
   }
 }
 
@@ -106,12 +106,12 @@ TEST(RestoredBalance, ThatIsRefusedForGoodHoldsNothingUp)
     CRestore restore(EMode::Host, "BayerRG8");
     restore.Camera().Enumeration("BalanceWhiteAuto").FromString("Continuous");
     restore.RefuseAfter(PLUGIN_MSG_ACQUISITION_ON, 1, pRefused);
-    EXPECT_EQ("", restore.Do(EOperation::Bright)) << pRefused;
+    EXPECT_EQ(restore.Do(EOperation::Bright), "") << pRefused;
     EXPECT_GE(restore.Refusals().TakeCount(), 2) << pRefused;
     restore.Rig().SetMessageHook(nullptr);
-    EXPECT_EQ("", restore.Do(EOperation::Dark)) << pRefused;
+    EXPECT_EQ(restore.Do(EOperation::Dark), "") << pRefused;
     restore.Permit();
-    EXPECT_EQ("", restore.Do(EOperation::Bright)) << pRefused;
+    EXPECT_EQ(restore.Do(EOperation::Bright), "") << pRefused;
   }
 }
 
@@ -123,10 +123,10 @@ TEST_P(RestoredEntry, ATriggerModeThatIsRefusedForGoodHoldsNothingUp)
   restore.Camera().Enumeration("TriggerMode").Select("On");
   restore.Refusals().Refuse("TriggerMode", "On");
   for (int nRound = 0; nRound < 3; ++nRound) {
-    EXPECT_EQ("", restore.Do(EOperation::Bright));
-    EXPECT_EQ("Off", restore.GetEntry("TriggerMode"));
+    EXPECT_EQ(restore.Do(EOperation::Bright), "");
+    EXPECT_EQ(restore.GetEntry("TriggerMode"), "Off");
   }
-  EXPECT_EQ("", restore.Rig().FindTrouble());
+  EXPECT_EQ(restore.Rig().FindTrouble(), "");
 }
 
 TEST_P(RestoredEntry, WhatTheUserChoosesAfterARefusalStays)
@@ -134,12 +134,12 @@ TEST_P(RestoredEntry, WhatTheUserChoosesAfterARefusalStays)
   CRestore restore(GetParam());
   restore.Camera().Enumeration("TriggerMode").Select("On");
   restore.Refusals().Refuse("TriggerMode");
-  EXPECT_EQ("Failure to operation device feature", restore.Do(EOperation::Bright)); // not even switched off
-  EXPECT_EQ("On", restore.GetEntry("TriggerMode"));
+  EXPECT_EQ(restore.Do(EOperation::Bright), "Failure to operation device feature"); // not even switched off
+  EXPECT_EQ(restore.GetEntry("TriggerMode"), "On");
   restore.Permit();
   restore.Camera().Enumeration("TriggerMode").Select("Off"); // by the user
-  EXPECT_EQ("", restore.Do(EOperation::Bright));
-  EXPECT_EQ("Off", restore.GetEntry("TriggerMode"));
+  EXPECT_EQ(restore.Do(EOperation::Bright), "");
+  EXPECT_EQ(restore.GetEntry("TriggerMode"), "Off");
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, RestoredEntry, testing::Values(EMode::Host, EMode::Vignetting),
@@ -151,8 +151,8 @@ TEST(RestoredEntry, EntriesThatAreLockedWhileTheCameraStreamsAreBackAfterAHostsA
   restore.Camera().LockWhileStreaming("TriggerMode");
   const Settings mapBefore = restore.Rig().TakeSettings();
   for (const EOperation eOperation : {EOperation::Dark, EOperation::Bright}) {
-    EXPECT_EQ("", restore.Do(eOperation));
-    EXPECT_EQ("", DescribeChanges(mapBefore, restore.Rig().TakeSettings()));
+    EXPECT_EQ(restore.Do(eOperation), "");
+    EXPECT_EQ(DescribeChanges(mapBefore, restore.Rig().TakeSettings()), "");
   }
 }
 
@@ -161,12 +161,12 @@ TEST(RestoredUserSet, ASelectorThatIsRefusedIsNoReasonToLoadTheSetAgain)
   CRestore restore(EMode::FlatField);
   restore.Camera().Enumeration("UserSetSelector").Entry("UserSet1", 2).Select("UserSet1");
   restore.Refusals().Refuse("UserSetSelector", "UserSet1");
-  EXPECT_EQ("", restore.Do(EOperation::Bright));
-  EXPECT_EQ(2, restore.Refusals().TakeCount());
+  EXPECT_EQ(restore.Do(EOperation::Bright), "");
+  EXPECT_EQ(restore.Refusals().TakeCount(), 2);
   restore.Camera().Float("Gain").Poke(3.0); // the user's newer settings
-  EXPECT_EQ("", restore.Do(EOperation::SaveFlash));
-  EXPECT_EQ(3.0, restore.Camera().Float("Gain").Peek());
-  EXPECT_EQ("3", restore.TakeUserSet()["Gain"]);
+  EXPECT_EQ(restore.Do(EOperation::SaveFlash), "");
+  EXPECT_EQ(restore.Camera().Float("Gain").Peek(), 3.0);
+  EXPECT_EQ(restore.TakeUserSet()["Gain"], "3");
 }
 
 TEST(RestoredUserSet, ASelectorThatWasRefusedIsWrittenBackAlone)
@@ -174,13 +174,13 @@ TEST(RestoredUserSet, ASelectorThatWasRefusedIsWrittenBackAlone)
   CRestore restore(EMode::FlatField);
   restore.Camera().Enumeration("UserSetSelector").Entry("UserSet1", 2).Select("UserSet1");
   restore.Refusals().Refuse("UserSetSelector", "UserSet1");
-  EXPECT_EQ("", restore.Do(EOperation::Bright));
-  EXPECT_EQ("UserSet0", restore.GetEntry("UserSetSelector"));
+  EXPECT_EQ(restore.Do(EOperation::Bright), "");
+  EXPECT_EQ(restore.GetEntry("UserSetSelector"), "UserSet0");
   restore.Permit();
   restore.Camera().Float("Gain").Poke(3.0);
-  EXPECT_EQ("", restore.Do(EOperation::Dark));
-  EXPECT_EQ("UserSet1", restore.GetEntry("UserSetSelector"));
-  EXPECT_EQ(3.0, restore.Camera().Float("Gain").Peek());
+  EXPECT_EQ(restore.Do(EOperation::Dark), "");
+  EXPECT_EQ(restore.GetEntry("UserSetSelector"), "UserSet1");
+  EXPECT_EQ(restore.Camera().Float("Gain").Peek(), 3.0);
 }
 
 TEST(RestoredUserSet, ThatIsNotLoadedIsNeverOverwritten)
@@ -191,17 +191,17 @@ TEST(RestoredUserSet, ThatIsNotLoadedIsNeverOverwritten)
   const Settings mapUser = restore.Rig().TakeSettings();
   restore.LeaveRestorePending();
   const Settings mapPending = restore.Rig().TakeSettings();
-  EXPECT_NE("", DescribeChanges(mapUser, mapPending));
+  EXPECT_NE(DescribeChanges(mapUser, mapPending), "");
   const Settings mapSet = restore.TakeUserSet();
   for (const EOperation eOperation : {EOperation::Dark, EOperation::Bright, EOperation::SaveFlash, EOperation::Dark}) {
     EXPECT_TRUE(IsRecoveryBox(restore.Do(eOperation))) << GetName(eOperation);
-    EXPECT_EQ("", DescribeChanges(mapPending, restore.Rig().TakeSettings())) << GetName(eOperation);
-    EXPECT_EQ("", DescribeChanges(mapSet, restore.TakeUserSet())) << GetName(eOperation);
-    EXPECT_EQ("", restore.Rig().FindTrouble());
+    EXPECT_EQ(DescribeChanges(mapPending, restore.Rig().TakeSettings()), "") << GetName(eOperation);
+    EXPECT_EQ(DescribeChanges(mapSet, restore.TakeUserSet()), "") << GetName(eOperation);
+    EXPECT_EQ(restore.Rig().FindTrouble(), "");
   }
   restore.Permit();
-  EXPECT_EQ("", restore.Do(EOperation::Bright));
-  EXPECT_EQ("", DescribeChanges(mapUser, restore.Rig().TakeSettings()));
+  EXPECT_EQ(restore.Do(EOperation::Bright), "");
+  EXPECT_EQ(DescribeChanges(mapUser, restore.Rig().TakeSettings()), "");
 }
 
 TEST(RestoredUserSet, IsLoadedBeforeItIsSavedToFlash)
@@ -211,9 +211,9 @@ TEST(RestoredUserSet, IsLoadedBeforeItIsSavedToFlash)
   restore.Camera().Enumeration("DeadPixelCorrect").Select("On");
   restore.LeaveRestorePending();
   restore.Permit();
-  EXPECT_EQ("", restore.Do(EOperation::SaveFlash));
-  EXPECT_EQ("77", restore.TakeUserSet()["FFCExpectGray"]);
-  EXPECT_EQ("On", restore.TakeUserSet()["DeadPixelCorrect"]);
+  EXPECT_EQ(restore.Do(EOperation::SaveFlash), "");
+  EXPECT_EQ(restore.TakeUserSet()["FFCExpectGray"], "77");
+  EXPECT_EQ(restore.TakeUserSet()["DeadPixelCorrect"], "On");
 }
 
 class TakenOver : public testing::TestWithParam<const char *> {};
@@ -228,9 +228,9 @@ TEST_P(TakenOver, TheCameraStaysAsTheUserHasSetItSince)
     pNode->FromString("2");
     restore.Camera().Integer("FFCExpectGray").Poke(99);
     restore.Permit();
-    EXPECT_EQ("", restore.Do(eOperation)) << GetName(eOperation);
-    EXPECT_EQ("2", std::string(pNode->ToString().c_str())) << GetName(eOperation);
-    EXPECT_EQ("99", restore.TakeUserSet()["FFCExpectGray"]) << GetName(eOperation);
+    EXPECT_EQ(restore.Do(eOperation), "") << GetName(eOperation);
+    EXPECT_EQ(std::string(pNode->ToString().c_str()), "2") << GetName(eOperation);
+    EXPECT_EQ(restore.TakeUserSet()["FFCExpectGray"], "99") << GetName(eOperation);
   }
 }
 
@@ -243,8 +243,8 @@ TEST(RestoredNumber, AtAMaximumThatNoFloatHasIsThatMaximum)
   restore.Camera().Float("Gain").Range(0.0, 24.1).Poke(24.1);
   restore.Camera().Float("BlackLevel").Range(0.0, 0.1).Poke(0.1);
   for (const EOperation eOperation : {EOperation::Dark, EOperation::Bright}) {
-    EXPECT_EQ("", restore.Do(eOperation));
-    EXPECT_EQ(24.1, restore.Camera().Float("Gain").Peek());
-    EXPECT_EQ(0.1, restore.Camera().Float("BlackLevel").Peek());
+    EXPECT_EQ(restore.Do(eOperation), "");
+    EXPECT_EQ(restore.Camera().Float("Gain").Peek(), 24.1);
+    EXPECT_EQ(restore.Camera().Float("BlackLevel").Peek(), 0.1);
   }
 }

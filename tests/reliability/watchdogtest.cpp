@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/devicerig.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
@@ -43,7 +44,7 @@ protected:
     default: m_pVignetting = std::make_unique<CVignettingRig>(GetParam().pPixelFormat); break;
     }
     Rig().Show(nullptr); // no frame but those of the script
-    EXPECT_EQ(0, Process().SetFrameCount("FFCFrameCount_4"));
+    EXPECT_EQ(Process().SetFrameCount("FFCFrameCount_4"), PLUGIN_STATUS_SUCCESS);
     if (GetParam().IsColour()) {
       Rig().Camera().SetWhiteBalanceReads(-1); // never done, so that all frames of the balance are taken
     }
@@ -115,10 +116,10 @@ protected:
       const int32_t nStatus = fnAcquire();
       Rig().SetHook(nullptr);
       fnCheck(nStatus);
-      EXPECT_EQ("", DescribeChanges(Without(mapBefore), Without(Rig().TakeSnapshot()))) << "access " << nWanted;
-      EXPECT_EQ(258U, Process().WaitImageRequest());
+      EXPECT_EQ(DescribeChanges(Without(mapBefore), Without(Rig().TakeSnapshot())), "") << "access " << nWanted;
+      EXPECT_EQ(Process().WaitImageRequest(), 258U);
       Process().SetStopFlag(false);
-      EXPECT_EQ(0, fnAcquire()) << "after access " << nWanted;
+      EXPECT_EQ(fnAcquire(), PLUGIN_STATUS_SUCCESS) << "after access " << nWanted;
       ++nWanted;
     } while (nWanted <= nCount && !HasFailure());
     return nCount;
@@ -140,9 +141,9 @@ protected:
 TEST_P(Waits, ForFramesThatComeInTheLastMomentAddUpToOneForEachFrame)
 {
   CScriptedTime::TakeElapsed();
-  EXPECT_EQ(0, Process().AcquireBrightImage());
+  EXPECT_EQ(Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(GetBrightWaits() * TIMEOUT, CScriptedTime::TakeElapsed());
-  EXPECT_EQ(0, Process().AcquireDarkImage());
+  EXPECT_EQ(Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(HasDark() ? TIMEOUT : 0, CScriptedTime::TakeElapsed());
 }
 
@@ -150,24 +151,24 @@ TEST_P(Waits, ForFramesThatDoNotComeEndWithTheFirst)
 {
   DeliverNothing();
   CScriptedTime::TakeElapsed();
-  EXPECT_EQ(-1009, Process().AcquireBrightImage());
+  EXPECT_EQ(Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
   // The white balance gives up without an error, the first frame then with one.
   EXPECT_EQ((GetParam().IsColour() && HasDark() ? 2 : 1) * TIMEOUT, CScriptedTime::TakeElapsed());
-  EXPECT_EQ(HasDark() ? -1009 : 0, Process().AcquireDarkImage());
+  EXPECT_EQ(Process().AcquireDarkImage(), HasDark() ? PLUGIN_STATUS_BUFFER_TIMEOUT : PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(HasDark() ? TIMEOUT : 0, CScriptedTime::TakeElapsed());
 }
 
 TEST_P(Waits, AreNoneInAllOtherOperations)
 {
-  EXPECT_EQ(0, Process().AcquireBrightImage());
+  EXPECT_EQ(Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
   CScriptedTime::TakeWaits();
-  EXPECT_EQ(0, Process().ExecuteCorrection());
-  EXPECT_EQ(0, Process().SetFrameCount("FFCFrameCount_2"));
-  EXPECT_EQ(0, Process().SetExpectGray(100));
-  EXPECT_EQ(0, Process().SaveToFlash());
-  EXPECT_EQ(0, Process().LoadFromFlash());
-  EXPECT_EQ(0, Process().InitProcess());
-  EXPECT_EQ(0, CScriptedTime::TakeWaits());
+  EXPECT_EQ(Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Process().SetExpectGray(100), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Process().SaveToFlash(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Process().InitProcess(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(CScriptedTime::TakeWaits(), 0);
 }
 
 TEST_P(Waits, EndWithTheStopFlagInWhateverPhaseItIsSet)
@@ -175,7 +176,9 @@ TEST_P(Waits, EndWithTheStopFlagInWhateverPhaseItIsSet)
   for (const auto &fnAcquire : ListAcquisitions()) {
     const uint64_t nAccesses = AtEveryAccess(
       fnAcquire, [this] { Process().SetStopFlag(true); },
-      [](int32_t nStatus) { EXPECT_TRUE(nStatus == 0 || nStatus == -1017) << nStatus; });
+      [](int32_t nStatus) {
+        EXPECT_TRUE(nStatus == PLUGIN_STATUS_SUCCESS || nStatus == PLUGIN_STATUS_NEED_BAYER_FORMAT) << nStatus;
+      });
     EXPECT_GT(nAccesses, 20U);
   }
 }
@@ -184,7 +187,7 @@ TEST_P(Waits, AreNotDisturbedByFramesThatComeUnaskedInWhateverPhase)
 {
   for (const auto &fnAcquire : ListAcquisitions()) {
     AtEveryAccess(
-      fnAcquire, [this] { HandFrame(); }, [](int32_t nStatus) { EXPECT_EQ(0, nStatus); });
+      fnAcquire, [this] { HandFrame(); }, [](int32_t nStatus) { EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS); });
   }
 }
 
@@ -203,13 +206,13 @@ TEST_P(Waits, AFrameThatComesAfterTheTimeoutIsNobodys)
         HandFrame(250);
       }
     });
-    EXPECT_EQ(-1009, fnAcquire());
+    EXPECT_EQ(fnAcquire(), PLUGIN_STATUS_BUFFER_TIMEOUT);
     Rig().SetHook(nullptr);
     HandFrame(250);
-    EXPECT_EQ(258U, Process().WaitImageRequest());
+    EXPECT_EQ(Process().WaitImageRequest(), 258U);
     DeliverInTime();
-    EXPECT_EQ(0, fnAcquire());
-    EXPECT_EQ(120.0, Process().GetImageMaxGray()); // of a frame that was asked for
+    EXPECT_EQ(fnAcquire(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(Process().GetImageMaxGray(), 120.0); // of a frame that was asked for
   }
 }
 

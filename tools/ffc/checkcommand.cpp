@@ -85,8 +85,7 @@ QString DescribeBelonging(quality::EBelonging eBelonging)
   return eBelonging == quality::EBelonging::Yes ? QStringLiteral("the coefficients belong to this camera")
          : eBelonging == quality::EBelonging::No
            ? QStringLiteral("these are another camera's coefficients")
-           : QStringLiteral("whether the coefficients belong to this camera cannot be "
-                            "told from these frames");
+           : QStringLiteral("these frames do not show whether the coefficients belong to this camera");
 }
 
 /// Figures of all bright frames together.
@@ -228,7 +227,7 @@ EExitCode RunCheck(const SOptions &stOptions, CReport &report)
   }
   if (stOptions.listDark.empty() &&
       (limits.GetValue().NeedDark() || stOptions.bLevels || !stOptions.strDetails.empty())) {
-    report.Warn(QStringLiteral("PRNU and DSNU take dark frames: add --dark."));
+    report.Warn(QStringLiteral("PRNU and DSNU need dark frames: add --dark."));
     return EXIT_USAGE;
   }
   CFlat flat;

@@ -150,7 +150,7 @@ EExitCode RunDefects(const SOptions &stOptions, CReport &report)
   }
   const uint32_t nFewest = std::min(search.GetBright().GetFrameCount(), search.GetDark().GetFrameCount());
   if (nFewest < 4) {
-    report.Warn(QStringLiteral("Pixels that are noisy in time take at least 4 bright and 4 dark frames to be found."));
+    report.Warn(QStringLiteral("Finding pixels with high temporal noise needs at least 4 bright and 4 dark frames."));
   }
   const QString strSummary = quality::SummarizeDefects(search.GetDefects());
   report.AddDone(strOut,

@@ -68,8 +68,8 @@ std::optional<STrouble> CFlat::LoadDefects(const QString &strList)
     return STrouble{false, MakeSentence(strList, "cannot be read: " + file.errorString().toStdString() + ".")};
   }
   if (!m_stSide) {
-    return Refuse(QStringLiteral("The flat \"%1\" has no side file, so nobody knows the width of its frames, without "
-                                 "which defects cannot be replaced.")
+    return Refuse(QStringLiteral("The flat \"%1\" has no side file, so the width of its frames is unknown: defects "
+                                 "cannot be replaced.")
                     .arg(m_strName));
   }
   const QByteArray byteList = file.readAll();
@@ -104,7 +104,7 @@ std::optional<STrouble> CFlat::CheckSide(bool bForce)
                     .arg(m_strName));
   }
   if (!m_strPixelFormat.empty() && !bForce && m_strPixelFormat != m_stSide->strPixelFormat.toStdString()) {
-    return Refuse(QStringLiteral("The flat \"%1\" is for %2, not for %3 as --pixel-format says.")
+    return Refuse(QStringLiteral("The flat \"%1\" is for %2, not for %3, the value of --pixel-format.")
                     .arg(m_strName, m_stSide->strPixelFormat, QString::fromStdString(m_strPixelFormat)));
   }
   m_strPixelFormat = m_strPixelFormat.empty() ? m_stSide->strPixelFormat.toStdString() : m_strPixelFormat;
@@ -137,8 +137,8 @@ std::optional<STrouble> CFlat::CheckFits(const QString &strFile, const frames::S
     return stLayout.nBytesPerSample == 1 || stInfo.nBitDepth != 0
              ? std::nullopt
              : std::optional<STrouble>(
-                 Refuse(QStringLiteral("The flat \"%1\" has no side file, so nobody knows the bit "
-                                       "depth of \"%2\": state --pixel-format.")
+                 Refuse(QStringLiteral("The flat \"%1\" has no side file, so the bit depth of \"%2\" is "
+                                       "unknown: state --pixel-format.")
                           .arg(m_strName, strFile)));
   }
   const SSensorFormat &stFormat = *FindSensorFormat(m_strPixelFormat);

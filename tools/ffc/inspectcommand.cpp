@@ -138,8 +138,8 @@ private:
     if (!stSide) {
       m_report.AddDone(strFile,
                        {{"kind", "host-side table"}, {"bytes", static_cast<double>(flat.GetTable().GetSize())}},
-                       QStringLiteral("%1: a table of the host-side correction of %2 bytes; without a side file nobody "
-                                      "knows its size and format")
+                       QStringLiteral("%1: a table of the host-side correction of %2 bytes; without a side file the "
+                                      "size and format of its frames are unknown")
                          .arg(strFile)
                          .arg(flat.GetTable().GetSize()));
       return std::nullopt;

@@ -145,7 +145,8 @@ QString AdviseLevel(const SLevels &stLevels)
   const std::vector<SLevel> &listLevels = stLevels.listLevels;
   const auto fnIsBad = [](const SLevel &stLevel) { return !stLevel.bGood; };
   if (listLevels.size() < 2) {
-    return QStringLiteral("One level says nothing about others: add flats of other exposures, a folder for each.");
+    return QStringLiteral(
+      "A single level does not show how others are corrected: add frames of other exposures, one folder for each.");
   }
   const QString strLowest = QString::number(listLevels.front().dLevelPercent, 'f', 0);
   const QString strHighest = QString::number(listLevels.back().dLevelPercent, 'f', 0);

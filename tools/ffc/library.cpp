@@ -144,7 +144,8 @@ Result<QString> AddToLibrary(const QString &strFolder, const QString &strFlat, b
     return Failure(stTrouble->strText);
   }
   if (!flat.GetSide()) {
-    return Failure(MakeSentence(strFlat, "has no side file, which says what it is for; ffc make writes one."));
+    return Failure(
+      MakeSentence(strFlat, "has no side file, which describes its camera and frames; ffc make writes one."));
   }
   const QString strPath = QDir(strFolder).filePath(MakeName(*flat.GetSide()));
   if (!bForce && QFileInfo::exists(strPath)) {

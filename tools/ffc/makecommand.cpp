@@ -8,7 +8,6 @@
 #include "frames/wholefile.h"
 #include "host/flat/weightedframes.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
-#include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/flat.h"
@@ -25,7 +24,6 @@ using genapi::SSensorFormat;
 
 using process::CFrameBuffer;
 using process::ComputeHostTable;
-using process::GetBayerType;
 using process::HostTablePtr;
 using process::MeasureEightBitMeans;
 using process::SBlockMeanRange;
@@ -98,7 +96,7 @@ private:
     const SSensorFormat *pStated =
       m_stOptions.strPixelFormat.empty() ? nullptr : FindSensorFormat(m_stOptions.strPixelFormat);
     if (pStated != nullptr && stInfo.eColors && *stInfo.eColors != pStated->eLayout) {
-      return Refuse(QStringLiteral("The frames are %1, but --pixel-format says %2.")
+      return Refuse(QStringLiteral("The frames are %1, but --pixel-format is %2.")
                       .arg(QLatin1String(GetLayoutName(*stInfo.eColors)))
                       .arg(QString::fromStdString(m_stOptions.strPixelFormat)));
     }
@@ -129,11 +127,12 @@ private:
         QStringLiteral("There is no pixel format %1: state --pixel-format.").arg(QString::fromStdString(strName)));
     }
     if (!bColorsKnown) {
-      m_report.Warn(QStringLiteral("The frames are taken as monochrome, because the files do not say otherwise; state "
-                                   "--pixel-format for a Bayer camera."));
+      m_report.Warn(
+        QStringLiteral("The frames are taken as monochrome, because the files do not state a colour layout; state "
+                       "--pixel-format for a Bayer camera."));
     }
     m_stFormat = {pFormat->nCode, stLayout.nWidth, stLayout.nHeight, stLayout.GetFrameSize()};
-    m_nBayerType = GetBayerType(GetLayoutName(eColors));
+    m_nBayerType = static_cast<int32_t>(eColors);
     m_stSide.nWidth = stLayout.nWidth;
     m_stSide.nHeight = stLayout.nHeight;
     m_stSide.strPixelFormat = QString::fromStdString(strName);
@@ -158,9 +157,10 @@ private:
     const int32_t nStatus =
       MeasureEightBitMeans(m_firstBright, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange);
     if (nStatus != 0) {
-      return Refuse(QStringLiteral("Frames of %1 x %2 pixels are not judged: both sides are even and at least 32.")
-                      .arg(m_stFormat.nWidth)
-                      .arg(m_stFormat.nHeight));
+      return Refuse(
+        QStringLiteral("Frames of %1 x %2 pixels cannot be judged: both sides must be even and at least 32.")
+          .arg(m_stFormat.nWidth)
+          .arg(m_stFormat.nHeight));
     }
     if (stRange.dMax < BRIGHT_MIN_GRAY || stRange.dMax > BRIGHT_MAX_GRAY) {
       m_report.Warn(QStringLiteral("The bright frames are too %1: their brightest block is %2 of 255, and 20 to 250 is "
@@ -216,8 +216,8 @@ private:
     if (m_stWeighted.eNoise == reference::ENoiseSource::AllDetail ||
         m_stWeighted.eNoise == reference::ENoiseSource::HalfDetail) {
       m_report.Warn(
-        QStringLiteral("One even frame cannot tell the sensor's own pattern from noise: %1 counts as noise. "
-                       "Take two or more, or state --system-gain.")
+        QStringLiteral("With one bright frame, noise and the pixels' own pattern cannot be separated: %1 counts as noise; "
+                       "give more frames, or --system-gain.")
           .arg(m_stSide.strNoise));
     }
     return std::nullopt;

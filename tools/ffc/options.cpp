@@ -79,7 +79,7 @@ void AddFrameOptions(CLI::App &command, SOptions &stOptions, SWords &stWords)
 {
   command.add_option("--pixel-format", stOptions.strPixelFormat, "PFNC name, such as Mono12 or BayerRG12")
     ->check(MakeCheck("FORMAT", [](std::string &strWord) { return CheckFormat(strWord); }));
-  command.add_option("--align", stWords.strAlignment, "where the bits stand in 16: right or left")
+  command.add_option("--align", stWords.strAlignment, "alignment of samples in 16 bits: right or left")
     ->check(CLI::IsMember({"right", "left"}));
   command.add_option("--raw", stWords.strRaw, "frames without a header, WIDTHxHEIGHT:FORMAT")
     ->check(MakeCheck("WxH:FORMAT", [&stOptions](std::string &strWord) { return ParseRaw(strWord, stOptions); }));
@@ -87,62 +87,65 @@ void AddFrameOptions(CLI::App &command, SOptions &stOptions, SWords &stWords)
 
 void AddReportOptions(CLI::App &command, SOptions &stOptions)
 {
-  command.add_flag("--json", stOptions.bJson, "one JSON object a line on standard output");
-  command.add_flag("--quiet", stOptions.bQuiet, "nothing but errors");
+  command.add_flag("--json", stOptions.bJson, "print one JSON object per line");
+  command.add_flag("--quiet", stOptions.bQuiet, "print errors only");
 }
 
 void AddWritingOptions(CLI::App &command, SOptions &stOptions)
 {
-  command.add_flag("--force", stOptions.bForce, "replace files, and correct what was corrected already");
+  command.add_flag("--force", stOptions.bForce,
+                   "replace existing files, and correct frames that are corrected already");
   command.add_flag("--dry-run", stOptions.bDryRun, "check files, sizes and formats; write nothing");
 }
 
 void AddBatchOptions(CLI::App &command, SOptions &stOptions, SWords &stWords)
 {
   command.add_option("frames", stOptions.listFrames, "files, folders or patterns");
-  command.add_option("--files-from", stOptions.strFilesFrom, "file with one name a line, or ended by NUL; - is input");
-  command.add_option("--shard", stWords.strShard, "only part I of N of the files, I/N")
+  command.add_option("--files-from", stOptions.strFilesFrom,
+                     "file with one name per line, or names that end with NUL; - for standard input");
+  command.add_option("--shard", stWords.strShard, "process only part I of N parts of the files, I/N")
     ->check(MakeCheck("I/N", [&stOptions](std::string &strWord) { return ParseShard(strWord, stOptions); }));
   command
     .add_option("--threads", stOptions.nThreads,
-                "files, or frames of one file, at a time; as many as processors unless told")
+                "files, or frames of one file, processed at a time (default: number of processors)")
     ->check(CLI::Range(1U, MAX_THREADS));
 }
 
 void AddOriginOptions(CLI::App &command, SOrigin &stOrigin)
 {
-  command.add_option("--camera", stOrigin.strCamera, "model, kept in the side file");
-  command.add_option("--serial", stOrigin.strSerial, "serial number, kept there too");
-  command.add_option("--exposure", stOrigin.dExposureTime, "microseconds");
-  command.add_option("--gain", stOrigin.dGain, "dB");
+  command.add_option("--camera", stOrigin.strCamera, "model of the camera, for the side file");
+  command.add_option("--serial", stOrigin.strSerial, "serial number of the camera, for the side file");
+  command.add_option("--exposure", stOrigin.dExposureTime, "exposure time in microseconds");
+  command.add_option("--gain", stOrigin.dGain, "gain in dB");
 }
 
 void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
-  CLI::App &command = *app.add_subcommand("make", "coefficients from dark and bright frames");
+  CLI::App &command = *app.add_subcommand("make", "compute coefficients from dark and bright frames");
   command.add_option("--dark", stOptions.listDark, "frames without light: files, folders or patterns");
   command.add_option("--bright", stOptions.listBright, "evenly lit frames")->required();
-  command.add_option("-o,--out", stOptions.strOut, "the .ffc file")->required();
-  command.add_option("--expect-gray", stOptions.nExpectGray, "target, 0 to 255; the brightest block unless told")
+  command.add_option("-o,--out", stOptions.strOut, "the .ffc file to write")->required();
+  command
+    .add_option("--expect-gray", stOptions.nExpectGray, "target grey, 0 to 255 (default: that of the brightest block)")
     ->check(CLI::Range(0U, 255U));
   command
     .add_option("--method", stWords.strMethod,
-                "weighted (unless told): every part counts as much as it stands out of the noise; average: what the "
-                "dialog computes")
+                "weighted (default): parts of the average are weighted by their signal-to-noise ratio; average: the "
+                "plain average, as in the dialog")
     ->check(CLI::IsMember({"weighted", "average"}));
   CLI::Option *pSystemGain =
     command
       .add_option("--system-gain", stOptions.dSystemGain,
-                  "DN per electron, from the camera's EMVA 1288 data sheet: the noise of a single bright frame")
+                  "DN per electron, from the camera's EMVA 1288 data sheet; gives the noise of a single bright frame")
       ->check(CLI::PositiveNumber);
   command
     .add_option("--dark-noise", stOptions.dDarkNoise,
-                "temporal dark noise of that data sheet, DN; that of the dark frames unless told")
+                "temporal dark noise from that data sheet, DN; without it, that of the dark frames")
     ->check(CLI::NonNegativeNumber)
     ->needs(pSystemGain);
   AddOriginOptions(command, stOptions.stOrigin);
-  command.add_option("--black-level", stOptions.stOrigin.dBlackLevel);
-  command.add_option("--temperature", stOptions.stOrigin.dTemperature, "degrees Celsius");
+  command.add_option("--black-level", stOptions.stOrigin.dBlackLevel, "black level, in the camera's unit");
+  command.add_option("--temperature", stOptions.stOrigin.dTemperature, "temperature in degrees Celsius");
   AddFrameOptions(command, stOptions, stWords);
   AddWritingOptions(command, stOptions);
   AddReportOptions(command, stOptions);
@@ -151,14 +154,14 @@ void AddMake(CLI::App &app, SOptions &stOptions, SWords &stWords)
 void AddApply(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
   CLI::App &command = *app.add_subcommand("apply", "correct frames");
-  command.add_option("flat", stOptions.strFlat, "the .ffc file; none with --library");
+  command.add_option("flat", stOptions.strFlat, "the .ffc file; leave out with --library");
   AddBatchOptions(command, stOptions, stWords);
-  command.add_option("--library", stOptions.strLibrary, "folder of flats, one of which fits the frames");
+  command.add_option("--library", stOptions.strLibrary, "folder of .ffc files; the one that fits the frames is used");
   AddOriginOptions(command, stOptions.stOrigin);
   command.add_option("--defects", stOptions.strDefects, "list of pixels to replace, CSV or XML");
   CLI::Option *pOut = command.add_option("-o,--out", stOptions.strOut, "folder for the corrected files");
   command.add_flag("--in-place", stOptions.bInPlace, "replace the frames themselves")->excludes(pOut);
-  command.add_flag("--resume", stOptions.bResume, "skip what a former run has done");
+  command.add_flag("--resume", stOptions.bResume, "skip files that an earlier run has finished");
   AddFrameOptions(command, stOptions, stWords);
   AddWritingOptions(command, stOptions);
   AddReportOptions(command, stOptions);
@@ -166,16 +169,18 @@ void AddApply(CLI::App &app, SOptions &stOptions, SWords &stWords)
 
 void AddCheck(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
-  CLI::App &command = *app.add_subcommand("check", "figures of flats before and after");
+  CLI::App &command = *app.add_subcommand("check", "measure evenly lit frames before and after the correction");
   command.add_option("flat", stOptions.strFlat, "the .ffc file")->required();
   command.add_option("frames", stOptions.listFrames, "evenly lit frames")->required();
   command.add_option("--dark", stOptions.listDark, "frames without light, for PRNU and DSNU");
   command.add_option("--limit", stOptions.strLimits,
-                     "such as shading=1.0,prnu=0.5,dsnu=2; also prnu-high-pass and dsnu-high-pass");
-  command.add_flag("--levels", stOptions.bLevels, "flats of several exposures, a folder or file each");
-  command.add_option("--high-pass", stOptions.strHighPass, "release4, release4-inner or release3 of EMVA 1288")
+                     "highest figures, such as shading=1.0,prnu=0.5,dsnu=2; also prnu-high-pass and dsnu-high-pass");
+  command.add_flag("--levels", stOptions.bLevels, "frames of several exposures, one folder or file for each");
+  command
+    .add_option("--high-pass", stOptions.strHighPass,
+                "high-pass filter of EMVA 1288: release4, release4-inner or release3")
     ->check(CLI::IsMember({"release4", "release4-inner", "release3"}));
-  command.add_option("--details", stOptions.strDetails, "folder for histograms and spectrograms, as CSV");
+  command.add_option("--details", stOptions.strDetails, "folder for histograms and spectrograms (CSV)");
   AddFrameOptions(command, stOptions, stWords);
   AddReportOptions(command, stOptions);
 }
@@ -185,16 +190,21 @@ void AddDefects(CLI::App &app, SOptions &stOptions, SWords &stWords)
   CLI::App &command = *app.add_subcommand("defects", "find defect pixels");
   command.add_option("--dark", stOptions.listDark, "frames without light")->required();
   command.add_option("--bright", stOptions.listBright, "evenly lit frames")->required();
-  command.add_option("-o,--out", stOptions.strOut, "the list, CSV")->required();
-  command.add_option("--map", stOptions.strMap, "the same as a map, XML");
-  command.add_option("--bright-percent", stOptions.stDefectLimits.dBrightPercent, "deviation in bright frames")
+  command.add_option("-o,--out", stOptions.strOut, "the list of pixels to write, CSV")->required();
+  command.add_option("--map", stOptions.strMap, "the same list as a defect map, XML");
+  command
+    .add_option("--bright-percent", stOptions.stDefectLimits.dBrightPercent,
+                "limit of the deviation in bright frames, percent")
     ->check(CLI::PositiveNumber)
     ->capture_default_str();
   command
-    .add_option("--dark-deviations", stOptions.stDefectLimits.dDarkDeviations, "in dark frames, standard deviations")
+    .add_option("--dark-deviations", stOptions.stDefectLimits.dDarkDeviations,
+                "limit of the deviation in dark frames, standard deviations")
     ->check(CLI::PositiveNumber)
     ->capture_default_str();
-  command.add_option("--noise-times", stOptions.stDefectLimits.dNoiseTimes, "noise in time, times the median")
+  command
+    .add_option("--noise-times", stOptions.stDefectLimits.dNoiseTimes,
+                "limit of the temporal noise, multiples of the median")
     ->check(CLI::PositiveNumber)
     ->capture_default_str();
   AddFrameOptions(command, stOptions, stWords);
@@ -204,27 +214,27 @@ void AddDefects(CLI::App &app, SOptions &stOptions, SWords &stWords)
 
 void AddLibrary(CLI::App &app, SOptions &stOptions)
 {
-  CLI::App &command = *app.add_subcommand("library", "keep flats in a folder, and list them");
-  command.add_option("folder", stOptions.strLibrary, "the library")->required();
+  CLI::App &command = *app.add_subcommand("library", "store .ffc files in a folder, and list them");
+  command.add_option("folder", stOptions.strLibrary, "the folder")->required();
   command.add_option("flats", stOptions.listFrames, ".ffc files to add, with their side files");
-  command.add_flag("--force", stOptions.bForce, "replace flats of the same conditions");
+  command.add_flag("--force", stOptions.bForce, "replace files of the same conditions");
   AddReportOptions(command, stOptions);
 }
 
 void AddInspect(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
-  CLI::App &command = *app.add_subcommand("inspect", "what coefficient files and frames hold");
+  CLI::App &command = *app.add_subcommand("inspect", "describe coefficient files and frames");
   command.add_option("files", stOptions.listFrames, ".ffc files, frames, folders or patterns")->required();
-  command.add_option("--plot", stOptions.strPlot, "picture of the gains, PNG");
+  command.add_option("--plot", stOptions.strPlot, "picture of the gains to write, PNG");
   AddFrameOptions(command, stOptions, stWords);
   AddReportOptions(command, stOptions);
 }
 
 void AddConvert(CLI::App &app, SOptions &stOptions, SWords &stWords)
 {
-  CLI::App &command = *app.add_subcommand("convert", "frames into another kind of file, value for value");
+  CLI::App &command = *app.add_subcommand("convert", "convert frames to another file format, with the same values");
   AddBatchOptions(command, stOptions, stWords);
-  command.add_option("--to", stOptions.strTo, "png, tif, fits, ser or raw")
+  command.add_option("--to", stOptions.strTo, "file format: png, tif, fits, ser or raw")
     ->required()
     ->check(CLI::IsMember({"png", "tif", "tiff", "fits", "fit", "fts", "ser", "raw"}));
   command.add_option("-o,--out", stOptions.strOut, "folder for the files")->required();
@@ -266,7 +276,7 @@ std::string CheckTogether(const SOptions &stOptions)
     return "there are no frames: name files, folders or patterns, or use --files-from";
   }
   if (stOptions.eCommand == ECommand::Apply && !stOptions.bInPlace && stOptions.strOut.empty()) {
-    return "say where the corrected frames go: -o FOLDER, or --in-place";
+    return "state where the corrected frames are written: -o FOLDER, or --in-place";
   }
   return {};
 }
@@ -305,7 +315,7 @@ SCommandLine ParseCommandLine(const std::vector<std::string> &listArguments)
   } catch (const CLI::CallForHelp &) {
     return {false, EXIT_DONE, app.help(), {}};
   } catch (const CLI::ParseError &error) {
-    return MakeError(std::string(error.what()) + " (ffc --help tells more)");
+    return MakeError(std::string(error.what()) + " (see ffc --help)");
   }
   stOptions.eCommand = GetCommand(app);
   stOptions.bWeighted = stWords.strMethod == "weighted";

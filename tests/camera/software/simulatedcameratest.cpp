@@ -77,9 +77,9 @@ TEST(SimulatedCamera, TwoCamerasOfOneSeedDeliverTheSameBytes)
   ASSERT_EQ(first.Camera().Start().GetError(), "");
   ASSERT_EQ(second.Camera().Start().GetError(), "");
   for (int n = 0; n < 3; ++n) {
-    for (CCameraRig *pBench : {&first, &second}) {
-      pBench->Frames().Expect(1);
-      pBench->Device<GenApi::ICommand>("TriggerSoftware").Execute();
+    for (CCameraRig *pRig : {&first, &second}) {
+      pRig->Frames().Expect(1);
+      pRig->Device<GenApi::ICommand>("TriggerSoftware").Execute();
     }
     const auto listA = first.Frames().Collect();
     const auto listB = second.Frames().Collect();

@@ -1,10 +1,18 @@
 /// \file
-/// Geometry, pixel format and size of the camera's frames.
+/// Geometry, pixel format, colours and size of the camera's frames.
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "pluginobject/featureaccess.h"
+
+/// Significant bits per sample, by PFNC code: 8, 10, 12, 14 or 16; -1 for a format that is not known.
+[[nodiscard]] int32_t GetPixelFormatBitDepth(uint32_t nPixelFormat);
+
+/// Bytes of a frame whose packed samples the host delivers unpacked to 16 bits: width x height x 2.
+/// \return 0 for every format that is not packed, and for a size that is negative or beyond 63 bits
+[[nodiscard]] int64_t GetUnpackedPayloadSize(uint32_t nPixelFormat, int64_t nWidth, int64_t nHeight);
 
 namespace ffc::process {
 
@@ -49,6 +57,15 @@ struct SFrameFormat {
 [[nodiscard]] int32_t CheckFrameSize(const pluginobject::CFeatureAccess &features, const SFrameFormat &stKept);
 /// The same for size, geometry and depth.
 [[nodiscard]] int32_t CheckFrameFormat(const pluginobject::CFeatureAccess &features, const SFrameFormat &stKept);
+
+/// Whether the host delivers the image as the camera makes it: compares pixel format, payload size, width and height of
+/// the two. A pair of which either feature is missing counts as equal.
+/// \return 0; -1019 at the first pair that differs; or the code of a failing read
+[[nodiscard]] int32_t CheckDeliveredImage(const pluginobject::CFeatureAccess &outputFeatures,
+                                          const pluginobject::CFeatureAccess &deviceFeatures);
+
+/// Bayer type of a PixelColorFilter value: "BayerRG" 1, "BayerGB" 2, "BayerGR" 3, "BayerBG" 4, any other 0.
+[[nodiscard]] int32_t GetBayerType(const std::string &strPixelColorFilter);
 
 /// Whether the camera has a colour filter; false when it does not tell.
 bool ReadIsColorCamera(const pluginobject::CFeatureAccess &features);

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "genapi/framecounts.h"
-#include "genapi/pfnc.h"
 
 namespace ffc::process {
 
@@ -74,11 +73,6 @@ void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stB
 void ApplyVignettingBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock)
 {
   ApplyEntry(VIGNETTING_BLOCKS, strEntry, stBlock);
-}
-
-int32_t GetBayerType(const std::string &strPixelColorFilter)
-{
-  return static_cast<int32_t>(ffc::genapi::GetColorLayout(strPixelColorFilter));
 }
 
 } // namespace ffc::process

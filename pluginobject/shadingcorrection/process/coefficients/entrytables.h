@@ -30,7 +30,4 @@ void ApplyFlatFieldBlockEntry(const std::string &strEntry, SCorrectionBlock &stB
 /// Any other name leaves the size as it is.
 void ApplyVignettingBlockEntry(const std::string &strEntry, SCorrectionBlock &stBlock);
 
-/// Bayer type of a PixelColorFilter value: "BayerRG" 1, "BayerGB" 2, "BayerGR" 3, "BayerBG" 4, any other 0.
-[[nodiscard]] int32_t GetBayerType(const std::string &strPixelColorFilter);
-
 } // namespace ffc::process

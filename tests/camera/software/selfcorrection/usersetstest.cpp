@@ -28,7 +28,7 @@ SSimulatedCameraOptions Options(const char *pFormat, ECorrectionMode eMode)
 // The camera's nodes as any program sees them.
 class CSettings {
 public:
-  explicit CSettings(CCameraRig &rig) : m_bench(rig)
+  explicit CSettings(CCameraRig &rig) : m_rig(rig)
   {
     GenApi::NodeList_t listNodes;
     rig.Camera().GetDeviceNodeMap()->GetNodes(listNodes);
@@ -48,13 +48,13 @@ public:
     for (GenApi::INode *pNode : m_listNodes) {
       mapValues[pNode->GetName().c_str()] = dynamic_cast<GenApi::IValue *>(pNode)->ToString().c_str();
     }
-    if (m_bench.Has("BalanceRatioSelector")) {
-      const std::string strSelected = m_bench.Get("BalanceRatioSelector");
-      for (const std::string &strColor : m_bench.GetEntries("BalanceRatioSelector")) {
-        m_bench.Set("BalanceRatioSelector", strColor.c_str());
-        mapValues["BalanceRatio " + strColor] = m_bench.Get("BalanceRatio");
+    if (m_rig.Has("BalanceRatioSelector")) {
+      const std::string strSelected = m_rig.Get("BalanceRatioSelector");
+      for (const std::string &strColor : m_rig.GetEntries("BalanceRatioSelector")) {
+        m_rig.Set("BalanceRatioSelector", strColor.c_str());
+        mapValues["BalanceRatio " + strColor] = m_rig.Get("BalanceRatio");
       }
-      m_bench.Set("BalanceRatioSelector", strSelected.c_str());
+      m_rig.Set("BalanceRatioSelector", strSelected.c_str());
     }
     return mapValues;
   }
@@ -62,11 +62,11 @@ public:
   // Gives every setting another value. Twice, because some values open the way for others.
   void ChangeAll()
   {
-    if (m_bench.Has("BalanceRatioSelector")) { // as long as BalanceWhiteAuto is "Off"
+    if (m_rig.Has("BalanceRatioSelector")) { // as long as BalanceWhiteAuto is "Off"
       double dRatio = 1.25;
       for (const char *pColor : {"Red", "Green", "Blue"}) {
-        m_bench.Set("BalanceRatioSelector", pColor);
-        m_bench.Device<GenApi::IFloat>("BalanceRatio").SetValue(dRatio += 0.25);
+        m_rig.Set("BalanceRatioSelector", pColor);
+        m_rig.Device<GenApi::IFloat>("BalanceRatio").SetValue(dRatio += 0.25);
       }
     }
     ChangeEach();
@@ -96,7 +96,7 @@ private:
     }
   }
 
-  CCameraRig &m_bench;
+  CCameraRig &m_rig;
 };
 
 } // namespace

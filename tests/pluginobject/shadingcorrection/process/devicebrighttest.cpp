@@ -4,7 +4,7 @@
 
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/blockframe.h"
-#include "tests/pluginobject/shadingcorrection/process/devicerig.h"
+#include "tests/pluginobject/shadingcorrection/process/processkinds.h"
 
 using namespace ffc::test;
 using ffc::genapi::SNodeAccess;
@@ -18,22 +18,7 @@ uint16_t GetGain(CDeviceRig &rig)
   return static_cast<uint16_t>(listBytes.at(2) + 256 * listBytes.at(3));
 }
 
-void SetFrameCount(CDeviceRig &rig, int nCount)
-{
-  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_" + std::to_string(nCount)), PLUGIN_STATUS_SUCCESS);
-}
-
 } // namespace
-
-TEST(DeviceBright, IsTheTruncatedAverageOfItsFrames)
-{
-  CDeviceRig rig;
-  SetFrameCount(rig, 4);
-  rig.Show([](int nFrame) { return std::vector<uint8_t>(64 * 64, nFrame == 3 ? 104 : 101); }); // 101.75
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(GetGain(rig), 65280 / 101);
-}
 
 TEST(DeviceBright, SixteenFramesOfFullScaleAverageToFullScale)
 {

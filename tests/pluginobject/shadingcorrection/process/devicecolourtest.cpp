@@ -17,17 +17,6 @@ protected:
 
 } // namespace
 
-TEST_F(DeviceColour, TheFramesOfTheBalanceAreNotAveraged)
-{
-  m_rig.Camera().SetWhiteBalanceReads(3);
-  m_rig.Show([](int nFrame) { return std::vector<uint8_t>(64 * 64, nFrame < 3 ? 250 : 100); });
-  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Process().GetImageMaxGray(), 100.0);
-  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  const std::vector<uint8_t> listBytes = m_rig.Camera().Correction().GetWritten();
-  EXPECT_EQ(listBytes[2] + 256 * listBytes[3], 65280 / 100);
-}
-
 TEST_F(DeviceColour, ModeAndRatiosOfTheUserAreBackAfterwards)
 {
   CCorrectingCamera &camera = m_rig.Camera();
@@ -68,14 +57,6 @@ TEST_F(DeviceColour, AWhiteBalanceFeatureThatIsMissingIsInvalid)
   EXPECT_EQ(process.InitProcess(), PLUGIN_STATUS_SUCCESS);
   EXPECT_TRUE(process.IsColorCamera());
   EXPECT_EQ(process.AcquireBrightImage(), PLUGIN_STATUS_INVALID_PARAM);
-}
-
-TEST_F(DeviceColour, WithoutFramesTheBalanceEndsAndTheAcquisitionTimesOut)
-{
-  m_rig.ShowNothing();
-  m_rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(m_rig.Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
-  EXPECT_EQ(m_rig.Camera().Enumeration("BalanceWhiteAuto").PeekSymbolic(), "Off");
 }
 
 TEST_F(DeviceColour, AStopDuringTheBalanceStopsAtTheFirstFrame)

@@ -47,23 +47,6 @@ Bytes ComputeBody(const BLOCK_PARAM &stParam, const Bytes *pDark, const Bytes &l
   return listBody;
 }
 
-void AppendWord(Bytes &listBytes, uint32_t nWord)
-{
-  for (int nShift = 0; nShift < 32; nShift += 8) {
-    listBytes.push_back(static_cast<uint8_t>(nWord >> nShift & 0xFFU));
-  }
-}
-
-// What the record has to be, word by word in little-endian order.
-Bytes MakeRecord(const std::vector<uint32_t> &listWords)
-{
-  Bytes listRecord;
-  for (const uint32_t nWord : listWords) {
-    AppendWord(listRecord, nWord);
-  }
-  return listRecord;
-}
-
 Bytes Join(Bytes listFirst, const Bytes &listSecond)
 {
   listFirst.insert(listFirst.end(), listSecond.begin(), listSecond.end());

@@ -138,12 +138,9 @@ protected:
 TEST_P(DeviceFailureSweep, EveryFailingAccessGivesItsCodeAndLeavesTheCameraAsItWas)
 {
   MakeRig();
-  const std::vector<SFeatureAccess> listAccesses = ListAccesses(*m_pRig, [this] { return Run(); });
-  EXPECT_GE(listAccesses.size(), 2U);
-  for (std::size_t i = 0; i < listAccesses.size(); ++i) {
-    SCOPED_TRACE("access " + std::to_string(i) + ": " + listAccesses[i].Describe());
-    FailAccessInEveryWay(i, listAccesses[i]);
-  }
+  SweepAccesses(
+    *m_pRig, 2, [this] { return Run(); },
+    [this](std::size_t nAccess, const SFeatureAccess &stAccess) { FailAccessInEveryWay(nAccess, stAccess); });
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, DeviceFailureSweep,

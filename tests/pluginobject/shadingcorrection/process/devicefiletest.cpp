@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,6 @@
 #include "tests/pluginobject/shadingcorrection/process/operationlog.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/support/fullvolume.h"
-#include "tests/support/modalanswer.h"
 
 using ffc::genapi::CSoftwareRegister;
 using ffc::genapi::SNodeAccess;
@@ -47,35 +45,18 @@ QByteArray MakeFile(int nBodySize = BODY_SIZE)
   return bytes.append(reinterpret_cast<const char *>(acRecord), sizeof acRecord);
 }
 
-std::vector<uint32_t> ListWords(const FFCInfo &stInfo)
-{
-  return {stInfo.nValid,     stInfo.nMode, stInfo.nFrameCount, stInfo.nBlockSizeCode, stInfo.nCoefficientsSize,
-          stInfo.nExpectGray};
-}
-
 const std::vector<uint32_t> FRESH_INFO = {0, 0, 1, 0, SIZE, 200};
 const std::vector<uint32_t> FILE_INFO = {1, 1, 8, 1, SIZE, 0x01020304};
 
-class DeviceFile : public testing::Test {
+class DeviceFile : public CFileTest<CDeviceRig> {
 protected:
-  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
-  int32_t Save(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().SaveToFile();
-  }
-  int32_t Load(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().LoadFromFile();
-  }
   int32_t LoadBytes(const QByteArray &bytes)
   {
     WriteAll(Path("load.ffc"), bytes);
     return Load("load.ffc");
   }
   std::string GetCorrection() { return m_rig.Camera().Enumeration("FlatFieldCorrection").PeekSymbolic(); }
-  std::vector<uint32_t> GetInfo() { return ListWords(m_rig.Process().GetCorrectionInfo()); }
+  std::vector<uint32_t> GetInfo() { return m_rig.GetInfo(); }
   QByteArray GetWritten() { return ToArray(m_rig.Camera().Correction().GetWritten()); }
   void RefuseWrites(const char *pName)
   {
@@ -85,10 +66,6 @@ protected:
       }
     });
   }
-
-  QTemporaryDir m_folder;
-  CDeviceRig m_rig;
-  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
 };
 
 } // namespace
@@ -147,22 +124,6 @@ TEST_F(DeviceFile, LoadedTwiceGivesTheSameRecord)
   EXPECT_EQ(ExchangeRecord(MakeFile()), GetWritten());
 }
 
-TEST_F(DeviceFile, IsLoadedAsItWasSaved)
-{
-  EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
-  const QByteArray written = GetWritten();
-  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  CDeviceRig other;
-  CScriptedChooser &chooser = InstallChooser(other.Process(), Path("a.ffc"));
-  EXPECT_EQ(other.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(ToArray(other.Camera().Correction().GetWritten()), written);
-  EXPECT_EQ(GetInfo(), ListWords(other.Process().GetCorrectionInfo()));
-  chooser.Choose(Path("b.ffc"));
-  EXPECT_EQ(other.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(ReadAll(Path("a.ffc")), ReadAll(Path("b.ffc")));
-}
-
 TEST_F(DeviceFile, OneByteShortOrEmptyIsRefused)
 {
   for (const QByteArray &bytes : {MakeFile().left(SIZE - 1), MakeFile().left(24), MakeFile().left(1), QByteArray()}) {
@@ -193,35 +154,6 @@ TEST_F(DeviceFile, IsLoadedAndSavedWithTwoAccessesAndNoWordToTheHost)
               (Log{"read FFCValueAll 152", "set FlatFieldCorrection = On"}));
     EXPECT_EQ(m_rig.IsStreaming(), bStreaming);
   }
-}
-
-TEST_F(DeviceFile, IsAskedForWithTheTextsOfEachDialog)
-{
-  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_chooser.GetQuestions(),
-            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
-}
-
-TEST_F(DeviceFile, ACancelledDialogChangesNothing)
-{
-  EXPECT_EQ(m_rig.Correct(10, 120), PLUGIN_STATUS_SUCCESS);
-  const auto infoBefore = GetInfo();
-  m_rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(GetInfo(), infoBefore);
-  EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
-}
-
-TEST_F(DeviceFile, ThatCannotBeOpenedIsRefusedAndTheCorrectionNotSwitchedOn)
-{
-  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(GetCorrection(), "Off");
-  EXPECT_EQ(GetInfo(), FRESH_INFO);
 }
 
 TEST_F(DeviceFile, ForARegisterOfAnotherLengthIsRefusedAndRecordAndFileStay)
@@ -345,28 +277,4 @@ TEST_F(DeviceFile, OfAnyBytesIsLoadedAndSavedBack)
     EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_SUCCESS);
     EXPECT_EQ(QByteArray(SIZE, cFill), ReadAll(Path("b.ffc")));
   }
-}
-
-TEST(DeviceFileDialog, StartsInTheFolderOfCoefficientFiles)
-{
-  const QString strFormer = QDir::currentPath();
-  const QTemporaryDir folder;
-  QDir::setCurrent(folder.path());
-  QDir().mkpath("resource/tqplugins/FlatFieldCorrection");
-  const std::string strDefault = QDir("resource/tqplugins/FlatFieldCorrection").canonicalPath().toStdString();
-  {
-    CDeviceRig rig;
-    const CModalAnswer answer;
-    EXPECT_EQ(rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-    EXPECT_EQ(rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-    ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
-    EXPECT_EQ(answer.GetFileDialogs()[0].strTitle, "Open FFC");
-    EXPECT_EQ(answer.GetFileDialogs()[1].strTitle, "Save FFC");
-    for (const CModalAnswer::SFileDialog &stDialog : answer.GetFileDialogs()) {
-      EXPECT_EQ(stDialog.strFilter, "ini file (*.ffc)");
-      EXPECT_EQ(strDefault, stDialog.strDirectory);
-    }
-    EXPECT_EQ(answer.GetFileDialogs()[1].strProposed, "FlatFieldCorrection.ffc");
-  }
-  QDir::setCurrent(strFormer);
 }

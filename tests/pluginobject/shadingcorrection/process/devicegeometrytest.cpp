@@ -78,29 +78,6 @@ TEST(DeviceGeometry, ADarkFrameOfAnotherDepthTakesTheBrightOneAlong)
   EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_BUFFER_SIZE_ERROR);
 }
 
-TEST(DeviceGeometry, WithoutMemoryAnAcquisitionFailsAndTheCameraIsAsBefore)
-{
-  CDeviceRig rig;
-  rig.ChangeSettings();
-  const auto mapBefore = rig.TakeSettings();
-  for (const bool bBright : {false, true}) {
-    const auto acquire = [&] { return bBright ? rig.AcquireBright(120) : rig.AcquireDark(10); };
-    int32_t nStatus = -2;
-    int32_t nSuccesses = 0;
-    for (; nStatus != 0 && nSuccesses < 50; ++nSuccesses) {
-      {
-        const CFailingNew failing(nSuccesses);
-        nStatus = acquire();
-      }
-      EXPECT_TRUE(nStatus == -2 || nStatus == 0) << nStatus;
-      EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "") << nSuccesses;
-      EXPECT_EQ(rig.Process().WaitImageRequest(), 258U) << nSuccesses;
-    }
-    EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
-    EXPECT_GE(nSuccesses, 4) << "frame, buffer, block means and then all of them";
-  }
-}
-
 TEST(DeviceGeometry, AFailedAcquisitionGivesAllItsBuffersBack)
 {
   for (const bool bBright : {false, true}) {
@@ -161,18 +138,6 @@ TEST(DeviceGeometry, AFrameWithoutPixelsIsRefused)
       EXPECT_NE(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS) << nSide;
     }
   }
-}
-
-TEST(DeviceGeometry, WithALargerPayloadTheDarkFrameIsUsed)
-{
-  CDeviceRig rig;
-  FixPayload(rig, 64 * 64 + 100);
-  ShowBytes(rig, 64 * 64 + 100, 10);
-  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
-  ShowBytes(rig, 64 * 64 + 100, 120);
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_TRUE(rig.IsDarkInForce());
 }
 
 TEST(DeviceGeometry, ADeepFormatIsReadAsBytes)

@@ -9,11 +9,9 @@ namespace ffc::test {
 
 using genapi::SNodeAccess;
 
-SMeaning PickMeaning(const std::vector<SMeaning> &listMeanings, const SFeatureAccess &stAccess)
-{
-  return listMeanings.at(std::min(stAccess.nLookUp, listMeanings.size() - 1));
-}
+namespace {
 
+// In order.
 std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<int32_t()> &fnOperation)
 {
   std::map<std::string, std::size_t> mapLookUps;
@@ -26,6 +24,24 @@ std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<i
   EXPECT_EQ(fnOperation(), 0);
   rig.SetHook(nullptr);
   return listAccesses;
+}
+
+} // namespace
+
+SMeaning PickMeaning(const std::vector<SMeaning> &listMeanings, const SFeatureAccess &stAccess)
+{
+  return listMeanings.at(std::min(stAccess.nLookUp, listMeanings.size() - 1));
+}
+
+void SweepAccesses(CProcessRig &rig, std::size_t nLeast, const std::function<int32_t()> &fnOperation,
+                   const std::function<void(std::size_t nAccess, const SFeatureAccess &stAccess)> &fnFail)
+{
+  const std::vector<SFeatureAccess> listAccesses = ListAccesses(rig, fnOperation);
+  EXPECT_GE(listAccesses.size(), nLeast);
+  for (std::size_t i = 0; i < listAccesses.size(); ++i) {
+    SCOPED_TRACE("access " + std::to_string(i) + ": " + listAccesses[i].Describe());
+    fnFail(i, listAccesses[i]);
+  }
 }
 
 int32_t RunWithFailure(CProcessRig &rig, std::size_t nAccess, EAccessFailure eFailure,

@@ -36,8 +36,10 @@ constexpr SMeaning RESTORES = {0, true};
 /// By look-up; the last one stands for all that follow.
 SMeaning PickMeaning(const std::vector<SMeaning> &listMeanings, const SFeatureAccess &stAccess);
 
-/// All accesses of an operation, which has to succeed, in order.
-std::vector<SFeatureAccess> ListAccesses(CProcessRig &rig, const std::function<int32_t()> &fnOperation);
+/// Runs an operation, which has to succeed, and has each of its accesses, at least nLeast, fail in turn: fnFail(n,
+/// stAccess) is to run the operation with its n-th access failing, counted from 0.
+void SweepAccesses(CProcessRig &rig, std::size_t nLeast, const std::function<int32_t()> &fnOperation,
+                   const std::function<void(std::size_t nAccess, const SFeatureAccess &stAccess)> &fnFail);
 
 /// Runs an operation whose nAccess-th access, counted from 0, fails.
 int32_t RunWithFailure(CProcessRig &rig, std::size_t nAccess, EAccessFailure eFailure,

@@ -1,5 +1,5 @@
 /// \file
-/// A frame thread without manners.
+/// A frame thread that keeps to no order.
 #pragma once
 
 #include <atomic>
@@ -30,7 +30,7 @@ public:
   CFrameHammer &operator=(const CFrameHammer &) = delete;
 
   /// From now on all frames to correct are of the usual format.
-  void BePolite() { m_bPolite = true; }
+  void KeepUsualFormat() { m_bUsualFormat = true; }
   int GetCorrectedCount() const { return m_nCorrected; }
 
 private:
@@ -45,9 +45,9 @@ private:
       Hand(random);
       m_process.SetStopFlag(false);
       (void)m_process.IsColorCamera();
-      const int nRude = m_bPolite ? 0 : random.Between(0, 99);
-      const int32_t nStatus = m_process.CorrectImage(listSource.data(), listCorrected.data(), nRude == 1 ? 96U : 64U,
-                                                     48, nRude == 2 ? MONO_12 : MONO_8);
+      const int nUnusual = m_bUsualFormat ? 0 : random.Between(0, 99);
+      const int32_t nStatus = m_process.CorrectImage(listSource.data(), listCorrected.data(), nUnusual == 1 ? 96U : 64U,
+                                                     48, nUnusual == 2 ? MONO_12 : MONO_8);
       m_nCorrected += nStatus == 0 ? 1 : 0;
     }
   }
@@ -65,7 +65,7 @@ private:
   IShadingCorrectionProcess &m_process;
   const int32_t m_nLongest;
   std::atomic<bool> m_bStop{false};
-  std::atomic<bool> m_bPolite{false};
+  std::atomic<bool> m_bUsualFormat{false};
   std::atomic<int> m_nCorrected{0};
   std::thread m_thread;
 };

@@ -26,18 +26,6 @@ TEST(HostBright, OfAColourCameraTakesSevenFramesMore)
   }
 }
 
-TEST(HostBright, IsTheTruncatedAverageOfItsFrames)
-{
-  CHostRig rig;
-  rig.Process().SetExpectGray(101);
-  rig.Show([&rig](int nFrame) { return rig.Camera().MakeFrame(nFrame == 3 ? 102 : 101); });
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  std::vector<uint8_t> listCorrected;
-  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(73), listCorrected), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Camera().MakeFrame(73), listCorrected); // a gain of exactly 1
-}
-
 TEST(HostBright, OfAColourCameraAveragesTheFramesAfterTheFirstSeven)
 {
   CHostRig rig("BayerGR8");

@@ -24,19 +24,6 @@ void ExpectUnchanged(CHostRig &rig, const std::map<std::string, std::string> &ma
 
 } // namespace
 
-TEST(HostColour, TheFramesOfTheBalanceAreNotAveraged)
-{
-  CHostRig rig("BayerRG8");
-  rig.Camera().SetWhiteBalanceReads(3);
-  rig.Process().SetExpectGray(100);
-  rig.Show([&rig](int nFrame) { return rig.Camera().MakeFrame(nFrame < 3 + SETTLING_FRAMES ? 250 : 100); });
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  std::vector<uint8_t> listCorrected;
-  EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(73), listCorrected), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Camera().MakeFrame(73), listCorrected);
-}
-
 TEST(HostColour, TheSettingsArePutBackAfterABalanceFromOff)
 {
   CHostRig rig("BayerRG8");
@@ -138,14 +125,4 @@ TEST(HostColour, AnUnreadableWhiteBalanceFeatureFailsTheAcquisition)
     EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_PIXEL_FORMAT_NOT_IMPLEMENTED) << pFeature;
     EXPECT_EQ(rig.GetFrameCount(), 0) << pFeature;
   }
-}
-
-TEST(HostColour, WithoutFramesTheBalanceEndsAndTheAcquisitionTimesOut)
-{
-  CHostRig rig("BayerRG8");
-  rig.ShowNothing();
-  const auto mapBefore = rig.TakeSnapshot();
-  rig.Camera().SetWhiteBalanceReads(-1);
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
-  ExpectUnchanged(rig, mapBefore);
 }

@@ -5,51 +5,10 @@
 #include <gtest/gtest.h>
 
 #include "pluginobject/statuscode.h"
-#include "tests/pluginobject/shadingcorrection/process/hostrig.h"
+#include "tests/pluginobject/shadingcorrection/process/processkinds.h"
 
 using namespace ffc::test;
 using ffc::genapi::CSoftwareEnumeration;
-
-namespace {
-
-// Takes the given dark frame and a bright one, and tells whether the coefficients use the dark one.
-bool IsDarkUsed(CHostRig &rig, CHostRig::FnFrame fnDark)
-{
-  rig.Show(std::move(fnDark));
-  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  const uint32_t nBytesPerPixel = rig.GetTableBytesPerPixel();
-  EXPECT_TRUE(nBytesPerPixel == 2 || nBytesPerPixel == 4) << nBytesPerPixel;
-  return nBytesPerPixel == 4;
-}
-
-bool IsDarkUsed(CHostRig &rig, uint32_t nGray)
-{
-  return IsDarkUsed(rig, [&rig, nGray](int) { return rig.Camera().MakeFrame(nGray); });
-}
-
-// 8-bit frame of 64 x 64, one 32 x 32 block of another value.
-CHostRig::FnFrame MakeUneven(uint8_t nGray, uint8_t nBlockGray)
-{
-  return [=](int) {
-    std::vector<uint8_t> listFrame(64 * 64, nGray);
-    for (std::size_t y = 0; y < 32; ++y) {
-      std::fill_n(listFrame.begin() + static_cast<std::ptrdiff_t>(y * 64), 32, nBlockGray);
-    }
-    return listFrame;
-  };
-}
-
-} // namespace
-
-TEST(HostDark, TakesExactlyOneFrame)
-{
-  CHostRig rig;
-  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.GetFrameCount(), 1);
-  EXPECT_EQ(rig.Process().WaitImageRequest(), 258U);
-}
 
 TEST(HostDark, IsMeasuredOnAnEightBitScale)
 {
@@ -58,38 +17,20 @@ TEST(HostDark, IsMeasuredOnAnEightBitScale)
   EXPECT_EQ(rig.Process().GetImageMaxGray(), 12.0);
   EXPECT_EQ(rig.Process().GetImageGrayDiff(), 0.0);
   CHostRig unevenRig("Mono8", 64, 64);
-  unevenRig.Show(MakeUneven(10, 17));
+  unevenRig.Show([](int) { return MakeUneven(10, 17); });
   EXPECT_EQ(unevenRig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(unevenRig.Process().GetImageMaxGray(), 17.0);
   EXPECT_EQ(unevenRig.Process().GetImageGrayDiff(), 7.0);
 }
 
-TEST(HostDark, UpToGreyTwentyIsUsed)
+TEST(HostDark, OfADeepFormatIsUsedByItsGreyOnAnEightBitScale)
 {
-  CHostRig rig;
-  EXPECT_TRUE(IsDarkUsed(rig, 0));
-  EXPECT_TRUE(IsDarkUsed(rig, 20));
-  CHostRig deepRig("Mono12");
-  EXPECT_TRUE(IsDarkUsed(deepRig, 20 * 16 + 15));
-}
-
-TEST(HostDark, OfGreyTwentyOneIsKeptButNotUsed)
-{
-  CHostRig rig;
-  EXPECT_FALSE(IsDarkUsed(rig, 21));
-  EXPECT_FALSE(IsDarkUsed(rig, 255));
-  EXPECT_TRUE(IsDarkUsed(rig, 20));
-  CHostRig deepRig("Mono12");
-  EXPECT_FALSE(IsDarkUsed(deepRig, 21 * 16));
-}
-
-TEST(HostDark, ThatIsUnevenByFiveIsKeptButNotUsed)
-{
-  CHostRig rig("Mono8", 64, 64);
-  EXPECT_TRUE(IsDarkUsed(rig, MakeUneven(16, 20)));
-  EXPECT_FALSE(IsDarkUsed(rig, MakeUneven(15, 20)));
-  EXPECT_FALSE(IsDarkUsed(rig, MakeUneven(5, 0)));
-  EXPECT_TRUE(IsDarkUsed(rig, MakeUneven(4, 0)));
+  CHostRig rig("Mono12");
+  const auto isUsed = [&rig](uint32_t nGray) {
+    return IsDarkUsed<SHost>(rig, [&rig, nGray](int) { return rig.Camera().MakeFrame(nGray); });
+  };
+  EXPECT_TRUE(isUsed(20 * 16 + 15));
+  EXPECT_FALSE(isUsed(21 * 16));
 }
 
 TEST(HostDark, AFailedOneDoesNotBringBackWhatAnEarlierOneSaved)

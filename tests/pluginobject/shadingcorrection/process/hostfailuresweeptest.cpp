@@ -110,13 +110,13 @@ class HostFailureSweep : public testing::TestWithParam<SSweep> {};
 
 TEST_P(HostFailureSweep, EveryFailingAccessGivesItsCodeAndLeavesTheCameraAsItWas)
 {
-  const auto pRig = MakeRig(GetParam());
-  const std::vector<SFeatureAccess> listAccesses = ListAccesses(*pRig, [&] { return Acquire(*pRig, GetParam()); });
-  EXPECT_GT(listAccesses.size(), 20U);
-  for (std::size_t i = 0; i < listAccesses.size(); ++i) {
-    SCOPED_TRACE("access " + std::to_string(i) + ": " + listAccesses[i].Describe());
-    FailAccess(GetParam(), i, PickMeaning(GetMeanings(listAccesses[i].strNode, GetParam()), listAccesses[i]));
-  }
+  const SSweep &stSweep = GetParam();
+  const auto pRig = MakeRig(stSweep);
+  SweepAccesses(
+    *pRig, 21, [&] { return Acquire(*pRig, stSweep); },
+    [&](std::size_t nAccess, const SFeatureAccess &stAccess) {
+      FailAccess(stSweep, nAccess, PickMeaning(GetMeanings(stAccess.strNode, stSweep), stAccess));
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, HostFailureSweep,

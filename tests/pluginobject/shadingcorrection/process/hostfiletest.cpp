@@ -1,14 +1,10 @@
 #include <cstring>
 
-#include <QDir>
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
-#include "tests/support/modalanswer.h"
 
 using ffc::genapi::SNodeAccess;
 using ffc::pluginobject::CFeatureAccess;
@@ -16,7 +12,7 @@ using namespace ffc::test;
 
 namespace {
 
-class HostFile : public testing::Test {
+class HostFile : public CFileTest<CHostRig> {
 protected:
   HostFile() { m_rig.Process().SetExpectGray(200); }
 
@@ -36,22 +32,6 @@ protected:
     EXPECT_EQ(m_rig.Correct(m_rig.Camera().MakeFrame(nGray), listCorrected), PLUGIN_STATUS_SUCCESS);
     return listCorrected;
   }
-
-  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
-  int32_t Save(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().SaveToFile();
-  }
-  int32_t Load(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().LoadFromFile();
-  }
-
-  QTemporaryDir m_folder;
-  CHostRig m_rig;
-  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
 };
 
 constexpr int PIXELS = 64 * 48;
@@ -70,48 +50,6 @@ TEST_F(HostFile, HasTheBytesOfTheTableAndNothingElse)
     std::memcpy(&nGain, bytes.constData() + 2 * i, sizeof nGain);
     ASSERT_EQ((200 * 4096 + 60) / 120, nGain);
   }
-}
-
-TEST_F(HostFile, IsLoadedAsItWasSaved)
-{
-  for (const bool bDark : {false, true}) {
-    MakeCoefficients(bDark);
-    EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-    const std::vector<uint8_t> listBefore = Correct(60);
-    const uint32_t nSize = m_rig.Process().GetCorrectionInfo().nCoefficientsSize;
-
-    CHostRig other;
-    CScriptedChooser &chooser = InstallChooser(other.Process(), Path("a.ffc"));
-    EXPECT_EQ(other.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(other.Process().GetCorrectionInfo().nCoefficientsSize, nSize);
-    std::vector<uint8_t> listAfter;
-    EXPECT_EQ(other.Correct(other.Camera().MakeFrame(60), listAfter), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(listBefore, listAfter);
-    chooser.Choose(Path("b.ffc"));
-    EXPECT_EQ(other.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(ReadAll(Path("a.ffc")), ReadAll(Path("b.ffc")));
-  }
-}
-
-TEST_F(HostFile, IsAskedForWithTheTextsOfEachDialog)
-{
-  MakeCoefficients(false);
-  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_chooser.GetQuestions(),
-            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
-}
-
-TEST_F(HostFile, ACancelledDialogChangesNothing)
-{
-  MakeCoefficients(true);
-  const std::vector<uint8_t> listBefore = Correct(60);
-  m_chooser.Choose(QString());
-  m_rig.SetHook([](const SNodeAccess &stAccess) { ADD_FAILURE() << stAccess.strNode; });
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(Correct(60), listBefore);
-  EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
 }
 
 TEST_F(HostFile, OfAnotherSizeIsRefusedAndTheCoefficientsStayInForce)
@@ -135,17 +73,6 @@ TEST_F(HostFile, OfTheWrongSizeForANewFormatLeavesFramesOfTheFormerOneCorrected)
   WriteAll(Path("wrong.ffc"), QByteArray(2 * PIXELS, '\x10'));
   EXPECT_EQ(Load("wrong.ffc"), PLUGIN_STATUS_READ_FILE_ERROR);
   m_rig.Camera().Integer("Width").Poke(64);
-  EXPECT_EQ(Correct(60), listBefore);
-}
-
-TEST_F(HostFile, ThatCannotBeOpenedIsRefusedAndTheCoefficientsStayInForce)
-{
-  MakeCoefficients(true);
-  const std::vector<uint8_t> listBefore = Correct(60);
-  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
   EXPECT_EQ(Correct(60), listBefore);
 }
 
@@ -208,59 +135,4 @@ TEST_F(HostFile, WithoutACameraIsNotLoaded)
   CShadingCorrectionPro_PC process{CFeatureAccess(nullptr), CFeatureAccess(nullptr)};
   InstallChooser(process, Path("a.ffc"));
   EXPECT_EQ(process.LoadFromFile(), PLUGIN_STATUS_INVALID_PARAM);
-}
-
-namespace {
-
-// In a folder of its own, with the folder of coefficient files in it.
-class HostFileDialog : public testing::Test {
-protected:
-  HostFileDialog()
-  {
-    QDir::setCurrent(m_folder.path());
-    QDir().mkpath("resource/tqplugins/FlatFieldCorrection");
-  }
-  ~HostFileDialog() override { QDir::setCurrent(m_strFormer); }
-
-  std::string GetDefaultFolder() const
-  {
-    return QDir("resource/tqplugins/FlatFieldCorrection").canonicalPath().toStdString();
-  }
-
-  QString m_strFormer = QDir::currentPath();
-  QTemporaryDir m_folder;
-  CHostRig m_rig;
-};
-
-} // namespace
-
-TEST_F(HostFileDialog, SavesAndLoadsWhatTheUserChooses)
-{
-  EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  CModalAnswer answer;
-  answer.ChooseFile(m_folder.filePath("a.ffc"));
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(QFileInfo(m_folder.filePath("a.ffc")).size(), 2 * PIXELS);
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(answer.GetFileDialogs().size(), 2U);
-}
-
-TEST_F(HostFileDialog, StartsInTheFolderOfCoefficientFiles)
-{
-  EXPECT_EQ(m_rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  const CModalAnswer answer;
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
-  const CModalAnswer::SFileDialog &stOpen = answer.GetFileDialogs()[0];
-  EXPECT_EQ(stOpen.strTitle, "Open FFC");
-  EXPECT_EQ(stOpen.strFilter, "ini file (*.ffc)");
-  EXPECT_EQ(GetDefaultFolder(), stOpen.strDirectory);
-  const CModalAnswer::SFileDialog &stSave = answer.GetFileDialogs()[1];
-  EXPECT_EQ(stSave.strTitle, "Save FFC");
-  EXPECT_EQ(stSave.strFilter, "ini file (*.ffc)");
-  EXPECT_EQ(GetDefaultFolder(), stSave.strDirectory);
-  EXPECT_EQ(stSave.strProposed, "FlatFieldCorrection.ffc");
 }

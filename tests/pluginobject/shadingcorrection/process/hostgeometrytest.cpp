@@ -73,17 +73,6 @@ TEST(HostGeometry, AFrameWithoutPixelsIsRefused)
   }
 }
 
-TEST(HostGeometry, WithALargerPayloadTheDarkFrameIsUsed)
-{
-  CHostRig rig;
-  FixPayload(rig, 64 * 48 + 100);
-  ShowBytes(rig, 64 * 48 + 100);
-  EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(rig.GetTableBytesPerPixel(), 4U);
-}
-
 TEST(HostGeometry, AFrameThatCannotBeJudgedIsInvalid)
 {
   for (const auto &[nWidth, nHeight] : {std::pair<int64_t, int64_t>{30, 48}, {64, 30}, {65, 48}, {64, 49}}) {

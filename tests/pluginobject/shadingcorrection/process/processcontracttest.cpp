@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/pluginobject/shadingcorrection/process/framehammer.h"
 #include "tests/pluginobject/shadingcorrection/process/processkinds.h"
 
@@ -145,6 +146,30 @@ TYPED_TEST(Process, JudgesABrightAcquisitionByItsFirstFrame)
   EXPECT_EQ(rig.Process().GetImageGrayDiff(), 0.0);
 }
 
+TYPED_TEST(Process, UsesTheTruncatedAverageOfItsBrightFrames)
+{
+  typename TypeParam::Rig rig("Mono8", 192, 128);
+  SetFrameCount(rig, 4);
+  rig.Process().SetExpectGray(200);
+  // Coefficients of four frames of which three have 101 in their left half; the right one is 200.
+  const auto compute = [&rig](uint8_t nLeftOfTheLast) {
+    rig.Show([nLeftOfTheLast](int nFrame) {
+      std::vector<uint8_t> listFrame;
+      for (int y = 0; y < 128; ++y) {
+        listFrame.insert(listFrame.end(), 96, nFrame == 3 ? nLeftOfTheLast : uint8_t{101});
+        listFrame.insert(listFrame.end(), 96, 200);
+      }
+      return listFrame;
+    });
+    EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+    return TypeParam::GetInForce(rig);
+  };
+  const std::vector<uint8_t> listInForce = compute(101);
+  EXPECT_EQ(compute(104), listInForce); // 101.75
+  EXPECT_NE(compute(105), listInForce); // 102
+}
+
 TYPED_TEST(Process, TimesOutWhenAnyOfItsBrightFramesIsLost)
 {
   for (const int nLost : {0, 2, 3}) {
@@ -218,6 +243,23 @@ TYPED_TEST(CorrectingProcess, TakesEachFrameCountThatTheCameraTakesAndNoOther)
   EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_FEATURE_ERROR);
   EXPECT_EQ(rig.Process().GetCorrectionInfo().nFrameCount, 16U);
   EXPECT_EQ(frameCount.PeekSymbolic(), "FFCFrameCount_16");
+}
+
+TYPED_TEST(CorrectingProcess, LoadsFromItsFlashWhatItSavedThereWithTheSameRecord)
+{
+  typename TypeParam::Rig rig;
+  SetFrameCount(rig, 2);
+  (void)rig.Process().SetExpectGray(0x91); // which a vignetting camera does not keep
+  TypeParam::PutIntoForce(rig);
+  const std::vector<uint8_t> listInForce = TypeParam::GetInForce(rig);
+  const std::vector<uint32_t> listInfo = rig.GetInfo();
+  EXPECT_EQ(rig.Process().SaveToFlash(), PLUGIN_STATUS_SUCCESS);
+  SetFrameCount(rig, 16);
+  (void)rig.Process().SetExpectGray(3);
+  rig.Camera().Correction().SetWritten({});
+  EXPECT_EQ(rig.Process().LoadFromFlash(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.GetInfo(), listInfo);
+  EXPECT_EQ(TypeParam::GetInForce(rig), listInForce);
 }
 
 template <class TAcquisition>
@@ -341,6 +383,26 @@ TYPED_TEST(Acquisition, OfAPayloadThatCannotBeAllocatedIsOutOfMemoryAndLeavesThe
     EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSnapshot()), "") << nPayloadSize;
     EXPECT_EQ(TypeParam::Acquire(rig), PLUGIN_STATUS_SUCCESS) << nPayloadSize;
   }
+}
+
+TYPED_TEST(Acquisition, WithoutMemoryFailsAndLeavesTheCameraAsItWas)
+{
+  typename TestFixture::Rig rig;
+  rig.Camera().Enumeration("TriggerMode").Select("On");
+  const Settings mapBefore = rig.TakeSnapshot();
+  int32_t nStatus = PLUGIN_STATUS_OUT_OF_MEMORY;
+  int32_t nSuccesses = 0;
+  for (; nStatus == PLUGIN_STATUS_OUT_OF_MEMORY && nSuccesses < 50; ++nSuccesses) {
+    rig.ShowGray(TypeParam::GRAY);
+    {
+      const CFailingNew failing(nSuccesses);
+      nStatus = TypeParam::Acquire(rig);
+    }
+    EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSnapshot()), "") << nSuccesses;
+    EXPECT_EQ(rig.Process().WaitImageRequest(), NOT_REQUESTED) << nSuccesses;
+  }
+  EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
+  EXPECT_GE(nSuccesses, 4) << "frame, buffer, block means and then all of them";
 }
 
 TYPED_TEST(Acquisition, OfAPayloadSmallerThanThePixelsIsRefused)

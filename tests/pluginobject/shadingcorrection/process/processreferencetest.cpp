@@ -20,19 +20,47 @@ class DarkFrame : public testing::Test {
 protected:
   using Rig = typename TKind::Rig;
 
-  // Takes the given dark frame and a bright one, and tells whether the coefficients use the dark one.
-  static bool IsUsed(Rig &rig, CProcessRig::FnFrame fnDark)
+  static bool IsUsed(Rig &rig, CProcessRig::FnFrame fnDark) { return IsDarkUsed<TKind>(rig, std::move(fnDark)); }
+  static bool IsUsed(Rig &rig, uint32_t nGray)
   {
-    rig.Show(std::move(fnDark));
-    EXPECT_EQ(rig.Process().AcquireDarkImage(), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(rig.AcquireBright(200), PLUGIN_STATUS_SUCCESS);
-    EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-    return TKind::IsDarkInForce(rig);
+    return IsUsed(rig, [&rig, nGray](int) { return rig.Camera().MakeFrame(nGray); });
+  }
+  // Of 64 x 64 pixels, the first block of another value.
+  static bool IsUnevenUsed(Rig &rig, uint8_t nGray, uint8_t nBlockGray)
+  {
+    return IsUsed(rig, [=](int) { return MakeUneven(nGray, nBlockGray); });
   }
 };
 
 using Kinds = testing::Types<SHost, SDevice>;
 TYPED_TEST_SUITE(DarkFrame, Kinds, SKindName);
+
+TYPED_TEST(DarkFrame, IsOneFrame)
+{
+  typename TypeParam::Rig rig;
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.GetFrameCount(), 1);
+  EXPECT_EQ(rig.Process().WaitImageRequest(), NOT_REQUESTED);
+}
+
+TYPED_TEST(DarkFrame, UpToGreyTwentyIsUsedAndABrighterOneNot)
+{
+  typename TypeParam::Rig rig;
+  EXPECT_TRUE(this->IsUsed(rig, 1));
+  EXPECT_TRUE(this->IsUsed(rig, 20));
+  EXPECT_FALSE(this->IsUsed(rig, 21));
+  EXPECT_FALSE(this->IsUsed(rig, 255));
+  EXPECT_TRUE(this->IsUsed(rig, 20));
+}
+
+TYPED_TEST(DarkFrame, ThatIsUnevenByFiveIsKeptButNotUsed)
+{
+  typename TypeParam::Rig rig("Mono8", 64, 64);
+  EXPECT_TRUE(this->IsUnevenUsed(rig, 16, 20));
+  EXPECT_FALSE(this->IsUnevenUsed(rig, 15, 20));
+  EXPECT_FALSE(this->IsUnevenUsed(rig, 5, 0));
+  EXPECT_TRUE(this->IsUnevenUsed(rig, 4, 0));
+}
 
 TYPED_TEST(DarkFrame, OfABayerCameraIsJudgedColourByColour)
 {
@@ -63,6 +91,15 @@ TYPED_TEST(DarkFrame, ThatFailedIsNotUsedAndTheBrightOneStays)
   EXPECT_EQ(rig.Process().IsBlackLevelDefault(), TypeParam::BLACK_LEVEL_DEFAULT);
   EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
   EXPECT_FALSE(TypeParam::IsDarkInForce(rig));
+}
+
+TYPED_TEST(DarkFrame, OfALargerPayloadIsUsed)
+{
+  typename TypeParam::Rig rig;
+  const int64_t nLarger = rig.Camera().GetPayloadSize() + 100;
+  rig.Camera().Integer("PayloadSize").OnRead([nLarger] { return nLarger; });
+  EXPECT_TRUE(
+    this->IsUsed(rig, [nLarger](int) { return std::vector<uint8_t>(static_cast<std::size_t>(nLarger), 10); }));
 }
 
 template <class TKind>
@@ -109,6 +146,29 @@ TYPED_TEST(ColourCamera, ThatDoesNotTellWhetherItIsBalancedIsGivenFiveFrames)
   });
   EXPECT_EQ(rig.AcquireBright(BRIGHT_GRAY), PLUGIN_STATUS_SUCCESS);
   EXPECT_GE(rig.GetFrameCount(), 5 + TypeParam::SETTLING_FRAMES + FRAME_COUNT);
+}
+
+TYPED_TEST(ColourCamera, DoesNotAverageTheFramesBeforeItsBrightOnes)
+{
+  auto &rig = this->m_rig;
+  TypeParam::PutIntoForce(rig);
+  const std::vector<uint8_t> listInForce = TypeParam::GetInForce(rig);
+  rig.Camera().SetWhiteBalanceReads(3);
+  rig.Show([&rig](int nFrame) { return rig.Camera().MakeFrame(nFrame < 3 + TypeParam::SETTLING_FRAMES ? 250 : 120); });
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(rig.Process().GetImageMaxGray(), 120.0);
+  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(TypeParam::GetInForce(rig), listInForce);
+}
+
+TYPED_TEST(ColourCamera, ThatSendsNoFramesTimesOutAndHasItsSettingsBack)
+{
+  auto &rig = this->m_rig;
+  rig.ShowNothing();
+  const Settings mapBefore = rig.TakeSnapshot();
+  rig.Camera().SetWhiteBalanceReads(-1);
+  EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
+  EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSnapshot()), "");
 }
 
 TYPED_TEST(ColourCamera, HasTheFramesOfItsBalanceWipedFromTheBuffer)

@@ -100,6 +100,13 @@ std::vector<int32_t> CProcessRig::TakeSignals()
   return std::exchange(m_listSignals, {});
 }
 
+std::vector<uint32_t> CProcessRig::GetInfo()
+{
+  const FFCInfo stInfo = m_pProcess->GetCorrectionInfo();
+  return {stInfo.nValid,     stInfo.nMode, stInfo.nFrameCount, stInfo.nBlockSizeCode, stInfo.nCoefficientsSize,
+          stInfo.nExpectGray};
+}
+
 Settings CProcessRig::TakeSnapshot()
 {
   Settings mapValues;
@@ -145,6 +152,17 @@ void CProcessRig::Deliver()
       m_pProcess->SetImageReady();
     }
   }
+}
+
+std::vector<uint8_t> MakeRecord(const std::vector<uint32_t> &listWords)
+{
+  std::vector<uint8_t> listRecord;
+  for (const uint32_t nWord : listWords) {
+    for (const uint32_t nByte : {nWord, nWord / 0x100, nWord / 0x10000, nWord / 0x1000000}) {
+      listRecord.push_back(static_cast<uint8_t>(nByte % 0x100));
+    }
+  }
+  return listRecord;
 }
 
 } // namespace ffc::test

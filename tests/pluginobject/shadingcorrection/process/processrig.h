@@ -65,6 +65,8 @@ public:
   void SetHook(genapi::NodeAccessHook fnHook) { m_fnHook = std::move(fnHook); }
   /// Called with the code of each message of the process, before the host acts on it.
   void SetMessageHook(std::function<void(int32_t nCode)> fnHook) { m_fnMessageHook = std::move(fnHook); }
+  /// The words of the process's record in their order.
+  std::vector<uint32_t> GetInfo();
   /// Values of all features of device and stream by name, as texts; of the white-balance ratios too.
   Settings TakeSnapshot();
 
@@ -108,5 +110,8 @@ private:
   std::atomic<int> m_nFrames{0};
   std::unique_ptr<CFramePump> m_pPump;
 };
+
+/// A record of these words as bytes, the low byte of each first.
+std::vector<uint8_t> MakeRecord(const std::vector<uint32_t> &listWords);
 
 } // namespace ffc::test

@@ -1,5 +1,5 @@
 /// \file
-/// A user who chooses files, and the bytes of the files.
+/// A user who chooses files, the bytes of the files, and tests of them.
 #pragma once
 
 #include <string>
@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -60,5 +61,26 @@ inline void WriteAll(const QString &strFile, const QByteArray &bytes)
   EXPECT_TRUE(file.open(QIODevice::WriteOnly));
   EXPECT_EQ(bytes.size(), file.write(bytes));
 }
+
+/// For tests of the coefficient files of a process: they are saved and loaded by name, in a folder of their own.
+template <class TRig>
+class CFileTest : public testing::Test {
+protected:
+  QString Path(const char *pName) const { return m_folder.filePath(QString::fromUtf8(pName)); }
+  int32_t Save(const char *pName)
+  {
+    m_chooser.Choose(Path(pName));
+    return m_rig.Process().SaveToFile();
+  }
+  int32_t Load(const char *pName)
+  {
+    m_chooser.Choose(Path(pName));
+    return m_rig.Process().LoadFromFile();
+  }
+
+  QTemporaryDir m_folder;
+  TRig m_rig;
+  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
+};
 
 } // namespace ffc::test

@@ -171,3 +171,20 @@ TEST(ScopeGuard, EndsWhatItsActionThrowsAlsoWhileAnotherExceptionPasses)
   }
   EXPECT_EQ(nRuns, 1);
 }
+
+TEST(CalcStatusMapping, EveryStatusOfTheComputationsHasAPluginCode)
+{
+  EXPECT_EQ(ffc::process::MapCalcStatus(0), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(ffc::process::MapCalcStatus(-101), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(ffc::process::MapCalcStatus(-102), PLUGIN_STATUS_INVALID_PARAM);
+  EXPECT_EQ(ffc::process::MapCalcStatus(-103), PLUGIN_STATUS_OUT_OF_MEMORY);
+  EXPECT_EQ(ffc::process::MapCalcStatus(-105), PLUGIN_STATUS_CAMERA_NOT_SUPPORTED);
+  EXPECT_EQ(ffc::process::MapCalcStatus(-106), PLUGIN_STATUS_INVALID_PARAM);
+}
+
+TEST(CalcStatusMapping, AnyOtherStatusIsAnUnknownError)
+{
+  for (const int32_t nStatus : {-100, -104, -107, -108, -1, -3, 1, 101, INT32_MIN, INT32_MAX}) {
+    EXPECT_EQ(ffc::process::MapCalcStatus(nStatus), PLUGIN_STATUS_UNKNOWN_ERROR) << nStatus;
+  }
+}

@@ -146,20 +146,6 @@ TEST(VignettingBright, AFailedOneKeepsTheGreysOfTheLastAnalysedFrame)
   EXPECT_EQ(rig.Process().GetImageGrayDiff(), 7.0);
 }
 
-TEST(VignettingBright, IsTheTruncatedAverageOfItsFrames)
-{
-  CVignettingRig rig("Mono12");
-  EXPECT_EQ(rig.Process().SetFrameCount("FFCFrameCount_4"), PLUGIN_STATUS_SUCCESS);
-  const CTestImage usual(192, 128, 12, 2);
-  CTestImage last = usual;
-  for (int32_t i = 0; i < 4096; ++i) {
-    last.Set(i % 64, i / 64, 1);
-  }
-  EXPECT_EQ(rig.Acquire({usual, usual, usual, last}), PLUGIN_STATUS_SUCCESS); // the first block averages 1.75
-  EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(GetFirstBlockGain(rig), 2 * 256);
-}
-
 TEST(VignettingBright, SixteenFramesOfFullScaleDoNotOverflow)
 {
   for (const auto &[pFormat, nBitDepth] : {std::pair{"Mono8", 8}, {"Mono10", 10}, {"Mono12", 12}}) {

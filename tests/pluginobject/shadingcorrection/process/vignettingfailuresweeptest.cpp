@@ -102,14 +102,13 @@ protected:
 TEST_P(VignettingFailureSweep, EveryFailingAccessGivesItsCodeAndLeavesTheCameraAsItWas)
 {
   Arrange();
-  const std::vector<SFeatureAccess> listAccesses = ListAccesses(m_rig, [this] { return Run(); });
-  EXPECT_GE(listAccesses.size(), 2U);
-  for (std::size_t i = 0; i < listAccesses.size(); ++i) {
-    SCOPED_TRACE("access " + std::to_string(i) + ": " + listAccesses[i].Describe());
-    for (const EAccessFailure eFailure : ALL_ACCESS_FAILURES) {
-      Fail(i, eFailure, GetMeaning(listAccesses[i], GetTriggerMode()));
-    }
-  }
+  SweepAccesses(
+    m_rig, 2, [this] { return Run(); },
+    [this](std::size_t nAccess, const SFeatureAccess &stAccess) {
+      for (const EAccessFailure eFailure : ALL_ACCESS_FAILURES) {
+        Fail(nAccess, eFailure, GetMeaning(stAccess, GetTriggerMode()));
+      }
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, VignettingFailureSweep,

@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,6 @@
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
 #include "tests/pluginobject/shadingcorrection/process/vignettingrig.h"
 #include "tests/support/fullvolume.h"
-#include "tests/support/modalanswer.h"
 
 using ffc::genapi::CSoftwareRegister;
 using ffc::genapi::SNodeAccess;
@@ -34,7 +32,7 @@ QByteArray MakeFile()
 }
 
 // A camera with coefficients in force, of which nothing is changed by an operation that is refused.
-class VignettingFile : public testing::Test {
+class VignettingFile : public CFileTest<CVignettingRig> {
 protected:
   VignettingFile()
   {
@@ -46,24 +44,14 @@ protected:
     m_listInfo = m_rig.GetInfo();
   }
 
-  QString Path(const char *pName) const { return m_folder.filePath(pName); }
   QByteArray GetWritten() { return ToArray(m_rig.GetWritten()); }
   QStringList ListFiles() { return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden); }
 
-  int32_t Load(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().LoadFromFile();
-  }
+  using CFileTest::Load;
   int32_t Load(const QByteArray &bytes)
   {
     WriteAll(Path("load.ffc"), bytes);
     return Load("load.ffc");
-  }
-  int32_t Save(const char *pName)
-  {
-    m_chooser.Choose(Path(pName));
-    return m_rig.Process().SaveToFile();
   }
   void ExpectUnchanged()
   {
@@ -73,9 +61,6 @@ protected:
     EXPECT_TRUE(m_rig.TakeSignals().empty());
   }
 
-  QTemporaryDir m_folder;
-  CVignettingRig m_rig;
-  CScriptedChooser &m_chooser = InstallChooser(m_rig.Process());
   QByteArray m_written;
   Words m_listInfo;
 };
@@ -98,17 +83,6 @@ TEST_F(VignettingFile, IsWrittenAsItIsAndItsRecordTaken)
     EXPECT_EQ(m_rig.GetCorrection(), "On");
     EXPECT_EQ(MakeFile(), ReadAll(Path("load.ffc")));
   }
-}
-
-TEST_F(VignettingFile, IsLoadedAsItWasSaved)
-{
-  EXPECT_EQ(Save("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(Load(MakeFile()), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(GetWritten(), m_written);
-  EXPECT_EQ(m_rig.GetInfo(), m_listInfo);
-  EXPECT_EQ(Save("b.ffc"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(ReadAll(Path("b.ffc")), m_written);
 }
 
 TEST_F(VignettingFile, AccessesOfALoadAndOfASave)
@@ -224,7 +198,7 @@ TEST_F(VignettingFile, ForASizeThatNoMemoryHasIsRefused)
   ExpectUnchanged();
 }
 
-TEST_F(VignettingFile, IsAskedForWithTheTextsOfEachDialogAfterTheSizeWasRead)
+TEST_F(VignettingFile, IsAskedForAfterTheSizeWasRead)
 {
   std::size_t nQuestionsAtRead = 99;
   m_rig.SetHook([&](const SNodeAccess &stAccess) {
@@ -236,27 +210,6 @@ TEST_F(VignettingFile, IsAskedForWithTheTextsOfEachDialogAfterTheSizeWasRead)
   EXPECT_EQ(nQuestionsAtRead, 0U);
   EXPECT_EQ(Load("a.ffc"), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(nQuestionsAtRead, 1U);
-  EXPECT_EQ(m_chooser.GetQuestions(),
-            (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
-}
-
-TEST_F(VignettingFile, ACancelledDialogChangesNothing)
-{
-  m_chooser.Choose(QString());
-  m_rig.SetHook([](const SNodeAccess &stAccess) { EXPECT_EQ(stAccess.strNode, "FFCCoefficientsSize"); });
-  EXPECT_EQ(m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  ExpectUnchanged();
-  EXPECT_TRUE(ListFiles().isEmpty());
-}
-
-TEST_F(VignettingFile, ThatCannotBeOpenedIsRefused)
-{
-  EXPECT_EQ(Load("missing.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Load("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("missing/a.ffc"), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  EXPECT_EQ(Save("."), PLUGIN_STATUS_OPEN_FILE_ERROR);
-  ExpectUnchanged();
 }
 
 TEST_F(VignettingFile, ThatCannotBeWrittenIsReportedAndTheFormerOneStays)
@@ -304,15 +257,4 @@ TEST_F(VignettingFile, WithoutACameraIsNotAskedFor)
   EXPECT_EQ(process.SaveToFile(), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_TRUE(chooser.GetQuestions().empty());
   EXPECT_TRUE(ListFiles().isEmpty());
-}
-
-TEST_F(VignettingFile, IsChosenInDialogsUnlessToldOtherwise)
-{
-  CVignettingRig rig;
-  const CModalAnswer answer; // cancels
-  EXPECT_EQ(rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
-  EXPECT_EQ(rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
-  ASSERT_EQ(answer.GetFileDialogs().size(), 2U);
-  EXPECT_EQ(answer.GetFileDialogs()[0].strTitle, "Open FFC");
-  EXPECT_EQ(answer.GetFileDialogs()[1].strTitle, "Save FFC");
 }

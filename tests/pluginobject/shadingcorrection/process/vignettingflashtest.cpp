@@ -126,19 +126,6 @@ TEST_F(VignettingFlash, KeepsTheCoefficientsAndTheCameraStartsWithThem)
   EXPECT_EQ(m_rig.GetCorrection(), "On");
 }
 
-TEST_F(VignettingFlash, WhatWasSavedIsLoadedWithTheSameRecord)
-{
-  EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_2"), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Correct(100), PLUGIN_STATUS_SUCCESS);
-  const Bytes listWritten = m_rig.GetWritten();
-  EXPECT_EQ(Save(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.Process().SetFrameCount("FFCFrameCount_16"), PLUGIN_STATUS_SUCCESS);
-  m_rig.Camera().Correction().SetWritten({});
-  EXPECT_EQ(Load(), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(m_rig.GetInfo(), (Words{1, 2, 2, 2, 72, 0}));
-  EXPECT_EQ(m_rig.GetWritten(), listWritten);
-}
-
 TEST_F(VignettingFlash, ASaveThatTheCameraRefusesIsReportedAndChangesNoStart)
 {
   for (const char *pName :

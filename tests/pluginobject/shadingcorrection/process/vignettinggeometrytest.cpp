@@ -124,27 +124,6 @@ TEST(VignettingGeometry, AFrameWithoutBlocksIsInvalid)
   }
 }
 
-TEST(VignettingGeometry, WithoutMemoryAnAcquisitionFailsAndTheCameraIsAsBefore)
-{
-  CVignettingRig rig;
-  rig.Camera().Enumeration("TriggerMode").Select("On");
-  const Settings mapBefore = rig.TakeSettings();
-  int32_t nStatus = -2;
-  int32_t nSuccesses = 0;
-  for (; nStatus == -2 && nSuccesses < 50; ++nSuccesses) {
-    rig.ShowGray(100);
-    {
-      const CFailingNew failing(nSuccesses);
-      nStatus = rig.Process().AcquireBrightImage();
-    }
-    EXPECT_EQ(DescribeChanges(mapBefore, rig.TakeSettings()), "") << nSuccesses;
-    EXPECT_EQ(rig.Process().WaitImageRequest(), 258U) << nSuccesses;
-    EXPECT_EQ(rig.Process().ExecuteCorrection(), nStatus == 0 ? 0 : -3) << nSuccesses;
-  }
-  EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
-  EXPECT_GE(nSuccesses, 5) << "average, sums, frame, block means and then all of them";
-}
-
 TEST(VignettingGeometry, AFailedAcquisitionKeepsNoMemory)
 {
   CCorrectingCamera camera("Mono8", 192, 128, {}, ECoefficients::Vignetting);

@@ -75,13 +75,6 @@ std::vector<uint8_t> CVignettingRig::GetWrittenRecord() const
   return {listBytes.begin() + static_cast<std::ptrdiff_t>(nBodySize), listBytes.end()};
 }
 
-std::vector<uint32_t> CVignettingRig::GetInfo()
-{
-  const FFCInfo stInfo = m_process.GetCorrectionInfo();
-  return {stInfo.nValid,     stInfo.nMode, stInfo.nFrameCount, stInfo.nBlockSizeCode, stInfo.nCoefficientsSize,
-          stInfo.nExpectGray};
-}
-
 void CVignettingRig::Refuse(const std::string &strNode)
 {
   SetHook([strNode](const SNodeAccess &stAccess) {
@@ -89,17 +82,6 @@ void CVignettingRig::Refuse(const std::string &strNode)
       throw GenICam::AccessException("refused", __FILE__, __LINE__);
     }
   });
-}
-
-std::vector<uint8_t> MakeRecord(const std::vector<uint32_t> &listWords)
-{
-  std::vector<uint8_t> listRecord;
-  for (const uint32_t nWord : listWords) {
-    for (const uint32_t nByte : {nWord, nWord / 0x100, nWord / 0x10000, nWord / 0x1000000}) {
-      listRecord.push_back(static_cast<uint8_t>(nByte % 0x100));
-    }
-  }
-  return listRecord;
 }
 
 std::vector<uint8_t> MakeCoefficients(std::size_t nSize, uint32_t nRecordSize)

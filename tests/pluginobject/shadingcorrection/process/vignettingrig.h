@@ -39,8 +39,6 @@ public:
   std::vector<uint8_t> GetWritten() const { return m_camera.Correction().GetWritten(); }
   /// The last 24 of their bytes.
   std::vector<uint8_t> GetWrittenRecord() const;
-  /// The words of the process's record in their order.
-  std::vector<uint32_t> GetInfo();
 
   /// The camera refuses every access to a feature from now on.
   void Refuse(const std::string &strNode);
@@ -49,9 +47,6 @@ private:
   CCorrectingCamera &m_camera;
   CVignettingCorrectionPro_Dev &m_process;
 };
-
-/// A record of these words as bytes, the low byte of each first.
-std::vector<uint8_t> MakeRecord(const std::vector<uint32_t> &listWords);
 
 /// An image of coefficients of nSize bytes for tests that do not look at the gains: every byte of the body
 /// another one, and a record of the words 1, 2, 4, 2, nRecordSize, 7.

@@ -18,10 +18,10 @@ namespace {
 constexpr uint32_t BUFFER_SIZE = 512;
 
 // A host that keeps to the protocol now and then only: frames come late, unasked, long, short and null.
-class CRudeFrameThread {
+class CUnorderlyFrameThread {
 public:
-  explicit CRudeFrameThread(CFrameExchange &exchange) : m_exchange(exchange), m_thread([this] { Run(); }) {}
-  ~CRudeFrameThread()
+  explicit CUnorderlyFrameThread(CFrameExchange &exchange) : m_exchange(exchange), m_thread([this] { Run(); }) {}
+  ~CUnorderlyFrameThread()
   {
     m_bStop = true;
     m_thread.join();
@@ -78,7 +78,7 @@ void OperateOnce(CFrameExchange &exchange, CTestRandom &random)
 TEST(FrameExchangeThreads, AFrameStaysAsItIsWhileItIsUsed)
 {
   CFrameExchange exchange;
-  const CRudeFrameThread frameThread(exchange);
+  const CUnorderlyFrameThread frameThread(exchange);
   CTestRandom random(5);
   bool bSteady = true;
   while (frameThread.GetFrameCount() < 3000) {
@@ -92,7 +92,7 @@ TEST(FrameExchangeThreads, AFrameStaysAsItIsWhileItIsUsed)
   EXPECT_TRUE(bSteady);
 }
 
-TEST(FrameExchangeThreads, EveryRequestedFrameOfAPoliteHostArrivesOnce)
+TEST(FrameExchangeThreads, EveryRequestedFrameOfAnOrderlyHostArrivesOnce)
 {
   constexpr int FRAMES = 300;
   CFrameExchange exchange;

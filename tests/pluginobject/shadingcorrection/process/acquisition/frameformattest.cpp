@@ -249,3 +249,18 @@ TEST(BayerFormatSelected, IsFalseWhenAColourCameraDoesNotTell)
   pixelFormat.Poke(0).Access(GenApi::NA);
   EXPECT_FALSE(IsBayerFormatSelected(CFeatureAccess(&map), true));
 }
+
+TEST(BayerType, EachColourFilterGivesItsBayerType)
+{
+  EXPECT_EQ(GetBayerType("BayerRG"), 1);
+  EXPECT_EQ(GetBayerType("BayerGB"), 2);
+  EXPECT_EQ(GetBayerType("BayerGR"), 3);
+  EXPECT_EQ(GetBayerType("BayerBG"), 4);
+}
+
+TEST(BayerType, AnyOtherColourFilterIsMono)
+{
+  for (const char *pName : {"", "None", "BayerRG8", "bayerrg", "Bayer", "BayerRGGB"}) {
+    EXPECT_EQ(GetBayerType(pName), 0) << pName;
+  }
+}

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
-#include "pluginobject/shadingcorrection/process/steps.h"
-#include "pluginobject/statuscode.h"
 
 using namespace ffc::process;
 
@@ -84,36 +82,4 @@ TEST(EntryTables, AnyOtherNameLeavesTheBlock)
   // Each kind of camera has blocks of its own.
   ExpectBlock(24, 9, ApplyFlatFieldTo({24, 24, 9}, "BlockSize_4096"));
   ExpectBlock(24, 9, ApplyVignettingTo({24, 24, 9}, "BlockSize_1024"));
-}
-
-TEST(EntryTables, EachColourFilterGivesItsBayerType)
-{
-  EXPECT_EQ(GetBayerType("BayerRG"), 1);
-  EXPECT_EQ(GetBayerType("BayerGB"), 2);
-  EXPECT_EQ(GetBayerType("BayerGR"), 3);
-  EXPECT_EQ(GetBayerType("BayerBG"), 4);
-}
-
-TEST(EntryTables, AnyOtherColourFilterIsMono)
-{
-  for (const char *pName : {"", "None", "BayerRG8", "bayerrg", "Bayer", "BayerRGGB"}) {
-    EXPECT_EQ(GetBayerType(pName), 0) << pName;
-  }
-}
-
-TEST(CalcStatusMapping, EveryStatusOfTheComputationsHasAPluginCode)
-{
-  EXPECT_EQ(ffc::process::MapCalcStatus(0), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(ffc::process::MapCalcStatus(-101), PLUGIN_STATUS_INVALID_PARAM);
-  EXPECT_EQ(ffc::process::MapCalcStatus(-102), PLUGIN_STATUS_INVALID_PARAM);
-  EXPECT_EQ(ffc::process::MapCalcStatus(-103), PLUGIN_STATUS_OUT_OF_MEMORY);
-  EXPECT_EQ(ffc::process::MapCalcStatus(-105), PLUGIN_STATUS_CAMERA_NOT_SUPPORTED);
-  EXPECT_EQ(ffc::process::MapCalcStatus(-106), PLUGIN_STATUS_INVALID_PARAM);
-}
-
-TEST(CalcStatusMapping, AnyOtherStatusIsAnUnknownError)
-{
-  for (const int32_t nStatus : {-100, -104, -107, -108, -1, -3, 1, 101, INT32_MIN, INT32_MAX}) {
-    EXPECT_EQ(ffc::process::MapCalcStatus(nStatus), PLUGIN_STATUS_UNKNOWN_ERROR) << nStatus;
-  }
 }

@@ -1,4 +1,4 @@
-#include "pluginobject/pixelformat.h"
+#include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 
 #include <limits>
 #include <map>

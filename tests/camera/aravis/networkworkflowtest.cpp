@@ -28,9 +28,9 @@ using ffc::test::CGigeCameraProcess;
 
 namespace {
 
-class NetworkStory : public testing::Test {
+class NetworkWorkflow : public testing::Test {
 protected:
-  NetworkStory()
+  NetworkWorkflow()
   {
     m_stOptions.stPlugin.strModule = PLUGIN_MODULE;
     m_stOptions.stWorkflow.strOutFolder = m_dir.path().toStdString();
@@ -55,12 +55,12 @@ protected:
   CProgressLine m_progress{nullptr};
 };
 
-class NetworkStoryInFormat : public NetworkStory,
-                             public testing::WithParamInterface<std::pair<const char *, uint32_t>> {};
+class NetworkWorkflowInFormat : public NetworkWorkflow,
+                                public testing::WithParamInterface<std::pair<const char *, uint32_t>> {};
 
 } // namespace
 
-TEST_P(NetworkStoryInFormat, DarkBrightExecuteAndPreviewGiveAFlatImage)
+TEST_P(NetworkWorkflowInFormat, DarkBrightExecuteAndPreviewGiveAFlatImage)
 {
   const auto [pName, nCode] = GetParam();
   CGigeCameraProcess::SOptions stCamera;
@@ -82,14 +82,14 @@ TEST_P(NetworkStoryInFormat, DarkBrightExecuteAndPreviewGiveAFlatImage)
   EXPECT_LT(stAfter.dPrnuPercent, 0.6);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, NetworkStoryInFormat,
+INSTANTIATE_TEST_SUITE_P(Formats, NetworkWorkflowInFormat,
                          testing::Values(std::pair("Mono8", 0x01080001U), std::pair("Mono16", 0x01100007U),
                                          std::pair("BayerRG8", 0x01080009U), std::pair("BayerRG16", 0x0110002FU)),
                          [](const auto &info) { return std::string(info.param.first); });
 
 /// A camera that nobody here wrote, with an exposure time and a gain from before the present names and nothing else
 /// that the plug-in asks for. Its picture, a ramp that moves, is black at a tenth of its exposure time.
-TEST_F(NetworkStory, TheStockCameraOfTheLibrarysToolsIsCorrected)
+TEST_F(NetworkWorkflow, TheStockCameraOfTheLibrarysToolsIsCorrected)
 {
   if (!CGigeCameraProcess::IsStockThere()) {
     GTEST_SKIP() << "the camera library's tools (aravis-tools) are not installed";
@@ -126,7 +126,7 @@ TEST_F(NetworkStory, TheStockCameraOfTheLibrarysToolsIsCorrected)
   EXPECT_TRUE(QFile::exists(m_dir.filePath("report.json")));
 }
 
-TEST_F(NetworkStory, TheWorkflowAsksWhoeverHoldsTheLensCap)
+TEST_F(NetworkWorkflow, TheWorkflowAsksWhoeverHoldsTheLensCap)
 {
   CGigeCameraProcess process({});
   std::vector<bool> listAsked;
@@ -142,7 +142,7 @@ TEST_F(NetworkStory, TheWorkflowAsksWhoeverHoldsTheLensCap)
   EXPECT_LT(run.GetReport().stAfter.stOverall.dShadingPercent, 1.0);
 }
 
-TEST_F(NetworkStory, FramesAreRecordedAndThoseLostOnTheWayAreCounted)
+TEST_F(NetworkWorkflow, FramesAreRecordedAndThoseLostOnTheWayAreCounted)
 {
   const auto fnRecord = [&](uint32_t nLostPackets, const char *pFolder) {
     CGigeCameraProcess::SOptions stCamera;
@@ -168,16 +168,16 @@ TEST_F(NetworkStory, FramesAreRecordedAndThoseLostOnTheWayAreCounted)
   EXPECT_EQ(stCounts.nDropped, 0U);
 }
 
-TEST_F(NetworkStory, TheListOfCamerasSaysWhatIsSpecialWhenItIsToSay)
+TEST_F(NetworkWorkflow, TheListOfCamerasNamesFeaturesThatDifferOnRequest)
 {
   const CGigeCameraProcess process({});
   EXPECT_THAT(DescribeRealCameras(false), testing::HasSubstr("(" + process.GetSerial() + ")\n"));
-  EXPECT_THAT(DescribeRealCameras(true),
-              testing::HasSubstr("(" + process.GetSerial() +
-                                 ")\n\tAll features that the plug-in needs are as the standard has them.\n"));
+  EXPECT_THAT(
+    DescribeRealCameras(true),
+    testing::HasSubstr("(" + process.GetSerial() + ")\n\tAll features that the plug-in needs follow the standard.\n"));
 }
 
-TEST_F(NetworkStory, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoesOnWhenItIsBack)
+TEST_F(NetworkWorkflow, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoesOnWhenItIsBack)
 {
   CGigeCameraProcess process({});
   bool bArmed = false;
