@@ -35,10 +35,10 @@ struct SCommand {
 
 const SCommand COMMANDS[] = {
   {"ApplyInPlace", {"apply", "flat.ffc", "in", "--in-place", "--threads", "1"}, {"--resume"}},
-  {"Make", {"make", "--dark", "dark", "--bright", "bright", "-o", "made.ffc"}, {"--force"}},
   {"Apply",
    {"apply", "flat.ffc", "--files-from", "list.txt", "--defects", "defects.csv", "-o", "out", "--threads", "1"},
    {"--resume"}},
+  {"Make", {"make", "--dark", "dark", "--bright", "bright", "-o", "made.ffc"}, {"--force"}},
   {"ConvertToTif", {"convert", "in/a.png", "in/c.ser", "--to", "tif", "-o", "out", "--threads", "1"}, {"--force"}},
   {"ConvertToFits", {"convert", "in/b.tif", "--to", "fits", "-o", "out", "--threads", "1"}, {"--force"}},
   {"Check", {"check", "flat.ffc", "bright", "--dark", "dark", "--details", "figures"}, {}},
@@ -122,7 +122,7 @@ private:
 /// The first of COMMANDS do for a short run.
 std::size_t CountCommands()
 {
-  return IsSoak() ? std::size(COMMANDS) : GetStride() == 1 ? 3 : 1;
+  return IsSoak() ? std::size(COMMANDS) : GetStride() == 1 ? 2 : 1;
 }
 
 struct SEnd {
