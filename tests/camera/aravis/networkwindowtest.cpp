@@ -3,7 +3,6 @@
 #include <QDoubleSpinBox>
 
 #include "camera/icameralink.h"
-#include "host/window/camerapresets.h"
 #include "tests/camera/aravis/eventgaps.h"
 #include "tests/camera/aravis/gigecameraprocess.h"
 #include "tests/host/window/boxpresser.h"
@@ -109,15 +108,6 @@ TEST_F(NetworkWindow, TwoHostsHaveACameraEachAndTheChooserChangesBetweenThem)
   EXPECT_TRUE(Delivers(*pOther));
   EXPECT_EQ(GetExposure(*m_pWindow), 5000);
   EXPECT_NE(GetExposure(*pOther), 5000);
-  // Of one name, and of one settings file.
-  CCameraPresets presets(*m_pWindow->GetViewer()->GetCamera().GetDeviceNodeMap());
-  CCameraPresets presetsOther(*pOther->GetViewer()->GetCamera().GetDeviceNodeMap());
-  presets.Save("day");
-  EXPECT_TRUE(presetsOther.ListNames().isEmpty());
-  presetsOther.Save("day");
-  SetExposure(*m_pWindow, 6000);
-  presets.Apply("day");
-  EXPECT_EQ(GetExposure(*m_pWindow), 5000) << "not the other camera's";
 
   Key(Qt::Key_F6, Qt::NoModifier);
   {
