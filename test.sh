@@ -6,8 +6,12 @@
 #   ./test.sh --windows    built for 64-bit Windows with a tool chain that is made first, run under Wine
 #                          (FFC_QT_MINGW_CACHE: see scripts/windows/toolchain.sh)
 #   ./test.sh --cluster    a Slurm cluster of one node is started (as root) and the tests that need one are run there
-#   ./test.sh --soak       the long forms of the reliability tests: all combinations and millions of frames, and each
-#                          fuzz target for FFC_SOAK_MINUTES (60). FFC_SEED sets another order of what happens.
+#   ./test.sh --soak [PART ...]
+#                          the long forms of the reliability tests: all combinations and millions of frames, and each
+#                          fuzz target for FFC_SOAK_MINUTES (60): some ten hours, or some of its parts, which are
+#                          faults (accesses, allocations and files that fail, by the thousand), run (operations and
+#                          frames without end), tsan and asan (both of them with that sanitizer), fuzz. FFC_SEED sets
+#                          another order of what happens; FFC_SOAK_OPERATIONS and FFC_SOAK_FRAMES how much.
 #
 # FFC_TEST_DATA names a folder with recorded frames; without it the tests on such frames are skipped.
 set -euo pipefail
@@ -67,19 +71,33 @@ test_cluster() {
   scripts/cluster.sh ctest --preset release --tests-regex '^Slurm\.' --no-tests=error --verbose
 }
 
-# soak_reliability PRESET OPERATIONS FRAMES: the long forms, with so many operations and frames in each mode.
+# soak_reliability PRESET OPERATIONS FRAMES [FILTER]: the long forms, with so many operations and frames in each mode. A
+# filter of GoogleTest leaves some of them out; a sanitizer takes them all.
 soak_reliability() {
   echo "== $1: soak"
   build_preset "$1" -DFFC_BUILD_TESTS=ON
-  FFC_SOAK=1 FFC_SOAK_OPERATIONS=$2 FFC_SOAK_FRAMES=$3 \
-    run_ctest "$1" --tests-regex 'reliability' --timeout 36000 --verbose
+  export FFC_SOAK=1 FFC_SOAK_OPERATIONS=${FFC_SOAK_OPERATIONS:-$2} FFC_SOAK_FRAMES=${FFC_SOAK_FRAMES:-$3}
+  if [ "$1" = release ]; then
+    # Its tests are entries of ctest by their own names.
+    LC_ALL=C.UTF-8 QT_XCB_GL_INTEGRATION=none \
+      xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' build/release/bin/reliability_test --gtest_filter="$4"
+  else
+    run_ctest "$1" --tests-regex '^reliability' --no-tests=error --timeout 36000 --verbose
+  fi
 }
 
-soak() {
-  soak_reliability release 10000 1000000
-  soak_reliability tsan 10000 1000000
-  soak_reliability asan 2000 200000
-  scripts/fuzz.sh --soak
+soak_part() {
+  case "$1" in
+    faults) soak_reliability release 1 1 '-*LongRun*' ;;
+    run) soak_reliability release 10000 1000000 '*LongRun*' ;;
+    tsan) soak_reliability tsan 10000 1000000 ;;
+    asan) soak_reliability asan 2000 200000 ;;
+    fuzz) scripts/fuzz.sh --soak ;;
+    *)
+      echo "test.sh: no part of the soak is called '$1'" >&2
+      return 2
+      ;;
+  esac
 }
 
 mkdir -p build
@@ -97,7 +115,12 @@ case "${1:-}" in
     scripts/fuzz.sh
     ;;
   --cluster) test_cluster ;;
-  --soak) soak ;;
+  --soak)
+    shift
+    for part in ${@:-faults run tsan asan fuzz}; do
+      (soak_part "$part")
+    done
+    ;;
   -*)
     sed -n '2,/^set /{s/^# \{0,1\}//;/^set /d;p}' "$0" >&2
     exit 2

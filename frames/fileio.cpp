@@ -42,6 +42,19 @@ Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes)
                                               : Failure("cannot be read: " + file.errorString().toStdString() + ".");
 }
 
+Result<QByteArray> ReadWhole(QFile &file)
+{
+  const Result<> opened = OpenForReading(file);
+  if (!opened) {
+    return opened.GetFailure();
+  }
+  QByteArray byteContent = file.readAll();
+  if (file.error() != QFileDevice::NoError) {
+    return Failure("cannot be read: " + file.errorString().toStdString() + ".");
+  }
+  return byteContent;
+}
+
 void SwapSamples(void *pFrame, const SLayout &stLayout)
 {
   if (stLayout.nBytesPerSample == 2) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include <QByteArray>
 #include <QFile>
 
 #include "frames/frameinfo.h"
@@ -27,6 +28,9 @@ Result<> CheckFrameSize(uint64_t nWidth, uint64_t nHeight, uint32_t nBytesPerSam
 
 /// Reads exactly so many bytes at the place where the file stands.
 Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes);
+
+/// Opens a file and reads all of it: a file that ends early by an error of the disk is no shorter file.
+Result<QByteArray> ReadWhole(QFile &file);
 
 /// Brings 16-bit samples from one byte order to the other; leaves others alone.
 void SwapSamples(void *pFrame, const SLayout &stLayout);

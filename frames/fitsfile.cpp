@@ -152,12 +152,12 @@ public:
     return m_file.Write(m_listFrame.data(), m_listFrame.size());
   }
 
-  Result<> Commit() override
+  Result<> Commit(ECommit eCommit) override
   {
     const QByteArray bytePadding(static_cast<int>(GetFitsPadding(m_nData)), '\0');
     return RunUntilFailure(
       [&] { return m_file.Write(bytePadding.constData(), static_cast<uint64_t>(bytePadding.size())); },
-      [this] { return m_file.Commit(); });
+      [&] { return m_file.Commit(eCommit); });
   }
 
 private:

@@ -13,6 +13,12 @@
 
 namespace ffc::frames {
 
+/// How a file is put in its place.
+enum class ECommit {
+  Quick,   ///< as fast as it was written: after a loss of power a new file may be there without its content
+  Durable, ///< when its content is on the disk
+};
+
 /// Reads the frames of one file, one after the other: memory does not grow with their number. Used by one thread at a
 /// time. Messages are the ends of sentences that begin with the file's name.
 class IFrameReader {
@@ -38,7 +44,7 @@ public:
   /// \param mapTexts of this frame
   virtual Result<> Write(const void *pFrame, const Texts &mapTexts) = 0;
   /// Puts the file in its place, in place of a former one. Once, after the last frame.
-  virtual Result<> Commit() = 0;
+  virtual Result<> Commit(ECommit eCommit = ECommit::Quick) = 0;
 };
 
 /// Reads and writes files of one kind. Has no state that changes; on any thread.

@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include "platform/replaceablefile.h"
+
 namespace ffc::frames {
 namespace {
 
@@ -64,10 +66,16 @@ Result<> CPartialFile::Write(const void *pBytes, uint64_t nBytes)
   return m_file.write(static_cast<const char *>(pBytes), nWanted) == nWanted ? Result<>() : Describe();
 }
 
-Result<> CPartialFile::Commit()
+Result<> CPartialFile::Commit(ECommit eCommit)
 {
-  if (QFile::exists(m_strPath)) {
+  const bool bReplaces = QFile::exists(m_strPath);
+  if (bReplaces) {
     m_file.setPermissions(QFile::permissions(m_strPath));
+  }
+  if ((bReplaces || eCommit == ECommit::Durable) && !platform::SyncFile(m_file.handle())) {
+    const Failure failure = Describe(QStringLiteral("the disk does not take it"));
+    m_file.remove();
+    return failure;
   }
   m_file.close();
   std::error_code error;

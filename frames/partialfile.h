@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QString>
 
+#include "frames/ifilekind.h"
 #include "platform/result.h"
 
 namespace ffc::frames {
@@ -27,8 +28,8 @@ public:
   const QFile &GetFile() const { return m_file; }
   /// Writes all bytes at the place where the file stands.
   Result<> Write(const void *pBytes, uint64_t nBytes);
-  /// Puts the file in its place. A former file is replaced and lends its access rights.
-  Result<> Commit();
+  /// Puts the file in its place. A former file is replaced, when this one is on the disk, and lends its access rights.
+  Result<> Commit(ECommit eCommit);
   /// A message about the file, with the reason that the system gave last.
   Failure Describe() const { return Describe(m_file.errorString()); }
   Failure Describe(const QString &strReason) const;

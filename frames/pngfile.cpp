@@ -106,7 +106,7 @@ public:
     return m_file.Write(buffer.data().constData(), static_cast<uint64_t>(buffer.size()));
   }
 
-  Result<> Commit() override { return m_file.Commit(); }
+  Result<> Commit(ECommit eCommit) override { return m_file.Commit(eCommit); }
 
 private:
   CPartialFile m_file;

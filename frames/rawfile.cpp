@@ -77,7 +77,7 @@ public:
     return m_file.Write(listSwapped.data(), listSwapped.size());
   }
 
-  Result<> Commit() override { return m_file.Commit(); }
+  Result<> Commit(ECommit eCommit) override { return m_file.Commit(eCommit); }
 
 private:
   CPartialFile m_file;

@@ -173,7 +173,7 @@ public:
     return m_file.Write(listSwapped.data(), listSwapped.size());
   }
 
-  Result<> Commit() override
+  Result<> Commit(ECommit eCommit) override
   {
     const bool bChanged = m_nWritten != m_stInfo.nFrames || HasTimes();
     if (HasTimes()) {
@@ -183,7 +183,8 @@ public:
     m_stInfo.nFrames = m_nWritten;
     const QByteArray byteTimes = m_stInfo.byteSerDates.mid(HEADER_DATES);
     return RunUntilFailure([&] { return m_file.Write(byteTimes.constData(), static_cast<uint64_t>(byteTimes.size())); },
-                           [&] { return bChanged ? WriteHeader() : Result<>(); }, [this] { return m_file.Commit(); });
+                           [&] { return bChanged ? WriteHeader() : Result<>(); },
+                           [&] { return m_file.Commit(eCommit); });
   }
 
 private:

@@ -159,20 +159,32 @@ Result<SSideFile> ParseSideFile(const QByteArray &byteJson)
   return reader.GetError().empty() ? Result<SSideFile>(stSide) : Failure(reader.GetError());
 }
 
-Result<std::optional<SSideFile>> ReadSideFile(const QString &strFlat)
+Result<std::optional<QByteArray>> ReadSideBytes(const QString &strFlat)
 {
   QFile file(GetSideFilePath(strFlat));
   if (!file.exists()) {
-    return std::optional<SSideFile>();
-  }
-  const Result<> opened = OpenForReading(file);
-  if (!opened) {
-    return opened.GetFailure();
+    return std::optional<QByteArray>();
   }
   if (file.size() > LARGEST_FILE) {
-    return Failure("is no side file: it is too large.");
+    return std::optional<QByteArray>(QByteArray());
   }
-  Result<SSideFile> side = ParseSideFile(file.readAll());
+  Result<QByteArray> bytes = ReadWhole(file);
+  if (!bytes) {
+    return bytes.GetFailure();
+  }
+  return std::optional<QByteArray>(std::move(bytes).GetValue());
+}
+
+Result<std::optional<SSideFile>> ReadSideFile(const QString &strFlat)
+{
+  const Result<std::optional<QByteArray>> bytes = ReadSideBytes(strFlat);
+  if (!bytes) {
+    return bytes.GetFailure();
+  }
+  if (!bytes.GetValue()) {
+    return std::optional<SSideFile>();
+  }
+  Result<SSideFile> side = ParseSideFile(*bytes.GetValue());
   if (!side) {
     return side.GetFailure();
   }

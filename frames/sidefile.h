@@ -27,7 +27,7 @@ struct SSideFile {
   std::optional<double> dTemperature; ///< degrees Celsius
   uint32_t nDarkFrames = 0;
   uint32_t nBrightFrames = 0;
-  bool bDarkUsed = false; ///< dark frames that are too bright are not
+  bool bDarkUsed = false;   ///< dark frames that are too bright are not
   QString strMethod;        ///< how the bright frames became a reference
   QString strNoise;         ///< where the frames' noise was known from; empty where the method does not ask
   uint32_t nExpectGray = 0; ///< 0 to 255
@@ -52,5 +52,9 @@ Result<SSideFile> ParseSideFile(const QByteArray &byteJson);
 /// Reads the side file of a coefficient file.
 /// \return nothing where there is none
 Result<std::optional<SSideFile>> ReadSideFile(const QString &strFlat);
+
+/// What is in that file, which is not looked at. \return nothing when there is none, a failure when the disk does not
+/// give it
+Result<std::optional<QByteArray>> ReadSideBytes(const QString &strFlat);
 
 } // namespace ffc::frames

@@ -37,10 +37,10 @@ public:
     return bWritten && m_strError.empty() ? Result<>() : Describe();
   }
 
-  Result<> Commit() override
+  Result<> Commit(ECommit eCommit) override
   {
     m_pTiff.reset();
-    return m_strError.empty() && m_file.GetFile().error() == QFileDevice::NoError ? m_file.Commit() : Describe();
+    return m_strError.empty() && m_file.GetFile().error() == QFileDevice::NoError ? m_file.Commit(eCommit) : Describe();
   }
 
 private:

@@ -1,5 +1,6 @@
 #include "platform/replaceablefile.h"
 
+#include <cerrno>
 #include <filesystem>
 
 #include <sys/stat.h>
@@ -20,6 +21,11 @@ bool IsReplaceable(const SNativeName &stName)
   const bool bGroupHandedOn = bFolderKnown && (stFolder.st_mode & S_ISGID) != 0;
   return stFile.st_nlink == 1 && stFile.st_uid == geteuid() &&
          stFile.st_gid == (bGroupHandedOn ? stFolder.st_gid : getegid());
+}
+
+bool SyncFile(int nFile)
+{
+  return fdatasync(nFile) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
 } // namespace ffc::platform

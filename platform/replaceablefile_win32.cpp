@@ -1,5 +1,6 @@
 #include "platform/replaceablefile.h"
 
+#include <io.h>
 #include <windows.h>
 
 namespace ffc::platform {
@@ -16,6 +17,11 @@ bool IsReplaceable(const SNativeName &stName)
   const bool bKnown = GetFileInformationByHandle(hFile, &stInformation) != FALSE;
   CloseHandle(hFile);
   return !bKnown || stInformation.nNumberOfLinks <= 1;
+}
+
+bool SyncFile(int nFile)
+{
+  return _commit(nFile) == 0;
 }
 
 } // namespace ffc::platform

@@ -100,7 +100,7 @@ Result<> CRecordingFiles::Close(QJsonObject summary)
                : frames::SaveWholeFile(strMarkPath, m_strMark.toUtf8() + '\n');
     },
     [&] { return m_pTogether == nullptr || m_nWritten == 0 ? Result<>() : m_pTogether->Commit(); },
-    [&] { return m_pLines->Commit(); },
+    [&] { return m_pLines->Commit(frames::ECommit::Quick); },
     [&] { return frames::SaveWholeFile(m_dir.filePath(SUMMARY), QJsonDocument(summary).toJson()); });
 }
 

@@ -1,11 +1,10 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "frames/correctionmark.h"
 #include "frames/partialfile.h"
-#include "frames/wholefile.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/contenthash.h"
+#include "tools/ffc/correctionmarks.h"
 #include "tools/ffc/flat.h"
 #include "tools/ffc/framecorrector.h"
 #include "tools/ffc/inputs.h"
@@ -70,11 +69,12 @@ private:
     }
     const frames::SFrameInfo &stInfo = reader.GetValue()->GetInfo();
     *pnFrames = stInfo.nFrames;
-    if (m_stOptions.bResume && IsDone(strFile, strOut, stInfo)) {
+    const bool bInterrupted = m_stOptions.bResume && m_stOptions.bInPlace && IsInterrupted(strFile);
+    if (m_stOptions.bResume && !bInterrupted && IsDone(strFile, strOut, stInfo)) {
       *pstrStatus = QStringLiteral("done before");
       return std::nullopt;
     }
-    std::optional<STrouble> stTrouble = CheckInput(strFile, stInfo);
+    std::optional<STrouble> stTrouble = CheckInput(strFile, stInfo, bInterrupted);
     stTrouble = stTrouble ? stTrouble : CheckOutput(strOut);
     if (stTrouble || m_stOptions.bDryRun) {
       *pstrStatus = QStringLiteral("would be corrected");
@@ -83,11 +83,18 @@ private:
     return Write(*reader.GetValue(), strFile, strOut, nThreads);
   }
 
+  /// Whether a former run ended between the mark and the frames.
+  bool IsInterrupted(const QString &strFile) const
+  {
+    return !FindKind(strFile, m_stOptions)->KeepsTexts() && IsMarkAhead(strFile, HashFrames(strFile, m_stOptions));
+  }
+
   /// What is really there decides: the same frames, and the output that was made of them.
   bool IsDone(const QString &strFile, const QString &strOut, const frames::SFrameInfo &stInfo)
   {
     if (m_stOptions.bInPlace) {
-      return FindCorrection(strFile, stInfo) == m_flat.GetSha256();
+      const Result<QString> correction = FindCorrection(strFile, stInfo);
+      return correction && correction.GetValue() == m_flat.GetSha256();
     }
     const std::optional<SManifestEntry> stEntry = m_pManifest->Find(QFileInfo(strOut).fileName());
     return stEntry && QFile::exists(strOut) && stEntry->strFlat == m_flat.GetSha256() &&
@@ -95,12 +102,13 @@ private:
            HashFrames(strOut, m_stOptions) == stEntry->stHashes.strWritten;
   }
 
-  std::optional<STrouble> CheckInput(const QString &strFile, const frames::SFrameInfo &stInfo) const
+  std::optional<STrouble> CheckInput(const QString &strFile, const frames::SFrameInfo &stInfo, bool bInterrupted) const
   {
-    if (!m_stOptions.bForce && !FindCorrection(strFile, stInfo).isEmpty()) {
-      return Refuse(MakeSentence(strFile, "is corrected already; correcting it once more takes --force."));
-    }
-    return m_flat.CheckFits(strFile, stInfo);
+    const std::optional<STrouble> stTrouble =
+      m_stOptions.bForce || bInterrupted
+        ? std::nullopt
+        : CheckUncorrected(strFile, stInfo, "; correcting it once more takes --force.");
+    return stTrouble ? stTrouble : m_flat.CheckFits(strFile, stInfo);
   }
 
   std::optional<STrouble> CheckOutput(const QString &strOut) const
@@ -109,24 +117,13 @@ private:
       return std::nullopt;
     }
     auto reader = OpenFrames(strOut, m_stOptions);
-    const QString strFlat = reader ? FindCorrection(strOut, reader.GetValue()->GetInfo()) : QString();
+    const Result<QString> flat =
+      reader ? FindCorrection(strOut, reader.GetValue()->GetInfo()) : Result<QString>(QString());
     // Of a run that was killed before it could note it.
-    if (m_stOptions.bResume && strFlat == m_flat.GetSha256()) {
+    if (m_stOptions.bResume && flat && flat.GetValue() == m_flat.GetSha256()) {
       return std::nullopt;
     }
     return STrouble{false, MakeSentence(strOut, "is there already; replacing it takes --force.")};
-  }
-
-  /// The mark comes first: a file that only seems to be corrected is refused, one that only seems not to be would be
-  /// corrected twice.
-  std::optional<STrouble> WriteMark(const QString &strOut, const frames::IFileKind &kind) const
-  {
-    if (kind.KeepsTexts()) {
-      return std::nullopt;
-    }
-    const Result<> result =
-      frames::SaveWholeFile(frames::GetMarkPath(strOut), m_flat.DescribeCorrection().toUtf8() + '\n');
-    return result ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(result.GetError())});
   }
 
   std::optional<STrouble> Write(frames::IFrameReader &reader, const QString &strFile, const QString &strOut,
@@ -145,11 +142,17 @@ private:
     if (m_stOptions.bResume) {
       frames::CPartialFile::RemoveLeftOvers(strOut);
     }
+    CMarkFile mark(strOut);
+    if (!stTransfer.pKind->KeepsTexts()) {
+      stTransfer.fnBeforeCommit = [&](const SHashes &stHashes) {
+        return mark.Write(m_flat.DescribeCorrection(), stHashes);
+      };
+    }
     SHashes stHashes;
-    std::optional<STrouble> stTrouble = WriteMark(strOut, *stTransfer.pKind);
-    stTrouble = stTrouble ? stTrouble : Transfer(reader, stTransfer, m_pManifest == nullptr ? nullptr : &stHashes);
-    if (stTrouble && !stTransfer.pKind->KeepsTexts() && !QFileInfo::exists(strOut)) {
-      QFile::remove(frames::GetMarkPath(strOut));
+    const std::optional<STrouble> stTrouble =
+      Transfer(reader, stTransfer, m_pManifest == nullptr ? nullptr : &stHashes);
+    if (stTrouble) {
+      mark.TakeBack();
     }
     if (stTrouble || m_pManifest == nullptr) {
       return stTrouble;
@@ -172,8 +175,8 @@ Result<QString> FindFlat(const SOptions &stOptions, const QStringList &listFiles
     return QString::fromStdString(stOptions.strFlat);
   }
   const Result<std::vector<SLibraryFlat>> listFlats = ListLibrary(QString::fromStdString(stOptions.strLibrary));
-  if (!listFlats || listFiles.isEmpty()) {
-    return listFlats ? Failure("There are no frames.") : listFlats.GetFailure();
+  if (!listFlats) {
+    return listFlats.GetFailure();
   }
   const auto reader = OpenFrames(listFiles.front(), stOptions);
   if (!reader) {
@@ -202,6 +205,9 @@ EExitCode RunApply(const SOptions &stOptions, CReport &report)
   const Result<QStringList> listFiles = ListInputs(stOptions);
   if (!listFiles) {
     return Stop(report, stOptions, {false, QString::fromStdString(listFiles.GetError())});
+  }
+  if (listFiles.GetValue().isEmpty()) { // of this shard
+    return report.Finish(QStringLiteral("apply"));
   }
   const Result<QString> found = FindFlat(stOptions, listFiles.GetValue(), report);
   if (!found) {

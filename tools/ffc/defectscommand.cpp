@@ -4,6 +4,7 @@
 #include "genapi/sensorformat.h"
 #include "quality/defects.h"
 #include "tools/ffc/commands.h"
+#include "tools/ffc/correctionmarks.h"
 #include "tools/ffc/flat.h"
 #include "tools/ffc/inputs.h"
 
@@ -71,10 +72,9 @@ private:
       return STrouble{false, QString::fromStdString(reader.GetError())};
     }
     const frames::SFrameInfo &stInfo = reader.GetValue()->GetInfo();
-    if (!FindCorrection(strFile, stInfo).isEmpty()) {
-      return STrouble{true, MakeSentence(strFile, "is corrected already; defects are found in frames as they came.")};
-    }
-    const std::optional<STrouble> stTrouble = Prepare(strFile, stInfo, stack);
+    std::optional<STrouble> stTrouble =
+      CheckUncorrected(strFile, stInfo, "; defects are found in frames as they came.");
+    stTrouble = stTrouble ? stTrouble : Prepare(strFile, stInfo, stack);
     std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
     for (uint64_t n = 0; !stTrouble && n < stInfo.nFrames && stack.GetFrameCount() < MAX_FRAMES; ++n) {
       const Result<> read = reader.GetValue()->Read(listFrame.data());

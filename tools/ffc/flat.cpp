@@ -1,6 +1,7 @@
 #include "tools/ffc/flat.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -9,6 +10,7 @@
 #include <QJsonObject>
 
 #include "frames/correctionmark.h"
+#include "frames/fileio.h"
 #include "genapi/sensorformat.h"
 #include "ombrix/ombrix.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcfile.h"
@@ -30,7 +32,6 @@ constexpr uint64_t GAIN_BYTES = 2;
 constexpr uint64_t GAIN_AND_DARK_BYTES = 4;
 /// A depth that programs state for any samples in 16 bits. What the values are is checked frame by frame.
 constexpr uint32_t WHOLE_WORD = 16;
-constexpr qint64 LARGEST_MARK = 1 << 16;
 
 } // namespace
 
@@ -49,11 +50,10 @@ std::optional<STrouble> CFlat::Load(const QString &strPath, const SOptions &stOp
     return STrouble{false, MakeSentence(strPath, "cannot be read.")};
   }
   m_strSha256 = HashTable(m_table.GetData(), m_table.GetSize());
-  Result<std::optional<frames::SSideFile>> side = frames::ReadSideFile(strPath);
-  if (!side) {
-    return Refuse(MakeSentence(frames::GetSideFilePath(strPath), side.GetError()));
+  const std::optional<STrouble> stSideTrouble = LoadSide(strPath);
+  if (stSideTrouble) {
+    return stSideTrouble;
   }
-  m_stSide = side.GetValue();
   m_strPixelFormat = stOptions.strPixelFormat;
   m_eAlignment = stOptions.eAlignment;
   const std::optional<STrouble> stTrouble = CheckSide(stOptions.bForce);
@@ -61,18 +61,37 @@ std::optional<STrouble> CFlat::Load(const QString &strPath, const SOptions &stOp
                                                    : LoadDefects(QString::fromStdString(stOptions.strDefects));
 }
 
+std::optional<STrouble> CFlat::LoadSide(const QString &strPath)
+{
+  const Result<std::optional<QByteArray>> bytes = frames::ReadSideBytes(strPath);
+  if (!bytes) {
+    return STrouble{false, MakeSentence(frames::GetSideFilePath(strPath), bytes.GetError())};
+  }
+  m_stSide.reset();
+  if (!bytes.GetValue()) {
+    return std::nullopt;
+  }
+  Result<frames::SSideFile> side = frames::ParseSideFile(*bytes.GetValue());
+  if (!side) {
+    return Refuse(MakeSentence(frames::GetSideFilePath(strPath), side.GetError()));
+  }
+  m_stSide = std::move(side).GetValue();
+  return std::nullopt;
+}
+
 std::optional<STrouble> CFlat::LoadDefects(const QString &strList)
 {
   QFile file(strList);
-  if (!file.open(QIODevice::ReadOnly)) {
-    return STrouble{false, MakeSentence(strList, "cannot be read: " + file.errorString().toStdString() + ".")};
+  const Result<QByteArray> list = frames::ReadWhole(file);
+  if (!list) {
+    return STrouble{false, MakeSentence(strList, list.GetError())};
   }
   if (!m_stSide) {
     return Refuse(QStringLiteral("The flat \"%1\" has no side file, so the width of its frames is unknown: defects "
                                  "cannot be replaced.")
                     .arg(m_strName));
   }
-  const QByteArray byteList = file.readAll();
+  const QByteArray &byteList = list.GetValue();
   const Result<std::vector<quality::SDefect>> listDefects = quality::ParseDefects(byteList);
   const Result<> prepared = listDefects ? m_defects.Prepare(listDefects.GetValue(), m_stSide->nWidth, m_stSide->nHeight,
                                                             GetColors().value_or(EColorLayout::Mono))
@@ -198,21 +217,6 @@ QString HashTable(const uint8_t *pTable, uint64_t nSize)
     hash.addData(reinterpret_cast<const char *>(pTable + nDone), static_cast<int>(std::min(STEP, nSize - nDone)));
   }
   return QString::fromLatin1(hash.result().toHex());
-}
-
-QString FindCorrection(const QString &strFile, const frames::SFrameInfo &stInfo)
-{
-  QByteArray byteMark = stInfo.mapTexts.value(frames::TEXT_CORRECTION).toUtf8();
-  QFile file(frames::GetMarkPath(strFile));
-  if (byteMark.isEmpty() && file.exists() && file.size() <= LARGEST_MARK && file.open(QIODevice::ReadOnly)) {
-    byteMark = file.readAll();
-  }
-  if (byteMark.isEmpty()) {
-    return {};
-  }
-  const QJsonObject object = QJsonDocument::fromJson(byteMark).object();
-  const bool bMark = object.contains(QStringLiteral("flat")) && object.contains(QStringLiteral("sha256"));
-  return bMark ? object.value(QStringLiteral("sha256")).toString(QStringLiteral("?")) : QString();
 }
 
 } // namespace ffc::tool

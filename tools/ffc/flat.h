@@ -43,6 +43,7 @@ public:
   QString DescribeCorrection() const;
 
 private:
+  std::optional<STrouble> LoadSide(const QString &strPath);
   std::optional<STrouble> CheckSide(bool bForce);
   std::optional<STrouble> LoadDefects(const QString &strList);
 
@@ -57,10 +58,5 @@ private:
 
 /// SHA-256 of a table, in hexadecimal.
 QString HashTable(const uint8_t *pTable, uint64_t nSize);
-
-/// Whether a frame carries the mark of a correction.
-/// \return the SHA-256 of the flat's file; empty when not
-QString FindCorrection(const QString &strFile, const frames::SFrameInfo &stInfo);
-
 
 } // namespace ffc::tool

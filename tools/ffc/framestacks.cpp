@@ -1,5 +1,6 @@
 #include "tools/ffc/framestacks.h"
 
+#include "tools/ffc/correctionmarks.h"
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
@@ -30,9 +31,7 @@ std::optional<STrouble> CStackReader::ReadFile(const QString &strFile, SStacks &
   }
   const frames::SFrameInfo &stInfo = reader.GetValue()->GetInfo();
   std::optional<STrouble> stTrouble = m_flat.CheckFits(strFile, stInfo);
-  if (!stTrouble && !FindCorrection(strFile, stInfo).isEmpty()) {
-    stTrouble = STrouble{true, MakeSentence(strFile, "is corrected already; the check takes frames as they came.")};
-  }
+  stTrouble = stTrouble ? stTrouble : CheckUncorrected(strFile, stInfo, "; the check takes frames as they came.");
   std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
   for (uint64_t n = 0; !stTrouble && n < stInfo.nFrames; ++n) {
     const Result<> read = reader.GetValue()->Read(listFrame.data());

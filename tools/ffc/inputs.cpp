@@ -52,10 +52,10 @@ Result<std::vector<std::string>> ReadNames(const std::string &strFile)
 {
   QFile file(QString::fromStdString(strFile));
   const bool bOpened = strFile == "-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-  if (!bOpened) {
+  const QByteArray byteNames = bOpened ? file.readAll() : QByteArray();
+  if (file.error() != QFileDevice::NoError) {
     return Failure("The list \"" + strFile + "\" cannot be read: " + file.errorString().toStdString() + ".");
   }
-  const QByteArray byteNames = file.readAll();
   std::vector<std::string> listNames;
   for (QByteArray byteName : byteNames.split(byteNames.contains('\0') ? '\0' : '\n')) {
     if (byteName.endsWith('\r')) {
@@ -104,6 +104,9 @@ Result<QStringList> ListInputs(const SOptions &stOptions)
   const Result<QStringList> listAll = ListFiles(listNames, stOptions.raw.has_value());
   if (!listAll) {
     return listAll;
+  }
+  if (listAll.GetValue().isEmpty()) {
+    return Failure("There are no frames: the list \"" + stOptions.strFilesFrom + "\" names none.");
   }
   QStringList listFiles;
   for (int n = static_cast<int>(stOptions.nShard) - 1; n < listAll.GetValue().size();

@@ -9,6 +9,7 @@
 #include "frames/wholefile.h"
 #include "pluginobject/shadingcorrection/process/coefficients/ffcinfo.h"
 #include "tools/ffc/commands.h"
+#include "tools/ffc/correctionmarks.h"
 #include "tools/ffc/flat.h"
 #include "tools/ffc/gains.h"
 #include "tools/ffc/inputs.h"
@@ -198,19 +199,23 @@ private:
       }
       stEvidence.Add(listFrame.data(), stInfo.stLayout);
     }
-    DescribeFrames(strFile, stInfo, stEvidence);
-    AddToTotal(strFile, stInfo, stEvidence);
+    const Result<QString> correction = FindCorrection(strFile, stInfo);
+    if (!correction) {
+      return STrouble{false, QString::fromStdString(correction.GetError())};
+    }
+    DescribeFrames(strFile, stInfo, stEvidence, correction.GetValue());
+    AddToTotal(stInfo, stEvidence, !correction.GetValue().isEmpty());
     return std::nullopt;
   }
 
-  void AddToTotal(const QString &strFile, const frames::SFrameInfo &stInfo, const frames::SEvidence &stEvidence)
+  void AddToTotal(const frames::SFrameInfo &stInfo, const frames::SEvidence &stEvidence, bool bCorrected)
   {
     const frames::SFrameInfo &stFirst = m_stTotal.nFiles == 0 ? (m_stTotal.stFirst = stInfo) : m_stTotal.stFirst;
     m_stTotal.bUnlike = m_stTotal.bUnlike || stFirst.stLayout != stInfo.stLayout ||
                         stFirst.nBitDepth != stInfo.nBitDepth || stFirst.eColors != stInfo.eColors;
     ++m_stTotal.nFiles;
     m_stTotal.nFrames += stInfo.nFrames;
-    m_stTotal.nCorrected += FindCorrection(strFile, stInfo).isEmpty() ? 0 : 1;
+    m_stTotal.nCorrected += bCorrected ? 1 : 0;
     m_stTotal.stEvidence.Add(stEvidence);
   }
 
@@ -222,7 +227,8 @@ private:
     return frames::DecideDepth(stEvidence, stInfo.stLayout, {nStated, m_stOptions.eAlignment});
   }
 
-  void DescribeFrames(const QString &strFile, const frames::SFrameInfo &stInfo, const frames::SEvidence &stEvidence)
+  void DescribeFrames(const QString &strFile, const frames::SFrameInfo &stInfo, const frames::SEvidence &stEvidence,
+                      const QString &strCorrection)
   {
     const Result<frames::SDepth> depth = Decide(stEvidence, stInfo);
     const QString strColors = stInfo.eColors ? QLatin1String(GetLayoutName(*stInfo.eColors)) : QStringLiteral("?");
@@ -235,7 +241,7 @@ private:
                        {"colors", strColors},
                        {"largestValue", static_cast<double>(stEvidence.nLargest)},
                        {"emptyLowBits", static_cast<double>(stEvidence.CountEmptyLowBits())},
-                       {"correctedWith", FindCorrection(strFile, stInfo)},
+                       {"correctedWith", strCorrection},
                        {"remark", stInfo.strRemark},
                        {"reason", strReason}};
     if (depth) {

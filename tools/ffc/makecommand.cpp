@@ -244,7 +244,7 @@ private:
     frames::CPartialFile file(m_strOut);
     const Result<> result = RunUntilFailure(
       [&] { return file.Open(); }, [&] { return file.Write(m_pTable->data.GetData(), m_pTable->nSize); },
-      [&] { return file.Commit(); },
+      [&] { return file.Commit(frames::ECommit::Durable); },
       [&] { return frames::SaveWholeFile(frames::GetSideFilePath(m_strOut), frames::MakeSideFile(m_stSide)); });
     return result ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(result.GetError())});
   }

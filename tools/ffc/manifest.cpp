@@ -4,13 +4,19 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "frames/fileio.h"
+
 namespace ffc::tool {
 
 Result<> CManifest::Open(const QString &strFolder)
 {
   m_file.setFileName(QDir(strFolder).filePath(QStringLiteral("ffc-manifest.jsonl")));
-  if (m_file.open(QIODevice::ReadOnly)) {
-    for (const QByteArray &byteLine : m_file.readAll().split('\n')) {
+  if (m_file.exists()) {
+    const Result<QByteArray> lines = frames::ReadWhole(m_file);
+    if (!lines) {
+      return Failure(QStringLiteral("The file \"%1\" %2").arg(m_file.fileName(), lines.GetError().c_str()));
+    }
+    for (const QByteArray &byteLine : lines.GetValue().split('\n')) {
       ReadLine(byteLine);
     }
     m_file.close();

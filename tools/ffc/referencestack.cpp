@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "tools/ffc/flat.h"
+#include "tools/ffc/correctionmarks.h"
 #include "tools/ffc/inputs.h"
 
 namespace ffc::tool {
@@ -65,13 +65,16 @@ std::optional<STrouble> CReferenceStack::ReadFile(const QString &strFile, const 
                                  "one size and format.")
                     .arg(strFile, Describe(stInfo), Describe(*pLike)));
   }
-  if (!stOptions.bForce && !FindCorrection(strFile, stInfo).isEmpty()) {
-    return Refuse(MakeSentence(strFile, "is corrected already; a flat is made from frames as they came (or --force)."));
+  std::optional<STrouble> stTrouble =
+    stOptions.bForce ? std::nullopt
+                     : CheckUncorrected(strFile, stInfo, "; a flat is made from frames as they came (or --force).");
+  if (stTrouble) {
+    return stTrouble;
   }
   if (!stInfo.strRemark.isEmpty() && !m_listRemarks.contains(stInfo.strRemark)) {
     m_listRemarks << stInfo.strRemark;
   }
-  std::optional<STrouble> stTrouble = m_nFrames == 0 ? Prepare(strFile, stInfo) : std::nullopt;
+  stTrouble = m_nFrames == 0 ? Prepare(strFile, stInfo) : std::nullopt;
   for (uint64_t n = 0; !stTrouble && n < stInfo.nFrames; ++n) {
     const Result<> read = reader.GetValue()->Read(m_frame.GetData());
     stTrouble = read ? AddFrame(strFile) : STrouble{false, MakeSentence(strFile, read.GetError())};

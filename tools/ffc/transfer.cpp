@@ -173,7 +173,7 @@ std::optional<STrouble> Transfer(frames::IFrameReader &reader, const STransfer &
   if (!writer) {
     return STrouble{false, QString::fromStdString(writer.GetError())};
   }
-  CFrameTransfer transfer(stTransfer, reader, *writer.GetValue(), pHashes != nullptr);
+  CFrameTransfer transfer(stTransfer, reader, *writer.GetValue(), pHashes != nullptr || stTransfer.fnBeforeCommit);
   const std::optional<STrouble> stTrouble = transfer.Run();
   if (stTrouble) {
     return stTrouble;
@@ -181,7 +181,9 @@ std::optional<STrouble> Transfer(frames::IFrameReader &reader, const STransfer &
   if (pHashes != nullptr) {
     *pHashes = transfer.GetHashes();
   }
-  const Result<> committed = writer.GetValue()->Commit();
+  const Result<> committed = RunUntilFailure(
+    [&] { return stTransfer.fnBeforeCommit ? stTransfer.fnBeforeCommit(transfer.GetHashes()) : Result<>(); },
+    [&] { return writer.GetValue()->Commit(frames::ECommit::Durable); });
   return committed ? std::nullopt
                    : std::optional<STrouble>(STrouble{false, QString::fromStdString(committed.GetError())});
 }
@@ -190,7 +192,7 @@ void ForEachFile(const QStringList &listFiles, uint32_t nThreads, CReport &repor
 {
   const auto nFiles = static_cast<uint32_t>(listFiles.size());
   report.SetTotal(nFiles);
-  const uint32_t nWorkers = std::min(nThreads, nFiles);
+  const uint32_t nWorkers = std::max(1U, std::min(nThreads, nFiles)); // a shard may have no file
   std::atomic<int> nNext{0};
   RunOnThreads(nWorkers, [&](std::size_t nWorker) {
     const uint32_t nShare = nThreads / nWorkers + (nWorker < nThreads % nWorkers ? 1 : 0);

@@ -15,6 +15,12 @@ namespace ffc::tool {
 /// \return what is wrong, as the end of a sentence about the frame's file
 using FnChange = std::function<Result<>(void *pFrame, SFrameHashes *pHashes)>;
 
+/// Hashes of the samples of all frames.
+struct SHashes {
+  QString strRead;
+  QString strWritten;
+};
+
 struct STransfer {
   QString strFrom;
   QString strTo;
@@ -23,12 +29,8 @@ struct STransfer {
   frames::Texts mapTexts;                   ///< added to those of every frame
   FnChange fnChange;
   uint32_t nThreads = 1; ///< that work on frames of this file, each with one of its own
-};
-
-/// Hashes of the samples of all frames.
-struct SHashes {
-  QString strRead;
-  QString strWritten;
+  /// When all frames are written, before the file is put in its place; may be empty.
+  std::function<Result<>(const SHashes &stHashes)> fnBeforeCommit;
 };
 
 /// Memory for a frame for each thread. What is written and which trouble is found is the same for any number of

@@ -3,8 +3,6 @@
 #include <utility>
 
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -15,7 +13,6 @@
 #include "host/headless/headlessrun.h"
 #include "host/headless/workflowsession.h"
 #include "host/measurement/freshframes.h"
-#include "host/headless/recordrun.h"
 #include "tests/camera/aravis/coverablecamera.h"
 #include "tests/camera/aravis/gigecameraprocess.h"
 
@@ -124,48 +121,6 @@ TEST_F(NetworkWorkflow, TheStockCameraOfTheLibrarysToolsIsCorrected)
               testing::AllOf(testing::HasSubstr("ExposureTime is the camera's ExposureTimeAbs."),
                              testing::HasSubstr("Gain is the camera's GainRaw in raw steps.")));
   EXPECT_TRUE(QFile::exists(m_dir.filePath("report.json")));
-}
-
-TEST_F(NetworkWorkflow, TheWorkflowAsksWhoeverHoldsTheLensCap)
-{
-  CGigeCameraProcess process({});
-  std::vector<bool> listAsked;
-  CHeadlessRun run(
-    m_stOptions, [&](const SCameraOptions &) { return OpenRealCamera(process.GetSerial()); }, m_progress);
-  run.SetLensAttendant([&](bool bCovered) {
-    listAsked.push_back(bCovered);
-    process.SetLensCap(bCovered);
-    return ffc::Result<>();
-  });
-  ASSERT_EQ(run.Run().GetError(), "");
-  EXPECT_EQ(listAsked, (std::vector<bool>{true, false, true, false}));
-  EXPECT_LT(run.GetReport().stAfter.stOverall.dShadingPercent, 1.0);
-}
-
-TEST_F(NetworkWorkflow, FramesAreRecordedAndThoseLostOnTheWayAreCounted)
-{
-  const auto fnRecord = [&](uint32_t nLostPackets, const char *pFolder) {
-    CGigeCameraProcess::SOptions stCamera;
-    stCamera.nLostPackets = nLostPackets;
-    CGigeCameraProcess process(stCamera);
-    m_stOptions.stWorkflow.strOutFolder = m_dir.filePath(pFolder).toStdString();
-    m_stOptions.stRecording.nFrames = 10;
-    m_stOptions.stRecording.strFormat = "png";
-    CRecordRun run(
-      m_stOptions, [&](const SCameraOptions &) { return OpenRealCamera(process.GetSerial()); }, m_progress);
-    EXPECT_EQ(run.Run().GetError(), "");
-    EXPECT_EQ(run.GetCounts().nWritten, 10U);
-    return run.GetCounts();
-  };
-  EXPECT_EQ(fnRecord(0, "good").GetLost(), 0U);
-  QFile recording(m_dir.filePath("good/recording.json"));
-  ASSERT_TRUE(recording.open(QIODevice::ReadOnly));
-  const QJsonObject settings = QJsonDocument::fromJson(recording.readAll()).object()["settings"].toObject();
-  EXPECT_GT(settings["exposureTime"].toDouble(), 0);
-  EXPECT_EQ(settings["pixelFormat"].toString(), "Mono8");
-  const SRecordCounts stCounts = fnRecord(100, "lossy");
-  EXPECT_GT(stCounts.nMissing, 0U);
-  EXPECT_EQ(stCounts.nDropped, 0U);
 }
 
 TEST_F(NetworkWorkflow, TheListOfCamerasNamesFeaturesThatDifferOnRequest)

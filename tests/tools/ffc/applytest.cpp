@@ -76,8 +76,8 @@ TEST_F(Apply, TheOutputIsTheSameForEveryNumberOfThreadsAndShards)
 {
   ASSERT_EQ(Run("one", {"--threads", "1"}).nExitCode, 0);
   ASSERT_EQ(Run("three", {"--threads", "3"}).nExitCode, 0);
-  for (const char *pShard : {"1/4", "2/4", "3/4", "4/4"}) {
-    ASSERT_EQ(Run("shards", {"--shard", pShard}).nExitCode, 0);
+  for (const char *pShard : {"1/4", "2/4", "3/4", "4/4", "7/7"}) {
+    ASSERT_EQ(Run("shards", {"--shard", pShard}).nExitCode, 0) << "of six frames, " << pShard;
   }
   EXPECT_TRUE(ReadAll("one") == ReadAll("three"));
   EXPECT_TRUE(ReadAll("one") == ReadAll("shards"));
@@ -297,6 +297,26 @@ TEST_F(Apply, NamesComeFromAListByLinesOrNulAndFromInput)
     0);
   EXPECT_EQ(List("a"), (QStringList{"bright_0.png", "bright_4.png", "ffc-manifest.jsonl"}));
   EXPECT_TRUE(ReadAll("a") == ReadAll("b"));
+  const SToolResult stResult = RunTool(listBegin + QStringList{m_recording.Path("c"), "--files-from", "-"});
+  EXPECT_EQ(stResult.nExitCode, 1);
+  EXPECT_TRUE(stResult.byteErrors.contains("names none")) << stResult.byteErrors.constData();
+}
+
+TEST_F(Apply, FramesThatOnlySeemToBeCorrectedAreCorrectedByResuming)
+{
+  const QString strFrames = m_recording.Path("frames.raw");
+  const auto listFrame = m_recording.MakeBright(0);
+  const QByteArray byteFrames(reinterpret_cast<const char *>(listFrame.data()), static_cast<int>(listFrame.size()));
+  const QStringList listArguments{"apply", m_strFlat, strFrames, "--raw", "64x48:Mono12", "--in-place"};
+  WriteBytes(strFrames, byteFrames);
+  ASSERT_EQ(RunTool(listArguments).nExitCode, 0);
+  const QByteArray byteCorrected = ReadBytes(strFrames);
+  WriteBytes(strFrames, byteFrames); // as a run leaves it that ends when it has written the mark
+  EXPECT_EQ(RunTool(listArguments).nExitCode, 3) << "the mark counts";
+  EXPECT_EQ(RunTool(listArguments + QStringList{"--resume"}).nExitCode, 0);
+  EXPECT_TRUE(ReadBytes(strFrames) == byteCorrected);
+  EXPECT_EQ(RunTool(listArguments + QStringList{"--resume"}).nExitCode, 0);
+  EXPECT_TRUE(ReadBytes(strFrames) == byteCorrected) << "and is not corrected twice";
 }
 
 TEST_F(Apply, ManyFramesInOneFileAreTheSameForEveryNumberOfThreads)

@@ -1,0 +1,145 @@
+// The built program on cameras behind a network, as a user starts it on a terminal.
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "camera/realcameras.h"
+#include "tests/camera/aravis/gigecameraprocess.h"
+
+using ffc::camera::OpenRealCamera;
+using ffc::test::CGigeCameraProcess;
+
+namespace {
+
+constexpr int LIMIT_MS = 100000;
+constexpr int LOSS = 5; ///< exit code
+
+/// The host, which asks whoever holds the lens cap of its camera.
+class CProgram {
+public:
+  CProgram(CGigeCameraProcess &camera, const QStringList &listArguments) : m_camera(camera)
+  {
+    m_process.start(QStringLiteral(FFCHOST),
+                    QStringList{"--camera", QString::fromStdString(camera.GetSerial())} + listArguments);
+  }
+
+  /// Does what it asks for, if it asks for something within some time.
+  /// \return false when it has ended
+  bool Attend()
+  {
+    constexpr int WAIT_MS = 10;
+    m_process.waitForReadyRead(WAIT_MS);
+    while (m_process.canReadLine()) {
+      const QByteArray byteLine = m_process.readLine().trimmed();
+      m_listLines << QString::fromUtf8(byteLine);
+      if (byteLine.endsWith("then press Enter")) {
+        m_camera.SetLensCap(byteLine.startsWith("cover"));
+        m_process.write("\n");
+      }
+    }
+    return m_process.state() != QProcess::NotRunning || m_process.bytesAvailable() > 0;
+  }
+  /// Nobody is at the terminal.
+  void EndInput() { m_process.closeWriteChannel(); }
+  /// \return its exit code
+  int Finish()
+  {
+    m_process.waitForFinished(LIMIT_MS);
+    while (Attend()) {
+    }
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+  }
+
+  const QStringList &GetLines() const { return m_listLines; }
+  std::string GetErrors() { return m_process.readAllStandardError().toStdString(); }
+
+private:
+  CGigeCameraProcess &m_camera;
+  QProcess m_process;
+  QStringList m_listLines;
+};
+
+class NetworkProgram : public testing::Test {
+protected:
+  QString Path(const QString &strName) const { return m_dir.filePath(strName); }
+  QByteArray ReadBytes(const QString &strName) const
+  {
+    QFile file(Path(strName));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+  QJsonObject ReadJson(const QString &strName) const { return QJsonDocument::fromJson(ReadBytes(strName)).object(); }
+
+  QTemporaryDir m_dir;
+};
+
+} // namespace
+
+TEST_F(NetworkProgram, AsksOnTheTerminalForTheLensCapAndCorrectsTheCamera)
+{
+  CGigeCameraProcess camera({});
+  CProgram program(camera, {"--headless", "--frames", "4", "--expect-gray", "120", "--out", Path("out")});
+  while (program.Attend()) { // the test's own time limit ends it
+  }
+  EXPECT_EQ(program.Finish(), 0) << program.GetErrors();
+  EXPECT_EQ(program.GetLines().filter("press Enter").size(), 4) << program.GetLines().join('\n').toStdString();
+  const QJsonObject report = ReadJson("out/report.json");
+  EXPECT_THAT(report["camera"].toString().toStdString(), testing::HasSubstr(camera.GetSerial()));
+  EXPECT_LT(report["after"].toObject()["shading_percent"].toDouble(100), 1.0);
+  EXPECT_EQ(ReadBytes("out/coefficients.ffc").size(), 128 * 96 * 4) << "gain and dark of each pixel";
+}
+
+TEST_F(NetworkProgram, WhereNobodyIsAtTheTerminalItEndsOrGoesOnByItself)
+{
+  CGigeCameraProcess camera({});
+  {
+    CProgram program(camera, {"--headless", "--out", Path("out")});
+    program.EndInput();
+    EXPECT_EQ(program.Finish(), 1);
+    EXPECT_THAT(program.GetErrors(), testing::HasSubstr("nobody is there to cover the lens: the input has ended"));
+  }
+  camera.SetLensCap(true); // a shutter that stays closed
+  CProgram program(camera, {"--headless", "--no-wait", "--dark-delay", "0.1", "--out", Path("out")});
+  program.EndInput();
+  EXPECT_EQ(program.Finish(), 0) << program.GetErrors();
+  const QString strUncover = "uncover the lens, with an evenly lit target before it";
+  EXPECT_EQ(program.GetLines().mid(0, 4), (QStringList{"cover the lens", strUncover, "cover the lens", strUncover}));
+}
+
+TEST_F(NetworkProgram, FramesThatAreLostWhileOthersAreRecordedMakeTheExitCode)
+{
+  CGigeCameraProcess::SOptions stCamera;
+  stCamera.nLostPackets = 150; // of some eleven for each frame, so that five frames of six are lost
+  CGigeCameraProcess camera(stCamera);
+  const QStringList listArguments{"--record", "8", "--format", "png", "--out"};
+  CProgram all(camera, listArguments + QStringList{Path("all")});
+  EXPECT_EQ(all.Finish(), LOSS) << all.GetErrors();
+  EXPECT_THAT(all.GetLines().join('\n').toStdString(),
+              testing::AllOf(testing::StartsWith("8 of 8 frames recorded"), testing::HasSubstr("frames never came")));
+  EXPECT_EQ(ReadJson("all/recording.json")["frames"].toInt(), 8);
+  EXPECT_GT(ReadJson("all/recording.json")["lostOnTheWay"].toInt(), 0);
+  CProgram first(camera, listArguments + QStringList{Path("first"), "--stop-on-loss"});
+  EXPECT_EQ(first.Finish(), LOSS) << first.GetErrors();
+  EXPECT_LT(ReadJson("first/recording.json")["frames"].toInt(-1), 8);
+}
+
+TEST_F(NetworkProgram, TheStockCameraOfTheLibrarysToolsIsRecorded)
+{
+  if (!CGigeCameraProcess::IsStockThere()) {
+    GTEST_SKIP() << "the camera library's tools (aravis-tools) are not installed";
+  }
+  CGigeCameraProcess::SOptions stCamera;
+  stCamera.bStock = true;
+  CGigeCameraProcess camera(stCamera);
+  for (int nTry = 0; nTry < 20 && !OpenRealCamera(camera.GetSerial()); ++nTry) { // it does not say when it is ready
+  }
+  CProgram program(camera, {"--record", "3", "--format", "png", "--out", Path("out")});
+  EXPECT_EQ(program.Finish(), 0) << program.GetErrors();
+  EXPECT_EQ(ReadBytes("out/frames.jsonl").count('\n'), 3);
+  EXPECT_TRUE(QFile::exists(Path("out/frame_000002.png")));
+  EXPECT_EQ(ReadJson("out/recording.json")["settings"].toObject()["pixelFormat"].toString(), "Mono8");
+}
