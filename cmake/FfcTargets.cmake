@@ -38,7 +38,7 @@ if(FFC_SANITIZE)
   target_link_options(ffc_options INTERFACE -fsanitize=${FFC_SANITIZE})
 endif()
 if(FFC_COVERAGE)
-  target_compile_options(ffc_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_compile_options(ffc_options INTERFACE -fprofile-instr-generate -fcoverage-mapping -fcoverage-mcdc)
   target_link_options(ffc_options INTERFACE -fprofile-instr-generate)
 endif()
 
