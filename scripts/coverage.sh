@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference pluginobject)
 # What looks at the built files is for the build without counters; what lets threads meet for minutes adds no line.
 skipped='^(ombrix_exports_test|ombrix_substitute_test|pluginobject_framethread_test)$'
-wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|ffc_tool_test|reference_test|pluginobject_[a-z]+_test|pluginobject_test)$'
+wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|pluginobject_[a-z]+_test|pluginobject_test)$'
 build=$root/build/coverage
 
 build_tests() {

@@ -38,7 +38,7 @@ FOLDERS = {
     DIALOG + "process": (
         "process_pieces_test", "process_test", "process_hostfile_test", "process_devicefile_test", "process_vignettingfile_test",
         "process_host_test", "process_device_test", "process_vignetting_test", "process_devicesweep_test", "process_vignettingsweep_test"),
-    "frames": ("frames_test", "camera_software_test", "ffc_tool_test"),
+    "frames": ("frames_test", "framefiles_fuzzregression_test", "camera_software_test", "ffc_tool_test"),
     "reference": ("reference_test",),
     "pluginobject": ("pluginobject_base_test", "pluginobject_test", "pluginobject_module_test"),
 }
