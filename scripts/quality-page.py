@@ -8,8 +8,9 @@
   memcheck      scripts/valgrind.sh
   packages      scripts/reproducible.sh [--windows], scripts/installed.sh
 
-.ci/run does the first two. Nothing is typed in by hand: what has not been run is not there, and a run of some tests only does
-not count. FOLDERS are the build folders to look in, one after another, where a part was run in another copy of the sources.
+.ci/run does the first two. Nothing is typed in by hand: of a part that has not been run, or not as a whole, the page keeps what
+it said, with a word. FOLDERS are the build folders to look in, one after another, where a part was run in another copy
+of the sources.
 With --check the page is printed and not written."""
 
 import collections
@@ -80,7 +81,8 @@ def describe_all_tests():
     if not rows:
         return ["No run of all tests."]
     return ["| build | entries passed | cases passed | failed | skipped | when |",
-            "|---|---|---|---|---|---|", *rows]
+            "|---|---|---|---|---|---|", *rows, "",
+            "An entry is a program with a sanitizer or under Wine, else a single case. What is skipped says why."]
 
 
 def describe_fuzzing():
@@ -152,21 +154,32 @@ def count_lines(*patterns):
     return count
 
 
+EARLIER = "From an earlier run than the rest of the page."
+
+
+def keep_earlier(title, lines):
+    """What the page says already of a part that has not been run here."""
+    if not lines[0].startswith("No run"):
+        return lines
+    with open(os.path.join(ROOT, "docs", "quality.md"), encoding="utf-8") as file:
+        former = re.search(rf"^## {re.escape(title)}\n\n(.*?)\n(?=^## |\Z)", file.read(), re.M | re.S)
+    kept = former.group(1).strip().split("\n") if former else lines
+    if kept[0].startswith("No run") or kept[0] == EARLIER:
+        return kept
+    return [EARLIER, "", *kept]
+
+
 def make_page():
     tests = count_lines("tests/*.cpp", "tests/*.h")
     everything = count_lines("*.cpp", "*.h")
     made_of = run("git", "log", "-1", "--format=%h of %cs").strip()
-    return "\n".join([
-        "# Quality", "",
-        f"Made by `scripts/quality-page.py` from the last runs on one machine, at {made_of}; run them again and compare. "
-        f"{everything - tests:,} lines of C++, and {tests:,} of tests.", "",
-        "## Tests", "", *describe_all_tests(), "",
-        "An entry is a program with a sanitizer or under Wine, else a single case. What is skipped says why.", "",
-        "## Fuzz targets", "", *describe_fuzzing(), "",
-        "## Coverage", "", *describe_coverage(), "",
-        "## Mutants", "", *describe_mutants(), "",
-        "## Memcheck", "", *describe_memcheck(), "",
-        "## Packages", "", *describe_packages(), ""])
+    page = ["# Quality", "",
+            f"Made by `scripts/quality-page.py` from the last runs on one machine, at {made_of}; run them again and compare. "
+            f"{everything - tests:,} lines of C++, and {tests:,} of tests.", ""]
+    for title, describe in (("Tests", describe_all_tests), ("Fuzz targets", describe_fuzzing), ("Coverage", describe_coverage),
+                            ("Mutants", describe_mutants), ("Memcheck", describe_memcheck), ("Packages", describe_packages)):
+        page += [f"## {title}", "", *keep_earlier(title, describe()), ""]
+    return "\n".join(page)
 
 
 def main():

@@ -23,8 +23,14 @@ check() {
     "$build/bin/$1" --gtest_brief=1 "--gtest_filter=-${left_out[$1]:-}" >"$logs/$1.log" 2>&1 || status=$?
   local errors
   errors=$(grep -c '^{' "$logs/$1.errors" || true)
-  printf '| `%s` | %d | %s | %s |\n' "$1" $((SECONDS - start)) "$errors" \
-    "$(sed -n 's/^\[  \(PASSED\|FAILED\)  \] \([0-9]* tests*\).*/\2 \L\1/p' "$logs/$1.log" | paste -sd ';')" | tee "$logs/$1.row"
+  local tests
+  tests=$(sed -n 's/^\[  \(PASSED\|FAILED\)  \] \([0-9]* tests*\).*/\2 \L\1/p' "$logs/$1.log" | paste -sd ';')
+  rm -f "$logs/$1.row"
+  if [ -z "$tests" ]; then
+    echo "$1 did not run to its end."
+    return 1
+  fi
+  printf '| `%s` | %d | %s | %s |\n' "$1" $((SECONDS - start)) "$errors" "$tests" | tee "$logs/$1.row"
   [ "$status" -eq 0 ]
 }
 
