@@ -12,6 +12,9 @@
 #                          faults (accesses, allocations and files that fail, by the thousand), run (operations and
 #                          frames without end), tsan and asan (both of them with that sanitizer), fuzz. FFC_SEED sets
 #                          another order of what happens; FFC_SOAK_OPERATIONS and FFC_SOAK_FRAMES how much.
+#   ./test.sh --mutants [MINUTES]
+#                          the product is made wrong in one place at a time, to see whether its tests find that: a sample
+#                          for 20 minutes, or so many (scripts/mutate.py)
 #
 # FFC_TEST_DATA names a folder with recorded frames; without it the tests on such frames are skipped.
 set -euo pipefail
@@ -50,7 +53,12 @@ test_preset() {
   echo "== $1: build"
   build_preset "$1" -DFFC_BUILD_TESTS=ON
   echo "== $1: test"
-  run_ctest "$1" --parallel "$(nproc)" || { show_failures "$1"; return 1; }
+  local status=0
+  run_ctest "$1" --parallel "$(nproc)" || status=1
+  # For the page of figures, which a later run of some tests does not spoil.
+  cp "build/$1/Testing/Temporary/LastTest.log" "build/$1/all-tests.log"
+  [ "$status" -eq 0 ] || show_failures "$1"
+  return "$status"
 }
 
 test_windows() {
@@ -121,6 +129,7 @@ case "${1:-}" in
       (soak_part "$part")
     done
     ;;
+  --mutants) scripts/mutate.py --minutes "${2:-20}" ;;
   -*)
     sed -n '2,/^set /{s/^# \{0,1\}//;/^set /d;p}' "$0" >&2
     exit 2

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Which lines and branches of the rooms that compute the tests of these rooms run: builds them with clang (preset coverage), runs
-# them, and prints a table by folder; build/coverage/report/ has the sources with their counts. "scripts/coverage.sh --report" prints
-# it of the last run.
+# Which lines, branches and conditions of the rooms that compute the tests of these rooms run, and those of the tool ffc, through
+# which most kinds of files go: builds them with clang (preset coverage), runs them, and prints a table by folder;
+# build/coverage/report/ has the sources with their counts. "scripts/coverage.sh --report" prints it of the last run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/common.sh
@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference pluginobject)
 # What looks at the built files is for the build without counters; what lets threads meet for minutes adds no line.
 skipped='^(ombrix_exports_test|ombrix_substitute_test|pluginobject_framethread_test)$'
-wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|reference_test|pluginobject_[a-z]+_test|pluginobject_test)$'
+wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|pluginobject_[a-z]+_test|pluginobject_test)$'
 build=$root/build/coverage
 
 build_tests() {
@@ -37,13 +37,13 @@ report() {
   while read -r program; do
     objects+=(-object "$build/bin/$program")
   done <"$build/programs"
-  objects+=(-object "$build/bin/FlatFieldCorrection.plx" -object "$build/bin/libOmbrix.so")
-  llvm-profdata merge --sparse --output "$build/counts/all.profdata" "$build"/counts/*.profraw
-  llvm-cov export --summary-only --instr-profile "$build/counts/all.profdata" "${objects[@]:1}" \
+  objects+=(-object "$build/bin/FlatFieldCorrection.plx" -object "$build/bin/libOmbrix.so" -object "$build/bin/ffc")
+  llvm-profdata-19 merge --sparse --output "$build/counts/all.profdata" "$build"/counts/*.profraw
+  llvm-cov-19 export --summary-only --instr-profile "$build/counts/all.profdata" "${objects[@]:1}" \
     --ignore-filename-regex '/tests/|^/usr/' >"$build/coverage.json" 2>"$build/llvm-cov.log"
-  llvm-cov show --format=html --output-dir "$build/report" --show-branches=count --instr-profile "$build/counts/all.profdata" \
+  llvm-cov-19 show --format=html --output-dir "$build/report" --show-branches=count --show-mcdc --instr-profile "$build/counts/all.profdata" \
     "${objects[@]:1}" --ignore-filename-regex '/tests/|^/usr/' 2>>"$build/llvm-cov.log"
-  python3 scripts/coveragetable.py "$root" "$build/coverage.json" "${folders[@]}"
+  python3 scripts/coveragetable.py "$root" "$build/coverage.json" "${folders[@]}" | tee "$build/table"
 }
 
 case "${1:-}" in

@@ -6,7 +6,7 @@ import json
 import os
 import sys
 
-KINDS = ("lines", "branches")
+KINDS = ("lines", "branches", "mcdc")
 
 
 def read_files(root, path):
@@ -47,11 +47,11 @@ def show(covered, count):
 
 
 def make_table(sums):
-    rows = ["| folder | lines | branches |", "|---|---|---|"]
+    rows = ["| folder | lines | branches | MC/DC |", "|---|---|---|---|"]
     for folder, kinds in sums.items():
-        rows.append(f"| `{folder}/` | {show(*kinds['lines'])} | {show(*kinds['branches'])} |")
+        rows.append(f"| `{folder}/` | {show(*kinds['lines'])} | {show(*kinds['branches'])} | {show(*kinds['mcdc'])} |")
     total = [tuple(sum(kinds[kind][i] for kinds in sums.values()) for i in (0, 1)) for kind in KINDS]
-    rows.append(f"| all of these | {show(*total[0])} | {show(*total[1])} |")
+    rows.append(f"| all of these | {show(*total[0])} | {show(*total[1])} | {show(*total[2])} |")
     return "\n".join(rows)
 
 

@@ -1,15 +1,20 @@
 #!/usr/bin/env python3
-"""Writes docs/quality.md from what the last runs left in build/: quality-page.py [--check]
+"""Writes docs/quality.md from what the last runs left in build/: quality-page.py [--check] [FOLDER ...]
 
   tests         ./test.sh, ./test.sh asan, ./test.sh tsan, ./test.sh --windows
   fuzz targets  scripts/fuzz.sh [SECONDS]
   coverage      scripts/coverage.sh
+  mutants       ./test.sh --mutants, scripts/mutate.py
+  memcheck      scripts/valgrind.sh
   packages      scripts/reproducible.sh [--windows], scripts/installed.sh
 
-Nothing is typed in by hand: what has not been run is not there, and a run of some tests only does not count.
+.ci/run does the first two. Nothing is typed in by hand: of a part that has not been run, or not as a whole, the page keeps what
+it said, with a word. FOLDERS are the build folders to look in, one after another, where a part was run in another copy
+of the sources.
 With --check the page is printed and not written."""
 
 import collections
+import json
 import os
 import re
 import subprocess
@@ -17,7 +22,7 @@ import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 sys.path.insert(0, os.path.join(ROOT, "scripts"))
-import coveragetable  # noqa: E402
+import mutate  # noqa: E402
 
 PRESETS = (
     ("release", "optimised"),
@@ -26,40 +31,45 @@ PRESETS = (
     ("tsan", "thread sanitizer"),
     ("windows-mingw", "64-bit Windows, under Wine"),
 )
-COVERED = ("ombrix", "pluginobject/shadingcorrection/imagecalc", "pluginobject/shadingcorrection/process", "frames",
-           "reference", "pluginobject")
+BUILDS = [os.path.join(ROOT, "build")]
+
+
+def find(*path):
+    """Where the first of the build folders has it; None where none has."""
+    paths = (os.path.join(folder, *path) for folder in BUILDS)
+    return next((name for name in paths if os.path.exists(name)), None)
 
 
 def read(*path):
-    try:
-        with open(os.path.join(ROOT, *path), encoding="utf-8", errors="replace") as file:
-            return file.read()
-    except FileNotFoundError:
+    name = find(*path)
+    if name is None:
         return None
+    with open(name, encoding="utf-8", errors="replace") as file:
+        return file.read()
 
 
 def run(*command):
     return subprocess.run(command, cwd=ROOT, check=True, capture_output=True, text=True).stdout
 
 
-def count_registered(preset):
+def count_registered(folder):
     """How many tests the build has; None where it cannot tell."""
     try:
-        match = re.search(r"Total Tests: (\d+)", run("ctest", "--test-dir", os.path.join("build", preset), "-N"))
+        match = re.search(r"Total Tests: (\d+)", run("ctest", "--test-dir", folder, "-N"))
     except (subprocess.CalledProcessError, FileNotFoundError):
         return None
     return int(match.group(1)) if match else None
 
 
 def describe_tests(preset, name):
-    """A line of the table of tests, or None when there was no run of all of them."""
-    log = read("build", preset, "Testing", "Temporary", "LastTest.log")
+    """A line of the table of tests, or None when there was no run of all of them. ./test.sh keeps the log of such a run."""
+    log = read(preset, "all-tests.log") or read(preset, "Testing", "Temporary", "LastTest.log")
     if log is None:
         return None
     entries = len(re.findall(r"^\d+/\d+ Test: ", log, re.M))
     passed = len(re.findall(r"^Test Passed\.", log, re.M))
     cases = collections.Counter(re.findall(r"^\[ +(OK|FAILED|SKIPPED) +\] \S+ \(\d+ ms\)", log, re.M))
-    if entries < (count_registered(preset) or entries + 1):
+    if entries < (count_registered(find(preset)) or entries + 1):
         return None
     day = re.search(r"^Start testing: (.*)$", log, re.M)
     return (f"| {name} | {passed} of {entries} | {cases['OK']} | {cases['FAILED']} | {cases['SKIPPED']} | "
@@ -71,14 +81,15 @@ def describe_all_tests():
     if not rows:
         return ["No run of all tests."]
     return ["| build | entries passed | cases passed | failed | skipped | when |",
-            "|---|---|---|---|---|---|", *rows]
+            "|---|---|---|---|---|---|", *rows, "",
+            "An entry is a program with a sanitizer or under Wine, else a single case. What is skipped says why."]
 
 
 def describe_fuzzing():
     rows = []
-    folder = os.path.join(ROOT, "build", "fuzz")
-    for name in sorted(os.listdir(folder)) if os.path.isdir(folder) else []:
-        log = read("build", "fuzz", name) if name.endswith(".log") else None
+    folder = find("fuzz")
+    for name in sorted(os.listdir(folder)) if folder else []:
+        log = read("fuzz", name) if name.endswith(".log") else None
         executions = log and re.search(r"^stat::number_of_executed_units: *(\d+)", log, re.M)
         if not executions:
             continue
@@ -92,28 +103,43 @@ def describe_fuzzing():
 
 
 def describe_coverage():
-    path = os.path.join(ROOT, "build", "coverage", "coverage.json")
-    if not os.path.exists(path):
+    table = read("coverage", "table")
+    if table is None:
         return ["No run."]
-    table = coveragetable.make_table(coveragetable.add_up(coveragetable.read_files(ROOT, path), COVERED))
-    left_out = re.search(r"(\d+) functions have mismatched data", read("build", "coverage", "llvm-cov.log") or "")
-    lines = ["By the tests of these rooms alone. Branches are conditions and each of their two outcomes.", "", *table.split("\n")]
+    left_out = re.search(r"(\d+) functions have mismatched data", read("coverage", "llvm-cov.log") or "")
+    lines = ["By the tests of these rooms and of the tool `ffc`. Branches are conditions and each of their two outcomes; MC/DC are conditions "
+             "that have been seen to decide by themselves.", "", *re.findall(r"^\|.*", table, re.M)]
     if left_out:
         lines += ["", f"Of {left_out.group(1)} functions in these programs and libraries, tests included, the counts could not be "
                   "assigned; they are left out."]
     return lines
 
 
+def describe_mutants():
+    text = read("mutants", "results.json")
+    if text is None:
+        return ["No run."]
+    lines = mutate.make_table(json.loads(text))
+    return ["One operator, constant, condition, statement or pair of arguments changed at a time, in places chosen by seed. Equivalent are "
+            "those that nobody can tell from the original: `scripts/mutants-equivalent.txt` has the reasons.", "", *lines]
+
+
+def describe_memcheck():
+    folder = find("valgrind")
+    rows = [read("valgrind", name).strip() for name in sorted(os.listdir(folder)) if name.endswith(".row")] if folder else []
+    return ["| program | seconds | errors | tests |", "|---|---|---|---|", *rows] if rows else ["No run."]
+
+
 def describe_packages():
     lines = []
     for system in ("linux", "windows"):
-        sums = [read("build", "reproducible", system, folder, "build", "packages", "SHA256SUMS")
+        sums = [read("reproducible", system, folder, "build", "packages", "SHA256SUMS")
                 for folder in ("first", "another/folder-of-another-name")]
         if all(sums):
             verdict = "are the same, byte for byte" if sums[0] == sums[1] else "DIFFER"
             lines += [f"Two builds for {system.capitalize()} in different folders, by different users, in different time zones and "
                       f"languages {verdict}:", "", "```", *sums[0].strip().split("\n"), "```", ""]
-    installed = read("build", "installed", "result")
+    installed = read("installed", "result")
     if installed:
         lines += ["In a Debian of its own, started from the menu entry and from the path: " + installed.strip() + "."]
     return lines or ["No run."]
@@ -121,29 +147,47 @@ def describe_packages():
 
 def count_lines(*patterns):
     files = run("git", "ls-files", "--", *patterns).split()
-    return sum(len((read(name) or "").splitlines()) for name in files)
+    count = 0
+    for name in files:
+        with open(os.path.join(ROOT, name), encoding="utf-8", errors="replace") as file:
+            count += sum(1 for _ in file)
+    return count
+
+
+EARLIER = "From an earlier run than the rest of the page."
+
+
+def keep_earlier(title, lines):
+    """What the page says already of a part that has not been run here."""
+    if not lines[0].startswith("No run"):
+        return lines
+    with open(os.path.join(ROOT, "docs", "quality.md"), encoding="utf-8") as file:
+        former = re.search(rf"^## {re.escape(title)}\n\n(.*?)\n(?=^## |\Z)", file.read(), re.M | re.S)
+    kept = former.group(1).strip().split("\n") if former else lines
+    if kept[0].startswith("No run") or kept[0] == EARLIER:
+        return kept
+    return [EARLIER, "", *kept]
 
 
 def make_page():
     tests = count_lines("tests/*.cpp", "tests/*.h")
     everything = count_lines("*.cpp", "*.h")
     made_of = run("git", "log", "-1", "--format=%h of %cs").strip()
-    return "\n".join([
-        "# Quality", "",
-        f"Made by `scripts/quality-page.py` from the last runs on one machine, at {made_of}; run them again and compare. "
-        f"{everything - tests:,} lines of C++, and {tests:,} of tests.", "",
-        "## Tests", "", *describe_all_tests(), "",
-        "An entry is a program with a sanitizer or under Wine, else a single case. What is skipped says why.", "",
-        "## Fuzz targets", "", *describe_fuzzing(), "",
-        "## Coverage", "", *describe_coverage(), "",
-        "## Packages", "", *describe_packages(), "",
-        "## Not measured yet", "",
-        "Conditions that decide alone (MC/DC), and mutants.", ""])
+    page = ["# Quality", "",
+            f"Made by `scripts/quality-page.py` from the last runs on one machine, at {made_of}; run them again and compare. "
+            f"{everything - tests:,} lines of C++, and {tests:,} of tests.", ""]
+    for title, describe in (("Tests", describe_all_tests), ("Fuzz targets", describe_fuzzing), ("Coverage", describe_coverage),
+                            ("Mutants", describe_mutants), ("Memcheck", describe_memcheck), ("Packages", describe_packages)):
+        page += [f"## {title}", "", *keep_earlier(title, describe()), ""]
+    return "\n".join(page)
 
 
 def main():
+    folders = [argument for argument in sys.argv[1:] if argument != "--check"]
+    if folders:
+        BUILDS[:] = [os.path.abspath(folder) for folder in folders]
     page = make_page()
-    if sys.argv[1:] == ["--check"]:
+    if "--check" in sys.argv[1:]:
         print(page)
         return
     with open(os.path.join(ROOT, "docs", "quality.md"), "w", encoding="utf-8") as file:

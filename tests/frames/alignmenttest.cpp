@@ -40,6 +40,25 @@ TEST(Alignment, EveryDepthAndSideIsGuessedFromTheSamples)
   EXPECT_EQ(DecideDepth(Look(16, 0), DEEP, {}).GetValue().nBitDepth, 16U);
 }
 
+TEST(Alignment, AStatedSideWithoutADepthIsKept)
+{
+  const auto left = DecideDepth(Look(16, 0), DEEP, {0, EAlignment::Left});
+  EXPECT_EQ(left.GetValue().nBitDepth, 16U);
+  EXPECT_EQ(left.GetValue().eAlignment, EAlignment::Left);
+  const auto right = DecideDepth(Look(10, 2), DEEP, {0, EAlignment::Right});
+  EXPECT_EQ(right.GetValue().nBitDepth, 12U) << "although the lowest bits are empty";
+  EXPECT_EQ(right.GetValue().eAlignment, EAlignment::Right);
+  EXPECT_EQ(DecideDepth(Look(12, 4), DEEP, {0, EAlignment::Right}).GetValue().nBitDepth, 16U);
+}
+
+TEST(Alignment, FramesOfBytesHaveNothingToDecide)
+{
+  const auto depth = DecideDepth({0xFF, 0xFF}, {4, 4, 1}, {});
+  ASSERT_TRUE(depth.IsOk());
+  EXPECT_EQ(depth.GetValue().GetShift({4, 4, 1}), 0U);
+  EXPECT_TRUE(depth.GetValue().strReason.isEmpty());
+}
+
 TEST(Alignment, WhatIsStatedIsNotGuessed)
 {
   const auto depth = DecideDepth(Look(10, 0), DEEP, {12, std::nullopt});

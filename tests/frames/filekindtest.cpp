@@ -1,6 +1,7 @@
 #include "frames/ifilekind.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QDir>
 #include <QFile>
@@ -9,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "frames/fileio.h"
 #include "frames/rawfile.h"
 #include "tests/frames/framefiles.h"
 #include "tests/support/fullvolume.h"
@@ -110,6 +112,31 @@ TEST(FileKind, TextsComeBackFromKindsThatKeepThem)
   }
 }
 
+TEST(FileKind, BehindTheLastFrameIsNone)
+{
+  const CRawFile raw = CRawFile::Parse("8x4:Mono16").GetValue();
+  std::vector<const IFileKind *> listKinds = ListFileKinds();
+  listKinds.push_back(&raw);
+  for (const IFileKind *pKind : listKinds) {
+    if (pKind->GetMaxFrames() == 1) {
+      continue; // a picture can be read again
+    }
+    const QTemporaryDir dir;
+    const SFrameInfo stInfo = MakeInfo(8, 4, 2);
+    const QString strPath = GetPath(dir, *pKind);
+    ASSERT_EQ(WriteFile(*pKind, strPath, stInfo, MakeFrames(stInfo.stLayout, 2, 12)).GetError(), "");
+    auto reader = pKind->Open(strPath);
+    ASSERT_EQ(reader.GetError(), "");
+    std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
+    for (int n = 0; n < 2; ++n) {
+      Texts mapTexts{{"left", "of the frame before"}};
+      EXPECT_EQ(reader.GetValue()->Read(listFrame.data(), &mapTexts).GetError(), "");
+      EXPECT_FALSE(mapTexts.contains("left")) << pKind->GetName().toStdString();
+    }
+    EXPECT_NE(reader.GetValue()->Read(listFrame.data()).GetError(), "") << pKind->GetName().toStdString();
+  }
+}
+
 TEST(FileKind, AFileThatEndsEarlyIsRefusedByEveryKind)
 {
   for (const IFileKind *pKind : ListFileKinds()) {
@@ -183,6 +210,41 @@ TEST(FileKind, AFolderIsNoFileForAnyKind)
   }
 }
 
+TEST(FileKind, NoMemoryIsTakenForAFrameThatIsNotThere)
+{
+  EXPECT_NE(CheckFrameSize(0, 5, 1, 1000).GetError().find("which is no size"), std::string::npos);
+  EXPECT_NE(CheckFrameSize(5, 0, 1, 1000).GetError().find("which is no size"), std::string::npos);
+  for (const auto &[nWidth, nHeight] : {std::pair<uint64_t, uint64_t>{MAX_PIXELS + 1, 1},
+                                        {1, MAX_PIXELS + 1},
+                                        {MAX_PIXELS / 2, 3},
+                                        {UINT64_MAX, UINT64_MAX}}) {
+    EXPECT_NE(CheckFrameSize(nWidth, nHeight, 1, UINT64_MAX).GetError().find("at most 1073741824 are read"),
+              std::string::npos);
+  }
+  EXPECT_TRUE(CheckFrameSize(MAX_PIXELS / 2, 2, 1, MAX_PIXELS).IsOk());
+  EXPECT_TRUE(CheckFrameSize(10, 10, 2, 200).IsOk());
+  EXPECT_NE(CheckFrameSize(10, 10, 2, 199).GetError().find("ends early"), std::string::npos);
+}
+
+TEST(FileKind, OnlySamplesOfTwoBytesHaveAnOrder)
+{
+  uint8_t anBytes[] = {1, 2, 3, 4};
+  SwapSamples(anBytes, {4, 1, 1});
+  EXPECT_EQ(anBytes[0], 1);
+  SwapSamples(anBytes, {2, 1, 2});
+  EXPECT_EQ(anBytes[0], 2);
+  EXPECT_EQ(anBytes[3], 3);
+}
+
+TEST(FileKind, LayoutsDifferInEachOfTheirNumbers)
+{
+  const SLayout stLayout{5, 3, 2};
+  EXPECT_EQ(stLayout, (SLayout{5, 3, 2}));
+  EXPECT_NE(stLayout, (SLayout{6, 3, 2}));
+  EXPECT_NE(stLayout, (SLayout{5, 4, 2}));
+  EXPECT_NE(stLayout, (SLayout{5, 3, 1}));
+}
+
 TEST(PngFile, AFileThatIsNoPictureIsRefused)
 {
   const QTemporaryDir dir;
@@ -219,6 +281,17 @@ TEST(SaveFrame, AnEndingThatNoKindHasIsNamed)
             std::string::npos);
 }
 
+TEST(SaveFrame, OneFrameIsWrittenWhereThereIsAFolder)
+{
+  const QTemporaryDir dir;
+  const uint8_t nPixel = 77;
+  EXPECT_NE(SaveFrame(dir.filePath("missing/frame.png"), {1, 1, 1}, &nPixel).GetError(), "");
+  EXPECT_EQ(SaveFrame(dir.filePath("frame.png"), {1, 1, 1}, &nPixel).GetError(), "");
+  std::string strError;
+  const QString strPath = dir.filePath("frame.png");
+  EXPECT_EQ(ReadFile(*FindFileKind(strPath), strPath, &strError), Frames{{nPixel}});
+}
+
 TEST(RawFile, FramesFollowEachOtherWithoutAHeader)
 {
   const QTemporaryDir dir;
@@ -238,12 +311,16 @@ TEST(RawFile, FramesFollowEachOtherWithoutAHeader)
   ASSERT_TRUE(QFile(strPath).resize(4 * 5 * 3 * 2 - 1));
   EXPECT_EQ(raw.GetValue().Open(strPath).GetError(),
             "has 119 bytes, which is no multiple of the 30 bytes of a frame of 5 x 3 with 16 bits per pixel.");
+  ASSERT_TRUE(QFile(strPath).resize(0));
+  EXPECT_EQ(raw.GetValue().Open(strPath).GetError().find("has 0 bytes"), 0U);
+  EXPECT_NE(raw.GetValue().Open(dir.filePath("missing.raw")).GetError().find("cannot be opened"), std::string::npos);
 }
 
 TEST(RawFile, AFormatThatIsNoneIsExplained)
 {
-  for (const char *pFormat : {"", "5x3", "5:Mono8", "x3:Mono8", "0x3:Mono8", "-5x3:Mono8", "5x3x2:Mono8",
-                              "999999x5:Mono8", "100000x100000:Mono8", "5x3:", "5x3:Mono12p", "5x3:RGB8"}) {
+  for (const char *pFormat :
+       {"", "5x3", "5:Mono8", "x3:Mono8", "0x3:Mono8", "-5x3:Mono8", "5x3x2:Mono8", "999999x5:Mono8", "5x999999:Mono8",
+        "1234567x5:Mono8", "100000x100000:Mono8", "5x3:", "5:3xMono8", "5x3:Mono12p", "5x3:RGB8"}) {
     EXPECT_NE(CRawFile::Parse(pFormat).GetError(), "") << pFormat;
   }
 }

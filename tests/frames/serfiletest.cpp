@@ -129,3 +129,42 @@ TEST_F(CSerTest, TimesThatAreMissingAreNotMissed)
   EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames);
   EXPECT_EQ(stRead.byteSerDates.size(), 16);
 }
+
+TEST_F(CSerTest, TimesOfAllFramesGoIntoTheFile)
+{
+  SFrameInfo stInfo = m_stInfo;
+  stInfo.byteSerDates.clear();
+  stInfo.mapTexts = {{TEXT_TIME, "2024-02-03T04:05:06.789"}};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, m_listFrames).GetError(), "");
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames);
+  ASSERT_EQ(stRead.byteSerDates.size(), (2 + 2) * 8) << "the header's two, and one per frame";
+  for (int n = 0; n < 4; ++n) {
+    // Steps of 100 ns since the year 1.
+    EXPECT_EQ(qFromLittleEndian<qint64>(stRead.byteSerDates.constData() + 8 * n), 638425299067890000) << n;
+  }
+
+  // One frame without a time: then none has one.
+  auto writer = m_kind.Create(m_strPath, stInfo);
+  ASSERT_TRUE(writer.IsOk());
+  EXPECT_TRUE(writer.GetValue()->Write(m_listFrames[0].data(), stInfo.mapTexts).IsOk());
+  EXPECT_TRUE(writer.GetValue()->Write(m_listFrames[1].data(), {{TEXT_TIME, "yesterday"}}).IsOk());
+  EXPECT_TRUE(writer.GetValue()->Commit().IsOk());
+  EXPECT_EQ(ReadAll(m_strPath).size(), 178 + 2 * 32 * 16 * 2);
+}
+
+TEST_F(CSerTest, TheHeaderCountsTheFramesThatCame)
+{
+  m_stInfo.nFrames = 5;
+  m_stInfo.byteSerDates.clear();
+  m_stInfo.nBitDepth = 8; // not of words
+  auto writer = m_kind.Create(m_strPath, m_stInfo);
+  ASSERT_TRUE(writer.IsOk());
+  EXPECT_TRUE(writer.GetValue()->Write(m_listFrames[0].data(), {}).IsOk());
+  EXPECT_TRUE(writer.GetValue()->Commit().IsOk());
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead).size(), 1U);
+  EXPECT_EQ(stRead.nBitDepth, 16U);
+}

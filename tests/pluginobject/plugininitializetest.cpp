@@ -181,7 +181,10 @@ TEST_F(PluginInitialize, ADialogThatGoesWithTheHostsWindowIsMissedByNobody)
   auto pParent = std::make_unique<QWidget>();
   m_stInitParam.pParent = pParent.get();
   ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
+  bool bGoneFirst = false;
+  QObject::connect(pParent.get(), &QObject::destroyed, [&] { bGoneFirst = FindDialog() == nullptr; });
   pParent.reset();
+  EXPECT_TRUE(bGoneFirst) << "before anything else of the window goes";
   EXPECT_EQ(FindDialog(), nullptr);
   EXPECT_TRUE(m_stScript.bDestroyed);
   Send(PLUGIN_MSG_SHOW_DIALOG);

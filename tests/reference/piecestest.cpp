@@ -1,4 +1,5 @@
 // The pieces of the weighted reference, each by itself.
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -11,6 +12,8 @@
 #include "reference/profiles.h"
 #include "reference/scales.h"
 #include "reference/shrinkage.h"
+#include "reference/tile.h"
+#include "reference/tileprofiles.h"
 
 using namespace ffc::reference;
 
@@ -48,6 +51,20 @@ CShrinkage::Histogram CountEnergies(const std::vector<float> &listSamples)
     ++aCounts[CShrinkage::GetBin(fEnergy)];
   }
   return aCounts;
+}
+
+/// Mean in which nothing counts for more than fReach, as the tile's: three steps from the plain one.
+double GetRobustMean(const std::vector<double> &listValues, double dReach)
+{
+  double dMean = 0;
+  for (int nRound = 0; nRound < 4; ++nRound) {
+    double dStep = 0;
+    for (const double dValue : listValues) {
+      dStep += nRound == 0 ? dValue : std::clamp(dValue - dMean, -dReach, dReach) / 0.866;
+    }
+    dMean += dStep / static_cast<double>(listValues.size());
+  }
+  return dMean;
 }
 
 } // namespace
@@ -124,6 +141,16 @@ TEST(ReferenceShrinkage, ASignalEverywhereIsBelievedByItsShare)
   EXPECT_NEAR(shrinkage.GetMeanWeight(aCounts), 0.75, 0.02);
 }
 
+TEST(ReferenceShrinkage, AnEnergyBeyondAllOthersIsBelievedWithAnyFreedom)
+{
+  CShrinkage::Histogram aCounts{};
+  aCounts[CShrinkage::GetBin(1)] = 10000;
+  CShrinkage shrinkage;
+  shrinkage.Learn(aCounts, 1000); // likelihoods far below the smallest number
+  EXPECT_GT(shrinkage.GetWeight(16000), 0.99F);
+  EXPECT_LT(shrinkage.GetWeight(1), 0.05F);
+}
+
 TEST(ReferenceShrinkage, NoEnergyAtAllAndNoNumberHaveAPlace)
 {
   EXPECT_EQ(CShrinkage::GetBin(0), 0U);
@@ -132,6 +159,7 @@ TEST(ReferenceShrinkage, NoEnergyAtAllAndNoNumberHaveAPlace)
   CShrinkage shrinkage;
   shrinkage.Learn({}, 12);
   EXPECT_LE(shrinkage.GetWeight(1), 1.0F);
+  EXPECT_EQ(shrinkage.GetMeanWeight({}), 0);
 }
 
 TEST(ReferenceNoise, RoundingLeavesATwelfthWithoutNoiseAndNothingWithMuch)
@@ -170,6 +198,34 @@ TEST(ReferenceNoise, TheMeterSeesNoiseAndLinesAndNoDriftOfTheLight)
   EXPECT_NEAR(meter.GetAll().dSample, 116, 5);
   EXPECT_NEAR(meter.GetSite(3).dSample, 116, 8);
   EXPECT_NEAR(meter.GetAll().dLine, 16, 3);
+}
+
+TEST(ReferenceNoise, TheMeterReadsBytesAsItReadsWords)
+{
+  constexpr uint32_t WIDTH = 40;
+  std::mt19937 random(5);
+  std::vector<uint8_t> alistBytes[2];
+  std::vector<uint16_t> alistWords[2];
+  for (int nFrame = 0; nFrame < 2; ++nFrame) {
+    for (uint32_t n = 0; n < WIDTH * 20; ++n) {
+      alistBytes[nFrame].push_back(static_cast<uint8_t>(100 + random() % 16));
+      alistWords[nFrame].push_back(alistBytes[nFrame].back());
+    }
+  }
+  CNoiseMeter bytes;
+  CNoiseMeter words;
+  bytes.Add(alistBytes[0].data(), alistBytes[1].data(), WIDTH, 20, 1);
+  words.Add(alistWords[0].data(), alistWords[1].data(), WIDTH, 20, 2);
+  EXPECT_NEAR(bytes.GetAll().dSample, 255.0 / 12, 3) << "16 numbers alike";
+  EXPECT_EQ(bytes.GetAll().dSample, words.GetAll().dSample);
+  EXPECT_EQ(bytes.GetAll().dLine, words.GetAll().dLine);
+}
+
+TEST(ReferenceNoise, BelowTheDarkTheLightAddsNoNoise)
+{
+  const SFieldNoise stNoise = {4, 0.5F, 0};
+  EXPECT_EQ(stNoise.At(-10), 4);
+  EXPECT_EQ(stNoise.At(10), 9);
 }
 
 TEST(ReferencePlanes, TheFourSitesOfAMosaicMakeUpTheImage)
@@ -218,6 +274,40 @@ TEST(ReferenceProfiles, AColumnThatStandsOutIsKeptAndNoiseIsNot)
     dOthers += double{stSums.GetColumns(0)[n]} * double{stSums.GetColumns(0)[n]} / 70;
   }
   EXPECT_LT(dOthers, 0.25 / 128);
+}
+
+TEST(ReferenceTileProfiles, EqualTheSlowTwinWhereALineIsNoWholeNumberOfVectors)
+{
+  constexpr uint32_t WIDTH = 13;
+  constexpr uint32_t HEIGHT = 11;
+  std::vector<uint32_t> listSums;
+  for (const float fNoise : MakeNoise(std::size_t{WIDTH} * HEIGHT, 100)) {
+    listSums.push_back(static_cast<uint32_t>(std::lround(1000 + fNoise)));
+  }
+  listSums[5 * WIDTH + 12] += 5000; // dust, in what a vector leaves over
+  CTile tile;
+  tile.Load({GetPlanes(WIDTH, HEIGHT, false).front(), listSums.data(), 1, nullptr, 1}, 0, nullptr);
+  std::vector<std::vector<double>> listLines(HEIGHT);
+  std::vector<std::vector<double>> listColumns(WIDTH);
+  double dDistances = 0;
+  for (uint32_t nY = 0; nY < HEIGHT; ++nY) {
+    for (uint32_t nX = 0; nX < WIDTH; ++nX) {
+      const double dDetail = double{tile.GetSmooth(0, nY)[nX]} - double{tile.GetSmooth(FINE_SCALES, nY)[nX]};
+      listLines[nY].push_back(dDetail);
+      listColumns[nX].push_back(dDetail);
+      dDistances += std::abs(dDetail);
+    }
+  }
+  const double dReach = 1.5 * 1.2533 * dDistances / (WIDTH * HEIGHT);
+  std::vector<float> listColumnSums(WIDTH, 7); // what is there stays
+  std::vector<float> listLineSums(HEIGHT, 7);
+  CTileProfiles(tile).AddUp(listColumnSums.data(), listLineSums.data());
+  for (uint32_t n = 0; n < WIDTH; ++n) {
+    EXPECT_NEAR(listColumnSums[n], 7 + HEIGHT * GetRobustMean(listColumns[n], dReach), 0.1) << "column " << n;
+  }
+  for (uint32_t n = 0; n < HEIGHT; ++n) {
+    EXPECT_NEAR(listLineSums[n], 7 + WIDTH * GetRobustMean(listLines[n], dReach), 0.1) << "line " << n;
+  }
 }
 
 TEST(ReferenceParallel, EveryItemIsWorkedOnOnceWithAnyNumberOfThreads)

@@ -51,6 +51,31 @@ TEST(WeightedReference, OneFrameHasAtMostHalfTheErrorOfTheAverage)
   EXPECT_NEAR(stMade.stResult.dNoise, 23.9, 1.5) << "of the light and of the camera, and the pattern's 6 DN";
 }
 
+TEST(WeightedReference, NoiseIsTakenAwayWhereItIsWideToo)
+{
+  SSensor stSensor;
+  stSensor.dPattern = 0;
+  const Field field(stSensor.GetPixelCount(), stSensor.dLevel);
+  const CSums bright(stSensor, field, 1);
+  const CSums dark(stSensor, Field(field.size()), 4);
+  const Field signal = MakeReference(stSensor, bright, &dark).GetSignal(stSensor);
+  const Field average = GetAverage(stSensor, bright);
+  // Blocks of 16 x 16: what the finer scales take away does not show in them.
+  SSensor stBlocks = stSensor;
+  stBlocks.nWidth /= 16;
+  stBlocks.nHeight /= 16;
+  const auto averageBlocks = [&](const Field &from) {
+    Field blocks(stBlocks.GetPixelCount());
+    for (std::size_t n = 0; n < from.size(); ++n) {
+      blocks[n / stSensor.nWidth / 16 * stBlocks.nWidth + n % stSensor.nWidth / 16] += from[n] / 256;
+    }
+    return blocks;
+  };
+  const double dBefore = GetError(stBlocks, averageBlocks(average), averageBlocks(field));
+  const double dAfter = GetError(stBlocks, averageBlocks(signal), averageBlocks(field));
+  EXPECT_LT(dAfter, 0.5 * dBefore) << dAfter << " of " << dBefore;
+}
+
 TEST(WeightedReference, FewFramesAreNeverWorseThanTheAverageWhateverThePattern)
 {
   for (const double dPattern : {0.0, 0.002, 0.01, 0.03}) {
@@ -108,6 +133,40 @@ TEST(WeightedReference, AConstantFieldStaysWhatItIs)
   }
 }
 
+TEST(WeightedReference, TheEndsOfTheScaleStayWhatTheyAre)
+{
+  SSensor stSensor;
+  stSensor.nWidth = 40;
+  stSensor.nHeight = 30;
+  stSensor.nBitDepth = 16;
+  stSensor.dDark = 0;
+  stSensor.dReadNoise = 0;
+  stSensor.dSystemGain = 0;
+  for (const double dLight : {0.0, 65535.0}) {
+    for (const uint32_t nFrames : {1U, 2U}) {
+      const SMade stMade =
+        MakeReference(stSensor, CSums(stSensor, Field(stSensor.GetPixelCount(), dLight), nFrames), nullptr);
+      ASSERT_EQ(stMade.nStatus, STATUS_SUCCESS);
+      EXPECT_EQ(stMade.listBright, std::vector<uint16_t>(stSensor.GetPixelCount(), static_cast<uint16_t>(dLight)));
+      EXPECT_EQ(stMade.stResult.dNoise, 0);
+    }
+  }
+}
+
+TEST(WeightedReference, FramesWithoutLightAreAllNoise)
+{
+  SSensor stSensor;
+  const CSums dark(stSensor, Field(stSensor.GetPixelCount()), 4);
+  stSensor.nSeed = 2;
+  stSensor.dDark = 95; // brighter frames would have a level above the dark one
+  for (const uint32_t nFrames : {1U, 2U}) {
+    const SMade stMade = MakeReference(stSensor, CSums(stSensor, Field(stSensor.GetPixelCount()), nFrames), &dark);
+    ASSERT_EQ(stMade.nStatus, STATUS_SUCCESS);
+    EXPECT_NEAR(stMade.stResult.dNoise, 3, 0.3);
+    EXPECT_LT(stMade.stResult.dDetailWeight, 0.2);
+  }
+}
+
 TEST(WeightedReference, SaturatedFramesStaySaturated)
 {
   SSensor stSensor;
@@ -162,9 +221,13 @@ TEST(WeightedReference, SamplesThatStandFurtherLeftGiveTheSame)
 {
   const SSensor stSensor;
   const Field field = stSensor.MakeField();
-  const SMade stRight = MakeReference(stSensor, CSums(stSensor, field, 2), nullptr);
-  const SMade stLeft = MakeReference(stSensor, CSums(stSensor, field, 2, 4), nullptr);
+  const Field dark(field.size());
+  const CSums rightDark(stSensor, dark, 3);
+  const CSums leftDark(stSensor, dark, 3, 4);
+  const SMade stRight = MakeReference(stSensor, CSums(stSensor, field, 2), &rightDark);
+  const SMade stLeft = MakeReference(stSensor, CSums(stSensor, field, 2, 4), &leftDark);
   EXPECT_EQ(stRight.listBright, stLeft.listBright);
+  EXPECT_EQ(stRight.listDark, stLeft.listDark);
   EXPECT_EQ(stRight.stResult.dNoise, stLeft.stResult.dNoise);
 }
 
@@ -266,11 +329,20 @@ TEST(WeightedReference, StatedCameraDataTellNoiseFromPatternToo)
   EXPECT_EQ(stMade.stResult.eNoise, ENoiseSource::Camera);
   EXPECT_GT(stMade.stResult.dDetailWeight, 0.6) << "without them it would be next to nothing";
   EXPECT_NEAR(stMade.stResult.dNoise, 23.8, 0.2) << "the dark level counts as light";
+
+  // They also tell the noise of a dark frame that is alone.
+  const CSums loneDark(stSensor, Field(field.size()), 1);
+  stInput.stDark = loneDark.Get();
+  stMade.listDark.resize(field.size());
+  ASSERT_EQ(MakeWeightedReference(stInput, stMade.listBright.data(), stMade.listDark.data(), stMade.stResult),
+            STATUS_SUCCESS);
+  EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field),
+            GetError(stSensor, GetAverage(stSensor, bright), field));
+
   // The dark noise, unless told, is that of the dark frames.
   const CSums dark(stSensor, Field(field.size()), 4);
   stInput.stDark = dark.Get();
   stInput.stCamera = SCameraNoise{0.27};
-  stMade.listDark.resize(field.size());
   ASSERT_EQ(MakeWeightedReference(stInput, stMade.listBright.data(), stMade.listDark.data(), stMade.stResult),
             STATUS_SUCCESS);
   EXPECT_NEAR(stMade.stResult.dNoise, 23.4, 0.3);
@@ -373,6 +445,18 @@ TEST(WeightedReference, WhatIsNoInputIsRefused)
   EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.pSums = nullptr; }), STATUS_INVALID_PARAM);
   EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.nShift = 5; }), STATUS_INVALID_PARAM);
   EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stDark.nFrames = 1; }), STATUS_INVALID_PARAM);
+  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stDark = stInput.stBright; }), STATUS_INVALID_PARAM)
+    << "no place for the dark reference";
+  SReferenceResult stResult;
+  EXPECT_EQ(MakeWeightedReference(stGood, nullptr, nullptr, stResult), STATUS_INVALID_PARAM);
+}
+
+TEST(WeightedReference, WhereTheNoiseIsKnownFromIsSaidInWords)
+{
+  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::Differences), "differences of the frames");
+  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::Camera), "camera data");
+  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::PhotonTransfer), "photon transfer within the frame");
+  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::AllDetail), "all fine detail of the one frame");
 }
 
 TEST(WeightedReference, WithoutMemoryItSaysSo)

@@ -104,6 +104,16 @@ TEST(SmoothImage, TheFixedPointNinthFallsShortForLargeValues)
   EXPECT_EQ(Smooth(CTestImage(5, 5, 16, 65535), false).Get(2, 2), 65519);
 }
 
+TEST(SmoothImage, WordsJustBelowAndAboveTwelveBitsAreSmoothedAlike)
+{
+  for (const int32_t nLargest : {4095, 4096, 4097, 7281, 7282}) {
+    for (const int32_t nOther : {0, nLargest}) {
+      const CTestImage image = CTestImage::MakeCells(21, 12, 16, {nLargest, nOther, nOther, nLargest});
+      EXPECT_EQ(Smooth(image, false), SmoothSlowly(image, false)) << nLargest << " beside " << nOther;
+    }
+  }
+}
+
 TEST(SmoothImage, EveryBitDepthButEightMeansWords)
 {
   const CTestImage image = MakeCheckerboard(9, 8, 16);

@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# The tests of the rooms that compute and of the plug-in under memcheck, which also sees memory that nobody has written: the optimised
+# build, as it is. "scripts/valgrind.sh PROGRAM ..." runs some of them. What is left out has large frames, or failing memory, of
+# which valgrind knows nothing; the address sanitizer runs all of it. Not in the continuous integration: it takes half an hour.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/common.sh
+
+programs=(ombrix_kernels_test ombrix_test ombrix_bandpool_test imagecalc_test reference_test frames_test quality_test
+  pluginobject_base_test pluginobject_test process_pieces_test process_test process_hostfile_test process_devicefile_test
+  process_vignettingfile_test)
+declare -A left_out=(
+)
+build=$root/build/release
+logs=$root/build/valgrind
+
+# check PROGRAM: its errors, and whether its tests pass, go to a file of its name.
+check() {
+  local start=$SECONDS status=0
+  QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 OMBRIX_THREADS=3 valgrind --quiet --error-exitcode=99 --num-callers=30 \
+    --leak-check=full --show-leak-kinds=definite --errors-for-leak-kinds=definite --fair-sched=yes \
+    --suppressions=tests/support/valgrind.supp --gen-suppressions=all --log-file="$logs/$1.errors" \
+    "$build/bin/$1" --gtest_brief=1 "--gtest_filter=-${left_out[$1]:-}" >"$logs/$1.log" 2>&1 || status=$?
+  local errors
+  errors=$(grep -c '^{' "$logs/$1.errors" || true)
+  local tests
+  tests=$(sed -n 's/^\[  \(PASSED\|FAILED\)  \] \([0-9]* tests*\).*/\2 \L\1/p' "$logs/$1.log" | paste -sd ';')
+  rm -f "$logs/$1.row"
+  if [ -z "$tests" ]; then
+    echo "$1 did not run to its end."
+    return 1
+  fi
+  printf '| `%s` | %d | %s | %s |\n' "$1" $((SECONDS - start)) "$errors" "$tests" | tee "$logs/$1.row"
+  [ "$status" -eq 0 ]
+}
+
+[ $# -eq 0 ] || programs=("$@")
+mkdir -p "$logs"
+install_packages packages.txt packages-test.txt packages-valgrind.txt
+configure_preset release -DFFC_BUILD_TESTS=ON
+cmake --build "$build" --parallel "$(nproc)" --target "${programs[@]}"
+failed=0
+for program in "${programs[@]}"; do
+  check "$program" || failed=1
+done
+[ "$failed" -eq 0 ] || echo "See $logs."
+exit "$failed"
