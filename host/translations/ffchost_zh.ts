@@ -1748,6 +1748,10 @@ Cannot be written now</source>
         <translation>单帧的全部细节：采集更多帧以保留像素自身的图案</translation>
     </message>
     <message>
+        <source>half of the fine detail of the one frame: acquire more frames to tell it from the pixels' own pattern</source>
+        <translation>这一帧的细节的一半：多采集几帧，才能与像素自身的图案区分开</translation>
+    </message>
+    <message>
         <source>Made from the acquired frames</source>
         <translation>用采集的帧制作的系数</translation>
     </message>

@@ -168,7 +168,7 @@ Result<> CMainWindow::SaveReference(const SWeightedFlat &stFlat, uint32_t nExpec
   stOrigin.strNoise = QLatin1String(reference::DescribeNoiseSource(stFlat.eNoise));
   return RunUntilFailure(
     [&] { return file.Open(); }, [&] { return file.Write(stFlat.pTable->data.GetData(), stFlat.pTable->nSize); },
-    [&] { return file.Commit(); },
+    [&] { return file.Commit(frames::ECommit::Durable); },
     [&] {
       const Result<QString> hash = frames::HashCoefficientFile(strFile);
       stOrigin.strSha256 = hash ? hash.GetValue() : QString();

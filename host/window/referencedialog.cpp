@@ -35,6 +35,9 @@ QString DescribeNoise(reference::ENoiseSource eNoise)
   case reference::ENoiseSource::Differences: return Translate("the differences of the frames");
   case reference::ENoiseSource::Camera: return Translate("camera data");
   case reference::ENoiseSource::PhotonTransfer: return Translate("photon transfer within the one frame");
+  case reference::ENoiseSource::HalfDetail:
+    return Translate(
+      "half of the fine detail of the one frame: acquire more frames to tell it from the pixels' own pattern");
   case reference::ENoiseSource::AllDetail: break;
   }
   return Translate("all fine detail of the one frame: acquire more frames to keep the pixels' own pattern");

@@ -286,7 +286,7 @@ TEST(ReferenceTileProfiles, EqualTheSlowTwinWhereALineIsNoWholeNumberOfVectors)
   }
   listSums[5 * WIDTH + 12] += 5000; // dust, in what a vector leaves over
   CTile tile;
-  tile.Load({GetPlanes(WIDTH, HEIGHT, false).front(), listSums.data(), 1, nullptr, 1}, 0, nullptr);
+  tile.Load({GetPlanes(WIDTH, HEIGHT, false).front(), listSums.data(), 1, nullptr, 1}, 0, nullptr, nullptr);
   std::vector<std::vector<double>> listLines(HEIGHT);
   std::vector<std::vector<double>> listColumns(WIDTH);
   double dDistances = 0;

@@ -23,7 +23,7 @@
 #include "host/window/imageview.h"
 #include "tests/host/window/windowfixture.h"
 #include "tools/ffc/commands.h"
-#include "tools/ffc/flat.h"
+#include "tools/ffc/correctionmarks.h"
 
 using namespace ffc::host;
 
@@ -79,7 +79,9 @@ protected:
   /// \return the hash of the coefficients
   QString FindMark(const char *pName) const
   {
-    return ffc::tool::FindCorrection(m_folder.filePath(pName), GetInfo(pName));
+    const ffc::Result<QString> correction = ffc::tool::FindCorrection(m_folder.filePath(pName), GetInfo(pName));
+    EXPECT_EQ(correction.GetError(), "");
+    return correction ? correction.GetValue() : QString();
   }
   double GetNumber(const char *pFeature) const
   {
@@ -152,12 +154,12 @@ TEST(CorrectionOfAFrame, IsMarkedAlsoWithCoefficientsThatStandInNoFile)
   SCoefficientOrigin stOrigin;
   ffc::frames::SFrameInfo stInfo;
   stInfo.mapTexts[ffc::frames::TEXT_CORRECTION] = DescribeCorrection(stOrigin);
-  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).isEmpty()) << "not known what";
+  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).GetValue().isEmpty()) << "not known what";
   stOrigin.eKind = SCoefficientOrigin::EKind::Acquired;
   stOrigin.nFrames = 4;
   stOrigin.eDarkField = ffc::quality::EDarkField::Used;
   stInfo.mapTexts[ffc::frames::TEXT_CORRECTION] = DescribeCorrection(stOrigin);
-  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).isEmpty()) << "acquired here";
+  EXPECT_FALSE(ffc::tool::FindCorrection("frame.png", stInfo).GetValue().isEmpty()) << "acquired here";
   EXPECT_TRUE(DescribeCorrection(stOrigin).contains("\"brightFrames\":4,\"darkUsed\":true"));
 }
 

@@ -24,6 +24,9 @@ public:
   /// Writes the truncated average of nFrameCount frames. \return -1012 as above
   [[nodiscard]] int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average) const;
 
+  /// The sums, one per pixel; null before they are allocated.
+  const uint32_t *GetSums() const { return reinterpret_cast<const uint32_t *>(m_sums.GetData()); }
+
 private:
   bool Holds(const SFrameFormat &stFormat) const;
 
