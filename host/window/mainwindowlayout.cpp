@@ -147,7 +147,11 @@ void CMainWindow::MakeActions()
   OfferReference();
   AddAction(pCorrection, tr("&Measure..."), Qt::CTRL + Qt::Key_M, [this] { SlotMeasure(); });
   AddAction(pCorrection, tr("Check &drift..."), Qt::CTRL + Qt::Key_D, [this] { SlotCheckDrift(); });
-  AddAction(pCorrection, tr("Save &report..."), QKeySequence::Save, [this] { SlotSaveReport(); });
+  QAction *pSaveReport =
+    AddAction(pCorrection, tr("Save &report..."), QKeySequence::Save, [this] { SlotSaveReport(); });
+  pSaveReport->setObjectName(QStringLiteral("SaveReportAction"));
+  pSaveReport->setEnabled(false);
+  connect(m_pQualityPanel, &CQualityPanel::SigReportReady, pSaveReport, &QAction::setEnabled);
   AddHelp();
 }
 

@@ -219,6 +219,7 @@ void CQualityPanel::SetBusy(bool bBusy)
   m_pMeasure->setEnabled(!bBusy);
   m_pCheckDrift->setEnabled(!bBusy);
   m_pSaveReport->setEnabled(!bBusy && CanSaveReport());
+  emit SigReportReady(m_pSaveReport->isEnabled());
   for (QWidget *pWidget : QList<QWidget *>{m_pTable, m_pFindings, m_pPictureBefore, m_pPictureAfter, m_pPictureTitle}) {
     pWidget->setEnabled(m_strStale.isEmpty());
   }

@@ -53,6 +53,7 @@ signals:
   void SigMeasure();
   void SigCheckDrift();
   void SigSaveReport();
+  void SigReportReady(bool bReady); ///< whether there is one that can be saved
 
 private:
   QLabel *AddText(const char *pName);

@@ -1,6 +1,7 @@
 /// \file
 /// The plug-in's dialog beside the window: where it stands, and what the window says of what is done in it.
 
+#include <QAction>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -146,9 +147,11 @@ TEST_F(PluginDialog, IsInFrontAgainAfterAnAcquisition)
 TEST_F(PluginDialog, FiguresAreGreyAsSoonAsTheyBelongToOtherCoefficients)
 {
   ShowCorrected();
+  EXPECT_FALSE(Find<QAction>("SaveReportAction")->isEnabled()) << "nothing was measured";
   Key(Qt::Key_M, Qt::ControlModifier);
   ASSERT_EQ(GetText("Verdict").substr(0, 5), "PASS:");
   EXPECT_TRUE(Find<QWidget>("Figures")->isEnabled());
+  EXPECT_TRUE(Find<QAction>("SaveReportAction")->isEnabled());
   ASSERT_EQ(GetDriver().AcquireBright().strBox.toStdString(), "");
   const std::string strVerdict = GetText("Verdict");
   EXPECT_EQ(strVerdict.substr(0, 12), "Measured on ");
@@ -156,6 +159,7 @@ TEST_F(PluginDialog, FiguresAreGreyAsSoonAsTheyBelongToOtherCoefficients)
   EXPECT_NE(strVerdict.find("Then: PASS:"), std::string::npos);
   EXPECT_FALSE(Find<QWidget>("Figures")->isEnabled());
   EXPECT_FALSE(Find<QWidget>("SaveReport")->isEnabled());
+  EXPECT_FALSE(Find<QAction>("SaveReportAction")->isEnabled());
   Key(Qt::Key_S, Qt::ControlModifier); // neither by its key: a file box would hold the test up
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }

@@ -102,7 +102,7 @@ TEST_F(Make, OneBrightFrameIsWeightedWithAWordAboutItsNoise)
   m_recording.Write(2, 1);
   const SToolResult stAlone = Run({"--pixel-format", "Mono12", "--json"});
   ASSERT_EQ(stAlone.nExitCode, 0) << stAlone.byteErrors.constData();
-  EXPECT_TRUE(stAlone.byteOutput.contains("Take two or more, or state --system-gain")) << stAlone.byteOutput.constData();
+  EXPECT_TRUE(stAlone.byteOutput.contains("give more frames, or --system-gain")) << stAlone.byteOutput.constData();
   const QJsonObject object = stAlone.GetObjects().at(1);
   EXPECT_EQ(object["method"].toString(), "weighted");
   EXPECT_EQ(object["noise"].toString(), "all fine detail of the one frame");

@@ -154,6 +154,9 @@ void CWhiteBalance::RestoreLampHouse(const CFeatureAccess &features) const
 {
   bool bImplemented = true;
   (void)features.IsFeatureImplemented("AWBLampHouse", bImplemented);
+  if (!bImplemented && !m_strAWBLampHouse.empty()) {
+    (void)features.IsFeatureImplemented("AWBLampHouse", bImplemented); // it was there: asked twice, as it is set twice
+  }
   if (bImplemented) {
     RestoreEntry(features, "AWBLampHouse", m_strAWBLampHouse);
   }

@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -96,7 +97,32 @@ protected:
   const std::array<double, 3> m_adUser = m_camera.m_adBalanceRatio;
 };
 
+// A node map in which one node is missing for one look-up.
+class CGap final : public GenApi::INodeMap {
+public:
+  CGap(GenApi::INodeMap &inner, const char *pMissing) : m_inner(inner), m_pMissing(pMissing) {}
+
+  GenApi::INode *GetNode(const GenICam::gcstring &strName) const override
+  {
+    return strName == m_pMissing && !std::exchange(m_bMissed, true) ? nullptr : m_inner.GetNode(strName);
+  }
+  void GetNodes(GenApi::NodeList_t &listNodes) const override { m_inner.GetNodes(listNodes); }
+
+private:
+  GenApi::INodeMap &m_inner;
+  const char *m_pMissing;
+  mutable bool m_bMissed = false;
+};
+
 } // namespace
+
+TEST_F(RestoredBalance, PutsALampHouseBackWhoseNodeIsMissingForOneLookUp)
+{
+  EXPECT_EQ(Balance(), 0);
+  CGap gap(m_map, "AWBLampHouse");
+  m_balance.Restore(CFeatureAccess(&gap));
+  EXPECT_EQ(GetEntry("AWBLampHouse"), "Fluorescence");
+}
 
 TEST_F(RestoredBalance, EndsABalanceThatLocksTheRatios)
 {
