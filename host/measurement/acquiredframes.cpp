@@ -13,7 +13,7 @@ void CAcquiredFrames::Begin(EKind eKind, uint32_t nFrames, bool bSettles)
   m_bBegun = true;
   m_eKind = eKind;
   (eKind == EKind::Dark ? m_pDark : m_pBright).reset();
-  m_pTaken = std::make_shared<SFrameSet>();
+  m_pTaken = std::make_shared<flat::SFrameSet>();
   m_nWanted = nFrames;
   m_bSettled = !bSettles;
 }

@@ -8,7 +8,7 @@
 #include <mutex>
 
 #include "camera/icamera.h"
-#include "host/flat/weightedflat.h"
+#include "flat/weightedflat.h"
 
 namespace ffc::host {
 
@@ -40,20 +40,20 @@ public:
   void Reset();
 
   /// Null: there are none.
-  std::shared_ptr<const SFrameSet> GetBright() const { return m_pBright; }
-  std::shared_ptr<const SFrameSet> GetDark() const { return m_pDark; }
+  std::shared_ptr<const flat::SFrameSet> GetBright() const { return m_pBright; }
+  std::shared_ptr<const flat::SFrameSet> GetDark() const { return m_pDark; }
 
 private:
   bool Fits(const camera::SCameraFrame &stFrame) const;
   bool IsCompleteLocked() const;
 
   const std::size_t m_nLimit;
-  std::shared_ptr<const SFrameSet> m_pBright;
-  std::shared_ptr<const SFrameSet> m_pDark;
+  std::shared_ptr<const flat::SFrameSet> m_pBright;
+  std::shared_ptr<const flat::SFrameSet> m_pDark;
   EKind m_eKind = EKind::Bright;
   bool m_bBegun = false; ///< and not finished
   std::mutex m_mutex;    ///< guards what follows
-  std::shared_ptr<SFrameSet> m_pTaken;
+  std::shared_ptr<flat::SFrameSet> m_pTaken;
   uint32_t m_nWanted = 0; ///< 0: what passes is nobody's
   bool m_bSettled = false;
 };

@@ -32,6 +32,10 @@ class QMenu;
 class QSplitter;
 class QTabWidget;
 
+namespace ffc::flat {
+struct SWeightedFlat;
+}
+
 namespace ffc::host {
 
 class CCameraPanel;
@@ -43,7 +47,6 @@ class CQualityPanel;
 class CRecordingPanel;
 class CScenePanel;
 class CStatusLine;
-struct SWeightedFlat;
 
 /// Live image, camera, scene, plots and quality of one camera with the plug-in on it. Closing it ends the program.
 ///
@@ -143,8 +146,8 @@ private:
   void OfferReference();
   QString ExplainNoReference() const;
   void NoteReferenceFrames(const SDialogOutcome &stOutcome);
-  void ShowReference(const Result<SWeightedFlat> &made, uint32_t nExpectGray);
-  Result<> SaveReference(const SWeightedFlat &stFlat, uint32_t nExpectGray, const QString &strFile);
+  void ShowReference(const Result<flat::SWeightedFlat> &made, uint32_t nExpectGray);
+  Result<> SaveReference(const flat::SWeightedFlat &stFlat, uint32_t nExpectGray, const QString &strFile);
   void MarkStale(const SDialogOutcome &stOutcome);
   void RecallCamera();
   void RememberCamera();

@@ -11,10 +11,10 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include "flat/weightedflat.h"
 #include "frames/partialfile.h"
 #include "frames/sidefile.h"
 #include "host/dialogdriver/dialogdriver.h"
-#include "host/flat/weightedflat.h"
 #include "host/viewer/featuretext.h"
 #include "host/window/referencedialog.h"
 #include "host/window/sidefilecheck.h"
@@ -25,9 +25,9 @@ namespace {
 
 /// One computation, which outlives whoever has cancelled it.
 struct SWork {
-  SFlatFrames stFrames;
+  flat::SFlatFrames stFrames;
   std::atomic<bool> bStop{false};
-  std::optional<Result<SWeightedFlat>> result; ///< of the user-interface thread
+  std::optional<Result<flat::SWeightedFlat>> result; ///< of the user-interface thread
 };
 
 /// It balances its white before the frames that count.
@@ -79,7 +79,7 @@ QString CMainWindow::ExplainNoReference() const
 
 void CMainWindow::OfferReference()
 {
-  const std::shared_ptr<const SFrameSet> pBright = m_acquired.GetBright();
+  const std::shared_ptr<const flat::SFrameSet> pBright = m_acquired.GetBright();
   if (pBright != nullptr && m_pFrame != nullptr && !m_progress.IsAcquiring() &&
       !(SFrameShape{pBright->nWidth, pBright->nHeight, pBright->pFormat->nCode} ==
         SFrameShape{m_pFrame->nWidth, m_pFrame->nHeight, m_pFrame->nPixelFormat})) {
@@ -107,7 +107,8 @@ void CMainWindow::SlotMakeReference()
                      static_cast<uint32_t>(CDialogDriver(*pDialog).GetExpectGray()),
                      std::max(1U, std::thread::hardware_concurrency())};
   const bool bStarted = m_referenceWork.Start([pWork]() -> std::function<void()> {
-    const auto pMade = std::make_shared<Result<SWeightedFlat>>(MakeWeightedFlat(pWork->stFrames, pWork->bStop));
+    const auto pMade =
+      std::make_shared<Result<flat::SWeightedFlat>>(flat::MakeWeightedFlat(pWork->stFrames, pWork->bStop));
     return [pWork, pMade] { pWork->result = *pMade; };
   });
   if (!bStarted) {
@@ -129,7 +130,7 @@ void CMainWindow::SlotMakeReference()
   }
 }
 
-void CMainWindow::ShowReference(const Result<SWeightedFlat> &made, uint32_t nExpectGray)
+void CMainWindow::ShowReference(const Result<flat::SWeightedFlat> &made, uint32_t nExpectGray)
 {
   if (!made) {
     ShowError(made.GetFailure());
@@ -153,9 +154,9 @@ void CMainWindow::ShowReference(const Result<SWeightedFlat> &made, uint32_t nExp
   LoadCoefficients(strFile);
 }
 
-Result<> CMainWindow::SaveReference(const SWeightedFlat &stFlat, uint32_t nExpectGray, const QString &strFile)
+Result<> CMainWindow::SaveReference(const flat::SWeightedFlat &stFlat, uint32_t nExpectGray, const QString &strFile)
 {
-  const std::shared_ptr<const SFrameSet> pBright = m_acquired.GetBright();
+  const std::shared_ptr<const flat::SFrameSet> pBright = m_acquired.GetBright();
   if (pBright == nullptr) {
     return Failure(tr("The frames have another size or format than the bright field: acquire it again."));
   }

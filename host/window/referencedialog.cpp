@@ -23,7 +23,7 @@ QString FormatPercent(double dPercent)
   return Translate("%1 %").arg(dPercent, 0, 'f', 2);
 }
 
-QString FormatWorth(const SWeightedFlat &stFlat)
+QString FormatWorth(const flat::SWeightedFlat &stFlat)
 {
   const double dWorth = stFlat.dNoise > 0 ? stFlat.GetWorth() : WORTH_LIMIT + 1;
   return dWorth > WORTH_LIMIT ? Translate("more than %1").arg(WORTH_LIMIT, 0, 'f', 0) : QString::number(dWorth, 'f', 0);
@@ -45,7 +45,7 @@ QString DescribeNoise(reference::ENoiseSource eNoise)
 
 } // namespace
 
-CReferenceDialog::CReferenceDialog(const SWeightedFlat &stFlat, QWidget *pParent)
+CReferenceDialog::CReferenceDialog(const flat::SWeightedFlat &stFlat, QWidget *pParent)
   : QDialog(pParent), m_pFigures(new QGridLayout)
 {
   setObjectName(QStringLiteral("ReferenceDialog"));

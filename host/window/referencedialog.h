@@ -4,7 +4,7 @@
 
 #include <QDialog>
 
-#include "host/flat/weightedflat.h"
+#include "flat/weightedflat.h"
 
 class QGridLayout;
 
@@ -15,7 +15,7 @@ class CReferenceDialog : public QDialog {
   Q_OBJECT
 
 public:
-  CReferenceDialog(const SWeightedFlat &stFlat, QWidget *pParent);
+  CReferenceDialog(const flat::SWeightedFlat &stFlat, QWidget *pParent);
 
 private:
   void AddRow(const QString &strWhat, const QString &strPlain, const QString &strWeighted);

@@ -3,10 +3,10 @@
 #include <QDateTime>
 #include <QFileInfo>
 
+#include "flat/weightedframes.h"
 #include "frames/partialfile.h"
 #include "frames/sidefile.h"
 #include "frames/wholefile.h"
-#include "host/flat/weightedframes.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "tools/ffc/commands.h"
@@ -198,14 +198,14 @@ private:
     if (!m_stOptions.bWeighted) {
       return std::nullopt;
     }
-    host::SAddedFrames stAdded{m_stFormat, m_nBayerType, m_bright.GetSums(m_stDepth), {}, {}, m_stOptions.nThreads};
+    flat::SAddedFrames stAdded{m_stFormat, m_nBayerType, m_bright.GetSums(m_stDepth), {}, {}, m_stOptions.nThreads};
     stAdded.stDark = m_stSide.bDarkUsed ? m_dark.GetSums(m_stDepth) : reference::SFrameSums{};
     if (m_stOptions.dSystemGain) {
       stAdded.stCamera = reference::SCameraNoise{*m_stOptions.dSystemGain, m_stOptions.dDarkNoise};
     }
     m_darkAverage.Release(); // before more is taken
-    host::SWeightedFrames stWeighted;
-    if (host::WeightFrames(stAdded, stWeighted) != reference::STATUS_SUCCESS) {
+    flat::SWeightedFrames stWeighted;
+    if (flat::WeightFrames(stAdded, stWeighted) != reference::STATUS_SUCCESS) {
       return STrouble{false, QStringLiteral("There is not enough memory for the weighted frames.")};
     }
     m_brightAverage = std::move(stWeighted.bright);
@@ -216,8 +216,9 @@ private:
     if (m_stWeighted.eNoise == reference::ENoiseSource::AllDetail ||
         m_stWeighted.eNoise == reference::ENoiseSource::HalfDetail) {
       m_report.Warn(
-        QStringLiteral("With one bright frame, noise and the pixels' own pattern cannot be separated: %1 counts as noise; "
-                       "give more frames, or --system-gain.")
+        QStringLiteral(
+          "With one bright frame, noise and the pixels' own pattern cannot be separated: %1 counts as noise; "
+          "give more frames, or --system-gain.")
           .arg(m_stSide.strNoise));
     }
     return std::nullopt;

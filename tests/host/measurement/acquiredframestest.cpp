@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+using namespace ffc::flat;
 using namespace ffc::host;
 
 namespace {

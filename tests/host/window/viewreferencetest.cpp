@@ -8,9 +8,10 @@
 #include <QPushButton>
 
 #include "frames/sidefile.h"
-#include "tests/host/flat/toolflat.h"
+#include "tests/flat/toolflat.h"
 #include "tests/host/window/windowfixture.h"
 
+using namespace ffc::flat;
 using namespace ffc::host;
 
 namespace {

@@ -1,4 +1,4 @@
-#include "host/flat/weightedflat.h"
+#include "flat/weightedflat.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/flat/toolflat.h"
+#include "tests/flat/toolflat.h"
 
-using namespace ffc::host;
+using namespace ffc::flat;
 
 namespace {
 

@@ -10,11 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#include "flat/weightedflat.h"
 #include "frames/ifilekind.h"
-#include "host/flat/weightedflat.h"
 #include "tools/ffc/commands.h"
 
-namespace ffc::host {
+namespace ffc::flat {
 
 inline std::string SaveFrames(const SFrameSet &stSet, const QString &strFolder)
 {
@@ -48,4 +48,4 @@ inline QByteArray MakeWithTool(const SFlatFrames &stFrames, const QTemporaryDir 
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-} // namespace ffc::host
+} // namespace ffc::flat

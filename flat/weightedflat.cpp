@@ -1,16 +1,16 @@
-#include "host/flat/weightedflat.h"
+#include "flat/weightedflat.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <utility>
 
-#include "host/flat/weightedframes.h"
+#include "flat/weightedframes.h"
 #include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
 
-namespace ffc::host {
+namespace ffc::flat {
 
 using genapi::GetLayoutName;
 using process::CFrameAccumulator;
@@ -196,4 +196,4 @@ Result<SWeightedFlat> MakeWeightedFlat(const SFlatFrames &stFrames, const std::a
   return CAcquiredFlat(stFrames, bStop).Make();
 }
 
-} // namespace ffc::host
+} // namespace ffc::flat

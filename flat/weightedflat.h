@@ -12,7 +12,7 @@
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
 #include "reference/weightedreference.h"
 
-namespace ffc::host {
+namespace ffc::flat {
 
 /// Frames of one size and format, as they came.
 struct SFrameSet {
@@ -49,4 +49,4 @@ struct SFlatFrames {
 /// \return why there is none; nothing to show after bStop
 Result<SWeightedFlat> MakeWeightedFlat(const SFlatFrames &stFrames, const std::atomic<bool> &bStop);
 
-} // namespace ffc::host
+} // namespace ffc::flat

@@ -1,10 +1,10 @@
-#include "host/flat/weightedframes.h"
+#include "flat/weightedframes.h"
 
 #include <string>
 
 #include "genapi/sensorformat.h"
 
-namespace ffc::host {
+namespace ffc::flat {
 
 using genapi::FindSensorFormat;
 using genapi::SSensorFormat;
@@ -37,4 +37,4 @@ int32_t WeightFrames(const SAddedFrames &stAdded, SWeightedFrames &stWeighted)
            : reference::STATUS_OUT_OF_MEMORY;
 }
 
-} // namespace ffc::host
+} // namespace ffc::flat

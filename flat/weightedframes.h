@@ -9,7 +9,7 @@
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 #include "reference/weightedreference.h"
 
-namespace ffc::host {
+namespace ffc::flat {
 
 /// Bright and dark frames of one format, added up.
 struct SAddedFrames {
@@ -32,4 +32,4 @@ struct SWeightedFrames {
 /// \return 0; -2 when there is no memory; -3 for a format or counts that there are not
 [[nodiscard]] int32_t WeightFrames(const SAddedFrames &stAdded, SWeightedFrames &stWeighted);
 
-} // namespace ffc::host
+} // namespace ffc::flat
