@@ -189,6 +189,7 @@ void CWorkflowSession::HoldMoment(std::optional<uint64_t> nMoment)
 SDialogAnswer CWorkflowSession::Acquire(const std::function<SDialogAnswer()> &fnPress)
 {
   m_bHolding = true;
+  HoldNextMoment(); // the camera's white balance looks at frames before the plug-in takes any
   const SDialogAnswer stAnswer = fnPress();
   m_bHolding = false;
   HoldMoment(std::nullopt);

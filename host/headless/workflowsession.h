@@ -81,7 +81,7 @@ public:
   /// Fails when the action had an error box; a red prompt becomes a note.
   Result<> Judge(const SDialogAnswer &stAnswer);
 
-  void BeginAcquisition() override { HoldNextMoment(); }
+  void BeginAcquisition() override {} // the moment is held since the button was pressed
   void CountAcquiredFrame() override { HoldNextMoment(); }
   void EndAcquisition() override {}
 
