@@ -66,8 +66,8 @@ CMarkFile::CMarkFile(const QString &strFile) : m_strPath(frames::GetMarkPath(str
 
 Result<> CMarkFile::Write(const QString &strCorrection, const SHashes &stHashes)
 {
-  QFile file(m_strPath);
-  if (file.exists()) {
+  if (QFile::exists(m_strPath)) {
+    QFile file(m_strPath); // closed before it is replaced
     Result<QByteArray> former = frames::ReadWhole(file);
     if (!former) {
       return Failure(MakeSentence(m_strPath, former.GetError()));

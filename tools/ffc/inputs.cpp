@@ -1,10 +1,14 @@
 #include "tools/ffc/inputs.h"
 
+#include <array>
+#include <cstdio>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
+#include "frames/fileio.h"
 #include "frames/ifilekind.h"
 
 namespace ffc::tool {
@@ -48,14 +52,25 @@ QStringList Expand(const QString &strName, bool bRaw)
   return listFiles;
 }
 
+/// By the language's own means: a pipe that ends is an error to a QFile on Windows.
+Result<QByteArray> ReadStandardInput()
+{
+  QByteArray byteContent;
+  std::array<char, 4096> acPart{};
+  while (const std::size_t nRead = std::fread(acPart.data(), 1, acPart.size(), stdin)) {
+    byteContent.append(acPart.data(), static_cast<int>(nRead));
+  }
+  return std::ferror(stdin) != 0 ? Result<QByteArray>(Failure("cannot be read.")) : byteContent;
+}
+
 Result<std::vector<std::string>> ReadNames(const std::string &strFile)
 {
   QFile file(QString::fromStdString(strFile));
-  const bool bOpened = strFile == "-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-  const QByteArray byteNames = bOpened ? file.readAll() : QByteArray();
-  if (file.error() != QFileDevice::NoError) {
-    return Failure("The list \"" + strFile + "\" cannot be read: " + file.errorString().toStdString() + ".");
+  const Result<QByteArray> names = strFile == "-" ? ReadStandardInput() : frames::ReadWhole(file);
+  if (!names) {
+    return Failure("The list \"" + strFile + "\" " + names.GetError());
   }
+  const QByteArray &byteNames = names.GetValue();
   std::vector<std::string> listNames;
   for (QByteArray byteName : byteNames.split(byteNames.contains('\0') ? '\0' : '\n')) {
     if (byteName.endsWith('\r')) {
