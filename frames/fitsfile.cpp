@@ -75,6 +75,7 @@ public:
   }
 
   const SFrameInfo &GetInfo() const override { return m_stHeader.stInfo; }
+  void Close() override { m_file.close(); }
 
   Result<> Read(void *pFrame, Texts *pTexts) override
   {

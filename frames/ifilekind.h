@@ -30,6 +30,8 @@ public:
   /// \param pFrame room for stLayout.GetFrameSize() bytes
   /// \param pTexts the texts of this frame; may be null
   virtual Result<> Read(void *pFrame, Texts *pTexts = nullptr) = 0;
+  /// Lets the file go, so that another one can take its place. Nothing is read after it.
+  virtual void Close() = 0;
 };
 
 /// Writes the frames of one file, which is there only when all of them are. Used by one thread at a time. Messages name

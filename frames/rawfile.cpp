@@ -42,6 +42,7 @@ public:
   }
 
   const SFrameInfo &GetInfo() const override { return m_stInfo; }
+  void Close() override { m_file.close(); }
 
   Result<> Read(void *pFrame, Texts *pTexts) override
   {

@@ -178,6 +178,7 @@ std::optional<STrouble> Transfer(frames::IFrameReader &reader, const STransfer &
   if (stTrouble) {
     return stTrouble;
   }
+  reader.Close(); // it may be this file whose place the new one takes
   if (pHashes != nullptr) {
     *pHashes = transfer.GetHashes();
   }

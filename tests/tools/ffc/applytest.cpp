@@ -366,6 +366,11 @@ TEST_F(Apply, EveryKindOfFileGivesTheSameValues)
     listArguments[2] = m_recording.Path(strKind + "-out");
     listArguments[4] = m_recording.Path(strKind + "-twice");
     EXPECT_EQ(RunTool(listArguments).nExitCode, 3) << "marked as corrected: " << strKind.toStdString();
+    listArguments[2] = m_recording.Path(strKind);
+    listArguments.erase(listArguments.begin() + 3, listArguments.begin() + 5);
+    EXPECT_EQ(RunTool(listArguments + QStringList{"--in-place"}).nExitCode, 0) << strKind.toStdString();
+    EXPECT_TRUE(ReadBytes(m_recording.Path(strKind + "/bright_2." + strKind)) == ReadBytes(strOut))
+      << "in place: " << strKind.toStdString();
   }
 }
 
