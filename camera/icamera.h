@@ -56,6 +56,7 @@ public:
   virtual Result<> Start() = 0;
   /// Stops the stream; when it returns no callback runs and none will. Does nothing when stopped.
   virtual void Stop() = 0;
+  /// From any thread.
   virtual bool IsStreaming() const = 0;
 
   /// Null for a camera that cannot be lost.

@@ -72,6 +72,7 @@ Result<> CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
   if (!result) {
     m_pStream.reset();
   }
+  m_bRunning = result.IsOk();
   return result;
 }
 
@@ -107,6 +108,7 @@ void CAravisStream::Stop()
     ReleaseElsewhere(CObjectPointer<GObject>(G_OBJECT(m_pStream.release())));
   }
   m_pStream.reset(); // ends the receiving thread
+  m_bRunning = false;
 }
 
 void CAravisStream::OnStreamEvent(void *pData, ArvStreamCallbackType eType, ArvBuffer *)

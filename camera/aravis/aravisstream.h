@@ -24,7 +24,7 @@ namespace ffc::camera {
 /// Takes complete frames from the library's receiving thread and delivers them on another, so that a receiver of
 /// frames who takes his time costs no packets. The delivered buffer is the one that the frame was received into.
 ///
-/// Start, Stop and IsRunning belong to one thread; the rest may come from any.
+/// Start and Stop are called by one thread at a time; the rest may come from any.
 class CAravisStream {
 public:
   /// Runs on the stream's thread; the buffer is the receiver's until it returns.
@@ -44,7 +44,7 @@ public:
   Result<> Start(ArvDevice *pDevice, std::size_t nPayload);
   /// When it returns no delivery runs and none will. Does nothing when stopped.
   void Stop();
-  bool IsRunning() const { return m_pStream != nullptr; }
+  bool IsRunning() const { return m_bRunning; }
 
   /// Takes effect with the next frame.
   void SetHandling(EBufferHandling eHandling) { m_eHandling = eHandling; }
@@ -79,6 +79,7 @@ private:
   Delivery m_fnDeliver;
   std::atomic<EBufferHandling> m_eHandling{EBufferHandling::OldestFirst};
   CObjectPointer<ArvStream> m_pStream;
+  std::atomic<bool> m_bRunning{false};
   std::size_t m_nBuffers = 0;
   std::thread m_thread;
   std::deque<SWaiting> m_listWaiting; ///< the stream's thread's own, as are the next

@@ -31,6 +31,7 @@ Result<> CFrameStreamer::Start()
   } catch (const std::system_error &e) {
     return Failure(std::string("The stream's thread cannot be started: ") + e.what());
   }
+  m_bStreaming = true;
   return {};
 }
 
@@ -45,6 +46,7 @@ void CFrameStreamer::Stop()
   }
   m_condition.notify_one();
   m_thread.join();
+  m_bStreaming = false;
 }
 
 void CFrameStreamer::Trigger()

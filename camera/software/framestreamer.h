@@ -2,6 +2,7 @@
 /// The thread that delivers a camera's frames.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -15,8 +16,8 @@ namespace ffc::camera {
 
 /// Calls "deliver" at the camera's rate, or once per trigger, on a thread of its own.
 ///
-/// No lock is held while a callback runs. Start, Stop and IsStreaming belong to one thread, which must
-/// not be the stream's own; Trigger and Wake may come from any.
+/// No lock is held while a callback runs. Start and Stop are called by one thread at a time, which must
+/// not be the stream's own; the rest may come from any.
 class CFrameStreamer {
 public:
   struct STiming {
@@ -36,7 +37,7 @@ public:
   Result<> Start();
   /// When it returns no delivery runs and none will. Does nothing when stopped.
   void Stop();
-  bool IsStreaming() const { return m_thread.joinable(); }
+  bool IsStreaming() const { return m_bStreaming; }
 
   /// One frame, when the stream runs triggered; triggers before Start are forgotten.
   void Trigger();
@@ -52,6 +53,7 @@ private:
   TimingQuery m_fnTiming;
   Delivery m_fnDeliver;
   std::thread m_thread;
+  std::atomic<bool> m_bStreaming{false};
   Clock::time_point m_tNext; ///< the stream thread's own
 
   std::mutex m_mutex; ///< guards what follows
