@@ -1,6 +1,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "frames/correctionmark.h"
 #include "frames/partialfile.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/contenthash.h"
@@ -86,7 +87,8 @@ private:
   /// Whether a former run ended between the mark and the frames.
   bool IsInterrupted(const QString &strFile) const
   {
-    return !FindKind(strFile, m_stOptions)->KeepsTexts() && IsMarkAhead(strFile, HashFrames(strFile, m_stOptions));
+    return !FindKind(strFile, m_stOptions)->KeepsTexts() && QFileInfo::exists(frames::GetMarkPath(strFile)) &&
+           IsMarkAhead(strFile, HashFrames(strFile, m_stOptions));
   }
 
   /// What is really there decides: the same frames, and the output that was made of them.
