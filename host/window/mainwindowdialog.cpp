@@ -174,6 +174,7 @@ void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
   if (pDialog == nullptr || GetViewer() == nullptr) {
     return;
   }
+  m_progress.EndAcquisition(); // what the plug-in reads from now on is of no acquisition
   const CDialogDriver driver(*pDialog);
   if (stOutcome.strError.isEmpty()) {
     RememberOutcome(stOutcome, driver);

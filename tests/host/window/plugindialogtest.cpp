@@ -144,6 +144,30 @@ TEST_F(PluginDialog, IsInFrontAgainAfterAnAcquisition)
   EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() == CDialogDriver::FindDialog(); }));
 }
 
+TEST_F(PluginDialog, NothingIsInFrontOfTheWindowOnceTheAcquisitionIsDone)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  Press("ShowDialog");
+  const auto fnFind = [](const char *pName) {
+    return CDialogDriver::FindDialog()->findChild<QAbstractButton *>(QLatin1String(pName));
+  };
+  QAbstractButton *pExecute = fnFind("ExecuteShadingCorrection_Button");
+  int nDone = 0;
+  const QWidget *pInFront = nullptr;
+  QObject::connect(fnFind("AcquisitionBrightFrame_Button"), &QAbstractButton::clicked, [&] {
+    ++nDone;
+    pExecute->click(); // no event has passed since the plug-in's own slot
+    pInFront = QApplication::activeModalWidget();
+  });
+  CDialogDriver driver = GetDriver();
+  driver.SetFrameCount(2);
+  ASSERT_EQ(driver.AcquireBright().strBox.toStdString(), "");
+  EXPECT_EQ(nDone, 1);
+  EXPECT_EQ(pInFront, nullptr) << "its progress box";
+  EXPECT_TRUE(WaitText("Correction", "corrected"));
+}
+
 TEST_F(PluginDialog, FiguresAreGreyAsSoonAsTheyBelongToOtherCoefficients)
 {
   ShowCorrected();
