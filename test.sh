@@ -21,10 +21,12 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/common.sh
 
-# run_ctest PRESET [CTEST OPTION ...]: with real windows, on a display of their own, which must not reset itself
-# whenever the last program closes it.
+# run_ctest PRESET [CTEST OPTION ...]: programs for Windows have one desktop whatever the displays are.
 run_ctest() {
-  xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' ctest --preset "$@"
+  case "$1" in
+    windows-*) xvfb-run -a -s "$screen" ctest --preset "$@" ;;
+    *) run_on_displays ctest --preset "$@" ;;
+  esac
 }
 
 # show_failures PRESET: what the failed tests of the last run said, last on the screen: of a program with many tests, what
@@ -88,7 +90,7 @@ soak_reliability() {
   if [ "$1" = release ]; then
     # Its tests are entries of ctest by their own names.
     LC_ALL=C.UTF-8 QT_XCB_GL_INTEGRATION=none \
-      xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' build/release/bin/reliability_test --gtest_filter="$4"
+      run_on_displays build/release/bin/reliability_test --gtest_filter="$4"
   else
     run_ctest "$1" --tests-regex '^reliability' --no-tests=error --timeout 36000 --verbose
   fi

@@ -36,3 +36,27 @@ build_preset() {
   configure_preset "$@"
   cmake --build "$root/build/$1" --parallel "$(nproc)"
 }
+
+# For Xvfb; a display must not reset itself whenever the last program closes it.
+screen='-screen 0 1600x1200x24 -noreset'
+
+# run_on_displays COMMAND ...: with real windows, on a display for the command and one more for each program with windows
+# that runs at once (tests/support/qtmain.cpp takes it), since those on one display take each other's input focus.
+run_on_displays() (
+  numbers=$(mktemp)
+  trap 'kill $(jobs -p) 2>/dev/null; rm -f "$numbers"' EXIT
+  export FFC_TEST_DISPLAYS=
+  for ((display = 0; display < $(nproc); display++)); do
+    number=
+    : >"$numbers"
+    # shellcheck disable=SC2086
+    Xvfb -displayfd 3 $screen 3>"$numbers" >/dev/null 2>&1 &
+    for ((tries = 0; tries < 100; tries++)); do
+      ! read -r number <"$numbers" || break
+      sleep 0.1
+    done
+    [ -n "$number" ] || { echo 'Xvfb does not start.' >&2; exit 1; }
+    FFC_TEST_DISPLAYS+=":$number "
+  done
+  xvfb-run -a -s "$screen" "$@"
+)

@@ -27,7 +27,7 @@ build_tests() {
 run_tests() {
   echo '== coverage: test'
   rm -rf "$build/counts"
-  LLVM_PROFILE_FILE=$build/counts/%4m.profraw xvfb-run -a -s '-screen 0 1600x1200x24 -noreset' \
+  LLVM_PROFILE_FILE=$build/counts/%4m.profraw run_on_displays \
     ctest --test-dir "$build" --parallel "$(nproc)" --output-on-failure --no-tests=error \
     --tests-regex "^($(paste -sd "|" "$build/programs"))(_baseline|_v2|_v3)?\$"
 }
