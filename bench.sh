@@ -38,6 +38,13 @@ run_batch_benchmark() {
   python3 benchmarks/table.py out/batch_benchmark.txt | tee out/batch.md
 }
 
+case "${1:-}" in
+  '' | batch) ;;
+  *)
+    sed -n '2,/^set /{s/^# \{0,1\}//;/^set /d;p}' "$0" >&2
+    exit 2
+    ;;
+esac
 mkdir -p build out
 install_packages packages.txt packages-bench.txt
 echo 'Building.' >&2
