@@ -71,7 +71,7 @@ Result<> CHostWorkflow::Execute()
   if (!result) {
     return result;
   }
-  // Success is told with the first corrected frame, through the event loop.
+  // The dialog reports success after the first corrected frame, through the event loop.
   const bool bAnswered = m_session.GetCollector().WaitUntil(
     [&] { return !driver.IsPreviewOn() || driver.ReadPrompt().strPrompt != strOldPrompt; });
   const SDialogAnswer stAnswer = driver.ReadPrompt();
@@ -173,7 +173,7 @@ Result<> CHostWorkflow::CheckReloaded(const SFramePair &stReference)
   if (!m_session.GetDriver().IsPreviewOn()) {
     return Failure("the dialog does not preview the loaded coefficients");
   }
-  // The stream is stopped: the frame thread's part is played here.
+  // The stream is stopped: no frame thread calls ProcessImage meanwhile.
   CFramePipeline &pipeline = m_session.GetViewer().GetPipeline();
   pipeline.Receive(MakeFrame(stReference.listRaw, m_session.GetFormat()));
   SFrameCopy stCopy;

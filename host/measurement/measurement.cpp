@@ -284,7 +284,7 @@ void CMeasurement::DescribeCoefficients(quality::SReport &stReport) const
   stReport.listNotes += m_stOrigin.GetNotes();
 }
 
-/// A recording that repeats itself gives less to measure than it seems to.
+/// A recording that is played in a loop has fewer different frames than were measured.
 void CMeasurement::DescribeFrames(quality::SReport &stReport) const
 {
   if (!CanCover()) {
