@@ -67,7 +67,7 @@ Result<> CHostWorkflow::Execute()
 {
   CDialogDriver &driver = m_session.GetDriver();
   const QString strOldPrompt = driver.ReadPrompt().strPrompt;
-  const Result<> result = m_session.Judge(driver.Execute());
+  Result<> result = m_session.Judge(driver.Execute());
   if (!result) {
     return result;
   }
@@ -83,7 +83,7 @@ Result<> CHostWorkflow::Execute()
 
 Result<> CHostWorkflow::MeasureScene(bool bLensCap, quality::CPairedStacks &stStacks)
 {
-  const Result<> result =
+  Result<> result =
     RunUntilFailure([&] { return m_session.PrepareMeasurement(bLensCap); },
                     [&] { return TakePairs(m_session.GetCollector(), m_session.GetFormat(), stStacks); });
   if (result && stStacks.GetRaw().GetFrameCount() == 1) {

@@ -128,7 +128,7 @@ Result<> CMeasurement::Arrange(bool bCovered)
 Result<> CMeasurement::TakeScene(bool bCovered, SScene &stScene)
 {
   const QString strStep = bCovered ? Translate("Measuring dark frames") : Translate("Measuring bright frames");
-  const Result<> arranged = Arrange(bCovered);
+  Result<> arranged = Arrange(bCovered);
   if (!arranged) {
     return arranged;
   }

@@ -99,12 +99,12 @@ Result<> CCameraSession::Open(const SSetup &stSetup)
 
 void CCameraSession::Adopt(Camera pCamera)
 {
-  const Result<> blockSize = SelectBlockSize(*pCamera, m_stSetup.nBlockSize);
+  Result<> blockSize = SelectBlockSize(*pCamera, m_stSetup.nBlockSize);
   m_pViewer = std::make_unique<CViewer>(std::move(pCamera));
   m_pViewer->SetAcquisitionObserver(m_pObserver);
   m_pViewer->SetDialogParent(m_stSetup.pWindow);
   connect(m_pViewer.get(), &CViewer::SigStreamChanged, this, &CCameraSession::SigChanged);
-  const Result<> plugin = m_pViewer->Open(m_stSetup.strModule, m_stSetup.eLanguage);
+  Result<> plugin = m_pViewer->Open(m_stSetup.strModule, m_stSetup.eLanguage);
   m_strPluginError = GetText(plugin);
   emit SigOpened();
   const Result<> result =
