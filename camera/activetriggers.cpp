@@ -58,14 +58,14 @@ std::vector<SActiveTrigger> ListActiveTriggers(GenApi::INodeMap &nodeMap)
     }
     AddSelected(nodeMap, *pSelector, &listActive);
   } catch (const GenICam::GenericException &) {
-    // What is known so far is told.
+    // What was read so far is returned.
   }
   try {
     if (Read(pSelector) != strSelected) {
       pSelector->FromString(strSelected.c_str());
     }
   } catch (const GenICam::GenericException &) {
-    // A camera that takes an entry and not the one before is lost, which is noticed elsewhere.
+    // A camera that takes one entry and then refuses the former one has been lost, which is noticed elsewhere.
   }
   return listActive;
 }

@@ -15,8 +15,8 @@ struct SActiveTrigger {
 };
 
 /// All whose TriggerMode is "On". A camera has one mode for each entry of its TriggerSelector: they are selected one
-/// after the other, and the user's again at the end; a selector that cannot be written is asked as it stands.
-/// Throws nothing: what the camera does not tell is not there.
+/// after the other, and the user's again at the end; where the selector cannot be written, only the entry
+/// that is selected is read. Throws nothing: what cannot be read is left out.
 std::vector<SActiveTrigger> ListActiveTriggers(GenApi::INodeMap &nodeMap);
 
 } // namespace ffc::camera

@@ -11,7 +11,7 @@ enum class ECorrectionMode {
   None,       ///< the camera leaves it to the host
   FlatField,  ///< dark level and gain, in small blocks
   Vignetting, ///< gain alone, in large blocks
-  Unknown,    ///< one that says its name and offers nothing
+  Unknown,    ///< one that has a name and no features
 };
 
 /// "none", "flatfield", "vignetting" or "unknown".

@@ -10,7 +10,7 @@ struct SFeatureNote {
   enum class EKind {
     Aliased,  ///< the camera has it under another name, in another unit, or as a number of another kind
     Supplied, ///< the camera has nothing of the kind; it reads as strSource, and is the host's
-    Hidden,   ///< the camera has it, and what it says would be misunderstood: strSource tells why
+    Hidden,   ///< the camera has it, but its value would be misunderstood: strSource is the reason
     Guessed,  ///< nobody stated it: strSource is a sentence that says why it is what it is
     Missing,  ///< no flat field can be taken without it
   };

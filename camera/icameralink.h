@@ -1,5 +1,5 @@
 /// \file
-/// The wire to a camera that can be unplugged.
+/// The connection to a camera that can be unplugged.
 #pragma once
 
 #include <cstdint>

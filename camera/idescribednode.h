@@ -1,12 +1,12 @@
 /// \file
-/// What a camera itself says of a feature.
+/// A camera's own description of a feature.
 #pragma once
 
 #include <string>
 
 namespace ffc::camera {
 
-/// Nodes whose camera has words for them are this too; reached by a dynamic_cast from the node.
+/// Implemented by nodes whose camera describes them; reached by a dynamic_cast from the node.
 class IDescribedNode {
 public:
   virtual ~IDescribedNode() = default;

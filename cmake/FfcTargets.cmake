@@ -31,6 +31,10 @@ if(MSVC)
   target_compile_definitions(ffc_options INTERFACE _CRT_SECURE_NO_WARNINGS)
 else()
   target_compile_options(ffc_options INTERFACE -Wall -Wextra -Wconversion -Werror)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # In a unity build also of two sources that are compiled together: a local name that another source has for the file.
+    target_compile_options(ffc_options INTERFACE -Wshadow)
+  endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     # The toolkit's way to write a key with its modifier, and a frame with its shadow.
     target_compile_options(ffc_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-enum-enum-conversion>)

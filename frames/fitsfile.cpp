@@ -62,7 +62,7 @@ public:
   Result<> Open(const QString &strPath)
   {
     m_file.setFileName(strPath);
-    const Result<> result = OpenForReading(m_file);
+    Result<> result = OpenForReading(m_file);
     if (!result) {
       return result;
     }
@@ -136,7 +136,7 @@ public:
 
   Result<> Write(const void *pFrame, const Texts &mapTexts) override
   {
-    const Result<> result = m_listFrame.empty() ? WriteHeader(mapTexts) : Result<>();
+    Result<> result = m_listFrame.empty() ? WriteHeader(mapTexts) : Result<>();
     if (!result) {
       return result;
     }

@@ -198,7 +198,7 @@ Result<> ReadAxes(CFitsKeywords &keywords, QFile &file, SFrameInfo &stInfo)
                    "CTYPE3 with the value 'FRAME'.");
   }
   const uint64_t nRest = static_cast<uint64_t>(file.size() - file.pos());
-  const Result<> result =
+  Result<> result =
     CheckFrameSize(stInfo.stLayout.nWidth, stInfo.stLayout.nHeight, stInfo.stLayout.nBytesPerSample, nRest);
   if (!result) {
     return result;
@@ -335,7 +335,7 @@ Result<QByteArray> MakeFitsHeader(const SFrameInfo &stInfo, const Texts &mapText
   }
   WriteMeaning(keywords, stInfo);
   WriteTexts(keywords, mapTexts);
-  const Result<QByteArray> cards = keywords.GetCards();
+  Result<QByteArray> cards = keywords.GetCards();
   if (!cards) {
     return cards;
   }

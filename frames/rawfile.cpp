@@ -27,7 +27,7 @@ public:
   Result<> Open(const QString &strPath)
   {
     m_file.setFileName(strPath);
-    const Result<> result = OpenForReading(m_file);
+    Result<> result = OpenForReading(m_file);
     if (!result) {
       return result;
     }
@@ -49,7 +49,7 @@ public:
     if (pTexts != nullptr) {
       pTexts->clear();
     }
-    const Result<> result = ReadExactly(m_file, pFrame, m_stInfo.stLayout.GetFrameSize());
+    Result<> result = ReadExactly(m_file, pFrame, m_stInfo.stLayout.GetFrameSize());
     if (result && SWAPS) {
       SwapSamples(pFrame, m_stInfo.stLayout);
     }

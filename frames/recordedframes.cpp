@@ -71,7 +71,7 @@ private:
     const QStringList listPatterns = ListPatterns(pScene);
     const QStringList listNames = m_dir.entryList(listPatterns, QDir::Files, QDir::Name);
     for (const QString &strName : listNames) {
-      const Result<> result = ReadFile(m_dir.filePath(strName), listFrames);
+      Result<> result = ReadFile(m_dir.filePath(strName), listFrames);
       if (!result) {
         return Failure("The file \"" + m_dir.filePath(strName).toStdString() + "\" " + result.GetError());
       }

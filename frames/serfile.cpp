@@ -80,7 +80,7 @@ public:
       return Failure("ends early.");
     }
     ++m_nRead;
-    const Result<> result = ReadExactly(m_file, pFrame, m_stInfo.stLayout.GetFrameSize());
+    Result<> result = ReadExactly(m_file, pFrame, m_stInfo.stLayout.GetFrameSize());
     if (result && m_bSwapped) {
       SwapSamples(pFrame, m_stInfo.stLayout);
     }
@@ -103,7 +103,7 @@ private:
   {
     const SLayout &stLayout = m_stInfo.stLayout;
     const uint64_t nData = static_cast<uint64_t>(m_file.size()) - SER_HEADER_SIZE;
-    const Result<> result = CheckFrameSize(stLayout.nWidth, stLayout.nHeight, stLayout.nBytesPerSample, nData);
+    Result<> result = CheckFrameSize(stLayout.nWidth, stLayout.nHeight, stLayout.nBytesPerSample, nData);
     if (result && m_stInfo.nFrames > nData / stLayout.GetFrameSize()) {
       return Failure("is too short for " + std::to_string(m_stInfo.nFrames) + " frames of " +
                      frames::Describe(stLayout) + ": it ends after " + std::to_string(nData / stLayout.GetFrameSize()) +
@@ -131,7 +131,7 @@ private:
       return {};
     }
     std::vector<uint8_t> listFrame(m_stInfo.stLayout.GetFrameSize());
-    const Result<> result = ReadExactly(m_file, listFrame.data(), listFrame.size());
+    Result<> result = ReadExactly(m_file, listFrame.data(), listFrame.size());
     if (!result) {
       return result;
     }

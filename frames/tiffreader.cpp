@@ -49,7 +49,7 @@ public:
   Result<> Open(const QString &strPath)
   {
     m_file.setFileName(strPath);
-    const Result<> result = OpenForReading(m_file);
+    Result<> result = OpenForReading(m_file);
     if (!result) {
       return result;
     }
@@ -70,7 +70,7 @@ public:
   Result<> Read(void *pFrame, Texts *pTexts) override
   {
     if (m_nRead > 0) {
-      const Result<> result = ReadNextDirectory();
+      Result<> result = ReadNextDirectory();
       if (!result) {
         return result;
       }
@@ -127,7 +127,7 @@ private:
       return m_strError.empty() ? Failure("ends early.") : Describe();
     }
     SLayout stLayout;
-    const Result<> result = CheckDirectory(stLayout);
+    Result<> result = CheckDirectory(stLayout);
     if (result && stLayout != m_stInfo.stLayout) {
       return Failure("has frames of different sizes: frame " + std::to_string(m_nRead + 1) + " is " +
                      frames::Describe(stLayout) + ", unlike the first one: " + frames::Describe(m_stInfo.stLayout) +

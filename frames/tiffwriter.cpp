@@ -19,7 +19,7 @@ public:
 
   Result<> Open()
   {
-    const Result<> result = m_file.Open();
+    Result<> result = m_file.Open();
     if (!result) {
       return result;
     }

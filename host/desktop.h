@@ -1,5 +1,5 @@
 /// \file
-/// What the program stands on: a terminal, a display, or neither.
+/// Whether the program has a terminal or a display.
 #pragma once
 
 namespace ffc::host {

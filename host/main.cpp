@@ -6,10 +6,10 @@
 
 #include "host/desktop.h"
 #include "host/headless/headlessrun.h"
+#include "host/headless/recordrun.h"
 #include "host/options/cameraopening.h"
 #include "host/options/commandline.h"
 #include "host/options/language.h"
-#include "host/headless/recordrun.h"
 #include "host/viewer/settingsrescue.h"
 #include "host/window/appearance.h"
 #include "host/window/mainwindow.h"
@@ -29,7 +29,7 @@ int Fail(const ffc::Failure &failure)
   return EXIT_FAILURE;
 }
 
-/// A run without a person prints its own lines only; the toolkit's remarks about its surroundings are none.
+/// A run without a person prints its own lines only, not the toolkit's remarks about the display and its fonts.
 void DropRemarks(QtMsgType eType, const QMessageLogContext &, const QString &strMessage)
 {
   if (eType == QtCriticalMsg || eType == QtFatalMsg) {

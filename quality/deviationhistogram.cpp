@@ -12,8 +12,8 @@ constexpr double TWO_PI = 6.283185307179586;
 /// Whole bins in so many. Pixels of a mean image lie on the edges of bins, where rounding must not move them below.
 double CountWhole(double dBins)
 {
-  constexpr double ROUNDING = 1e-6;
-  return std::floor(dBins + ROUNDING);
+  constexpr double SLACK = 1e-6;
+  return std::floor(dBins + SLACK);
 }
 
 SDeviationHistogram Count(const std::vector<double> &listValues, uint32_t nFrames)

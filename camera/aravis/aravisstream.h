@@ -21,8 +21,8 @@
 
 namespace ffc::camera {
 
-/// Takes complete frames from the library's receiving thread and delivers them on another, so that a receiver of
-/// frames who takes his time costs no packets. The delivered buffer is the one that the frame was received into.
+/// Takes complete frames from the library's receiving thread and delivers them on another, so that a slow
+/// receiver of frames costs no packets. The delivered buffer is the one that the frame was received into.
 ///
 /// Start and Stop are called by one thread at a time; the rest may come from any.
 class CAravisStream {
@@ -52,7 +52,7 @@ public:
 private:
   using Buffer = CObjectPointer<ArvBuffer>;
 
-  /// What the receiving thread tells; a lost camera's may outlive the stream.
+  /// How the receiving thread wakes the stream's; shared, because that of a lost camera may outlive the stream.
   struct SNews {
     std::mutex mutex; ///< guards what follows
     std::condition_variable condition;

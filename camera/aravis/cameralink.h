@@ -16,9 +16,9 @@ public:
   void SetLostCallback(LostCallback fnLost) override;
   SFrameLosses GetLosses() const override;
 
-  /// Tells the host, the first time.
+  /// Runs the callback, the first time; later calls do nothing.
   void MarkLost();
-  /// What is lost from now on is another stream's.
+  /// Another stream begins: its losses are added to those of the streams before.
   void BeginStream();
   /// \param stLosses of this stream, since its beginning
   void SetStreamLosses(const SFrameLosses &stLosses);

@@ -115,7 +115,7 @@ void CWhiteBalance::Process(const SCameraSettings &stSettings, const void *pFram
   const auto lock = m_deviceMap.Lock();
   const bool bSameRatios = stSettings.adBalance == m_adRatios;
   if (m_pAuto->Peek() == AUTO_OFF || !bSameRatios) {
-    return; // the user was faster than the measurement
+    return; // the user has changed the balance since the frame was exposed
   }
   AdjustTo(adSignal);
   if (m_pAuto->Peek() == AUTO_ONCE && --m_nFramesLeft <= 0) {

@@ -11,8 +11,8 @@
 
 namespace ffc::camera {
 
-/// Declares BalanceWhiteAuto, BalanceRatioSelector, BalanceRatio and AWBLampHouse, and does what
-/// BalanceWhiteAuto says on each frame: "Once" settles over a few frames and then turns itself "Off". Ratios can be
+/// Declares BalanceWhiteAuto, BalanceRatioSelector, BalanceRatio and AWBLampHouse, and does on each
+/// frame what BalanceWhiteAuto is set to: "Once" settles over a few frames and then turns itself "Off". Ratios can be
 /// written only while it is "Off".
 class CWhiteBalance {
 public:

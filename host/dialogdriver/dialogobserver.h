@@ -1,5 +1,5 @@
 /// \file
-/// What is done in the correction dialog, by whomever.
+/// What is done in the correction dialog, by the user or by the host.
 #pragma once
 
 #include <optional>

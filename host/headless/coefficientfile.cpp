@@ -40,7 +40,7 @@ Result<> CheckSavedAgain(CWorkflowSession &session)
 {
   const QTemporaryDir dir;
   const QString strAgain = dir.filePath(FILE_NAME);
-  const Result<> saved = session.Judge(session.GetDriver().SaveFile(strAgain));
+  Result<> saved = session.Judge(session.GetDriver().SaveFile(strAgain));
   if (!saved) {
     return saved;
   }

@@ -71,7 +71,7 @@ QString CDeviceWorkflow::GetSummary() const
 Result<> CDeviceWorkflow::RunUnchanged(const std::function<Result<>()> &fnAction)
 {
   const CFeatureSnapshot stBefore(GetNodeMap());
-  const Result<> result = fnAction();
+  Result<> result = fnAction();
   if (!result) {
     return result;
   }
@@ -100,7 +100,7 @@ Result<> CDeviceWorkflow::AcquireBright()
 Result<> CDeviceWorkflow::Execute()
 {
   const SDialogAnswer stAnswer = m_session.GetDriver().Execute();
-  const Result<> result = m_session.Judge(stAnswer);
+  Result<> result = m_session.Judge(stAnswer);
   if (!result) {
     return result;
   }
@@ -127,8 +127,8 @@ Result<> CDeviceWorkflow::MeasureWithPreview(bool bPreview, const char *pKind, S
 
 Result<> CDeviceWorkflow::MeasureState(SMeasurement &stMeasurement, quality::SUniformity &stUniformity)
 {
-  const Result<> result = RunUntilFailure([&] { return MeasureScene(true, stMeasurement.stDark); },
-                                          [&] { return MeasureScene(false, stMeasurement.stBright); });
+  Result<> result = RunUntilFailure([&] { return MeasureScene(true, stMeasurement.stDark); },
+                                    [&] { return MeasureScene(false, stMeasurement.stBright); });
   if (result) {
     stUniformity =
       quality::MeasureUniformity(stMeasurement.stBright, stMeasurement.stDark, m_session.GetFormat().pFormat->eLayout);

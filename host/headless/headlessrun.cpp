@@ -31,7 +31,7 @@ CHeadlessRun::CHeadlessRun(const SHeadlessOptions &stOptions, CameraFactory fnOp
 
 Result<> CHeadlessRun::Run()
 {
-  const Result<> result = m_pWorkflow->Run();
+  Result<> result = m_pWorkflow->Run();
   m_session.StopStream();
   m_session.GetProgress().Clear();
   return result;

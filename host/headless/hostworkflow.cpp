@@ -67,11 +67,11 @@ Result<> CHostWorkflow::Execute()
 {
   CDialogDriver &driver = m_session.GetDriver();
   const QString strOldPrompt = driver.ReadPrompt().strPrompt;
-  const Result<> result = m_session.Judge(driver.Execute());
+  Result<> result = m_session.Judge(driver.Execute());
   if (!result) {
     return result;
   }
-  // Success is told with the first corrected frame, through the event loop.
+  // The dialog reports success after the first corrected frame, through the event loop.
   const bool bAnswered = m_session.GetCollector().WaitUntil(
     [&] { return !driver.IsPreviewOn() || driver.ReadPrompt().strPrompt != strOldPrompt; });
   const SDialogAnswer stAnswer = driver.ReadPrompt();
@@ -83,7 +83,7 @@ Result<> CHostWorkflow::Execute()
 
 Result<> CHostWorkflow::MeasureScene(bool bLensCap, quality::CPairedStacks &stStacks)
 {
-  const Result<> result =
+  Result<> result =
     RunUntilFailure([&] { return m_session.PrepareMeasurement(bLensCap); },
                     [&] { return TakePairs(m_session.GetCollector(), m_session.GetFormat(), stStacks); });
   if (result && stStacks.GetRaw().GetFrameCount() == 1) {
@@ -173,7 +173,7 @@ Result<> CHostWorkflow::CheckReloaded(const SFramePair &stReference)
   if (!m_session.GetDriver().IsPreviewOn()) {
     return Failure("the dialog does not preview the loaded coefficients");
   }
-  // The stream is stopped: the frame thread's part is played here.
+  // The stream is stopped: no frame thread calls ProcessImage meanwhile.
   CFramePipeline &pipeline = m_session.GetViewer().GetPipeline();
   pipeline.Receive(MakeFrame(stReference.listRaw, m_session.GetFormat()));
   SFrameCopy stCopy;

@@ -35,10 +35,10 @@ CRecordRun::CRecordRun(const SHeadlessOptions &stOptions, CameraFactory fnOpenCa
 
 Result<> CRecordRun::Run()
 {
-  const Result<> result = RunSteps({{"open", [this] { return Prepare(); }},
-                                    {"coefficients", [this] { return LoadCoefficients(); }},
-                                    {"recording", [this] { return Record(); }}},
-                                   m_session.GetProgress());
+  Result<> result = RunSteps({{"open", [this] { return Prepare(); }},
+                              {"coefficients", [this] { return LoadCoefficients(); }},
+                              {"recording", [this] { return Record(); }}},
+                             m_session.GetProgress());
   m_session.StopStream();
   m_session.GetProgress().Clear();
   return result;
@@ -76,7 +76,7 @@ Result<> CRecordRun::LoadCoefficients()
 Result<> CRecordRun::Record()
 {
   const SRecordingOptions &stRecording = m_session.GetOptions().stRecording;
-  const Result<> opened = m_files.Open(m_session.GetFormat(), stRecording.nFrames);
+  Result<> opened = m_files.Open(m_session.GetFormat(), stRecording.nFrames);
   if (!opened) {
     return opened;
   }

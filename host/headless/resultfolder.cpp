@@ -33,7 +33,7 @@ Result<> CResultFolder::WritePictures(const quality::CFrameStack &stBefore, cons
                                              quality::MakeRowProfile(stAfter, eLayout), strTitle)},
   };
   for (const auto &[pName, imgPicture] : listPictures) {
-    const Result<> result = frames::SaveWholePicture(GetPath(QLatin1String(pName)), imgPicture);
+    Result<> result = frames::SaveWholePicture(GetPath(QLatin1String(pName)), imgPicture);
     if (!result) {
       return result;
     }

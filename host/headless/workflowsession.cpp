@@ -98,8 +98,8 @@ Result<> CWorkflowSession::OpenCameraInViewer()
 Result<> CWorkflowSession::OpenPlugin()
 {
   const SPluginOptions &stPlugin = m_stOptions.stPlugin;
-  const Result<> opened = m_pViewer->Open(QString::fromStdString(stPlugin.strModule),
-                                          stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English);
+  Result<> opened = m_pViewer->Open(QString::fromStdString(stPlugin.strModule),
+                                    stPlugin.bChinese ? ELanguage::Chinese : ELanguage::English);
   m_stReport.strPrograms = m_pViewer->DescribePrograms();
   return opened;
 }
@@ -139,7 +139,7 @@ Result<> CWorkflowSession::SetScene(bool bLensCap, ISceneControl::EPurpose ePurp
     pScene->SetPurpose(ePurpose);
   } else {
     m_progress.Clear();
-    const Result<> covered = m_fnAttend(bLensCap);
+    Result<> covered = m_fnAttend(bLensCap);
     if (!covered) {
       return covered;
     }
@@ -162,7 +162,7 @@ Result<> CWorkflowSession::ReadFormat()
 
 Result<> CWorkflowSession::PrepareMeasurement(bool bLensCap)
 {
-  const Result<> result = SetScene(bLensCap, ISceneControl::EPurpose::Measurement);
+  Result<> result = SetScene(bLensCap, ISceneControl::EPurpose::Measurement);
   m_progress.BeginStep(bLensCap ? "measuring dark frames" : "measuring bright frames", MEASURED_FRAMES);
   return result;
 }
@@ -190,7 +190,7 @@ SDialogAnswer CWorkflowSession::Acquire(const std::function<SDialogAnswer()> &fn
 {
   m_bHolding = true;
   HoldNextMoment(); // the camera's white balance looks at frames before the plug-in takes any
-  const SDialogAnswer stAnswer = fnPress();
+  SDialogAnswer stAnswer = fnPress();
   m_bHolding = false;
   HoldMoment(std::nullopt);
   return stAnswer;
@@ -283,9 +283,9 @@ bool CWorkflowSession::IsWithinLimit() const
 
 Result<> CWorkflowSession::SelectExpectGray()
 {
-  const Result<> result = m_stOptions.stWorkflow.nExpectGray >= 0
-                            ? Judge(m_driver->SetExpectGray(m_stOptions.stWorkflow.nExpectGray))
-                            : Result<>();
+  Result<> result = m_stOptions.stWorkflow.nExpectGray >= 0
+                      ? Judge(m_driver->SetExpectGray(m_stOptions.stWorkflow.nExpectGray))
+                      : Result<>();
   m_stReport.nExpectGray = m_driver->GetExpectGray();
   m_stReport.nExpectGrayDn = m_stReport.nExpectGray << (m_stFormat.pFormat->nBitDepth - 8);
   return result;

@@ -124,7 +124,7 @@ private:
   SStreamFormat m_stFormat;
   quality::SReport m_stReport;
   QStringList m_listAdvice;
-  QStringList m_listBrightRemarks; ///< what speaks against the bright field
+  QStringList m_listBrightRemarks; ///< reasons against using the bright field
 };
 
 } // namespace ffc::host

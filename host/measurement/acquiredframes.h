@@ -34,7 +34,7 @@ public:
   void Take(const camera::SCameraFrame &stFrame);
   /// The plug-in has stopped the stream.
   void End();
-  /// The acquisition is over. What it brought is kept where it has succeeded.
+  /// The acquisition is over. Its frames are kept where it has succeeded.
   void Finish(bool bSucceeded);
   /// Drops everything: another camera, or frames of another kind.
   void Reset();
@@ -54,7 +54,7 @@ private:
   bool m_bBegun = false; ///< and not finished
   std::mutex m_mutex;    ///< guards what follows
   std::shared_ptr<flat::SFrameSet> m_pTaken;
-  uint32_t m_nWanted = 0; ///< 0: what passes is nobody's
+  uint32_t m_nWanted = 0; ///< 0: no frames are kept
   bool m_bSettled = false;
 };
 

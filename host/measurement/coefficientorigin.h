@@ -41,7 +41,7 @@ public:
   Seen Stop();
   /// Different frames that were judged, 16 at most.
   uint32_t GetJudgedCount() const { return m_stack.GetFrameCount(); }
-  /// What speaks against them as a bright field, in sentences. After Stop.
+  /// Reasons against using them as a bright field, in sentences. After Stop.
   QStringList JudgeLight() const;
 
 private:
@@ -63,28 +63,28 @@ struct SCoefficientOrigin {
     Flash
   };
   EKind eKind = EKind::None;
-  int nAskedFrames = 0; ///< of the bright field
-  int nFrames = 0;      ///< those of them that differ from each other; 0: not known
-  int nExpectGray = -1; ///< 0 to 255; -1: not known
+  int nAskedFrames = 0;                          ///< of the bright field
+  int nFrames = 0;                               ///< those of them that differ from each other; 0: not known
+  int nExpectGray = -1;                          ///< 0 to 255; -1: not known
   QString strMethod = QStringLiteral("average"); ///< how the bright frames became a reference
   QString strNoise; ///< where their noise was known from; empty where the method does not ask
   quality::EDarkField eDarkField = quality::EDarkField::Unknown;
   QString strFile;               ///< of the coefficients, loaded or saved; empty: there is none
   QString strSha256;             ///< of that file, in hexadecimal; empty: it cannot be read
-  QStringList listBrightRemarks; ///< what speaks against the bright field
+  QStringList listBrightRemarks; ///< reasons against using the bright field
 
   bool IsRepeated() const { return nFrames < nAskedFrames; }
-  /// What a reader of figures has to know of it, in sentences.
+  /// What a reader of figures has to know about it, in sentences.
   QStringList GetNotes() const;
 };
 
 /// Follows what is done in the dialog. What its sliders show is what would be done next, not what was done.
 class CCoefficientWatch {
 public:
-  /// The plug-in takes frames; it may say so more than once for one button.
+  /// The plug-in begins to take frames, which may happen more than once for one press of a button.
   /// \param fnFrame gets the frames, too
   void BeginAcquisition(CFramePipeline &pipeline, CDifferentFrames::FnFrame fnFrame = {});
-  /// It has them, or has given up.
+  /// The plug-in has its frames, or has given up.
   void EndAcquisition();
   /// \param bByCamera the camera corrects: it keeps count and grey together with its coefficients, and the dialog shows
   ///   them after loading

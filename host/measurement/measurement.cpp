@@ -128,7 +128,7 @@ Result<> CMeasurement::Arrange(bool bCovered)
 Result<> CMeasurement::TakeScene(bool bCovered, SScene &stScene)
 {
   const QString strStep = bCovered ? Translate("Measuring dark frames") : Translate("Measuring bright frames");
-  const Result<> arranged = Arrange(bCovered);
+  Result<> arranged = Arrange(bCovered);
   if (!arranged) {
     return arranged;
   }
@@ -284,7 +284,7 @@ void CMeasurement::DescribeCoefficients(quality::SReport &stReport) const
   stReport.listNotes += m_stOrigin.GetNotes();
 }
 
-/// A recording that repeats itself gives less to measure than it seems to.
+/// A recording that is played in a loop has fewer different frames than were measured.
 void CMeasurement::DescribeFrames(quality::SReport &stReport) const
 {
   if (!CanCover()) {

@@ -55,8 +55,8 @@ void CCameraSession::Close()
   Forget();
 }
 
-/// Only what the plug-in does holds the caller. The first to ask a camera that is gone, and that nobody knows to be
-/// gone, waits for its silence: that is the worker.
+/// Only what the plug-in does keeps the caller waiting. Whoever is the first to access a camera that was unplugged
+/// waits until the library gives up: that is the worker.
 void CCameraSession::CloseLive()
 {
   if (m_pViewer != nullptr) {
@@ -99,12 +99,12 @@ Result<> CCameraSession::Open(const SSetup &stSetup)
 
 void CCameraSession::Adopt(Camera pCamera)
 {
-  const Result<> blockSize = SelectBlockSize(*pCamera, m_stSetup.nBlockSize);
+  Result<> blockSize = SelectBlockSize(*pCamera, m_stSetup.nBlockSize);
   m_pViewer = std::make_unique<CViewer>(std::move(pCamera));
   m_pViewer->SetAcquisitionObserver(m_pObserver);
   m_pViewer->SetDialogParent(m_stSetup.pWindow);
   connect(m_pViewer.get(), &CViewer::SigStreamChanged, this, &CCameraSession::SigChanged);
-  const Result<> plugin = m_pViewer->Open(m_stSetup.strModule, m_stSetup.eLanguage);
+  Result<> plugin = m_pViewer->Open(m_stSetup.strModule, m_stSetup.eLanguage);
   m_strPluginError = GetText(plugin);
   emit SigOpened();
   const Result<> result =
@@ -203,7 +203,7 @@ void CCameraSession::LookForLost()
   });
 }
 
-/// At most one at a time: a camera that does not answer is asked no more.
+/// At most one reading at a time: a camera that does not answer gets no further questions.
 void CCameraSession::ReadWatched()
 {
   if (std::exchange(m_bReading, true)) {

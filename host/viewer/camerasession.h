@@ -38,7 +38,7 @@ public:
 
   /// \param pObserver of the plug-in's acquisitions; outlives the session; null for none
   CCameraSession(IAcquisitionObserver *pObserver, QObject *pParent);
-  /// Whoever listens closes before.
+  /// Does not emit a signal any more: close the session before where somebody needs them.
   ~CCameraSession() override;
 
   /// Opens the camera, binds the plug-in and starts the stream; the camera that was open goes first. A camera without
@@ -65,7 +65,7 @@ public:
   void NoteWritten() { ++m_nEpoch; }
   /// To be called about once a second. The watched features are read; a camera that is lost is opened again when it
   /// answers, and one that streams and delivers nothing is reported.
-  /// \param bMayReopen false while something waits for the user's answer: nothing is taken from under it
+  /// \param bMayReopen false while a question to the user is open, which refers to the camera that is there
   /// \return false when the camera is lost, or was opened again just now
   bool Watch(bool bMayReopen);
 

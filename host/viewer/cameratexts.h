@@ -1,5 +1,5 @@
 /// \file
-/// What there is to say about a camera, in the language of the program.
+/// Texts about a camera, in the language of the program.
 #pragma once
 
 #include <vector>

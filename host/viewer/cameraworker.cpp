@@ -52,7 +52,7 @@ void CCameraWorker::RunLive(const std::function<void()> &fnWork)
     try {
       fnWork();
     } catch (const std::bad_alloc &) {
-      // Whoever asked has no result.
+      // There is no result to hand over.
     }
     bDone = true;
     return nullptr;

@@ -8,8 +8,8 @@
 
 namespace ffc::host {
 
-/// The rooms below know no language but English: a text that they are known to give is translated, with what it says of
-/// files and numbers; any other is shown as it is. Begins with a capital.
+/// The folders below the host have English texts only. Those that are known are translated, with the names and numbers
+/// in them; any other is shown as it is. Begins with a capital.
 QString TranslateError(const std::string &strError);
 QString TranslateError(const QString &strError);
 

@@ -1,5 +1,5 @@
 /// \file
-/// What a camera says of its features at one moment.
+/// The state of a camera's features at one moment.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,7 @@ struct SFeatureState {
   QStringList listEntries; ///< of an enumeration: those that can be selected now
 };
 
-/// Reads one feature; of one that there is not, nothing is readable. From any thread that may use the map.
+/// Reads one feature; one that does not exist is not readable. From any thread that may use the map.
 SFeatureState ReadFeatureState(GenApi::INodeMap &nodeMap, const std::string &strName);
 
 /// By name.

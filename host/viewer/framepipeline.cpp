@@ -82,7 +82,7 @@ void CFramePipeline::Serve(const SProcessedFrame &stFrame)
   }
 }
 
-/// In the mailbox's second place. Memory that is short leaves it empty.
+/// As the second frame of the mailbox, which stays empty where memory is short.
 void CFramePipeline::KeepLatestRaw(const SCameraFrame &stFrame)
 {
   std::shared_ptr<SFrameCopy> &pRaw = m_stLatest.pRaw;

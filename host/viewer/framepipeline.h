@@ -60,7 +60,7 @@ private:
 
 /// Passes every frame through ProcessImage, keeps the latest, counts, and hands out frames on request.
 ///
-/// A frame that has not one sample of the sensor for each pixel, such as RGB, passes the plug-in by.
+/// A frame that has not one sample of the sensor for each pixel, such as RGB, is not handed to the plug-in.
 /// An output buffer is looked at only when the plug-in has set its flag: otherwise the raw frame stands for
 /// the frame. A raw frame is copied once, into the mailbox of the display; a corrected one never: its buffer
 /// changes places with the mailbox's; what it was made of is copied on request. A display that is slow finds its

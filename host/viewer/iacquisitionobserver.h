@@ -1,5 +1,5 @@
 /// \file
-/// Who wants to know how far an acquisition of the plug-in is.
+/// Following the progress of the plug-in's acquisitions.
 #pragma once
 
 namespace ffc::host {

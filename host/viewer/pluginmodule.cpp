@@ -51,7 +51,7 @@ QString CPluginModule::Describe() const
     return {};
   }
   const QString strPath = m_library.fileName();
-  const QString strName = QFileInfo(strPath).fileName();
+  QString strName = QFileInfo(strPath).fileName();
   uint16_t anVersion[4] = {};
   std::string strError;
   if (!platform::QueryModuleFileVersion(QFile::encodeName(strPath).toStdString(), anVersion, strError)) {

@@ -44,7 +44,7 @@ Result<> CViewer::Open(const QString &strPluginPath, ELanguage eLanguage)
 {
   StopStream();
   Release();
-  const Result<> loaded = m_module.Load(strPluginPath.isEmpty() ? CPluginModule::GetDefaultPath() : strPluginPath);
+  Result<> loaded = m_module.Load(strPluginPath.isEmpty() ? CPluginModule::GetDefaultPath() : strPluginPath);
   if (!loaded) {
     return loaded;
   }

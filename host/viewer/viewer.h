@@ -32,9 +32,8 @@ public:
   /// \param pObserver outlives the viewer; null for none. Set before Open.
   void SetAcquisitionObserver(IAcquisitionObserver *pObserver) { m_pObserver = pObserver; }
 
-  /// \param pWindow the plug-in's dialog stands over it, and goes with it; outlives the viewer; null for none. Set
-  /// before
-  ///   Open.
+  /// \param pWindow the plug-in's dialog stands over it, and closes with it; outlives the
+  ///   viewer; null for none. Set before Open.
   void SetDialogParent(QWidget *pWindow) { m_pDialogParent = pWindow; }
 
   /// Loads the module and binds its plug-in to the camera.
@@ -51,7 +50,7 @@ public:
   void HideDialog();
   bool IsDialogVisible() const;
   bool HasPlugin() const { return m_bInitialized; }
-  /// What the plug-in says of itself: it corrects live frames, or its dialog is visible.
+  /// As the plug-in reports it: it corrects live frames, or its dialog is visible.
   bool IsPluginInUse() const;
   /// Names and versions of host and module.
   QString DescribePrograms() const;

@@ -112,7 +112,7 @@ private:
   {
     const QString strMarkPath = frames::GetMarkPath(m_strFile);
     const bool bMarkBeside = !m_kind.KeepsTexts() && m_bCorrected;
-    const Result<> committed = RunUntilFailure(
+    Result<> committed = RunUntilFailure(
       [&] { return bMarkBeside ? frames::SaveWholeFile(strMarkPath, m_stOrigin.strMark.toUtf8() + '\n') : Result<>(); },
       [&] { return m_pWriter->Commit(); });
     m_pWriter.reset();

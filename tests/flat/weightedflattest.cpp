@@ -96,7 +96,7 @@ TEST_P(WeightedFlat, IsWhatTheToolMakesOfTheSameFrames)
 INSTANTIATE_TEST_SUITE_P(Formats, WeightedFlat,
                          testing::Values(SCase{"Mono8", 4, 0, 1}, SCase{"Mono12", 1, -1, 0},
                                          SCase{"BayerRG10", 2, 0, 1}, SCase{"BayerGB16", 4, 0.3, 0}),
-                         [](const testing::TestParamInfo<SCase> &info) { return std::string(info.param.pFormat); });
+                         [](const testing::TestParamInfo<SCase> &stInfo) { return std::string(stInfo.param.pFormat); });
 
 TEST(WeightedFlatFigures, AreTheErrorsThatTheReferencesReallyHave)
 {

@@ -20,12 +20,9 @@ struct SFrameTarget {
   void (*fnRun)(const uint8_t *pData, std::size_t nSize);
 };
 
-constexpr SFrameTarget TARGETS[] = {{"tifffile", FuzzTiffFile},
-                                    {"fitsfile", FuzzFitsFile},
-                                    {"serfile", FuzzSerFile},
-                                    {"rawfile", FuzzRawFile},
-                                    {"sidefile", FuzzSideFile},
-                                    {"defectlist", FuzzDefectList}};
+constexpr SFrameTarget TARGETS[] = {{"tifffile", FuzzTiffFile}, {"fitsfile", FuzzFitsFile},
+                                    {"serfile", FuzzSerFile},   {"rawfile", FuzzRawFile},
+                                    {"sidefile", FuzzSideFile}, {"defectlist", FuzzDefectList}};
 
 void Feed(const SFrameTarget &stTarget, const QByteArray &byteInput)
 {
@@ -110,4 +107,4 @@ TEST_P(FuzzFrameFiles, DamagedFilesAreReadOrRefused)
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, FuzzFrameFiles, testing::ValuesIn(TARGETS),
-                         [](const auto &info) { return std::string(info.param.pName); });
+                         [](const auto &stInfo) { return std::string(stInfo.param.pName); });

@@ -78,4 +78,4 @@ TEST_P(FuzzRegression, AnEmptyInputIsOne)
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, FuzzRegression, testing::ValuesIn(TARGETS),
-                         [](const auto &info) { return std::string(info.param.pName); });
+                         [](const auto &stInfo) { return std::string(stInfo.param.pName); });

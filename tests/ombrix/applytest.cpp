@@ -137,9 +137,9 @@ TEST_P(OmbrixApply, UnalignedBuffersGiveTheSameFrameAndNothingIsWrittenAroundIt)
 }
 
 INSTANTIATE_TEST_SUITE_P(AllDepths, OmbrixApply, testing::Combine(testing::Range(8U, 17U), testing::Bool()),
-                         [](const auto &info) {
-                           return std::to_string(std::get<0>(info.param)) + "Bit" +
-                                  (std::get<1>(info.param) ? "WithDark" : "WithoutDark");
+                         [](const auto &stInfo) {
+                           return std::to_string(std::get<0>(stInfo.param)) + "Bit" +
+                                  (std::get<1>(stInfo.param) ? "WithDark" : "WithoutDark");
                          });
 
 TEST(OmbrixApplyExamples, AProductIsRoundedHalfUp)

@@ -92,9 +92,9 @@ TEST_P(OmbrixCompute, EverySmallSizeEqualsTheReference)
 }
 
 INSTANTIATE_TEST_SUITE_P(AllDepths, OmbrixCompute, testing::Combine(testing::Range(8U, 17U), testing::Bool()),
-                         [](const auto &info) {
-                           return std::to_string(std::get<0>(info.param)) + "Bit" +
-                                  (std::get<1>(info.param) ? "WithDark" : "WithoutDark");
+                         [](const auto &stInfo) {
+                           return std::to_string(std::get<0>(stInfo.param)) + "Bit" +
+                                  (std::get<1>(stInfo.param) ? "WithDark" : "WithoutDark");
                          });
 
 TEST(OmbrixComputeExamples, AllPairsOfEightBitValuesEqualTheReference)

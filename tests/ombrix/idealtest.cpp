@@ -80,4 +80,4 @@ TEST_P(OmbrixIdeal, ResultsAreWithinOneGreyValueForGainsFromASixteenthToSixteen)
 }
 
 INSTANTIATE_TEST_SUITE_P(CameraDepths, OmbrixIdeal, testing::Values(8U, 10U, 12U),
-                         [](const auto &info) { return std::to_string(info.param) + "Bit"; });
+                         [](const auto &stInfo) { return std::to_string(stInfo.param) + "Bit"; });

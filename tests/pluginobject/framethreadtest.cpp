@@ -176,4 +176,4 @@ TEST_P(FrameThread, HammersProcessImageWhileTheUserDoesEverything)
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, FrameThread, ::testing::Values("Mono12", "BayerRG12"),
-                         [](const auto &info) { return std::string(info.param); });
+                         [](const auto &stInfo) { return std::string(stInfo.param); });

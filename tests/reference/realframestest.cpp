@@ -56,4 +56,4 @@ TEST_P(RealFramesWithDust, OneFrameIsEnough)
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, RealFramesWithDust, testing::Bool(),
-                         [](const auto &info) { return info.param ? "Hard" : "Soft"; });
+                         [](const auto &stInfo) { return stInfo.param ? "Hard" : "Soft"; });

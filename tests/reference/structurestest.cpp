@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
                [](uint32_t nX, uint32_t) { return nX >= 92 && nX < 100; }, 0.7},
     SStructure{"SeamOfFourTaps", [](uint32_t nX, uint32_t nY) { return (nX < 96) == (nY < 80) ? 1.0 : 1.03; },
                [](uint32_t nX, uint32_t nY) { return (nX >= 92 && nX < 100) || (nY >= 76 && nY < 84); }, 1.01}),
-  [](const auto &info) { return std::string(info.param.pName); });
+  [](const auto &stInfo) { return std::string(stInfo.param.pName); });
 
 class LonePixels : public testing::TestWithParam<uint32_t> {};
 

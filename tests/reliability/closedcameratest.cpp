@@ -363,7 +363,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, ClosedCamera,
                          testing::Combine(testing::Values(EMode::Host, EMode::FlatField, EMode::Vignetting),
                                           testing::Values(EEnd::Uninitialise, EEnd::UninitialiseAndParent, EEnd::Parent,
                                                           EEnd::Reopen, EEnd::Destroy)),
-                         [](const auto &info) {
-                           return std::string(GetName(std::get<0>(info.param))) +
-                                  END_NAMES[static_cast<std::size_t>(std::get<1>(info.param))];
+                         [](const auto &stInfo) {
+                           return std::string(GetName(std::get<0>(stInfo.param))) +
+                                  END_NAMES[static_cast<std::size_t>(std::get<1>(stInfo.param))];
                          });

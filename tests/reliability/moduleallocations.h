@@ -7,10 +7,10 @@
 
 /// Counts the allocations that the loaded module and its image library make on this thread, and fails one of them.
 ///
-/// Theirs is an allocation whose caller lies in them; where the caller is the C++ library (a string that grows), the
-/// first one outside of it counts. So the toolkit, which ends the program without memory, and the test itself are
-/// spared. The program's own operators new stand in place of the C++ library's for all modules; the module's way to
-/// calloc is bent in its table of imports.
+/// Theirs is an allocation whose caller lies in them; where the caller is the C++ library (a string that grows) or
+/// one of its templates, the first one outside of it counts. So the toolkit, which ends the program without memory, and
+/// the test itself are spared. The program's own operators new stand in place of the C++ library's for all modules; the
+/// module's way to calloc is bent in its table of imports.
 class CModuleAllocations {
 public:
   enum class EWhose {

@@ -22,6 +22,7 @@ struct SRange {
 // Fixed before the first count.
 std::vector<SRange> s_listOwn;
 std::vector<SRange> s_listLibrary;
+std::vector<SRange> s_listProgram;
 
 thread_local bool t_bCounting = false;
 thread_local bool t_bEverybody = false;
@@ -39,6 +40,29 @@ bool IsWithin(const std::vector<SRange> &listRanges, uintptr_t nAddress)
   return false;
 }
 
+// Whether a mangled name begins in namespace std, or in the one that the C++ library has beside it.
+bool IsLibraryName(const char *pName)
+{
+  if (std::strncmp(pName, "_Z", 2) != 0) {
+    return false;
+  }
+  pName += 2;
+  pName += *pName == 'N' ? 1 : 0;
+  pName += *pName == 'K' ? 1 : 0;
+  return (pName[0] == 'S' && pName[1] >= 'a' && pName[1] <= 'z') || std::strncmp(pName, "9__gnu_cxx", 10) == 0;
+}
+
+// The C++ library's templates are shared by all modules: where they are not inlined, the module calls the program's.
+bool IsLibraryCode(uintptr_t nAddress)
+{
+  if (IsWithin(s_listLibrary, nAddress)) {
+    return true;
+  }
+  Dl_info stInfo{};
+  return IsWithin(s_listProgram, nAddress) && dladdr(reinterpret_cast<void *>(nAddress), &stInfo) != 0 &&
+         stInfo.dli_sname != nullptr && IsLibraryName(stInfo.dli_sname);
+}
+
 struct SWalk {
   bool bInLibrary = false;
   bool bOwn = false;
@@ -48,7 +72,7 @@ _Unwind_Reason_Code LookAtFrame(_Unwind_Context *pContext, void *pArgument)
 {
   auto &stWalk = *static_cast<SWalk *>(pArgument);
   const auto nAddress = static_cast<uintptr_t>(_Unwind_GetIP(pContext));
-  if (IsWithin(s_listLibrary, nAddress)) {
+  if (IsLibraryCode(nAddress)) {
     stWalk.bInLibrary = true;
     return _URC_NO_REASON;
   }
@@ -62,7 +86,7 @@ _Unwind_Reason_Code LookAtFrame(_Unwind_Context *pContext, void *pArgument)
 bool IsOwn(const void *pCaller)
 {
   const auto nCaller = reinterpret_cast<uintptr_t>(pCaller);
-  if (!IsWithin(s_listLibrary, nCaller)) {
+  if (!IsLibraryCode(nCaller)) {
     return IsWithin(s_listOwn, nCaller);
   }
   SWalk stWalk;
@@ -104,14 +128,14 @@ void *TakeZeroed(std::size_t nCount, std::size_t nSize)
 }
 
 struct SSearch {
-  const char *pPart;
+  const char *pPart; // of the file's name; empty: the program, whose name is empty too
   std::vector<SRange> *pListRanges;
 };
 
 int AddCode(dl_phdr_info *pInfo, std::size_t, void *pArgument)
 {
   const auto &stSearch = *static_cast<SSearch *>(pArgument);
-  if (std::strstr(pInfo->dlpi_name, stSearch.pPart) != nullptr) {
+  if (*stSearch.pPart == 0 ? *pInfo->dlpi_name == 0 : std::strstr(pInfo->dlpi_name, stSearch.pPart) != nullptr) {
     for (int n = 0; n < pInfo->dlpi_phnum; ++n) {
       const auto &stPart = pInfo->dlpi_phdr[n];
       if (stPart.p_type == PT_LOAD && (stPart.p_flags & PF_X) != 0) {
@@ -220,7 +244,7 @@ std::string CModuleAllocations::Watch(const std::string &strModule)
     return "the module is not loaded";
   }
   if (!FindCode("FlatFieldCorrection.plx", s_listOwn) || !FindCode("libOmbrix", s_listOwn) ||
-      !FindCode("libstdc++", s_listLibrary)) {
+      !FindCode("libstdc++", s_listLibrary) || !FindCode("", s_listProgram)) {
     return "no code found";
   }
   return BendImport(*pMap, "calloc", reinterpret_cast<void *>(&TakeZeroed)) ? std::string()

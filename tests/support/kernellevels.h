@@ -27,9 +27,9 @@ std::vector<platform::EInstructionLevel> GetTestableLevels(const TKernels *(&fnF
 }
 
 /// Names a test by its level.
-inline std::string GetLevelTestName(const testing::TestParamInfo<platform::EInstructionLevel> &info)
+inline std::string GetLevelTestName(const testing::TestParamInfo<platform::EInstructionLevel> &stInfo)
 {
-  return platform::GetInstructionLevelName(info.param);
+  return platform::GetInstructionLevelName(stInfo.param);
 }
 
 } // namespace ffc::test

@@ -51,7 +51,7 @@ public:
                              : QDir(QString::fromStdString(m_stOptions.strOut)).filePath(QFileInfo(strFile).fileName());
     QString strStatus = QStringLiteral("corrected");
     uint64_t nFrames = 0;
-    const std::optional<STrouble> stTrouble = Process(strFile, strOut, nThreads, &strStatus, &nFrames);
+    std::optional<STrouble> stTrouble = Process(strFile, strOut, nThreads, &strStatus, &nFrames);
     if (stTrouble) {
       m_report.AddTrouble(strFile, *stTrouble);
       return;
@@ -151,8 +151,7 @@ private:
       };
     }
     SHashes stHashes;
-    const std::optional<STrouble> stTrouble =
-      Transfer(reader, stTransfer, m_pManifest == nullptr ? nullptr : &stHashes);
+    std::optional<STrouble> stTrouble = Transfer(reader, stTransfer, m_pManifest == nullptr ? nullptr : &stHashes);
     if (stTrouble) {
       mark.TakeBack();
     }

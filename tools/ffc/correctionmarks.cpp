@@ -76,7 +76,7 @@ Result<> CMarkFile::Write(const QString &strCorrection, const SHashes &stHashes)
   }
   QJsonObject object = QJsonDocument::fromJson(strCorrection.toUtf8()).object();
   object[FRAMES_HASH] = stHashes.strRead;
-  const Result<> saved = frames::SaveWholeFile(m_strPath, frames::ToLine(object).toUtf8() + '\n');
+  Result<> saved = frames::SaveWholeFile(m_strPath, frames::ToLine(object).toUtf8() + '\n');
   m_bWritten = saved.IsOk();
   return saved;
 }

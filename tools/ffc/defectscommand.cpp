@@ -57,7 +57,7 @@ private:
       return STrouble{false, QString::fromStdString(listFiles.GetError())};
     }
     for (const QString &strFile : listFiles.GetValue()) {
-      const std::optional<STrouble> stTrouble = ReadFile(strFile, stack);
+      std::optional<STrouble> stTrouble = ReadFile(strFile, stack);
       if (stTrouble) {
         return stTrouble;
       }

@@ -50,7 +50,7 @@ std::optional<STrouble> CFlat::Load(const QString &strPath, const SOptions &stOp
     return STrouble{false, MakeSentence(strPath, "cannot be read.")};
   }
   m_strSha256 = HashTable(m_table.GetData(), m_table.GetSize());
-  const std::optional<STrouble> stSideTrouble = LoadSide(strPath);
+  std::optional<STrouble> stSideTrouble = LoadSide(strPath);
   if (stSideTrouble) {
     return stSideTrouble;
   }

@@ -73,7 +73,7 @@ std::optional<STrouble> CStackReader::AddFrame(const QString &strFile, const fra
     frames::ShiftRight(listFrame.data(), stInfo.stLayout, nShift);
   }
   if (stStacks.stackRaw.GetFrameCount() == 0) {
-    const std::optional<STrouble> stTrouble = Prepare(stInfo, nBitDepth, stStacks);
+    std::optional<STrouble> stTrouble = Prepare(stInfo, nBitDepth, stStacks);
     if (stTrouble) {
       return stTrouble;
     }

@@ -116,7 +116,7 @@ Result<QStringList> ListInputs(const SOptions &stOptions)
     }
     listNames.insert(listNames.end(), listMore.GetValue().begin(), listMore.GetValue().end());
   }
-  const Result<QStringList> listAll = ListFiles(listNames, stOptions.raw.has_value());
+  Result<QStringList> listAll = ListFiles(listNames, stOptions.raw.has_value());
   if (!listAll) {
     return listAll;
   }

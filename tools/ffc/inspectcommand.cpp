@@ -99,7 +99,7 @@ private:
   std::optional<STrouble> InspectFlat(const QString &strFile)
   {
     CFlat flat;
-    const std::optional<STrouble> stTrouble = flat.Load(strFile, m_stOptions);
+    std::optional<STrouble> stTrouble = flat.Load(strFile, m_stOptions);
     if (stTrouble) {
       return stTrouble;
     }

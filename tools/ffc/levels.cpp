@@ -67,7 +67,7 @@ std::optional<STrouble> MeasureLevels(const std::vector<QStringList> &listLevels
 {
   for (const QStringList &listFiles : listLevels) {
     SStacks stBright;
-    const std::optional<STrouble> stTrouble = reader.Read(listFiles, stBright);
+    std::optional<STrouble> stTrouble = reader.Read(listFiles, stBright);
     if (stTrouble) {
       return stTrouble;
     }

@@ -50,7 +50,7 @@ public:
     for (const FnStep fnStep : {&CFlatMaker::CheckOutput, &CFlatMaker::ReadFrames, &CFlatMaker::DecideFormat,
                                 &CFlatMaker::AverageFrames, &CFlatMaker::JudgeBright, &CFlatMaker::JudgeDark,
                                 &CFlatMaker::WeightFrames, &CFlatMaker::Compute, &CFlatMaker::Save}) {
-      const std::optional<STrouble> stTrouble = (this->*fnStep)();
+      std::optional<STrouble> stTrouble = (this->*fnStep)();
       if (stTrouble) {
         return stTrouble;
       }

@@ -44,7 +44,7 @@ std::optional<STrouble> CReferenceStack::Read(const QStringList &listFiles, cons
                                               const frames::SFrameInfo *pLike)
 {
   for (const QString &strFile : listFiles) {
-    const std::optional<STrouble> stTrouble = ReadFile(strFile, stOptions, m_nFrames == 0 ? pLike : &m_stInfo);
+    std::optional<STrouble> stTrouble = ReadFile(strFile, stOptions, m_nFrames == 0 ? pLike : &m_stInfo);
     if (stTrouble) {
       return stTrouble;
     }

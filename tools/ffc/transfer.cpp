@@ -174,7 +174,7 @@ std::optional<STrouble> Transfer(frames::IFrameReader &reader, const STransfer &
     return STrouble{false, QString::fromStdString(writer.GetError())};
   }
   CFrameTransfer transfer(stTransfer, reader, *writer.GetValue(), pHashes != nullptr || stTransfer.fnBeforeCommit);
-  const std::optional<STrouble> stTrouble = transfer.Run();
+  std::optional<STrouble> stTrouble = transfer.Run();
   if (stTrouble) {
     return stTrouble;
   }

@@ -36,7 +36,7 @@ CAravisEnumeration::CAravisEnumeration(ArvGcFeatureNode *pNode, std::string strN
         std::make_unique<CAravisEnumEntry>(pEntry, m_core.Guard().GetName(), pSymbolic, nValue, state));
     }
   }
-  // The library puts each one before the last.
+  // The library lists them in reverse order.
   std::reverse(m_listEntries.begin(), m_listEntries.end());
 }
 

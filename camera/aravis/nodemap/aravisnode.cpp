@@ -15,7 +15,7 @@ bool IsDeviceError(const GError *pError, ArvDeviceError eCode)
   return g_error_matches(pError, ARV_DEVICE_ERROR, eCode) != FALSE;
 }
 
-/// The library has asked several times before it says so.
+/// The camera does not answer: the library has asked it several times before it reports that.
 bool IsSilence(const GError *pError)
 {
   return IsDeviceError(pError, ARV_DEVICE_ERROR_TIMEOUT) || IsDeviceError(pError, ARV_DEVICE_ERROR_NOT_CONNECTED);

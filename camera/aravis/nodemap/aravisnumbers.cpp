@@ -70,7 +70,7 @@ void CAravisFloat::SetValue(double dValue, bool bVerify)
   m_core.Call([&](GError **ppError) { SetNearestValue(m_pFloat, dValue, ppError); });
 }
 
-/// A limit that went through single precision may have moved beyond itself; it still means the limit.
+/// A limit that was rounded to single precision may lie outside the range; it counts as the limit itself.
 double CAravisFloat::CheckRange(double dValue)
 {
   const double dMin = GetMin();

@@ -16,7 +16,7 @@ EAccessMode MakeMode(bool bReadable, bool bWritable)
   return bWritable ? GenApi::WO : GenApi::NA;
 }
 
-/// What two nodes allow that are passed one after the other.
+/// The access to a value that is reached through both nodes.
 EAccessMode Combine(EAccessMode eFirst, EAccessMode eSecond)
 {
   if (!GenApi::IsImplemented(eFirst) || !GenApi::IsImplemented(eSecond)) {

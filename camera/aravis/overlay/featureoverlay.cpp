@@ -165,7 +165,7 @@ void CFeatureOverlay::AddExposureTime()
   }
 }
 
-/// The plug-in reads it; what it says is of no consequence, and so may be raw steps.
+/// The plug-in reads it and does not use its value, which may therefore be in raw steps.
 void CFeatureOverlay::AddGain()
 {
   for (const auto &[pName, pUnitText] :
@@ -213,8 +213,8 @@ void CFeatureOverlay::AddColorFilter()
   m_listOwn.push_back(std::move(pOwn));
 }
 
-/// Only what is read before the bright field and written back after it: its unit is of no consequence. Without the
-/// ratios, the white balance is the camera's own affair.
+/// Only what is read before the bright field and written back after it: its unit does not matter. Without the
+/// ratios, the white balance is left to the camera.
 void CFeatureOverlay::AddBalanceRatio()
 {
   if (FindThere("BalanceWhiteAuto") == nullptr) {

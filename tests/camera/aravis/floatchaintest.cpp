@@ -67,9 +67,9 @@ protected:
   CMemoryDevice m_device;
 };
 
-std::string GetChainName(const testing::TestParamInfo<SChain> &info)
+std::string GetChainName(const testing::TestParamInfo<SChain> &stInfo)
 {
-  return info.param.pName;
+  return stInfo.param.pName;
 }
 
 } // namespace

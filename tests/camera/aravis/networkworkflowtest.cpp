@@ -82,7 +82,7 @@ TEST_P(NetworkWorkflowInFormat, DarkBrightExecuteAndPreviewGiveAFlatImage)
 INSTANTIATE_TEST_SUITE_P(Formats, NetworkWorkflowInFormat,
                          testing::Values(std::pair("Mono8", 0x01080001U), std::pair("Mono16", 0x01100007U),
                                          std::pair("BayerRG8", 0x01080009U), std::pair("BayerRG16", 0x0110002FU)),
-                         [](const auto &info) { return std::string(info.param.first); });
+                         [](const auto &stInfo) { return std::string(stInfo.param.first); });
 
 /// A camera that nobody here wrote, with an exposure time and a gain from before the present names and nothing else
 /// that the plug-in asks for. Its picture, a ramp that moves, is black at a tenth of its exposure time.

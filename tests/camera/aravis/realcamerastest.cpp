@@ -239,7 +239,7 @@ TEST_P(RealCamerasThatLosePackets, EveryLostFrameIsCountedAndSaidToBeLost)
 }
 
 INSTANTIATE_TEST_SUITE_P(PerMille, RealCamerasThatLosePackets, testing::Values(5U, 50U, 500U),
-                         [](const auto &info) { return std::to_string(info.param); });
+                         [](const auto &stInfo) { return std::to_string(stInfo.param); });
 
 TEST_F(RealCameras, ACameraInUseByAnotherProgramIsRefused)
 {

@@ -124,4 +124,4 @@ TEST_P(Identity, CoefficientsAndCorrectedFramesAreTheModules)
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, Identity, testing::ValuesIn(ListFormats()),
-                         [](const auto &info) { return info.param.strName; });
+                         [](const auto &stInfo) { return stInfo.param.strName; });
