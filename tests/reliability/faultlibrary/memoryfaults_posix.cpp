@@ -22,12 +22,13 @@ unsigned long s_nFailing = 0;
 bool s_bForGood = false;
 FnMain s_fnMain = nullptr;
 
-/// The TIFF library's way to more memory for its list of tags: it goes on with a list that is gone.
+/// What libraries of others do not look at: the TIFF library goes on with a list of tags that is gone, the FITS library
+/// writes a long text into memory that it did not get.
 bool IsSpared(const void *pCaller)
 {
   Dl_info stCaller = {};
   return dladdr(pCaller, &stCaller) != 0 && stCaller.dli_sname != nullptr &&
-         std::strcmp(stCaller.dli_sname, "_TIFFCheckRealloc") == 0;
+         (std::strcmp(stCaller.dli_sname, "_TIFFCheckRealloc") == 0 || std::strcmp(stCaller.dli_sname, "ffgkls") == 0);
 }
 
 /// \return whether the allocation is to fail; errno is set then
