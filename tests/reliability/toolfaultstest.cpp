@@ -156,6 +156,7 @@ public:
 
   uint64_t GetCount(const char *pFault) const { return m_mapCounts.at(pFault); }
 
+#ifdef MEMORY_FAULT_LIBRARY
   /// Of a run without memory faults.
   uint64_t CountAllocations() const
   {
@@ -172,6 +173,7 @@ public:
     environment.insert("FFC_MEMORY_FAULT_COUNTS", m_counts.filePath("allocations"));
     return Run(environment, {});
   }
+#endif
 
   SEnd Run(const QString &strFault, bool bAgain = false) const
   {
@@ -253,9 +255,18 @@ public:
     return mapNow == mapDone;
   }
 
-  void Restore() const { m_folder.Restore(); }
-  const SCommand &GetCommand() const { return m_stCommand; }
-  const QByteArray &GetOutput() const { return m_byteOutput; }
+  void Restore() const
+  {
+    m_folder.Restore();
+  }
+  const SCommand &GetCommand() const
+  {
+    return m_stCommand;
+  }
+  const QByteArray &GetOutput() const
+  {
+    return m_byteOutput;
+  }
 
 private:
   const SCommand &m_stCommand;
