@@ -2,7 +2,7 @@
 # Installs what is missing, builds the optimised program and runs its tests. More, on request:
 #
 #   ./test.sh --all        the same, then with the sanitizers, and the fuzz targets
-#   ./test.sh PRESET ...   one or several of release, debug, asan, tsan
+#   ./test.sh PRESET ...   one or several of release, debug, asan, tsan, clang (release by the other compiler)
 #   ./test.sh --windows    built for 64-bit Windows with a tool chain that is made first, run under Wine
 #                          (FFC_QT_MINGW_CACHE: see scripts/windows/toolchain.sh)
 #   ./test.sh --cluster    a Slurm cluster of one node is started (as root) and the tests that need one are run there
@@ -138,6 +138,7 @@ case "${1:-}" in
     ;;
   *)
     for preset in "$@"; do
+      [ "$preset" != clang ] || install_packages packages-fuzz.txt
       test_preset "$preset"
     done
     ;;

@@ -32,6 +32,19 @@ Result<> CheckFrameSize(uint64_t nWidth, uint64_t nHeight, uint32_t nBytesPerSam
   return {};
 }
 
+QStringList ListNames(const QDir &dir, const QString &strBegin, const QStringList &listSuffixes)
+{
+  QStringList listNames = dir.entryList(QDir::Files, QDir::Name);
+  const auto isOther = [&](const QString &strName) {
+    return !strName.startsWith(strBegin, Qt::CaseInsensitive) ||
+           std::none_of(listSuffixes.begin(), listSuffixes.end(), [&](const QString &strSuffix) {
+             return strName.endsWith('.' + strSuffix, Qt::CaseInsensitive);
+           });
+  };
+  listNames.erase(std::remove_if(listNames.begin(), listNames.end(), isOther), listNames.end());
+  return listNames;
+}
+
 Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes)
 {
   const auto nWanted = static_cast<qint64>(nBytes);

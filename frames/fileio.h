@@ -7,7 +7,9 @@
 #include <utility>
 
 #include <QByteArray>
+#include <QDir>
 #include <QFile>
+#include <QStringList>
 
 #include "frames/frameinfo.h"
 #include "platform/result.h"
@@ -31,6 +33,10 @@ Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes);
 
 /// Opens a file and reads all of it: a file that ends early by an error of the disk is no shorter file.
 Result<QByteArray> ReadWhole(QFile &file);
+
+/// Names of the files in a folder that begin and end like this, in either case, sorted. The folder's own filters leave
+/// a file out where they find no memory, and say nothing.
+QStringList ListNames(const QDir &dir, const QString &strBegin, const QStringList &listSuffixes);
 
 /// Brings 16-bit samples from one byte order to the other; leaves others alone.
 void SwapSamples(void *pFrame, const SLayout &stLayout);

@@ -1,6 +1,7 @@
 #include "frames/fitskeywords.h"
 
 #include <cstdlib>
+#include <new>
 
 namespace ffc::frames {
 namespace {
@@ -77,6 +78,7 @@ Result<> CFitsKeywords::Create()
   m_nMemory = FITS_BLOCK_SIZE;
   m_pMemory = std::calloc(1, m_nMemory);
   m_bOwned = true;
+  m_nStatus = m_pMemory == nullptr ? MEMORY_ALLOCATION : 0;
   fits_create_memfile(&m_pFile, &m_pMemory, &m_nMemory, FITS_BLOCK_SIZE, std::realloc, &m_nStatus);
   // Without an image, so that the library has nothing to write behind the header.
   fits_create_img(m_pFile, BYTE_IMG, 0, nullptr, &m_nStatus);
@@ -89,6 +91,9 @@ QString CFitsKeywords::GetText(const char *pKey)
   int nStatus = 0;
   char *pText = nullptr;
   fits_read_key_longstr(m_pFile, pKey, &pText, nullptr, &nStatus);
+  if (nStatus == MEMORY_ALLOCATION) {
+    throw std::bad_alloc(); // else frames that are corrected seem not to be
+  }
   const QByteArray byteText = nStatus == 0 ? QByteArray(pText) : QByteArray();
   if (pText != nullptr) {
     int nFreed = 0;
@@ -130,6 +135,9 @@ Result<QByteArray> CFitsKeywords::GetCards()
   char *pCards = nullptr;
   int nCards = 0;
   fits_hdr2str(m_pFile, 0, nullptr, 0, &pCards, &nCards, &m_nStatus);
+  if (m_nStatus == 0 && pCards == nullptr) {
+    m_nStatus = MEMORY_ALLOCATION; // the library does not look whether it could make them shorter
+  }
   if (m_nStatus != 0) {
     return Describe();
   }
@@ -142,6 +150,9 @@ Result<QByteArray> CFitsKeywords::GetCards()
 
 Failure CFitsKeywords::Describe() const
 {
+  if (m_nStatus == MEMORY_ALLOCATION) {
+    return Failure("needs more memory than there is.");
+  }
   char acText[FLEN_STATUS] = {};
   fits_get_errstatus(m_nStatus, acText);
   return Failure(std::string("has a header that is not FITS: ") + acText + ".");

@@ -40,7 +40,7 @@ public:
   int GetBitpix() const { return m_nBitpix; }
   /// NAXIS1 and so on.
   const std::vector<int64_t> &GetAxes() const { return m_listAxes; }
-  /// Empty when there is no such keyword, or no text behind it.
+  /// Empty when there is no such keyword, or no text behind it. Throws std::bad_alloc.
   QString GetText(const char *pKey);
   std::optional<double> GetNumber(const char *pKey);
 

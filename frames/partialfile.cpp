@@ -45,8 +45,16 @@ CPartialFile::CPartialFile(const QString &strPath) : m_strPath(Resolve(strPath))
 
 CPartialFile::~CPartialFile()
 {
-  if (m_file.isOpen()) {
-    m_file.remove();
+  Remove();
+}
+
+void CPartialFile::Remove() noexcept
+{
+  if (!m_partPath.empty()) {
+    m_file.close();
+    std::error_code error;
+    std::filesystem::remove(m_partPath, error);
+    m_partPath.clear();
   }
 }
 
@@ -57,7 +65,12 @@ Result<> CPartialFile::Open()
     return Describe(QStringLiteral("it is no file"));
   }
   const auto eMode = QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered;
-  return m_file.open(eMode) ? Result<>() : Describe();
+  m_partPath = ToPath(m_file.fileName());
+  if (m_file.open(eMode)) {
+    return {};
+  }
+  m_partPath.clear();
+  return Describe();
 }
 
 Result<> CPartialFile::Write(const void *pBytes, uint64_t nBytes)
@@ -73,20 +86,21 @@ Result<> CPartialFile::Commit(ECommit eCommit)
     m_file.setPermissions(QFile::permissions(m_strPath));
   }
   if ((bReplaces || eCommit == ECommit::Durable) && !platform::SyncFile(m_file.handle())) {
-    const Failure failure = Describe(QStringLiteral("the disk does not take it"));
-    m_file.remove();
-    return failure;
+    Remove();
+    return Describe(QStringLiteral("the disk does not take it"));
   }
+  const std::filesystem::path path = ToPath(m_strPath);
   m_file.close();
   std::error_code error;
   if (m_file.error() == QFileDevice::NoError) {
-    std::filesystem::rename(ToPath(m_file.fileName()), ToPath(m_strPath), error);
+    std::filesystem::rename(m_partPath, path, error);
     if (!error) {
+      m_partPath.clear();
       return {};
     }
   }
   const Failure failure = error ? Describe(QString::fromStdString(error.message())) : Describe();
-  m_file.remove();
+  Remove();
   return failure;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 
 #include <QFile>
 #include <QString>
@@ -38,8 +39,11 @@ public:
   static void RemoveLeftOvers(const QString &strPath);
 
 private:
+  void Remove() noexcept;
+
   QString m_strPath;
   QFile m_file;
+  std::filesystem::path m_partPath; ///< of the file, while it is not in its place: removed without more memory
 };
 
 } // namespace ffc::frames

@@ -20,16 +20,14 @@ namespace {
 
 constexpr int MIN_FRAMES = 2; // of each kind: one to acquire, one to measure
 
-// "dark_*.png" and the like, one for each ending that can be read.
-QStringList ListPatterns(const char *pScene)
+// Endings that can be read.
+QStringList ListSuffixes()
 {
-  QStringList listPatterns;
+  QStringList listSuffixes;
   for (const IFileKind *pKind : ListFileKinds()) {
-    for (const QString &strSuffix : pKind->GetSuffixes()) {
-      listPatterns << QStringLiteral("%1_*.%2").arg(QLatin1String(pScene), strSuffix);
-    }
+    listSuffixes << pKind->GetSuffixes();
   }
-  return listPatterns;
+  return listSuffixes;
 }
 
 std::string DescribeBits(uint32_t nBytesPerSample)
@@ -68,9 +66,9 @@ private:
 
   Result<> ReadScene(const char *pScene, Frames &listFrames, bool bNeeded)
   {
-    const QStringList listPatterns = ListPatterns(pScene);
-    const QStringList listNames = m_dir.entryList(listPatterns, QDir::Files, QDir::Name);
-    for (const QString &strName : listNames) {
+    const QString strBegin = QLatin1String(pScene) + QStringLiteral("_");
+    const QStringList listSuffixes = ListSuffixes();
+    for (const QString &strName : ListNames(m_dir, strBegin, listSuffixes)) {
       Result<> result = ReadFile(m_dir.filePath(strName), listFrames);
       if (!result) {
         return Failure("The file \"" + m_dir.filePath(strName).toStdString() + "\" " + result.GetError());
@@ -79,7 +77,7 @@ private:
     if (listFrames.size() < MIN_FRAMES && (bNeeded || !listFrames.empty())) {
       return Failure("The folder \"" + m_dir.path().toStdString() + "\" has " + std::to_string(listFrames.size()) +
                      " frames in \"" + pScene + "_*\" files; at least " + std::to_string(MIN_FRAMES) + " are needed (" +
-                     listPatterns.join(QStringLiteral(", ")).toStdString() + ").");
+                     (strBegin + "*." + listSuffixes.join(", " + strBegin + "*.")).toStdString() + ").");
     }
     return {};
   }

@@ -1,4 +1,5 @@
-// The tool whose files fail, at each open, read, write and rename; that is killed; and whose machine loses its power.
+// The tool whose files fail, at each open, read, write and rename; that is killed; whose machine loses its power; and
+// that gets no memory.
 #include <cstdio>
 #include <iterator>
 #include <map>
@@ -43,6 +44,8 @@ const SCommand COMMANDS[] = {
   {"ConvertToFits", {"convert", "in/b.tif", "--to", "fits", "-o", "out", "--threads", "1"}, {"--force"}},
   {"Check", {"check", "flat.ffc", "bright", "--dark", "dark", "--details", "figures"}, {}},
   {"Defects", {"defects", "--dark", "dark", "--bright", "bright", "-o", "d.csv", "--map", "d.xml"}, {"--force"}},
+  {"Library", {"library", "library", "flat.ffc"}, {"--force"}},
+  {"Inspect", {"inspect", "flat.ffc", "in", "--plot", "plot.png"}, {}},
 };
 
 /// What differs between two runs that did the same: times, and the order of lines.
@@ -108,7 +111,7 @@ public:
         WriteBytes(Path(it.key()), m_mapRaw[it.key()]);
       }
     }
-    for (const char *pFolder : {"out", "figures"}) {
+    for (const char *pFolder : {"out", "figures", "library"}) {
       QDir(m_recording.GetFolder()).rmdir(pFolder);
     }
   }
@@ -129,6 +132,7 @@ struct SEnd {
   bool bKilled = false;
   int nExitCode = -1;
   std::string strErrors;
+  QByteArray byteOutput;
 };
 
 /// A command of the tool on a folder, with its faults.
@@ -146,10 +150,30 @@ public:
         m_mapCounts[listWords[0].toStdString()] = listWords[1].toULong();
       }
     }
+    m_byteOutput = stEnd.byteOutput;
     m_folder.Restore();
   }
 
   uint64_t GetCount(const char *pFault) const { return m_mapCounts.at(pFault); }
+
+#ifdef MEMORY_FAULT_LIBRARY
+  /// Of a run without memory faults.
+  uint64_t CountAllocations() const
+  {
+    EXPECT_EQ(RunWithoutMemory("once 0").nExitCode, 0);
+    m_folder.Restore();
+    return ReadBytes(m_counts.filePath("allocations")).toULongLong();
+  }
+
+  SEnd RunWithoutMemory(const QString &strFault) const
+  {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LD_PRELOAD", MEMORY_FAULT_LIBRARY);
+    environment.insert("FFC_MEMORY_FAULT", strFault);
+    environment.insert("FFC_MEMORY_FAULT_COUNTS", m_counts.filePath("allocations"));
+    return Run(environment, {});
+  }
+#endif
 
   SEnd Run(const QString &strFault, bool bAgain = false) const
   {
@@ -161,12 +185,18 @@ public:
       environment.insert("FFC_FAULT", strFault);
       environment.insert("FFC_FAULT_COUNTS", m_counts.filePath("counts"));
     }
+    return Run(environment, bAgain ? m_stCommand.listAgain : QStringList());
+  }
+
+  SEnd Run(const QProcessEnvironment &environment, const QStringList &listMore) const
+  {
     QProcess tool;
     tool.setProcessEnvironment(environment);
     tool.setWorkingDirectory(m_folder.GetFolder());
-    tool.start(GetToolPath(), m_stCommand.listArguments + (bAgain ? m_stCommand.listAgain : QStringList()));
+    tool.start(GetToolPath(), m_stCommand.listArguments + listMore);
     EXPECT_TRUE(tool.waitForFinished(LIMIT_MS)) << "it hangs";
-    return {tool.exitStatus() == QProcess::CrashExit, tool.exitCode(), tool.readAllStandardError().toStdString()};
+    return {tool.exitStatus() == QProcess::CrashExit, tool.exitCode(), tool.readAllStandardError().toStdString(),
+            tool.readAllStandardOutput()};
   }
 
   /// Files that are neither as they were nor as they were to become.
@@ -225,14 +255,25 @@ public:
     return mapNow == mapDone;
   }
 
-  void Restore() const { m_folder.Restore(); }
-  const SCommand &GetCommand() const { return m_stCommand; }
+  void Restore() const
+  {
+    m_folder.Restore();
+  }
+  const SCommand &GetCommand() const
+  {
+    return m_stCommand;
+  }
+  const QByteArray &GetOutput() const
+  {
+    return m_byteOutput;
+  }
 
 private:
   const SCommand &m_stCommand;
   const CWorkFolder &m_folder;
   QTemporaryDir m_counts;
   Contents m_mapDone;
+  QByteArray m_byteOutput; ///< when nothing fails
   std::map<std::string, uint64_t> m_mapCounts;
 };
 
@@ -242,7 +283,7 @@ protected:
   static void TearDownTestSuite()
   {
     s_pFolder.reset();
-    std::printf("%llu failures of the tool's files tried\n", static_cast<unsigned long long>(s_nTried));
+    std::printf("%llu failures of the tool's files and allocations tried\n", static_cast<unsigned long long>(s_nTried));
   }
 
   /// Calls fnTry for the numbers of a sweep: all of them, or the last, of which most is done when it comes.
@@ -301,6 +342,47 @@ TEST_P(ToolFaults, FilesAreWholeOrAbsentWhenItIsKilledOrThePowerIsLost)
     });
   }
 }
+
+#ifdef MEMORY_FAULT_LIBRARY
+namespace {
+
+/// What a run may end as in which an allocation failed: done all the same, or an exit code and a line about it.
+void ExpectEndWithoutMemory(const CSweep &sweep, const SEnd &stEnd)
+{
+  EXPECT_FALSE(stEnd.bKilled) << stEnd.strErrors;
+  const bool bEndedAtOnce = stEnd.strErrors.find(".part may be left") != std::string::npos;
+  EXPECT_EQ(sweep.FindTorn(bEndedAtOnce).join(", ").toStdString(), "");
+  EXPECT_EQ(sweep.FindMismarked(bEndedAtOnce).join(", ").toStdString(), "");
+  if (stEnd.nExitCode == 0) {
+    EXPECT_TRUE(sweep.IsDone()) << "it says that all is done";
+    EXPECT_EQ(stEnd.byteOutput, sweep.GetOutput());
+    return;
+  }
+  EXPECT_EQ(stEnd.nExitCode, 1) << stEnd.strErrors;
+  EXPECT_NE(('\n' + stEnd.strErrors).find("\nffc: "), std::string::npos) << stEnd.strErrors;
+}
+
+} // namespace
+
+TEST_P(ToolFaults, AnAllocationThatFailsIsToldAndNothingIsLeftHalfDone)
+{
+  const CSweep sweep(GetParam(), *s_pFolder);
+  const uint64_t nCount = sweep.CountAllocations();
+  ASSERT_GT(nCount, 0U);
+  // Most of the first half is the command line's; the very first are what the toolkit knows its thread by, where it
+  // crashes.
+  const uint64_t nStep = IsSoak() ? 1 : nCount / 12;
+  for (uint64_t n = IsSoak() ? 20 : nCount / 2; n <= nCount; n += nStep) {
+    for (const char *pMode : {"once ", "from "}) {
+      const std::string strFault = pMode + std::to_string(n);
+      SCOPED_TRACE(strFault + " of " + std::to_string(nCount));
+      ExpectEndWithoutMemory(sweep, sweep.RunWithoutMemory(QString::fromStdString(strFault)));
+      sweep.Restore();
+      ++s_nTried;
+    }
+  }
+}
+#endif
 
 INSTANTIATE_TEST_SUITE_P(Commands, ToolFaults, testing::ValuesIn(COMMANDS, COMMANDS + CountCommands()),
                          [](const auto &stInfo) { return std::string(stInfo.param.pName); });

@@ -170,27 +170,30 @@ private:
 };
 
 /// The flat on the command line, or the library's for the first of the frames.
-Result<QString> FindFlat(const SOptions &stOptions, const QStringList &listFiles, CReport &report)
+std::optional<STrouble> FindFlat(const SOptions &stOptions, const QStringList &listFiles, CReport &report,
+                                 QString &strFlat)
 {
   if (stOptions.strLibrary.empty()) {
-    return QString::fromStdString(stOptions.strFlat);
+    strFlat = QString::fromStdString(stOptions.strFlat);
+    return std::nullopt;
   }
   const Result<std::vector<SLibraryFlat>> listFlats = ListLibrary(QString::fromStdString(stOptions.strLibrary));
   if (!listFlats) {
-    return listFlats.GetFailure();
+    return Refuse(QString::fromStdString(listFlats.GetError()));
   }
   const auto reader = OpenFrames(listFiles.front(), stOptions);
   if (!reader) {
-    return reader.GetFailure();
+    return STrouble{false, QString::fromStdString(reader.GetError())};
   }
   const Result<SLibraryFlat> flat =
     ChooseFlat(listFlats.GetValue(), reader.GetValue()->GetInfo(), stOptions.strPixelFormat, stOptions.stOrigin);
   if (!flat) {
-    return flat.GetFailure();
+    return Refuse(QString::fromStdString(flat.GetError()));
   }
   report.Warn(QStringLiteral("The library's flat is \"%1\": %2.")
                 .arg(flat.GetValue().strPath, DescribeConditions(flat.GetValue().stSide)));
-  return flat.GetValue().strPath;
+  strFlat = flat.GetValue().strPath;
+  return std::nullopt;
 }
 
 EExitCode Stop(CReport &report, const SOptions &stOptions, const STrouble &stTrouble)
@@ -210,12 +213,10 @@ EExitCode RunApply(const SOptions &stOptions, CReport &report)
   if (listFiles.GetValue().isEmpty()) { // of this shard
     return report.Finish(QStringLiteral("apply"));
   }
-  const Result<QString> found = FindFlat(stOptions, listFiles.GetValue(), report);
-  if (!found) {
-    return Stop(report, stOptions, {true, QString::fromStdString(found.GetError())});
-  }
+  QString strFlat;
+  std::optional<STrouble> stTrouble = FindFlat(stOptions, listFiles.GetValue(), report, strFlat);
   CFlat flat;
-  const std::optional<STrouble> stTrouble = flat.Load(found.GetValue(), stOptions);
+  stTrouble = stTrouble ? stTrouble : flat.Load(strFlat, stOptions);
   if (stTrouble) {
     return Stop(report, stOptions, *stTrouble);
   }

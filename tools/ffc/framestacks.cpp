@@ -78,11 +78,14 @@ std::optional<STrouble> CStackReader::AddFrame(const QString &strFile, const fra
       return stTrouble;
     }
   }
+  if (listFrame.size() != stStacks.stackRaw.GetFrameSize()) {
+    return STrouble{true, MakeSentence(strFile, "is unlike the frames before.")};
+  }
   const bool bAdded = stStacks.stackRaw.Add(listFrame.data(), listFrame.size()) &&
                       m_flat.Apply(listFrame.data(), stInfo.stLayout, nBitDepth) &&
                       stStacks.stackCorrected.Add(listFrame.data(), listFrame.size());
   return bAdded ? std::nullopt
-                : std::optional<STrouble>(STrouble{true, MakeSentence(strFile, "is unlike the frames before.")});
+                : std::optional<STrouble>(STrouble{false, MakeSentence(strFile, "needs more memory than there is.")});
 }
 
 } // namespace ffc::tool

@@ -2,10 +2,12 @@
 
 #include <array>
 #include <cstdio>
+#include <new>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSet>
 
 #include "frames/fileio.h"
@@ -16,16 +18,32 @@ namespace {
 
 QStringList ListFramesIn(const QString &strFolder, bool bRaw)
 {
-  QStringList listPatterns;
+  QStringList listSuffixes;
   for (const frames::IFileKind *pKind : frames::ListFileKinds()) {
-    for (const QString &strSuffix : pKind->GetSuffixes()) {
-      listPatterns << QStringLiteral("*.") + strSuffix;
-    }
+    listSuffixes << pKind->GetSuffixes();
   }
   if (bRaw) {
-    listPatterns = QStringList{QStringLiteral("*.raw"), QStringLiteral("*.bin")};
+    listSuffixes = QStringList{QStringLiteral("raw"), QStringLiteral("bin")};
   }
-  return QDir(strFolder).entryList(listPatterns, QDir::Files, QDir::Name);
+  return frames::ListNames(QDir(strFolder), QString(), listSuffixes);
+}
+
+/// Files that a pattern of the shell's kind stands for.
+QStringList ListMatching(const QDir &dir, const QString &strPattern)
+{
+  const QRegularExpression expression(QRegularExpression::wildcardToRegularExpression(strPattern),
+                                      QRegularExpression::CaseInsensitiveOption);
+  QStringList listNames;
+  for (const QString &strName : dir.entryList(QDir::Files, QDir::Name)) {
+    const QRegularExpressionMatch match = expression.match(strName);
+    if (expression.isValid() && !match.isValid()) {
+      throw std::bad_alloc(); // else the file would be left out
+    }
+    if (match.hasMatch()) {
+      listNames << strName;
+    }
+  }
+  return listNames;
 }
 
 /// \return full names; empty when there is nothing
@@ -45,7 +63,7 @@ QStringList Expand(const QString &strName, bool bRaw)
   QStringList listFiles;
   const QDir dir = info.dir();
   if (strName.contains('*') || strName.contains('?') || strName.contains('[')) {
-    for (const QString &strFile : dir.entryList({info.fileName()}, QDir::Files, QDir::Name)) {
+    for (const QString &strFile : ListMatching(dir, info.fileName())) {
       listFiles << dir.filePath(strFile);
     }
   }

@@ -7,8 +7,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
+#include "frames/fileio.h"
 #include "frames/wholefile.h"
 #include "genapi/sensorformat.h"
 #include "tools/ffc/flat.h"
@@ -38,8 +38,14 @@ QString MakeName(const frames::SSideFile &stSide)
   if (stSide.dGain) {
     listParts << QStringLiteral("%1dB").arg(*stSide.dGain);
   }
-  return listParts.join('_').replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9._+-]")), QStringLiteral("-")) +
-         QStringLiteral(".ffc");
+  QString strName = listParts.join('_');
+  const auto isPlain = [](QChar c) {
+    return c.unicode() < 128 && (c.isLetterOrNumber() || QStringLiteral("._+-").contains(c));
+  };
+  for (QChar &c : strName) {
+    c = isPlain(c) ? c : QChar('-');
+  }
+  return strName + QStringLiteral(".ffc");
 }
 
 void Keep(FlatList &listFlats, const std::function<bool(const SLibraryFlat &)> &fnIsKept)
@@ -122,7 +128,7 @@ Result<std::vector<SLibraryFlat>> ListLibrary(const QString &strFolder)
     return Failure(QStringLiteral("There is no library \"%1\": ffc library %1 FLAT.ffc makes it.").arg(strFolder));
   }
   std::vector<SLibraryFlat> listFlats;
-  for (const QString &strFile : dir.entryList({QStringLiteral("*.ffc")}, QDir::Files, QDir::Name)) {
+  for (const QString &strFile : frames::ListNames(dir, QString(), {QStringLiteral("ffc")})) {
     const QString strPath = dir.filePath(strFile);
     const Result<std::optional<frames::SSideFile>> side = frames::ReadSideFile(strPath);
     if (!side) {

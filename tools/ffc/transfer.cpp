@@ -18,6 +18,16 @@
 namespace ffc::tool {
 namespace {
 
+/// A sentence about the file; where there is no memory for one, a text that takes none.
+STrouble GiveUp(const QString &strFile, const char *pEnd, const char *pReason = "") noexcept
+{
+  try {
+    return {false, MakeSentence(strFile, std::string(pEnd) + pReason + ".")};
+  } catch (const std::bad_alloc &) {
+    return {false, QStringLiteral("There is not enough memory, not even to name the file.")};
+  }
+}
+
 /// What fnWork answers, or throws.
 template <class TWork>
 std::optional<STrouble> CatchTrouble(const QString &strFile, TWork &&fnWork)
@@ -25,26 +35,40 @@ std::optional<STrouble> CatchTrouble(const QString &strFile, TWork &&fnWork)
   try {
     return fnWork();
   } catch (const std::bad_alloc &) {
-    return STrouble{false, MakeSentence(strFile, "needs more memory than there is.")};
+    return GiveUp(strFile, "needs more memory than there is");
   } catch (const std::exception &exception) {
-    return STrouble{false, MakeSentence(strFile, std::string("was given up: ") + exception.what() + ".")};
+    return GiveUp(strFile, "was given up: ", exception.what());
   }
 }
 
-/// Starts as many threads as the system has for it, runs fnRun on the caller's too, and waits for all.
+/// Starts as many threads as the system has for it, runs fnRun on the caller's too, and waits for all. Then throws what
+/// one of them threw.
 void RunOnThreads(std::size_t nThreads, const std::function<void(std::size_t nThread)> &fnRun)
 {
+  std::mutex mutex;
+  std::exception_ptr pThrown;
+  const auto run = [&](std::size_t n) noexcept {
+    try {
+      fnRun(n);
+    } catch (...) {
+      const std::lock_guard<std::mutex> lock(mutex);
+      pThrown = std::current_exception();
+    }
+  };
   std::vector<std::thread> listThreads;
   try {
     for (std::size_t n = 1; n < nThreads; ++n) {
-      listThreads.emplace_back(fnRun, n);
+      listThreads.emplace_back(run, n);
     }
   } catch (const std::exception &) {
     // Fewer do.
   }
-  fnRun(0);
+  run(0);
   for (std::thread &thread : listThreads) {
     thread.join();
+  }
+  if (pThrown) {
+    std::rethrow_exception(pThrown);
   }
 }
 

@@ -84,7 +84,8 @@ TEST(DisplayPicture, OfAMosaicShowsBareSamplesOnRequest)
 
 TEST(DisplayPicture, MarksOverexposedPixelsOnRequest)
 {
-  for (const auto &[pFormat, nMaximum] : {std::pair("Mono8", 255U), {"Mono10", 1023U}, {"BayerGB12", 4095U}}) {
+  for (const auto &[pFormat, nLargest] : {std::pair("Mono8", 255U), {"Mono10", 1023U}, {"BayerGB12", 4095U}}) {
+    const uint32_t nMaximum = nLargest; // a name that a lambda can have
     const SFrameCopy stFrame =
       MakeFrame(pFormat, 4, 4, [&](uint32_t nX, uint32_t nY) { return nX == 2 && nY == 1 ? nMaximum : nMaximum - 1; });
     SDisplayOptions stOptions;

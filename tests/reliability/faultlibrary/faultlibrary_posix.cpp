@@ -226,6 +226,14 @@ int Sync(int nFile, int (*fnNext)(int))
   return nResult;
 }
 
+int Remove(const char *pPath, int (*fnNext)(const char *))
+{
+  if (GetFaults().IsWatched(pPath)) {
+    GetFaults().BeginChange();
+  }
+  return fnNext(pPath);
+}
+
 mode_t TakeMode(int nFlags, va_list &listArguments)
 {
   return (nFlags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(listArguments, mode_t) : 0;
@@ -312,10 +320,13 @@ int linkat(int nFromFolder, const char *pFrom, int nToFolder, const char *pTo, i
 int unlink(const char *pPath)
 {
   static const auto fnNext = FindNext<decltype(unlink)>("unlink");
-  if (GetFaults().IsWatched(pPath)) {
-    GetFaults().BeginChange();
-  }
-  return fnNext(pPath);
+  return Remove(pPath, fnNext);
+}
+
+int remove(const char *pPath)
+{
+  static const auto fnNext = FindNext<decltype(remove)>("remove");
+  return Remove(pPath, fnNext);
 }
 
 } // extern "C"

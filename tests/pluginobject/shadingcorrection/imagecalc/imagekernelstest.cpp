@@ -74,7 +74,7 @@ TWords MakeSums(int32_t nCount, CTestRandom &random)
   TWords listSums;
   for (int32_t i = 0; i < nCount; ++i) {
     const uint32_t nWord = MakeWord(random);
-    listSums.push_back(i % 4 == 0 ? nWord : i % 4 == 1 ? nWord >> 12 : i % 4 == 2 ? UINT32_MAX - i : nWord >> 20);
+    listSums.push_back(i % 4 == 0 ? nWord : i % 4 == 1 ? nWord >> 12 : i % 4 == 2 ? UINT32_MAX - static_cast<uint32_t>(i) : nWord >> 20);
   }
   return listSums;
 }
