@@ -20,7 +20,7 @@ using namespace ffc::host;
 namespace {
 
 constexpr int EXIT_USAGE = 2;
-constexpr int EXIT_LIMIT = 4; ///< the image is less even than was asked for
+constexpr int EXIT_LIMIT = 4; ///< the image is less even than was asked for, or was dark
 constexpr int EXIT_LOSS = 5;  ///< frames were lost while others were recorded
 
 int Fail(const ffc::Failure &failure)

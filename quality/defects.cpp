@@ -258,7 +258,10 @@ QString SummarizeDefects(const std::vector<SDefect> &listDefects)
       listCounts << QStringLiteral("%1 %2").arg(nCount).arg(QLatin1String(pName));
     }
   }
-  return QStringLiteral("%1 defect pixel(s): %2").arg(listDefects.size()).arg(listCounts.join(QStringLiteral(", ")));
+  return QStringLiteral("%1 defect %2: %3")
+    .arg(QString::number(listDefects.size()),
+         listDefects.size() == 1 ? QStringLiteral("pixel") : QStringLiteral("pixels"),
+         listCounts.join(QStringLiteral(", ")));
 }
 
 } // namespace ffc::quality

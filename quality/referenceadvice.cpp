@@ -28,6 +28,19 @@ double GetReferenceNoise(const SNoise &stNoise, const SReferenceFacts &stFacts)
   return stNoise.dTemporal / (std::sqrt(static_cast<double>(nFrames)) * dPixels);
 }
 
+QString DescribeUsedFrames(const SNoise &stNoise, const SFrameCountAdvice &stAdvice, const SReferenceFacts &stFacts)
+{
+  const int nFrames = stFacts.nFrames;
+  if (nFrames >= stAdvice.nAdvised) {
+    return nFrames == 1 ? Translate("1 frame was used, which is as advised.")
+                        : Translate("%1 frames were used, which is as advised.").arg(nFrames);
+  }
+  const QString strPercent = QString::number(100.0 * GetReferenceNoise(stNoise, stFacts) / stNoise.dMean, 'f', 2);
+  return nFrames == 1 ? Translate("1 frame was used: its noise leaves %1 % in every image.").arg(strPercent)
+                      : Translate("%1 frames were used: their noise leaves %2 % in every image.")
+                          .arg(QString::number(nFrames), strPercent);
+}
+
 QStringList DescribeFrames(const std::vector<SNoise> &listNoise, const SReferenceFacts &stFacts)
 {
   if (stFacts.eMode != ECorrectionMode::None) {
@@ -37,19 +50,16 @@ QStringList DescribeFrames(const std::vector<SNoise> &listNoise, const SReferenc
   }
   const SFrameCountAdvice stAdvice = AdviseFrameCount(listNoise);
   if (stFacts.bWeighted) {
-    return {
-      Translate("The reference of %1 frame(s) is weighted by what stands out of their noise: it makes no image worse, "
-                "and more frames bring more of the pixel pattern.")
-        .arg(stFacts.nFrames)};
+    return {(stFacts.nFrames == 1
+               ? Translate("The reference of 1 frame is weighted by what stands out of its noise: it makes no image "
+                           "worse, and more frames bring more of the pixel pattern.")
+               : Translate("The reference of %1 frames is weighted by what stands out of their noise: it makes no "
+                           "image worse, and more frames bring more of the pixel pattern.")
+                   .arg(stFacts.nFrames))};
   }
   QStringList listAdvice{DescribeAdvice(stAdvice)};
   if (stFacts.nFrames > 0 && stAdvice.eVerdict != SFrameCountAdvice::EVerdict::Unknown) {
-    listAdvice << (stFacts.nFrames >= stAdvice.nAdvised
-                     ? Translate("%1 frame(s) were used, which is as advised.").arg(stFacts.nFrames)
-                     : Translate("%1 frame(s) were used: their noise leaves %2 % in every image.")
-                         .arg(stFacts.nFrames)
-                         .arg(100.0 * GetReferenceNoise(listNoise.front(), stFacts) / listNoise.front().dMean, 0, 'f',
-                              2));
+    listAdvice << DescribeUsedFrames(listNoise.front(), stAdvice, stFacts);
   }
   return listAdvice;
 }

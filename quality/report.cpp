@@ -71,9 +71,10 @@ QString Translate(const char *pText)
   return QCoreApplication::translate("Report", pText);
 }
 
-QString ExplainHostPrnu(int nFrameCount)
+QString ExplainHostPrnu(const SReport &stReport)
 {
-  if (nFrameCount == 0) {
+  const int nFrameCount = stReport.nFrameCount;
+  if (nFrameCount == 0 || stReport.bWeighted) {
     return Translate(
       "PRNU got worse: the noise of the frames that the coefficients were made of is now in every image");
   }
@@ -114,9 +115,11 @@ void AddCoefficients(const SReport &stReport, QJsonObject &json)
 {
   if (stReport.nFrameCount > 0) {
     json.insert(QStringLiteral("frame_count"), stReport.nFrameCount);
+    json.insert(QStringLiteral("reference"),
+                stReport.bWeighted ? QStringLiteral("weighted") : QStringLiteral("average"));
   }
   if (stReport.eDarkField != EDarkField::Unknown) {
-    json.insert(QStringLiteral("dark_frame_count"), stReport.eDarkField == EDarkField::Used ? 1 : 0);
+    json.insert(QStringLiteral("dark_frame_count"), stReport.eDarkField == EDarkField::Used ? stReport.nDarkCount : 0);
   }
   if (HasExpectGray(stReport)) {
     json.insert(QStringLiteral("expect_gray"), stReport.nExpectGray);
@@ -222,13 +225,34 @@ QString MakeFigureTable(const SReport &stReport)
   return strTable;
 }
 
+QString DescribeBrightFrames(const SReport &stReport)
+{
+  if (stReport.nFrameCount <= 0) {
+    return Translate("from an unknown number of bright frames");
+  }
+  if (stReport.nFrameCount == 1) {
+    return Translate("from 1 bright frame");
+  }
+  return (stReport.bWeighted ? Translate("from %1 bright frames, weighted")
+                             : Translate("from %1 bright frames, averaged"))
+    .arg(stReport.nFrameCount);
+}
+
+QString DescribeDarkFrames(const SReport &stReport)
+{
+  switch (stReport.eDarkField) {
+  case EDarkField::None: return Translate(", no dark frame");
+  case EDarkField::Used:
+    return stReport.nDarkCount == 1 ? Translate(", and 1 dark frame")
+                                    : Translate(", and %1 dark frames").arg(stReport.nDarkCount);
+  case EDarkField::Unknown: break;
+  }
+  return {};
+}
+
 QString DescribeCoefficients(const SReport &stReport)
 {
-  QString strText = stReport.nFrameCount > 0 ? Translate("from %1 bright frame(s), averaged").arg(stReport.nFrameCount)
-                                             : Translate("from an unknown number of bright frames");
-  if (stReport.eDarkField != EDarkField::Unknown) {
-    strText += stReport.eDarkField == EDarkField::Used ? Translate(", and 1 dark frame") : Translate(", no dark frame");
-  }
+  QString strText = DescribeBrightFrames(stReport) + DescribeDarkFrames(stReport);
   if (stReport.nBlockSize > 0) {
     strText += Translate(", in blocks of %1 x %1").arg(stReport.nBlockSize);
   }
@@ -302,7 +326,7 @@ QStringList MakeFigureNotes(const SReport &stReport)
   const bool bByHost = stReport.eMode == ECorrectionMode::None;
   QStringList listNotes;
   if (stReport.stAfter.stOverall.dPrnuPercent > stReport.stBefore.stOverall.dPrnuPercent) {
-    listNotes << (bByHost ? ExplainHostPrnu(stReport.nFrameCount)
+    listNotes << (bByHost ? ExplainHostPrnu(stReport)
                           : Translate("PRNU got worse: the camera evens out whole blocks, not single pixels"));
   }
   if (stReport.stAfter.stOverall.dDsnuDn > stReport.stBefore.stOverall.dDsnuDn) {

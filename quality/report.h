@@ -38,7 +38,9 @@ struct SReport {
   QString strPrograms;        ///< names and versions of what measured and corrected; empty: not known
   QString strCoefficientFile; ///< that the coefficients were loaded from, or are kept in; empty: none
   EDarkField eDarkField = EDarkField::Unknown;
-  int nFrameCount = 0;        ///< bright frames averaged for the coefficients; 0: not known
+  int nFrameCount = 0;        ///< bright frames that the coefficients were made of; 0: not known
+  int nDarkCount = 1;         ///< dark ones, where the coefficients know the dark level
+  bool bWeighted = false;     ///< the bright frames were weighted instead of averaged
   int nExpectGray = -1;       ///< 0 to 255; -1: not known
   int nExpectGrayDn = 0;      ///< the same at the format's depth
   uint32_t nBrightFrames = 0; ///< fresh frames measured

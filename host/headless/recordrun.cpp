@@ -14,6 +14,7 @@
 #include "host/headless/steps.h"
 #include "host/recording/framesettings.h"
 #include "host/viewer/cameratexts.h"
+#include "host/viewer/viewer.h"
 
 namespace ffc::host {
 namespace {

@@ -29,6 +29,8 @@ namespace {
 
 /// A colour camera's bright acquisition discards so many frames while its white balance settles.
 constexpr uint32_t SETTLING_FRAMES = 7;
+/// The plug-in warns of a bright field below this share of the depth's maximum, and of one that is too bright.
+constexpr double DARK_SHARE = 20.0 / 255.0;
 const QString FLASH_FILE = QStringLiteral("camera.flash");
 
 } // namespace
@@ -220,8 +222,10 @@ Result<> CWorkflowSession::AcquireBright()
   const uint32_t nSettling = m_stFormat.pFormat->eLayout == EColorLayout::Mono ? 0 : SETTLING_FRAMES;
   m_progress.BeginStep("bright field", static_cast<uint32_t>(m_stOptions.stWorkflow.nFrames) + nSettling);
   CDifferentFrames frames(m_pViewer->GetPipeline());
-  const Result<> result = Judge(Acquire([this] { return m_driver->AcquireBright(); }));
+  const SDialogAnswer stAnswer = Acquire([this] { return m_driver->AcquireBright(); });
+  const Result<> result = Judge(stAnswer);
   NoteBrightFrames(static_cast<uint32_t>(frames.Stop().size()));
+  m_bTooDark = stAnswer.bWarning && frames.GetBrightness() < DARK_SHARE;
   m_listBrightRemarks = frames.JudgeLight();
   return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
 }
@@ -257,6 +261,9 @@ QByteArray CWorkflowSession::MakeJson() const
   json.insert(QStringLiteral("advice"), QJsonArray::fromStringList(m_listAdvice));
   json.insert(QStringLiteral("bright_field_remarks"), QJsonArray::fromStringList(m_listBrightRemarks));
   quality::InsertVerdict(GetVerdict(), json);
+  if (m_bTooDark) {
+    json.insert(QStringLiteral("verdict"), QLatin1String(quality::GetVerdictName(quality::EVerdict::Fail)));
+  }
   json.insert(QStringLiteral("within_limit"), IsWithinLimit());
   return QJsonDocument(json).toJson(QJsonDocument::Indented);
 }
@@ -270,6 +277,11 @@ QString CWorkflowSession::MakeSummary() const
   for (const QString &strAdvice : m_listAdvice) {
     strSummary += QStringLiteral("  advice: %1\n").arg(strAdvice);
   }
+  if (m_bTooDark) {
+    strSummary +=
+      QStringLiteral("  FAIL: the bright field is as good as dark, and the figures say nothing of a correction: "
+                     "is the lens covered, or the light off?\n");
+  }
   for (const QString &strVerdict : quality::DescribeVerdict(GetVerdict())) {
     strSummary += QStringLiteral("  %1\n").arg(strVerdict);
   }
@@ -278,7 +290,7 @@ QString CWorkflowSession::MakeSummary() const
 
 bool CWorkflowSession::IsWithinLimit() const
 {
-  return GetVerdict().KeepsLimits();
+  return !m_bTooDark && GetVerdict().KeepsLimits();
 }
 
 Result<> CWorkflowSession::SelectExpectGray()

@@ -75,7 +75,8 @@ public:
   /// The report as JSON, and as a table to print; both with advice and verdict.
   QByteArray MakeJson() const;
   QString MakeSummary() const;
-  /// Whether the figures keep the limits that were stated; also without any.
+  /// Whether the figures keep the limits that were stated, also without any. Those of a bright field without light
+  /// keep none.
   bool IsWithinLimit() const;
 
   /// Fails when the action had an error box; a red prompt becomes a note.
@@ -125,6 +126,7 @@ private:
   quality::SReport m_stReport;
   QStringList m_listAdvice;
   QStringList m_listBrightRemarks; ///< reasons against using the bright field
+  bool m_bTooDark = false;         ///< the bright field has no light to speak of
 };
 
 } // namespace ffc::host

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <numeric>
 #include <string_view>
 #include <utility>
 
@@ -29,6 +30,24 @@ void NoteFile(const QString &strFile, SCoefficientOrigin &stOrigin)
   const Result<QString> hash = frames::HashCoefficientFile(strFile);
   stOrigin.strFile = strFile;
   stOrigin.strSha256 = hash ? hash.GetValue() : QString();
+}
+
+/// What stands beside the file, where it belongs to it: the file itself cannot say what it was made of.
+void NoteSideFile(SCoefficientOrigin &stOrigin)
+{
+  const Result<std::optional<frames::SSideFile>> side = frames::ReadSideFile(stOrigin.strFile);
+  if (!side || !side.GetValue() || stOrigin.strSha256.isEmpty() ||
+      side.GetValue()->strSha256.compare(stOrigin.strSha256, Qt::CaseInsensitive) != 0) {
+    return;
+  }
+  const frames::SSideFile &stSide = *side.GetValue();
+  constexpr uint32_t MOST = std::numeric_limits<int>::max();
+  stOrigin.nFrames = stOrigin.nAskedFrames = static_cast<int>(std::min(stSide.nBrightFrames, MOST));
+  stOrigin.nDarkFrames = static_cast<int>(std::min(stSide.nDarkFrames, MOST));
+  stOrigin.eDarkField = stSide.bDarkUsed ? quality::EDarkField::Used : quality::EDarkField::None;
+  stOrigin.nExpectGray = static_cast<int>(stSide.nExpectGray);
+  stOrigin.strMethod = stSide.strMethod.isEmpty() ? stOrigin.strMethod : stSide.strMethod;
+  stOrigin.strNoise = stSide.strNoise;
 }
 
 } // namespace
@@ -61,6 +80,16 @@ void CDifferentFrames::Take(const camera::SCameraFrame &stFrame)
   if (bNew && m_stack.GetFrameCount() < JUDGED_FRAMES && m_stack.Add(stFrame.pBuffer, stFrame.nSize)) {
     m_watch.Add(stFrame.pBuffer, stFrame.nWidth, stFrame.nHeight, m_pFormat->GetBytesPerPixel());
   }
+}
+
+double CDifferentFrames::GetBrightness() const
+{
+  uint64_t nSum = 0;
+  for (uint32_t nLine = 0; m_stack.GetFrameCount() > 0 && nLine < m_stack.GetHeight(); ++nLine) {
+    nSum = std::accumulate(m_stack.GetSums(nLine), m_stack.GetSums(nLine) + m_stack.GetWidth(), nSum);
+  }
+  const double dSamples = static_cast<double>(m_stack.GetFrameCount()) * m_stack.GetWidth() * m_stack.GetHeight();
+  return nSum == 0 ? 0 : static_cast<double>(nSum) / dSamples / m_stack.GetMaximum();
 }
 
 QStringList CDifferentFrames::JudgeLight() const
@@ -185,6 +214,8 @@ void CCoefficientWatch::NoteLoaded(EKind eKind, const QString &strFile, const CD
   if (bByCamera) {
     m_stOrigin.nAskedFrames = m_stOrigin.nFrames = driver.GetFrameCount();
     m_stOrigin.nExpectGray = driver.GetExpectGray();
+  } else if (!strFile.isEmpty()) {
+    NoteSideFile(m_stOrigin);
   }
 }
 

@@ -41,6 +41,8 @@ public:
   Seen Stop();
   /// Different frames that were judged, 16 at most.
   uint32_t GetJudgedCount() const { return m_stack.GetFrameCount(); }
+  /// Mean of those, as a share of the depth's maximum; 0 for none. After Stop.
+  double GetBrightness() const;
   /// Reasons against using them as a bright field, in sentences. After Stop.
   QStringList JudgeLight() const;
 
@@ -65,6 +67,7 @@ struct SCoefficientOrigin {
   EKind eKind = EKind::None;
   int nAskedFrames = 0;                          ///< of the bright field
   int nFrames = 0;                               ///< those of them that differ from each other; 0: not known
+  int nDarkFrames = 1;                           ///< where the dark field is used
   int nExpectGray = -1;                          ///< 0 to 255; -1: not known
   QString strMethod = QStringLiteral("average"); ///< how the bright frames became a reference
   QString strNoise; ///< where their noise was known from; empty where the method does not ask
@@ -74,6 +77,7 @@ struct SCoefficientOrigin {
   QStringList listBrightRemarks; ///< reasons against using the bright field
 
   bool IsRepeated() const { return nFrames < nAskedFrames; }
+  bool IsWeighted() const { return strMethod == QLatin1String("weighted"); }
   /// What a reader of figures has to know about it, in sentences.
   QStringList GetNotes() const;
 };

@@ -207,9 +207,9 @@ std::shared_ptr<quality::SResult> CMeasurement::Evaluate(const SScene &stDark, c
     stResult.stReport.dNewlyClippedPercent = stBright.stPairs.GetNewlyClippedPercent();
     stResult.listNoise = quality::MeasureNoise(stStacks.stBrightBefore, stStacks.eLayout);
     stResult.stAdvice = quality::AdviseFrameCount(stResult.listNoise);
-    stResult.listAdvice =
-      quality::AdviseReference(stResult.listNoise, {m_stFormat.pFormat->nBitDepth, stResult.stReport.nFrameCount, false,
-                                                    stResult.stReport.eMode, stResult.stReport.nBlockSize});
+    stResult.listAdvice = quality::AdviseReference(
+      stResult.listNoise, {m_stFormat.pFormat->nBitDepth, stResult.stReport.nFrameCount, m_stOrigin.IsWeighted(),
+                           stResult.stReport.eMode, stResult.stReport.nBlockSize});
     const quality::SBrightField stField = quality::MeasureBrightField(
       stStacks.stBrightBefore, m_bByCamera && !m_bBaseline ? nullptr : &stBright.stPairs.GetWatch(), stStacks.eLayout);
     for (const quality::SBrightRemark &stRemark : quality::JudgeBrightField(stField)) {
@@ -277,6 +277,8 @@ void CMeasurement::DescribeStream(quality::SResult &stResult) const
 void CMeasurement::DescribeCoefficients(quality::SReport &stReport) const
 {
   stReport.nFrameCount = m_stOrigin.nFrames;
+  stReport.nDarkCount = m_stOrigin.nDarkFrames;
+  stReport.bWeighted = m_stOrigin.IsWeighted();
   stReport.eDarkField = m_stOrigin.eDarkField;
   stReport.strCoefficientFile = m_stOrigin.strFile;
   stReport.nExpectGray = m_stOrigin.nExpectGray;

@@ -9,6 +9,7 @@
 #include "camera/correctionmode.h"
 #include "camera/realcameras.h"
 #include "genapi/sensorformat.h"
+#include "host/viewer/viewer.h"
 #include "platform/result.h"
 
 namespace ffc::host {
@@ -222,9 +223,11 @@ void AddWorkflowOptions(CLI::App &app, SHeadlessOptions &stOptions, SWords &stWo
     ->type_name("N")
     ->check([](const std::string &str) { return CheckNumber(str, 999); });
   app
-    .add_option("--limit", stWords.strLimits,
-                "with --headless: highest figures after the correction, such as shading=1.0,prnu=0.5,dsnu=2 (percent, "
-                "percent, DN); the exit code is 4 when one is higher, or higher than before the correction")
+    .add_option(
+      "--limit", stWords.strLimits,
+      "with --headless: highest figures after the correction, such as shading=1.0,prnu=0.5,dsnu=2 (percent, "
+      "percent, DN); the exit code is 4 when one is higher, or higher than before the correction, and whenever "
+      "the bright field is dark")
     ->type_name("LIMITS");
   for (const auto &[pOption, pLimit] : {std::pair("--shading-limit", &quality::SLimits::dShading),
                                         {"--prnu-limit", &quality::SLimits::dPrnu},
@@ -339,7 +342,7 @@ SCommandLine ParseCommandLine(int nArguments, const char *const *pArguments)
   SCommandLine stResult;
   SWords stWords;
   CLI::App app("Reference host of the flat-field correction plug-in", "ffchost");
-  app.set_version_flag("--version", std::string("ffchost ") + FFC_VERSION);
+  app.set_version_flag("--version", GetToolName().toStdString());
   AddTaskOptions(app, stResult.stTask);
   AddWorkflowOptions(app, stResult.stOptions, stWords);
   AddAttendantOptions(app, stResult.stOptions.stWorkflow);

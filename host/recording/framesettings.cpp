@@ -4,6 +4,7 @@
 
 #include "frames/correctionmark.h"
 #include "host/viewer/featuretext.h"
+#include "host/viewer/viewer.h"
 
 namespace ffc::host {
 namespace {
@@ -39,11 +40,6 @@ QString FormatTime(int64_t nMilliseconds)
 }
 
 } // namespace
-
-QString GetToolName()
-{
-  return QStringLiteral("ffchost ") + QStringLiteral(FFC_VERSION);
-}
 
 QJsonObject ReadFrameSettings(GenApi::INodeMap &deviceMap)
 {

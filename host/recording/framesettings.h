@@ -11,9 +11,6 @@
 
 namespace ffc::host {
 
-/// "ffchost" and its version.
-QString GetToolName();
-
 /// What the camera is and how it is set, as far as it says so: "camera", "serial", "pixelFormat", "exposureTime" and so
 /// on. User-interface thread.
 QJsonObject ReadFrameSettings(GenApi::INodeMap &deviceMap);

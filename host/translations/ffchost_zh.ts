@@ -8,10 +8,6 @@
         <translation>采集</translation>
     </message>
     <message>
-        <source>&amp;Cancel</source>
-        <translation>取消(&amp;C)</translation>
-    </message>
-    <message>
         <source>Taking frames: %1</source>
         <translation>正在采集：%1 帧</translation>
     </message>
@@ -392,10 +388,10 @@
         <translation>最短曝光仍达到 %1 %：请减少照明或降低增益。</translation>
     </message>
     <message>
-        <source>ffchost %1
+        <source>%1
 Reference host of the flat-field correction plug-in
 Qt %2</source>
-        <translation>ffchost %1
+        <translation>%1
 平场校正插件的参考主机
 Qt %2</translation>
     </message>
@@ -958,7 +954,26 @@ Frames received: %3</source>
     </message>
 </context>
 <context>
+    <name>SaveBox</name>
+    <message>
+        <source>%1 is there already. Replace it?</source>
+        <translation>%1 已存在。是否替换？</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>替换(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>取消(&amp;C)</translation>
+    </message>
+</context>
+<context>
     <name>ReportSaving</name>
+    <message>
+        <source>The window closes when the report is written.</source>
+        <translation>报告写完后窗口将关闭。</translation>
+    </message>
     <message>
         <source>Save report</source>
         <translation>保存报告</translation>
@@ -983,15 +998,27 @@ Frames received: %3</source>
         <translation>相机按 %1 x %1 像素的块校正：1 帧即可，像素自身的图案保留。</translation>
     </message>
     <message>
-        <source>The reference of %1 frame(s) is weighted by what stands out of their noise: it makes no image worse, and more frames bring more of the pixel pattern.</source>
+        <source>The reference of 1 frame is weighted by what stands out of its noise: it makes no image worse, and more frames bring more of the pixel pattern.</source>
+        <translation>1 帧的参考按高出噪声的程度加权：不会使图像变差，帧数越多，像素图案保留越多。</translation>
+    </message>
+    <message>
+        <source>The reference of %1 frames is weighted by what stands out of their noise: it makes no image worse, and more frames bring more of the pixel pattern.</source>
         <translation>%1 帧的参考按高出噪声的程度加权：不会使图像变差，帧数越多，像素图案保留越多。</translation>
     </message>
     <message>
-        <source>%1 frame(s) were used, which is as advised.</source>
+        <source>1 frame was used, which is as advised.</source>
+        <translation>已使用 1 帧，符合建议。</translation>
+    </message>
+    <message>
+        <source>%1 frames were used, which is as advised.</source>
         <translation>已使用 %1 帧，符合建议。</translation>
     </message>
     <message>
-        <source>%1 frame(s) were used: their noise leaves %2 % in every image.</source>
+        <source>1 frame was used: its noise leaves %1 % in every image.</source>
+        <translation>已使用 1 帧：其噪声在每幅图像中留下 %1 %。</translation>
+    </message>
+    <message>
+        <source>%1 frames were used: their noise leaves %2 % in every image.</source>
         <translation>已使用 %1 帧：其噪声在每幅图像中留下 %2 %。</translation>
     </message>
     <message>
@@ -1187,6 +1214,10 @@ Frames received: %3</source>
         <translation>未保存：%1</translation>
     </message>
     <message>
+        <source>NOT written to the camera: %1. Many cameras write only while their stream is stopped: stop it, and try again.</source>
+        <translation>未能写入相机：%1。许多相机只在停止采集流时写入：请先停止，再试一次。</translation>
+    </message>
+    <message>
         <source>NOT written to the camera: %1</source>
         <translation>未能写入相机：%1</translation>
     </message>
@@ -1329,7 +1360,19 @@ Frames received: %3</source>
         <translation>版本</translation>
     </message>
     <message>
-        <source>from %1 bright frame(s), averaged</source>
+        <source>from 1 bright frame</source>
+        <translation>由 1 帧亮场而得</translation>
+    </message>
+    <message>
+        <source>from %1 bright frames, weighted</source>
+        <translation>由 %1 帧亮场加权而得</translation>
+    </message>
+    <message>
+        <source>, and %1 dark frames</source>
+        <translation>，以及 %1 帧暗场</translation>
+    </message>
+    <message>
+        <source>from %1 bright frames, averaged</source>
         <translation>由 %1 帧亮场平均而得</translation>
     </message>
     <message>
@@ -1491,6 +1534,10 @@ Frames received: %3</source>
 </context>
 <context>
     <name>FrameSaving</name>
+    <message>
+        <source>The window closes when the frames are saved.</source>
+        <translation>各帧保存后窗口将关闭。</translation>
+    </message>
     <message>
         <source>Frames of this pixel format cannot be saved: choose a mono or Bayer format that is not packed.</source>
         <translation>无法保存此像素格式的帧：请选择未打包的黑白或拜耳格式。</translation>

@@ -150,10 +150,15 @@ QString CViewer::GetStatusText(int32_t nStatus) const
   return m_bInitialized ? QString::fromUtf8(m_module.GetPlugin()->GetStatusText(nStatus)).trimmed() : QString();
 }
 
+QString GetToolName()
+{
+  return QStringLiteral("ffchost " FFC_VERSION);
+}
+
 QString CViewer::DescribePrograms() const
 {
   const QString strModule = m_module.Describe();
-  return QStringLiteral("ffchost " FFC_VERSION) + (strModule.isEmpty() ? QString() : QStringLiteral(", ") + strModule);
+  return GetToolName() + (strModule.isEmpty() ? QString() : QStringLiteral(", ") + strModule);
 }
 
 Result<> CViewer::StartStream()

@@ -18,6 +18,9 @@ class QWidget;
 
 namespace ffc::host {
 
+/// "ffchost" and its version.
+QString GetToolName();
+
 enum class ELanguage : uint32_t { English = 0, Chinese = 1 };
 
 /// Connects a camera, the plug-in and the frame pipeline, and takes them apart in the right order: stream,

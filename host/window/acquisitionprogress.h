@@ -10,13 +10,14 @@
 
 #include "host/viewer/iacquisitionobserver.h"
 
-class QProgressDialog;
 class QWidget;
 
 namespace ffc::host {
 
+class CWaitBox;
+
 /// While the plug-in acquires, nothing else runs on the user-interface thread. Between two frames this object lets
-/// events pass, with an application-modal box in front, so that windows are painted and nothing but its "Cancel" can
+/// events pass, with a box in front, so that windows are painted and nothing but its "Cancel" can
 /// be pressed. A single frame needs no box.
 class CAcquisitionProgress : public QObject, public IAcquisitionObserver {
   Q_OBJECT
@@ -32,9 +33,6 @@ public:
   bool IsAcquiring() const { return m_bAcquiring; }
   /// The user has cancelled; the plug-in still waits for its next frame.
   bool IsCancelled() const { return m_bCancelled; }
-
-  /// Says in the box, if there is one, that the window waits for the end.
-  void ExplainClosing();
 
   void ExpectAcquisition() override { emit SigExpected(); }
   void BeginAcquisition() override;
@@ -54,18 +52,16 @@ signals:
 
 private:
   void ShowBox();
-  void ShowText();
   void LetEventsPass();
   void ArmEndCheck();
 
   QWidget *m_pWindow;
   std::function<uint32_t()> m_fnTotal;
-  std::unique_ptr<QProgressDialog> m_pBox;
+  std::unique_ptr<CWaitBox> m_pBox;
   uint32_t m_nFrames = 0;
   uint32_t m_nTotal = 0;
   bool m_bAcquiring = false;
   bool m_bCancelled = false;
-  bool m_bClosing = false;
   bool m_bPassing = false; ///< events pass within the acquisition
 };
 

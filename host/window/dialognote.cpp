@@ -47,13 +47,18 @@ SDialogNote DescribeSaved(const QString &strFile)
   return {Translate("Saved: %1 (%2 bytes)").arg(GetName(strFile)).arg(info.size()), false};
 }
 
-SDialogNote DescribeFailed(EDialogAction eAction, const QString &strError)
+SDialogNote DescribeFailed(EDialogAction eAction, const QString &strError, bool bStreaming)
 {
   switch (eAction) {
   case EDialogAction::LoadFile: return {Translate("NOT loaded: %1").arg(strError), true};
   case EDialogAction::LoadFlash: return {Translate("NOT loaded from the camera: %1").arg(strError), true};
   case EDialogAction::SaveFile: return {Translate("NOT saved: %1").arg(strError), true};
-  case EDialogAction::SaveFlash: return {Translate("NOT written to the camera: %1").arg(strError), true};
+  case EDialogAction::SaveFlash:
+    return {(bStreaming ? Translate("NOT written to the camera: %1. Many cameras write only while their stream is "
+                                    "stopped: stop it, and try again.")
+                        : Translate("NOT written to the camera: %1"))
+              .arg(strError),
+            true};
   default: return {};
   }
 }
@@ -67,7 +72,7 @@ SDialogNote DescribeOutcome(const SDialogFacts &stFacts)
     return DescribeCancelled(stFacts);
   }
   if (!stOutcome.strError.isEmpty()) {
-    return DescribeFailed(stOutcome.eAction, stOutcome.strError);
+    return DescribeFailed(stOutcome.eAction, stOutcome.strError, stFacts.bStreaming);
   }
   switch (stOutcome.eAction) {
   case EDialogAction::AcquireBright:

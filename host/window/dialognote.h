@@ -20,6 +20,7 @@ struct SDialogFacts {
   bool bCancelled = false;      ///< the user cancelled the acquisition
   bool bPreviewOffered = false; ///< coefficients from before can still be used
   SCoefficientOrigin stBright;  ///< of the last bright field
+  bool bStreaming = false;
 };
 
 /// The dialog stays silent when it has loaded or saved.

@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -16,7 +15,9 @@
 #include "frames/ifilekind.h"
 #include "frames/wholefile.h"
 #include "host/recording/framesettings.h"
+#include "host/viewer/viewer.h"
 #include "host/window/displaypicture.h"
+#include "host/window/savebox.h"
 #include "host/window/waitbox.h"
 
 namespace ffc::host {
@@ -28,6 +29,7 @@ using genapi::SPixelFormat;
 namespace {
 
 const QString FOLDER_KEY = QStringLiteral("frames/folder");
+const QString KIND_KEY = QStringLiteral("frames/kind");
 
 QString Translate(const char *pText)
 {
@@ -49,6 +51,13 @@ Result<frames::SFrameInfo> DescribeFrames(const SFrameCopy &stFrame, const frame
   frames::SFrameInfo stInfo = frames::MakeFrameInfo(stFrame.nWidth, stFrame.nHeight, *pFormat);
   stInfo.mapTexts = mapTexts;
   return stInfo;
+}
+
+QString GetNumberedPath(const QString &strPath, uint32_t nNumber)
+{
+  const QFileInfo file(strPath);
+  return file.dir().filePath(
+    QStringLiteral("%1-%2.%3").arg(file.completeBaseName()).arg(nNumber, 4, 10, QLatin1Char('0')).arg(file.suffix()));
 }
 
 /// Writes a sequence into one file, or into one for each frame.
@@ -88,22 +97,13 @@ private:
   Result<> Create(frames::SFrameInfo stInfo)
   {
     stInfo.nFrames = IsSingle() ? 1 : m_nFrames;
-    m_strFile = IsSingle() ? GetNumberedPath() : m_strPath;
+    m_strFile = IsSingle() ? GetNumberedPath(m_strPath, m_nWritten + 1) : m_strPath;
     Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(m_strFile, stInfo);
     if (!created) {
       return created.GetFailure();
     }
     m_pWriter = std::move(created).GetValue();
     return {};
-  }
-
-  QString GetNumberedPath() const
-  {
-    const QFileInfo file(m_strPath);
-    return file.dir().filePath(QStringLiteral("%1-%2.%3")
-                                 .arg(file.completeBaseName())
-                                 .arg(m_nWritten + 1, 4, 10, QLatin1Char('0'))
-                                 .arg(file.suffix()));
   }
 
   /// The mark comes first: a file that only seems to be corrected is refused, one that only seems not to be would be
@@ -151,7 +151,7 @@ QString DescribeCorrection(const SCoefficientOrigin &stOrigin)
   return frames::ToLine(mark);
 }
 
-QString AskFramePath(QWidget *pParent, const QString &strTitle)
+QString AskFramePath(QWidget *pParent, const QString &strTitle, uint32_t nFrames)
 {
   QStringList listFilters;
   QString strFirst; // one that has a place for everything
@@ -160,20 +160,24 @@ QString AskFramePath(QWidget *pParent, const QString &strTitle)
     strFirst = strFirst.isEmpty() && pKind->KeepsTexts() && pKind->GetMaxFrames() > 1 ? listFilters.last() : strFirst;
   }
   QSettings settings;
-  QString strFilter = settings.value(QStringLiteral("frames/kind"), strFirst).toString();
-  const QDir dir(settings.value(FOLDER_KEY, QDir::homePath()).toString());
-  QString strPath = QFileDialog::getSaveFileName(pParent, strTitle, dir.absolutePath(),
-                                                 listFilters.join(QStringLiteral(";;")), &strFilter);
-  if (strPath.isEmpty()) {
-    return {};
-  }
-  settings.setValue(FOLDER_KEY, QFileInfo(strPath).absolutePath());
-  settings.setValue(QStringLiteral("frames/kind"), strFilter);
-  if (frames::FindFileKind(strPath) == nullptr) {
+  const auto complete = [&](const QString &strTyped, const QString &strFilter) {
     const int nKind = std::max(0, listFilters.indexOf(strFilter));
-    strPath += QLatin1Char('.') + frames::ListFileKinds()[static_cast<std::size_t>(nKind)]->GetSuffixes().first();
+    return frames::FindFileKind(strTyped) != nullptr
+             ? strTyped
+             : strTyped + QLatin1Char('.') +
+                 frames::ListFileKinds()[static_cast<std::size_t>(nKind)]->GetSuffixes().first();
+  };
+  const auto findFirst = [nFrames](const QString &strPath) {
+    return frames::FindFileKind(strPath)->GetMaxFrames() < nFrames ? GetNumberedPath(strPath, 1) : strPath;
+  };
+  const SSaveBox stBox = {strTitle, QDir(settings.value(FOLDER_KEY, QDir::homePath()).toString()).absolutePath(),
+                          listFilters, settings.value(KIND_KEY, strFirst).toString()};
+  const SSaveAnswer stAnswer = AskSavePath(pParent, stBox, complete, findFirst);
+  if (!stAnswer.strPath.isEmpty()) {
+    settings.setValue(FOLDER_KEY, QFileInfo(stAnswer.strPath).absolutePath());
+    settings.setValue(KIND_KEY, stAnswer.strFilter);
   }
-  return strPath;
+  return stAnswer.strPath;
 }
 
 Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const SFrameOrigin &stOrigin)
@@ -188,6 +192,7 @@ Result<uint32_t> SaveSequence(const QString &strPath, uint32_t nFrames, CFramePi
                               const SFrameOrigin &stOrigin, QWidget *pParent)
 {
   CWaitBox box(Translate("Save sequence"), pParent);
+  box.SetClosingText(Translate("The window closes when the frames are saved."));
   CSequenceFiles files(strPath, nFrames, stOrigin);
   CFrameRecorder recorder({nFrames}, [&files](const SRecordedFrame &stFrame) { return files.Write(stFrame); });
   pipeline.Request(std::numeric_limits<uint32_t>::max(), CFramePipeline::EWanted::Any,

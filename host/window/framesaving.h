@@ -23,14 +23,15 @@ struct SFrameOrigin {
 QString DescribeCorrection(const SCoefficientOrigin &stOrigin);
 
 /// Asks where to, with the kinds of files that there are.
+/// \param nFrames that are to be saved: a kind of file that takes one frame gets one file for each
 /// \return empty: the user has cancelled; else with a known ending
-QString AskFramePath(QWidget *pParent, const QString &strTitle);
+QString AskFramePath(QWidget *pParent, const QString &strTitle, uint32_t nFrames);
 
 /// Samples as they are: never what the display makes of them.
 Result<> SaveFrameCopy(const QString &strPath, const SFrameCopy &stFrame, const SFrameOrigin &stOrigin);
 
 /// Saves the next frames of the stream, as they are shown, corrected where the plug-in corrects. A kind of file that
-/// takes one frame gets one file for each: NAME-0001.png. Shows how far it is; the user may cancel, and nothing is left
+/// takes one frame is written as NAME-0001.png and so on. Shows how far it is; the user may cancel, and nothing is left
 /// of an unfinished file then.
 /// \param strPath as AskFramePath gives it
 /// \return how many were saved

@@ -415,9 +415,8 @@ void CMainWindow::SlotSaveReport()
 void CMainWindow::closeEvent(QCloseEvent *pEvent)
 {
   if (m_bBusy || m_progress.IsAcquiring()) {
-    pEvent->ignore(); // the box in front can be cancelled
+    pEvent->ignore();
     m_bCloseWanted = m_progress.IsAcquiring();
-    m_progress.ExplainClosing();
     return;
   }
   SaveLayout();

@@ -188,7 +188,8 @@ void CMainWindow::NoteOutcome(const SDialogOutcome &stOutcome)
     MarkStale(stOutcome);
     KeepSideFile(stOutcome);
   }
-  ShowNote(DescribeOutcome({stOutcome, bCancelled, driver.IsPreviewOffered(), m_coefficients.GetBright()}));
+  ShowNote(DescribeOutcome({stOutcome, bCancelled, driver.IsPreviewOffered(), m_coefficients.GetBright(),
+                            GetViewer()->GetCamera().IsStreaming()}));
 }
 
 void CMainWindow::KeepSideFile(const SDialogOutcome &stOutcome)

@@ -50,7 +50,7 @@ void CMainWindow::SlotSaveImage()
   }
   const SFrameOrigin stOrigin = {ReadFrameSettings(*GetViewer()->GetCamera().GetDeviceNodeMap()),
                                  DescribeCorrection(m_stFrameOrigin)};
-  const QString strPath = AskFramePath(this, tr("Save image"));
+  const QString strPath = AskFramePath(this, tr("Save image"), 1);
   if (strPath.isEmpty()) {
     return;
   }
@@ -72,7 +72,8 @@ void CMainWindow::SlotSaveSequence()
   bool bAccepted = false;
   const int nFrames = QInputDialog::getInt(this, tr("Save sequence"), tr("Number of frames"), DEFAULT_SEQUENCE, 1,
                                            MAX_SEQUENCE, 1, &bAccepted);
-  const QString strPath = bAccepted ? AskFramePath(this, tr("Save sequence")) : QString();
+  const QString strPath =
+    bAccepted ? AskFramePath(this, tr("Save sequence"), static_cast<uint32_t>(nFrames)) : QString();
   if (strPath.isEmpty() || GetViewer() == nullptr) {
     return;
   }
@@ -205,8 +206,8 @@ void CMainWindow::AddHelp()
                    "4. Quality > Measure tells how even the image is, from fresh frames, and saves a report."));
   });
   AddAction(pHelp, tr("&About"), QKeySequence(), [this] {
-    ShowMessage(tr("ffchost %1\nReference host of the flat-field correction plug-in\nQt %2")
-                  .arg(QStringLiteral(FFC_VERSION), QString::fromLatin1(qVersion())));
+    ShowMessage(tr("%1\nReference host of the flat-field correction plug-in\nQt %2")
+                  .arg(GetToolName(), QString::fromLatin1(qVersion())));
   });
 }
 

@@ -8,7 +8,6 @@
 
 #include <QAction>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 
 #include "flat/weightedflat.h"
@@ -17,6 +16,7 @@
 #include "host/dialogdriver/dialogdriver.h"
 #include "host/viewer/featuretext.h"
 #include "host/window/referencedialog.h"
+#include "host/window/savebox.h"
 #include "host/window/sidefilecheck.h"
 #include "host/window/waitbox.h"
 
@@ -140,12 +140,12 @@ void CMainWindow::ShowReference(const Result<flat::SWeightedFlat> &made, uint32_
     return;
   }
   const QDir dir = m_stMemory.strFile.isEmpty() ? QDir::home() : QFileInfo(m_stMemory.strFile).dir();
-  QString strFile = QFileDialog::getSaveFileName(
-    this, tr("Save coefficients"), dir.filePath(QStringLiteral("weighted.ffc")), tr("Coefficients (*.ffc)"));
+  const SSaveBox stBox = {
+    tr("Save coefficients"), dir.filePath(QStringLiteral("weighted.ffc")), {tr("Coefficients (*.ffc)")}, QString()};
+  const QString strFile = AskSavePath(this, stBox, QStringLiteral("ffc"));
   if (strFile.isEmpty() || GetViewer() == nullptr) {
     return;
   }
-  strFile += QFileInfo(strFile).suffix().isEmpty() ? QStringLiteral(".ffc") : QString();
   const Result<> saved = SaveReference(made.GetValue(), nExpectGray, strFile);
   if (!saved) {
     ShowError(saved.GetFailure());

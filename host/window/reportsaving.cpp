@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -11,6 +10,7 @@
 #include "frames/wholefile.h"
 #include "host/measurement/background.h"
 #include "host/measurement/defectfiles.h"
+#include "host/window/savebox.h"
 #include "host/window/waitbox.h"
 #include "quality/htmlreport.h"
 
@@ -39,12 +39,13 @@ QString AskReportPath(QWidget *pParent)
 {
   QSettings settings;
   const QDir dir(settings.value(FOLDER_KEY, QDir::homePath()).toString());
-  QString strPath =
-    QFileDialog::getSaveFileName(pParent, Translate("Save report"),
-                                 dir.filePath(QStringLiteral("flat-field-report.html")), Translate("Report (*.html)"));
+  const SSaveBox stBox = {Translate("Save report"),
+                          dir.filePath(QStringLiteral("flat-field-report.html")),
+                          {Translate("Report (*.html)")},
+                          QString()};
+  const QString strPath = AskSavePath(pParent, stBox, QStringLiteral("html"));
   if (!strPath.isEmpty()) {
     settings.setValue(FOLDER_KEY, QFileInfo(strPath).absolutePath());
-    strPath += QFileInfo(strPath).suffix().isEmpty() ? QStringLiteral(".html") : QString();
   }
   return strPath;
 }
@@ -53,6 +54,7 @@ Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality:
                     const quality::SLimits &stLimits, const QDateTime &dtMeasured, QWidget *pParent)
 {
   CWaitBox box(Translate("Save report"), pParent);
+  box.SetClosingText(Translate("The window closes when the report is written."));
   CBackground background;
   QByteArray byteHtml;
   background.Start([&]() -> std::function<void()> {

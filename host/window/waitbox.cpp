@@ -1,7 +1,10 @@
 #include "host/window/waitbox.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QEventLoop>
 #include <QTimer>
+#include <QWindow>
 
 namespace ffc::host {
 namespace {
@@ -9,19 +12,52 @@ namespace {
 constexpr int BOX_WIDTH = 360; ///< wide enough for every step, so that the box does not jump
 constexpr int PASS_MS = 20;
 
+/// What a user does with a window, as it comes from the desktop.
+bool IsInput(QEvent::Type eType)
+{
+  switch (eType) {
+  case QEvent::MouseButtonPress:
+  case QEvent::MouseButtonRelease:
+  case QEvent::MouseButtonDblClick:
+  case QEvent::MouseMove:
+  case QEvent::Wheel:
+  case QEvent::KeyPress:
+  case QEvent::KeyRelease:
+  case QEvent::ContextMenu:
+  case QEvent::TouchBegin:
+  case QEvent::TouchUpdate:
+  case QEvent::TouchEnd:
+  case QEvent::NativeGesture:
+  case QEvent::TabletPress:
+  case QEvent::TabletMove:
+  case QEvent::TabletRelease:
+  case QEvent::DragEnter:
+  case QEvent::Drop:
+  case QEvent::Close: return true;
+  default: return false;
+  }
+}
+
 } // namespace
 
-CWaitBox::CWaitBox(const QString &strTitle, QWidget *pParent) : QProgressDialog(pParent)
+CWaitBox::CWaitBox(const QString &strTitle, QWidget *pWindow) : QProgressDialog(pWindow), m_pWindow(pWindow)
 {
   setObjectName(QStringLiteral("WaitBox"));
   setWindowTitle(strTitle);
   setCancelButtonText(tr("&Cancel"));
-  setWindowModality(Qt::ApplicationModal);
   setMinimumDuration(0);
   setMinimumWidth(BOX_WIDTH);
   setAutoReset(false);
   setAutoClose(false);
+  qApp->installEventFilter(this);
   show();
+}
+
+CWaitBox::~CWaitBox()
+{
+  if (m_bClosing && m_pWindow != nullptr) {
+    QTimer::singleShot(0, m_pWindow, &QWidget::close);
+  }
 }
 
 void CWaitBox::ShowProgress(const QString &strStep, uint32_t nDone, uint32_t nTotal)
@@ -29,7 +65,8 @@ void CWaitBox::ShowProgress(const QString &strStep, uint32_t nDone, uint32_t nTo
   if (wasCanceled()) {
     return;
   }
-  setLabelText(strStep);
+  m_strStep = strStep;
+  ShowText();
   setMaximum(static_cast<int>(nTotal));
   setValue(static_cast<int>(nDone));
 }
@@ -39,6 +76,49 @@ void CWaitBox::LetPass()
   QEventLoop loop;
   QTimer::singleShot(PASS_MS, &loop, &QEventLoop::quit);
   loop.exec();
+}
+
+/// Input reaches a widget through its window; keys of menus and buttons go to these at once.
+bool CWaitBox::eventFilter(QObject *pObject, QEvent *pEvent)
+{
+  const QEvent::Type eType = pEvent->type();
+  if (pObject == m_pWindow && eType == QEvent::Close) {
+    pEvent->ignore();
+    PutOffClosing();
+    return true;
+  }
+  const bool bInput = eType == QEvent::Shortcut || (pObject->isWindowType() && IsInput(eType));
+  const bool bClosesWindow =
+    eType == QEvent::Close && m_pWindow != nullptr && pObject == m_pWindow->windowHandle(); // who passes it on
+  if (!bInput || bClosesWindow || IsMine(pObject) || QApplication::activeModalWidget() != nullptr) {
+    return false;
+  }
+  pEvent->ignore();
+  return true;
+}
+
+bool CWaitBox::IsMine(const QObject *pObject) const
+{
+  const QObject *pOwner = pObject;
+  while (pOwner != nullptr && pOwner != this) {
+    pOwner = pOwner->parent();
+  }
+  return pOwner == this || pObject == windowHandle();
+}
+
+void CWaitBox::PutOffClosing()
+{
+  m_bClosing = true;
+  if (m_strClosing.isEmpty()) {
+    cancel();
+  } else {
+    ShowText();
+  }
+}
+
+void CWaitBox::ShowText()
+{
+  setLabelText(m_bClosing ? m_strStep + QLatin1Char('\n') + m_strClosing : m_strStep);
 }
 
 } // namespace ffc::host

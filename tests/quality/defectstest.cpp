@@ -91,7 +91,7 @@ TEST(Defects, EveryKindIsFoundWhereItIs)
   EXPECT_EQ(Describe(stScene.Find(false)).toStdString(),
             "0,0 stuck; 10,2 dark; 20,2 bright; 5,10 dark+hot; 39,29 bright; ");
   EXPECT_EQ(SummarizeDefects(stScene.Find()).toStdString(),
-            "6 defect pixel(s): 2 dark, 2 bright, 1 hot, 1 stuck, 1 noisy");
+            "6 defect pixels: 2 dark, 2 bright, 1 hot, 1 stuck, 1 noisy");
 }
 
 TEST(Defects, BothListsAreReadAsTheyWereWritten)

@@ -118,7 +118,7 @@ TEST(ReferenceAdvice, NamesTheBitsWhenTheySetTheFloor)
   const SNoise stQuiet{"Mono", 103, 0.5, 1};
   const QString strAdvice = AdviseReference({stQuiet}, stFacts).join(' ');
   EXPECT_TRUE(strAdvice.contains("take 12 bit; 8-bit rounding alone leaves 0.28 %")) << strAdvice.toStdString();
-  EXPECT_TRUE(strAdvice.contains("16 frame(s) were used, which is as advised.")) << strAdvice.toStdString();
+  EXPECT_TRUE(strAdvice.contains("16 frames were used, which is as advised.")) << strAdvice.toStdString();
   // Noise of a frame far above a bit: the same rounding, but frames come first.
   EXPECT_FALSE(DoBitsSetTheFloor({"Mono", 103, 4, 1}, stFacts));
   stFacts.nBitDepth = 12;
@@ -132,10 +132,10 @@ TEST(ReferenceAdvice, KnowsHowManyFramesWereUsedByWhichMethodAndWhoCorrects)
   const std::vector<SNoise> listNoise = {MakeNoise(20, 8)};
   QString strAdvice = AdviseReference(listNoise, stFacts).join(' ');
   EXPECT_TRUE(strAdvice.contains("8 frames only break even, take 16.")) << strAdvice.toStdString();
-  EXPECT_TRUE(strAdvice.contains("2 frame(s) were used: their noise leaves 0.71 %")) << strAdvice.toStdString();
+  EXPECT_TRUE(strAdvice.contains("2 frames were used: their noise leaves 0.71 %")) << strAdvice.toStdString();
   stFacts.bWeighted = true;
   strAdvice = AdviseReference(listNoise, stFacts).join(' ');
-  EXPECT_TRUE(strAdvice.contains("of 2 frame(s) is weighted")) << strAdvice.toStdString();
+  EXPECT_TRUE(strAdvice.contains("of 2 frames is weighted")) << strAdvice.toStdString();
   stFacts.eMode = ffc::camera::ECorrectionMode::Vignetting;
   stFacts.nBlockSize = 32;
   strAdvice = AdviseReference(listNoise, stFacts).join(' ');

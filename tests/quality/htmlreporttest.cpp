@@ -127,7 +127,7 @@ TEST(HtmlReport, NamesWhatTheCoefficientsAndTheFiguresCameFrom)
   stResult.stReport.strCoefficientFile = "left.ffc";
   stResult.stReport.strPrograms = "host 1.2, module 3.4";
   const QString strPage = MakePage(stResult, 1.0);
-  for (const char *pText : {"from 8 bright frame(s), averaged, no dark frame", "left.ffc", "120 of 255 (1920 DN)",
+  for (const char *pText : {"from 8 bright frames, averaged, no dark frame", "left.ffc", "120 of 255 (1920 DN)",
                             "host 1.2, module 3.4", "EMVA 1288", "% of the mean"}) {
     EXPECT_TRUE(strPage.contains(QLatin1String(pText))) << pText;
   }

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -201,13 +203,20 @@ TEST_F(HostWorkflow, ACameraThatCannotBeOpenedIsToldWithItsReason)
   EXPECT_EQ(run.Run().GetError(), "open: no such camera");
 }
 
-TEST_F(HostWorkflow, AWarningOfTheDialogIsANote)
+TEST_F(HostWorkflow, ALensThatStaysCoveredFailsWithTheDialogsWarningAsANote)
 {
   CFaultyCamera::SFaults stFaults;
   stFaults.bLensCapIsStuck = true;
-  Run(stFaults);
+  EXPECT_EQ(Run(stFaults), "");
   ASSERT_FALSE(m_stReport.listNotes.isEmpty());
   EXPECT_TRUE(m_stReport.listNotes.at(0).startsWith("The bright field image is too dark"));
+  EXPECT_FALSE(m_bWithinLimit) << "although none was stated";
+  EXPECT_TRUE(m_strSummary.contains("  FAIL: the bright field is as good as dark")) << m_strSummary.toStdString();
+  QFile file(m_dir.filePath("report.json"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QJsonObject json = QJsonDocument::fromJson(file.readAll()).object();
+  EXPECT_EQ(json["verdict"].toString().toStdString(), "fail");
+  EXPECT_FALSE(json["within_limit"].toBool(true));
 }
 
 TEST_F(HostWorkflow, AFolderThatCannotBeMadeIsNamed)

@@ -61,27 +61,6 @@ protected:
   }
 };
 
-/// Closes the window while its box of an acquisition is shown, and keeps what the box says then.
-class CCloser : public QObject {
-public:
-  explicit CCloser(QWidget &window) : m_window(window) { startTimer(10); }
-  QString GetBoxText() const { return m_strBox; }
-
-protected:
-  void timerEvent(QTimerEvent *) override
-  {
-    QWidget *pBox = QApplication::activeModalWidget();
-    if (m_strBox.isEmpty() && pBox != nullptr && pBox->objectName() == QLatin1String("AcquisitionProgress")) {
-      m_window.close();
-      m_strBox = pBox->findChild<QLabel *>()->text();
-    }
-  }
-
-private:
-  QWidget &m_window;
-  QString m_strBox;
-};
-
 QRect GetGlobal(const QWidget &widget)
 {
   return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
@@ -226,12 +205,32 @@ TEST_F(PluginDialog, TellsWhatWasSavedAndLoadedAndNothingThatIsNotKnown)
   const QDateTime dtBefore = QDateTime::currentDateTime();
   Key(Qt::Key_M, Qt::ControlModifier);
   const QJsonObject json = SaveReport();
-  EXPECT_FALSE(json.contains(QStringLiteral("frame_count"))) << "the sliders say nothing of a file";
-  EXPECT_FALSE(json.contains(QStringLiteral("expect_gray")));
+  EXPECT_EQ(json[QStringLiteral("frame_count")].toInt(), 16) << "as the file beside it says";
+  EXPECT_EQ(json[QStringLiteral("reference")].toString().toStdString(), "average");
   EXPECT_NE(GetText("Findings").find("flat.ffc"), std::string::npos);
+  EXPECT_EQ(GetText("Findings").find("is not known"), std::string::npos) << GetText("Findings");
   const QDateTime dtMeasured = QDateTime::fromString(json[QStringLiteral("measured_at")].toString(), Qt::ISODate);
   EXPECT_GE(dtMeasured, dtBefore.addSecs(-1));
   EXPECT_LE(dtMeasured, QDateTime::currentDateTime());
+}
+
+TEST_F(PluginDialog, OfAFileWithNothingThatBelongsToItNeitherFrameCountNorGreyIsClaimed)
+{
+  ShowCorrected();
+  const QString strFile = m_folder.filePath(QStringLiteral("flat.ffc"));
+  ASSERT_TRUE(GetDriver().SaveFile(strFile).bFileChosen);
+  QFile file(strFile);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  const QByteArray byteTable = file.readAll();
+  ASSERT_TRUE(file.seek(0) && file.putChar(static_cast<char>(byteTable[0] ^ 1)));
+  file.close();
+  ASSERT_TRUE(GetDriver().LoadFile(strFile).bFileChosen);
+  ASSERT_TRUE(WaitText("Correction", "corrected"));
+  Key(Qt::Key_M, Qt::ControlModifier);
+  const QJsonObject json = SaveReport();
+  EXPECT_FALSE(json.contains(QStringLiteral("frame_count"))) << "the sliders say nothing of a file";
+  EXPECT_FALSE(json.contains(QStringLiteral("expect_gray")));
+  EXPECT_NE(GetText("Findings").find("How many frames the coefficients were made of is not known"), std::string::npos);
 }
 
 TEST_F(PluginDialog, RepeatsOfARecordingAreNotCountedAsFrames)
@@ -266,7 +265,7 @@ TEST_F(PluginDialog, ClosingDuringAnAcquisitionSaysWhyItWaits)
   Press("ShowDialog");
   CDialogDriver driver = GetDriver();
   driver.SetFrameCount(8);
-  const CCloser closer(*m_pWindow);
+  const CCloser closer(*m_pWindow, "AcquisitionProgress");
   EXPECT_EQ(driver.AcquireBright().strBox.toStdString(), "");
   EXPECT_TRUE(closer.GetBoxText().contains("The window closes when the plug-in is done with the camera."));
   EXPECT_TRUE(QTest::qWaitFor([this] { return !m_pWindow->isVisible(); }));

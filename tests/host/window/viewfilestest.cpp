@@ -7,7 +7,9 @@
 
 #include <QAction>
 #include <QFile>
+#include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
@@ -21,6 +23,7 @@
 #include "host/window/camerapresets.h"
 #include "host/window/framesaving.h"
 #include "host/window/imageview.h"
+#include "tests/host/window/boxpresser.h"
 #include "tests/host/window/windowfixture.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/correctionmarks.h"
@@ -93,7 +96,63 @@ protected:
   }
 };
 
+/// Types a name into the first file box, answers the question whether a file is replaced, and leaves the second box.
+class CReplacingUser : public QObject {
+public:
+  CReplacingUser(const QString &strName, const char *pAnswer) : m_strName(strName), m_presser("ReplaceFile", pAnswer)
+  {
+    startTimer(10);
+  }
+  int GetQuestions() const { return m_presser.GetPressed(); }
+
+protected:
+  void timerEvent(QTimerEvent *) override
+  {
+    if (auto *pInput = qobject_cast<QInputDialog *>(QApplication::activeModalWidget())) {
+      pInput->accept();
+    }
+    auto *pBox = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+    if (pBox != nullptr && m_strName.isEmpty()) {
+      pBox->reject();
+    } else if (pBox != nullptr) {
+      pBox->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_strName);
+      m_strName.clear();
+      QMetaObject::invokeMethod(pBox, "accept");
+    }
+  }
+
+private:
+  QString m_strName;
+  CBoxPresser m_presser;
+};
+
+QByteArray ReadAll(const QString &strPath)
+{
+  QFile file(strPath);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
+
+TEST_F(ViewFiles, AFileIsNotReplacedWithoutAQuestionHoweverItsNameWasTyped)
+{
+  ShowPicture();
+  QSettings().setValue(QStringLiteral("frames/kind"), QStringLiteral("PNG (*.png)"));
+  for (const char *pName : {"image.png", "sequence-0001.png"}) {
+    const QString strPath = m_folder.filePath(pName);
+    QFile file(strPath);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("mine") == 4);
+    file.close();
+    const bool bImage = strPath.contains("image");
+    const QString strTyped = m_folder.filePath(bImage ? "image" : "sequence");
+    for (const char *pAnswer : {"&Cancel", "&Replace"}) {
+      const CReplacingUser user(strTyped, pAnswer);
+      FindAction(bImage ? "Save image" : "Save sequence")->trigger();
+      EXPECT_EQ(user.GetQuestions(), 1) << pName;
+      EXPECT_EQ(ReadAll(strPath) == "mine", pAnswer[1] == 'C') << pName << pAnswer;
+    }
+  }
+}
 
 TEST_F(ViewFiles, AnImageIsSavedWithItsSamplesAndTheCamerasSettings)
 {

@@ -4,6 +4,8 @@
 #include <QAction>
 #include <QFile>
 #include <QFileDialog>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -108,6 +110,16 @@ TEST_F(ViewReference, TheAcquiredFramesBecomeAWeightedTableThatThePlugInLoads)
   EXPECT_TRUE(side.GetValue()->bDarkUsed);
   EXPECT_EQ(side.GetValue()->strPixelFormat, "Mono12");
   EXPECT_EQ(side.GetValue()->strSha256, ffc::frames::HashCoefficientFile(strFile).GetValue());
+
+  Press("Measure");
+  const QString strReport = m_folder.filePath("weighted.html");
+  const CReferenceUser user(*m_pWindow, m_folder.filePath("weighted"));
+  Press("SaveReport");
+  EXPECT_TRUE(ReadFile(strReport).contains("from 16 bright frames, weighted, and 1 dark frame"));
+  const QJsonObject json = QJsonDocument::fromJson(ReadFile(m_folder.filePath("weighted.json"))).object();
+  EXPECT_EQ(json["reference"].toString().toStdString(), "weighted");
+  EXPECT_EQ(json["frame_count"].toInt(), 16);
+  EXPECT_EQ(json["expect_gray"].toInt(), static_cast<int>(stFrames.nExpectGray));
 
   Press("StartStop");
   dynamic_cast<GenApi::IValue *>(GetCamera().GetDeviceNodeMap()->GetNode("Width"))->FromString("128");

@@ -122,6 +122,18 @@ TEST_F(WindowWorkflow, AMeasurementCanBeCancelled)
   EXPECT_FALSE(Find<QAbstractButton>("SaveReport")->isEnabled());
 }
 
+TEST_F(WindowWorkflow, ClosingDuringAMeasurementEndsIt)
+{
+  m_dFrameRate = 20;
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  const CCloser closer(*m_pWindow, "WaitBox");
+  Press("Measure");
+  EXPECT_TRUE(closer.HasClosed());
+  EXPECT_EQ(GetText("Verdict"), "Not measured");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !m_pWindow->isVisible(); }));
+}
+
 TEST_F(WindowWorkflow, MeasuringWithoutACorrectionGivesABaseline)
 {
   ShowWindow();
@@ -160,7 +172,7 @@ TEST_F(WindowWorkflow, EveryFigureHasItsLimitAndItsLine)
   EXPECT_TRUE(fnLines()[1].startsWith("PASS: PRNU "));
   EXPECT_TRUE(fnLines()[2].startsWith("WORSE: DSNU ")) << "the noise of one dark frame: " << GetText("Verdict");
   EXPECT_NE(GetText("Findings").find("the dark reference is one single frame"), std::string::npos);
-  EXPECT_NE(GetText("Findings").find("16 frame(s) were used"), std::string::npos);
+  EXPECT_NE(GetText("Findings").find("16 frames were used"), std::string::npos);
   Find<QDoubleSpinBox>("PrnuLimit")->setValue(0.01);
   EXPECT_TRUE(fnLines()[1].startsWith("FAIL: PRNU "));
   Find<QDoubleSpinBox>("PrnuLimit")->setValue(0);
