@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QSysInfo>
 
 #include "frames/frameinfo.h"
 #include "platform/result.h"
@@ -34,6 +35,16 @@ Result<QByteArray> ReadWhole(QFile &file);
 
 /// Brings 16-bit samples from one byte order to the other; leaves others alone.
 void SwapSamples(void *pFrame, const SLayout &stLayout);
+
+/// Brings samples from the byte order of a file to the machine's, or back: 16-bit ones change where the two differ.
+/// \param eFileOrder QSysInfo::LittleEndian or QSysInfo::BigEndian
+template <QSysInfo::Endian eFileOrder>
+void ConvertOrder(void *pFrame, const SLayout &stLayout)
+{
+  if constexpr (eFileOrder != QSysInfo::ByteOrder) {
+    SwapSamples(pFrame, stLayout);
+  }
+}
 
 /// A reader or writer, once its Open has succeeded.
 template <class TInterface, class TObject, class... TArguments>

@@ -72,7 +72,7 @@ Result<> CFitsKeywords::Read(const QByteArray &byteHeader)
   return {};
 }
 
-Result<> CFitsKeywords::Create()
+void CFitsKeywords::Create()
 {
   m_nMemory = FITS_BLOCK_SIZE;
   m_pMemory = std::calloc(1, m_nMemory);
@@ -81,7 +81,6 @@ Result<> CFitsKeywords::Create()
   // Without an image, so that the library has nothing to write behind the header.
   fits_create_img(m_pFile, BYTE_IMG, 0, nullptr, &m_nStatus);
   fits_get_hdrspace(m_pFile, &m_nBegin, nullptr, &m_nStatus);
-  return m_nStatus == 0 ? Result<>() : Describe();
 }
 
 QString CFitsKeywords::GetText(const char *pKey)
@@ -130,6 +129,7 @@ Result<QByteArray> CFitsKeywords::GetCards()
   char *pCards = nullptr;
   int nCards = 0;
   fits_hdr2str(m_pFile, 0, nullptr, 0, &pCards, &nCards, &m_nStatus);
+  // Of what is written here the library takes everything; what it may lack is memory.
   if (m_nStatus != 0) {
     return Describe();
   }

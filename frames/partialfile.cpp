@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -9,6 +10,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include "frames/fileio.h"
 #include "platform/replaceablefile.h"
 
 namespace ffc::frames {
@@ -64,6 +66,17 @@ Result<> CPartialFile::Write(const void *pBytes, uint64_t nBytes)
 {
   const auto nWanted = static_cast<qint64>(nBytes);
   return m_file.write(static_cast<const char *>(pBytes), nWanted) == nWanted ? Result<>() : Describe();
+}
+
+Result<> CPartialFile::WriteLittleEndian(const void *pFrame, const SLayout &stLayout)
+{
+  if constexpr (QSysInfo::ByteOrder == QSysInfo::BigEndian) {
+    const auto *pBytes = static_cast<const uint8_t *>(pFrame);
+    std::vector<uint8_t> listSwapped(pBytes, pBytes + stLayout.GetFrameSize());
+    SwapSamples(listSwapped.data(), stLayout);
+    return Write(listSwapped.data(), listSwapped.size());
+  }
+  return Write(pFrame, stLayout.GetFrameSize());
 }
 
 Result<> CPartialFile::Commit(ECommit eCommit)

@@ -115,7 +115,7 @@ TiffPtr OpenTiff(QFile &file, const char *pMode, std::string *pstrError)
     TIFFSetWarningHandler(nullptr);
   });
   TIFFOpenOptions *pOptions = TIFFOpenOptionsAlloc();
-  if (pOptions == nullptr) {
+  if (pOptions == nullptr) { // a few bytes
     *pstrError = "there is no memory";
     return nullptr;
   }
@@ -133,8 +133,10 @@ Texts GetTiffTexts(TIFF *pTiff)
   Texts mapTexts;
   for (const STextTag &stTag : TEXT_TAGS) {
     const char *pText = nullptr;
-    if (TIFFGetField(pTiff, stTag.nTag, &pText) == 1 && pText != nullptr && *pText != '\0') {
-      mapTexts[QLatin1String(stTag.pKeyword)] = QString::fromUtf8(pText);
+    TIFFGetField(pTiff, stTag.nTag, &pText);
+    const QString strText = QString::fromUtf8(pText);
+    if (!strText.isEmpty()) {
+      mapTexts[QLatin1String(stTag.pKeyword)] = strText;
     }
   }
   return mapTexts;

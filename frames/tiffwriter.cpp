@@ -40,7 +40,7 @@ public:
   Result<> Commit(ECommit eCommit) override
   {
     m_pTiff.reset();
-    return m_strError.empty() && m_file.GetFile().error() == QFileDevice::NoError ? m_file.Commit(eCommit) : Describe();
+    return m_strError.empty() ? m_file.Commit(eCommit) : Describe();
   }
 
 private:
