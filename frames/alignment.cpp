@@ -117,8 +117,8 @@ Result<SDepth> DecideDepth(const SEvidence &stEvidence, const SLayout &stLayout,
   if (bFitsRight) {
     return SDepth{nBitDepth, EAlignment::Right, {}};
   }
-  return bFitsLeft && !stStated.eAlignment ? Result<SDepth>(MakeLeft(nBitDepth, nEmpty))
-                                           : DescribeTooLarge(stEvidence, nBitDepth);
+  const bool bIsLeft = bFitsLeft && !stStated.eAlignment;
+  return bIsLeft ? Result<SDepth>(MakeLeft(nBitDepth, nEmpty)) : DescribeTooLarge(stEvidence, nBitDepth);
 }
 
 uint32_t FindUsedBits(const void *pFrame, const SLayout &stLayout)

@@ -161,7 +161,7 @@ private:
   Result<> WriteHeader(const Texts &mapTexts)
   {
     const Result<QByteArray> header = MakeFitsHeader(m_stInfo, mapTexts);
-    if (!header) {
+    if (!header) { // no memory
       return m_file.Describe(QString::fromStdString(header.GetError()));
     }
     return m_file.Write(header.GetValue().constData(), static_cast<uint64_t>(header.GetValue().size()));

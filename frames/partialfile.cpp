@@ -92,6 +92,7 @@ Result<> CPartialFile::Commit(ECommit eCommit)
   }
   m_file.close();
   std::error_code error;
+  // A file of a network may find only now that the disk is full.
   if (m_file.error() == QFileDevice::NoError) {
     std::filesystem::rename(ToPath(m_file.fileName()), ToPath(m_strPath), error);
     if (!error) {

@@ -61,7 +61,8 @@ toff_t Seek(thandle_t pHandle, toff_t nOffset, int nFrom)
   QFile &file = ToFile(pHandle);
   const auto nBase = static_cast<toff_t>(nFrom == SEEK_SET ? 0 : nFrom == SEEK_CUR ? file.pos() : file.size());
   const toff_t nPlace = nBase + nOffset;
-  return nPlace <= INT64_MAX && file.seek(static_cast<qint64>(nPlace)) ? nPlace : static_cast<toff_t>(-1);
+  // Beyond what the file's numbers hold the place is below 0, where no file is.
+  return file.seek(static_cast<qint64>(nPlace)) ? nPlace : static_cast<toff_t>(-1);
 }
 
 int CloseNothing(thandle_t)

@@ -33,8 +33,9 @@ public:
   {
     SetTags();
     SetTiffTexts(m_pTiff.get(), mapTexts);
-    const bool bWritten = WriteStrips(static_cast<const uint8_t *>(pFrame)) && TIFFWriteDirectory(m_pTiff.get()) == 1;
-    return bWritten && m_strError.empty() ? Result<>() : Describe();
+    const bool bWritten =
+      WriteStrips(static_cast<const uint8_t *>(pFrame)) && TIFFWriteDirectory(m_pTiff.get()) == 1 && m_strError.empty();
+    return bWritten ? Result<>() : Describe();
   }
 
   Result<> Commit(ECommit eCommit) override

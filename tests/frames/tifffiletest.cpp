@@ -199,7 +199,7 @@ TEST_F(CTiffTest, AFileThatIsExpectedToBecomeTooLargeForSmallOffsetsIsABigOne)
   {
     auto writer = m_kind.Create(m_strPath, stInfo);
     ASSERT_TRUE(writer.GetValue()->Write(listFrames[0].data(), {}).IsOk());
-    ASSERT_EQ(writer.GetValue()->Commit().GetError(), "");
+    ASSERT_EQ(writer.GetValue()->Commit(ECommit::Durable).GetError(), "");
   }
   std::string strError;
   SFrameInfo stRead;
