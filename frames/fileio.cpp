@@ -32,6 +32,7 @@ Result<> CheckFrameSize(uint64_t nWidth, uint64_t nHeight, uint32_t nBytesPerSam
   return {};
 }
 
+// Errors of the disk, here and below, come in tests/reliability, where the files of the whole tool fail.
 Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes)
 {
   const auto nWanted = static_cast<qint64>(nBytes);
