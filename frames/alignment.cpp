@@ -1,6 +1,8 @@
 #include "frames/alignment.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <string>
 
 namespace ffc::frames {
@@ -56,17 +58,13 @@ Result<SDepth> GuessDepth(const SEvidence &stEvidence, const SStated &stStated)
   if (stStated.eAlignment == EAlignment::Left) {
     return SDepth{SAMPLE_BITS, EAlignment::Left, QStringLiteral("The values are taken as 16 bits: all are in use.")};
   }
-  for (const uint32_t nDepth : DEEP) {
-    if (stEvidence.nLargest < 1U << nDepth) {
-      return SDepth{
-        nDepth, EAlignment::Right,
-        QStringLiteral("The values are taken as %1 bits, right-aligned, because the largest is %2 and the low bits are "
-                       "in use.")
-          .arg(nDepth)
-          .arg(stEvidence.nLargest)};
-    }
-  }
-  return SDepth{SAMPLE_BITS, EAlignment::Right, {}};
+  const auto holdsLargest = [&stEvidence](uint32_t nDepth) { return stEvidence.nLargest < 1U << nDepth; };
+  const uint32_t nDepth = *std::find_if(std::begin(DEEP), std::end(DEEP) - 1, holdsLargest);
+  return SDepth{nDepth, EAlignment::Right,
+                QStringLiteral("The values are taken as %1 bits, right-aligned, because the largest is %2 and the low "
+                               "bits are in use.")
+                  .arg(nDepth)
+                  .arg(stEvidence.nLargest)};
 }
 
 } // namespace
@@ -119,8 +117,8 @@ Result<SDepth> DecideDepth(const SEvidence &stEvidence, const SLayout &stLayout,
   if (bFitsRight) {
     return SDepth{nBitDepth, EAlignment::Right, {}};
   }
-  return bFitsLeft && !stStated.eAlignment ? Result<SDepth>(MakeLeft(nBitDepth, nEmpty))
-                                           : DescribeTooLarge(stEvidence, nBitDepth);
+  const bool bIsLeft = bFitsLeft && !stStated.eAlignment;
+  return bIsLeft ? Result<SDepth>(MakeLeft(nBitDepth, nEmpty)) : DescribeTooLarge(stEvidence, nBitDepth);
 }
 
 uint32_t FindUsedBits(const void *pFrame, const SLayout &stLayout)

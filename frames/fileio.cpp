@@ -45,6 +45,7 @@ QStringList ListNames(const QDir &dir, const QString &strBegin, const QStringLis
   return listNames;
 }
 
+// Errors of the disk, here and below, come in tests/reliability, where the files of the whole tool fail.
 Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes)
 {
   const auto nWanted = static_cast<qint64>(nBytes);

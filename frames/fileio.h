@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QStringList>
+#include <QSysInfo>
 
 #include "frames/frameinfo.h"
 #include "platform/result.h"
@@ -40,6 +41,16 @@ QStringList ListNames(const QDir &dir, const QString &strBegin, const QStringLis
 
 /// Brings 16-bit samples from one byte order to the other; leaves others alone.
 void SwapSamples(void *pFrame, const SLayout &stLayout);
+
+/// Brings samples from the byte order of a file to the machine's, or back: 16-bit ones change where the two differ.
+/// \param eFileOrder QSysInfo::LittleEndian or QSysInfo::BigEndian
+template <QSysInfo::Endian eFileOrder>
+void ConvertOrder(void *pFrame, const SLayout &stLayout)
+{
+  if constexpr (eFileOrder != QSysInfo::ByteOrder) {
+    SwapSamples(pFrame, stLayout);
+  }
+}
 
 /// A reader or writer, once its Open has succeeded.
 template <class TInterface, class TObject, class... TArguments>

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include <QFile>
-#include <QtEndian>
 
 #include "frames/fileio.h"
 #include "frames/fitsheader.h"
@@ -50,13 +49,6 @@ bool HasNegative(const uint8_t *pFrame, const SLayout &stLayout)
   return (nBits & SIGN_BIT) != 0;
 }
 
-void SwapIfLittleEndian(uint8_t *pFrame, const SLayout &stLayout)
-{
-  if (Q_BYTE_ORDER == Q_LITTLE_ENDIAN) {
-    SwapSamples(pFrame, stLayout);
-  }
-}
-
 class CFitsReader final : public IFrameReader {
 public:
   Result<> Open(const QString &strPath)
@@ -99,10 +91,13 @@ private:
     const qint64 nBegin = m_file.pos();
     const uint64_t nData = stInfo.nFrames * stInfo.stLayout.GetFrameSize();
     const auto nEnd = static_cast<qint64>(nData + GetFitsPadding(nData));
-    if (nBegin + nEnd < m_file.size() && m_file.seek(nBegin + nEnd) && m_file.read(8) == "XTENSION") {
+    // Within a file that CheckFrameSize has looked at, places are found.
+    m_file.seek(nBegin + nEnd);
+    if (m_file.read(8) == "XTENSION") {
       return Failure("has further parts behind its image (extensions), which would be lost: save the image alone.");
     }
-    return m_file.seek(nBegin) ? Result<>() : Failure("cannot be read.");
+    m_file.seek(nBegin);
+    return {};
   }
 
   Result<> Decode(uint8_t *pFrame) const
@@ -115,7 +110,7 @@ private:
         return Failure("has negative values in frame " + std::to_string(m_nRead) +
                        "; only values from 0 are those of a camera.");
       }
-      SwapIfLittleEndian(pFrame, stLayout);
+      ConvertOrder<QSysInfo::BigEndian>(pFrame, stLayout);
     }
     if (IsTurned(m_stHeader.stInfo)) {
       TurnOver(pFrame, stLayout);
@@ -143,7 +138,7 @@ public:
     const auto *pBytes = static_cast<const uint8_t *>(pFrame);
     m_listFrame.assign(pBytes, pBytes + m_stInfo.stLayout.GetFrameSize());
     if (m_stInfo.stLayout.nBytesPerSample == 2) {
-      SwapIfLittleEndian(m_listFrame.data(), m_stInfo.stLayout);
+      ConvertOrder<QSysInfo::BigEndian>(m_listFrame.data(), m_stInfo.stLayout);
       FlipSigns(m_listFrame.data(), m_stInfo.stLayout);
     }
     if (IsTurned(m_stInfo)) {
@@ -166,7 +161,7 @@ private:
   Result<> WriteHeader(const Texts &mapTexts)
   {
     const Result<QByteArray> header = MakeFitsHeader(m_stInfo, mapTexts);
-    if (!header) {
+    if (!header) { // no memory
       return m_file.Describe(QString::fromStdString(header.GetError()));
     }
     return m_file.Write(header.GetValue().constData(), static_cast<uint64_t>(header.GetValue().size()));

@@ -119,20 +119,17 @@ void WriteTexts(CFitsKeywords &keywords, const Texts &mapTexts)
 }
 
 /// What stands in the header and means nothing here.
+/// \param byteHeader has its end, which ReadBlocks has seen
 QByteArray FindForeignCards(const QByteArray &byteHeader)
 {
   QByteArray byteCards;
   bool bOwn = true;
-  for (int n = 0; n + FITS_CARD_SIZE <= byteHeader.size(); n += FITS_CARD_SIZE) {
+  for (int n = 0; byteHeader.mid(n, 8).trimmed() != "END"; n += FITS_CARD_SIZE) {
     const QByteArray byteCard = byteHeader.mid(n, FITS_CARD_SIZE);
     const QByteArray byteKey = byteCard.left(8).trimmed();
-    if (byteKey == "END") {
-      break;
-    }
     // A line that continues the one before goes with it.
     if (byteKey != "CONTINUE") {
-      bOwn = byteCard.trimmed().isEmpty() || byteKey.startsWith("NAXIS") || byteKey.startsWith("FFC") ||
-             byteCard.mid(8).trimmed() == CORRECTED ||
+      bOwn = byteKey.startsWith("NAXIS") || byteKey.startsWith("FFC") || byteCard.mid(8).trimmed() == CORRECTED ||
              std::find(std::begin(OWN_KEYS), std::end(OWN_KEYS), byteKey) != std::end(OWN_KEYS);
     }
     if (!bOwn) {
@@ -152,7 +149,7 @@ Result<QByteArray> ReadBlocks(QFile &file)
     if (byteHeader.isEmpty() && byteBlock.startsWith("\x1F\x8B")) {
       return Failure("is compressed; unpack it first (gunzip).");
     }
-    if (byteHeader.isEmpty() && !byteBlock.startsWith("SIMPLE  =") && !byteBlock.startsWith("XTENSION=")) {
+    if (byteHeader.isEmpty() && !byteBlock.startsWith("SIMPLE  =")) {
       return Failure("is no FITS file: it does not begin with SIMPLE.");
     }
     if (byteBlock.size() < FITS_BLOCK_SIZE) {
@@ -190,7 +187,7 @@ Result<> ReadAxes(CFitsKeywords &keywords, QFile &file, SFrameInfo &stInfo)
     return Failure("has no frames.");
   }
   const QString strThird = keywords.GetText("CTYPE3").trimmed().toUpper();
-  if (strThird.startsWith("RGB") || strThird.startsWith("COLOR") || strThird.startsWith("COLOUR")) {
+  if (strThird.startsWith("RGB") || strThird.startsWith("COLO")) {
     return Failure("is a colour picture; only grey pictures are read.");
   }
   if (nFrames == 3 && strThird.isEmpty() && !stInfo.eColors) {
@@ -329,15 +326,12 @@ Result<SFitsHeader> ReadFitsHeader(QFile &file)
 Result<QByteArray> MakeFitsHeader(const SFrameInfo &stInfo, const Texts &mapTexts)
 {
   CFitsKeywords keywords;
-  const Result<> created = keywords.Create();
-  if (!created) {
-    return created.GetFailure();
-  }
+  keywords.Create();
   WriteMeaning(keywords, stInfo);
   WriteTexts(keywords, mapTexts);
   Result<QByteArray> cards = keywords.GetCards();
   if (!cards) {
-    return cards;
+    return cards; // no memory: see GetCards
   }
   QByteArray byteHeader = MakeShapeCards(stInfo) + stInfo.stFits.byteCards + cards.GetValue();
   byteHeader += QByteArray("END").leftJustified(FITS_CARD_SIZE, ' ');

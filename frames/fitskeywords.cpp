@@ -73,7 +73,7 @@ Result<> CFitsKeywords::Read(const QByteArray &byteHeader)
   return {};
 }
 
-Result<> CFitsKeywords::Create()
+void CFitsKeywords::Create()
 {
   m_nMemory = FITS_BLOCK_SIZE;
   m_pMemory = std::calloc(1, m_nMemory);
@@ -83,7 +83,6 @@ Result<> CFitsKeywords::Create()
   // Without an image, so that the library has nothing to write behind the header.
   fits_create_img(m_pFile, BYTE_IMG, 0, nullptr, &m_nStatus);
   fits_get_hdrspace(m_pFile, &m_nBegin, nullptr, &m_nStatus);
-  return m_nStatus == 0 ? Result<>() : Describe();
 }
 
 QString CFitsKeywords::GetText(const char *pKey)
@@ -138,6 +137,7 @@ Result<QByteArray> CFitsKeywords::GetCards()
   if (m_nStatus == 0 && pCards == nullptr) {
     m_nStatus = MEMORY_ALLOCATION; // the library does not look whether it could make them shorter
   }
+  // Of what is written here the library takes everything; what it may lack is memory.
   if (m_nStatus != 0) {
     return Describe();
   }

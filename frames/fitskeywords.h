@@ -33,8 +33,9 @@ public:
   /// Reads a header. Once, instead of Create.
   /// \param byteHeader whole blocks; lives as long as this
   Result<> Read(const QByteArray &byteHeader);
-  /// Begins a header without any keyword. Once, instead of Read.
-  Result<> Create();
+  /// Begins a header without any keyword. Once, instead of Read. What fails here and in the functions that set
+  /// something, GetCards tells.
+  void Create();
 
   /// BITPIX.
   int GetBitpix() const { return m_nBitpix; }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -9,6 +10,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include "frames/fileio.h"
 #include "platform/replaceablefile.h"
 
 namespace ffc::frames {
@@ -79,6 +81,17 @@ Result<> CPartialFile::Write(const void *pBytes, uint64_t nBytes)
   return m_file.write(static_cast<const char *>(pBytes), nWanted) == nWanted ? Result<>() : Describe();
 }
 
+Result<> CPartialFile::WriteLittleEndian(const void *pFrame, const SLayout &stLayout)
+{
+  if constexpr (QSysInfo::ByteOrder == QSysInfo::BigEndian) {
+    const auto *pBytes = static_cast<const uint8_t *>(pFrame);
+    std::vector<uint8_t> listSwapped(pBytes, pBytes + stLayout.GetFrameSize());
+    SwapSamples(listSwapped.data(), stLayout);
+    return Write(listSwapped.data(), listSwapped.size());
+  }
+  return Write(pFrame, stLayout.GetFrameSize());
+}
+
 Result<> CPartialFile::Commit(ECommit eCommit)
 {
   const bool bReplaces = QFile::exists(m_strPath);
@@ -92,6 +105,7 @@ Result<> CPartialFile::Commit(ECommit eCommit)
   const std::filesystem::path path = ToPath(m_strPath);
   m_file.close();
   std::error_code error;
+  // A file of a network may find only now that the disk is full.
   if (m_file.error() == QFileDevice::NoError) {
     std::filesystem::rename(m_partPath, path, error);
     if (!error) {

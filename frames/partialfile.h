@@ -29,6 +29,8 @@ public:
   const QFile &GetFile() const { return m_file; }
   /// Writes all bytes at the place where the file stands.
   Result<> Write(const void *pBytes, uint64_t nBytes);
+  /// Writes samples, those of 16 bits with the low byte first.
+  Result<> WriteLittleEndian(const void *pFrame, const SLayout &stLayout);
   /// Puts the file in its place. A former file is replaced, when this one is on the disk, and lends its access rights.
   Result<> Commit(ECommit eCommit);
   /// A message about the file, with the reason that the system gave last.

@@ -101,7 +101,8 @@ public:
     QBuffer buffer;
     QImageWriter writer(&buffer, "png");
     writer.setQuality(FAST_QUALITY);
-    if (!buffer.open(QIODevice::WriteOnly) || !writer.write(image)) {
+    buffer.open(QIODevice::WriteOnly);
+    if (!writer.write(image)) {
       return m_file.Describe(writer.errorString());
     }
     return m_file.Write(buffer.data().constData(), static_cast<uint64_t>(buffer.size()));

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <vector>
 
 #include <QFile>
-#include <QtGlobal>
 
 #include "frames/fileio.h"
 #include "frames/partialfile.h"
@@ -17,7 +15,6 @@ using genapi::SSensorFormat;
 
 namespace {
 
-constexpr bool SWAPS = Q_BYTE_ORDER == Q_BIG_ENDIAN;
 constexpr uint64_t MAX_SIDE = 100000; // of the image computations
 
 class CRawReader final : public IFrameReader {
@@ -50,9 +47,7 @@ public:
       pTexts->clear();
     }
     Result<> result = ReadExactly(m_file, pFrame, m_stInfo.stLayout.GetFrameSize());
-    if (result && SWAPS) {
-      SwapSamples(pFrame, m_stInfo.stLayout);
-    }
+    ConvertOrder<QSysInfo::LittleEndian>(pFrame, m_stInfo.stLayout);
     return result;
   }
 
@@ -67,16 +62,7 @@ public:
 
   Result<> Open() { return m_file.Open(); }
 
-  Result<> Write(const void *pFrame, const Texts &) override
-  {
-    if (!SWAPS) {
-      return m_file.Write(pFrame, m_stLayout.GetFrameSize());
-    }
-    const auto *pBytes = static_cast<const uint8_t *>(pFrame);
-    std::vector<uint8_t> listSwapped(pBytes, pBytes + m_stLayout.GetFrameSize());
-    SwapSamples(listSwapped.data(), m_stLayout);
-    return m_file.Write(listSwapped.data(), listSwapped.size());
-  }
+  Result<> Write(const void *pFrame, const Texts &) override { return m_file.WriteLittleEndian(pFrame, m_stLayout); }
 
   Result<> Commit(ECommit eCommit) override { return m_file.Commit(eCommit); }
 

@@ -64,8 +64,12 @@ public:
       return header.GetFailure();
     }
     Describe(header.GetValue());
-    return RunUntilFailure([this] { return CheckSize(); }, [this] { return ReadDates(); },
-                           [&] { return FindByteOrder(header.GetValue().bFlagged); });
+    return RunUntilFailure([this] { return CheckSize(); },
+                           [&] {
+                             // In a file of this size every place is found.
+                             ReadDates();
+                             return FindByteOrder(header.GetValue().bFlagged);
+                           });
   }
 
   const SFrameInfo &GetInfo() const override { return m_stInfo; }
@@ -113,16 +117,14 @@ private:
   }
 
   // The times of the frames stand behind the last frame; they may be missing.
-  Result<> ReadDates()
+  void ReadDates()
   {
     const uint64_t nFramesEnd = SER_HEADER_SIZE + m_stInfo.nFrames * m_stInfo.stLayout.GetFrameSize();
     if (static_cast<uint64_t>(m_file.size()) - nFramesEnd >= m_stInfo.nFrames * DATE_SIZE) {
-      if (!m_file.seek(static_cast<qint64>(nFramesEnd))) {
-        return Failure("cannot be read: " + m_file.errorString().toStdString() + ".");
-      }
+      m_file.seek(static_cast<qint64>(nFramesEnd));
       m_stInfo.byteSerDates += m_file.read(static_cast<qint64>(m_stInfo.nFrames * DATE_SIZE));
     }
-    return m_file.seek(SER_HEADER_SIZE) ? Result<>() : Failure("cannot be read.");
+    m_file.seek(SER_HEADER_SIZE);
   }
 
   Result<> FindByteOrder(bool bFlagged)
@@ -143,7 +145,8 @@ private:
                      "programs use either way).")
         .arg(bBigEndian ? QStringLiteral("high") : QStringLiteral("low"))
         .arg(bFlagged ? 1 : 0);
-    return m_file.seek(SER_HEADER_SIZE) ? Result<>() : Failure("cannot be read.");
+    m_file.seek(SER_HEADER_SIZE);
+    return {};
   }
 
   SFrameInfo m_stInfo;
@@ -165,13 +168,7 @@ public:
   {
     NoteTime(mapTexts.value(TEXT_TIME));
     ++m_nWritten;
-    if (Q_BYTE_ORDER == Q_LITTLE_ENDIAN || m_stInfo.stLayout.nBytesPerSample == 1) {
-      return m_file.Write(pFrame, m_stInfo.stLayout.GetFrameSize());
-    }
-    const auto *pBytes = static_cast<const uint8_t *>(pFrame);
-    std::vector<uint8_t> listSwapped(pBytes, pBytes + m_stInfo.stLayout.GetFrameSize());
-    SwapSamples(listSwapped.data(), m_stInfo.stLayout);
-    return m_file.Write(listSwapped.data(), listSwapped.size());
+    return m_file.WriteLittleEndian(pFrame, m_stInfo.stLayout);
   }
 
   Result<> Commit(ECommit eCommit) override
@@ -205,15 +202,14 @@ private:
     stHeader.mapTexts = m_stInfo.mapTexts;
     stHeader.byteDates = m_stInfo.byteSerDates.left(HEADER_DATES);
     const QByteArray byteHeader = MakeSerHeader(stHeader);
-    return m_file.GetFile().seek(0) ? m_file.Write(byteHeader.constData(), static_cast<uint64_t>(byteHeader.size()))
-                                    : m_file.Describe();
+    m_file.GetFile().seek(0);
+    return m_file.Write(byteHeader.constData(), static_cast<uint64_t>(byteHeader.size()));
   }
 
   /// Whether every frame came with its time, in a file that did not have them all before.
   bool HasTimes() const
   {
-    return m_stInfo.byteSerDates.isEmpty() && m_nWritten > 0 &&
-           static_cast<uint64_t>(m_byteTimes.size()) == m_nWritten * DATE_SIZE;
+    return m_stInfo.byteSerDates.isEmpty() && static_cast<uint64_t>(m_byteTimes.size()) == m_nWritten * DATE_SIZE;
   }
 
   void NoteTime(const QString &strTime)

@@ -48,12 +48,11 @@ std::optional<EColorLayout> FindSerColors(int32_t nColors)
 
 int32_t GetSerColors(EColorLayout eLayout)
 {
+  int32_t nNumber = 0;
   for (const SColors &stColors : COLORS) {
-    if (stColors.eLayout == eLayout) {
-      return stColors.nNumber;
-    }
+    nNumber = stColors.eLayout == eLayout ? stColors.nNumber : nNumber;
   }
-  return 0;
+  return nNumber;
 }
 
 Result<SSerHeader> ParseSerHeader(const QByteArray &byteHeader)
@@ -97,7 +96,7 @@ QByteArray MakeSerHeader(const SSerHeader &stHeader)
   byteHeader.replace(0, FILE_ID.size(), FILE_ID);
   const int32_t anNumbers[NUMBER_COUNT] = {0,
                                            stHeader.nColors,
-                                           stHeader.bFlagged ? 1 : 0,
+                                           static_cast<int32_t>(stHeader.bFlagged),
                                            stHeader.nWidth,
                                            stHeader.nHeight,
                                            stHeader.nBitDepth,

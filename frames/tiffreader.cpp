@@ -83,10 +83,7 @@ public:
   }
 
 private:
-  Failure Describe() const
-  {
-    return Failure("cannot be read as TIFF: " + (m_strError.empty() ? "it is damaged" : m_strError) + ".");
-  }
+  Failure Describe() const { return Failure("cannot be read as TIFF: " + m_strError + "."); }
 
   Result<> ReadInfo()
   {
@@ -99,10 +96,8 @@ private:
     m_stInfo.nBitDepth = GetStatedDepth(m_pTiff.get());
     m_stInfo.mapTexts = GetTiffTexts(m_pTiff.get());
     m_stInfo.nFrames = TIFFNumberOfDirectories(m_pTiff.get());
-    if (!m_strError.empty() || TIFFSetDirectory(m_pTiff.get(), 0) != 1) {
-      return Describe();
-    }
-    return CheckImageJ();
+    TIFFSetDirectory(m_pTiff.get(), 0);
+    return m_strError.empty() ? CheckImageJ() : Describe();
   }
 
   // That program keeps frames beyond 4 GB behind a single directory.
@@ -172,7 +167,7 @@ private:
     const std::size_t nFrame = m_stInfo.stLayout.GetFrameSize();
     const uint32_t nStrips = TIFFNumberOfStrips(m_pTiff.get());
     std::size_t nDone = 0;
-    for (uint32_t nStrip = 0; nStrip < nStrips && nDone < nFrame; ++nStrip) {
+    for (uint32_t nStrip = 0; nStrip < nStrips; ++nStrip) {
       const tmsize_t nRead =
         TIFFReadEncodedStrip(m_pTiff.get(), nStrip, pFrame + nDone, static_cast<tmsize_t>(nFrame - nDone));
       if (nRead <= 0) {
@@ -180,6 +175,7 @@ private:
       }
       nDone += static_cast<std::size_t>(nRead);
     }
+    // The library counts strips as the rows need them, and takes a short one for damage; nobody promises that.
     return nDone == nFrame ? Result<>() : Describe();
   }
 

@@ -61,7 +61,8 @@ toff_t Seek(thandle_t pHandle, toff_t nOffset, int nFrom)
   QFile &file = ToFile(pHandle);
   const auto nBase = static_cast<toff_t>(nFrom == SEEK_SET ? 0 : nFrom == SEEK_CUR ? file.pos() : file.size());
   const toff_t nPlace = nBase + nOffset;
-  return nPlace <= INT64_MAX && file.seek(static_cast<qint64>(nPlace)) ? nPlace : static_cast<toff_t>(-1);
+  // Beyond what the file's numbers hold the place is below 0, where no file is.
+  return file.seek(static_cast<qint64>(nPlace)) ? nPlace : static_cast<toff_t>(-1);
 }
 
 int CloseNothing(thandle_t)
@@ -115,7 +116,7 @@ TiffPtr OpenTiff(QFile &file, const char *pMode, std::string *pstrError)
     TIFFSetWarningHandler(nullptr);
   });
   TIFFOpenOptions *pOptions = TIFFOpenOptionsAlloc();
-  if (pOptions == nullptr) {
+  if (pOptions == nullptr) { // a few bytes
     *pstrError = "there is no memory";
     return nullptr;
   }
@@ -133,8 +134,10 @@ Texts GetTiffTexts(TIFF *pTiff)
   Texts mapTexts;
   for (const STextTag &stTag : TEXT_TAGS) {
     const char *pText = nullptr;
-    if (TIFFGetField(pTiff, stTag.nTag, &pText) == 1 && pText != nullptr && *pText != '\0') {
-      mapTexts[QLatin1String(stTag.pKeyword)] = QString::fromUtf8(pText);
+    TIFFGetField(pTiff, stTag.nTag, &pText);
+    const QString strText = QString::fromUtf8(pText);
+    if (!strText.isEmpty()) {
+      mapTexts[QLatin1String(stTag.pKeyword)] = strText;
     }
   }
   return mapTexts;

@@ -33,14 +33,15 @@ public:
   {
     SetTags();
     SetTiffTexts(m_pTiff.get(), mapTexts);
-    const bool bWritten = WriteStrips(static_cast<const uint8_t *>(pFrame)) && TIFFWriteDirectory(m_pTiff.get()) == 1;
-    return bWritten && m_strError.empty() ? Result<>() : Describe();
+    const bool bWritten =
+      WriteStrips(static_cast<const uint8_t *>(pFrame)) && TIFFWriteDirectory(m_pTiff.get()) == 1 && m_strError.empty();
+    return bWritten ? Result<>() : Describe();
   }
 
   Result<> Commit(ECommit eCommit) override
   {
     m_pTiff.reset();
-    return m_strError.empty() && m_file.GetFile().error() == QFileDevice::NoError ? m_file.Commit(eCommit) : Describe();
+    return m_strError.empty() ? m_file.Commit(eCommit) : Describe();
   }
 
 private:

@@ -15,7 +15,8 @@ Failure Describe(const QString &strPath, const QString &strReason)
 // Flushed before, because QSaveFile::commit does not notice that a buffered rest cannot be written.
 Result<> Commit(QSaveFile &file)
 {
-  return file.flush() && file.commit() ? Result<>() : Describe(file.fileName(), file.errorString());
+  const bool bCommitted = file.flush() && file.commit();
+  return bCommitted ? Result<>() : Describe(file.fileName(), file.errorString());
 }
 
 } // namespace

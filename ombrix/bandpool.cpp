@@ -53,7 +53,7 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
   // that took long, for the thread that was woken may have taken the caller's.
   const auto nOthers = static_cast<TClock::duration::rep>(stFrame.CountBands() - stOwn.nBands);
   const TClock::duration lost = TClock::now() - finish + stOwn.longest - stOwn.GetMean();
-  // Threads that have just been started may come too late for their first frame.
+  // Threads that have just been started may come too late for their first frame: when they do, no test decides.
   if (nOthers > 0 || !bFirst) {
     Judge(lost < nOthers * stOwn.GetMean() / SMALLEST_GAIN);
   }
@@ -120,7 +120,7 @@ void CBandPool::Close() noexcept
   m_bStarted = true;
 }
 
-// With the caller's lock held. What the system has no threads for, the others do.
+// With the caller's lock held. What the system has no threads for, the others do; no test brings it that far.
 bool CBandPool::HasWorkers() noexcept
 {
   if (!m_bStarted) {

@@ -106,7 +106,10 @@ std::optional<double> FindPassedLimit(GenApi::IFloat &node, float fValue)
   if (dValue > dMax && IsNearestFloat(fValue, dMax)) {
     return dMax;
   }
-  return dValue < dMin && IsNearestFloat(fValue, dMin) ? std::optional<double>(dMin) : std::nullopt;
+  if (dValue < dMin && IsNearestFloat(fValue, dMin)) {
+    return dMin;
+  }
+  return std::nullopt;
 }
 
 } // namespace
@@ -196,6 +199,7 @@ int32_t CFeatureAccess::GetEnumEntries(const char *pName, std::vector<std::strin
     std::vector<std::string> listNames;
     for (GenApi::INode *pNode : listNodes) {
       auto *pEntry = dynamic_cast<GenApi::IEnumEntry *>(pNode);
+      // By the standard all of them are entries.
       if (pEntry != nullptr && GenApi::IsAvailable(pEntry->GetAccessMode())) {
         listNames.emplace_back(pEntry->GetSymbolic().c_str());
       }

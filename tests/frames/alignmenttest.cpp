@@ -51,6 +51,15 @@ TEST(Alignment, AStatedSideWithoutADepthIsKept)
   EXPECT_EQ(DecideDepth(Look(12, 4), DEEP, {0, EAlignment::Right}).GetValue().nBitDepth, 16U);
 }
 
+TEST(Alignment, AStatedDepthThatTheSamplesDoNotHaveIsRefused)
+{
+  EXPECT_NE(DecideDepth(Look(16, 0), DEEP, {12, {}}).GetError().find("but 12 bits end at 4095"), std::string::npos);
+  EXPECT_NE(DecideDepth(Look(12, 4), DEEP, {12, EAlignment::Right}).GetError().find("but 12 bits end at 4095"),
+            std::string::npos)
+    << "left-aligned, but stated not to be";
+  EXPECT_EQ(DecideDepth(Look(12, 4), DEEP, {12, {}}).GetValue().eAlignment, EAlignment::Left);
+}
+
 TEST(Alignment, FramesOfBytesHaveNothingToDecide)
 {
   const auto depth = DecideDepth({0xFF, 0xFF}, {4, 4, 1}, {});

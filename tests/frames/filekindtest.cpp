@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "frames/fileio.h"
+#include "frames/partialfile.h"
 #include "frames/rawfile.h"
 #include "tests/frames/framefiles.h"
 #include "tests/support/fullvolume.h"
@@ -105,10 +106,14 @@ TEST(FileKind, TextsComeBackFromKindsThatKeepThem)
                        {TEXT_CORRECTION, QStringLiteral("{\"flat\":\"x\"}")}};
     const QString strPath = GetPath(dir, *pKind);
     ASSERT_EQ(WriteFile(*pKind, strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
-    std::string strError;
-    SFrameInfo stRead;
-    (void)ReadFile(*pKind, strPath, &strError, &stRead);
-    EXPECT_EQ(stRead.mapTexts, pKind->KeepsTexts() ? stInfo.mapTexts : Texts()) << pKind->GetName().toStdString();
+    const Texts mapExpected = pKind->KeepsTexts() ? stInfo.mapTexts : Texts();
+    auto reader = pKind->Open(strPath);
+    ASSERT_EQ(reader.GetError(), "");
+    EXPECT_EQ(reader.GetValue()->GetInfo().mapTexts, mapExpected) << pKind->GetName().toStdString();
+    std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
+    Texts mapRead;
+    EXPECT_TRUE(reader.GetValue()->Read(listFrame.data(), &mapRead).IsOk());
+    EXPECT_EQ(mapRead, mapExpected) << pKind->GetName().toStdString();
   }
 }
 
@@ -172,17 +177,81 @@ TEST(FileKind, AFullVolumeLeavesTheFormerFileAndNothingElse)
     QFile file(strPath);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray byteFormer = file.readAll();
-    ffc::Result<> result;
-    {
-      const CFullVolume fullVolume(1000);
-      result = WriteFile(*pKind, strPath, stInfo, listFrames);
+    // Full before the first byte, among the samples, and behind them.
+    for (const uint64_t nRoom : {0U, 1000U, 8300U}) {
+      ffc::Result<> result;
+      {
+        const CFullVolume fullVolume(nRoom);
+        result = WriteFile(*pKind, strPath, stInfo, listFrames);
+      }
+      EXPECT_NE(result.GetError().find("cannot write"), std::string::npos)
+        << pKind->GetName().toStdString() << " with room for " << nRoom << ": " << result.GetError();
+      ASSERT_TRUE(file.seek(0));
+      EXPECT_EQ(file.readAll(), byteFormer);
+      EXPECT_EQ(ListFiles(dir).size(), 1);
     }
-    EXPECT_NE(result.GetError().find("cannot write"), std::string::npos)
-      << pKind->GetName().toStdString() << ": " << result.GetError();
-    ASSERT_TRUE(file.seek(0));
-    EXPECT_EQ(file.readAll(), byteFormer);
-    EXPECT_EQ(ListFiles(dir).size(), 1);
   }
+}
+
+TEST(FileKind, AFileThatShrinksWhileItIsReadEndsEarly)
+{
+  const CRawFile raw = CRawFile::Parse("128x128:Mono16").GetValue();
+  std::vector<const IFileKind *> listKinds = ListFileKinds();
+  listKinds.push_back(&raw);
+  for (const IFileKind *pKind : listKinds) {
+    if (pKind->GetMaxFrames() == 1) {
+      continue; // a picture is read when it is opened
+    }
+    const QTemporaryDir dir;
+    const SFrameInfo stInfo = MakeInfo(128, 128, 2);
+    const QString strPath = GetPath(dir, *pKind);
+    Frames listFrames(2, std::vector<uint8_t>(stInfo.stLayout.GetFrameSize()));
+    for (std::vector<uint8_t> &listFrame : listFrames) {
+      listFrame[5] = 1; // of a SER file the high byte: it is turned
+    }
+    ASSERT_EQ(WriteFile(*pKind, strPath, stInfo, listFrames).GetError(), "");
+    auto reader = pKind->Open(strPath);
+    ASSERT_EQ(reader.GetError(), "");
+    ASSERT_TRUE(QFile(strPath).resize(20000)) << "of 65536";
+    const std::string strError = reader.GetValue()->Read(listFrames[0].data()).GetError();
+    EXPECT_NE(strError, "") << pKind->GetName().toStdString();
+    reader.GetValue()->Close();
+    EXPECT_TRUE(QFile::remove(strPath)) << "it was let go";
+  }
+}
+
+TEST(FileKind, AFolderThatTookThePlaceMeanwhileStays)
+{
+  for (const IFileKind *pKind : ListFileKinds()) {
+    const QTemporaryDir dir;
+    const SFrameInfo stInfo = MakeInfo(8, 8, 1);
+    const QString strPath = GetPath(dir, *pKind);
+    auto writer = pKind->Create(strPath, stInfo);
+    ASSERT_TRUE(writer.IsOk());
+    ASSERT_TRUE(writer.GetValue()->Write(MakeFrames(stInfo.stLayout, 1, 8)[0].data(), {}).IsOk());
+    ASSERT_TRUE(QDir().mkpath(strPath + "/inside"));
+    EXPECT_NE(writer.GetValue()->Commit(ECommit::Durable).GetError().find("cannot write"), std::string::npos);
+    EXPECT_TRUE(QDir(strPath).exists("inside"));
+    EXPECT_EQ(ListFiles(dir), QStringList());
+  }
+}
+
+TEST(PartialFile, WhatAKilledProgramLeftIsRemovedBeforeTheNextOneBegins)
+{
+  const QTemporaryDir dir;
+  const QString strPath = dir.filePath("frame.ser");
+  QString strLeft;
+  {
+    CPartialFile file(strPath);
+    ASSERT_TRUE(file.Open().IsOk() && file.Write("frame", 5).IsOk());
+    strLeft = file.GetFile().fileName();
+  }
+  EXPECT_FALSE(QFile::exists(strLeft)) << "a program that ends leaves nothing";
+  ASSERT_TRUE(QFile(strLeft).open(QIODevice::WriteOnly)) << "as a killed one would have left it";
+  CPartialFile::RemoveLeftOvers(dir.filePath("other.ser"));
+  EXPECT_TRUE(QFile::exists(strLeft));
+  CPartialFile::RemoveLeftOvers(strPath);
+  EXPECT_FALSE(QFile::exists(strLeft));
 }
 
 TEST(FileKind, AWriterThatIsNotCommittedLeavesNothing)
@@ -266,6 +335,33 @@ TEST(PngFile, AColourPictureIsNoFrame)
   EXPECT_EQ(FindFileKind(strPath)->Open(strPath).GetError(), "is not a grey picture of 8 or 16 bit.");
 }
 
+TEST(PngFile, ASizeThatTheFileCannotHoldTakesNoMemory)
+{
+  const QTemporaryDir dir;
+  const QString strPath = dir.filePath("frame.png");
+  ASSERT_TRUE(SaveFrame(strPath, {1, 1, 1}, "x").IsOk());
+  QFile file(strPath);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  QByteArray byteContent = file.readAll();
+  // Width and height, and the checksum that follows them.
+  byteContent.replace(16, 8, QByteArray::fromHex("0000753000007530"));
+  byteContent.replace(29, 4, QByteArray::fromHex("434ca766"));
+  ASSERT_TRUE(file.seek(0) && file.write(byteContent) == byteContent.size());
+  file.close();
+  EXPECT_EQ(FindFileKind(strPath)->Open(strPath).GetError(),
+            "is too short for a frame of 30000 x 30000 pixels: it ends early.");
+}
+
+TEST(PngFile, AFrameThatIsWiderThanPicturesAreIsNotWritten)
+{
+  const QTemporaryDir dir;
+  const SLayout stLayout{1000001, 1, 1};
+  const std::string strError =
+    SaveFrame(dir.filePath("frame.png"), stLayout, std::vector<uint8_t>(stLayout.GetFrameSize()).data()).GetError();
+  EXPECT_NE(strError.find("cannot write"), std::string::npos) << strError;
+  EXPECT_EQ(ListFiles(dir), QStringList());
+}
+
 TEST(PngFile, AFrameWithoutPixelsIsNotWritten)
 {
   const QTemporaryDir dir;
@@ -314,6 +410,7 @@ TEST(RawFile, FramesFollowEachOtherWithoutAHeader)
   ASSERT_TRUE(QFile(strPath).resize(0));
   EXPECT_EQ(raw.GetValue().Open(strPath).GetError().find("has 0 bytes"), 0U);
   EXPECT_NE(raw.GetValue().Open(dir.filePath("missing.raw")).GetError().find("cannot be opened"), std::string::npos);
+  EXPECT_FALSE(CRawFile(0, 3, *ffc::genapi::FindSensorFormat("Mono8")).Open(strPath).IsOk());
 }
 
 TEST(RawFile, AFormatThatIsNoneIsExplained)

@@ -266,12 +266,77 @@ TEST_F(CFitsTest, WhatIsNoGreyFrameIsRefusedByName)
                                                     "camera.");
   WriteForeign(USHORT_IMG, {4, 2, 2, 2});
   EXPECT_EQ(GetError(), "has 4 axes; images have 2, cubes of frames 3.");
+  WriteForeign(USHORT_IMG, {4, 2, 1, 1, 1, 1, 1, 1, 1});
+  EXPECT_EQ(GetError(), "has 9 axes; images have 2, cubes of frames 3.");
   WriteForeign(USHORT_IMG, {4});
   EXPECT_EQ(GetError(), "has 1 axes; images have 2, cubes of frames 3.");
   EXPECT_EQ(GetErrorWith("CTYPE3", "RGB", {4, 2, 3}), "is a colour picture; only grey pictures are read.");
+  EXPECT_EQ(GetErrorWith("CTYPE3", "Colour", {4, 2, 3}), "is a colour picture; only grey pictures are read.");
+  EXPECT_EQ(GetErrorWith("CTYPE3", "COLOR", {4, 2, 3}), "is a colour picture; only grey pictures are read.");
   EXPECT_EQ(GetErrorWith("CTYPE3", "FRAME", {4, 2, 3}), "");
   EXPECT_EQ(GetErrorWith("BAYERPAT", "RGGB", {4, 2, 3}), "");
   EXPECT_EQ(GetErrorWith("OBJECT", "x", {4, 2, 3}).find("has three planes and does not say"), 0U);
+}
+
+TEST_F(CFitsTest, HeadersThatMakeNoSenseAreRefused)
+{
+  WriteForeign(USHORT_IMG, {4, 2, 2});
+  const QByteArray byteGood = ReadBytes(m_strPath);
+  const struct {
+    const char *pKey;
+    const char *pValue;
+    const char *pExpected;
+  } CASES[] = {
+    {"NAXIS1  ", "5000000000", "which is no size"},
+    {"NAXIS1  ", "0", "which is no size"},
+    {"NAXIS3  ", "0", "has no frames"},
+    {"NAXIS3  ", "500", "is too short for 500 frames of 4 x 2 with 16 bits per pixel: it ends after 180."},
+    {"BZERO   ", "100", "BZERO 100"},
+    {"SIMPLE  ", "", "does not begin with SIMPLE"},
+  };
+  for (const auto &stCase : CASES) {
+    QByteArray byteBad = byteGood;
+    const int nCard = byteBad.indexOf(stCase.pKey);
+    ASSERT_GE(nCard, 0) << stCase.pKey;
+    const QByteArray byteCard = QByteArray(stCase.pKey) + "= " + QByteArray(stCase.pValue).rightJustified(20, ' ');
+    byteBad.replace(nCard, byteCard.size(),
+                    *stCase.pValue == '\0' ? QByteArray("XTENSION= 'IMAGE   '          ") : byteCard);
+    WriteBytes(m_strPath, byteBad);
+    const std::string strError = GetError();
+    EXPECT_NE(strError.find(stCase.pExpected), std::string::npos) << stCase.pKey << stCase.pValue << ": " << strError;
+  }
+  WriteBytes(m_strPath, byteGood.left(80).leftJustified(1001 * 2880, ' '));
+  EXPECT_EQ(GetError(), "has a header that does not end.");
+  WriteBytes(m_strPath, byteGood + "something");
+  EXPECT_EQ(GetError(), "") << "behind an image may stand what is no part";
+}
+
+TEST_F(CFitsTest, DepthsThatTheSamplesCannotHaveAreNoneInTheFileEither)
+{
+  for (const double dBits : {7.0, 17.0}) {
+    EXPECT_EQ(GetErrorWith("FFCBITS", dBits), "");
+    EXPECT_EQ(m_stRead.nBitDepth, 0U) << dBits;
+  }
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 2, 1};
+  stInfo.nBitDepth = 12;
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+  EXPECT_FALSE(ReadBytes(m_strPath).contains("FFCBITS"));
+}
+
+TEST_F(CFitsTest, TextsWithoutAPlaceAreLeftOut)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 2, 1};
+  stInfo.mapTexts["A=B"] = "would be read as another key";
+  for (int n = 0; n < 100; ++n) {
+    stInfo.mapTexts[QString("Key %1").arg(n, 3, 10, QChar('0'))] = "text";
+  }
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+  EXPECT_EQ(GetError(), "");
+  EXPECT_EQ(m_stRead.mapTexts.size(), 99);
+  EXPECT_TRUE(m_stRead.mapTexts.contains("Key 098"));
+  EXPECT_FALSE(m_stRead.mapTexts.contains("Key 099"));
 }
 
 TEST_F(CFitsTest, CompressedImagesAndFurtherPartsAreRefusedByName)

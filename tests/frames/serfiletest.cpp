@@ -108,6 +108,23 @@ TEST_F(CSerTest, TheByteOrderIsSeenWhateverTheFlagSays)
   }
 }
 
+TEST_F(CSerTest, AHeaderComesBackWithItsFlagAndColours)
+{
+  for (const EColorLayout eColors : {EColorLayout::Mono, EColorLayout::BayerRG, EColorLayout::BayerGB,
+                                     EColorLayout::BayerGR, EColorLayout::BayerBG}) {
+    for (const bool bFlagged : {false, true}) {
+      SSerHeader stHeader;
+      stHeader.nColors = GetSerColors(eColors);
+      stHeader.bFlagged = bFlagged;
+      stHeader.nWidth = stHeader.nHeight = stHeader.nBitDepth = stHeader.nFrames = 1;
+      const auto read = ParseSerHeader(MakeSerHeader(stHeader));
+      ASSERT_EQ(read.GetError(), "");
+      EXPECT_EQ(read.GetValue().bFlagged, bFlagged);
+      EXPECT_EQ(FindSerColors(read.GetValue().nColors), eColors);
+    }
+  }
+}
+
 TEST_F(CSerTest, HeadersThatMakeNoSenseAreRefused)
 {
   EXPECT_NE(OpenWith(18, 100).find("colours 100"), std::string::npos);

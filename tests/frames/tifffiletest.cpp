@@ -16,6 +16,10 @@ using namespace ffc::test;
 
 namespace {
 
+// Stands in for another library with tags of its own, which was there first.
+int s_nExtended = 0;
+const TIFFExtendProc s_fnExtender = TIFFSetTagExtender([](TIFF *) { ++s_nExtended; });
+
 class CTiffTest : public ::testing::Test {
 protected:
   CTiffTest() : m_strPath(m_dir.filePath("frame.tif")) {}
@@ -158,6 +162,69 @@ TEST_F(CTiffTest, WhatIsNoGreyFrameIsRefusedByName)
               TIFFSetField(pTiff, TIFFTAG_IMAGEDESCRIPTION, "ImageJ=1.53\nimages=500\nslices=500");
             }).find("it holds 500 frames, but has directories for 1"),
             std::string::npos);
+}
+
+TEST_F(CTiffTest, WhatMeansNothingIsNoReasonToRefuse)
+{
+  const auto setDescription = [](const char *pText) {
+    return [pText](TIFF *pTiff) { TIFFSetField(pTiff, TIFFTAG_IMAGEDESCRIPTION, pText); };
+  };
+  EXPECT_EQ(GetError(setDescription("ImageJ=1.53\nimages=1\nslices=1")), "");
+  EXPECT_EQ(GetError(setDescription("ImageJ=1.53\nunit=pixel")), "");
+  EXPECT_EQ(GetError(setDescription("first\nimages=500")), "");
+  EXPECT_EQ(GetError([](TIFF *pTiff) { TIFFSetField(pTiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_VOID); }), "");
+  WriteForeign([](TIFF *pTiff) { TIFFSetField(pTiff, TIFFTAG_MAXSAMPLEVALUE, 200); });
+  EXPECT_EQ(m_kind.Open(m_strPath).GetValue()->GetInfo().nBitDepth, 0U) << "no depth ends there";
+}
+
+TEST_F(CTiffTest, ADirectoryThatNoFileReachesIsRefused)
+{
+  for (const char *pOffset : {"f0ffffffffffffff", "f0ffffffffffff7f", "0000000000000040"}) {
+    QFile file(m_strPath);
+    const QByteArray byteHeader = QByteArray::fromHex("49492b0008000000") + QByteArray::fromHex(pOffset);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(byteHeader) == byteHeader.size());
+    file.close();
+    EXPECT_EQ(m_kind.Open(m_strPath).GetError().find("cannot be read as TIFF: "), 0U) << pOffset;
+  }
+}
+
+TEST_F(CTiffTest, AFileThatIsExpectedToBecomeTooLargeForSmallOffsetsIsABigOne)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {64, 32, 2};
+  stInfo.nBitDepth = 16;
+  stInfo.nFrames = 600000;
+  stInfo.stTiff.fResolutionX = 100.0F; // in one direction alone: that is none
+  const Frames listFrames = MakeFrames(stInfo.stLayout, 1);
+  {
+    auto writer = m_kind.Create(m_strPath, stInfo);
+    ASSERT_TRUE(writer.GetValue()->Write(listFrames[0].data(), {}).IsOk());
+    ASSERT_EQ(writer.GetValue()->Commit(ECommit::Durable).GetError(), "");
+  }
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), listFrames);
+  EXPECT_TRUE(stRead.stTiff.bBig);
+  EXPECT_EQ(stRead.stTiff.fResolutionX, 0.0F);
+}
+
+TEST_F(CTiffTest, WhatTheLibraryDoesNotTakeIsNotPutInPlace)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 4, 1};
+  stInfo.stTiff.nOrientation = 99;
+  auto writer = m_kind.Create(m_strPath, stInfo);
+  EXPECT_NE(writer.GetValue()->Write(MakeFrames(stInfo.stLayout, 1, 8)[0].data(), {}).GetError(), "");
+  EXPECT_NE(writer.GetValue()->Commit().GetError(), "");
+  EXPECT_FALSE(QFile::exists(m_strPath));
+}
+
+TEST_F(CTiffTest, TagsOfAnotherLibraryInTheProgramStayKnown)
+{
+  EXPECT_EQ(GetError([](TIFF *) {}), "");
+  const int nBefore = s_nExtended;
+  EXPECT_EQ(m_kind.Open(m_strPath).GetError(), "");
+  EXPECT_GT(s_nExtended, nBefore);
 }
 
 TEST_F(CTiffTest, FramesOfDifferentSizesAreRefused)

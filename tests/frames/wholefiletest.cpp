@@ -18,15 +18,18 @@ TEST(WholeFile, StaysAsItWasWhenTheVolumeIsFull)
   const QTemporaryDir dir;
   const QString strPath = dir.filePath("report.json");
   ASSERT_EQ(SaveWholeFile(strPath, byteFormer).GetError(), "");
-  ffc::Result<> result;
-  {
-    const CFullVolume fullVolume(1000);
-    result = SaveWholeFile(strPath, QByteArray(5000, 'b'));
-  }
-  EXPECT_FALSE(result.IsOk());
   QFile file(strPath);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll(), byteFormer);
+  for (const int nSize : {5000, 100000}) { // the second is larger than any buffer
+    ffc::Result<> result;
+    {
+      const CFullVolume fullVolume(0);
+      result = SaveWholeFile(strPath, QByteArray(nSize, 'b'));
+    }
+    EXPECT_FALSE(result.IsOk()) << nSize;
+    ASSERT_TRUE(file.seek(0));
+    EXPECT_EQ(file.readAll(), byteFormer);
+  }
 }
 
 TEST(WholeFile, APictureStaysAsItWasWhenTheVolumeIsFull)
@@ -54,6 +57,13 @@ TEST(WholeFile, AFolderThatIsNotThereIsNamedAndNothingIsLeft)
     << strError;
   EXPECT_FALSE(SaveWholePicture(strPath, QImage(2, 2, QImage::Format_Grayscale8)).IsOk());
   EXPECT_FALSE(QFile::exists(strPath));
+}
+
+TEST(WholeFile, AFolderIsNotReplaced)
+{
+  const QTemporaryDir dir;
+  EXPECT_FALSE(SaveWholeFile(dir.path(), "x").IsOk());
+  EXPECT_TRUE(QDir(dir.path()).exists());
 }
 
 TEST(WholeFile, APictureThatCannotBeWrittenLeavesTheOldFile)

@@ -456,6 +456,7 @@ TEST(WeightedReference, WhereTheNoiseIsKnownFromIsSaidInWords)
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::Differences), "differences of the frames");
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::Camera), "camera data");
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::PhotonTransfer), "photon transfer within the frame");
+  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::HalfDetail), "half of the fine detail of the one frame");
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::AllDetail), "all fine detail of the one frame");
 }
 

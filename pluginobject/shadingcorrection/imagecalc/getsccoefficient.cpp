@@ -122,9 +122,10 @@ int32_t CGetSCCoefficient::__CalcMeans(const void *pBright, const void *pDark, i
 {
   const CImageCalc imageCalc;
   const int32_t nStatus = imageCalc.CalcBlockMeans(pBright, nBitDepth, m_stParam, m_pMeans.get());
-  if (nStatus != IMAGECALC_STATUS_SUCCESS || pDark == nullptr) {
+  if (pDark == nullptr) {
     return nStatus;
   }
+  // What is refused of the bright field, which Init and __Calc have looked at, is refused of the dark one.
   BLOCK_PARAM stDarkParam = m_stParam;
   stDarkParam.nBayerType = BAYER_TYPE_MONO;
   return imageCalc.CalcBlockMeans(pDark, nBitDepth, stDarkParam, m_pDarkMeans.get());

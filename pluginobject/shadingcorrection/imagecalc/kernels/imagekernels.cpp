@@ -167,6 +167,7 @@ inline void SumSomePairs(const uint16_t *pSums, std::size_t nPairs, uint32_t &nE
     nLower += nPair & 0xFFFF;
     nUpper += nPair >> 16;
   }
+  // One of the two orders on each machine.
   const uint16_t anOrder[2] = {1, 0};
   const bool bEvenIsLower = (Load<uint32_t>(reinterpret_cast<const unsigned char *>(anOrder), 0) & 1) != 0;
   nEven = bEvenIsLower ? nLower : nUpper;

@@ -60,7 +60,7 @@ template <class TValue, class TRead>
 int32_t ReadIfImplemented(const CFeatureAccess &features, const char *pName, TRead fnRead, bool &bRead, TValue &value)
 {
   int32_t nStatus = features.IsFeatureImplemented(pName, bRead);
-  if (nStatus == PLUGIN_STATUS_SUCCESS && bRead) {
+  if (bRead) {
     nStatus = (features.*fnRead)(pName, value);
   }
   return nStatus;

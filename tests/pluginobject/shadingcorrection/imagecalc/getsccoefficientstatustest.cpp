@@ -1,3 +1,4 @@
+#include "pluginobject/shadingcorrection/imagecalc/arrayallocation.h"
 #include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/coefficientfixture.h"
 #include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
@@ -210,4 +211,15 @@ TEST_F(CoefficientGeneratorStatus, TheLargestGridReportsMissingMemoryInsteadOfWr
   EXPECT_EQ(CalcWithFailingMemory(true, 0), IMAGECALC_STATUS_OUT_OF_MEMORY);
   EXPECT_EQ(m_nSize, 12502 * 12502 * 8);
   EXPECT_TRUE(IsTableUntouched());
+}
+
+TEST(ArrayAllocation, OfAnySizeIsAnArrayOrNone)
+{
+  EXPECT_NE(AllocateArray<double>({3, 4}), nullptr);
+  for (const uint64_t nOther : {uint64_t{0}, uint64_t{5}, UINT64_MAX}) {
+    EXPECT_NE(AllocateArray<double>({0, nOther}), nullptr) << "room for one element";
+  }
+  EXPECT_EQ(AllocateArray<double>({UINT64_MAX / 2, 1}), nullptr);
+  EXPECT_EQ(AllocateArray<double>({uint64_t{1} << 32, uint64_t{1} << 32}), nullptr) << "a product beyond 64 bits";
+  EXPECT_EQ(AllocateArray<double>({uint64_t{1} << 60, 1}), nullptr) << "bytes beyond what memory has";
 }

@@ -1,11 +1,15 @@
+#include <functional>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "genapi/softwarenodemap/observednodemap.h"
 #include "genapi/softwarenodemap/softwarenodemap.h"
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/testframe.h"
+#include "tests/support/failnthaccess.h"
 
+using ffc::genapi::CObservedNodeMap;
 using ffc::genapi::CSoftwareEnumeration;
 using ffc::genapi::CSoftwareInteger;
 using ffc::genapi::CSoftwareNodeMap;
@@ -143,6 +147,71 @@ TEST(FrameFormat, HasTheShapeOfAnotherOfTheSameGeometryAndDepth)
   EXPECT_FALSE(stFormat.HasSameShape(MakeFormat(MONO_12, 48, 64)));
   EXPECT_FALSE(stFormat.HasSameShape(MakeFormat(MONO_12, 64, 49)));
   EXPECT_FALSE(stFormat.HasSameShape(MakeFormat(MONO_10, 64, 48)));
+}
+
+namespace {
+
+constexpr const char *DEVICE_NAMES[] = {"PixelFormat", "PayloadSize", "Width", "Height"};
+constexpr const char *OUTPUT_NAMES[] = {"OutPixelFormat", "OutputPayloadSize", "OutputWidth", "OutputHeight"};
+
+// Without the feature of number nLeftOut, and with another value of number nChanged.
+void AddImage(CSoftwareNodeMap &map, const char *const (&apNames)[4], int nLeftOut, int nChanged)
+{
+  for (int n = 0; n < 4; ++n) {
+    if (n == nLeftOut) {
+      continue;
+    }
+    if (n > 0) {
+      map.AddInteger(apNames[n], n == nChanged ? 101 : 100);
+      continue;
+    }
+    CSoftwareEnumeration &format = map.AddEnumeration(apNames[n]);
+    format.Entry("Mono8", 0);
+    format.Entry("Mono12", 1);
+    format.Select(n == nChanged ? "Mono12" : "Mono8");
+  }
+}
+
+} // namespace
+
+TEST(DeliveredImage, IsTheCamerasInAllThatBothTell)
+{
+  for (int nChanged = -1; nChanged < 4; ++nChanged) {
+    for (int nMissing = -1; nMissing < 4; ++nMissing) {
+      const bool bTold = nChanged >= 0 && nChanged != nMissing;
+      const int32_t nExpected = bTold ? PLUGIN_STATUS_DEVICE_PARAMS_MODIFIED : PLUGIN_STATUS_SUCCESS;
+      for (const bool bMissingAtDevice : {false, true}) {
+        CSoftwareNodeMap output;
+        CSoftwareNodeMap device;
+        AddImage(output, OUTPUT_NAMES, bMissingAtDevice ? -1 : nMissing, nChanged);
+        AddImage(device, DEVICE_NAMES, bMissingAtDevice ? nMissing : -1, -1);
+        EXPECT_EQ(CheckDeliveredImage(CFeatureAccess(&output), CFeatureAccess(&device)), nExpected)
+          << nChanged << nMissing << bMissingAtDevice;
+      }
+    }
+  }
+}
+
+TEST(DeliveredImage, OfWhichAnyReadFailsIsNotTakenForTheCameras)
+{
+  CSoftwareNodeMap output;
+  CSoftwareNodeMap device;
+  AddImage(output, OUTPUT_NAMES, -1, -1);
+  AddImage(device, DEVICE_NAMES, -1, -1);
+  uint64_t nFail = 0;
+  for (;;) {
+    CFailNthAccess failNth(++nFail, EAccessFailure::Timeout);
+    CObservedNodeMap observedOutput(output);
+    CObservedNodeMap observedDevice(device);
+    observedOutput.AddHook(std::ref(failNth));
+    observedDevice.AddHook(std::ref(failNth));
+    const int32_t nStatus = CheckDeliveredImage(CFeatureAccess(&observedOutput), CFeatureAccess(&observedDevice));
+    if (failNth.GetCount() < nFail) {
+      break;
+    }
+    EXPECT_NE(nStatus, PLUGIN_STATUS_SUCCESS) << nFail;
+  }
+  EXPECT_GT(nFail, 16U) << "each of eight features is looked for and read";
 }
 
 TEST(FrameSizeCheck, SucceedsWhileTheSizeIsTheKeptOne)

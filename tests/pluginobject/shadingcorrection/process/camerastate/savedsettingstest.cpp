@@ -54,6 +54,13 @@ TEST_F(SavedEntry, IsPutBack)
   EXPECT_EQ(GetMode(), "On");
 }
 
+TEST_F(SavedEntry, ThatWasReplacedWithoutBeingSavedStaysReplaced)
+{
+  EXPECT_EQ(m_entry.Replace(Features(), "Off"), PLUGIN_STATUS_SUCCESS);
+  m_entry.Restore(Features());
+  EXPECT_EQ(GetMode(), "Off");
+}
+
 TEST_F(SavedEntry, IsPutBackAlsoWhenTheFirstWriteFails)
 {
   SaveAndReplace();

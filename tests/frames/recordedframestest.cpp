@@ -1,0 +1,76 @@
+#include "frames/recordedframes.h"
+
+#include <cstring>
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "frames/serfile.h"
+#include "tests/frames/framefiles.h"
+
+using namespace ffc::frames;
+using namespace ffc::test;
+using ffc::genapi::EColorLayout;
+
+namespace {
+
+class CRecordingTest : public testing::Test {
+protected:
+  /// Two dark and two bright frames of 8 x 8, each of one value.
+  void WriteRecording(uint32_t nBitDepth, uint16_t nBright)
+  {
+    SFrameInfo stInfo;
+    stInfo.stLayout = {8, 8, 2};
+    stInfo.nBitDepth = nBitDepth;
+    stInfo.eColors = EColorLayout::BayerGR;
+    for (const auto &[pName, nValue] : {std::pair<const char *, uint16_t>{"dark_1.", 0}, {"bright_1.", nBright}}) {
+      std::vector<uint8_t> listFrame(stInfo.stLayout.GetFrameSize());
+      for (std::size_t n = 0; n < listFrame.size(); n += 2) {
+        std::memcpy(listFrame.data() + n, &nValue, 2);
+      }
+      const QString strPath = m_dir.filePath(pName + CSerFile().GetSuffixes().front());
+      ASSERT_EQ(WriteFile(CSerFile(), strPath, stInfo, {listFrame, listFrame}).GetError(), "");
+    }
+  }
+
+  ffc::Result<SRecordedFrames> Load(const std::optional<SSampleFormat> &stFormat = {}) const
+  {
+    return LoadRecordedFrames(m_dir.path().toStdString(), stFormat);
+  }
+
+  QTemporaryDir m_dir;
+};
+
+} // namespace
+
+TEST_F(CRecordingTest, TheDepthThatTheFilesStateIsTaken)
+{
+  WriteRecording(12, 3000);
+  const auto recording = Load();
+  ASSERT_EQ(recording.GetError(), "");
+  EXPECT_EQ(recording.GetValue().strStatedFormat, "BayerGR12");
+  EXPECT_EQ(recording.GetValue().strGuess, "") << "nothing had to be guessed";
+  EXPECT_EQ(recording.GetValue().listDark.size(), 2U);
+  EXPECT_EQ(recording.GetValue().listBright.size(), 2U);
+}
+
+TEST_F(CRecordingTest, ValuesBeyondTheFormatAreNamedWithTheirFile)
+{
+  WriteRecording(12, 3001);
+  const std::string strError = Load(SSampleFormat{"Mono10", 10}).GetError();
+  EXPECT_NE(strError.find("bright_1.ser\" holds the value 3001, but Mono10 ends at 1023."), std::string::npos)
+    << strError;
+}
+
+TEST_F(CRecordingTest, ARecordingThatIsAllDarkHasNoDepthToGuess)
+{
+  for (const char *pName : {"dark", "bright"}) {
+    for (int n = 0; n < 2; ++n) {
+      const std::vector<uint8_t> listFrame(32);
+      ASSERT_TRUE(SaveFrame(m_dir.filePath(QString("%1_%2.png").arg(pName).arg(n)), {4, 4, 2}, listFrame.data()));
+    }
+  }
+  const std::string strError = Load().GetError();
+  EXPECT_NE(strError.find("holds nothing but zeros"), std::string::npos) << strError;
+}
