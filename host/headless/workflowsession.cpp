@@ -225,7 +225,7 @@ Result<> CWorkflowSession::AcquireBright()
   const SDialogAnswer stAnswer = Acquire([this] { return m_driver->AcquireBright(); });
   const Result<> result = Judge(stAnswer);
   NoteBrightFrames(static_cast<uint32_t>(frames.Stop().size()));
-  m_bTooDark = stAnswer.bWarning && frames.GetBrightness() < DARK_SHARE;
+  m_bTooDark = stAnswer.bWarning && frames.GetJudgedCount() > 0 && frames.GetBrightness() < DARK_SHARE;
   m_listBrightRemarks = frames.JudgeLight();
   return result && !m_driver->IsExecuteEnabled() ? Failure("the dialog does not accept the bright field") : result;
 }
