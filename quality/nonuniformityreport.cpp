@@ -40,6 +40,13 @@ QJsonArray MakeChannelsJson(const std::vector<SNonuniformity> &listFigures)
   return json;
 }
 
+/// A variance that is not above 0 once the noise is taken off has no root: then the others may add up to more than the
+/// total.
+QString DescribePart(double dFigure, const QString &strUnit)
+{
+  return dFigure > 0 ? QString::number(dFigure, 'f', 3) + strUnit : QStringLiteral("below noise");
+}
+
 } // namespace
 
 QJsonObject MakeNonuniformityJson(const SUniformity &stUniformity)
@@ -50,12 +57,9 @@ QJsonObject MakeNonuniformityJson(const SUniformity &stUniformity)
 
 QString DescribeParts(const SNonuniformityParts &stParts, const QString &strUnit)
 {
-  return QStringLiteral("%1 %2 (rows %3, columns %4, pixels %5)")
-    .arg(stParts.dTotal, 0, 'f', 3)
-    .arg(strUnit)
-    .arg(stParts.dRow, 0, 'f', 3)
-    .arg(stParts.dColumn, 0, 'f', 3)
-    .arg(stParts.dPixel, 0, 'f', 3);
+  return QStringLiteral("%1 (rows %2, columns %3, pixels %4)")
+    .arg(DescribePart(stParts.dTotal, QLatin1Char(' ') + strUnit), DescribePart(stParts.dRow, {}),
+         DescribePart(stParts.dColumn, {}), DescribePart(stParts.dPixel, {}));
 }
 
 } // namespace ffc::quality

@@ -13,7 +13,7 @@ namespace ffc::quality {
 /// illumination, each an array. Variances are s2_y... and sigma2_y_stack, DN^2, and may be negative.
 QJsonObject MakeNonuniformityJson(const SUniformity &stUniformity);
 
-/// "0.43 % (rows 0.02, columns 0.05, pixels 0.42)"
+/// "0.430 % (rows 0.020, columns 0.050, pixels 0.420)"; what the noise hides is "below noise".
 QString DescribeParts(const SNonuniformityParts &stParts, const QString &strUnit);
 
 } // namespace ffc::quality

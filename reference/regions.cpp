@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 
 namespace ffc::reference {
 namespace {
@@ -11,7 +12,7 @@ constexpr std::size_t LARGEST_COUNT = std::size_t{TILE_SIDE + 2 * TILE_HALO} * (
 /// How much of a scale's detail at a pixel is that pixel's own sample: squared centres of the smoothing kernels.
 constexpr std::array<float, FINE_SCALES> OWN_SHARES = {0.8594F, 0.1111F, 0.0226F};
 /// Radii of the windows, pixels, from round to round.
-constexpr std::array<float, 8> RADII = {1.5F, 2.0F, 2.6F, 3.3F, 4.2F, 5.2F, 6.2F, 7.0F};
+constexpr std::array<float, 2> RADII = {6.2F, 7.0F};
 constexpr uint32_t REACH = 9;
 /// Around an edge, pixels.
 constexpr uint32_t MARGIN = 7;
@@ -22,6 +23,12 @@ constexpr float TOLERANCE = 10;
 /// Weight of the finest detail, beyond that of the plain, from which on it belongs to an edge. What has no such detail
 /// is smooth, and the scales are better at it.
 constexpr float EDGE = 0.15F;
+/// Of the total variation with which regions begin, in standard deviations of the noise, and samples that such a mean
+/// is worth.
+constexpr float VARIATION = 1.2F;
+constexpr float FIRST_COUNT = 10;
+/// Least part of the samples' variance that counts as noise.
+constexpr float LEAST_NOISE = 0.05F;
 /// Of the noise's standard deviation.
 constexpr float PROBE = 0.1F;
 /// Pixels of a line that are worked on together.
@@ -38,7 +45,8 @@ float GetSquare(float fValue)
 
 CRegions::CRegions()
   : m_listRemoved(LARGEST_COUNT), m_listFreedom(LARGEST_COUNT), m_listMeans(LARGEST_COUNT), m_listCounts(LARGEST_COUNT),
-    m_listEdges(LARGEST_COUNT), m_listAbove(TILE_SIDE + 2 * TILE_HALO), m_listProbe(LARGEST_COUNT)
+    m_listEdges(LARGEST_COUNT), m_listAbove(TILE_SIDE + 2 * TILE_HALO), m_listProbe(LARGEST_COUNT),
+    m_variation(LARGEST_COUNT)
 {
   m_listPixels.reserve(LARGEST_COUNT / LARGEST_PART);
   for (std::vector<float> *pList : {&m_listNoise, &m_listNext, &m_listNextCounts, &m_listProbeMeans}) {
@@ -83,13 +91,17 @@ void CRegions::Refine(const CTile &tile, const SFieldNoise &stNoise, float fPlai
   if (!FindPixels()) {
     return;
   }
-  const float *pSamples = tile.GetSmoothImage(0).pValues;
+  float *pSamples = tile.GetSmoothImage(0).pValues;
   const float *pLevel = tile.GetSmoothImage(FINE_SCALES).pValues;
   m_fPlain = fPlain;
   m_listNoise.clear();
   for (const uint32_t nPixel : m_listPixels) {
     m_listNoise.push_back(stNoise.At(pLevel[nPixel]));
   }
+  // The pixels' own pattern spreads the samples of a region too.
+  const float fNoise = std::accumulate(m_listNoise.begin(), m_listNoise.end(), 0.0F) /
+                       static_cast<float>(m_listNoise.size()) / std::max(1 - fPlain, LEAST_NOISE);
+  m_fVariation = VARIATION * std::sqrt(fNoise);
   m_listNext.resize(m_listPixels.size());
   m_listNextCounts.resize(m_listPixels.size());
   std::copy_n(pSamples, std::size_t{m_nWidth} * m_nHeight, m_listProbe.begin());
@@ -137,15 +149,17 @@ float CRegions::GetProbe(std::size_t nIndex) const
   return (nHash >> 16U & 1U) != 0 ? fStep : -fStep;
 }
 
-/// Begins with each pixel as a region of its own; those away from structures have what the scales say, and keep it.
-void CRegions::FindMeans(const float *pSamples, const float *pProbed)
+/// Begins with an image of few levels and short edges; pixels away from structures have what the scales say, and keep
+/// it.
+void CRegions::FindMeans(const float *pSamples, float *pProbed)
 {
+  m_variation.Smooth({pProbed, m_nWidth, m_nHeight}, m_fVariation, {m_listMeans.data(), m_nWidth, m_nHeight});
+  for (std::size_t n = 0; n < m_listPixels.size(); ++n) {
+    m_listNext[n] = m_listMeans[m_listPixels[n]];
+    m_listNextCounts[n] = FIRST_COUNT;
+  }
   for (std::size_t n = 0; n < std::size_t{m_nWidth} * m_nHeight; ++n) {
     m_listMeans[n] = pSamples[n] - m_listRemoved[n];
-  }
-  for (std::size_t n = 0; n < m_listPixels.size(); ++n) {
-    m_listNext[n] = pProbed[m_listPixels[n]];
-    m_listNextCounts[n] = 1;
   }
   for (const float fRadius : RADII) {
     TakeMeans();

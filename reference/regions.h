@@ -8,12 +8,12 @@
 #include "reference/noisemodel.h"
 #include "reference/shrinkage.h"
 #include "reference/tile.h"
+#include "reference/totalvariation.h"
 
 namespace ffc::reference {
 
 /// What is removed as noise of the samples of a tile and of its halo: first by the weights of the scales; then, around
-/// edges, by means over regions of one level, where the samples speak for that. One for each
-/// thread.
+/// edges, by means over regions of one level, where the samples speak for that. One for each thread.
 class CRegions {
 public:
   /// All memory, for the largest tile. May throw std::bad_alloc; nothing else does.
@@ -39,7 +39,7 @@ public:
 private:
   bool FindPixels();
   float GetProbe(std::size_t nIndex) const;
-  void FindMeans(const float *pSamples, const float *pProbed);
+  void FindMeans(const float *pSamples, float *pProbed);
   void TakeMeans();
   void GrowMeans(const float *pProbed, float fRadius);
   void GrowRun(const float *pProbed, float fRadius, std::size_t nFirst, std::size_t nCount);
@@ -47,7 +47,8 @@ private:
 
   uint32_t m_nWidth = 0; ///< with the halo
   uint32_t m_nHeight = 0;
-  float m_fPlain = 0; ///< what is believed of a pixel's deviation from its region
+  float m_fPlain = 0;     ///< what is believed of a pixel's deviation from its region
+  float m_fVariation = 0; ///< weight of the total variation, DN
   std::vector<float> m_listRemoved;
   std::vector<float> m_listFreedom; ///< how much of an estimate is its own sample, by the scales
   std::vector<float> m_listMeans;
@@ -60,6 +61,7 @@ private:
   std::vector<float> m_listNextCounts;
   std::vector<float> m_listProbe; ///< samples that were changed a little
   std::vector<float> m_listProbeMeans;
+  CTotalVariation m_variation;
 };
 
 } // namespace ffc::reference

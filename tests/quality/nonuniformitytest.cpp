@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "quality/deviationhistogram.h"
+#include "quality/nonuniformityreport.h"
 #include "quality/spectrogram.h"
 #include "tests/quality/slownonuniformity.h"
 #include "tests/quality/syntheticscene.h"
@@ -269,6 +270,17 @@ TEST(Nonuniformity, SpectrogramsOfPrnuAreThoseOfTheDefinitionInEveryChannelWithT
       ExpectSpectrogram(MakeVerticalSpectrogram(stImage), Transpose(image));
     }
   }
+}
+
+TEST(Nonuniformity, InWordsAPartThatTheNoiseHidesIsNoFigure)
+{
+  EXPECT_EQ(DescribeParts({0.43, 0.02, 0.05, 0.42}, QStringLiteral("%")),
+            QStringLiteral("0.430 % (rows 0.020, columns 0.050, pixels 0.420)"));
+  // A row part greater than the total, as the others' variances are negative.
+  EXPECT_EQ(DescribeParts({0.01, 0.03, 0, 0}, QStringLiteral("DN")),
+            QStringLiteral("0.010 DN (rows 0.030, columns below noise, pixels below noise)"));
+  EXPECT_EQ(DescribeParts({0, 0, 0, 0.1}, QStringLiteral("DN")),
+            QStringLiteral("below noise (rows below noise, columns below noise, pixels 0.100)"));
 }
 
 TEST(DeviationHistogram, EqualsTheSlowTwinThatCountsInWholeNumbers)

@@ -1,6 +1,7 @@
 // The pieces of the weighted reference, each by itself.
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include "reference/shrinkage.h"
 #include "reference/tile.h"
 #include "reference/tileprofiles.h"
+#include "reference/totalvariation.h"
 
 using namespace ffc::reference;
 
@@ -320,4 +322,42 @@ TEST(ReferenceParallel, EveryItemIsWorkedOnOnceWithAnyNumberOfThreads)
     });
     EXPECT_EQ(listSeen, std::vector<int>(100, 1)) << nThreads;
   }
+}
+
+TEST(ReferenceVariation, ALowStepIsFoundInNoiseAndStaysWhereItIs)
+{
+  constexpr uint32_t WIDTH = 60;
+  constexpr uint32_t HEIGHT = 40;
+  constexpr float STEP = 3;
+  const auto fnTruth = [](std::size_t n) { return n % WIDTH < WIDTH / 2 ? 100.0F : 100.0F + STEP; };
+  std::vector<float> listSamples = MakeNoise(std::size_t{WIDTH} * HEIGHT);
+  for (std::size_t n = 0; n < listSamples.size(); ++n) {
+    listSamples[n] += fnTruth(n);
+  }
+  std::vector<float> listErrors(listSamples.size());
+  CTotalVariation variation(listSamples.size());
+  // An image before it leaves nothing behind.
+  for (const float fWeight : {5.0F, 1.2F}) {
+    variation.Smooth({listSamples.data(), WIDTH, HEIGHT}, fWeight, {listErrors.data(), WIDTH, HEIGHT});
+  }
+  const double dSum = std::accumulate(listErrors.begin(), listErrors.end(), 0.0);
+  EXPECT_NEAR(dSum, std::accumulate(listSamples.begin(), listSamples.end(), 0.0), 1) << "nothing is added";
+  std::size_t nWrong = 0;
+  for (std::size_t n = 0; n < listErrors.size(); ++n) {
+    nWrong += (listErrors[n] > 100 + STEP / 2) != (fnTruth(n) > 100) ? 1U : 0U;
+    listErrors[n] -= fnTruth(n);
+  }
+  EXPECT_LT(GetMeanSquare(listErrors), 0.12) << "of a noise of 1";
+  EXPECT_LT(nWrong, listErrors.size() / 100);
+}
+
+TEST(ReferenceVariation, AnEvenImageAndOneOfASinglePixelStayWhatTheyAre)
+{
+  std::vector<float> listEven(35, 12.5F);
+  std::vector<float> listResult(35);
+  CTotalVariation variation(35);
+  variation.Smooth({listEven.data(), 7, 5}, 2, {listResult.data(), 7, 5});
+  EXPECT_EQ(listResult, listEven);
+  variation.Smooth({listEven.data(), 1, 1}, 2, {listResult.data(), 1, 1});
+  EXPECT_EQ(listResult[0], 12.5F);
 }
