@@ -83,7 +83,11 @@ public:
   }
 
 private:
-  Failure Describe() const { return Failure("cannot be read as TIFF: " + m_strError + "."); }
+  /// The library tells why, so far; nobody promises that it always does.
+  Failure Describe() const
+  {
+    return Failure("cannot be read as TIFF: " + (m_strError.empty() ? "it is damaged" : m_strError) + ".");
+  }
 
   Result<> ReadInfo()
   {

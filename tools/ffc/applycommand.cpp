@@ -57,7 +57,7 @@ public:
       return;
     }
     m_report.AddDone(strFile, {{"status", strStatus}, {"output", strOut}, {"frames", static_cast<double>(nFrames)}},
-                     QStringLiteral("%1: %2, %3 frame(s), in %4").arg(strFile, strStatus).arg(nFrames).arg(strOut));
+                     QStringLiteral("%1: %2, %3, in %4").arg(strFile, strStatus, CountFrames(nFrames), strOut));
   }
 
 private:

@@ -251,10 +251,10 @@ private:
     }
     m_report.AddDone(
       strFile, object,
-      QStringLiteral("%1: %2 frame(s) of %3 x %4 with %5 bits per pixel, colours %6, largest value %7, %8 "
+      QStringLiteral("%1: %2 of %3 x %4 with %5 bits per pixel, colours %6, largest value %7, %8 "
                      "empty low bits\n  %9 %10")
         .arg(strFile)
-        .arg(stInfo.nFrames)
+        .arg(CountFrames(stInfo.nFrames))
         .arg(stInfo.stLayout.nWidth)
         .arg(stInfo.stLayout.nHeight)
         .arg(8 * stInfo.stLayout.nBytesPerSample)

@@ -123,14 +123,14 @@ QString MakeLevelsText(const SLevels &stLevels)
 {
   QString strText = QStringLiteral("  level, %   signal, DN   PRNU before, %   after, %   shading after, %");
   for (const SLevel &stLevel : stLevels.listLevels) {
-    strText += QStringLiteral("\n  %1 %2 %3 %4 %5   %6: %7 frame(s)%8")
+    strText += QStringLiteral("\n  %1 %2 %3 %4 %5   %6: %7%8")
                  .arg(stLevel.dLevelPercent, 8, 'f', 1)
                  .arg(stLevel.dSignal, 12, 'f', 1)
                  .arg(stLevel.dBefore, 16, 'f', 3)
                  .arg(stLevel.dAfter, 10, 'f', 3)
                  .arg(stLevel.dShadingAfter, 18, 'f', 2)
                  .arg(stLevel.strName)
-                 .arg(stLevel.nFrames)
+                 .arg(CountFrames(stLevel.nFrames))
                  .arg(stLevel.bGood ? QString() : QStringLiteral(", not good enough"));
   }
   return strText + QStringLiteral("\n  PRNU is after the high-pass; good enough is up to %1 % (%2)\n  %3")

@@ -28,6 +28,12 @@ struct STrouble {
   QString strText;       ///< a sentence that names the file and what to do
 };
 
+/// "1 frame", "2 frames".
+inline QString CountFrames(uint64_t nFrames)
+{
+  return QString::number(nFrames) + QLatin1String(nFrames == 1 ? " frame" : " frames");
+}
+
 /// What does not fit.
 inline STrouble Refuse(const QString &strText)
 {
