@@ -249,20 +249,19 @@ private:
       object[QStringLiteral("alignment")] =
         depth.GetValue().eAlignment == frames::EAlignment::Left ? QStringLiteral("left") : QStringLiteral("right");
     }
-    m_report.AddDone(
-      strFile, object,
-      QStringLiteral("%1: %2 of %3 x %4 with %5 bits per pixel, colours %6, largest value %7, %8 "
-                     "empty low bits\n  %9 %10")
-        .arg(strFile)
-        .arg(CountFrames(stInfo.nFrames))
-        .arg(stInfo.stLayout.nWidth)
-        .arg(stInfo.stLayout.nHeight)
-        .arg(8 * stInfo.stLayout.nBytesPerSample)
-        .arg(strColors)
-        .arg(stEvidence.nLargest)
-        .arg(stEvidence.CountEmptyLowBits())
-        .arg(strReason, stInfo.strRemark)
-        .trimmed());
+    m_report.AddDone(strFile, object,
+                     QStringLiteral("%1: %2 of %3 x %4 with %5 bits per pixel, colours %6, largest value %7, %8 "
+                                    "empty low bits\n  %9 %10")
+                       .arg(strFile)
+                       .arg(CountFrames(stInfo.nFrames))
+                       .arg(stInfo.stLayout.nWidth)
+                       .arg(stInfo.stLayout.nHeight)
+                       .arg(8 * stInfo.stLayout.nBytesPerSample)
+                       .arg(strColors)
+                       .arg(stEvidence.nLargest)
+                       .arg(stEvidence.CountEmptyLowBits())
+                       .arg(strReason, stInfo.strRemark)
+                       .trimmed());
   }
 
   /// Of all files of frames.
