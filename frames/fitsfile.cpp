@@ -90,9 +90,9 @@ private:
     const SFrameInfo &stInfo = m_stHeader.stInfo;
     const qint64 nBegin = m_file.pos();
     const uint64_t nData = stInfo.nFrames * stInfo.stLayout.GetFrameSize();
-    const auto nEnd = static_cast<qint64>(nData + GetFitsPadding(nData));
+    const uint64_t nEnd = nData + GetFitsPadding(nData);
     // Within a file that CheckFrameSize has looked at, places are found.
-    m_file.seek(nBegin + nEnd);
+    m_file.seek(nBegin + static_cast<qint64>(nEnd));
     if (m_file.read(8) == "XTENSION") {
       return Failure("has further parts behind its image (extensions), which would be lost: save the image alone.");
     }

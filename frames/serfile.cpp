@@ -120,9 +120,10 @@ private:
   void ReadDates()
   {
     const uint64_t nFramesEnd = SER_HEADER_SIZE + m_stInfo.nFrames * m_stInfo.stLayout.GetFrameSize();
-    if (static_cast<uint64_t>(m_file.size()) - nFramesEnd >= m_stInfo.nFrames * DATE_SIZE) {
+    const uint64_t nDates = m_stInfo.nFrames * DATE_SIZE;
+    if (static_cast<uint64_t>(m_file.size()) - nFramesEnd >= nDates) {
       m_file.seek(static_cast<qint64>(nFramesEnd));
-      m_stInfo.byteSerDates += m_file.read(static_cast<qint64>(m_stInfo.nFrames * DATE_SIZE));
+      m_stInfo.byteSerDates += m_file.read(static_cast<qint64>(nDates));
     }
     m_file.seek(SER_HEADER_SIZE);
   }

@@ -31,7 +31,7 @@ constexpr SColors COLORS[] = {{0, EColorLayout::Mono},
 
 int32_t GetNumber(const QByteArray &byteHeader, int nNumber)
 {
-  return qFromLittleEndian<int32_t>(byteHeader.constData() + NUMBERS_AT + 4 * nNumber);
+  return qFromLittleEndian<int32_t>(byteHeader.constData() + NUMBERS_AT + qptrdiff{4} * nNumber);
 }
 
 } // namespace

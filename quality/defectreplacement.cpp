@@ -1,5 +1,6 @@
 #include "quality/defectreplacement.h"
 
+#include <cassert>
 #include <cmath>
 #include <cstdlib>
 #include <unordered_set>
@@ -74,6 +75,7 @@ void CDefectReplacement::Replace(TSample *pSamples) const
 {
   // Sources are never defects, so the order does not matter.
   for (const SPlace &stPlace : m_listPlaces) {
+    assert(stPlace.nCount > 0); // others are no places
     uint64_t nSum = stPlace.nCount / 2;
     for (std::size_t n = 0; n < stPlace.nCount; ++n) {
       nSum += pSamples[m_listSources[stPlace.nFirst + n]];

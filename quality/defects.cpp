@@ -74,7 +74,7 @@ public:
   /// Of the pixels around one, itself included.
   double GetMedianAround(uint32_t nColumn, uint32_t nLine) const
   {
-    std::array<double, (2 * REACH + 1) * (2 * REACH + 1)> adValues;
+    std::array<double, std::size_t{2 * REACH + 1} * (2 * REACH + 1)> adValues;
     std::size_t nValues = 0;
     for (uint32_t nY = nLine - std::min(nLine, REACH); nY < std::min(m_nLines, nLine + REACH + 1); ++nY) {
       for (uint32_t nX = nColumn - std::min(nColumn, REACH); nX < std::min(m_nColumns, nColumn + REACH + 1); ++nX) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <numeric>
 #include <utility>
 
@@ -20,8 +21,10 @@ std::vector<uint32_t> GetBoxes(EHighPass eKind)
 }
 
 /// Where a position beyond the border lies when the image goes on as its mirror, edge pixels twice.
+/// \param nLength above 0
 uint32_t Mirror(int64_t nPosition, uint32_t nLength)
 {
+  assert(nLength > 0);
   const int64_t nPeriod = 2 * int64_t{nLength};
   const int64_t nWithin = ((nPosition % nPeriod) + nPeriod) % nPeriod;
   return static_cast<uint32_t>(nWithin < nLength ? nWithin : nPeriod - 1 - nWithin);

@@ -46,12 +46,9 @@ SMoments AddUpLine(const TSample *pFormer, const TSample *pLatter, uint32_t nFir
     nDS += nDifference * nSum;
     nSS += nSum * nSum;
   }
-  return {static_cast<double>((nWidth - nFirst + 1) / 2),
-          static_cast<double>(nD),
-          static_cast<double>(nS),
-          static_cast<double>(nDD),
-          static_cast<double>(nDS),
-          static_cast<double>(nSS)};
+  const uint32_t nCount = (nWidth - nFirst + 1) / 2;
+  return {static_cast<double>(nCount), static_cast<double>(nD),  static_cast<double>(nS),
+          static_cast<double>(nDD),    static_cast<double>(nDS), static_cast<double>(nSS)};
 }
 
 /// Sum of the squared differences that no straight line over the sums explains.

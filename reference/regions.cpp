@@ -129,7 +129,8 @@ bool CRegions::FindPixels()
     }
     for (uint32_t nX = REACH; nX + REACH < m_nWidth; ++nX) {
       const auto itFirst = m_listAbove.begin() + (nX - MARGIN);
-      if (std::any_of(itFirst, itFirst + 2 * MARGIN + 1, [](uint32_t nEdges) { return nEdges > 0; })) {
+      const auto itEnd = itFirst + std::ptrdiff_t{2} * MARGIN + 1;
+      if (std::any_of(itFirst, itEnd, [](uint32_t nEdges) { return nEdges > 0; })) {
         if (m_listPixels.size() == nMost) {
           return false;
         }
