@@ -61,9 +61,8 @@ QString FindCameraGroup(camera::ICamera &camera)
   const QString strMaker = QString::fromStdString(ReadFeature(map, "DeviceVendorName"));
   const QString strSerial = QString::fromStdString(ReadFeature(map, "DeviceSerialNumber"));
   const QString strDisplayName = QString::fromStdString(camera.GetDisplayName());
-  const QString strGroup =
-    QStringLiteral("cameras/") +
-    ToSettingsKey(strSerial.isEmpty() ? strDisplayName : strMaker + QLatin1Char(' ') + strSerial);
+  QString strGroup = QStringLiteral("cameras/") +
+                     ToSettingsKey(strSerial.isEmpty() ? strDisplayName : strMaker + QLatin1Char(' ') + strSerial);
   TakeFormerGroups(strDisplayName, strSerial, strGroup);
   return strGroup;
 }

@@ -166,6 +166,7 @@ std::vector<SLineProfile> MakeLineProfiles(const SFrameCopy &stFrame, const QLin
   }
   const std::vector<quality::SColorPlane> listPlanes = quality::GetColorPlanes(pFormat->eLayout);
   std::vector<SLineProfile> listProfiles;
+  listProfiles.reserve(listPlanes.size());
   for (const quality::SColorPlane &stPlane : listPlanes) {
     listProfiles.push_back({QString::fromStdString(stPlane.strName), {}});
   }

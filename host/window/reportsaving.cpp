@@ -43,7 +43,7 @@ QString AskReportPath(QWidget *pParent)
                           dir.filePath(QStringLiteral("flat-field-report.html")),
                           {Translate("Report (*.html)")},
                           QString()};
-  const QString strPath = AskSavePath(pParent, stBox, QStringLiteral("html"));
+  QString strPath = AskSavePath(pParent, stBox, QStringLiteral("html"));
   if (!strPath.isEmpty()) {
     settings.setValue(FOLDER_KEY, QFileInfo(strPath).absolutePath());
   }

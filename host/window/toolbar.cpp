@@ -39,10 +39,10 @@ void CToolBar::PaintMore()
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(palette().color(QPalette::ButtonText), 1.5));
+  const double dMiddle = MORE_SIZE / 2.0;
   for (const double dTip : {5.5, 10.0}) {
-    const QPointF listPoints[] = {{dTip - CHEVRON_HIGH, MORE_SIZE / 2 - CHEVRON_HIGH},
-                                  {dTip, MORE_SIZE / 2},
-                                  {dTip - CHEVRON_HIGH, MORE_SIZE / 2 + CHEVRON_HIGH}};
+    const QPointF listPoints[] = {
+      {dTip - CHEVRON_HIGH, dMiddle - CHEVRON_HIGH}, {dTip, dMiddle}, {dTip - CHEVRON_HIGH, dMiddle + CHEVRON_HIGH}};
     painter.drawPolyline(listPoints, 3);
   }
   painter.end();
