@@ -46,7 +46,7 @@ std::optional<std::vector<uint32_t>> ReadRecord(const CFrameBuffer &content, boo
   }
   std::vector<uint32_t> listWords(RECORD_WORDS);
   for (int n = 0; n < RECORD_WORDS; ++n) {
-    listWords[static_cast<std::size_t>(n)] = qFromLittleEndian<uint32_t>(anRecord + 4 * n);
+    listWords[static_cast<std::size_t>(n)] = qFromLittleEndian<uint32_t>(anRecord + qptrdiff{4} * n);
   }
   const bool bOwnSize = listWords[SIZE_WORD] == content.GetSize();
   return bOwnSize ? std::optional<std::vector<uint32_t>>(listWords) : std::nullopt;
