@@ -53,8 +53,12 @@ Result<frames::SFrameInfo> DescribeFrames(const SFrameCopy &stFrame, const frame
   return stInfo;
 }
 
-QString GetNumberedPath(const QString &strPath, uint32_t nNumber)
+/// \return the file of a frame, counted from 1: one for each where the kind does not hold so many
+QString GetFramePath(const QString &strPath, const frames::IFileKind &kind, uint32_t nFrames, uint32_t nNumber)
 {
+  if (kind.GetMaxFrames() >= nFrames) {
+    return strPath;
+  }
   const QFileInfo file(strPath);
   return file.dir().filePath(
     QStringLiteral("%1-%2.%3").arg(file.completeBaseName()).arg(nNumber, 4, 10, QLatin1Char('0')).arg(file.suffix()));
@@ -97,7 +101,7 @@ private:
   Result<> Create(frames::SFrameInfo stInfo)
   {
     stInfo.nFrames = IsSingle() ? 1 : m_nFrames;
-    m_strFile = IsSingle() ? GetNumberedPath(m_strPath, m_nWritten + 1) : m_strPath;
+    m_strFile = GetFramePath(m_strPath, m_kind, m_nFrames, m_nWritten + 1);
     Result<std::unique_ptr<IFrameWriter>> created = m_kind.Create(m_strFile, stInfo);
     if (!created) {
       return created.GetFailure();
@@ -168,7 +172,7 @@ QString AskFramePath(QWidget *pParent, const QString &strTitle, uint32_t nFrames
                  frames::ListFileKinds()[static_cast<std::size_t>(nKind)]->GetSuffixes().first();
   };
   const auto findFirst = [nFrames](const QString &strPath) {
-    return frames::FindFileKind(strPath)->GetMaxFrames() < nFrames ? GetNumberedPath(strPath, 1) : strPath;
+    return GetFramePath(strPath, *frames::FindFileKind(strPath), nFrames, 1);
   };
   const SSaveBox stBox = {strTitle, QDir(settings.value(FOLDER_KEY, QDir::homePath()).toString()).absolutePath(),
                           listFilters, settings.value(KIND_KEY, strFirst).toString()};
