@@ -1,4 +1,6 @@
 # The library for TIFF files: TIFF::TIFF when FFC_WITH_TIFF is on.
+# Once for all folders: a target is promoted where it was found, and only there.
+include_guard(GLOBAL)
 find_package(TIFF QUIET)
 set(tiff_new_enough OFF)
 if(TIFF_FOUND AND NOT TIFF_VERSION_STRING VERSION_LESS 4.5)
