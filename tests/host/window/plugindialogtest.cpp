@@ -257,6 +257,39 @@ TEST_F(PluginDialog, SaysWhyItIsGreyForACorrectionThatThePluginDoesNotKnow)
   EXPECT_TRUE(Find<QLabel>("DialogNote")->isVisible());
 }
 
+TEST_F(PluginDialog, CoefficientsThatTheCameraRefusesWhileItStreamsAreTriedAgainWithTheStreamStopped)
+{
+  m_stCamera.eMode = ECorrectionMode::FlatField;
+  ShowWindow([this](const SCameraOptions &stOptions) {
+    ffc::camera::SSimulatedCameraOptions stCamera;
+    stCamera.eMode = stOptions.eMode;
+    stCamera.strPixelFormat = stOptions.strPixelFormat;
+    stCamera.nWidth = 256;
+    stCamera.nHeight = 192;
+    stCamera.dFrameRate = 100;
+    stCamera.strFlashFile = m_folder.filePath(QStringLiteral("flash/camera")).toStdString();
+    return ffc::camera::CreateSimulatedCamera(stCamera);
+  });
+  QDir folder(m_folder.filePath(QStringLiteral("flash")));
+  ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
+  Correct();
+  ASSERT_TRUE(folder.removeRecursively());
+  EXPECT_NE(GetDriver().SaveFlash().strBox.toStdString(), "");
+  const std::string strRefused = "NOT written to the camera: ";
+  const std::string strHint = "stop it, and try again.";
+  EXPECT_EQ(GetText("DialogNote").find(strRefused), 0U) << GetText("DialogNote");
+  EXPECT_NE(GetText("DialogNote").find(strHint), std::string::npos) << GetText("DialogNote");
+
+  Press("StartStop");
+  ASSERT_FALSE(GetCamera().IsStreaming());
+  EXPECT_NE(GetDriver().SaveFlash().strBox.toStdString(), "");
+  EXPECT_EQ(GetText("DialogNote").find(strRefused), 0U) << GetText("DialogNote");
+  EXPECT_EQ(GetText("DialogNote").find(strHint), std::string::npos) << "it is stopped: " << GetText("DialogNote");
+  ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
+  EXPECT_EQ(GetDriver().SaveFlash().strBox.toStdString(), "");
+  EXPECT_EQ(GetText("DialogNote").find("Written to the camera"), 0U) << GetText("DialogNote");
+}
+
 TEST_F(PluginDialog, ClosingDuringAnAcquisitionSaysWhyItWaits)
 {
   m_dFrameRate = 20;
