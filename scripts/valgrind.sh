@@ -7,8 +7,7 @@ cd "$(dirname "$0")/.."
 . scripts/common.sh
 
 programs=(ombrix_kernels_test ombrix_test ombrix_bandpool_test imagecalc_test reference_test frames_test quality_test
-  pluginobject_base_test pluginobject_test process_pieces_test process_test process_hostfile_test process_devicefile_test
-  process_vignettingfile_test)
+  pluginobject_base_test pluginobject_test process_pieces_test process_test process_file_test)
 declare -A left_out=(
 )
 build=$root/build/release

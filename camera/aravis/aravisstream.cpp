@@ -14,10 +14,29 @@ namespace {
 constexpr std::size_t MAX_BUFFERS = 16;
 constexpr std::size_t MIN_BUFFERS = 3;
 constexpr std::size_t BUFFER_MEMORY = std::size_t{512} << 20U; ///< bytes that the buffers together should not exceed
+constexpr gint SOCKET_BUFFER = 32 << 20; ///< bytes; the system gives what it allows a program (net.core.rmem_max)
 
 std::size_t GetBufferCount(std::size_t nPayload)
 {
   return std::clamp(BUFFER_MEMORY / nPayload, MIN_BUFFERS, MAX_BUFFERS);
+}
+
+/// A program with the right to it would get packet sockets, which receive what comes for all others too until their
+/// filter is set: frames of another camera would be taken for this one's, or take its buffers.
+void DisablePacketSocket(ArvDevice *pDevice)
+{
+  if (ARV_IS_GV_DEVICE(pDevice)) {
+    arv_gv_device_set_stream_options(ARV_GV_DEVICE(pDevice), ARV_GV_STREAM_OPTION_PACKET_SOCKET_DISABLED);
+  }
+}
+
+/// By itself the library makes the socket's buffer as large as a frame, which is little for small ones.
+void EnlargeSocketBuffer(ArvStream *pStream)
+{
+  if (ARV_IS_GV_STREAM(pStream)) {
+    g_object_set(pStream, "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED, "socket-buffer-size", SOCKET_BUFFER,
+                 nullptr);
+  }
 }
 
 /// Each kind of stream has counters of its own; 0 for one that it has not got.
@@ -54,6 +73,7 @@ Result<> CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
   m_stLosses = {};
   m_nSkipped = 0;
   m_pLink->BeginStream();
+  DisablePacketSocket(pDevice);
   CErrorSlot error;
   m_pStream.reset(arv_device_create_stream_full(
     pDevice, OnStreamEvent, new std::shared_ptr<SNews>(m_pNews),
@@ -61,6 +81,7 @@ Result<> CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
   if (m_pStream == nullptr) {
     return Failure(std::string("The camera's stream cannot be opened: ") + error.GetMessage());
   }
+  EnlargeSocketBuffer(m_pStream.get());
   Result<> result = PushBuffers(nPayload);
   if (result) {
     try {

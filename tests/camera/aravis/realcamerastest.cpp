@@ -6,6 +6,10 @@
 #include <chrono>
 #include <thread>
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 #include "camera/icameralink.h"
@@ -46,6 +50,57 @@ protected:
   {
     return dynamic_cast<GenApi::IValue &>(*pMap->GetNode(pName)).ToString(true).c_str();
   }
+};
+
+/// Another camera's stream to another program: beginnings of frames, to a port of this machine that is its own.
+class CForeignStream {
+public:
+  CForeignStream() : m_nSocket(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
+  {
+    m_stAddress.sin_family = AF_INET;
+    m_stAddress.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t nSize = sizeof m_stAddress;
+    auto *pAddress = reinterpret_cast<sockaddr *>(&m_stAddress);
+    if (bind(m_nSocket, pAddress, nSize) == 0 && getsockname(m_nSocket, pAddress, &nSize) == 0) {
+      m_thread = std::thread([this] { Run(); });
+    }
+  }
+  ~CForeignStream()
+  {
+    m_bStop = true;
+    if (m_thread.joinable()) {
+      m_thread.join();
+    }
+    close(m_nSocket);
+  }
+  CForeignStream(const CForeignStream &) = delete;
+  CForeignStream &operator=(const CForeignStream &) = delete;
+
+  bool IsRunning() const { return m_thread.joinable(); }
+
+private:
+  void Run() const
+  {
+    uint8_t listLeader[44] = {}; // status, frame number, packet's kind and number; then payload, time, format, size
+    listLeader[4] = 1;
+    listLeader[11] = 1;
+    listLeader[20] = 0x01;
+    listLeader[21] = 0x08;
+    listLeader[23] = 0x01;
+    listLeader[27] = listLeader[31] = 64;
+    for (uint16_t nFrame = 1; !m_bStop; ++nFrame) {
+      listLeader[2] = uint8_t(nFrame >> 8U);
+      listLeader[3] = uint8_t(nFrame & 0xFFU);
+      sendto(m_nSocket, listLeader, sizeof listLeader, 0, reinterpret_cast<const sockaddr *>(&m_stAddress),
+             sizeof m_stAddress);
+      std::this_thread::sleep_for(std::chrono::microseconds(100));
+    }
+  }
+
+  int m_nSocket;
+  sockaddr_in m_stAddress = {};
+  std::atomic<bool> m_bStop{false};
+  std::thread m_thread;
 };
 
 class RealCamerasThatLosePackets : public RealCameras, public testing::WithParamInterface<uint32_t> {};
@@ -198,6 +253,26 @@ TEST_F(RealCameras, ASlowReceiverOfNewestFramesOnlyMissesTheOthers)
   }
   pCamera->Stop();
   EXPECT_GE(pCamera->GetLink()->GetLosses().nOverwritten, 3U);
+}
+
+TEST_F(RealCameras, WhatAnotherCameraSendsToAnotherProgramIsNotTakenForItsFrames)
+{
+  const CGigeCameraProcess process({});
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  const CForeignStream foreign;
+  ASSERT_TRUE(foreign.IsRunning());
+  ffc::test::CFrameCollector frames(*pCamera);
+  for (int nStream = 0; nStream < 4; ++nStream) {
+    SCOPED_TRACE(nStream);
+    ASSERT_EQ(pCamera->Start().GetError(), "");
+    const std::vector<SKeptFrame> listFrames = frames.Take(2);
+    pCamera->Stop();
+    ASSERT_EQ(listFrames.size(), 2U);
+    EXPECT_EQ(listFrames[1].stInfo.nSize, 128U * 96U);
+    const SFrameLosses stLosses = pCamera->GetLink()->GetLosses();
+    EXPECT_EQ(stLosses.nIncomplete + stLosses.nWithoutRoom + stLosses.nNeverSeen + stLosses.nMissingPackets, 0U);
+  }
 }
 
 TEST_P(RealCamerasThatLosePackets, EveryLostFrameIsCountedAndSaidToBeLost)
