@@ -169,18 +169,24 @@ TEST_F(FfcFile, IsNotMadeWhenTheVolumeIsFull)
 
 TEST_F(FfcFile, ThatIsWriteProtectedCannotBeWritten)
 {
-  if (IsAboveAccessRights()) {
+  const CPlainUser user(m_folder.path().toStdString());
+  if (!user.IsPlain()) {
     GTEST_SKIP() << "this user may write everywhere";
   }
   ASSERT_EQ(Write(Path("a.ffc"), MakeBytes(500, 9)), 0);
   QFile::setPermissions(Path("a.ffc"), QFileDevice::ReadOwner);
   EXPECT_EQ(Write(Path("a.ffc"), MakeBytes(10, 1)), PLUGIN_STATUS_OPEN_FILE_ERROR);
   EXPECT_EQ(QFileInfo(Path("a.ffc")).size(), 500);
+  // Nor in its place.
+  std::filesystem::create_hard_link(Path("a.ffc").toStdString(), Path("b.ffc").toStdString());
+  EXPECT_EQ(Write(Path("a.ffc"), MakeBytes(10, 1)), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(QFileInfo(Path("a.ffc")).size(), 500);
 }
 
 TEST_F(FfcFile, InAWriteProtectedFolderIsWrittenInItsPlace)
 {
-  if (IsAboveAccessRights()) {
+  const CPlainUser user(m_folder.path().toStdString());
+  if (!user.IsPlain()) {
     GTEST_SKIP() << "this user may write everywhere";
   }
   ASSERT_EQ(Write(Path("a.ffc"), MakeBytes(500, 9)), 0);
@@ -302,7 +308,8 @@ TEST_F(FfcFile, ThatIsAPipeIsNotReplacedByAFile)
 
 TEST_F(FfcFile, ThatCannotBeReadCannotBeOpened)
 {
-  if (IsAboveAccessRights()) {
+  const CPlainUser user(m_folder.path().toStdString());
+  if (!user.IsPlain()) {
     GTEST_SKIP() << "this user may read everywhere";
   }
   ASSERT_EQ(Write(Path("a.ffc"), MakeBytes(500, 9)), 0);
