@@ -232,16 +232,15 @@ bool CShadingCorrectionPlugin::LoadTranslation(QString strPath)
 {
   QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB2312"));
   // Loading it anew would tell all windows of the host that the language has changed.
-  if (!strPath.isEmpty() && strPath == m_strTranslation) {
-    return true;
-  }
-  m_strTranslation.clear();
-  if (!m_translator.load(strPath, QString(), QString(), QString())) {
-    return false;
-  }
-  m_bTranslatorInstalled = m_bTranslatorInstalled || QCoreApplication::installTranslator(&m_translator);
-  if (m_bTranslatorInstalled) {
+  if (strPath.isEmpty() || strPath != m_strTranslation) {
+    m_strTranslation.clear();
+    if (!m_translator.load(strPath, QString(), QString(), QString())) {
+      return false;
+    }
     m_strTranslation = strPath;
+  }
+  if (!m_bTranslatorInstalled) {
+    m_bTranslatorInstalled = QCoreApplication::installTranslator(&m_translator);
   }
   return m_bTranslatorInstalled;
 }

@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
-# Which lines, branches and conditions of the rooms that compute the tests of these rooms run, those of the tool ffc, through
-# which most kinds of files go, and those of the host, in which tables are made out of weighted frames: builds them with clang
+# Which lines, branches and conditions of the rooms that compute and of the dialog the tests of these rooms run, those of the tool
+# ffc, through which most kinds of files go, and those of the host, in which tables are made out of weighted frames: builds them with clang
 # (preset coverage), runs them, and prints a table by folder; build/coverage/report/ has the sources with their counts.
 # "scripts/coverage.sh --report" prints it of the last run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
-folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference flat pluginobject)
+folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference flat pluginobject
+  pluginobject/shadingcorrection)
 # What looks at the built files is for the build without counters; what lets threads meet for minutes adds no line.
 skipped='^(ombrix_exports_test|ombrix_substitute_test|pluginobject_framethread_test)$'
-wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|host_test|pluginobject_[a-z]+_test|pluginobject_test)$'
+wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|host_test|pluginobject_[a-z]+_test|pluginobject_test|dialog_test|widgets_test)$'
 build=$root/build/coverage
 
 build_tests() {

@@ -93,7 +93,7 @@ int32_t CShadingCorrectionDlg::InitDialog()
 {
   setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
   __CreateTitleBar();
-  if (!m_deviceFeatures.HasNodeMap() || m_pUi == nullptr) {
+  if (!m_deviceFeatures.HasNodeMap()) {
     return PLUGIN_STATUS_INVALID_PARAM;
   }
   const int32_t nStatus = __CreateProcess();

@@ -114,7 +114,7 @@ private:
 
   // Helpers of the slots.
   /// To be asked again after everything that may open an event loop or call the host.
-  bool __IsReady() const { return m_pUi != nullptr && m_pProcess != nullptr; }
+  bool __IsReady() const { return m_pProcess != nullptr; }
   bool __IsHostMode() const { return !m_bModeFeatureAvailable; }
   [[nodiscard]] int32_t __CheckAcquisition();
   void __UncheckStoppedPreview();

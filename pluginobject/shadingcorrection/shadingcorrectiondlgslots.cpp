@@ -11,6 +11,7 @@
 
 #include "pluginobject/shadingcorrection/framecountposition.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
+#include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/shadingcorrection/shadingcorrectiondlg.h"
 #include "pluginobject/shadingcorrection/tipsmessagebox/tipsmessagebox.h"
 #include "pluginobject/statuscode.h"
@@ -24,6 +25,7 @@ using ffc::dialog::SnapPosition;
 using ffc::pluginobject::ETextAudience;
 using ffc::pluginobject::GetStatusSourceText;
 using ffc::process::CheckDeliveredImage;
+using ffc::process::CScopeGuard;
 
 namespace {
 
@@ -189,7 +191,7 @@ int32_t CShadingCorrectionDlg::__CheckAcquisition()
 // The host's correction was stopped and its coefficients are still in force: the user may tick the box again.
 void CShadingCorrectionDlg::__UncheckStoppedPreview()
 {
-  if (__IsReady() && __IsHostMode()) {
+  if (__IsHostMode()) {
     m_pUi->PreviewcheckBox->setChecked(false);
   }
 }
@@ -248,17 +250,19 @@ void CShadingCorrectionDlg::__SetFrameCount(uint32_t nFrameCount)
 void CShadingCorrectionDlg::Slot_objAcquisitionFrame_Slider_valueChanged(int nValue)
 {
   __RunSlot([this, nValue](CSlotScope &) {
-    int32_t nStatus = PLUGIN_STATUS_INVALID_PARAM;
-    if (__IsReady()) {
-      const int nPosition = SnapPosition(nValue);
-      m_nFrameCount = PositionToFrameCount(nPosition);
-      nStatus = m_pProcess->SetFrameCount("FFCFrameCount_" + std::to_string(m_nFrameCount));
-      if (nStatus == PLUGIN_STATUS_SUCCESS) {
-        m_nFrameSliderPos = nPosition;
-      }
+    const CScopeGuard showAccepted([this] {
+      const QSignalBlocker blocker(m_pFrameCountSlider);
+      m_pFrameCountSlider->setValue(m_nFrameSliderPos);
+    });
+    if (!__IsReady()) {
+      return PLUGIN_STATUS_INVALID_PARAM;
     }
-    const QSignalBlocker blocker(m_pFrameCountSlider);
-    m_pFrameCountSlider->setValue(m_nFrameSliderPos);
+    const int nPosition = SnapPosition(nValue);
+    m_nFrameCount = PositionToFrameCount(nPosition);
+    const int32_t nStatus = m_pProcess->SetFrameCount("FFCFrameCount_" + std::to_string(m_nFrameCount));
+    if (nStatus == PLUGIN_STATUS_SUCCESS) {
+      m_nFrameSliderPos = nPosition;
+    }
     return nStatus;
   });
 }
@@ -412,7 +416,8 @@ void CShadingCorrectionDlg::SlotShowInfo(bool bStutas)
 void CShadingCorrectionDlg::SlotPreviewCorrectionEffect(bool checked)
 {
   __RunSlot([this, checked](CSlotScope &) {
-    if (!__IsReady() || !m_deviceFeatures.HasNodeMap()) {
+    // With a process there are device features.
+    if (!__IsReady()) {
       return PLUGIN_STATUS_SUCCESS;
     }
     if (!__IsHostMode()) {

@@ -205,3 +205,57 @@ TEST_F(FeatureValue, ACommandIsExecutedOnceAndNotWaitedFor)
   EXPECT_EQ(m_features.ExecuteCommand("Command"), SUCCESS);
   EXPECT_EQ(m_nExecuted, 1);
 }
+
+namespace {
+
+// An enumeration of a camera whose list of entries has other nodes in it.
+class CMixedEnumeration final : public GenApi::INode, public GenApi::IEnumeration {
+public:
+  explicit CMixedEnumeration(std::vector<GenApi::INode *> listEntries) : m_listEntries(std::move(listEntries)) {}
+
+  GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
+  GenICam::gcstring GetName(bool) const override { return "Mixed"; }
+  GenApi::INode *GetNode() override { return this; }
+  GenICam::gcstring ToString(bool, bool) override { return ""; }
+  void FromString(const GenICam::gcstring &, bool) override {}
+  void GetEntries(GenApi::NodeList_t &listEntries) override
+  {
+    for (GenApi::INode *pEntry : m_listEntries) {
+      listEntries.push_back(pEntry);
+    }
+  }
+  void SetIntValue(int64_t, bool) override {}
+  int64_t GetIntValue(bool, bool) override { return 0; }
+  GenApi::IEnumEntry *GetEntryByName(const GenICam::gcstring &) override { return nullptr; }
+  GenApi::IEnumEntry *GetEntry(int64_t) override { return nullptr; }
+  GenApi::IEnumEntry *GetCurrentEntry(bool, bool) override { return nullptr; }
+
+private:
+  const std::vector<GenApi::INode *> m_listEntries;
+};
+
+// A node map of one node.
+class COneNode final : public GenApi::INodeMap {
+public:
+  explicit COneNode(GenApi::INode &node) : m_node(node) {}
+
+  GenApi::INode *GetNode(const GenICam::gcstring &) const override { return &m_node; }
+  void GetNodes(GenApi::NodeList_t &) const override {}
+
+private:
+  GenApi::INode &m_node;
+};
+
+} // namespace
+
+TEST_F(FeatureValue, EntriesAreListedWithoutWhatIsNoEntry)
+{
+  GenApi::NodeList_t listEntries;
+  m_enumeration.GetEntries(listEntries);
+  ASSERT_EQ(listEntries.size(), 3U);
+  CMixedEnumeration mixed({&m_integer, listEntries[0], nullptr, listEntries[2]});
+  COneNode map(mixed);
+  std::vector<std::string> listNames;
+  EXPECT_EQ(ffc::pluginobject::CFeatureAccess(&map).GetEnumEntries("Mixed", listNames), SUCCESS);
+  EXPECT_EQ(listNames, (std::vector<std::string>{"First", "Third"}));
+}

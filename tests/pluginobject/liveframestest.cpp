@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <new>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -193,4 +194,21 @@ TEST_F(LiveFrames, ADialogThatHasGoneLeavesNothingToTheNextOne)
   EXPECT_TRUE(IsCorrected());
   EXPECT_EQ(nReports, 1);
   EXPECT_TRUE(m_listReports.empty());
+}
+
+TEST_F(LiveFrames, AReportThatFindsNoMemoryComesWithTheNextFrame)
+{
+  int nReports = 0;
+  m_liveFrames.Attach([&nReports](bool) {
+    if (++nReports == 1) {
+      throw std::bad_alloc();
+    }
+  });
+  m_liveFrames.SetProcess(&m_process, true);
+  m_liveFrames.Open();
+  m_liveFrames.SetPreview(true);
+  for (const int nExpected : {1, 2, 2}) {
+    EXPECT_TRUE(IsCorrected());
+    EXPECT_EQ(nReports, nExpected);
+  }
 }

@@ -18,6 +18,7 @@
 #include "pluginobject/iplugin.h"
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/messagereceiver.h"
+#include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 #include "tests/support/loadedmodule.h"
 #include "tests/support/testcamera.h"
 
@@ -115,6 +116,16 @@ TEST_F(Module, HasTheVersionOfTheProject)
 }
 
 #ifndef _WIN32
+TEST_F(Module, WithoutMemoryMakesNoObject)
+{
+  const IPlugin *pPlugin = nullptr;
+  {
+    const CFailingThrowingNew failing;
+    pPlugin = m_fnCreate();
+  }
+  EXPECT_EQ(pPlugin, nullptr);
+}
+
 TEST_F(Module, LoadedByARelativePathKeepsItsVersionInAnotherWorkingDirectory)
 {
   const QTemporaryDir folder;

@@ -2,6 +2,7 @@
 #include <QMetaMethod>
 #include <QPointer>
 
+#include "tests/pluginobject/failingtranslator.h"
 #include "tests/pluginobject/pluginfixture.h"
 
 using ffc::pluginobject::ETextAudience;
@@ -79,6 +80,12 @@ TEST_F(PluginIdentity, AStatusTextLastsUntilTheNextOne)
   const char *pSecond = m_pPlugin->GetStatusText(-2);
   EXPECT_EQ(strFirst, "Invalid input param");
   EXPECT_STREQ(pSecond, "Out of memory");
+}
+
+TEST_F(PluginIdentity, AStatusTextWithoutMemoryForItsTranslationIsTheEnglishOne)
+{
+  const CFailingTranslator failing("QObject");
+  EXPECT_STREQ(m_pPlugin->GetStatusText(-1012), "Buffer size is error  ");
 }
 
 TEST_F(PluginIdentity, AnExtensionWithoutPropertiesSupportsNone)

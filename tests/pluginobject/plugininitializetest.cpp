@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include "tests/pluginobject/failingtranslator.h"
 #include "tests/pluginobject/pluginfixture.h"
 
 using ffc::genapi::CSoftwareNodeMap;
@@ -164,6 +165,18 @@ TEST_F(PluginInitialize, WhatIsThrownMeanwhileBecomesAStatus)
   EXPECT_EQ(Initialize(), PLUGIN_STATUS_OUT_OF_MEMORY);
   m_pPlugin = std::make_unique<CThrowingPlugin<SForeignException>>();
   EXPECT_EQ(Initialize(), PLUGIN_STATUS_UNKNOWN_ERROR);
+}
+
+TEST_F(PluginInitialize, WithoutMemoryForTheDialogThereIsNoneUntilTheNextTime)
+{
+  {
+    const CFailingTranslator failing("ShadingCorrectionDlg");
+    EXPECT_EQ(Initialize(), PLUGIN_STATUS_OUT_OF_MEMORY);
+  }
+  EXPECT_EQ(FindDialog(), nullptr);
+  EXPECT_EQ(DeliverFrame(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_pPlugin->Uninitialize(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
 }
 
 TEST_F(PluginInitialize, TheDialogBelongsToTheHostsWindow)

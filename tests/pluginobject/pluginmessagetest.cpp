@@ -1,6 +1,7 @@
 // Messages in both directions, and properties.
 #include <algorithm>
 
+#include "tests/pluginobject/failingtranslator.h"
 #include "tests/pluginobject/pluginfixture.h"
 
 using ffc::pluginobject::MakePluginMsg;
@@ -110,6 +111,31 @@ TEST_F(PluginMessage, WithoutADialogEveryCodeIsIgnored)
   EXPECT_FALSE(m_pPlugin->IsDialogVisible());
   EXPECT_TRUE(m_pPlugin->IsDialogHidden());
   EXPECT_TRUE(m_listReceived.empty());
+}
+
+TEST_F(PluginMessage, ANewNameThatFindsNoMemoryLeavesTheTitleAsItIs)
+{
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
+  const std::string strTitle = GetBarTitle();
+  {
+    const CFailingTranslator failing("QObject");
+    Send(PLUGIN_MSG_DEVICE_NAME, "Renamed");
+  }
+  EXPECT_EQ(GetBarTitle(), strTitle);
+}
+
+TEST_F(PluginMessage, AHostMayDestroyTheWindowOfTheDialogWithinAnAcquisition)
+{
+  auto pParent = std::make_unique<QWidget>();
+  m_stInitParam.pParent = pParent.get();
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
+  m_stScript.fnMeanwhile = [&pParent] { pParent.reset(); };
+  FindDialog()->Slot_objAcquisitionBrightFrame_Button_clicked();
+  EXPECT_EQ(pParent, nullptr);
+  EXPECT_EQ(m_stScript.listCalls.back(), "restore");
+  EXPECT_TRUE(m_stScript.bDestroyed);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(FindDialog(), nullptr);
 }
 
 TEST_F(PluginProperty, WithoutADialogEveryKeySucceedsAndNothingIsStored)

@@ -1,4 +1,5 @@
 // The entry of every frame.
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -191,6 +192,20 @@ TEST_F(ProcessImage, TheSidesOfAFrameDoNotOverflowItsSize)
       EXPECT_EQ(m_stResult.bCorrected, 0) << nWidth;
     }
   }
+}
+
+TEST_F(ProcessImage, WhatIsThrownWhileAFrameIsTakenStaysWithinAndTheNextFrameIsTaken)
+{
+  InitializeWithScript();
+  m_stScript.nWaitResult = REQUESTED;
+  m_stScript.fnNoted = [](const std::string &) { throw std::bad_alloc(); };
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_stResult.bCorrected, 0);
+  m_stScript.fnNoted = [](const std::string &) {};
+  m_stScript.listCalls.clear();
+  EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_stScript.listCalls.size(), 2U);
+  EXPECT_EQ(m_pPlugin->Uninitialize(), PLUGIN_STATUS_SUCCESS) << "no frame counts as under way";
 }
 
 TEST_F(ProcessImage, AMonochromeCamerasFormatIsNotLookedAt)

@@ -75,6 +75,10 @@ CFullVolume::~CFullVolume()
   Put(m_pImpl->m_pPlace, s_fnWriteFile);
 }
 
+CPlainUser::CPlainUser(const std::string &) {}
+
+CPlainUser::~CPlainUser() = default;
+
 // What the toolkit can set of access rights here is one flag, which holds back no reader and protects no folder.
 bool IsAboveAccessRights()
 {

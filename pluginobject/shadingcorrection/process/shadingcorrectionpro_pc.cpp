@@ -57,13 +57,11 @@ int32_t CShadingCorrectionPro_PC::InitProcess()
   return PLUGIN_STATUS_SUCCESS;
 }
 
-// Reads everything that an acquisition needs or changes. The kept format changes only when all is read.
+// Reads everything that an acquisition, which has seen both node maps, needs or changes. The kept format changes only
+// when all is read.
 int32_t CShadingCorrectionPro_PC::__SaveCameraState()
 {
   m_streamGuard.Reset();
-  if (!__HasNodeMaps()) {
-    return PLUGIN_STATUS_INVALID_PARAM;
-  }
   SFrameFormat stFormat;
   const int32_t nStatus = CSteps(m_deviceFeatures)
                             .Get("ExposureTime", m_fExposureTime)

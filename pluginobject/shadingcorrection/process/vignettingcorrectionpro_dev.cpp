@@ -189,9 +189,7 @@ int32_t CVignettingCorrectionPro_Dev::__SizeCoefficients(CFrameBuffer &body)
 
 int32_t CVignettingCorrectionPro_Dev::__ComputeBody(CFrameBuffer &body)
 {
-  if (m_bright.GetAverage().IsAllocated() && !m_stFormat.FitsInto(m_bright.GetAverage().GetSize())) {
-    return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
-  }
+  // An average that there is was made in this format: each acquisition drops it before the format changes.
   const SBlockGrid stGrid = m_stSettings.GetGrid();
   return MapCalcStatus(CalcVignettingCoefficient(
     m_bright.GetAverage().GetData(), m_stFormat.GetBitDepth(), stGrid.nBayerType, m_stFormat.nWidth, m_stFormat.nHeight,

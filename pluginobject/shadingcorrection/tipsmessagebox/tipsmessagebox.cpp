@@ -118,9 +118,13 @@ CTipsMessageBox::CTipsMessageBox(const QString &strMessage, const QString &strTi
   __SetKind(eKind);
 }
 
-bool CTipsMessageBox::__Initialize()
+void CTipsMessageBox::__Initialize()
 {
-  return __InitUIModule() && __InitStyleSheet() && __InitConnections();
+  // The steps after it cannot fail.
+  if (__InitUIModule()) {
+    __InitStyleSheet();
+    __InitConnections();
+  }
 }
 
 bool CTipsMessageBox::__InitUIModule()
@@ -203,18 +207,17 @@ bool CTipsMessageBox::__CreateLayouts()
   return true;
 }
 
-bool CTipsMessageBox::__InitStyleSheet()
+void CTipsMessageBox::__InitStyleSheet()
 {
   QFile file(QString::fromLatin1(STYLE_SHEET));
   const bool bOpen = file.open(QIODevice::ReadOnly);
-  setStyleSheet(bOpen ? QString::fromLatin1(file.readAll()) : QString());
-  return true; // a box without style is still a box
+  setStyleSheet(bOpen ? QString::fromLatin1(file.readAll()) : QString()); // a box without style is still a box
 }
 
-bool CTipsMessageBox::__InitConnections()
+void CTipsMessageBox::__InitConnections()
 {
-  return connect(m_pButtonOK, &QPushButton::clicked, this, &CTipsMessageBox::__SlotClickedOK) &&
-         connect(m_pButtonCancel, &QPushButton::clicked, this, &CTipsMessageBox::__SlotClickedCancel);
+  connect(m_pButtonOK, &QPushButton::clicked, this, &CTipsMessageBox::__SlotClickedOK);
+  connect(m_pButtonCancel, &QPushButton::clicked, this, &CTipsMessageBox::__SlotClickedCancel);
 }
 
 void CTipsMessageBox::__SetMessage(const QString &strMessage)

@@ -60,13 +60,13 @@ private slots:
   void __SlotClickedCancel();
 
 private:
-  bool __Initialize();
+  void __Initialize();
   bool __InitUIModule();
   bool __CreateControls();
   bool __CreateTitleBar();
   bool __CreateLayouts();
-  bool __InitStyleSheet();
-  bool __InitConnections();
+  void __InitStyleSheet();
+  void __InitConnections();
   void __SetMessage(const QString &strMessage);
   void __SetTitle(const QString &strTitle);
   void __ShowTitle(const QString &strTitle);

@@ -360,6 +360,25 @@ TEST_F(DialogAcquisition, AServiceThatEndsWithinAnAcquisitionPutsTheCameraBackAn
   }
 }
 
+TEST_F(DialogAcquisition, AServiceThatEndsWithinAnOperationWithinAnAcquisitionPutsTheCameraBackToo)
+{
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
+  m_stScript.nDarkStatus = PLUGIN_STATUS_BUFFER_TIMEOUT;
+  m_stScript.nFlashStatus = PLUGIN_STATUS_BUFFER_TIMEOUT;
+  m_stScript.fnMeanwhile = [this] { m_pDialog->Slot_objSaveFlash_Button_clicked(); };
+  m_stScript.fnNoted = [this](const std::string &strCall) {
+    if (strCall == "save flash") {
+      m_pDialog.release()->Retire();
+    }
+  };
+  CModalAnswer answer;
+  Click(Dark());
+  EXPECT_EQ(m_stScript.listCalls, (std::vector<std::string>{"dark", "save flash", "restore"}));
+  EXPECT_TRUE(m_stScript.bDestroyed);
+  EXPECT_TRUE(answer.GetBoxes().empty());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 TEST_F(DialogAcquisition, NoBoxStandsUnderAWaitCursor)
 {
   ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
@@ -454,4 +473,27 @@ TEST_F(DialogAcquisition, TheFocusStaysOnTheButtonThatWasPressed)
       EXPECT_EQ(std::count(m_stScript.listCalls.begin(), m_stScript.listCalls.end(), pCall), 2);
     }
   }
+}
+
+TEST_F(DialogAcquisition, TheFocusThatTheUserMovesMeanwhileStaysThere)
+{
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
+  Dark()->setFocus();
+  m_stScript.fnMeanwhile = [this] { GrayBox()->setFocus(); };
+  Click(Dark());
+  EXPECT_EQ(m_pDialog->focusWidget(), GrayBox());
+  Dark()->setFocus();
+  m_stScript.fnMeanwhile = [this] { m_pDialog->clearFocus(); };
+  Click(Dark());
+  EXPECT_EQ(m_pDialog->focusWidget(), Dark()) << "nobody else has it";
+}
+
+TEST_F(DialogAcquisition, AHostThatNeverRunsOutOfEventsDoesNotKeepTheButton)
+{
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
+  QTimer timer;
+  timer.start(0);
+  Click(Dark());
+  EXPECT_TRUE(Dark()->isEnabled());
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }

@@ -1,4 +1,6 @@
 // Frame count and expected grey.
+#include <new>
+
 #include "pluginobject/shadingcorrection/framecountposition.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
@@ -54,6 +56,18 @@ TEST_F(DialogControls, ARefusedFrameCountPutsTheHandleBack)
   ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
   m_stScript.nFrameCountStatus = PLUGIN_STATUS_FEATURE_ERROR;
   EXPECT_EQ(BoxOf([&] { FrameSlider()->setValue(16); }), "Failure to operation device feature");
+  EXPECT_EQ(FrameSlider()->value(), 8);
+}
+
+TEST_F(DialogControls, WhatIsThrownMeanwhileIsReportedAndPutsTheHandleBack)
+{
+  m_stScript.stInfo.nFrameCount = 4;
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
+  m_stScript.fnNoted = [](const std::string &) { throw std::bad_alloc(); };
+  EXPECT_EQ(BoxOf([&] { FrameSlider()->setValue(16); }), "Out of memory");
+  EXPECT_EQ(FrameSlider()->value(), 8);
+  m_stScript.fnNoted = [](const std::string &) { throw 42; };
+  EXPECT_EQ(BoxOf([&] { FrameSlider()->setValue(3); }), "Unknown error");
   EXPECT_EQ(FrameSlider()->value(), 8);
 }
 

@@ -1,10 +1,13 @@
 // Execution, preview, and loading and saving.
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include <QApplication>
+#include <QPointer>
 #include <QSignalSpy>
 
+#include "tests/pluginobject/failingtranslator.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
 
 using ffc::pluginobject::ETextAudience;
@@ -294,6 +297,17 @@ TEST_F(DialogExecution, ACancelledLoadIsSilentAndLeavesThePreviewOn)
   EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
 }
 
+TEST_F(DialogExecution, ACancelledLoadLeavesThePreviewOffToo)
+{
+  OpenWithBright();
+  Click(Execute());
+  ClickBox(Preview());
+  m_stScript.nFileStatus = PLUGIN_STATUS_SILENT;
+  Click(Button("LoadPC_Button"));
+  EXPECT_FALSE(Preview()->isChecked());
+  EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
+}
+
 TEST_F(DialogExecution, AFailedLoadOnTheHostEndsTheLiveCorrectionAsThePreviewShows)
 {
   OpenWithBright();
@@ -334,6 +348,84 @@ TEST_F(DialogExecution, FlashAndFileWithoutAProcessAreRefused)
   for (const char *pName : {"LoadFlash_Button", "SaveFlash_Button", "LoadPC_Button", "SavePC_Button"}) {
     EXPECT_EQ(BoxOf([&] { Click(Button(pName)); }), "Invalid input param") << pName;
   }
+}
+
+TEST_F(DialogExecution, ThePreviewBoxWithoutAProcessDoesNothing)
+{
+  OpenWithBright();
+  Click(Execute());
+  m_pDialog->ReleaseProcess();
+  CModalAnswer answer;
+  for (const bool bChecked : {false, true}) {
+    m_pDialog->SlotPreviewCorrectionEffect(bChecked);
+    EXPECT_TRUE(m_pDialog->IsApplyingCorrection()) << "as it was";
+  }
+  EXPECT_TRUE(answer.GetBoxes().empty());
+}
+
+TEST_F(DialogExecution, AServiceThatEndsWithinAnOperationEndsItsSlotWithoutAWord)
+{
+  m_camera.AddShadingCorrectionMode("FlatFieldCorrection");
+  m_stScript.nExecuteStatus = PLUGIN_STATUS_BUFFER_SIZE_ERROR;
+  m_stScript.nFlashStatus = PLUGIN_STATUS_BUFFER_SIZE_ERROR;
+  m_stScript.nFileStatus = PLUGIN_STATUS_BUFFER_SIZE_ERROR;
+  using Dlg = CShadingCorrectionDlg;
+  for (const auto &[fnSlot, pCall] : {std::pair{&Dlg::Slot_objExecuteShadingCorrection_Button_clicked, "execute"},
+                                      {&Dlg::Slot_objLoadFlash_Button_clicked, "load flash"},
+                                      {&Dlg::Slot_objSaveFlash_Button_clicked, "save flash"},
+                                      {&Dlg::Slot_objLoadPC_Button_clicked, "load file"}}) {
+    SCOPED_TRACE(pCall);
+    m_stScript.fnNoted = [](const std::string &) {};
+    m_stScript.bDestroyed = false;
+    Build();
+    ASSERT_EQ(Init(), PLUGIN_STATUS_SUCCESS);
+    const QPointer<Dlg> pDialog = m_pDialog.get();
+    m_stScript.fnNoted = [&](const std::string &) {
+      m_pDialog.release()->Retire();
+      pDialog->Retire();
+      pDialog->Slot_objSaveFlash_Button_clicked(); // nobody's any more
+      pDialog->Slot_objAcquisitionFrame_Slider_valueChanged(4);
+      EXPECT_FALSE(m_stScript.bDestroyed);
+    };
+    CModalAnswer answer;
+    (pDialog.data()->*fnSlot)();
+    EXPECT_EQ(m_stScript.listCalls, std::vector<std::string>{pCall});
+    EXPECT_TRUE(m_stScript.bDestroyed);
+    EXPECT_TRUE(answer.GetBoxes().empty());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(pDialog, nullptr);
+  }
+}
+
+TEST_F(DialogExecution, AFileThatWasNotSavedIsReportedAlsoWhenTheServiceHasEndedMeanwhile)
+{
+  for (const int32_t nStatus : {PLUGIN_STATUS_INVALID_PARAM, PLUGIN_STATUS_SUCCESS, PLUGIN_STATUS_SILENT}) {
+    ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
+    m_stScript.nFileStatus = nStatus;
+    m_stScript.fnMeanwhile = [this] { m_pDialog.release()->Retire(); };
+    CModalAnswer answer;
+    Click(Button("SavePC_Button"));
+    EXPECT_EQ(answer.GetBoxes().size(), nStatus == PLUGIN_STATUS_INVALID_PARAM ? 1U : 0U) << nStatus;
+    for (const CModalAnswer::SBox &stBox : answer.GetBoxes()) {
+      EXPECT_EQ(stBox.strMessage, "Invalid input param");
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+TEST_F(DialogExecution, AnErrorWithoutMemoryForItsBoxIsShownInThePromptLine)
+{
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
+  m_stScript.nFileStatus = PLUGIN_STATUS_WRITE_FILE_ERROR;
+  CModalAnswer answer;
+  {
+    const CFailingTranslator failing("CShadingCorrectionDlg", "Error");
+    Click(Button("SavePC_Button"));
+  }
+  EXPECT_TRUE(answer.GetBoxes().empty());
+  EXPECT_EQ(Prompt(), "Write file error");
+  EXPECT_EQ(PromptColour(), QColor(Qt::red));
 }
 
 TEST_F(DialogExecution, EveryStatusButTheSilentOnesIsReportedInItsWords)

@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QImage>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QSignalSpy>
 
 #include "pluginobject/shadingcorrection/toolstitlebar.h"
@@ -16,6 +17,16 @@ using ffc::pluginobject::MakePluginMsg;
 using ffc::process::EProcessKind;
 
 using DialogSetup = CDialogTest;
+
+static void ResourcesAway()
+{
+  Q_CLEANUP_RESOURCE(ffcresources);
+}
+
+static void ResourcesBack()
+{
+  Q_INIT_RESOURCE(ffcresources);
+}
 
 TEST_F(DialogSetup, ACameraWithoutAModeFeatureIsCorrectedOnTheHost)
 {
@@ -99,6 +110,36 @@ TEST_F(DialogSetup, AProcessThatDoesNotInitialiseLeavesTheControlsUnconnected)
   EXPECT_EQ(Open(), PLUGIN_STATUS_FEATURE_ERROR);
   Click(Dark());
   EXPECT_TRUE(m_stScript.listCalls.empty());
+}
+
+TEST_F(DialogSetup, ThatFailedCanBeTriedAgainAndLeavesOneTitleBar)
+{
+  m_stScript.nInitStatus = PLUGIN_STATUS_FEATURE_ERROR;
+  Build();
+  m_pDialog->SetDialogTitle(QStringLiteral("No bar yet"));
+  EXPECT_EQ(Init(), PLUGIN_STATUS_FEATURE_ERROR);
+  m_stScript.nInitStatus = PLUGIN_STATUS_SUCCESS;
+  EXPECT_EQ(Init(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(m_pDialog->findChildren<QToolsTitleBar *>().size(), 1);
+  Click(Dark());
+  EXPECT_EQ(m_stScript.listCalls, std::vector<std::string>{"dark"});
+}
+
+TEST_F(DialogSetup, GoesWithItsParent)
+{
+  auto pParent = std::make_unique<QWidget>();
+  const QPointer<QWidget> pDialog = new CShadingCorrectionDlg(pParent.get(), PLUGIN_INIT_PARAM());
+  pParent.reset();
+  EXPECT_EQ(pDialog, nullptr);
+}
+
+TEST_F(DialogSetup, WithoutItsStyleSheetTheDialogIsPlain)
+{
+  ResourcesAway();
+  const int32_t nStatus = Open();
+  ResourcesBack();
+  EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
+  EXPECT_TRUE(m_pDialog->styleSheet().isEmpty());
 }
 
 TEST_F(DialogSetup, WithoutDeviceFeaturesThereIsNoProcess)

@@ -31,8 +31,10 @@ struct SProcessScript {
   uint32_t nWaitResult = ffc::platform::WAIT_RESULT_TIMEOUT;
   /// Runs within the acquisitions, the execution and the file operations, for what happens meanwhile; may throw.
   std::function<void()> fnMeanwhile = [] {};
+  /// Runs within each call that is noted; may throw.
+  std::function<void(const std::string &strCall)> fnNoted = [](const std::string &) {};
 
-  std::vector<std::string> listCalls; ///< operations that the dialog's slots called, in order
+  std::vector<std::string> listCalls; ///< operations that were called, in order
   std::vector<bool> listStopFlags;
   bool bDestroyed = false;
 };
@@ -62,9 +64,9 @@ public:
   int32_t SaveToFile() override { return NoteLong("save file", m_stScript.nFileStatus); }
   void ReceiveImage(const void *, uint32_t nSize) override
   {
-    m_stScript.listCalls.push_back("receive " + std::to_string(nSize));
+    Note("receive " + std::to_string(nSize), PLUGIN_STATUS_SUCCESS);
   }
-  void SetImageReady() override { m_stScript.listCalls.push_back("ready"); }
+  void SetImageReady() override { Note("ready", PLUGIN_STATUS_SUCCESS); }
   uint32_t WaitImageRequest() override { return m_stScript.nWaitResult; }
   FFCInfo GetCorrectionInfo() override { return m_stScript.stInfo; }
   double GetImageMaxGray() override { return m_stScript.dMaxGray; }
@@ -79,6 +81,7 @@ private:
   int32_t Note(const std::string &strCall, int32_t nStatus)
   {
     m_stScript.listCalls.push_back(strCall);
+    m_stScript.fnNoted(strCall);
     return nStatus;
   }
   int32_t NoteLong(const std::string &strCall, int32_t nStatus)

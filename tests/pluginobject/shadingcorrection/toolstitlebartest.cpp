@@ -376,6 +376,11 @@ TEST(ToolsTitleBarAlone, WorksWithoutAWindow)
   QSignalSpy spyClose(&bar, &QToolsTitleBar::signalButtonCloseClicked);
   UseEverything(bar);
   EXPECT_EQ(spyClose.count(), 1);
+  bar.setButtonType(2);
+  const QPoint posBefore = bar.pos();
+  QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
+  DragMouseTo(bar, bar.mapToGlobal(QPoint(20, 12)));
+  EXPECT_EQ(bar.pos(), posBefore) << "a drag moves a window, not the bar";
 }
 
 TEST(ToolsTitleBarAlone, StaysSafeToUseWhateverCreationFails)

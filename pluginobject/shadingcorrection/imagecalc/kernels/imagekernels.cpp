@@ -160,18 +160,17 @@ inline void SumSomePairs(const uint32_t *pSums, std::size_t nPairs, uint32_t &nE
 inline void SumSomePairs(const uint16_t *pSums, std::size_t nPairs, uint32_t &nEven, uint32_t &nOdd)
 {
   const auto *const pWords = reinterpret_cast<const unsigned char *>(pSums);
-  uint32_t nLower = 0;
-  uint32_t nUpper = 0;
+  uint32_t anHalves[2] = {}; // lower, upper
   for (std::size_t x = 0; x < nPairs; ++x) {
     const auto nPair = Load<uint32_t>(pWords, x);
-    nLower += nPair & 0xFFFF;
-    nUpper += nPair >> 16;
+    anHalves[0] += nPair & 0xFFFF;
+    anHalves[1] += nPair >> 16;
   }
-  // One of the two orders on each machine.
-  const uint16_t anOrder[2] = {1, 0};
-  const bool bEvenIsLower = (Load<uint32_t>(reinterpret_cast<const unsigned char *>(anOrder), 0) & 1) != 0;
-  nEven = bEvenIsLower ? nLower : nUpper;
-  nOdd = bEvenIsLower ? nUpper : nLower;
+  // Which of a pair a machine loads into the lower half.
+  const uint16_t anOrder[2] = {0, 1};
+  const uint32_t nLower = Load<uint32_t>(reinterpret_cast<const unsigned char *>(anOrder), 0) & 1;
+  nEven = anHalves[nLower];
+  nOdd = anHalves[1 - nLower];
 }
 
 // The sums of the even columns, and those of the odd ones.

@@ -17,14 +17,9 @@ void RestoreEntry(const CFeatureAccess &features, const char *pName, const std::
   }
 }
 
-int32_t SaveRatio(const CFeatureAccess &features, const char *pColour, std::optional<float> &fSaved)
+int32_t SaveRatio(const CFeatureAccess &features, const char *pColour, float &fSaved)
 {
-  float fRatio = 0.0F;
-  const int32_t nStatus = CSteps(features).Set("BalanceRatioSelector", pColour).Get("BalanceRatio", fRatio).Status();
-  if (nStatus == PLUGIN_STATUS_SUCCESS) {
-    fSaved = fRatio;
-  }
-  return nStatus;
+  return CSteps(features).Set("BalanceRatioSelector", pColour).Get("BalanceRatio", fSaved).Status();
 }
 
 int32_t WriteRatio(const CFeatureAccess &features, const char *pColour, float fRatio)
@@ -45,13 +40,12 @@ void EndRunningBalance(const CFeatureAccess &features)
   }
 }
 
-void RestoreRatio(const CFeatureAccess &features, const char *pColour, const std::optional<float> &fSaved)
+void RestoreRatio(const CFeatureAccess &features, const char *pColour, float fSaved)
 {
-  if (!fSaved.has_value() || WriteRatio(features, pColour, *fSaved) == PLUGIN_STATUS_SUCCESS) {
-    return;
+  if (WriteRatio(features, pColour, fSaved) != PLUGIN_STATUS_SUCCESS) {
+    EndRunningBalance(features);
+    (void)WriteRatio(features, pColour, fSaved);
   }
-  EndRunningBalance(features);
-  (void)WriteRatio(features, pColour, *fSaved);
 }
 
 } // namespace
@@ -162,6 +156,7 @@ void CWhiteBalance::RestoreLampHouse(const CFeatureAccess &features) const
   }
 }
 
+// "Once" is written only when all of them are saved.
 void CWhiteBalance::RestoreRatios(const CFeatureAccess &features) const
 {
   if (m_bOnceWritten) {

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 
 #include "pluginobject/featureaccess.h"
@@ -41,10 +40,9 @@ private:
 
   bool m_bBalanceWhite = false; // the camera has BalanceWhiteAuto
   bool m_bOnceWritten = false;  // or its writing was tried
-  // Empty: not saved, so not put back.
-  std::optional<float> m_fRatioRed;
-  std::optional<float> m_fRatioGreen;
-  std::optional<float> m_fRatioBlue;
+  float m_fRatioRed = 0.0F;
+  float m_fRatioGreen = 0.0F;
+  float m_fRatioBlue = 0.0F;
   std::string m_strBalanceWhiteAuto;
   std::string m_strAWBLampHouse;
   std::string m_strBalanceRatioSelector;

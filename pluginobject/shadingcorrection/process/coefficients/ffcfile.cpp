@@ -16,7 +16,8 @@ bool IsReplaceable(const QString &strFileName)
   return ffc::platform::IsReplaceable({QFile::encodeName(strFileName).toStdString(), strFileName.toStdWString()});
 }
 
-// Written over what is there, which then ends behind it.
+// Written over what is there, which then ends behind it. Going back to the start of an open
+// file never fails.
 bool Overwrite(QFile &file, const uint8_t *pData, uint64_t nSize)
 {
   const auto nWanted = static_cast<qint64>(nSize);
@@ -46,12 +47,12 @@ int32_t ReadCoefficientFile(QFile &file, uint64_t nSize, CFrameBuffer &data)
 
 int32_t CCoefficientFileWriter::Open()
 {
-  const QFileInfo info(m_file.fileName());
-  // A device or a pipe would be replaced by a file.
-  if (info.exists() && !info.isFile()) {
-    return PLUGIN_STATUS_OPEN_FILE_ERROR;
-  }
   try {
+    const QFileInfo info(m_file.fileName());
+    // A device or a pipe would be replaced by a file.
+    if (info.exists() && !info.isFile()) {
+      return PLUGIN_STATUS_OPEN_FILE_ERROR;
+    }
     const bool bOpened = (IsReplaceable(m_file.fileName()) && m_file.open(QIODevice::WriteOnly)) ||
                          m_inPlace.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered);
     return bOpened ? PLUGIN_STATUS_SUCCESS : PLUGIN_STATUS_OPEN_FILE_ERROR;
@@ -66,6 +67,7 @@ int32_t CCoefficientFileWriter::WriteInPlace(const uint8_t *pData, uint64_t nSiz
   CFrameBuffer former;
   const auto nFormerSize = static_cast<uint64_t>(m_inPlace.size());
   if (nFormerSize > 0) {
+    // Fails to be read only when somebody else cuts the file at this moment, or on a broken volume.
     const int32_t nStatus = ReadCoefficientFile(m_inPlace, nFormerSize, former);
     if (nStatus != PLUGIN_STATUS_SUCCESS) {
       return nStatus == PLUGIN_STATUS_READ_FILE_ERROR ? PLUGIN_STATUS_WRITE_FILE_ERROR : nStatus;

@@ -16,6 +16,7 @@ namespace {
 constexpr int32_t NEVER_FAILING = std::numeric_limits<int32_t>::max();
 
 std::atomic<int32_t> s_nSuccesses{NEVER_FAILING};
+thread_local int32_t s_nThrowingSuccesses = NEVER_FAILING;
 
 // Memory for the list of memory, which must not be in it.
 template <class T>
@@ -86,6 +87,12 @@ void *TakeUnlessFailing(std::size_t nSize, void *(*fnTake)(std::size_t) noexcept
 
 void *TakeOrThrow(std::size_t nSize)
 {
+  if (s_nThrowingSuccesses == 0) {
+    throw std::bad_alloc();
+  }
+  if (s_nThrowingSuccesses != NEVER_FAILING) {
+    --s_nThrowingSuccesses;
+  }
   void *const pMemory = Take(nSize);
   if (pMemory == nullptr) {
     throw std::bad_alloc();
@@ -112,6 +119,16 @@ CFailingNew::CFailingNew(int32_t nSuccesses)
 CFailingNew::~CFailingNew()
 {
   s_nSuccesses = NEVER_FAILING;
+}
+
+CFailingThrowingNew::CFailingThrowingNew(int32_t nSuccesses)
+{
+  s_nThrowingSuccesses = nSuccesses;
+}
+
+CFailingThrowingNew::~CFailingThrowingNew()
+{
+  s_nThrowingSuccesses = NEVER_FAILING;
 }
 
 int64_t CountLiveAllocations()

@@ -14,5 +14,16 @@ public:
   CFailingNew &operator=(const CFailingNew &) = delete;
 };
 
+/// While one lives, this thread's allocations that throw fail, after the first few if so wished: those of this program,
+/// and but on Windows those of all its libraries.
+class CFailingThrowingNew {
+public:
+  /// \param nSuccesses allocations that still succeed
+  explicit CFailingThrowingNew(int32_t nSuccesses = 0);
+  ~CFailingThrowingNew();
+  CFailingThrowingNew(const CFailingThrowingNew &) = delete;
+  CFailingThrowingNew &operator=(const CFailingThrowingNew &) = delete;
+};
+
 /// What this program has taken without exceptions and not yet given back.
 int64_t CountLiveAllocations();

@@ -171,6 +171,20 @@ TEST(DevicePendingRestoreParts, AUserSetThatCouldNotBeSavedIsNoneToRestore)
   EXPECT_EQ(rig.Camera().Float("Gain").Peek(), 2.0);
 }
 
+TEST(DevicePendingRestoreParts, ASelectorThatTheCameraRefusedComesBackWithTheNextAcquisition)
+{
+  CDeviceRig rig;
+  auto &selector = rig.Camera().Enumeration("UserSetSelector").Entry("UserSet1", 2).Select("UserSet1");
+  CRefusals refusals;
+  refusals.Refuse("UserSetSelector", "UserSet1");
+  rig.SetHook(std::ref(refusals));
+  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(selector.PeekSymbolic(), "UserSet0");
+  refusals.Permit();
+  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(selector.PeekSymbolic(), "UserSet1");
+}
+
 TEST(DevicePendingRestoreParts, ACameraThatChangedANumberItselfIsNotTakenForAUser)
 {
   CDeviceRig rig;

@@ -182,6 +182,7 @@ TEST(HostGeometry, AFrameOfTheSamePixelCountInAnotherShapeIsNotCorrected)
   rig.Show([](int) { return std::vector<uint8_t>(); });
   EXPECT_EQ(rig.Process().AcquireBrightImage(), PLUGIN_STATUS_BUFFER_TIMEOUT);
   EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(60), listCorrected), PLUGIN_STATUS_INVALID_PARAM);
+  rig.Camera().Float("ExposureTime").Poke(10000.0);
   EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS);
   EXPECT_EQ(rig.Correct(rig.Camera().MakeFrame(60), listCorrected), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_EQ(rig.Camera().MakeFrame(0), listCorrected);

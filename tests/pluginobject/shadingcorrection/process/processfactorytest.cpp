@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "pluginobject/statuscode.h"
+#include "tests/pluginobject/shadingcorrection/imagecalc/failingnew.h"
 
 using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
@@ -47,4 +48,20 @@ TEST(ProcessFactory, ReplacesAProcessThatWasThere)
   EXPECT_EQ(CreateShadingCorrectionProcess(EProcessKind::DeviceFlatField, features, features, pProcess),
             PLUGIN_STATUS_SUCCESS);
   EXPECT_STREQ(pProcess->metaObject()->className(), "CShadingCorrectionPro_Dev");
+}
+
+TEST(ProcessFactory, WithoutMemoryMakesNothingAndSaysSo)
+{
+  const CFeatureAccess features(nullptr);
+  for (const EProcessKind eKind :
+       {EProcessKind::HostFlatField, EProcessKind::DeviceFlatField, EProcessKind::DeviceVignetting}) {
+    std::unique_ptr<IShadingCorrectionProcess> pProcess;
+    int32_t nStatus = PLUGIN_STATUS_SUCCESS;
+    {
+      const CFailingThrowingNew failing;
+      nStatus = CreateShadingCorrectionProcess(eKind, features, features, pProcess);
+    }
+    EXPECT_EQ(nStatus, PLUGIN_STATUS_OUT_OF_MEMORY);
+    EXPECT_EQ(pProcess, nullptr);
+  }
 }

@@ -130,11 +130,14 @@ TEST_F(StepsTest, ReadTheArgumentsOfAStepWhenItsTurnComes)
 
 TEST_F(StepsTest, AStepWithoutMemoryIsOutOfMemory)
 {
-  CCounter counter;
-  EXPECT_EQ(
-    CSteps(m_features).Then([]() -> int32_t { throw std::bad_alloc(); }).Then(&CCounter::Count, &counter, 0).Status(),
-    PLUGIN_STATUS_OUT_OF_MEMORY);
-  EXPECT_EQ(counter.GetCounted(), 0);
+  int nRuns = 0;
+  const auto step = [&nRuns](bool bMemory) {
+    ++nRuns;
+    return bMemory ? PLUGIN_STATUS_SUCCESS : throw std::bad_alloc();
+  };
+  EXPECT_EQ(CSteps(m_features).Then(step, true).Then(step, false).Then(step, true).Status(),
+            PLUGIN_STATUS_OUT_OF_MEMORY);
+  EXPECT_EQ(nRuns, 2);
 }
 
 TEST(ScopeGuard, RunsOnceOnEveryPathOutOfTheScope)

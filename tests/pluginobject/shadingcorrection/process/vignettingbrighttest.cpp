@@ -83,6 +83,7 @@ TEST_P(VignettingMishap, EndsTheAcquisitionAtOnceAndLeavesNoFrame)
   EXPECT_EQ(rig.Process().ExecuteCorrection(), PLUGIN_STATUS_INVALID_PARAM);
   EXPECT_EQ(rig.GetWritten(), listWritten);
   rig.Process().SetStopFlag(false);
+  rig.Camera().Float("ExposureTime").Poke(10000.0);
   EXPECT_EQ(rig.AcquireBright(100), PLUGIN_STATUS_SUCCESS); // at whatever width
 }
 

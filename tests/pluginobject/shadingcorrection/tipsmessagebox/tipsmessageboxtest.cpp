@@ -17,6 +17,16 @@
 #include "pluginobject/shadingcorrection/toolstitlebar.h"
 #include "tests/pluginobject/shadingcorrection/failingcreation.h"
 
+static void ResourcesAway()
+{
+  Q_CLEANUP_RESOURCE(ffcresources);
+}
+
+static void ResourcesBack()
+{
+  Q_INIT_RESOURCE(ffcresources);
+}
+
 namespace {
 
 using EKind = CTipsMessageBox::EKind;
@@ -389,12 +399,27 @@ TEST(TipsMessageBox, EachFailedCreationIsLoggedOnceWithALineOfItsOwn)
 
 TEST(TipsMessageBox, APartialBoxStillRuns)
 {
-  CFailingCreation failing(6 + 7); // the upper row
+  // The first button, and the upper row.
+  for (const int nFailing : {1, 6 + 7}) {
+    for (const EKind eKind : {EKind::Error, EKind::Plain}) {
+      CFailingCreation failing(nFailing);
+      CTipsMessageBox box("message", "", eKind, QMessageBox::Ok);
+      ASSERT_TRUE(failing.HasFailed());
+      QTimer::singleShot(0, &box, [&box] { QTest::keyClick(&box, Qt::Key_Escape); });
+      EXPECT_EQ(box.exec(), 0);
+      EXPECT_TRUE(box.styleSheet().isEmpty()) << "the steps after the failed one are left out";
+    }
+  }
+}
+
+TEST(TipsMessageBox, WithoutItsStyleSheetABoxIsPlainAndRuns)
+{
+  ResourcesAway();
   CTipsMessageBox box("message", "", EKind::Error, QMessageBox::Ok);
-  ASSERT_TRUE(failing.HasFailed());
-  QTimer::singleShot(0, &box, [&box] { QTest::keyClick(&box, Qt::Key_Escape); });
-  EXPECT_EQ(box.exec(), 0);
-  EXPECT_TRUE(box.styleSheet().isEmpty()) << "the steps after the failed one are left out";
+  ResourcesBack();
+  EXPECT_TRUE(box.styleSheet().isEmpty());
+  QTimer::singleShot(0, &box, [&box] { QTest::mouseClick(SParts(box).pOK, Qt::LeftButton); });
+  EXPECT_EQ(box.exec(), 1);
 }
 
 } // namespace

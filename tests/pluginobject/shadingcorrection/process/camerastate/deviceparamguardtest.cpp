@@ -1,11 +1,17 @@
 #include "pluginobject/shadingcorrection/process/camerastate/deviceparamguard.h"
 
+#include <functional>
+
 #include <gtest/gtest.h>
 
+#include "genapi/softwarenodemap/observednodemap.h"
 #include "pluginobject/statuscode.h"
 #include "tests/support/correctingcamera.h"
+#include "tests/support/refusals.h"
 
+using ffc::genapi::CObservedNodeMap;
 using ffc::genapi::CSoftwareCommand;
+using ffc::genapi::SNodeAccess;
 using ffc::pluginobject::CFeatureAccess;
 using namespace ffc::process;
 using namespace ffc::test;
@@ -14,13 +20,17 @@ namespace {
 
 class DeviceParamGuard : public testing::Test {
 protected:
-  CFeatureAccess Features() { return CFeatureAccess(&m_camera.Device()); }
+  DeviceParamGuard() { m_map.AddHook(std::ref(m_refusals)); }
+
+  CFeatureAccess Features() { return CFeatureAccess(&m_map); }
   int32_t Save() { return m_guard.SaveUserParam(Features()); }
   int32_t Prepare() { return m_guard.Prepare(Features(), m_stFormat); }
   std::string GetEntry(const char *pName) { return m_camera.Enumeration(pName).PeekSymbolic(); }
   double GetGain() { return m_camera.Float("Gain").Peek(); }
 
   CCorrectingCamera m_camera{"Mono8", 64, 48};
+  CObservedNodeMap m_map{m_camera.Device()};
+  CRefusals m_refusals;
   ffc::process::CDeviceParamGuard m_guard;
   SFrameFormat m_stFormat;
 };
@@ -194,4 +204,35 @@ TEST_F(DeviceParamGuard, ReviewsAPendingRestore)
     EXPECT_FALSE(m_guard.IsRestorePending());
     EXPECT_EQ(GetGain(), 5.0);
   }
+}
+
+TEST_F(DeviceParamGuard, WritesARefusedSelectorBackOnlyWhenItKnowsThatItIsStillItsOwn)
+{
+  auto &selector = m_camera.Enumeration("UserSetSelector");
+  const auto acquireRefused = [&] {
+    selector.Select("UserSet1");
+    m_guard.BeginAcquisition();
+    EXPECT_EQ(Save(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(Prepare(), PLUGIN_STATUS_SUCCESS);
+    m_refusals.Refuse("UserSetSelector", "UserSet1");
+    m_guard.Restore(Features());
+    m_refusals.Permit();
+    EXPECT_EQ(selector.PeekSymbolic(), "UserSet0");
+  };
+  selector.Entry("UserSet1", 2);
+  acquireRefused();
+  bool bDumb = true;
+  m_map.AddHook([&bDumb](const SNodeAccess &stAccess) {
+    if (bDumb && stAccess.eKind == SNodeAccess::EKind::CurrentEntry) {
+      throw GenICam::TimeoutException("no answer", __FILE__, __LINE__);
+    }
+  });
+  m_guard.RestoreSelector(Features());
+  bDumb = false;
+  EXPECT_EQ(selector.PeekSymbolic(), "UserSet0") << "nobody knows whose it is";
+  m_guard.RestoreSelector(Features());
+  EXPECT_EQ(selector.PeekSymbolic(), "UserSet1");
+  selector.Select("Default"); // the user, later
+  m_guard.RestoreSelector(Features());
+  EXPECT_EQ(selector.PeekSymbolic(), "Default");
 }

@@ -155,3 +155,16 @@ TEST_F(UserSet, ASelectorThatTheUserHasSetSinceStays)
   m_guard.RestoreSelector(Features());
   EXPECT_EQ(Selector().PeekSymbolic(), "Default");
 }
+
+TEST_F(UserSet, ASelectorThatCannotBeReadIsWrittenBackAsItWas)
+{
+  Acquire();
+  m_refusals.Refuse("UserSetSelector", "UserSet1");
+  m_guard.Restore(Features());
+  m_refusals.Permit();
+  Selector().Access(GenApi::NA);
+  EXPECT_EQ(m_guard.RefreshSelector(Features()), PLUGIN_STATUS_FEATURE_ERROR);
+  Selector().Access(GenApi::RW);
+  m_guard.RestoreSelector(Features());
+  EXPECT_EQ(Selector().PeekSymbolic(), "UserSet1");
+}

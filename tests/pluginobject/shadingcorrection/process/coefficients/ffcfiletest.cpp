@@ -5,6 +5,10 @@
 #ifndef _WIN32
 #include <unistd.h>
 #endif
+#ifdef __linux__
+#include <fcntl.h>
+#include <sys/mman.h>
+#endif
 
 #include <QDir>
 #include <QProcess>
@@ -165,18 +169,24 @@ TEST_F(FfcFile, IsNotMadeWhenTheVolumeIsFull)
 
 TEST_F(FfcFile, ThatIsWriteProtectedCannotBeWritten)
 {
-  if (IsAboveAccessRights()) {
+  const CPlainUser user(m_folder.path().toStdString());
+  if (!user.IsPlain()) {
     GTEST_SKIP() << "this user may write everywhere";
   }
   ASSERT_EQ(Write(Path("a.ffc"), MakeBytes(500, 9)), 0);
   QFile::setPermissions(Path("a.ffc"), QFileDevice::ReadOwner);
   EXPECT_EQ(Write(Path("a.ffc"), MakeBytes(10, 1)), PLUGIN_STATUS_OPEN_FILE_ERROR);
   EXPECT_EQ(QFileInfo(Path("a.ffc")).size(), 500);
+  // Nor in its place.
+  std::filesystem::create_hard_link(Path("a.ffc").toStdString(), Path("b.ffc").toStdString());
+  EXPECT_EQ(Write(Path("a.ffc"), MakeBytes(10, 1)), PLUGIN_STATUS_OPEN_FILE_ERROR);
+  EXPECT_EQ(QFileInfo(Path("a.ffc")).size(), 500);
 }
 
 TEST_F(FfcFile, InAWriteProtectedFolderIsWrittenInItsPlace)
 {
-  if (IsAboveAccessRights()) {
+  const CPlainUser user(m_folder.path().toStdString());
+  if (!user.IsPlain()) {
     GTEST_SKIP() << "this user may write everywhere";
   }
   ASSERT_EQ(Write(Path("a.ffc"), MakeBytes(500, 9)), 0);
@@ -204,6 +214,11 @@ TEST_F(FfcFile, WithHardLinksKeepsThem)
     EXPECT_EQ(MakeBytes(nSize, 1), m_listRead);
     EXPECT_EQ(static_cast<qint64>(nSize), QFileInfo(Path("b.ffc")).size());
   }
+  EXPECT_EQ(Write(Path("a.ffc"), {}), 0);
+  EXPECT_EQ(QFileInfo(Path("b.ffc")).size(), 0);
+  EXPECT_EQ(Write(Path("a.ffc"), MakeBytes(20, 4)), 0);
+  EXPECT_EQ(Read(Path("b.ffc"), 20, m_listRead), 0);
+  EXPECT_EQ(m_listRead, MakeBytes(20, 4));
   EXPECT_EQ(List(), (QStringList{"a.ffc", "b.ffc"}));
 }
 
@@ -236,6 +251,19 @@ TEST_F(FfcFile, WithHardLinksStaysAsItWasWhenTheVolumeIsFullOrMemoryEnds)
 }
 
 #ifndef _WIN32
+// On Windows the toolkit and the C++ library take their memory elsewhere.
+TEST_F(FfcFile, WithoutMemoryForItsNameIsNotMade)
+{
+  CCoefficientFileWriter writer(Path("a.ffc"));
+  int32_t nStatus = PLUGIN_STATUS_SUCCESS;
+  {
+    const CFailingThrowingNew failing;
+    nStatus = writer.Open();
+  }
+  EXPECT_EQ(nStatus, PLUGIN_STATUS_OUT_OF_MEMORY);
+  EXPECT_TRUE(List().isEmpty());
+}
+
 TEST_F(FfcFile, OfSomebodyElseStaysHis)
 {
   constexpr unsigned OTHER = 65534;
@@ -250,6 +278,25 @@ TEST_F(FfcFile, OfSomebodyElseStaysHis)
 }
 #endif
 
+#ifdef __linux__
+TEST_F(FfcFile, ThatCannotBeCutStaysAsItWas)
+{
+  const int nFile = memfd_create("sealed", MFD_ALLOW_SEALING);
+  ASSERT_GE(nFile, 0);
+  const std::vector<uint8_t> listBefore = MakeBytes(500, 9);
+  ASSERT_EQ(write(nFile, listBefore.data(), listBefore.size()), 500);
+  ASSERT_EQ(fcntl(nFile, F_ADD_SEALS, F_SEAL_SHRINK), 0);
+  const QString strFile = QStringLiteral("/proc/self/fd/%1").arg(nFile);
+  EXPECT_EQ(Write(strFile, MakeBytes(10, 1)), PLUGIN_STATUS_WRITE_FILE_ERROR);
+  EXPECT_EQ(Read(strFile, 500, m_listRead), 0);
+  EXPECT_EQ(m_listRead, listBefore);
+  EXPECT_EQ(Write(strFile, MakeBytes(600, 1)), 0);
+  EXPECT_EQ(Read(strFile, 600, m_listRead), 0);
+  EXPECT_EQ(m_listRead, MakeBytes(600, 1));
+  close(nFile);
+}
+#endif
+
 TEST_F(FfcFile, ThatIsAPipeIsNotReplacedByAFile)
 {
   if (QProcess::execute(QStringLiteral("mkfifo"), {Path("pipe.ffc")}) != 0) {
@@ -261,7 +308,8 @@ TEST_F(FfcFile, ThatIsAPipeIsNotReplacedByAFile)
 
 TEST_F(FfcFile, ThatCannotBeReadCannotBeOpened)
 {
-  if (IsAboveAccessRights()) {
+  const CPlainUser user(m_folder.path().toStdString());
+  if (!user.IsPlain()) {
     GTEST_SKIP() << "this user may read everywhere";
   }
   ASSERT_EQ(Write(Path("a.ffc"), MakeBytes(500, 9)), 0);

@@ -133,6 +133,22 @@ TEST(HostTable, WithoutMemoryIsAStatus)
   EXPECT_EQ(pTable, nullptr);
 }
 
+TEST(HostTable, WithoutMemoryForWhatHoldsItIsAStatusToo)
+{
+  const CFrameBuffer bright = MakeFrame(CTestImage(WIDTH, HEIGHT, 8, 60));
+  HostTablePtr pTable;
+  int32_t nStatus = PLUGIN_STATUS_OUT_OF_MEMORY;
+  int32_t nSuccesses = 0;
+  for (; nStatus == PLUGIN_STATUS_OUT_OF_MEMORY && nSuccesses < 20; ++nSuccesses) {
+    EXPECT_EQ(pTable, nullptr);
+    const CFailingThrowingNew failing(nSuccesses);
+    nStatus = ComputeHostTable(MakeReference(bright, nullptr, MONO_8, 100), pTable);
+  }
+  EXPECT_EQ(nStatus, PLUGIN_STATUS_SUCCESS);
+  EXPECT_GT(nSuccesses, 1) << "the table itself throws nothing, its holder does";
+  EXPECT_NE(pTable, nullptr);
+}
+
 TEST(HostTable, IsReadFromAFileOfOneOfTheTwoSizes)
 {
   for (const uint32_t nPixelFormat : {MONO_8, MONO_16}) {
