@@ -10,7 +10,6 @@ namespace ffc::ombrix {
 namespace {
 
 constexpr uint32_t MAX_THREADS_UNASKED = 4;
-constexpr int SMALLEST_GAIN = 8; // as the part of the others' bands that it is
 
 } // namespace
 
@@ -33,13 +32,7 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
     return;
   }
   const std::unique_lock<std::mutex> busy(m_busy, std::try_to_lock);
-  bool bShared = busy.owns_lock();
-  if (bShared && m_nAlone > 0) {
-    --m_nAlone;
-    bShared = false;
-  }
-  const bool bFirst = bShared && !m_bStarted;
-  if (!bShared || !HasWorkers()) {
+  if (!busy.owns_lock() || !m_judge.SharesNext() || !HasWorkers()) {
     fnBand(pContext, 0, nPixels);
     return;
   }
@@ -48,15 +41,7 @@ void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) no
   const SPace stOwn = WorkOnBands(stFrame, 0);
   const TClock::time_point finish = TClock::now();
   WaitForWorkers(stOwn.GetMean());
-  // What sharing gained are the others' bands, of which little is left where the memory decides, which is shared too.
-  // What it may have cost are the wait for a thread that lost its processor within a band, and a band of the caller's
-  // that took long, for the thread that was woken may have taken the caller's.
-  const auto nOthers = static_cast<TClock::duration::rep>(stFrame.CountBands() - stOwn.nBands);
-  const TClock::duration lost = TClock::now() - finish + stOwn.longest - stOwn.GetMean();
-  // Threads that have just been started may come too late for their first frame: when they do, no test decides.
-  if (nOthers > 0 || !bFirst) {
-    Judge(lost < nOthers * stOwn.GetMean() / SMALLEST_GAIN);
-  }
+  m_judge.Judge(stOwn, stFrame.CountBands() - stOwn.nBands, TClock::now() - finish);
 }
 
 void CBandPool::Offer(const SFrame &stFrame) noexcept
@@ -93,19 +78,6 @@ void CBandPool::WaitForWorkers(TClock::duration expected) noexcept
   }
 }
 
-// With the caller's lock held. Where others keep the processors busy, a try may cost a time slice, which is many
-// frames: tries become rare.
-void CBandPool::Judge(bool bGained) noexcept
-{
-  if (bGained) {
-    constexpr uint32_t SLOWLY = 16;
-    m_nNextAlone = std::max(m_nNextAlone - m_nNextAlone / SLOWLY, FRAMES_ALONE);
-  } else {
-    m_nAlone = m_nNextAlone;
-    m_nNextAlone = std::min(2 * m_nNextAlone, MOST_FRAMES_ALONE);
-  }
-}
-
 void CBandPool::Close() noexcept
 {
   const std::lock_guard<std::mutex> busy(m_busy);
@@ -120,7 +92,7 @@ void CBandPool::Close() noexcept
   m_bStarted = true;
 }
 
-// With the caller's lock held. What the system has no threads for, the others do; no test brings it that far.
+// With the caller's lock held. What the system has no threads for, the others do.
 bool CBandPool::HasWorkers() noexcept
 {
   if (!m_bStarted) {
@@ -131,27 +103,14 @@ bool CBandPool::HasWorkers() noexcept
     if (m_nThreads > 1 && m_fnPrepare != nullptr) {
       m_fnPrepare();
     }
-    while (m_nWorkers + 1 < m_nThreads && m_aWorkers[m_nWorkers].Start(RunWorker, this)) {
+    while (m_nWorkers + 1 < m_nThreads && m_fnStart(m_aWorkers[m_nWorkers], RunWorker, this)) {
       ++m_nWorkers;
     }
   }
   return m_nWorkers > 0;
 }
 
-void CBandPool::SPace::Count(TClock::duration band)
-{
-  ++nBands;
-  total += band;
-  longest = std::max(longest, band);
-}
-
-// Without the longest band, which may not have been work.
-CBandPool::TClock::duration CBandPool::SPace::GetMean() const
-{
-  return nBands > 1 ? (total - longest) / static_cast<TClock::duration::rep>(nBands - 1) : total;
-}
-
-CBandPool::SPace CBandPool::WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept
+SPace CBandPool::WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept
 {
   SPace stPace;
   TClock::time_point before = TClock::now();
@@ -198,6 +157,11 @@ void CBandPool::WaitForFrames() noexcept
 void CBandPool::RunWorker(void *pPool)
 {
   static_cast<CBandPool *>(pPool)->WaitForFrames();
+}
+
+bool CBandPool::StartThread(platform::CWorkerThread &thread, platform::CWorkerThread::FnWork fnWork, void *pContext)
+{
+  return thread.Start(fnWork, pContext);
 }
 
 } // namespace ffc::ombrix

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <mutex>
 
+#include "ombrix/sharingjudge.h"
 #include "platform/workerthread.h"
 
 namespace ffc::ombrix {
@@ -18,10 +19,6 @@ constexpr std::size_t SMALLEST_SPLIT_PIXELS = 4'000'000;
 /// A band is a run of so many pixels, the last one of fewer. Short, so that no thread waits long for another's last.
 constexpr std::size_t BAND_PIXELS = std::size_t{1} << 16;
 constexpr uint32_t MAX_THREADS = 16;
-/// How many frames are not shared after one that sharing made no faster; twice as many each time that the next try is
-/// no better, up to the larger number. More than a hundred, so that such frames are fewer than one in a hundred.
-constexpr uint32_t FRAMES_ALONE = 128;
-constexpr uint32_t MOST_FRAMES_ALONE = 1024;
 
 /// How many threads work on a frame, the caller's among them: at most half the processors and 4, unless the user asks
 /// for another number.
@@ -36,8 +33,14 @@ public:
   /// Works on a run of a frame's pixels. Throws nothing.
   using FnBand = void (*)(const void *pContext, std::size_t nFirst, std::size_t nPixels);
 
+  /// Starts a thread. \return false when the system has no more
+  using FnStart = bool (*)(platform::CWorkerThread &thread, platform::CWorkerThread::FnWork fnWork, void *pContext);
+
   /// \param nThreads 1 to MAX_THREADS
-  explicit CBandPool(uint32_t nThreads) noexcept : m_nThreads(nThreads) {}
+  explicit CBandPool(uint32_t nThreads, FnStart fnStart = StartThread) noexcept
+    : m_fnStart(fnStart), m_nThreads(nThreads)
+  {
+  }
   /// As many threads as the user or the machine says.
   /// \param fnPrepare called once, before the first thread starts
   explicit CBandPool(void (*fnPrepare)()) noexcept : m_fnPrepare(fnPrepare) {}
@@ -70,32 +73,22 @@ private:
     std::atomic<std::size_t> nNext{0};
   };
 
-  /// How a thread's bands of a frame went.
-  struct SPace {
-    std::size_t nBands = 0;
-    TClock::duration total{0};
-    TClock::duration longest{0};
-
-    void Count(TClock::duration band);
-    TClock::duration GetMean() const;
-  };
-
   bool HasWorkers() noexcept;
   void Offer(const SFrame &stFrame) noexcept;
   void WaitForWorkers(TClock::duration expected) noexcept;
-  void Judge(bool bGained) noexcept;
   SPace WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept;
   void WaitForFrames() noexcept;
   static void RunWorker(void *pPool);
+  static bool StartThread(platform::CWorkerThread &thread, platform::CWorkerThread::FnWork fnWork, void *pContext);
 
   /// Held by the caller whose frame is split.
   std::mutex m_busy;
   void (*m_fnPrepare)() = nullptr;
+  FnStart m_fnStart = StartThread;
   uint32_t m_nThreads = 0; ///< with the caller; 0 until the environment was asked
   bool m_bStarted = false;
   uint32_t m_nWorkers = 0;
-  uint32_t m_nAlone = 0; ///< frames that are still not to be shared
-  uint32_t m_nNextAlone = FRAMES_ALONE;
+  CSharingJudge m_judge;
   platform::CWorkerThread m_aWorkers[MAX_THREADS - 1];
 
   /// Guards what follows.

@@ -20,22 +20,19 @@ void ForgetThreads()
   g_pPool = new (g_aStorage) CBandPool(PrepareForThreads);
 }
 
-void PrepareForThreads()
-{
-  static const bool s_bPrepared = (platform::PrepareForThreads(ForgetThreads), true);
-  (void)s_bPrepared;
-}
-
-struct SCloser {
-  ~SCloser()
+// From the first thread until the library is unloaded.
+struct SThreads {
+  SThreads() { platform::PrepareForThreads(ForgetThreads); }
+  ~SThreads()
   {
-    if (platform::CanJoinAtUnload()) {
-      g_pPool->Close();
-    }
+    platform::WaitAtUnload([] { g_pPool->Close(); });
   }
 };
 
-const SCloser CLOSER;
+void PrepareForThreads()
+{
+  static const SThreads s_stThreads;
+}
 
 } // namespace
 

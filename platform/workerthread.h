@@ -33,7 +33,8 @@ uint32_t CountUsableProcessors() noexcept;
 /// \param fnForked called in each process that is forked from this one, where the threads are not
 void PrepareForThreads(void (*fnForked)()) noexcept;
 
-/// Whether threads can be waited for while the library is unloaded or the process ends.
-bool CanJoinAtUnload() noexcept;
+/// To be called while the library is unloaded or the process ends.
+/// \param fnWait waits for threads; called where that can be done then
+void WaitAtUnload(void (*fnWait)()) noexcept;
 
 } // namespace ffc::platform

@@ -61,9 +61,9 @@ void PrepareForThreads(void (*fnForked)()) noexcept
   pthread_atfork(nullptr, nullptr, fnForked);
 }
 
-bool CanJoinAtUnload() noexcept
+void WaitAtUnload(void (*fnWait)()) noexcept
 {
-  return true;
+  fnWait();
 }
 
 } // namespace ffc::platform

@@ -49,9 +49,6 @@ void PrepareForThreads(void (*)()) noexcept
 }
 
 // Nor when the process ends: the system has stopped the threads by then, wherever they were.
-bool CanJoinAtUnload() noexcept
-{
-  return false;
-}
+void WaitAtUnload(void (*)()) noexcept {}
 
 } // namespace ffc::platform

@@ -7,7 +7,8 @@
 
 #include "platform/instructionlevel.h"
 
-/// What a stream touches. Sizes are bytes, multiples of 64; a size of 0 leaves the part out.
+/// What a stream touches, of each part only whole cache lines. Sizes are bytes, multiples of 64; a size of 0 leaves the
+/// part out.
 struct SStream {
   const void *pRead; ///< read only
   std::size_t nRead;

@@ -109,6 +109,19 @@ inline void AskToWrite(const unsigned char *pData, std::size_t nBytes)
   }
 }
 
+inline std::size_t GetLineOffset(const unsigned char *pData)
+{
+  return reinterpret_cast<uintptr_t>(pData) % LINE_BYTES;
+}
+
+// How many pixels lie before the first whole cache line. Stores that cross lines hold up everything behind them, and
+// with it what a processor reads ahead by itself.
+inline std::size_t CountBeforeLine(const unsigned char *pData, std::size_t nPixelBytes, std::size_t nPixels)
+{
+  const std::size_t nBefore = (LINE_BYTES - GetLineOffset(pData)) % LINE_BYTES / nPixelBytes;
+  return nBefore < nPixels ? nBefore : nPixels;
+}
+
 // In place, all accesses go through one pointer: a compiler that must expect two of them to overlap would step
 // pixel by pixel.
 template <uint32_t DEPTH, bool HAS_DARK, bool IN_PLACE>
@@ -134,25 +147,34 @@ void Apply(const SFrameRun &stRun)
   auto *pTo = static_cast<unsigned char *>(stRun.pDestination);
   const auto *pGains = static_cast<const unsigned char *>(stRun.pGains);
   const auto *pLevels = static_cast<const unsigned char *>(stRun.pLevels);
-  std::size_t nLeft = stRun.nPixels;
+  const auto applyStep = [&](std::size_t nPixels) {
+    ApplyStep<DEPTH, HAS_DARK, IN_PLACE>(pSource, pTo, nPixels, pGains, pLevels);
+    pSource += nPixels * PIXEL_BYTES;
+    pTo += nPixels * PIXEL_BYTES;
+    pGains += nPixels * WORD_BYTES;
+    if constexpr (HAS_DARK) {
+      pLevels += nPixels * WORD_BYTES;
+    }
+  };
+  const std::size_t nBeforeLine = CountBeforeLine(pTo, PIXEL_BYTES, stRun.nPixels);
+  applyStep(nBeforeLine);
+  // Two streams of whole lines a processor follows best by itself.
+  const bool bAsk = !IN_PLACE || HAS_DARK || GetLineOffset(pGains) != 0;
+  std::size_t nLeft = stRun.nPixels - nBeforeLine;
   for (; nLeft >= STEP_PIXELS; nLeft -= STEP_PIXELS) {
-    AskToWrite(pTo, STEP_PIXELS * PIXEL_BYTES);
-    AskToRead(pGains, STEP_PIXELS * WORD_BYTES);
+    if (bAsk) {
+      AskToWrite(pTo, STEP_PIXELS * PIXEL_BYTES);
+      AskToRead(pGains, STEP_PIXELS * WORD_BYTES);
+    }
     if constexpr (!IN_PLACE) {
       AskToRead(pSource, STEP_PIXELS * PIXEL_BYTES);
     }
     if constexpr (HAS_DARK) {
       AskToRead(pLevels, STEP_PIXELS * WORD_BYTES);
     }
-    ApplyStep<DEPTH, HAS_DARK, IN_PLACE>(pSource, pTo, STEP_PIXELS, pGains, pLevels);
-    pSource += STEP_PIXELS * PIXEL_BYTES;
-    pTo += STEP_PIXELS * PIXEL_BYTES;
-    pGains += STEP_PIXELS * WORD_BYTES;
-    if constexpr (HAS_DARK) {
-      pLevels += STEP_PIXELS * WORD_BYTES;
-    }
+    applyStep(STEP_PIXELS);
   }
-  ApplyStep<DEPTH, HAS_DARK, IN_PLACE>(pSource, pTo, nLeft, pGains, pLevels);
+  applyStep(nLeft);
 }
 
 // 1 for 0, else 0. Computed: from a comparison, compilers make a branch, in which a division does not become a

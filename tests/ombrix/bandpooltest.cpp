@@ -89,34 +89,53 @@ TEST(BandPool, SharesLargeFramesWithItsThreads)
   EXPECT_TRUE(s_bHelped);
 }
 
-TEST(BandPool, SharesNoFrameForAWhileAfterOneThatSharingMadeSlowerAndForLongerAfterTheNextOne)
+TEST(BandPool, SharesNoFrameForAWhileAfterOneThatSharingMadeSlower)
 {
+  constexpr int BANDS = static_cast<int>((LARGE - 1) / BAND_PIXELS) + 1;
   static std::thread::id s_caller;
   s_caller = std::this_thread::get_id();
-  CBandPool pool(2);
   static std::atomic<bool> s_bHelped{false};
-  for (const uint32_t nAlone : {FRAMES_ALONE, 2 * FRAMES_ALONE}) {
-    s_bHelped = false;
-    // The other thread is slow, as one without its processor.
-    for (int n = 0; n < 1000 && !s_bHelped; ++n) {
-      pool.Run(
-        LARGE,
-        [](const void *, std::size_t, std::size_t) {
-          const bool bHelps = std::this_thread::get_id() != s_caller;
-          s_bHelped = s_bHelped || bHelps;
-          std::this_thread::sleep_for(std::chrono::milliseconds(bHelps ? 500 : 1));
-        },
-        nullptr);
+  static std::atomic<int> s_nDone{0};
+  CBandPool pool(2);
+  // The other thread comes, and its first band lasts longer than all others together.
+  pool.Run(
+    LARGE,
+    [](const void *, std::size_t, std::size_t) {
+      const bool bHelps = std::this_thread::get_id() != s_caller;
+      s_bHelped = s_bHelped || bHelps;
+      const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+      while ((bHelps ? s_nDone < BANDS - 1 : !s_bHelped.load()) && std::chrono::steady_clock::now() < latest) {
+        std::this_thread::yield();
+      }
+      ++s_nDone;
+    },
+    nullptr);
+  ASSERT_TRUE(s_bHelped);
+  ASSERT_EQ(s_nDone, BANDS);
+  s_bHelped = false;
+  for (uint32_t n = 0; n < FRAMES_ALONE; ++n) {
+    pool.Run(
+      LARGE,
+      [](const void *, std::size_t, std::size_t) { s_bHelped = s_bHelped || std::this_thread::get_id() != s_caller; },
+      nullptr);
+  }
+  EXPECT_FALSE(s_bHelped);
+}
+
+TEST(BandPool, WhatTheSystemHasNoThreadsForTheOthersDo)
+{
+  static uint32_t s_nLeft;
+  for (const uint32_t nThreads : {0U, 1U, 2U}) {
+    s_nLeft = nThreads;
+    CBandPool pool(4, [](ffc::platform::CWorkerThread &thread, void (*fnWork)(void *), void *pContext) {
+      return s_nLeft-- > 0 && thread.Start(fnWork, pContext);
+    });
+    for (int n = 0; n < 2; ++n) {
+      const SVisits stVisits = Visit(pool, LARGE);
+      EXPECT_TRUE(stVisits.IsEachVisitedOnce()) << nThreads;
+      EXPECT_TRUE(nThreads > 0 || stVisits.IsOwnWork());
     }
-    ASSERT_TRUE(s_bHelped);
-    s_bHelped = false;
-    for (uint32_t n = 0; n < nAlone; ++n) {
-      pool.Run(
-        LARGE,
-        [](const void *, std::size_t, std::size_t) { s_bHelped = s_bHelped || std::this_thread::get_id() != s_caller; },
-        nullptr);
-    }
-    EXPECT_FALSE(s_bHelped) << nAlone;
+    EXPECT_EQ(s_nLeft, UINT32_MAX) << "asked again after the first refusal";
   }
 }
 

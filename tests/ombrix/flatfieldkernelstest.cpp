@@ -192,6 +192,39 @@ TEST_P(FlatFieldKernels, ApplyEqualsTheSlowTwinInPlaceForEverySizeAndStart)
   });
 }
 
+TEST_P(FlatFieldKernels, ApplyGivesTheSameWhereverFrameAndTableBeginWithinACacheLine)
+{
+  constexpr std::size_t LINE = 64;
+  alignas(LINE) static unsigned char s_aFrame[1024];
+  alignas(LINE) static unsigned char s_aTable[1024];
+  for (const SCase &stCase : {SCase{8, false, 200, 0}, SCase{8, true, 20, 0}, SCase{8, true, 200, 0},
+                              SCase{12, false, 20, 0}, SCase{12, false, 200, 0}, SCase{16, true, 200, 0}}) {
+    const TValues listSource = stCase.MakePixels(13);
+    const TValues listTable = MakeTable(stCase);
+    const TValues listExpected = ApplyReference(stCase, listSource, listTable);
+    const TBytes listSourceBytes = PackValues(listSource, stCase.PixelBytes());
+    const TBytes listTableBytes = PackValues(listTable, 2);
+    for (const std::size_t nFrame : {0U, 1U, 2U, 16U, 62U, 63U}) {
+      for (const std::size_t nTable : {0U, 1U, 16U, 62U}) {
+        for (const bool bInPlace : {false, true}) {
+          std::fill(std::begin(s_aFrame), std::end(s_aFrame), UNTOUCHED);
+          unsigned char *const pFrame = s_aFrame + LINE + nFrame;
+          std::copy(listSourceBytes.begin(), listSourceBytes.end(), pFrame);
+          unsigned char *const pGains = std::copy(listTableBytes.begin(), listTableBytes.end(), s_aTable + nTable) -
+                                        static_cast<std::ptrdiff_t>(listTableBytes.size());
+          Kernels().afnApply[stCase.Index()][stCase.bDark][bInPlace](
+            {bInPlace ? pFrame : listSourceBytes.data(), pFrame, stCase.nPixels, pGains, stCase.FindLevels(pGains)});
+          EXPECT_EQ(UnpackValues(TBytes(pFrame, pFrame + listSourceBytes.size()), stCase.PixelBytes()), listExpected)
+            << stCase.nBitDepth << " bit, frame at " << nFrame << ", table at " << nTable << ", " << bInPlace;
+          EXPECT_EQ(static_cast<std::size_t>(std::count(std::begin(s_aFrame), pFrame, UNTOUCHED)), LINE + nFrame);
+          unsigned char *const pEnd = pFrame + listSourceBytes.size();
+          EXPECT_EQ(std::count(pEnd, std::end(s_aFrame), UNTOUCHED), std::end(s_aFrame) - pEnd);
+        }
+      }
+    }
+  }
+}
+
 TEST_P(FlatFieldKernels, ComputeEqualsTheSlowTwinForEverySizeAndStart)
 {
   ForAllCases([&](const SCase &stCase) {

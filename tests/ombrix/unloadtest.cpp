@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include <malloc.h>
 #include <pthread.h>
 #include <sched.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -69,6 +71,26 @@ TEST(OmbrixUnload, TakesItsThreadsAlong)
   }
   EXPECT_EQ(CountThreads(), nBefore);
   EXPECT_EQ(dlopen(OMBRIX_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+}
+
+TEST(OmbrixUnload, AForkedProcessHasThreadsOfItsOwnAndUnloadsThemToo)
+{
+#if defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the thread sanitizer follows no threads into a forked process";
+#endif
+  auto pLibrary = std::make_unique<CLoadedOmbrix>();
+  ASSERT_TRUE(pLibrary->Correct());
+  const pid_t nChild = fork();
+  if (nChild == 0) {
+    alarm(60);
+    bool bRight = CountThreads() == 1 && pLibrary->Correct() && CountThreads() == THREADS;
+    pLibrary.reset();
+    bRight = bRight && CountThreads() == 1;
+    _exit(bRight ? 0 : 1);
+  }
+  int nStatus = -1;
+  EXPECT_EQ(waitpid(nChild, &nStatus, 0), nChild);
+  EXPECT_TRUE(WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0) << nStatus;
 }
 
 TEST(OmbrixUnload, AFrameAllocatesNothing)
