@@ -117,6 +117,19 @@ TEST(Report, WithoutAnExpectedGreyTellsNone)
   EXPECT_FALSE(MakeReportTable(stReport).contains("Expected grey"));
 }
 
+TEST(Report, SaysOfOneFrameTooThatItWasWeighted)
+{
+  const auto fnDescribe = [](int nFrames, bool bWeighted) {
+    SReport stReport = MakeReport(2, 1, nFrames);
+    stReport.bWeighted = bWeighted;
+    return ListConditions(stReport).front().second.toStdString();
+  };
+  EXPECT_EQ(fnDescribe(1, true), "from 1 bright frame, weighted");
+  EXPECT_EQ(fnDescribe(1, false), "from 1 bright frame");
+  EXPECT_EQ(fnDescribe(4, true), "from 4 bright frames, weighted");
+  EXPECT_EQ(fnDescribe(0, true), "from an unknown number of bright frames");
+}
+
 TEST(Report, BlamesTheCamerasBlocksForWhatTheHostsReferenceIsBlamedForElsewhere)
 {
   SReport stReport = MakeReport(0.4, 1.2, 1);
@@ -206,10 +219,17 @@ TEST(Report, TheFiguresAfterTheHighPassStandBesideThoseWithShading)
   EXPECT_FALSE(MakeReportTable(stReport).contains("high-pass, %"));
   SNonuniformity stFigures;
   stFigures.strName = "Gr";
-  stFigures.stPrnu = {0.5, 0.1, 0.2, 0.4};
+  stFigures.stPrnu = {0.5, 0, 0.2, 0.4};
   stReport.stBefore.listHighPass = {stFigures};
   stReport.stAfter.listHighPass = {stFigures};
-  EXPECT_TRUE(MakeReportTable(stReport).contains("PRNU high-pass, %"));
+  stReport.stAfter.stOverall.dDsnuDn = 0;
+  const QStringList listTable = MakeReportTable(stReport).split('\n');
+  const auto fnFind = [&listTable](const char *pName) {
+    return listTable.filter(QLatin1String(pName)).value(0).simplified().toStdString();
+  };
+  EXPECT_EQ(fnFind("PRNU high-pass"), "PRNU high-pass, % 0.5000 0.5000");
+  EXPECT_EQ(fnFind("its rows"), "its rows below noise below noise") << "which is no figure";
+  EXPECT_EQ(fnFind("DSNU with shading"), "DSNU with shading 1.5000 below noise");
   const QJsonObject before = Parse(stReport)["before"].toObject();
   EXPECT_EQ(before["prnu_high_pass_percent"].toDouble(), 0.5);
   EXPECT_EQ(before["prnu_percent"].toDouble(), 2.0);
