@@ -237,3 +237,61 @@ TEST(Report, TheFiguresAfterTheHighPassStandBesideThoseWithShading)
   EXPECT_EQ(channel["channel"].toString(), "Gr");
   EXPECT_EQ(channel["prnu1288_col_percent"].toDouble(), 0.2);
 }
+
+TEST(Report, SaysOfDarkFramesWhatIsKnownOfThem)
+{
+  const auto fnMake = [](EDarkField eDark, int nDark) {
+    SReport stReport = MakeReport(2, 1, 16);
+    stReport.eDarkField = eDark;
+    stReport.nDarkCount = nDark;
+    return stReport;
+  };
+  const auto fnDescribe = [&](EDarkField eDark, int nDark) {
+    return ListConditions(fnMake(eDark, nDark)).front().second.section(", averaged", 1).toStdString();
+  };
+  EXPECT_EQ(fnDescribe(EDarkField::Used, 1), ", and 1 dark frame");
+  EXPECT_EQ(fnDescribe(EDarkField::Used, 3), ", and 3 dark frames");
+  EXPECT_EQ(fnDescribe(EDarkField::None, 3), ", no dark frame");
+  EXPECT_EQ(fnDescribe(EDarkField::Unknown, 0), "");
+  EXPECT_EQ(Parse(fnMake(EDarkField::Used, 3))["dark_frame_count"].toInt(), 3);
+  EXPECT_EQ(Parse(fnMake(EDarkField::None, 3))["dark_frame_count"].toInt(-1), 0);
+  EXPECT_FALSE(Parse(fnMake(EDarkField::Unknown, 3)).contains("dark_frame_count"));
+}
+
+TEST(Report, WhatAReferenceOfUnknownOrWeightedFramesLeavesIsNotBlamedOnTheirNumber)
+{
+  SReport stReport = MakeReport(0.4, 0.5, 4);
+  stReport.bWeighted = true;
+  EXPECT_TRUE(MakeFigureNotes(stReport).at(0).contains("the noise of the frames"));
+  EXPECT_EQ(Parse(stReport)["reference"].toString(), "weighted");
+  EXPECT_TRUE(MakeFigureNotes(MakeReport(0.4, 0.5, 0)).at(0).contains("the noise of the frames"));
+  EXPECT_FALSE(Parse(MakeReport(0.4, 0.5, 0)).contains("reference"));
+}
+
+TEST(Report, ABaselineHasNothingOfACorrection)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.bBaseline = true;
+  stReport.strCoefficientFile = "left.ffc";
+  stReport.listDefects.resize(2);
+  const QString strTable = MakeReportTable(stReport);
+  for (const char *pText : {"  after", "ProcessImage", "Expected grey", "left.ffc"}) {
+    EXPECT_FALSE(strTable.contains(QLatin1String(pText))) << pText;
+  }
+  EXPECT_TRUE(strTable.contains("2 defect pixels")) << strTable.toStdString();
+  EXPECT_EQ(Parse(stReport)["coefficient_file"].toString(), "left.ffc");
+}
+
+TEST(Report, PrnuAndDsnuAreUnknownWithoutDarkFramesAndPlanesOfOneKindHaveRows)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.stBefore.bWithoutDark = true;
+  stReport.stAfter.bWithoutDark = true;
+  EXPECT_EQ(MakeReportTable(stReport).split('\n').filter("PRNU with").value(0).simplified().toStdString(),
+            "PRNU with shading, % unknown unknown");
+  EXPECT_TRUE(MakeReportTable(stReport).contains("shading of R"));
+  stReport.stAfter.listPlanes.resize(1);
+  EXPECT_FALSE(MakeReportTable(stReport).contains("shading of R")) << "there is none after";
+  stReport.stBefore.listPlanes.resize(1);
+  EXPECT_FALSE(MakeReportTable(stReport).contains("shading of R")) << "it is the whole image's";
+}

@@ -28,13 +28,15 @@ enum class EFault {
   Read,
   Write,
   Rename,
+  Sync,
+  Close,     ///< of a file that was written: its system tells only then that it has no room
   Kill,      ///< before a call that changes something
   PowerLoss, ///< the same, and what was not brought to the disk by then is lost
   Count
 };
 
 constexpr std::size_t FAULT_COUNT = static_cast<std::size_t>(EFault::Count);
-constexpr const char *FAULTS[] = {"open", "read", "write", "rename", "kill", "powerloss"};
+constexpr const char *FAULTS[] = {"open", "read", "write", "rename", "sync", "close", "kill", "powerloss"};
 constexpr int READ_ERROR = EIO;
 constexpr int WRITE_ERROR = ENOSPC;
 constexpr int OPEN_ERROR = EACCES;
@@ -219,6 +221,10 @@ bool IsRenameFailing(const char *pPath)
 
 int Sync(int nFile, int (*fnNext)(int))
 {
+  if (GetFaults().IsWatched(nFile) && GetFaults().Meets(EFault::Sync)) {
+    errno = READ_ERROR;
+    return -1;
+  }
   const int nResult = fnNext(nFile);
   if (nResult == 0 && GetFaults().IsWatched(nFile)) {
     GetFaults().NoteSynced(nFile, true);
@@ -291,6 +297,16 @@ ssize_t write(int nFile, const void *pBytes, size_t nBytes)
 {
   static const auto fnNext = FindNext<decltype(write)>("write");
   return IsFailing(nFile, true) ? -1 : fnNext(nFile, pBytes, nBytes);
+}
+
+int close(int nFile)
+{
+  static const auto fnNext = FindNext<decltype(close)>("close");
+  const bool bFails =
+    (fcntl(nFile, F_GETFL) & O_ACCMODE) != O_RDONLY && GetFaults().IsWatched(nFile) && GetFaults().Meets(EFault::Close);
+  const int nResult = fnNext(nFile);
+  errno = bFails ? WRITE_ERROR : errno;
+  return bFails ? -1 : nResult;
 }
 
 int fdatasync(int nFile)
