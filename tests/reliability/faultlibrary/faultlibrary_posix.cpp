@@ -48,6 +48,8 @@ TFunction *FindNext(const char *pName)
   return reinterpret_cast<TFunction *>(dlsym(RTLD_NEXT, pName));
 }
 
+bool s_bEnded = false; ///< files may be closed after the numbers are written
+
 /// Of the whole program.
 class CFaults {
 public:
@@ -67,6 +69,7 @@ public:
   }
   ~CFaults()
   {
+    s_bEnded = true;
     const char *pCounts = std::getenv("FFC_FAULT_COUNTS");
     std::FILE *pFile = pCounts == nullptr ? nullptr : std::fopen(pCounts, "w");
     for (std::size_t n = 0; pFile != nullptr && n < FAULT_COUNT; ++n) {
@@ -94,8 +97,9 @@ public:
   bool IsWatched(int nFile) const
   {
     char acPath[4096];
-    const ssize_t nLength =
-      m_strFolder.empty() ? -1 : readlink(("/proc/self/fd/" + std::to_string(nFile)).c_str(), acPath, sizeof acPath);
+    const ssize_t nLength = s_bEnded || m_strFolder.empty()
+                              ? -1
+                              : readlink(("/proc/self/fd/" + std::to_string(nFile)).c_str(), acPath, sizeof acPath);
     return nLength > 0 && IsWatched(std::string(acPath, static_cast<std::size_t>(nLength)).c_str());
   }
 
