@@ -84,7 +84,7 @@ public:
 
   bool IsWatched(const char *pPath) const
   {
-    if (m_strFolder.empty() || pPath == nullptr) {
+    if (s_bEnded || m_strFolder.empty() || pPath == nullptr) {
       return false;
     }
     std::string strPath = pPath;
