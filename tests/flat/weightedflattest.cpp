@@ -172,9 +172,22 @@ TEST(WeightedFlatFigures, FramesTooLargeForAnyMemoryAreTold)
   EXPECT_EQ(MakeWeightedFlat({pHuge, nullptr, 128, 1}, GO_ON).GetError(), "There is not enough memory.");
 }
 
-TEST(WeightedFlatFigures, FormatsThatNobodyKnowsAreRefused)
+TEST(WeightedFlatFigures, FormatsThatNobodyKnowsAndSizesWithoutMemoryAreRefused)
 {
   SWeightedFrames stWeighted;
-  EXPECT_EQ(WeightFrames(SAddedFrames{{0, 64, 64, 4096}, 0, {}, {}, {}, 1}, stWeighted),
-            ffc::reference::STATUS_INVALID_PARAM);
+  SAddedFrames stAdded{{0, 64, 64, 4096}, 0, {}, {}, {}, 1};
+  EXPECT_EQ(WeightFrames(stAdded, stWeighted), ffc::reference::STATUS_INVALID_PARAM);
+  stAdded.stFormat = {ffc::genapi::FindSensorFormat("Mono8")->nCode, 1U << 31U, 1U << 30U, 0};
+  EXPECT_EQ(WeightFrames(stAdded, stWeighted), ffc::reference::STATUS_OUT_OF_MEMORY);
+}
+
+TEST(WeightedFlatFigures, WhatCannotBeJudgedOrComputedIsNotUsed)
+{
+  CMadeSensor small("Mono8", 16); // less than a block
+  const auto made = MakeWeightedFlat({small.Take(2, 1), small.Take(1, 0), 128, 1}, GO_ON);
+  ASSERT_EQ(made.GetError(), "");
+  EXPECT_EQ(made.GetValue().nDarkFrames, 0U) << "nobody knows whether it is dark";
+  EXPECT_FALSE(MakeWeightedFlat({small.Take(0, 1), nullptr, 128, 1}, GO_ON)) << "there are no frames";
+  EXPECT_EQ(MakeWeightedFlat({small.Take(2, 1), nullptr, 256, 1}, GO_ON).GetError(),
+            "The image library does not compute coefficients of these frames.");
 }
