@@ -91,6 +91,7 @@ private:
 
   Result<> Add()
   {
+    // Of dark frames like the bright ones neither sums nor judging fail; what is left is bStop, and memory.
     if (!AddFrames(m_stSet, m_bStop, m_stBright) ||
         (IsDarkAlike() && !AddFrames(*m_stFrames.pDark, m_bStop, m_stDark))) {
       return Failure(NO_MEMORY);

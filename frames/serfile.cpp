@@ -135,7 +135,7 @@ private:
     }
     std::vector<uint8_t> listFrame(m_stInfo.stLayout.GetFrameSize());
     Result<> result = ReadExactly(m_file, listFrame.data(), listFrame.size());
-    if (!result) {
+    if (!result) { // the disk: the file is known to be long enough
       return result;
     }
     const bool bBigEndian = MeasureDoubt<qFromBigEndian<uint16_t>>(listFrame, m_stInfo.nBitDepth) <

@@ -93,7 +93,7 @@ Result<QString> HashCoefficientFile(const QString &strFlat)
 {
   QFile file(strFlat);
   QCryptographicHash hash(QCryptographicHash::Sha256);
-  if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+  if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) { // the second: an error of the disk alone
     return Failure(file.errorString());
   }
   return QString::fromLatin1(hash.result().toHex());

@@ -20,7 +20,7 @@ _ffc() {
     make) options+=' --dark --bright --out --expect-gray --method --system-gain --dark-noise --camera --serial --exposure --gain --black-level
       --temperature --force --dry-run' ;;
     apply) options+=' --library --camera --serial --exposure --gain --defects --files-from --shard --threads --out --in-place --resume --force --dry-run' ;;
-    check) options+=' --dark --limit --levels --high-pass --details' ;;
+    check) options+=' --defects --dark --limit --levels --high-pass --details' ;;
     defects) options+=' --dark --bright --out --map --bright-percent --dark-deviations --noise-times --force --dry-run' ;;
     library) options+=' --force' ;;
     inspect) options+=' --plot' ;;

@@ -3,6 +3,8 @@
 #include <QBuffer>
 #include <QCoreApplication>
 
+#include "quality/nonuniformityreport.h"
+
 namespace ffc::quality {
 namespace {
 
@@ -94,6 +96,13 @@ void AddRow(QList<SFigureRow> &listRows, const QString &strName, double dBefore,
   listRows << SFigureRow{strName, QString::number(dBefore, 'f', nDecimals), QString::number(dAfter, 'f', nDecimals)};
 }
 
+/// PRNU or DSNU.
+void AddNonuniformityRow(QList<SFigureRow> &listRows, const QString &strName, double dBefore, double dAfter,
+                         int nDecimals)
+{
+  listRows << SFigureRow{strName, DescribeFigure(dBefore, nDecimals), DescribeFigure(dAfter, nDecimals)};
+}
+
 void AddPlaneRows(QList<SFigureRow> &listRows, const QString &strPlane, const SUniformityFigures &stBefore,
                   const SUniformityFigures &stAfter, bool bWithoutDark)
 {
@@ -105,10 +114,10 @@ void AddPlaneRows(QList<SFigureRow> &listRows, const QString &strPlane, const SU
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Corner / centre")), stBefore.dCornerToCentre,
          stAfter.dCornerToCentre, 3);
   if (!bWithoutDark) {
-    AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU with shading, %")), stBefore.dPrnuPercent,
-           stAfter.dPrnuPercent, 2);
-    AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU with shading, DN")), stBefore.dDsnuDn, stAfter.dDsnuDn,
-           2);
+    AddNonuniformityRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "PRNU with shading, %")), stBefore.dPrnuPercent,
+                        stAfter.dPrnuPercent, 2);
+    AddNonuniformityRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "DSNU with shading, DN")), stBefore.dDsnuDn,
+                        stAfter.dDsnuDn, 2);
   }
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Mean grey, DN")), stBefore.dMeanGray, stAfter.dMeanGray, 1);
   AddRow(listRows, Name(QT_TRANSLATE_NOOP("HtmlReport", "Clipped, %")), stBefore.dClippedPercent,
@@ -123,11 +132,11 @@ void AddHighPassRows(QList<SFigureRow> &listRows, const SUniformity &stBefore, c
   }
   const SWorstParts stThen = TakeWorst(stBefore.listHighPass);
   const SWorstParts stNow = TakeWorst(stAfter.listHighPass);
-  AddRow(listRows, Translate("PRNU, high-pass, %"), stThen.stPrnu.dTotal, stNow.stPrnu.dTotal, 3);
-  AddRow(listRows, Translate("PRNU of rows, %"), stThen.stPrnu.dRow, stNow.stPrnu.dRow, 3);
-  AddRow(listRows, Translate("PRNU of columns, %"), stThen.stPrnu.dColumn, stNow.stPrnu.dColumn, 3);
-  AddRow(listRows, Translate("PRNU of pixels, %"), stThen.stPrnu.dPixel, stNow.stPrnu.dPixel, 3);
-  AddRow(listRows, Translate("DSNU, high-pass, DN"), stThen.stDsnu.dTotal, stNow.stDsnu.dTotal, 3);
+  AddNonuniformityRow(listRows, Translate("PRNU, high-pass, %"), stThen.stPrnu.dTotal, stNow.stPrnu.dTotal, 3);
+  AddNonuniformityRow(listRows, Translate("PRNU of rows, %"), stThen.stPrnu.dRow, stNow.stPrnu.dRow, 3);
+  AddNonuniformityRow(listRows, Translate("PRNU of columns, %"), stThen.stPrnu.dColumn, stNow.stPrnu.dColumn, 3);
+  AddNonuniformityRow(listRows, Translate("PRNU of pixels, %"), stThen.stPrnu.dPixel, stNow.stPrnu.dPixel, 3);
+  AddNonuniformityRow(listRows, Translate("DSNU, high-pass, DN"), stThen.stDsnu.dTotal, stNow.stDsnu.dTotal, 3);
 }
 
 } // namespace

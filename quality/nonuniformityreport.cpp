@@ -1,9 +1,15 @@
 #include "quality/nonuniformityreport.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 
 namespace ffc::quality {
 namespace {
+
+QString Translate(const char *pText)
+{
+  return QCoreApplication::translate("NonuniformityReport", pText);
+}
 
 QJsonObject MakeVariancesJson(const SSpatialVariances &stVariances)
 {
@@ -40,13 +46,6 @@ QJsonArray MakeChannelsJson(const std::vector<SNonuniformity> &listFigures)
   return json;
 }
 
-/// A variance that is not above 0 once the noise is taken off has no root: then the others may add up to more than the
-/// total.
-QString DescribePart(double dFigure, const QString &strUnit)
-{
-  return dFigure > 0 ? QString::number(dFigure, 'f', 3) + strUnit : QStringLiteral("below noise");
-}
-
 } // namespace
 
 QJsonObject MakeNonuniformityJson(const SUniformity &stUniformity)
@@ -55,11 +54,17 @@ QJsonObject MakeNonuniformityJson(const SUniformity &stUniformity)
           {"high_pass", MakeChannelsJson(stUniformity.listHighPass)}};
 }
 
+QString DescribeFigure(double dFigure, int nDecimals, const QString &strUnit)
+{
+  return dFigure > 0 ? QString::number(dFigure, 'f', nDecimals) + strUnit : Translate("below noise");
+}
+
 QString DescribeParts(const SNonuniformityParts &stParts, const QString &strUnit)
 {
+  constexpr int DECIMALS = 3;
   return QStringLiteral("%1 (rows %2, columns %3, pixels %4)")
-    .arg(DescribePart(stParts.dTotal, QLatin1Char(' ') + strUnit), DescribePart(stParts.dRow, {}),
-         DescribePart(stParts.dColumn, {}), DescribePart(stParts.dPixel, {}));
+    .arg(DescribeFigure(stParts.dTotal, DECIMALS, QLatin1Char(' ') + strUnit), DescribeFigure(stParts.dRow, DECIMALS),
+         DescribeFigure(stParts.dColumn, DECIMALS), DescribeFigure(stParts.dPixel, DECIMALS));
 }
 
 } // namespace ffc::quality

@@ -22,6 +22,8 @@ constexpr const char *METHOD =
   QT_TRANSLATE_NOOP("Report", "PRNU, DSNU after EMVA 1288 Release 4.0: s^2 = s^2_measured - s^2_temporal / L; with "
                               "shading, and high-pass");
 
+constexpr int DECIMALS = 4; ///< in the table
+
 const char *const OTHER_EXPOSURES = "different exposures, so that newly clipped samples cannot be counted";
 
 /// One figure: its key, its row in the table, its place in the record.
@@ -29,13 +31,14 @@ struct SFigure {
   const char *pKey;
   const char *pLabel;
   double SUniformityFigures::*pValue;
+  bool bNonuniformity = false; ///< freed of noise; needs dark frames
 };
 
 const SFigure FIGURES[] = {
   {"shading_percent", "shading, %", &SUniformityFigures::dShadingPercent},
   {"corner_to_centre", "corner to centre", &SUniformityFigures::dCornerToCentre},
-  {"prnu_percent", "PRNU with shading, %", &SUniformityFigures::dPrnuPercent},
-  {"dsnu_dn", "DSNU with shading", &SUniformityFigures::dDsnuDn},
+  {"prnu_percent", "PRNU with shading, %", &SUniformityFigures::dPrnuPercent, true},
+  {"dsnu_dn", "DSNU with shading", &SUniformityFigures::dDsnuDn, true},
   {"mean_gray", "mean grey, DN", &SUniformityFigures::dMeanGray},
   {"clipped_percent", "clipped, %", &SUniformityFigures::dClippedPercent},
 };
@@ -161,13 +164,22 @@ Columns ListColumns(const SReport &stReport)
 }
 
 void AppendRow(QString &strTable, const QString &strLabel, const Columns &listColumns,
-               const std::function<double(const SUniformity &)> &fnFigure)
+               const std::function<QString(const SUniformity &)> &fnFigure)
 {
   strTable += QStringLiteral("  %1").arg(strLabel, -20);
   for (const auto &[pName, pUniformity] : listColumns) {
-    strTable += QStringLiteral("%1").arg(fnFigure(*pUniformity), 12, 'f', 4);
+    strTable += QStringLiteral("%1").arg(fnFigure(*pUniformity), 12);
   }
   strTable += QLatin1Char('\n');
+}
+
+QString DescribeOverall(const SUniformity &stUniformity, const SFigure &stFigure)
+{
+  const double dFigure = stUniformity.stOverall.*stFigure.pValue;
+  if (!stFigure.bNonuniformity) {
+    return QString::number(dFigure, 'f', DECIMALS);
+  }
+  return stUniformity.bWithoutDark ? QStringLiteral("unknown") : DescribeFigure(dFigure, DECIMALS);
 }
 
 /// The figures after the high-pass, of the worst channel, where all columns have them.
@@ -181,7 +193,7 @@ void AppendHighPassRows(QString &strTable, const Columns &listColumns)
   const auto fnAppend = [&](const QString &strName, SNonuniformityParts SWorstParts::*pKind) {
     const auto fnRow = [&](const QString &strLabel, double SNonuniformityParts::*pPart) {
       AppendRow(strTable, strLabel, listColumns, [pKind, pPart](const SUniformity &stUniformity) {
-        return TakeWorst(stUniformity.listHighPass).*pKind.*pPart;
+        return DescribeFigure(TakeWorst(stUniformity.listHighPass).*pKind.*pPart, DECIMALS);
       });
     };
     fnRow(strName, &SNonuniformityParts::dTotal);
@@ -204,7 +216,9 @@ void AppendPlaneRows(QString &strTable, const Columns &listColumns)
   for (std::size_t nPlane = 0; nPlane < nPlanes; ++nPlane) {
     const QString strPlane = QString::fromStdString(listColumns.front().second->listPlanes[nPlane].strName);
     AppendRow(strTable, QStringLiteral("shading of %1, %").arg(strPlane), listColumns,
-              [nPlane](const SUniformity &stUniformity) { return stUniformity.listPlanes[nPlane].dShadingPercent; });
+              [nPlane](const SUniformity &stUniformity) {
+                return QString::number(stUniformity.listPlanes[nPlane].dShadingPercent, 'f', DECIMALS);
+              });
   }
 }
 
@@ -218,7 +232,7 @@ QString MakeFigureTable(const SReport &stReport)
   strTable += QLatin1Char('\n');
   for (const SFigure &stFigure : FIGURES) {
     AppendRow(strTable, QLatin1String(stFigure.pLabel), listColumns,
-              [&stFigure](const SUniformity &stUniformity) { return stUniformity.stOverall.*stFigure.pValue; });
+              [&stFigure](const SUniformity &stUniformity) { return DescribeOverall(stUniformity, stFigure); });
   }
   AppendHighPassRows(strTable, listColumns);
   AppendPlaneRows(strTable, listColumns);
@@ -231,7 +245,7 @@ QString DescribeBrightFrames(const SReport &stReport)
     return Translate("from an unknown number of bright frames");
   }
   if (stReport.nFrameCount == 1) {
-    return Translate("from 1 bright frame");
+    return stReport.bWeighted ? Translate("from 1 bright frame, weighted") : Translate("from 1 bright frame");
   }
   return (stReport.bWeighted ? Translate("from %1 bright frames, weighted")
                              : Translate("from %1 bright frames, averaged"))

@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
 # Which lines, branches and conditions of the rooms that compute and of the dialog the tests of these rooms run, those of the tool
-# ffc, through which most kinds of files go, and those of the host, in which tables are made out of weighted frames: builds them with clang
-# (preset coverage), runs them, and prints a table by folder; build/coverage/report/ has the sources with their counts.
+# ffc, through which most kinds of files go, also while each of its calls to the disk fails once, and those of the host, in which
+# tables are made out of weighted frames: builds them with clang (preset coverage), runs them, and prints a table by folder;
+# build/coverage/report/ has the sources with their counts.
 # "scripts/coverage.sh --report" prints it of the last run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
-folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference flat pluginobject
-  pluginobject/shadingcorrection)
+folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference flat quality tools
+  pluginobject pluginobject/shadingcorrection)
 # What looks at the built files is for the build without counters; what lets threads meet for minutes adds no line.
 skipped='^(ombrix_exports_test|ombrix_substitute_test|pluginobject_framethread_test)$'
-wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|host_test|pluginobject_[a-z]+_test|pluginobject_test|dialog_test|widgets_test)$'
+wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|quality_test|host_test|pluginobject_[a-z]+_test|pluginobject_test|dialog_test|widgets_test)$'
 build=$root/build/coverage
 
 build_tests() {
@@ -21,7 +22,7 @@ build_tests() {
   mapfile -t programs < <(ctest --test-dir "$build" --show-only=json-v1 |
     python3 -c 'import json, sys; print("\n".join(test["name"] for test in json.load(sys.stdin)["tests"]))' |
     grep -E "$wanted" | grep -vE "$skipped")
-  cmake --build "$build" --parallel "$(nproc)" --target FlatFieldCorrection "${programs[@]}"
+  cmake --build "$build" --parallel "$(nproc)" --target FlatFieldCorrection reliability_test "${programs[@]}"
   printf '%s\n' "${programs[@]}" >"$build/programs"
 }
 
@@ -32,6 +33,8 @@ run_tests() {
   LLVM_PROFILE_FILE=$build/counts/%4m.profraw run_on_displays \
     ctest --test-dir "$build" --parallel "$(nproc)" --output-on-failure --no-tests=error \
     --tests-regex "^($(paste -sd "|" "$build/programs"))(_baseline|_v2|_v3)?\$"
+  LLVM_PROFILE_FILE=$build/counts/%4m.profraw FFC_SOAK=1 QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 \
+    "$build/bin/reliability_test" --gtest_filter='Commands/ToolFaults.AFileThatFails*' --gtest_brief=1
 }
 
 report() {

@@ -960,6 +960,10 @@ Frames received: %3</source>
         <translation>%1 已存在。是否替换？</translation>
     </message>
     <message>
+        <source>%1 are there already. Replace them?</source>
+        <translation>%1 均已存在。是否替换？</translation>
+    </message>
+    <message>
         <source>&amp;Replace</source>
         <translation>替换(&amp;R)</translation>
     </message>
@@ -1262,6 +1266,13 @@ Frames received: %3</source>
     </message>
 </context>
 <context>
+    <name>NonuniformityReport</name>
+    <message>
+        <source>below noise</source>
+        <translation>低于噪声</translation>
+    </message>
+</context>
+<context>
     <name>Report</name>
     <message>
         <source>% of the mean; DN, the samples' own numbers</source>
@@ -1358,6 +1369,10 @@ Frames received: %3</source>
     <message>
         <source>Versions</source>
         <translation>版本</translation>
+    </message>
+    <message>
+        <source>from 1 bright frame, weighted</source>
+        <translation>由 1 帧亮场加权而得</translation>
     </message>
     <message>
         <source>from 1 bright frame</source>

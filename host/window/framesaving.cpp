@@ -172,7 +172,7 @@ QString AskFramePath(QWidget *pParent, const QString &strTitle, uint32_t nFrames
                  frames::ListFileKinds()[static_cast<std::size_t>(nKind)]->GetSuffixes().first();
   };
   const auto findFirst = [nFrames](const QString &strPath) {
-    return GetFramePath(strPath, *frames::FindFileKind(strPath), nFrames, 1);
+    return QStringList{GetFramePath(strPath, *frames::FindFileKind(strPath), nFrames, 1)};
   };
   const SSaveBox stBox = {strTitle, QDir(settings.value(FOLDER_KEY, QDir::homePath()).toString()).absolutePath(),
                           listFilters, settings.value(KIND_KEY, strFirst).toString()};

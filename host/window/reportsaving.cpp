@@ -24,6 +24,29 @@ QString Translate(const char *pText)
 
 const QString FOLDER_KEY = QStringLiteral("report/folder");
 
+/// What is written for a page begins so.
+QString GetBase(const QString &strPath)
+{
+  const QFileInfo info(strPath);
+  return info.dir().filePath(info.completeBaseName());
+}
+
+QString GetJsonPath(const QString &strPath)
+{
+  return GetBase(strPath) + QStringLiteral(".json");
+}
+
+QString GetDefectsBase(const QString &strPath)
+{
+  return GetBase(strPath) + QStringLiteral("-defects");
+}
+
+QStringList ListReportFiles(const QString &strPath)
+{
+  const QString strDefects = GetDefectsBase(strPath);
+  return {strPath, GetJsonPath(strPath), strDefects + QStringLiteral(".csv"), strDefects + QStringLiteral(".xml")};
+}
+
 QByteArray MakeTimedJson(const quality::SResult &stResult, const quality::SLimits &stLimits,
                          const QDateTime &dtMeasured)
 {
@@ -43,7 +66,7 @@ QString AskReportPath(QWidget *pParent)
                           dir.filePath(QStringLiteral("flat-field-report.html")),
                           {Translate("Report (*.html)")},
                           QString()};
-  QString strPath = AskSavePath(pParent, stBox, QStringLiteral("html"));
+  QString strPath = AskSavePath(pParent, stBox, QStringLiteral("html"), ListReportFiles);
   if (!strPath.isEmpty()) {
     settings.setValue(FOLDER_KEY, QFileInfo(strPath).absolutePath());
   }
@@ -69,14 +92,10 @@ Result<> SaveReport(const QString &strPath, const std::shared_ptr<const quality:
   if (byteHtml.isEmpty()) {
     return Failure(Translate("There is not enough memory."));
   }
-  const QFileInfo info(strPath);
-  const QString strJson = info.dir().filePath(info.completeBaseName() + QStringLiteral(".json"));
-  return RunUntilFailure([&] { return frames::SaveWholeFile(strPath, byteHtml); },
-                         [&] { return frames::SaveWholeFile(strJson, MakeTimedJson(*pResult, stLimits, dtMeasured)); },
-                         [&] {
-                           return SaveDefects(info.dir().filePath(info.completeBaseName() + QStringLiteral("-defects")),
-                                              pResult->stReport);
-                         });
+  return RunUntilFailure(
+    [&] { return frames::SaveWholeFile(strPath, byteHtml); },
+    [&] { return frames::SaveWholeFile(GetJsonPath(strPath), MakeTimedJson(*pResult, stLimits, dtMeasured)); },
+    [&] { return SaveDefects(GetDefectsBase(strPath), pResult->stReport); });
 }
 
 } // namespace ffc::host

@@ -14,13 +14,20 @@ QString Translate(const char *pText)
   return QCoreApplication::translate("SaveBox", pText);
 }
 
-bool MayReplace(QWidget *pParent, const QString &strTitle, const QString &strFile)
+bool MayReplace(QWidget *pParent, const QString &strTitle, const QStringList &listFiles)
 {
-  if (!QFileInfo::exists(strFile)) {
+  QStringList listNames;
+  for (const QString &strFile : listFiles) {
+    if (QFileInfo::exists(strFile)) {
+      listNames << QFileInfo(strFile).fileName();
+    }
+  }
+  if (listNames.isEmpty()) {
     return true;
   }
-  QMessageBox box(QMessageBox::Question, strTitle,
-                  Translate("%1 is there already. Replace it?").arg(QFileInfo(strFile).fileName()),
+  const QString strQuestion = listNames.size() == 1 ? Translate("%1 is there already. Replace it?")
+                                                    : Translate("%1 are there already. Replace them?");
+  QMessageBox box(QMessageBox::Question, strTitle, strQuestion.arg(listNames.join(QStringLiteral(", "))),
                   QMessageBox::NoButton, pParent);
   box.setObjectName(QStringLiteral("ReplaceFile"));
   const QPushButton *pReplace = box.addButton(Translate("&Replace"), QMessageBox::AcceptRole);
@@ -33,7 +40,7 @@ bool MayReplace(QWidget *pParent, const QString &strTitle, const QString &strFil
 
 SSaveAnswer AskSavePath(QWidget *pParent, const SSaveBox &stBox,
                         const std::function<QString(const QString &, const QString &)> &fnComplete,
-                        const std::function<QString(const QString &)> &fnFirstFile)
+                        const std::function<QStringList(const QString &)> &fnFiles)
 {
   SSaveAnswer stAnswer{stBox.strPath, stBox.strFilter};
   bool bDecided = false;
@@ -42,20 +49,20 @@ SSaveAnswer AskSavePath(QWidget *pParent, const SSaveBox &stBox,
       QFileDialog::getSaveFileName(pParent, stBox.strTitle, stAnswer.strPath, stBox.listFilters.join(";;"),
                                    &stAnswer.strFilter, QFileDialog::DontConfirmOverwrite);
     stAnswer.strPath = strTyped.isEmpty() ? QString() : fnComplete(strTyped, stAnswer.strFilter);
-    const QString strFile = fnFirstFile && !strTyped.isEmpty() ? fnFirstFile(stAnswer.strPath) : stAnswer.strPath;
-    bDecided = strTyped.isEmpty() || MayReplace(pParent, stBox.strTitle, strFile);
+    bDecided = strTyped.isEmpty() ||
+               MayReplace(pParent, stBox.strTitle, fnFiles ? fnFiles(stAnswer.strPath) : QStringList{stAnswer.strPath});
   }
   return stAnswer;
 }
 
-QString AskSavePath(QWidget *pParent, const SSaveBox &stBox, const QString &strSuffix)
+QString AskSavePath(QWidget *pParent, const SSaveBox &stBox, const QString &strSuffix,
+                    const std::function<QStringList(const QString &)> &fnFiles)
 {
-  return AskSavePath(pParent, stBox,
-                     [&strSuffix](const QString &strTyped, const QString &) {
-                       const bool bHas = QFileInfo(strTyped).suffix().compare(strSuffix, Qt::CaseInsensitive) == 0;
-                       return bHas ? strTyped : strTyped + QLatin1Char('.') + strSuffix;
-                     })
-    .strPath;
+  const auto complete = [&strSuffix](const QString &strTyped, const QString &) {
+    const bool bHas = QFileInfo(strTyped).suffix().compare(strSuffix, Qt::CaseInsensitive) == 0;
+    return bHas ? strTyped : strTyped + QLatin1Char('.') + strSuffix;
+  };
+  return AskSavePath(pParent, stBox, complete, fnFiles).strPath;
 }
 
 } // namespace ffc::host

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include "flat/weightedframes.h"
 #include "tests/flat/toolflat.h"
 
 using namespace ffc::flat;
@@ -127,4 +129,65 @@ TEST(WeightedFlatFigures, NothingIsMadeAfterItWasCancelled)
 {
   const std::atomic<bool> bStop{true};
   EXPECT_FALSE(MakeWeightedFlat({CMadeSensor("Mono8", SMALL_SIDE).Take(1, 1), nullptr, 128, 1}, bStop));
+}
+
+TEST(WeightedFlatFigures, DarkFramesOfAnotherKindAreNotTaken)
+{
+  const auto pBright = CMadeSensor("Mono8", SMALL_SIDE).Take(2, 1);
+  const auto pDark = CMadeSensor("Mono8", SMALL_SIDE).Take(1, 0);
+  const auto fnCount = [&](const std::function<void(SFrameSet &)> &fnChange) {
+    auto pOther = std::make_shared<SFrameSet>(*pDark);
+    fnChange(*pOther);
+    const auto made = MakeWeightedFlat({pBright, pOther, 128, 1}, GO_ON);
+    EXPECT_EQ(made.GetError(), "");
+    return made ? made.GetValue().nDarkFrames : 99;
+  };
+  EXPECT_EQ(fnCount([](SFrameSet &) {}), 1U);
+  EXPECT_EQ(fnCount([](SFrameSet &stSet) { stSet.pFormat = ffc::genapi::FindSensorFormat("BayerRG8"); }), 0U);
+  EXPECT_EQ(fnCount([](SFrameSet &stSet) { stSet.nWidth /= 2; }), 0U);
+  EXPECT_EQ(fnCount([](SFrameSet &stSet) { stSet.nHeight /= 2; }), 0U);
+}
+
+TEST(WeightedFlatFigures, FramesWithoutLightHaveNoFigures)
+{
+  auto pBlack = std::make_shared<SFrameSet>(*CMadeSensor("Mono8", SMALL_SIDE).Take(2, 0));
+  for (std::vector<uint8_t> &listFrame : pBlack->listFrames) {
+    std::fill(listFrame.begin(), listFrame.end(), uint8_t{0});
+  }
+  const auto made = MakeWeightedFlat({pBlack, nullptr, 128, 1}, GO_ON);
+  if (made) {
+    EXPECT_EQ(made.GetValue().dPlainNoise, 0);
+    EXPECT_EQ(made.GetValue().GetWorth(), 0) << "no number of frames";
+  } else {
+    EXPECT_NE(made.GetError().find("does not compute coefficients"), std::string::npos) << made.GetError();
+  }
+}
+
+TEST(WeightedFlatFigures, FramesTooLargeForAnyMemoryAreTold)
+{
+  auto pHuge = std::make_shared<SFrameSet>();
+  pHuge->pFormat = ffc::genapi::FindSensorFormat("Mono8");
+  pHuge->nWidth = 1U << 31U;
+  pHuge->nHeight = 1U << 30U;
+  EXPECT_EQ(MakeWeightedFlat({pHuge, nullptr, 128, 1}, GO_ON).GetError(), "There is not enough memory.");
+}
+
+TEST(WeightedFlatFigures, FormatsThatNobodyKnowsAndSizesWithoutMemoryAreRefused)
+{
+  SWeightedFrames stWeighted;
+  SAddedFrames stAdded{{0, 64, 64, 4096}, 0, {}, {}, {}, 1};
+  EXPECT_EQ(WeightFrames(stAdded, stWeighted), ffc::reference::STATUS_INVALID_PARAM);
+  stAdded.stFormat = {ffc::genapi::FindSensorFormat("Mono8")->nCode, 1U << 31U, 1U << 30U, 0};
+  EXPECT_EQ(WeightFrames(stAdded, stWeighted), ffc::reference::STATUS_OUT_OF_MEMORY);
+}
+
+TEST(WeightedFlatFigures, WhatCannotBeJudgedOrComputedIsNotUsed)
+{
+  CMadeSensor small("Mono8", 16); // less than a block
+  const auto made = MakeWeightedFlat({small.Take(2, 1), small.Take(1, 0), 128, 1}, GO_ON);
+  ASSERT_EQ(made.GetError(), "");
+  EXPECT_EQ(made.GetValue().nDarkFrames, 0U) << "nobody knows whether it is dark";
+  EXPECT_FALSE(MakeWeightedFlat({small.Take(0, 1), nullptr, 128, 1}, GO_ON)) << "there are no frames";
+  EXPECT_EQ(MakeWeightedFlat({small.Take(2, 1), nullptr, 256, 1}, GO_ON).GetError(),
+            "The image library does not compute coefficients of these frames.");
 }

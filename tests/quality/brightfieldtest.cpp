@@ -100,3 +100,23 @@ TEST(BrightField, UnsteadyLightIsNamedAndLightThatMovesToo)
   }),
             "The light moves: between; ");
 }
+
+TEST(BrightField, OfAMosaicOneChannelIsJudgedAndOfNoFramesNothing)
+{
+  CFrameStack stack;
+  EXPECT_TRUE(JudgeBrightField(MeasureBrightField(stack, nullptr, EColorLayout::Mono)).empty());
+  ASSERT_TRUE(stack.Prepare(512, 384, 8));
+  std::vector<uint8_t> listFrame(512 * 384);
+  for (std::size_t n = 0; n < listFrame.size(); ++n) { // its sites differ, and each of them is even
+    listFrame[n] = n % 2 == 0 ? 60 : 200;
+  }
+  ASSERT_TRUE(stack.Add(listFrame.data(), listFrame.size()));
+  EXPECT_EQ(MeasureBrightField(stack, nullptr, EColorLayout::BayerRG).dStructurePercent, 0);
+  CLightWatch watch;
+  watch.Add(listFrame.data(), 512, 384, 1);
+  EXPECT_EQ(watch.GetLargest(), 200U);
+  EXPECT_EQ(watch.GetLargestCount(), 512U * 384U / 2);
+  watch.Add(listFrame.data(), 64, 7, 1);
+  EXPECT_EQ(watch.GetFrameCount(), 1U) << "lower than the grid";
+  EXPECT_EQ(MeasureStructure(64, 16, [](uint32_t, uint32_t) { return 1; }), 0) << "no block has neighbours";
+}

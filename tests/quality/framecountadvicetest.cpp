@@ -141,3 +141,30 @@ TEST(ReferenceAdvice, KnowsHowManyFramesWereUsedByWhichMethodAndWhoCorrects)
   strAdvice = AdviseReference(listNoise, stFacts).join(' ');
   EXPECT_TRUE(strAdvice.contains("blocks of 32 x 32 pixels: one frame is enough")) << strAdvice.toStdString();
 }
+
+TEST(ReferenceAdvice, OfOneFrameSpeaksOfOne)
+{
+  SReferenceFacts stFacts;
+  stFacts.nFrames = 1;
+  const auto fnAdvise = [&](const std::vector<SNoise> &listNoise) {
+    return AdviseReference(listNoise, stFacts).join(' ').toStdString();
+  };
+  EXPECT_NE(fnAdvise({MakeNoise(20, 8)}).find("1 frame was used: its noise leaves"), std::string::npos);
+  EXPECT_NE(fnAdvise({MakeNoise(1, 10)}).find("1 frame was used, which is as advised."), std::string::npos);
+  stFacts.bWeighted = true;
+  EXPECT_NE(fnAdvise({MakeNoise(20, 8)}).find("The reference of 1 frame is weighted"), std::string::npos);
+  stFacts.bWeighted = false;
+  EXPECT_EQ(fnAdvise({}).find("was used"), std::string::npos) << "nothing is known of its noise";
+  stFacts.nFrames = 0;
+  EXPECT_EQ(fnAdvise({MakeNoise(20, 8)}).find("used"), std::string::npos);
+}
+
+TEST(ReferenceAdvice, RoundingBelowWhatIsSeenOrOfNoLightSetsNoFloor)
+{
+  SReferenceFacts stFacts;
+  stFacts.nBitDepth = 8;
+  EXPECT_FALSE(DoBitsSetTheFloor({"Mono", 0, 0, 0}, stFacts)) << "it is dark";
+  EXPECT_TRUE(DoBitsSetTheFloor({"Mono", 100, 0, 0}, stFacts));
+  stFacts.nBitDepth = 0;
+  EXPECT_FALSE(DoBitsSetTheFloor({"Mono", 100, 0, 0}, stFacts)) << "the depth is not known";
+}

@@ -147,3 +147,49 @@ TEST(HtmlReport, OfABaselineClaimsNothingOfACorrection)
   EXPECT_EQ(json["verdict"].toString().toStdString(), "baseline");
   EXPECT_FALSE(json.contains("after"));
 }
+
+TEST(HtmlReport, OfMonochromeFramesHasTheFiguresAfterTheHighPassAndNamesNoPlane)
+{
+  SResult stResult = MakeResult();
+  for (SUniformity *pUniformity : {&stResult.stReport.stBefore, &stResult.stReport.stAfter}) {
+    pUniformity->listPlanes.resize(1);
+  }
+  EXPECT_FALSE(MakePage(stResult, 1.0).contains("high-pass, %"));
+  SNonuniformity stFigures;
+  stFigures.stPrnu = {0.5, 0, 0.2, 0.4};
+  stResult.stReport.stBefore.listHighPass = {stFigures};
+  EXPECT_FALSE(MakePage(stResult, 1.0).contains("high-pass, %")) << "there are none after";
+  stResult.stReport.stAfter.listHighPass = {stFigures};
+  stResult.stReport.listDefects.resize(3);
+  stResult.listAdvice = QStringList{"an advice of its own"};
+  stResult.stPictures.imgBefore = QImage(80, 60, QImage::Format_Grayscale8);
+  const QString strPage = MakePage(stResult, 1.0);
+  for (const char *pText : {"<td>Shading, %</td>",
+                            "<td>PRNU of rows, %</td><td class=\"n\">below noise</td><td class=\"n\">below noise</td>",
+                            "<td class=\"n\">0.400</td>", "Defect pixels: 3", "an advice of its own"}) {
+    EXPECT_TRUE(strPage.contains(QLatin1String(pText))) << pText;
+  }
+  EXPECT_FALSE(strPage.contains("break even")) << "in place of the usual one";
+}
+
+TEST(HtmlReport, TheColourOfAVerdictIsItsOwn)
+{
+  EXPECT_TRUE(MakePage(MakeResult(), 1.0).contains("<p class=\"verdict pass\">PASS: shading"));
+  EXPECT_TRUE(MakePage(MakeResult(), 0.1).contains("<p class=\"verdict fail\">FAIL: shading"));
+  SResult stResult = MakeResult();
+  stResult.stReport.stAfter = MakeUniformity(50);
+  EXPECT_TRUE(MakePage(stResult, 1.0).contains("<p class=\"verdict worse\">WORSE: shading"));
+  stResult.stReport.stBefore = SUniformity();
+  EXPECT_TRUE(MakePage(stResult, 1.0).contains("<p class=\"verdict none\">Not measured"));
+}
+
+TEST(HtmlReport, WithoutDarkFramesClaimsNoPrnu)
+{
+  SResult stResult = MakeResult();
+  stResult.stReport.stBefore.bWithoutDark = true;
+  stResult.stReport.stAfter.bWithoutDark = true;
+  const QString strPage = MakePage(stResult, 1.0);
+  EXPECT_FALSE(strPage.contains("PRNU with shading"));
+  EXPECT_TRUE(strPage.contains("Clipped by the correction: 12 samples<"));
+  EXPECT_FALSE(strPage.contains("gain limit")) << "it is not known what is signal";
+}

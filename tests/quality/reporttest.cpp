@@ -117,6 +117,19 @@ TEST(Report, WithoutAnExpectedGreyTellsNone)
   EXPECT_FALSE(MakeReportTable(stReport).contains("Expected grey"));
 }
 
+TEST(Report, SaysOfOneFrameTooThatItWasWeighted)
+{
+  const auto fnDescribe = [](int nFrames, bool bWeighted) {
+    SReport stReport = MakeReport(2, 1, nFrames);
+    stReport.bWeighted = bWeighted;
+    return ListConditions(stReport).front().second.toStdString();
+  };
+  EXPECT_EQ(fnDescribe(1, true), "from 1 bright frame, weighted");
+  EXPECT_EQ(fnDescribe(1, false), "from 1 bright frame");
+  EXPECT_EQ(fnDescribe(4, true), "from 4 bright frames, weighted");
+  EXPECT_EQ(fnDescribe(0, true), "from an unknown number of bright frames");
+}
+
 TEST(Report, BlamesTheCamerasBlocksForWhatTheHostsReferenceIsBlamedForElsewhere)
 {
   SReport stReport = MakeReport(0.4, 1.2, 1);
@@ -206,14 +219,79 @@ TEST(Report, TheFiguresAfterTheHighPassStandBesideThoseWithShading)
   EXPECT_FALSE(MakeReportTable(stReport).contains("high-pass, %"));
   SNonuniformity stFigures;
   stFigures.strName = "Gr";
-  stFigures.stPrnu = {0.5, 0.1, 0.2, 0.4};
+  stFigures.stPrnu = {0.5, 0, 0.2, 0.4};
   stReport.stBefore.listHighPass = {stFigures};
   stReport.stAfter.listHighPass = {stFigures};
-  EXPECT_TRUE(MakeReportTable(stReport).contains("PRNU high-pass, %"));
+  stReport.stAfter.stOverall.dDsnuDn = 0;
+  const QStringList listTable = MakeReportTable(stReport).split('\n');
+  const auto fnFind = [&listTable](const char *pName) {
+    return listTable.filter(QLatin1String(pName)).value(0).simplified().toStdString();
+  };
+  EXPECT_EQ(fnFind("PRNU high-pass"), "PRNU high-pass, % 0.5000 0.5000");
+  EXPECT_EQ(fnFind("its rows"), "its rows below noise below noise") << "which is no figure";
+  EXPECT_EQ(fnFind("DSNU with shading"), "DSNU with shading 1.5000 below noise");
   const QJsonObject before = Parse(stReport)["before"].toObject();
   EXPECT_EQ(before["prnu_high_pass_percent"].toDouble(), 0.5);
   EXPECT_EQ(before["prnu_percent"].toDouble(), 2.0);
   const QJsonObject channel = before["emva1288"].toObject()["high_pass"].toArray()[0].toObject();
   EXPECT_EQ(channel["channel"].toString(), "Gr");
   EXPECT_EQ(channel["prnu1288_col_percent"].toDouble(), 0.2);
+}
+
+TEST(Report, SaysOfDarkFramesWhatIsKnownOfThem)
+{
+  const auto fnMake = [](EDarkField eDark, int nDark) {
+    SReport stReport = MakeReport(2, 1, 16);
+    stReport.eDarkField = eDark;
+    stReport.nDarkCount = nDark;
+    return stReport;
+  };
+  const auto fnDescribe = [&](EDarkField eDark, int nDark) {
+    return ListConditions(fnMake(eDark, nDark)).front().second.section(", averaged", 1).toStdString();
+  };
+  EXPECT_EQ(fnDescribe(EDarkField::Used, 1), ", and 1 dark frame");
+  EXPECT_EQ(fnDescribe(EDarkField::Used, 3), ", and 3 dark frames");
+  EXPECT_EQ(fnDescribe(EDarkField::None, 3), ", no dark frame");
+  EXPECT_EQ(fnDescribe(EDarkField::Unknown, 0), "");
+  EXPECT_EQ(Parse(fnMake(EDarkField::Used, 3))["dark_frame_count"].toInt(), 3);
+  EXPECT_EQ(Parse(fnMake(EDarkField::None, 3))["dark_frame_count"].toInt(-1), 0);
+  EXPECT_FALSE(Parse(fnMake(EDarkField::Unknown, 3)).contains("dark_frame_count"));
+}
+
+TEST(Report, WhatAReferenceOfUnknownOrWeightedFramesLeavesIsNotBlamedOnTheirNumber)
+{
+  SReport stReport = MakeReport(0.4, 0.5, 4);
+  stReport.bWeighted = true;
+  EXPECT_TRUE(MakeFigureNotes(stReport).at(0).contains("the noise of the frames"));
+  EXPECT_EQ(Parse(stReport)["reference"].toString(), "weighted");
+  EXPECT_TRUE(MakeFigureNotes(MakeReport(0.4, 0.5, 0)).at(0).contains("the noise of the frames"));
+  EXPECT_FALSE(Parse(MakeReport(0.4, 0.5, 0)).contains("reference"));
+}
+
+TEST(Report, ABaselineHasNothingOfACorrection)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.bBaseline = true;
+  stReport.strCoefficientFile = "left.ffc";
+  stReport.listDefects.resize(2);
+  const QString strTable = MakeReportTable(stReport);
+  for (const char *pText : {"  after", "ProcessImage", "Expected grey", "left.ffc"}) {
+    EXPECT_FALSE(strTable.contains(QLatin1String(pText))) << pText;
+  }
+  EXPECT_TRUE(strTable.contains("2 defect pixels")) << strTable.toStdString();
+  EXPECT_EQ(Parse(stReport)["coefficient_file"].toString(), "left.ffc");
+}
+
+TEST(Report, PrnuAndDsnuAreUnknownWithoutDarkFramesAndPlanesOfOneKindHaveRows)
+{
+  SReport stReport = MakeReport(2, 1, 16);
+  stReport.stBefore.bWithoutDark = true;
+  stReport.stAfter.bWithoutDark = true;
+  EXPECT_EQ(MakeReportTable(stReport).split('\n').filter("PRNU with").value(0).simplified().toStdString(),
+            "PRNU with shading, % unknown unknown");
+  EXPECT_TRUE(MakeReportTable(stReport).contains("shading of R"));
+  stReport.stAfter.listPlanes.resize(1);
+  EXPECT_FALSE(MakeReportTable(stReport).contains("shading of R")) << "there is none after";
+  stReport.stBefore.listPlanes.resize(1);
+  EXPECT_FALSE(MakeReportTable(stReport).contains("shading of R")) << "it is the whole image's";
 }

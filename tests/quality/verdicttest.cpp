@@ -165,3 +165,15 @@ TEST(Shading, OfTheWorstPlaneNeedsNoDarkFrames)
   EXPECT_NEAR(MeasureShading(stStack, EColorLayout::BayerRG), 40.0, 1e-9);
   EXPECT_EQ(MeasureShading(CFrameStack(), EColorLayout::Mono), 0);
 }
+
+TEST(Limits, KnowWhetherTheyNeedDarkFrames)
+{
+  EXPECT_TRUE(SLimits().IsEmpty());
+  for (double SLimits::*pLimit :
+       {&SLimits::dPrnu, &SLimits::dDsnu, &SLimits::dPrnuHighPass, &SLimits::dDsnuHighPass, &SLimits::dShading}) {
+    SLimits stLimits;
+    stLimits.*pLimit = 0;
+    EXPECT_FALSE(stLimits.IsEmpty());
+    EXPECT_EQ(stLimits.NeedDark(), pLimit != &SLimits::dShading);
+  }
+}

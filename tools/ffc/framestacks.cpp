@@ -78,7 +78,7 @@ std::optional<STrouble> CStackReader::AddFrame(const QString &strFile, const fra
       return stTrouble;
     }
   }
-  if (listFrame.size() != stStacks.stackRaw.GetFrameSize()) {
+  if (stInfo.stLayout.nWidth != stStacks.stackRaw.GetWidth() || listFrame.size() != stStacks.stackRaw.GetFrameSize()) {
     return STrouble{true, MakeSentence(strFile, "is unlike the frames before.")};
   }
   const bool bAdded = stStacks.stackRaw.Add(listFrame.data(), listFrame.size()) &&

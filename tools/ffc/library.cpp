@@ -141,21 +141,21 @@ Result<std::vector<SLibraryFlat>> ListLibrary(const QString &strFolder)
   return listFlats;
 }
 
-Result<QString> AddToLibrary(const QString &strFolder, const QString &strFlat, bool bForce)
+std::optional<STrouble> AddToLibrary(const QString &strFolder, const QString &strFlat, bool bForce)
 {
   CFlat flat;
   SOptions stOptions;
   const std::optional<STrouble> stTrouble = flat.Load(strFlat, stOptions);
   if (stTrouble) {
-    return Failure(stTrouble->strText);
+    return stTrouble;
   }
   if (!flat.GetSide()) {
-    return Failure(
+    return Refuse(
       MakeSentence(strFlat, "has no side file, which describes its camera and frames; ffc make writes one."));
   }
   const QString strPath = QDir(strFolder).filePath(MakeName(*flat.GetSide()));
   if (!bForce && QFileInfo::exists(strPath)) {
-    return Failure(MakeSentence(strPath, "is there already; replacing it takes --force."));
+    return STrouble{false, MakeSentence(strPath, "is there already; replacing it takes --force.")};
   }
   const QByteArray byteTable(reinterpret_cast<const char *>(flat.GetTable().GetData()),
                              static_cast<int>(flat.GetTable().GetSize()));
@@ -166,7 +166,7 @@ Result<QString> AddToLibrary(const QString &strFolder, const QString &strFlat, b
     },
     [&] { return frames::SaveWholeFile(strPath, byteTable); },
     [&] { return frames::SaveWholeFile(frames::GetSideFilePath(strPath), frames::MakeSideFile(*flat.GetSide())); });
-  return saved ? Result<QString>(strPath) : saved.GetFailure();
+  return saved ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(saved.GetError())});
 }
 
 QString DescribeConditions(const frames::SSideFile &stSide)

@@ -2,6 +2,7 @@
 /// Flats of many conditions, kept in one folder.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <QString>
@@ -10,6 +11,7 @@
 #include "frames/sidefile.h"
 #include "platform/result.h"
 #include "tools/ffc/options.h"
+#include "tools/ffc/report.h"
 
 namespace ffc::tool {
 
@@ -27,8 +29,8 @@ struct SLibraryFlat {
 Result<std::vector<SLibraryFlat>> ListLibrary(const QString &strFolder);
 
 /// Copies a flat and its side file into the folder, which is made where it is missing, under a name made of its
-/// conditions. \return the new file's path
-Result<QString> AddToLibrary(const QString &strFolder, const QString &strFlat, bool bForce);
+/// conditions.
+std::optional<STrouble> AddToLibrary(const QString &strFolder, const QString &strFlat, bool bForce);
 
 /// "Mono12 640 x 480, camera A 7, 10000 us, 3 dB"
 QString DescribeConditions(const frames::SSideFile &stSide);

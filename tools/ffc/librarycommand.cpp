@@ -7,9 +7,10 @@ EExitCode RunLibrary(const SOptions &stOptions, CReport &report)
 {
   const QString strFolder = QString::fromStdString(stOptions.strLibrary);
   for (const std::string &strFlat : stOptions.listFrames) {
-    const Result<QString> added = AddToLibrary(strFolder, QString::fromStdString(strFlat), stOptions.bForce);
-    if (!added) {
-      report.AddTrouble(QString::fromStdString(strFlat), {true, QString::fromStdString(added.GetError())});
+    const std::optional<STrouble> stTrouble =
+      AddToLibrary(strFolder, QString::fromStdString(strFlat), stOptions.bForce);
+    if (stTrouble) {
+      report.AddTrouble(QString::fromStdString(strFlat), *stTrouble);
     }
   }
   const Result<std::vector<SLibraryFlat>> listFlats = ListLibrary(strFolder);

@@ -180,6 +180,7 @@ void AddCheck(CLI::App &app, SOptions &stOptions, SWords &stWords)
     .add_option("--high-pass", stOptions.strHighPass,
                 "high-pass filter of EMVA 1288: release4, release4-inner or release3")
     ->check(CLI::IsMember({"release4", "release4-inner", "release3"}));
+  command.add_option("--defects", stOptions.strDefects, "list of pixels to replace, CSV or XML");
   command.add_option("--details", stOptions.strDetails, "folder for histograms and spectrograms (CSV)");
   AddFrameOptions(command, stOptions, stWords);
   AddReportOptions(command, stOptions);

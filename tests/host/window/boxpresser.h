@@ -4,7 +4,10 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QObject>
 #include <QString>
 #include <QWindow>
@@ -52,6 +55,36 @@ private:
   QString m_strBox;
   QString m_strButton;
   int m_nPressed = 0;
+};
+
+/// Types a name into the first file box, answers the question whether a file is replaced, and leaves the second box.
+class CReplacingUser : public QObject {
+public:
+  CReplacingUser(const QString &strName, const char *pAnswer) : m_strName(strName), m_presser("ReplaceFile", pAnswer)
+  {
+    startTimer(10);
+  }
+  int GetQuestions() const { return m_presser.GetPressed(); }
+
+protected:
+  void timerEvent(QTimerEvent *) override
+  {
+    if (auto *pInput = qobject_cast<QInputDialog *>(QApplication::activeModalWidget())) {
+      pInput->accept();
+    }
+    auto *pBox = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+    if (pBox != nullptr && m_strName.isEmpty()) {
+      pBox->reject();
+    } else if (pBox != nullptr) {
+      pBox->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_strName);
+      m_strName.clear();
+      QMetaObject::invokeMethod(pBox, "accept");
+    }
+  }
+
+private:
+  QString m_strName;
+  CBoxPresser m_presser;
 };
 
 /// Closes a window by its title bar, once, while a box of that name is shown, and keeps what the box says then.

@@ -7,9 +7,7 @@
 
 #include <QAction>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
@@ -94,36 +92,6 @@ protected:
     }
     return static_cast<double>(dynamic_cast<GenApi::IInteger *>(pNode)->GetValue());
   }
-};
-
-/// Types a name into the first file box, answers the question whether a file is replaced, and leaves the second box.
-class CReplacingUser : public QObject {
-public:
-  CReplacingUser(const QString &strName, const char *pAnswer) : m_strName(strName), m_presser("ReplaceFile", pAnswer)
-  {
-    startTimer(10);
-  }
-  int GetQuestions() const { return m_presser.GetPressed(); }
-
-protected:
-  void timerEvent(QTimerEvent *) override
-  {
-    if (auto *pInput = qobject_cast<QInputDialog *>(QApplication::activeModalWidget())) {
-      pInput->accept();
-    }
-    auto *pBox = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-    if (pBox != nullptr && m_strName.isEmpty()) {
-      pBox->reject();
-    } else if (pBox != nullptr) {
-      pBox->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_strName);
-      m_strName.clear();
-      QMetaObject::invokeMethod(pBox, "accept");
-    }
-  }
-
-private:
-  QString m_strName;
-  CBoxPresser m_presser;
 };
 
 QByteArray ReadAll(const QString &strPath)

@@ -69,6 +69,22 @@ TEST_F(WindowWorkflow, GoesFromAShadedImageToAReport)
   EXPECT_TRUE(json["versions"].toString().contains(QLatin1String(".plx"))) << json["versions"].toString().toStdString();
   EXPECT_EQ(json["limits"].toObject()["prnu"].toDouble(), 1.0);
   EXPECT_EQ(json["settings"].toObject()["PixelFormat"].toString().toStdString(), "Mono12");
+
+  // What is written beside the page is no more replaced unasked than the page itself.
+  QFile::remove(strPath);
+  const QByteArray byteFormer = ReadFile(m_folder.filePath("report.json"));
+  EXPECT_TRUE(QFile::copy(m_folder.filePath("report.json"), m_folder.filePath("other-defects.csv")));
+  for (const char *pBase : {"report", "other"}) {
+    const CReplacingUser user(m_folder.filePath(QLatin1String(pBase)), "&Cancel");
+    Press("SaveReport");
+    EXPECT_EQ(user.GetQuestions(), 1) << pBase;
+    EXPECT_FALSE(QFile::exists(m_folder.filePath(QLatin1String(pBase) + QStringLiteral(".html")))) << pBase;
+  }
+  EXPECT_TRUE(ReadFile(m_folder.filePath("report.json")) == byteFormer);
+  const CReplacingUser user(m_folder.filePath("report"), "&Replace");
+  Press("SaveReport");
+  EXPECT_EQ(user.GetQuestions(), 1);
+  EXPECT_TRUE(QFile::exists(strPath));
 }
 
 TEST_F(WindowWorkflow, SaysWhyFramesOfAnotherSizeAreNotCorrected)

@@ -28,13 +28,15 @@ enum class EFault {
   Read,
   Write,
   Rename,
+  Sync,
+  Close,     ///< of a file that was written: its system tells only then that it has no room
   Kill,      ///< before a call that changes something
   PowerLoss, ///< the same, and what was not brought to the disk by then is lost
   Count
 };
 
 constexpr std::size_t FAULT_COUNT = static_cast<std::size_t>(EFault::Count);
-constexpr const char *FAULTS[] = {"open", "read", "write", "rename", "kill", "powerloss"};
+constexpr const char *FAULTS[] = {"open", "read", "write", "rename", "sync", "close", "kill", "powerloss"};
 constexpr int READ_ERROR = EIO;
 constexpr int WRITE_ERROR = ENOSPC;
 constexpr int OPEN_ERROR = EACCES;
@@ -45,6 +47,8 @@ TFunction *FindNext(const char *pName)
 {
   return reinterpret_cast<TFunction *>(dlsym(RTLD_NEXT, pName));
 }
+
+bool s_bEnded = false; ///< files may be closed after the numbers are written
 
 /// Of the whole program.
 class CFaults {
@@ -65,6 +69,7 @@ public:
   }
   ~CFaults()
   {
+    s_bEnded = true;
     const char *pCounts = std::getenv("FFC_FAULT_COUNTS");
     std::FILE *pFile = pCounts == nullptr ? nullptr : std::fopen(pCounts, "w");
     for (std::size_t n = 0; pFile != nullptr && n < FAULT_COUNT; ++n) {
@@ -79,7 +84,7 @@ public:
 
   bool IsWatched(const char *pPath) const
   {
-    if (m_strFolder.empty() || pPath == nullptr) {
+    if (s_bEnded || m_strFolder.empty() || pPath == nullptr) {
       return false;
     }
     std::string strPath = pPath;
@@ -92,8 +97,9 @@ public:
   bool IsWatched(int nFile) const
   {
     char acPath[4096];
-    const ssize_t nLength =
-      m_strFolder.empty() ? -1 : readlink(("/proc/self/fd/" + std::to_string(nFile)).c_str(), acPath, sizeof acPath);
+    const ssize_t nLength = s_bEnded || m_strFolder.empty()
+                              ? -1
+                              : readlink(("/proc/self/fd/" + std::to_string(nFile)).c_str(), acPath, sizeof acPath);
     return nLength > 0 && IsWatched(std::string(acPath, static_cast<std::size_t>(nLength)).c_str());
   }
 
@@ -219,6 +225,10 @@ bool IsRenameFailing(const char *pPath)
 
 int Sync(int nFile, int (*fnNext)(int))
 {
+  if (GetFaults().IsWatched(nFile) && GetFaults().Meets(EFault::Sync)) {
+    errno = READ_ERROR;
+    return -1;
+  }
   const int nResult = fnNext(nFile);
   if (nResult == 0 && GetFaults().IsWatched(nFile)) {
     GetFaults().NoteSynced(nFile, true);
@@ -291,6 +301,16 @@ ssize_t write(int nFile, const void *pBytes, size_t nBytes)
 {
   static const auto fnNext = FindNext<decltype(write)>("write");
   return IsFailing(nFile, true) ? -1 : fnNext(nFile, pBytes, nBytes);
+}
+
+int close(int nFile)
+{
+  static const auto fnNext = FindNext<decltype(close)>("close");
+  const bool bFails =
+    (fcntl(nFile, F_GETFL) & O_ACCMODE) != O_RDONLY && GetFaults().IsWatched(nFile) && GetFaults().Meets(EFault::Close);
+  const int nResult = fnNext(nFile);
+  errno = bFails ? WRITE_ERROR : errno;
+  return bFails ? -1 : nResult;
 }
 
 int fdatasync(int nFile)

@@ -49,6 +49,16 @@ TEST(DefectsCommand, AHotPixelIsListedAndReplacedInCorrectedFrames)
   const QStringList listApply =
     QStringList{"apply", recording.Path("flat.ffc"), recording.Path("bright_0.raw")} + FORMAT;
   ASSERT_EQ(RunTool(listApply + QStringList{"-o", recording.Path("plain")}).nExitCode, 0);
+  const QStringList listCheck = QStringList{"check",  recording.Path("flat.ffc"),   recording.Path("spot_*.raw"),
+                                            "--dark", recording.Path("dark_*.raw"), "--json"} +
+                                FORMAT;
+  for (uint32_t n = 0; n < 4; ++n) { // darker than the flat makes good
+    WriteRaw(recording.Path(QStringLiteral("spot_%1.raw").arg(n)), recording.MakeBright(10 + n), HOT, 3100);
+  }
+  EXPECT_EQ(RunTool(listCheck).GetObjects().front()["outliers5Sigma"].toInt(), 1);
+  const SToolResult stWithout = RunTool(listCheck + QStringList{"--defects", strMap});
+  ASSERT_EQ(stWithout.nExitCode, 0) << stWithout.byteErrors.constData();
+  EXPECT_EQ(stWithout.GetObjects().front()["outliers5Sigma"].toInt(-1), 0);
   for (const QString &strDefects : {strList, strMap}) {
     const SToolResult stApplied =
       RunTool(listApply + QStringList{"-o", recording.Path("replaced"), "--defects", strDefects, "--force"});
