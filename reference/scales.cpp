@@ -1,7 +1,10 @@
 #include "reference/scales.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+
+#include "reference/kernels/referencekernels.h"
 
 namespace ffc::reference {
 namespace {
@@ -13,34 +16,25 @@ constexpr std::array<double, 5> KERNEL = {1.0 / 16, 4.0 / 16, 6.0 / 16, 4.0 / 16
 
 using Kernel = std::vector<double>;
 
-void SmoothAcrossLines(const SImage &from, uint32_t nLine, uint32_t nStep, float *__restrict pOut)
+void SmoothAcrossLines(const SImage &from, uint32_t nLine, uint32_t nStep, float *pOut)
 {
   const auto fnLine = [&](int64_t nTaps) { return from.GetLine(Mirror(int64_t{nLine} + nTaps * nStep, from.nHeight)); };
-  const float *p0 = fnLine(-2);
-  const float *p1 = fnLine(-1);
-  const float *p2 = fnLine(0);
-  const float *p3 = fnLine(1);
-  const float *p4 = fnLine(2);
-  for (uint32_t n = 0; n < from.nWidth; ++n) {
-    pOut[n] = CENTRE * p2[n] + NEAR * (p1[n] + p3[n]) + FAR * (p0[n] + p4[n]);
-  }
+  GetReferenceKernels().fnSmoothAcross({fnLine(-2), fnLine(-1), fnLine(0), fnLine(1), fnLine(2)}, from.nWidth, pOut);
 }
 
-void SmoothAlongLine(const float *pIn, uint32_t nWidth, uint32_t nStep, float *__restrict pOut)
+void SmoothAlongLine(const float *pIn, uint32_t nWidth, uint32_t nStep, float *pOut)
 {
   const auto fnEdge = [&](uint32_t n) {
     const auto fnTap = [&](int64_t nTaps) { return pIn[Mirror(int64_t{n} + nTaps * nStep, nWidth)]; };
     pOut[n] = CENTRE * fnTap(0) + NEAR * (fnTap(-1) + fnTap(1)) + FAR * (fnTap(-2) + fnTap(2));
   };
-  const uint32_t nReach = 2 * nStep;
-  uint32_t n = 0;
-  for (; n < nWidth && n < nReach; ++n) {
+  const uint32_t nFirst = std::min(2 * nStep, nWidth);
+  const uint32_t nEnd = std::max(nWidth - nFirst, nFirst);
+  for (uint32_t n = 0; n < nFirst; ++n) {
     fnEdge(n);
   }
-  for (; n + nReach < nWidth; ++n) {
-    pOut[n] = CENTRE * pIn[n] + NEAR * (pIn[n - nStep] + pIn[n + nStep]) + FAR * (pIn[n - nReach] + pIn[n + nReach]);
-  }
-  for (; n < nWidth; ++n) {
+  GetReferenceKernels().fnSmoothAlong(pIn + nFirst, nEnd - nFirst, nStep, pOut + nFirst);
+  for (uint32_t n = nEnd; n < nWidth; ++n) {
     fnEdge(n);
   }
 }

@@ -19,6 +19,17 @@ struct SImage {
   std::size_t GetCount() const { return static_cast<std::size_t>(nWidth) * nHeight; }
 };
 
+/// A part of an image; empty by itself.
+struct SBox {
+  uint32_t nFirstColumn = 0;
+  uint32_t nFirstLine = 0;
+  uint32_t nEndColumn = 0;
+  uint32_t nEndLine = 0;
+
+  uint32_t GetWidth() const { return nEndColumn - nFirstColumn; }
+  uint32_t GetHeight() const { return nEndLine - nFirstLine; }
+};
+
 /// The place of a sample beyond the edge, reflected at the first and the last one.
 /// \param nCount at least 1
 uint32_t Mirror(int64_t nIndex, uint32_t nCount);
