@@ -94,10 +94,10 @@ void CRegions::FindEdges(const CTile &tile, const CShrinkage &shrinkage, float f
 {
   const std::size_t nCount = std::size_t{m_nWidth} * m_nHeight;
   const float *pEnergy = tile.GetEnergyImage().pValues;
-  const float fEdge = fPlain + EDGE * (1 - fPlain);
+  const float fEdge = shrinkage.FindEnergy(fPlain + EDGE * (1 - fPlain));
   uint8_t *pMarks = m_edges.GetMarks();
   for (std::size_t n = 0; n < nCount; ++n) {
-    pMarks[n] = shrinkage.GetWeight(pEnergy[n]) > fEdge ? 1 : 0;
+    pMarks[n] = pEnergy[n] >= fEdge ? 1 : 0;
   }
 }
 

@@ -9,9 +9,6 @@
 namespace ffc::reference {
 namespace {
 
-constexpr float CENTRE = 6.0F / 16;
-constexpr float NEAR = 4.0F / 16;
-constexpr float FAR = 1.0F / 16;
 constexpr std::array<double, 5> KERNEL = {1.0 / 16, 4.0 / 16, 6.0 / 16, 4.0 / 16, 1.0 / 16};
 
 using Kernel = std::vector<double>;
@@ -22,21 +19,14 @@ void SmoothAcrossLines(const SImage &from, uint32_t nLine, uint32_t nStep, float
   GetReferenceKernels().fnSmoothAcross({fnLine(-2), fnLine(-1), fnLine(0), fnLine(1), fnLine(2)}, from.nWidth, pOut);
 }
 
-void SmoothAlongLine(const float *pIn, uint32_t nWidth, uint32_t nStep, float *pOut)
+/// \param pLine with 2 nStep places on either side of the line
+void SmoothAlongLine(float *pLine, uint32_t nWidth, uint32_t nStep, float *pOut)
 {
-  const auto fnEdge = [&](uint32_t n) {
-    const auto fnTap = [&](int64_t nTaps) { return pIn[Mirror(int64_t{n} + nTaps * nStep, nWidth)]; };
-    pOut[n] = CENTRE * fnTap(0) + NEAR * (fnTap(-1) + fnTap(1)) + FAR * (fnTap(-2) + fnTap(2));
-  };
-  const uint32_t nFirst = std::min(2 * nStep, nWidth);
-  const uint32_t nEnd = std::max(nWidth - nFirst, nFirst);
-  for (uint32_t n = 0; n < nFirst; ++n) {
-    fnEdge(n);
+  for (int64_t n = 1; n <= 2 * int64_t{nStep}; ++n) {
+    pLine[-n] = pLine[Mirror(-n, nWidth)];
+    pLine[nWidth - 1 + n] = pLine[Mirror(nWidth - 1 + n, nWidth)];
   }
-  GetReferenceKernels().fnSmoothAlong(pIn + nFirst, nEnd - nFirst, nStep, pOut + nFirst);
-  for (uint32_t n = nEnd; n < nWidth; ++n) {
-    fnEdge(n);
-  }
+  GetReferenceKernels().fnSmoothAlong(pLine, nWidth, nStep, pOut);
 }
 
 /// The kernel of one more smoothing.
@@ -111,11 +101,11 @@ uint32_t Mirror(int64_t nIndex, uint32_t nCount)
   return static_cast<uint32_t>(nWithin < nCount ? nWithin : nPeriod - nWithin);
 }
 
-void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pLine)
+void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pWideLine)
 {
   for (uint32_t nLine = 0; nLine < from.nHeight; ++nLine) {
-    SmoothAcrossLines(from, nLine, nStep, pLine);
-    SmoothAlongLine(pLine, from.nWidth, nStep, to.GetLine(nLine));
+    SmoothAcrossLines(from, nLine, nStep, pWideLine + 2 * nStep);
+    SmoothAlongLine(pWideLine + 2 * nStep, from.nWidth, nStep, to.GetLine(nLine));
   }
 }
 

@@ -36,8 +36,8 @@ uint32_t Mirror(int64_t nIndex, uint32_t nCount);
 
 /// Smooths with the cubic B-spline 1, 4, 6, 4, 1 along both axes, its taps nStep samples apart.
 /// \param to of the same size; not the same memory
-/// \param pLine memory for one line
-void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pLine);
+/// \param pWideLine memory for one line and 4 nStep samples
+void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pWideLine);
 
 /// What white noise of variance 1 becomes in the detail of one scale.
 struct SScaleStatistics {

@@ -40,11 +40,16 @@ void TakeAway(const STakenAway &stTaken, const float *pSamples, std::size_t nWid
   const float *const pLinesAbove = stTaken.pLinesAbove;
   const float fWeight = stTaken.fWeight;
   pResult[0] = pSamples[0] + fWeight * (pColumns[0] + pLines[0]);
-  for (std::size_t n = 1; n < nWidth; ++n) {
-    pResult[n] = pSamples[n] + fWeight * (pColumns[n] - pColumns[n - 1] + pLines[n]);
+  if (pLinesAbove == nullptr) {
+    for (std::size_t n = 1; n < nWidth; ++n) {
+      pResult[n] = pSamples[n] + fWeight * (pColumns[n] - pColumns[n - 1] + pLines[n]);
+    }
+    return;
   }
-  for (std::size_t n = 0; pLinesAbove != nullptr && n < nWidth; ++n) {
-    pResult[n] -= fWeight * pLinesAbove[n];
+  pResult[0] -= fWeight * pLinesAbove[0];
+  for (std::size_t n = 1; n < nWidth; ++n) {
+    const float fWithoutAbove = pSamples[n] + fWeight * (pColumns[n] - pColumns[n - 1] + pLines[n]);
+    pResult[n] = fWithoutAbove - fWeight * pLinesAbove[n];
   }
 }
 

@@ -84,7 +84,7 @@ TEST(ReferenceScales, SmoothingIsTheSplineAlongBothAxes)
 {
   std::vector<float> listFrom(11 * 9);
   std::vector<float> listTo(listFrom.size());
-  std::vector<float> listLine(11);
+  std::vector<float> listLine(11 + 4 * 2);
   listFrom[4 * 11 + 5] = 256;
   Smooth({listFrom.data(), 11, 9}, {listTo.data(), 11, 9}, 2, listLine.data());
   EXPECT_FLOAT_EQ(listTo[4 * 11 + 5], 36);
@@ -100,7 +100,7 @@ TEST(ReferenceScales, StatisticsAreThoseOfWhiteNoise)
   std::vector<float> listFine = MakeNoise(std::size_t{SIDE} * SIDE);
   std::vector<float> listWide(listFine.size());
   std::vector<float> listSquares(listFine.size());
-  std::vector<float> listLine(SIDE);
+  std::vector<float> listLine(SIDE + 4 * 4);
   for (uint32_t nScale = 0; nScale < 3; ++nScale) {
     const auto fnImage = [](std::vector<float> &list) { return SImage{list.data(), SIDE, SIDE}; };
     Smooth(fnImage(listFine), fnImage(listWide), 1U << nScale, listLine.data());
@@ -338,7 +338,8 @@ TEST(ReferenceVariation, ALowStepIsFoundInNoiseAndStaysWhereItIs)
   CTotalVariation variation(listSamples.size());
   // An image before it leaves nothing behind.
   for (const float fWeight : {5.0F, 1.2F}) {
-    variation.Smooth({listSamples.data(), WIDTH, HEIGHT}, fWeight, {listErrors.data(), WIDTH, HEIGHT});
+    variation.Smooth({listSamples.data(), WIDTH, HEIGHT}, {0, 0, WIDTH, HEIGHT}, fWeight,
+                     {listErrors.data(), WIDTH, HEIGHT});
   }
   const double dSum = std::accumulate(listErrors.begin(), listErrors.end(), 0.0);
   EXPECT_NEAR(dSum, std::accumulate(listSamples.begin(), listSamples.end(), 0.0), 1) << "nothing is added";
@@ -356,8 +357,8 @@ TEST(ReferenceVariation, AnEvenImageAndOneOfASinglePixelStayWhatTheyAre)
   std::vector<float> listEven(35, 12.5F);
   std::vector<float> listResult(35);
   CTotalVariation variation(35);
-  variation.Smooth({listEven.data(), 7, 5}, 2, {listResult.data(), 7, 5});
+  variation.Smooth({listEven.data(), 7, 5}, {0, 0, 7, 5}, 2, {listResult.data(), 7, 5});
   EXPECT_EQ(listResult, listEven);
-  variation.Smooth({listEven.data(), 1, 1}, 2, {listResult.data(), 1, 1});
+  variation.Smooth({listEven.data(), 1, 1}, {0, 0, 1, 1}, 2, {listResult.data(), 1, 1});
   EXPECT_EQ(listResult[0], 12.5F);
 }
