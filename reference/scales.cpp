@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 
 #include "reference/kernels/referencekernels.h"
 
@@ -90,15 +91,15 @@ SScaleStatistics GetStatistics(const Kernel &fine, const Kernel &wide, std::size
 
 uint32_t Mirror(int64_t nIndex, uint32_t nCount)
 {
-  if (nIndex >= 0 && nIndex < nCount) {
-    return static_cast<uint32_t>(nIndex);
+  const int64_t nLast = int64_t{nCount} - 1;
+  const int64_t nReflected = nIndex < 0 ? -nIndex : nLast - std::abs(nLast - nIndex);
+  // Small images are reflected again and again.
+  if (nReflected < 0 || nReflected > nLast) {
+    const int64_t nPeriod = std::max<int64_t>(2 * nLast, 1);
+    const int64_t nWithin = std::abs(nIndex) % nPeriod;
+    return static_cast<uint32_t>(std::min(nWithin, nPeriod - nWithin) % nCount);
   }
-  if (nCount == 1) {
-    return 0;
-  }
-  const int64_t nPeriod = 2 * (int64_t{nCount} - 1);
-  const int64_t nWithin = ((nIndex % nPeriod) + nPeriod) % nPeriod;
-  return static_cast<uint32_t>(nWithin < nCount ? nWithin : nPeriod - nWithin);
+  return static_cast<uint32_t>(nReflected);
 }
 
 void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pWideLine)
