@@ -105,7 +105,7 @@ bool CLonePixels::FindOutliers(const SImage &fine, const SImage &wide, const SFi
     for (uint32_t n = 1; n + 1 < fine.nWidth; ++n) {
       nFound += fnIsOutlier(n) ? 1U : 0U;
     }
-    for (uint32_t n = 1; nFound > 0 && n + 1 < fine.nWidth; ++n) {
+    for (uint32_t n = 1; nFound > 0; ++n) {
       if (fnIsOutlier(n)) {
         if (m_listPixels.size() == nMost) {
           return false;

@@ -43,15 +43,13 @@ Kernel Widen(const Kernel &kernel, std::size_t nStep)
 }
 
 /// Sum of products of two centred kernels, one of them moved.
+/// \param other no shorter than the one
 double Correlate(const Kernel &one, const Kernel &other, std::size_t nShift)
 {
-  const auto nFirst = static_cast<int64_t>(other.size() / 2) - static_cast<int64_t>(one.size() / 2);
+  const std::size_t nFirst = other.size() / 2 - one.size() / 2 + nShift;
   double dSum = 0;
-  for (std::size_t n = 0; n < one.size(); ++n) {
-    const int64_t nOther = static_cast<int64_t>(n + nShift) + nFirst;
-    if (nOther >= 0 && nOther < static_cast<int64_t>(other.size())) {
-      dSum += one[n] * other[static_cast<std::size_t>(nOther)];
-    }
+  for (std::size_t n = 0; n < one.size() && n + nFirst < other.size(); ++n) {
+    dSum += one[n] * other[n + nFirst];
   }
   return dSum;
 }
