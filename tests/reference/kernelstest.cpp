@@ -168,4 +168,5 @@ TEST(ReferenceKernels, TheProgramUsesThoseOfTheLevelThatIsAskedFor)
 {
   EXPECT_LE(GetReferenceKernels().eLevel, ffc::platform::GetInstructionLevel());
   EXPECT_EQ(GetBaseline().eLevel, ffc::platform::INSTRUCTION_LEVEL_BASELINE);
+  EXPECT_EQ(FindSReferenceKernels(ffc::platform::INSTRUCTION_LEVEL_COUNT), nullptr) << "a level that there is not";
 }
