@@ -17,6 +17,8 @@ constexpr std::size_t BOX_REACH = CEdgePixels::BOX_SIDE + 2 * CTotalVariation::R
 constexpr std::array<float, FINE_SCALES> OWN_SHARES = {0.8594F, 0.1111F, 0.0226F};
 /// Radii of the windows, pixels, from round to round.
 constexpr std::array<float, 2> RADII = {6.2F, 7.0F};
+// What is read around a pixel, with some lanes beyond a run, lies in the image.
+static_assert(RADII.back() < CEdgePixels::REACH && SUMMED_REACH < CEdgePixels::REACH);
 /// Squared difference of two means, in units of twice their variance, from which on they belong to different regions.
 constexpr float TOLERANCE = 10;
 /// Weight of the finest detail, beyond that of the plain, from which on it belongs to an edge. What has no such detail
