@@ -121,16 +121,17 @@ void GrowRun(const SRegionRun &stRun, const SWindowPixel *pWindow, std::size_t n
 void SumSquares(const float *pCentre, std::size_t nCount, std::size_t nStride, float *pSums)
 {
   constexpr std::size_t SIDE = 2 * SUMMED_REACH + 1;
+  constexpr std::size_t WIDE = 2 * LANES; // two sums at a time, as each addition waits for the one before
   const float *const pCorner = pCentre - SUMMED_REACH * (nStride + 1);
-  for (std::size_t nFirst = 0; nFirst < nCount; nFirst += LANES) {
-    float afSums[LANES] = {};
+  for (std::size_t nFirst = 0; nFirst < nCount; nFirst += WIDE) {
+    float afSums[WIDE] = {};
     for (std::size_t nPlace = 0; nPlace < SIDE * SIDE; ++nPlace) {
       const float *const pOthers = pCorner + nFirst + nPlace / SIDE * nStride + nPlace % SIDE;
-      for (std::size_t n = 0; n < LANES; ++n) {
+      for (std::size_t n = 0; n < WIDE; ++n) {
         afSums[n] += pOthers[n];
       }
     }
-    for (std::size_t n = 0; n < LANES && nFirst + n < nCount; ++n) {
+    for (std::size_t n = 0; n < WIDE && nFirst + n < nCount; ++n) {
       pSums[nFirst + n] = afSums[n];
     }
   }

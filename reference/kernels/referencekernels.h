@@ -56,7 +56,7 @@ using FnGrowRun = void (*)(const SRegionRun &stRun, const SWindowPixel *pWindow,
                            float *pNextCounts);
 
 /// Writes sums over squares around pixels side by side.
-/// \param pCentre the first pixel; LANES are read as above
+/// \param pCentre the first pixel; twice LANES are read as above
 using FnSumSquares = void (*)(const float *pCentre, std::size_t nCount, std::size_t nStride, float *pSums);
 
 struct SReferenceKernels {
