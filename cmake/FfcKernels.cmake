@@ -92,7 +92,13 @@ function(ffc_add_kernel_tests target program)
     set_tests_properties(${program}_${level} PROPERTIES TIMEOUT 600 ${schedule}
       ENVIRONMENT "${FFC_TEST_ENVIRONMENT};FFC_INSTRUCTION_LEVEL=${level}")
   endforeach()
-  if(NOT MSVC)
+  ffc_add_kernel_symbols_test(${target})
+endfunction()
+
+# ffc_add_kernel_symbols_test(TARGET): the latter check alone, where one run of a program tries all levels.
+function(ffc_add_kernel_symbols_test target)
+  if(NOT MSVC AND NOT FFC_SANITIZE MATCHES "thread")
+    ffc_get_schedule(schedule "" 0)
     set(objects "")
     foreach(level IN LISTS FFC_KERNEL_LEVELS)
       list(APPEND objects "$<TARGET_OBJECTS:${target}_${level}>")

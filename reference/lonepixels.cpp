@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <numeric>
 
 namespace ffc::reference {
@@ -22,10 +23,11 @@ float GetDistance(float fOne, float fOther)
   return fOne > fOther ? fOne - fOther : fOther - fOne;
 }
 
-/// The most unlike one first.
-std::array<float, NEIGHBOURS> GetNeighbours(const SImage &fine, const SLonePixel &stPixel)
+using Neighbours = std::array<float, NEIGHBOURS>;
+
+Neighbours GetNeighbours(const SImage &fine, const SLonePixel &stPixel)
 {
-  std::array<float, NEIGHBOURS> afNeighbours{};
+  Neighbours afNeighbours{};
   std::size_t nCount = 0;
   for (uint32_t nLine = stPixel.nLine - 1; nLine <= stPixel.nLine + 1; ++nLine) {
     for (uint32_t n = stPixel.nColumn - 1; n <= stPixel.nColumn + 1; ++n) {
@@ -34,10 +36,28 @@ std::array<float, NEIGHBOURS> GetNeighbours(const SImage &fine, const SLonePixel
       }
     }
   }
-  std::sort(afNeighbours.begin(), afNeighbours.end(), [&stPixel](float fOne, float fOther) {
-    return GetDistance(fOne, stPixel.fSample) > GetDistance(fOther, stPixel.fSample);
-  });
   return afNeighbours;
+}
+
+/// Distance of the most alike neighbour but one.
+float GetSecondDistance(const Neighbours &afNeighbours, float fSample)
+{
+  float fFirst = std::numeric_limits<float>::max();
+  float fSecond = fFirst;
+  for (const float fNeighbour : afNeighbours) {
+    const float fDistance = GetDistance(fNeighbour, fSample);
+    fSecond = std::min(fSecond, std::max(fFirst, fDistance));
+    fFirst = std::min(fFirst, fDistance);
+  }
+  return fSecond;
+}
+
+/// Mean of all neighbours but the most alike one.
+float GetMean(Neighbours afNeighbours, float fSample)
+{
+  std::sort(afNeighbours.begin(), afNeighbours.end(),
+            [fSample](float fOne, float fOther) { return GetDistance(fOne, fSample) > GetDistance(fOther, fSample); });
+  return std::accumulate(afNeighbours.begin(), afNeighbours.end() - 1, 0.0F) / (NEIGHBOURS - 1);
 }
 
 /// What the smoothing makes of a change of one sample.
@@ -73,13 +93,12 @@ void CLonePixels::TakeOut(const SImage &fine, const SImage &wide, const SFieldNo
                                     [&](const SLonePixel &stPixel) {
                                       const float fNoise = stNoise.At(wide.GetLine(stPixel.nLine)[stPixel.nColumn]);
                                       const float fApart =
-                                        GetDistance(GetNeighbours(fine, stPixel)[NEIGHBOURS - 2], stPixel.fSample);
+                                        GetSecondDistance(GetNeighbours(fine, stPixel), stPixel.fSample);
                                       return fApart * fApart < APART * APART * fNoise;
                                     }),
                      m_listPixels.end());
   for (const SLonePixel &stPixel : m_listPixels) {
-    const std::array<float, NEIGHBOURS> afNeighbours = GetNeighbours(fine, stPixel);
-    const float fMean = std::accumulate(afNeighbours.begin(), afNeighbours.end() - 1, 0.0F) / (NEIGHBOURS - 1);
+    const float fMean = GetMean(GetNeighbours(fine, stPixel), stPixel.fSample);
     fine.GetLine(stPixel.nLine)[stPixel.nColumn] = fMean;
     ChangeSmooth(wide, stPixel, fMean - stPixel.fSample);
   }
@@ -105,7 +124,7 @@ bool CLonePixels::FindOutliers(const SImage &fine, const SImage &wide, const SFi
     for (uint32_t n = 1; n + 1 < fine.nWidth; ++n) {
       nFound += fnIsOutlier(n) ? 1U : 0U;
     }
-    for (uint32_t n = 1; nFound > 0 && n + 1 < fine.nWidth; ++n) {
+    for (uint32_t n = 1; nFound > 0; ++n) {
       if (fnIsOutlier(n)) {
         if (m_listPixels.size() == nMost) {
           return false;

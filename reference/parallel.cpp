@@ -42,13 +42,12 @@ void ForEachItem(uint32_t nItems, uint32_t nThreads, const FnItem &fnItem)
   std::array<SWorker, MAX_THREADS> aWorkers;
   const uint32_t nWorkers = std::min({nThreads, nItems, MAX_THREADS});
   uint32_t nStarted = 1;
-  for (; nStarted < nWorkers; ++nStarted) {
+  for (uint32_t n = 1; n < nWorkers; ++n) {
+    // One that the system does not start leaves its place to the next, and its work to all others.
     SWorker &worker = aWorkers[nStarted];
     worker.pWork = &stWork;
     worker.nWorker = nStarted;
-    if (!worker.thread.Start(SWorker::Run, &worker)) {
-      break;
-    }
+    nStarted += static_cast<uint32_t>(worker.thread.Start(SWorker::Run, &worker));
   }
   stWork.Run(0);
   for (uint32_t n = 1; n < nStarted; ++n) {

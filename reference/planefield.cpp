@@ -71,7 +71,8 @@ void CPlaneField::CollectTile(CTile &tile)
 void CPlaneField::WeightCoarseScales()
 {
   const std::size_t nCount = m_listCoarse.size();
-  std::vector<float> listMemory(nCount * 3 + m_nCoarseWidth);
+  const std::size_t nWidestStep = (std::size_t{1} << (m_listScales.size() - 1)) / COARSE_STEP;
+  std::vector<float> listMemory(nCount * 3 + m_nCoarseWidth + 4 * nWidestStep);
   const auto fnImage = [&](float *pValues) { return SImage{pValues, m_nCoarseWidth, m_nCoarseHeight}; };
   SImage fine = fnImage(listMemory.data());
   SImage wide = fnImage(listMemory.data() + nCount);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "reference/edgepixels.h"
 #include "reference/noisemodel.h"
 #include "reference/shrinkage.h"
 #include "reference/tile.h"
@@ -37,13 +38,12 @@ public:
   }
 
 private:
-  bool FindPixels();
   float GetProbe(std::size_t nIndex) const;
   void FindMeans(const float *pSamples, float *pProbed);
   void TakeMeans();
   void GrowMeans(const float *pProbed, float fRadius);
-  void GrowRun(const float *pProbed, float fRadius, std::size_t nFirst, std::size_t nCount);
-  void Choose(const float *pSamples);
+  void FindRisks(const float *pSamples);
+  void Choose(std::size_t nFirst, std::size_t nCount);
 
   uint32_t m_nWidth = 0; ///< with the halo
   uint32_t m_nHeight = 0;
@@ -52,12 +52,11 @@ private:
   std::vector<float> m_listRemoved;
   std::vector<float> m_listFreedom; ///< how much of an estimate is its own sample, by the scales
   std::vector<float> m_listMeans;
-  std::vector<float> m_listCounts; ///< samples that a mean is worth, over twice the tolerated variance
-  std::vector<uint8_t> m_listEdges;
-  std::vector<uint32_t> m_listAbove;  ///< edges of some lines
-  std::vector<uint32_t> m_listPixels; ///< around edges
-  std::vector<float> m_listNoise;     ///< variance of each of these
-  std::vector<float> m_listNext;      ///< means of these
+  /// Samples that a mean is worth, over twice the tolerated variance; at last how much more risk there is with regions.
+  std::vector<float> m_listCounts;
+  CEdgePixels m_edges;
+  std::vector<float> m_listNoise; ///< variance of each pixel around edges
+  std::vector<float> m_listNext;  ///< means of these
   std::vector<float> m_listNextCounts;
   std::vector<float> m_listProbe; ///< samples that were changed a little
   std::vector<float> m_listProbeMeans;

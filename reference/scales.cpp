@@ -1,48 +1,33 @@
 #include "reference/scales.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
+
+#include "reference/kernels/referencekernels.h"
 
 namespace ffc::reference {
 namespace {
 
-constexpr float CENTRE = 6.0F / 16;
-constexpr float NEAR = 4.0F / 16;
-constexpr float FAR = 1.0F / 16;
 constexpr std::array<double, 5> KERNEL = {1.0 / 16, 4.0 / 16, 6.0 / 16, 4.0 / 16, 1.0 / 16};
 
 using Kernel = std::vector<double>;
 
-void SmoothAcrossLines(const SImage &from, uint32_t nLine, uint32_t nStep, float *__restrict pOut)
+void SmoothAcrossLines(const SImage &from, uint32_t nLine, uint32_t nStep, float *pOut)
 {
   const auto fnLine = [&](int64_t nTaps) { return from.GetLine(Mirror(int64_t{nLine} + nTaps * nStep, from.nHeight)); };
-  const float *p0 = fnLine(-2);
-  const float *p1 = fnLine(-1);
-  const float *p2 = fnLine(0);
-  const float *p3 = fnLine(1);
-  const float *p4 = fnLine(2);
-  for (uint32_t n = 0; n < from.nWidth; ++n) {
-    pOut[n] = CENTRE * p2[n] + NEAR * (p1[n] + p3[n]) + FAR * (p0[n] + p4[n]);
-  }
+  GetReferenceKernels().fnSmoothAcross({fnLine(-2), fnLine(-1), fnLine(0), fnLine(1), fnLine(2)}, from.nWidth, pOut);
 }
 
-void SmoothAlongLine(const float *pIn, uint32_t nWidth, uint32_t nStep, float *__restrict pOut)
+/// \param pLine with 2 nStep places on either side of the line
+void SmoothAlongLine(float *pLine, uint32_t nWidth, uint32_t nStep, float *pOut)
 {
-  const auto fnEdge = [&](uint32_t n) {
-    const auto fnTap = [&](int64_t nTaps) { return pIn[Mirror(int64_t{n} + nTaps * nStep, nWidth)]; };
-    pOut[n] = CENTRE * fnTap(0) + NEAR * (fnTap(-1) + fnTap(1)) + FAR * (fnTap(-2) + fnTap(2));
-  };
-  const uint32_t nReach = 2 * nStep;
-  uint32_t n = 0;
-  for (; n < nWidth && n < nReach; ++n) {
-    fnEdge(n);
+  for (int64_t n = 1; n <= 2 * int64_t{nStep}; ++n) {
+    pLine[-n] = pLine[Mirror(-n, nWidth)];
+    pLine[nWidth - 1 + n] = pLine[Mirror(nWidth - 1 + n, nWidth)];
   }
-  for (; n + nReach < nWidth; ++n) {
-    pOut[n] = CENTRE * pIn[n] + NEAR * (pIn[n - nStep] + pIn[n + nStep]) + FAR * (pIn[n - nReach] + pIn[n + nReach]);
-  }
-  for (; n < nWidth; ++n) {
-    fnEdge(n);
-  }
+  GetReferenceKernels().fnSmoothAlong(pLine, nWidth, nStep, pOut);
 }
 
 /// The kernel of one more smoothing.
@@ -58,15 +43,13 @@ Kernel Widen(const Kernel &kernel, std::size_t nStep)
 }
 
 /// Sum of products of two centred kernels, one of them moved.
+/// \param other no shorter than the one
 double Correlate(const Kernel &one, const Kernel &other, std::size_t nShift)
 {
-  const auto nFirst = static_cast<int64_t>(other.size() / 2) - static_cast<int64_t>(one.size() / 2);
+  const std::size_t nFirst = other.size() / 2 - one.size() / 2 + nShift;
   double dSum = 0;
-  for (std::size_t n = 0; n < one.size(); ++n) {
-    const int64_t nOther = static_cast<int64_t>(n + nShift) + nFirst;
-    if (nOther >= 0 && nOther < static_cast<int64_t>(other.size())) {
-      dSum += one[n] * other[static_cast<std::size_t>(nOther)];
-    }
+  for (std::size_t n = 0; n < one.size() && n + nFirst < other.size(); ++n) {
+    dSum += one[n] * other[n + nFirst];
   }
   return dSum;
 }
@@ -106,22 +89,22 @@ SScaleStatistics GetStatistics(const Kernel &fine, const Kernel &wide, std::size
 
 uint32_t Mirror(int64_t nIndex, uint32_t nCount)
 {
-  if (nIndex >= 0 && nIndex < nCount) {
-    return static_cast<uint32_t>(nIndex);
+  const int64_t nLast = int64_t{nCount} - 1;
+  const int64_t nReflected = nIndex < 0 ? -nIndex : nLast - std::abs(nLast - nIndex);
+  // Small images are reflected again and again.
+  if (nReflected < 0 || nReflected > nLast) {
+    const int64_t nPeriod = std::max<int64_t>(2 * nLast, 1);
+    const int64_t nWithin = std::abs(nIndex) % nPeriod;
+    return static_cast<uint32_t>(std::min(nWithin, nPeriod - nWithin) % nCount);
   }
-  if (nCount == 1) {
-    return 0;
-  }
-  const int64_t nPeriod = 2 * (int64_t{nCount} - 1);
-  const int64_t nWithin = ((nIndex % nPeriod) + nPeriod) % nPeriod;
-  return static_cast<uint32_t>(nWithin < nCount ? nWithin : nPeriod - nWithin);
+  return static_cast<uint32_t>(nReflected);
 }
 
-void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pLine)
+void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pWideLine)
 {
   for (uint32_t nLine = 0; nLine < from.nHeight; ++nLine) {
-    SmoothAcrossLines(from, nLine, nStep, pLine);
-    SmoothAlongLine(pLine, from.nWidth, nStep, to.GetLine(nLine));
+    SmoothAcrossLines(from, nLine, nStep, pWideLine + 2 * nStep);
+    SmoothAlongLine(pWideLine + 2 * nStep, from.nWidth, nStep, to.GetLine(nLine));
   }
 }
 

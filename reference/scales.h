@@ -19,14 +19,25 @@ struct SImage {
   std::size_t GetCount() const { return static_cast<std::size_t>(nWidth) * nHeight; }
 };
 
+/// A part of an image; empty by itself.
+struct SBox {
+  uint32_t nFirstColumn = 0;
+  uint32_t nFirstLine = 0;
+  uint32_t nEndColumn = 0;
+  uint32_t nEndLine = 0;
+
+  uint32_t GetWidth() const { return nEndColumn - nFirstColumn; }
+  uint32_t GetHeight() const { return nEndLine - nFirstLine; }
+};
+
 /// The place of a sample beyond the edge, reflected at the first and the last one.
 /// \param nCount at least 1
 uint32_t Mirror(int64_t nIndex, uint32_t nCount);
 
 /// Smooths with the cubic B-spline 1, 4, 6, 4, 1 along both axes, its taps nStep samples apart.
 /// \param to of the same size; not the same memory
-/// \param pLine memory for one line
-void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pLine);
+/// \param pWideLine memory for one line and 4 nStep samples
+void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pWideLine);
 
 /// What white noise of variance 1 becomes in the detail of one scale.
 struct SScaleStatistics {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace ffc::reference {
 namespace {
@@ -17,10 +18,11 @@ constexpr std::array<double, 18> GRID = {0,    0.01, 0.02, 0.04, 0.08, 0.16, 0.3
                                          2.56, 5,    10,   20,   40,   100,  400,  1600, 6400};
 using Shares = std::array<double, GRID.size()>;
 
-double GetEnergy(uint32_t nBin)
+/// \param dWithin place in the bin, 0 to 1
+double GetEnergy(uint32_t nBin, double dWithin)
 {
   constexpr uint32_t PER_OCTAVE = 1U << CShrinkage::BINS_PER_OCTAVE_BITS;
-  const double dMantissa = 1 + (nBin % PER_OCTAVE + 0.5) / PER_OCTAVE;
+  const double dMantissa = 1 + (nBin % PER_OCTAVE + dWithin) / PER_OCTAVE;
   return std::ldexp(dMantissa, CShrinkage::LOWEST_OCTAVE + static_cast<int>(nBin / PER_OCTAVE));
 }
 
@@ -89,13 +91,13 @@ void CShrinkage::Learn(const Histogram &aCounts, double dFreedom)
   std::vector<SCounted> listCounted;
   for (uint32_t nBin = 0; nBin < BINS; ++nBin) {
     if (aCounts[nBin] > 0) {
-      listCounted.push_back({static_cast<double>(aCounts[nBin]), GetLikelihoods(GetEnergy(nBin), dFreedom)});
+      listCounted.push_back({static_cast<double>(aCounts[nBin]), GetLikelihoods(GetEnergy(nBin, 0.5), dFreedom)});
     }
   }
   const Shares adShares = FindShares(listCounted);
   float fLargest = 0;
   for (uint32_t nBin = 0; nBin < BINS; ++nBin) {
-    const Shares adLikelihoods = GetLikelihoods(GetEnergy(nBin), dFreedom);
+    const Shares adLikelihoods = GetLikelihoods(GetEnergy(nBin, 0.5), dFreedom);
     double dSum = 0;
     for (std::size_t n = 0; n < GRID.size(); ++n) {
       dSum += adShares[n] * adLikelihoods[n] * GRID[n] / (1 + GRID[n]);
@@ -103,6 +105,17 @@ void CShrinkage::Learn(const Histogram &aCounts, double dFreedom)
     fLargest = std::max(fLargest, static_cast<float>(dSum / Mix(adShares, adLikelihoods)));
     m_afWeights[nBin] = fLargest;
   }
+}
+
+float CShrinkage::FindEnergy(float fWeight) const
+{
+  const auto itFirst = std::upper_bound(m_afWeights.begin(), m_afWeights.end(), fWeight);
+  if (itFirst == m_afWeights.end()) {
+    return std::numeric_limits<float>::infinity();
+  }
+  const auto nBin = static_cast<uint32_t>(itFirst - m_afWeights.begin());
+  // The lowest bin has all that is smaller too.
+  return nBin == 0 ? 0.0F : static_cast<float>(GetEnergy(nBin, 0));
 }
 
 double CShrinkage::GetMeanWeight(const Histogram &aCounts) const

@@ -40,6 +40,8 @@ public:
   void Learn(const Histogram &aCounts, double dFreedom);
 
   float GetWeight(float fEnergy) const { return m_afWeights[GetBin(fEnergy)]; }
+  /// The smallest energy whose weight lies beyond this one; infinite where there is none.
+  float FindEnergy(float fWeight) const;
   /// Over so many energies of each bin; 0 where there are none.
   double GetMeanWeight(const Histogram &aCounts) const;
 

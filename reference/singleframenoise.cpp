@@ -31,7 +31,7 @@ constexpr double LARGEST_ERROR = 0.05;
 /// Standard errors by which the noise lies below the whole where the pattern certainly has a part in that.
 constexpr double FARTHEST_NOISE = 3;
 /// Standard errors by which the noise is taken for less than it seems, as far as the rest is pattern.
-constexpr double CAUTION = 2;
+constexpr double CAUTION = 3;
 /// Electrons, more than a pixel of a common sensor holds at its full scale.
 constexpr double LARGEST_CAPACITY = 100'000;
 /// Standard deviations beyond which a detail is a structure, which is not to decide for all pixels.
@@ -44,37 +44,44 @@ struct SLevel {
   uint64_t nCount = 0;
   double dSum = 0; ///< of the levels
 
-  /// \return the largest of the smaller half, on a scale of bins
+  /// \return the largest of the smaller half, on a scale of bins; of one detail or more
   double GetMedian() const
   {
     uint64_t nBelow = 0;
-    for (uint32_t n = 0; n < DETAIL_BINS; ++n) {
-      if (2 * (nBelow + listCounts[n]) >= nCount) {
-        const double dWithin = (static_cast<double>(nCount) / 2 - static_cast<double>(nBelow)) / listCounts[n];
-        return n == 0 ? 0 : std::exp2(SMALLEST_DETAIL + (n + dWithin) / DETAILS_PER_OCTAVE);
-      }
-      nBelow += listCounts[n];
+    uint32_t n = 0;
+    while (2 * (nBelow + listCounts[n]) < nCount) {
+      nBelow += listCounts[n++];
     }
-    return 0;
+    const double dWithin = (static_cast<double>(nCount) / 2 - static_cast<double>(nBelow)) / listCounts[n];
+    return n == 0 ? 0 : std::exp2(SMALLEST_DETAIL + (n + dWithin) / DETAILS_PER_OCTAVE);
   }
 
   /// Variance of those that are no structure, as if they were normal.
   double GetVariance() const
   {
     double dDeviation = GetMedian() / MEDIAN_OF_NORMAL;
-    for (int nRound = 0; nRound < VARIANCE_ROUNDS; ++nRound) {
-      double dWithin = 0;
-      double dSquares = 0;
-      for (uint32_t n = 0; n < DETAIL_BINS; ++n) {
-        const double dDetail = std::exp2(SMALLEST_DETAIL + (n + 0.5) / DETAILS_PER_OCTAVE);
-        if (listCounts[n] > 0 && dDetail < FARTHEST_COUNTED * dDeviation) {
-          dWithin += listCounts[n];
-          dSquares += listCounts[n] * dDetail * dDetail;
-        }
-      }
-      dDeviation = dWithin > 0 ? std::sqrt(dSquares / dWithin / VARIANCE_WITHIN) : 0;
+    for (int nRound = 0; nRound < VARIANCE_ROUNDS && dDeviation > 0; ++nRound) {
+      dDeviation = std::sqrt(GetVarianceWithin(FARTHEST_COUNTED * dDeviation) / VARIANCE_WITHIN);
     }
     return dDeviation * dDeviation;
+  }
+
+private:
+  /// Mean square of the details up to a limit, of which there are some. The bin that has the limit counts in part:
+  /// whole bins would make steps of half a percent, and not the same at each level.
+  double GetVarianceWithin(double dLimit) const
+  {
+    const double dEnd =
+      std::clamp((std::log2(dLimit) - SMALLEST_DETAIL) * DETAILS_PER_OCTAVE, 0.0, double{DETAIL_BINS});
+    double dWithin = 0;
+    double dSquares = 0;
+    for (uint32_t n = 0; n < dEnd; ++n) {
+      const double dPart = std::min(dEnd - n, 1.0);
+      const double dDetail = std::exp2(SMALLEST_DETAIL + (n + dPart / 2) / DETAILS_PER_OCTAVE);
+      dWithin += dPart * listCounts[n];
+      dSquares += dPart * listCounts[n] * dDetail * dDetail;
+    }
+    return dSquares / dWithin;
   }
 };
 
@@ -111,10 +118,9 @@ public:
     const double dGain = GetScaleStatistics(1).front().dGain;
     std::vector<SPoint> listPoints;
     for (const SLevel &stLevel : m_listLevels) {
-      if (stLevel.nCount >= std::min(ENOUGH_DETAILS, m_nCount / 4)) {
-        const double dVariance = stLevel.nCount > 0 ? stLevel.GetVariance() : 0;
+      if (stLevel.nCount >= std::clamp<uint64_t>(m_nCount / 4, 1, ENOUGH_DETAILS)) {
         const auto dCount = static_cast<double>(stLevel.nCount);
-        listPoints.push_back({dCount > 0 ? stLevel.dSum / dCount : 0, dVariance / dGain, dCount});
+        listPoints.push_back({stLevel.dSum / dCount, stLevel.GetVariance() / dGain, dCount});
       }
     }
     return listPoints;
@@ -195,11 +201,9 @@ struct SSharedDetail {
   /// Lowered by its error: too little noise brings the average back, too much takes the pattern away.
   double GetNoise() const
   {
-    if (!(dCount > 0)) {
-      return 0;
-    }
-    const double dMean = dSum / dCount;
-    return dMean - CAUTION * std::sqrt(std::max(0.0, dSquares / dCount - dMean * dMean) / dCount);
+    const double dDetails = std::max(dCount, 1.0);
+    const double dMean = dSum / dDetails;
+    return dMean - CAUTION * std::sqrt(std::max(0.0, dSquares / dDetails - dMean * dMean) / dDetails);
   }
 };
 
@@ -258,7 +262,7 @@ SSingleFrameNoise MeasureSingleFrame(const std::vector<CPlaneSource> &listPlanes
     const double dError = std::sqrt(stFit.dSSSS / dDeterminant);
     // What is known too badly to be believed may still say that it is not the whole. Too little noise brings the
     // average back, too much takes the pattern away: where there is one, the estimate is lowered to be safe.
-    if ((dError < LARGEST_ERROR * dWhole && dLinear > 0) || dLinear + FARTHEST_NOISE * dError < dWhole) {
+    if (dError < LARGEST_ERROR * dWhole || dLinear + FARTHEST_NOISE * dError < dWhole) {
       const double dPattern = std::clamp(1 - dLinear / dWhole, 0.0, 1.0);
       stResult.eSource = ENoiseSource::PhotonTransfer;
       stResult.stNoise.dPerLevel = std::clamp(dLinear - CAUTION * dError * dPattern, 0.0, dWhole);

@@ -7,6 +7,8 @@ namespace {
 
 constexpr std::size_t LARGEST_SIDE = TILE_SIDE + 2 * TILE_HALO;
 constexpr std::size_t IMAGES = FINE_SCALES + 3;
+/// Of the smoothing with the widest step.
+constexpr std::size_t WIDE_LINE = LARGEST_SIDE + (std::size_t{4} << (FINE_SCALES - 1));
 /// A pixel that stands out alone has little weight in the mean around it; what its own square has beyond this counts
 /// where it is more. Noise has as much in one pixel of 2000.
 constexpr float LONE = 12;
@@ -14,7 +16,7 @@ constexpr float LONE = 12;
 } // namespace
 
 CTile::CTile()
-  : m_listMemory(LARGEST_SIDE * LARGEST_SIDE * IMAGES + LARGEST_SIDE), m_lonePixels(LARGEST_SIDE * LARGEST_SIDE)
+  : m_listMemory(LARGEST_SIDE * LARGEST_SIDE * IMAGES + WIDE_LINE), m_lonePixels(LARGEST_SIDE * LARGEST_SIDE)
 {
 }
 

@@ -3,81 +3,83 @@
 #include <algorithm>
 #include <cmath>
 
+#include "reference/kernels/referencekernels.h"
+
 namespace ffc::reference {
 namespace {
 
 /// More of them change nothing that can be measured.
-constexpr int ROUNDS = 12;
+constexpr uint32_t ROUNDS = 12;
+/// A round brings in the next pixel, and so does what is taken away at last.
+static_assert(CTotalVariation::REACH == ROUNDS + 1);
 /// No smaller one keeps the steps from growing: the largest factor by which divergence and gradient stretch an image.
 constexpr float STRETCH = 8;
 
-/// Samples less the divergence of what is taken away.
-void TakeAway(const SImage &samples, const float *pColumns, const float *pLines, float fWeight, const SImage &result)
+/// A box and what is in reach of it.
+SBox Widen(const SBox &stBox, const SImage &image)
 {
-  const std::size_t nWidth = samples.nWidth;
-  for (uint32_t nLine = 0; nLine < samples.nHeight; ++nLine) {
-    const float *pSamples = samples.GetLine(nLine);
-    const float *pRight = pColumns + nLine * nWidth;
-    const float *pBelow = pLines + nLine * nWidth;
-    float *pResult = result.GetLine(nLine);
-    pResult[0] = pSamples[0] + fWeight * (pRight[0] + pBelow[0]);
-    for (std::size_t n = 1; n < nWidth; ++n) {
-      pResult[n] = pSamples[n] + fWeight * (pRight[n] - pRight[n - 1] + pBelow[n]);
-    }
-    for (std::size_t n = 0; nLine > 0 && n < nWidth; ++n) {
-      pResult[n] -= fWeight * (pBelow - nWidth)[n];
-    }
-  }
+  constexpr uint32_t REACH = CTotalVariation::REACH;
+  return {stBox.nFirstColumn - std::min(stBox.nFirstColumn, REACH),
+          stBox.nFirstLine - std::min(stBox.nFirstLine, REACH), std::min(stBox.nEndColumn + REACH, image.nWidth),
+          std::min(stBox.nEndLine + REACH, image.nHeight)};
 }
 
 } // namespace
 
 CTotalVariation::CTotalVariation(std::size_t nLargest)
-  : m_listColumns(nLargest), m_listLines(nLargest), m_listNextColumns(nLargest), m_listNextLines(nLargest)
+  : m_listResult(nLargest), m_listColumns(nLargest), m_listLines(nLargest), m_listNextColumns(nLargest),
+    m_listNextLines(nLargest)
 {
 }
 
-void CTotalVariation::Smooth(const SImage &samples, float fWeight, const SImage &result)
+void CTotalVariation::Smooth(const SImage &samples, const SBox &stBox, float fWeight, const SImage &result)
 {
+  const SBox stWide = Widen(stBox, samples);
+  const std::size_t nCount = std::size_t{stWide.GetWidth()} * stWide.GetHeight();
   for (std::vector<float> *pList : {&m_listColumns, &m_listLines, &m_listNextColumns, &m_listNextLines}) {
-    std::fill_n(pList->begin(), samples.GetCount(), 0.0F);
+    std::fill_n(pList->begin(), nCount, 0.0F);
   }
   float fPace = 1;
-  for (int nRound = 0; nRound < ROUNDS; ++nRound) {
-    TakeAway(samples, m_listNextColumns.data(), m_listNextLines.data(), fWeight, result);
+  for (uint32_t nRound = 0; nRound < ROUNDS; ++nRound) {
+    TakeAway(samples, stWide, m_listNextColumns, m_listNextLines, fWeight);
     const float fNextPace = (1 + std::sqrt(1 + 4 * fPace * fPace)) / 2;
-    Descend(result, 1 / (STRETCH * fWeight), (fPace - 1) / fNextPace);
+    Descend(stWide, 1 / (STRETCH * fWeight), (fPace - 1) / fNextPace);
     fPace = fNextPace;
   }
-  TakeAway(samples, m_listColumns.data(), m_listLines.data(), fWeight, result);
+  TakeAway(samples, stWide, m_listColumns, m_listLines, fWeight);
+  for (uint32_t nLine = stBox.nFirstLine; nLine < stBox.nEndLine; ++nLine) {
+    const float *pFrom = m_listResult.data() + std::size_t{nLine - stWide.nFirstLine} * stWide.GetWidth() +
+                         (stBox.nFirstColumn - stWide.nFirstColumn);
+    std::copy_n(pFrom, stBox.GetWidth(), result.GetLine(nLine) + stBox.nFirstColumn);
+  }
+}
+
+/// Samples less the divergence of what is taken away.
+void CTotalVariation::TakeAway(const SImage &samples, const SBox &stWide, const std::vector<float> &listColumns,
+                               const std::vector<float> &listLines, float fWeight)
+{
+  const std::size_t nWidth = stWide.GetWidth();
+  for (uint32_t nLine = 0; nLine < stWide.GetHeight(); ++nLine) {
+    const std::size_t nBegin = nLine * nWidth;
+    const float *pLines = listLines.data() + nBegin;
+    const STakenAway stTaken = {listColumns.data() + nBegin, pLines, nLine > 0 ? pLines - nWidth : nullptr, fWeight};
+    GetReferenceKernels().fnTakeAway(stTaken, samples.GetLine(stWide.nFirstLine + nLine) + stWide.nFirstColumn, nWidth,
+                                     m_listResult.data() + nBegin);
+  }
 }
 
 /// A step along the gradient of the dual problem, back to lengths of at most 1, and on with the momentum of the step.
-void CTotalVariation::Descend(const SImage &result, float fStep, float fMomentum)
+void CTotalVariation::Descend(const SBox &stWide, float fStep, float fMomentum)
 {
-  const std::size_t nWidth = result.nWidth;
-  for (uint32_t nLine = 0; nLine < result.nHeight; ++nLine) {
-    const float *pHere = result.GetLine(nLine);
-    // Beyond the last line and the last column there is no difference.
-    const float *pBelow = nLine + 1 < result.nHeight ? pHere + nWidth : pHere;
-    float *pColumns = m_listColumns.data() + nLine * nWidth;
-    float *pLines = m_listLines.data() + nLine * nWidth;
-    float *pNextColumns = m_listNextColumns.data() + nLine * nWidth;
-    float *pNextLines = m_listNextLines.data() + nLine * nWidth;
-    const auto fnStep = [&](std::size_t n, float fRight) {
-      const float fColumn = pNextColumns[n] + fStep * (fRight - pHere[n]);
-      const float fLine = pNextLines[n] + fStep * (pBelow[n] - pHere[n]);
-      const float fLength = std::sqrt(fColumn * fColumn + fLine * fLine);
-      const float fScale = 1 / (fLength > 1 ? fLength : 1.0F);
-      pNextColumns[n] = fColumn * fScale + fMomentum * (fColumn * fScale - pColumns[n]);
-      pNextLines[n] = fLine * fScale + fMomentum * (fLine * fScale - pLines[n]);
-      pColumns[n] = fColumn * fScale;
-      pLines[n] = fLine * fScale;
-    };
-    for (std::size_t n = 0; n + 1 < nWidth; ++n) {
-      fnStep(n, pHere[n + 1]);
-    }
-    fnStep(nWidth - 1, pHere[nWidth - 1]);
+  const std::size_t nWidth = stWide.GetWidth();
+  for (uint32_t nLine = 0; nLine < stWide.GetHeight(); ++nLine) {
+    const std::size_t nBegin = nLine * nWidth;
+    const float *pHere = m_listResult.data() + nBegin;
+    // Beyond the last line there is no difference.
+    const float *pBelow = nLine + 1 < stWide.GetHeight() ? pHere + nWidth : pHere;
+    GetReferenceKernels().fnDescend({pHere, pBelow, nWidth, fStep, fMomentum}, m_listColumns.data() + nBegin,
+                                    m_listLines.data() + nBegin, m_listNextColumns.data() + nBegin,
+                                    m_listNextLines.data() + nBegin);
   }
 }
 

@@ -1,9 +1,9 @@
 #include "reference/weightedreference.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <new>
-#include <stdexcept>
+#include <exception>
 #include <vector>
 
 #include "reference/planefield.h"
@@ -170,14 +170,11 @@ private:
 
 const char *DescribeNoiseSource(ENoiseSource eSource)
 {
-  switch (eSource) {
-  case ENoiseSource::Differences: return "differences of the frames";
-  case ENoiseSource::Camera: return "camera data";
-  case ENoiseSource::PhotonTransfer: return "photon transfer within the frame";
-  case ENoiseSource::HalfDetail: return "half of the fine detail of the one frame";
-  case ENoiseSource::AllDetail: break;
-  }
-  return "all fine detail of the one frame";
+  // In the order of their values.
+  constexpr std::array<const char *, 5> DESCRIPTIONS = {
+    "differences of the frames", "camera data", "photon transfer within the frame", "all fine detail of the one frame",
+    "half of the fine detail of the one frame"};
+  return DESCRIPTIONS[static_cast<std::size_t>(eSource)];
 }
 
 int32_t MakeWeightedReference(const SReferenceInput &stInput, uint16_t *pBright, uint16_t *pDark,
@@ -199,10 +196,8 @@ int32_t MakeWeightedReference(const SReferenceInput &stInput, uint16_t *pBright,
     }
     maker.MakeBright(pBright, bDark ? pDark : nullptr);
     return STATUS_SUCCESS;
-  } catch (const std::bad_alloc &) {
-    return STATUS_OUT_OF_MEMORY;
-  } catch (const std::length_error &) {
-    return STATUS_OUT_OF_MEMORY;
+  } catch (const std::exception &) {
+    return STATUS_OUT_OF_MEMORY; // or more than a vector may have
   }
 }
 

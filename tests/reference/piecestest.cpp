@@ -9,6 +9,7 @@
 #include "reference/noisemeter.h"
 #include "reference/noisemodel.h"
 #include "reference/parallel.h"
+#include "reference/planefield.h"
 #include "reference/planesource.h"
 #include "reference/profiles.h"
 #include "reference/scales.h"
@@ -84,7 +85,7 @@ TEST(ReferenceScales, SmoothingIsTheSplineAlongBothAxes)
 {
   std::vector<float> listFrom(11 * 9);
   std::vector<float> listTo(listFrom.size());
-  std::vector<float> listLine(11);
+  std::vector<float> listLine(11 + 4 * 2);
   listFrom[4 * 11 + 5] = 256;
   Smooth({listFrom.data(), 11, 9}, {listTo.data(), 11, 9}, 2, listLine.data());
   EXPECT_FLOAT_EQ(listTo[4 * 11 + 5], 36);
@@ -100,7 +101,7 @@ TEST(ReferenceScales, StatisticsAreThoseOfWhiteNoise)
   std::vector<float> listFine = MakeNoise(std::size_t{SIDE} * SIDE);
   std::vector<float> listWide(listFine.size());
   std::vector<float> listSquares(listFine.size());
-  std::vector<float> listLine(SIDE);
+  std::vector<float> listLine(SIDE + 4 * 4);
   for (uint32_t nScale = 0; nScale < 3; ++nScale) {
     const auto fnImage = [](std::vector<float> &list) { return SImage{list.data(), SIDE, SIDE}; };
     Smooth(fnImage(listFine), fnImage(listWide), 1U << nScale, listLine.data());
@@ -132,6 +133,19 @@ TEST(ReferenceShrinkage, NoiseAloneIsNotBelievedAndAStructureIs)
   for (float fEnergy = 0.01F; fEnergy < 1000; fEnergy *= 1.1F) {
     EXPECT_GE(shrinkage.GetWeight(fEnergy * 1.1F), shrinkage.GetWeight(fEnergy));
   }
+}
+
+TEST(ReferenceShrinkage, AnEnergyIsFoundFromWhichOnWeightsLieBeyondOne)
+{
+  CShrinkage shrinkage;
+  shrinkage.Learn(CountEnergies(MakeNoise(12 * 20000)), 12);
+  for (const float fWeight : {0.02F, 0.15F, 0.6F}) {
+    const float fLeast = shrinkage.FindEnergy(fWeight);
+    EXPECT_GT(shrinkage.GetWeight(fLeast), fWeight);
+    EXPECT_LE(shrinkage.GetWeight(std::nextafter(fLeast, 0.0F)), fWeight);
+  }
+  EXPECT_EQ(shrinkage.FindEnergy(-1), 0) << "all are beyond";
+  EXPECT_EQ(shrinkage.FindEnergy(1), INFINITY);
 }
 
 TEST(ReferenceShrinkage, ASignalEverywhereIsBelievedByItsShare)
@@ -223,6 +237,30 @@ TEST(ReferenceNoise, TheMeterReadsBytesAsItReadsWords)
   EXPECT_EQ(bytes.GetAll().dLine, words.GetAll().dLine);
 }
 
+template <class TSample>
+void ExpectFewSamples(uint32_t nWidth, uint32_t nHeight, double dVariance)
+{
+  std::vector<TSample> listFormer(std::size_t{nWidth} * nHeight);
+  std::vector<TSample> listLatter(listFormer.size());
+  for (std::size_t n = 0; n < listLatter.size(); ++n) {
+    const bool bRises = n / 2 % 2 == 0; // around one level, of which no drift is made
+    listFormer[n] = bRises ? 48 : 52;
+    listLatter[n] = bRises ? 52 : 48;
+  }
+  CNoiseMeter meter;
+  meter.Add(listFormer.data(), listLatter.data(), nWidth, nHeight, sizeof(TSample));
+  EXPECT_NEAR(meter.GetSite(0).dSample, dVariance, 0.3) << nWidth << " x " << nHeight;
+  EXPECT_EQ(meter.GetAll().dLine, 0) << "of one line of a site nothing is known";
+}
+
+TEST(ReferenceNoise, TheMeterKnowsNothingOfFewerThanEightSamples)
+{
+  for (const auto &[nWidth, dVariance] : {std::pair{1U, 0.0}, std::pair{14U, 0.0}, std::pair{16U, 8 * 16.0 / 6 / 2}}) {
+    ExpectFewSamples<uint8_t>(nWidth, 2, dVariance);
+    ExpectFewSamples<uint16_t>(nWidth, 2, dVariance);
+  }
+}
+
 TEST(ReferenceNoise, BelowTheDarkTheLightAddsNoNoise)
 {
   const SFieldNoise stNoise = {4, 0.5F, 0};
@@ -254,6 +292,23 @@ TEST(ReferencePlanes, ALineBeyondTheEdgesIsReflected)
   std::vector<float> listLine(8);
   source.ReadLine(-1, -2, 8, listLine.data());
   EXPECT_EQ(listLine, (std::vector<float>{34, 29, 24, 29, 34, 39, 34, 29}));
+}
+
+TEST(ReferencePlanes, AFieldBelowZeroIsWrittenAsZero)
+{
+  constexpr uint32_t WIDTH = 20;
+  constexpr uint32_t HEIGHT = 12;
+  const std::vector<uint32_t> listSums(WIDTH * HEIGHT, 90);
+  const std::vector<uint16_t> listDark(WIDTH * HEIGHT, 100);
+  CPlaneField field({GetPlanes(WIDTH, HEIGHT, false).front(), listSums.data(), 1, listDark.data(), 1}, {4, 0, 0}, 1);
+  field.FindProfiles();
+  field.WeightCoarseScales();
+  field.LearnFineScales();
+  std::vector<uint16_t> listField(listSums.size(), 7);
+  field.Write({listField.data(), 16, nullptr});
+  EXPECT_EQ(listField, std::vector<uint16_t>(listSums.size(), 0));
+  field.Write({listField.data(), 1, listDark.data()});
+  EXPECT_EQ(listField, std::vector<uint16_t>(listSums.size(), 90));
 }
 
 TEST(ReferenceProfiles, AColumnThatStandsOutIsKeptAndNoiseIsNot)
@@ -338,7 +393,8 @@ TEST(ReferenceVariation, ALowStepIsFoundInNoiseAndStaysWhereItIs)
   CTotalVariation variation(listSamples.size());
   // An image before it leaves nothing behind.
   for (const float fWeight : {5.0F, 1.2F}) {
-    variation.Smooth({listSamples.data(), WIDTH, HEIGHT}, fWeight, {listErrors.data(), WIDTH, HEIGHT});
+    variation.Smooth({listSamples.data(), WIDTH, HEIGHT}, {0, 0, WIDTH, HEIGHT}, fWeight,
+                     {listErrors.data(), WIDTH, HEIGHT});
   }
   const double dSum = std::accumulate(listErrors.begin(), listErrors.end(), 0.0);
   EXPECT_NEAR(dSum, std::accumulate(listSamples.begin(), listSamples.end(), 0.0), 1) << "nothing is added";
@@ -356,8 +412,8 @@ TEST(ReferenceVariation, AnEvenImageAndOneOfASinglePixelStayWhatTheyAre)
   std::vector<float> listEven(35, 12.5F);
   std::vector<float> listResult(35);
   CTotalVariation variation(35);
-  variation.Smooth({listEven.data(), 7, 5}, 2, {listResult.data(), 7, 5});
+  variation.Smooth({listEven.data(), 7, 5}, {0, 0, 7, 5}, 2, {listResult.data(), 7, 5});
   EXPECT_EQ(listResult, listEven);
-  variation.Smooth({listEven.data(), 1, 1}, 2, {listResult.data(), 1, 1});
+  variation.Smooth({listEven.data(), 1, 1}, {0, 0, 1, 1}, 2, {listResult.data(), 1, 1});
   EXPECT_EQ(listResult[0], 12.5F);
 }
