@@ -74,3 +74,25 @@ TEST_F(CRecordingTest, ARecordingThatIsAllDarkHasNoDepthToGuess)
   const std::string strError = Load().GetError();
   EXPECT_NE(strError.find("holds nothing but zeros"), std::string::npos) << strError;
 }
+
+TEST_F(CRecordingTest, OfEachKindTwoFramesAreNeededButOfDarkOnesNoneWill)
+{
+  const auto fnWrite = [this](const char *pName) {
+    const std::vector<uint8_t> listFrame(32, 7);
+    ASSERT_TRUE(SaveFrame(m_dir.filePath(pName), {8, 4, 1}, listFrame.data()));
+  };
+  const auto fnExpect = [this](const std::string &strExpected) {
+    const std::string strError = Load().GetError();
+    EXPECT_NE(strError.find(strExpected), std::string::npos) << strError;
+    EXPECT_EQ(strError.empty(), strExpected.empty()) << strError;
+  };
+  fnExpect("has 0 frames in \"bright_*\" files; at least 2 are needed");
+  fnWrite("bright_0.png");
+  fnExpect("has 1 frames in \"bright_*\" files; at least 2 are needed");
+  fnWrite("bright_1.png");
+  fnExpect("");
+  fnWrite("dark_0.png");
+  fnExpect("has 1 frames in \"dark_*\" files; at least 2 are needed");
+  fnWrite("dark_1.png");
+  fnExpect("");
+}

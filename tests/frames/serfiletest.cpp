@@ -185,3 +185,15 @@ TEST_F(CSerTest, TheHeaderCountsTheFramesThatCame)
   EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead).size(), 1U);
   EXPECT_EQ(stRead.nBitDepth, 16U);
 }
+
+TEST_F(CSerTest, AValueAtTheEndOfTheDepthIsNotBeyondIt)
+{
+  // In the other order neighbours differ less, but are beyond 12 bits.
+  for (std::size_t n = 0; n < m_listFrames[0].size() / 2; ++n) {
+    const uint16_t nSample = n % 2 == 0 ? 4095 : 255;
+    std::memcpy(m_listFrames[0].data() + 2 * n, &nSample, 2);
+  }
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+  std::string strError;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
+}

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -245,4 +246,39 @@ TEST_F(CTiffTest, ASizeThatTheFileCannotHoldTakesNoMemory)
     TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 1);
   });
   EXPECT_NE(m_kind.Open(m_strPath).GetError(), "");
+}
+
+TEST_F(CTiffTest, TheLargestValueThatAFileStatesIsItsDepth)
+{
+  for (const uint32_t nDepth : {8U, 10U, 12U, 14U}) {
+    WriteForeign([&](TIFF *pTiff) {
+      TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 16);
+      TIFFSetField(pTiff, TIFFTAG_MAXSAMPLEVALUE, (1U << nDepth) - 1);
+    });
+    EXPECT_EQ(m_kind.Open(m_strPath).GetValue()->GetInfo().nBitDepth, nDepth);
+  }
+}
+
+TEST_F(CTiffTest, OthersFindEveryTagThatTheyNeed)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {6, 4, 2};
+  stInfo.nBitDepth = 9;
+  stInfo.stTiff = {false, COMPRESSION_NONE, 2, RESUNIT_INCH, 50.0F, 60.0F};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 9)).GetError(), "");
+  TIFF *pTiff = TIFFOpen(m_strPath.toUtf8().constData(), "r");
+  ASSERT_NE(pTiff, nullptr);
+  for (const auto &[nTag, nExpected] :
+       {std::pair{TIFFTAG_BITSPERSAMPLE, 16}, std::pair{TIFFTAG_SAMPLESPERPIXEL, 1},
+        std::pair{TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK}, std::pair{TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG},
+        std::pair{TIFFTAG_COMPRESSION, COMPRESSION_NONE}, std::pair{TIFFTAG_ORIENTATION, 2},
+        std::pair{TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH}, std::pair{TIFFTAG_MAXSAMPLEVALUE, 511}}) {
+    uint16_t nValue = 0;
+    EXPECT_EQ(TIFFGetField(pTiff, static_cast<uint32_t>(nTag), &nValue), 1) << nTag;
+    EXPECT_EQ(nValue, nExpected) << nTag;
+  }
+  float fResolution = 0;
+  EXPECT_EQ(TIFFGetField(pTiff, TIFFTAG_XRESOLUTION, &fResolution), 1);
+  EXPECT_EQ(fResolution, 50.0F);
+  TIFFClose(pTiff);
 }
