@@ -421,3 +421,20 @@ TEST(RawFile, AFormatThatIsNoneIsExplained)
     EXPECT_NE(CRawFile::Parse(pFormat).GetError(), "") << pFormat;
   }
 }
+
+TEST(PartialFile, WhoMayReadTheFormerFileMayReadTheNewOne)
+{
+  const QTemporaryDir dir;
+  const QString strPath = dir.filePath("file");
+  const auto fnWrite = [&strPath](const char *pText) {
+    CPartialFile file(strPath);
+    ASSERT_TRUE(file.Open().IsOk());
+    ASSERT_TRUE(file.Write(pText, 3).IsOk());
+    ASSERT_EQ(file.Commit(ECommit::Quick).GetError(), "");
+  };
+  fnWrite("one");
+  ASSERT_TRUE(QFile::setPermissions(strPath, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+  const QFileDevice::Permissions eFormer = QFile::permissions(strPath);
+  fnWrite("two");
+  EXPECT_EQ(QFile::permissions(strPath), eFormer);
+}

@@ -366,3 +366,14 @@ TEST_F(CFitsTest, CompressedImagesAndFurtherPartsAreRefusedByName)
   WriteBytes(m_strPath, byteImage.left(2880 + 15));
   EXPECT_EQ(GetError(), "is too short for a frame of 4 x 2 pixels: it ends early.");
 }
+
+TEST_F(CFitsTest, PlainTextsStandInTheHeaderAsTheyAre)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 2, 1};
+  stInfo.mapTexts = {{TEXT_DESCRIPTION, "Taken of A/B (20 um) = x~"}, {"Observer", "100%&'"}};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+  const QByteArray byteHeader = ReadBytes(m_strPath).left(2880);
+  EXPECT_TRUE(byteHeader.contains("FFCDESC = 'Taken of A/B (20 um) = x~'")) << byteHeader.constData();
+  EXPECT_TRUE(byteHeader.contains("OBSERVER= '100%25%26%27'")) << byteHeader.constData();
+}

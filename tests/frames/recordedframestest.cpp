@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -95,4 +96,18 @@ TEST_F(CRecordingTest, OfEachKindTwoFramesAreNeededButOfDarkOnesNoneWill)
   fnExpect("has 1 frames in \"dark_*\" files; at least 2 are needed");
   fnWrite("dark_1.png");
   fnExpect("");
+}
+
+TEST_F(CRecordingTest, SamplesThatTheFormatDoesNotHaveAreNamedByTheirBits)
+{
+  WriteRecording(12, 3000);
+  const std::string strWide = Load(SSampleFormat{"Mono8", 8}).GetError();
+  EXPECT_NE(strWide.find("has 16 bits per pixel, which the pixel format Mono8 does not have."), std::string::npos)
+    << strWide;
+  ASSERT_TRUE(QFile::remove(m_dir.filePath("dark_1.ser")) && QFile::remove(m_dir.filePath("bright_1.ser")));
+  const std::vector<uint8_t> listFrame(32, 7);
+  ASSERT_TRUE(SaveFrame(m_dir.filePath("bright_0.png"), {8, 4, 1}, listFrame.data()));
+  const std::string strNarrow = Load(SSampleFormat{"Mono12", 12}).GetError();
+  EXPECT_NE(strNarrow.find("has 8 bits per pixel, which the pixel format Mono12 does not have."), std::string::npos)
+    << strNarrow;
 }

@@ -197,3 +197,16 @@ TEST_F(CSerTest, AValueAtTheEndOfTheDepthIsNotBeyondIt)
   std::string strError;
   EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
 }
+
+TEST_F(CSerTest, FramesOfBytesHaveEightBits)
+{
+  m_stInfo.stLayout = {32, 16, 1};
+  m_stInfo.nBitDepth = 8;
+  m_listFrames = MakeFrames(m_stInfo.stLayout, 2, 8);
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames);
+  EXPECT_EQ(stRead.nBitDepth, 8U);
+  EXPECT_EQ(stRead.strRemark, "") << "bytes have no order to guess";
+}
