@@ -47,10 +47,10 @@ def measure_session(session):
     return ticks, running
 
 
-def run_limited(command, folder, seconds, environment=None):
+def run_limited(command, folder, seconds, environment=None, memory=MEMORY_LIMIT):
     """Runs a command in a session of its own, which ends with it: with so much time of the processor (a busy machine does not
     count), without the memory of the whole machine, and not for ever when it waits for nothing."""
-    limits = f"ulimit -c 0; ulimit -t {int(seconds) + 1}; ulimit -v {MEMORY_LIMIT >> 10}; ulimit -f {16 << 21}; exec \"$@\""
+    limits = f"ulimit -c 0; ulimit -t {int(seconds) + 1}; ulimit -v {memory >> 10 if memory else 'unlimited'}; ulimit -f {16 << 21}; exec \"$@\""
     with subprocess.Popen(["sh", "-c", limits, "sh", *command], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True) as process:
         output, stuck, before, idle = b"", False, 0, 0
@@ -92,8 +92,9 @@ def get_digest(path):
 class Build:
     """The copy of the project and its build folder, which is where the preset has it."""
 
-    def __init__(self, folder):
-        self.tree = os.path.join(folder, "source")
+    def __init__(self, folder, sanitize):
+        self.sanitize = sanitize
+        self.tree = os.path.join(folder, "sanitized" if sanitize else "source")
         self.folder = os.path.join(self.tree, "build", "mutants")
         self.switched = set()  # numbers of the mutants that are built already
         self.rejected = set()  # and of those that the compiler refuses
@@ -108,7 +109,8 @@ class Build:
         self.rejected = {number for number, alone in known.items() if not alone}
         while True:
             self._write_tree({number: mutant for number, mutant in mutants.items() if number not in known})
-            run_or_exit(["cmake", "--preset", "mutants", "-DFFC_BUILD_TESTS=ON"], self.tree)
+            run_or_exit(["cmake", "--preset", "mutants", "-DFFC_BUILD_TESTS=ON",
+                          f"-DFFC_SANITIZE={'address,undefined' if self.sanitize else ''}"], self.tree)
             command = ["cmake", "--build", self.folder, "--parallel", str(os.cpu_count()), "--target", *programs, "--", "-k", "0"]
             done = subprocess.run(command, capture_output=True, text=True, check=False)
             if done.returncode == 0:

@@ -11,14 +11,17 @@ import sys
 import threading
 import time
 
-from mutantbuild import run_limited
+from mutantbuild import MEMORY_LIMIT, run_limited
 from mutantswitch import VARIABLE
 
 
 class Tests:
     def __init__(self, build):
         self.folder = build.folder
-        self.commands = self._read_commands(build)
+        self.sanitize = build.sanitize
+        self.commands = {}      # program: its command
+        self.environments = {}  # program: what it needs to find set
+        self._read_commands(build)
         self.measured = os.path.join(build.folder, "seconds.json")
         self.seconds = {}
         # (source, program): names of tests, the last one first.
@@ -27,19 +30,22 @@ class Tests:
 
     def _read_commands(self, build):
         listed = subprocess.run(["ctest", "--test-dir", self.folder, "--show-only=json-v1"], check=True, capture_output=True, text=True)
-        commands = {}
         for test in json.loads(listed.stdout)["tests"]:
             for i, word in enumerate(test.get("command", ())):
-                if os.path.basename(word) in build.commands and os.path.dirname(word).endswith("/bin"):
-                    commands.setdefault(os.path.basename(word), test["command"][:i + 1])
-        return commands
+                program = os.path.basename(word)
+                if program in build.commands and os.path.dirname(word).endswith("/bin") and program not in self.commands:
+                    self.commands[program] = test["command"][:i + 1]
+                    settings = [value for entry in test["properties"] if entry["name"] == "ENVIRONMENT" for value in entry["value"]]
+                    self.environments[program] = dict(setting.split("=", 1) for setting in settings)
 
     def run(self, program, options, seconds, number=0):
         temporary = os.path.join(self.folder, "mutant", f"tmp-{threading.get_ident()}")
         shutil.rmtree(temporary, ignore_errors=True)
         os.makedirs(temporary)
-        environment = {**os.environ, "TMPDIR": temporary, "GTEST_FAIL_FAST": "1", VARIABLE: str(number)}
-        outcome = run_limited(self.commands[program] + options, temporary, seconds, environment)
+        environment = {**os.environ, **self.environments[program], "TMPDIR": temporary, "GTEST_FAIL_FAST": "1", VARIABLE: str(number)}
+        # The address sanitizer takes all addresses there are.
+        memory = None if self.sanitize else MEMORY_LIMIT
+        outcome = run_limited(self.commands[program] + options, temporary, seconds, environment, memory)
         shutil.rmtree(temporary, ignore_errors=True)
         return outcome
 

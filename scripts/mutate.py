@@ -5,6 +5,7 @@
   scripts/mutate.py --sample 50 --folder ombrix        of one, which may be given several times; ombrix/kernels too
   scripts/mutate.py --resume build/mutants/results.json --sample 400   what is in the file is not run again
   scripts/mutate.py --resume FILE --survivors          only what survived before is run again
+  scripts/mutate.py --resume FILE --survivors --sanitize     the same with the address sanitizer, as the suite runs too
 
 A mutant is one changed operator or constant, a negated condition, a deleted statement, or two swapped arguments; mutants.py
 says where they are found. All that stand in functions are compiled at once, in a copy of the project (preset mutants), and an
@@ -128,6 +129,7 @@ def parse_options():
     parser.add_argument("--minutes", type=float, help="no mutant is begun after so long")
     parser.add_argument("--resume", metavar="FILE", help="results to go on with")
     parser.add_argument("--survivors", action="store_true", help="of the results, run again what survived")
+    parser.add_argument("--sanitize", action="store_true", help="with the address sanitizer, which sees what is read beside an array")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="so many mutants at a time")
     parser.add_argument("--build", default=os.path.join(ROOT, "build", "mutants"), help="the build folder")
     parser.add_argument("--list", action="store_true", help="only print the mutants")
@@ -142,7 +144,8 @@ def choose(options, results):
     sample = random.Random(options.seed).sample(everything, min(options.sample or len(everything), len(everything)))
     if options.survivors:
         survived = {key for key, entry in results.items() if entry["verdict"] in ("survived", "equivalent")}
-        return sample, [entry for entry in everything if identify(entry[1]) in survived]
+        again = [entry for entry in everything if identify(entry[1]) in survived]
+        return ([] if options.sanitize else sample), again
     return sample, [entry for entry in sample if identify(entry[1]) not in results]
 
 
@@ -174,7 +177,7 @@ def run_all(options, sample, chosen, results):
     """The switched ones side by side; those that are built alone, which change the programs, one after the other at the end."""
     start = time.monotonic()
     programs = {folder: FOLDERS[folder] for folder in FOLDERS if any(folder == other for other, _ in chosen)}
-    build = Build(options.build)
+    build = Build(options.build, options.sanitize)
     build.prepare([name for names in programs.values() for name in names], {get_number(mutant): mutant for _, mutant in sample + chosen})
     tests = Tests(build)
     tests.measure()

@@ -264,7 +264,7 @@ TEST_F(CTiffTest, OthersFindEveryTagThatTheyNeed)
   SFrameInfo stInfo;
   stInfo.stLayout = {6, 4, 2};
   stInfo.nBitDepth = 9;
-  stInfo.stTiff = {false, COMPRESSION_NONE, 2, RESUNIT_INCH, 50.0F, 60.0F};
+  stInfo.stTiff = {false, COMPRESSION_NONE, 2, RESUNIT_INCH, 0.5F, 0.75F};
   ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 9)).GetError(), "");
   TIFF *pTiff = TIFFOpen(m_strPath.toUtf8().constData(), "r");
   ASSERT_NE(pTiff, nullptr);
@@ -279,6 +279,6 @@ TEST_F(CTiffTest, OthersFindEveryTagThatTheyNeed)
   }
   float fResolution = 0;
   EXPECT_EQ(TIFFGetField(pTiff, TIFFTAG_XRESOLUTION, &fResolution), 1);
-  EXPECT_EQ(fResolution, 50.0F);
+  EXPECT_EQ(fResolution, 0.5F);
   TIFFClose(pTiff);
 }
