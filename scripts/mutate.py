@@ -36,7 +36,7 @@ from mutanttests import Tests
 DIALOG = "pluginobject/shadingcorrection/"
 # The programs that test a folder: the quick ones first.
 FOLDERS = {
-    "ombrix": ("ombrix_kernels_test", "ombrix_test", "ombrix_bandpool_test", "ombrix_threads_test"),
+    "ombrix": ("ombrix_kernels_test", "ombrix_test", "ombrix_bandpool_test", "ombrix_threads_test", "ombrix_unload_test"),
     DIALOG + "imagecalc": ("imagecalc_test",),
     DIALOG + "process": (
         "process_pieces_test", "process_test", "process_file_test", "process_host_test", "process_device_test",
