@@ -300,4 +300,5 @@ TEST(FrameExchange, ANewBufferHasBeenTouchedByNoFrame)
   ASSERT_TRUE(exchange.AllocateBuffer(2));
   CFrameBuffer other;
   EXPECT_EQ(exchange.SwapBuffer(other), 0U);
+  EXPECT_EQ(exchange.SwapBuffer(other), 0U) << "nor has the one that it got";
 }
