@@ -319,9 +319,11 @@ TEST_F(CFitsTest, DepthsThatTheSamplesCannotHaveAreNoneInTheFileEither)
   }
   SFrameInfo stInfo;
   stInfo.stLayout = {4, 2, 1};
-  stInfo.nBitDepth = 12;
-  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
-  EXPECT_FALSE(ReadBytes(m_strPath).contains("FFCBITS"));
+  for (const uint32_t nBitDepth : {12U, 0U}) {
+    stInfo.nBitDepth = nBitDepth;
+    ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+    EXPECT_FALSE(ReadBytes(m_strPath).contains("FFCBITS")) << nBitDepth;
+  }
 }
 
 TEST_F(CFitsTest, TextsWithoutAPlaceAreLeftOut)

@@ -111,3 +111,20 @@ TEST_F(CRecordingTest, SamplesThatTheFormatDoesNotHaveAreNamedByTheirBits)
   EXPECT_NE(strNarrow.find("has 8 bits per pixel, which the pixel format Mono12 does not have."), std::string::npos)
     << strNarrow;
 }
+
+TEST_F(CRecordingTest, ADepthThatNoFileStatesIsGuessedAndSaid)
+{
+  std::vector<uint8_t> listFrame(32);
+  for (std::size_t n = 0; n < listFrame.size(); n += 2) {
+    const auto nSample = static_cast<uint16_t>(2100 + n);
+    std::memcpy(listFrame.data() + n, &nSample, 2);
+  }
+  for (const char *pName : {"bright_0.png", "bright_1.png"}) {
+    ASSERT_TRUE(SaveFrame(m_dir.filePath(pName), {4, 4, 2}, listFrame.data()));
+  }
+  const auto recording = Load();
+  ASSERT_EQ(recording.GetError(), "");
+  EXPECT_EQ(recording.GetValue().strStatedFormat, "Mono12");
+  EXPECT_NE(recording.GetValue().strGuess, "");
+  EXPECT_EQ(recording.GetValue().listBright[1], listFrame);
+}

@@ -136,6 +136,8 @@ TEST_F(CSerTest, HeadersThatMakeNoSenseAreRefused)
   EXPECT_NE(OpenWith(38, INT32_MAX).find("is too short for 2147483647 frames"), std::string::npos);
   EXPECT_NE(OpenWith(26, INT32_MAX).find("at most"), std::string::npos);
   EXPECT_NE(OpenWith(0, 0).find("is no SER file"), std::string::npos);
+  WriteAll(m_strPath, m_byteFile.left(SER_HEADER_SIZE + 2 * 32 * 16 * 2 - 1));
+  EXPECT_NE(m_kind.Open(m_strPath).GetError().find("is too short for 2 frames"), std::string::npos);
 }
 
 TEST_F(CSerTest, TimesThatAreMissingAreNotMissed)

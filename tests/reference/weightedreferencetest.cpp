@@ -231,6 +231,43 @@ TEST(WeightedReference, SamplesThatStandFurtherLeftGiveTheSame)
   EXPECT_EQ(stRight.stResult.dNoise, stLeft.stResult.dNoise);
 }
 
+TEST(WeightedReference, NoiseOfLinesThatStandsFurtherLeftIsTheSameToo)
+{
+  constexpr uint32_t WIDTH = 64;
+  constexpr uint32_t HEIGHT = 48;
+  std::vector<std::vector<uint16_t>> listResults;
+  for (const uint32_t nShift : {0U, 4U}) {
+    std::vector<uint32_t> listSums(std::size_t{WIDTH} * HEIGHT);
+    CNoiseMeter meter;
+    std::vector<uint16_t> listFormer;
+    for (uint32_t nFrame = 0; nFrame < 3; ++nFrame) {
+      std::vector<uint16_t> listFrame(listSums.size());
+      for (uint32_t n = 0; n < listFrame.size(); ++n) {
+        const uint32_t nLineNoise = (n / WIDTH * 7 + nFrame * 11) % 23;
+        listFrame[n] = static_cast<uint16_t>((100 + nLineNoise + (n * 2654435761U >> 16U) % 5) << nShift);
+        listSums[n] += listFrame[n];
+      }
+      if (nFrame > 0) {
+        meter.Add(listFormer.data(), listFrame.data(), WIDTH, HEIGHT, 2);
+      }
+      listFormer = listFrame;
+    }
+    SReferenceInput stInput;
+    stInput.nWidth = WIDTH;
+    stInput.nHeight = HEIGHT;
+    stInput.nBitDepth = 12;
+    stInput.stBright = stInput.stDark = {listSums.data(), 3, nShift, &meter};
+    std::vector<uint16_t> listBright(listSums.size());
+    std::vector<uint16_t> listDark(listSums.size());
+    SReferenceResult stResult;
+    ASSERT_EQ(MakeWeightedReference(stInput, listBright.data(), listDark.data(), stResult), STATUS_SUCCESS);
+    listResults.push_back(listBright);
+    listResults.push_back(listDark);
+  }
+  EXPECT_EQ(listResults[0], listResults[2]);
+  EXPECT_EQ(listResults[1], listResults[3]);
+}
+
 TEST(WeightedReference, PlanesOfAMosaicDoNotMix)
 {
   SSensor stSensor;
