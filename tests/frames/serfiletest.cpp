@@ -200,6 +200,17 @@ TEST_F(CSerTest, AValueAtTheEndOfTheDepthIsNotBeyondIt)
   EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
 }
 
+TEST_F(CSerTest, WhereNothingSpeaksForAnOrderItIsTheFormats)
+{
+  for (std::size_t n = 0; n < m_listFrames[0].size() / 2; ++n) {
+    constexpr uint16_t SAMPLE = 0x0203;
+    std::memcpy(m_listFrames[0].data() + 2 * n, &SAMPLE, 2);
+  }
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+  std::string strError;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
+}
+
 TEST_F(CSerTest, FramesOfBytesHaveEightBits)
 {
   m_stInfo.stLayout = {32, 16, 1};
