@@ -399,3 +399,17 @@ TEST(ReferenceNoise, TwoLinesOfASiteAreEnoughForTheNoiseOfLines)
   // Of each site, lines that differ by 10 and 0: the variance of a difference is 50, half of it a frame's.
   EXPECT_NEAR(meter.GetAll().dLine, 25 - meter.GetAll().dSample * 2 / WIDTH, 1e-9);
 }
+
+TEST(ReferenceNoise, TheNoiseOfAnEvenSumOfTwoFramesIsSeen)
+{
+  constexpr uint32_t WIDTH = 40;
+  std::vector<uint16_t> listFormer(std::size_t{WIDTH} * 20);
+  std::vector<uint16_t> listLatter(listFormer.size());
+  for (std::size_t n = 0; n < listFormer.size(); ++n) {
+    listFormer[n] = n / 2 % 2 == 0 ? 1005 : 995;
+    listLatter[n] = static_cast<uint16_t>(2000 - listFormer[n]);
+  }
+  CNoiseMeter meter;
+  meter.Add(listFormer.data(), listLatter.data(), WIDTH, 20, 2);
+  EXPECT_NEAR(meter.GetAll().dSample, 50, 1) << "half the variance of differences of 10";
+}
