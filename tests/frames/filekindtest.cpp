@@ -273,7 +273,7 @@ TEST(FileKind, AFolderIsNoFileForAnyKind)
   const QTemporaryDir dir;
   for (const IFileKind *pKind : ListFileKinds()) {
     EXPECT_EQ(pKind->Open(dir.path()).GetError(), "is no file.");
-    EXPECT_NE(pKind->Create(dir.path(), MakeInfo(2, 2, 1)).GetError().find("it is no file"), std::string::npos);
+    EXPECT_NE(pKind->Create(dir.path(), MakeInfo(2, 2, 1)).GetError().find(": it is no file"), std::string::npos);
     EXPECT_NE(pKind->Open(dir.filePath("missing")).GetError().find("cannot be opened"), std::string::npos);
     EXPECT_FALSE(pKind->Create(dir.filePath("missing/file"), MakeInfo(2, 2, 1)).IsOk());
   }

@@ -601,6 +601,8 @@ INSTANTIATE_TEST_SUITE_P(Scenes, KnownFrames,
                                                       0.00426998, 0.0042715, 1.91013, 2.99587, 0.993772},
                                          SKnownFrames{"OneOfAMosaic", 200, 120, true, 0.005, 0.1, 1, 2, 0.00483305,
                                                       0.00713772, 1.6956, 14.6393, 0.214216},
+                                         SKnownFrames{"OneOfAMosaicWithoutPattern", 200, 120, true, 0.0, 0.4, 1, 4,
+                                                      0.00351373, 0.00847734, 1.33019, 28.7633, 0.0155031},
                                          SKnownFrames{"ThreeOfAMosaic", 130, 74, true, 0.005, 0.1, 3, 1, 0.0040412,
                                                       0.0046584, 2.26036, 14.581, 0.519623}),
                          [](const auto &stInfo) { return std::string(stInfo.param.pName); });
