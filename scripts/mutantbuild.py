@@ -8,6 +8,7 @@ import os
 import re
 import subprocess
 import sys
+import time
 
 from mutantswitch import switch_mutants
 
@@ -18,6 +19,8 @@ LIBRARIES = (".so", ".plx")
 MEMORY_LIMIT = 8 << 30
 STUCK_AFTER = 15
 LOOK_EVERY = 3
+# What a busy machine makes of seconds of a processor.
+SLOWEST_START, SLOWEST_PACE = 60, 10
 
 Outcome = collections.namedtuple("Outcome", "ok timed_out status output")
 
@@ -54,6 +57,7 @@ def run_limited(command, folder, seconds, environment=None, memory=MEMORY_LIMIT)
     with subprocess.Popen(["sh", "-c", limits, "sh", *command], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True) as process:
         output, stuck, before, idle = b"", False, 0, 0
+        latest = time.monotonic() + SLOWEST_START + SLOWEST_PACE * seconds
         while True:
             try:
                 output, _ = process.communicate(timeout=LOOK_EVERY)
@@ -63,7 +67,7 @@ def run_limited(command, folder, seconds, environment=None, memory=MEMORY_LIMIT)
                 busy = running or ticks - before > LOOK_EVERY * os.sysconf("SC_CLK_TCK") / 10
                 idle = 0 if busy else idle + LOOK_EVERY
                 before = ticks
-                if idle >= STUCK_AFTER:
+                if idle >= STUCK_AFTER or time.monotonic() > latest:
                     stuck = True
                     kill_session(process.pid)
         kill_session(process.pid)
