@@ -344,12 +344,12 @@ TEST(PngFile, ASizeThatTheFileCannotHoldTakesNoMemory)
   ASSERT_TRUE(file.open(QIODevice::ReadWrite));
   QByteArray byteContent = file.readAll();
   // Width and height, and the checksum that follows them.
-  byteContent.replace(16, 8, QByteArray::fromHex("0000753000007530"));
-  byteContent.replace(29, 4, QByteArray::fromHex("434ca766"));
+  byteContent.replace(16, 8, QByteArray::fromHex("0000753000004e20"));
+  byteContent.replace(29, 4, QByteArray::fromHex("eafe5455"));
   ASSERT_TRUE(file.seek(0) && file.write(byteContent) == byteContent.size());
   file.close();
   EXPECT_EQ(FindFileKind(strPath)->Open(strPath).GetError(),
-            "is too short for a frame of 30000 x 30000 pixels: it ends early.");
+            "is too short for a frame of 30000 x 20000 pixels: it ends early.");
 }
 
 TEST(PngFile, AFrameThatIsWiderThanPicturesAreIsNotWritten)

@@ -128,3 +128,11 @@ TEST_F(CRecordingTest, ADepthThatNoFileStatesIsGuessedAndSaid)
   EXPECT_NE(recording.GetValue().strGuess, "");
   EXPECT_EQ(recording.GetValue().listBright[1], listFrame);
 }
+
+TEST_F(CRecordingTest, ASideThatTheSamplesDoNotHaveIsNoValueBeyondTheFormat)
+{
+  WriteRecording(12, 3001);
+  const SSampleFormat stFormat{"Mono12", 12};
+  const std::string strError = LoadRecordedFrames(m_dir.path().toStdString(), stFormat, EAlignment::Left).GetError();
+  EXPECT_NE(strError.find("is stated to be left-aligned, but uses its lowest 4 bits."), std::string::npos) << strError;
+}
