@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "frames/alignment.h"
 #include "frames/serfile.h"
 #include "tests/frames/framefiles.h"
 
@@ -116,7 +117,7 @@ TEST_F(CRecordingTest, ADepthThatNoFileStatesIsGuessedAndSaid)
 {
   std::vector<uint8_t> listFrame(32);
   for (std::size_t n = 0; n < listFrame.size(); n += 2) {
-    const auto nSample = static_cast<uint16_t>(2100 + n);
+    const auto nSample = static_cast<uint16_t>(2101 + n / 2);
     std::memcpy(listFrame.data() + n, &nSample, 2);
   }
   for (const char *pName : {"bright_0.png", "bright_1.png"}) {
@@ -127,6 +128,18 @@ TEST_F(CRecordingTest, ADepthThatNoFileStatesIsGuessedAndSaid)
   EXPECT_EQ(recording.GetValue().strStatedFormat, "Mono12");
   EXPECT_NE(recording.GetValue().strGuess, "");
   EXPECT_EQ(recording.GetValue().listBright[1], listFrame);
+  EXPECT_FALSE(recording.GetValue().bLeftAligned);
+
+  std::vector<uint8_t> listLeft = listFrame;
+  ShiftLeft(listLeft.data(), {4, 4, 2}, 4);
+  for (const char *pName : {"bright_0.png", "bright_1.png"}) {
+    ASSERT_TRUE(SaveFrame(m_dir.filePath(pName), {4, 4, 2}, listLeft.data()));
+  }
+  const auto left = Load();
+  ASSERT_EQ(left.GetError(), "");
+  EXPECT_EQ(left.GetValue().strStatedFormat, "Mono12");
+  EXPECT_TRUE(left.GetValue().bLeftAligned);
+  EXPECT_EQ(left.GetValue().listBright[1], listFrame);
 }
 
 TEST_F(CRecordingTest, ASideThatTheSamplesDoNotHaveIsNoValueBeyondTheFormat)

@@ -410,6 +410,7 @@ TEST(ReferenceNoise, TheNoiseOfAnEvenSumOfTwoFramesIsSeen)
     listLatter[n] = static_cast<uint16_t>(2000 - listFormer[n]);
   }
   CNoiseMeter meter;
+  EXPECT_EQ(meter.GetAll().dSample, 0) << "nothing was measured";
   meter.Add(listFormer.data(), listLatter.data(), WIDTH, 20, 2);
   EXPECT_NEAR(meter.GetAll().dSample, 50, 1) << "half the variance of differences of 10";
 }
