@@ -131,7 +131,7 @@ case "${1:-}" in
       (soak_part "$part")
     done
     ;;
-  --mutants) scripts/mutate.py --minutes "${2:-20}" ;;
+  --mutants) scripts/mutate.py --sample 1500 --minutes "${2:-20}" ;;
   -*)
     sed -n '2,/^set /{s/^# \{0,1\}//;/^set /d;p}' "$0" >&2
     exit 2

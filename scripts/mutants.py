@@ -7,8 +7,8 @@ as that."""
 import collections
 import re
 
-# One change of one place: text[start:end] becomes `text`.
-Mutant = collections.namedtuple("Mutant", "path line operator before after start end text")
+# One change of one place: text[start:end] becomes `text`. Of several that change the same line in the same way, the nth.
+Mutant = collections.namedtuple("Mutant", "path line operator before after start end text nth", defaults=(0,))
 
 RELATIONAL = {"<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"), "==": ("!=",), "!=": ("==",),
               "&&": ("||",), "||": ("&&",)}
@@ -146,4 +146,9 @@ def find_mutants(path, text):
             before = " ".join(text[line_start:line_end].split())
             after = " ".join((text[line_start:start] + changed + text[end:line_end]).split())
             found.append(Mutant(path, text.count("\n", 0, start) + 1, operator, before, after, start, end, changed))
-    return sorted(found, key=lambda mutant: (mutant.start, mutant.end, mutant.text))
+    found.sort(key=lambda mutant: (mutant.start, mutant.end, mutant.text))
+    seen = collections.Counter()
+    for i, mutant in enumerate(found):
+        found[i] = mutant._replace(nth=seen[mutant.before, mutant.after])
+        seen[mutant.before, mutant.after] += 1
+    return found

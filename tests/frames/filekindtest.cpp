@@ -273,7 +273,7 @@ TEST(FileKind, AFolderIsNoFileForAnyKind)
   const QTemporaryDir dir;
   for (const IFileKind *pKind : ListFileKinds()) {
     EXPECT_EQ(pKind->Open(dir.path()).GetError(), "is no file.");
-    EXPECT_NE(pKind->Create(dir.path(), MakeInfo(2, 2, 1)).GetError().find("it is no file"), std::string::npos);
+    EXPECT_NE(pKind->Create(dir.path(), MakeInfo(2, 2, 1)).GetError().find(": it is no file"), std::string::npos);
     EXPECT_NE(pKind->Open(dir.filePath("missing")).GetError().find("cannot be opened"), std::string::npos);
     EXPECT_FALSE(pKind->Create(dir.filePath("missing/file"), MakeInfo(2, 2, 1)).IsOk());
   }
@@ -344,12 +344,12 @@ TEST(PngFile, ASizeThatTheFileCannotHoldTakesNoMemory)
   ASSERT_TRUE(file.open(QIODevice::ReadWrite));
   QByteArray byteContent = file.readAll();
   // Width and height, and the checksum that follows them.
-  byteContent.replace(16, 8, QByteArray::fromHex("0000753000007530"));
-  byteContent.replace(29, 4, QByteArray::fromHex("434ca766"));
+  byteContent.replace(16, 8, QByteArray::fromHex("0000753000004e20"));
+  byteContent.replace(29, 4, QByteArray::fromHex("eafe5455"));
   ASSERT_TRUE(file.seek(0) && file.write(byteContent) == byteContent.size());
   file.close();
   EXPECT_EQ(FindFileKind(strPath)->Open(strPath).GetError(),
-            "is too short for a frame of 30000 x 30000 pixels: it ends early.");
+            "is too short for a frame of 30000 x 20000 pixels: it ends early.");
 }
 
 TEST(PngFile, AFrameThatIsWiderThanPicturesAreIsNotWritten)
@@ -420,4 +420,21 @@ TEST(RawFile, AFormatThatIsNoneIsExplained)
         "1234567x5:Mono8", "100000x100000:Mono8", "5x3:", "5:3xMono8", "5x3:Mono12p", "5x3:RGB8"}) {
     EXPECT_NE(CRawFile::Parse(pFormat).GetError(), "") << pFormat;
   }
+}
+
+TEST(PartialFile, WhoMayReadTheFormerFileMayReadTheNewOne)
+{
+  const QTemporaryDir dir;
+  const QString strPath = dir.filePath("file");
+  const auto fnWrite = [&strPath](const char *pText) {
+    CPartialFile file(strPath);
+    ASSERT_TRUE(file.Open().IsOk());
+    ASSERT_TRUE(file.Write(pText, 3).IsOk());
+    ASSERT_EQ(file.Commit(ECommit::Quick).GetError(), "");
+  };
+  fnWrite("one");
+  ASSERT_TRUE(QFile::setPermissions(strPath, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+  const QFileDevice::Permissions eFormer = QFile::permissions(strPath);
+  fnWrite("two");
+  EXPECT_EQ(QFile::permissions(strPath), eFormer);
 }

@@ -319,9 +319,11 @@ TEST_F(CFitsTest, DepthsThatTheSamplesCannotHaveAreNoneInTheFileEither)
   }
   SFrameInfo stInfo;
   stInfo.stLayout = {4, 2, 1};
-  stInfo.nBitDepth = 12;
-  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
-  EXPECT_FALSE(ReadBytes(m_strPath).contains("FFCBITS"));
+  for (const uint32_t nBitDepth : {12U, 0U}) {
+    stInfo.nBitDepth = nBitDepth;
+    ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+    EXPECT_FALSE(ReadBytes(m_strPath).contains("FFCBITS")) << nBitDepth;
+  }
 }
 
 TEST_F(CFitsTest, TextsWithoutAPlaceAreLeftOut)
@@ -365,4 +367,15 @@ TEST_F(CFitsTest, CompressedImagesAndFurtherPartsAreRefusedByName)
   EXPECT_EQ(GetError(), "is no FITS file: it does not begin with SIMPLE.");
   WriteBytes(m_strPath, byteImage.left(2880 + 15));
   EXPECT_EQ(GetError(), "is too short for a frame of 4 x 2 pixels: it ends early.");
+}
+
+TEST_F(CFitsTest, PlainTextsStandInTheHeaderAsTheyAre)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 2, 1};
+  stInfo.mapTexts = {{TEXT_DESCRIPTION, "Taken of A/B (20 um) = x~"}, {"Observer", "100%&'"}};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+  const QByteArray byteHeader = ReadBytes(m_strPath).left(2880);
+  EXPECT_TRUE(byteHeader.contains("FFCDESC = 'Taken of A/B (20 um) = x~'")) << byteHeader.constData();
+  EXPECT_TRUE(byteHeader.contains("OBSERVER= '100%25%26%27'")) << byteHeader.constData();
 }

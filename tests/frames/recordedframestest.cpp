@@ -2,10 +2,12 @@
 
 #include <cstring>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include "frames/alignment.h"
 #include "frames/serfile.h"
 #include "tests/frames/framefiles.h"
 
@@ -73,4 +75,77 @@ TEST_F(CRecordingTest, ARecordingThatIsAllDarkHasNoDepthToGuess)
   }
   const std::string strError = Load().GetError();
   EXPECT_NE(strError.find("holds nothing but zeros"), std::string::npos) << strError;
+}
+
+TEST_F(CRecordingTest, OfEachKindTwoFramesAreNeededButOfDarkOnesNoneWill)
+{
+  const auto fnWrite = [this](const char *pName) {
+    const std::vector<uint8_t> listFrame(32, 7);
+    ASSERT_TRUE(SaveFrame(m_dir.filePath(pName), {8, 4, 1}, listFrame.data()));
+  };
+  const auto fnExpect = [this](const std::string &strExpected) {
+    const std::string strError = Load().GetError();
+    EXPECT_NE(strError.find(strExpected), std::string::npos) << strError;
+    EXPECT_EQ(strError.empty(), strExpected.empty()) << strError;
+  };
+  fnExpect("has 0 frames in \"bright_*\" files; at least 2 are needed");
+  fnWrite("bright_0.png");
+  fnExpect("has 1 frames in \"bright_*\" files; at least 2 are needed");
+  fnWrite("bright_1.png");
+  fnExpect("");
+  fnWrite("dark_0.png");
+  fnExpect("has 1 frames in \"dark_*\" files; at least 2 are needed");
+  fnWrite("dark_1.png");
+  fnExpect("");
+}
+
+TEST_F(CRecordingTest, SamplesThatTheFormatDoesNotHaveAreNamedByTheirBits)
+{
+  WriteRecording(12, 3000);
+  const std::string strWide = Load(SSampleFormat{"Mono8", 8}).GetError();
+  EXPECT_NE(strWide.find("has 16 bits per pixel, which the pixel format Mono8 does not have."), std::string::npos)
+    << strWide;
+  ASSERT_TRUE(QFile::remove(m_dir.filePath("dark_1.ser")) && QFile::remove(m_dir.filePath("bright_1.ser")));
+  const std::vector<uint8_t> listFrame(32, 7);
+  ASSERT_TRUE(SaveFrame(m_dir.filePath("bright_0.png"), {8, 4, 1}, listFrame.data()));
+  const std::string strNarrow = Load(SSampleFormat{"Mono12", 12}).GetError();
+  EXPECT_NE(strNarrow.find("has 8 bits per pixel, which the pixel format Mono12 does not have."), std::string::npos)
+    << strNarrow;
+}
+
+TEST_F(CRecordingTest, ADepthThatNoFileStatesIsGuessedAndSaid)
+{
+  std::vector<uint8_t> listFrame(32);
+  for (std::size_t n = 0; n < listFrame.size(); n += 2) {
+    const auto nSample = static_cast<uint16_t>(2101 + n / 2);
+    std::memcpy(listFrame.data() + n, &nSample, 2);
+  }
+  for (const char *pName : {"bright_0.png", "bright_1.png"}) {
+    ASSERT_TRUE(SaveFrame(m_dir.filePath(pName), {4, 4, 2}, listFrame.data()));
+  }
+  const auto recording = Load();
+  ASSERT_EQ(recording.GetError(), "");
+  EXPECT_EQ(recording.GetValue().strStatedFormat, "Mono12");
+  EXPECT_NE(recording.GetValue().strGuess, "");
+  EXPECT_EQ(recording.GetValue().listBright[1], listFrame);
+  EXPECT_FALSE(recording.GetValue().bLeftAligned);
+
+  std::vector<uint8_t> listLeft = listFrame;
+  ShiftLeft(listLeft.data(), {4, 4, 2}, 4);
+  for (const char *pName : {"bright_0.png", "bright_1.png"}) {
+    ASSERT_TRUE(SaveFrame(m_dir.filePath(pName), {4, 4, 2}, listLeft.data()));
+  }
+  const auto left = Load();
+  ASSERT_EQ(left.GetError(), "");
+  EXPECT_EQ(left.GetValue().strStatedFormat, "Mono12");
+  EXPECT_TRUE(left.GetValue().bLeftAligned);
+  EXPECT_EQ(left.GetValue().listBright[1], listFrame);
+}
+
+TEST_F(CRecordingTest, ASideThatTheSamplesDoNotHaveIsNoValueBeyondTheFormat)
+{
+  WriteRecording(12, 3001);
+  const SSampleFormat stFormat{"Mono12", 12};
+  const std::string strError = LoadRecordedFrames(m_dir.path().toStdString(), stFormat, EAlignment::Left).GetError();
+  EXPECT_NE(strError.find("is stated to be left-aligned, but uses its lowest 4 bits."), std::string::npos) << strError;
 }

@@ -136,6 +136,8 @@ TEST_F(CSerTest, HeadersThatMakeNoSenseAreRefused)
   EXPECT_NE(OpenWith(38, INT32_MAX).find("is too short for 2147483647 frames"), std::string::npos);
   EXPECT_NE(OpenWith(26, INT32_MAX).find("at most"), std::string::npos);
   EXPECT_NE(OpenWith(0, 0).find("is no SER file"), std::string::npos);
+  WriteAll(m_strPath, m_byteFile.left(SER_HEADER_SIZE + 2 * 32 * 16 * 2 - 1));
+  EXPECT_NE(m_kind.Open(m_strPath).GetError().find("is too short for 2 frames"), std::string::npos);
 }
 
 TEST_F(CSerTest, TimesThatAreMissingAreNotMissed)
@@ -184,4 +186,40 @@ TEST_F(CSerTest, TheHeaderCountsTheFramesThatCame)
   SFrameInfo stRead;
   EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead).size(), 1U);
   EXPECT_EQ(stRead.nBitDepth, 16U);
+}
+
+TEST_F(CSerTest, AValueAtTheEndOfTheDepthIsNotBeyondIt)
+{
+  // In the other order neighbours differ less, but are beyond 12 bits.
+  for (std::size_t n = 0; n < m_listFrames[0].size() / 2; ++n) {
+    const uint16_t nSample = n % 2 == 0 ? 4095 : 255;
+    std::memcpy(m_listFrames[0].data() + 2 * n, &nSample, 2);
+  }
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+  std::string strError;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
+}
+
+TEST_F(CSerTest, WhereNothingSpeaksForAnOrderItIsTheFormats)
+{
+  for (std::size_t n = 0; n < m_listFrames[0].size() / 2; ++n) {
+    constexpr uint16_t SAMPLE = 0x0203;
+    std::memcpy(m_listFrames[0].data() + 2 * n, &SAMPLE, 2);
+  }
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+  std::string strError;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
+}
+
+TEST_F(CSerTest, FramesOfBytesHaveEightBits)
+{
+  m_stInfo.stLayout = {32, 16, 1};
+  m_stInfo.nBitDepth = 8;
+  m_listFrames = MakeFrames(m_stInfo.stLayout, 2, 8);
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+  std::string strError;
+  SFrameInfo stRead;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames);
+  EXPECT_EQ(stRead.nBitDepth, 8U);
+  EXPECT_EQ(stRead.strRemark, "") << "bytes have no order to guess";
 }

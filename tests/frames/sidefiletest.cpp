@@ -1,5 +1,7 @@
 #include "frames/sidefile.h"
 
+#include <utility>
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -40,6 +42,56 @@ TEST(SideFile, EverythingComesBack)
   EXPECT_EQ(side.GetValue().eAlignment, EAlignment::Left);
   EXPECT_EQ(side.GetValue().dGain, 1.5);
   EXPECT_FALSE(side.GetValue().dExposureTime.has_value());
+}
+
+TEST(SideFile, EachOfItsValuesComesBackInItsPlace)
+{
+  SSideFile stSide = MakeSide();
+  stSide.nWidth = 100000;
+  stSide.nHeight = 1;
+  stSide.strSerial = "serial";
+  stSide.dExposureTime = 0.0;
+  stSide.dBlackLevel = -2.5;
+  stSide.dTemperature = 30;
+  stSide.nDarkFrames = 3;
+  stSide.bDarkUsed = true;
+  stSide.strNoise = "noise";
+  stSide.nExpectGray = 255;
+  stSide.strCreated = "today";
+  stSide.strTool = "tool";
+  const auto read = ParseSideFile(MakeSideFile(stSide));
+  ASSERT_EQ(read.GetError(), "");
+  const SSideFile &stRead = read.GetValue();
+  EXPECT_EQ(stRead.nWidth, 100000U);
+  EXPECT_EQ(stRead.nHeight, 1U);
+  EXPECT_EQ(stRead.strCamera, "X");
+  EXPECT_EQ(stRead.strSerial, "serial");
+  EXPECT_EQ(stRead.dExposureTime, 0.0);
+  EXPECT_EQ(stRead.dBlackLevel, -2.5);
+  EXPECT_EQ(stRead.dTemperature, 30.0);
+  EXPECT_EQ(stRead.nDarkFrames, 3U);
+  EXPECT_EQ(stRead.nBrightFrames, 16U);
+  EXPECT_TRUE(stRead.bDarkUsed);
+  EXPECT_EQ(stRead.strMethod, "average");
+  EXPECT_EQ(stRead.strNoise, "noise");
+  EXPECT_EQ(stRead.nExpectGray, 255U);
+  EXPECT_EQ(stRead.strCreated, "today");
+  EXPECT_EQ(stRead.strTool, "tool");
+  EXPECT_EQ(stRead.strSha256, QString(64, 'a'));
+
+  stSide.nWidth = 1;
+  stSide.nHeight = 100000;
+  stSide.nDarkFrames = stSide.nBrightFrames = stSide.nExpectGray = 0;
+  EXPECT_EQ(ParseSideFile(MakeSideFile(stSide)).GetError(), "");
+  for (uint32_t *pSide : {&stSide.nWidth, &stSide.nHeight}) {
+    for (const uint32_t nWrong : {0U, 100001U}) {
+      const uint32_t nRight = std::exchange(*pSide, nWrong);
+      EXPECT_EQ(ParseSideFile(MakeSideFile(stSide)).GetError(),
+                std::string("has something else than a whole number in its range as \"") +
+                  (pSide == &stSide.nWidth ? "width" : "height") + "\".");
+      *pSide = nRight;
+    }
+  }
 }
 
 TEST(SideFile, WhatIsNoneIsRefusedWithTheKey)

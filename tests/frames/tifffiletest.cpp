@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -241,8 +242,64 @@ TEST_F(CTiffTest, ASizeThatTheFileCannotHoldTakesNoMemory)
 {
   WriteForeign([](TIFF *pTiff) {
     TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, 30000);
-    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, 30000);
+    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, 20000);
     TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 1);
   });
-  EXPECT_NE(m_kind.Open(m_strPath).GetError(), "");
+  EXPECT_NE(m_kind.Open(m_strPath).GetError().find("30000 x 20000"), std::string::npos)
+    << m_kind.Open(m_strPath).GetError();
+}
+
+TEST_F(CTiffTest, TheLargestValueThatAFileStatesIsItsDepth)
+{
+  for (const uint32_t nDepth : {8U, 10U, 12U, 14U}) {
+    WriteForeign([&](TIFF *pTiff) {
+      TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 16);
+      TIFFSetField(pTiff, TIFFTAG_MAXSAMPLEVALUE, (1U << nDepth) - 1);
+    });
+    EXPECT_EQ(m_kind.Open(m_strPath).GetValue()->GetInfo().nBitDepth, nDepth);
+  }
+}
+
+TEST_F(CTiffTest, OthersFindEveryTagThatTheyNeed)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {6, 4, 2};
+  stInfo.nBitDepth = 15;
+  stInfo.stTiff = {false, COMPRESSION_NONE, 2, RESUNIT_INCH, 0.5F, 0.75F};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 9)).GetError(), "");
+  TIFF *pTiff = TIFFOpen(m_strPath.toUtf8().constData(), "r");
+  ASSERT_NE(pTiff, nullptr);
+  for (const auto &[nTag, nExpected] :
+       {std::pair{TIFFTAG_BITSPERSAMPLE, 16}, std::pair{TIFFTAG_SAMPLESPERPIXEL, 1},
+        std::pair{TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK}, std::pair{TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG},
+        std::pair{TIFFTAG_COMPRESSION, COMPRESSION_NONE}, std::pair{TIFFTAG_ORIENTATION, 2},
+        std::pair{TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH}, std::pair{TIFFTAG_MAXSAMPLEVALUE, 32767}}) {
+    uint16_t nValue = 0;
+    EXPECT_EQ(TIFFGetField(pTiff, static_cast<uint32_t>(nTag), &nValue), 1) << nTag;
+    EXPECT_EQ(nValue, nExpected) << nTag;
+  }
+  float fResolution = 0;
+  EXPECT_EQ(TIFFGetField(pTiff, TIFFTAG_XRESOLUTION, &fResolution), 1);
+  EXPECT_EQ(fResolution, 0.5F);
+  TIFFClose(pTiff);
+}
+
+TEST_F(CTiffTest, WarningsOfTheLibraryGoToNobody)
+{
+  WriteForeign([](TIFF *pTiff) { TIFFSetField(pTiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH); }, "wl");
+  EXPECT_EQ(m_kind.Open(m_strPath).GetError(), "") << "and the handlers are set now";
+  QFile file(m_strPath);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  QByteArray byteContent = file.readAll();
+  byteContent.replace(QByteArray::fromHex("2801030001000000"), QByteArray::fromHex("9999030001000000")); // no such tag
+  ASSERT_TRUE(file.seek(0) && file.write(byteContent) == byteContent.size());
+  file.close();
+  static int s_nWarnings = 0;
+  s_nWarnings = 0;
+  const TIFFErrorHandler fnFormer = TIFFSetWarningHandler([](const char *, const char *, va_list) { ++s_nWarnings; });
+  EXPECT_EQ(m_kind.Open(m_strPath).GetError(), "");
+  EXPECT_EQ(s_nWarnings, 0);
+  TIFFClose(TIFFOpen(m_strPath.toUtf8().constData(), "r"));
+  TIFFSetWarningHandler(fnFormer);
+  EXPECT_GT(s_nWarnings, 0) << "else it has shown nothing";
 }

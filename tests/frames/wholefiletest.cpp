@@ -53,8 +53,8 @@ TEST(WholeFile, AFolderThatIsNotThereIsNamedAndNothingIsLeft)
   const QTemporaryDir dir;
   const QString strPath = dir.filePath("missing/report.json");
   const std::string strError = SaveWholeFile(strPath, "x").GetError();
-  EXPECT_NE(strError.find(QDir::toNativeSeparators("missing/report.json").toStdString()), std::string::npos)
-    << strError;
+  EXPECT_NE(strError.find(QDir::toNativeSeparators("missing/report.json").toStdString() + ": "), std::string::npos)
+    << strError << " names the file before the reason";
   EXPECT_FALSE(SaveWholePicture(strPath, QImage(2, 2, QImage::Format_Grayscale8)).IsOk());
   EXPECT_FALSE(QFile::exists(strPath));
 }

@@ -417,3 +417,56 @@ TEST(ReferenceVariation, AnEvenImageAndOneOfASinglePixelStayWhatTheyAre)
   variation.Smooth({listEven.data(), 1, 1}, {0, 0, 1, 1}, 2, {listResult.data(), 1, 1});
   EXPECT_EQ(listResult[0], 12.5F);
 }
+
+TEST(ReferenceVariation, WhatIsAlikeAlongAnAxisStaysSoUpToTheEdge)
+{
+  constexpr uint32_t SIDE = 12;
+  const std::vector<float> listNoise = MakeNoise(SIDE, 5);
+  std::vector<float> listLines;
+  for (const float fValue : listNoise) {
+    listLines.insert(listLines.end(), SIDE, fValue);
+  }
+  std::vector<float> listColumns;
+  for (uint32_t n = 0; n < SIDE; ++n) {
+    listColumns.insert(listColumns.end(), listNoise.begin(), listNoise.end());
+  }
+  CTotalVariation variation(std::size_t{SIDE} * SIDE);
+  for (std::vector<float> *pList : {&listLines, &listColumns}) {
+    std::vector<float> listSamples = *pList;
+    variation.Smooth({listSamples.data(), SIDE, SIDE}, 2, {pList->data(), SIDE, SIDE});
+  }
+  EXPECT_GT(std::abs(listLines[0] - listNoise[0]), 0.1F);
+  for (uint32_t nY = 0; nY < SIDE; ++nY) {
+    for (uint32_t nX = 0; nX < SIDE; ++nX) {
+      EXPECT_NEAR(listLines[nY * SIDE + nX], listLines[nY * SIDE], 1e-3) << nX << ", " << nY;
+      EXPECT_NEAR(listColumns[nY * SIDE + nX], listLines[nX * SIDE], 1e-3) << nX << ", " << nY;
+    }
+  }
+}
+
+TEST(ReferenceNoise, TwoLinesOfASiteAreEnoughForTheNoiseOfLines)
+{
+  constexpr uint32_t WIDTH = 40;
+  std::vector<uint16_t> listFormer(std::size_t{WIDTH} * 4, 1000);
+  std::vector<uint16_t> listLatter = listFormer;
+  std::fill_n(listLatter.begin(), std::size_t{WIDTH} * 2, uint16_t{1010});
+  CNoiseMeter meter;
+  meter.Add(listFormer.data(), listLatter.data(), WIDTH, 4, 2);
+  // Of each site, lines that differ by 10 and 0: the variance of a difference is 50, half of it a frame's.
+  EXPECT_NEAR(meter.GetAll().dLine, 25 - meter.GetAll().dSample * 2 / WIDTH, 1e-9);
+}
+
+TEST(ReferenceNoise, TheNoiseOfAnEvenSumOfTwoFramesIsSeen)
+{
+  constexpr uint32_t WIDTH = 40;
+  std::vector<uint16_t> listFormer(std::size_t{WIDTH} * 20);
+  std::vector<uint16_t> listLatter(listFormer.size());
+  for (std::size_t n = 0; n < listFormer.size(); ++n) {
+    listFormer[n] = n / 2 % 2 == 0 ? 1005 : 995;
+    listLatter[n] = static_cast<uint16_t>(2000 - listFormer[n]);
+  }
+  CNoiseMeter meter;
+  EXPECT_EQ(meter.GetAll().dSample, 0) << "nothing was measured";
+  meter.Add(listFormer.data(), listLatter.data(), WIDTH, 20, 2);
+  EXPECT_NEAR(meter.GetAll().dSample, 50, 1) << "half the variance of differences of 10";
+}

@@ -150,3 +150,15 @@ TEST(GetBlockMeanMaxMin, EqualsTheSlowTwinOverRandomSizes)
     ASSERT_EQ(*std::min_element(listMeans.begin(), listMeans.end()), dMin);
   }
 }
+
+TEST(CalcBlockMeans, BlocksThatAreHighAndWideAreAddedUpInParts)
+{
+  CTestRandom random(11);
+  for (const int32_t nBitDepth : {8, 16}) {
+    for (const BLOCK_PARAM &stParam : {BLOCK_PARAM{36, 1100, 24, 1040, 0}, BLOCK_PARAM{36, 1100, 36, 514, 1},
+                                       BLOCK_PARAM{2600, 34, 2580, 34, 0}, BLOCK_PARAM{2600, 34, 1290, 32, 3}}) {
+      const CTestImage image = CTestImage::MakeRandom(stParam.nWidth, stParam.nHeight, nBitDepth, random);
+      ASSERT_EQ(CalcMeans(image, stParam), ComputeBlockMeansSlowly(image, stParam)) << nBitDepth << " bit";
+    }
+  }
+}

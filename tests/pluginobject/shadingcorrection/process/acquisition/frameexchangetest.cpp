@@ -291,3 +291,14 @@ TEST(FrameExchange, AFrameOfAnotherThreadWakesTheWait)
   frameThread.join();
   EXPECT_EQ(GetBytes(exchange), (std::vector<uint8_t>{7, 8}));
 }
+
+TEST(FrameExchange, ANewBufferHasBeenTouchedByNoFrame)
+{
+  CFrameExchange exchange;
+  ASSERT_TRUE(exchange.AllocateBuffer(4));
+  Receive(exchange, {1, 2, 3});
+  ASSERT_TRUE(exchange.AllocateBuffer(2));
+  CFrameBuffer other;
+  EXPECT_EQ(exchange.SwapBuffer(other), 0U);
+  EXPECT_EQ(exchange.SwapBuffer(other), 0U) << "nor has the one that it got";
+}

@@ -45,6 +45,7 @@ TEST(WaitTimeout, NeverWaitsForEver)
   EXPECT_EQ(GetFrameTimeout(std::numeric_limits<float>::infinity()), 0xFFFFFFFEU);
   EXPECT_EQ(GetFrameTimeout(std::numeric_limits<float>::max()), 0xFFFFFFFEU);
   EXPECT_EQ(GetFrameTimeout(4294967296.0e3F), 0xFFFFFFFEU);
+  EXPECT_EQ(GetFrameTimeout(4294966296.0e3F), 0xFFFFFFFEU) << "2^32 itself";
   // The largest number below 2^32 that single precision has.
   EXPECT_EQ(GetFrameTimeout(4294966040.0e3F), 4294967040U);
 }

@@ -11,6 +11,7 @@
 #include "genapi/softwarenodemap/observednodemap.h"
 #include "pluginobject/statuscode.h"
 #include "tests/support/accessrecorder.h"
+#include "tests/support/failnthaccess.h"
 #include "tests/support/refusals.h"
 #include "tests/support/testcamera.h"
 
@@ -233,4 +234,15 @@ TEST_F(BalanceRun, DoesNotLookAtTheStopFlag)
   m_nOffAt = 2;
   Run();
   EXPECT_EQ(m_nReads, 2);
+}
+
+TEST_F(RestoredBalance, PutsALampHouseBackThatCannotBeAskedAbout)
+{
+  EXPECT_EQ(Balance(), 0);
+  // Two accesses fail, one after the other.
+  CFailNthAccess first(1, EAccessFailure::Generic);
+  CFailNthAccess second(1, EAccessFailure::Generic);
+  m_map.AddHook(std::ref(first)).AddHook(std::ref(second));
+  (void)Restore();
+  EXPECT_EQ(GetEntry("AWBLampHouse"), "Fluorescence");
 }
