@@ -433,7 +433,7 @@ TEST(ReferenceVariation, WhatIsAlikeAlongAnAxisStaysSoUpToTheEdge)
   CTotalVariation variation(std::size_t{SIDE} * SIDE);
   for (std::vector<float> *pList : {&listLines, &listColumns}) {
     std::vector<float> listSamples = *pList;
-    variation.Smooth({listSamples.data(), SIDE, SIDE}, 2, {pList->data(), SIDE, SIDE});
+    variation.Smooth({listSamples.data(), SIDE, SIDE}, {0, 0, SIDE, SIDE}, 2, {pList->data(), SIDE, SIDE});
   }
   EXPECT_GT(std::abs(listLines[0] - listNoise[0]), 0.1F);
   for (uint32_t nY = 0; nY < SIDE; ++nY) {
