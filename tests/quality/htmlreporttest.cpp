@@ -163,6 +163,7 @@ TEST(HtmlReport, OfMonochromeFramesHasTheFiguresAfterTheHighPassAndNamesNoPlane)
   stResult.stReport.listDefects.resize(3);
   stResult.listAdvice = QStringList{"an advice of its own"};
   stResult.stPictures.imgBefore = QImage(80, 60, QImage::Format_Grayscale8);
+  stResult.stPictures.imgBefore.fill(80);
   const QString strPage = MakePage(stResult, 1.0);
   for (const char *pText : {"<td>Shading, %</td>",
                             "<td>PRNU of rows, %</td><td class=\"n\">below noise</td><td class=\"n\">below noise</td>",
