@@ -103,8 +103,8 @@ uint32_t Mirror(int64_t nIndex, uint32_t nCount)
 void Smooth(const SImage &from, const SImage &to, uint32_t nStep, float *pWideLine)
 {
   for (uint32_t nLine = 0; nLine < from.nHeight; ++nLine) {
-    SmoothAcrossLines(from, nLine, nStep, pWideLine + 2 * nStep);
-    SmoothAlongLine(pWideLine + 2 * nStep, from.nWidth, nStep, to.GetLine(nLine));
+    SmoothAcrossLines(from, nLine, nStep, pWideLine + std::size_t{2} * nStep);
+    SmoothAlongLine(pWideLine + std::size_t{2} * nStep, from.nWidth, nStep, to.GetLine(nLine));
   }
 }
 

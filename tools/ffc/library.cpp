@@ -145,7 +145,7 @@ std::optional<STrouble> AddToLibrary(const QString &strFolder, const QString &st
 {
   CFlat flat;
   SOptions stOptions;
-  const std::optional<STrouble> stTrouble = flat.Load(strFlat, stOptions);
+  std::optional<STrouble> stTrouble = flat.Load(strFlat, stOptions);
   if (stTrouble) {
     return stTrouble;
   }
