@@ -110,6 +110,7 @@ TEST(FrameJudge, RefusesAFormatOfUnknownDepth)
 {
   SBlockMeanRange stRange = MARKED;
   EXPECT_EQ(Measure(CTestImage(64, 64, 16), UNKNOWN_FORMAT, stRange), -3);
+  EXPECT_EQ(Measure(CTestImage(64, 64, 8), UNKNOWN_FORMAT, stRange), -3) << "nor is its size known";
   ExpectUntouched(stRange);
 }
 
