@@ -1,18 +1,17 @@
 #!/usr/bin/env bash
-# Which lines, branches and conditions of the rooms that compute and of the dialog the tests of these rooms run, those of the tool
-# ffc, through which most kinds of files go, also while each of its calls to the disk fails once, and those of the host, in which
-# tables are made out of weighted frames: builds them with clang (preset coverage), runs them, and prints a table by folder;
-# build/coverage/report/ has the sources with their counts.
+# Which lines, branches and conditions of the product its tests run, those of the tool ffc also while each of its calls to the disk
+# fails once: builds them with clang (preset coverage), runs them, and prints a table by folder; build/coverage/report/ has the
+# sources with their counts.
 # "scripts/coverage.sh --report" prints it of the last run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
 folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcorrection/process frames reference flat quality tools
-  pluginobject pluginobject/shadingcorrection)
+  pluginobject pluginobject/shadingcorrection platform genapi camera host)
 # What looks at the built files is for the build without counters; what lets threads meet for minutes adds no line.
 skipped='^(ombrix_exports_test|ombrix_substitute_test|pluginobject_framethread_test)$'
-wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|camera_software_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|quality_test|host_test|pluginobject_[a-z]+_test|pluginobject_test|dialog_test|widgets_test)$'
+wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|platform_test|genapi_test|genapi_pfnc_test|camera_test|camera_[a-z]+_test|aravis_[a-z]+_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|quality_test|host_test|host_[a-z]+_test|pluginobject_[a-z]+_test|pluginobject_test|dialog_test|widgets_test)$'
 build=$root/build/coverage
 
 build_tests() {
@@ -42,7 +41,7 @@ report() {
   while read -r program; do
     objects+=(-object "$build/bin/$program")
   done <"$build/programs"
-  objects+=(-object "$build/bin/FlatFieldCorrection.plx" -object "$build/bin/libOmbrix.so" -object "$build/bin/ffc")
+  objects+=(-object "$build/bin/FlatFieldCorrection.plx" -object "$build/bin/libOmbrix.so" -object "$build/bin/ffc" -object "$build/bin/ffchost")
   llvm-profdata-19 merge --sparse --output "$build/counts/all.profdata" "$build"/counts/*.profraw
   llvm-cov-19 export --summary-only --instr-profile "$build/counts/all.profdata" "${objects[@]:1}" \
     --ignore-filename-regex '/tests/|^/usr/' >"$build/coverage.json" 2>"$build/llvm-cov.log"

@@ -1,6 +1,7 @@
 #include "frames/serfile.h"
 
 #include <cstring>
+#include <utility>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -110,14 +111,21 @@ TEST_F(CSerTest, TheByteOrderIsSeenWhateverTheFlagSays)
 
 TEST_F(CSerTest, AHeaderComesBackWithItsFlagAndColours)
 {
-  for (const EColorLayout eColors : {EColorLayout::Mono, EColorLayout::BayerRG, EColorLayout::BayerGB,
-                                     EColorLayout::BayerGR, EColorLayout::BayerBG}) {
+  constexpr int COLORS_AT = 18;
+  const std::pair<EColorLayout, char> COLORS[] = {{EColorLayout::Mono, 0},
+                                                  {EColorLayout::BayerRG, 8},
+                                                  {EColorLayout::BayerGR, 9},
+                                                  {EColorLayout::BayerGB, 10},
+                                                  {EColorLayout::BayerBG, 11}};
+  for (const auto &[eColors, nNumber] : COLORS) {
     for (const bool bFlagged : {false, true}) {
       SSerHeader stHeader;
       stHeader.nColors = GetSerColors(eColors);
       stHeader.bFlagged = bFlagged;
       stHeader.nWidth = stHeader.nHeight = stHeader.nBitDepth = stHeader.nFrames = 1;
-      const auto read = ParseSerHeader(MakeSerHeader(stHeader));
+      const QByteArray byteHeader = MakeSerHeader(stHeader);
+      EXPECT_EQ(byteHeader[COLORS_AT], nNumber) << "as other programs know it";
+      const auto read = ParseSerHeader(byteHeader);
       ASSERT_EQ(read.GetError(), "");
       EXPECT_EQ(read.GetValue().bFlagged, bFlagged);
       EXPECT_EQ(FindSerColors(read.GetValue().nColors), eColors);
