@@ -53,7 +53,6 @@ int32_t CUserSetGuard::SwitchToDefault(const CFeatureAccess &features)
     return PLUGIN_STATUS_RESTORE_USER_PARAM_FAILED;
   }
   m_bAcquiring = true;
-  m_bStateSaved = false;
   const int32_t nStatus = Run(features, USER_SET, "UserSetSave");
   if (nStatus != PLUGIN_STATUS_SUCCESS) {
     return nStatus;

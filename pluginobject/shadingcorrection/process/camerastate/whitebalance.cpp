@@ -90,7 +90,6 @@ int32_t CWhiteBalance::BalanceOnce(const CFeatureAccess &features, CFrameExchang
 
 int32_t CWhiteBalance::Save(const CFeatureAccess &features)
 {
-  *this = CWhiteBalance();
   const int32_t nStatus = features.IsFeatureImplemented("BalanceWhiteAuto", m_bBalanceWhite);
   if (nStatus != PLUGIN_STATUS_SUCCESS || !m_bBalanceWhite) {
     return nStatus;

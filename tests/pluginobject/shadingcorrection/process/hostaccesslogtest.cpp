@@ -111,6 +111,14 @@ TEST(HostAccessLog, AStreamWithoutBufferHandlingIsLeftAlone)
   EXPECT_EQ(KeepWrites(RecordDark(rig)), (Log{"set TriggerMode = Off"}));
 }
 
+TEST(HostAccessLog, AStreamThatHadABufferHandlingOnceIsLeftAloneToo)
+{
+  CHostRig rig;
+  EXPECT_NE(KeepWrites(RecordDark(rig)), (Log{"set TriggerMode = Off"}));
+  rig.Camera().Stream().Find<CSoftwareEnumeration>("StreamBufferHandlingMode")->Access(GenApi::NI);
+  EXPECT_EQ(KeepWrites(RecordDark(rig)), (Log{"set TriggerMode = Off"}));
+}
+
 TEST(HostAccessLog, OfABrightAcquisitionOfAColourCamera)
 {
   const auto pRig = MakeColourRig("Off");

@@ -89,6 +89,17 @@ TEST_F(UserSet, ThatWasNotSavedIsNotLoaded)
   EXPECT_FALSE(m_guard.IsRestorePending());
 }
 
+TEST_F(UserSet, OfAnEarlierPreparationIsNotLoadedWhenThisOneCouldNotBeSaved)
+{
+  Acquire();
+  m_guard.Restore(Features());
+  SetGain(7.0);
+  m_refusals.Refuse("UserSetSave");
+  EXPECT_EQ(m_guard.SwitchToDefault(Features()), PLUGIN_STATUS_FEATURE_ERROR);
+  m_guard.Restore(Features());
+  EXPECT_EQ(GetGain(), 7.0) << "as the user has set it since";
+}
+
 TEST_F(UserSet, ThatCannotBeLoadedIsPendingAndNotOverwritten)
 {
   Acquire();
