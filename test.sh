@@ -14,7 +14,7 @@
 #                          another order of what happens; FFC_SOAK_OPERATIONS and FFC_SOAK_FRAMES how much.
 #   ./test.sh --mutants [MINUTES]
 #                          the product is made wrong in one place at a time, to see whether its tests find that: a sample
-#                          for 20 minutes, or so many (scripts/mutate.py)
+#                          for 20 minutes after the build, or so many (scripts/mutate.py)
 #
 # FFC_TEST_DATA names a folder with recorded frames; without it the tests on such frames are skipped.
 set -euo pipefail

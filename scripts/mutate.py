@@ -126,7 +126,7 @@ def parse_options():
     parser.add_argument("--sample", type=int, help="so many of all, chosen by the seed; else all")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--folder", action="append", help="only sources that begin with this path")
-    parser.add_argument("--minutes", type=float, help="no mutant is begun after so long")
+    parser.add_argument("--minutes", type=float, help="no mutant is begun so long after the build")
     parser.add_argument("--resume", metavar="FILE", help="results to go on with")
     parser.add_argument("--survivors", action="store_true", help="of the results, run again what survived")
     parser.add_argument("--sanitize", action="store_true", help="with the address sanitizer, which sees what is read beside an array")
@@ -175,7 +175,6 @@ class Results:
 
 def run_all(options, sample, chosen, results):
     """The switched ones side by side; those that are built alone, which change the programs, one after the other at the end."""
-    start = time.monotonic()
     programs = {folder: FOLDERS[folder] for folder in FOLDERS if any(folder == other for other, _ in chosen)}
     build = Build(options.build, options.sanitize)
     build.prepare([name for names in programs.values() for name in names], {get_number(mutant): mutant for _, mutant in sample + chosen})
@@ -185,6 +184,7 @@ def run_all(options, sample, chosen, results):
         if entry["verdict"] == "killed":
             tests.remember(entry["path"], entry["by"])
     equivalents = read_equivalents()
+    start = time.monotonic()
 
     def run_one(entry):
         folder, mutant = entry
