@@ -107,7 +107,7 @@ def describe_coverage():
     if table is None:
         return ["No run."]
     left_out = re.search(r"(\d+) functions have mismatched data", read("coverage", "llvm-cov.log") or "")
-    lines = ["By the tests of these rooms and of the tool `ffc` and of the host. Branches are conditions and each of their two outcomes; MC/DC are conditions "
+    lines = ["By all tests but those of packages and of endurance, and those of the tool `ffc` whose calls to the disk fail. Branches are conditions and each of their two outcomes; MC/DC are conditions "
              "that have been seen to decide by themselves.", "", *re.findall(r"^\|.*", table, re.M)]
     if left_out:
         lines += ["", f"Of {left_out.group(1)} functions in these programs and libraries, tests included, the counts could not be "
