@@ -1,5 +1,6 @@
 #include "platform/instructionlevel.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -11,6 +12,17 @@ constexpr const char *LEVEL_NAMES[] = {"baseline", "v2", "v3", "v4"};
 static_assert(sizeof LEVEL_NAMES / sizeof LEVEL_NAMES[0] == INSTRUCTION_LEVEL_COUNT);
 
 } // namespace
+
+EInstructionLevel FindOfferedLevel(std::initializer_list<SProcessorFeature> listFeatures) noexcept
+{
+  int32_t nLevel = INSTRUCTION_LEVEL_COUNT - 1;
+  for (const SProcessorFeature &stFeature : listFeatures) {
+    if (!stFeature.bThere) {
+      nLevel = std::min(nLevel, stFeature.eLevel - 1);
+    }
+  }
+  return static_cast<EInstructionLevel>(nLevel);
+}
 
 EInstructionLevel ChooseInstructionLevel(const char *pName, EInstructionLevel eOffered) noexcept
 {

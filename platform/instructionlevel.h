@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 
 namespace ffc::platform {
 
@@ -15,6 +16,14 @@ enum EInstructionLevel : int32_t {
   INSTRUCTION_LEVEL_V4,       ///< x86-64-v4: AVX-512 F, BW, CD, DQ, VL
   INSTRUCTION_LEVEL_COUNT,
 };
+
+struct SProcessorFeature {
+  EInstructionLevel eLevel; ///< the lowest that needs it
+  bool bThere;
+};
+
+/// The highest level that needs none of the features that are missing.
+EInstructionLevel FindOfferedLevel(std::initializer_list<SProcessorFeature> listFeatures) noexcept;
 
 /// What processor and operating system offer.
 EInstructionLevel DetectProcessorLevel() noexcept;

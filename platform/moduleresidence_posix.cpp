@@ -7,9 +7,8 @@ namespace ffc::platform {
 void KeepModuleResident()
 {
   Dl_info stInfo = {};
-  if (dladdr(reinterpret_cast<const void *>(&KeepModuleResident), &stInfo) == 0 || stInfo.dli_fname == nullptr) {
-    return;
-  }
+  // Not known only where nothing is loaded dynamically; then the name of none is the program's, which stays anyway.
+  (void)dladdr(reinterpret_cast<const void *>(&KeepModuleResident), &stInfo);
   if (void *pHandle = dlopen(stInfo.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE)) {
     dlclose(pHandle);
   }

@@ -1,5 +1,6 @@
 #include "platform/moduleversion.h"
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -13,7 +14,8 @@ namespace ffc::platform {
 
 namespace {
 
-// The file that is mapped at an address, by the system's own list; empty when it is not there.
+// The file that is mapped at an address, by the system's own list, which is in order of addresses; empty where there is
+// no such list.
 std::string FindMappedFile(const void *pAddress)
 {
   const auto nAddress = reinterpret_cast<uintptr_t>(pAddress);
@@ -24,9 +26,8 @@ std::string FindMappedFile(const void *pAddress)
     uintptr_t nEnd = 0;
     char cDash = '\0';
     line >> std::hex >> nBegin >> cDash >> nEnd;
-    const std::size_t nPath = strLine.find('/');
-    if (line && nAddress >= nBegin && nAddress < nEnd && nPath != std::string::npos) {
-      return strLine.substr(nPath);
+    if (nAddress < nEnd) {
+      return strLine.substr(std::min(strLine.find('/'), strLine.size()));
     }
   }
   return {};
@@ -37,11 +38,11 @@ std::string FindMappedFile(const void *pAddress)
 std::string GetModuleFile(const void *pAddress)
 {
   Dl_info stInfo = {};
-  if (dladdr(pAddress, &stInfo) == 0 || stInfo.dli_fname == nullptr) {
+  if (dladdr(pAddress, &stInfo) == 0) { // of code that was linked statically
     return {};
   }
   const std::string strName = stInfo.dli_fname;
-  const std::string strMapped = strName.empty() || strName.front() == '/' ? std::string() : FindMappedFile(pAddress);
+  const std::string strMapped = strName.rfind('/', 0) == 0 ? std::string() : FindMappedFile(pAddress);
   return strMapped.empty() ? strName : strMapped;
 }
 

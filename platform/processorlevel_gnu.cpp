@@ -19,30 +19,10 @@ bool HasBitsInEcx(unsigned nLeaf, unsigned nBits)
 {
   unsigned nEax = 0;
   unsigned nEbx = 0;
-  unsigned nEcx = 0;
+  unsigned nEcx = 0; // stays for a leaf that there is not
   unsigned nEdx = 0;
-  return __get_cpuid(nLeaf, &nEax, &nEbx, &nEcx, &nEdx) != 0 && (nEcx & nBits) == nBits;
-}
-
-bool HasV2()
-{
-  return __builtin_cpu_supports("sse3") && __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1") &&
-         __builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("popcnt") &&
-         HasBitsInEcx(LEAF_FEATURES, BIT_CMPXCHG16B) && HasBitsInEcx(LEAF_EXTENDED_FEATURES, BIT_LAHF);
-}
-
-// The builtin function says yes to AVX and AVX-512 only where the operating system keeps their registers too.
-bool HasV3()
-{
-  return HasV2() && __builtin_cpu_supports("avx") && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
-         __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma") &&
-         HasBitsInEcx(LEAF_FEATURES, BIT_MOVBE | BIT_F16C) && HasBitsInEcx(LEAF_EXTENDED_FEATURES, BIT_LZCNT);
-}
-
-bool HasV4()
-{
-  return HasV3() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-         __builtin_cpu_supports("avx512cd") && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
+  (void)__get_cpuid(nLeaf, &nEax, &nEbx, &nEcx, &nEdx);
+  return (nEcx & nBits) == nBits;
 }
 
 } // namespace
@@ -51,13 +31,28 @@ EInstructionLevel DetectProcessorLevel() noexcept
 {
   // Needed where a library asks while it is being loaded.
   __builtin_cpu_init();
-  if (HasV4()) {
-    return INSTRUCTION_LEVEL_V4;
-  }
-  if (HasV3()) {
-    return INSTRUCTION_LEVEL_V3;
-  }
-  return HasV2() ? INSTRUCTION_LEVEL_V2 : INSTRUCTION_LEVEL_BASELINE;
+  // The builtin function says yes to AVX and AVX-512 only where the operating system keeps their registers too.
+  return FindOfferedLevel({
+    {INSTRUCTION_LEVEL_V2, __builtin_cpu_supports("sse3") != 0},
+    {INSTRUCTION_LEVEL_V2, __builtin_cpu_supports("ssse3") != 0},
+    {INSTRUCTION_LEVEL_V2, __builtin_cpu_supports("sse4.1") != 0},
+    {INSTRUCTION_LEVEL_V2, __builtin_cpu_supports("sse4.2") != 0},
+    {INSTRUCTION_LEVEL_V2, __builtin_cpu_supports("popcnt") != 0},
+    {INSTRUCTION_LEVEL_V2, HasBitsInEcx(LEAF_FEATURES, BIT_CMPXCHG16B)},
+    {INSTRUCTION_LEVEL_V2, HasBitsInEcx(LEAF_EXTENDED_FEATURES, BIT_LAHF)},
+    {INSTRUCTION_LEVEL_V3, __builtin_cpu_supports("avx") != 0},
+    {INSTRUCTION_LEVEL_V3, __builtin_cpu_supports("avx2") != 0},
+    {INSTRUCTION_LEVEL_V3, __builtin_cpu_supports("bmi") != 0},
+    {INSTRUCTION_LEVEL_V3, __builtin_cpu_supports("bmi2") != 0},
+    {INSTRUCTION_LEVEL_V3, __builtin_cpu_supports("fma") != 0},
+    {INSTRUCTION_LEVEL_V3, HasBitsInEcx(LEAF_FEATURES, BIT_MOVBE | BIT_F16C)},
+    {INSTRUCTION_LEVEL_V3, HasBitsInEcx(LEAF_EXTENDED_FEATURES, BIT_LZCNT)},
+    {INSTRUCTION_LEVEL_V4, __builtin_cpu_supports("avx512f") != 0},
+    {INSTRUCTION_LEVEL_V4, __builtin_cpu_supports("avx512bw") != 0},
+    {INSTRUCTION_LEVEL_V4, __builtin_cpu_supports("avx512cd") != 0},
+    {INSTRUCTION_LEVEL_V4, __builtin_cpu_supports("avx512dq") != 0},
+    {INSTRUCTION_LEVEL_V4, __builtin_cpu_supports("avx512vl") != 0},
+  });
 }
 
 } // namespace ffc::platform

@@ -18,6 +18,7 @@ constexpr unsigned BITS_V2 = 1U << 0 | 1U << 9 | 1U << 13 | 1U << 19 | 1U << 20 
 constexpr unsigned BITS_V2_EXTENDED = 1U << 0;
 // Leaf 1, ECX: FMA, MOVBE, OSXSAVE, AVX, F16C.
 constexpr unsigned BITS_V3 = 1U << 12 | 1U << 22 | 1U << 27 | 1U << 28 | 1U << 29;
+constexpr unsigned BIT_OSXSAVE = 1U << 27;
 // Leaf 7, EBX: BMI1, AVX2, BMI2.
 constexpr unsigned BITS_V3_STRUCTURED = 1U << 3 | 1U << 5 | 1U << 8;
 // Leaf 0x80000001, ECX: LZCNT.
@@ -39,41 +40,26 @@ bool HasBits(int nLeaf, ERegister eRegister, unsigned nBits)
   return (static_cast<unsigned>(anRegisters[eRegister]) & nBits) == nBits;
 }
 
+// Only where the bit OSXSAVE is set may it be asked.
 bool IsStateKept(unsigned long long nState)
 {
-  return (_xgetbv(0) & nState) == nState;
-}
-
-bool HasV2()
-{
-  return HasBits(LEAF_FEATURES, REGISTER_ECX, BITS_V2) &&
-         HasBits(LEAF_EXTENDED_FEATURES, REGISTER_ECX, BITS_V2_EXTENDED);
-}
-
-// _xgetbv may be executed only where the bit OSXSAVE is set.
-bool HasV3()
-{
-  return HasV2() && HasBits(LEAF_FEATURES, REGISTER_ECX, BITS_V3) &&
-         HasBits(LEAF_STRUCTURED_FEATURES, REGISTER_EBX, BITS_V3_STRUCTURED) &&
-         HasBits(LEAF_EXTENDED_FEATURES, REGISTER_ECX, BITS_V3_EXTENDED) && IsStateKept(STATE_V3);
-}
-
-bool HasV4()
-{
-  return HasV3() && HasBits(LEAF_STRUCTURED_FEATURES, REGISTER_EBX, BITS_V4_STRUCTURED) && IsStateKept(STATE_V4);
+  return HasBits(LEAF_FEATURES, REGISTER_ECX, BIT_OSXSAVE) && (_xgetbv(0) & nState) == nState;
 }
 
 } // namespace
 
 EInstructionLevel DetectProcessorLevel() noexcept
 {
-  if (HasV4()) {
-    return INSTRUCTION_LEVEL_V4;
-  }
-  if (HasV3()) {
-    return INSTRUCTION_LEVEL_V3;
-  }
-  return HasV2() ? INSTRUCTION_LEVEL_V2 : INSTRUCTION_LEVEL_BASELINE;
+  return FindOfferedLevel({
+    {INSTRUCTION_LEVEL_V2, HasBits(LEAF_FEATURES, REGISTER_ECX, BITS_V2)},
+    {INSTRUCTION_LEVEL_V2, HasBits(LEAF_EXTENDED_FEATURES, REGISTER_ECX, BITS_V2_EXTENDED)},
+    {INSTRUCTION_LEVEL_V3, HasBits(LEAF_FEATURES, REGISTER_ECX, BITS_V3)},
+    {INSTRUCTION_LEVEL_V3, HasBits(LEAF_STRUCTURED_FEATURES, REGISTER_EBX, BITS_V3_STRUCTURED)},
+    {INSTRUCTION_LEVEL_V3, HasBits(LEAF_EXTENDED_FEATURES, REGISTER_ECX, BITS_V3_EXTENDED)},
+    {INSTRUCTION_LEVEL_V3, IsStateKept(STATE_V3)},
+    {INSTRUCTION_LEVEL_V4, HasBits(LEAF_STRUCTURED_FEATURES, REGISTER_EBX, BITS_V4_STRUCTURED)},
+    {INSTRUCTION_LEVEL_V4, IsStateKept(STATE_V4)},
+  });
 }
 
 } // namespace ffc::platform

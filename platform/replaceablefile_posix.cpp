@@ -16,9 +16,9 @@ bool IsReplaceable(const SNativeName &stName)
   }
   // A folder may hand its group on to what is made in it.
   const std::string strFolder = std::filesystem::path(stName.strBytes).parent_path().string();
-  struct stat stFolder = {};
-  const bool bFolderKnown = stat(strFolder.empty() ? "." : strFolder.c_str(), &stFolder) == 0;
-  const bool bGroupHandedOn = bFolderKnown && (stFolder.st_mode & S_ISGID) != 0;
+  struct stat stFolder = {}; // stays where the folder is gone meanwhile
+  (void)stat(strFolder.empty() ? "." : strFolder.c_str(), &stFolder);
+  const bool bGroupHandedOn = (stFolder.st_mode & S_ISGID) != 0;
   return stFile.st_nlink == 1 && stFile.st_uid == geteuid() &&
          stFile.st_gid == (bGroupHandedOn ? stFolder.st_gid : getegid());
 }

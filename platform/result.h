@@ -2,6 +2,8 @@
 /// What a fallible operation answers: its value, or why there is none.
 #pragma once
 
+#include <functional>
+#include <initializer_list>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -72,15 +74,25 @@ private:
   std::variant<std::monostate, Failure> m_content;
 };
 
+/// \return the first failure, if any; no step runs after it
+inline Result<> RunStepsUntilFailure(std::initializer_list<std::function<Result<>()>> listSteps)
+{
+  for (const auto &fnStep : listSteps) {
+    Result<> result = fnStep();
+    if (!result) {
+      return result;
+    }
+  }
+  return {};
+}
+
 /// Runs steps one after the other, up to the first that fails.
 /// \param steps callables without parameters that answer Result<>
 /// \return the first failure, if any
 template <class... TSteps>
 Result<> RunUntilFailure(TSteps &&...steps)
 {
-  Result<> result;
-  (void)((result = steps(), result.IsOk()) && ...);
-  return result;
+  return RunStepsUntilFailure({std::ref(steps)...});
 }
 
 } // namespace ffc

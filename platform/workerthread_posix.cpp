@@ -1,5 +1,6 @@
 #include "platform/workerthread.h"
 
+#include <algorithm>
 #include <csignal>
 #include <thread>
 
@@ -27,9 +28,7 @@ bool CWorkerThread::Start(FnWork fnWork, void *pContext) noexcept
   sigset_t all;
   sigset_t before;
   sigfillset(&all);
-  if (pthread_sigmask(SIG_SETMASK, &all, &before) != 0) {
-    return false;
-  }
+  pthread_sigmask(SIG_SETMASK, &all, &before); // fails for an unknown first argument alone
   pthread_t handle = {};
   const bool bStarted = pthread_create(&handle, nullptr, SSystem::Run, this) == 0;
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -45,15 +44,15 @@ void CWorkerThread::Join() noexcept
 
 uint32_t CountUsableProcessors() noexcept
 {
+  uint32_t nProcessors = std::thread::hardware_concurrency(); // 0 when it is not known
 #if defined(__linux__)
   cpu_set_t stSet;
   CPU_ZERO(&stSet);
-  if (sched_getaffinity(0, sizeof stSet, &stSet) == 0 && CPU_COUNT(&stSet) > 0) {
-    return static_cast<uint32_t>(CPU_COUNT(&stSet));
+  if (sched_getaffinity(0, sizeof stSet, &stSet) == 0) { // but on machines of more processors than the set has
+    nProcessors = static_cast<uint32_t>(CPU_COUNT(&stSet));
   }
 #endif
-  const unsigned nProcessors = std::thread::hardware_concurrency();
-  return nProcessors > 0 ? nProcessors : 1;
+  return std::max(nProcessors, 1U);
 }
 
 void PrepareForThreads(void (*fnForked)()) noexcept

@@ -2,10 +2,13 @@
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "tests/reference/failingallocations.h"
 
 using ffc::platform::CEvent;
 
@@ -136,6 +139,19 @@ TEST(Event, TwoThreadsHandWorkToAndFroWithoutALock)
     ASSERT_EQ(nShared, i);
   }
   worker.join();
+}
+
+TEST(Event, ThatTheSystemCouldNotGiveFailsEveryWait)
+{
+  std::optional<CEvent> event;
+  {
+    const ffc::test::CFailingAllocations failing(1);
+    event.emplace();
+  }
+  event->Set();
+  EXPECT_EQ(event->Wait(0), 0xFFFFFFFFU);
+  event->Reset();
+  EXPECT_EQ(event->Wait(FOR_EVER), 0xFFFFFFFFU);
 }
 
 TEST(Event, MayBeDestroyedByTheWaiterThatItWoke)

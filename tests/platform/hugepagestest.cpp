@@ -54,6 +54,15 @@ TEST(HugePages, AdviceLeavesAnyPieceOfMemoryAsItIs)
   ffc::platform::AdviseHugePages(nullptr, 4 * HUGE_PAGE);
 }
 
+TEST(ZeroedMemory, NoBytesArePlaceEnoughForOne)
+{
+  auto *const pMemory = static_cast<unsigned char *>(TakeZeroedMemory(0));
+  ASSERT_NE(pMemory, nullptr);
+  EXPECT_EQ(*pMemory, 0);
+  GiveZeroedMemory(pMemory);
+  GiveZeroedMemory(nullptr);
+}
+
 #if defined(__linux__)
 TEST(HugePages, LargeZeroedMemoryAsksForThem)
 {

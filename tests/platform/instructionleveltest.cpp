@@ -10,6 +10,7 @@ using ffc::platform::ChooseInstructionLevel;
 using ffc::platform::ChooseKernels;
 using ffc::platform::DetectProcessorLevel;
 using ffc::platform::EInstructionLevel;
+using ffc::platform::FindOfferedLevel;
 using ffc::platform::GetInstructionLevel;
 using ffc::platform::GetInstructionLevelName;
 using ffc::platform::INSTRUCTION_LEVEL_BASELINE;
@@ -36,6 +37,24 @@ const STable *FindTable(EInstructionLevel eLevel)
 }
 
 } // namespace
+
+TEST(InstructionLevel, AMissingFeatureLeavesTheLevelBelowTheFirstThatNeedsIt)
+{
+  for (int32_t nMissing = 0; nMissing < 16; ++nMissing) {
+    const bool bV2 = (nMissing & 3) == 0;
+    const bool bV3 = bV2 && (nMissing & 4) == 0;
+    const bool bV4 = bV3 && (nMissing & 8) == 0;
+    EXPECT_EQ(FindOfferedLevel({{INSTRUCTION_LEVEL_V4, (nMissing & 8) == 0},
+                                {INSTRUCTION_LEVEL_V2, (nMissing & 1) == 0},
+                                {INSTRUCTION_LEVEL_V3, (nMissing & 4) == 0},
+                                {INSTRUCTION_LEVEL_V2, (nMissing & 2) == 0}}),
+              bV4   ? INSTRUCTION_LEVEL_V4
+              : bV3 ? INSTRUCTION_LEVEL_V3
+              : bV2 ? INSTRUCTION_LEVEL_V2
+                    : INSTRUCTION_LEVEL_BASELINE)
+      << nMissing;
+  }
+}
 
 TEST(InstructionLevel, AWishUpToTheProcessorsLevelIsGranted)
 {
