@@ -5,7 +5,6 @@
 
 #include "camera/aravis/frameunpacker.h"
 #include "camera/aravis/releasethread.h"
-#include "genapi/pfnc.h"
 
 namespace ffc::camera {
 
@@ -203,17 +202,23 @@ bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)
   const gint nHeight = arv_buffer_get_image_height(&buffer);
   std::size_t nReceived = 0;
   pstFrame->pBuffer = arv_buffer_get_image_data(&buffer, &nReceived);
-  if (pstFrame->pBuffer == nullptr || nWidth <= 0 || nHeight <= 0 || nPaddingX != 0 || nReceived > INT32_MAX) {
+  if (nWidth <= 0 || nHeight <= 0 || nPaddingX != 0) {
     return false;
   }
-  pstFrame->nSize = static_cast<uint32_t>(nReceived);
+  // A pixel has a bit at least; beyond, what its lines would take cannot be counted.
+  const uint64_t nPixels = static_cast<uint64_t>(nWidth) * static_cast<uint64_t>(nHeight);
+  if (nPixels > uint64_t{nReceived} * 8) {
+    return false;
+  }
+  pstFrame->nSize = static_cast<uint32_t>(nReceived); // the payload size that Begin lets through, at most
   pstFrame->nWidth = static_cast<uint32_t>(nWidth);
   pstFrame->nHeight = static_cast<uint32_t>(nHeight);
   pstFrame->nPixelFormat = arv_buffer_get_image_pixel_format(&buffer);
-  if (FindPackedFormat(pstFrame->nPixelFormat) != nullptr) {
-    return Unpack(pstFrame);
+  const genapi::SPixelFormat *pPacked = FindPackedFormat(pstFrame->nPixelFormat);
+  if (pPacked != nullptr) {
+    return Unpack(*pPacked, nPixels, pstFrame);
   }
-  const uint64_t nNeeded = GetFrameSize(pstFrame->nPixelFormat, uint64_t{pstFrame->nWidth} * pstFrame->nHeight);
+  const uint64_t nNeeded = GetFrameSize(pstFrame->nPixelFormat, nPixels);
   if (nNeeded == 0 || nNeeded > nReceived) {
     return false;
   }
@@ -221,18 +226,17 @@ bool CAravisCamera::DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame)
   return true;
 }
 
-bool CAravisCamera::Unpack(SCameraFrame *pstFrame)
+bool CAravisCamera::Unpack(const genapi::SPixelFormat &stFormat, std::size_t nSamples, SCameraFrame *pstFrame)
 {
-  const genapi::SPixelFormat *pFormat = FindPackedFormat(pstFrame->nPixelFormat);
-  const std::size_t nSamples = std::size_t{pstFrame->nWidth} * pstFrame->nHeight;
-  if (pFormat == nullptr || nSamples > INT32_MAX / 2 || GetPackedSize(*pFormat, nSamples) > pstFrame->nSize) {
+  const std::size_t nSize = GetUnpackedSize(stFormat, nSamples);
+  if (GetPackedSize(stFormat, nSamples) > pstFrame->nSize || nSize > INT32_MAX) {
     return false;
   }
-  m_listSamples.resize((GetUnpackedSize(*pFormat, nSamples) + 1) / 2);
-  UnpackSamples(*pFormat, static_cast<const uint8_t *>(pstFrame->pBuffer), nSamples, m_listSamples.data());
+  m_listSamples.resize((nSize + 1) / 2);
+  UnpackSamples(stFormat, static_cast<const uint8_t *>(pstFrame->pBuffer), nSamples, m_listSamples.data());
   pstFrame->pBuffer = m_listSamples.data();
-  pstFrame->nSize = static_cast<uint32_t>(GetUnpackedSize(*pFormat, nSamples));
-  pstFrame->nPixelFormat = genapi::FindUnpackedFormat(*pFormat)->nCode;
+  pstFrame->nSize = static_cast<uint32_t>(nSize);
+  pstFrame->nPixelFormat = genapi::FindUnpackedFormat(stFormat)->nCode;
   return true;
 }
 

@@ -15,6 +15,7 @@
 #include "camera/aravis/nodemap/aravisnodemap.h"
 #include "camera/aravis/overlay/featureoverlay.h"
 #include "camera/icamera.h"
+#include "genapi/pfnc.h"
 
 namespace ffc::camera {
 
@@ -51,7 +52,7 @@ private:
   void Execute(const char *pCommand);
   bool DeliverFrame(ArvBuffer &buffer, uint64_t nNumber);
   bool DescribeFrame(ArvBuffer &buffer, SCameraFrame *pstFrame);
-  bool Unpack(SCameraFrame *pstFrame);
+  bool Unpack(const genapi::SPixelFormat &stFormat, std::size_t nSamples, SCameraFrame *pstFrame);
 
   std::string m_strDisplayName;
   std::shared_ptr<CCameraLink> m_pLink = std::make_shared<CCameraLink>();

@@ -65,9 +65,6 @@ CAravisStream::~CAravisStream()
 
 Result<> CAravisStream::Start(ArvDevice *pDevice, std::size_t nPayload)
 {
-  if (IsRunning()) {
-    return {};
-  }
   m_pNews = std::make_shared<SNews>();
   m_numbers.BeginStream();
   m_stLosses = {};

@@ -38,7 +38,8 @@ public:
   CAravisStream(const CAravisStream &) = delete;
   CAravisStream &operator=(const CAravisStream &) = delete;
 
-  /// Opens the stream; the camera sends nothing yet. Whoever calls holds the lock of the device's node map.
+  /// Opens the stream, while there is none; the camera sends nothing yet. Whoever calls holds the lock of the device's
+  /// node map.
   /// \param nPayload bytes of a frame
   /// \return why there is no stream
   Result<> Start(ArvDevice *pDevice, std::size_t nPayload);

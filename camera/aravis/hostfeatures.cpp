@@ -45,11 +45,7 @@ void CHostFeatures::AddPixelFormat(GenApi::IEnumeration *pSource)
   }
   genapi::CSoftwareEnumeration &node = m_outputMap.AddEnumeration("OutPixelFormat");
   GenApi::NodeList_t listEntries;
-  try {
-    pSource->GetEntries(listEntries);
-  } catch (const GenICam::GenericException &) {
-    listEntries.clear(); // a format that cannot be asked for has no entries here either
-  }
+  pSource->GetEntries(listEntries); // of the description: the camera is not asked
   for (GenApi::INode *pNode : listEntries) {
     auto *pEntry = dynamic_cast<GenApi::IEnumEntry *>(pNode);
     node.Entry(pEntry->GetSymbolic().c_str(), pEntry->GetValue());

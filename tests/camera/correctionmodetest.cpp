@@ -11,4 +11,5 @@ TEST(ModeName, FindsEveryModeByItsName)
     EXPECT_EQ(ffc::camera::FindMode(ffc::camera::GetModeName(eMode)), eMode);
   }
   EXPECT_EQ(ffc::camera::FindMode("Flatfield"), std::nullopt);
+  EXPECT_STREQ(ffc::camera::GetModeName(static_cast<ECorrectionMode>(77)), "") << "of a number that is no mode";
 }

@@ -117,6 +117,7 @@ TEST_F(ObservedNodeMap, AccessesReachTheNodesAndBringTheirResults)
 {
   As<GenApi::IInteger>("Integer").SetValue(7);
   EXPECT_EQ(As<GenApi::IInteger>("Integer").GetValue(), 7);
+  EXPECT_EQ(As<GenApi::IInteger>("Integer").GetMin(), m_map.Find<CSoftwareInteger>("Integer")->GetMin());
   EXPECT_EQ(As<GenApi::IInteger>("Integer").GetMax(), 8);
   EXPECT_EQ(As<GenApi::IInteger>("Integer").GetInc(), 1);
   EXPECT_THROW(As<GenApi::IInteger>("Integer").SetValue(9), GenICam::OutOfRangeException);
@@ -129,12 +130,15 @@ TEST_F(ObservedNodeMap, AccessesReachTheNodesAndBringTheirResults)
   EXPECT_FALSE(As<GenApi::IBoolean>("Boolean").GetValue());
   As<GenApi::IString>("String").SetValue("new");
   EXPECT_TRUE(As<GenApi::IString>("String").GetValue() == "new");
+  EXPECT_GE(As<GenApi::IString>("String").GetMaxLength(), 3);
   const uint8_t anWritten[4] = {1, 2, 3, 4};
   uint8_t anRead[4] = {};
   As<GenApi::IRegister>("Register").Set(anWritten, 4);
   As<GenApi::IRegister>("Register").Get(anRead, 4);
   EXPECT_EQ(anRead[3], 4);
   EXPECT_EQ(As<GenApi::IRegister>("Register").GetLength(), 4);
+  EXPECT_EQ(As<GenApi::IRegister>("Register").GetAddress(),
+            dynamic_cast<GenApi::IRegister &>(*m_map.GetNode("Register")).GetAddress());
   As<GenApi::ICommand>("Command").Execute();
   EXPECT_TRUE(As<GenApi::ICommand>("Command").IsDone());
   EXPECT_EQ(m_nExecuted, 1);

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -313,7 +314,35 @@ TEST(SoftwareNodeMap, EntriesComeInDeclarationOrderWithTheirOwnAccess)
   EXPECT_FALSE(GenApi::IsAvailable(pEntry));
   bWithColor = true;
   EXPECT_TRUE(GenApi::IsAvailable(pEntry));
+  EXPECT_TRUE(pEntry->ToString(true) == "BayerRG8");
   EXPECT_THROW(pEntry->FromString("Mono8"), AccessException);
+}
+
+TEST(SoftwareNodeMap, TextsAndListsDoWhatViewersDoWithThem)
+{
+  GenICam::gcstring strText("Bayer");
+  strText += "RG8";
+  EXPECT_EQ(strText.size(), 8U);
+  EXPECT_TRUE(strText != "Bayer" && strText != GenICam::gcstring("BayerRG9"));
+  EXPECT_TRUE(strText < GenICam::gcstring("BayerRG9"));
+  std::ostringstream stream;
+  stream << strText << GenICam::gcstring(nullptr);
+  EXPECT_EQ(stream.str(), "BayerRG8");
+  CSoftwareNodeMap map;
+  map.AddInteger("Width", 64);
+  GenApi::NodeList_t listNodes;
+  EXPECT_TRUE(listNodes.empty());
+  map.GetNodes(listNodes);
+  const GenApi::NodeList_t &listConst = listNodes;
+  EXPECT_EQ(listConst.end() - listConst.begin(), 1);
+  EXPECT_EQ(listConst[0], map.GetNode("Width"));
+  listNodes.clear();
+  EXPECT_TRUE(listNodes.empty());
+  const GenICam::RuntimeException exception(nullptr, nullptr, 7);
+  EXPECT_STREQ(exception.GetDescription(), "");
+  EXPECT_STREQ(exception.GetSourceFileName(), "");
+  EXPECT_EQ(exception.GetSourceLine(), 7U);
+  EXPECT_FALSE(GenApi::IsImplemented(nullptr) || GenApi::IsAvailable(nullptr) || GenApi::IsWritable(nullptr));
 }
 
 TEST(SoftwareNodeMap, AnEnumerationTakesOnlyEntriesThatAreThere)

@@ -109,16 +109,18 @@ void SetNearestValue(ArvGcFloat *pFloat, double dValue, GError **ppError)
   std::vector<SConversion> listConversions;
   double dRaw = dValue;
   ArvGcFeatureNode *pNode = ARV_GC_FEATURE_NODE(pFloat);
-  while (ARV_IS_GC_FLOAT(pNode)) {
+  while (ARV_IS_GC_FLOAT(pNode) && *ppError == nullptr) {
     ArvGcFeatureNode *pNext = FindValueNode(pNode, ppError);
     if (pNext != nullptr && ARV_IS_GC_CONVERTER(pNode)) {
       SConversion stConversion{MakeEvaluator(pNode, ARV_GC_PROPERTY_NODE_TYPE_FORMULA_TO, ppError),
                                MakeEvaluator(pNode, ARV_GC_PROPERTY_NODE_TYPE_FORMULA_FROM, ppError)};
-      if (stConversion.pTo == nullptr) {
-        break;
+      if (*ppError == nullptr && stConversion.pTo == nullptr) { // the library would write 0
+        g_set_error(ppError, ARV_GC_ERROR, ARV_GC_ERROR_PROPERTY_NOT_DEFINED, "there is no formula to write it with");
       }
-      dRaw = *ppError == nullptr ? Evaluate(stConversion.pTo.get(), "FROM", dRaw, ppError) : dRaw;
-      listConversions.push_back(std::move(stConversion));
+      if (*ppError == nullptr) {
+        dRaw = Evaluate(stConversion.pTo.get(), "FROM", dRaw, ppError);
+        listConversions.push_back(std::move(stConversion));
+      }
     }
     pNode = pNext;
   }

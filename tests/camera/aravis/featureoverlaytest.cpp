@@ -87,6 +87,9 @@ TEST(FeatureOverlay, AnAbsoluteExposureTimeAndARawGainAnswerUnderThePresentNames
   EXPECT_EQ(camera.m_device.Peek(0), 1235U);
   EXPECT_EQ(camera.Read("ExposureTime"), "1235");
   EXPECT_EQ(camera.Float("ExposureTime").GetMax(), 90000.0);
+  EXPECT_EQ(camera.Float("ExposureTime").GetMin(), 10.0);
+  EXPECT_TRUE(camera.Float("ExposureTime").HasInc());
+  EXPECT_EQ(camera.Float("ExposureTime").GetInc(), 1.0) << "the register's";
   EXPECT_THROW(camera.Float("ExposureTime").SetValue(9), GenICam::OutOfRangeException);
   GenApi::IFloat &gain = camera.Float("Gain");
   EXPECT_EQ(gain.GetNode()->GetName(), "Gain");
@@ -118,6 +121,20 @@ TEST(FeatureOverlay, ARawExposureTimeIsMultipliedWithItsTimeBase)
   EXPECT_EQ(camera.Float("ExposureTime").GetMax(), 50 * 4095.0);
   camera.m_device.Poke(4, 0);
   EXPECT_THROW(camera.Float("ExposureTime").GetValue(), GenICam::RuntimeException) << "no unit";
+}
+
+TEST(FeatureOverlay, ARawExposureTimeWithoutItsTimeBaseIsNotAvailable)
+{
+  CCamera camera(TRIGGER + GAIN + R"(<Float Name="ExposureTimeRaw"><pValue>RegA</pValue></Float>
+<Float Name="ExposureTimeBaseAbs"><pIsAvailable>RegB</pIsAvailable><Value>20</Value></Float>)");
+  EXPECT_EQ(camera.GetNotes(), "ExposureTime aliased: ExposureTimeRaw times ExposureTimeBaseAbs\n");
+  GenApi::IFloat &exposure = camera.Float("ExposureTime");
+  EXPECT_EQ(exposure.GetAccessMode(), GenApi::NA);
+  EXPECT_THROW(exposure.SetValue(100), GenICam::AccessException);
+  camera.m_device.Poke(4, 1);
+  EXPECT_EQ(exposure.GetAccessMode(), GenApi::RW);
+  exposure.SetValue(100);
+  EXPECT_EQ(camera.m_device.Peek(0), 5U);
 }
 
 TEST(FeatureOverlay, AnotherUnitOfTimeIsConvertedToMicroseconds)
@@ -215,6 +232,18 @@ TEST(FeatureOverlay, AColorFilterIsThereWhileItNamesALayout)
   ASSERT_EQ(listEntries.size(), 3U);
   EXPECT_EQ(dynamic_cast<GenApi::IEnumEntry &>(*listEntries[2]).GetSymbolic(), "BayerBG");
   EXPECT_EQ(filter.GetEntry(2), dynamic_cast<GenApi::IEnumEntry *>(listEntries[2]));
+  EXPECT_THROW(filter.FromString("BayerXX"), GenICam::InvalidArgumentException);
+  filter.SetIntValue(2);
+  EXPECT_EQ(filter.GetIntValue(), 2);
+  EXPECT_EQ(filter.GetEntry(2)->GetAccessMode(), GenApi::RO);
+  EXPECT_EQ(filter.GetEntry(2)->GetNode()->GetName(), "EnumEntry_PixelColorFilter_Bayer_BG");
+  EXPECT_EQ(filter.GetNode()->GetName(), "PixelColorFilter");
+  EXPECT_THROW(filter.GetEntry(2)->FromString("BayerBG"), GenICam::AccessException);
+  camera.m_device.Poke(0, 7);
+  EXPECT_EQ(pNode->GetAccessMode(), GenApi::NI) << "no entry";
+  EXPECT_EQ(filter.GetCurrentEntry(), nullptr);
+  camera.m_device.Memory().eRefusal = ARV_DEVICE_ERROR_PROTOCOL_ERROR_ACCESS_DENIED;
+  EXPECT_EQ(pNode->GetAccessMode(), GenApi::NI);
 }
 
 TEST(FeatureOverlay, AColorFilterThatCannotBeReadIsNotThere)
@@ -260,8 +289,17 @@ TEST(FeatureOverlay, TheRatiosOfTheWhiteBalanceAnswerUnderThePresentName)
   EXPECT_EQ(raw.m_device.Peek(0), 64U);
   CCamera none(EXPOSURE + GAIN + TRIGGER + BALANCE);
   EXPECT_EQ(none.m_overlay.GetNode("BalanceWhiteAuto"), nullptr);
-  EXPECT_EQ(none.GetNotes(), "BalanceWhiteAuto hidden: the ratios that it sets cannot be saved, so the plug-in leaves "
-                             "it alone\n");
+  CCamera withoutSelector(EXPOSURE + GAIN + TRIGGER + BALANCE +
+                          R"(<Float Name="BalanceRatio"><Value>1.25</Value></Float>)");
+  for (CCamera *pCamera : {&none, &withoutSelector}) {
+    EXPECT_EQ(pCamera->GetNotes(), "BalanceWhiteAuto hidden: the ratios that it sets cannot be saved, so the plug-in "
+                                   "leaves it alone\n");
+    GenApi::NodeList_t listNodes;
+    pCamera->m_overlay.GetNodes(listNodes);
+    for (const GenApi::INode *pNode : listNodes) {
+      EXPECT_FALSE(pNode->GetName() == "BalanceWhiteAuto");
+    }
+  }
 }
 
 TEST(FeatureOverlay, WhatNothingCanStandForIsMissing)
@@ -276,6 +314,21 @@ TEST(FeatureOverlay, WhatNothingCanStandForIsMissing)
   EXPECT_EQ(ownNames.GetNotes(),
             "ExposureTime missing: neither ExposureTime nor ExposureTimeAbs nor ExposureTimeRaw is there\n"
             "TriggerMode supplied: Off\n");
+}
+
+TEST(FeatureOverlay, WithoutItsGeometryACameraIsOfNoUse)
+{
+  const CMemoryDevice device(MakeDescription(R"(<Float Name="Width"><Value>64</Value></Float>
+<Integer Name="PayloadSize"><Value>3072</Value></Integer><Integer Name="PixelFormat"><Value>1</Value></Integer>)" +
+                                             MakeRegister("RegC", 8) + EXPOSURE + GAIN + TRIGGER));
+  const CFeatureOverlay overlay(*device.GetMap());
+  std::string strMissing;
+  for (const SFeatureNote &stNote : overlay.GetNotes()) {
+    strMissing += stNote.strFeature + ": " + stNote.strSource + "\n";
+    EXPECT_EQ(stNote.eKind, SFeatureNote::EKind::Missing);
+  }
+  EXPECT_EQ(strMissing,
+            "Width: it is no integer\nHeight: there is none\nPixelFormat: there is no list of pixel formats\n");
 }
 
 TEST(FeatureOverlay, NothingIsWrittenForIt)

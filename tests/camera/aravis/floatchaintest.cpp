@@ -112,10 +112,43 @@ TEST(FloatChainEnd, AFormulaThatCannotBeEvaluatedWritesNothing)
   EXPECT_EQ(device.Peek(0), 55U);
 }
 
+TEST(FloatChainEnd, WithoutAFormulaBackTheNearestRawValueIsWritten)
+{
+  for (const char *pBack : {"", "<FormulaFrom>TO * UNKNOWN</FormulaFrom>"}) {
+    CMemoryDevice device(MakeDescription(R"(<Converter Name="Value"><FormulaTo>FROM * 10</FormulaTo>)" +
+                                         std::string(pBack) + "<pValue>Raw</pValue></Converter>" +
+                                         MakeRegister("Raw", 0)));
+    auto &value = dynamic_cast<GenApi::IFloat &>(*device.GetMap()->GetNode("Value"));
+    value.SetValue(2.26, false);
+    EXPECT_EQ(device.Peek(0), 23U) << pBack;
+    EXPECT_THROW(value.GetValue(), GenICam::RuntimeException) << pBack;
+  }
+}
+
+TEST(FloatChainEnd, WithoutAFormulaThatGivesANumberNothingIsWritten)
+{
+  for (const std::string strTo : {"", "<FormulaTo>FROM * 0 / 0</FormulaTo>",
+                                  "<pVariable Name=\"V\">Far</pVariable><FormulaTo>FROM * V</FormulaTo>",
+                                  "<pVariable Name=\"V\">Text</pVariable><FormulaTo>FROM * V</FormulaTo>"}) {
+    CMemoryDevice device(MakeDescription("<Converter Name=\"Value\">" + strTo + R"(<FormulaFrom>TO</FormulaFrom>
+<pValue>Raw</pValue></Converter><String Name="Text"><Value>seven</Value></String>)" +
+                                         MakeRegister("Raw", 0) + MakeRegister("Far", 0x5000)));
+    device.Poke(0, 55);
+    EXPECT_THROW(dynamic_cast<GenApi::IFloat &>(*device.GetMap()->GetNode("Value")).SetValue(3.0, false),
+                 GenICam::RuntimeException)
+      << strTo;
+    EXPECT_EQ(device.Peek(0), 55U) << strTo;
+  }
+}
+
 TEST(FloatChainEnd, ALimitThatWentThroughSinglePrecisionIsTheLimit)
 {
-  CMemoryDevice device(MakeDescription(R"(<Float Name="Value"><Value>1</Value><Min>-0.7</Min><Max>0.1</Max></Float>)"));
+  CMemoryDevice device(MakeDescription(R"(<Float Name="Value"><Value>1</Value><Min>-0.7</Min><Max>0.1</Max></Float>
+<Float Name="Positive"><Value>1</Value><Min>0.7</Min></Float>)"));
   auto &value = dynamic_cast<GenApi::IFloat &>(*device.GetMap()->GetNode("Value"));
+  auto &positive = dynamic_cast<GenApi::IFloat &>(*device.GetMap()->GetNode("Positive"));
+  positive.SetValue(double(0.7F)); // a little less than 0.7
+  EXPECT_EQ(positive.GetValue(), 0.7);
   for (const double dLimit : {value.GetMin(), value.GetMax()}) {
     value.SetValue(double(float(dLimit)));
     EXPECT_NEAR(value.GetValue(), dLimit, 1e-7);

@@ -20,6 +20,10 @@ uint8_t *Access(ArvDevice *pDevice, guint64 nAddress, guint32 nSize, GError **pp
     g_set_error(ppError, ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_TIMEOUT, "silence");
     return nullptr;
   }
+  if (stMemory.eRefusal) {
+    g_set_error(ppError, ARV_DEVICE_ERROR, *stMemory.eRefusal, "refused");
+    return nullptr;
+  }
   const std::size_t nBytes = stMemory.listBytes.size();
   if (stMemory.bRepeats && nBytes > nSize) {
     nAddress %= nBytes - nSize;
@@ -61,6 +65,39 @@ gboolean WriteRegister(ArvDevice *pDevice, guint64 nAddress, guint32 nValue, GEr
   return WriteMemory<const void *>(pDevice, nAddress, sizeof nValue, &nValue, ppError);
 }
 
+void DoNothing(ArvStream *) {}
+
+void InitStreamClass(void *pClass, void *)
+{
+  ARV_STREAM_CLASS(pClass)->start_thread = DoNothing;
+  ARV_STREAM_CLASS(pClass)->stop_thread = DoNothing;
+}
+
+GType GetStreamType()
+{
+  static const GType TYPE = g_type_register_static_simple(ARV_TYPE_STREAM, "FfcMemoryStream", sizeof(ArvStreamClass),
+                                                          InitStreamClass, sizeof(ArvStream), nullptr, GTypeFlags(0));
+  return TYPE;
+}
+
+ArvStream *CreateStream(ArvDevice *pDevice, ArvStreamCallback fnCallback, void *pData, GDestroyNotify fnDestroy,
+                        GError **ppError)
+{
+  auto *pStream = ARV_STREAM(g_object_new(GetStreamType(), "device", pDevice, "callback", fnCallback, "callback-data",
+                                          pData, "destroy-notify", fnDestroy, nullptr));
+  if (reinterpret_cast<SDevice *>(pDevice)->pMemory->bNoStream) {
+    g_object_unref(pStream);
+    g_set_error(ppError, ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_UNKNOWN, "no channel is free");
+    return nullptr;
+  }
+  return pStream;
+}
+
+ArvGc *GetGenicam(ArvDevice *pDevice)
+{
+  return reinterpret_cast<SDevice *>(pDevice)->pMemory->pGenicam;
+}
+
 void InitClass(void *pClass, void *)
 {
   ArvDeviceClass *pDeviceClass = ARV_DEVICE_CLASS(pClass);
@@ -68,6 +105,8 @@ void InitClass(void *pClass, void *)
   pDeviceClass->write_memory = WriteMemory;
   pDeviceClass->read_register = ReadRegister;
   pDeviceClass->write_register = WriteRegister;
+  pDeviceClass->create_stream = CreateStream;
+  pDeviceClass->get_genicam = GetGenicam;
 }
 
 GType GetDeviceType()
@@ -85,6 +124,7 @@ CMemoryDevice::CMemoryDevice(const std::string &strXml, std::vector<uint8_t> lis
   m_pMemory->listBytes = std::move(listBytes);
   reinterpret_cast<SDevice *>(m_pDevice.get())->pMemory = m_pMemory.get();
   m_pGenicam.reset(arv_gc_new(m_pDevice.get(), strXml.data(), strXml.size()));
+  m_pMemory->pGenicam = m_pGenicam.get();
   if (m_pGenicam != nullptr) {
     m_pMap = std::make_unique<camera::CAravisNodeMap>(m_pGenicam.get(), m_pLink);
   }

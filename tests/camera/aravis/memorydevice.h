@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,10 +16,13 @@ namespace ffc::test {
 
 /// What stands behind the device's registers.
 struct SDeviceMemory {
-  std::vector<uint8_t> listBytes; ///< address 0 onwards; an access beyond is a protocol error
-  bool bSilent = false;           ///< every access times out
-  bool bRepeats = false;          ///< addresses beyond start again from 0
-  uint64_t nAccesses = 0;         ///< so far, those that fail included
+  std::vector<uint8_t> listBytes;         ///< address 0 onwards; an access beyond is a protocol error
+  bool bSilent = false;                   ///< every access times out
+  std::optional<ArvDeviceError> eRefusal; ///< what every access is answered with
+  bool bRepeats = false;                  ///< addresses beyond start again from 0
+  uint64_t nAccesses = 0;                 ///< so far, those that fail included
+  bool bNoStream = false;                 ///< a stream cannot be opened; else one is, without frames
+  ArvGc *pGenicam = nullptr;              ///< of the description; null: none that can be read
 };
 
 /// A description file on such a device, and the node map on both.
@@ -30,12 +34,14 @@ public:
   CMemoryDevice &operator=(const CMemoryDevice &) = delete;
 
   /// Null when the library cannot read the description.
-  camera::CAravisNodeMap *GetMap() { return m_pMap.get(); }
+  camera::CAravisNodeMap *GetMap() const { return m_pMap.get(); }
   SDeviceMemory &Memory() { return *m_pMemory; }
   /// What a register of MakeRegister has.
   void Poke(std::size_t nAddress, uint32_t nValue);
   uint32_t Peek(std::size_t nAddress) const;
   camera::CCameraLink &Link() { return *m_pLink; }
+  /// For a camera, which ends before this.
+  camera::CObjectPointer<ArvDevice> ShareDevice() { return camera::ShareObject(m_pDevice.get()); }
 
 private:
   std::shared_ptr<camera::CCameraLink> m_pLink = std::make_shared<camera::CCameraLink>();

@@ -13,6 +13,7 @@
 #include "host/headless/headlessrun.h"
 #include "host/headless/workflowsession.h"
 #include "host/measurement/freshframes.h"
+#include "host/viewer/featuretext.h"
 #include "tests/camera/aravis/coverablecamera.h"
 #include "tests/camera/aravis/gigecameraprocess.h"
 
@@ -130,6 +131,23 @@ TEST_F(NetworkWorkflow, TheListOfCamerasNamesFeaturesThatDifferOnRequest)
   EXPECT_THAT(
     DescribeRealCameras(true),
     testing::HasSubstr("(" + process.GetSerial() + ")\n\tAll features that the plug-in needs follow the standard.\n"));
+}
+
+TEST_F(NetworkWorkflow, ACameraOpensWithTheFormatThatIsAskedForOrSaysWhichItHas)
+{
+  const CGigeCameraProcess process({});
+  SCameraOptions stCamera;
+  stCamera.strCameraId = process.GetSerial();
+  stCamera.strPixelFormat = "Mono16";
+  {
+    const OpenedCamera opened = OpenCamera(stCamera);
+    ASSERT_EQ(opened.GetError(), "");
+    EXPECT_EQ(ReadFeature(*opened.GetValue()->GetDeviceNodeMap(), "PixelFormat"), "Mono16");
+  }
+  stCamera.strPixelFormat = "NoSuchFormat";
+  EXPECT_THAT(OpenCamera(stCamera).GetError(),
+              testing::AllOf(testing::StartsWith("camera: "), testing::HasSubstr("; the camera has "),
+                             testing::HasSubstr("Mono8, "), testing::HasSubstr("Mono16")));
 }
 
 TEST_F(NetworkWorkflow, ACameraThatGoesWithinTheBrightFieldIsReportedAndTheWorkGoesOnWhenItIsBack)

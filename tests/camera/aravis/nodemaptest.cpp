@@ -96,6 +96,7 @@ TEST_F(AravisNodeMap, EachNodeHasTheInterfaceOfItsKindAndNoOther)
   EXPECT_EQ(dynamic_cast<GenApi::IValue *>(m_device.GetMap()->GetNode("Root")), nullptr);
   EXPECT_EQ(GetMode("Root"), GenApi::RO);
   EXPECT_EQ(m_device.GetMap()->GetNode("Nothing"), nullptr);
+  EXPECT_EQ(m_device.GetMap()->GetNode(""), nullptr);
 }
 
 TEST_F(AravisNodeMap, NodesSayWhatTheCameraSaysOfThem)
@@ -470,6 +471,14 @@ TEST_F(AravisNodeMap, AChainThatIsTooLongIsNotImplemented)
   CMemoryDevice device(MakeDescription(strNodes));
   EXPECT_EQ(device.GetMap()->GetNode("N10")->GetAccessMode(), GenApi::RW);
   EXPECT_EQ(device.GetMap()->GetNode("N5000")->GetAccessMode(), GenApi::NI);
+  strNodes = "<Integer Name=\"N0\"><Value>1</Value></Integer>";
+  for (int nNode = 1; nNode <= 5000; ++nNode) { // the other way round: each is looked at from its end
+    strNodes = "<Integer Name=\"N" + std::to_string(nNode) + "\"><pValue>N" + std::to_string(nNode - 1) +
+               "</pValue></Integer>\n" + strNodes;
+  }
+  CMemoryDevice reversed(MakeDescription(strNodes));
+  EXPECT_EQ(reversed.GetMap()->GetNode("N10")->GetAccessMode(), GenApi::RW);
+  EXPECT_EQ(reversed.GetMap()->GetNode("N5000")->GetAccessMode(), GenApi::NI);
 }
 
 TEST_F(AravisNodeMap, FormulasThatAskEachOtherTooOftenAreNotImplemented)
@@ -492,6 +501,100 @@ TEST_F(AravisNodeMap, ValuesAreNeverKept)
   EXPECT_EQ(Integer("Width").GetValue(), 32);
   m_device.Poke(0, 48);
   EXPECT_EQ(Integer("Width").GetValue(), 48);
+}
+
+TEST_F(AravisNodeMap, WhatTheCameraDoesNotTellOfAModeMakesItNotAvailable)
+{
+  CMemoryDevice device(
+    MakeDescription(R"(<Integer Name="Implemented"><pIsImplemented>Far</pIsImplemented><Value>1</Value></Integer>
+<Integer Name="Available"><pIsAvailable>Far</pIsAvailable><Value>1</Value></Integer>
+<Integer Name="Unlocked"><pIsLocked>Far</pIsLocked><Value>1</Value></Integer>
+<Integer Name="Selected"><pIndex>Far</pIndex><pValueIndexed Index="5">Near</pValueIndexed></Integer>
+)" + MakeRegister("Near", 0) +
+                    MakeRegister("Far", 0x5000)));
+  for (const char *pName : {"Implemented", "Available", "Unlocked", "Selected"}) {
+    auto &node = dynamic_cast<GenApi::IInteger &>(*device.GetMap()->GetNode(pName));
+    EXPECT_EQ(device.GetMap()->GetNode(pName)->GetAccessMode(), GenApi::NA) << pName;
+    EXPECT_THROW(node.GetValue(), GenICam::RuntimeException) << pName;
+    EXPECT_THROW(node.SetValue(1), GenICam::RuntimeException) << pName;
+  }
+  EXPECT_FALSE(device.Link().IsLost());
+}
+
+TEST_F(AravisNodeMap, AValueBehindOneThatIsNotImplementedIsNeitherLockedOrNot)
+{
+  CMemoryDevice device(MakeDescription(R"(<Integer Name="No"><Value>0</Value></Integer>
+<Integer Name="Yes"><Value>1</Value></Integer>
+<Integer Name="Missing"><pIsImplemented>No</pIsImplemented><Value>1</Value></Integer>
+<Integer Name="Behind"><pValue>Missing</pValue></Integer>
+<Integer Name="LockedBehind"><pIsLocked>Yes</pIsLocked><pValue>Missing</pValue></Integer>)"));
+  EXPECT_EQ(device.GetMap()->GetNode("Behind")->GetAccessMode(), GenApi::NI);
+  EXPECT_EQ(device.GetMap()->GetNode("LockedBehind")->GetAccessMode(), GenApi::NI);
+}
+
+TEST_F(AravisNodeMap, LimitsAndCommandValuesMayStandInOtherNodes)
+{
+  CMemoryDevice device(MakeDescription(
+    R"(<Integer Name="Wide"><pValue>WideReg</pValue><pMin>Least</pMin><pMax>Most</pMax><pInc>Step</pInc></Integer>
+<Integer Name="Least"><Value>8</Value></Integer>
+<Integer Name="Most"><Value>80</Value></Integer>
+<Integer Name="Step"><Value>4</Value></Integer>
+<Command Name="Go"><pValue>WideReg</pValue><pCommandValue>Most</pCommandValue></Command>
+<Command Name="GoAnyhow"><pValue>WideReg</pValue></Command>
+<Integer Name="Wide"><Value>1000</Value></Integer>
+)" + MakeRegister("WideReg", 0)));
+  auto &wide = dynamic_cast<GenApi::IInteger &>(*device.GetMap()->GetNode("Wide"));
+  EXPECT_EQ(wide.GetMin(), 8);
+  EXPECT_EQ(wide.GetMax(), 80);
+  EXPECT_EQ(wide.GetInc(), 4);
+  wide.SetValue(12);
+  EXPECT_THROW(wide.SetValue(14), GenICam::OutOfRangeException);
+  auto &go = dynamic_cast<GenApi::ICommand &>(*device.GetMap()->GetNode("Go"));
+  go.Execute();
+  EXPECT_EQ(device.Peek(0), 80U);
+  EXPECT_FALSE(go.IsDone());
+  EXPECT_THROW(go.FromString("maybe"), GenICam::InvalidArgumentException);
+  EXPECT_THROW(dynamic_cast<GenApi::ICommand &>(*device.GetMap()->GetNode("GoAnyhow")).IsDone(),
+               GenICam::RuntimeException);
+  GenApi::NodeList_t listNodes;
+  device.GetMap()->GetNodes(listNodes);
+  EXPECT_EQ(listNodes.size(), 8U) << "with the port; a name that comes again is that of the first";
+}
+
+TEST_F(AravisNodeMap, ALengthThatTheCameraTellsCountsForWhateverUsesTheRegister)
+{
+  CMemoryDevice device(MakeDescription(R"(<String Name="Text"><pValue>TextReg</pValue></String>
+<StringReg Name="TextReg"><Address>0x80</Address><pLength>LengthReg</pLength><AccessMode>RW</AccessMode><pPort>Device</pPort></StringReg>
+<IntSwissKnife Name="Sum"><pVariable Name="A">Sized</pVariable><pVariable Name="B">SizedToo</pVariable><Formula>A+B</Formula></IntSwissKnife>
+<Integer Name="SizedToo"><pValue>Sized</pValue></Integer>
+<IntReg Name="Sized"><Address>0</Address><pLength>LengthReg</pLength><AccessMode>RW</AccessMode><pPort>Device</pPort><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>
+)" + MakeRegister("LengthReg", 0x40)));
+  auto &text = dynamic_cast<GenApi::IString &>(*device.GetMap()->GetNode("Text"));
+  auto &sum = dynamic_cast<GenApi::IInteger &>(*device.GetMap()->GetNode("Sum"));
+  EXPECT_EQ(device.GetMap()->GetNode("Text")->GetAccessMode(), GenApi::NA);
+  EXPECT_THROW(text.GetValue(), GenICam::RuntimeException) << "no bytes";
+  EXPECT_THROW(sum.GetValue(), GenICam::RuntimeException);
+  device.Poke(0x40, 4);
+  text.SetValue("four");
+  EXPECT_EQ(text.GetValue(), "four");
+  device.Poke(0, 21);
+  EXPECT_EQ(sum.GetValue(), 42);
+}
+
+TEST_F(AravisNodeMap, ARefusedAccessIsNoSilence)
+{
+  for (const ArvDeviceError eError :
+       {ARV_DEVICE_ERROR_PROTOCOL_ERROR_ACCESS_DENIED, ARV_DEVICE_ERROR_PROTOCOL_ERROR_WRITE_PROTECT}) {
+    m_device.Memory().eRefusal = eError;
+    EXPECT_THROW(Integer("SpareReg").SetValue(1), GenICam::AccessException);
+    EXPECT_FALSE(m_device.Link().IsLost());
+  }
+  m_device.Memory().eRefusal = ARV_DEVICE_ERROR_NOT_CONNECTED;
+  EXPECT_THROW(Integer("SpareReg").GetValue(), GenICam::RuntimeException);
+  EXPECT_TRUE(m_device.Link().IsLost());
+  m_device.Link().MarkLost(); // once more: nobody is told, nothing changes
+  EXPECT_THROW(Integer("SpareReg").GetInc(), GenICam::RuntimeException);
+  EXPECT_THROW(Node<GenApi::IFloat>("Stepped").HasInc(), GenICam::RuntimeException);
 }
 
 TEST_F(AravisNodeMap, ACameraThatRefusesIsNotLost)

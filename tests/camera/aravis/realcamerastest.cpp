@@ -103,6 +103,80 @@ private:
   std::thread m_thread;
 };
 
+/// What a frame says of itself before its bytes.
+struct SLeader {
+  const char *pFault;
+  uint16_t nPayloadType; ///< 1: an image
+  uint32_t nPixelFormat;
+  uint32_t nWidth;
+  uint32_t nHeight;
+  uint16_t nPaddingX;
+};
+
+/// Sends frames of one packet of data, as a camera does whose firmware is wrong.
+class CFrameForger {
+public:
+  /// \param nPort where the program receives
+  explicit CFrameForger(int64_t nPort) : m_nSocket(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
+  {
+    m_stAddress.sin_family = AF_INET;
+    m_stAddress.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    m_stAddress.sin_port = htons(uint16_t(nPort));
+  }
+  ~CFrameForger() { close(m_nSocket); }
+  CFrameForger(const CFrameForger &) = delete;
+  CFrameForger &operator=(const CFrameForger &) = delete;
+
+  void Send(const SLeader &stLeader, std::size_t nBytes)
+  {
+    ++m_nFrame;
+    std::vector<uint8_t> listLeader = Begin(1, 0);
+    Put(stLeader.nPayloadType, 4, &listLeader);
+    Put(0, 8, &listLeader); // time
+    Put(stLeader.nPixelFormat, 4, &listLeader);
+    Put(stLeader.nWidth, 4, &listLeader);
+    Put(stLeader.nHeight, 4, &listLeader);
+    Put(0, 8, &listLeader); // offsets
+    Put(stLeader.nPaddingX, 2, &listLeader);
+    Put(0, 2, &listLeader);
+    SendPacket(listLeader);
+    std::vector<uint8_t> listData = Begin(3, 1);
+    listData.resize(listData.size() + nBytes, 0x40);
+    SendPacket(listData);
+    std::vector<uint8_t> listTrailer = Begin(2, 2);
+    Put(stLeader.nPayloadType, 4, &listTrailer);
+    Put(stLeader.nHeight, 4, &listTrailer);
+    SendPacket(listTrailer);
+  }
+
+private:
+  static void Put(uint64_t nValue, std::size_t nBytes, std::vector<uint8_t> *plistPacket)
+  {
+    while (nBytes-- > 0) {
+      plistPacket->push_back(uint8_t(nValue >> (8 * nBytes)));
+    }
+  }
+  std::vector<uint8_t> Begin(uint8_t nKind, uint32_t nPacket) const
+  {
+    std::vector<uint8_t> listPacket;
+    Put(0, 2, &listPacket); // no error
+    Put(m_nFrame, 2, &listPacket);
+    Put(nKind, 1, &listPacket);
+    Put(nPacket, 3, &listPacket);
+    return listPacket;
+  }
+  void SendPacket(const std::vector<uint8_t> &listPacket) const
+  {
+    const auto *pAddress = reinterpret_cast<const sockaddr *>(&m_stAddress);
+    EXPECT_EQ(sendto(m_nSocket, listPacket.data(), listPacket.size(), 0, pAddress, sizeof m_stAddress),
+              ssize_t(listPacket.size()));
+  }
+
+  int m_nSocket;
+  sockaddr_in m_stAddress = {};
+  uint16_t m_nFrame = 0;
+};
+
 class RealCamerasThatLosePackets : public RealCameras, public testing::WithParamInterface<uint32_t> {};
 
 struct SFormat {
@@ -273,6 +347,47 @@ TEST_F(RealCameras, WhatAnotherCameraSendsToAnotherProgramIsNotTakenForItsFrames
     const SFrameLosses stLosses = pCamera->GetLink()->GetLosses();
     EXPECT_EQ(stLosses.nIncomplete + stLosses.nWithoutRoom + stLosses.nNeverSeen + stLosses.nMissingPackets, 0U);
   }
+}
+
+TEST_F(RealCameras, AFrameThatIsNotWhatItSaysIsCountedAndNeverDelivered)
+{
+  const SLeader LEADERS[] = {
+    {"no pixels", 1, 0x01080001, 0, 16, 0},
+    {"no lines", 1, 0x01080001, 16, 0, 0},
+    {"padded lines", 1, 0x01080001, 14, 16, 2},
+    {"a format of no bits", 1, 0x01000001, 16, 16, 0},
+    {"more than was sent", 1, 0x01100007, 16, 16, 0},
+    {"more than was sent, packed", 1, 0x010C0006, 16, 16, 0},
+    {"more than a number of 64 bits counts", 1, 0x01100007, 1565199712, 736597059, 0},
+    {"more than a number of 64 bits counts, packed", 1, 0x010C0006, 0x7FFFFFFF, 0x7FFFFFFF, 0},
+    {"no image", 4, 0x01080001, 16, 16, 0}, // chunks of data only
+  };
+  CGigeCameraProcess::SOptions stOptions;
+  stOptions.nWidth = stOptions.nHeight = 16;
+  const CGigeCameraProcess process(stOptions);
+  const auto pCamera = Open(process.GetSerial());
+  ASSERT_NE(pCamera, nullptr);
+  Device<GenApi::IEnumeration>(*pCamera, "TriggerMode").FromString("On"); // it sends nothing itself
+  ffc::test::CFrameCollector frames(*pCamera);
+  ASSERT_EQ(pCamera->Start().GetError(), "");
+  CFrameForger forger(Device<GenApi::IInteger>(*pCamera, "GevSCPHostPort").GetValue());
+  uint64_t nUnusable = 0;
+  for (const SLeader &stLeader : LEADERS) {
+    SCOPED_TRACE(stLeader.pFault);
+    forger.Send(stLeader, 16 * 16);
+    while (pCamera->GetLink()->GetLosses().GetFrames() + frames.GetCount() <= nUnusable) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    EXPECT_EQ(pCamera->GetLink()->GetLosses().nUnusable, ++nUnusable);
+    ASSERT_EQ(frames.GetCount(), 0U);
+  }
+  frames.Expect(1);
+  forger.Send({"", 1, 0x01080001, 16, 16, 0}, 16 * 16);
+  const std::vector<SKeptFrame> listFrames = frames.Collect();
+  ASSERT_EQ(listFrames.size(), 1U);
+  EXPECT_EQ(listFrames[0].stInfo.nSize, 16U * 16U);
+  EXPECT_EQ(listFrames[0].stInfo.nFrameId, nUnusable) << "the others count";
+  pCamera->Stop();
 }
 
 TEST_P(RealCamerasThatLosePackets, EveryLostFrameIsCountedAndSaidToBeLost)

@@ -350,5 +350,7 @@ TEST(SimulatedCamera, OptionsThatMakeNoCameraGetAMessage)
   EXPECT_NE(getError([](auto &st) { st.nHeight = 0; }).find("64 x 0"), std::string::npos);
   EXPECT_NE(getError([](auto &st) { st.nWidth = 20000; }).find("16384"), std::string::npos);
   EXPECT_NE(getError([](auto &st) { st.dCornerFalloff = 0.0; }).find("fall-off"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.dCornerFalloff = 1.01; }).find("fall-off"), std::string::npos);
   EXPECT_NE(getError([](auto &st) { st.dFrameRate = std::nan(""); }).find("frame rate"), std::string::npos);
+  EXPECT_NE(getError([](auto &st) { st.dFrameRate = 1e9; }).find("frame rate"), std::string::npos);
 }
