@@ -9,6 +9,7 @@
 #include "pluginobject/shadingcorrection/process/acquisition/brightfield.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
 #include "pluginobject/shadingcorrection/process/coefficients/entrytables.h"
+#include "pluginobject/statuscode.h"
 
 namespace ffc::flat {
 
@@ -73,8 +74,9 @@ public:
 
   Result<SWeightedFlat> Make()
   {
-    const Result<> made =
-      RunUntilFailure([this] { return Add(); }, [this] { return Weight(); }, [this] { return Compute(); });
+    const auto checkStop = [this] { return m_bStop ? Failure("It was cancelled.") : Result<>(); };
+    const Result<> made = RunUntilFailure([this] { return Add(); }, checkStop, [this] { return Weight(); }, checkStop,
+                                          [this] { return Compute(); });
     if (!made) {
       return made.GetFailure();
     }
@@ -91,18 +93,22 @@ private:
 
   Result<> Add()
   {
-    // Of dark frames like the bright ones neither sums nor judging fail; what is left is bStop, and memory.
+    // Of dark frames like the bright ones sums do not fail; what is left is bStop, and memory.
+    CFrameBuffer average;
     if (!AddFrames(m_stSet, m_bStop, m_stBright) ||
-        (IsDarkAlike() && !AddFrames(*m_stFrames.pDark, m_bStop, m_stDark))) {
+        (IsDarkAlike() &&
+         !(AddFrames(*m_stFrames.pDark, m_bStop, m_stDark) && average.Allocate(m_stFormat.nFrameSize)))) {
       return Failure(NO_MEMORY);
     }
-    CFrameBuffer average;
     process::SBlockMeanRange stRange;
-    const bool bDarkUsed =
-      IsDarkAlike() && average.Allocate(m_stFormat.nFrameSize) &&
-      m_stDark.sums.Average(m_stDark.nFrames, m_stFormat, average) == 0 &&
-      process::MeasureEightBitMeans(average, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange) == 0 &&
-      stRange.IsDark();
+    const int32_t nStatus =
+      IsDarkAlike() && m_stDark.sums.Average(m_stDark.nFrames, m_stFormat, average) == 0
+        ? process::MeasureEightBitMeans(average, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange)
+        : PLUGIN_STATUS_INVALID_PARAM;
+    if (nStatus == PLUGIN_STATUS_OUT_OF_MEMORY) {
+      return Failure(NO_MEMORY);
+    }
+    const bool bDarkUsed = nStatus == PLUGIN_STATUS_SUCCESS && stRange.IsDark();
     m_stFlat.nFrames = m_stBright.nFrames;
     m_stFlat.nDarkFrames = bDarkUsed ? m_stDark.nFrames : 0;
     return {};
@@ -112,7 +118,7 @@ private:
   {
     SAddedFrames stAdded{m_stFormat, m_nBayerType, m_stBright.GetSums(), {}, {}, m_stFrames.nThreads};
     stAdded.stDark = m_stFlat.nDarkFrames > 0 ? m_stDark.GetSums() : reference::SFrameSums{};
-    if (m_bStop || WeightFrames(stAdded, m_stWeighted) != 0) {
+    if (WeightFrames(stAdded, m_stWeighted) != 0) {
       return Failure(NO_MEMORY);
     }
     m_stFlat.eNoise = m_stWeighted.stResult.eNoise;
@@ -174,9 +180,11 @@ private:
     const process::SHostReference stReference = {m_stWeighted.bright,
                                                  m_stFlat.nDarkFrames > 0 ? &m_stWeighted.dark : nullptr,
                                                  m_stWeighted.stFormat, m_nBayerType, m_stFrames.nExpectGray};
-    return !m_bStop && process::ComputeHostTable(stReference, m_stFlat.pTable) == 0
-             ? Result<>()
-             : Failure("The image library does not compute coefficients of these frames.");
+    const int32_t nStatus = process::ComputeHostTable(stReference, m_stFlat.pTable);
+    if (nStatus == PLUGIN_STATUS_OUT_OF_MEMORY) {
+      return Failure(NO_MEMORY);
+    }
+    return nStatus == 0 ? Result<>() : Failure("The image library does not compute coefficients of these frames.");
   }
 
   const SFlatFrames &m_stFrames;

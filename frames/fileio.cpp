@@ -1,6 +1,8 @@
 #include "frames/fileio.h"
 
 #include <algorithm>
+#include <new>
+#include <system_error>
 
 #include <QFileInfo>
 #include <QtEndian>
@@ -32,9 +34,29 @@ Result<> CheckFrameSize(uint64_t nWidth, uint64_t nHeight, uint32_t nBytesPerSam
   return {};
 }
 
-QStringList ListNames(const QDir &dir, const QString &strBegin, const QStringList &listSuffixes)
+std::filesystem::path ToPath(const QString &strPath)
+{
+  return std::filesystem::u8path(strPath.toStdString());
+}
+
+QStringList ListFiles(const QDir &dir)
 {
   QStringList listNames = dir.entryList(QDir::Files, QDir::Name);
+  if (listNames.isEmpty()) {
+    // A folder that finds no memory to be opened is an empty one to the toolkit.
+    std::error_code error;
+    const std::filesystem::directory_iterator first(ToPath(dir.path()), error);
+    if (error == std::errc::not_enough_memory) {
+      throw std::bad_alloc();
+    }
+    listNames = QDir(dir.path()).entryList(QDir::Files, QDir::Name);
+  }
+  return listNames;
+}
+
+QStringList ListNames(const QDir &dir, const QString &strBegin, const QStringList &listSuffixes)
+{
+  QStringList listNames = ListFiles(dir);
   const auto isOther = [&](const QString &strName) {
     return !strName.startsWith(strBegin, Qt::CaseInsensitive) ||
            std::none_of(listSuffixes.begin(), listSuffixes.end(), [&](const QString &strSuffix) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -34,6 +35,12 @@ Result<> ReadExactly(QFile &file, void *pBytes, uint64_t nBytes);
 
 /// Opens a file and reads all of it: a file that ends early by an error of the disk is no shorter file.
 Result<QByteArray> ReadWhole(QFile &file);
+
+/// For the language's own functions on files, of which some take no memory.
+std::filesystem::path ToPath(const QString &strPath);
+
+/// Names of the files in a folder, sorted; none where it cannot be read.
+QStringList ListFiles(const QDir &dir);
 
 /// Names of the files in a folder that begin and end like this, in either case, sorted. The folder's own filters leave
 /// a file out where they find no memory, and say nothing.

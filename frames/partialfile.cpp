@@ -31,11 +31,6 @@ QString Resolve(const QString &strPath)
   return strTarget.isEmpty() ? strPath : strTarget;
 }
 
-std::filesystem::path ToPath(const QString &strPath)
-{
-  return std::filesystem::u8path(strPath.toStdString());
-}
-
 } // namespace
 
 CPartialFile::CPartialFile(const QString &strPath) : m_strPath(Resolve(strPath))

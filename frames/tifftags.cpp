@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <iterator>
 #include <mutex>
+#include <new>
 
 namespace ffc::frames {
 namespace {
@@ -91,7 +92,11 @@ int KeepError(TIFF *, void *pError, const char *, const char *pFormat, va_list l
   std::vsnprintf(acText, sizeof acText, pFormat, listArguments);
   auto *pstrError = static_cast<std::string *>(pError);
   if (pstrError->empty()) {
-    *pstrError = acText;
+    try {
+      *pstrError = acText;
+    } catch (const std::bad_alloc &) {
+      *pstrError = "no memory"; // short enough to take none
+    }
   }
   return 1;
 }
@@ -143,12 +148,13 @@ Texts GetTiffTexts(TIFF *pTiff)
   return mapTexts;
 }
 
-void SetTiffTexts(TIFF *pTiff, const Texts &mapTexts)
+void SetTiffTexts(TIFF *pTiff, const Texts &mapTexts, STiffSetting &stSetting)
 {
   for (const STextTag &stTag : TEXT_TAGS) {
     const QString strText = mapTexts.value(QLatin1String(stTag.pKeyword));
     if (!strText.isEmpty()) {
-      TIFFSetField(pTiff, stTag.nTag, strText.toUtf8().constData());
+      const QByteArray byteText = strText.toUtf8();
+      SetTiffField(pTiff, stTag.nTag, byteText.constData(), stSetting);
     }
   }
 }

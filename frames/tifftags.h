@@ -26,7 +26,23 @@ TiffPtr OpenTiff(QFile &file, const char *pMode, std::string *pstrError);
 
 /// Texts of the directory that was read last.
 Texts GetTiffTexts(TIFF *pTiff);
+/// What became of tags that were set.
+struct STiffSetting {
+  bool bTaken = true;
+  bool bTorn = false; ///< the library counts one that found no memory; closing the file would read it
+};
+
+template <class TValue>
+void SetTiffField(TIFF *pTiff, uint32_t nTag, TValue value, STiffSetting &stSetting)
+{
+  const int nListed = TIFFGetTagListCount(pTiff);
+  if (TIFFSetField(pTiff, nTag, value) != 1) {
+    stSetting.bTaken = false;
+    stSetting.bTorn = stSetting.bTorn || TIFFGetTagListCount(pTiff) > nListed;
+  }
+}
+
 /// Texts without a tag of their own are left out.
-void SetTiffTexts(TIFF *pTiff, const Texts &mapTexts);
+void SetTiffTexts(TIFF *pTiff, const Texts &mapTexts, STiffSetting &stSetting);
 
 } // namespace ffc::frames

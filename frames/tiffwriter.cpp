@@ -31,8 +31,15 @@ public:
 
   Result<> Write(const void *pFrame, const Texts &mapTexts) override
   {
-    SetTags();
-    SetTiffTexts(m_pTiff.get(), mapTexts);
+    STiffSetting stSetting;
+    SetTags(stSetting);
+    SetTiffTexts(m_pTiff.get(), mapTexts, stSetting);
+    if (stSetting.bTorn) {
+      (void)m_pTiff.release();
+    }
+    if (!stSetting.bTaken) {
+      return Describe();
+    }
     const bool bWritten =
       WriteStrips(static_cast<const uint8_t *>(pFrame)) && TIFFWriteDirectory(m_pTiff.get()) == 1 && m_strError.empty();
     return bWritten ? Result<>() : Describe();
@@ -58,26 +65,26 @@ private:
     return static_cast<uint32_t>(std::min<std::size_t>(nRows, m_stInfo.stLayout.nHeight));
   }
 
-  void SetTags()
+  void SetTags(STiffSetting &stSetting)
   {
-    TIFF *pTiff = m_pTiff.get();
+    const auto fnSet = [&](uint32_t nTag, auto value) { SetTiffField(m_pTiff.get(), nTag, value, stSetting); };
     const STiffFeatures &stFeatures = m_stInfo.stTiff;
-    TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, m_stInfo.stLayout.nWidth);
-    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, m_stInfo.stLayout.nHeight);
-    TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 8 * m_stInfo.stLayout.nBytesPerSample);
-    TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 1);
-    TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
-    TIFFSetField(pTiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-    TIFFSetField(pTiff, TIFFTAG_COMPRESSION, stFeatures.nCompression);
-    TIFFSetField(pTiff, TIFFTAG_ORIENTATION, stFeatures.nOrientation);
-    TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, GetStripRows());
+    fnSet(TIFFTAG_IMAGEWIDTH, m_stInfo.stLayout.nWidth);
+    fnSet(TIFFTAG_IMAGELENGTH, m_stInfo.stLayout.nHeight);
+    fnSet(TIFFTAG_BITSPERSAMPLE, 8 * m_stInfo.stLayout.nBytesPerSample);
+    fnSet(TIFFTAG_SAMPLESPERPIXEL, 1);
+    fnSet(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    fnSet(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    fnSet(TIFFTAG_COMPRESSION, stFeatures.nCompression);
+    fnSet(TIFFTAG_ORIENTATION, stFeatures.nOrientation);
+    fnSet(TIFFTAG_ROWSPERSTRIP, GetStripRows());
     if (stFeatures.fResolutionX > 0 && stFeatures.fResolutionY > 0) {
-      TIFFSetField(pTiff, TIFFTAG_XRESOLUTION, stFeatures.fResolutionX);
-      TIFFSetField(pTiff, TIFFTAG_YRESOLUTION, stFeatures.fResolutionY);
-      TIFFSetField(pTiff, TIFFTAG_RESOLUTIONUNIT, stFeatures.nResolutionUnit);
+      fnSet(TIFFTAG_XRESOLUTION, stFeatures.fResolutionX);
+      fnSet(TIFFTAG_YRESOLUTION, stFeatures.fResolutionY);
+      fnSet(TIFFTAG_RESOLUTIONUNIT, stFeatures.nResolutionUnit);
     }
     if (m_stInfo.nBitDepth > 8 && m_stInfo.nBitDepth < 16) {
-      TIFFSetField(pTiff, TIFFTAG_MAXSAMPLEVALUE, (1U << m_stInfo.nBitDepth) - 1);
+      fnSet(TIFFTAG_MAXSAMPLEVALUE, (1U << m_stInfo.nBitDepth) - 1);
     }
   }
 

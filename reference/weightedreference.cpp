@@ -1,7 +1,6 @@
 #include "reference/weightedreference.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <exception>
 #include <vector>
@@ -170,11 +169,14 @@ private:
 
 const char *DescribeNoiseSource(ENoiseSource eSource)
 {
-  // In the order of their values.
-  constexpr std::array<const char *, 5> DESCRIPTIONS = {
-    "differences of the frames", "camera data", "photon transfer within the frame", "all fine detail of the one frame",
-    "half of the fine detail of the one frame"};
-  return DESCRIPTIONS[static_cast<std::size_t>(eSource)];
+  switch (eSource) {
+  case ENoiseSource::Differences: return "differences of the frames";
+  case ENoiseSource::Camera: return "camera data";
+  case ENoiseSource::PhotonTransfer: return "photon transfer within the frame";
+  case ENoiseSource::AllDetail: return "all fine detail of the one frame";
+  case ENoiseSource::HalfDetail: return "half of the fine detail of the one frame";
+  }
+  return ""; // no other value
 }
 
 int32_t MakeWeightedReference(const SReferenceInput &stInput, uint16_t *pBright, uint16_t *pDark,

@@ -128,7 +128,9 @@ TEST(WeightedFlatFigures, AreTheErrorsThatTheReferencesReallyHave)
 TEST(WeightedFlatFigures, NothingIsMadeAfterItWasCancelled)
 {
   const std::atomic<bool> bStop{true};
-  EXPECT_FALSE(MakeWeightedFlat({CMadeSensor("Mono8", SMALL_SIDE).Take(1, 1), nullptr, 128, 1}, bStop));
+  CMadeSensor sensor("Mono8", SMALL_SIDE);
+  EXPECT_FALSE(MakeWeightedFlat({sensor.Take(1, 1), nullptr, 128, 1}, bStop));
+  EXPECT_EQ(MakeWeightedFlat({sensor.Take(0, 1), nullptr, 128, 1}, bStop).GetError(), "It was cancelled.");
 }
 
 TEST(WeightedFlatFigures, DarkFramesOfAnotherKindAreNotTaken)
@@ -188,6 +190,9 @@ TEST(WeightedFlatFigures, WhatCannotBeJudgedOrComputedIsNotUsed)
   ASSERT_EQ(made.GetError(), "");
   EXPECT_EQ(made.GetValue().nDarkFrames, 0U) << "nobody knows whether it is dark";
   EXPECT_FALSE(MakeWeightedFlat({small.Take(0, 1), nullptr, 128, 1}, GO_ON)) << "there are no frames";
+  const auto withoutDark = MakeWeightedFlat({small.Take(1, 1), small.Take(0, 0), 128, 1}, GO_ON);
+  ASSERT_EQ(withoutDark.GetError(), "");
+  EXPECT_EQ(withoutDark.GetValue().nDarkFrames, 0U);
   EXPECT_EQ(MakeWeightedFlat({small.Take(2, 1), nullptr, 256, 1}, GO_ON).GetError(),
             "The image library does not compute coefficients of these frames.");
 }

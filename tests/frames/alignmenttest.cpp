@@ -57,13 +57,17 @@ TEST(Alignment, AStatedDepthThatTheSamplesDoNotHaveIsRefused)
   EXPECT_NE(DecideDepth(Look(12, 4), DEEP, {12, EAlignment::Right}).GetError().find("but 12 bits end at 4095"),
             std::string::npos)
     << "left-aligned, but stated not to be";
-  EXPECT_EQ(DecideDepth(Look(12, 4), DEEP, {12, {}}).GetValue().eAlignment, EAlignment::Left);
+  const auto left = DecideDepth(Look(12, 4), DEEP, {12, {}});
+  EXPECT_EQ(left.GetValue().eAlignment, EAlignment::Left);
+  EXPECT_EQ(left.GetValue().nBitDepth, 12U);
+  EXPECT_EQ(left.GetValue().GetShift(DEEP), 4U);
 }
 
 TEST(Alignment, FramesOfBytesHaveNothingToDecide)
 {
   const auto depth = DecideDepth({0xFF, 0xFF}, {4, 4, 1}, {});
   ASSERT_TRUE(depth.IsOk());
+  EXPECT_TRUE(DecideDepth({0xFF, 0xFF}, {4, 4, 1}, {8, {}}).IsOk());
   EXPECT_EQ(depth.GetValue().GetShift({4, 4, 1}), 0U);
   EXPECT_TRUE(depth.GetValue().strReason.isEmpty());
 }

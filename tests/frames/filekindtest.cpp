@@ -420,6 +420,10 @@ TEST(RawFile, AFormatThatIsNoneIsExplained)
         "1234567x5:Mono8", "100000x100000:Mono8", "5x3:", "5:3xMono8", "5x3:Mono12p", "5x3:RGB8"}) {
     EXPECT_NE(CRawFile::Parse(pFormat).GetError(), "") << pFormat;
   }
+  for (const char *pFormat : {"", "5x3", "5:Mono8", "5:3xMono8"}) {
+    EXPECT_EQ(CRawFile::Parse(pFormat).GetError(), "write it as WIDTHxHEIGHT:FORMAT, such as 2048x1536:Mono12")
+      << pFormat;
+  }
 }
 
 TEST(PartialFile, WhoMayReadTheFormerFileMayReadTheNewOne)

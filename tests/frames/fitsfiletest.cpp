@@ -117,7 +117,7 @@ TEST_F(CFitsTest, FilesOfOthersAreReadAsImagesAndCubes)
     WriteForeign(nType, {4, 2});
     EXPECT_EQ(ReadSamples(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7})) << nType;
     EXPECT_EQ(m_stRead.stLayout, (SLayout{4, 2, nType == BYTE_IMG ? 1U : 2U}));
-    EXPECT_FALSE(m_stRead.strRemark.isEmpty()) << "which row is the top one is a guess";
+    EXPECT_EQ(m_stRead.strRemark, "The first row is taken as the top one: the file does not say (ROWORDER).");
     WriteForeign(nType, {2, 2, 2});
     EXPECT_EQ(ReadSamples(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7})) << nType;
     EXPECT_EQ(m_stRead.nFrames, 2U);
@@ -154,6 +154,31 @@ TEST_F(CFitsTest, OthersReadWhatIsWritten)
   EXPECT_EQ(m_stRead.nBitDepth, 12U);
   EXPECT_EQ(m_stRead.eColors, EColorLayout::BayerGB);
   EXPECT_EQ(m_stRead.strRemark, "");
+}
+
+TEST_F(CFitsTest, TheHeaderHasItsValuesInTheirColumnsAndSaysWhatIsInTheFile)
+{
+  for (const auto &[eColors, pPattern] :
+       {std::pair{EColorLayout::BayerRG, "RGGB"}, std::pair{EColorLayout::BayerGB, "GBRG"},
+        std::pair{EColorLayout::BayerGR, "GRBG"}, std::pair{EColorLayout::BayerBG, "BGGR"}}) {
+    for (const uint32_t nBytes : {1U, 2U}) {
+      SFrameInfo stInfo;
+      stInfo.stLayout = {4, 2, nBytes};
+      stInfo.nBitDepth = 8 * nBytes;
+      stInfo.eColors = eColors;
+      ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 2)).GetError(), "");
+      const QByteArray byteFile = ReadBytes(m_strPath);
+      for (const QByteArray &byteCard :
+           {QByteArray("SIMPLE  =                    T "), QByteArray("NAXIS   =                    3 "),
+            QByteArray("NAXIS1  =                    4 "), QByteArray("NAXIS3  =                    2 "),
+            QByteArray("CTYPE3  = 'FRAME   '"), QByteArray("BAYERPAT= '") + pPattern}) {
+        EXPECT_EQ(byteFile.indexOf(byteCard) % 80, 0) << byteCard.toStdString();
+      }
+      EXPECT_EQ(GetError(), "");
+      EXPECT_EQ(m_stRead.nBitDepth, 8 * nBytes);
+      EXPECT_EQ(m_stRead.eColors, eColors);
+    }
+  }
 }
 
 TEST_F(CFitsTest, FramesBeginWithTheirTopRowWhateverTheOrderInTheFile)
@@ -260,6 +285,11 @@ TEST_F(CFitsTest, WhatIsNoGreyFrameIsRefusedByName)
   WriteForeign(SBYTE_IMG, {4, 2});
   EXPECT_EQ(GetError(),
             "has samples that are scaled with BSCALE 1 and BZERO -128; 1 and 0 are read, for 16 bits also 32768.");
+  WriteForeign(BYTE_IMG, {4, 2});
+  WriteBytes(m_strPath,
+             ReadBytes(m_strPath).replace("EXTEND  =                    T", "BZERO   =                32768"));
+  EXPECT_EQ(GetError(),
+            "has samples that are scaled with BSCALE 1 and BZERO 32768; 1 and 0 are read, for 16 bits also 32768.");
   EXPECT_EQ(GetErrorWith("BSCALE", 0.5),
             "has samples that are scaled with BSCALE 0.5 and BZERO 32768; 1 and 0 are read, for 16 bits also 32768.");
   EXPECT_EQ(GetErrorWith("BZERO", 0.0, {300, 200}), "has negative values in frame 1; only values from 0 are those of a "
@@ -307,6 +337,8 @@ TEST_F(CFitsTest, HeadersThatMakeNoSenseAreRefused)
   }
   WriteBytes(m_strPath, byteGood.left(80).leftJustified(1001 * 2880, ' '));
   EXPECT_EQ(GetError(), "has a header that does not end.");
+  WriteBytes(m_strPath, (byteGood.left(80).leftJustified(1000 * 2880, ' ') + "END").leftJustified(1001 * 2880, ' '));
+  EXPECT_EQ(GetError(), "has a header that does not end.");
   WriteBytes(m_strPath, byteGood + "something");
   EXPECT_EQ(GetError(), "") << "behind an image may stand what is no part";
 }
@@ -323,6 +355,7 @@ TEST_F(CFitsTest, DepthsThatTheSamplesCannotHaveAreNoneInTheFileEither)
     stInfo.nBitDepth = nBitDepth;
     ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
     EXPECT_FALSE(ReadBytes(m_strPath).contains("FFCBITS")) << nBitDepth;
+    EXPECT_FALSE(ReadBytes(m_strPath).contains("NAXIS3")) << "a frame is an image of two axes";
   }
 }
 

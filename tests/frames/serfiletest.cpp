@@ -87,6 +87,7 @@ TEST_F(CSerTest, EverythingThatTheFormatHasComesBack)
   EXPECT_EQ(stRead.mapTexts, m_stInfo.mapTexts);
   EXPECT_EQ(stRead.byteSerDates, m_stInfo.byteSerDates);
   EXPECT_EQ(m_byteFile.size(), 178 + 2 * 32 * 16 * 2 + 2 * 8);
+  EXPECT_EQ(m_byteFile.mid(14, 4), QByteArray(4, '\0')) << "the number of the maker, of which there is none";
 }
 
 TEST_F(CSerTest, TheByteOrderIsSeenWhateverTheFlagSays)
@@ -104,7 +105,10 @@ TEST_F(CSerTest, TheByteOrderIsSeenWhateverTheFlagSays)
       std::string strError;
       SFrameInfo stRead;
       EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError, &stRead), m_listFrames) << nFlag << bSwap;
-      EXPECT_TRUE(stRead.strRemark.contains(bSwap ? "high byte first" : "low byte first"));
+      EXPECT_EQ(stRead.strRemark, QStringLiteral("The samples have the %1 byte first: neighbours then differ less (the "
+                                                 "header's flag is %2, which programs use either way).")
+                                    .arg(bSwap ? "high" : "low")
+                                    .arg(nFlag));
     }
   }
 }
@@ -146,6 +150,8 @@ TEST_F(CSerTest, HeadersThatMakeNoSenseAreRefused)
   EXPECT_NE(OpenWith(0, 0).find("is no SER file"), std::string::npos);
   WriteAll(m_strPath, m_byteFile.left(SER_HEADER_SIZE + 2 * 32 * 16 * 2 - 1));
   EXPECT_NE(m_kind.Open(m_strPath).GetError().find("is too short for 2 frames"), std::string::npos);
+  WriteAll(m_strPath, m_byteFile.left(SER_HEADER_SIZE + 32 * 16 * 2 - 1));
+  EXPECT_EQ(m_kind.Open(m_strPath).GetError(), "is too short for a frame of 32 x 16 pixels: it ends early.");
 }
 
 TEST_F(CSerTest, TimesThatAreMissingAreNotMissed)

@@ -42,6 +42,15 @@ void *operator new(std::size_t nSize)
   return pMemory;
 }
 
+void *operator new(std::size_t nSize, const std::nothrow_t &) noexcept
+{
+  try {
+    return operator new(nSize);
+  } catch (const std::bad_alloc &) {
+    return nullptr;
+  }
+}
+
 void operator delete(void *pMemory) noexcept
 {
   std::free(pMemory);

@@ -14,6 +14,7 @@
 #include "reference/profiles.h"
 #include "reference/scales.h"
 #include "reference/shrinkage.h"
+#include "reference/singleframenoise.h"
 #include "reference/tile.h"
 #include "reference/tileprofiles.h"
 #include "reference/totalvariation.h"
@@ -79,6 +80,9 @@ TEST(ReferenceScales, APlaceBeyondTheEdgeIsReflectedWithoutItsOwnSampleTwice)
   EXPECT_EQ(Mirror(-9, 5), 1U);
   EXPECT_EQ(Mirror(4, 5), 4U);
   EXPECT_EQ(Mirror(123, 1), 0U);
+  for (const auto &[nIndex, nPlace] : {std::pair{12, 4U}, std::pair{13, 3U}, std::pair{-6, 2U}, std::pair{-13, 3U}}) {
+    EXPECT_EQ(Mirror(nIndex, 5), nPlace) << nIndex << " is reflected more than once";
+  }
 }
 
 TEST(ReferenceScales, SmoothingIsTheSplineAlongBothAxes)
@@ -454,6 +458,40 @@ TEST(ReferenceNoise, TwoLinesOfASiteAreEnoughForTheNoiseOfLines)
   meter.Add(listFormer.data(), listLatter.data(), WIDTH, 4, 2);
   // Of each site, lines that differ by 10 and 0: the variance of a difference is 50, half of it a frame's.
   EXPECT_NEAR(meter.GetAll().dLine, 25 - meter.GetAll().dSample * 2 / WIDTH, 1e-9);
+}
+
+TEST(ReferenceNoise, ASiteOfOneLineLeavesTheOthersTheirNoiseOfLines)
+{
+  constexpr uint32_t WIDTH = 40;
+  std::vector<uint16_t> listFormer(std::size_t{WIDTH} * 3, 1000);
+  std::vector<uint16_t> listLatter = listFormer;
+  std::fill_n(listLatter.begin(), WIDTH, uint16_t{1010});
+  CNoiseMeter meter;
+  meter.Add(listFormer.data(), listLatter.data(), WIDTH, 3, 2);
+  // The upper sites have two lines, as above; of the lower ones nothing is known.
+  EXPECT_NEAR(meter.GetSite(0).dLine, 25 - meter.GetSite(0).dSample * 2 / WIDTH, 1e-9);
+  EXPECT_EQ(meter.GetSite(2).dLine, 0);
+  EXPECT_NEAR(meter.GetAll().dLine, 25 * 2.0 / 3 - meter.GetAll().dSample * 2 / WIDTH, 1e-9);
+}
+
+TEST(ReferenceNoise, ADarkFrameHasNoMoreNoiseThanDetailWhateverTheBrightOnesHave)
+{
+  constexpr uint32_t SIDE = 100;
+  const std::vector<float> listNoise = MakeNoise(std::size_t{SIDE} * SIDE, 20);
+  std::vector<uint32_t> listDark;
+  std::vector<uint32_t> listBright;
+  for (const float fNoise : listNoise) {
+    const auto nNoise = static_cast<uint32_t>(200 + std::lround(fNoise));
+    listDark.push_back(nNoise);
+    listBright.push_back(2000 - nNoise); // bright where the other one is dark: not the same pattern at all
+  }
+  const SPlane stPlane = GetPlanes(SIDE, SIDE, false).front();
+  const auto fnMeasure = [&](const std::vector<uint32_t> &listOther) {
+    return MeasureSingleDark({CPlaneSource(stPlane, listDark.data(), 1, nullptr, 0)},
+                             {CPlaneSource(stPlane, listOther.data(), 1, nullptr, 0)});
+  };
+  EXPECT_NEAR(fnMeasure(listBright), 400, 40);
+  EXPECT_EQ(fnMeasure(listDark), 0) << "all of it is pattern";
 }
 
 TEST(ReferenceNoise, TheNoiseOfAnEvenSumOfTwoFramesIsSeen)

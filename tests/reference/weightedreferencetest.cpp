@@ -189,6 +189,10 @@ TEST(WeightedReference, EveryNumberOfThreadsGivesTheSame)
   SSensor stSensor;
   stSensor.nWidth = 600;
   stSensor.nHeight = 300;
+  // Each tile has edges, and not where another one has them: nothing of a tile is left for the next.
+  stSensor.fnStructure = [](uint32_t nX, uint32_t nY) {
+    return std::hypot(nX % 70 - 35.0, nY % 70 - 35.0) < 9 ? 0.9 : 1.0;
+  };
   const Field field = stSensor.MakeField();
   const CSums bright(stSensor, field, 2);
   const CSums dark(stSensor, Field(field.size()), 1);
@@ -505,6 +509,26 @@ TEST(WeightedReference, WhereTheNoiseIsKnownFromIsSaidInWords)
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::PhotonTransfer), "photon transfer within the frame");
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::HalfDetail), "half of the fine detail of the one frame");
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::AllDetail), "all fine detail of the one frame");
+}
+
+TEST(WeightedReference, ImagesOfUpToAMillionColumnsOrLinesAreWorkedOn)
+{
+  const SSensor stSensor;
+  const CSums bright(stSensor, stSensor.MakeField(), 1);
+  uint16_t nBright = 0;
+  SReferenceInput stInput = MakeInput(stSensor, bright);
+  stInput.nHeight = 1;
+  // None of them has the memory to begin with: what is refused is refused before.
+  for (const uint32_t nSide : {1U << 20, (1U << 20) + 1}) {
+    stInput.nWidth = nSide;
+    SReferenceResult stResult;
+    int32_t nStatus = 0;
+    {
+      const CFailingAllocations failing(1);
+      nStatus = MakeWeightedReference(stInput, &nBright, nullptr, stResult);
+    }
+    EXPECT_EQ(nStatus, nSide == 1U << 20 ? STATUS_OUT_OF_MEMORY : STATUS_INVALID_PARAM) << nSide;
+  }
 }
 
 TEST(WeightedReference, WithoutMemoryItSaysSo)

@@ -153,10 +153,11 @@ private:
     SHashes stHashes;
     std::optional<STrouble> stTrouble = Transfer(reader, stTransfer, m_pManifest == nullptr ? nullptr : &stHashes);
     if (stTrouble) {
-      mark.TakeBack();
-    }
-    if (stTrouble || m_pManifest == nullptr) {
       return stTrouble;
+    }
+    mark.Keep();
+    if (m_pManifest == nullptr) {
+      return std::nullopt;
     }
     const Result<> added = m_pManifest->Add(QFileInfo(strOut).fileName(), {m_flat.GetSha256(), stHashes});
     return added ? std::nullopt : std::optional<STrouble>(STrouble{false, QString::fromStdString(added.GetError())});

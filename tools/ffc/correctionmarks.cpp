@@ -1,5 +1,8 @@
 #include "tools/ffc/correctionmarks.h"
 
+#include <exception>
+#include <system_error>
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -62,7 +65,27 @@ bool IsMarkAhead(const QString &strFile, const QString &strFramesHash)
   return !strMarked.isEmpty() && strMarked == strFramesHash;
 }
 
-CMarkFile::CMarkFile(const QString &strFile) : m_strPath(frames::GetMarkPath(strFile)) {}
+CMarkFile::CMarkFile(const QString &strFile)
+  : m_strPath(frames::GetMarkPath(strFile)), m_path(frames::ToPath(m_strPath))
+{
+}
+
+CMarkFile::~CMarkFile()
+{
+  if (!m_bPending) {
+    return;
+  }
+  if (!m_byteFormer) {
+    std::error_code error;
+    std::filesystem::remove(m_path, error);
+    return;
+  }
+  try {
+    (void)frames::SaveWholeFile(m_strPath, *m_byteFormer);
+  } catch (const std::exception &) {
+    // The file was corrected before this run: what its mark says of the flat is wrong, that it is corrected is not.
+  }
+}
 
 Result<> CMarkFile::Write(const QString &strCorrection, const SHashes &stHashes)
 {
@@ -76,18 +99,16 @@ Result<> CMarkFile::Write(const QString &strCorrection, const SHashes &stHashes)
   }
   QJsonObject object = QJsonDocument::fromJson(strCorrection.toUtf8()).object();
   object[FRAMES_HASH] = stHashes.strRead;
-  Result<> saved = frames::SaveWholeFile(m_strPath, frames::ToLine(object).toUtf8() + '\n');
-  m_bWritten = saved.IsOk();
+  const QByteArray byteMark = frames::ToLine(object).toUtf8() + '\n';
+  m_bPending = true;
+  Result<> saved = frames::SaveWholeFile(m_strPath, byteMark);
+  m_bPending = saved.IsOk();
   return saved;
 }
 
-void CMarkFile::TakeBack() const
+void CMarkFile::Keep() noexcept
 {
-  if (m_bWritten && m_byteFormer) {
-    (void)frames::SaveWholeFile(m_strPath, *m_byteFormer);
-  } else if (m_bWritten) {
-    QFile::remove(m_strPath);
-  }
+  m_bPending = false;
 }
 
 } // namespace ffc::tool

@@ -2,6 +2,7 @@
 /// Which frames are corrected already.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 
 #include <QByteArray>
@@ -29,19 +30,24 @@ std::optional<STrouble> CheckUncorrected(const QString &strFile, const frames::S
 bool IsMarkAhead(const QString &strFile, const QString &strFramesHash);
 
 /// The mark beside a file that has no place for it. It is written before the frames are put in their place: a file that
-/// only seems to be corrected is refused, one that only seems not to be would be corrected twice.
+/// only seems to be corrected is refused, one that only seems not to be would be corrected twice. Without Keep, its
+/// destructor leaves it as it was before Write, also where memory has ended.
 class CMarkFile {
 public:
   explicit CMarkFile(const QString &strFile);
+  ~CMarkFile();
+  CMarkFile(const CMarkFile &) = delete;
+  CMarkFile &operator=(const CMarkFile &) = delete;
 
   /// \param stHashes of the frames that it is about
   Result<> Write(const QString &strCorrection, const SHashes &stHashes);
-  /// As it was before Write.
-  void TakeBack() const;
+  /// The frames are in their place.
+  void Keep() noexcept;
 
 private:
   QString m_strPath;
-  bool m_bWritten = false;
+  std::filesystem::path m_path; ///< the same; removing it takes no memory
+  bool m_bPending = false;      ///< it may be written, and the frames not
   std::optional<QByteArray> m_byteFormer;
 };
 

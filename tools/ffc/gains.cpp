@@ -107,6 +107,9 @@ QImage PlotGains(const CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight)
   const int nMapHeight = static_cast<int>((nHeight + nStep - 1) / nStep);
   QImage plot(nMapWidth + 3 * MARGIN + HISTOGRAM_BINS, std::max(nMapHeight, HISTOGRAM_HEIGHT) + 2 * MARGIN,
               QImage::Format_RGB32);
+  if (plot.isNull()) {
+    return plot;
+  }
   plot.fill(Qt::white);
   PaintMap(table, nWidth, nHeight, nStep, &plot);
   const uint64_t nPixels = uint64_t{nWidth} * nHeight;

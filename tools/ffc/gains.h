@@ -33,6 +33,7 @@ SGainHistogram MeasureGainHistogram(const process::CFrameBuffer &table, uint64_t
 
 /// The gains as a picture, the smallest black, the largest white and those at the limit red, and their histogram beside
 /// it. The picture of a large sensor shows every second pixel, or third, and so on.
+/// \return null without memory
 QImage PlotGains(const process::CFrameBuffer &table, uint32_t nWidth, uint32_t nHeight);
 
 } // namespace ffc::tool

@@ -34,7 +34,7 @@ QStringList ListMatching(const QDir &dir, const QString &strPattern)
   const QRegularExpression expression(QRegularExpression::wildcardToRegularExpression(strPattern),
                                       QRegularExpression::CaseInsensitiveOption);
   QStringList listNames;
-  for (const QString &strName : dir.entryList(QDir::Files, QDir::Name)) {
+  for (const QString &strName : frames::ListFiles(dir)) {
     const QRegularExpressionMatch match = expression.match(strName);
     if (expression.isValid() && !match.isValid()) {
       throw std::bad_alloc(); // else the file would be left out

@@ -149,8 +149,11 @@ private:
     const bool bDark = flat.GetTable().GetSize() == 4 * nPixels;
     const SGains stGains = MeasureGains(flat.GetTable(), nPixels);
     if (!m_stOptions.strPlot.empty()) {
-      const Result<> saved = frames::SaveWholePicture(QString::fromStdString(m_stOptions.strPlot),
-                                                      PlotGains(flat.GetTable(), stSide->nWidth, stSide->nHeight));
+      const QImage plot = PlotGains(flat.GetTable(), stSide->nWidth, stSide->nHeight);
+      if (plot.isNull()) {
+        return STrouble{false, QStringLiteral("There is not enough memory for the plot.")};
+      }
+      const Result<> saved = frames::SaveWholePicture(QString::fromStdString(m_stOptions.strPlot), plot);
       if (!saved) {
         return STrouble{false, QString::fromStdString(saved.GetError())};
       }

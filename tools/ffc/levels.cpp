@@ -163,14 +163,14 @@ QString AdviseLevel(const SLevels &stLevels)
   }
   const QString strMiddle =
     QString::number((listLevels.front().dLevelPercent + listLevels.back().dLevelPercent) / 2, 'f', 0);
+  const auto fnPercent = [&](std::size_t nLevel) { return QString::number(listLevels[nLevel].dLevelPercent, 'f', 0); };
   const QString strRange =
-    listLevels[stLevels.nBest].bGood
-      ? QStringLiteral("This flat is good enough from %1 to %2 % of full scale and best at %3 %; beyond, one gain per "
+    !listLevels[stLevels.nBest].bGood ? QStringLiteral("This flat is good enough at none of the levels.")
+    : fnPercent(nFirst) == fnPercent(nLast)
+      ? QStringLiteral("This flat is good enough at %1 % of full scale alone.").arg(fnPercent(nFirst))
+      : QStringLiteral("This flat is good enough from %1 to %2 % of full scale and best at %3 %; beyond, one gain per "
                        "pixel is not.")
-          .arg(listLevels[nFirst].dLevelPercent, 0, 'f', 0)
-          .arg(listLevels[nLast].dLevelPercent, 0, 'f', 0)
-          .arg(listLevels[stLevels.nBest].dLevelPercent, 0, 'f', 0)
-      : QStringLiteral("This flat is good enough at none of the levels.");
+          .arg(fnPercent(nFirst), fnPercent(nLast), fnPercent(stLevels.nBest));
   return strRange + QStringLiteral(" A coefficient file has no place for a table by level: make the flat at the level "
                                    "of the images that count, or near %1 % for all of %2 to %3 %, or one flat per "
                                    "exposure (ffc library).")

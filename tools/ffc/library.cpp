@@ -195,13 +195,21 @@ Result<SLibraryFlat> ChooseFlat(const std::vector<SLibraryFlat> &listFlats, cons
                             .arg(strPixelFormat.empty() ? QString() : ' ' + QString::fromStdString(strPixelFormat));
   bool bAgree = KeepText(listLeft, {}, &frames::SSideFile::strPixelFormat);
   std::optional<Failure> failure = CheckLeft(listLeft, bAgree, strSize, "--pixel-format");
-  if (!failure) {
-    bAgree = KeepText(listLeft, stOrigin.strCamera, &frames::SSideFile::strCamera);
-    failure = CheckLeft(listLeft, bAgree, DescribeStated("the camera", stOrigin.strCamera), "--camera");
-  }
-  if (!failure) {
-    bAgree = KeepText(listLeft, stOrigin.strSerial, &frames::SSideFile::strSerial);
-    failure = CheckLeft(listLeft, bAgree, DescribeStated("the serial number", stOrigin.strSerial), "--serial");
+  struct SName {
+    const std::string &strStated;
+    QString frames::SSideFile::*pText;
+    const char *pWhat;
+    const char *pOption;
+  };
+  const SName stCamera{stOrigin.strCamera, &frames::SSideFile::strCamera, "the camera", "--camera"};
+  const SName stSerial{stOrigin.strSerial, &frames::SSideFile::strSerial, "the serial number", "--serial"};
+  // Who states a serial number has named the camera: its model is asked for only where two of it have the same number.
+  const bool bSerialFirst = !stOrigin.strSerial.empty();
+  for (const SName *pName : {bSerialFirst ? &stSerial : &stCamera, bSerialFirst ? &stCamera : &stSerial}) {
+    if (!failure) {
+      bAgree = KeepText(listLeft, pName->strStated, pName->pText);
+      failure = CheckLeft(listLeft, bAgree, DescribeStated(pName->pWhat, pName->strStated), pName->pOption);
+    }
   }
   if (!failure) {
     bAgree = KeepNearest(listLeft, stOrigin.dGain, &frames::SSideFile::dGain, LARGEST_GAIN_DISTANCE,

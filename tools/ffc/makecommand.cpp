@@ -9,6 +9,7 @@
 #include "frames/wholefile.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framejudge.h"
 #include "pluginobject/shadingcorrection/process/coefficients/hosttable.h"
+#include "pluginobject/statuscode.h"
 #include "tools/ffc/commands.h"
 #include "tools/ffc/flat.h"
 #include "tools/ffc/inputs.h"
@@ -35,6 +36,11 @@ namespace {
 constexpr int64_t BLOCK_SIDE = 32;     ///< of the blocks that the host-side process judges frames by
 constexpr double BRIGHT_MIN_GRAY = 20; ///< the dialog's limits on an 8-bit scale
 constexpr double BRIGHT_MAX_GRAY = 250;
+
+STrouble LackMemory(const char *pFor)
+{
+  return {false, QStringLiteral("There is not enough memory for %1.").arg(QLatin1String(pFor))};
+}
 
 /// Makes one coefficient file. The steps stop at the first that fails.
 class CFlatMaker {
@@ -145,9 +151,7 @@ private:
     const bool bAveraged = (m_stOptions.bWeighted || m_bright.Average(m_stDepth, m_brightAverage)) &&
                            m_bright.TakeFirst(m_stDepth, m_firstBright) &&
                            (m_dark.GetFrameCount() == 0 || m_dark.Average(m_stDepth, m_darkAverage));
-    return bAveraged ? std::nullopt
-                     : std::optional<STrouble>(
-                         STrouble{false, QStringLiteral("There is not enough memory for the averaged frames.")});
+    return bAveraged ? std::nullopt : std::optional<STrouble>(LackMemory("the averaged frames"));
   }
 
   /// The dialog takes the expected grey from the first bright frame.
@@ -156,6 +160,9 @@ private:
     SBlockMeanRange stRange;
     const int32_t nStatus =
       MeasureEightBitMeans(m_firstBright, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange);
+    if (nStatus == PLUGIN_STATUS_OUT_OF_MEMORY) {
+      return LackMemory("judging the bright frames");
+    }
     if (nStatus != 0) {
       return Refuse(
         QStringLiteral("Frames of %1 x %2 pixels cannot be judged: both sides must be even and at least 32.")
@@ -181,6 +188,9 @@ private:
     SBlockMeanRange stRange;
     const int32_t nStatus =
       MeasureEightBitMeans(m_darkAverage, m_stFormat, {BLOCK_SIDE, BLOCK_SIDE, m_nBayerType}, stRange);
+    if (nStatus == PLUGIN_STATUS_OUT_OF_MEMORY) {
+      return LackMemory("judging the dark frames");
+    }
     m_stSide.bDarkUsed = nStatus == 0 && stRange.IsDark();
     if (!m_stSide.bDarkUsed) {
       m_report.Warn(QStringLiteral("The dark frames are too bright or uneven and are not used, as in the dialog: their "
@@ -206,7 +216,7 @@ private:
     m_darkAverage.Release(); // before more is taken
     flat::SWeightedFrames stWeighted;
     if (flat::WeightFrames(stAdded, stWeighted) != reference::STATUS_SUCCESS) {
-      return STrouble{false, QStringLiteral("There is not enough memory for the weighted frames.")};
+      return LackMemory("the weighted frames");
     }
     m_brightAverage = std::move(stWeighted.bright);
     m_darkAverage = std::move(stWeighted.dark);
@@ -229,6 +239,9 @@ private:
     const SHostReference stReference = {m_brightAverage, m_stSide.bDarkUsed ? &m_darkAverage : nullptr, m_stFormat,
                                         m_nBayerType, m_stSide.nExpectGray};
     const int32_t nStatus = ComputeHostTable(stReference, m_pTable);
+    if (nStatus == PLUGIN_STATUS_OUT_OF_MEMORY) {
+      return LackMemory("the coefficients");
+    }
     return nStatus == 0 ? std::nullopt
                         : std::optional<STrouble>(Refuse(
                             QStringLiteral("The image library does not compute coefficients of these frames (status "

@@ -3,8 +3,9 @@
 #include "tools/ffc/commands.h"
 
 namespace ffc::tool {
+namespace {
 
-int RunTool(const std::vector<std::string> &listArguments, bool bTerminal, std::ostream &output, std::ostream &errors)
+int Run(const std::vector<std::string> &listArguments, bool bTerminal, std::ostream &output, std::ostream &errors)
 {
   const SCommandLine stCommandLine = ParseCommandLine(listArguments);
   if (!stCommandLine.bRun) {
@@ -22,6 +23,19 @@ int RunTool(const std::vector<std::string> &listArguments, bool bTerminal, std::
   case ECommand::Library: return RunLibrary(stOptions, report);
   default: return RunConvert(stOptions, report);
   }
+}
+
+} // namespace
+
+int RunTool(const std::vector<std::string> &listArguments, bool bTerminal, std::ostream &output, std::ostream &errors)
+{
+  const int nExitCode = Run(listArguments, bTerminal, output, errors);
+  output.flush();
+  if (output.fail()) {
+    errors << "ffc: the standard output cannot be written" << std::endl;
+    return nExitCode == EXIT_DONE ? EXIT_SOME_FAILED : nExitCode;
+  }
+  return nExitCode;
 }
 
 } // namespace ffc::tool

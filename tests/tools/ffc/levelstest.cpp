@@ -39,6 +39,13 @@ TEST(Levels, BeyondTheGoodOnesThereIsARangeAndAnAdvice)
   EXPECT_TRUE(strAdvice.contains("no place for a table by level")) << strAdvice.toStdString();
 }
 
+TEST(Levels, AFlatThatIsGoodAtOneLevelAloneIsNotGivenARange)
+{
+  const QString strAdvice = AdviseLevel(MakeLevels({{20, 0.5}, {48, 0.02}, {93, 0.7}}));
+  EXPECT_TRUE(strAdvice.contains("good enough at 48 % of full scale alone.")) << strAdvice.toStdString();
+  EXPECT_FALSE(strAdvice.contains("from 48")) << strAdvice.toStdString();
+}
+
 TEST(Levels, AFlatThatIsGoodEverywhereNeedsNoAdvice)
 {
   EXPECT_TRUE(AdviseLevel(MakeLevels({{10, 0.3}, {90, 0.5}})).contains("good enough for all levels from 10 to 90 %"));

@@ -47,6 +47,26 @@ bool Contains(const std::string &strText, const char *pPart)
 
 } // namespace
 
+TEST(Library, ASerialNumberNamesTheCameraAndItsModelNeedNotBeStated)
+{
+  std::vector<SLibraryFlat> listFlats = {MakeFlat("one", 1000, 0, "A"), MakeFlat("other", 1000, 0, "B")};
+  listFlats[0].stSide.strSerial = QStringLiteral("17");
+  listFlats[1].stSide.strSerial = QStringLiteral("18");
+  SOrigin stOrigin = MakeOrigin("", 1000, 0);
+  EXPECT_TRUE(Contains(Choose(listFlats, stOrigin), "state --camera"));
+  stOrigin.strSerial = "18";
+  EXPECT_EQ(Choose(listFlats, stOrigin), "other");
+  stOrigin.strSerial = "19";
+  EXPECT_TRUE(Contains(Choose(listFlats, stOrigin), "serial number \"19\""));
+  stOrigin.strSerial = "18";
+  stOrigin.strCamera = "A";
+  EXPECT_TRUE(Contains(Choose(listFlats, stOrigin), "camera \"A\""));
+  // Two makers may count alike.
+  listFlats[0].stSide.strSerial = QStringLiteral("18");
+  stOrigin.strCamera.clear();
+  EXPECT_TRUE(Contains(Choose(listFlats, stOrigin), "state --camera"));
+}
+
 TEST(Library, TheNearestFlatWithinTheLimitsIsChosen)
 {
   const std::vector<SLibraryFlat> listFlats = {MakeFlat("short", 1000, 0), MakeFlat("long", 10000, 0),

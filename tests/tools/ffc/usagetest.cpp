@@ -1,8 +1,12 @@
+#include <ostream>
+#include <sstream>
+
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
 #include "tests/tools/ffc/toolrun.h"
+#include "tools/ffc/commands.h"
 
 using namespace ffc::test;
 
@@ -18,6 +22,14 @@ TEST(Usage, HelpHasExamplesForEveryCommand)
   const QByteArray byteVersion = RunTool({"--version"}).byteOutput;
   EXPECT_TRUE(byteVersion.startsWith("ffc 1."));
   EXPECT_TRUE(byteVersion.contains("(PNG, ")) << "which kinds of files it was built with";
+}
+
+TEST(Usage, AnOutputThatCannotBeWrittenIsNoSuccess)
+{
+  std::ostream output(nullptr);
+  std::ostringstream errors;
+  EXPECT_EQ(ffc::tool::RunTool({"--version"}, false, output, errors), ffc::tool::EXIT_SOME_FAILED);
+  EXPECT_NE(errors.str().find("ffc: the standard output cannot be written"), std::string::npos) << errors.str();
 }
 
 TEST(Usage, ManPageAndCompletionHaveEveryOptionOfTheHelp)
