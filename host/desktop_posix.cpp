@@ -1,8 +1,5 @@
 #include "host/desktop.h"
 
-#include <cstdlib>
-#include <string>
-
 #include <QByteArray>
 
 #include <unistd.h>
@@ -10,10 +7,9 @@
 namespace ffc::host {
 namespace {
 
-std::string GetVariable(const char *pName)
+bool IsSet(const char *pName)
 {
-  const char *pValue = std::getenv(pName);
-  return pValue == nullptr ? std::string() : std::string(pValue);
+  return !qEnvironmentVariableIsEmpty(pName);
 }
 
 } // namespace
@@ -25,11 +21,11 @@ bool IsErrorStreamTerminal()
 
 bool HasDisplay()
 {
-  const std::string strPlatform = GetVariable("QT_QPA_PLATFORM");
-  if (!strPlatform.empty()) {
-    return strPlatform != "offscreen" && strPlatform != "minimal";
+  if (IsSet("QT_QPA_PLATFORM")) {
+    const QByteArray bytePlatform = qgetenv("QT_QPA_PLATFORM");
+    return bytePlatform != "offscreen" && bytePlatform != "minimal";
   }
-  return !GetVariable("DISPLAY").empty() || !GetVariable("WAYLAND_DISPLAY").empty();
+  return IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY");
 }
 
 void PrepareOffScreen()

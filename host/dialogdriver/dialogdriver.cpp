@@ -64,10 +64,10 @@ QDialog *CDialogDriver::FindAnyDialog()
   return nullptr;
 }
 
-template <class TAction>
+template <class TWidget, class TAction>
 SDialogAnswer CDialogDriver::Act(const char *pName, const QString &strFile, TAction fnAction)
 {
-  QWidget *pWidget = Find<QWidget>(m_dialog, pName);
+  TWidget *pWidget = Find<TWidget>(m_dialog, pName);
   if (pWidget == nullptr || !pWidget->isVisible() || !pWidget->isEnabled()) {
     SDialogAnswer stAnswer = ReadPrompt();
     const char *pWhy = pWidget == nullptr ? "missing" : pWidget->isVisible() ? "disabled" : "hidden";
@@ -75,7 +75,7 @@ SDialogAnswer CDialogDriver::Act(const char *pName, const QString &strFile, TAct
     return stAnswer;
   }
   CModalAnswerer answerer(strFile);
-  fnAction(pWidget);
+  fnAction(*pWidget);
   QApplication::processEvents();
   SDialogAnswer stAnswer = ReadPrompt();
   stAnswer.strBox = answerer.GetMessages().join(QStringLiteral("; "));
@@ -85,11 +85,7 @@ SDialogAnswer CDialogDriver::Act(const char *pName, const QString &strFile, TAct
 
 SDialogAnswer CDialogDriver::Click(const char *pName, const QString &strFile)
 {
-  return Act(pName, strFile, [](QWidget *pWidget) {
-    if (QAbstractButton *pButton = qobject_cast<QAbstractButton *>(pWidget)) {
-      pButton->click();
-    }
-  });
+  return Act<QAbstractButton>(pName, strFile, [](QAbstractButton &button) { button.click(); });
 }
 
 SDialogAnswer CDialogDriver::AcquireDark()
@@ -129,28 +125,20 @@ SDialogAnswer CDialogDriver::SaveFile(const QString &strPath)
 
 SDialogAnswer CDialogDriver::SetFrameCount(int nFrames)
 {
-  return Act(FRAME_SLIDER, QString(), [nFrames](QWidget *pWidget) {
-    if (QSlider *pSlider = qobject_cast<QSlider *>(pWidget)) {
-      pSlider->setValue(GetSliderPosition(nFrames));
-    }
-  });
+  return Act<QSlider>(FRAME_SLIDER, QString(),
+                      [nFrames](QSlider &slider) { slider.setValue(GetSliderPosition(nFrames)); });
 }
 
 SDialogAnswer CDialogDriver::SetExpectGray(int nGray)
 {
-  return Act(GRAY_SPIN_BOX, QString(), [nGray](QWidget *pWidget) {
-    if (QSpinBox *pSpinBox = qobject_cast<QSpinBox *>(pWidget)) {
-      pSpinBox->setValue(nGray);
-    }
-  });
+  return Act<QSpinBox>(GRAY_SPIN_BOX, QString(), [nGray](QSpinBox &spinBox) { spinBox.setValue(nGray); });
 }
 
 SDialogAnswer CDialogDriver::SetPreview(bool bOn)
 {
-  return Act(PREVIEW_BOX, QString(), [bOn](QWidget *pWidget) {
-    QCheckBox *pPreview = qobject_cast<QCheckBox *>(pWidget);
-    if (pPreview != nullptr && pPreview->isChecked() != bOn) {
-      pPreview->click();
+  return Act<QCheckBox>(PREVIEW_BOX, QString(), [bOn](QCheckBox &preview) {
+    if (preview.isChecked() != bOn) {
+      preview.click();
     }
   });
 }

@@ -67,7 +67,8 @@ public:
 
 private:
   SDialogAnswer Click(const char *pName, const QString &strFile = QString());
-  template <class TAction>
+  /// \param fnAction gets the widget, when it is a TWidget that can be operated
+  template <class TWidget, class TAction>
   SDialogAnswer Act(const char *pName, const QString &strFile, TAction fnAction);
 
   QDialog &m_dialog;

@@ -30,7 +30,7 @@ QPushButton *FindConfirmingButton(const QDialog &dialog)
 
 bool IsInTitleBar(const QWidget &widget, const QDialog &dialog)
 {
-  for (const QWidget *pParent = &widget; pParent != nullptr && pParent != &dialog; pParent = pParent->parentWidget()) {
+  for (const QWidget *pParent = &widget; pParent != &dialog; pParent = pParent->parentWidget()) {
     if (pParent->objectName() == QLatin1String("QToolsTitleBar")) {
       return true;
     }

@@ -1,5 +1,8 @@
 #include "host/options/camerachoice.h"
 
+#include <algorithm>
+#include <tuple>
+
 #include <QCoreApplication>
 
 namespace ffc::host {
@@ -71,6 +74,19 @@ std::vector<SCameraChoice> ListCameraChoices(const SCameraOptions &stCamera,
   }
   listChoices.push_back({Translate("Recorded frames..."), ForAnother(stCamera), true});
   return listChoices;
+}
+
+int KeepChoice(std::vector<SCameraChoice> &listChoices, const SCameraChoice &stOpen)
+{
+  auto it = std::find_if(listChoices.begin(), listChoices.end(), [&](const SCameraChoice &stChoice) {
+    return std::tie(stChoice.strName, stChoice.stCamera.strCameraId) ==
+           std::tie(stOpen.strName, stOpen.stCamera.strCameraId);
+  });
+  if (it == listChoices.end()) {
+    it = listChoices.insert(listChoices.begin() + 1, stOpen);
+  }
+  *it = stOpen;
+  return static_cast<int>(it - listChoices.begin());
 }
 
 } // namespace ffc::host

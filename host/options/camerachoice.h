@@ -22,4 +22,9 @@ struct SCameraChoice {
 std::vector<SCameraChoice> ListCameraChoices(const SCameraOptions &stCamera,
                                              const std::vector<camera::SRealCameraInfo> &listRealCameras = {});
 
+/// Puts the choice that is open where it stood in a list that was made anew, with all that the user has chosen of it;
+/// behind the first one where the list has it no more.
+/// \return its index
+int KeepChoice(std::vector<SCameraChoice> &listChoices, const SCameraChoice &stOpen);
+
 } // namespace ffc::host

@@ -4,6 +4,7 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QSettings>
@@ -112,6 +113,11 @@ void AddLooks(QMenu &menu, QWidget *pParent)
   AddLook(ELook::AsDialog, Translate("&Dark, as the dialog"));
   AddLook(ELook::Light, Translate("&Light"));
   AddLook(ELook::AsDesktop, Translate("As the des&ktop"));
+}
+
+bool IsNewLook(const QEvent &event)
+{
+  return event.type() == QEvent::PaletteChange || event.type() == QEvent::StyleChange;
 }
 
 void SetWarning(QLabel &label, bool bWarning)

@@ -6,6 +6,7 @@
 #include <QString>
 
 class QActionGroup;
+class QEvent;
 class QLabel;
 class QMenu;
 class QWidget;
@@ -26,6 +27,9 @@ ELook GetLook();
 ELook RestoreLook();
 /// Entries of a menu that choose the look and remember it.
 void AddLooks(QMenu &menu, QWidget *pParent);
+
+/// Whether a widget's colours may have changed: those that it draws with itself are to be chosen anew.
+bool IsNewLook(const QEvent &event);
 
 /// Makes a label's text a warning that can be read on the palette's ground, or a plain text.
 void SetWarning(QLabel &label, bool bWarning);

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
-#include <QEvent>
-
 #include <qwt_color_map.h>
 #include <qwt_matrix_raster_data.h>
 #include <qwt_plot_layout.h>
 #include <qwt_plot_spectrogram.h>
 #include <qwt_scale_widget.h>
 
+#include "host/window/appearance.h"
 #include "host/window/curveplot.h"
 
 namespace ffc::host {
@@ -76,7 +75,7 @@ CBlockMapPlot::CBlockMapPlot(QWidget *pParent) : QwtPlot(pParent), m_pMap(new Qw
 void CBlockMapPlot::changeEvent(QEvent *pEvent)
 {
   QwtPlot::changeEvent(pEvent);
-  if (pEvent->type() == QEvent::PaletteChange || pEvent->type() == QEvent::StyleChange) {
+  if (IsNewLook(*pEvent)) {
     setCanvasBackground(palette().color(QPalette::Window)); // not one of the map's colours
   }
 }

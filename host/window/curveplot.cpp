@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include <QEvent>
-
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_curve.h>
 #include <qwt_plot_grid.h>
@@ -12,6 +10,8 @@
 #include <qwt_scale_draw.h>
 #include <qwt_scale_widget.h>
 #include <qwt_text.h>
+
+#include "host/window/appearance.h"
 
 namespace ffc::host {
 namespace {
@@ -79,10 +79,9 @@ void StylePlot(QwtPlot &plot, const QString &strTitle, const QString &strXAxis, 
   plot.setAxisScaleDraw(QwtPlot::yLeft, new CShortScaleDraw);
   ColorPlot(plot);
   plot.plotLayout()->setCanvasMargin(0);
-  if (QwtPlotCanvas *pCanvas = qobject_cast<QwtPlotCanvas *>(plot.canvas())) {
-    pCanvas->setFrameStyle(QFrame::Box | QFrame::Plain);
-    pCanvas->setLineWidth(0);
-  }
+  QwtPlotCanvas &canvas = *static_cast<QwtPlotCanvas *>(plot.canvas()); // as the plot makes it
+  canvas.setFrameStyle(QFrame::Box | QFrame::Plain);
+  canvas.setLineWidth(0);
   plot.setMinimumHeight(110);
   plot.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
@@ -103,7 +102,7 @@ CCurvePlot::CCurvePlot(const QString &strTitle, const QString &strXAxis, const Q
 void CCurvePlot::changeEvent(QEvent *pEvent)
 {
   QwtPlot::changeEvent(pEvent);
-  if (pEvent->type() == QEvent::PaletteChange || pEvent->type() == QEvent::StyleChange) {
+  if (IsNewLook(*pEvent)) {
     Restyle();
   }
 }

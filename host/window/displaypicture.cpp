@@ -103,7 +103,7 @@ QImage MakePicture(const SFrameCopy &stFrame, const SSensorFormat &stFormat, con
     stOptions.bColor && stFormat.eLayout != EColorLayout::Mono && stFrame.nWidth >= 2 && stFrame.nHeight >= 2;
   QImage imgPicture = bColor ? MakeColor<TSample>(stFrame, stFormat.eLayout, listTable.data())
                              : MakeGrey<TSample>(stFrame, listTable.data());
-  if (stOptions.bMarkOverexposed && !imgPicture.isNull()) {
+  if (stOptions.bMarkOverexposed) {
     MarkOverexposed<TSample>(stFrame, GetOverexposedGrey(stFormat, stOptions.dThreshold), imgPicture);
   }
   return imgPicture;

@@ -105,7 +105,7 @@ void CFeatureBrowser::ShowNode(QTreeWidgetItem &item)
 {
   GenApi::INode *pNode = m_map.GetNode(item.text(0).toUtf8().constData());
   GenApi::IValue *pValue = GetValue(pNode);
-  const bool bWritable = pNode != nullptr && GenApi::IsWritable(pNode);
+  const bool bWritable = GenApi::IsWritable(pNode);
   item.setText(VALUE_COLUMN, pValue == nullptr ? tr("(not available now)") : QString::fromStdString(ReadText(*pValue)));
   item.setFlags(bWritable ? item.flags() | Qt::ItemIsEditable : item.flags() & ~Qt::ItemIsEditable);
   const auto *pDescribed = dynamic_cast<camera::IDescribedNode *>(pNode);
@@ -119,16 +119,16 @@ void CFeatureBrowser::Search(const QString &strText)
 {
   for (int nGroup = 0; nGroup < m_pTree->topLevelItemCount(); ++nGroup) {
     QTreeWidgetItem &group = *m_pTree->topLevelItem(nGroup);
-    bool bAny = false;
+    int nFound = 0;
     for (int nItem = 0; nItem < group.childCount(); ++nItem) {
       QTreeWidgetItem &item = *group.child(nItem);
       const bool bFound =
         item.text(0).contains(strText, Qt::CaseInsensitive) || item.toolTip(0).contains(strText, Qt::CaseInsensitive);
       item.setHidden(!bFound);
-      bAny = bAny || bFound;
+      nFound += bFound ? 1 : 0;
     }
-    group.setHidden(!bAny);
-    group.setExpanded(bAny && !strText.isEmpty());
+    group.setHidden(nFound == 0);
+    group.setExpanded(!strText.isEmpty());
   }
 }
 
@@ -138,11 +138,10 @@ void CFeatureBrowser::Write(QTreeWidgetItem &item)
     return;
   }
   QString strError;
-  GenApi::INode *pNode = m_map.GetNode(item.text(0).toUtf8().constData());
+  auto &value = dynamic_cast<GenApi::IValue &>(*m_map.GetNode(item.text(0).toUtf8().constData())); // see Fill
   try {
-    auto *pValue = dynamic_cast<GenApi::IValue *>(pNode);
-    if (pValue != nullptr && QString::fromStdString(ReadText(*pValue)) != item.text(VALUE_COLUMN)) {
-      pValue->FromString(item.text(VALUE_COLUMN).toUtf8().constData());
+    if (QString::fromStdString(ReadText(value)) != item.text(VALUE_COLUMN)) {
+      value.FromString(item.text(VALUE_COLUMN).toUtf8().constData());
       emit SigWritten();
     }
   } catch (const GenICam::GenericException &exception) {

@@ -42,7 +42,7 @@ void CFeatureEdit::SetNodeMap(GenApi::INodeMap *pNodeMap)
 bool CFeatureEdit::IsOffered() const
 {
   GenApi::INode *pNode = m_pNodeMap == nullptr ? nullptr : m_pNodeMap->GetNode(m_strName.toUtf8().constData());
-  if (pNode == nullptr || !GenApi::IsReadable(pNode)) {
+  if (!GenApi::IsReadable(pNode)) {
     return false;
   }
   try {
@@ -81,10 +81,8 @@ void CFeatureEdit::ShowState(const SFeatureState &stState, const QString &strLoc
     ShowAccess(false, stState.strError);
     return;
   }
-  m_bShowing = true;
   const QSignalBlocker blocker(m_pField);
   Show(stState);
-  m_bShowing = false;
 }
 
 void CFeatureEdit::ShowAccess(bool bWritable, const QString &strReason)
@@ -97,7 +95,7 @@ void CFeatureEdit::ShowAccess(bool bWritable, const QString &strReason)
 void CFeatureEdit::Write(const std::function<void(GenApi::INode &)> &fnWrite)
 {
   GenApi::INode *pNode = m_pNodeMap == nullptr ? nullptr : m_pNodeMap->GetNode(m_strName.toUtf8().constData());
-  if (m_bShowing || pNode == nullptr) {
+  if (pNode == nullptr) {
     return;
   }
   try {

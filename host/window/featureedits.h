@@ -65,7 +65,6 @@ private:
   QString m_strName;
   GenApi::INodeMap *m_pNodeMap = nullptr;
   QWidget *m_pField = nullptr;
-  bool m_bShowing = false;
 };
 
 class CFloatEdit final : public CFeatureEdit {

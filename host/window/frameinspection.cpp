@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <tuple>
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -50,9 +51,11 @@ private:
 
 bool AreAlike(const SFrameCopy &stFirst, const SFrameCopy &stSecond)
 {
-  return stFirst.nWidth == stSecond.nWidth && stFirst.nHeight == stSecond.nHeight &&
-         stFirst.nPixelFormat == stSecond.nPixelFormat && stFirst.bCorrected == stSecond.bCorrected &&
-         stFirst.listBytes.size() == stSecond.listBytes.size();
+  const auto GetShape = [](const SFrameCopy &stFrame) {
+    return std::tuple(stFrame.nWidth, stFrame.nHeight, stFrame.nPixelFormat, stFrame.bCorrected,
+                      stFrame.listBytes.size());
+  };
+  return GetShape(stFirst) == GetShape(stSecond);
 }
 
 /// Index of the plane that a place belongs to, in the order of GetColorPlanes.

@@ -1,6 +1,5 @@
 #include "host/window/mainwindow.h"
 
-#include <algorithm>
 #include <utility>
 
 #include <QApplication>
@@ -160,20 +159,17 @@ void CMainWindow::SlotChoose(int nChoice)
   SCameraChoice &stChoice = m_listChoices[static_cast<std::size_t>(nChoice)];
   if (stChoice.bAsksFolder) {
     const QString strFolder = QFileDialog::getExistingDirectory(this, tr("Folder of recorded frames"));
-    stChoice.stCamera.strReplayFolder = strFolder.toStdString();
-    stChoice.stCamera.strPixelFormat.clear();
-    stChoice.stCamera.eAlignment.reset();
     if (strFolder.isEmpty()) {
       m_pCameraPanel->Select(m_nChoice);
       return;
     }
+    stChoice.stCamera.strReplayFolder = strFolder.toStdString();
+    stChoice.stCamera.strPixelFormat.clear();
+    stChoice.stCamera.eAlignment.reset();
   }
   m_nChoice = nChoice;
   m_pCameraPanel->Select(nChoice);
-  const Result<> opened = OpenCamera(stChoice.stCamera);
-  if (!opened) {
-    ShowError(opened.GetFailure());
-  }
+  ShowIfFailed(OpenCamera(stChoice.stCamera));
 }
 
 void CMainWindow::SlotLookForCameras()
@@ -182,14 +178,9 @@ void CMainWindow::SlotLookForCameras()
   std::vector<SRealCameraInfo> listCameras;
   m_session.RunLive([&] { listCameras = ListRealCameras(); });
   QApplication::restoreOverrideCursor();
-  const SCameraOptions stCamera = m_listChoices[static_cast<std::size_t>(m_nChoice)].stCamera;
+  const SCameraChoice stOpen = m_listChoices[static_cast<std::size_t>(m_nChoice)];
   m_listChoices = ListCameraChoices(m_stFirstCamera, listCameras);
-  const auto it = std::find_if(m_listChoices.begin(), m_listChoices.end(), [&](const SCameraChoice &stChoice) {
-    return !stChoice.bAsksFolder && stChoice.stCamera.strCameraId == stCamera.strCameraId &&
-           stChoice.stCamera.strReplayFolder == stCamera.strReplayFolder &&
-           stChoice.stCamera.strPixelFormat == stCamera.strPixelFormat && stChoice.stCamera.eMode == stCamera.eMode;
-  });
-  m_nChoice = it == m_listChoices.end() ? 0 : static_cast<int>(it - m_listChoices.begin());
+  m_nChoice = KeepChoice(m_listChoices, stOpen);
   m_pCameraPanel->SetChoices(m_listChoices);
   m_pCameraPanel->Select(m_nChoice);
   if (listCameras.empty()) {
@@ -200,12 +191,11 @@ void CMainWindow::SlotLookForCameras()
 
 void CMainWindow::SlotRestoreSettings()
 {
-  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
+  if (!IsFree()) {
     return;
   }
   const Result<QStringList> changes = m_session.RestoreSettings();
-  if (!changes) {
-    ShowError(changes.GetFailure());
+  if (ShowIfFailed(changes)) {
     return;
   }
   ShowMessage(changes.GetValue().isEmpty()
@@ -305,6 +295,7 @@ void CMainWindow::UpdateStatus()
   OfferReference();
 }
 
+/// Under a modal box no camera goes: whoever has opened the box finds its own afterwards.
 void CMainWindow::UpdateSlowly()
 {
   if (m_session.Watch(!m_bBusy && QApplication::activeModalWidget() == nullptr)) {
@@ -329,6 +320,11 @@ uint32_t CMainWindow::GetAcquisitionTotal() const
   }
   const CDialogDriver driver(*pDialog);
   return driver.IsAcquiringBright() ? static_cast<uint32_t>(driver.GetFrameCount()) : 1;
+}
+
+bool CMainWindow::IsFree()
+{
+  return GetViewer() != nullptr && !m_bBusy && !m_progress.IsAcquiring();
 }
 
 void CMainWindow::SetBusy(bool bBusy)
@@ -358,7 +354,7 @@ void CMainWindow::ShowBox(int nIcon, const QString &strText)
 
 void CMainWindow::SlotMeasure()
 {
-  if (m_bBusy || GetViewer() == nullptr) {
+  if (!IsFree()) {
     return;
   }
   SetBusy(true);
@@ -367,9 +363,7 @@ void CMainWindow::SlotMeasure()
     return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).Measure(IsPreviewOn());
   }();
   SetBusy(false);
-  if (!measured) {
-    ShowError(measured.GetFailure());
-  } else if (measured.GetValue() != nullptr) {
+  if (!ShowIfFailed(measured) && measured.GetValue() != nullptr) {
     m_pQualityPanel->ShowResult(measured.GetValue(), QDateTime::currentDateTime());
     m_pTabs->setCurrentIndex(QUALITY_TAB);
   }
@@ -377,7 +371,7 @@ void CMainWindow::SlotMeasure()
 
 void CMainWindow::SlotCheckDrift()
 {
-  if (m_bBusy || GetViewer() == nullptr) {
+  if (!IsFree()) {
     return;
   }
   SetBusy(true);
@@ -386,9 +380,7 @@ void CMainWindow::SlotCheckDrift()
     return CMeasurement(*GetViewer(), guide, m_coefficients.GetOrigin()).MeasureDrift(IsPreviewOn());
   }();
   SetBusy(false);
-  if (!measured) {
-    ShowError(measured.GetFailure());
-  } else if (measured.GetValue()) {
+  if (!ShowIfFailed(measured) && measured.GetValue()) {
     m_pQualityPanel->ShowDrift(*measured.GetValue());
     m_pTabs->setCurrentIndex(QUALITY_TAB);
   }
@@ -407,9 +399,7 @@ void CMainWindow::SlotSaveReport()
   const Result<> saved = SaveReport(strPath, m_pQualityPanel->GetResult(), m_pQualityPanel->GetLimits(),
                                     m_pQualityPanel->GetMeasuredTime(), this);
   SetBusy(false);
-  if (!saved) {
-    ShowError(saved.GetFailure());
-  }
+  ShowIfFailed(saved);
 }
 
 void CMainWindow::closeEvent(QCloseEvent *pEvent)

@@ -62,6 +62,8 @@ public:
   /// Of the window when nothing is remembered.
   /// \param szScreen what is free of the screen
   static QSize GetFirstSize(const QSize &szScreen);
+  /// \return why an exposure was not found; empty where nothing has gone wrong
+  static QString DescribeExposure(const CExposureHelper::SStep &stStep);
   /// Before the dialog is shown.
   void SetPreset(const SDialogPreset &stPreset) { m_stPreset = stPreset; }
   /// See CCameraSession::Open.
@@ -122,7 +124,6 @@ private:
   void TakeFrame();
   std::shared_ptr<SFrameCopy> FindFreeFrame();
   void ContinueExposure();
-  void EndExposure(const CExposureHelper::SStep &stStep);
   void UpdateStatus();
   void UpdateSlowly();
   bool IsPreviewOn();
@@ -154,8 +155,19 @@ private:
   void RememberOutcome(const SDialogOutcome &stOutcome, const CDialogDriver &driver);
   void ShowNote(const SDialogNote &stNote);
   uint32_t GetAcquisitionTotal() const;
+  /// Whether something may begin: a camera is open, and neither the window nor the plug-in is at work with it.
+  bool IsFree();
   void SetBusy(bool bBusy);
   void ShowError(const Failure &failure);
+  /// \return whether it has failed
+  template <class TValue>
+  bool ShowIfFailed(const Result<TValue> &result)
+  {
+    if (!result) {
+      ShowError(result.GetFailure());
+    }
+    return !result;
+  }
   void ShowMessage(const QString &strText);
   void ShowBox(int nIcon, const QString &strText);
 

@@ -16,14 +16,14 @@ constexpr const char *EXPOSURE = "ExposureTime";
 GenApi::IFloat *FindExposure(GenApi::INodeMap &map)
 {
   GenApi::INode *pNode = map.GetNode(EXPOSURE);
-  return pNode != nullptr && GenApi::IsWritable(pNode) ? dynamic_cast<GenApi::IFloat *>(pNode) : nullptr;
+  return GenApi::IsWritable(pNode) ? dynamic_cast<GenApi::IFloat *>(pNode) : nullptr;
 }
 
 } // namespace
 
 void CMainWindow::SlotExpose()
 {
-  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
+  if (!IsFree()) {
     return;
   }
   if (!GetViewer()->GetCamera().IsStreaming()) {
@@ -52,7 +52,9 @@ void CMainWindow::ContinueExposure()
     if (stStep.eOutcome == CExposureHelper::EOutcome::Write) {
       pExposure->SetValue(stStep.dExposure);
     }
-    EndExposure(stStep);
+    if (const QString strError = DescribeExposure(stStep); !strError.isEmpty()) {
+      m_pCameraPanel->ShowError(strError);
+    }
   } catch (const GenICam::GenericException &exception) {
     m_exposure.Cancel();
     m_pCameraPanel->ShowError(
@@ -61,28 +63,20 @@ void CMainWindow::ContinueExposure()
   m_pCameraPanel->Refresh();
 }
 
-void CMainWindow::EndExposure(const CExposureHelper::SStep &stStep)
+QString CMainWindow::DescribeExposure(const CExposureHelper::SStep &stStep)
 {
   const QString strLevel = QString::number(stStep.dLevel, 'f', 0);
   switch (stStep.eOutcome) {
   case CExposureHelper::EOutcome::TooDark:
-    m_pCameraPanel->ShowError(
-      tr("The longest exposure reaches %1 % only: add light, or raise the gain.").arg(strLevel));
-    break;
+    return tr("The longest exposure reaches %1 % only: add light, or raise the gain.").arg(strLevel);
   case CExposureHelper::EOutcome::TooBright:
-    m_pCameraPanel->ShowError(
-      tr("The shortest exposure still gives %1 %: take light away, or lower the gain.").arg(strLevel));
-    break;
+    return tr("The shortest exposure still gives %1 %: take light away, or lower the gain.").arg(strLevel);
   case CExposureHelper::EOutcome::Unsteady:
-    m_pCameraPanel->ShowError(
-      tr("The image does not become steady, it is at %1 %: look whether the light changes, then try again.")
-        .arg(strLevel));
-    break;
+    return tr("The image does not become steady, it is at %1 %: look whether the light changes, then try again.")
+      .arg(strLevel);
   case CExposureHelper::EOutcome::NoFigures:
-    m_pCameraPanel->ShowError(
-      tr("Frames of this pixel format cannot be judged: choose a mono or Bayer format that is not packed."));
-    break;
-  default: break;
+    return tr("Frames of this pixel format cannot be judged: choose a mono or Bayer format that is not packed.");
+  default: return {};
   }
 }
 

@@ -45,7 +45,7 @@ void CMainWindow::SlotSaveImage()
 {
   // The frame of now, however long the user thinks about its name.
   const std::shared_ptr<SFrameCopy> pFrame = m_pFrame;
-  if (m_bBusy || pFrame == nullptr || m_progress.IsAcquiring()) {
+  if (!IsFree() || pFrame == nullptr) {
     return;
   }
   const SFrameOrigin stOrigin = {ReadFrameSettings(*GetViewer()->GetCamera().GetDeviceNodeMap()),
@@ -54,15 +54,12 @@ void CMainWindow::SlotSaveImage()
   if (strPath.isEmpty()) {
     return;
   }
-  const Result<> saved = SaveFrameCopy(strPath, *pFrame, stOrigin);
-  if (!saved) {
-    ShowError(saved.GetFailure());
-  }
+  ShowIfFailed(SaveFrameCopy(strPath, *pFrame, stOrigin));
 }
 
 void CMainWindow::SlotSaveSequence()
 {
-  if (m_bBusy || m_pFrame == nullptr || m_progress.IsAcquiring()) {
+  if (!IsFree() || m_pFrame == nullptr) {
     return;
   }
   if (!GetViewer()->GetCamera().IsStreaming()) {
@@ -74,7 +71,7 @@ void CMainWindow::SlotSaveSequence()
                                            MAX_SEQUENCE, 1, &bAccepted);
   const QString strPath =
     bAccepted ? AskFramePath(this, tr("Save sequence"), static_cast<uint32_t>(nFrames)) : QString();
-  if (strPath.isEmpty() || GetViewer() == nullptr) {
+  if (strPath.isEmpty()) {
     return;
   }
   SetBusy(true);
@@ -83,9 +80,7 @@ void CMainWindow::SlotSaveSequence()
     {ReadFrameSettings(*GetViewer()->GetCamera().GetDeviceNodeMap()), DescribeCorrection(m_coefficients.GetOrigin())},
     this);
   SetBusy(false);
-  if (!saved) {
-    ShowError(saved.GetFailure());
-  }
+  ShowIfFailed(saved);
 }
 
 /// The entries are those of the camera that is open when the menu is.
@@ -95,7 +90,7 @@ void CMainWindow::AddPresets(QMenu *pMenu)
   pPresets->setObjectName(QStringLiteral("Presets"));
   connect(pPresets, &QMenu::aboutToShow, this, [this, pPresets] {
     pPresets->clear();
-    if (m_bBusy || GetViewer() == nullptr || IsRecorded()) {
+    if (!IsFree() || IsRecorded()) {
       pPresets->addAction(tr("No camera with settings"))->setEnabled(false);
       return;
     }
@@ -118,19 +113,19 @@ void CMainWindow::AddPresets(QMenu *pMenu)
 
 void CMainWindow::SlotSavePreset()
 {
-  if (m_bBusy || GetViewer() == nullptr) {
+  if (!IsFree()) {
     return;
   }
   const QString strName =
     QInputDialog::getText(this, tr("Save preset"), tr("Name of this camera's settings as they are now")).trimmed();
-  if (!strName.isEmpty() && GetViewer() != nullptr) {
+  if (!strName.isEmpty()) {
     CCameraPresets(GetViewer()->GetCamera()).Save(strName);
   }
 }
 
 void CMainWindow::SlotShowFeatures()
 {
-  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
+  if (!IsFree()) {
     return;
   }
   delete m_pFeatures;
@@ -143,7 +138,7 @@ void CMainWindow::SlotShowFeatures()
 
 void CMainWindow::ApplyPreset(const QString &strName)
 {
-  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
+  if (!IsFree()) {
     return;
   }
   const bool bStreaming = GetViewer()->GetCamera().IsStreaming();
@@ -173,7 +168,7 @@ void CMainWindow::OfferCoefficients()
 
 void CMainWindow::SlotLoadLastCoefficients()
 {
-  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring()) {
+  if (!IsFree()) {
     return;
   }
   LoadCoefficients(m_stMemory.strFile);

@@ -97,14 +97,12 @@ void CMainWindow::OfferReference()
 
 void CMainWindow::SlotMakeReference()
 {
-  QDialog *pDialog = CDialogDriver::FindAnyDialog();
-  if (m_bBusy || GetViewer() == nullptr || m_progress.IsAcquiring() || pDialog == nullptr ||
-      !ExplainNoReference().isEmpty()) {
+  if (!IsFree() || !ExplainNoReference().isEmpty()) {
     return;
   }
   const auto pWork = std::make_shared<SWork>();
   pWork->stFrames = {m_acquired.GetBright(), m_acquired.GetDark(),
-                     static_cast<uint32_t>(CDialogDriver(*pDialog).GetExpectGray()),
+                     static_cast<uint32_t>(CDialogDriver(*CDialogDriver::FindAnyDialog()).GetExpectGray()),
                      std::max(1U, std::thread::hardware_concurrency())};
   const bool bStarted = m_referenceWork.Start([pWork]() -> std::function<void()> {
     const auto pMade =
@@ -132,26 +130,16 @@ void CMainWindow::SlotMakeReference()
 
 void CMainWindow::ShowReference(const Result<flat::SWeightedFlat> &made, uint32_t nExpectGray)
 {
-  if (!made) {
-    ShowError(made.GetFailure());
-    return;
-  }
-  if (CReferenceDialog(made.GetValue(), this).exec() != QDialog::Accepted || GetViewer() == nullptr) {
+  if (ShowIfFailed(made) || CReferenceDialog(made.GetValue(), this).exec() != QDialog::Accepted) {
     return;
   }
   const QDir dir = m_stMemory.strFile.isEmpty() ? QDir::home() : QFileInfo(m_stMemory.strFile).dir();
   const SSaveBox stBox = {
     tr("Save coefficients"), dir.filePath(QStringLiteral("weighted.ffc")), {tr("Coefficients (*.ffc)")}, QString()};
   const QString strFile = AskSavePath(this, stBox, QStringLiteral("ffc"));
-  if (strFile.isEmpty() || GetViewer() == nullptr) {
-    return;
+  if (!strFile.isEmpty() && !ShowIfFailed(SaveReference(made.GetValue(), nExpectGray, strFile))) {
+    LoadCoefficients(strFile);
   }
-  const Result<> saved = SaveReference(made.GetValue(), nExpectGray, strFile);
-  if (!saved) {
-    ShowError(saved.GetFailure());
-    return;
-  }
-  LoadCoefficients(strFile);
 }
 
 Result<> CMainWindow::SaveReference(const flat::SWeightedFlat &stFlat, uint32_t nExpectGray, const QString &strFile)

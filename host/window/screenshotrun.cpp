@@ -22,7 +22,6 @@ namespace {
 
 constexpr QSize WINDOW_SIZE(1280, 800);
 constexpr int BRIGHT_FRAMES = 16;
-constexpr int SETTLE_MS = 1500; ///< status and plots follow the frames some times a second
 constexpr int POLL_MS = 10;
 
 Result<> Judge(const SDialogAnswer &stAnswer)
@@ -32,7 +31,8 @@ Result<> Judge(const SDialogAnswer &stAnswer)
 
 } // namespace
 
-CScreenshotRun::CScreenshotRun(CMainWindow &window, const QString &strFolder) : m_window(window), m_strFolder(strFolder)
+CScreenshotRun::CScreenshotRun(CMainWindow &window, const QString &strFolder, int nSettleMs)
+  : m_window(window), m_strFolder(strFolder), m_nSettleMs(nSettleMs)
 {
 }
 
@@ -51,7 +51,7 @@ void CScreenshotRun::Settle()
 {
   QElapsedTimer timer;
   timer.start();
-  while (timer.elapsed() < SETTLE_MS) {
+  while (timer.elapsed() < m_nSettleMs) {
     QThread::msleep(POLL_MS);
     QCoreApplication::processEvents();
   }

@@ -16,8 +16,12 @@ namespace ffc::host {
 /// the plug-in's dialog before it. For a camera whose scene software can arrange. User-interface thread.
 class CScreenshotRun {
 public:
+  /// Status and plots follow the frames some times a second.
+  static constexpr int SETTLE_MS = 1500;
+
   /// \param window shown, with a camera
-  CScreenshotRun(CMainWindow &window, const QString &strFolder);
+  /// \param nSettleMs waited before each picture, and after each change of the scene
+  CScreenshotRun(CMainWindow &window, const QString &strFolder, int nSettleMs = SETTLE_MS);
 
   Result<> Run();
 
@@ -35,6 +39,7 @@ private:
 
   CMainWindow &m_window;
   QString m_strFolder;
+  int m_nSettleMs;
   std::optional<CDialogDriver> m_driver;
 };
 

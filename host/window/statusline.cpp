@@ -94,8 +94,7 @@ void CStatusLine::ShowCounts(const SFrameCounts &stCounts, const QString &strLos
 
 void CStatusLine::ShowShape(const QString &strShape, double dScale)
 {
-  m_pShape->setText(strShape.isEmpty() ? QString()
-                                       : QStringLiteral("%1   %2 %").arg(strShape).arg(100.0 * dScale, 0, 'f', 0));
+  m_pShape->setText(QStringLiteral("%1   %2 %").arg(strShape).arg(100.0 * dScale, 0, 'f', 0));
 }
 
 void CStatusLine::ShowPixel(const QString &strPixel)

@@ -29,7 +29,7 @@ std::vector<uint32_t> CountGreys(const SFrameCopy &stFrame, const genapi::SPixel
   return listCounts;
 }
 
-/// The grey that a share of the samples lies below.
+/// The grey that a share of the samples, less than 1, lies below.
 uint32_t FindGrey(const std::vector<uint32_t> &listCounts, double dShare)
 {
   uint64_t nTotal = 0;
@@ -37,14 +37,12 @@ uint32_t FindGrey(const std::vector<uint32_t> &listCounts, double dShare)
     nTotal += nCount;
   }
   const double dWanted = dShare * static_cast<double>(nTotal);
-  uint64_t nBelow = 0;
-  for (uint32_t nGrey = 0; nGrey < SAMPLE_VALUES; ++nGrey) {
-    nBelow += listCounts[nGrey];
-    if (static_cast<double>(nBelow) > dWanted) {
-      return nGrey;
-    }
+  uint32_t nGrey = 0;
+  uint64_t nBelow = listCounts[nGrey];
+  while (static_cast<double>(nBelow) <= dWanted) { // less than all of them are wanted
+    nBelow += listCounts[++nGrey];
   }
-  return SAMPLE_VALUES - 1;
+  return nGrey;
 }
 
 QString Translate(const char *pText)

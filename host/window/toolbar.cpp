@@ -1,9 +1,10 @@
 #include "host/window/toolbar.h"
 
-#include <QEvent>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QToolButton>
+
+#include "host/window/appearance.h"
 
 namespace ffc::host {
 namespace {
@@ -21,7 +22,7 @@ CToolBar::CToolBar(QWidget *pParent) : QToolBar(pParent)
 void CToolBar::changeEvent(QEvent *pEvent)
 {
   QToolBar::changeEvent(pEvent);
-  if (pEvent->type() == QEvent::PaletteChange || pEvent->type() == QEvent::StyleChange) {
+  if (IsNewLook(*pEvent)) {
     PaintMore();
   }
 }

@@ -1,5 +1,8 @@
 #include "host/window/waitbox.h"
 
+#include <algorithm>
+#include <array>
+
 #include <QApplication>
 #include <QEvent>
 #include <QEventLoop>
@@ -13,29 +16,28 @@ constexpr int BOX_WIDTH = 360; ///< wide enough for every step, so that the box 
 constexpr int PASS_MS = 20;
 
 /// What a user does with a window, as it comes from the desktop.
+constexpr std::array INPUT = {QEvent::MouseButtonPress,
+                              QEvent::MouseButtonRelease,
+                              QEvent::MouseButtonDblClick,
+                              QEvent::MouseMove,
+                              QEvent::Wheel,
+                              QEvent::KeyPress,
+                              QEvent::KeyRelease,
+                              QEvent::ContextMenu,
+                              QEvent::TouchBegin,
+                              QEvent::TouchUpdate,
+                              QEvent::TouchEnd,
+                              QEvent::NativeGesture,
+                              QEvent::TabletPress,
+                              QEvent::TabletMove,
+                              QEvent::TabletRelease,
+                              QEvent::DragEnter,
+                              QEvent::Drop,
+                              QEvent::Close};
+
 bool IsInput(QEvent::Type eType)
 {
-  switch (eType) {
-  case QEvent::MouseButtonPress:
-  case QEvent::MouseButtonRelease:
-  case QEvent::MouseButtonDblClick:
-  case QEvent::MouseMove:
-  case QEvent::Wheel:
-  case QEvent::KeyPress:
-  case QEvent::KeyRelease:
-  case QEvent::ContextMenu:
-  case QEvent::TouchBegin:
-  case QEvent::TouchUpdate:
-  case QEvent::TouchEnd:
-  case QEvent::NativeGesture:
-  case QEvent::TabletPress:
-  case QEvent::TabletMove:
-  case QEvent::TabletRelease:
-  case QEvent::DragEnter:
-  case QEvent::Drop:
-  case QEvent::Close: return true;
-  default: return false;
-  }
+  return std::find(INPUT.begin(), INPUT.end(), eType) != INPUT.end();
 }
 
 } // namespace

@@ -204,6 +204,55 @@ TEST(EndToEnd, OneReferenceFrameMakesPrnuWorseAndTheTableSaysSo)
   EXPECT_TRUE(run.m_strOutput.contains("PRNU got worse")) << run.m_strOutput.toStdString();
 }
 
+TEST(EndToEnd, EachTaskEndsWithItsWordsAndItsCode)
+{
+  const QTemporaryDir dir;
+  const QString strFlash = dir.filePath("camera.flash");
+  const QString strNone = "replay:" + dir.filePath("none");
+  const QStringList listFlatField = {"--restore-settings", "--size",  "64x64", "--mode",
+                                     "flatfield",          "--flash", strFlash};
+  // The platform is one with a display, which those that ask for a window never get to open here.
+  const struct {
+    QStringList listArguments;
+    const char *pPlatform;
+    int nExitCode;
+    const char *pOutput;
+    const char *pError;
+  } RUNS[] = {
+    {{"--version"}, "", 0, "ffchost ", ""},
+    {{"--no-such-option"}, "", 2, "", "ffchost: "},
+    {{"--out", dir.filePath("out")}, "xcb", 2, "", "ffchost: --out belongs to --headless"},
+    {listFlatField, "", 0, "PixelFormat: Mono12 -> Mono8\nThe camera has the settings of UserSet0 again.", ""},
+    {{"--restore-settings", "--size", "64x64"}, "", 1, "", "ffchost: this camera has no user set \"UserSet0\""},
+    {{"--restore-settings", "--camera", strNone}, "", 1, "", "ffchost: camera: "},
+    {{"--record", "2", "--camera", strNone, "--out", dir.filePath("out")},
+     "",
+     1,
+     "0 of 2 frames recorded",
+     "ffchost: "},
+    {{"--size", "64x64", "--frames", "1", "--plugin", dir.filePath("none"), "--out", dir.filePath("out")},
+     "offscreen",
+     1,
+     "",
+     "ffchost: "},
+  };
+  for (const auto &stRun : RUNS) {
+#ifdef __MINGW32__
+    if (QLatin1String(stRun.pPlatform) == QLatin1String("offscreen")) {
+      continue; // that system has a display always
+    }
+#endif
+    const SHostOutput stOutput = RunHost(stRun.listArguments, QLatin1String(stRun.pPlatform));
+    const std::string strRun = stRun.listArguments.join(' ').toStdString();
+    EXPECT_TRUE(stOutput.bFinished) << strRun;
+    EXPECT_EQ(stOutput.nExitCode, stRun.nExitCode) << strRun << '\n' << stOutput.strError.toStdString();
+    QString strOutput = stOutput.strOutput;
+    EXPECT_TRUE(strOutput.remove('\r').contains(QLatin1String(stRun.pOutput))) << strRun << strOutput.toStdString();
+    EXPECT_EQ(stOutput.strError.indexOf(QLatin1String(stRun.pError)), 0) << strRun << stOutput.strError.toStdString();
+    EXPECT_LE(stOutput.strError.count('\n'), 1) << strRun;
+  }
+}
+
 TEST(EndToEnd, EveryFailureIsOneLineAndACode)
 {
   QTemporaryDir dir;

@@ -12,18 +12,34 @@ constexpr int RUN_LIMIT_MS = 550000;
 
 } // namespace
 
-CHostRun::CHostRun(const QStringList &listArguments)
+SHostOutput RunHost(const QStringList &listArguments, const QString &strPlatform)
 {
   QProcess process;
+  if (!strPlatform.isEmpty()) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", strPlatform);
+    process.setProcessEnvironment(environment);
+  }
+  process.start(FFCHOST, listArguments);
+  SHostOutput stOutput;
+  stOutput.bFinished = process.waitForFinished(RUN_LIMIT_MS) && process.exitStatus() == QProcess::NormalExit;
+  stOutput.nExitCode = process.exitCode();
+  stOutput.strOutput = QString::fromUtf8(process.readAllStandardOutput());
+  stOutput.strError = QString::fromUtf8(process.readAllStandardError());
+  return stOutput;
+}
+
+CHostRun::CHostRun(const QStringList &listArguments)
+{
   QStringList listAll{"--headless"};
   if (!listArguments.contains("--out")) {
     listAll << "--out" << GetPath("out");
   }
-  process.start(FFCHOST, listAll + listArguments);
-  m_bFinished = process.waitForFinished(RUN_LIMIT_MS) && process.exitStatus() == QProcess::NormalExit;
-  m_nExitCode = process.exitCode();
-  m_strOutput = QString::fromUtf8(process.readAllStandardOutput());
-  m_strError = QString::fromUtf8(process.readAllStandardError());
+  const SHostOutput stOutput = RunHost(listAll + listArguments);
+  m_bFinished = stOutput.bFinished;
+  m_nExitCode = stOutput.nExitCode;
+  m_strOutput = stOutput.strOutput;
+  m_strError = stOutput.strError;
   QFile file(GetPath("out/report.json"));
   if (file.open(QIODevice::ReadOnly)) {
     m_json = QJsonDocument::fromJson(file.readAll()).object();

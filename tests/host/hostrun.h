@@ -8,6 +8,17 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+struct SHostOutput {
+  bool bFinished = false; ///< by itself
+  int nExitCode = -1;
+  QString strOutput;
+  QString strError;
+};
+
+/// Runs the host with these arguments alone.
+/// \param strPlatform of the toolkit; empty: as this program has it
+SHostOutput RunHost(const QStringList &listArguments, const QString &strPlatform = QString());
+
 /// Runs headless into a folder of its own.
 class CHostRun {
 public:

@@ -8,10 +8,12 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
@@ -194,6 +196,73 @@ TEST_F(DialogDriver, ADisabledOrMissingWidgetIsNamed)
   EXPECT_EQ(m_driver.AcquireDark().strBox, "AcquisitionDarkFrame_Button is hidden");
   delete m_pBright;
   EXPECT_EQ(m_driver.AcquireBright().strBox, "AcquisitionBrightFrame_Button is missing");
+}
+
+TEST_F(DialogDriver, ADialogWithoutItsControlsOffersNothingAndNamesEachThatIsAskedFor)
+{
+  qDeleteAll(m_dialog.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
+  EXPECT_EQ(m_driver.SetFrameCount(4).strBox, "AcquisitionFrame_Slider is missing");
+  EXPECT_EQ(m_driver.SetExpectGray(90).strBox, "ExpectGrayspinBox is missing");
+  EXPECT_EQ(m_driver.SetPreview(true).strBox, "PreviewcheckBox is missing");
+  EXPECT_EQ(m_driver.GetFrameCount(), 0);
+  EXPECT_EQ(m_driver.GetExpectGray(), 0);
+  EXPECT_FALSE(m_driver.IsExecuteEnabled());
+  EXPECT_FALSE(m_driver.IsAcquiringBright());
+  EXPECT_FALSE(m_driver.IsPreviewOn());
+  EXPECT_FALSE(m_driver.IsPreviewOffered());
+  EXPECT_EQ(m_driver.ReadPrompt().strPrompt, "");
+  EXPECT_FALSE(m_driver.ReadPrompt().bWarning);
+}
+
+TEST_F(DialogDriver, AControlThatIsHiddenOrDisabledIsNotSet)
+{
+  m_pSlider->setEnabled(false);
+  m_pSpinBox->hide();
+  m_pPreview->hide();
+  EXPECT_EQ(m_driver.SetFrameCount(16).strBox, "AcquisitionFrame_Slider is disabled");
+  EXPECT_EQ(m_driver.SetExpectGray(90).strBox, "ExpectGrayspinBox is hidden");
+  EXPECT_EQ(m_driver.SetPreview(true).strBox, "PreviewcheckBox is hidden");
+  EXPECT_EQ(m_driver.GetFrameCount(), 1);
+  EXPECT_EQ(m_driver.GetExpectGray(), 0);
+  EXPECT_FALSE(m_driver.IsPreviewOn());
+}
+
+TEST_F(DialogDriver, ABoxThatShowsProgressOrStaysOffTheScreenIsLeftToWhomItBelongsTo)
+{
+  int nProgress = -1;
+  int nUnseen = -1;
+  QObject::connect(m_pExecute, &QPushButton::clicked, [&] {
+    QProgressDialog progress("working", "Cancel", 0, 0);
+    QTimer::singleShot(40, &progress, [&progress] { progress.done(5); });
+    nProgress = progress.exec();
+    QDialog unseen;
+    unseen.setAttribute(Qt::WA_DontShowOnScreen);
+    QTimer::singleShot(40, &unseen, [&unseen] { unseen.done(6); });
+    nUnseen = unseen.exec();
+  });
+  EXPECT_EQ(m_driver.Execute().strBox, "");
+  EXPECT_EQ(nProgress, 5);
+  EXPECT_EQ(nUnseen, 6);
+}
+
+TEST_F(DialogDriver, OfSeveralButtonsTheFirstThatCanBePressedConfirms)
+{
+  int nResult = -1;
+  QObject::connect(m_pExecute, &QPushButton::clicked, [&] {
+    QDialog box;
+    QVBoxLayout *pLayout = new QVBoxLayout(&box);
+    const std::pair<const char *, int> BUTTONS[] = {{"Hidden", 1}, {"Disabled", 2}, {"", 3}, {"Yes", 4}, {"No", 5}};
+    for (const auto &[pText, nDone] : BUTTONS) {
+      QPushButton *pButton = new QPushButton(QLatin1String(pText), &box);
+      pLayout->addWidget(pButton);
+      pButton->setEnabled(nDone != 2);
+      pButton->setVisible(nDone != 1);
+      QObject::connect(pButton, &QPushButton::clicked, [&box, nDone = nDone] { box.done(nDone); });
+    }
+    nResult = box.exec();
+  });
+  (void)m_driver.Execute();
+  EXPECT_EQ(nResult, 4);
 }
 
 TEST_F(DialogDriver, SetsTheFrameCountByTheSlidersPosition)

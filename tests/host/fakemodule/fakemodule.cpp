@@ -71,7 +71,7 @@ extern "C" {
 
 Q_DECL_EXPORT IPlugin *CreatePluginObject()
 {
-  return new CTalkingPlugin;
+  return qApp->property("fakePluginFails").toBool() ? nullptr : new CTalkingPlugin;
 }
 
 Q_DECL_EXPORT void DestoryPluginObject(IPlugin *pPlugin)

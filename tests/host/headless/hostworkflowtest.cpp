@@ -195,6 +195,25 @@ TEST_F(HostWorkflow, AFailingCameraIsToldInOneLineThatNamesTheStep)
   EXPECT_FALSE(QFile::exists(m_dir.filePath("report.json")));
 }
 
+TEST_F(HostWorkflow, WhatCannotBeWrittenIsNamedWithItsStep)
+{
+  for (const char *pName : {"before.png", "report.json"}) {
+    ASSERT_TRUE(QDir(m_dir.path()).mkpath(pName));
+    const std::string strError = Run({});
+    EXPECT_EQ(strError.rfind("report: ", 0), 0U) << strError;
+    EXPECT_NE(strError.find(pName), std::string::npos) << strError;
+    ASSERT_TRUE(QDir(m_dir.path()).rmdir(pName));
+  }
+}
+
+TEST_F(HostWorkflow, ACoefficientFileThatCannotBeReplacedIsNotTakenForTheNewOne)
+{
+  ASSERT_TRUE(QDir(m_dir.path()).mkpath("coefficients.ffc"));
+  const std::string strError = Run({});
+  EXPECT_EQ(strError.rfind("coefficient file: ", 0), 0U) << strError;
+  EXPECT_FALSE(QFile::exists(m_dir.filePath("report.json")));
+}
+
 TEST_F(HostWorkflow, ACameraThatCannotBeOpenedIsToldWithItsReason)
 {
   CProgressLine progress(nullptr);

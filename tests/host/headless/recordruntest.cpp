@@ -11,6 +11,7 @@
 #include "camera/software/simulated/simulatedcamera.h"
 #include "frames/ifilekind.h"
 #include "host/headless/headlessrun.h"
+#include "tests/host/faultycamera.h"
 
 using namespace ffc::host;
 using namespace ffc::frames;
@@ -98,6 +99,41 @@ TEST_F(RecordRun, EachFrameIsAFileThatSaysHowItWasTaken)
   EXPECT_EQ(ReadJson("out/recording.json")["frames"].toInt(), 3) << "which stays";
 }
 
+TEST_F(RecordRun, ACameraThatGoesEndsTheRecordingWithWhatItHas)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.pLost = std::make_shared<std::atomic<bool>>(true);
+  m_stOptions.stRecording.nFrames = 1000000;
+  m_stOptions.stRecording.strFormat = "ser";
+  CProgressLine progress(nullptr);
+  CRecordRun run(
+    m_stOptions,
+    [&stFaults](const SCameraOptions &) -> OpenedCamera { return std::make_unique<CFaultyCamera>("Mono8", stFaults); },
+    progress);
+  EXPECT_EQ(run.Run().GetError(), "recording: the camera does not answer any more");
+  EXPECT_EQ(static_cast<uint64_t>(ReadJson("out/recording.json")["frames"].toInt()), run.GetCounts().nWritten);
+  EXPECT_TRUE(run.GetSummary().contains(" of 1000000 frames recorded")) << run.GetSummary().toStdString();
+}
+
+TEST_F(RecordRun, AFrameThatCannotBeWrittenIsToldBeforeAnythingElse)
+{
+  ASSERT_TRUE(QDir(m_dir.path()).mkpath("out/frame_000001.png"));
+  const std::string strError = Record("png");
+  EXPECT_NE(strError.find("frame_000001.png"), std::string::npos) << strError;
+  EXPECT_EQ(m_stCounts.nWritten, 1U);
+}
+
+TEST_F(RecordRun, APlugInWithoutADialogCannotLoadCoefficients)
+{
+  QFile file(Path("some.ffc"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("gains");
+  file.close();
+  m_stOptions.stRecording.strCoefficients = file.fileName().toStdString();
+  m_stOptions.stPlugin.strModule = FAKE_MODULE;
+  EXPECT_EQ(Record("png"), "coefficients: the plug-in shows no dialog");
+}
+
 TEST_F(RecordRun, ASerFileHoldsAllFramesWithTheirTimes)
 {
   ASSERT_EQ(Record("ser"), "");
@@ -129,6 +165,10 @@ TEST_F(RecordRun, CorrectedFramesBearTheMarkOfTheirCorrection)
   ASSERT_EQ(Record("png"), "");
   const QString strMark = ReadInfo("png/frame_000000.png").mapTexts.value(TEXT_CORRECTION);
   EXPECT_EQ(QJsonDocument::fromJson(strMark.toUtf8()).object(), mark);
+  SetFolder("foreign");
+  m_stOptions.stRecording.strCoefficients = Path("workflow/report.json").toStdString();
+  EXPECT_EQ(Record("png").find("coefficients: "), 0U) << "a file of another kind";
+  EXPECT_FALSE(QFile::exists(Path("foreign/frame_000000.png"))) << "nothing is recorded as if it were corrected";
   SetFolder("missing");
   m_stOptions.stRecording.strCoefficients = Path("missing.ffc").toStdString();
   EXPECT_EQ(Record("png").find("coefficients: cannot read"), 0U);

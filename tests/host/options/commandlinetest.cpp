@@ -163,6 +163,8 @@ TEST(CommandLine, RecordingIsATaskOfItsOwn)
   for (const auto &listWrong : {std::vector<const char *>{"--record", "0"},
                                 {"--record", "5", "--format", "jpeg"},
                                 {"--record", "5", "--headless"},
+                                {"--record", "5", "--screenshots", "pictures"},
+                                {"--record", "5", "--restore-settings"},
                                 {"--format", "ser"},
                                 {"--stop-on-loss"}}) {
     EXPECT_EQ(Parse(listWrong).nExitCode, 2) << listWrong[0];
@@ -234,6 +236,24 @@ TEST(CommandLine, SizeSeedAndModeBelongToTheSimulatedCamera)
     EXPECT_NE(stResult.nExitCode, 0);
     EXPECT_NE(stResult.strText.find("simulated"), std::string::npos);
   }
+}
+
+TEST(CommandLine, RecordedFramesAreAlignedAsStatedAndNoOthersAre)
+{
+  using ffc::frames::EAlignment;
+  EXPECT_FALSE(Parse({"--camera", "replay:dir"}).stOptions.stCamera.eAlignment.has_value());
+  EXPECT_EQ(Parse({"--camera", "replay:dir", "--align", "left"}).stOptions.stCamera.eAlignment, EAlignment::Left);
+  EXPECT_EQ(Parse({"--camera", "replay:dir", "--align", "right"}).stOptions.stCamera.eAlignment, EAlignment::Right);
+  EXPECT_EQ(Parse({"--align", "left"}).strText, "--align belongs to recorded frames");
+}
+
+TEST(CommandLine, FramesAreAnyPowerOfTwoUpToSixteenAndLanguagesTwo)
+{
+  for (const char *pFrames : {"1", "2", "4", "8", "16"}) {
+    EXPECT_EQ(std::to_string(Parse({"--frames", pFrames}).stOptions.stWorkflow.nFrames), pFrames);
+  }
+  EXPECT_FALSE(Parse({"--language", "en"}).stOptions.stPlugin.bChinese);
+  EXPECT_TRUE(Parse({"--language", "zh"}).stOptions.stPlugin.bChinese);
 }
 
 TEST(CommandLine, EachModeHasItsBlockSizes)

@@ -80,6 +80,7 @@ TEST_F(CameraSession, ACameraThatCannotBeOpenedLeavesNone)
   EXPECT_EQ(GetLastError(), "camera: none answers");
   EXPECT_EQ(m_session.GetViewer(), nullptr);
   EXPECT_FALSE(m_session.IsLost());
+  EXPECT_FALSE(m_session.Watch(true)) << "there is nothing to watch";
 }
 
 TEST_F(CameraSession, WithoutAPlugInTheCameraStreamsAllTheSame)
@@ -266,4 +267,7 @@ TEST_F(CameraSession, ACameraWithoutUserSetsHasNoSettingsToRestoreAndStreamsOn)
   ASSERT_TRUE(m_session.Open(MakeSetup()).IsOk());
   EXPECT_EQ(m_session.RestoreSettings().GetError(), "this camera has no user set \"UserSet0\"");
   EXPECT_TRUE(IsStreaming());
+  m_session.StartOrStop();
+  EXPECT_NE(m_session.RestoreSettings().GetError(), "");
+  EXPECT_FALSE(IsStreaming()) << "as the user left it";
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/measurement/freshframes.h"
 #include "tests/support/framepump.h"
 
 using namespace ffc::host;
@@ -51,6 +52,13 @@ TEST(FrameCollector, GivesUpWhenNoWantedFrameComes)
   const ffc::Result<> result =
     collector.Collect(3, CFramePipeline::EWanted::Corrected, [](const SProcessedFrame &) { return true; });
   EXPECT_EQ(result.GetError(), "no corrected frame came for 0.05 s, 0 of 3 were there");
+}
+
+TEST(FrameCollector, FramesOfAFormatThatNobodyKnowsCannotBeMeasured)
+{
+  CPumpedPipeline stream;
+  CFrameCollector collector(stream.m_pipeline);
+  EXPECT_EQ(ReadStreamFormat(collector).GetError(), "Frames of the pixel format 0x00000000 cannot be measured.");
 }
 
 TEST(FrameCollector, EndsWithTheFailureOfTheCheck)

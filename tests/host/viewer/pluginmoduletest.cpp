@@ -1,5 +1,6 @@
 #include "host/viewer/pluginmodule.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -40,6 +41,17 @@ TEST(PluginModule, AModuleWithoutAnExportIsRefusedWithItsName)
   CPluginModule module;
   EXPECT_NE(module.Load(HALF_MODULE).GetError().find("does not export DestoryPluginObject"), std::string::npos);
   EXPECT_EQ(module.GetPlugin(), nullptr);
+}
+
+TEST(PluginModule, AModuleThatMakesNoObjectIsToldAndIsTriedAnewTheNextTime)
+{
+  CPluginModule module;
+  qApp->setProperty("fakePluginFails", true);
+  const std::string strError = module.Load(FAKE_MODULE).GetError();
+  qApp->setProperty("fakePluginFails", false);
+  EXPECT_NE(strError.find("it made no object"), std::string::npos) << strError;
+  EXPECT_EQ(module.GetPlugin(), nullptr);
+  EXPECT_EQ(module.Load(FAKE_MODULE).GetError(), "");
 }
 
 TEST(PluginModule, LoadsDestroysAndLoadsAgain)

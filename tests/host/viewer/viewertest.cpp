@@ -53,6 +53,8 @@ TEST_F(Viewer, StartsAndStopsTheStreamAsThePlugInAsks)
   CViewer viewer(MakeCamera());
   ASSERT_EQ(viewer.Open(FAKE_MODULE, ELanguage::English).GetError(), "");
   viewer.ShowDialog();
+  EXPECT_FALSE(viewer.IsDialogVisible()) << "as the plug-in says";
+  EXPECT_EQ(viewer.GetStatusText(-4), "fake text");
   EXPECT_TRUE(viewer.GetCamera().IsStreaming()) << "directly, not through the event loop";
   viewer.HideDialog();
   EXPECT_FALSE(viewer.GetCamera().IsStreaming());
@@ -92,6 +94,8 @@ TEST_F(Viewer, AMissingModuleLeavesTheCameraUsable)
 {
   CViewer viewer(MakeCamera());
   EXPECT_NE(viewer.Open("/no/such.plx", ELanguage::English).GetError().find("no such file"), std::string::npos);
+  EXPECT_EQ(viewer.GetStatusText(-4), "");
+  EXPECT_FALSE(viewer.IsPluginInUse());
   EXPECT_EQ(viewer.StartStream().GetError(), "");
   viewer.StopStream();
 }

@@ -2,6 +2,10 @@
 /// What a user does with boxes that hold up whoever opened them.
 #pragma once
 
+#include <functional>
+#include <optional>
+#include <utility>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
@@ -55,6 +59,33 @@ private:
   QString m_strBox;
   QString m_strButton;
   int m_nPressed = 0;
+};
+
+/// Does something as soon as the box of that name is there, once, and presses a button of the box then.
+class CInterrupter : public QObject {
+public:
+  CInterrupter(const char *pBox, std::function<void()> fnAction, const char *pButton = "&Cancel")
+    : m_pBox(pBox), m_pButton(pButton), m_fnAction(std::move(fnAction)), m_nTimer(startTimer(10))
+  {
+  }
+  bool HasActed() const { return m_presser.has_value(); }
+
+protected:
+  void timerEvent(QTimerEvent *) override
+  {
+    if (FindBox(QLatin1String(m_pBox)) != nullptr) {
+      killTimer(m_nTimer);
+      m_fnAction();
+      m_presser.emplace(m_pBox, m_pButton);
+    }
+  }
+
+private:
+  const char *m_pBox;
+  const char *m_pButton;
+  std::function<void()> m_fnAction;
+  std::optional<CBoxPresser> m_presser;
+  int m_nTimer;
 };
 
 /// Types a name into the first file box, answers the question whether a file is replaced, and leaves the second box.

@@ -82,6 +82,16 @@ TEST(DisplayPicture, OfAMosaicShowsBareSamplesOnRequest)
   EXPECT_EQ(imgPicture.pixel(1, 0), qRgb(0, 0, 0));
 }
 
+TEST(DisplayPicture, OfAMosaicOfOneLineOrColumnIsGrey)
+{
+  for (const char *pFormat : {"BayerRG8", "BayerRG12"}) {
+    for (const auto &[nWidth, nHeight] : {std::pair(1U, 3U), {3U, 1U}}) {
+      const SFrameCopy stFrame = MakeFrame(pFormat, nWidth, nHeight, [](uint32_t, uint32_t) { return 200; });
+      EXPECT_EQ(MakeDisplayPicture(stFrame, {}).format(), QImage::Format_Grayscale8) << pFormat << nWidth;
+    }
+  }
+}
+
 TEST(DisplayPicture, MarksOverexposedPixelsOnRequest)
 {
   for (const auto &[pFormat, nLargest] : {std::pair("Mono8", 255U), {"Mono10", 1023U}, {"BayerGB12", 4095U}}) {
@@ -108,6 +118,9 @@ TEST(DisplayPicture, ThereIsNoneOfAFrameThatDoesNotFitItsSize)
   stFrame.nPixelFormat = 0x02180014; // RGB8, which no camera here delivers
   EXPECT_TRUE(MakeDisplayPicture(stFrame, {}).isNull());
   EXPECT_TRUE(MakeDisplayPicture(SFrameCopy(), {}).isNull());
+  for (const auto &[nWidth, nHeight] : {std::pair(0U, 4U), {4U, 0U}}) {
+    EXPECT_TRUE(MakeDisplayPicture(MakeFrame("Mono8", nWidth, nHeight, {}), {}).isNull());
+  }
 }
 
 TEST(DisplayPicture, OfComputedColoursAndCoordinatesIsShownAsItCame)

@@ -1,7 +1,9 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDialog>
+#include <QDir>
 #include <QDoubleSpinBox>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QSignalSpy>
@@ -11,6 +13,7 @@
 
 #include "camera/iscenecontrol.h"
 #include "host/dialogdriver/modalanswerer.h"
+#include "host/options/cameraopening.h"
 #include "host/options/language.h"
 #include "host/window/displaypicture.h"
 #include "host/window/imageview.h"
@@ -35,13 +38,9 @@ protected:
   /// As if the user chose it from a menu.
   void TriggerAction(const char *pText)
   {
-    for (QAction *pAction : m_pWindow->findChildren<QAction *>()) {
-      if (pAction->text().remove(QLatin1Char('&')) == QLatin1String(pText)) {
-        pAction->trigger();
-        return;
-      }
-    }
-    FAIL() << pText;
+    QAction *pAction = FindAction(pText);
+    ASSERT_NE(pAction, nullptr);
+    pAction->trigger();
   }
 
   CImageView *GetView() const { return m_pWindow->findChild<CImageView *>(); }
@@ -134,8 +133,56 @@ TEST_F(MainWindow, ZoomsWithTheWheelAndReadsPixelsWithMouseAndKeys)
   EXPECT_TRUE(WaitText("Pixel", "x 20  y 20  "));
   QTest::keyClick(pView, Qt::Key_Up);
   EXPECT_TRUE(WaitText("Pixel", "x 20  y 19  "));
+  QTest::keyClick(pView, Qt::Key_Down);
+  QTest::keyClick(pView, Qt::Key_Left);
+  EXPECT_TRUE(WaitText("Pixel", "x 19  y 20  "));
+  const QPoint ptFrame = pView->GetTransform().ToView(QPointF(19, 20)).toPoint() - QPoint(3, 3);
+  EXPECT_EQ(pView->grab().toImage().pixelColor(ptFrame), QColor(255, 200, 0))
+    << "framed, for there is no pointer on it";
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(pView, &leave);
+  EXPECT_EQ(GetText("Pixel").substr(0, 10), "x 19  y 20") << "the pointer has not been there";
   Key(Qt::Key_0, Qt::ControlModifier);
   EXPECT_TRUE(pView->GetTransform().IsFitted());
+
+  const auto DoubleClick = [pView] {
+    QTest::mouseDClick(pView, Qt::LeftButton, Qt::NoModifier, pView->rect().center());
+  };
+  DoubleClick();
+  EXPECT_EQ(pView->GetTransform().GetScale(), 1.0);
+  TriggerAction("Zoom in");
+  TriggerAction("Zoom in");
+  TriggerAction("Zoom out");
+  EXPECT_NEAR(pView->GetTransform().GetScale(), 1.25, 1e-9);
+  DoubleClick();
+  EXPECT_TRUE(pView->GetTransform().IsFitted());
+}
+
+TEST_F(MainWindow, DraggingMovesTheImageAndTheOtherButtonDoesNothing)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitPicture());
+  Press("StartStop");
+  CImageView *pView = GetView();
+  for (int nStep = 0; nStep < 12; ++nStep) {
+    TriggerAction("Zoom in"); // until it is larger than the view
+  }
+  const auto Drag = [pView](Qt::MouseButton eButton) {
+    const QPointF ptFrom = pView->rect().center();
+    for (const auto &[eType, ptAt] : {std::pair(QEvent::MouseButtonPress, ptFrom),
+                                      {QEvent::MouseMove, ptFrom + QPointF(7, 5)},
+                                      {QEvent::MouseButtonRelease, ptFrom + QPointF(7, 5)}}) {
+      QMouseEvent event(eType, ptAt, eButton, eType == QEvent::MouseButtonRelease ? Qt::NoButton : eButton,
+                        Qt::NoModifier);
+      QApplication::sendEvent(pView, &event);
+    }
+  };
+  const QPointF ptBefore = pView->GetTransform().GetTarget().topLeft();
+  Drag(Qt::RightButton);
+  EXPECT_EQ(pView->GetTransform().GetTarget().topLeft(), ptBefore);
+  Drag(Qt::LeftButton);
+  EXPECT_EQ(pView->GetTransform().GetTarget().topLeft(), ptBefore + QPointF(7, 5));
+  EXPECT_FALSE(pView->GetMarks().HasLine() || !pView->GetMarks().GetRegion().isEmpty());
 }
 
 TEST_F(MainWindow, MarksOverexposedPixelsOnRequest)
@@ -196,12 +243,28 @@ TEST_F(MainWindow, AsksTheUserToCoverTheLensOfARealCamera)
   EXPECT_NE(GetText("Verdict"), "Not measured");
 }
 
+TEST_F(MainWindow, FramesThatTheCameraLostAreCountedWithTheReason)
+{
+  CFaultyCamera::SFaults stFaults;
+  stFaults.pLost = std::make_shared<std::atomic<bool>>(false);
+  stFaults.bUnusableFrames = true;
+  ShowWindow(MakeFaulty(stFaults));
+  const QLabel *pDropped = Find<QLabel>("Dropped");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return pDropped->toolTip().contains(" in a format that cannot be received"); }))
+    << pDropped->toolTip().toStdString();
+  EXPECT_NE(pDropped->text().toStdString(), "dropped 0");
+}
+
 TEST_F(MainWindow, SaysWhenTheCameraDeliversNothing)
 {
   CFaultyCamera::SFaults stFaults;
   stFaults.bDeliversNothing = true;
   ShowWindow(MakeFaulty(stFaults));
   EXPECT_EQ(GetText("Correction"), "no frame yet");
+  for (const auto fnSlot :
+       {&CMainWindow::SlotSaveImage, &CMainWindow::SlotSaveSequence}) { // a box would hold the test up
+    (m_pWindow.get()->*fnSlot)();
+  }
   EXPECT_TRUE(WaitText("CameraError", "No frame for "));
 }
 
@@ -276,15 +339,40 @@ TEST_F(MainWindow, GivesTheSettingsOfAnInterruptedAcquisitionBack)
   EXPECT_EQ(answerer.GetMessages().size(), 2);
 }
 
-TEST_F(MainWindow, LookingForCamerasKeepsTheOneThatIsOpen)
+TEST_F(MainWindow, ARecordingThatTheUserHasChosenStaysWhenCamerasAreLookedForAndNoOtherIsChosen)
 {
-  ShowWindow();
-  const QComboBox *pChooser = Find<QComboBox>("CameraChooser");
-  const int nChoices = pChooser->count();
-  Key(Qt::Key_F6, Qt::NoModifier);
-  EXPECT_GE(pChooser->count(), nChoices);
-  EXPECT_EQ(pChooser->currentText().toStdString(), "Mono12 (as started)");
+  const QString strFolder = m_folder.filePath("recorded");
+  ASSERT_TRUE(QDir().mkpath(strFolder));
+  QImage imgFrame(64, 48, QImage::Format_Grayscale8);
+  imgFrame.fill(90);
+  for (const char *pName : {"bright_1", "bright_2", "bright_3", "bright_4"}) {
+    ASSERT_TRUE(imgFrame.save(QStringLiteral("%1/%2.png").arg(strFolder, QLatin1String(pName))));
+  }
+  ShowWindow([this](const SCameraOptions &stOptions) {
+    return stOptions.strReplayFolder.empty() ? OpenSimulated(stOptions) : OpenCamera(stOptions);
+  });
+  QComboBox *pChooser = Find<QComboBox>("CameraChooser");
+  const int nRecorded = pChooser->count() - 1;
+  const auto Choose = [&](const QString &strChosen) {
+    const CModalAnswerer answerer(strChosen);
+    emit pChooser->activated(nRecorded);
+  };
+  Choose(QString());
+  EXPECT_EQ(pChooser->currentText().toStdString(), "Mono12 (as started)") << "no folder was named";
   EXPECT_TRUE(GetCamera().IsStreaming());
+  Choose(strFolder);
+  ASSERT_TRUE(WaitText("Shape", "64 x 48 Mono8"));
+  Find<QMenu>("Presets")->aboutToShow();
+  EXPECT_EQ(Find<QMenu>("Presets")->actions().size(), 1) << "its settings are what they are";
+  Choose(QString());
+  Key(Qt::Key_F6, Qt::NoModifier);
+  EXPECT_GE(pChooser->count(), nRecorded + 1);
+  EXPECT_EQ(pChooser->currentText().toStdString(), "Recorded frames...");
+  EXPECT_TRUE(GetCamera().IsStreaming());
+  QComboBox *pFormat = Find<QComboBox>("RecordedFormat");
+  pFormat->setCurrentIndex(pFormat->findText("BayerRG8"));
+  emit pFormat->activated(pFormat->currentIndex());
+  EXPECT_TRUE(WaitText("Shape", "64 x 48 BayerRG8")) << "the same recording";
 }
 
 TEST_F(MainWindow, ACameraThatDoesNotStartSaysWhy)
@@ -307,6 +395,8 @@ TEST_F(MainWindow, WithoutPlugInTheImageIsShownAndSaidToBeUncorrected)
   QApplication::processEvents();
   EXPECT_EQ(m_pWindow->width(), 900) << "a long text is cut, and does not push the window off the screen";
   Press("ShowDialog");
+  m_pWindow->SlotLoadLastCoefficients();
+  m_pWindow->SlotMakeReference();
   EXPECT_EQ(CDialogDriver::FindDialog(), nullptr);
 }
 
@@ -357,7 +447,11 @@ TEST_F(MainWindow, EveryKeyStandsForOneThingInBothLanguages)
 {
   for (const bool bChinese : {false, true}) {
     const CLanguage language(bChinese);
+    m_stPlugin.bChinese = bChinese;
     ShowWindow();
+    const QString strTitle =
+      CDialogDriver::FindAnyDialog()->findChild<QAbstractButton *>("ExecuteShadingCorrection_Button")->text();
+    EXPECT_EQ(strTitle.at(0).unicode() > 0x7F, bChinese) << strTitle.toStdString() << ", the plug-in's too";
     QStringList listTexts;
     for (const QAction *pAction : m_pWindow->menuBar()->actions()) {
       listTexts << pAction->text();

@@ -201,6 +201,10 @@ TEST_F(PluginDialog, TellsWhatWasSavedAndLoadedAndNothingThatIsNotKnown)
 
   ASSERT_TRUE(GetDriver().LoadFile(strFile + QStringLiteral(".ffc")).bFileChosen);
   EXPECT_EQ(GetText("DialogNote").substr(0, 8), "Loaded: ");
+  EXPECT_FALSE(GetDriver().LoadFile(QString()).bFileChosen);
+  EXPECT_EQ(GetText("DialogNote"), "") << "the user has chosen none";
+  EXPECT_FALSE(GetDriver().SaveFile(QString()).bFileChosen);
+  EXPECT_EQ(GetText("DialogNote"), "");
   ASSERT_TRUE(WaitText("Correction", "corrected"));
   const QDateTime dtBefore = QDateTime::currentDateTime();
   Key(Qt::Key_M, Qt::ControlModifier);
@@ -288,6 +292,8 @@ TEST_F(PluginDialog, CoefficientsThatTheCameraRefusesWhileItStreamsAreTriedAgain
   ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
   EXPECT_EQ(GetDriver().SaveFlash().strBox.toStdString(), "");
   EXPECT_EQ(GetText("DialogNote").find("Written to the camera"), 0U) << GetText("DialogNote");
+  EXPECT_EQ(GetDriver().LoadFlash().strBox.toStdString(), "");
+  EXPECT_EQ(GetText("DialogNote"), "Loaded from the camera's flash");
 }
 
 TEST_F(PluginDialog, ClosingDuringAnAcquisitionSaysWhyItWaits)
@@ -306,6 +312,7 @@ TEST_F(PluginDialog, ClosingDuringAnAcquisitionSaysWhyItWaits)
 
 TEST_F(PluginDialog, ShowsTheFrameCountAndGreyThatTheCommandLineAskedFor)
 {
+  m_stCamera.strPixelFormat = "BayerRG8";
   ShowWindow();
   m_pWindow->SetPreset({4, 77});
   ASSERT_TRUE(WaitText("Correction", "raw"));
@@ -314,6 +321,13 @@ TEST_F(PluginDialog, ShowsTheFrameCountAndGreyThatTheCommandLineAskedFor)
   EXPECT_EQ(GetDriver().GetExpectGray(), 77);
   ASSERT_EQ(GetDriver().AcquireBright().strBox.toStdString(), "");
   EXPECT_EQ(GetDriver().GetExpectGray(), 77) << "the bright field brings one of its own";
+  ASSERT_NE(m_pWindow->GetAcquiredFrames().GetBright(), nullptr);
+  EXPECT_EQ(m_pWindow->GetAcquiredFrames().GetBright()->listFrames.size(), 4U) << "without those of the white balance";
+  ASSERT_EQ(GetDriver().Execute().strBox.toStdString(), "");
+  m_pWindow.reset();
+  ShowWindow();
+  Press("ShowDialog");
+  EXPECT_NE(GetDriver().GetExpectGray(), 77) << "what the command line asked for is no preference of the user's";
 }
 
 TEST_F(PluginDialog, RemembersFileFrameCountAndGreyOfEachCameraApart)

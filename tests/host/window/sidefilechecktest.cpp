@@ -81,6 +81,24 @@ TEST_F(SideFileCheck, WithoutASideFileATableOfAnotherShapeIsToldByItsGains)
             "x 480: the image would have stripes.");
 }
 
+TEST_F(SideFileCheck, OfCoefficientsThatCannotBeToldApartNoneIsWritten)
+{
+  SCoefficientOrigin stOrigin;
+  const SFrameShape stMono12{640, 480, 0x01100005};
+  const QString strSide = ffc::frames::GetSideFilePath(m_strFlat);
+  EXPECT_NE(WriteSideFile(m_strFlat, stOrigin, stMono12, m_deviceMap, "host").GetError(), "") << "no hash of them";
+  stOrigin.strSha256 = QString(64, 'a');
+  EXPECT_NE(WriteSideFile(m_strFlat, stOrigin, {640, 480, 0x02180014}, m_deviceMap, "host").GetError(), "") << "RGB8";
+  EXPECT_FALSE(QFile::exists(strSide));
+  stOrigin.eDarkField = ffc::quality::EDarkField::None;
+  stOrigin.nFrames = 4;
+  ASSERT_EQ(WriteSideFile(m_strFlat, stOrigin, stMono12, m_deviceMap, "host").GetError(), "");
+  const auto side = ffc::frames::ReadSideFile(m_strFlat);
+  ASSERT_TRUE(side && side.GetValue());
+  EXPECT_EQ(side.GetValue()->nDarkFrames, 0U);
+  EXPECT_EQ(side.GetValue()->nBrightFrames, 4U);
+}
+
 TEST_F(SideFileCheck, ASideFileThatIsNoneIsTold)
 {
   Write(ffc::frames::GetSideFilePath(m_strFlat), "{}");

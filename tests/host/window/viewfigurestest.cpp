@@ -57,6 +57,16 @@ TEST(Stretch, BlackAndWhiteLeaveOutAThousandthAtEitherEnd)
   EXPECT_EQ(FindGreyRange(stFlat).dWhite, 4095);
 }
 
+TEST(Stretch, OfALargeFramePairsOfLinesAreLookedAtAndOfOneThatIsNotShownNone)
+{
+  const SFrameCopy stFrame = MakeFrame("Mono8", 1024, 1024, [](uint32_t nX, uint32_t nY) {
+    return nY % 6 > 1 ? 0U : nY % 6 == 0 ? 100 + nX % 10 : 200 + nX % 10; // as the lines of two colours may differ
+  });
+  EXPECT_EQ(FindGreyRange(stFrame).dBlack, 100);
+  EXPECT_EQ(FindGreyRange(stFrame).dWhite, 209);
+  EXPECT_EQ(FindGreyRange(SFrameCopy()), SGreyRange());
+}
+
 TEST(Stretch, ShowsTheRangeAsBlackToWhiteAndTheFullOneAsTheHighestBits)
 {
   const SFrameCopy stFrame = MakeFrame("Mono12", 4, 1, [](uint32_t nX, uint32_t) { return 900 + 100 * nX; });
@@ -106,6 +116,15 @@ TEST(FrameInspection, TellsPatternFromNoiseInARegionOfEachColour)
   EXPECT_NEAR(*listFigures[1].dNoise, 0, 1e-9) << "light that rises is no noise";
   EXPECT_FALSE(MeasureRegion(stNow, rcRegion, nullptr)[0].dNoise.has_value());
   EXPECT_TRUE(MeasureRegion(stNow, QRect(4, 4, 8, 8), nullptr).empty()) << "not within the frame";
+  EXPECT_TRUE(MeasureRegion(stNow, QRect(), nullptr).empty());
+  EXPECT_TRUE(MeasureRegion(SFrameCopy(), rcRegion, nullptr).empty()) << "no samples";
+  EXPECT_EQ(MeasureRegion(stNow, QRect(0, 0, 1, 1), nullptr).size(), 1U) << "a colour that is not in it has no figures";
+  SFrameCopy stCorrected = stBefore;
+  stCorrected.bCorrected = true;
+  EXPECT_FALSE(MeasureRegion(stNow, rcRegion, &stCorrected)[0].dNoise) << "nothing to compare with";
+  const QString strText = DescribeRegion(listFigures, rcRegion);
+  EXPECT_TRUE(strText.startsWith("Region 8 x 8 px at 0, 0: R: mean 1017.0 DN, noise 1.41 DN, "))
+    << strText.toStdString();
 }
 
 TEST(FrameInspection, ProfilesALineAnywhereFromTheSamples)
@@ -118,6 +137,10 @@ TEST(FrameInspection, ProfilesALineAnywhereFromTheSamples)
   EXPECT_EQ(stProfile.listGrays.first(), 304);
   EXPECT_EQ(stProfile.listGrays.last(), 912);
   EXPECT_NEAR(stProfile.listPositions.last(), 10, 1e-9) << "the distance, not the columns";
+  for (const QLine &line : {QLine(-1, 4, 9, 12), QLine(3, 4, 32, 12)}) {
+    EXPECT_TRUE(MakeLineProfiles(stFrame, line).empty()) << "either end is outside";
+  }
+  EXPECT_TRUE(MakeLineProfiles(SFrameCopy(), QLine()).empty());
   EXPECT_EQ(AnalyseFrame(stFrame, QLine(3, 4, 9, 12)).listPlanes[0].stLine.listGrays.size(), 9);
   EXPECT_TRUE(MakeLineProfiles(stFrame, QLine(0, 0, 32, 0)).empty());
 }
@@ -164,6 +187,20 @@ TEST(ImageMarks, AreForgottenInAnImageThatTheyDoNotFit)
   marks.SetImageSize({18, 40});
   EXPECT_TRUE(marks.GetRegion().isEmpty());
   EXPECT_TRUE(marks.HasLine());
+  marks.SetTool(EImageTool::Region);
+  marks.Begin({4, 4});
+  marks.Extend({2, 2});
+  marks.SetTool(EImageTool::Pan);
+  marks.Begin({0, 0});
+  EXPECT_EQ(marks.GetRegion(), QRect(2, 2, 3, 3)) << "moving the image marks nothing";
+  marks.SetImageSize({5, 5});
+  EXPECT_FALSE(marks.HasLine()) << "its second end is outside";
+  EXPECT_FALSE(marks.GetRegion().isEmpty());
+  marks.SetTool(EImageTool::Line);
+  marks.Begin({4, 4});
+  marks.Extend({0, 0});
+  marks.SetImageSize({3, 3});
+  EXPECT_FALSE(marks.HasLine()) << "its first";
 }
 
 TEST(ToolBarText, HasNoLetterOfAKey)

@@ -235,6 +235,12 @@ TEST_F(ViewFiles, WhatFormerVersionsRememberedOfACameraIsTakenOverOnce)
   CCameraPresets presets(camera);
   EXPECT_EQ(presets.ListNames(), QStringList{"a name"});
   EXPECT_EQ(presets.Apply("a name"), QStringList());
+  settings.setValue(strFormer + "/file", "older.ffc");
+  EXPECT_EQ(FindCameraGroup(camera), strGroup);
+  EXPECT_EQ(LoadCameraMemory(strGroup).strFile, "kept.ffc") << "what is there stays";
+  EXPECT_FALSE(settings.contains(strFormer + "/file"));
+  SaveCameraMemory("cameras/another", {});
+  EXPECT_FALSE(LoadCameraMemory("cameras/another").stLimits) << "it has none of its own";
   stMemory.strFile = "newer.ffc";
   SaveCameraMemory(strGroup, stMemory);
   presets.Remove("a name");

@@ -131,6 +131,9 @@ TEST(CorrectionState, NamesAnotherSizeOrFormatAlthoughThePlugInHasSwitchedItsPre
               "NOT corrected: the frame is 1024 x 768 Mono8, the coefficients are for 2048 x 1536 Mono12: "
               "acquire anew or load a file");
   EXPECT_EQ((SFrameShape{4, 2, 0xAB}).GetText().toStdString(), "4 x 2 0x000000ab");
+  for (const SFrameShape &stOther : {SFrameShape{5, 2, 0xAB}, {4, 3, 0xAB}, {4, 2, 0xAC}}) {
+    EXPECT_FALSE((SFrameShape{4, 2, 0xAB}) == stOther);
+  }
 }
 
 TEST(CorrectionState, AFormatThatIsNoSensorsIsNamedAndNeverCorrected)
@@ -154,6 +157,8 @@ TEST(FrameRate, CountsOverHalfSeconds)
   EXPECT_DOUBLE_EQ(rate.Update(115, 1500), 30);
   EXPECT_DOUBLE_EQ(rate.Update(120, 1600), 30) << "stands until the next half second is over";
   EXPECT_DOUBLE_EQ(rate.Update(115, 2100), 0) << "another stream";
+  EXPECT_DOUBLE_EQ(rate.Update(3, 2700), 0) << "its count begins anew";
+  EXPECT_DOUBLE_EQ(rate.Update(13, 3200), 20);
   rate.Reset();
   EXPECT_EQ(rate.Update(7, 3000), 0);
 }

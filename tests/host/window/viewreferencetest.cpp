@@ -1,13 +1,17 @@
 /// \file
 /// A weighted table out of the frames that the plug-in has acquired.
 
+#include <functional>
+
 #include <QAction>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QMessageBox>
+#include <QProgressDialog>
 
 #include "frames/sidefile.h"
 #include "tests/flat/toolflat.h"
@@ -21,9 +25,18 @@ namespace {
 /// Answers the host's own boxes as a user would, and leaves those of the plug-in alone.
 class CReferenceUser : public QObject {
 public:
-  /// \param strFile empty: the user does not want the table after all
-  CReferenceUser(QWidget &window, const QString &strFile) : m_window(window), m_strFile(strFile) { startTimer(10); }
-  QString m_strTexts; ///< that the dialog showed
+  enum class EAnswer { NotWanted, NoFile, File };
+
+  CReferenceUser(QWidget &window, EAnswer eAnswer, const QString &strFile = {})
+    : m_window(window), m_eAnswer(eAnswer), m_strFile(strFile)
+  {
+    startTimer(10);
+  }
+  QString m_strTexts;  ///< that the dialog showed
+  QString m_strFolder; ///< in which the box for the file began
+  QString m_strError;
+  std::function<void()> m_fnMeanwhile;                       ///< done while the dialog is there
+  std::function<bool()> m_fnMayAnswer = [] { return true; }; ///< asked until it is so
 
 protected:
   void timerEvent(QTimerEvent *) override
@@ -33,19 +46,61 @@ protected:
       return;
     }
     if (auto *pFileBox = qobject_cast<QFileDialog *>(pBox)) {
-      pFileBox->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_strFile);
-      QMetaObject::invokeMethod(pFileBox, "accept");
-    } else if (pBox->objectName() == QLatin1String("ReferenceDialog") && m_strTexts.isEmpty()) {
-      for (const QLabel *pLabel : pBox->findChildren<QLabel *>()) {
-        m_strTexts += pLabel->text() + QLatin1Char('\n');
-      }
-      QTest::keyClick(pBox, m_strFile.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+      AnswerFileBox(*pFileBox);
+    } else if (pBox->objectName() == QLatin1String("ReferenceDialog")) {
+      AnswerDialog(*pBox);
+    } else if (auto *pMessage = qobject_cast<QMessageBox *>(pBox)) {
+      m_strError = pMessage->text();
+      pMessage->reject();
     }
   }
 
 private:
+  void AnswerFileBox(QFileDialog &box)
+  {
+    m_strFolder = box.directory().absolutePath();
+    if (m_eAnswer == EAnswer::NoFile) {
+      box.reject();
+      return;
+    }
+    box.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_strFile);
+    QMetaObject::invokeMethod(&box, "accept");
+  }
+  void AnswerDialog(QWidget &dialog)
+  {
+    if (m_strTexts.isEmpty()) {
+      for (const QLabel *pLabel : dialog.findChildren<QLabel *>()) {
+        m_strTexts += pLabel->text() + QLatin1Char('\n');
+      }
+      if (m_fnMeanwhile) {
+        m_fnMeanwhile();
+      }
+    }
+    if (m_fnMayAnswer()) {
+      QTest::keyClick(&dialog, m_eAnswer == EAnswer::NotWanted ? Qt::Key_Escape : Qt::Key_Return);
+    }
+  }
+
   QWidget &m_window;
+  EAnswer m_eAnswer;
   QString m_strFile;
+};
+
+using EAnswer = CReferenceUser::EAnswer;
+
+/// Cancels each box with a progress as soon as it is shown.
+class CHastyUser : public QObject {
+public:
+  CHastyUser() { qApp->installEventFilter(this); }
+
+protected:
+  bool eventFilter(QObject *pObject, QEvent *pEvent) override
+  {
+    if (auto *pBox = qobject_cast<QProgressDialog *>(pObject); pBox != nullptr && pEvent->type() == QEvent::Show) {
+      pBox->cancel();
+    }
+    return false;
+  }
 };
 
 class ViewReference : public WindowFixture {
@@ -86,13 +141,23 @@ TEST_F(ViewReference, TheAcquiredFramesBecomeAWeightedTableThatThePlugInLoads)
   EXPECT_EQ(stFrames.pBright->listFrames.size(), 16U);
   const QString strFile = m_folder.filePath("made.ffc");
   {
-    const CReferenceUser user(*m_pWindow, QString());
+    const CReferenceUser user(*m_pWindow, EAnswer::NotWanted);
     FindAction()->trigger();
     EXPECT_TRUE(user.m_strTexts.contains("From 16 bright and 1 dark frames")) << user.m_strTexts.toStdString();
   }
   EXPECT_FALSE(QFile::exists(strFile));
   {
-    const CReferenceUser user(*m_pWindow, strFile);
+    const CReferenceUser user(*m_pWindow, EAnswer::NoFile);
+    FindAction()->trigger();
+    EXPECT_EQ(user.m_strFolder, QDir::homePath()) << "no coefficients were used before";
+  }
+  {
+    const CReferenceUser user(*m_pWindow, EAnswer::File, m_folder.filePath("none/made.ffc"));
+    FindAction()->trigger();
+    EXPECT_TRUE(user.m_strError.contains("made.ffc")) << user.m_strError.toStdString();
+  }
+  {
+    const CReferenceUser user(*m_pWindow, EAnswer::File, strFile);
     Key(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
   }
   const QByteArray byteTable = ReadFile(strFile);
@@ -113,7 +178,7 @@ TEST_F(ViewReference, TheAcquiredFramesBecomeAWeightedTableThatThePlugInLoads)
 
   Press("Measure");
   const QString strReport = m_folder.filePath("weighted.html");
-  const CReferenceUser user(*m_pWindow, m_folder.filePath("weighted"));
+  const CReferenceUser reporter(*m_pWindow, EAnswer::File, m_folder.filePath("weighted"));
   Press("SaveReport");
   EXPECT_TRUE(ReadFile(strReport).contains("from 16 bright frames, weighted, and 1 dark frame"));
   const QJsonObject json = QJsonDocument::fromJson(ReadFile(m_folder.filePath("weighted.json"))).object();
@@ -121,12 +186,39 @@ TEST_F(ViewReference, TheAcquiredFramesBecomeAWeightedTableThatThePlugInLoads)
   EXPECT_EQ(json["frame_count"].toInt(), 16);
   EXPECT_EQ(json["expect_gray"].toInt(), static_cast<int>(stFrames.nExpectGray));
 
-  Press("StartStop");
-  dynamic_cast<GenApi::IValue *>(GetCamera().GetDeviceNodeMap()->GetNode("Width"))->FromString("128");
-  Press("StartStop");
+  {
+    const CReferenceUser user(*m_pWindow, EAnswer::NotWanted);
+    const CHastyUser hasty;
+    FindAction()->trigger();
+    EXPECT_EQ(user.m_strTexts.toStdString(), "") << "cancelled";
+  }
+}
+
+TEST_F(ViewReference, FramesOfAnotherSizeEndItAlsoWhileTheUserLooksAtTheFigures)
+{
+  ShowWindow();
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  Press("ShowDialog");
+  GetDriver().SetFrameCount(1);
+  ASSERT_EQ(GetDriver().AcquireBright().strBox.toStdString(), "");
+  ASSERT_TRUE(WaitEnabled(true)) << FindAction()->toolTip().toStdString();
+  const QString strFile = m_folder.filePath("made.ffc");
+  CReferenceUser user(*m_pWindow, EAnswer::File, strFile);
+  user.m_fnMeanwhile = [this] { // the camera's doing: the user has a box before the window
+    m_pWindow->SlotStartStop();
+    dynamic_cast<GenApi::IValue *>(GetCamera().GetDeviceNodeMap()->GetNode("Width"))->FromString("128");
+    m_pWindow->SlotStartStop();
+  };
+  user.m_fnMayAnswer = [this] { return !FindAction()->isEnabled(); };
+  FindAction()->trigger();
+  EXPECT_TRUE(user.m_strTexts.contains("From 1 bright and 0 dark frames")) << user.m_strTexts.toStdString();
+  EXPECT_TRUE(user.m_strError.startsWith("The frames have another size or format")) << user.m_strError.toStdString();
+  EXPECT_FALSE(QFile::exists(strFile));
   ASSERT_TRUE(WaitEnabled(false));
   EXPECT_NE(FindAction()->toolTip().indexOf("another size or format"), -1) << FindAction()->toolTip().toStdString();
   EXPECT_EQ(m_pWindow->GetAcquiredFrames().GetBright(), nullptr) << "dropped";
+  ASSERT_EQ(GetDriver().AcquireBright().strBox.toStdString(), "");
+  EXPECT_TRUE(WaitEnabled(true)) << FindAction()->toolTip().toStdString();
 }
 
 TEST_F(ViewReference, ACameraThatCorrectsItselfTakesNone)

@@ -16,12 +16,16 @@
 
 #include <qwt_plot.h>
 #include <qwt_plot_curve.h>
+#include <qwt_plot_spectrogram.h>
+#include <qwt_scale_draw.h>
 #include <qwt_scale_map.h>
 #include <qwt_scale_widget.h>
 
 #include "frames/ifilekind.h"
 #include "host/options/cameraopening.h"
 #include "host/window/appearance.h"
+#include "host/window/blockmapplot.h"
+#include "host/window/curveplot.h"
 #include "host/window/imageview.h"
 #include "tests/host/window/windowfixture.h"
 
@@ -36,16 +40,6 @@ protected:
   bool WaitPicture() const
   {
     return QTest::qWaitFor([this] { return !GetView().GetPicture().isNull(); });
-  }
-  QAction *FindAction(const char *pText) const
-  {
-    for (QAction *pAction : m_pWindow->findChildren<QAction *>()) {
-      if (pAction->text().remove(QLatin1Char('&')) == QLatin1String(pText)) {
-        return pAction;
-      }
-    }
-    ADD_FAILURE() << pText;
-    return nullptr;
   }
   void Trigger(const char *pText)
   {
@@ -132,7 +126,21 @@ TEST_F(ViewTools, RawStandsBesideCorrectedWithBothHalvesLabelled)
   Trigger("Per image");
   EXPECT_NE(GetView().GetLeftLabel().section('\n', 1), GetView().GetRightLabel().section('\n', 1));
 
+  GetView().SetTool(EImageTool::Region);
+  Drag(ToView(100, 80), ToView(131, 95));
+  GetView().SetTool(EImageTool::Pan);
+  const QStringList listFigures = Find<QLabel>("RegionFigures")->text().split('\n');
+  ASSERT_EQ(listFigures.size(), 2) << GetText("RegionFigures");
+  const auto GetRed = [](const QString &strFigures) {
+    return strFigures.section("R: mean ", 1).section(' ', 0, 0).toDouble();
+  };
+  EXPECT_TRUE(listFigures[0].startsWith("corrected: Region 32 x 16 px"));
+  EXPECT_TRUE(listFigures[1].startsWith("raw: Region 32 x 16 px"));
+  EXPECT_NEAR(GetRed(listFigures[0]) + GetRed(listFigures[1]), 255, 0.11) << GetText("RegionFigures");
+
   const int nDivider = GetView().GetDividerX();
+  Send(QEvent::MouseMove, QPointF(nDivider + 2, 100), Qt::NoButton);
+  EXPECT_EQ(GetView().cursor().shape(), Qt::SplitHCursor);
   Drag(QPointF(nDivider, 100), QPointF(nDivider - 60, 100));
   EXPECT_NEAR(GetView().GetDividerX(), nDivider - 60, 1);
   GetView().setFocus();
@@ -284,11 +292,36 @@ TEST_F(ViewTools, PlotsFollowTheLook)
   EXPECT_EQ(CountLight(), 0);
   Trigger("Dark, as the dialog");
   EXPECT_TRUE(QTest::qWaitFor([&] { return plot.canvasBackground().color().lightness() < 60; }));
+  for (const char *pPlane : {"R", "G", "B", "Mono"}) {
+    EXPECT_GT(GetPlaneColor(QLatin1String(pPlane), plot.palette()).lightness(), 150) << pPlane;
+  }
+  QLabel warning;
+  SetWarning(warning, true);
+  EXPECT_GT(warning.palette().color(QPalette::WindowText).lightness(), 150);
   EXPECT_GT(CountLight(), 6) << "what has no room in a tool bar is found";
   EXPECT_LT(m_pWindow->palette().color(QPalette::Window).lightness(), 60);
   EXPECT_EQ(RestoreLook(), ELook::AsDialog) << "and remembers it";
   Trigger("As the desktop");
   EXPECT_EQ(RestoreLook(), ELook::AsDesktop);
+}
+
+TEST(BlockMap, OfNoBlocksIsEmptyAndLargeNumbersAreShort)
+{
+  CBlockMapPlot plot(nullptr);
+  ffc::quality::SBlockMeans stBlocks;
+  stBlocks.nColumns = 2;
+  stBlocks.nLines = 1;
+  stBlocks.listMeans = {90, 110};
+  plot.SetBlocks(stBlocks);
+  auto *pMap = static_cast<QwtPlotSpectrogram *>(plot.itemList(QwtPlotItem::Rtti_PlotSpectrogram).value(0));
+  ASSERT_NE(pMap, nullptr);
+  EXPECT_NE(pMap->data(), nullptr);
+  plot.SetBlocks({});
+  EXPECT_EQ(pMap->data(), nullptr);
+  const QwtScaleDraw &scale = *plot.axisScaleDraw(QwtPlot::yLeft);
+  EXPECT_EQ(scale.label(-2.5e6).text().toStdString(), "-2.5M");
+  EXPECT_EQ(scale.label(12000).text().toStdString(), "12k");
+  EXPECT_EQ(scale.label(9999).text().toStdString(), "9999");
 }
 
 TEST_F(ViewTools, ColourIsOfferedForMosaicsOnly)

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QLabel>
 #include <QSettings>
@@ -67,6 +68,17 @@ protected:
     return pWidget;
   }
   std::string GetText(const char *pLabel) const { return Find<QLabel>(pLabel)->text().toStdString(); }
+  /// Of a menu, by its whole text without the letter of its key.
+  QAction *FindAction(const char *pText) const
+  {
+    for (QAction *pAction : m_pWindow->findChildren<QAction *>()) {
+      if (pAction->text().remove(QLatin1Char('&')) == QLatin1String(pText)) {
+        return pAction;
+      }
+    }
+    ADD_FAILURE() << pText;
+    return nullptr;
+  }
   void Press(const char *pButton) { QTest::mouseClick(Find<QAbstractButton>(pButton), Qt::LeftButton); }
   /// Without a window manager nobody gives the window its focus back when a box before it has closed.
   void Key(int nKey, Qt::KeyboardModifiers modifiers)
@@ -101,6 +113,20 @@ protected:
     ASSERT_FALSE(stBright.bWarning) << stBright.strPrompt.toStdString();
     ASSERT_EQ(driver.Execute().strBox.toStdString(), "");
     QApplication::setActiveWindow(m_pWindow.get());
+  }
+
+  /// All that works with a camera, as if a menu or key had asked for it.
+  void BeginEverything()
+  {
+    for (const auto fnSlot :
+         {&CMainWindow::SlotRestoreSettings, &CMainWindow::SlotExpose, &CMainWindow::SlotSaveImage,
+          &CMainWindow::SlotSaveSequence, &CMainWindow::SlotSavePreset, &CMainWindow::SlotShowFeatures,
+          &CMainWindow::SlotLoadLastCoefficients, &CMainWindow::SlotMakeReference, &CMainWindow::SlotMeasure,
+          &CMainWindow::SlotCheckDrift, &CMainWindow::SlotSaveReport}) {
+      (m_pWindow.get()->*fnSlot)();
+      EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    }
+    EXPECT_EQ(m_pWindow->findChild<QWidget *>(QStringLiteral("FeatureBrowser")), nullptr);
   }
 
   CDialogDriver GetDriver() const { return CDialogDriver(*CDialogDriver::FindAnyDialog()); }

@@ -105,7 +105,7 @@ TEST_F(WindowWorkflow, SaysWhyFramesOfAnotherSizeAreNotCorrected)
     WaitText("Correction", "NOT corrected: the frame is 128 x 192 Mono12, the coefficients are for 256 x 192"));
 }
 
-TEST_F(WindowWorkflow, AnAcquisitionShowsItsProgressAndCanBeCancelled)
+TEST_F(WindowWorkflow, AnAcquisitionLetsNothingElseBeginAndCanBeCancelled)
 {
   m_dFrameRate = 20;
   ShowWindow();
@@ -113,9 +113,9 @@ TEST_F(WindowWorkflow, AnAcquisitionShowsItsProgressAndCanBeCancelled)
   Press("ShowDialog");
   CDialogDriver driver = GetDriver();
   driver.SetFrameCount(16);
-  CBoxPresser presser("AcquisitionProgress", "&Cancel");
+  const CInterrupter user("AcquisitionProgress", [this] { BeginEverything(); });
   const SDialogAnswer stAnswer = driver.AcquireBright();
-  EXPECT_EQ(presser.GetPressed(), 1);
+  EXPECT_TRUE(user.HasActed());
   EXPECT_EQ(stAnswer.strBox.toStdString(), "") << "the user knows that he has cancelled";
   EXPECT_EQ(GetText("DialogNote"), "Acquisition cancelled: no frames were taken over.");
   EXPECT_FALSE(driver.IsExecuteEnabled());
@@ -124,16 +124,27 @@ TEST_F(WindowWorkflow, AnAcquisitionShowsItsProgressAndCanBeCancelled)
   EXPECT_EQ(driver.AcquireDark().strBox.toStdString(), "");
 }
 
-TEST_F(WindowWorkflow, AMeasurementCanBeCancelled)
+TEST_F(WindowWorkflow, WhatTakesLongLetsNothingElseBeginAndCanBeCancelled)
 {
   m_dFrameRate = 20;
   ShowWindow();
   Correct();
   ASSERT_TRUE(WaitText("Correction", "corrected"));
-  CBoxPresser presser("WaitBox", "&Cancel");
-  Press("Measure");
-  EXPECT_GE(presser.GetPressed(), 1);
+  for (const char *pButton : {"Measure", "CheckDrift"}) {
+    const CInterrupter user("WaitBox", [this] { BeginEverything(); });
+    Press(pButton);
+    EXPECT_TRUE(user.HasActed()) << pButton;
+  }
   EXPECT_EQ(GetText("Verdict"), "Not measured");
+  EXPECT_EQ(GetText("Drift"), "");
+  const QString strSequence = m_folder.filePath("sequence.ser");
+  {
+    const CModalAnswerer answerer(strSequence);
+    const CInterrupter user("WaitBox", [this] { BeginEverything(); });
+    m_pWindow->SlotSaveSequence();
+    EXPECT_TRUE(user.HasActed());
+  }
+  EXPECT_FALSE(QFile::exists(strSequence)) << "nothing is left of it";
   EXPECT_TRUE(Find<QAbstractButton>("Measure")->isEnabled());
   EXPECT_FALSE(Find<QAbstractButton>("SaveReport")->isEnabled());
 }
@@ -164,6 +175,12 @@ TEST_F(WindowWorkflow, MeasuringWithoutACorrectionGivesABaseline)
   {
     const CModalAnswerer answerer(m_folder.filePath("baseline.html"));
     Press("SaveReport");
+  }
+  {
+    const CModalAnswerer answerer(m_folder.filePath("none/page.html"));
+    Press("SaveReport");
+    ASSERT_EQ(answerer.GetMessages().size(), 1);
+    EXPECT_TRUE(answerer.GetMessages()[0].contains("page")) << answerer.GetMessages()[0].toStdString();
   }
   const QJsonObject json = QJsonDocument::fromJson(ReadFile(m_folder.filePath("baseline.json"))).object();
   EXPECT_EQ(json["verdict"].toString().toStdString(), "baseline");
