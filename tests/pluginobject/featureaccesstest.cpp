@@ -183,6 +183,9 @@ TEST_F(FeatureAccess, WhateverTheLookUpThrowsIsAFeatureError)
     for (const SOperation &stOperation : GetOperations()) {
       EXPECT_EQ(stOperation.fnCall(features, "Any"), FEATURE_ERROR) << stOperation << ' ' << strKind;
     }
+    bool bAnswer = true;
+    EXPECT_EQ(features.IsFeatureImplemented("Any", bAnswer), FEATURE_ERROR) << strKind;
+    EXPECT_TRUE(bAnswer) << strKind;
   }
 }
 

@@ -169,6 +169,16 @@ TEST_F(LiveFrames, AStoppedPreviewGoesOnWithoutAReport)
   EXPECT_EQ(m_listReports, std::vector<bool>{true});
 }
 
+TEST_F(LiveFrames, APreviewThatIsSwitchedOffForgetsItsReport)
+{
+  m_liveFrames.Open();
+  m_liveFrames.SetPreview(true);
+  m_liveFrames.SetPreview(false);
+  m_liveFrames.ResumePreview();
+  EXPECT_TRUE(IsCorrected());
+  EXPECT_TRUE(m_listReports.empty());
+}
+
 TEST_F(LiveFrames, FramesThatTheCameraCorrectsAreLeftAlone)
 {
   m_liveFrames.SetProcess(&m_process, false);

@@ -4,6 +4,7 @@
 
 #include "tests/pluginobject/failingtranslator.h"
 #include "tests/pluginobject/pluginfixture.h"
+#include "tests/support/markingtranslator.h"
 
 using ffc::pluginobject::ETextAudience;
 using ffc::pluginobject::GetStatusSourceText;
@@ -72,6 +73,25 @@ TEST_F(PluginIdentity, StatusTextsAreThoseForHostsByteForByte)
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1012), "Buffer size is error  ");
   EXPECT_STREQ(m_pPlugin->GetStatusText(-1019), "Unknown error");
   EXPECT_STREQ(m_pPlugin->GetStatusText(-2000), "Unknown error");
+}
+
+TEST_F(PluginIdentity, EveryTextForTheHostIsTranslatedInTheCommonContext)
+{
+  const ffc::test::CMarkingTranslator marking;
+  for (int32_t nStatus = -1020; nStatus <= 1; ++nStatus) {
+    EXPECT_EQ(m_pPlugin->GetStatusText(nStatus),
+              std::string("QObject: ") + GetStatusSourceText(nStatus, ETextAudience::Host));
+  }
+  m_stInitParam.pDeviceName = "Camera";
+  ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_STREQ(m_pPlugin->GetPluginName(), "Flat Field Correction Plugin");
+  EXPECT_STREQ(m_pPlugin->GetPluginDisplayName(), "QObject: Flat Field Correction Plugin");
+  EXPECT_STREQ(
+    m_pPlugin->GetPluginDescription(),
+    "QObject: This plugin can calculate flat field correction coefficient and set the coefficient to device");
+  EXPECT_EQ(GetWindowTitle(), "QObject: Flat Field Correction Plugin  Camera");
+  Send(PLUGIN_MSG_DEVICE_NAME, "Renamed");
+  EXPECT_EQ(GetBarTitle(), "QObject: Flat Field Correction Plugin  Renamed");
 }
 
 TEST_F(PluginIdentity, AStatusTextLastsUntilTheNextOne)

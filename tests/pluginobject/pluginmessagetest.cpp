@@ -95,12 +95,16 @@ TEST_F(PluginMessage, OtherCodesAreIgnored)
 {
   ASSERT_EQ(Initialize(), PLUGIN_STATUS_SUCCESS);
   const std::string strTitle = GetBarTitle();
-  for (const int32_t nCode : {0, 3, 10, 11, 12, 14, 1001, 1002, 1003, -1}) {
-    Send(nCode, "text");
-    EXPECT_FALSE(m_pPlugin->IsDialogVisible()) << nCode;
-    EXPECT_EQ(GetBarTitle(), strTitle) << nCode;
+  for (const bool bShown : {false, true}) {
+    FindDialog()->setVisible(bShown);
+    m_listReceived.clear();
+    for (const int32_t nCode : {0, 3, 10, 11, 12, 14, 1001, 1002, 1003, -1}) {
+      Send(nCode, "text");
+      EXPECT_EQ(m_pPlugin->IsDialogVisible(), bShown) << nCode;
+      EXPECT_EQ(GetBarTitle(), strTitle) << nCode;
+    }
+    EXPECT_TRUE(m_listReceived.empty()) << bShown;
   }
-  EXPECT_TRUE(m_listReceived.empty());
 }
 
 TEST_F(PluginMessage, WithoutADialogEveryCodeIsIgnored)

@@ -108,6 +108,18 @@ TEST_F(ProcessImage, HandsARequestedFrameOverAndDoesNotCorrectIt)
   EXPECT_EQ(m_stResult.bCorrected, 0);
 }
 
+TEST_F(ProcessImage, HandsNothingOfAFrameWithANegativeSizeOver)
+{
+  InitializeWithScript();
+  m_stScript.nWaitResult = REQUESTED;
+  for (const int32_t nPayloadSize : {-1, INT32_MIN}) {
+    m_stScript.listCalls.clear();
+    m_stInput.nPayloadSize = nPayloadSize;
+    EXPECT_EQ(Process(), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(m_stScript.listCalls, (std::vector<std::string>{"receive 0", "ready"}));
+  }
+}
+
 TEST_F(ProcessImage, KeepsNoFrameThatNobodyRequested)
 {
   InitializeWithScript();

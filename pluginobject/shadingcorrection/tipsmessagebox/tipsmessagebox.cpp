@@ -146,6 +146,8 @@ bool CTipsMessageBox::__CreateControls()
   if (!Create(m_pMessageLabel, this, __LINE__)) {
     return false;
   }
+  // Messages have texts of cameras in them.
+  m_pMessageLabel->setTextFormat(Qt::PlainText);
   m_pMessageLabel->setMaximumWidth(MESSAGE_WIDTH);
   m_pMessageLabel->setWordWrap(true);
   if (!Create(m_pIconLabel, this, __LINE__)) {

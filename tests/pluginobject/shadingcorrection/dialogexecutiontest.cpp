@@ -1,14 +1,19 @@
 // Execution, preview, and loading and saving.
+#include <algorithm>
 #include <stdexcept>
 #include <thread>
 #include <utility>
 
 #include <QApplication>
+#include <QCursor>
+#include <QImage>
+#include <QPixmap>
 #include <QPointer>
 #include <QSignalSpy>
 
 #include "tests/pluginobject/failingtranslator.h"
 #include "tests/pluginobject/shadingcorrection/dialogfixture.h"
+#include "tests/support/markingtranslator.h"
 
 using ffc::pluginobject::ETextAudience;
 using ffc::pluginobject::GetStatusSourceText;
@@ -92,8 +97,10 @@ TEST_F(DialogExecution, AFailingExecutionOnTheHostTurnsThePreviewOff)
   OpenWithBright();
   Click(Execute());
   ASSERT_TRUE(Preview()->isChecked());
+  const std::string strPrompt = Prompt();
   m_stScript.nExecuteStatus = PLUGIN_STATUS_INVALID_PARAM;
   EXPECT_EQ(BoxOf([&] { Click(Execute()); }), "Invalid input param");
+  EXPECT_EQ(Prompt(), strPrompt);
   EXPECT_FALSE(Preview()->isEnabled());
   EXPECT_FALSE(Preview()->isChecked());
   EXPECT_FALSE(m_pDialog->IsApplyingCorrection());
@@ -189,6 +196,37 @@ TEST_F(DialogExecution, ThePreviewBoxSwitchesTheCamerasCorrection)
   EXPECT_EQ(BoxOf([&] { ClickBox(Preview()); }), "Failure to operation device feature");
 }
 
+TEST_F(DialogExecution, AWaitCursorShowsWhileTheCameraWorksAndNoneWhileTheUserChoosesAFile)
+{
+  OpenWithBright("FlatFieldCorrection");
+  std::vector<bool> listWaiting;
+  m_stScript.fnNoted = [&listWaiting](const std::string &strCall) {
+    if (strCall.find("gray") == std::string::npos && strCall.find("Count") == std::string::npos) {
+      const QCursor *pCursor = QApplication::overrideCursor();
+      listWaiting.push_back(pCursor != nullptr && pCursor->shape() == Qt::WaitCursor);
+    }
+  };
+  for (const char *pName :
+       {"ExecuteShadingCorrection_Button", "LoadFlash_Button", "SaveFlash_Button", "LoadPC_Button", "SavePC_Button"}) {
+    Click(Button(pName));
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << pName;
+  }
+  EXPECT_EQ(listWaiting, (std::vector<bool>{true, true, true, false, false}));
+}
+
+TEST_F(DialogExecution, FramesAreLeftAloneWhileAnExecutionOrALoadRunsAndGoOnBeingCorrectedWhileAFileIsSaved)
+{
+  OpenWithBright();
+  Click(Execute());
+  std::vector<bool> listApplying;
+  m_stScript.fnMeanwhile = [&] { listApplying.push_back(m_pDialog->IsApplyingCorrection()); };
+  for (const char *pName : {"ExecuteShadingCorrection_Button", "LoadPC_Button", "SavePC_Button"}) {
+    Click(Button(pName));
+    EXPECT_TRUE(m_pDialog->IsApplyingCorrection()) << pName;
+  }
+  EXPECT_EQ(listApplying, (std::vector<bool>{false, false, true}));
+}
+
 TEST_F(DialogExecution, FlashOperationsReloadTheSettings)
 {
   m_stScript.stInfo.nFrameCount = 1;
@@ -226,6 +264,9 @@ TEST_F(DialogExecution, LoadingAFileOnTheHostSwitchesThePreviewOn)
   EXPECT_TRUE(Preview()->isChecked());
   EXPECT_TRUE(m_pDialog->IsApplyingCorrection());
   EXPECT_EQ(m_stScript.listCalls, std::vector<std::string>{"load file"});
+  EXPECT_TRUE(OfferFromFrameThread());
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Prompt(), "") << "nothing was executed";
 }
 
 TEST_F(DialogExecution, LoadingAFileInDeviceModeReloadsTheSettings)
@@ -428,6 +469,32 @@ TEST_F(DialogExecution, AnErrorWithoutMemoryForItsBoxIsShownInThePromptLine)
   EXPECT_EQ(PromptColour(), QColor(Qt::red));
 }
 
+TEST_F(DialogExecution, AnErrorIsShownInAModalBoxWithTheIconOfAnErrorAndOneButton)
+{
+  ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
+  m_stScript.nFileStatus = PLUGIN_STATUS_WRITE_FILE_ERROR;
+  const QImage imageExpected = QPixmap(QStringLiteral(":/skin/images/ErrorBig.png")).toImage();
+  int nIcons = 0;
+  int nButtons = 0;
+  CModalAnswer answer;
+  answer.BeforeAnswer([&](QDialog &dialog) {
+    EXPECT_TRUE(dialog.isModal());
+    EXPECT_EQ(dialog.parentWidget(), nullptr);
+    for (const QLabel *pLabel : dialog.findChildren<QLabel *>()) {
+      nIcons += pLabel->pixmap(Qt::ReturnByValue).toImage() == imageExpected ? 1 : 0;
+    }
+    for (const QPushButton *pButton : dialog.findChildren<QPushButton *>()) {
+      nButtons += pButton->text().isEmpty() || !pButton->isVisible() ? 0 : 1;
+    }
+  });
+  Click(Button("SavePC_Button"));
+  ASSERT_EQ(answer.GetBoxes().size(), 1U);
+  EXPECT_EQ(answer.GetBoxes()[0].strPressed, "OK");
+  EXPECT_FALSE(imageExpected.isNull());
+  EXPECT_EQ(nIcons, 1);
+  EXPECT_EQ(nButtons, 1);
+}
+
 TEST_F(DialogExecution, EveryStatusButTheSilentOnesIsReportedInItsWords)
 {
   ASSERT_EQ(Open(), PLUGIN_STATUS_SUCCESS);
@@ -448,4 +515,41 @@ TEST_F(DialogExecution, EveryStatusButTheSilentOnesIsReportedInItsWords)
     Click(Button("SavePC_Button"));
   }
   EXPECT_TRUE(answer.GetBoxes().empty());
+}
+
+TEST_F(DialogExecution, EveryTextOfItsOwnIsTranslatedInItsContextAndEveryStatusInTheCommonOne)
+{
+  const CMarkingTranslator marking;
+  const CModalAnswer answer;
+  ASSERT_EQ(Open("FlatFieldCorrection"), PLUGIN_STATUS_SUCCESS);
+  std::vector<std::string> listTexts = {Button("SaveFlash_Button")->toolTip().toStdString()};
+  const auto acquire = [&](QPushButton *pButton, double dMaxGray, bool bBlackLevelDefault) {
+    m_stScript.dMaxGray = dMaxGray;
+    m_stScript.bBlackLevelDefault = bBlackLevelDefault;
+    Click(pButton);
+    listTexts.push_back(Prompt());
+  };
+  acquire(Dark(), 100, true);
+  acquire(Dark(), 3, false);
+  acquire(Dark(), 3, true);
+  acquire(Bright(), 3, true);
+  acquire(Bright(), 255, true);
+  acquire(Bright(), 100, true);
+  for (const int32_t nStatus : {PLUGIN_STATUS_SUCCESS, PLUGIN_STATUS_CORRECTION_ERROR}) {
+    m_stScript.nExecuteStatus = nStatus;
+    Click(Execute());
+    listTexts.push_back(Prompt());
+  }
+  m_pDialog->SlotShowInfo(false);
+  listTexts.push_back(Prompt());
+  m_pDialog->SlotShowInfo(true);
+  EXPECT_EQ(Prompt(), std::string("CShadingCorrectionDlg: ") + EXECUTED);
+  for (const std::string &strText : listTexts) {
+    EXPECT_EQ(strText.rfind("CShadingCorrectionDlg: ", 0), 0U) << strText;
+    EXPECT_EQ(std::count(listTexts.begin(), listTexts.end(), strText), 1) << strText;
+  }
+  ASSERT_EQ(answer.GetBoxes().size(), 1U);
+  EXPECT_EQ(answer.GetBoxes()[0].strTitle, "CShadingCorrectionDlg: Error");
+  EXPECT_EQ(answer.GetBoxes()[0].strMessage, "QObject: Flat field correction error");
+  EXPECT_EQ(answer.GetBoxes()[0].strPressed, "QObject: OK");
 }

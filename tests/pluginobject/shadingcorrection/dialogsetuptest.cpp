@@ -78,6 +78,26 @@ TEST_F(DialogSetup, AnyOtherModeGivesAnInertDialogAndSuccess)
   EXPECT_FALSE(m_pDialog->IsColorCamera());
 }
 
+TEST_F(DialogSetup, TheProcessGetsTheFeaturesOfTheCameraAndOfTheStream)
+{
+  m_camera.Device().AddInteger("OfTheCamera", 1);
+  m_camera.Stream().AddInteger("OfTheStream", 2);
+  Build();
+  int nMade = 0;
+  m_pDialog->SetProcessFactory([this, &nMade](EProcessKind, const ffc::pluginobject::CFeatureAccess &deviceFeatures,
+                                              const ffc::pluginobject::CFeatureAccess &streamFeatures,
+                                              std::unique_ptr<IShadingCorrectionProcess> &pProcess) {
+    int64_t nValue = 0;
+    EXPECT_EQ(deviceFeatures.GetIntFeature("OfTheCamera", nValue), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(streamFeatures.GetIntFeature("OfTheStream", nValue), PLUGIN_STATUS_SUCCESS);
+    pProcess = std::make_unique<CScriptedProcess>(m_stScript);
+    ++nMade;
+    return PLUGIN_STATUS_SUCCESS;
+  });
+  EXPECT_EQ(Init(), PLUGIN_STATUS_SUCCESS);
+  EXPECT_EQ(nMade, 1);
+}
+
 TEST_F(DialogSetup, AFailingModeQueryReturnsItsStatus)
 {
   m_camera.AddShadingCorrectionMode("FlatFieldCorrection");

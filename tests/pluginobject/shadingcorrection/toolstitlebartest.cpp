@@ -299,6 +299,15 @@ TEST_F(ToolsTitleBar, ADoubleClickMaximizesAndRestoresWithButtonTypeOne)
   EXPECT_EQ(GetShownButtons(), QStringLiteral("Min Max Close"));
 }
 
+TEST_F(ToolsTitleBar, IsOfButtonTypeOneWithoutABorderUntilItIsToldOtherwise)
+{
+  ShowAt({100, 100});
+  EXPECT_TRUE(QTest::qWaitFor([this] { return m_pBar->width() == m_window.width(); }));
+  QTest::mouseDClick(m_pBar, Qt::LeftButton, Qt::NoModifier, QPoint(40, 15));
+  EXPECT_TRUE(m_window.isMaximized());
+  EXPECT_EQ(GetShownButtons(), QStringLiteral("Min Restore Close"));
+}
+
 TEST_F(ToolsTitleBar, ADoubleClickDoesNothingWithOtherButtonTypes)
 {
   ShowAt({100, 100});

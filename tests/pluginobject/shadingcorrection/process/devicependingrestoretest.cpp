@@ -187,21 +187,28 @@ TEST(DevicePendingRestoreParts, ASelectorThatTheCameraRefusedComesBackWithTheNex
 
 TEST(DevicePendingRestoreParts, ACameraThatChangedANumberItselfIsNotTakenForAUser)
 {
-  CDeviceRig rig;
-  rig.ChangeSettings();
-  rig.Camera().Float("ExposureTime").Poke(20000.4);
-  const Settings mapUser = rig.TakeSettings();
-  CRefusals refusals;
-  rig.SetHook(std::ref(refusals));
-  rig.SetMessageHook([&](int32_t nCode) {
-    if (nCode == PLUGIN_MSG_ACQUISITION_OFF) {
-      rig.Camera().Float("ExposureTime").Poke(20000.0); // what it makes of the number that was written
-      refusals.Refuse("UserSetLoad");
-    }
-  });
-  EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
-  rig.SetMessageHook(nullptr);
-  refusals.Permit();
-  EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
-  EXPECT_EQ(DescribeChanges(mapUser, rig.TakeSettings()), "");
+  struct SNumber {
+    const char *pName;
+    double dUser;
+    double dCamera; // what the camera makes of the number that was written
+  };
+  for (const SNumber &stNumber : {SNumber{"ExposureTime", 20000.4, 20000.0}, SNumber{"Gain", 7.4, 7.0}}) {
+    CDeviceRig rig;
+    rig.ChangeSettings();
+    rig.Camera().Float(stNumber.pName).Poke(stNumber.dUser);
+    const Settings mapUser = rig.TakeSettings();
+    CRefusals refusals;
+    rig.SetHook(std::ref(refusals));
+    rig.SetMessageHook([&](int32_t nCode) {
+      if (nCode == PLUGIN_MSG_ACQUISITION_OFF) {
+        rig.Camera().Float(stNumber.pName).Poke(stNumber.dCamera);
+        refusals.Refuse("UserSetLoad");
+      }
+    });
+    EXPECT_EQ(rig.AcquireBright(120), PLUGIN_STATUS_SUCCESS);
+    rig.SetMessageHook(nullptr);
+    refusals.Permit();
+    EXPECT_EQ(rig.AcquireDark(10), PLUGIN_STATUS_SUCCESS);
+    EXPECT_EQ(DescribeChanges(mapUser, rig.TakeSettings()), "") << stNumber.pName;
+  }
 }

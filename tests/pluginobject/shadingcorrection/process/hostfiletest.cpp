@@ -5,6 +5,7 @@
 #include "pluginobject/statuscode.h"
 #include "tests/pluginobject/shadingcorrection/process/hostrig.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
+#include "tests/support/fullvolume.h"
 
 using ffc::genapi::SNodeAccess;
 using ffc::pluginobject::CFeatureAccess;
@@ -127,6 +128,18 @@ TEST_F(HostFile, WithoutCoefficientsNothingIsSavedAndNoFileTouched)
   EXPECT_EQ(ReadAll(Path("a.ffc")), "former");
   EXPECT_FALSE(QFile::exists(Path("b.ffc")));
   EXPECT_TRUE(m_chooser.GetQuestions().empty());
+}
+
+TEST_F(HostFile, ThatCannotBeWrittenIsReportedAndTheFormerOneStays)
+{
+  MakeCoefficients(false);
+  WriteAll(Path("a.ffc"), "former");
+  for (const char *pName : {"a.ffc", "new.ffc"}) {
+    const CFullVolume fullVolume(1000);
+    EXPECT_EQ(Save(pName), PLUGIN_STATUS_WRITE_FILE_ERROR) << pName;
+  }
+  EXPECT_EQ(ReadAll(Path("a.ffc")), "former");
+  EXPECT_FALSE(QFile::exists(Path("new.ffc")));
 }
 
 TEST_F(HostFile, WithoutACameraIsNotLoaded)

@@ -28,15 +28,6 @@ Log KeepWrites(const Log &listLog)
   return listWrites;
 }
 
-Log RecordAccesses(CProcessRig &rig, const std::function<int32_t()> &fnOperation)
-{
-  CAccessRecorder recorder;
-  rig.SetHook(std::ref(recorder));
-  EXPECT_EQ(fnOperation(), 0);
-  rig.SetHook(nullptr);
-  return recorder.GetLog();
-}
-
 Log RecordOperation(CProcessRig &rig, const std::function<int32_t()> &fnOperation)
 {
   Log listLog;

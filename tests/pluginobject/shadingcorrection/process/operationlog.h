@@ -19,10 +19,8 @@ Log Join(const std::vector<Log> &listParts);
 /// The lines of writes.
 Log KeepWrites(const Log &listLog);
 
-/// All that an operation, which has to succeed, reads, writes, executes and asks.
-Log RecordAccesses(CProcessRig &rig, const std::function<int32_t()> &fnOperation);
-
-/// The same with the process's messages between them: "start stream" and "stop stream".
+/// All that an operation, which has to succeed, reads, writes, executes and asks, with the process's messages between
+/// them: "start stream" and "stop stream".
 Log RecordOperation(CProcessRig &rig, const std::function<int32_t()> &fnOperation);
 
 } // namespace ffc::test

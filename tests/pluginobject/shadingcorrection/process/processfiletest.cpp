@@ -2,11 +2,13 @@
 #include <string>
 #include <vector>
 
+#include <QDialog>
 #include <QDir>
 #include <QTemporaryDir>
 
 #include "tests/pluginobject/shadingcorrection/process/processkinds.h"
 #include "tests/pluginobject/shadingcorrection/process/scriptedchooser.h"
+#include "tests/support/markingtranslator.h"
 #include "tests/support/modalanswer.h"
 
 using namespace ffc::test;
@@ -64,6 +66,18 @@ TYPED_TEST(CoefficientFile, IsAskedForWithTheTextsOfEachDialog)
             (std::vector<std::string>{"save: Save FFC, ini file (*.ffc)", "open: Open FFC, ini file (*.ffc)"}));
 }
 
+TYPED_TEST(CoefficientFile, IsAskedForInTheTranslationOfItsProcess)
+{
+  const CMarkingTranslator marking;
+  this->m_chooser.Choose(QString());
+  EXPECT_EQ(this->m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
+  EXPECT_EQ(this->m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
+  const std::string strContext = std::string(TypeParam::CLASS) + ": ";
+  const std::string strFilter = ", " + strContext + "ini file (*.ffc)";
+  EXPECT_EQ(this->m_chooser.GetQuestions(), (std::vector<std::string>{"save: " + strContext + "Save FFC" + strFilter,
+                                                                      "open: " + strContext + "Open FFC" + strFilter}));
+}
+
 TYPED_TEST(CoefficientFile, ThatTheUserDoesNotChooseChangesNothing)
 {
   this->m_chooser.Choose(QString());
@@ -105,7 +119,8 @@ TYPED_TEST_SUITE(FileDialogs, Kinds, SKindName);
 
 TYPED_TEST(FileDialogs, StartInTheFolderOfCoefficientFiles)
 {
-  const CModalAnswer answer; // cancels
+  CModalAnswer answer; // cancels
+  answer.BeforeAnswer([](QDialog &dialog) { EXPECT_EQ(dialog.parentWidget(), nullptr); });
   EXPECT_EQ(this->m_rig.Process().LoadFromFile(), PLUGIN_STATUS_SILENT);
   EXPECT_EQ(this->m_rig.Process().SaveToFile(), PLUGIN_STATUS_SILENT);
   ASSERT_EQ(answer.GetFileDialogs().size(), 2U);

@@ -197,6 +197,15 @@ TEST(TipsMessageBox, HasItsNamesAndSizes)
   EXPECT_FALSE(box.findChild<QPushButton *>(QStringLiteral("ButtonClose"))->isHidden());
 }
 
+// Texts of cameras and of the system stand in messages.
+TEST(TipsMessageBox, ShowsMarkupInAMessageAsItIsWritten)
+{
+  const QString strMessage = QStringLiteral("the node <b>Gain</b> &lt; 3");
+  const CTipsMessageBox box(strMessage, "", EKind::Error, QMessageBox::Ok);
+  EXPECT_EQ(SParts(box).pMessage->text(), strMessage);
+  EXPECT_EQ(SParts(box).pMessage->textFormat(), Qt::PlainText);
+}
+
 void ExpectBox(QLayout *pLayout, QBoxLayout::Direction eDirection, int nMargin, int nSpacing)
 {
   auto *pBox = qobject_cast<QBoxLayout *>(pLayout);

@@ -109,6 +109,9 @@ TEST(VignettingSize, TheLargestSidesHaveASizeAsLongAsItFits)
   EXPECT_EQ(GetSize(0, LARGEST_SIDE, 64, 2, 64), ((int64_t{1} << 31) + 2) * 4 * 2);
   EXPECT_EQ(GetSize(4, 64, LARGEST_SIDE, 64, 2), ((int64_t{1} << 31) + 2) * 4 * 6);
   EXPECT_EQ(GetSize(1, LARGEST_SIDE, LARGEST_SIDE, 4, 4), ((int64_t{1} << 30) + 2) * ((int64_t{1} << 30) + 2) * 6);
+  // 2^31 - 2 points by 2^31 + 2, of 2 bytes each: the last even number of columns that fits 63 bits.
+  EXPECT_EQ(GetSize(0, LARGEST_SIDE - 6, LARGEST_SIDE, 2, 2), INT64_MAX - 7);
+  EXPECT_EQ(GetSize(0, LARGEST_SIDE - 2, LARGEST_SIDE, 2, 2), IMAGECALC_STATUS_INVALID_ARGUMENT);
   EXPECT_EQ(GetSize(0, LARGEST_SIDE, LARGEST_SIDE, 2, 2), IMAGECALC_STATUS_INVALID_ARGUMENT);
   EXPECT_EQ(GetSize(1, LARGEST_SIDE, LARGEST_SIDE, 2, 2), IMAGECALC_STATUS_INVALID_ARGUMENT);
 }
