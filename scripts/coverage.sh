@@ -11,7 +11,7 @@ folders=(ombrix pluginobject/shadingcorrection/imagecalc pluginobject/shadingcor
   pluginobject pluginobject/shadingcorrection platform genapi camera host)
 # What looks at the built files is for the build without counters; what lets threads meet for minutes adds no line.
 skipped='^(ombrix_exports_test|ombrix_substitute_test|pluginobject_framethread_test)$'
-wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|platform_test|genapi_test|genapi_pfnc_test|camera_test|camera_[a-z]+_test|aravis_[a-z]+_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|quality_test|host_test|host_[a-z]+_test|pluginobject_[a-z]+_test|pluginobject_test|dialog_test|widgets_test)$'
+wanted='^(ombrix_[a-z]+_test|ombrix_test|imagecalc_test|process_[a-z]+_test|process_test|frames_test|platform_test|platform_moduleversion_test|genapi_test|genapi_pfnc_test|camera_test|camera_[a-z]+_test|aravis_[a-z]+_test|framefiles_fuzzregression_test|ffc_tool_test|reference_test|quality_test|host_test|host_[a-z]+_test|pluginobject_[a-z]+_test|pluginobject_test|dialog_test|widgets_test)$'
 build=$root/build/coverage
 
 build_tests() {

@@ -16,8 +16,10 @@ ARITHMETIC = {"+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",), "%": ("*",), "
               "|": ("&",), "^": ("&",), "+=": ("-=",), "-=": ("+=",), "*=": ("/=",), "/=": ("*=",), "|=": ("&=",), "&=": ("|=",)}
 OPERATORS = re.compile(r"(?<=\s)(<<|>>|[<>=!+\-*/|&]=|&&|\|\||[<>+\-*/%&|^])(?=\s)")
 NUMBER = re.compile(r"(?<![\w.'])(0x[0-9A-Fa-f']+|\d[\d']*(?:\.\d*)?(?:e[+-]?\d+)?)([uUlLfF]*)(?![\w.'])")
+# The lesser or the greater of two, which are the same where they are equal.
+CHOICE = re.compile(r"(?<![\w.])([\w.\[\]]+)(?= [<>]=? ([\w.\[\]]+) \? (?:\1 : \2|\2 : \1)(?![\w.\[(]))")
 # What is no call, and what does not mind the order.
-NO_CALL = {"min", "max", "if", "while", "for", "switch", "return", "sizeof", "catch", "static_assert", "alignas", "decltype", "noexcept"}
+NO_CALL = {"min", "max", "Min", "Max", "if", "while", "for", "switch", "return", "sizeof", "catch", "static_assert", "alignas", "decltype", "noexcept"}
 OPENING, CLOSING = "([{", ")]}"
 PARAMETER = re.compile(r"^(const )?[\w:]+(<.*>)?(\s+[&*]*|\s*[&*]+)\w+( = .*)?$")
 # What a statement without a declaration begins with: a name, its members and elements.
@@ -82,11 +84,13 @@ def change_numbers(code, _):
 
 
 def change_operators(code, _):
+    choices = {match.end() + 1 for match in CHOICE.finditer(code)}
     for match in OPERATORS.finditer(code):
         token = match.group(1)
         for name, table in (("relational", RELATIONAL), ("arithmetic", ARITHMETIC)):
             for text in table.get(token, ()):
-                yield name, match.start(), match.end(), text
+                if match.start() not in choices or text.rstrip("=") != token.rstrip("="):
+                    yield name, match.start(), match.end(), text
 
 
 def negate_conditions(code, text):

@@ -74,7 +74,7 @@ def try_mutant(build, tests, mutant, programs):
 
 
 def read_equivalents():
-    """Of each mutant that nobody can tell from the original, (path, before, after): the reason."""
+    """Of each mutant that nobody can tell from the original, (path, before, after): the reason. After "*" is any change."""
     with open(os.path.join(ROOT, "scripts", "mutants-equivalent.txt"), encoding="utf-8") as file:
         blocks = re.split(r"\n\s*\n", re.sub(r"^#.*\n", "", file.read(), flags=re.M).strip())
     found = {}
@@ -188,7 +188,7 @@ def run_all(options, sample, chosen, results):
 
     def run_one(entry):
         folder, mutant = entry
-        if (mutant.path, mutant.before, mutant.after) in equivalents:
+        if any((mutant.path, mutant.before, after) in equivalents for after in (mutant.after, "*")):
             results.add(folder, mutant, "equivalent", "", 0.0)
         elif not options.minutes or time.monotonic() - start < 60 * options.minutes:
             results.add(folder, mutant, *try_mutant(build, tests, mutant, programs[folder]))

@@ -173,11 +173,37 @@ TEST(BandPool, LeavesFramesToTheirCallersOnceItIsClosed)
   EXPECT_TRUE(stVisits.IsOwnWork());
 }
 
-TEST(BandPool, ClosesWithoutEverHavingStarted)
+TEST(BandPool, ClosesWithoutEverHavingStartedAndStartsNoThreadAfterwards)
 {
-  CBandPool pool(3);
+  static int s_nStarted;
+  s_nStarted = 0;
+  CBandPool pool(3, [](ffc::platform::CWorkerThread &thread, void (*fnWork)(void *), void *pContext) {
+    ++s_nStarted;
+    return thread.Start(fnWork, pContext);
+  });
   pool.Close();
   EXPECT_TRUE(Visit(pool, LARGE).IsOwnWork());
+  EXPECT_EQ(s_nStarted, 0);
+}
+
+TEST(BandPool, EndsAllOfItsThreadsWhenItIsClosed)
+{
+  static std::atomic<void (*)(void *)> s_fnWork;
+  static std::atomic<int> s_nEnded;
+  s_nEnded = 0;
+  CBandPool pool(4, [](ffc::platform::CWorkerThread &thread, void (*fnWork)(void *), void *pContext) {
+    s_fnWork = fnWork;
+    return thread.Start(
+      [](void *pWork) {
+        s_fnWork.load()(pWork);
+        ++s_nEnded;
+      },
+      pContext);
+  });
+  (void)Visit(pool, LARGE);
+  EXPECT_EQ(s_nEnded, 0);
+  pool.Close();
+  EXPECT_EQ(s_nEnded, 3);
 }
 
 TEST(BandPool, PreparesOnceBeforeItsFirstThread)
@@ -198,6 +224,8 @@ TEST(BandPool, TakesHalfTheProcessorsAndFourThreadsAtMostUnlessAskedForAnotherNu
   }
   EXPECT_EQ(ChooseThreadCount("1", 8), 1U);
   EXPECT_EQ(ChooseThreadCount("2", 2), 2U);
+  EXPECT_EQ(ChooseThreadCount("9", 2), 9U);
+  EXPECT_EQ(ChooseThreadCount("03", 2), 3U);
   EXPECT_EQ(ChooseThreadCount("16", 2), 16U);
   for (const char *const pNoWish : {"", "0", "17", "-1", " 2", "2 ", "two", "4294967297", "99999999999999999999999"}) {
     EXPECT_EQ(ChooseThreadCount(pNoWish, 8), 4U) << pNoWish;

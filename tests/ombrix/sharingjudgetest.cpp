@@ -48,6 +48,7 @@ TEST(SharingJudge, ThePaceLeavesOutTheLongestBandUnlessItIsTheOnlyOne)
 {
   EXPECT_EQ(SPace().GetMean(), AT_ONCE);
   EXPECT_EQ(MakePace(1, 7 * BAND).GetMean(), 7 * BAND);
+  EXPECT_EQ(MakePace(2, 7 * BAND).GetMean(), BAND);
   EXPECT_EQ(MakePace(3, 7 * BAND).GetMean(), BAND);
   EXPECT_EQ(MakePace(3, 7 * BAND).longest, 7 * BAND);
 }

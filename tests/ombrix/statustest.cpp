@@ -85,15 +85,19 @@ TEST_F(OmbrixStatus, AQueryAnswersForTheLargestTableThatThirtyTwoBitsCount)
   m_stParam.nWidth = 0x3FFFFFFF;
   EXPECT_EQ(OmbrixComputeFlatField(m_stParam, nullptr, &nSize, nullptr), OMBRIX_STATUS_SUCCESS);
   EXPECT_EQ(nSize, 0xFFFFFFFCU);
-  m_stParam.nWidth = 0x40000000;
-  ExpectQueryFails(OMBRIX_STATUS_OUT_OF_RANGE);
+  for (const uint32_t nWidth : {0x40000000U, 0x40000001U, 0xFFFFFFFFU}) {
+    m_stParam.nWidth = nWidth;
+    ExpectQueryFails(OMBRIX_STATUS_OUT_OF_RANGE);
+  }
 
   m_stParam.pDark = nullptr;
   m_stParam.nWidth = 0x7FFFFFFF;
   EXPECT_EQ(OmbrixComputeFlatField(m_stParam, nullptr, &nSize, nullptr), OMBRIX_STATUS_SUCCESS);
   EXPECT_EQ(nSize, 0xFFFFFFFEU);
-  m_stParam.nWidth = 0x80000000;
-  ExpectQueryFails(OMBRIX_STATUS_OUT_OF_RANGE);
+  for (const uint32_t nWidth : {0x80000000U, 0x80000001U, 0xFFFFFFFFU}) {
+    m_stParam.nWidth = nWidth;
+    ExpectQueryFails(OMBRIX_STATUS_OUT_OF_RANGE);
+  }
 }
 
 TEST_F(OmbrixStatus, AMissingBrightFrameIsRefused)

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ombrix/bandpool.h"
+#include "ombrix/flatfield.h"
 #include "ombrix/kernels/flatfieldkernels.h"
 #include "platform/kernelchoice.h"
 #include "tests/ombrix/pixelbytes.h"
@@ -79,6 +81,21 @@ TEST(OmbrixThreads, TablesAndFramesAreThoseOfOneThread)
     EXPECT_TRUE(stExample.CorrectsToTheSameFrame(false)) << nBitDepth;
     EXPECT_TRUE(stExample.CorrectsToTheSameFrame(true)) << nBitDepth;
   }
+}
+
+// The first frame of a pool is shared, however busy the machine is.
+TEST(OmbrixThreads, BandsOfAFirstFrameAreThoseOfOneThread)
+{
+  const SExample stExample(12);
+  TBytes listTable(stExample.listTable.size());
+  CBandPool poolForTable(3);
+  ComputeTable({stExample.listBright.data(), stExample.listDark.data(), PIXELS, 12}, TARGET << 4, listTable.data(),
+               poolForTable);
+  EXPECT_TRUE(listTable == stExample.listTable);
+  TBytes listCorrected(stExample.listCorrected.size());
+  CBandPool poolForFrame(3);
+  ApplyTable({stExample.listBright.data(), listCorrected.data(), PIXELS, 12}, {listTable.data(), true}, poolForFrame);
+  EXPECT_TRUE(listCorrected == stExample.listCorrected);
 }
 
 TEST(OmbrixThreads, SeveralCallersAtOnceGetTheirOwnFrames)
