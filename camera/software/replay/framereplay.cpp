@@ -15,7 +15,9 @@ void CFrameReplay::Expose(const SCameraSettings &, const SScene &stScene, uint64
   const std::size_t nBegin = bMeasure ? nFirstHalf : 0;
   const std::size_t nCount = bMeasure ? listFrames.size() - nFirstHalf : nFirstHalf;
   std::size_t &nPlayed = m_anPlayed[stScene.bLensCapOn ? 0 : 1][bMeasure ? 1 : 0];
-  listFrame = listFrames[nBegin + nPlayed++ % nCount];
+  const std::size_t nRound = nPlayed / nCount;
+  listFrame = listFrames[nBegin + (nPlayed + nRound) % nCount];
+  ++nPlayed;
 }
 
 } // namespace ffc::camera

@@ -11,7 +11,8 @@
 namespace ffc::camera {
 
 /// Plays dark frames while the lens cap is on, where there are any, else bright ones, in order and round again; the
-/// first half of each kind for acquisitions (one more when the number is odd), the second for measurements.
+/// first half of each kind for acquisitions (one more when the number is odd), the second for measurements. Each round
+/// begins one frame later, so that a host which is too slow for all frames does not get the same few again and again.
 class CFrameReplay final : public IFrameSource {
 public:
   explicit CFrameReplay(ffc::frames::SRecordedFrames stFrames);

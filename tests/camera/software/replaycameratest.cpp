@@ -15,10 +15,12 @@
 #include <gtest/gtest.h>
 
 #include "camera/iscenecontrol.h"
+#include "camera/software/replay/framereplay.h"
 #include "camera/software/replay/replaycamera.h"
 #include "frames/recordedframes.h"
 #include "tests/camera/framecollector.h"
 
+using ffc::camera::CFrameReplay;
 using ffc::camera::CreateReplayCamera;
 using ffc::camera::FindSceneControl;
 using ffc::camera::ICamera;
@@ -85,6 +87,23 @@ std::string GetText(GenApi::INodeMap *pMap, const char *pName)
   return dynamic_cast<GenApi::IValue *>(pMap->GetNode(pName))->ToString().c_str();
 }
 
+// Bright frames of one pixel each, of values 101, 102, ...
+ffc::frames::SRecordedFrames MakeRecording(int nBright)
+{
+  ffc::frames::SRecordedFrames stFrames;
+  for (int n = 0; n < nBright; ++n) {
+    stFrames.listBright.push_back({static_cast<uint8_t>(101 + n)});
+  }
+  return stFrames;
+}
+
+int ExposeValue(CFrameReplay &replay)
+{
+  std::vector<uint8_t> listFrame;
+  replay.Expose({}, {}, 0, listFrame);
+  return listFrame.at(0);
+}
+
 // The values of many frames, after those that the change before may still have missed.
 std::vector<int> TakeValues(ffc::test::CFrameCollector &collector, std::size_t nCount)
 {
@@ -111,19 +130,29 @@ std::string FindRealFrames()
 
 } // namespace
 
-TEST(ReplayCamera, PlaysBrightFramesInOrderAndRoundAgain)
+TEST(ReplayCamera, PlaysBrightFramesInOrderAndRoundAgainFromOneFrameLater)
 {
-  CRecordingFolder folder;
-  folder.AddFrames(2, 6);
-  const auto pCamera = Open(folder);
-  ffc::test::CFrameCollector collector(*pCamera);
-  ASSERT_EQ(pCamera->Start().GetError(), "");
-  const std::vector<int> listValues = TakeValues(collector, 12);
-  ASSERT_EQ(listValues.size(), 12U);
-  for (std::size_t n = 1; n < listValues.size(); ++n) {
-    EXPECT_EQ(listValues[n], listValues[n - 1] == 103 ? 101 : listValues[n - 1] + 1);
+  CFrameReplay replay(MakeRecording(6));
+  std::vector<int> listValues;
+  for (int n = 0; n < 12; ++n) {
+    listValues.push_back(ExposeValue(replay));
   }
-  pCamera->Stop();
+  EXPECT_EQ(listValues, (std::vector<int>{101, 102, 103, 102, 103, 101, 103, 101, 102, 101, 102, 103}));
+}
+
+TEST(ReplayCamera, AHostThatTakesEveryNthFrameOnlyGetsDifferentFramesAllTheSame)
+{
+  for (int nStep = 1; nStep <= 10; ++nStep) {
+    CFrameReplay replay(MakeRecording(40)); // 20 of them for acquisitions
+    std::set<int> setTaken;
+    for (int n = 0; n < 16 * nStep; ++n) {
+      const int nValue = ExposeValue(replay);
+      if (n % nStep == 0) {
+        setTaken.insert(nValue);
+      }
+    }
+    EXPECT_GE(setTaken.size(), 14U) << "every " << nStep << " of 20, 16 times";
+  }
 }
 
 TEST(ReplayCamera, AcquisitionAndMeasurementNeverShareAFrame)
