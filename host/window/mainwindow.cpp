@@ -101,6 +101,7 @@ void CMainWindow::ForgetCamera()
   m_pQualityPanel->Clear();
   m_pFrame.reset();
   m_pImageArea->SetFrame(nullptr);
+  m_pStatusLine->Clear();
   m_exposure.Cancel();
   delete m_pFeatures;
   m_stCorrectedShape.reset();

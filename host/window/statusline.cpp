@@ -56,7 +56,7 @@ CStatusLine::CStatusLine(QWidget *pParent)
     m_pShape(Add(new QLabel(this), "Shape", 0)), m_pPixel(Add(new QLabel(this), "Pixel", 1))
 {
   m_pPixel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  ShowCorrection(JudgeCorrection({}));
+  Clear();
 }
 
 QLabel *CStatusLine::Add(QLabel *pLabel, const char *pName, int nStretch)
@@ -100,6 +100,15 @@ void CStatusLine::ShowShape(const QString &strShape, double dScale)
 void CStatusLine::ShowPixel(const QString &strPixel)
 {
   m_pPixel->setText(strPixel);
+}
+
+void CStatusLine::Clear()
+{
+  for (QLabel *pLabel : {m_pRate, m_pDropped, m_pShape, m_pPixel}) {
+    pLabel->clear();
+  }
+  m_pDropped->setToolTip(QString());
+  ShowCorrection(JudgeCorrection({}));
 }
 
 } // namespace ffc::host

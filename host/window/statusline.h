@@ -25,6 +25,8 @@ public:
   void ShowCounts(const SFrameCounts &stCounts, const QString &strLosses);
   void ShowShape(const QString &strShape, double dScale);
   void ShowPixel(const QString &strPixel);
+  /// As made: of no camera, and of no frame.
+  void Clear();
 
 private:
   QLabel *Add(QLabel *pLabel, const char *pName, int nStretch);

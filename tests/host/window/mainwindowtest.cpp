@@ -17,6 +17,7 @@
 #include "host/options/language.h"
 #include "host/window/displaypicture.h"
 #include "host/window/imageview.h"
+#include "host/window/statusline.h"
 #include "tests/host/faultycamera.h"
 #include "tests/host/window/windowfixture.h"
 
@@ -415,6 +416,34 @@ TEST_F(MainWindow, AnotherCameraTakesThePlaceOfTheFirst)
   EXPECT_EQ(GetView()->GetPicture().format(), QImage::Format_RGB32) << "in colour";
   Key(Qt::Key_K, Qt::ControlModifier);
   EXPECT_EQ(GetView()->GetPicture().format(), QImage::Format_Grayscale8);
+}
+
+TEST_F(MainWindow, TheStatusLineSaysNothingOfACameraThatIsGone)
+{
+  ShowWindow([this](const SCameraOptions &stOptions) -> OpenedCamera {
+    if (stOptions.strPixelFormat != "Mono12") {
+      return ffc::Failure("It is somebody else's.");
+    }
+    return OpenSimulated(stOptions);
+  });
+  const char *const LABELS[] = {"Correction", "Rate", "Dropped", "Shape", "Pixel"};
+  std::vector<std::string> listAtFirst;
+  for (const char *pLabel : LABELS) {
+    listAtFirst.push_back(CStatusLine(nullptr).findChild<QLabel *>(QLatin1String(pLabel))->text().toStdString());
+  }
+  ASSERT_TRUE(WaitText("Correction", "raw"));
+  ASSERT_TRUE(WaitText("Shape", "256 x 192"));
+  QTest::mouseMove(GetView(), GetView()->rect().center());
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !GetText("Pixel").empty() && !GetText("Dropped").empty(); }));
+  SCameraOptions stOther = m_stCamera;
+  stOther.strPixelFormat = "Mono8";
+  ASSERT_EQ(m_pWindow->OpenCamera(stOther).GetError(), "It is somebody else's.");
+  QTest::qWait(300); // no status comes later either
+  std::vector<std::string> listNow;
+  for (const char *pLabel : LABELS) {
+    listNow.push_back(GetText(pLabel));
+  }
+  EXPECT_EQ(listNow, listAtFirst);
 }
 
 TEST_F(MainWindow, FitsTheScreenWhenItIsShownFirst)
