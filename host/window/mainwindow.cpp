@@ -102,6 +102,7 @@ void CMainWindow::ForgetCamera()
   m_pFrame.reset();
   m_pImageArea->SetFrame(nullptr);
   m_pStatusLine->Clear();
+  setWindowTitle(QString());
   m_exposure.Cancel();
   delete m_pFeatures;
   m_stCorrectedShape.reset();

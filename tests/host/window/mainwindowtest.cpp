@@ -418,7 +418,7 @@ TEST_F(MainWindow, AnotherCameraTakesThePlaceOfTheFirst)
   EXPECT_EQ(GetView()->GetPicture().format(), QImage::Format_Grayscale8);
 }
 
-TEST_F(MainWindow, TheStatusLineSaysNothingOfACameraThatIsGone)
+TEST_F(MainWindow, StatusLineAndTitleSayNothingOfACameraThatIsGone)
 {
   ShowWindow([this](const SCameraOptions &stOptions) -> OpenedCamera {
     if (stOptions.strPixelFormat != "Mono12") {
@@ -444,6 +444,7 @@ TEST_F(MainWindow, TheStatusLineSaysNothingOfACameraThatIsGone)
     listNow.push_back(GetText(pLabel));
   }
   EXPECT_EQ(listNow, listAtFirst);
+  EXPECT_EQ(m_pWindow->windowTitle().toStdString(), "");
 }
 
 TEST_F(MainWindow, FitsTheScreenWhenItIsShownFirst)
