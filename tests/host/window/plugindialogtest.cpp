@@ -1,6 +1,8 @@
 /// \file
 /// The plug-in's dialog beside the window: where it stands, and what the window says of what is done in it.
 
+#include <functional>
+
 #include <QAction>
 #include <QDialog>
 #include <QDir>
@@ -31,6 +33,21 @@ protected:
     ASSERT_TRUE(WaitText("Correction", "raw"));
     Correct();
     ASSERT_TRUE(WaitText("Correction", "corrected"));
+  }
+
+  /// Whether the dialog has the focus after an action. Where programs share a desktop another may take it at that very
+  /// moment, so that none of this one's windows has it: then once more.
+  static bool BringsDialogToTheFront(const std::function<void()> &fnAct)
+  {
+    bool bInFront = false;
+    for (int nTry = 0; nTry < 5 && !bInFront; ++nTry) {
+      fnAct();
+      bInFront = QTest::qWaitFor([] { return QApplication::activeWindow() == CDialogDriver::FindDialog(); });
+      if (QApplication::activeWindow() != nullptr) {
+        break;
+      }
+    }
+    return bInFront;
   }
 
   /// Evenly lit, with noise; a dark frame, twice the same, and bright ones that differ.
@@ -91,12 +108,11 @@ TEST_F(PluginDialog, BelongsToTheWindowAndStandsBesideTheImage)
 {
   ShowWindow();
   m_pWindow->setGeometry(10, 20, 1000, 780);
-  Press("ShowDialog");
+  EXPECT_TRUE(BringsDialogToTheFront([this] { Press("ShowDialog"); }));
   QDialog *pDialog = CDialogDriver::FindDialog();
   ASSERT_NE(pDialog, nullptr);
   EXPECT_EQ(pDialog->parentWidget(), m_pWindow.get()) << "it stays above the window";
   EXPECT_FALSE(GetGlobal(*pDialog).intersects(GetGlobal(*m_pWindow->findChild<CImageView *>())));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == pDialog; }));
 }
 
 TEST_F(PluginDialog, StaysWhereTheUserHasPutIt)
@@ -118,9 +134,10 @@ TEST_F(PluginDialog, IsInFrontAgainAfterAnAcquisition)
   Press("ShowDialog");
   CDialogDriver driver = GetDriver();
   driver.SetFrameCount(2);
-  QApplication::setActiveWindow(m_pWindow.get());
-  ASSERT_EQ(driver.AcquireBright().strBox.toStdString(), "");
-  EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() == CDialogDriver::FindDialog(); }));
+  EXPECT_TRUE(BringsDialogToTheFront([&] {
+    QApplication::setActiveWindow(m_pWindow.get());
+    EXPECT_EQ(driver.AcquireBright().strBox.toStdString(), "");
+  }));
 }
 
 TEST_F(PluginDialog, NothingIsInFrontOfTheWindowOnceTheAcquisitionIsDone)
