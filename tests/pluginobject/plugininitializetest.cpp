@@ -2,7 +2,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include <QFile>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QWidget>
 
 #include "tests/pluginobject/failingtranslator.h"
@@ -350,6 +352,15 @@ TEST_F(PluginLanguage, ATranslationThatCannotBeLoadedTakesTheFormersPlaceUntilTh
   EXPECT_FALSE(m_pPlugin->LoadTranslation(QString()));
   EXPECT_EQ(QObject::tr("Success"), QStringLiteral("Success"));
   EXPECT_TRUE(m_pPlugin->LoadTranslation(QStringLiteral(":/lumalevel_zh.qm")));
+  EXPECT_NE(QObject::tr("Success"), QStringLiteral("Success"));
+}
+
+TEST_F(PluginLanguage, ATranslationMayBeAFileOnTheDisk)
+{
+  const QTemporaryDir dir;
+  const QString strFile = dir.filePath(QStringLiteral("other.qm"));
+  ASSERT_TRUE(QFile::copy(QStringLiteral(":/lumalevel_zh.qm"), strFile));
+  EXPECT_TRUE(m_pPlugin->LoadTranslation(strFile));
   EXPECT_NE(QObject::tr("Success"), QStringLiteral("Success"));
 }
 

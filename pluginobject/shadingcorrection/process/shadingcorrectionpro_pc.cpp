@@ -147,7 +147,6 @@ void CShadingCorrectionPro_PC::__KeepDarkFrame()
 
 int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
 {
-  m_bBrightValid = false;
   m_bright.Drop();
   if (!__HasNodeMaps()) {
     return PLUGIN_STATUS_INVALID_PARAM;
@@ -156,7 +155,6 @@ int32_t CShadingCorrectionPro_PC::AcquireBrightImage()
     m_bDarkValid = false;
   }
   m_bBrightValid = true;
-  m_bright.EndAcquisition();
   const CScopeGuard restore([this] {
     m_whiteBalance.Restore(m_deviceFeatures);
     m_bright.EndAcquisition();

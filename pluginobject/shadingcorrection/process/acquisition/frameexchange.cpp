@@ -100,14 +100,14 @@ int32_t CFrameExchange::TakeFrames(uint32_t nTimeout, uint32_t nCount, const std
 bool CFrameExchange::WaitFrameReady(uint32_t nTimeout)
 {
   using Clock = std::chrono::steady_clock;
-  const Clock::time_point begin = Clock::now();
+  const Clock::time_point end = Clock::now() + std::chrono::milliseconds(nTimeout);
   uint32_t nLeft = nTimeout;
   while (m_eventImageReady.Wait(nLeft) == WAIT_RESULT_SIGNALLED) {
     if (IsInForce(m_nReady)) {
       return true;
     }
-    const auto nPassed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin).count();
-    nLeft = nTimeout - static_cast<uint32_t>(std::min<int64_t>(nPassed, nTimeout));
+    const auto nMilliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+    nLeft = static_cast<uint32_t>(std::max<int64_t>(nMilliseconds, 0));
   }
   return false;
 }

@@ -66,6 +66,7 @@ TEST(FrameFormat, FitsIntoABufferThatHoldsEveryPixel)
 {
   EXPECT_TRUE(MakeFormat(MONO_8, 64, 48).FitsInto(64 * 48));
   EXPECT_FALSE(MakeFormat(MONO_8, 64, 48).FitsInto(64 * 48 - 1));
+  EXPECT_TRUE(MakeFormat(MONO_8, 1, 1).FitsInto(1));
   for (const uint32_t nPixelFormat : {MONO_10, MONO_12, MONO_16, MONO_10_PACKED, UNKNOWN_FORMAT}) {
     EXPECT_TRUE(MakeFormat(nPixelFormat, 64, 48).FitsInto(2 * 64 * 48)) << nPixelFormat;
     EXPECT_FALSE(MakeFormat(nPixelFormat, 64, 48).FitsInto(2 * 64 * 48 - 1)) << nPixelFormat;

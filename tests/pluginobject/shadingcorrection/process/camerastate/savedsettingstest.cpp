@@ -201,6 +201,19 @@ TEST_F(SavedNumber, IsWrittenAndComparedWithWhatTheCameraHas)
   EXPECT_FALSE(IsUnchanged());
 }
 
+TEST_F(SavedNumber, IsUnchangedWithinItsOwnLastBitsHoweverLargeItIs)
+{
+  Gain().Range(0.0, 1e6);
+  SaveAndWrite(40000.0);
+  Gain().Poke(40000.02); // five steps of a float
+  EXPECT_TRUE(IsUnchanged());
+  Gain().Poke(40000.1);
+  EXPECT_FALSE(IsUnchanged());
+  SaveAndWrite(0.001);
+  Gain().Poke(0.0011);
+  EXPECT_FALSE(IsUnchanged());
+}
+
 TEST_F(SavedNumber, ThatWasNotWrittenIsUnchanged)
 {
   EXPECT_EQ(m_number.Save(Features()), PLUGIN_STATUS_SUCCESS);
