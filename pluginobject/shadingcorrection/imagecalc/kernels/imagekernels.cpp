@@ -61,6 +61,39 @@ void AddPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
 }
 
 template <class TPixel>
+uint32_t AddNarrowPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
+  auto *const pTo = static_cast<unsigned char *>(pSums);
+  TPixel nBits = 0;
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    const auto nPixel = Load<TPixel>(pFrom, i);
+    nBits = static_cast<TPixel>(nBits | nPixel);
+    Store<uint16_t>(pTo, i, static_cast<uint16_t>(Load<uint16_t>(pTo, i) + nPixel));
+  }
+  return nBits;
+}
+
+template <class TPixel>
+void TakeNarrowPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
+  auto *const pTo = static_cast<unsigned char *>(pSums);
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    Store<uint16_t>(pTo, i, static_cast<uint16_t>(Load<uint16_t>(pTo, i) - Load<TPixel>(pFrom, i)));
+  }
+}
+
+void WidenSums(const void *pNarrow, std::size_t nCount, void *__restrict pWide)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pNarrow);
+  auto *const pTo = static_cast<unsigned char *>(pWide);
+  for (std::size_t i = 0; i < nCount; ++i) {
+    Store<uint32_t>(pTo, i, Load<uint16_t>(pFrom, i));
+  }
+}
+
+template <class TPixel>
 void DividePixels(const void *pSums, std::size_t nPixels, SReciprocal stReciprocal, void *__restrict pPixels)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pSums);
@@ -83,13 +116,13 @@ void MultiplyPixels(const void *pSums, std::size_t nPixels, SReciprocal stRecipr
   }
 }
 
-template <class TPixel>
+template <class TPixel, class TSum>
 void ShiftPixels(const void *pSums, std::size_t nPixels, uint32_t nShift, void *__restrict pPixels)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pSums);
   auto *const pTo = static_cast<unsigned char *>(pPixels);
   for (std::size_t i = 0; i < nPixels; ++i) {
-    Store<TPixel>(pTo, i, static_cast<TPixel>(Load<uint32_t>(pFrom, i) >> nShift));
+    Store<TPixel>(pTo, i, static_cast<TPixel>(Load<TSum>(pFrom, i) >> nShift));
   }
 }
 
@@ -371,7 +404,11 @@ const SImageKernels FFC_KERNEL_TABLE = {
   {AddPixels<uint8_t>, AddPixels<uint16_t>},
   {MultiplyPixels<uint8_t>, MultiplyPixels<uint16_t>},
   {DividePixels<uint8_t>, DividePixels<uint16_t>},
-  {ShiftPixels<uint8_t>, ShiftPixels<uint16_t>},
+  {ShiftPixels<uint8_t, uint32_t>, ShiftPixels<uint16_t, uint32_t>},
+  {AddNarrowPixels<uint8_t>, AddNarrowPixels<uint16_t>},
+  {TakeNarrowPixels<uint8_t>, TakeNarrowPixels<uint16_t>},
+  {ShiftPixels<uint8_t, uint16_t>, ShiftPixels<uint16_t, uint16_t>},
+  WidenSums,
   {SumBlocks<uint8_t>, SumBlocks<uint16_t>},
   {SumCells<uint8_t>, SumCells<uint16_t>},
   {SmoothRows<uint8_t>, SmoothRows<uint16_t>},
