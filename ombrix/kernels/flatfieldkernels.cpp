@@ -189,30 +189,33 @@ inline int32_t IsNegative(int32_t nValue)
   return static_cast<int32_t>(static_cast<uint32_t>(nValue) >> 31);
 }
 
-// dividend / divisor cut to an integer, which has no vector form in integers, by a quotient of floats. To 12 bits a
-// dividend is below 2^24: both floats are exact, and a quotient q that is no integer lies at least 1 / divisor below
-// the next one, which is more than the half unit in the last place that it is rounded by. Above, it may be one off
-// where it is no more than twice the limit; the remainder tells.
-template <uint32_t DEPTH>
+// dividend / divisor cut to an integer, which has no vector form in integers, by a quotient of floats. It may be one
+// off where it is no more than twice the limit; the remainder tells.
 inline int32_t Divide(int32_t nDividend, int32_t nDivisor)
 {
   const auto nQuotient = static_cast<int32_t>(static_cast<float>(nDividend) / static_cast<float>(nDivisor));
-  if constexpr (DEPTH <= EXACT_FLOAT_DEPTH) {
-    return nQuotient;
-  } else {
-    const int32_t nRemainder = nDividend - nQuotient * nDivisor;
-    return nQuotient + 1 - IsNegative(nRemainder) - IsNegative(nRemainder - nDivisor);
-  }
+  const int32_t nRemainder = nDividend - nQuotient * nDivisor;
+  return nQuotient + 1 - IsNegative(nRemainder) - IsNegative(nRemainder - nDivisor);
 }
 
-// min(65535, (target x 4096 + signal / 2) / signal), 65535 without a signal.
+// min(65535, (target x 4096 + signal / 2) / signal), 65535 without a signal. To 12 bits the dividend is below 2^24:
+// both floats are exact, and a quotient q that is no integer lies at least 1 / signal below the next one, which is more
+// than the half unit in the last place that it is rounded by. Without a signal it is infinite, or with a target of 0 no
+// number; neither is below the limit.
 template <uint32_t DEPTH>
 inline uint16_t GetGain(int32_t nSignal, int32_t nScaledTarget)
 {
-  const int32_t nNoSignal = IsZero(nSignal);
-  const int32_t nQuotient = Divide<DEPTH>(nScaledTarget + nSignal / 2, nSignal + nNoSignal);
-  const int32_t nGain = nQuotient < GAIN_LIMIT ? nQuotient : GAIN_LIMIT;
-  return static_cast<uint16_t>(nGain | nNoSignal * GAIN_LIMIT);
+  const int32_t nDividend = nScaledTarget + nSignal / 2;
+  if constexpr (DEPTH <= EXACT_FLOAT_DEPTH) {
+    constexpr float LIMIT = GAIN_LIMIT;
+    const float fQuotient = static_cast<float>(nDividend) / static_cast<float>(nSignal);
+    return static_cast<uint16_t>(static_cast<int32_t>(fQuotient < LIMIT ? fQuotient : LIMIT));
+  } else {
+    const int32_t nNoSignal = IsZero(nSignal);
+    const int32_t nQuotient = Divide(nDividend, nSignal + nNoSignal);
+    const int32_t nGain = nQuotient < GAIN_LIMIT ? nQuotient : GAIN_LIMIT;
+    return static_cast<uint16_t>(nGain | nNoSignal * GAIN_LIMIT);
+  }
 }
 
 template <uint32_t DEPTH, bool HAS_DARK>
@@ -257,7 +260,18 @@ void Compute(const STableRun &stRun)
   auto *pGains = static_cast<unsigned char *>(stRun.pGains);
   auto *pLevels = static_cast<unsigned char *>(stRun.pLevels);
   const int32_t nScaledTarget = static_cast<int32_t>(stRun.nTarget) * GAIN_ONE;
-  std::size_t nLeft = stRun.nPixels;
+  const auto computeStep = [&](std::size_t nPixels) {
+    ComputeStep<DEPTH, HAS_DARK>(pBright, pDark, nPixels, nScaledTarget, pGains, pLevels);
+    pBright += nPixels * PIXEL_BYTES;
+    pGains += nPixels * WORD_BYTES;
+    if constexpr (HAS_DARK) {
+      pDark += nPixels * PIXEL_BYTES;
+      pLevels += nPixels * WORD_BYTES;
+    }
+  };
+  const std::size_t nBeforeLine = CountBeforeLine(pGains, WORD_BYTES, stRun.nPixels);
+  computeStep(nBeforeLine);
+  std::size_t nLeft = stRun.nPixels - nBeforeLine;
   for (; nLeft >= STEP_PIXELS; nLeft -= STEP_PIXELS) {
     AskToRead(pBright, STEP_PIXELS * PIXEL_BYTES);
     AskToWrite(pGains, STEP_PIXELS * WORD_BYTES);
@@ -265,15 +279,9 @@ void Compute(const STableRun &stRun)
       AskToRead(pDark, STEP_PIXELS * PIXEL_BYTES);
       AskToWrite(pLevels, STEP_PIXELS * WORD_BYTES);
     }
-    ComputeStep<DEPTH, HAS_DARK>(pBright, pDark, STEP_PIXELS, nScaledTarget, pGains, pLevels);
-    pBright += STEP_PIXELS * PIXEL_BYTES;
-    pGains += STEP_PIXELS * WORD_BYTES;
-    if constexpr (HAS_DARK) {
-      pDark += STEP_PIXELS * PIXEL_BYTES;
-      pLevels += STEP_PIXELS * WORD_BYTES;
-    }
+    computeStep(STEP_PIXELS);
   }
-  ComputeStep<DEPTH, HAS_DARK>(pBright, pDark, nLeft, nScaledTarget, pGains, pLevels);
+  computeStep(nLeft);
 }
 
 } // namespace
