@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/builtlevel.h"
+#include "platform/cacheline.h"
 #include "platform/prefetch.h"
 
 #if defined(__AVX512BW__)
@@ -25,7 +26,6 @@ constexpr std::size_t WORD_BYTES = 2;
 // which asks for the cache lines of a later one.
 constexpr std::size_t STEP_PIXELS = 64;
 constexpr std::size_t BYTES_AHEAD = 6144;
-constexpr std::size_t LINE_BYTES = 64;
 constexpr uint32_t EXACT_FLOAT_DEPTH = 12;
 
 template <uint32_t DEPTH>
@@ -101,28 +101,22 @@ inline uint16_t Scale(uint16_t nSignal, uint16_t nGain)
 
 inline void AskToRead(const unsigned char *pData, std::size_t nBytes)
 {
-  for (std::size_t n = 0; n < nBytes; n += LINE_BYTES) {
+  for (std::size_t n = 0; n < nBytes; n += FFC_LINE_BYTES) {
     FFC_PREFETCH_TO_READ(pData + BYTES_AHEAD + n);
   }
 }
 
 inline void AskToWrite(const unsigned char *pData, std::size_t nBytes)
 {
-  for (std::size_t n = 0; n < nBytes; n += LINE_BYTES) {
+  for (std::size_t n = 0; n < nBytes; n += FFC_LINE_BYTES) {
     FFC_PREFETCH_TO_WRITE(pData + BYTES_AHEAD + n);
   }
 }
 
-inline std::size_t GetLineOffset(const unsigned char *pData)
-{
-  return reinterpret_cast<uintptr_t>(pData) % LINE_BYTES;
-}
-
-// How many pixels lie before the first whole cache line. Stores that cross lines hold up everything behind them, and
-// with it what a processor reads ahead by itself.
+// How many pixels lie before the first whole cache line.
 inline std::size_t CountBeforeLine(const unsigned char *pData, std::size_t nPixelBytes, std::size_t nPixels)
 {
-  const std::size_t nBefore = (LINE_BYTES - GetLineOffset(pData)) % LINE_BYTES / nPixelBytes;
+  const std::size_t nBefore = FFC_COUNT_BEFORE_LINE(pData, nPixelBytes);
   return nBefore < nPixels ? nBefore : nPixels;
 }
 
@@ -163,7 +157,7 @@ void Apply(const SFrameRun &stRun)
   const std::size_t nBeforeLine = CountBeforeLine(pTo, PIXEL_BYTES, stRun.nPixels);
   applyStep(nBeforeLine);
   // Two streams of whole lines a processor follows best by itself.
-  const bool bAsk = !IN_PLACE || HAS_DARK || GetLineOffset(pGains) != 0;
+  const bool bAsk = !IN_PLACE || HAS_DARK || FFC_OFFSET_IN_LINE(pGains) != 0;
   std::size_t nLeft = stRun.nPixels - nBeforeLine;
   for (; nLeft >= STEP_PIXELS; nLeft -= STEP_PIXELS) {
     if (bAsk) {

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/builtlevel.h"
+#include "platform/cacheline.h"
 
 namespace ffc::imagecalc {
 
@@ -50,28 +51,41 @@ inline void Store(unsigned char *pData, std::size_t nIndex, TValue nValue)
   std::memcpy(pData + nIndex * sizeof nValue, &nValue, sizeof nValue);
 }
 
-template <class TPixel>
-void AddPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
+// \return all bits that any of the pixels has
+template <class TPixel, class TSum>
+inline uint32_t AddRun(const unsigned char *pFrom, std::size_t nPixels, unsigned char *__restrict pTo)
 {
-  const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
-  auto *const pTo = static_cast<unsigned char *>(pSums);
-  for (std::size_t i = 0; i < nPixels; ++i) {
-    Store<uint32_t>(pTo, i, Load<uint32_t>(pTo, i) + Load<TPixel>(pFrom, i));
-  }
-}
-
-template <class TPixel>
-uint32_t AddNarrowPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
-{
-  const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
-  auto *const pTo = static_cast<unsigned char *>(pSums);
   TPixel nBits = 0;
   for (std::size_t i = 0; i < nPixels; ++i) {
     const auto nPixel = Load<TPixel>(pFrom, i);
     nBits = static_cast<TPixel>(nBits | nPixel);
-    Store<uint16_t>(pTo, i, static_cast<uint16_t>(Load<uint16_t>(pTo, i) + nPixel));
+    Store<TSum>(pTo, i, static_cast<TSum>(Load<TSum>(pTo, i) + nPixel));
   }
   return nBits;
+}
+
+// The sums from their first whole cache line on by themselves.
+template <class TPixel, class TSum>
+inline uint32_t AddByLines(const void *pPixels, std::size_t nPixels, void *pSums)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
+  auto *const pTo = static_cast<unsigned char *>(pSums);
+  const std::size_t nBefore = Min(FFC_COUNT_BEFORE_LINE(pTo, sizeof(TSum)), nPixels);
+  const uint32_t nBits = AddRun<TPixel, TSum>(pFrom, nBefore, pTo);
+  return nBits |
+         AddRun<TPixel, TSum>(pFrom + nBefore * sizeof(TPixel), nPixels - nBefore, pTo + nBefore * sizeof(TSum));
+}
+
+template <class TPixel>
+void AddPixels(const void *pPixels, std::size_t nPixels, void *pSums)
+{
+  (void)AddByLines<TPixel, uint32_t>(pPixels, nPixels, pSums);
+}
+
+template <class TPixel>
+uint32_t AddNarrowPixels(const void *pPixels, std::size_t nPixels, void *pSums)
+{
+  return AddByLines<TPixel, uint16_t>(pPixels, nPixels, pSums);
 }
 
 template <class TPixel>
