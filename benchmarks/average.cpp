@@ -10,7 +10,9 @@
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
 
 using ffc::imagecalc::AddFrame;
+using ffc::imagecalc::AddFrameNarrow;
 using ffc::imagecalc::AverageFrames;
+using ffc::imagecalc::AverageFramesNarrow;
 using ffc::platform::GiveZeroedMemory;
 using ffc::platform::TakeZeroedMemory;
 
@@ -64,17 +66,44 @@ void RegisterAccumulation(int32_t nBitDepth)
     });
 }
 
+// The same into sums of 16 bits, as an acquisition of few frames does, and their average.
+void RegisterNarrow(int32_t nBitDepth, uint32_t nFrameCount)
+{
+  const auto fnArena = [=]() -> CArena & { return CArena::ForDepth(nBitDepth); };
+  CKernelBenchmarks("accumulation " + std::to_string(nBitDepth) + " bit, narrow")
+    .Ours([=](const SFrameSize &stSize) {
+      (void)AddFrameNarrow(fnArena().Source(), nBitDepth, static_cast<int64_t>(stSize.CountPixels()), fnArena().Sums());
+    })
+    .Limit([=](const SFrameSize &stSize) {
+      CArena &arena = fnArena();
+      return SStream{arena.Source(), stSize.CountPixels() * arena.GetBytesPerPixel(), nullptr, nullptr, 0,
+                     arena.Sums(),   stSize.CountPixels() * sizeof(uint16_t),         nullptr, 0};
+    });
+  CKernelBenchmarks("average " + std::to_string(nBitDepth) + " bit, " + std::to_string(nFrameCount) + " frames, narrow")
+    .Ours([=](const SFrameSize &stSize) {
+      (void)AverageFramesNarrow(fnArena().Sums(), static_cast<int64_t>(stSize.CountPixels()), nFrameCount, nBitDepth,
+                                fnArena().Destination());
+    })
+    .Limit([=](const SFrameSize &stSize) {
+      CArena &arena = fnArena();
+      return SStream{
+        arena.Sums(),        stSize.CountPixels() * sizeof(uint16_t),        nullptr, nullptr, 0, nullptr, 0,
+        arena.Destination(), stSize.CountPixels() * arena.GetBytesPerPixel()};
+    });
+}
+
 // The first frame of an acquisition, added into sums that were just taken; and into sums that were used before.
 void RegisterFreshSums(int32_t nBitDepth)
 {
-  const auto fnAdd = [=](const SFrameSize &stSize, uint32_t *pSums) {
-    AddFrame(CArena::ForDepth(nBitDepth).Source(), nBitDepth, static_cast<int64_t>(stSize.CountPixels()), pSums);
+  const auto fnAdd = [=](const SFrameSize &stSize, void *pSums) {
+    (void)AddFrameNarrow(CArena::ForDepth(nBitDepth).Source(), nBitDepth, static_cast<int64_t>(stSize.CountPixels()),
+                         pSums);
   };
   CKernelBenchmarks("first frame " + std::to_string(nBitDepth) + " bit")
     .ByClock("fresh sums",
              [=](const SFrameSize &stSize) {
                void *const pSums = TakeZeroedMemory(stSize.CountPixels() * sizeof(uint32_t));
-               fnAdd(stSize, static_cast<uint32_t *>(pSums));
+               fnAdd(stSize, pSums);
                GiveZeroedMemory(pSums);
              })
     .ByClock("used sums", [=](const SFrameSize &stSize) { fnAdd(stSize, CArena::ForDepth(nBitDepth).Sums()); });
@@ -117,6 +146,7 @@ void RegisterAverage()
     RegisterFreshSums(nBitDepth);
     for (const uint32_t nFrameCount : {16U}) {
       RegisterAverageOf(nBitDepth, nFrameCount);
+      RegisterNarrow(nBitDepth, nFrameCount);
     }
   }
 }

@@ -172,15 +172,21 @@ def read_values(path):
 
 def print_acquisition(paths):
     runs = [read_values(path) for path in paths]
-    print("| | acquisition / bare work | execution / acquisition | peak memory / buffers | peak memory |")
-    print("|---|---|---|---|---|")
+    print(
+        "| | acquisition / bare work | with sums of 32 bits | execution / acquisition | peak memory / buffers, acquisition | execution"
+        " | peak memory, acquisition | execution |"
+    )
+    print("|---|---|---|---|---|---|---|---|")
     for pixel_format in runs[0]:
         figures = [run[pixel_format] for run in runs]
         print(
             f"| {pixel_format} | {judge_cost([run['bright_seconds'] / run['bare_seconds'] for run in figures], 1.15)}"
+            f" | {show([run['bright_seconds'] / run['bare_wide_seconds'] for run in figures])}"
             f" | {show([run['execute_seconds'] / run['bright_seconds'] for run in figures])}"
-            f" | {show([run['peak_of_buffers'] for run in figures])}"
-            f" | {show([run['peak_megabytes'] for run in figures], 0)} MB |"
+            f" | {show([run['bright_of_buffers'] for run in figures])}"
+            f" | {show([run['execute_of_buffers'] for run in figures])}"
+            f" | {show([run['bright_megabytes'] for run in figures], 0)} MB"
+            f" | {show([run['execute_megabytes'] for run in figures], 0)} MB |"
         )
 
 

@@ -36,7 +36,7 @@ struct SAdded {
   CNoiseMeter meter;
   uint32_t nFrames = 0;
 
-  reference::SFrameSums GetSums() const { return {sums.GetSums(), nFrames, 0, &meter}; }
+  reference::SFrameSums GetSums() { return {sums.GetSums(), nFrames, 0, &meter}; }
 };
 
 /// \return false when there is no memory, or after bStop
@@ -152,7 +152,7 @@ private:
     double dDifference = 0; ///< mean square between average and weighted average, DN^2
   };
 
-  SSite MeasureSite(uint32_t nFirstLine, uint32_t nFirstColumn, uint32_t nStep) const
+  SSite MeasureSite(uint32_t nFirstLine, uint32_t nFirstColumn, uint32_t nStep)
   {
     const uint32_t *pSums = m_stBright.sums.GetSums();
     const auto *pBright = reinterpret_cast<const uint16_t *>(m_stWeighted.bright.GetData());

@@ -4,7 +4,12 @@
 #include <cstring>
 
 #include "platform/builtlevel.h"
+#include "platform/cacheline.h"
 #include "platform/prefetch.h"
+
+#if defined(__AVX512BW__)
+#include <immintrin.h> // whose functions are part of those that call them, at every optimisation
+#endif
 
 namespace ffc::ombrix {
 
@@ -21,7 +26,6 @@ constexpr std::size_t WORD_BYTES = 2;
 // which asks for the cache lines of a later one.
 constexpr std::size_t STEP_PIXELS = 64;
 constexpr std::size_t BYTES_AHEAD = 6144;
-constexpr std::size_t LINE_BYTES = 64;
 constexpr uint32_t EXACT_FLOAT_DEPTH = 12;
 
 template <uint32_t DEPTH>
@@ -97,28 +101,22 @@ inline uint16_t Scale(uint16_t nSignal, uint16_t nGain)
 
 inline void AskToRead(const unsigned char *pData, std::size_t nBytes)
 {
-  for (std::size_t n = 0; n < nBytes; n += LINE_BYTES) {
+  for (std::size_t n = 0; n < nBytes; n += FFC_LINE_BYTES) {
     FFC_PREFETCH_TO_READ(pData + BYTES_AHEAD + n);
   }
 }
 
 inline void AskToWrite(const unsigned char *pData, std::size_t nBytes)
 {
-  for (std::size_t n = 0; n < nBytes; n += LINE_BYTES) {
+  for (std::size_t n = 0; n < nBytes; n += FFC_LINE_BYTES) {
     FFC_PREFETCH_TO_WRITE(pData + BYTES_AHEAD + n);
   }
 }
 
-inline std::size_t GetLineOffset(const unsigned char *pData)
-{
-  return reinterpret_cast<uintptr_t>(pData) % LINE_BYTES;
-}
-
-// How many pixels lie before the first whole cache line. Stores that cross lines hold up everything behind them, and
-// with it what a processor reads ahead by itself.
+// How many pixels lie before the first whole cache line.
 inline std::size_t CountBeforeLine(const unsigned char *pData, std::size_t nPixelBytes, std::size_t nPixels)
 {
-  const std::size_t nBefore = (LINE_BYTES - GetLineOffset(pData)) % LINE_BYTES / nPixelBytes;
+  const std::size_t nBefore = FFC_COUNT_BEFORE_LINE(pData, nPixelBytes);
   return nBefore < nPixels ? nBefore : nPixels;
 }
 
@@ -159,7 +157,7 @@ void Apply(const SFrameRun &stRun)
   const std::size_t nBeforeLine = CountBeforeLine(pTo, PIXEL_BYTES, stRun.nPixels);
   applyStep(nBeforeLine);
   // Two streams of whole lines a processor follows best by itself.
-  const bool bAsk = !IN_PLACE || HAS_DARK || GetLineOffset(pGains) != 0;
+  const bool bAsk = !IN_PLACE || HAS_DARK || FFC_OFFSET_IN_LINE(pGains) != 0;
   std::size_t nLeft = stRun.nPixels - nBeforeLine;
   for (; nLeft >= STEP_PIXELS; nLeft -= STEP_PIXELS) {
     if (bAsk) {
@@ -189,45 +187,118 @@ inline int32_t IsNegative(int32_t nValue)
   return static_cast<int32_t>(static_cast<uint32_t>(nValue) >> 31);
 }
 
-// dividend / divisor cut to an integer, which has no vector form in integers, by a quotient of floats. To 12 bits a
-// dividend is below 2^24: both floats are exact, and a quotient q that is no integer lies at least 1 / divisor below
-// the next one, which is more than the half unit in the last place that it is rounded by. Above, it may be one off
-// where it is no more than twice the limit; the remainder tells.
-template <uint32_t DEPTH>
+// dividend / divisor cut to an integer, which has no vector form in integers, by a quotient of floats. It may be one
+// off where it is no more than twice the limit; the remainder tells.
 inline int32_t Divide(int32_t nDividend, int32_t nDivisor)
 {
   const auto nQuotient = static_cast<int32_t>(static_cast<float>(nDividend) / static_cast<float>(nDivisor));
-  if constexpr (DEPTH <= EXACT_FLOAT_DEPTH) {
-    return nQuotient;
-  } else {
-    const int32_t nRemainder = nDividend - nQuotient * nDivisor;
-    return nQuotient + 1 - IsNegative(nRemainder) - IsNegative(nRemainder - nDivisor);
-  }
+  const int32_t nRemainder = nDividend - nQuotient * nDivisor;
+  return nQuotient + 1 - IsNegative(nRemainder) - IsNegative(nRemainder - nDivisor);
 }
 
-// min(65535, (target x 4096 + signal / 2) / signal), 65535 without a signal.
+// min(65535, (target x 4096 + signal / 2) / signal), 65535 without a signal. To 12 bits the dividend is below 2^24:
+// both floats are exact, and a quotient q that is no integer lies at least 1 / signal below the next one, which is more
+// than the half unit in the last place that it is rounded by. Without a signal it is infinite, or with a target of 0 no
+// number; neither is below the limit.
 template <uint32_t DEPTH>
 inline uint16_t GetGain(int32_t nSignal, int32_t nScaledTarget)
 {
-  const int32_t nNoSignal = IsZero(nSignal);
-  const int32_t nQuotient = Divide<DEPTH>(nScaledTarget + nSignal / 2, nSignal + nNoSignal);
-  const int32_t nGain = nQuotient < GAIN_LIMIT ? nQuotient : GAIN_LIMIT;
-  return static_cast<uint16_t>(nGain | nNoSignal * GAIN_LIMIT);
+  const int32_t nDividend = nScaledTarget + nSignal / 2;
+  if constexpr (DEPTH <= EXACT_FLOAT_DEPTH) {
+    constexpr float LIMIT = GAIN_LIMIT;
+    const float fQuotient = static_cast<float>(nDividend) / static_cast<float>(nSignal);
+    return static_cast<uint16_t>(static_cast<int32_t>(fQuotient < LIMIT ? fQuotient : LIMIT));
+  } else {
+    const int32_t nNoSignal = IsZero(nSignal);
+    const int32_t nQuotient = Divide(nDividend, nSignal + nNoSignal);
+    const int32_t nGain = nQuotient < GAIN_LIMIT ? nQuotient : GAIN_LIMIT;
+    return static_cast<uint16_t>(nGain | nNoSignal * GAIN_LIMIT);
+  }
 }
 
 template <uint32_t DEPTH, bool HAS_DARK>
-inline void ComputeGains(const unsigned char *pBright, const unsigned char *pDark, std::size_t nPixels,
-                         int32_t nScaledTarget, unsigned char *__restrict pGains)
+inline uint16_t LoadSignal(const unsigned char *pBright, const unsigned char *pDark, std::size_t nIndex)
 {
   using TPixel = typename SDepth<DEPTH>::TPixel;
-  for (std::size_t i = 0; i < nPixels; ++i) {
-    uint16_t nSignal = Limit<DEPTH>(Load<TPixel>(pBright, i));
-    if constexpr (HAS_DARK) {
-      nSignal = SubtractSaturating(nSignal, Limit<DEPTH>(Load<TPixel>(pDark, i)));
-    }
-    Store<uint16_t>(pGains, i, GetGain<DEPTH>(nSignal, nScaledTarget));
+  const uint16_t nSignal = Limit<DEPTH>(Load<TPixel>(pBright, nIndex));
+  if constexpr (HAS_DARK) {
+    return SubtractSaturating(nSignal, Limit<DEPTH>(Load<TPixel>(pDark, nIndex)));
+  } else {
+    return nSignal;
   }
 }
+
+// Divides for each pixel.
+template <uint32_t DEPTH>
+class CGains {
+public:
+  explicit CGains(int32_t nScaledTarget) : m_nScaledTarget(nScaledTarget) {}
+
+  template <bool HAS_DARK>
+  void Compute(const unsigned char *pBright, const unsigned char *pDark, std::size_t nPixels,
+               unsigned char *__restrict pGains) const
+  {
+    for (std::size_t i = 0; i < nPixels; ++i) {
+      Store<uint16_t>(pGains, i, GetGain<DEPTH>(LoadSignal<DEPTH, HAS_DARK>(pBright, pDark, i), m_nScaledTarget));
+    }
+  }
+
+private:
+  int32_t m_nScaledTarget;
+};
+
+#if defined(__AVX512BW__)
+// Bytes have 256 gains, which fit eight registers, and one instruction looks 32 of them up in two. No loop becomes
+// that.
+template <>
+class CGains<8> {
+public:
+  explicit CGains(int32_t nScaledTarget)
+  {
+    for (int32_t nSignal = 0; nSignal < 256; ++nSignal) {
+      m_anGains[nSignal] = GetGain<8>(nSignal, nScaledTarget);
+    }
+  }
+
+  template <bool HAS_DARK>
+  void Compute(const unsigned char *pBright, const unsigned char *pDark, std::size_t nPixels,
+               unsigned char *__restrict pGains) const
+  {
+    std::size_t i = 0;
+    for (; i + VECTOR_WORDS <= nPixels; i += VECTOR_WORDS) {
+      __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(pBright + i));
+      if constexpr (HAS_DARK) {
+        bytes = _mm256_subs_epu8(bytes, _mm256_loadu_si256(reinterpret_cast<const __m256i *>(pDark + i)));
+      }
+      _mm512_storeu_si512(pGains + i * WORD_BYTES, LookUp(_mm512_cvtepu8_epi16(bytes)));
+    }
+    for (; i < nPixels; ++i) {
+      Store<uint16_t>(pGains, i, m_anGains[LoadSignal<8, HAS_DARK>(pBright, pDark, i)]);
+    }
+  }
+
+private:
+  static constexpr std::size_t VECTOR_WORDS = 32;
+
+  // Each instruction takes the lower six bits; the upper two choose among the results of the four.
+  __m512i LookUp(__m512i signals) const
+  {
+    const __mmask32 nOdd = _mm512_test_epi16_mask(signals, _mm512_set1_epi16(64));
+    const __mmask32 nUpper = _mm512_test_epi16_mask(signals, _mm512_set1_epi16(128));
+    return _mm512_mask_blend_epi16(nUpper,
+                                   _mm512_mask_blend_epi16(nOdd, LookUpQuarter(signals, 0), LookUpQuarter(signals, 1)),
+                                   _mm512_mask_blend_epi16(nOdd, LookUpQuarter(signals, 2), LookUpQuarter(signals, 3)));
+  }
+  __m512i LookUpQuarter(__m512i signals, std::size_t nQuarter) const
+  {
+    const uint16_t *const pQuarter = m_anGains + nQuarter * 2 * VECTOR_WORDS;
+    return _mm512_permutex2var_epi16(_mm512_loadu_si512(pQuarter), signals,
+                                     _mm512_loadu_si512(pQuarter + VECTOR_WORDS));
+  }
+
+  uint16_t m_anGains[256];
+};
+#endif
 
 template <uint32_t DEPTH>
 inline void CopyLevels(const unsigned char *pDark, std::size_t nPixels, unsigned char *__restrict pLevels)
@@ -239,16 +310,6 @@ inline void CopyLevels(const unsigned char *pDark, std::size_t nPixels, unsigned
 }
 
 template <uint32_t DEPTH, bool HAS_DARK>
-inline void ComputeStep(const unsigned char *pBright, const unsigned char *pDark, std::size_t nPixels,
-                        int32_t nScaledTarget, unsigned char *pGains, unsigned char *pLevels)
-{
-  ComputeGains<DEPTH, HAS_DARK>(pBright, pDark, nPixels, nScaledTarget, pGains);
-  if constexpr (HAS_DARK) {
-    CopyLevels<DEPTH>(pDark, nPixels, pLevels);
-  }
-}
-
-template <uint32_t DEPTH, bool HAS_DARK>
 void Compute(const STableRun &stRun)
 {
   constexpr std::size_t PIXEL_BYTES = sizeof(typename SDepth<DEPTH>::TPixel);
@@ -256,8 +317,20 @@ void Compute(const STableRun &stRun)
   const auto *pDark = static_cast<const unsigned char *>(stRun.pDark);
   auto *pGains = static_cast<unsigned char *>(stRun.pGains);
   auto *pLevels = static_cast<unsigned char *>(stRun.pLevels);
-  const int32_t nScaledTarget = static_cast<int32_t>(stRun.nTarget) * GAIN_ONE;
-  std::size_t nLeft = stRun.nPixels;
+  const CGains<DEPTH> gains(static_cast<int32_t>(stRun.nTarget) * GAIN_ONE);
+  const auto computeStep = [&](std::size_t nPixels) {
+    gains.template Compute<HAS_DARK>(pBright, pDark, nPixels, pGains);
+    pBright += nPixels * PIXEL_BYTES;
+    pGains += nPixels * WORD_BYTES;
+    if constexpr (HAS_DARK) {
+      CopyLevels<DEPTH>(pDark, nPixels, pLevels);
+      pDark += nPixels * PIXEL_BYTES;
+      pLevels += nPixels * WORD_BYTES;
+    }
+  };
+  const std::size_t nBeforeLine = CountBeforeLine(pGains, WORD_BYTES, stRun.nPixels);
+  computeStep(nBeforeLine);
+  std::size_t nLeft = stRun.nPixels - nBeforeLine;
   for (; nLeft >= STEP_PIXELS; nLeft -= STEP_PIXELS) {
     AskToRead(pBright, STEP_PIXELS * PIXEL_BYTES);
     AskToWrite(pGains, STEP_PIXELS * WORD_BYTES);
@@ -265,15 +338,9 @@ void Compute(const STableRun &stRun)
       AskToRead(pDark, STEP_PIXELS * PIXEL_BYTES);
       AskToWrite(pLevels, STEP_PIXELS * WORD_BYTES);
     }
-    ComputeStep<DEPTH, HAS_DARK>(pBright, pDark, STEP_PIXELS, nScaledTarget, pGains, pLevels);
-    pBright += STEP_PIXELS * PIXEL_BYTES;
-    pGains += STEP_PIXELS * WORD_BYTES;
-    if constexpr (HAS_DARK) {
-      pDark += STEP_PIXELS * PIXEL_BYTES;
-      pLevels += STEP_PIXELS * WORD_BYTES;
-    }
+    computeStep(STEP_PIXELS);
   }
-  ComputeStep<DEPTH, HAS_DARK>(pBright, pDark, nLeft, nScaledTarget, pGains, pLevels);
+  computeStep(nLeft);
 }
 
 } // namespace

@@ -137,7 +137,7 @@ bool CReferenceStack::Average(const frames::SDepth &stDepth, CFrameBuffer &avera
   return true;
 }
 
-reference::SFrameSums CReferenceStack::GetSums(const frames::SDepth &stDepth) const
+reference::SFrameSums CReferenceStack::GetSums(const frames::SDepth &stDepth)
 {
   return {m_sums.GetSums(), m_nFrames, stDepth.GetShift(m_stInfo.stLayout), &m_meter};
 }

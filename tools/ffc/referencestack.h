@@ -35,7 +35,7 @@ public:
   bool TakeFirst(const frames::SDepth &stDepth, process::CFrameBuffer &first);
 
   /// What was added up, for as long as the stack lives.
-  reference::SFrameSums GetSums(const frames::SDepth &stDepth) const;
+  reference::SFrameSums GetSums(const frames::SDepth &stDepth);
 
 private:
   std::optional<STrouble> ReadFile(const QString &strFile, const SOptions &stOptions, const frames::SFrameInfo *pLike);

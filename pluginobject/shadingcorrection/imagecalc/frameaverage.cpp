@@ -1,5 +1,10 @@
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
 
+#include <cstddef>
+#include <cstring>
+
+#include "pluginobject/shadingcorrection/imagecalc/calcstatus.h"
+#include "pluginobject/shadingcorrection/imagecalc/imageview.h"
 #include "pluginobject/shadingcorrection/imagecalc/kernels/imagekernels.h"
 
 namespace ffc::imagecalc {
@@ -39,9 +44,47 @@ SDivision GetDivision(uint32_t nDivisor)
 
 } // namespace
 
+int32_t CheckSum(const void *pFrame, const void *pSums, int32_t nBitDepth, int64_t nPixelCount, int32_t nFrameCount)
+{
+  if (pFrame == nullptr || pSums == nullptr) {
+    return IMAGECALC_STATUS_INVALID_ARGUMENT;
+  }
+  const bool bInRange = IsBitDepthInRange(nBitDepth) && nPixelCount >= 1 && nFrameCount >= 1;
+  return bInRange ? IMAGECALC_STATUS_SUCCESS : IMAGECALC_STATUS_OUT_OF_RANGE;
+}
+
 void AddFrame(const void *pFrame, int32_t nBitDepth, int64_t nPixelCount, uint32_t *pAccumulator)
 {
   GetImageKernels().afnAdd[nBitDepth != BYTE_BIT_DEPTH](pFrame, static_cast<std::size_t>(nPixelCount), pAccumulator);
+}
+
+uint32_t AddFrameNarrow(const void *pFrame, int32_t nBitDepth, int64_t nPixelCount, void *pSums)
+{
+  return GetImageKernels().afnAddNarrow[nBitDepth != BYTE_BIT_DEPTH](pFrame, static_cast<std::size_t>(nPixelCount),
+                                                                     pSums);
+}
+
+void TakeFrameNarrow(const void *pFrame, int32_t nBitDepth, int64_t nPixelCount, void *pSums)
+{
+  GetImageKernels().afnTakeNarrow[nBitDepth != BYTE_BIT_DEPTH](pFrame, static_cast<std::size_t>(nPixelCount), pSums);
+}
+
+// From the end: what the upper half of the sums becomes lies behind all of them.
+void WidenSums(void *pSums, int64_t nCount)
+{
+  auto *const pBytes = static_cast<unsigned char *>(pSums);
+  auto nLeft = static_cast<std::size_t>(nCount);
+  while (nLeft > 1) {
+    const std::size_t nUpper = nLeft / 2;
+    nLeft -= nUpper;
+    GetImageKernels().fnWiden(pBytes + nLeft * sizeof(uint16_t), nUpper, pBytes + nLeft * sizeof(uint32_t));
+  }
+  if (nLeft == 1) {
+    uint16_t nNarrow = 0;
+    std::memcpy(&nNarrow, pBytes, sizeof nNarrow);
+    const uint32_t nWide = nNarrow;
+    std::memcpy(pBytes, &nWide, sizeof nWide);
+  }
 }
 
 void AverageFrames(const uint32_t *pAccumulator, int64_t nPixelCount, uint32_t nFrameCount, int32_t nBitDepth,
@@ -58,6 +101,16 @@ void AverageFrames(const uint32_t *pAccumulator, int64_t nPixelCount, uint32_t n
   } else {
     stKernels.afnMultiply[bWords](pAccumulator, nPixels, stDivision.stReciprocal, pFrame);
   }
+}
+
+bool AverageFramesNarrow(const void *pSums, int64_t nPixelCount, uint32_t nFrameCount, int32_t nBitDepth, void *pFrame)
+{
+  const SDivision stDivision = GetDivision(nFrameCount);
+  if (stDivision.bPowerOfTwo) {
+    GetImageKernels().afnShiftNarrow[nBitDepth != BYTE_BIT_DEPTH](pSums, static_cast<std::size_t>(nPixelCount),
+                                                                  stDivision.stReciprocal.nShift, pFrame);
+  }
+  return stDivision.bPowerOfTwo;
 }
 
 } // namespace ffc::imagecalc

@@ -5,20 +5,14 @@
 #include "pluginobject/shadingcorrection/imagecalc/arrayallocation.h"
 #include "pluginobject/shadingcorrection/imagecalc/blockmeans.h"
 #include "pluginobject/shadingcorrection/imagecalc/frameaverage.h"
+#include "pluginobject/shadingcorrection/imagecalc/imageview.h"
 #include "pluginobject/shadingcorrection/imagecalc/smooth.h"
 
 using namespace ffc::imagecalc;
 
 namespace {
 
-constexpr int32_t MIN_BIT_DEPTH = 8;
-constexpr int32_t MAX_BIT_DEPTH = 16;
 constexpr int32_t MIN_SMOOTH_SIDE = 5;
-
-bool IsBitDepthInRange(int32_t nBitDepth)
-{
-  return nBitDepth >= MIN_BIT_DEPTH && nBitDepth <= MAX_BIT_DEPTH;
-}
 
 } // namespace
 
@@ -61,27 +55,21 @@ int32_t CImageCalc::CalcBlockMeans(const void *pImage, int32_t nBitDepth, BLOCK_
 int32_t CImageCalc::AccumulateFrame(const void *pFrame, int32_t nBitDepth, int64_t nPixelCount,
                                     uint32_t *pAccumulator) const noexcept
 {
-  if (pFrame == nullptr || pAccumulator == nullptr) {
-    return IMAGECALC_STATUS_INVALID_ARGUMENT;
+  const int32_t nStatus = CheckSum(pFrame, pAccumulator, nBitDepth, nPixelCount);
+  if (nStatus == IMAGECALC_STATUS_SUCCESS) {
+    AddFrame(pFrame, nBitDepth, nPixelCount, pAccumulator);
   }
-  if (!IsBitDepthInRange(nBitDepth) || nPixelCount < 1) {
-    return IMAGECALC_STATUS_OUT_OF_RANGE;
-  }
-  AddFrame(pFrame, nBitDepth, nPixelCount, pAccumulator);
-  return IMAGECALC_STATUS_SUCCESS;
+  return nStatus;
 }
 
 int32_t CImageCalc::DivideFrame(const uint32_t *pAccumulator, int64_t nPixelCount, int32_t nFrameCount,
                                 int32_t nBitDepth, void *pFrame) const noexcept
 {
-  if (pAccumulator == nullptr || pFrame == nullptr) {
-    return IMAGECALC_STATUS_INVALID_ARGUMENT;
+  const int32_t nStatus = CheckSum(pFrame, pAccumulator, nBitDepth, nPixelCount, nFrameCount);
+  if (nStatus == IMAGECALC_STATUS_SUCCESS) {
+    AverageFrames(pAccumulator, nPixelCount, static_cast<uint32_t>(nFrameCount), nBitDepth, pFrame);
   }
-  if (!IsBitDepthInRange(nBitDepth) || nPixelCount < 1 || nFrameCount < 1) {
-    return IMAGECALC_STATUS_OUT_OF_RANGE;
-  }
-  AverageFrames(pAccumulator, nPixelCount, static_cast<uint32_t>(nFrameCount), nBitDepth, pFrame);
-  return IMAGECALC_STATUS_SUCCESS;
+  return nStatus;
 }
 
 int32_t CImageCalc::CalcImageMean(const void *pImage, int32_t nBitDepth, int32_t nWidth, int32_t nHeight,

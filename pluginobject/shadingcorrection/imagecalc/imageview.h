@@ -9,6 +9,12 @@
 
 namespace ffc::imagecalc {
 
+/// The bit depths of images: 8 to 16.
+constexpr bool IsBitDepthInRange(int32_t nBitDepth)
+{
+  return nBitDepth >= 8 && nBitDepth <= 16;
+}
+
 /// Pixels row by row, without padding: bytes for a depth of 8, else 16-bit words with the value in their low bits.
 struct SImageView {
   const void *pPixels = nullptr;

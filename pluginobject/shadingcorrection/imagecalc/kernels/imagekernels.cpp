@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/builtlevel.h"
+#include "platform/cacheline.h"
 
 namespace ffc::imagecalc {
 
@@ -50,13 +51,59 @@ inline void Store(unsigned char *pData, std::size_t nIndex, TValue nValue)
   std::memcpy(pData + nIndex * sizeof nValue, &nValue, sizeof nValue);
 }
 
+// \return all bits that any of the pixels has
+template <class TPixel, class TSum>
+inline uint32_t AddRun(const unsigned char *pFrom, std::size_t nPixels, unsigned char *__restrict pTo)
+{
+  TPixel nBits = 0;
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    const auto nPixel = Load<TPixel>(pFrom, i);
+    nBits = static_cast<TPixel>(nBits | nPixel);
+    Store<TSum>(pTo, i, static_cast<TSum>(Load<TSum>(pTo, i) + nPixel));
+  }
+  return nBits;
+}
+
+// The sums from their first whole cache line on by themselves.
+template <class TPixel, class TSum>
+inline uint32_t AddByLines(const void *pPixels, std::size_t nPixels, void *pSums)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
+  auto *const pTo = static_cast<unsigned char *>(pSums);
+  const std::size_t nBefore = Min(FFC_COUNT_BEFORE_LINE(pTo, sizeof(TSum)), nPixels);
+  const uint32_t nBits = AddRun<TPixel, TSum>(pFrom, nBefore, pTo);
+  return nBits |
+         AddRun<TPixel, TSum>(pFrom + nBefore * sizeof(TPixel), nPixels - nBefore, pTo + nBefore * sizeof(TSum));
+}
+
 template <class TPixel>
-void AddPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
+void AddPixels(const void *pPixels, std::size_t nPixels, void *pSums)
+{
+  (void)AddByLines<TPixel, uint32_t>(pPixels, nPixels, pSums);
+}
+
+template <class TPixel>
+uint32_t AddNarrowPixels(const void *pPixels, std::size_t nPixels, void *pSums)
+{
+  return AddByLines<TPixel, uint16_t>(pPixels, nPixels, pSums);
+}
+
+template <class TPixel>
+void TakeNarrowPixels(const void *pPixels, std::size_t nPixels, void *__restrict pSums)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pPixels);
   auto *const pTo = static_cast<unsigned char *>(pSums);
   for (std::size_t i = 0; i < nPixels; ++i) {
-    Store<uint32_t>(pTo, i, Load<uint32_t>(pTo, i) + Load<TPixel>(pFrom, i));
+    Store<uint16_t>(pTo, i, static_cast<uint16_t>(Load<uint16_t>(pTo, i) - Load<TPixel>(pFrom, i)));
+  }
+}
+
+void WidenSums(const void *pNarrow, std::size_t nCount, void *__restrict pWide)
+{
+  const auto *const pFrom = static_cast<const unsigned char *>(pNarrow);
+  auto *const pTo = static_cast<unsigned char *>(pWide);
+  for (std::size_t i = 0; i < nCount; ++i) {
+    Store<uint32_t>(pTo, i, Load<uint16_t>(pFrom, i));
   }
 }
 
@@ -83,13 +130,13 @@ void MultiplyPixels(const void *pSums, std::size_t nPixels, SReciprocal stRecipr
   }
 }
 
-template <class TPixel>
+template <class TPixel, class TSum>
 void ShiftPixels(const void *pSums, std::size_t nPixels, uint32_t nShift, void *__restrict pPixels)
 {
   const auto *const pFrom = static_cast<const unsigned char *>(pSums);
   auto *const pTo = static_cast<unsigned char *>(pPixels);
   for (std::size_t i = 0; i < nPixels; ++i) {
-    Store<TPixel>(pTo, i, static_cast<TPixel>(Load<uint32_t>(pFrom, i) >> nShift));
+    Store<TPixel>(pTo, i, static_cast<TPixel>(Load<TSum>(pFrom, i) >> nShift));
   }
 }
 
@@ -371,7 +418,11 @@ const SImageKernels FFC_KERNEL_TABLE = {
   {AddPixels<uint8_t>, AddPixels<uint16_t>},
   {MultiplyPixels<uint8_t>, MultiplyPixels<uint16_t>},
   {DividePixels<uint8_t>, DividePixels<uint16_t>},
-  {ShiftPixels<uint8_t>, ShiftPixels<uint16_t>},
+  {ShiftPixels<uint8_t, uint32_t>, ShiftPixels<uint16_t, uint32_t>},
+  {AddNarrowPixels<uint8_t>, AddNarrowPixels<uint16_t>},
+  {TakeNarrowPixels<uint8_t>, TakeNarrowPixels<uint16_t>},
+  {ShiftPixels<uint8_t, uint16_t>, ShiftPixels<uint16_t, uint16_t>},
+  WidenSums,
   {SumBlocks<uint8_t>, SumBlocks<uint16_t>},
   {SumCells<uint8_t>, SumCells<uint16_t>},
   {SmoothRows<uint8_t>, SmoothRows<uint16_t>},

@@ -14,6 +14,14 @@ namespace ffc::imagecalc {
 /// Adds nPixels pixels to as many 32-bit sums, which wrap round.
 using FnAddPixels = void (*)(const void *pPixels, std::size_t nPixels, void *pSums);
 
+/// Adds nPixels pixels to as many 16-bit sums, which wrap round.
+/// \return all bits that any of the pixels has
+using FnAddNarrowPixels = uint32_t (*)(const void *pPixels, std::size_t nPixels, void *pSums);
+/// Takes nPixels pixels from as many 16-bit sums, which wrap round.
+using FnTakeNarrowPixels = void (*)(const void *pPixels, std::size_t nPixels, void *pSums);
+/// Writes nCount 16-bit sums as ones of 32 bits, which do not overlap them.
+using FnWidenSums = void (*)(const void *pNarrow, std::size_t nCount, void *pWide);
+
 /// A multiplier and a shift that take the place of a division.
 struct SReciprocal {
   uint32_t nMultiplier;
@@ -63,6 +71,10 @@ struct SImageKernels {
   /// For a multiplier that has a 33rd bit, which is left out: ((sum - high) / 2 + high) >> nShift.
   FnMultiplyPixels afnDivide[2];
   FnShiftPixels afnShift[2];
+  FnAddNarrowPixels afnAddNarrow[2];
+  FnTakeNarrowPixels afnTakeNarrow[2];
+  FnShiftPixels afnShiftNarrow[2]; ///< of 16-bit sums
+  FnWidenSums fnWiden;
   FnSumBlocks afnSumBlocks[2];
   FnSumCells afnSumCells[2];
   FnSmoothRows afnSmooth[2];

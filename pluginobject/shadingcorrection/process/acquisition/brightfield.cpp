@@ -2,27 +2,31 @@
 
 #include <limits>
 
-#include "pluginobject/shadingcorrection/imagecalc/imagecalc.h"
 #include "pluginobject/shadingcorrection/process/steps.h"
 #include "pluginobject/statuscode.h"
 
 namespace ffc::process {
 
+using imagecalc::CFrameSums;
+
 bool CFrameAccumulator::Allocate(uint64_t nFrameSize)
 {
   constexpr uint64_t LARGEST = std::numeric_limits<uint64_t>::max() / sizeof(uint32_t);
   Release();
-  return nFrameSize <= LARGEST && m_sums.Allocate(nFrameSize * sizeof(uint32_t));
+  const bool bAllocated = nFrameSize <= LARGEST && m_memory.Allocate(nFrameSize * sizeof(uint32_t));
+  m_sums = CFrameSums(m_memory.GetData());
+  return bAllocated;
 }
 
 void CFrameAccumulator::Release()
 {
-  m_sums.Release();
+  m_sums = CFrameSums();
+  m_memory.Release();
 }
 
 bool CFrameAccumulator::Holds(const SFrameFormat &stFormat) const
 {
-  return stFormat.GetPixelCount() <= m_sums.GetSize() / sizeof(uint32_t);
+  return stFormat.GetPixelCount() <= m_memory.GetSize() / sizeof(uint32_t);
 }
 
 int32_t CFrameAccumulator::Add(const CFrameBuffer &frame, const SFrameFormat &stFormat)
@@ -30,19 +34,17 @@ int32_t CFrameAccumulator::Add(const CFrameBuffer &frame, const SFrameFormat &st
   if (!Holds(stFormat) || !stFormat.FitsInto(frame.GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  return MapCalcStatus(CImageCalc().AccumulateFrame(frame.GetData(), stFormat.GetBitDepth(),
-                                                    static_cast<int64_t>(stFormat.GetPixelCount()),
-                                                    reinterpret_cast<uint32_t *>(m_sums.GetData())));
+  return MapCalcStatus(
+    m_sums.Add(frame.GetData(), stFormat.GetBitDepth(), static_cast<int64_t>(stFormat.GetPixelCount())));
 }
 
-int32_t CFrameAccumulator::Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average) const
+int32_t CFrameAccumulator::Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average)
 {
   if (!Holds(stFormat) || !stFormat.FitsInto(average.GetSize())) {
     return PLUGIN_STATUS_BUFFER_SIZE_ERROR;
   }
-  return MapCalcStatus(CImageCalc().DivideFrame(
-    reinterpret_cast<const uint32_t *>(m_sums.GetData()), static_cast<int64_t>(stFormat.GetPixelCount()),
-    static_cast<int32_t>(nFrameCount), stFormat.GetBitDepth(), average.GetData()));
+  return MapCalcStatus(m_sums.Average(static_cast<int32_t>(nFrameCount), stFormat.GetBitDepth(),
+                                      static_cast<int64_t>(stFormat.GetPixelCount()), average.GetData()));
 }
 
 int32_t CBrightField::Allocate(uint64_t nSize)

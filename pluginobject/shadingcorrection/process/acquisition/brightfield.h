@@ -5,32 +5,34 @@
 #include <cstdint>
 #include <memory>
 
+#include "pluginobject/shadingcorrection/imagecalc/framesums.h"
 #include "pluginobject/shadingcorrection/process/acquisition/framebuffer.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameexchange.h"
 #include "pluginobject/shadingcorrection/process/acquisition/frameformat.h"
 
 namespace ffc::process {
 
-/// One 32-bit sum per pixel. Statuses are the plug-in's.
+/// One sum per pixel, in memory of its own. Statuses are the plug-in's.
 class CFrameAccumulator {
 public:
-  /// Takes zeroed sums for frames of nFrameSize bytes, one for each byte: 4 x nFrameSize bytes.
-  /// \return false when there is no memory
+  /// Takes zeroed sums for frames of nFrameSize bytes, one for each byte: 4 x nFrameSize bytes, of which few frames
+  /// touch half. \return false when there is no memory
   bool Allocate(uint64_t nFrameSize);
   void Release();
 
   /// Adds a frame. \return -1012 when the frame or the sums are smaller than the format says
   [[nodiscard]] int32_t Add(const CFrameBuffer &frame, const SFrameFormat &stFormat);
   /// Writes the truncated average of nFrameCount frames. \return -1012 as above
-  [[nodiscard]] int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average) const;
+  [[nodiscard]] int32_t Average(uint32_t nFrameCount, const SFrameFormat &stFormat, CFrameBuffer &average);
 
   /// The sums, one per pixel; null before they are allocated.
-  const uint32_t *GetSums() const { return reinterpret_cast<const uint32_t *>(m_sums.GetData()); }
+  const uint32_t *GetSums() { return m_sums.GetWide(); }
 
 private:
   bool Holds(const SFrameFormat &stFormat) const;
 
-  CFrameBuffer m_sums;
+  CFrameBuffer m_memory;
+  imagecalc::CFrameSums m_sums;
 };
 
 /// Averages frames that arrive in an exchange, and keeps the average. User-interface thread only.

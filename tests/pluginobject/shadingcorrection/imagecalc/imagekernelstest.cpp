@@ -74,7 +74,10 @@ TWords MakeSums(int32_t nCount, CTestRandom &random)
   TWords listSums;
   for (int32_t i = 0; i < nCount; ++i) {
     const uint32_t nWord = MakeWord(random);
-    listSums.push_back(i % 4 == 0 ? nWord : i % 4 == 1 ? nWord >> 12 : i % 4 == 2 ? UINT32_MAX - static_cast<uint32_t>(i) : nWord >> 20);
+    listSums.push_back(i % 4 == 0   ? nWord
+                       : i % 4 == 1 ? nWord >> 12
+                       : i % 4 == 2 ? UINT32_MAX - static_cast<uint32_t>(i)
+                                    : nWord >> 20);
   }
   return listSums;
 }
@@ -203,6 +206,87 @@ TEST_P(ImageKernels, MultiplyEqualsTheDivisionForEverySizeAndStart)
       Kernels().afnMultiply[nBitDepth > 8](listFrom.data() + nOffset, listSums.size(), stDivisor.stReciprocal,
                                            listResult.data() + nOffset);
       ASSERT_EQ(ReadRow(listResult, nOffset, nBitDepth), expected) << nBitDepth << " bit, by " << stDivisor.nDivisor;
+    }
+  }
+}
+
+TEST_P(ImageKernels, AddingInSixteenBitsEqualsTheSlowTwinForEverySizeAndStartAndIsTakenBack)
+{
+  CTestRandom random(38);
+  for (const int32_t nBitDepth : {8, 16}) {
+    const bool bWords = nBitDepth > 8;
+    for (int32_t nPixels = 1; nPixels <= LONGEST; ++nPixels) {
+      for (const std::size_t nOffset : OFFSETS) {
+        const CTestImage frame = CTestImage::MakeRandom(nPixels, 1, nBitDepth, random);
+        const CTestImage before = CTestImage::MakeRandom(nPixels, 1, 16, random);
+        CTestImage expected = before;
+        int32_t nBits = 0;
+        for (int32_t i = 0; i < nPixels; ++i) {
+          nBits |= frame.GetAt(i);
+          expected.SetAt(i, (before.GetAt(i) + frame.GetAt(i)) & 0xFFFF);
+        }
+        const TBytes listFrame = PackAt(nOffset, frame);
+        TBytes listSums = PackAt(nOffset, before);
+        const auto nCount = static_cast<std::size_t>(nPixels);
+        ASSERT_EQ(Kernels().afnAddNarrow[bWords](listFrame.data() + nOffset, nCount, listSums.data() + nOffset),
+                  static_cast<uint32_t>(nBits));
+        ASSERT_EQ(ReadRow(listSums, nOffset, 16), expected) << nBitDepth << " bit, offset " << nOffset;
+        Kernels().afnTakeNarrow[bWords](listFrame.data() + nOffset, nCount, listSums.data() + nOffset);
+        ASSERT_EQ(ReadRow(listSums, nOffset, 16), before) << nBitDepth << " bit, offset " << nOffset;
+      }
+    }
+  }
+}
+
+TEST_P(ImageKernels, OneBitOfOnePixelIsToldWhereverItIs)
+{
+  for (const int32_t nBitDepth : {8, 16}) {
+    for (int32_t nPlace = 0; nPlace < LONGEST; ++nPlace) {
+      CTestImage frame(LONGEST, 1, nBitDepth, 0);
+      frame.SetAt(nPlace, 1 << nPlace % nBitDepth);
+      CTestImage sums(LONGEST, 1, 16, 0);
+      ASSERT_EQ(Kernels().afnAddNarrow[nBitDepth > 8](frame.GetData(), LONGEST, sums.GetData()),
+                1U << nPlace % nBitDepth);
+    }
+  }
+}
+
+TEST_P(ImageKernels, ShiftingSixteenBitsEqualsTheSlowTwinForEverySizeAndStart)
+{
+  CTestRandom random(39);
+  for (const int32_t nBitDepth : {8, 16}) {
+    for (int32_t nPixels = 1; nPixels <= LONGEST; ++nPixels) {
+      for (const std::size_t nOffset : OFFSETS) {
+        const CTestImage sums = CTestImage::MakeRandom(nPixels, 1, 16, random);
+        const auto nShift = static_cast<uint32_t>(nPixels % 32);
+        CTestImage expected(nPixels, 1, nBitDepth, 0);
+        for (int32_t i = 0; i < nPixels; ++i) {
+          expected.SetAt(i, sums.GetAt(i) >> nShift);
+        }
+        const TBytes listFrom = PackAt(nOffset, sums);
+        TBytes listResult(nOffset + CountBytes(expected), UNTOUCHED);
+        Kernels().afnShiftNarrow[nBitDepth > 8](listFrom.data() + nOffset, static_cast<std::size_t>(nPixels), nShift,
+                                                listResult.data() + nOffset);
+        ASSERT_EQ(ReadRow(listResult, nOffset, nBitDepth), expected) << nBitDepth << " bit, offset " << nOffset;
+      }
+    }
+  }
+}
+
+TEST_P(ImageKernels, WideningEqualsTheSlowTwinForEverySizeAndStart)
+{
+  CTestRandom random(40);
+  for (int32_t nPixels = 1; nPixels <= LONGEST; ++nPixels) {
+    for (const std::size_t nOffset : OFFSETS) {
+      const CTestImage sums = CTestImage::MakeRandom(nPixels, 1, 16, random);
+      TWords listExpected;
+      for (int32_t i = 0; i < nPixels; ++i) {
+        listExpected.push_back(static_cast<uint32_t>(sums.GetAt(i)));
+      }
+      const TBytes listFrom = PackAt(nOffset, sums);
+      TBytes listResult(nOffset + listExpected.size() * sizeof(uint32_t), UNTOUCHED);
+      Kernels().fnWiden(listFrom.data() + nOffset, listExpected.size(), listResult.data() + nOffset);
+      ASSERT_EQ(ReadWords(listResult, nOffset), listExpected) << nPixels << ", offset " << nOffset;
     }
   }
 }
