@@ -317,7 +317,9 @@ TEST_F(CFitsTest, HeadersThatMakeNoSenseAreRefused)
     const char *pValue;
     const char *pExpected;
   } CASES[] = {
-    {"NAXIS1  ", "5000000000", "which is no size"},
+    {"NAXIS1  ", "5000000000", "has frames of 5000000000 x 2 pixels; at most 1073741824 are read."},
+    {"NAXIS2  ", "4294967298", "has frames of 4 x 4294967298 pixels; at most 1073741824 are read."},
+    {"NAXIS1  ", "-4", "has a header that is not FITS"},
     {"NAXIS1  ", "0", "which is no size"},
     {"NAXIS3  ", "0", "has no frames"},
     {"NAXIS3  ", "500", "is too short for 500 frames of 4 x 2 with 16 bits per pixel: it ends after 180."},
@@ -341,6 +343,30 @@ TEST_F(CFitsTest, HeadersThatMakeNoSenseAreRefused)
   EXPECT_EQ(GetError(), "has a header that does not end.");
   WriteBytes(m_strPath, byteGood + "something");
   EXPECT_EQ(GetError(), "") << "behind an image may stand what is no part";
+}
+
+TEST_F(CFitsTest, TheLongestHeaderThatIsTakenIsRead)
+{
+  WriteForeign(USHORT_IMG, {4, 2});
+  const QByteArray byteGood = ReadBytes(m_strPath);
+  const QByteArray byteEnd = QByteArray("END").leftJustified(80, ' ');
+  const int nEnd = byteGood.indexOf(byteEnd);
+  ASSERT_GE(nEnd, 0);
+  WriteBytes(m_strPath, (byteGood.left(nEnd).leftJustified(999 * 2880, ' ') + byteEnd).leftJustified(1000 * 2880, ' ') +
+                          byteGood.mid(2880));
+  EXPECT_EQ(ReadSamples(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
+}
+
+TEST_F(CFitsTest, MoreFilesThanTheLibraryKeepsOpenAreReadOneAfterTheOther)
+{
+  constexpr int MOST_OPEN = 10000; // at once
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 2, 1};
+  const Frames listFrames = MakeFrames(stInfo.stLayout, 1, 8);
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, listFrames).GetError(), "");
+  for (int n = 0; n <= MOST_OPEN; ++n) {
+    ASSERT_EQ(m_kind.Open(m_strPath).GetError(), "") << n;
+  }
 }
 
 TEST_F(CFitsTest, DepthsThatTheSamplesCannotHaveAreNoneInTheFileEither)
