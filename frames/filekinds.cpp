@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 
 #include <QFileInfo>
 
@@ -21,11 +22,12 @@ const std::vector<const IFileKind *> &ListKnownKinds()
   return listKinds;
 }
 
-std::vector<const IFileKind *> FilterSupported(std::vector<const IFileKind *> listKinds)
+std::vector<const IFileKind *> FilterSupported(const std::vector<const IFileKind *> &listKinds)
 {
-  const auto isMissing = [](const IFileKind *pKind) { return !pKind->IsSupported(); };
-  listKinds.erase(std::remove_if(listKinds.begin(), listKinds.end(), isMissing), listKinds.end());
-  return listKinds;
+  std::vector<const IFileKind *> listSupported;
+  std::copy_if(listKinds.begin(), listKinds.end(), std::back_inserter(listSupported),
+               [](const IFileKind *pKind) { return pKind->IsSupported(); });
+  return listSupported;
 }
 
 } // namespace

@@ -195,8 +195,8 @@ Result<> ReadAxes(CFitsKeywords &keywords, QFile &file, SFrameInfo &stInfo)
                    "CTYPE3 with the value 'FRAME'.");
   }
   const uint64_t nRest = static_cast<uint64_t>(file.size() - file.pos());
-  Result<> result =
-    CheckFrameSize(stInfo.stLayout.nWidth, stInfo.stLayout.nHeight, stInfo.stLayout.nBytesPerSample, nRest);
+  Result<> result = CheckFrameSize(static_cast<uint64_t>(listAxes[0]), static_cast<uint64_t>(listAxes[1]),
+                                   stInfo.stLayout.nBytesPerSample, nRest);
   if (!result) {
     return result;
   }
@@ -238,12 +238,6 @@ void ReadRowOrder(CFitsKeywords &keywords, SFrameInfo &stInfo)
   if (stInfo.stFits.eRowOrder == ERowOrder::Unstated) {
     stInfo.strRemark = QStringLiteral("The first row is taken as the top one: the file does not say (ROWORDER).");
   }
-}
-
-/// An axis of an image as the layouts have it; 0 for one that is too large for any.
-uint32_t ToSide(int64_t nAxis)
-{
-  return nAxis > 0 && nAxis <= INT32_MAX ? static_cast<uint32_t>(nAxis) : 0;
 }
 
 /// "KEY     =                value / comment", for the lines that the image's own shape is in.
@@ -306,8 +300,9 @@ Result<SFitsHeader> ReadFitsHeader(QFile &file)
     RunUntilFailure([&] { return keywords.Read(blocks.GetValue()); }, [&] { return ReadSamples(keywords, stHeader); },
                     [&]() -> Result<> {
                       if (keywords.GetAxes().size() >= 2) {
-                        stInfo.stLayout.nWidth = ToSide(keywords.GetAxes()[0]);
-                        stInfo.stLayout.nHeight = ToSide(keywords.GetAxes()[1]);
+                        // Those that are too large for it ReadAxes refuses.
+                        stInfo.stLayout.nWidth = static_cast<uint32_t>(keywords.GetAxes()[0]);
+                        stInfo.stLayout.nHeight = static_cast<uint32_t>(keywords.GetAxes()[1]);
                       }
                       ReadRowOrder(keywords, stInfo);
                       stInfo.eColors = FindColors(keywords, stInfo);

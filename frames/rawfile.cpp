@@ -1,7 +1,6 @@
 #include "frames/rawfile.h"
 
-#include <algorithm>
-#include <cctype>
+#include <charconv>
 
 #include <QFile>
 
@@ -71,13 +70,12 @@ private:
   SLayout m_stLayout;
 };
 
-// A side of a frame; 0 for a text that is none.
+// A side of a frame; 0 for a text that is none, or a number that is far too large for one.
 uint64_t ParseSide(const std::string &strSide)
 {
-  const bool bNumber =
-    !strSide.empty() && strSide.size() <= 6 &&
-    std::all_of(strSide.begin(), strSide.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
-  return bNumber ? std::stoull(strSide) : 0;
+  uint32_t nSide = 0;
+  const char *pEnd = strSide.data() + strSide.size();
+  return std::from_chars(strSide.data(), pEnd, nSide).ptr == pEnd ? nSide : 0;
 }
 
 } // namespace
@@ -90,8 +88,9 @@ CRawFile::CRawFile(uint32_t nWidth, uint32_t nHeight, const SSensorFormat &stFor
 Result<CRawFile> CRawFile::Parse(const std::string &strFormat)
 {
   const std::size_t nCross = strFormat.find('x');
-  const std::size_t nColon = strFormat.find(':');
-  if (nCross == std::string::npos || nColon == std::string::npos || nColon < nCross) {
+  // Behind the cross; where there is none, nothing is found either.
+  const std::size_t nColon = strFormat.find(':', nCross);
+  if (nColon == std::string::npos) {
     return Failure("write it as WIDTHxHEIGHT:FORMAT, such as 2048x1536:Mono12");
   }
   const uint64_t nWidth = ParseSide(strFormat.substr(0, nCross));

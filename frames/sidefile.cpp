@@ -54,7 +54,7 @@ public:
   uint32_t TakeCount(const char *pKey, double dMinimum, double dMaximum)
   {
     const QJsonValue value = m_object.value(QLatin1String(pKey));
-    const double dNumber = value.toDouble(-1);
+    const double dNumber = value.toDouble();
     const bool bFits = value.isDouble() && dNumber >= dMinimum && dNumber <= dMaximum;
     const uint32_t nNumber = bFits ? static_cast<uint32_t>(dNumber) : 0;
     Check(bFits && static_cast<double>(nNumber) == dNumber, pKey, "a whole number in its range");

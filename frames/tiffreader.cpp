@@ -61,11 +61,7 @@ public:
   }
 
   const SFrameInfo &GetInfo() const override { return m_stInfo; }
-  void Close() override
-  {
-    m_pTiff.reset();
-    m_file.close();
-  }
+  void Close() override { m_file.close(); }
 
   Result<> Read(void *pFrame, Texts *pTexts) override
   {

@@ -133,6 +133,16 @@ TEST(Alignment, UsedBitsAreThoseOfTheEvidenceForEveryLengthAndPlace)
   }
 }
 
+TEST(Alignment, SamplesBehindAFrameAreNotShifted)
+{
+  std::vector<uint16_t> listSamples(5, 0x1230);
+  const SLayout stLayout{2, 2, 2};
+  ShiftRight(listSamples.data(), stLayout, 4);
+  EXPECT_EQ(listSamples, (std::vector<uint16_t>{0x123, 0x123, 0x123, 0x123, 0x1230}));
+  ShiftLeft(listSamples.data(), stLayout, 4);
+  EXPECT_EQ(listSamples, std::vector<uint16_t>(5, 0x1230));
+}
+
 TEST(Alignment, ShiftingThereAndBackChangesNothing)
 {
   const Frames listFrames = MakeFrames(DEEP, 1, 12);

@@ -417,12 +417,20 @@ TEST(RawFile, AFormatThatIsNoneIsExplained)
 {
   for (const char *pFormat :
        {"", "5x3", "5:Mono8", "x3:Mono8", "0x3:Mono8", "-5x3:Mono8", "5x3x2:Mono8", "999999x5:Mono8", "5x999999:Mono8",
-        "1234567x5:Mono8", "100000x100000:Mono8", "5x3:", "5:3xMono8", "5x3:Mono12p", "5x3:RGB8"}) {
+        "1234567x5:Mono8", "100000x100000:Mono8", "32768x32769:Mono8", "99999999999999999999x5:Mono8",
+        "5x3:", "5:3xMono8", "5x3:Mono12p", "5x3:RGB8"}) {
     EXPECT_NE(CRawFile::Parse(pFormat).GetError(), "") << pFormat;
   }
   for (const char *pFormat : {"", "5x3", "5:Mono8", "5:3xMono8"}) {
     EXPECT_EQ(CRawFile::Parse(pFormat).GetError(), "write it as WIDTHxHEIGHT:FORMAT, such as 2048x1536:Mono12")
       << pFormat;
+  }
+}
+
+TEST(RawFile, TheLargestFramesThatTheComputationsTakeCanBeStated)
+{
+  for (const char *pFormat : {"100000x1:Mono8", "1x100000:BayerRG12", "32768x32768:Mono16"}) {
+    EXPECT_EQ(CRawFile::Parse(pFormat).GetError(), "") << pFormat;
   }
 }
 

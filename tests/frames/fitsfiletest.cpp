@@ -317,7 +317,9 @@ TEST_F(CFitsTest, HeadersThatMakeNoSenseAreRefused)
     const char *pValue;
     const char *pExpected;
   } CASES[] = {
-    {"NAXIS1  ", "5000000000", "which is no size"},
+    {"NAXIS1  ", "5000000000", "has frames of 5000000000 x 2 pixels; at most 1073741824 are read."},
+    {"NAXIS2  ", "4294967298", "has frames of 4 x 4294967298 pixels; at most 1073741824 are read."},
+    {"NAXIS1  ", "-4", "has a header that is not FITS"},
     {"NAXIS1  ", "0", "which is no size"},
     {"NAXIS3  ", "0", "has no frames"},
     {"NAXIS3  ", "500", "is too short for 500 frames of 4 x 2 with 16 bits per pixel: it ends after 180."},

@@ -113,6 +113,18 @@ TEST_F(CRecordingTest, SamplesThatTheFormatDoesNotHaveAreNamedByTheirBits)
     << strNarrow;
 }
 
+TEST_F(CRecordingTest, BytesAreEightBitsWhereNoFileStatesADepth)
+{
+  const std::vector<uint8_t> listFrame(32, 7);
+  for (const char *pName : {"bright_0.png", "bright_1.png"}) {
+    ASSERT_TRUE(SaveFrame(m_dir.filePath(pName), {8, 4, 1}, listFrame.data()));
+  }
+  const auto recording = Load();
+  ASSERT_EQ(recording.GetError(), "");
+  EXPECT_EQ(recording.GetValue().strStatedFormat, "Mono8");
+  EXPECT_EQ(recording.GetValue().strGuess, "") << "nothing had to be guessed";
+}
+
 TEST_F(CRecordingTest, ADepthThatNoFileStatesIsGuessedAndSaid)
 {
   std::vector<uint8_t> listFrame(32);

@@ -145,7 +145,8 @@ TEST_F(CSerTest, HeadersThatMakeNoSenseAreRefused)
   EXPECT_NE(OpenWith(26, 0).find("nothing to read"), std::string::npos);
   EXPECT_NE(OpenWith(30, -16).find("nothing to read"), std::string::npos);
   EXPECT_NE(OpenWith(38, 0).find("nothing to read"), std::string::npos);
-  EXPECT_NE(OpenWith(38, INT32_MAX).find("is too short for 2147483647 frames"), std::string::npos);
+  EXPECT_EQ(OpenWith(38, INT32_MAX),
+            "is too short for 2147483647 frames of 32 x 16 with 16 bits per pixel: it ends after 2.");
   EXPECT_NE(OpenWith(26, INT32_MAX).find("at most"), std::string::npos);
   EXPECT_NE(OpenWith(0, 0).find("is no SER file"), std::string::npos);
   WriteAll(m_strPath, m_byteFile.left(SER_HEADER_SIZE + 2 * 32 * 16 * 2 - 1));
@@ -212,6 +213,33 @@ TEST_F(CSerTest, AValueAtTheEndOfTheDepthIsNotBeyondIt)
   ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
   std::string strError;
   EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
+}
+
+TEST_F(CSerTest, AValueJustBeyondTheDepthSpeaksAgainstAnOrderInWhichNeighboursDifferLess)
+{
+  // In the other order these are 0x0F0F and 0x1000, of which 12 bits do not have the second.
+  for (std::size_t n = 0; n < m_listFrames[0].size() / 2; ++n) {
+    const uint16_t nSample = n % 2 == 0 ? 0x0F0F : 0x0010;
+    std::memcpy(m_listFrames[0].data() + 2 * n, &nSample, 2);
+  }
+  m_listFrames[1] = m_listFrames[0];
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+  QByteArray byteContent = ReadAll(m_strPath);
+  std::string strError;
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames);
+  qbswap<2>(byteContent.data() + SER_HEADER_SIZE, static_cast<qsizetype>(m_stInfo.stLayout.GetFrameSize()),
+            byteContent.data() + SER_HEADER_SIZE);
+  WriteAll(m_strPath, byteContent);
+  EXPECT_EQ(ReadFile(m_kind, m_strPath, &strError), m_listFrames) << "with the high byte first";
+}
+
+TEST_F(CSerTest, EveryDepthOfWordsComesBack)
+{
+  for (uint32_t nBitDepth = 9; nBitDepth <= 16; ++nBitDepth) {
+    m_stInfo.nBitDepth = nBitDepth;
+    ASSERT_EQ(WriteFile(m_kind, m_strPath, m_stInfo, m_listFrames).GetError(), "");
+    EXPECT_EQ(m_kind.Open(m_strPath).GetValue()->GetInfo().nBitDepth, nBitDepth);
+  }
 }
 
 TEST_F(CSerTest, WhereNothingSpeaksForAnOrderItIsTheFormats)

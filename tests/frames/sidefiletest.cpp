@@ -147,7 +147,8 @@ TEST_F(CSideFileTest, WhatStandsInItsPlaceIsRefusedAndNotReadForEver)
 {
   Write("no object");
   EXPECT_EQ(GetError(), "is no side file of a coefficient file.");
-  Write(MakeSideFile(MakeSide()));
+  Write(MakeSideFile(MakeSide()).leftJustified(1 << 20, ' '));
+  EXPECT_EQ(GetError(), "") << "the largest that is read";
   ASSERT_TRUE(QFile(GetSideFilePath(m_strFlat)).resize((1 << 20) + 1));
   EXPECT_EQ(ReadSideBytes(m_strFlat).GetValue(), QByteArray()) << "larger than any";
   EXPECT_EQ(GetError(), "is no side file of a coefficient file.");

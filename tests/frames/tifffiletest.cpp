@@ -1,6 +1,7 @@
 #include "frames/tifffile.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <utility>
 
@@ -58,6 +59,27 @@ protected:
     std::string strError;
     (void)ReadFile(m_kind, m_strPath, &strError);
     return strError;
+  }
+
+  // Of the first directory of a small file in this machine's byte order, as they stand there.
+  std::vector<int> ListTags() const
+  {
+    constexpr int ENTRY_SIZE = 12;
+    QFile file(m_strPath);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray byteContent = file.readAll();
+    uint32_t nPlace = 0;
+    std::memcpy(&nPlace, byteContent.constData() + 4, sizeof nPlace);
+    const auto getWord = [&byteContent](uint32_t nOffset) {
+      uint16_t nWord = 0;
+      std::memcpy(&nWord, byteContent.mid(static_cast<int>(nOffset), 2).leftJustified(2, '\0').constData(), 2);
+      return nWord;
+    };
+    std::vector<int> listTags;
+    for (uint32_t n = 0; n < getWord(nPlace); ++n) {
+      listTags.push_back(getWord(nPlace + 2 + ENTRY_SIZE * n));
+    }
+    return listTags;
   }
 
   QTemporaryDir m_dir;
@@ -165,6 +187,17 @@ TEST_F(CTiffTest, WhatIsNoGreyFrameIsRefusedByName)
             std::string::npos);
 }
 
+TEST_F(CTiffTest, AStackOfColourPicturesIsRefusedForItsColoursWhateverElseIsWrong)
+{
+  EXPECT_EQ(GetError([](TIFF *pTiff) {
+              TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+              TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 3);
+              TIFFSetField(pTiff, TIFFTAG_IMAGEDESCRIPTION, "ImageJ=1.53\nimages=500\nslices=500");
+            }),
+            "is a colour picture; only grey pictures are read.")
+    << "to save it as BigTIFF would not help";
+}
+
 TEST_F(CTiffTest, WhatMeansNothingIsNoReasonToRefuse)
 {
   const auto setDescription = [](const char *pText) {
@@ -247,6 +280,15 @@ TEST_F(CTiffTest, ASizeThatTheFileCannotHoldTakesNoMemory)
   });
   EXPECT_NE(m_kind.Open(m_strPath).GetError().find("30000 x 20000"), std::string::npos)
     << m_kind.Open(m_strPath).GetError();
+  // Samples that are not compressed take their place in the file, of which most are missing here.
+  WriteForeign([](TIFF *pTiff) {
+    TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, 20);
+    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, 30);
+    TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 30);
+  });
+  EXPECT_GT(QFile(m_strPath).size(), 20 * 30 / 2);
+  EXPECT_LT(QFile(m_strPath).size(), 20 * 30);
+  EXPECT_EQ(m_kind.Open(m_strPath).GetError(), "is too short for a frame of 20 x 30 pixels: it ends early.");
 }
 
 TEST_F(CTiffTest, TheLargestValueThatAFileStatesIsItsDepth)
@@ -258,6 +300,16 @@ TEST_F(CTiffTest, TheLargestValueThatAFileStatesIsItsDepth)
     });
     EXPECT_EQ(m_kind.Open(m_strPath).GetValue()->GetInfo().nBitDepth, nDepth);
   }
+}
+
+TEST_F(CTiffTest, LinesThatAreLongerThanAStripAreWrittenOneByOne)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {600000, 2, 2};
+  const Frames listFrames = MakeFrames(stInfo.stLayout, 1);
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, listFrames).GetError(), "");
+  std::string strError;
+  EXPECT_TRUE(ReadFile(m_kind, m_strPath, &strError) == listFrames) << strError;
 }
 
 TEST_F(CTiffTest, OthersFindEveryTagThatTheyNeed)
@@ -282,6 +334,12 @@ TEST_F(CTiffTest, OthersFindEveryTagThatTheyNeed)
   EXPECT_EQ(TIFFGetField(pTiff, TIFFTAG_XRESOLUTION, &fResolution), 1);
   EXPECT_EQ(fResolution, 0.5F);
   TIFFClose(pTiff);
+  // In the file itself: the library has values for those that are missing.
+  EXPECT_EQ(ListTags(),
+            (std::vector<int>{TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGELENGTH, TIFFTAG_BITSPERSAMPLE, TIFFTAG_COMPRESSION,
+                              TIFFTAG_PHOTOMETRIC, TIFFTAG_STRIPOFFSETS, TIFFTAG_ORIENTATION, TIFFTAG_SAMPLESPERPIXEL,
+                              TIFFTAG_ROWSPERSTRIP, TIFFTAG_STRIPBYTECOUNTS, TIFFTAG_MAXSAMPLEVALUE,
+                              TIFFTAG_XRESOLUTION, TIFFTAG_YRESOLUTION, TIFFTAG_PLANARCONFIG, TIFFTAG_RESOLUTIONUNIT}));
 }
 
 TEST_F(CTiffTest, WarningsOfTheLibraryGoToNobody)
