@@ -100,7 +100,6 @@ void CPlaneField::WeightCoarseScale(uint32_t nScale, SImage &fine, SImage &wide,
   }
   Smooth(spare, energy, nStep, pLine);
   auto pHistogram = std::make_unique<CShrinkage::Histogram>();
-  pHistogram->fill(0);
   const auto fGain = static_cast<float>(m_listScales[nScale].dGain);
   for (std::size_t n = 0; n < nCount; ++n) {
     energy.pValues[n] /= fGain * m_stNoise.At(wide.pValues[n]);
@@ -223,7 +222,7 @@ void CPlaneField::WriteLine(const CTile &tile, uint32_t nLine, const SFieldTarge
     const float fField = pSamples[n] + pColumns[n] + fProfile - pRemoved[n];
     const float fDark = stTarget.pDark == nullptr ? 0.0F : static_cast<float>(stTarget.pDark[nIndex]);
     const float fValue = fField * stTarget.fScale + fDark + 0.5F;
-    stTarget.pValues[nIndex] = static_cast<uint16_t>(fValue > 0 ? (fValue < 65535.0F ? fValue : 65535.0F) : 0.0F);
+    stTarget.pValues[nIndex] = static_cast<uint16_t>(std::min(std::max(0.0F, fValue), 65535.0F));
   }
 }
 

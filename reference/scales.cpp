@@ -95,7 +95,7 @@ uint32_t Mirror(int64_t nIndex, uint32_t nCount)
   if (nReflected < 0 || nReflected > nLast) {
     const int64_t nPeriod = std::max<int64_t>(2 * nLast, 1);
     const int64_t nWithin = std::abs(nIndex) % nPeriod;
-    return static_cast<uint32_t>(std::min(nWithin, nPeriod - nWithin) % nCount);
+    return static_cast<uint32_t>(std::min(nWithin, nPeriod - nWithin));
   }
   return static_cast<uint32_t>(nReflected);
 }

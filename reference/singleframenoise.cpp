@@ -71,8 +71,7 @@ private:
   /// whole bins would make steps of half a percent, and not the same at each level.
   double GetVarianceWithin(double dLimit) const
   {
-    const double dEnd =
-      std::clamp((std::log2(dLimit) - SMALLEST_DETAIL) * DETAILS_PER_OCTAVE, 0.0, double{DETAIL_BINS});
+    const double dEnd = std::min((std::log2(dLimit) - SMALLEST_DETAIL) * DETAILS_PER_OCTAVE, double{DETAIL_BINS});
     double dWithin = 0;
     double dSquares = 0;
     for (uint32_t n = 0; n < dEnd; ++n) {

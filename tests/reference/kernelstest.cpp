@@ -16,6 +16,7 @@ constexpr std::size_t LINE_WIDTH = 61; ///< no whole number of vectors
 constexpr std::size_t LINES = 21;
 constexpr std::size_t FIRST = 10 * LINE_WIDTH + 9;
 constexpr std::size_t RUN = 37; ///< more than two times the lanes
+constexpr float UNWRITTEN = -7;
 
 using Floats = std::vector<float>;
 
@@ -29,19 +30,19 @@ Floats MakeNumbers(uint32_t nSeed, float fFrom, float fTo)
   return listNumbers;
 }
 
-/// What one level makes of the same numbers.
+/// What one level makes of the same numbers; one place more than there are results.
 struct SOutcome {
-  Floats listAcross = Floats(LINE_WIDTH);
-  Floats listAlong = Floats(LINE_WIDTH);
-  Floats listFirstLine = Floats(LINE_WIDTH);
-  Floats listNextLine = Floats(LINE_WIDTH);
+  Floats listAcross = Floats(LINE_WIDTH + 1, UNWRITTEN);
+  Floats listAlong = Floats(LINE_WIDTH + 1, UNWRITTEN);
+  Floats listFirstLine = Floats(LINE_WIDTH + 1, UNWRITTEN);
+  Floats listNextLine = Floats(LINE_WIDTH + 1, UNWRITTEN);
   Floats listColumns = MakeNumbers(11, -1, 1);
   Floats listLines = MakeNumbers(12, -1, 1);
   Floats listNextColumns = MakeNumbers(13, -1, 1);
   Floats listNextLines = MakeNumbers(14, -1, 1);
-  Floats listMeans = Floats(RUN);
-  Floats listCounts = Floats(RUN);
-  Floats listSums = Floats(RUN);
+  Floats listMeans = Floats(RUN + 1, UNWRITTEN);
+  Floats listCounts = Floats(RUN + 1, UNWRITTEN);
+  Floats listSums = Floats(RUN + 1, UNWRITTEN);
 };
 
 const SWindowPixel WINDOW[] = {
@@ -58,7 +59,7 @@ SOutcome RunAll(const SReferenceKernels &stKernels)
   stKernels.fnSmoothAcross({p, p + LINE_WIDTH, p + 2 * LINE_WIDTH, p + 3 * LINE_WIDTH, p + 4 * LINE_WIDTH}, LINE_WIDTH,
                            st.listAcross.data());
   stKernels.fnSmoothAlong(p + FIRST, LINE_WIDTH, 3, st.listAlong.data());
-  const float *pColumns = st.listColumns.data();
+  const float *pColumns = st.listColumns.data() + LINE_WIDTH; // left of them is another line
   const float *pLines = st.listLines.data();
   stKernels.fnTakeAway({pColumns, pLines, nullptr, WEIGHT}, p, LINE_WIDTH, st.listFirstLine.data());
   stKernels.fnTakeAway({pColumns, pLines + LINE_WIDTH, pLines, WEIGHT}, p, LINE_WIDTH, st.listNextLine.data());
@@ -98,7 +99,8 @@ TEST(ReferenceKernels, EveryLevelGivesTheSame)
 TEST(ReferenceKernels, SmoothingAndDivergenceAreThoseOfTheSlowTwin)
 {
   const SOutcome st = RunAll(GetBaseline());
-  const Floats listColumns = SOutcome().listColumns;
+  const Floats listAllColumns = SOutcome().listColumns;
+  const Floats listColumns(listAllColumns.begin() + LINE_WIDTH, listAllColumns.end());
   const Floats listLines = SOutcome().listLines;
   const auto smoothAt = [](std::size_t nPlace, std::size_t nStep) {
     constexpr float KERNEL[] = {1, 4, 6, 4, 1};
@@ -162,6 +164,43 @@ TEST(ReferenceKernels, RegionsAndSumsAreThoseOfTheSlowTwin)
     }
     EXPECT_NEAR(st.listSums[n], dAround, 0.5) << n;
   }
+}
+
+TEST(ReferenceKernels, NothingIsWrittenBeyondTheLastResult)
+{
+  const SOutcome st = RunAll(GetReferenceKernels());
+  for (const Floats SOutcome::*pList :
+       {&SOutcome::listAcross, &SOutcome::listAlong, &SOutcome::listFirstLine, &SOutcome::listNextLine,
+        &SOutcome::listMeans, &SOutcome::listCounts, &SOutcome::listSums}) {
+    EXPECT_EQ((st.*pList).back(), UNWRITTEN);
+    EXPECT_NE((st.*pList)[(st.*pList).size() - 2], UNWRITTEN);
+  }
+}
+
+TEST(ReferenceKernels, NoMoreIsReadThanTheHeaderSays)
+{
+  // Copies that end where reading has to; the address sanitizer watches.
+  const auto fnCopy = [](const Floats &from, std::size_t nBefore, std::size_t nEnd) {
+    return Floats(from.begin() + static_cast<std::ptrdiff_t>(FIRST - nBefore),
+                  from.begin() + static_cast<std::ptrdiff_t>(FIRST + nEnd));
+  };
+  const SOutcome stLong = RunAll(GetReferenceKernels());
+  constexpr std::size_t LANES = SRegionRun::LANES;
+  constexpr std::size_t BEFORE = 1 + LINE_WIDTH;
+  const Floats listMeans = fnCopy(MEANS, BEFORE, LINE_WIDTH + LANES);
+  const Floats listCounts = fnCopy(COUNTS, 0, LANES);
+  const Floats listSamples = fnCopy(SAMPLES, BEFORE, LINE_WIDTH + LANES);
+  Floats listNext(LANES);
+  Floats listNextCounts(LANES);
+  GetReferenceKernels().fnGrowRun({listMeans.data() + BEFORE, listCounts.data(), listSamples.data() + BEFORE, LANES},
+                                  WINDOW, std::size(WINDOW), listNext.data(), listNextCounts.data());
+  EXPECT_EQ(listNext, Floats(stLong.listMeans.begin(), stLong.listMeans.begin() + LANES));
+  EXPECT_EQ(listNextCounts, Floats(stLong.listCounts.begin(), stLong.listCounts.begin() + LANES));
+  constexpr std::size_t REACH = SUMMED_REACH * (LINE_WIDTH + 1);
+  const Floats listSquares = fnCopy(SAMPLES, REACH, REACH + 2 * LANES);
+  Floats listSums(2 * LANES);
+  GetReferenceKernels().fnSumSquares(listSquares.data() + REACH, 2 * LANES, LINE_WIDTH, listSums.data());
+  EXPECT_EQ(listSums, Floats(stLong.listSums.begin(), stLong.listSums.begin() + 2 * LANES));
 }
 
 TEST(ReferenceKernels, TheProgramUsesThoseOfTheLevelThatIsAskedFor)

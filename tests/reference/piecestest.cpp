@@ -125,6 +125,57 @@ TEST(ReferenceScales, StatisticsAreThoseOfWhiteNoise)
   }
 }
 
+TEST(ReferenceScales, StatisticsAreThoseOfTheSlowTwin)
+{
+  constexpr double SPLINE[] = {1.0 / 16, 4.0 / 16, 6.0 / 16, 4.0 / 16, 1.0 / 16};
+  constexpr int REACH = 14; // 2 + 4 + 8
+  constexpr int SIDE = 2 * REACH + 1;
+  constexpr auto IMAGE_SIDE = static_cast<uint32_t>(SIDE + 4 * REACH);
+  const auto listStatistics = GetScaleStatistics(3);
+  EXPECT_DOUBLE_EQ(listStatistics[0].dGain, 1 - 2 * 36.0 / 256 + 70.0 / 256 * 70 / 256);
+  // The detail of a single sample, with zeros all around.
+  std::vector<float> listFine(std::size_t{IMAGE_SIDE} * IMAGE_SIDE);
+  listFine[listFine.size() / 2] = 1;
+  std::vector<float> listWide(listFine.size());
+  std::vector<float> listLine(IMAGE_SIDE + 4 * 4);
+  for (uint32_t nScale = 0; nScale < 3; ++nScale) {
+    Smooth({listFine.data(), IMAGE_SIDE, IMAGE_SIDE}, {listWide.data(), IMAGE_SIDE, IMAGE_SIDE}, 1U << nScale,
+           listLine.data());
+    const auto fnDetail = [&](int nX, int nY) {
+      const auto nPlace = static_cast<std::size_t>((nY + 2 * REACH) * static_cast<int>(IMAGE_SIDE) + nX + 2 * REACH);
+      return double{listFine[nPlace]} - double{listWide[nPlace]};
+    };
+    // What two details of white noise so many steps apart have in common.
+    const auto fnCovariance = [&](int nStepsX, int nStepsY) {
+      double dSum = 0;
+      for (int nY = 0; nY < SIDE; ++nY) {
+        for (int nX = 0; nX < SIDE; ++nX) {
+          dSum += fnDetail(nX, nY) * fnDetail(nX + (nStepsX << nScale), nY + (nStepsY << nScale));
+        }
+      }
+      return dSum;
+    };
+    const double dGain = fnCovariance(0, 0);
+    EXPECT_NEAR(listStatistics[nScale].dGain / dGain, 1, 1e-5) << nScale;
+    double dVariance = 0; // of the smoothed square: the sum over all pairs of taps
+    for (int nY = -4; nY <= 4; ++nY) {
+      for (int nX = -4; nX <= 4; ++nX) {
+        const double dCorrelation = fnCovariance(std::abs(nX), std::abs(nY)) / dGain;
+        const auto fnPairs = [&](int nApart) {
+          double dSum = 0;
+          for (int n = std::max(0, -nApart); n < std::min(5, 5 - nApart); ++n) {
+            dSum += SPLINE[n] * SPLINE[n + nApart];
+          }
+          return dSum;
+        };
+        dVariance += 2 * fnPairs(nX) * fnPairs(nY) * dCorrelation * dCorrelation;
+      }
+    }
+    EXPECT_NEAR(listStatistics[nScale].dFreedom * dVariance / 2, 1, 1e-5) << nScale;
+    listFine = listWide;
+  }
+}
+
 TEST(ReferenceShrinkage, NoiseAloneIsNotBelievedAndAStructureIs)
 {
   const std::vector<float> listNoise = MakeNoise(12 * 20000);
@@ -169,6 +220,32 @@ TEST(ReferenceShrinkage, AnEnergyBeyondAllOthersIsBelievedWithAnyFreedom)
   shrinkage.Learn(aCounts, 1000); // likelihoods far below the smallest number
   EXPECT_GT(shrinkage.GetWeight(16000), 0.99F);
   EXPECT_LT(shrinkage.GetWeight(1), 0.05F);
+}
+
+TEST(ReferenceShrinkage, HowManyEnergiesThereAreDoesNotCount)
+{
+  CShrinkage::Histogram aOne{};
+  aOne[CShrinkage::GetBin(1)] = 1;
+  CShrinkage::Histogram aMany{};
+  aMany[CShrinkage::GetBin(1)] = 10000;
+  CShrinkage one;
+  one.Learn(aOne, 12);
+  CShrinkage many;
+  many.Learn(aMany, 12);
+  for (const float fEnergy : {0.0F, 1.0F, 3.0F, 30.0F}) {
+    EXPECT_FLOAT_EQ(one.GetWeight(fEnergy), many.GetWeight(fEnergy)) << fEnergy;
+  }
+}
+
+TEST(ReferenceShrinkage, PlacesWithoutEnergyCountInTheMeanWeightToo)
+{
+  CShrinkage::Histogram aCounts{};
+  aCounts[CShrinkage::GetBin(0)] = 3000;
+  aCounts[CShrinkage::GetBin(100)] = 1000;
+  CShrinkage shrinkage;
+  shrinkage.Learn(aCounts, 12);
+  EXPECT_FLOAT_EQ(static_cast<float>(shrinkage.GetMeanWeight(aCounts)),
+                  0.75F * shrinkage.GetWeight(0) + 0.25F * shrinkage.GetWeight(100));
 }
 
 TEST(ReferenceShrinkage, NoEnergyAtAllAndNoNumberHaveAPlace)
@@ -265,6 +342,49 @@ TEST(ReferenceNoise, TheMeterKnowsNothingOfFewerThanEightSamples)
   }
 }
 
+TEST(ReferenceNoise, OfALargeFrameEverySecondPairOfLinesIsLookedAt)
+{
+  constexpr uint32_t WIDTH = 2000;
+  constexpr uint32_t HEIGHT = 1000; // as many samples as are enough
+  std::mt19937 random(5);
+  std::vector<uint8_t> listFormer(std::size_t{WIDTH} * HEIGHT);
+  std::vector<uint8_t> listLatter(listFormer.size());
+  std::vector<uint8_t> listFormerLines;
+  std::vector<uint8_t> listLatterLines;
+  for (uint32_t nLine = 0; nLine < HEIGHT; ++nLine) {
+    const bool bLookedAt = nLine % 4 < 2;
+    for (std::size_t n = std::size_t{nLine} * WIDTH; n < std::size_t{nLine + 1} * WIDTH; ++n) {
+      listFormer[n] = static_cast<uint8_t>(100 + random() % (bLookedAt ? 7 : 50));
+      listLatter[n] = static_cast<uint8_t>(100 + random() % (bLookedAt ? 7 : 50));
+      if (bLookedAt) {
+        listFormerLines.push_back(listFormer[n]);
+        listLatterLines.push_back(listLatter[n]);
+      }
+    }
+  }
+  CNoiseMeter all;
+  all.Add(listFormer.data(), listLatter.data(), WIDTH, HEIGHT, 1);
+  CNoiseMeter lines;
+  lines.Add(listFormerLines.data(), listLatterLines.data(), WIDTH, HEIGHT / 2, 1);
+  for (uint32_t nSite = 0; nSite < CNoiseMeter::SITES; ++nSite) {
+    EXPECT_EQ(all.GetSite(nSite).dSample, lines.GetSite(nSite).dSample) << nSite;
+    EXPECT_EQ(all.GetSite(nSite).dLine, lines.GetSite(nSite).dLine) << nSite;
+  }
+}
+
+TEST(ReferenceNoise, LightThatAddsOneToTheOneBrighterSampleIsNoNoise)
+{
+  // In each site one of eight samples is brighter, and gets brighter still: a line through both levels has both.
+  std::vector<uint8_t> listFormer(16 * 2, 50);
+  std::vector<uint8_t> listLatter = listFormer;
+  for (const std::size_t n : {6, 7, 16 + 6, 16 + 7}) {
+    ++listLatter[n];
+  }
+  CNoiseMeter meter;
+  meter.Add(listFormer.data(), listLatter.data(), 16, 2, 1);
+  EXPECT_NEAR(meter.GetAll().dSample, 0, 1e-9);
+}
+
 TEST(ReferenceNoise, BelowTheDarkTheLightAddsNoNoise)
 {
   const SFieldNoise stNoise = {4, 0.5F, 0};
@@ -296,6 +416,57 @@ TEST(ReferencePlanes, ALineBeyondTheEdgesIsReflected)
   std::vector<float> listLine(8);
   source.ReadLine(-1, -2, 8, listLine.data());
   EXPECT_EQ(listLine, (std::vector<float>{34, 29, 24, 29, 34, 39, 34, 29}));
+}
+
+namespace {
+
+/// The field of a monochrome plane, written DN by DN.
+std::vector<uint16_t> MakeField(uint32_t nWidth, uint32_t nHeight, const std::vector<uint32_t> &listSums,
+                                float fVariance, float fScale)
+{
+  CPlaneField field({GetPlanes(nWidth, nHeight, false).front(), listSums.data(), 1, nullptr, 1}, {fVariance, 0, 0}, 1);
+  field.FindProfiles();
+  field.WeightCoarseScales();
+  field.LearnFineScales();
+  std::vector<uint16_t> listField(listSums.size());
+  field.Write({listField.data(), fScale, nullptr});
+  return listField;
+}
+
+} // namespace
+
+TEST(ReferencePlanes, AFieldBeyondTheScaleIsWrittenAsItsEnd)
+{
+  EXPECT_EQ(MakeField(20, 12, std::vector<uint32_t>(20 * 12, 5000), 4, 16), std::vector<uint16_t>(20 * 12, 65535));
+}
+
+TEST(ReferencePlanes, AMirroredFrameHasTheMirroredField)
+{
+  constexpr uint32_t WIDTH = 69; // what is taken of the smooth image lies alike from both sides
+  constexpr uint32_t HEIGHT = 45;
+  std::vector<uint32_t> listSums;
+  for (const float fNoise : MakeNoise(std::size_t{WIDTH} * HEIGHT, 2000)) {
+    listSums.push_back(static_cast<uint32_t>(std::lround(30000 + fNoise)));
+  }
+  const auto fnMirror = [](auto list, bool bColumns) {
+    const auto listFrom = list;
+    for (uint32_t n = 0; n < list.size(); ++n) {
+      const uint32_t nX = n % WIDTH;
+      const uint32_t nY = n / WIDTH;
+      list[n] = bColumns ? listFrom[nY * WIDTH + WIDTH - 1 - nX] : listFrom[(HEIGHT - 1 - nY) * WIDTH + nX];
+    }
+    return list;
+  };
+  constexpr float VARIANCE = 1e7F; // more than it has: edges in it would be probed pixel by pixel, as places decide
+  const auto listField = MakeField(WIDTH, HEIGHT, listSums, VARIANCE, 1);
+  for (const bool bColumns : {false, true}) {
+    const auto listMirrored = fnMirror(MakeField(WIDTH, HEIGHT, fnMirror(listSums, bColumns), VARIANCE, 1), bColumns);
+    int nLargest = 0;
+    for (std::size_t n = 0; n < listField.size(); ++n) {
+      nLargest = std::max(nLargest, std::abs(listField[n] - listMirrored[n]));
+    }
+    EXPECT_LE(nLargest, 1) << "rounding, of a noise of 2000";
+  }
 }
 
 TEST(ReferencePlanes, AFieldBelowZeroIsWrittenAsZero)
