@@ -185,7 +185,8 @@ TEST(ReferenceShrinkage, NoiseAloneIsNotBelievedAndAStructureIs)
   EXPECT_LT(shrinkage.GetMeanWeight(aCounts), 0.05);
   EXPECT_GT(shrinkage.GetWeight(30), 0.9F);
   EXPECT_GT(shrinkage.GetWeight(1e6F), 0.999F);
-  for (float fEnergy = 0.01F; fEnergy < 1000; fEnergy *= 1.1F) {
+  for (int nStep = 0; nStep < 121; ++nStep) { // from 0.01 to 1000
+    const float fEnergy = 0.01F * std::pow(1.1F, static_cast<float>(nStep));
     EXPECT_GE(shrinkage.GetWeight(fEnergy * 1.1F), shrinkage.GetWeight(fEnergy));
   }
 }
