@@ -346,6 +346,30 @@ TEST_F(CFitsTest, HeadersThatMakeNoSenseAreRefused)
   EXPECT_EQ(GetError(), "") << "behind an image may stand what is no part";
 }
 
+TEST_F(CFitsTest, TheLongestHeaderThatIsTakenIsRead)
+{
+  WriteForeign(USHORT_IMG, {4, 2});
+  const QByteArray byteGood = ReadBytes(m_strPath);
+  const QByteArray byteEnd = QByteArray("END").leftJustified(80, ' ');
+  const int nEnd = byteGood.indexOf(byteEnd);
+  ASSERT_GE(nEnd, 0);
+  WriteBytes(m_strPath, (byteGood.left(nEnd).leftJustified(999 * 2880, ' ') + byteEnd).leftJustified(1000 * 2880, ' ') +
+                          byteGood.mid(2880));
+  EXPECT_EQ(ReadSamples(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
+}
+
+TEST_F(CFitsTest, MoreFilesThanTheLibraryKeepsOpenAreReadOneAfterTheOther)
+{
+  constexpr int MOST_OPEN = 10000; // at once
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 2, 1};
+  const Frames listFrames = MakeFrames(stInfo.stLayout, 1, 8);
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, listFrames).GetError(), "");
+  for (int n = 0; n <= MOST_OPEN; ++n) {
+    ASSERT_EQ(m_kind.Open(m_strPath).GetError(), "") << n;
+  }
+}
+
 TEST_F(CFitsTest, DepthsThatTheSamplesCannotHaveAreNoneInTheFileEither)
 {
   for (const double dBits : {7.0, 17.0}) {

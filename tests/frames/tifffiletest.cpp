@@ -338,6 +338,27 @@ TEST_F(CTiffTest, LinesThatAreLongerThanAStripAreWrittenOneByOne)
   EXPECT_TRUE(ReadFile(m_kind, m_strPath, &strError) == listFrames) << strError;
 }
 
+TEST_F(CTiffTest, FramesAreWrittenInStripsOfAMegabyte)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {1024, 1025, 2};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1)).GetError(), "");
+  TIFF *pTiff = TIFFOpen(m_strPath.toUtf8().constData(), "r");
+  ASSERT_NE(pTiff, nullptr);
+  EXPECT_EQ(TIFFNumberOfStrips(pTiff), 3U);
+  EXPECT_EQ(TIFFStripSize(pTiff), 1 << 20);
+  TIFFClose(pTiff);
+}
+
+TEST_F(CTiffTest, TheCorrectionIsFoundInFilesOfEveryVersion)
+{
+  SFrameInfo stInfo;
+  stInfo.stLayout = {4, 4, 1};
+  stInfo.mapTexts = {{TEXT_CORRECTION, "with these coefficients"}};
+  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
+  EXPECT_EQ(ListTags().back(), 65170) << "by the same tag";
+}
+
 TEST_F(CTiffTest, OthersFindEveryTagThatTheyNeed)
 {
   SFrameInfo stInfo;
