@@ -47,7 +47,7 @@ inline Result<> WriteFile(const frames::IFileKind &kind, const QString &strPath,
     return writer.GetFailure();
   }
   for (const std::vector<uint8_t> &listFrame : listFrames) {
-    const Result<> result = writer.GetValue()->Write(listFrame.data(), stInfo.mapTexts);
+    Result<> result = writer.GetValue()->Write(listFrame.data(), stInfo.mapTexts);
     if (!result) {
       return result;
     }

@@ -80,6 +80,12 @@ TEST(FramesWithoutMemory, AFolderIsNeverTakenForAnEmptyOne)
     EXPECT_EQ(listNames.value_or(QStringList{"a.png", "b.png"}), (QStringList{"a.png", "b.png"}));
   });
   EXPECT_GT(nTried, 5U) << "else they were not seen";
+  const QTemporaryDir empty;
+  ForEachAllocation([&](const auto &fnRun) {
+    std::optional<QStringList> listNames;
+    fnRun([&] { listNames = ListFiles(QDir(empty.path())); });
+    EXPECT_EQ(listNames.value_or(QStringList()), QStringList());
+  });
 }
 
 TEST(FramesWithoutMemory, AFileIsWrittenWholeOrNotAtAll)

@@ -88,12 +88,15 @@ TEST(DeviceGeometry, AFailedAcquisitionGivesAllItsBuffersBack)
       rig.TakeSignals();
       return nStatus;
     };
+    const auto failAtBuffer = [&](int nBuffer) {
+      const CFailingNew failing(nBuffer);
+      return fail();
+    };
     EXPECT_EQ(fail(), PLUGIN_STATUS_BUFFER_TIMEOUT); // by now all features have been looked up
-    {
-      const CFailingNew failing(1); // ends at the second buffer
-      EXPECT_EQ(fail(), -2);
-    }
+    EXPECT_EQ(failAtBuffer(0), -2);
     const int64_t nWithout = CountLiveAllocations();
+    EXPECT_EQ(failAtBuffer(1), -2);
+    EXPECT_EQ(CountLiveAllocations(), nWithout) << (bBright ? "bright" : "dark");
     EXPECT_EQ(fail(), PLUGIN_STATUS_BUFFER_TIMEOUT);
     EXPECT_EQ(CountLiveAllocations(), nWithout) << (bBright ? "bright" : "dark");
   }

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <chrono>
 #include <thread>
 #include <vector>
@@ -136,6 +137,27 @@ TEST(FrameExchange, AFrameForAnEarlierRequestDoesNotReachTheBufferOfTheNextAcqui
   ASSERT_TRUE(exchange.AllocateBuffer(2));
   Receive(exchange, {1, 2});
   EXPECT_EQ(GetBytes(exchange), std::vector<uint8_t>(2));
+}
+
+TEST(FrameExchange, FramesThatDoNotCountPutOffNoTimeout)
+{
+  constexpr int ENOUGH = 300;
+  CFrameExchange exchange;
+  std::atomic<bool> bEnded{false};
+  int nFrames = 0;
+  std::thread host([&] {
+    for (; nFrames < ENOUGH && !bEnded; ++nFrames) {
+      exchange.RequestFrame();
+      (void)exchange.PollRequest();
+      exchange.WithdrawRequest();
+      exchange.SetFrameReady();
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+  });
+  EXPECT_FALSE(exchange.WaitFrameReady(30));
+  bEnded = true;
+  host.join();
+  EXPECT_LT(nFrames, ENOUGH) << "it did not wait for the last of them";
 }
 
 TEST(FrameExchange, AFrameThatWasAskedForBeforeItsRequestWasWithdrawnDoesNotCount)
