@@ -11,7 +11,6 @@
 #include <fitsio.h>
 #include <gtest/gtest.h>
 
-#include "frames/fitskeywords.h"
 #include "tests/frames/framefiles.h"
 
 using namespace ffc::frames;
@@ -438,14 +437,4 @@ TEST_F(CFitsTest, PlainTextsStandInTheHeaderAsTheyAre)
   const QByteArray byteHeader = ReadBytes(m_strPath).left(2880);
   EXPECT_TRUE(byteHeader.contains("FFCDESC = 'Taken of A/B (20 um) = x~'")) << byteHeader.constData();
   EXPECT_TRUE(byteHeader.contains("OBSERVER= '100%25%26%27'")) << byteHeader.constData();
-}
-
-TEST(FitsKeywords, ALongRunOfHeadersUsesUpNoneOfTheLibrarysPlaces)
-{
-  constexpr int MORE_THAN_AT_ONCE = 10100; // the library has places for 10000 files
-  for (int n = 0; n < MORE_THAN_AT_ONCE; ++n) {
-    CFitsKeywords keywords;
-    keywords.Create();
-    ASSERT_EQ(keywords.GetCards().GetError(), "") << n;
-  }
 }

@@ -291,32 +291,6 @@ TEST_F(CTiffTest, ASizeThatTheFileCannotHoldTakesNoMemory)
   EXPECT_EQ(m_kind.Open(m_strPath).GetError(), "is too short for a frame of 20 x 30 pixels: it ends early.");
 }
 
-TEST_F(CTiffTest, AStripHasAboutAMegabyte)
-{
-  const auto fnCountRows = [this](const SLayout &stLayout) {
-    SFrameInfo stInfo;
-    stInfo.stLayout = stLayout;
-    EXPECT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stLayout, 1, 8)).GetError(), "");
-    TIFF *pTiff = TIFFOpen(m_strPath.toUtf8().constData(), "rc"); // "c": as it is, not cut into smaller ones
-    uint32_t nRows = 0;
-    TIFFGetField(pTiff, TIFFTAG_ROWSPERSTRIP, &nRows);
-    TIFFClose(pTiff);
-    return nRows;
-  };
-  EXPECT_EQ(fnCountRows({1000, 2000, 1}), 1048U);
-  EXPECT_EQ(fnCountRows({1000, 20, 1}), 20U) << "not more than there are";
-}
-
-TEST_F(CTiffTest, TheCorrectionIsFoundWhereFormerVersionsPutIt)
-{
-  SFrameInfo stInfo;
-  stInfo.stLayout = {4, 4, 1};
-  stInfo.mapTexts = {{TEXT_CORRECTION, "which"}};
-  ASSERT_EQ(WriteFile(m_kind, m_strPath, stInfo, MakeFrames(stInfo.stLayout, 1, 8)).GetError(), "");
-  const std::vector<int> listTags = ListTags();
-  EXPECT_EQ(std::count(listTags.begin(), listTags.end(), 65170), 1);
-}
-
 TEST_F(CTiffTest, TheLargestValueThatAFileStatesIsItsDepth)
 {
   for (const uint32_t nDepth : {8U, 10U, 12U, 14U}) {
