@@ -2,11 +2,11 @@
 
 include(CheckCXXCompilerFlag)
 
-option(FFC_BASELINE_ONLY "Compile the kernels for the baseline alone, which is quicker" OFF)
+set(FFC_OMITTED_LEVELS "" CACHE STRING "Levels above the baseline that the kernels are not compiled for, which is quicker")
 
 # FFC_KERNEL_LEVELS: the levels that are built. FFC_KERNEL_OPTIONS_<level>: what the compiler is told.
 set(FFC_KERNEL_LEVELS baseline)
-if(NOT FFC_BASELINE_ONLY AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
   if(MSVC)
     # Its code without /arch is the baseline; there is no level between that and AVX2.
     list(APPEND FFC_KERNEL_LEVELS v3 v4)
@@ -32,6 +32,9 @@ if(NOT FFC_BASELINE_ONLY AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd6
         list(REMOVE_ITEM FFC_KERNEL_LEVELS v3 v4)
       endif()
     endif()
+  endif()
+  if(FFC_OMITTED_LEVELS)
+    list(REMOVE_ITEM FFC_KERNEL_LEVELS ${FFC_OMITTED_LEVELS})
   endif()
 endif()
 

@@ -76,13 +76,6 @@ toff_t GetSize(thandle_t pHandle)
   return static_cast<toff_t>(ToFile(pHandle).size());
 }
 
-int MapNothing(thandle_t, void **, toff_t *)
-{
-  return 0;
-}
-
-void UnmapNothing(thandle_t, void *, toff_t) {}
-
 #if defined(__GNUC__)
 __attribute__((format(printf, 4, 0)))
 #endif
@@ -129,7 +122,7 @@ TiffPtr OpenTiff(QFile &file, const char *pMode, std::string *pstrError)
   TIFFOpenOptionsSetErrorHandlerExtR(pOptions, KeepError, pstrError);
   TIFFOpenOptionsSetWarningHandlerExtR(pOptions, DropWarning, nullptr);
   TiffPtr pTiff(TIFFClientOpenExt(file.fileName().toUtf8().constData(), pMode, &file, ReadBytes, WriteBytes, Seek,
-                                  CloseNothing, GetSize, MapNothing, UnmapNothing, pOptions));
+                                  CloseNothing, GetSize, nullptr, nullptr, pOptions));
   TIFFOpenOptionsFree(pOptions);
   return pTiff;
 }

@@ -40,6 +40,7 @@ public:
     if (!stSetting.bTaken) {
       return Describe();
     }
+    // The library says either way that it failed, so far; nobody promises that it always does both.
     const bool bWritten =
       WriteStrips(static_cast<const uint8_t *>(pFrame)) && TIFFWriteDirectory(m_pTiff.get()) == 1 && m_strError.empty();
     return bWritten ? Result<>() : Describe();

@@ -59,6 +59,16 @@ TEST(FileKind, EveryKindIsFoundByItsOwnEndings)
   }
 }
 
+TEST(FileKind, NoTwoKindsAreCalledTheSame)
+{
+  QStringList listNames{CRawFile().GetName()};
+  for (const IFileKind *pKind : ListFileKinds()) {
+    listNames.append(pKind->GetName());
+  }
+  EXPECT_FALSE(listNames.contains(QString()));
+  EXPECT_EQ(listNames.removeDuplicates(), 0);
+}
+
 TEST(FileKind, AKindThatIsNotBuiltInIsKnownAndSaysSo)
 {
   const QTemporaryDir dir;
