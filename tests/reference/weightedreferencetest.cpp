@@ -511,7 +511,7 @@ TEST(WeightedReference, WhereTheNoiseIsKnownFromIsSaidInWords)
   EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::AllDetail), "all fine detail of the one frame");
 }
 
-TEST(WeightedReference, ImagesOfUpToAMillionColumnsOrLinesAreWorkedOn)
+TEST(WeightedReference, OnlyMemoryLimitsImagesOfUpToAMillionColumnsOrLines)
 {
   const SSensor stSensor;
   const CSums bright(stSensor, stSensor.MakeField(), 1);

@@ -150,6 +150,17 @@ TEST(FrameSums, AFrameWhoseBitsAreThoseOfALargerPixelIsHeldToo)
   sums.ExpectSameSums();
 }
 
+TEST(FrameSums, ASumOneAboveSixteenBitsIsHeldToo)
+{
+  for (int32_t nShift = 8; nShift <= 15; ++nShift) {
+    CTwinSums sums(67);
+    const int32_t nFrames = 1 << (16 - nShift);
+    sums.Add(CTestImage(67, 1, 16, 1 << nShift), nFrames);
+    sums.ExpectSameAverage(nFrames, 16);
+    sums.ExpectSameSums();
+  }
+}
+
 TEST(FrameSums, FramesOfSeveralSizesAndDepthsAreAddedFromTheFirstPixelOn)
 {
   CTestRandom random(43);
