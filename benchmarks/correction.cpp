@@ -55,7 +55,8 @@ void StreamBand(const void *pContext, std::size_t nFirst, std::size_t nPixels)
 void StreamShared(CArena &arena, const SFrameSize &stSize, bool bDark, uint32_t nThreads)
 {
   const SStreamFrame stFrame = {arena, bDark};
-  GetPool(nThreads).Run(stSize.CountPixels(), StreamBand, &stFrame);
+  const auto nKind = static_cast<uintptr_t>(arena.GetBitDepth()) * 2 + (bDark ? 1 : 0);
+  GetPool(nThreads).Run(stSize.CountPixels(), StreamBand, &stFrame, nKind);
 }
 
 // The arena's dark levels stand behind the gains of its largest frame, but any words serve as levels here.

@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "ombrix/sharingjudge.h"
 #include "platform/kernelchoice.h"
 
 using ffc::platform::ChooseKernels;
@@ -11,6 +12,8 @@ namespace {
 
 constexpr const char *GOAL_SIZES[] = {"5", "26"};
 constexpr double SHORTEST_SECONDS = 0.02;
+// With threads that have learnt whether they are worth it.
+constexpr uint32_t FRAMES_TO_WARM_UP = ffc::ombrix::FRAMES_TO_LEARN + 2;
 constexpr std::size_t SMALLEST_BY_CLOCK = 5'000'000;
 // Of sizes that only tell how the time grows; the others have as many as the command line says.
 constexpr int GROWTH_REPETITIONS = 2;
@@ -25,6 +28,14 @@ bool IsGoalSize(const SFrameSize &stSize)
   return false;
 }
 
+// Pages, caches and threads are then as they stay.
+void WarmUp(const SFrameSize &stSize, const FnWork &fnWork, bool bThreads)
+{
+  for (uint32_t n = 0; n < (bThreads ? FRAMES_TO_WARM_UP : 1); ++n) {
+    fnWork(stSize);
+  }
+}
+
 const SStreamKernels &STREAM = ChooseKernels(FindSStreamKernels, GetInstructionLevel());
 
 } // namespace
@@ -35,7 +46,7 @@ void CKernelBenchmarks::Register(const SFrameSize &stSize, const std::string &st
   const std::string strName = m_strKernel + "|" + stSize.pName + "|" + strWho;
   auto *const pBenchmark = benchmark::RegisterBenchmark(strName.c_str(),
                                                         [=](benchmark::State &state) {
-                                                          fnWork(stSize); // pages and caches as they stay
+                                                          WarmUp(stSize, fnWork, bByClock);
                                                           for ([[maybe_unused]] auto _ : state) {
                                                             fnWork(stSize);
                                                             benchmark::ClobberMemory();

@@ -25,23 +25,48 @@ uint32_t ChooseThreadCount(const char *pWish, uint32_t nProcessors) noexcept
   return std::clamp<uint32_t>(nProcessors / 2, 1, MAX_THREADS_UNASKED);
 }
 
-void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext) noexcept
+void CBandPool::Run(std::size_t nPixels, FnBand fnBand, const void *pContext, uintptr_t nKind) noexcept
 {
   if (nPixels < SMALLEST_SPLIT_PIXELS) {
     fnBand(pContext, 0, nPixels);
     return;
   }
   const std::unique_lock<std::mutex> busy(m_busy, std::try_to_lock);
-  if (!busy.owns_lock() || !m_judge.SharesNext() || !HasWorkers()) {
+  if (!busy.owns_lock() || !HasWorkers()) {
     fnBand(pContext, 0, nPixels);
     return;
   }
-  const SFrame stFrame = {fnBand, pContext, nPixels, std::size_t{m_nWorkers} + 1};
+  CSharingJudge &judge = FindJudge(nKind, nPixels);
+  const TClock::time_point start = TClock::now();
+  if (judge.SharesNext()) {
+    Share({fnBand, pContext, nPixels, std::size_t{m_nWorkers} + 1});
+    judge.CountShared(TClock::now() - start);
+  } else {
+    fnBand(pContext, 0, nPixels);
+    judge.CountAlone(TClock::now() - start);
+  }
+}
+
+// With the caller's lock held. A new kind takes the place of the one that came first.
+CSharingJudge &CBandPool::FindJudge(uintptr_t nKind, std::size_t nPixels) noexcept
+{
+  for (SKind &stKind : m_aKinds) {
+    if (stKind.nKind == nKind && stKind.nPixels == nPixels) {
+      return stKind.judge;
+    }
+  }
+  SKind &stKind = m_aKinds[m_nNextKind];
+  m_nNextKind = (m_nNextKind + 1) % KINDS;
+  stKind = {nKind, nPixels, {}};
+  return stKind.judge;
+}
+
+void CBandPool::Share(const SFrame &stFrame) noexcept
+{
   Offer(stFrame);
-  const SPace stOwn = WorkOnBands(stFrame, 0);
-  const TClock::time_point finish = TClock::now();
-  WaitForWorkers(stOwn.GetMean());
-  m_judge.Judge(stOwn, stFrame.CountBands() - stOwn.nBands, TClock::now() - finish);
+  const TClock::time_point start = TClock::now();
+  const std::size_t nBands = WorkOnBands(stFrame, 0);
+  WaitForWorkers(2 * (TClock::now() - start) / static_cast<TClock::rep>(std::max<std::size_t>(nBands, 1)));
 }
 
 void CBandPool::Offer(const SFrame &stFrame) noexcept
@@ -61,7 +86,7 @@ void CBandPool::Offer(const SFrame &stFrame) noexcept
 
 // A worker that has not woken yet finds nothing left, and need not be waited for. The others are within their last
 // bands: to sleep and be woken would take longer than these do, unless one has lost its processor.
-void CBandPool::WaitForWorkers(TClock::duration expected) noexcept
+void CBandPool::WaitForWorkers(TClock::duration patience) noexcept
 {
   {
     const std::lock_guard<std::mutex> lock(m_lock);
@@ -69,7 +94,7 @@ void CBandPool::WaitForWorkers(TClock::duration expected) noexcept
   }
   const TClock::time_point begin = TClock::now();
   while (m_nWorking.load(std::memory_order_acquire) > 0) {
-    if (TClock::now() - begin > 2 * expected) {
+    if (TClock::now() - begin > patience) {
       std::unique_lock<std::mutex> lock(m_lock);
       m_done.wait(lock, [this] { return m_nWorking == 0; });
       return;
@@ -110,10 +135,10 @@ bool CBandPool::HasWorkers() noexcept
   return m_nWorkers > 0;
 }
 
-SPace CBandPool::WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept
+// Gives how many.
+std::size_t CBandPool::WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept
 {
-  SPace stPace;
-  TClock::time_point before = TClock::now();
+  std::size_t nBands = 0;
   for (std::size_t n = 0; n < stFrame.nShares; ++n) {
     const std::size_t nShare = (nOwnShare + n) % stFrame.nShares;
     const std::size_t nEnd = stFrame.GetFirstBand(nShare + 1);
@@ -124,12 +149,10 @@ SPace CBandPool::WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexc
       }
       const std::size_t nFirst = nBand * BAND_PIXELS;
       stFrame.fnBand(stFrame.pContext, nFirst, std::min(BAND_PIXELS, stFrame.nPixels - nFirst));
-      const TClock::time_point after = TClock::now();
-      stPace.Count(after - before);
-      before = after;
+      ++nBands;
     }
   }
-  return stPace;
+  return nBands;
 }
 
 void CBandPool::WaitForFrames() noexcept

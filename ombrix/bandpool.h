@@ -49,12 +49,15 @@ public:
   CBandPool &operator=(const CBandPool &) = delete;
 
   /// Has every pixel of a frame worked on once; returns when all are done.
-  void Run(std::size_t nPixels, FnBand fnBand, const void *pContext) noexcept;
+  /// \param nKind of work: frames of one kind and size take about the same time
+  void Run(std::size_t nPixels, FnBand fnBand, const void *pContext, uintptr_t nKind = 0) noexcept;
   /// Waits for the frame under way and ends the threads. Later frames are worked on by their callers alone.
   void Close() noexcept;
 
 private:
   using TClock = std::chrono::steady_clock;
+
+  static constexpr std::size_t KINDS = 4;
 
   struct SFrame {
     FnBand fnBand;
@@ -73,10 +76,19 @@ private:
     std::atomic<std::size_t> nNext{0};
   };
 
+  /// What frames of one kind of work and one size taught.
+  struct SKind {
+    uintptr_t nKind = 0;
+    std::size_t nPixels = 0;
+    CSharingJudge judge;
+  };
+
   bool HasWorkers() noexcept;
+  CSharingJudge &FindJudge(uintptr_t nKind, std::size_t nPixels) noexcept;
+  void Share(const SFrame &stFrame) noexcept;
   void Offer(const SFrame &stFrame) noexcept;
-  void WaitForWorkers(TClock::duration expected) noexcept;
-  SPace WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept;
+  void WaitForWorkers(TClock::duration patience) noexcept;
+  std::size_t WorkOnBands(const SFrame &stFrame, std::size_t nOwnShare) noexcept;
   void WaitForFrames() noexcept;
   static void RunWorker(void *pPool);
   static bool StartThread(platform::CWorkerThread &thread, platform::CWorkerThread::FnWork fnWork, void *pContext);
@@ -88,7 +100,8 @@ private:
   uint32_t m_nThreads = 0; ///< with the caller; 0 until the environment was asked
   bool m_bStarted = false;
   uint32_t m_nWorkers = 0;
-  CSharingJudge m_judge;
+  SKind m_aKinds[KINDS]; ///< several cameras may take turns
+  std::size_t m_nNextKind = 0;
   platform::CWorkerThread m_aWorkers[MAX_THREADS - 1];
 
   /// Guards what follows.

@@ -67,7 +67,7 @@ void ComputeTable(const SReference &stReference, uint32_t nTarget, void *pTable,
   const SComputation stJob = {KERNELS.afnCompute[stReference.nBitDepth - FLATFIELD_MIN_BIT_DEPTH][bDark],
                               {stReference.pBright, stReference.pDark, nPixels, nTarget, pTable, pLevels},
                               GetPixelBytes(stReference.nBitDepth)};
-  pool.Run(nPixels, ComputeBand, &stJob);
+  pool.Run(nPixels, ComputeBand, &stJob, reinterpret_cast<uintptr_t>(stJob.fnKernel));
 }
 
 void ApplyTable(const SFrame &stFrame, const STable &stTable, CBandPool &pool)
@@ -78,7 +78,7 @@ void ApplyTable(const SFrame &stFrame, const STable &stTable, CBandPool &pool)
   const SApplication stJob = {KERNELS.afnApply[stFrame.nBitDepth - FLATFIELD_MIN_BIT_DEPTH][stTable.bDark][bInPlace],
                               {stFrame.pSource, stFrame.pDestination, nPixels, stTable.pData, pLevels},
                               GetPixelBytes(stFrame.nBitDepth)};
-  pool.Run(nPixels, ApplyBand, &stJob);
+  pool.Run(nPixels, ApplyBand, &stJob, reinterpret_cast<uintptr_t>(stJob.fnKernel));
 }
 
 } // namespace ffc::ombrix

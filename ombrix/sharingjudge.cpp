@@ -7,49 +7,41 @@ namespace ffc::ombrix {
 
 namespace {
 
-constexpr int SMALLEST_GAIN = 8; // as the part of the others' bands that it is
+constexpr int FRAMES_OF_TYPICAL = 4;
+constexpr int LATE = 8; // as the part of a typical frame; those of one thread are later now and then
 constexpr uint32_t SLOWLY = 16;
 
 } // namespace
 
-void SPace::Count(TDuration band) noexcept
+// A frame that took very long was interrupted, and is not the rule.
+void CSharingJudge::CountAlone(TDuration time) noexcept
 {
-  ++nBands;
-  total += band;
-  longest = std::max(longest, band);
+  m_typical =
+    m_typical == TDuration(0) ? time : m_typical + (std::min(time, 2 * m_typical) - m_typical) / FRAMES_OF_TYPICAL;
+  m_nShared = 0;
+  m_nAlone -= m_nAlone > 0 ? 1 : 0;
 }
 
-SPace::TDuration SPace::GetMean() const noexcept
+// Late is a frame whose other thread lost its processor within a band, or took the caller's when it was woken. Where
+// others keep the processors busy a try may cost a time slice, which is many frames: tries become rare. Two frames in a
+// row that are no faster tell that there is nothing to gain.
+void CSharingJudge::CountShared(TDuration time) noexcept
 {
-  return nBands > 1 ? (total - longest) / static_cast<TDuration::rep>(nBands - 1) : total;
-}
-
-bool CSharingJudge::SharesNext() noexcept
-{
-  if (m_nAlone > 0) {
-    --m_nAlone;
-    return false;
-  }
-  return true;
-}
-
-// What sharing gained are the others' bands, of which little is left where the memory decides, which is shared too.
-// What it may have cost are the wait for a thread that lost its processor within a band, and a band of the caller's
-// that took long, for the thread that was woken may have taken the caller's. Where others keep the processors busy, a
-// try may cost a time slice, which is many frames: tries become rare.
-void CSharingJudge::Judge(const SPace &stOwn, std::size_t nOthers, SPace::TDuration wait) noexcept
-{
-  const bool bFirst = std::exchange(m_bFirst, false);
-  // Threads that have just been started may come too late for their first frame.
-  if (bFirst && nOthers == 0) {
+  ++m_nShared;
+  if (m_typical == TDuration(0)) {
+    m_nAlone = FRAMES_TO_LEARN;
     return;
   }
-  const SPace::TDuration lost = wait + stOwn.longest - stOwn.GetMean();
-  if (lost < static_cast<SPace::TDuration::rep>(nOthers) * stOwn.GetMean() / SMALLEST_GAIN) {
-    m_nNextAlone = std::max(m_nNextAlone - m_nNextAlone / SLOWLY, FRAMES_ALONE);
-  } else {
+  const bool bGained = time < m_typical;
+  const bool bGainedBefore = std::exchange(m_bGained, bGained);
+  if (time > m_typical + m_typical / LATE || !(bGained || bGainedBefore)) {
     m_nAlone = m_nNextAlone;
     m_nNextAlone = std::min(2 * m_nNextAlone, MOST_FRAMES_ALONE);
+    return;
+  }
+  m_nNextAlone = std::max(m_nNextAlone - m_nNextAlone / SLOWLY, FRAMES_ALONE);
+  if (m_nShared == SHARED_FRAMES_IN_A_ROW) {
+    m_nAlone = 1;
   }
 }
 

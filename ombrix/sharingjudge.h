@@ -3,44 +3,37 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 
 namespace ffc::ombrix {
 
-/// How many frames are not shared after one that sharing made no faster; twice as many each time that the next try is
-/// no better, up to the larger number. More than a hundred, so that such frames are fewer than one in a hundred.
+/// How many frames are not shared after the first one of all, to learn how long they take.
+constexpr uint32_t FRAMES_TO_LEARN = 4;
+/// How many are not shared after one that sharing made slower; twice as many each time that the next try is no better,
+/// up to the larger number. More than a hundred, so that such frames are fewer than one in a hundred.
 constexpr uint32_t FRAMES_ALONE = 128;
 constexpr uint32_t MOST_FRAMES_ALONE = 1024;
+/// After so many shared frames in a row one is not, since what it takes may have changed.
+constexpr uint32_t SHARED_FRAMES_IN_A_ROW = 256;
 
-/// How a thread's bands of a frame went.
-struct SPace {
-  using TDuration = std::chrono::steady_clock::duration;
-
-  std::size_t nBands = 0;
-  TDuration total{0};
-  TDuration longest{0};
-
-  void Count(TDuration band) noexcept;
-  /// Without the longest band, which may not have been work.
-  TDuration GetMean() const noexcept;
-};
-
-/// Decides by how sharing went so far. One thread at a time.
+/// Decides by how long frames of one kind took, shared and not. One thread at a time.
 class CSharingJudge {
 public:
-  /// To be asked once for each frame. \return whether to share it
-  bool SharesNext() noexcept;
-  /// Learns from a frame that was shared.
-  /// \param stOwn the caller's bands
-  /// \param nOthers bands that other threads worked on
-  /// \param wait how long the caller waited for them at the end
-  void Judge(const SPace &stOwn, std::size_t nOthers, SPace::TDuration wait) noexcept;
+  using TDuration = std::chrono::steady_clock::duration;
+
+  /// To be asked once for each frame, which has to be counted then. \return whether to share it
+  bool SharesNext() const noexcept { return m_nAlone == 0; }
+  /// Learns from a frame that was not shared.
+  void CountAlone(TDuration time) noexcept;
+  /// Learns from one that was.
+  void CountShared(TDuration time) noexcept;
 
 private:
-  uint32_t m_nAlone = 0; // frames that are still not to be shared
+  TDuration m_typical{0}; // of frames that were not shared; 0 until there was one
+  bool m_bGained = true;  // whether the latest shared frame was faster
+  uint32_t m_nShared = 0; // frames in a row
+  uint32_t m_nAlone = 0;  // frames that are still not to be shared
   uint32_t m_nNextAlone = FRAMES_ALONE;
-  bool m_bFirst = true;
 };
 
 } // namespace ffc::ombrix

@@ -51,6 +51,32 @@ SVisits Visit(CBandPool &pool, std::size_t nPixels)
   return stVisits;
 }
 
+constexpr std::chrono::milliseconds NOTHING{0};
+
+/// Has a frame worked on. \return whether the pool shared it: whoever works alone takes it as a whole
+/// \param pause what its first pixels take
+bool IsShared(CBandPool &pool, std::chrono::milliseconds pause = NOTHING, uintptr_t nKind = 0,
+              std::size_t nPixels = LARGE)
+{
+  struct SFrame {
+    std::chrono::milliseconds pause;
+    std::size_t nPixels;
+    std::atomic<bool> bWhole{false};
+  } stFrame{pause, nPixels};
+  SFrame *const pFrame = &stFrame;
+  pool.Run(
+    nPixels,
+    [](const void *pContext, std::size_t nFirst, std::size_t nCount) {
+      SFrame &stWork = **static_cast<SFrame *const *>(pContext);
+      stWork.bWhole = stWork.bWhole || nCount == stWork.nPixels;
+      if (nFirst == 0) {
+        std::this_thread::sleep_for(stWork.pause);
+      }
+    },
+    &pFrame, nKind);
+  return !stFrame.bWhole;
+}
+
 } // namespace
 
 TEST(BandPool, WorksOnEveryPixelOnceWithAnyNumberOfThreads)
@@ -91,35 +117,43 @@ TEST(BandPool, SharesLargeFramesWithItsThreads)
 
 TEST(BandPool, SharesNoFrameForAWhileAfterOneThatSharingMadeSlower)
 {
-  constexpr int BANDS = static_cast<int>((LARGE - 1) / BAND_PIXELS) + 1;
-  static std::thread::id s_caller;
-  s_caller = std::this_thread::get_id();
-  static std::atomic<bool> s_bHelped{false};
-  static std::atomic<int> s_nDone{0};
   CBandPool pool(2);
-  // The other thread comes, and its first band lasts longer than all others together.
-  pool.Run(
-    LARGE,
-    [](const void *, std::size_t, std::size_t) {
-      const bool bHelps = std::this_thread::get_id() != s_caller;
-      s_bHelped = s_bHelped || bHelps;
-      const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-      while ((bHelps ? s_nDone < BANDS - 1 : !s_bHelped.load()) && std::chrono::steady_clock::now() < latest) {
-        std::this_thread::yield();
-      }
-      ++s_nDone;
-    },
-    nullptr);
-  ASSERT_TRUE(s_bHelped);
-  ASSERT_EQ(s_nDone, BANDS);
-  s_bHelped = false;
-  for (uint32_t n = 0; n < FRAMES_ALONE; ++n) {
-    pool.Run(
-      LARGE,
-      [](const void *, std::size_t, std::size_t) { s_bHelped = s_bHelped || std::this_thread::get_id() != s_caller; },
-      nullptr);
+  EXPECT_TRUE(IsShared(pool));
+  for (uint32_t n = 0; n < FRAMES_TO_LEARN; ++n) {
+    EXPECT_FALSE(IsShared(pool));
   }
-  EXPECT_FALSE(s_bHelped);
+  EXPECT_TRUE(IsShared(pool, std::chrono::seconds(1)));
+  for (uint32_t n = 0; n < FRAMES_ALONE; ++n) {
+    EXPECT_FALSE(IsShared(pool)) << n;
+  }
+  EXPECT_TRUE(IsShared(pool));
+}
+
+TEST(BandPool, SharesOneFrameAfterTheOtherAsLongAsThatGains)
+{
+  CBandPool pool(2);
+  EXPECT_TRUE(IsShared(pool));
+  for (uint32_t n = 0; n < FRAMES_TO_LEARN; ++n) {
+    EXPECT_FALSE(IsShared(pool, std::chrono::milliseconds(500)));
+  }
+  for (int n = 0; n < 20; ++n) {
+    EXPECT_TRUE(IsShared(pool)) << n;
+  }
+}
+
+TEST(BandPool, JudgesEachKindOfWorkAndSizeByItself)
+{
+  CBandPool pool(2);
+  EXPECT_TRUE(IsShared(pool, NOTHING, 1));
+  EXPECT_FALSE(IsShared(pool, NOTHING, 1));
+  EXPECT_TRUE(IsShared(pool, NOTHING, 2));
+  EXPECT_TRUE(IsShared(pool, NOTHING, 1, LARGE + 1));
+  EXPECT_TRUE(IsShared(pool, NOTHING, 3));
+  EXPECT_FALSE(IsShared(pool, NOTHING, 1)) << "four are remembered";
+  EXPECT_FALSE(IsShared(pool, NOTHING, 2));
+  EXPECT_TRUE(IsShared(pool, NOTHING, 4));
+  EXPECT_TRUE(IsShared(pool, NOTHING, 1)) << "a fifth takes the place of the first";
+  EXPECT_FALSE(IsShared(pool, NOTHING, 3));
 }
 
 TEST(BandPool, WhatTheSystemHasNoThreadsForTheOthersDo)

@@ -6,111 +6,123 @@ using namespace ffc::ombrix;
 
 namespace {
 
-using TDuration = SPace::TDuration;
+using TDuration = CSharingJudge::TDuration;
 
-constexpr TDuration BAND{1000};
-constexpr TDuration AT_ONCE{0};
-
-// Bands of the same length, and the last of another.
-SPace MakePace(std::size_t nBands, TDuration last = BAND)
-{
-  SPace stPace;
-  for (std::size_t n = 1; n < nBands; ++n) {
-    stPace.Count(BAND);
-  }
-  stPace.Count(last);
-  return stPace;
-}
-
-void JudgeAsGain(CSharingJudge &judge)
-{
-  judge.Judge(MakePace(30), 32, AT_ONCE);
-}
-
-void JudgeAsLoss(CSharingJudge &judge)
-{
-  judge.Judge(MakePace(61), 1, BAND);
-}
+constexpr TDuration TYPICAL{800};
+constexpr TDuration FASTER{799};
+constexpr TDuration LATEST{900}; // an eighth more
+constexpr TDuration LATE{901};
 
 // Until the next one that is to be shared; no more than that many.
-uint32_t CountFramesAlone(CSharingJudge &judge, uint32_t nMost = 2 * MOST_FRAMES_ALONE)
+uint32_t CountFramesAlone(CSharingJudge &judge, TDuration time = TYPICAL, uint32_t nMost = 2 * MOST_FRAMES_ALONE)
 {
   uint32_t nFrames = 0;
-  while (nFrames < nMost && !judge.SharesNext()) {
-    ++nFrames;
+  for (; nFrames < nMost && !judge.SharesNext(); ++nFrames) {
+    judge.CountAlone(time);
   }
   return nFrames;
 }
 
-} // namespace
-
-TEST(SharingJudge, ThePaceLeavesOutTheLongestBandUnlessItIsTheOnlyOne)
-{
-  EXPECT_EQ(SPace().GetMean(), AT_ONCE);
-  EXPECT_EQ(MakePace(1, 7 * BAND).GetMean(), 7 * BAND);
-  EXPECT_EQ(MakePace(2, 7 * BAND).GetMean(), BAND);
-  EXPECT_EQ(MakePace(3, 7 * BAND).GetMean(), BAND);
-  EXPECT_EQ(MakePace(3, 7 * BAND).longest, 7 * BAND);
-}
-
-TEST(SharingJudge, SharesEveryFrameAsLongAsThatGains)
+CSharingJudge MakeTaught(TDuration time = TYPICAL)
 {
   CSharingJudge judge;
-  EXPECT_TRUE(judge.SharesNext());
-  JudgeAsGain(judge);
-  EXPECT_TRUE(judge.SharesNext());
-  JudgeAsGain(judge);
-  EXPECT_TRUE(judge.SharesNext());
+  judge.CountShared(time);
+  (void)CountFramesAlone(judge, time);
+  return judge;
 }
 
-TEST(SharingJudge, GainsWhenWaitAndDelayAreLessThanAnEighthOfTheOthersBands)
+} // namespace
+
+TEST(SharingJudge, SharesTheFirstFrameAndLearnsFromTheNextOnes)
 {
-  struct SCase {
-    TDuration wait;
-    TDuration longest;
-    uint32_t nAlone;
-  };
-  // The others' 16 bands are worth two.
-  for (const SCase &stCase : {SCase{2 * BAND - TDuration{1}, BAND, 0}, SCase{2 * BAND, BAND, FRAMES_ALONE},
-                              SCase{AT_ONCE, 3 * BAND - TDuration{1}, 0}, SCase{AT_ONCE, 3 * BAND, FRAMES_ALONE}}) {
+  for (const TDuration first : {TDuration(1), 1000 * TYPICAL}) {
     CSharingJudge judge;
-    judge.Judge(MakePace(40, stCase.longest), 16, stCase.wait);
-    EXPECT_EQ(CountFramesAlone(judge), stCase.nAlone) << stCase.wait.count() << ", " << stCase.longest.count();
+    EXPECT_TRUE(judge.SharesNext());
+    judge.CountShared(first); // with memory that nobody used, and threads that were just started
+    EXPECT_EQ(CountFramesAlone(judge), FRAMES_TO_LEARN);
+    judge.CountShared(FASTER);
+    EXPECT_TRUE(judge.SharesNext());
   }
 }
 
-TEST(SharingJudge, SharesNoFrameForAWhileAfterALossAndForTwiceAsLongAfterEachOtherOne)
+TEST(SharingJudge, SharesFramesThatGainButForOneNowAndThen)
 {
-  CSharingJudge judge;
+  CSharingJudge judge = MakeTaught();
+  for (int nRound = 0; nRound < 3; ++nRound) {
+    for (uint32_t n = 0; n < SHARED_FRAMES_IN_A_ROW; ++n) {
+      ASSERT_TRUE(judge.SharesNext()) << n;
+      judge.CountShared(FASTER);
+    }
+    EXPECT_EQ(CountFramesAlone(judge), 1U);
+  }
+}
+
+TEST(SharingJudge, SharesNoFrameForAWhileAfterOneThatIsLaterByMoreThanAnEighth)
+{
+  CSharingJudge judge = MakeTaught();
+  judge.CountShared(LATEST);
+  EXPECT_EQ(CountFramesAlone(judge), 0U);
+  judge.CountShared(FASTER);
+  judge.CountShared(LATE);
+  EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
+}
+
+TEST(SharingJudge, SharesNoFrameForAWhileAfterTwoInARowThatAreNoFaster)
+{
+  CSharingJudge judge = MakeTaught();
+  for (int n = 0; n < 10; ++n) {
+    judge.CountShared(TYPICAL);
+    EXPECT_EQ(CountFramesAlone(judge), 0U);
+    judge.CountShared(FASTER);
+  }
+  judge.CountShared(TYPICAL);
+  judge.CountShared(TYPICAL);
+  EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
+}
+
+TEST(SharingJudge, SharesNoFrameForTwiceAsLongAfterEachTryThatIsLate)
+{
+  CSharingJudge judge = MakeTaught();
   for (const uint32_t nAlone : {128U, 256U, 512U, 1024U, 1024U}) {
-    JudgeAsLoss(judge);
+    judge.CountShared(LATE);
     EXPECT_EQ(CountFramesAlone(judge), nAlone);
   }
 }
 
-TEST(SharingJudge, ForgetsLossesSlowlyWhileSharingGains)
+TEST(SharingJudge, ForgetsLateFramesSlowlyWhileSharingGains)
 {
-  CSharingJudge judge;
-  JudgeAsLoss(judge);
+  CSharingJudge judge = MakeTaught();
+  judge.CountShared(LATE);
   EXPECT_EQ(CountFramesAlone(judge), 128U);
-  JudgeAsGain(judge); // 256 - 16
-  JudgeAsLoss(judge);
+  judge.CountShared(FASTER); // 256 - 16
+  judge.CountShared(LATE);
   EXPECT_EQ(CountFramesAlone(judge), 240U);
   for (int n = 0; n < 100; ++n) {
-    JudgeAsGain(judge);
+    judge.CountShared(FASTER);
   }
-  JudgeAsLoss(judge);
+  judge.CountShared(LATE);
   EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
 }
 
-TEST(SharingJudge, ForgivesThreadsThatComeTooLateForTheFirstFrameOnly)
+TEST(SharingJudge, FollowsWhatAFrameOfOneThreadTakes)
 {
-  CSharingJudge judge;
-  judge.Judge(MakePace(62), 0, AT_ONCE);
+  CSharingJudge judge = MakeTaught();
+  judge.CountShared(LATE);
+  EXPECT_EQ(CountFramesAlone(judge, 2 * TYPICAL), FRAMES_ALONE);
+  judge.CountShared(2 * TYPICAL - TDuration(4)); // but for what was cut
+  judge.CountShared(2 * TYPICAL - TDuration(4));
   EXPECT_EQ(CountFramesAlone(judge), 0U);
-  judge.Judge(MakePace(62), 0, AT_ONCE);
-  EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
-  CSharingJudge other;
-  JudgeAsLoss(other);
-  EXPECT_EQ(CountFramesAlone(other), FRAMES_ALONE) << "the first frame counts when they came";
+}
+
+TEST(SharingJudge, TakesAFrameThatWasInterruptedForOneOfTwiceTheTime)
+{
+  for (const TDuration interrupted : {2 * TYPICAL, 1'000'000 * TYPICAL}) {
+    CSharingJudge judge = MakeTaught();
+    judge.CountAlone(interrupted); // a quarter of the difference: 1000
+    judge.CountShared(TDuration(1125));
+    EXPECT_EQ(CountFramesAlone(judge), 0U);
+    judge.CountShared(TDuration(999));
+    judge.CountShared(TDuration(1126));
+    EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
+  }
 }

@@ -378,7 +378,7 @@ TEST(ReferenceNoise, LightThatAddsOneToTheOneBrighterSampleIsNoNoise)
   // In each site one of eight samples is brighter, and gets brighter still: a line through both levels has both.
   std::vector<uint8_t> listFormer(16 * 2, 50);
   std::vector<uint8_t> listLatter = listFormer;
-  for (const std::size_t n : {6, 7, 16 + 6, 16 + 7}) {
+  for (const std::size_t n : {6U, 7U, 16U + 6U, 16U + 7U}) {
     ++listLatter[n];
   }
   CNoiseMeter meter;
