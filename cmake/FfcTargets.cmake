@@ -90,7 +90,7 @@ function(ffc_add_library name kind)
   endif()
 endfunction()
 
-# ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [SYSTEM] [COST seconds] [ONE_THREAD] [ENVIRONMENT VAR=VALUE ...]
+# ffc_add_test(NAME SOURCES ... [LINK ...] [QT] [SYSTEM] [COST seconds] [ONE_THREAD] [FOCUS] [ENVIRONMENT VAR=VALUE ...]
 #              [TIMEOUT seconds])
 #
 # A GoogleTest program; each of its tests is one ctest entry (with a sanitizer, counted coverage or an emulator, whose
@@ -98,8 +98,10 @@ endfunction()
 # SYSTEM: it runs whole programs, or the module with everything around it, and so after all tests that do not. Of those,
 # the ones with the greatest COST start first, so that no long one is left over at the end.
 # ONE_THREAD: the thread sanitizer has nothing to see in it that other programs do not show, so it is left out there.
+# FOCUS: it looks at where the focus is, or shows windows all the time: under Wine, where all programs share one desktop,
+# one of these runs at a time.
 function(ffc_add_test name)
-  cmake_parse_arguments(ARG "QT;SYSTEM;ONE_THREAD" "COST;TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "QT;SYSTEM;ONE_THREAD;FOCUS" "COST;TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -124,6 +126,9 @@ function(ffc_add_test name)
     math(EXPR timeout "${ARG_TIMEOUT} * 5")
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}" ${schedule})
+    if(ARG_FOCUS AND CMAKE_CROSSCOMPILING)
+      set_tests_properties(${name} PROPERTIES RESOURCE_LOCK focus)
+    endif()
   else()
     # Discovery would break the list of an ENVIRONMENT property apart, and needs the variables itself. CMake's own env
     # takes longer to start than many a test.

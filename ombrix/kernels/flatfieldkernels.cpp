@@ -27,6 +27,7 @@ constexpr std::size_t WORD_BYTES = 2;
 constexpr std::size_t STEP_PIXELS = 64;
 constexpr std::size_t BYTES_AHEAD = 6144;
 constexpr uint32_t EXACT_FLOAT_DEPTH = 12;
+constexpr float JUST_BELOW_HALF = 0.49999997F;
 
 template <uint32_t DEPTH>
 struct SDepth {
@@ -196,23 +197,24 @@ inline int32_t Divide(int32_t nDividend, int32_t nDivisor)
   return nQuotient + 1 - IsNegative(nRemainder) - IsNegative(nRemainder - nDivisor);
 }
 
-// min(65535, (target x 4096 + signal / 2) / signal), 65535 without a signal. To 12 bits the dividend is below 2^24:
-// both floats are exact, and a quotient q that is no integer lies at least 1 / signal below the next one, which is more
+// min(65535, (target x 4096 + signal / 2) / signal), 65535 without a signal. To 12 bits in floats, which are exact: the
+// half of an odd signal need not be cut, for (2t + s) / 2s is no integer then, but where the sum is rounded to one it
+// has to be rounded down. The sum is at most 2^24, and a quotient that is no integer lies further below the next one
 // than the half unit in the last place that it is rounded by. Without a signal it is infinite, or with a target of 0 no
 // number; neither is below the limit.
 template <uint32_t DEPTH>
-inline uint16_t GetGain(int32_t nSignal, int32_t nScaledTarget)
+inline uint32_t GetGain(int32_t nSignal, int32_t nScaledTarget)
 {
-  const int32_t nDividend = nScaledTarget + nSignal / 2;
   if constexpr (DEPTH <= EXACT_FLOAT_DEPTH) {
     constexpr float LIMIT = GAIN_LIMIT;
-    const float fQuotient = static_cast<float>(nDividend) / static_cast<float>(nSignal);
-    return static_cast<uint16_t>(static_cast<int32_t>(fQuotient < LIMIT ? fQuotient : LIMIT));
+    const auto fSignal = static_cast<float>(nSignal);
+    const float fQuotient = (fSignal * JUST_BELOW_HALF + static_cast<float>(nScaledTarget)) / fSignal;
+    return static_cast<uint32_t>(static_cast<int32_t>(fQuotient < LIMIT ? fQuotient : LIMIT));
   } else {
     const int32_t nNoSignal = IsZero(nSignal);
-    const int32_t nQuotient = Divide(nDividend, nSignal + nNoSignal);
+    const int32_t nQuotient = Divide(nScaledTarget + nSignal / 2, nSignal + nNoSignal);
     const int32_t nGain = nQuotient < GAIN_LIMIT ? nQuotient : GAIN_LIMIT;
-    return static_cast<uint16_t>(nGain | nNoSignal * GAIN_LIMIT);
+    return static_cast<uint32_t>(nGain | nNoSignal * GAIN_LIMIT);
   }
 }
 
@@ -228,22 +230,40 @@ inline uint16_t LoadSignal(const unsigned char *pBright, const unsigned char *pD
   }
 }
 
-// Divides for each pixel.
+// Divides for each pixel. Two at a time: the halves of a word of 32 bits become floats, and these a word again, where
+// they are; words of 16 bits would have to be moved to where there is room for floats, which takes as long as to
+// divide.
 template <uint32_t DEPTH>
 class CGains {
 public:
   explicit CGains(int32_t nScaledTarget) : m_nScaledTarget(nScaledTarget) {}
 
+  // No more than STEP_PIXELS.
   template <bool HAS_DARK>
   void Compute(const unsigned char *pBright, const unsigned char *pDark, std::size_t nPixels,
                unsigned char *__restrict pGains) const
   {
-    for (std::size_t i = 0; i < nPixels; ++i) {
-      Store<uint16_t>(pGains, i, GetGain<DEPTH>(LoadSignal<DEPTH, HAS_DARK>(pBright, pDark, i), m_nScaledTarget));
+    uint16_t anSignals[STEP_PIXELS];
+    const unsigned char *pSignals = pBright;
+    if constexpr (HAS_DARK || DEPTH < LEVEL_BITS) {
+      for (std::size_t i = 0; i < nPixels; ++i) {
+        anSignals[i] = LoadSignal<DEPTH, HAS_DARK>(pBright, pDark, i);
+      }
+      pSignals = reinterpret_cast<const unsigned char *>(anSignals);
+    }
+    for (std::size_t i = 0; i < nPixels / 2; ++i) {
+      const auto nPair = Load<uint32_t>(pSignals, i);
+      Store<uint32_t>(pGains, i, GetOne(nPair & 0xFFFF) | GetOne(nPair >> 16) << 16);
+    }
+    if (nPixels % 2 != 0) {
+      const std::size_t nLast = nPixels - 1;
+      Store<uint16_t>(pGains, nLast, static_cast<uint16_t>(GetOne(Load<uint16_t>(pSignals, nLast))));
     }
   }
 
 private:
+  uint32_t GetOne(uint32_t nSignal) const { return GetGain<DEPTH>(static_cast<int32_t>(nSignal), m_nScaledTarget); }
+
   int32_t m_nScaledTarget;
 };
 
@@ -256,7 +276,7 @@ public:
   explicit CGains(int32_t nScaledTarget)
   {
     for (int32_t nSignal = 0; nSignal < 256; ++nSignal) {
-      m_anGains[nSignal] = GetGain<8>(nSignal, nScaledTarget);
+      m_anGains[nSignal] = static_cast<uint16_t>(GetGain<8>(nSignal, nScaledTarget));
     }
   }
 

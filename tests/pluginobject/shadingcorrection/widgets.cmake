@@ -11,4 +11,4 @@ ffc_add_test(widgets_test
     "${CMAKE_CURRENT_LIST_DIR}/toolstitlebartest.cpp"
     "${CMAKE_CURRENT_LIST_DIR}/tipsmessagebox/tipsmessageboxtest.cpp"
   LINK ffc_widgets ffc_resources
-  QT)
+  QT FOCUS)
