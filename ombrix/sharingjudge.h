@@ -9,10 +9,12 @@ namespace ffc::ombrix {
 
 /// How many frames are not shared after the first one of all, to learn how long they take.
 constexpr uint32_t FRAMES_TO_LEARN = 4;
-/// How many are not shared after one that sharing made slower; twice as many each time that the next try is no better,
-/// up to the larger number. More than a hundred, so that such frames are fewer than one in a hundred.
-constexpr uint32_t FRAMES_ALONE = 128;
-constexpr uint32_t MOST_FRAMES_ALONE = 1024;
+/// Of so many shared frames one may be no faster, as frames of one thread are later now and then too.
+constexpr uint32_t FRAMES_OF_ONE_IN_VAIN = 8;
+/// How many are not shared after a second one; twice as many each time that the next try is no better, up to the larger
+/// number. More than two hundred, so that such frames are fewer than one in a hundred.
+constexpr uint32_t FRAMES_ALONE = 256;
+constexpr uint32_t MOST_FRAMES_ALONE = 2048;
 /// After so many shared frames in a row one is not, since what it takes may have changed.
 constexpr uint32_t SHARED_FRAMES_IN_A_ROW = 256;
 
@@ -29,10 +31,10 @@ public:
   void CountShared(TDuration time) noexcept;
 
 private:
-  TDuration m_typical{0}; // of frames that were not shared; 0 until there was one
-  bool m_bGained = true;  // whether the latest shared frame was faster
-  uint32_t m_nShared = 0; // frames in a row
-  uint32_t m_nAlone = 0;  // frames that are still not to be shared
+  TDuration m_typical{0};    // of frames that were not shared; 0 until there was one
+  uint32_t m_nShared = 0;    // frames in a row
+  uint32_t m_nSuspicion = 0; // of shared frames, for one of which there was no gain
+  uint32_t m_nAlone = 0;     // frames that are still not to be shared
   uint32_t m_nNextAlone = FRAMES_ALONE;
 };
 

@@ -118,14 +118,15 @@ TEST(BandPool, SharesLargeFramesWithItsThreads)
   }
 }
 
-TEST(BandPool, SharesNoFrameForAWhileAfterOneThatSharingMadeSlower)
+TEST(BandPool, SharesNoFrameForAWhileAfterTwoThatSharingMadeSlower)
 {
   CBandPool pool(2);
   EXPECT_TRUE(IsShared(pool));
   for (uint32_t n = 0; n < FRAMES_TO_LEARN; ++n) {
     EXPECT_FALSE(IsShared(pool));
   }
-  EXPECT_TRUE(IsShared(pool, std::chrono::seconds(1)));
+  EXPECT_TRUE(IsShared(pool, std::chrono::milliseconds(500)));
+  EXPECT_TRUE(IsShared(pool, std::chrono::milliseconds(500)));
   for (uint32_t n = 0; n < FRAMES_ALONE; ++n) {
     EXPECT_FALSE(IsShared(pool)) << n;
   }

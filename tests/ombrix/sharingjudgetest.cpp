@@ -10,8 +10,6 @@ using TDuration = CSharingJudge::TDuration;
 
 constexpr TDuration TYPICAL{800};
 constexpr TDuration FASTER{799};
-constexpr TDuration LATEST{900}; // an eighth more
-constexpr TDuration LATE{901};
 
 // Until the next one that is to be shared; no more than that many.
 uint32_t CountFramesAlone(CSharingJudge &judge, TDuration time = TYPICAL, uint32_t nMost = 2 * MOST_FRAMES_ALONE)
@@ -21,6 +19,12 @@ uint32_t CountFramesAlone(CSharingJudge &judge, TDuration time = TYPICAL, uint32
     judge.CountAlone(time);
   }
   return nFrames;
+}
+
+void CountInVain(CSharingJudge &judge, TDuration time = TYPICAL)
+{
+  judge.CountShared(time);
+  judge.CountShared(time);
 }
 
 CSharingJudge MakeTaught(TDuration time = TYPICAL)
@@ -57,60 +61,54 @@ TEST(SharingJudge, SharesFramesThatGainButForOneNowAndThen)
   }
 }
 
-TEST(SharingJudge, SharesNoFrameForAWhileAfterOneThatIsLaterByMoreThanAnEighth)
+TEST(SharingJudge, SharesNoFrameForAWhileAfterASecondOneInVainAmongEight)
 {
-  CSharingJudge judge = MakeTaught();
-  judge.CountShared(LATEST);
-  EXPECT_EQ(CountFramesAlone(judge), 0U);
-  judge.CountShared(FASTER);
-  judge.CountShared(LATE);
-  EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
-}
-
-TEST(SharingJudge, SharesNoFrameForAWhileAfterTwoInARowThatAreNoFaster)
-{
-  CSharingJudge judge = MakeTaught();
-  for (int n = 0; n < 10; ++n) {
-    judge.CountShared(TYPICAL);
-    EXPECT_EQ(CountFramesAlone(judge), 0U);
-    judge.CountShared(FASTER);
+  for (const TDuration late : {TYPICAL, 1000 * TYPICAL}) {
+    for (uint32_t nBetween = 0; nBetween <= FRAMES_OF_ONE_IN_VAIN; ++nBetween) {
+      CSharingJudge judge = MakeTaught();
+      judge.CountShared(late);
+      EXPECT_EQ(CountFramesAlone(judge), 0U);
+      for (uint32_t n = 0; n < nBetween; ++n) {
+        judge.CountShared(FASTER);
+      }
+      judge.CountShared(late);
+      EXPECT_EQ(CountFramesAlone(judge), nBetween < FRAMES_OF_ONE_IN_VAIN ? FRAMES_ALONE : 0U) << nBetween;
+    }
   }
-  judge.CountShared(TYPICAL);
-  judge.CountShared(TYPICAL);
-  EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
 }
 
-TEST(SharingJudge, SharesNoFrameForTwiceAsLongAfterEachTryThatIsLate)
+TEST(SharingJudge, SharesNoFrameForTwiceAsLongAfterEachTryThatIsInVain)
 {
   CSharingJudge judge = MakeTaught();
-  for (const uint32_t nAlone : {128U, 256U, 512U, 1024U, 1024U}) {
-    judge.CountShared(LATE);
+  for (const uint32_t nAlone : {256U, 512U, 1024U, 2048U, 2048U}) {
+    judge.CountShared(TYPICAL);
+    EXPECT_EQ(CountFramesAlone(judge), 0U) << "each try begins without suspicion";
+    judge.CountShared(TYPICAL);
     EXPECT_EQ(CountFramesAlone(judge), nAlone);
   }
 }
 
-TEST(SharingJudge, ForgetsLateFramesSlowlyWhileSharingGains)
+TEST(SharingJudge, ForgetsFramesInVainSlowlyWhileSharingGains)
 {
   CSharingJudge judge = MakeTaught();
-  judge.CountShared(LATE);
-  EXPECT_EQ(CountFramesAlone(judge), 128U);
-  judge.CountShared(FASTER); // 256 - 16
-  judge.CountShared(LATE);
-  EXPECT_EQ(CountFramesAlone(judge), 240U);
+  CountInVain(judge);
+  EXPECT_EQ(CountFramesAlone(judge), 256U);
+  judge.CountShared(FASTER); // 512 - 32
+  CountInVain(judge);
+  EXPECT_EQ(CountFramesAlone(judge), 480U);
   for (int n = 0; n < 100; ++n) {
     judge.CountShared(FASTER);
   }
-  judge.CountShared(LATE);
+  CountInVain(judge);
   EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
 }
 
 TEST(SharingJudge, FollowsWhatAFrameOfOneThreadTakes)
 {
   CSharingJudge judge = MakeTaught();
-  judge.CountShared(LATE);
+  CountInVain(judge);
   EXPECT_EQ(CountFramesAlone(judge, 2 * TYPICAL), FRAMES_ALONE);
-  judge.CountShared(2 * TYPICAL - TDuration(4)); // but for what was cut
-  judge.CountShared(2 * TYPICAL - TDuration(4));
+  CountInVain(judge, 2 * TYPICAL - TDuration(4)); // but for what was cut
   EXPECT_EQ(CountFramesAlone(judge), 0U);
 }
 
@@ -119,10 +117,9 @@ TEST(SharingJudge, TakesAFrameThatWasInterruptedForOneOfTwiceTheTime)
   for (const TDuration interrupted : {2 * TYPICAL, 1'000'000 * TYPICAL}) {
     CSharingJudge judge = MakeTaught();
     judge.CountAlone(interrupted); // a quarter of the difference: 1000
-    judge.CountShared(TDuration(1125));
+    CountInVain(judge, TDuration(999));
     EXPECT_EQ(CountFramesAlone(judge), 0U);
-    judge.CountShared(TDuration(999));
-    judge.CountShared(TDuration(1126));
+    CountInVain(judge, TDuration(1000));
     EXPECT_EQ(CountFramesAlone(judge), FRAMES_ALONE);
   }
 }
