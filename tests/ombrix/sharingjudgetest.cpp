@@ -66,6 +66,7 @@ TEST(SharingJudge, SharesNoFrameForAWhileAfterASecondOneInVainAmongEight)
   for (const TDuration late : {TYPICAL, 1000 * TYPICAL}) {
     for (uint32_t nBetween = 0; nBetween <= FRAMES_OF_ONE_IN_VAIN; ++nBetween) {
       CSharingJudge judge = MakeTaught();
+      judge.CountShared(FASTER);
       judge.CountShared(late);
       EXPECT_EQ(CountFramesAlone(judge), 0U);
       for (uint32_t n = 0; n < nBetween; ++n) {
