@@ -12,7 +12,7 @@ constexpr uint32_t FRAMES_TO_LEARN = 4;
 /// Of so many shared frames one may be no faster, as frames of one thread are later now and then too.
 constexpr uint32_t FRAMES_OF_ONE_IN_VAIN = 8;
 /// How many are not shared after a second one; twice as many each time that the next try is no better, up to the larger
-/// number. More than two hundred, so that such frames are fewer than one in a hundred.
+/// number. More than two hundred, so that fewer than one frame in a hundred is a try where sharing brings nothing.
 constexpr uint32_t FRAMES_ALONE = 256;
 constexpr uint32_t MOST_FRAMES_ALONE = 2048;
 /// After so many shared frames in a row one is not, since what it takes may have changed.

@@ -231,8 +231,7 @@ inline uint16_t LoadSignal(const unsigned char *pBright, const unsigned char *pD
 }
 
 // Divides for each pixel. Two at a time: the halves of a word of 32 bits become floats, and these a word again, where
-// they are; words of 16 bits would have to be moved to where there is room for floats, which takes as long as to
-// divide.
+// they are; words of 16 bits would have to be moved to where there is room for floats.
 template <uint32_t DEPTH>
 class CGains {
 public:
