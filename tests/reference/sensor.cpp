@@ -23,6 +23,21 @@ Field SSensor::MakeField() const
   return field;
 }
 
+Field SSensor::MakeDarkLevels(double dDeviation) const
+{
+  SSensor stLevels = *this;
+  stLevels.dLevel = 100;
+  stLevels.dPattern = dDeviation;
+  stLevels.nSeed = 9;
+  return stLevels.MakeField();
+}
+
+Field Add(Field field, const Field &levels)
+{
+  std::transform(field.begin(), field.end(), levels.begin(), field.begin(), std::plus<>());
+  return field;
+}
+
 CSums::CSums(const SSensor &stSensor, const Field &field, uint32_t nFrames, uint32_t nShift)
   : m_listSums(stSensor.GetPixelCount()), m_nFrames(nFrames), m_nShift(nShift)
 {
@@ -43,6 +58,13 @@ CSums::CSums(const SSensor &stSensor, const Field &field, uint32_t nFrames, uint
     }
     std::swap(listFormer, listFrame);
   }
+}
+
+CSums MakeDark(SSensor stSensor, const Field &levels, uint32_t nFrames)
+{
+  stSensor.dSystemGain = 0;
+  stSensor.nSeed = 20;
+  return CSums(stSensor, levels, nFrames);
 }
 
 Field SMade::GetSignal(const SSensor &stSensor) const

@@ -28,7 +28,11 @@ struct SSensor {
   std::size_t GetPixelCount() const { return static_cast<std::size_t>(nWidth) * nHeight; }
   /// Light of every pixel, DN, with some shading.
   Field MakeField() const;
+  /// Dark level of every pixel beside dDark, DN: 100 in the mean, and of this deviation relative to that.
+  Field MakeDarkLevels(double dDeviation) const;
 };
+
+Field Add(Field field, const Field &levels);
 
 /// Frames added up as they would be when they are read.
 class CSums {
@@ -44,6 +48,9 @@ private:
   uint32_t m_nShift;
   reference::CNoiseMeter m_meter;
 };
+
+/// Frames without light.
+CSums MakeDark(SSensor stSensor, const Field &levels, uint32_t nFrames);
 
 struct SMade {
   int32_t nStatus = 0;

@@ -7,8 +7,10 @@
 
 #include "reference/planesource.h"
 #include "reference/singleframenoise.h"
+#include "tests/reference/noisesamples.h"
 
 using namespace ffc::reference;
+using namespace ffc::test;
 
 namespace {
 
@@ -59,4 +61,24 @@ TEST(ReferenceSingleFrame, TheUnitOfTheSamplesDoesNotCount)
     EXPECT_EQ(stOther.eSource, ENoiseSource::PhotonTransfer) << nShift;
     EXPECT_NEAR(stOther.stNoise.dPerLevel / dUnit / stNoise.stNoise.dPerLevel, 1, 1e-6) << nShift;
   }
+}
+
+TEST(ReferenceSingleFrame, ADarkFrameHasNoMoreNoiseThanDetailWhateverTheBrightOnesHave)
+{
+  constexpr uint32_t SIDE = 100;
+  const std::vector<float> listNoise = MakeNoise(std::size_t{SIDE} * SIDE, 20);
+  std::vector<uint32_t> listDark;
+  std::vector<uint32_t> listBright;
+  for (const float fNoise : listNoise) {
+    const auto nNoise = static_cast<uint32_t>(200 + std::lround(fNoise));
+    listDark.push_back(nNoise);
+    listBright.push_back(2000 - nNoise); // bright where the other one is dark: not the same pattern at all
+  }
+  const SPlane stPlane = GetPlanes(SIDE, SIDE, false).front();
+  const auto fnMeasure = [&](const std::vector<uint32_t> &listOther) {
+    return MeasureSingleDark({CPlaneSource(stPlane, listDark.data(), 1, nullptr, 0)},
+                             {CPlaneSource(stPlane, listOther.data(), 1, nullptr, 0)});
+  };
+  EXPECT_NEAR(fnMeasure(listBright), 400, 40);
+  EXPECT_EQ(fnMeasure(listDark), 0) << "all of it is pattern";
 }

@@ -4,38 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/reference/failingallocations.h"
 #include "tests/reference/sensor.h"
 
 using namespace ffc::test;
 using namespace ffc::reference;
-
-namespace {
-
-/// 100 DN in the mean, each pixel its own.
-Field MakeDarkLevels(SSensor stSensor, double dPattern)
-{
-  stSensor.dLevel = 100;
-  stSensor.dPattern = dPattern;
-  stSensor.nSeed = 9;
-  return stSensor.MakeField();
-}
-
-/// One frame without light.
-CSums MakeLoneDark(SSensor stSensor, const Field &levels)
-{
-  stSensor.dSystemGain = 0;
-  stSensor.nSeed = 20;
-  return CSums(stSensor, levels, 1);
-}
-
-Field Add(Field field, const Field &levels)
-{
-  std::transform(field.begin(), field.end(), levels.begin(), field.begin(), std::plus<>());
-  return field;
-}
-
-} // namespace
 
 TEST(WeightedReference, OneFrameHasAtMostHalfTheErrorOfTheAverage)
 {
@@ -423,8 +395,8 @@ TEST(WeightedReference, ALoneDarkFrameKeepsThePatternThatTheBrightFramesHaveToo)
   SSensor stSensor;
   stSensor.nWidth = 256;
   stSensor.nHeight = 256;
-  const Field levels = MakeDarkLevels(stSensor, 0.1);
-  const CSums dark = MakeLoneDark(stSensor, levels);
+  const Field levels = stSensor.MakeDarkLevels(0.1);
+  const CSums dark = MakeDark(stSensor, levels, 1);
   const SMade stMade = MakeReference(stSensor, CSums(stSensor, Add(stSensor.MakeField(), levels), 4), &dark);
   double dSum = 0;
   for (std::size_t n = 0; n < levels.size(); ++n) {
@@ -438,11 +410,11 @@ TEST(WeightedReference, ALoneDarkFrameOfManyDarkLevelsIsNoWorseThanItself)
   SSensor stSensor;
   stSensor.nWidth = 192;
   stSensor.nHeight = 160;
-  Field levels = MakeDarkLevels(stSensor, 0.6);
+  Field levels = stSensor.MakeDarkLevels(0.6);
   for (double &dLevel : levels) {
     dLevel = std::max(dLevel - 80, -90.0); // skewed, as dark levels are
   }
-  const CSums dark = MakeLoneDark(stSensor, levels);
+  const CSums dark = MakeDark(stSensor, levels, 1);
   const Field field = stSensor.MakeField();
   for (const uint32_t nFrames : {1U, 16U}) {
     const CSums bright(stSensor, Add(field, levels), nFrames);
@@ -455,188 +427,3 @@ TEST(WeightedReference, ALoneDarkFrameOfManyDarkLevelsIsNoWorseThanItself)
       << nFrames << " frames";
   }
 }
-
-TEST(WeightedReference, AnyShapeIsWorkedOn)
-{
-  for (const auto &[nWidth, nHeight] :
-       {std::pair{1U, 1U}, std::pair{3U, 500U}, std::pair{300U, 2U}, std::pair{257U, 5U}}) {
-    for (const bool bMosaic : {false, true}) {
-      SSensor stSensor;
-      stSensor.nWidth = nWidth;
-      stSensor.nHeight = nHeight;
-      stSensor.bMosaic = bMosaic;
-      const Field field = stSensor.MakeField();
-      const CSums bright(stSensor, field, 2);
-      const CSums dark(stSensor, Field(field.size()), 1);
-      const SMade stMade = MakeReference(stSensor, bright, &dark);
-      ASSERT_EQ(stMade.nStatus, STATUS_SUCCESS);
-      EXPECT_LT(GetError(stSensor, stMade.GetSignal(stSensor), field), 0.05) << nWidth << " x " << nHeight;
-    }
-  }
-}
-
-TEST(WeightedReference, WhatIsNoInputIsRefused)
-{
-  const SSensor stSensor;
-  const CSums bright(stSensor, stSensor.MakeField(), 1);
-  const SReferenceInput stGood = MakeInput(stSensor, bright);
-  std::vector<uint16_t> listBright(stSensor.GetPixelCount());
-  const auto fnStatus = [&](const std::function<void(SReferenceInput &)> &fnSpoil) {
-    SReferenceInput stInput = stGood;
-    fnSpoil(stInput);
-    SReferenceResult stResult;
-    return MakeWeightedReference(stInput, listBright.data(), nullptr, stResult);
-  };
-  EXPECT_EQ(fnStatus([](SReferenceInput &) {}), STATUS_SUCCESS);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nWidth = 0; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nHeight = 1U << 30; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nBitDepth = 7; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.nBitDepth = 17; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.nFrames = 0; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.pSums = nullptr; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stBright.nShift = 5; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stDark.nFrames = 1; }), STATUS_INVALID_PARAM);
-  EXPECT_EQ(fnStatus([](SReferenceInput &stInput) { stInput.stDark = stInput.stBright; }), STATUS_INVALID_PARAM)
-    << "no place for the dark reference";
-  SReferenceResult stResult;
-  EXPECT_EQ(MakeWeightedReference(stGood, nullptr, nullptr, stResult), STATUS_INVALID_PARAM);
-}
-
-TEST(WeightedReference, WhereTheNoiseIsKnownFromIsSaidInWords)
-{
-  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::Differences), "differences of the frames");
-  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::Camera), "camera data");
-  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::PhotonTransfer), "photon transfer within the frame");
-  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::HalfDetail), "half of the fine detail of the one frame");
-  EXPECT_STREQ(DescribeNoiseSource(ENoiseSource::AllDetail), "all fine detail of the one frame");
-}
-
-TEST(WeightedReference, OnlyMemoryLimitsImagesOfUpToAMillionColumnsOrLines)
-{
-  const SSensor stSensor;
-  const CSums bright(stSensor, stSensor.MakeField(), 1);
-  uint16_t nBright = 0;
-  SReferenceInput stInput = MakeInput(stSensor, bright);
-  stInput.nHeight = 1;
-  // None of them has the memory to begin with: what is refused is refused before.
-  for (const uint32_t nSide : {1U << 20, (1U << 20) + 1}) {
-    stInput.nWidth = nSide;
-    SReferenceResult stResult;
-    int32_t nStatus = 0;
-    {
-      const CFailingAllocations failing(1);
-      nStatus = MakeWeightedReference(stInput, &nBright, nullptr, stResult);
-    }
-    EXPECT_EQ(nStatus, nSide == 1U << 20 ? STATUS_OUT_OF_MEMORY : STATUS_INVALID_PARAM) << nSide;
-  }
-}
-
-TEST(WeightedReference, WithoutMemoryItSaysSo)
-{
-  SSensor stSensor;
-  stSensor.nWidth = 20;
-  stSensor.nHeight = 10;
-  const CSums bright(stSensor, stSensor.MakeField(), 1);
-  const CSums dark(stSensor, Field(stSensor.GetPixelCount()), 1);
-  const SReferenceInput stInput = MakeInput(stSensor, bright, &dark);
-  std::vector<uint16_t> listBright(stSensor.GetPixelCount());
-  std::vector<uint16_t> listDark(stSensor.GetPixelCount());
-  bool bFailed = true;
-  for (int32_t nFailing = 1; bFailed; nFailing += 4 + nFailing / 4) {
-    SReferenceResult stResult;
-    int32_t nStatus = 0;
-    {
-      const CFailingAllocations failing(nFailing);
-      nStatus = MakeWeightedReference(stInput, listBright.data(), listDark.data(), stResult);
-      bFailed = failing.HasFailed();
-    }
-    ASSERT_EQ(nStatus, bFailed ? STATUS_OUT_OF_MEMORY : STATUS_SUCCESS) << nFailing;
-  }
-}
-
-namespace {
-
-/// A scene, and the figures of its references. They are no requirement: who means to change the estimate looks at
-/// docs/reference.md first, and then writes the new ones here.
-struct SKnownFrames {
-  const char *pName;
-  uint32_t nWidth, nHeight;
-  bool bMosaic;
-  double dPattern, dSystemGain;
-  uint32_t nBright, nDark;
-  double dError, dSpotError, dDarkMean, dNoise, dDetailWeight;
-};
-
-void PrintTo(const SKnownFrames &stFrames, std::ostream *pStream)
-{
-  *pStream << stFrames.pName;
-}
-
-/// Shading, dust with a hard edge, a column and a pixel that stand out, a faint pattern of lines; in a mosaic of two
-/// levels.
-double GetKnownResponse(const SKnownFrames &stFrames, uint32_t nX, uint32_t nY)
-{
-  const double dShading = 1 - 0.3 * std::pow(static_cast<double>(nX) / stFrames.nWidth - 0.4, 2);
-  const double dDust = std::hypot(nX - 40.0, nY - 30.0) < 9 ? 0.93 : 1;
-  const double dOdd = nX == 80 ? 1.1 : nX % 37 == 11 && nY % 23 == 5 ? 1.2 : 1;
-  const double dColour = stFrames.bMosaic && (nX + nY) % 2 == 1 ? 0.5 : 1;
-  return dShading * dDust * dOdd * dColour * (1 + 0.004 * std::sin(nY * 2.4));
-}
-
-class KnownFrames : public testing::TestWithParam<SKnownFrames> {};
-
-} // namespace
-
-TEST_P(KnownFrames, GiveTheFiguresThatTheyGave)
-{
-  const SKnownFrames &stFrames = GetParam();
-  SSensor stSensor;
-  stSensor.nWidth = stFrames.nWidth;
-  stSensor.nHeight = stFrames.nHeight;
-  stSensor.bMosaic = stFrames.bMosaic;
-  stSensor.dPattern = stFrames.dPattern;
-  stSensor.dSystemGain = stFrames.dSystemGain;
-  stSensor.fnStructure = [&](uint32_t nX, uint32_t nY) { return GetKnownResponse(stFrames, nX, nY); };
-  const Field field = stSensor.MakeField();
-  const Field levels = MakeDarkLevels(stSensor, 0.04);
-  SSensor stClosed = stSensor;
-  stClosed.dSystemGain = 0;
-  stClosed.nSeed = 20;
-  const CSums dark(stClosed, levels, stFrames.nDark);
-  const CSums bright(stSensor, Add(field, levels), stFrames.nBright);
-  const SMade stMade = MakeReference(stSensor, bright, &dark);
-  ASSERT_EQ(stMade.nStatus, STATUS_SUCCESS);
-
-  const Field signal = stMade.GetSignal(stSensor);
-  const auto fnInSpot = [](uint32_t nX, uint32_t nY) { return std::hypot(nX - 40.0, nY - 30.0) < 12; };
-  double dDark = 0;
-  for (std::size_t n = 0; n < levels.size(); ++n) {
-    dDark += std::pow(stMade.listDark[n] / 16.0 - stSensor.dDark - levels[n], 2) / static_cast<double>(levels.size());
-  }
-  constexpr double SHARE = 2e-4;
-  const auto fnExpect = [](double dFound, double dKnown, const char *pWhat) {
-    EXPECT_NEAR(dFound, dKnown, SHARE * dKnown) << pWhat << ": " << testing::PrintToString(dFound);
-  };
-  fnExpect(GetError(stSensor, signal, field), stFrames.dError, "error");
-  fnExpect(GetError(stSensor, signal, field, fnInSpot), stFrames.dSpotError, "at the dust");
-  fnExpect(std::sqrt(dDark), stFrames.dDarkMean, "dark, DN");
-  fnExpect(stMade.stResult.dNoise, stFrames.dNoise, "noise, DN");
-  fnExpect(stMade.stResult.dDetailWeight, stFrames.dDetailWeight, "weight");
-}
-
-INSTANTIATE_TEST_SUITE_P(Scenes, KnownFrames,
-                         testing::Values(SKnownFrames{"OneOfTwoTiles", 300, 100, false, 0.003, 0.27, 1, 4, 0.00337006,
-                                                      0.00373092, 1.4207, 24.951, 0.00793989},
-                                         SKnownFrames{"Four", 128, 96, false, 0.003, 0.27, 4, 4, 0.00297533, 0.00303303,
-                                                      1.42117, 23.3464, 0.204935},
-                                         SKnownFrames{"TwoAndALoneDark", 128, 96, false, 0.002, 0.1, 2, 1, 0.00225968,
-                                                      0.0024488, 2.67343, 14.4024, 0.189848},
-                                         SKnownFrames{"OneOfALargePattern", 160, 120, false, 0.02, 0.027, 1, 2,
-                                                      0.00426998, 0.0042715, 1.91013, 2.99587, 0.993772},
-                                         SKnownFrames{"OneOfAMosaic", 200, 120, true, 0.005, 0.1, 1, 2, 0.00484486,
-                                                      0.00713238, 1.6956, 14.4431, 0.234711},
-                                         SKnownFrames{"OneOfAMosaicWithoutPattern", 200, 120, true, 0.0, 0.4, 1, 4,
-                                                      0.00352227, 0.00847185, 1.33019, 28.6982, 0.0165175},
-                                         SKnownFrames{"ThreeOfAMosaic", 130, 74, true, 0.005, 0.1, 3, 1, 0.00405231,
-                                                      0.00471263, 2.31557, 14.581, 0.520843}),
-                         [](const auto &stInfo) { return std::string(stInfo.param.pName); });
