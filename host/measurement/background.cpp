@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QMetaObject>
@@ -67,6 +68,8 @@ void CBackground::SlotFinished()
   if (fnWhenDone) {
     fnWhenDone();
   }
+  // Windows: a call for more events that has delivered this one goes on waiting for another all the same.
+  QAbstractEventDispatcher::instance()->wakeUp();
 }
 
 } // namespace ffc::host

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include <QTimer>
+
 #include <gtest/gtest.h>
 
 using namespace ffc::host;
@@ -28,4 +30,18 @@ TEST(Background, WorkWithoutAResultOrWithoutMemoryEndsAndTheNextIsDone)
   ASSERT_TRUE(background.Start([&]() -> std::function<void()> { return [&bDone] { bDone = true; }; }));
   background.Wait();
   EXPECT_TRUE(bDone);
+}
+
+TEST(Background, NoOtherEventIsNeededForTheEndOfTheWaiting)
+{
+  CBackground background;
+  bool bWoken = false;
+  QTimer::singleShot(10000, &background, [&] { bWoken = true; });
+  int nDone = 0;
+  for (int n = 0; n < 20 && !bWoken; ++n) {
+    ASSERT_TRUE(background.Start([&]() -> std::function<void()> { return [&] { ++nDone; }; }));
+    background.Wait();
+  }
+  EXPECT_FALSE(bWoken);
+  EXPECT_EQ(nDone, 20);
 }
