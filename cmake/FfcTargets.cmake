@@ -99,7 +99,7 @@ endfunction()
 # the ones with the greatest COST start first, so that no long one is left over at the end.
 # ONE_THREAD: the thread sanitizer has nothing to see in it that other programs do not show, so it is left out there.
 # FOCUS: it looks at where the focus is, or shows windows all the time: under Wine, where all programs share one desktop,
-# one of these runs at a time.
+# one of these runs at a time, and the first of them before all others, since the last would else run alone at the end.
 function(ffc_add_test name)
   cmake_parse_arguments(ARG "QT;SYSTEM;ONE_THREAD;FOCUS" "COST;TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -121,14 +121,15 @@ function(ffc_add_test name)
     return()
   endif()
   ffc_get_schedule(schedule "${ARG_SYSTEM}" "${ARG_COST}")
+  if(ARG_FOCUS AND CMAKE_CROSSCOMPILING)
+    math(EXPR first "20000 + 0${ARG_COST}")
+    list(APPEND schedule RESOURCE_LOCK focus COST ${first})
+  endif()
   set(environment ${FFC_TEST_ENVIRONMENT} ${ARG_ENVIRONMENT})
   if(FFC_SANITIZE OR FFC_COVERAGE OR CMAKE_CROSSCOMPILING)
     math(EXPR timeout "${ARG_TIMEOUT} * 5")
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}" ${schedule})
-    if(ARG_FOCUS AND CMAKE_CROSSCOMPILING)
-      set_tests_properties(${name} PROPERTIES RESOURCE_LOCK focus)
-    endif()
   else()
     # Discovery would break the list of an ENVIRONMENT property apart, and needs the variables itself. CMake's own env
     # takes longer to start than many a test.
