@@ -20,6 +20,7 @@ function(ffc_install_windows_libraries)
   install(PROGRAMS $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION styles)
 endfunction()
 
+get_property(FFC_CHINESE_IN_README GLOBAL PROPERTY FFC_CHINESE_IN_README)
 configure_file("${PROJECT_SOURCE_DIR}/packaging/windows-readme.txt.in" "${CMAKE_BINARY_DIR}/package/README.txt"
   @ONLY NEWLINE_STYLE CRLF)
 install(FILES "${CMAKE_BINARY_DIR}/package/README.txt" "${CMAKE_BINARY_DIR}/package/VERSION.txt" DESTINATION .)
