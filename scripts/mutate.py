@@ -84,6 +84,17 @@ def read_equivalents():
     return found
 
 
+def find_gone(equivalents):
+    """The lines among them that are in their sources no more."""
+    gone = set()
+    for path, before, _ in equivalents:
+        source = os.path.join(ROOT, path)
+        text = open(source, encoding="utf-8").read() if os.path.exists(source) else ""
+        if before not in re.sub(r"\s+", " ", text):
+            gone.add(f"{path}: {before}")
+    return sorted(gone)
+
+
 def find_all(wanted):
     """{folder: [mutant]} of the sources that git knows."""
     names = subprocess.run(["git", "ls-files", "*.cpp"], cwd=ROOT, check=True, capture_output=True, text=True).stdout.split()
@@ -173,7 +184,7 @@ class Results:
                 print(f"  - {mutant.before}\n  + {mutant.after}", flush=True)
 
 
-def run_all(options, sample, chosen, results):
+def run_all(options, sample, chosen, results, equivalents):
     """The switched ones side by side; those that are built alone, which change the programs, one after the other at the end."""
     programs = {folder: FOLDERS[folder] for folder in FOLDERS if any(folder == other for other, _ in chosen)}
     build = Build(options.build, options.sanitize)
@@ -183,7 +194,6 @@ def run_all(options, sample, chosen, results):
     for entry in results.entries.values():
         if entry["verdict"] == "killed":
             tests.remember(entry["path"], entry["by"])
-    equivalents = read_equivalents()
     start = time.monotonic()
 
     def run_one(entry):
@@ -210,13 +220,17 @@ def main():
     options = parse_options()
     results = Results(options.resume or os.path.join(options.build, "results.json"), options.resume or options.table)
     if not options.table:
+        equivalents = read_equivalents()
+        gone = find_gone(equivalents)
+        if gone:
+            sys.exit("\n".join(["scripts/mutants-equivalent.txt has lines that are in no source any more:", *gone]))
         sample, chosen = choose(options, results.entries)
         if options.list:
             for _, mutant in chosen:
                 print(f"{mutant.path}:{mutant.line}: {mutant.operator}\n- {mutant.before}\n+ {mutant.after}")
             return 0
         os.makedirs(options.build, exist_ok=True)
-        run_all(options, sample, chosen, results)
+        run_all(options, sample, chosen, results, equivalents)
     print(*make_table(results.entries.values()), sep="\n")
     return 0
 
