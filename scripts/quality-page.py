@@ -85,21 +85,36 @@ def describe_all_tests():
             "An entry is a program with a sanitizer or under Wine, else a single case. What is skipped says why."]
 
 
+def read_tally():
+    """Of each target the seconds of processor time and the inputs of all its runs."""
+    tally = collections.defaultdict(lambda: [0.0, 0])
+    for line in (read("fuzz", "tally") or "").splitlines():
+        target, seconds, executions = line.split()
+        tally[target][0] += float(seconds)
+        tally[target][1] += int(executions)
+    return tally
+
+
+def describe_fuzz_run(log):
+    """The last run of a target, as cells of the table."""
+    executions = re.search(r"^stat::number_of_executed_units: *(\d+)", log or "", re.M)
+    if not executions:
+        return "not here"
+    edges = re.findall(r" cov: (\d+)", log)
+    seconds = re.search(r"^Done \d+ runs in (\d+) second", log, re.M)
+    return f"{int(executions.group(1)):,} in {seconds.group(1)} s, {edges[-1]} edges" if edges and seconds else "ended early"
+
+
 def describe_fuzzing():
-    rows = []
     folder = find("fuzz")
-    for name in sorted(os.listdir(folder)) if folder else []:
-        log = read("fuzz", name) if name.endswith(".log") else None
-        executions = log and re.search(r"^stat::number_of_executed_units: *(\d+)", log, re.M)
-        if not executions:
-            continue
-        edges = re.findall(r" cov: (\d+)", log)
-        seconds = re.search(r"^Done \d+ runs in (\d+) second", log, re.M)
-        rows.append(f"| {name[:-4]} | {int(executions.group(1)):,} | {edges[-1] if edges else '?'} | "
-                    f"{seconds.group(1) if seconds else 'ended early'} |")
-    if not rows:
+    logs = {name[:-4]: read("fuzz", name) for name in os.listdir(folder) if name.endswith(".log")} if folder else {}
+    tally = read_tally()
+    names = sorted(set(tally) | {name for name, log in logs.items() if "INFO: Seed:" in log})
+    if not names:
         return ["No run."]
-    return ["| target | executions | edges reached | seconds |", "|---|---|---|---|", *rows]
+    rows = [f"| {name} | {describe_fuzz_run(logs.get(name))} | {tally[name][1]:,} | {tally[name][0] / 60:.0f} |" for name in names]
+    return ["All runs are those that found nothing, each beginning with what the former ones had kept.", "",
+            "| target | last run | inputs, all runs | minutes of processor time, all runs |", "|---|---|---|---|", *rows]
 
 
 def describe_coverage():
