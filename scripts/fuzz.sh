@@ -4,9 +4,8 @@
 # [TARGET ...]" as long as told; "scripts/fuzz.sh --soak" for an hour each (FFC_SOAK_MINUTES).
 #
 # Inputs that reach new code are kept in build/fuzz/corpus/TARGET, for the next run; build/fuzz/tally has a line for each run
-# that found nothing: target, seconds of processor time, inputs. An input that breaks something is
-# left in build/fuzz/found/TARGET-...: it belongs into tests/fuzz/regressions/TARGET, where fuzz_regression_test runs it
-# in every build.
+# that found nothing: target, seconds of processor time, inputs. An input that breaks something is left in
+# build/fuzz/found/TARGET-...: it belongs into tests/fuzz/regressions/TARGET, where fuzz_regression_test runs it in every build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/common.sh

@@ -86,13 +86,17 @@ def read_equivalents():
 
 def find_gone(equivalents):
     """The lines among them that are in their sources no more."""
-    gone = set()
+    lines = collections.defaultdict(set)
     for path, before, _ in equivalents:
-        source = os.path.join(ROOT, path)
-        text = open(source, encoding="utf-8").read() if os.path.exists(source) else ""
-        if before not in re.sub(r"\s+", " ", text):
-            gone.add(f"{path}: {before}")
-    return sorted(gone)
+        lines[path].add(before)
+    gone = []
+    for path, befores in sorted(lines.items()):
+        text = ""
+        if os.path.exists(os.path.join(ROOT, path)):
+            with open(os.path.join(ROOT, path), encoding="utf-8") as file:
+                text = " ".join(file.read().split())
+        gone += [f"{path}: {before}" for before in sorted(befores) if before not in text]
+    return gone
 
 
 def find_all(wanted):

@@ -96,7 +96,7 @@ def read_tally():
 
 
 def describe_fuzz_run(log):
-    """The last run of a target, as cells of the table."""
+    """The last run of a target, as a cell of the table."""
     executions = re.search(r"^stat::number_of_executed_units: *(\d+)", log or "", re.M)
     if not executions:
         return "not here"
