@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -61,6 +62,16 @@ protected:
         ASSERT_TRUE(imgFrame.save(dir.filePath(QStringLiteral("%1_%2.png").arg(QLatin1String(pScene)).arg(nFrame))));
       }
     }
+  }
+
+  /// Lines without what differs from run to run: figures and the columns that they stand in.
+  static QStringList TakeWords(const QString &strText)
+  {
+    QStringList listLines;
+    for (const QString &strLine : strText.split(QLatin1Char('\n'))) {
+      listLines.append(QString(strLine).remove(QRegularExpression(QStringLiteral("[0-9.]+"))).simplified());
+    }
+    return listLines;
   }
 
   QTemporaryDir m_dir;
@@ -132,6 +143,30 @@ TEST_F(HostWorkflow, ASeedGivesTheSameCoefficientsByteForByte)
       EXPECT_TRUE(byteFirst.isEmpty() || byteContent == byteFirst) << pFormat;
       byteFirst = byteContent;
     }
+  }
+}
+
+TEST_F(HostWorkflow, TheReadmeShowsWhatARunPrints)
+{
+  m_stOptions.stWorkflow.nFrames = 16;
+  EXPECT_EQ(RunOn([](const SCameraOptions &) -> OpenedCamera {
+              ffc::camera::SSimulatedCameraOptions stCamera;
+              stCamera.strPixelFormat = "Mono12";
+              stCamera.nWidth = 96;
+              stCamera.nHeight = 64;
+              stCamera.dFrameRate = 1000.0;
+              return ffc::camera::CreateSimulatedCamera(stCamera);
+            }),
+            "");
+  QFile file(QStringLiteral(FFC_SOURCE_DIR "/README.md"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QString strReadme = QString::fromUtf8(file.readAll());
+  const QString strShown =
+    strReadme.section(QStringLiteral("$ ./run.sh --headless\n"), 1, 1).section(QStringLiteral("```"), 0, 0);
+  const QStringList listPrinted = TakeWords(m_strSummary);
+  ASSERT_GT(TakeWords(strShown).size(), 5);
+  for (const QString &strLine : TakeWords(strShown)) {
+    EXPECT_TRUE(listPrinted.contains(strLine)) << strLine.toStdString() << "\nis not in\n" << m_strSummary.toStdString();
   }
 }
 
