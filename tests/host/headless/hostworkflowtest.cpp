@@ -166,7 +166,8 @@ TEST_F(HostWorkflow, TheReadmeShowsWhatARunPrints)
   const QStringList listPrinted = TakeWords(m_strSummary);
   ASSERT_GT(TakeWords(strShown).size(), 5);
   for (const QString &strLine : TakeWords(strShown)) {
-    EXPECT_TRUE(listPrinted.contains(strLine)) << strLine.toStdString() << "\nis not in\n" << m_strSummary.toStdString();
+    EXPECT_TRUE(listPrinted.contains(strLine)) << strLine.toStdString() << "\nis not in\n"
+                                               << m_strSummary.toStdString();
   }
 }
 
