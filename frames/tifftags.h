@@ -36,6 +36,7 @@ template <class TValue>
 void SetTiffField(TIFF *pTiff, uint32_t nTag, TValue value, STiffSetting &stSetting)
 {
   const int nListed = TIFFGetTagListCount(pTiff);
+  // Of the numbers, the compression's alone can fail: its codec takes memory.
   if (TIFFSetField(pTiff, nTag, value) != 1) {
     stSetting.bTaken = false;
     stSetting.bTorn = stSetting.bTorn || TIFFGetTagListCount(pTiff) > nListed;
