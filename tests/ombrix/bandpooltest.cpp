@@ -101,7 +101,7 @@ TEST(BandPool, SharesLargeFramesWithItsThreads)
   static const std::thread::id s_caller = std::this_thread::get_id();
   static std::atomic<bool> s_bHelped;
   CBandPool pool(2);
-  for (const uintptr_t nKind : {1, 2}) { // the second time the other thread has to be woken
+  for (const uintptr_t nKind : {1U, 2U}) { // the second time the other thread has to be woken
     s_bHelped = false;
     // The caller's first band lasts until the other thread has come.
     pool.Run(
