@@ -48,6 +48,20 @@ protected:
     return strError;
   }
 
+  /// On a simulated camera of 96 x 64 pixels and one seed.
+  std::string RunSimulated(const char *pPixelFormat, double dFrameRate)
+  {
+    return RunOn([=](const SCameraOptions &) -> OpenedCamera {
+      ffc::camera::SSimulatedCameraOptions stCamera;
+      stCamera.strPixelFormat = pPixelFormat;
+      stCamera.nWidth = 96;
+      stCamera.nHeight = 64;
+      stCamera.nSeed = 5;
+      stCamera.dFrameRate = dFrameRate;
+      return ffc::camera::CreateSimulatedCamera(stCamera);
+    });
+  }
+
   /// Evenly lit frames with noise, all different.
   void WriteRecording(const QTemporaryDir &dir, const std::vector<std::pair<const char *, int>> &listScenes)
   {
@@ -127,16 +141,7 @@ TEST_F(HostWorkflow, ASeedGivesTheSameCoefficientsByteForByte)
   for (const char *pFormat : {"Mono12", "BayerRG8"}) {
     QByteArray byteFirst;
     for (const double dFrameRate : {150.0, 400.0}) {
-      EXPECT_EQ(RunOn([&](const SCameraOptions &) -> OpenedCamera {
-                  ffc::camera::SSimulatedCameraOptions stCamera;
-                  stCamera.strPixelFormat = pFormat;
-                  stCamera.nWidth = 96;
-                  stCamera.nHeight = 64;
-                  stCamera.nSeed = 5;
-                  stCamera.dFrameRate = dFrameRate;
-                  return ffc::camera::CreateSimulatedCamera(stCamera);
-                }),
-                "");
+      EXPECT_EQ(RunSimulated(pFormat, dFrameRate), "");
       QFile file(m_dir.filePath("coefficients.ffc"));
       ASSERT_TRUE(file.open(QIODevice::ReadOnly));
       const QByteArray byteContent = file.readAll();
@@ -149,15 +154,7 @@ TEST_F(HostWorkflow, ASeedGivesTheSameCoefficientsByteForByte)
 TEST_F(HostWorkflow, TheReadmeShowsWhatARunPrints)
 {
   m_stOptions.stWorkflow.nFrames = 16;
-  EXPECT_EQ(RunOn([](const SCameraOptions &) -> OpenedCamera {
-              ffc::camera::SSimulatedCameraOptions stCamera;
-              stCamera.strPixelFormat = "Mono12";
-              stCamera.nWidth = 96;
-              stCamera.nHeight = 64;
-              stCamera.dFrameRate = 1000.0;
-              return ffc::camera::CreateSimulatedCamera(stCamera);
-            }),
-            "");
+  EXPECT_EQ(RunSimulated("Mono12", 1000.0), "");
   QFile file(QStringLiteral(FFC_SOURCE_DIR "/README.md"));
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   const QString strReadme = QString::fromUtf8(file.readAll());
